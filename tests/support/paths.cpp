@@ -1,0 +1,61 @@
+#include "tests/support/paths.h"
+
+#include <atomic>
+#include <string>
+#include <system_error>
+
+#include "gtest/gtest.h"
+#include "tests/support/process.h"
+
+namespace testsupport {
+namespace fs = std::filesystem;
+namespace {
+
+/// Lets everyone write to all that is below `folder`: a read-only file can't be removed on Windows,
+/// nor what is in a read-only folder elsewhere.
+void makeWritable(const fs::path& folder) {
+  std::error_code ignored;
+  fs::permissions(folder, fs::perms::owner_all, fs::perm_options::add, ignored);
+  for (fs::recursive_directory_iterator entry(folder, ignored), end; entry != end; entry.increment(ignored)) {
+    if (!entry->is_symlink(ignored)) {
+      fs::permissions(entry->path(), fs::perms::owner_all, fs::perm_options::add, ignored);
+    }
+  }
+}
+
+}  // namespace
+
+fs::path programFolder() {
+  return programPath().parent_path();
+}
+
+fs::path binFolder() {
+  return programFolder().parent_path() / "bin";
+}
+
+TempFolder::TempFolder() {
+  static std::atomic<unsigned> number = 0;
+  // A folder of the same name can only be left from an earlier process with the same number.
+  do {
+    path_ = fs::temp_directory_path() /
+            ("quivane test " + std::to_string(processNumber()) + "-" + std::to_string(++number));
+  } while (!fs::create_directory(path_));
+}
+
+TempFolder::~TempFolder() {
+  std::error_code error;
+  fs::remove_all(path_, error);
+  if (error) {
+    makeWritable(path_);
+    fs::remove_all(path_, error);
+  }
+  if (error) {
+    ADD_FAILURE() << "can't remove " << path_ << ": " << error.message();
+  }
+}
+
+fs::path TempFolder::file(std::string_view name) const {
+  return path_ / std::u8string(name.begin(), name.end());
+}
+
+}  // namespace testsupport

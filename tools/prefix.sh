@@ -1,0 +1,244 @@
+# Wine and its prefixes; sourced, never run. Three kinds of prefix are kept apart:
+#
+#   the user's      where ./run and tools/wine start programs; the user's settings live in its registry,
+#                   so it is updated, never removed
+#   the template    a prefix for tests, made once for each version of Wine and copied
+#   fresh copies    of the template, one for each test program, removed when it ends
+#
+# Wine fills a prefix with 700 MB of copies of its own files; here they are symbolic links to these
+# files, which leaves 3 MB.
+# shellcheck shell=bash
+
+user_prefix=${XDG_DATA_HOME:-$HOME/.local/share}/quivane/wine
+cache_folder=${XDG_CACHE_HOME:-$HOME/.cache}/quivane
+template_prefix=$cache_folder/wine-template
+fresh_prefixes=${TMPDIR:-/tmp}/quivane-wine-$UID
+
+# Goes into the stamp: a change of what is set up below makes every prefix out of date.
+prefix_revision=1
+
+source "${BASH_SOURCE[0]%/*}/display.sh"
+
+prefix_fail() {
+  echo "wine: $*" >&2
+  return 1
+}
+
+# Finds Wine and exports what its programs need. Debian's /usr/bin/wine would add advice of its own to
+# stderr, so its loader is called directly.
+find_wine() {
+  local loader
+  if [[ ! ${WINEPREFIX:-} ]]; then
+    unset WINEPREFIX
+  fi
+  for loader in /usr/lib/wine/wine64 /opt/wine-*/bin/wine64 "$(command -v wine64)" "$(command -v wine)"; do
+    if [[ -x $loader ]] && wine_version=$("$loader" --version 2>/dev/null); then
+      export WINELOADER=$loader
+      if [[ -x ${loader%/*}/wineserver ]]; then
+        export WINESERVER=${loader%/*}/wineserver
+      fi
+      return 0
+    fi
+  done
+  prefix_fail "Wine is not installed, or does not start"
+}
+
+# Exports what every program under Wine gets, unless the caller chose otherwise.
+set_wine_environment() {
+  export WINEDEBUG=${WINEDEBUG:--all}
+  export WINEDLLOVERRIDES=${WINEDLLOVERRIDES:-mscoree,mshtml=;winemenubuilder.exe=}
+  unset WINEARCH
+  # File names are UTF-8, whatever the locale says of them.
+  case ${LC_ALL:-${LC_CTYPE:-${LANG:-}}} in
+    *[Uu][Tt][Ff]8 | *[Uu][Tt][Ff]-8) ;;
+    *) export LC_ALL=C.UTF-8 ;;
+  esac
+}
+
+prefix_stamp() {
+  echo "$wine_version $WINELOADER revision $prefix_revision"
+}
+
+# Whether the prefix $1 is complete and was made by the Wine that is installed.
+prefix_is_current() {
+  [[ -r $1/.quivane && $(<"$1/.quivane") == "$(prefix_stamp)" ]]
+}
+
+stop_wine_server() {
+  WINEPREFIX=$1 "${WINESERVER:-wineserver}" -k || true
+  WINEPREFIX=$1 timeout 30 "${WINESERVER:-wineserver}" -w || true
+}
+
+# Fills wine_files with Wine's own files; the key is a file's name with that of its folder.
+find_wine_files() {
+  local own folder
+  local prefix=${WINELOADER%/*}/..
+  declare -gA wine_files=()
+  for own in {/usr/lib/*,/usr/lib,"$prefix"/lib*}/wine/*-windows/* {/usr,"$prefix"}/share/wine/{nls,fonts}/*; do
+    if [[ -f $own ]]; then
+      folder=${own%/*}
+      wine_files[${folder##*/}/${own##*/}]=$own
+    fi
+  done
+}
+
+# Replaces every file of the prefix $1 that is, byte for byte, one of Wine's own by a link to that.
+link_to_wine_files() {
+  local copy folder own
+  find_wine_files
+  while IFS= read -r -d '' copy; do
+    for folder in x86_64-windows i386-windows nls fonts; do
+      own=${wine_files[$folder/${copy##*/}]:-}
+      if [[ $own ]] && cmp -s "$own" "$copy"; then
+        ln -sf "$own" "$copy"
+        break
+      fi
+    done
+  done < <(find "$1/drive_c" -type f -size +0 -print0)
+}
+
+# Replaces these links by copies again, of the files of the Wine that is installed now. When Wine updates
+# a prefix it writes through links, and root would overwrite Wine's own files: none may be left.
+copy_wine_files() {
+  local link target folder own
+  local -a links=(find "$1/drive_c" -type l -lname '/*' ! -path "$1/drive_c/users/*")
+  find_wine_files
+  while IFS= read -r -d '' link; do
+    target=$(readlink "$link")
+    folder=${target%/*}
+    own=${wine_files[${folder##*/}/${target##*/}]:-}
+    rm "$link"
+    if [[ $own ]]; then
+      cp "$own" "$link"
+    fi
+  done < <("${links[@]}" -print0)
+  [[ ! $("${links[@]}" -print -quit) ]]
+}
+
+# The registry of every prefix, and with "test" as argument that of a test prefix.
+prefix_registry() {
+  # Wine's own debugger lets a crashed program end with 0 now and then.
+  cat <<'END'
+REGEDIT4
+
+[HKEY_LOCAL_MACHINE\Software\Microsoft\Windows NT\CurrentVersion\AeDebug]
+"Debugger"=""
+END
+  if [[ ${1:-} == test ]]; then
+    # No display by default. With one and no window manager: windows that nobody has to manage.
+    cat <<'END'
+
+[HKEY_CURRENT_USER\Software\Wine\Drivers]
+"Graphics"="null"
+
+[HKEY_CURRENT_USER\Software\Wine\X11 Driver]
+"Managed"="N"
+END
+  fi
+}
+
+# Makes the prefix $1 or brings it up to date; $2 is "test" for the template.
+fill_prefix() (
+  export WINEPREFIX=$1
+  unset DISPLAY WAYLAND_DISPLAY
+  rm -f "$1/.quivane"
+  mkdir -p "$1"
+  if [[ -d $1/drive_c ]]; then
+    copy_wine_files "$1" || prefix_fail "links to Wine's files are left in $1" || exit
+  fi
+  # The first program in a prefix that is not there makes it, so "update" would do all work twice.
+  timeout 300 "$WINELOADER" wineboot "$([[ -e $1/system.reg ]] && echo -u || echo -i)" ||
+    prefix_fail "wineboot failed" || exit
+  fonts=$1/drive_c/windows/Fonts
+  for font in tahoma.ttf tahomabd.ttf marlett.ttf; do
+    cp -f "/usr/share/wine/fonts/$font" "$fonts/" || exit
+  done
+  prefix_registry "${2:-}" >"$1/drive_c/quivane.reg" || exit
+  timeout 60 "$WINELOADER" regedit /S 'C:\quivane.reg' || prefix_fail "regedit failed" || exit
+  rm "$1/drive_c/quivane.reg"
+  stop_wine_server "$1"
+  if [[ ${2:-} == test ]]; then
+    separate_user_folders "$1"
+  fi
+  link_to_wine_files "$1"
+  # Only these scripts bring a prefix up to date: Wine itself would write through the links.
+  echo disable >"$1/.update-timestamp"
+  prefix_stamp >"$1/.quivane"
+)
+
+# Documents, Desktop and the like are links to the user's own folders: tests get their own.
+separate_user_folders() {
+  local link
+  find "$1/drive_c/users" -type l -print0 | while IFS= read -r -d '' link; do
+    rm "$link"
+    mkdir "$link"
+  done
+}
+
+# Makes the prefix $1 if it is not there, in a folder beside it that gets its name when it is complete,
+# so that an interrupted attempt leaves nothing behind that looks like a prefix.
+make_prefix() {
+  if prefix_is_current "$1"; then
+    return 0
+  fi
+  if [[ -d $1 && ${2:-} != test ]]; then
+    fill_prefix "$1"
+    return
+  fi
+  if [[ -d $1.new ]]; then
+    stop_wine_server "$1.new"
+    rm -rf "$1.new"
+  fi
+  fill_prefix "$1.new" "${2:-}" || return
+  rm -rf "$1"
+  mv "$1.new" "$1"
+}
+
+# The same for everyone to call: quick when the prefix is current, one process at a time, one line on
+# stderr when it fails.
+ensure_prefix() {
+  local log=$cache_folder/prefix.log
+  if prefix_is_current "$1"; then
+    return 0
+  fi
+  mkdir -p "$cache_folder" || return
+  (
+    exec 9>"$cache_folder/lock" && flock 9 &&
+      { make_prefix "$@" </dev/null >"$log" 2>&1 9>&- ||
+        prefix_fail "can't make the prefix $1; $log ends with: $(tail -n 1 "$log")"; }
+  )
+}
+
+# Removes the fresh prefix $1 after ending whatever runs in it, and its display.
+remove_fresh_prefix() {
+  stop_wine_server "$1" >/dev/null 2>&1
+  stop_display "$1"
+  rm -rf "$1"
+}
+
+# Copies the template and leaves the copy's path in fresh_prefix. The copy belongs to the process that
+# holds descriptor 8; copies whose owner was killed are removed on this occasion.
+make_fresh_prefix() {
+  local abandoned
+  if ! mkdir -m 700 "$fresh_prefixes" 2>/dev/null && [[ ! -O $fresh_prefixes ]]; then
+    prefix_fail "$fresh_prefixes can't be made, or belongs to another user" || return
+  fi
+  exec 7>"$fresh_prefixes/lock"
+  flock 7
+  for abandoned in "$fresh_prefixes"/*/; do
+    if [[ -d $abandoned ]] && flock -n "$abandoned" true 7>&-; then
+      remove_fresh_prefix "${abandoned%/}" 7>&-
+    fi
+  done
+  fresh_prefix=$(mktemp -d "$fresh_prefixes/XXXXXXXX")
+  exec 8<"$fresh_prefix"
+  flock 8
+  exec 7>&-
+  cp -a "$template_prefix/." "$fresh_prefix/"
+}
+
+# Gives the fresh prefix $1 a virtual display.
+use_display() {
+  sed -i 's/^"Graphics"="null"/"Graphics"="x11"/' "$1/user.reg"
+  start_display "$1"
+}
