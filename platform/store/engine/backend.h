@@ -1,0 +1,92 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/store/engine/field_type.h"
+#include "platform/store/engine/keyset.h"
+#include "platform/store/engine/status.h"
+#include "platform/store/engine/value.h"
+
+namespace store {
+
+/// How the engine reaches rows, whatever holds them: a file or a server. Everything above knows only
+/// these two interfaces. All operations are made from one thread at a time.
+
+struct Column {
+  std::string name;  ///< UTF-8, as the statement names it
+  FieldType type;
+  bool updatable = false;
+  bool nullable = true;
+};
+
+/// A column of the row source and the value to write into it.
+struct Change {
+  std::size_t column;
+  Value value;
+};
+
+/// The rows of one SELECT: their keys in order, and each row by its key.
+/// Lives no longer than the Backend that made it.
+class RowSource {
+ public:
+  virtual ~RowSource() = default;
+
+  virtual const std::vector<Column>& columns() const = 0;
+
+  /// Whether rows can be added, changed and deleted at all; a single column may still be read-only.
+  virtual bool isUpdatable() const = 0;
+
+  /// Replaces `keys` by the keys of all rows, in the statement's order and of the kind that this source
+  /// uses. On failure `keys` is untouched.
+  virtual Status readKeys(KeySet* keys) = 0;
+
+  /// Copies the values of the row with the key at `index` of `keys` into `row`, one for each column.
+  /// Fails with noCurrentRecord when the row is gone or can no longer be told to be the same row;
+  /// `row` is then empty.
+  virtual Status fetch(const KeySet& keys, std::size_t index, Row* row) = 0;
+
+  /// Adds a row with the given values, the others being their defaults, as one durable transaction,
+  /// and appends its key to `keys`. On failure nothing has changed.
+  virtual Status insert(const std::vector<Change>& changes, KeySet* keys) = 0;
+
+  /// Changes columns of the row with the key at `index` as one durable transaction; when the change
+  /// moves the row to another key, the set follows. noCurrentRecord when the row is gone. On failure
+  /// nothing has changed.
+  virtual Status update(const std::vector<Change>& changes, KeySet* keys, std::size_t index) = 0;
+
+  /// Deletes the row with the key at `index` as one durable transaction and takes the key out of the
+  /// set. A row that is gone already leaves the set too and is no failure.
+  virtual Status remove(KeySet* keys, std::size_t index) = 0;
+};
+
+/// What a row source is opened from.
+enum class SourceKind {
+  text,     ///< a SELECT in the components' dialect
+  table,    ///< the name of a table, view or catalogue table
+  unknown,  ///< the name of a table if there is one so called, else a SELECT
+};
+
+/// One open database.
+class Backend {
+ public:
+  virtual ~Backend() = default;
+
+  /// Whether the database could only be opened for reading.
+  virtual bool isReadOnly() const = 0;
+
+  /// Opens the rows of `source`. A statement that yields no rows by its nature (DDL, INSERT, …) is run
+  /// instead, at once and durably, and leaves `*rows` null. Refuses several statements whole. On
+  /// failure `*rows` is untouched and nothing has changed.
+  virtual Status openRows(std::string_view source, SourceKind kind, std::unique_ptr<RowSource>* rows) = 0;
+
+  /// Runs one statement, at once and durably, and stores how many rows an INSERT, UPDATE or DELETE
+  /// changed in `*affected` (0 for any other statement). A SELECT is opened as by openRows. On failure
+  /// both out-parameters are untouched and nothing has changed.
+  virtual Status run(std::string_view sql, std::int64_t* affected, std::unique_ptr<RowSource>* rows) = 0;
+};
+
+}  // namespace store

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <sqlite3.h>
+
+#include "platform/store/engine/status.h"
+
+namespace store {
+
+/// The catalogue tables MSysFields, MSysTables, MSysIndexes and MSysProcs, in which programs of the
+/// handheld look up what a database holds. They answer to SELECT on `connection` and are made up from
+/// SQLite's schema at the moment of the question: nothing of them is in the file.
+///  - MSysTables: TableName, TableID, TableFlags (1 system, 2 read-only)
+///  - MSysFields: TableID, FieldName, FieldID, Len, ODBCType
+///  - MSysIndexes: TableID, IndexName, FieldID, IndexFlags (1 descending, 2 case-insensitive, 4 nulls first)
+///  - MSysProcs: ProcName, SQLText; without rows
+/// Tables stand in the order of their making, the catalogue itself before all others. TableID joins them.
+Status addCatalogue(sqlite3* connection);
+
+/// Whether `name`, in any letter case (ASCII), is one of the four.
+bool isCatalogueTable(const char* name);
+
+}  // namespace store

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "platform/store/engine/backend.h"
+#include "platform/store/engine/dialect.h"
+
+namespace store {
+
+struct OpenOptions {
+  /// Read through a memory mapping. Many times faster where file calls are dear; not for files that
+  /// can vanish under the mapping (network and removable drives).
+  bool memoryMap = true;
+  /// How long to wait, in milliseconds, for a lock that another program holds.
+  int lockWait = 5000;
+  DateOrder dateOrder = DateOrder::monthDayYear;
+};
+
+/// Opens the database in the file at `path` (UTF-8). Never creates a file. A file that can't be
+/// written opens for reading. Fails, leaving `*backend` untouched and the file unchanged, with
+///  - cannotOpen: missing, a folder, empty, cut short, or not a database;
+///  - locked: another program holds it exclusively for longer than the wait;
+///  - damaged, inputOutput, outOfMemory.
+Status openDatabase(const std::string& path, const OpenOptions& options, std::unique_ptr<Backend>* backend);
+
+/// The store without a database: runs CREATE DATABASE and DROP DATABASE and refuses every other
+/// statement with noTable. A backend of an open database runs these two likewise, but refuses to drop
+/// the file that it has open (locked).
+std::unique_ptr<Backend> storeWithoutDatabase();
+
+/// Makes an empty database at `path`, durably. fileExists when anything stands there already.
+Status createDatabase(const std::string& path);
+
+/// Deletes the database at `path` with the files beside it that belong to it. Refuses, leaving all as it
+/// was, a file that is not a database (cannotOpen) and one that another program has open (locked).
+Status dropDatabase(const std::string& path);
+
+/// Runs a CREATE DATABASE or DROP DATABASE; noTable for any other statement. The file at `openPath`
+/// (empty: none) is in use by the caller and is not dropped (locked).
+Status runDatabaseStatement(const Statement& statement, const std::string& openPath);
+
+}  // namespace store

@@ -1,0 +1,120 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/store/engine/backend.h"
+
+namespace store {
+
+enum class CursorType { forwardOnly = 0, keyset = 1 };
+enum class LockType { readOnly = 1, optimistic = 3 };
+enum class MoveOrigin { current = 0, first = 1, last = 2 };
+enum class EditMode { none = 0, inProgress = 1, adding = 2 };
+
+/// A keyset cursor. Opening takes the keys of all rows in order; every move after that costs the same
+/// wherever it goes, and a row is read when a value is asked for. Rows that this recordset adds stand
+/// at its end, rows that it deletes leave it, rows that other programs add don't appear.
+///
+/// One record is current: a row, BOF (before the first), EOF (behind the last), a new record that
+/// `update` has not yet written, or the place of a deleted row, from which the next move starts. At
+/// most one record is dirty; a move off it writes it first and stays when that fails.
+class Recordset {
+ public:
+  /// Keeps `backend` open as long as it lives.
+  Recordset(std::shared_ptr<Backend> backend, std::unique_ptr<RowSource> rows, CursorType cursor,
+            LockType lock);
+  ~Recordset();
+  Recordset(const Recordset&) = delete;
+  Recordset& operator=(const Recordset&) = delete;
+
+  /// Takes the keys and makes the first record current. To be called once, before anything else.
+  Status load();
+
+  /// A second cursor over the same keys, standing at the first record, without this one's edits.
+  std::unique_ptr<Recordset> clone() const;
+
+  const std::vector<Column>& columns() const { return rows_->columns(); }
+  /// The column of that name: exact, else in any letter case (ASCII). Empty when there is none.
+  std::optional<std::size_t> columnIndex(std::string_view name) const;
+
+  CursorType cursorType() const { return cursor_; }
+  LockType lockType() const { return lock_; }
+  EditMode editMode() const;
+  std::int64_t recordCount() const { return static_cast<std::int64_t>(keys_.count()); }
+  bool isBof() const;
+  bool isEof() const;
+
+  /// 1-based position of the current record; -2 at BOF, -3 at EOF, -1 where there is none to name.
+  std::int64_t position() const;
+  Status setPosition(std::int64_t position);
+
+  Status moveFirst();
+  Status moveLast();
+  /// From the last record to EOF; at EOF noCurrentRecord. From a deleted record to the one behind it.
+  Status moveNext();
+  /// From the first record to BOF; at BOF noCurrentRecord.
+  Status movePrevious();
+  /// `count` records forwards (backwards when negative) from `origin`; past an end it lands on BOF or
+  /// EOF. noCurrentRecord when it starts from BOF backwards, from EOF forwards, or in an empty set.
+  Status move(std::int64_t count, MoveOrigin origin);
+  /// The same from a bookmark. invalidArgument when it names no record of this recordset.
+  Status moveFromBookmark(std::int64_t count, std::string_view bookmark);
+
+  /// Opaque bytes that name the current record until it leaves the recordset.
+  Status bookmark(std::string* bookmark) const;
+  Status setBookmark(std::string_view bookmark);
+
+  /// The value of the current record's field: what was written into the field and not yet stored, else
+  /// what the database holds. `cell` holds until the next call of any other operation. Fails with
+  /// noCurrentRecord off the records, on a deleted row and on a row that another program deleted.
+  Status cell(std::size_t column, Cell* cell);
+
+  /// Writes into the current record's field; stored by `update`. A value equal to the one that the
+  /// field shows changes nothing, so that a field which is written back unchanged keeps what the file
+  /// has, to the byte.
+  Status setValue(std::size_t column, Value value);
+
+  /// Makes a new record current, all its fields null. Writes a dirty record first.
+  Status addNew();
+  /// Stores the dirty record durably; nothing to do when there is none. On failure the record stays
+  /// dirty with its values, and the database is unchanged.
+  Status update();
+  /// Drops what was written since the last update; a new record gives way to the former current one.
+  Status cancelUpdate();
+  /// Deletes the current record durably. It stays current, unreadable, until a move.
+  Status remove();
+
+  bool isUpdatable() const { return lock_ != LockType::readOnly && rows_->isUpdatable(); }
+
+ private:
+  Recordset(std::shared_ptr<Backend> backend, std::shared_ptr<RowSource> rows, CursorType cursor,
+            LockType lock);
+
+  enum class Place { bof, row, deleted, eof, adding };
+
+  Status leaveRecord();
+  Status requireBackwards() const;
+  void goTo(std::int64_t index);
+  Status fetchRow();
+  const Value* pendingValue(std::size_t column) const;
+
+  std::shared_ptr<Backend> backend_;
+  std::shared_ptr<RowSource> rows_;
+  CursorType cursor_;
+  LockType lock_;
+  KeySet keys_;
+  Place place_ = Place::eof;
+  std::size_t index_ = 0;  // of the row; where a deleted row stood
+  Place placeBeforeAdd_ = Place::eof;
+  std::size_t indexBeforeAdd_ = 0;
+  Row row_;
+  bool rowFetched_ = false;
+  std::vector<Change> changes_;  // of the dirty record, one for each written column
+};
+
+}  // namespace store

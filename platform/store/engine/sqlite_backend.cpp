@@ -1,0 +1,240 @@
+#include "platform/store/engine/sqlite_backend.h"
+
+#include <algorithm>
+#include <cctype>
+
+#include "platform/store/engine/catalogue.h"
+#include "platform/store/engine/result_rows.h"
+#include "platform/store/engine/table_rows.h"
+#include "platform/store/engine/table_schema.h"
+
+namespace store {
+
+namespace {
+
+constexpr std::size_t kMostNameBytes = 100'000;
+
+std::string textOrEmpty(const char* text) {
+  return text != nullptr ? text : "";
+}
+
+std::vector<Column> columnsOf(sqlite3_stmt* statement) {
+  std::vector<Column> columns;
+  for (int index = 0; index < sqlite3_column_count(statement); ++index) {
+    Column column;
+    column.name = textOrEmpty(sqlite3_column_name(statement, index));
+    column.type = fieldTypeOf(textOrEmpty(sqlite3_column_decltype(statement, index)));
+    columns.push_back(std::move(column));
+  }
+  return columns;
+}
+
+std::vector<SelectedColumn> selectedColumnsOf(sqlite3_stmt* statement, const TableSchema& schema,
+                                              bool writable) {
+  std::vector<SelectedColumn> selected;
+  for (Column& column : columnsOf(statement)) {
+    const int index = static_cast<int>(selected.size());
+    const std::string origin = textOrEmpty(sqlite3_column_origin_name(statement, index));
+    const TableSchema::Column* source = origin.empty() ? nullptr : schema.find(origin);
+    SelectedColumn made{std::move(column), source != nullptr ? source->name : std::string()};
+    if (source != nullptr) {
+      made.column.nullable = !source->notNull;
+      made.column.updatable = writable && !source->generated;
+    }
+    selected.push_back(std::move(made));
+  }
+  return selected;
+}
+
+// Most statements hold no date, and then no schema need be read.
+bool mayHoldDate(std::string_view sql) {
+  for (std::size_t index = 0; index + 2 < sql.size(); ++index) {
+    const bool quote = sql[index] == '\'' || sql[index] == '"';
+    if (quote && std::isdigit(static_cast<unsigned char>(sql[index + 1])) != 0) return true;
+  }
+  return false;
+}
+
+bool startsWithWord(std::string_view sql, std::string_view word) {
+  const std::size_t start = sql.find_first_not_of(" \t\r\n\f");
+  if (start == std::string_view::npos || sql.size() - start < word.size()) return false;
+  return sqlite3_strnicmp(sql.data() + start, word.data(), static_cast<int>(word.size())) == 0;
+}
+
+}  // namespace
+
+Status SqliteBackend::openRows(std::string_view source, SourceKind kind, std::unique_ptr<RowSource>* rows) {
+  ReadLease::Use use(connection_->lease());
+  if (kind == SourceKind::table) return openTable(source, rows);
+  if (kind == SourceKind::unknown) {
+    bool found = false;
+    if (Status status = isTable(source, &found); !status) return status;
+    if (found) return openTable(source, rows);
+  }
+  std::int64_t affected = 0;
+  return runText(source, &affected, rows);
+}
+
+Status SqliteBackend::run(std::string_view sql, std::int64_t* affected, std::unique_ptr<RowSource>* rows) {
+  ReadLease::Use use(connection_->lease());
+  return runText(sql, affected, rows);
+}
+
+Status SqliteBackend::isTable(std::string_view name, bool* found) {
+  // SQLite would read a name only to its first zero, and asks for it in a statement, which must be shorter.
+  if (name.size() > kMostNameBytes || name.find('\0') != name.npos) {
+    *found = false;
+    return {};
+  }
+  if (isCatalogueTable(std::string(name).c_str())) {
+    *found = true;
+    return {};
+  }
+  if (Status status = connection_->beginRead(); !status) return status;
+  TableSchema schema;
+  if (Status status = readTableSchema(*connection_, name, &schema); !status) return status;
+  *found = !schema.columns.empty();
+  return {};
+}
+
+Status SqliteBackend::openTable(std::string_view name, std::unique_ptr<RowSource>* rows) {
+  bool found = false;
+  if (Status status = isTable(name, &found); !status) return status;
+  if (!found) return {ErrorCode::noTable, "no such table: " + std::string(name)};
+  std::int64_t affected = 0;
+  return runText("SELECT * FROM " + quotedName(name), &affected, rows);
+}
+
+Status SqliteBackend::runText(std::string_view text, std::int64_t* affected,
+                              std::unique_ptr<RowSource>* rows) {
+  Statement statement;
+  if (Status status = readStatement(text, &statement); !status) return status;
+  if (statement.kind == StatementKind::createDatabase || statement.kind == StatementKind::dropDatabase) {
+    Status status = runDatabaseStatement(statement, connection_->path());
+    if (status) {
+      *affected = 0;
+      rows->reset();
+    }
+    return status;
+  }
+  if (Status status = connection_->beginRead(); !status) return status;
+  if (statement.kind == StatementKind::select || statement.kind == StatementKind::change) {
+    if (Status status = withDates(&statement.sql); !status) return status;
+  }
+  UserStatement prepared;
+  if (Status status = connection_->prepareUser(statement.sql, &prepared); !status) return status;
+  sqlite3_stmt* handle = prepared.statement.get();
+  if (sqlite3_bind_parameter_count(handle) > 0) {
+    return {ErrorCode::errorsInCommand, "A statement can't have parameters."};
+  }
+  // EXPLAIN only tells, whatever the statement behind it would do.
+  const bool onlyReads = sqlite3_stmt_readonly(handle) != 0 || sqlite3_stmt_isexplain(handle) != 0;
+  if (sqlite3_column_count(handle) > 0 && onlyReads) {
+    if (Status status = openSelect(statement.sql, std::move(prepared), rows); !status) return status;
+    *affected = 0;
+    return {};
+  }
+  std::int64_t changed = 0;
+  if (Status status = runChange(statement, handle, &changed); !status) return status;
+  *affected = changed;
+  rows->reset();
+  return {};
+}
+
+Status SqliteBackend::openSelect(const std::string& sql, UserStatement statement,
+                                 std::unique_ptr<RowSource>* rows) {
+  sqlite3_stmt* prepared = statement.statement.get();
+  if (startsWithWord(sql, "SELECT") && !statement.readsTable) {
+    return {ErrorCode::noTable, "The statement names no table."};
+  }
+  if (const std::optional<SingleTableSelect> select = readSingleTableSelect(sql)) {
+    TableSchema schema;
+    if (Status status = readTableSchema(*connection_, select->table, &schema); !status) return status;
+    if (schema.ordinary && (schema.withoutRowId || !schema.rowIdName().empty())) {
+      auto made = std::make_unique<TableRows>(*connection_, *select, schema,
+                                              selectedColumnsOf(prepared, schema, !isReadOnly()));
+      if (Status status = made->prepare(); !status) return status;
+      *rows = std::move(made);
+      return {};
+    }
+  }
+  auto made = std::make_unique<ResultRows>(*connection_, columnsOf(prepared));
+  if (Status status = made->take(prepared); !status) return status;
+  *rows = std::move(made);
+  return {};
+}
+
+Status SqliteBackend::runChange(const Statement& statement, sqlite3_stmt* prepared, std::int64_t* affected) {
+  if (statement.kind == StatementKind::other) return connection_->runAlone(prepared);
+  SqliteConnection::WriteTransaction transaction(*connection_);
+  if (Status status = transaction.begin(); !status) return status;
+  // The new name in a renaming is the only one that the authorizer is not asked about.
+  const bool renames = startsWithWord(statement.sql, "ALTER");
+  std::int64_t hidingBefore = 0;
+  std::int64_t hidingAfter = 0;
+  if (renames) {
+    if (Status status = countHidingTables(&hidingBefore); !status) return status;
+  }
+  if (Status status = transaction.run(prepared); !status) return status;
+  if (renames) {
+    if (Status status = countHidingTables(&hidingAfter); !status) return status;
+  }
+  if (statement.kind == StatementKind::definition) {
+    if (hidingAfter > hidingBefore) {
+      return {ErrorCode::errorsInCommand, "The names of the catalogue's tables are reserved."};
+    }
+    const bool onlyAdds = startsWithWord(statement.sql, "CREATE");
+    if (Status status = transaction.commitStructure(!onlyAdds); !status) return status;
+    *affected = 0;
+    return {};
+  }
+  // A WITH in front of it makes a change none the less one.
+  const std::int64_t changed = sqlite3_changes64(connection_->handle());
+  if (Status status = transaction.commit(); !status) return status;
+  *affected = changed;
+  return {};
+}
+
+// Tables of the file that are called like one of the catalogue, which they hide.
+Status SqliteBackend::countHidingTables(std::int64_t* count) {
+  SqliteStatement statement;
+  Status status = connection_->prepare(
+      "SELECT count(*) FROM sqlite_schema WHERE lower(name) IN ('msysfields', 'msystables', 'msysindexes', "
+      "'msysprocs')",
+      &statement);
+  if (!status) return status;
+  const int result = sqlite3_step(statement.get());
+  if (result != SQLITE_ROW) return statusOf(connection_->handle(), result);
+  *count = sqlite3_column_int64(statement.get(), 0);
+  return {};
+}
+
+Status SqliteBackend::withDates(std::string* sql) {
+  if (!mayHoldDate(*sql)) return {};
+  SqliteStatement statement;
+  Status status = connection_->prepare(
+      "SELECT c.name, c.type FROM sqlite_schema s JOIN pragma_table_xinfo(iif(quivane_readable(s.name), "
+      "s.name, '')) c "
+      "WHERE s.type IN ('table', 'view') AND instr(lower(?1), lower(s.name)) > 0",
+      &statement);
+  if (!status) return status;
+  const int bound =
+      sqlite3_bind_text64(statement.get(), 1, sql->data(), sql->size(), SQLITE_STATIC, SQLITE_UTF8);
+  if (bound != SQLITE_OK) return statusOf(connection_->handle(), bound);
+  std::vector<std::string> dates;
+  std::vector<std::string> dateTimes;
+  int result = SQLITE_ROW;
+  while ((result = sqlite3_step(statement.get())) == SQLITE_ROW) {
+    const FieldType type = fieldTypeOf(columnText(statement.get(), 1));
+    if (type.code != TypeCode::date || type.dateShape == DateShape::time) continue;
+    std::vector<std::string>& columns = type.dateShape == DateShape::date ? dates : dateTimes;
+    columns.emplace_back(columnText(statement.get(), 0));
+  }
+  if (result != SQLITE_DONE) return statusOf(connection_->handle(), result);
+  statement.reset();
+  *sql = withIsoDates(*sql, dates, DateShape::date, dateOrder_);
+  *sql = withIsoDates(*sql, dateTimes, DateShape::dateTime, dateOrder_);
+  return {};
+}
+
+}  // namespace store

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/store/engine/backend.h"
+#include "platform/store/engine/database_file.h"
+#include "platform/store/engine/dialect.h"
+#include "platform/store/engine/sqlite_connection.h"
+
+namespace store {
+
+/// A database in an SQLite file.
+class SqliteBackend : public Backend {
+ public:
+  SqliteBackend(std::unique_ptr<SqliteConnection> connection, DateOrder dateOrder)
+      : connection_(std::move(connection)), dateOrder_(dateOrder) {}
+
+  bool isReadOnly() const override { return connection_->isReadOnly(); }
+  Status openRows(std::string_view source, SourceKind kind, std::unique_ptr<RowSource>* rows) override;
+  Status run(std::string_view sql, std::int64_t* affected, std::unique_ptr<RowSource>* rows) override;
+
+ private:
+  using UserStatement = SqliteConnection::UserStatement;
+
+  Status openTable(std::string_view name, std::unique_ptr<RowSource>* rows);
+  Status isTable(std::string_view name, bool* found);
+  Status runText(std::string_view text, std::int64_t* affected, std::unique_ptr<RowSource>* rows);
+  Status openSelect(const std::string& sql, UserStatement statement, std::unique_ptr<RowSource>* rows);
+  Status runChange(const Statement& statement, sqlite3_stmt* prepared, std::int64_t* affected);
+  Status countHidingTables(std::int64_t* count);
+  Status withDates(std::string* sql);
+
+  std::unique_ptr<SqliteConnection> connection_;
+  DateOrder dateOrder_;
+};
+
+}  // namespace store

@@ -1,0 +1,400 @@
+#include "platform/store/engine/sqlite_connection.h"
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <filesystem>
+#include <system_error>
+
+#include "platform/store/engine/catalogue.h"
+#include "platform/store/engine/file_head.h"
+
+namespace store {
+
+namespace {
+
+// A statement longer than this is not a question that a person asks.
+constexpr int kMostStatementBytes = 1'000'000;
+constexpr const char* kMemoryMapBytes = "PRAGMA mmap_size=2147418112";
+constexpr const char* kPageCacheKibibytes = "PRAGMA cache_size=-65536";
+
+// Pragmas that only tell something. All others could weaken the connection or the file.
+constexpr std::array<std::string_view, 20> kTellingPragmas{
+    "application_id", "collation_list",    "compile_options",  "data_version",    "database_list",
+    "encoding",       "foreign_key_check", "foreign_key_list", "freelist_count",  "function_list",
+    "index_info",     "index_list",        "index_xinfo",      "integrity_check", "page_count",
+    "page_size",      "quick_check",       "table_info",       "table_list",      "table_xinfo"};
+// These tell something only without an argument.
+constexpr std::array<std::string_view, 4> kWritablePragmas{"application_id", "encoding", "page_size",
+                                                           "user_version"};
+
+bool contains(const auto& names, const char* name) {
+  return std::any_of(names.begin(), names.end(), [name](std::string_view known) {
+    return sqlite3_stricmp(std::string(known).c_str(), name) == 0;
+  });
+}
+
+bool isTellingPragma(const char* name, const char* argument) {
+  if (contains(kWritablePragmas, name)) return argument == nullptr;
+  return contains(kTellingPragmas, name);
+}
+
+bool startsWith(std::string_view text, std::string_view start) {
+  return text.substr(0, start.size()) == start;
+}
+
+bool endsWith(std::string_view text, std::string_view end) {
+  return text.size() >= end.size() && text.substr(text.size() - end.size()) == end;
+}
+
+// SQLite has one code for all that is wrong with a statement; its sentence tells which.
+ErrorCode codeOfStatementError(std::string_view message) {
+  if (startsWith(message, "no such table") || startsWith(message, "no such view")) return ErrorCode::noTable;
+  if (startsWith(message, "no such column") || message.find("has no column named") != message.npos) {
+    return ErrorCode::badColumn;
+  }
+  if (endsWith(message, "already exists") || startsWith(message, "there is already"))
+    return ErrorCode::tableExists;
+  return ErrorCode::errorsInCommand;
+}
+
+ErrorCode codeOf(int result, std::string_view message) {
+  switch (result & 0xFF) {
+    case SQLITE_OK:
+    case SQLITE_ROW:
+    case SQLITE_DONE:
+      return ErrorCode::ok;
+    case SQLITE_BUSY:
+    case SQLITE_LOCKED:
+    case SQLITE_PROTOCOL:
+      return ErrorCode::locked;
+    case SQLITE_READONLY:
+    case SQLITE_PERM:
+      return ErrorCode::readOnly;
+    case SQLITE_CONSTRAINT:
+    case SQLITE_MISMATCH:
+      return ErrorCode::constraint;
+    case SQLITE_CORRUPT:
+    case SQLITE_NOTADB:
+      return ErrorCode::damaged;
+    case SQLITE_IOERR:
+    case SQLITE_FULL:
+    case SQLITE_CANTOPEN:
+    case SQLITE_NOLFS:
+      return ErrorCode::inputOutput;
+    case SQLITE_NOMEM:
+      return ErrorCode::outOfMemory;
+    default:
+      return codeOfStatementError(message);
+  }
+}
+
+Status run(sqlite3* connection, const char* sql) {
+  return statusOf(connection, sqlite3_exec(connection, sql, nullptr, nullptr, nullptr));
+}
+
+bool onlyBlanks(std::string_view text) {
+  return text.find_first_not_of(" \t\r\n\f;") == std::string_view::npos;
+}
+
+}  // namespace
+
+Status statusOf(sqlite3* connection, int result) {
+  if (result == SQLITE_OK || result == SQLITE_ROW || result == SQLITE_DONE) return {};
+  const char* text = connection != nullptr ? sqlite3_errmsg(connection) : sqlite3_errstr(result);
+  std::string message = text != nullptr ? text : "The database can't be used.";
+  const ErrorCode code = codeOf(result, message);
+  if (code == ErrorCode::locked) message = "Another program is using the database.";
+  return {code, std::move(message)};
+}
+
+SqliteConnection::~SqliteConnection() {
+  // First of all, because its thread uses the connection.
+  lease_.reset();
+  schemaVersionStatement_.reset();
+  beginStatement_.reset();
+  commitStatement_.reset();
+  journalMode_.reset();
+  truncateJournal_.reset();
+  deleteJournal_.reset();
+}
+
+// A commit that ends with deleting the journal is only as durable as the folder's entry; emptying the journal
+// is flushed like every write. But where an open file can't be deleted, an emptied journal that stays open
+// lets the commits of every other program fail that ends its own with deleting it. So each transaction
+// empties the journal, and afterwards it is closed and deleted, which need not be durable any more.
+// A file that is in write-ahead mode, or that another program puts into it, stays in it.
+Status SqliteConnection::keepJournal(bool keep) {
+  if (readOnly_) return {};
+  if (!journalMode_) {
+    if (Status status = prepare("PRAGMA journal_mode", &journalMode_); !status) return status;
+  }
+  const bool isAsWanted = [&] {
+    StatementRun run(journalMode_.get());
+    if (sqlite3_step(journalMode_.get()) != SQLITE_ROW) return true;
+    return columnText(journalMode_.get(), 0) != (keep ? "delete" : "truncate");
+  }();
+  if (isAsWanted) return {};
+  SqliteStatement& change = keep ? truncateJournal_ : deleteJournal_;
+  return runPrepared(change, keep ? "PRAGMA journal_mode=TRUNCATE" : "PRAGMA journal_mode=DELETE");
+}
+
+Status SqliteConnection::openFile(const std::string& path) {
+  // SQLite goes on without write access by itself where the system refuses it; a file that is marked
+  // read-only is left alone also when the user could override the mark.
+  const bool marked = isMarkedReadOnly(path);
+  const int access = marked ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE;
+  sqlite3* connection = nullptr;
+  const int result = sqlite3_open_v2(path.c_str(), &connection, access | SQLITE_OPEN_EXRESCODE, nullptr);
+  handle_.reset(connection);
+  if (result != SQLITE_OK) {
+    const Status status = statusOf(connection, result);
+    return {status.code() == ErrorCode::outOfMemory ? ErrorCode::outOfMemory : ErrorCode::cannotOpen,
+            status.message()};
+  }
+  readOnly_ = sqlite3_db_readonly(connection, "main") == 1;
+  return {};
+}
+
+Status SqliteConnection::configure(const OpenOptions& options) {
+  sqlite3* connection = handle_.get();
+  lockWait_ = options.lockWait;
+  sqlite3_busy_timeout(connection, lockWait_);
+  // The engine's own statements are made around those from outside.
+  sqlite3_limit(connection, SQLITE_LIMIT_SQL_LENGTH, 2 * kMostStatementBytes);
+  sqlite3_db_config(connection, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
+  sqlite3_db_config(connection, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
+  sqlite3_db_config(connection, SQLITE_DBCONFIG_ENABLE_FKEY, 1, nullptr);
+  for (const char* setting : {"PRAGMA synchronous=FULL", kPageCacheKibibytes}) {
+    if (Status status = run(connection, setting); !status) return status;
+  }
+  if (options.memoryMap) {
+    if (Status status = run(connection, kMemoryMapBytes); !status) return status;
+  }
+  return {};
+}
+
+Status SqliteConnection::checkWhole() {
+  SqliteStatement statement;
+  if (Status status = prepare("SELECT count(*) FROM sqlite_schema", &statement); !status) return status;
+  if (const int result = sqlite3_step(statement.get()); result != SQLITE_ROW)
+    return statusOf(handle(), result);
+  if (!hasWholePages(path_)) return {ErrorCode::damaged, "The file is cut short."};
+  return {};
+}
+
+Status SqliteConnection::open(const std::string& path, const OpenOptions& options) {
+  FileHead head;
+  if (Status status = readFileHead(path, &head); !status) return status;
+  path_ = path;
+  if (Status status = openFile(path); !status) return status;
+  lease_ = std::make_unique<ReadLease>(handle());
+  ReadLease::Use use(*lease_);
+  Status status = configure(options);
+  if (status) status = addCatalogue(handle());
+  if (status) status = checkWhole();
+  if (status) status = readSchemaVersion(&schemaVersion_);
+  if (!status) {
+    // At the opening a damaged file and one of another kind are the same to the user.
+    const bool unusable = status.code() == ErrorCode::damaged || status.code() == ErrorCode::errorsInCommand;
+    return unusable ? Status(ErrorCode::cannotOpen, "The database is damaged: " + status.message()) : status;
+  }
+  sqlite3_set_authorizer(handle(), &SqliteConnection::authorize, &permissions_);
+  return {};
+}
+
+int SqliteConnection::authorize(void* data, int action, const char* first, const char* second,
+                                const char* database, const char*) {
+  auto* permissions = static_cast<Permissions*>(data);
+  // VACUUM attaches a file without a name while it runs; VACUUM INTO would attach another one.
+  if (action == SQLITE_ATTACH && first != nullptr && first[0] != '\0') return SQLITE_DENY;
+  if (!permissions->outside) return SQLITE_OK;
+  switch (action) {
+    case SQLITE_READ:
+      permissions->readsTable = true;
+      return SQLITE_OK;
+    case SQLITE_ATTACH:
+    case SQLITE_DETACH:
+    case SQLITE_TRANSACTION:
+    case SQLITE_SAVEPOINT:
+      return SQLITE_DENY;
+    // The temporary database is the engine's own: it keeps results there, and a table of the user's would
+    // hide one of the file.
+    case SQLITE_CREATE_TEMP_TABLE:
+    case SQLITE_CREATE_TEMP_VIEW:
+    case SQLITE_CREATE_TEMP_TRIGGER:
+    case SQLITE_CREATE_TEMP_INDEX:
+    case SQLITE_DROP_TEMP_TABLE:
+      return SQLITE_DENY;
+    case SQLITE_INSERT:
+    case SQLITE_UPDATE:
+    case SQLITE_DELETE:
+      // (ALTER TABLE looks through its schema.)
+      if (database == nullptr || sqlite3_stricmp(database, "temp") != 0) return SQLITE_OK;
+      return sqlite3_strnicmp(first, "sqlite_temp_", 12) == 0 ? SQLITE_OK : SQLITE_DENY;
+    case SQLITE_PRAGMA:
+      return isTellingPragma(first, second) ? SQLITE_OK : SQLITE_DENY;
+    case SQLITE_CREATE_TABLE:
+    case SQLITE_CREATE_VIEW:
+    case SQLITE_CREATE_VTABLE:
+      return isCatalogueTable(first) ? SQLITE_DENY : SQLITE_OK;
+    default:
+      return SQLITE_OK;
+  }
+}
+
+Status SqliteConnection::prepare(std::string_view sql, SqliteStatement* statement) {
+  sqlite3_stmt* prepared = nullptr;
+  const int result = sqlite3_prepare_v3(handle(), sql.data(), static_cast<int>(sql.size()),
+                                        SQLITE_PREPARE_PERSISTENT, &prepared, nullptr);
+  if (result != SQLITE_OK) return statusOf(handle(), result);
+  statement->reset(prepared);
+  return {};
+}
+
+Status SqliteConnection::prepareUser(std::string_view sql, UserStatement* statement) {
+  if (sql.size() > kMostStatementBytes) {
+    return {ErrorCode::errorsInCommand, "The statement is longer than 1,000,000 bytes."};
+  }
+  if (sql.find('\0') != sql.npos) {
+    return {ErrorCode::errorsInCommand, "A statement can't hold a zero character."};
+  }
+  permissions_ = {.outside = true, .readsTable = false};
+  sqlite3_stmt* prepared = nullptr;
+  const char* tail = nullptr;
+  const int result = sqlite3_prepare_v2(handle(), sql.data(), static_cast<int>(sql.size()), &prepared, &tail);
+  const bool readsTable = permissions_.readsTable;
+  permissions_ = {};
+  SqliteStatement owner(prepared);
+  if (result == SQLITE_AUTH) return {ErrorCode::errorsInCommand, "This statement is not allowed here."};
+  if (result != SQLITE_OK) return statusOf(handle(), result);
+  if (!owner) return {ErrorCode::noCommand, "The statement is empty."};
+  const std::string_view rest = sql.substr(static_cast<std::size_t>(tail - sql.data()));
+  if (!onlyBlanks(rest)) {
+    sqlite3_stmt* second = nullptr;
+    // Many pragmas take effect while they are prepared, so this one is no less from outside.
+    permissions_.outside = true;
+    const int secondResult =
+        sqlite3_prepare_v2(handle(), rest.data(), static_cast<int>(rest.size()), &second, nullptr);
+    permissions_ = {};
+    SqliteStatement secondOwner(second);
+    // A comment behind the statement is none itself.
+    if (secondResult != SQLITE_OK || secondOwner) {
+      return {ErrorCode::errorsInCommand, "Only one statement can be run at a time."};
+    }
+  }
+  statement->statement = std::move(owner);
+  statement->readsTable = readsTable;
+  return {};
+}
+
+Status SqliteConnection::readSchemaVersion(std::int64_t* version) {
+  if (!schemaVersionStatement_) {
+    if (Status status = prepare("PRAGMA schema_version", &schemaVersionStatement_); !status) return status;
+  }
+  StatementRun run(schemaVersionStatement_.get());
+  const int result = sqlite3_step(schemaVersionStatement_.get());
+  if (result != SQLITE_ROW) return statusOf(handle(), result);
+  *version = sqlite3_column_int64(schemaVersionStatement_.get(), 0);
+  return {};
+}
+
+Status SqliteConnection::noticeSchemaVersion() {
+  std::int64_t version = 0;
+  if (Status status = readSchemaVersion(&version); !status) return status;
+  if (version == schemaVersion_) return {};
+  // SQLite notices only when a statement runs, and would prepare the next one by what it knew before.
+  if (Status status = run(handle(), "SELECT 1 FROM main.sqlite_schema LIMIT 1"); !status) return status;
+  schemaVersion_ = version;
+  ++rebuilds_;
+  return {};
+}
+
+Status SqliteConnection::beginRead() {
+  bool isNew = false;
+  if (const int result = lease_->begin(&isNew); result != SQLITE_OK) return failRead(result);
+  if (!isNew) return {};
+  Status status = noticeSchemaVersion();
+  if (!status) lease_->end();
+  return status;
+}
+
+Status SqliteConnection::failRead(int result) {
+  Status status = statusOf(handle(), result);
+  lease_->end();
+  return status;
+}
+
+Status SqliteConnection::runPrepared(SqliteStatement& statement, const char* sql) {
+  if (!statement) {
+    if (Status status = prepare(sql, &statement); !status) return status;
+  }
+  const int result = sqlite3_step(statement.get());
+  Status status = statusOf(handle(), result);
+  sqlite3_reset(statement.get());
+  return status;
+}
+
+SqliteConnection::WriteTransaction::~WriteTransaction() {
+  // SQLite undoes by itself what fails beyond repair, and is then outside a transaction already.
+  sqlite3* connection = connection_.handle();
+  if (open_ && sqlite3_get_autocommit(connection) == 0) {
+    sqlite3_exec(connection, "ROLLBACK", nullptr, nullptr, nullptr);
+  }
+  if (!begun_) return;
+  // The next transaction tries again, should another program just use the file.
+  sqlite3_busy_timeout(connection, 0);
+  static_cast<void>(connection_.keepJournal(false));
+  sqlite3_busy_timeout(connection, connection_.lockWait_);
+}
+
+Status SqliteConnection::WriteTransaction::begin() {
+  // A read transaction that others have overtaken could not become a writing one.
+  connection_.lease_->end();
+  if (Status status = connection_.keepJournal(true); !status) return status;
+  begun_ = true;
+  if (Status status = connection_.runPrepared(connection_.beginStatement_, "BEGIN IMMEDIATE"); !status) {
+    return status;
+  }
+  open_ = true;
+  return connection_.noticeSchemaVersion();
+}
+
+Status SqliteConnection::WriteTransaction::run(sqlite3_stmt* statement,
+                                               const std::function<void(sqlite3_stmt*)>& onRow) {
+  int result = SQLITE_ROW;
+  while ((result = sqlite3_step(statement)) == SQLITE_ROW) {
+    if (onRow) onRow(statement);
+  }
+  Status status = statusOf(connection_.handle(), result);
+  sqlite3_reset(statement);
+  return status;
+}
+
+Status SqliteConnection::WriteTransaction::commit() {
+  Status status = connection_.runPrepared(connection_.commitStatement_, "COMMIT");
+  if (status) open_ = false;
+  return status;
+}
+
+Status SqliteConnection::WriteTransaction::commitStructure(bool rowIdsMayChange) {
+  std::int64_t version = 0;
+  if (Status status = connection_.readSchemaVersion(&version); !status) return status;
+  if (Status status = commit(); !status) return status;
+  connection_.schemaVersion_ = version;
+  if (rowIdsMayChange) ++connection_.rebuilds_;
+  return {};
+}
+
+Status SqliteConnection::runAlone(sqlite3_stmt* statement) {
+  lease_->end();
+  int result = SQLITE_ROW;
+  while (result == SQLITE_ROW) result = sqlite3_step(statement);
+  Status status = statusOf(handle(), result);
+  sqlite3_reset(statement);
+  if (!status) return status;
+  ++rebuilds_;
+  return readSchemaVersion(&schemaVersion_);
+}
+
+}  // namespace store

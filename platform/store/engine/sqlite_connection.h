@@ -1,0 +1,120 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <sqlite3.h>
+#include <string>
+#include <string_view>
+
+#include "platform/store/engine/database_file.h"
+#include "platform/store/engine/read_lease.h"
+#include "platform/store/engine/sqlite_statement.h"
+#include "platform/store/engine/status.h"
+
+namespace store {
+
+/// What SQLite told last on `connection` about `result`, as a status.
+Status statusOf(sqlite3* connection, int result);
+
+/// One open SQLite file: settings, statements, read and write transactions.
+/// All operations but the constructor are made inside a ReadLease::Use of `lease()`.
+class SqliteConnection {
+ public:
+  SqliteConnection() = default;
+  ~SqliteConnection();
+  SqliteConnection(const SqliteConnection&) = delete;
+  SqliteConnection& operator=(const SqliteConnection&) = delete;
+
+  /// Opens the existing file at `path`, which begins as an SQLite file does, and reads its schema once.
+  Status open(const std::string& path, const OpenOptions& options);
+
+  sqlite3* handle() const { return handle_.get(); }
+  ReadLease& lease() { return *lease_; }
+  const std::string& path() const { return path_; }
+  bool isReadOnly() const { return readOnly_; }
+
+  /// Counts the times that the database may have given its rows other row ids than before: another
+  /// program or a statement of ours changed the structure or rebuilt the file.
+  unsigned rebuilds() const { return rebuilds_; }
+
+  /// Prepares a statement of the engine's own.
+  Status prepare(std::string_view sql, SqliteStatement* statement);
+
+  struct UserStatement {
+    SqliteStatement statement;
+    bool readsTable = false;  ///< it names at least one table, view or table-valued function
+  };
+  /// Prepares a statement that came from outside: one statement, and nothing that would reach other
+  /// files, touch the transactions, or weaken the durability of the connection.
+  Status prepareUser(std::string_view sql, UserStatement* statement);
+
+  /// Opens the read transaction, or goes on with it, and notices what others changed meanwhile.
+  Status beginRead();
+  /// A read failed with SQLite's `result`: ends the transaction and returns what happened.
+  Status failRead(int result);
+
+  /// One durable transaction that changes the database. What is not committed is undone.
+  class WriteTransaction {
+   public:
+    explicit WriteTransaction(SqliteConnection& connection) : connection_(connection) {}
+    ~WriteTransaction();
+    WriteTransaction(const WriteTransaction&) = delete;
+    WriteTransaction& operator=(const WriteTransaction&) = delete;
+
+    /// Waits for the right to write and notices what others changed meanwhile.
+    Status begin();
+    /// Runs `statement` to its end, calling `onRow` for each row it returns.
+    Status run(sqlite3_stmt* statement, const std::function<void(sqlite3_stmt*)>& onRow = {});
+    /// After it nothing is undone any more, whatever happens to the program or the machine.
+    Status commit();
+    /// The same after a statement that changed the structure; tells the connection whether row ids may be
+    /// other ones now.
+    Status commitStructure(bool rowIdsMayChange);
+
+   private:
+    SqliteConnection& connection_;
+    bool begun_ = false;
+    bool open_ = false;
+  };
+
+  /// Runs a statement that can't stand inside a transaction (VACUUM), durably.
+  Status runAlone(sqlite3_stmt* statement);
+
+ private:
+  struct Closer {
+    void operator()(sqlite3* connection) const { sqlite3_close_v2(connection); }
+  };
+
+  struct Permissions {
+    bool outside = false;
+    bool readsTable = false;
+  };
+  static int authorize(void* permissions, int action, const char* first, const char* second,
+                       const char* database, const char* trigger);
+
+  Status openFile(const std::string& path);
+  Status keepJournal(bool keep);
+  Status configure(const OpenOptions& options);
+  Status runPrepared(SqliteStatement& statement, const char* sql);
+  Status readSchemaVersion(std::int64_t* version);
+  Status noticeSchemaVersion();
+  Status checkWhole();
+
+  std::string path_;
+  std::unique_ptr<sqlite3, Closer> handle_;
+  std::unique_ptr<ReadLease> lease_;
+  SqliteStatement schemaVersionStatement_;
+  SqliteStatement beginStatement_;
+  SqliteStatement commitStatement_;
+  SqliteStatement journalMode_;
+  SqliteStatement truncateJournal_;
+  SqliteStatement deleteJournal_;
+  std::int64_t schemaVersion_ = 0;
+  unsigned rebuilds_ = 0;
+  bool readOnly_ = false;
+  int lockWait_ = 0;
+  Permissions permissions_;
+};
+
+}  // namespace store

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <string>
+#include <utility>
+
+namespace store {
+
+/// Why an operation of the store failed. The automation face maps each onto one COM result.
+enum class ErrorCode {
+  ok,
+  invalidArgument,   ///< an argument outside its range
+  noCurrentRecord,   ///< BOF, EOF, a deleted row, or a row that another program deleted
+  illegalOperation,  ///< not allowed in the present state or by the cursor's type
+  notAvailable,      ///< the source or this build can't do it
+  itemNotFound,      ///< no such field
+  conversion,        ///< a value that the field can't take
+  objectClosed,
+  objectOpen,
+  noCommand,        ///< an empty statement
+  errorsInCommand,  ///< a statement that does not parse or can't run
+  badColumn,        ///< a statement names a column that does not exist
+  noTable,          ///< a table that does not exist, or a SELECT without a table
+  tableExists,
+  cannotOpen,   ///< a file that is missing, not a file, not a database, or damaged at its head
+  fileExists,   ///< CREATE DATABASE on a path that is taken
+  locked,       ///< another program held the database for longer than the wait
+  readOnly,     ///< the file, the table or the field can't be written
+  constraint,   ///< a NOT NULL, UNIQUE, CHECK or foreign key rule was broken
+  damaged,      ///< the database's content contradicts itself
+  inputOutput,  ///< the system failed to read or write, or the disk is full
+  outOfMemory,
+};
+
+/// The outcome of an operation: a code, and for a failure a sentence in English for the user.
+/// Contextually true when it succeeded.
+class [[nodiscard]] Status {
+ public:
+  Status() = default;
+  Status(ErrorCode code, std::string message) : code_(code), message_(std::move(message)) {}
+
+  explicit operator bool() const { return code_ == ErrorCode::ok; }
+  ErrorCode code() const { return code_; }
+  const std::string& message() const { return message_; }
+
+ private:
+  ErrorCode code_ = ErrorCode::ok;
+  std::string message_;
+};
+
+}  // namespace store

@@ -1,0 +1,316 @@
+#include "platform/store/engine/table_rows.h"
+
+#include <algorithm>
+
+namespace store {
+
+namespace {
+
+Status outOfMemory() {
+  return {ErrorCode::outOfMemory, "Out of memory."};
+}
+
+Status rowGone() {
+  return {ErrorCode::noCurrentRecord, "The record is no longer there: another program has deleted it."};
+}
+
+// How the n-th key is called inside a statement of the engine's own. In brackets, which never become a text.
+std::string keyAlias(std::size_t number) {
+  return "[quivane key " + std::to_string(number) + "]";
+}
+
+std::string joined(const std::vector<std::string>& parts, const char* separator) {
+  std::string text;
+  for (const std::string& part : parts) {
+    if (!text.empty()) text += separator;
+    text += part;
+  }
+  return text;
+}
+
+}  // namespace
+
+TableRows::TableRows(SqliteConnection& connection, const SingleTableSelect& select, const TableSchema& schema,
+                     std::vector<SelectedColumn> columns)
+    : connection_(connection),
+      table_(quotedName(select.table)),
+      tupleKeyed_(schema.withoutRowId),
+      keysSurviveRebuild_(schema.withoutRowId || schema.rowIdIsColumn) {
+  for (SelectedColumn& column : columns) {
+    columns_.push_back(std::move(column.column));
+    tableColumns_.push_back(std::move(column.tableColumn));
+  }
+  if (schema.withoutRowId) {
+    keyColumns_ = schema.keyColumns();
+    for (const std::string& name : keyColumns_) keyNames_.push_back(quotedName(name));
+  } else {
+    const std::string name = schema.rowIdName();
+    keyNames_.push_back(schema.find(name) != nullptr ? quotedName(name) : name);
+    if (schema.rowIdIsColumn) keyColumns_ = schema.keyColumns();
+  }
+
+  std::vector<std::string> qualified;
+  std::vector<std::string> aliased;
+  std::vector<std::string> aliases;
+  std::vector<std::string> conditions;
+  for (std::size_t number = 0; number < keyNames_.size(); ++number) {
+    qualified.push_back(select.qualifier + "." + keyNames_[number]);
+    aliases.push_back(keyAlias(number + 1));
+    aliased.push_back(qualified.back() + " AS " + aliases.back());
+    conditions.push_back(qualified.back() + " = ?" + std::to_string(number + 1));
+  }
+  const std::string from = " FROM " + select.tableClause + " ";
+  if (select.isPlainTable) {
+    // In the order of the keys, whatever index SQLite would rather walk along.
+    keysSql_ = "SELECT " + joined(qualified, ", ") + from + "ORDER BY " + joined(qualified, ", ");
+  } else {
+    // The statement itself decides which rows and in what order; SQLite folds the two SELECTs into one.
+    wideKeysSql_ = "SELECT " + select.columnList + ", " + joined(aliased, ", ") + from + select.tail;
+    keysSql_ = "SELECT " + joined(aliases, ", ") + " FROM (" + wideKeysSql_ + ")";
+  }
+  fetchSql_ = "SELECT " + select.columnList + from + "WHERE " + joined(conditions, " AND ");
+}
+
+TableRows::~TableRows() {
+  ReadLease::Use use(connection_.lease());
+  fetch_.reset();
+  insert_.statement.reset();
+  update_.statement.reset();
+  remove_.statement.reset();
+}
+
+Status TableRows::prepare() {
+  return connection_.prepare(fetchSql_, &fetch_);
+}
+
+Status TableRows::readKeys(KeySet* keys) {
+  ReadLease::Use use(connection_.lease());
+  if (Status status = connection_.beginRead(); !status) return status;
+  SqliteStatement statement;
+  Status prepared = connection_.prepare(keysSql_, &statement);
+  // A column with a collation that is not known here can be read, but not inside a nested SELECT.
+  if (!prepared && !wideKeysSql_.empty()) prepared = connection_.prepare(wideKeysSql_, &statement);
+  if (!prepared) {
+    connection_.lease().end();
+    return prepared;
+  }
+  const int firstKey = sqlite3_column_count(statement.get()) - static_cast<int>(keyNames_.size());
+  const bool byRowId = !isTupleKeyed();
+  KeySet read(byRowId ? KeySet::Kind::rowId : KeySet::Kind::tuple);
+  sqlite3_stmt* rows = statement.get();
+  int result = SQLITE_ROW;
+  if (byRowId) {
+    while ((result = sqlite3_step(rows)) == SQLITE_ROW) read.append(sqlite3_column_int64(rows, firstKey));
+  } else {
+    while ((result = sqlite3_step(rows)) == SQLITE_ROW) read.append(returnedKey(rows, firstKey));
+  }
+  if (result != SQLITE_DONE) {
+    Status status = statusOf(connection_.handle(), result);
+    statement.reset();
+    connection_.lease().end();
+    return status;
+  }
+  rebuildsAtLoad_ = connection_.rebuilds();
+  *keys = std::move(read);
+  return {};
+}
+
+Status TableRows::fetch(const KeySet& keys, std::size_t index, Row* row) {
+  row->clear();
+  ReadLease::Use use(connection_.lease());
+  if (Status status = connection_.beginRead(); !status) return status;
+  if (Status status = checkSameRows(); !status) return status;
+  StatementRun run(fetch_.get());
+  if (bindKey(fetch_.get(), 1, keys, index) != SQLITE_OK) return outOfMemory();
+  const int result = sqlite3_step(fetch_.get());
+  if (result == SQLITE_DONE) return rowGone();
+  if (result != SQLITE_ROW) {
+    Status status = statusOf(connection_.handle(), result);
+    sqlite3_reset(fetch_.get());
+    connection_.lease().end();
+    return status;
+  }
+  if (!copyColumns(fetch_.get(), static_cast<int>(columns_.size()), row)) {
+    row->clear();
+    return outOfMemory();
+  }
+  return {};
+}
+
+Status TableRows::insert(const std::vector<Change>& changes, KeySet* keys) {
+  std::vector<Assignment> assignments;
+  if (Status status = assignmentsOf(changes, &assignments); !status) return status;
+  std::vector<std::string> names;
+  std::vector<std::string> parameters;
+  for (const Assignment& assignment : assignments) {
+    names.push_back(quotedName(*assignment.tableColumn));
+    parameters.push_back("?" + std::to_string(names.size()));
+  }
+  std::string sql = "INSERT INTO main." + table_;
+  sql += names.empty() ? " DEFAULT VALUES"
+                       : " (" + joined(names, ", ") + ") VALUES (" + joined(parameters, ", ") + ")";
+  sql += " RETURNING " + joined(keyNames_, ", ");
+
+  ReadLease::Use use(connection_.lease());
+  if (Status status = keep(insert_, sql); !status) return status;
+  StatementRun run(insert_.statement.get());
+  for (std::size_t number = 0; number < assignments.size(); ++number) {
+    if (bindValue(insert_.statement.get(), static_cast<int>(number + 1), *assignments[number].value) !=
+        SQLITE_OK) {
+      return outOfMemory();
+    }
+  }
+  std::optional<Key> key;
+  SqliteConnection::WriteTransaction transaction(connection_);
+  Status status = transaction.begin();
+  if (status) {
+    status = transaction.run(insert_.statement.get(),
+                             [&](sqlite3_stmt* statement) { key = returnedKey(statement, 0); });
+  }
+  if (!status) return status;
+  if (!key) return {ErrorCode::constraint, "The database's own rules did not take the record."};
+  keys->append(*key);
+  status = transaction.commit();
+  if (!status) keys->eraseAt(keys->count() - 1);
+  return status;
+}
+
+Status TableRows::update(const std::vector<Change>& changes, KeySet* keys, std::size_t index) {
+  std::vector<Assignment> assignments;
+  if (Status status = assignmentsOf(changes, &assignments); !status) return status;
+  if (assignments.empty()) return {};
+  std::vector<std::string> settings;
+  for (const Assignment& assignment : assignments) {
+    settings.push_back(quotedName(*assignment.tableColumn) + " = ?" + std::to_string(settings.size() + 1));
+  }
+  const int keyParameter = static_cast<int>(assignments.size()) + 1;
+  const bool keyChanges = changesKey(assignments);
+  std::string sql =
+      "UPDATE main." + table_ + " SET " + joined(settings, ", ") + " WHERE " + keyCondition(keyParameter);
+  if (keyChanges) sql += " RETURNING " + joined(keyNames_, ", ");
+
+  ReadLease::Use use(connection_.lease());
+  if (Status status = keep(update_, sql); !status) return status;
+  StatementRun run(update_.statement.get());
+  int result = bindKey(update_.statement.get(), keyParameter, *keys, index);
+  for (std::size_t number = 0; number < assignments.size() && result == SQLITE_OK; ++number) {
+    result = bindValue(update_.statement.get(), static_cast<int>(number + 1), *assignments[number].value);
+  }
+  if (result != SQLITE_OK) return outOfMemory();
+
+  std::optional<Key> key;
+  SqliteConnection::WriteTransaction transaction(connection_);
+  if (Status status = transaction.begin(); !status) return status;
+  if (Status status = checkSameRows(); !status) return status;
+  Status status = transaction.run(update_.statement.get(),
+                                  [&](sqlite3_stmt* statement) { key = returnedKey(statement, 0); });
+  if (!status) return status;
+  if (sqlite3_changes64(connection_.handle()) == 0) return rowGone();
+  if (!key) return transaction.commit();
+  // The set follows first, because it may need memory; that can't be refused any more after the commit.
+  const Key former = keys->keyAt(index);
+  keys->replaceAt(index, *key);
+  status = transaction.commit();
+  if (!status) keys->replaceAt(index, former);
+  return status;
+}
+
+Status TableRows::remove(KeySet* keys, std::size_t index) {
+  const std::string sql = "DELETE FROM main." + table_ + " WHERE " + keyCondition(1);
+  ReadLease::Use use(connection_.lease());
+  if (Status status = keep(remove_, sql); !status) return status;
+  StatementRun run(remove_.statement.get());
+  if (bindKey(remove_.statement.get(), 1, *keys, index) != SQLITE_OK) return outOfMemory();
+  SqliteConnection::WriteTransaction transaction(connection_);
+  Status status = transaction.begin();
+  if (status) status = checkSameRows();
+  if (status) status = transaction.run(remove_.statement.get());
+  if (status) status = transaction.commit();
+  if (status) keys->eraseAt(index);
+  return status;
+}
+
+Status TableRows::assignmentsOf(const std::vector<Change>& changes,
+                                std::vector<Assignment>* assignments) const {
+  std::vector<Assignment> made;
+  for (const Change& change : changes) {
+    if (!columns_[change.column].updatable) {
+      return {ErrorCode::readOnly, "The field " + columns_[change.column].name + " can't be written."};
+    }
+    const std::string& name = tableColumns_[change.column];
+    const auto same = std::find_if(made.begin(), made.end(),
+                                   [&](const Assignment& other) { return *other.tableColumn == name; });
+    if (same != made.end()) {
+      same->value = &change.value;
+    } else {
+      made.push_back({&name, &change.value});
+    }
+  }
+  *assignments = std::move(made);
+  return {};
+}
+
+bool TableRows::changesKey(const std::vector<Assignment>& assignments) const {
+  return std::any_of(assignments.begin(), assignments.end(), [&](const Assignment& assignment) {
+    return std::find(keyColumns_.begin(), keyColumns_.end(), *assignment.tableColumn) != keyColumns_.end();
+  });
+}
+
+Status TableRows::keep(KeptStatement& kept, const std::string& sql) {
+  if (kept.statement && kept.sql == sql) return {};
+  SqliteStatement statement;
+  if (Status status = connection_.prepare(sql, &statement); !status) return status;
+  kept = {sql, std::move(statement)};
+  return {};
+}
+
+int TableRows::bindKey(sqlite3_stmt* statement, int position, const KeySet& keys, std::size_t index) const {
+  if (keys.kind() == KeySet::Kind::rowId) return sqlite3_bind_int64(statement, position, keys.rowIdAt(index));
+  const Key key = keys.keyAt(index);
+  for (const Value& value : std::get<std::vector<Value>>(key)) {
+    // The values end with this function, the binding does not.
+    const int result = bindValueCopy(statement, position, value);
+    if (result != SQLITE_OK) return result;
+    ++position;
+  }
+  return SQLITE_OK;
+}
+
+Key TableRows::returnedKey(sqlite3_stmt* statement, int first) const {
+  if (!isTupleKeyed()) return sqlite3_column_int64(statement, first);
+  std::vector<Value> values;
+  for (int index = 0; index < static_cast<int>(keyNames_.size()); ++index) {
+    values.push_back(columnValue(statement, first + index));
+  }
+  return values;
+}
+
+// Keys that columns hold stay good; then only the columns could have become others.
+Status TableRows::checkSameRows() {
+  if (connection_.rebuilds() == rebuildsAtLoad_) return {};
+  SqliteStatement fetch;
+  bool isSame = keysSurviveRebuild_ && connection_.prepare(fetchSql_, &fetch) &&
+                sqlite3_column_count(fetch.get()) >= static_cast<int>(columns_.size());
+  for (std::size_t index = 0; index < columns_.size() && isSame; ++index) {
+    const char* name = sqlite3_column_name(fetch.get(), static_cast<int>(index));
+    isSame = name != nullptr && columns_[index].name == name;
+  }
+  if (!isSame) {
+    return {ErrorCode::noCurrentRecord,
+            "The structure of the database was changed meanwhile: the table must be opened again."};
+  }
+  fetch_ = std::move(fetch);
+  rebuildsAtLoad_ = connection_.rebuilds();
+  return {};
+}
+
+std::string TableRows::keyCondition(int firstParameter) const {
+  std::vector<std::string> conditions;
+  for (const std::string& name : keyNames_) {
+    conditions.push_back(name + " = ?" +
+                         std::to_string(firstParameter + static_cast<int>(conditions.size())));
+  }
+  return joined(conditions, " AND ");
+}
+
+}  // namespace store

@@ -1,0 +1,77 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "platform/store/engine/backend.h"
+#include "platform/store/engine/dialect.h"
+#include "platform/store/engine/sqlite_connection.h"
+#include "platform/store/engine/table_schema.h"
+
+namespace store {
+
+/// A column of a SELECT with the table's column that it shows; no name for an expression.
+struct SelectedColumn {
+  Column column;
+  std::string tableColumn;
+};
+
+/// The rows of a SELECT on one table, told apart by row id, or by primary key in a table without row ids.
+class TableRows : public RowSource {
+ public:
+  /// `connection` outlives the rows. `schema` is an ordinary table's, with a row id name or without row ids.
+  TableRows(SqliteConnection& connection, const SingleTableSelect& select, const TableSchema& schema,
+            std::vector<SelectedColumn> columns);
+  ~TableRows() override;
+
+  /// Prepares the reading of single rows, inside a Use. To be called once, before anything else.
+  Status prepare();
+
+  const std::vector<Column>& columns() const override { return columns_; }
+  bool isUpdatable() const override { return !connection_.isReadOnly(); }
+  Status readKeys(KeySet* keys) override;
+  Status fetch(const KeySet& keys, std::size_t index, Row* row) override;
+  Status insert(const std::vector<Change>& changes, KeySet* keys) override;
+  Status update(const std::vector<Change>& changes, KeySet* keys, std::size_t index) override;
+  Status remove(KeySet* keys, std::size_t index) override;
+
+ private:
+  /// The newest value of each of the table's columns that `changes` write.
+  struct Assignment {
+    const std::string* tableColumn;
+    const Value* value;
+  };
+  /// A statement that stays prepared as long as the same one is asked for.
+  struct KeptStatement {
+    std::string sql;
+    SqliteStatement statement;
+  };
+
+  Status assignmentsOf(const std::vector<Change>& changes, std::vector<Assignment>* assignments) const;
+  bool changesKey(const std::vector<Assignment>& assignments) const;
+  Status keep(KeptStatement& kept, const std::string& sql);
+  int bindKey(sqlite3_stmt* statement, int position, const KeySet& keys, std::size_t index) const;
+  Key returnedKey(sqlite3_stmt* statement, int first) const;
+  bool isTupleKeyed() const { return tupleKeyed_; }
+  Status checkSameRows();
+  std::string keyCondition(int firstParameter) const;
+
+  SqliteConnection& connection_;
+  std::vector<Column> columns_;
+  std::vector<std::string> tableColumns_;
+  std::string table_;
+  bool tupleKeyed_;                      // by primary key instead of row id
+  std::vector<std::string> keyColumns_;  // the table's columns that hold the key, if columns do
+  std::vector<std::string> keyNames_;    // what reads the key in a statement on the table alone, quoted
+  bool keysSurviveRebuild_;
+  std::string keysSql_;
+  std::string wideKeysSql_;  // the same with all columns in front of the keys; empty for a plain table
+  std::string fetchSql_;
+  unsigned rebuildsAtLoad_ = 0;  // the connection's count when the keys were taken
+  SqliteStatement fetch_;
+  KeptStatement insert_;
+  KeptStatement update_;
+  KeptStatement remove_;
+};
+
+}  // namespace store

@@ -1,0 +1,114 @@
+#include "platform/store/engine/table_schema.h"
+
+#include <algorithm>
+
+namespace store {
+
+namespace {
+
+bool sameName(const std::string& left, std::string_view right) {
+  return left.size() == right.size() &&
+         sqlite3_strnicmp(left.data(), right.data(), static_cast<int>(right.size())) == 0;
+}
+
+bool bindText(sqlite3_stmt* statement, std::string_view text) {
+  return sqlite3_bind_text64(statement, 1, text.data(), text.size(), SQLITE_STATIC, SQLITE_UTF8) == SQLITE_OK;
+}
+
+// What pragma_table_xinfo says in its column "hidden" of generated columns.
+constexpr int kGeneratedVirtual = 2;
+constexpr int kGeneratedStored = 3;
+
+constexpr std::string_view kOwnPrefix = "sqlite_";
+
+Status readKind(SqliteConnection& connection, std::string_view name, TableSchema* schema) {
+  SqliteStatement statement;
+  Status status = connection.prepare(
+      "SELECT type, wr FROM pragma_table_list WHERE schema = 'main' AND name = ?1 COLLATE NOCASE",
+      &statement);
+  if (!status) return status;
+  if (!bindText(statement.get(), name)) return {ErrorCode::outOfMemory, "Out of memory."};
+  const int result = sqlite3_step(statement.get());
+  if (result != SQLITE_ROW) return statusOf(connection.handle(), result);
+  // SQLite's own tables can be read and no more.
+  const bool isOwn = name.size() >= kOwnPrefix.size() &&
+                     sameName(std::string(kOwnPrefix), name.substr(0, kOwnPrefix.size()));
+  schema->ordinary = columnText(statement.get(), 0) == "table" && !isOwn;
+  schema->withoutRowId = sqlite3_column_int(statement.get(), 1) != 0;
+  return {};
+}
+
+Status readColumns(SqliteConnection& connection, std::string_view name, TableSchema* schema) {
+  SqliteStatement statement;
+  Status status = connection.prepare(
+      "SELECT name, type, \"notnull\", pk, hidden FROM pragma_table_xinfo(?1, 'main') ORDER BY cid",
+      &statement);
+  if (!status) return status;
+  if (!bindText(statement.get(), name)) return {ErrorCode::outOfMemory, "Out of memory."};
+  int result = SQLITE_ROW;
+  while ((result = sqlite3_step(statement.get())) == SQLITE_ROW) {
+    TableSchema::Column column;
+    column.name = columnText(statement.get(), 0);
+    column.declaredType = columnText(statement.get(), 1);
+    column.notNull = sqlite3_column_int(statement.get(), 2) != 0;
+    column.keyPosition = sqlite3_column_int(statement.get(), 3);
+    const int hidden = sqlite3_column_int(statement.get(), 4);
+    column.generated = hidden == kGeneratedVirtual || hidden == kGeneratedStored;
+    schema->columns.push_back(std::move(column));
+  }
+  return statusOf(connection.handle(), result);
+}
+
+// An INTEGER PRIMARY KEY has no index of its own when it is the row id itself. (With DESC it is not.)
+Status readHasKeyIndex(SqliteConnection& connection, std::string_view name, bool* hasKeyIndex) {
+  SqliteStatement statement;
+  Status status =
+      connection.prepare("SELECT 1 FROM pragma_index_list(?1, 'main') WHERE origin = 'pk'", &statement);
+  if (!status) return status;
+  if (!bindText(statement.get(), name)) return {ErrorCode::outOfMemory, "Out of memory."};
+  const int result = sqlite3_step(statement.get());
+  *hasKeyIndex = result == SQLITE_ROW;
+  return statusOf(connection.handle(), result);
+}
+
+}  // namespace
+
+std::string TableSchema::rowIdName() const {
+  for (const char* name : {"rowid", "_rowid_", "oid"}) {
+    if (find(name) == nullptr) return name;
+  }
+  const std::vector<std::string> keys = keyColumns();
+  return rowIdIsColumn && keys.size() == 1 ? keys.front() : std::string();
+}
+
+std::vector<std::string> TableSchema::keyColumns() const {
+  std::vector<std::pair<int, std::string>> keys;
+  for (const Column& column : columns) {
+    if (column.keyPosition > 0) keys.emplace_back(column.keyPosition, column.name);
+  }
+  std::sort(keys.begin(), keys.end());
+  std::vector<std::string> names;
+  for (auto& key : keys) names.push_back(std::move(key.second));
+  return names;
+}
+
+const TableSchema::Column* TableSchema::find(std::string_view name) const {
+  for (const Column& column : columns) {
+    if (sameName(column.name, name)) return &column;
+  }
+  return nullptr;
+}
+
+Status readTableSchema(SqliteConnection& connection, std::string_view name, TableSchema* schema) {
+  TableSchema read;
+  if (Status status = readKind(connection, name, &read); !status) return status;
+  if (Status status = readColumns(connection, name, &read); !status) return status;
+  bool hasKeyIndex = false;
+  if (Status status = readHasKeyIndex(connection, name, &hasKeyIndex); !status) return status;
+  const std::vector<std::string> keys = read.keyColumns();
+  read.rowIdIsColumn = !read.withoutRowId && keys.size() == 1 && !hasKeyIndex;
+  *schema = std::move(read);
+  return {};
+}
+
+}  // namespace store

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/store/engine/sqlite_connection.h"
+#include "platform/store/engine/status.h"
+
+namespace store {
+
+/// What SQLite knows of one table.
+struct TableSchema {
+  struct Column {
+    std::string name;
+    std::string declaredType;
+    int keyPosition = 0;  ///< 1-based place in the primary key, 0 outside it
+    bool notNull = false;
+    bool generated = false;
+  };
+
+  bool ordinary = false;  ///< a table of its own rows: not a view, not virtual
+  bool withoutRowId = false;
+  bool rowIdIsColumn = false;   ///< an INTEGER PRIMARY KEY: row ids survive a rebuilding of the file
+  std::vector<Column> columns;  ///< empty when there is no such table
+
+  /// A name under which the row id can be read, i.e. one that no column takes. Empty when all are taken.
+  std::string rowIdName() const;
+  /// The columns of the primary key in its order.
+  std::vector<std::string> keyColumns() const;
+  const Column* find(std::string_view name) const;
+};
+
+/// Reads the schema of the table called `name` (any letter case) in the main database, inside a Use.
+/// A name that no table has is no failure: `ordinary` is false and `columns` empty.
+Status readTableSchema(SqliteConnection& connection, std::string_view name, TableSchema* schema);
+
+}  // namespace store

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace store {
+
+/// Text is UTF-16 at the interface and UTF-8 in the file. Every sequence of UTF-16 units survives the
+/// way to the file and back: an unpaired surrogate is kept as its three-byte form, a zero character
+/// as a zero byte. Source of the formats: The Unicode Standard, chapter 3.9.
+
+/// UTF-8 of `text`. Pairs of surrogates become one four-byte sequence, an unpaired one its three-byte
+/// form. Never fails but for memory (std::bad_alloc).
+std::string toUtf8(std::u16string_view text);
+
+/// UTF-16 of `text`. Three-byte forms of surrogates become these units; each maximal ill-formed
+/// subsequence becomes one U+FFFD, so that damaged text can be shown. Never fails but for memory.
+std::u16string toUtf16(std::string_view text);
+
+/// The same into the caller's buffer, which has room for text.size() units (a byte never yields more
+/// than one unit). Returns the number of units written; no terminator is written.
+std::size_t decodeUtf8(std::string_view text, char16_t* units);
+
+}  // namespace store
