@@ -1,0 +1,64 @@
+#include "platform/store/automation/database_location.h"
+
+#include <windows.h>
+
+namespace automation {
+
+namespace {
+
+constexpr std::wstring_view kLongPrefix = L"\\\\?\\";
+constexpr std::wstring_view kLongUncPrefix = L"\\\\?\\UNC\\";
+// Room is left for the longest name that the engine puts beside the file.
+constexpr std::size_t kShortPathLength = MAX_PATH - 16;
+
+bool startsWith(std::wstring_view text, std::wstring_view start) {
+  return text.substr(0, start.size()) == start;
+}
+
+std::wstring volumeOf(const std::wstring& fullPath) {
+  std::wstring volume(fullPath.size() + 2, L'\0');
+  if (!GetVolumePathNameW(fullPath.c_str(), volume.data(), static_cast<DWORD>(volume.size()))) return {};
+  volume.resize(volume.find(L'\0'));
+  return volume;
+}
+
+bool isLastingDrive(const std::wstring& fullPath) {
+  const std::wstring volume = volumeOf(fullPath);
+  if (volume.empty()) return false;
+  const UINT type = GetDriveTypeW(volume.c_str());
+  return type == DRIVE_FIXED || type == DRIVE_RAMDISK;
+}
+
+store::DateOrder userDateOrder() {
+  DWORD order = 0;
+  const int length = GetLocaleInfoEx(LOCALE_NAME_USER_DEFAULT, LOCALE_IDATE | LOCALE_RETURN_NUMBER,
+                                     reinterpret_cast<wchar_t*>(&order), sizeof order / sizeof(wchar_t));
+  if (length == 0) return store::DateOrder::monthDayYear;
+  if (order == 1) return store::DateOrder::dayMonthYear;
+  return order == 2 ? store::DateOrder::yearMonthDay : store::DateOrder::monthDayYear;
+}
+
+}  // namespace
+
+std::wstring fullPathOf(const std::wstring& path) {
+  std::wstring full(MAX_PATH, L'\0');
+  DWORD length = GetFullPathNameW(path.c_str(), static_cast<DWORD>(full.size()), full.data(), nullptr);
+  if (length >= full.size()) {
+    full.resize(length);
+    length = GetFullPathNameW(path.c_str(), static_cast<DWORD>(full.size()), full.data(), nullptr);
+  }
+  if (length == 0 || length >= full.size()) return path;
+  full.resize(length);
+  if (full.size() < kShortPathLength || startsWith(full, kLongPrefix)) return full;
+  if (startsWith(full, L"\\\\")) return std::wstring(kLongUncPrefix) + full.substr(2);
+  return std::wstring(kLongPrefix) + full;
+}
+
+store::OpenOptions optionsFor(const std::wstring& fullPath) {
+  store::OpenOptions options;
+  options.memoryMap = isLastingDrive(fullPath);
+  options.dateOrder = userDateOrder();
+  return options;
+}
+
+}  // namespace automation

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "platform/store/engine/database_file.h"
+
+namespace automation {
+
+/// Where a database is, and how this system lets it be used.
+
+/// The full path of `path`, taken from the process's current folder; with the prefix that lets the
+/// system pass its old limit of 260 characters where that is needed. `path` itself when the system
+/// can't tell. Throws std::bad_alloc.
+std::wstring fullPathOf(const std::wstring& path);
+
+/// The engine's options for the database at the full path: a memory mapping only on drives that can't
+/// vanish, and dates in the order of the user's locale.
+store::OpenOptions optionsFor(const std::wstring& fullPath);
+
+}  // namespace automation

@@ -1,0 +1,133 @@
+#include "platform/store/automation/field_values.h"
+
+#include <numeric>
+#include <optional>
+#include <utility>
+
+#include "platform/store/automation/collection.h"
+#include "platform/store/automation/text.h"
+#include "platform/store/automation/variant_values.h"
+
+namespace automation {
+
+namespace {
+
+Outcome noSuchField() {
+  return {kItemNotFound, "There is no such field."};
+}
+
+Outcome unusableList() {
+  return {kInvalidArgument, "Fields and values must be a name and a value, or two lists of the same length."};
+}
+
+/// The elements of a one-dimensional array, or the value itself as the only one; each plain.
+Outcome readList(const VARIANT& list, std::vector<OwnedVariant>* elements) {
+  OwnedVariant holder;
+  const VARIANT* plain = nullptr;
+  if (Outcome outcome = plainVariant(list, &holder, &plain); !outcome) return outcome;
+
+  std::vector<OwnedVariant> read;
+  if (V_VT(plain) == (VT_ARRAY | VT_VARIANT) && V_ARRAY(plain) != nullptr) {
+    SAFEARRAY* array = V_ARRAY(plain);
+    LONG first = 0;
+    LONG last = 0;
+    if (SafeArrayGetDim(array) != 1 || FAILED(SafeArrayGetLBound(array, 1, &first)) ||
+        FAILED(SafeArrayGetUBound(array, 1, &last))) {
+      return unusableList();
+    }
+    for (LONG index = first; index <= last; ++index) {
+      OwnedVariant element;
+      if (FAILED(SafeArrayGetElement(array, &index, element.get()))) return unusableList();
+      read.push_back(std::move(element));
+    }
+  } else {
+    OwnedVariant copy;
+    if (!copy.copy(*plain)) throw std::bad_alloc();
+    read.push_back(std::move(copy));
+  }
+
+  for (OwnedVariant& element : read) {
+    OwnedVariant elementHolder;
+    const VARIANT* elementPlain = nullptr;
+    if (Outcome outcome = plainVariant(*element, &elementHolder, &elementPlain); !outcome) return outcome;
+    if (elementPlain == elementHolder.get()) element = std::move(elementHolder);
+  }
+  *elements = std::move(read);
+  return {};
+}
+
+Outcome readColumns(const store::Recordset& records, const VARIANT& list, std::vector<std::size_t>* columns) {
+  std::vector<OwnedVariant> names;
+  if (Outcome outcome = readList(list, &names); !outcome) return outcome;
+  std::vector<std::size_t> found;
+  for (const OwnedVariant& name : names) {
+    std::size_t column = 0;
+    if (Outcome outcome = findColumn(records, *name, &column); !outcome) return outcome;
+    found.push_back(column);
+  }
+  *columns = std::move(found);
+  return {};
+}
+
+}  // namespace
+
+Outcome readField(store::Recordset& records, std::size_t column, OwnedVariant* value) {
+  store::Cell cell;
+  if (store::Status status = records.cell(column, &cell); !status) return status;
+  *value = shownValue(cell, records.columns()[column].type);
+  return {};
+}
+
+Outcome writeField(store::Recordset& records, std::size_t column, const VARIANT& given) {
+  store::Cell cell;
+  if (store::Status status = records.cell(column, &cell); !status) return status;
+  const store::FieldType& type = records.columns()[column].type;
+  if (saysTheSame(*shownValue(cell, type), given)) return records.setValue(column, store::valueOf(cell));
+  store::Value value;
+  if (Outcome outcome = storedValue(given, type, cell, &value); !outcome) return outcome;
+  return records.setValue(column, std::move(value));
+}
+
+Outcome findColumn(const store::Recordset& records, const VARIANT& index, std::size_t* column) {
+  std::optional<std::size_t> found;
+  if (V_VT(&index) == VT_BSTR) {
+    found = records.columnIndex(utf8Of(viewOf(V_BSTR(&index))));
+  } else {
+    found = itemIndexOf(index, records.columns().size());
+  }
+  if (!found) return noSuchField();
+  *column = *found;
+  return {};
+}
+
+Outcome readAssignments(const store::Recordset& records, const VARIANT& fieldList, const VARIANT& values,
+                        std::vector<FieldAssignment>* assignments) {
+  if (isMissing(fieldList) && isMissing(values)) {
+    assignments->clear();
+    return {};
+  }
+  if (isMissing(fieldList)) return unusableList();
+  std::vector<std::size_t> columns;
+  if (Outcome outcome = readColumns(records, fieldList, &columns); !outcome) return outcome;
+  std::vector<OwnedVariant> given;
+  if (Outcome outcome = readList(values, &given); !outcome) return outcome;
+  if (columns.size() != given.size()) return unusableList();
+
+  std::vector<FieldAssignment> read;
+  for (std::size_t index = 0; index < columns.size(); ++index) {
+    read.push_back({columns[index], std::move(given[index])});
+  }
+  *assignments = std::move(read);
+  return {};
+}
+
+Outcome readColumnList(const store::Recordset& records, const VARIANT& fields,
+                       std::vector<std::size_t>* columns) {
+  if (!isMissing(fields)) return readColumns(records, fields, columns);
+  std::vector<std::size_t> all(records.columns().size());
+  std::iota(all.begin(), all.end(), std::size_t{0});
+  *columns = std::move(all);
+  return {};
+}
+
+}  // namespace automation

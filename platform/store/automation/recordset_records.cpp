@@ -1,0 +1,231 @@
+#include <algorithm>
+#include <limits>
+#include <utility>
+
+#include "platform/store/automation/field_values.h"
+#include "platform/store/automation/get_rows.h"
+#include "platform/store/automation/recordset.h"
+#include "platform/store/automation/variant_values.h"
+
+// The records of an open recordset: reading, moving, changing.
+
+namespace automation {
+
+namespace {
+
+constexpr long kCurrentRecordOnly = 1;
+constexpr long kMostAffect = 4;
+
+// ADO's "CursorOptionEnum".
+constexpr long kMovesBackwards = 0x200;
+constexpr long kAddsRecords = 0x1000400;
+constexpr long kDeletesRecords = 0x1000800;
+constexpr long kUpdatesRecords = 0x1008000;
+constexpr long kHasBookmarks = 0x2000;
+constexpr long kHasPositions = 0x4000;
+
+long saturated(std::int64_t number) {
+  return static_cast<long>(
+      std::clamp<std::int64_t>(number, std::numeric_limits<long>::min(), std::numeric_limits<long>::max()));
+}
+
+Outcome writeAll(store::Recordset& records, const std::vector<FieldAssignment>& assignments) {
+  for (const FieldAssignment& assignment : assignments) {
+    if (Outcome outcome = writeField(records, assignment.column, *assignment.value); !outcome) return outcome;
+  }
+  return {};
+}
+
+}  // namespace
+
+HRESULT RecordsetObject::get_Fields(IAdoceFields** fields) {
+  return withRecords([&](store::Recordset&) -> Outcome {
+    if (fields == nullptr) return nullPointer();
+    if (!fields_) fields_ = makeObject<FieldsObject>(cursor_);
+    *fields = ComPtr<FieldsObject>(fields_).detach();
+    return {};
+  });
+}
+
+HRESULT RecordsetObject::MoveFirst() {
+  return withRecords([](store::Recordset& records) -> Outcome { return records.moveFirst(); });
+}
+
+HRESULT RecordsetObject::MoveLast() {
+  return withRecords([](store::Recordset& records) -> Outcome { return records.moveLast(); });
+}
+
+HRESULT RecordsetObject::MoveNext() {
+  return withRecords([](store::Recordset& records) -> Outcome { return records.moveNext(); });
+}
+
+HRESULT RecordsetObject::MovePrevious() {
+  return withRecords([](store::Recordset& records) -> Outcome { return records.movePrevious(); });
+}
+
+HRESULT RecordsetObject::Move(long count, VARIANT start) {
+  return withRecords([&](store::Recordset& records) -> Outcome { return moveFrom(records, count, start); });
+}
+
+HRESULT RecordsetObject::AddNew(VARIANT fieldList, VARIANT values) {
+  return withRecords([&](store::Recordset& records) -> Outcome {
+    std::vector<FieldAssignment> assignments;
+    if (Outcome outcome = readAssignments(records, fieldList, values, &assignments); !outcome) return outcome;
+    if (store::Status status = records.addNew(); !status || assignments.empty()) return status;
+    Outcome outcome = writeAll(records, assignments);
+    if (outcome) outcome = records.update();
+    if (outcome) return outcome;
+    // Values that came with the call don't stay behind when it fails.
+    if (store::Status status = records.cancelUpdate(); !status) return status;
+    return outcome;
+  });
+}
+
+HRESULT RecordsetObject::Update(VARIANT fieldList, VARIANT values) {
+  return withRecords([&](store::Recordset& records) -> Outcome {
+    std::vector<FieldAssignment> assignments;
+    if (Outcome outcome = readAssignments(records, fieldList, values, &assignments); !outcome) return outcome;
+    if (Outcome outcome = writeAll(records, assignments); !outcome) return outcome;
+    return records.update();
+  });
+}
+
+HRESULT RecordsetObject::CancelUpdate() {
+  return withRecords([](store::Recordset& records) -> Outcome { return records.cancelUpdate(); });
+}
+
+HRESULT RecordsetObject::Delete(long affectRecords) {
+  return withRecords([&](store::Recordset& records) -> Outcome {
+    if (affectRecords == kCurrentRecordOnly) return records.remove();
+    if (affectRecords > kCurrentRecordOnly && affectRecords <= kMostAffect) {
+      return {kNotAvailable, "Only the current record can be deleted."};
+    }
+    return {kInvalidArgument, "There is no such way of deleting."};
+  });
+}
+
+HRESULT RecordsetObject::GetRows(long rows, VARIANT start, VARIANT fields, VARIANT* values) {
+  return withRecords([&](store::Recordset& records) -> Outcome {
+    if (values == nullptr) return nullPointer();
+    std::vector<std::size_t> columns;
+    if (Outcome outcome = readColumnList(records, fields, &columns); !outcome) return outcome;
+    if (!isMissing(start)) {
+      if (Outcome outcome = moveFrom(records, 0, start); !outcome) return outcome;
+    }
+    OwnedVariant read;
+    if (Outcome outcome = readRows(records, columns, rows, &read); !outcome) return outcome;
+    *values = read.detach();
+    return {};
+  });
+}
+
+HRESULT RecordsetObject::Supports(long cursorOptions, VARIANT_BOOL* supported) {
+  return withRecords([&](store::Recordset& records) -> Outcome {
+    if (supported == nullptr) return nullPointer();
+    long all = 0;
+    if (records.cursorType() == store::CursorType::keyset)
+      all |= kMovesBackwards | kHasBookmarks | kHasPositions;
+    if (records.isUpdatable()) all |= kAddsRecords | kDeletesRecords | kUpdatesRecords;
+    *supported = (cursorOptions & all) == cursorOptions ? VARIANT_TRUE : VARIANT_FALSE;
+    return {};
+  });
+}
+
+HRESULT RecordsetObject::Clone(IAdoceRecordset** copy) {
+  return withRecords([&](store::Recordset& records) -> Outcome {
+    if (copy == nullptr) return nullPointer();
+    ComPtr<RecordsetObject> made = makeObject<RecordsetObject>();
+    made->bind(connection_, source_);
+    made->cursorType_ = cursorType_;
+    made->lockType_ = lockType_;
+    made->cursor_ = std::make_shared<Cursor>(records.clone(), cursor_->errors());
+    connection_->remember(made->cursor_);
+    *copy = made.detach();
+    return {};
+  });
+}
+
+HRESULT RecordsetObject::get_AbsolutePosition(long* position) {
+  return withRecords([&](store::Recordset& records) -> Outcome {
+    if (position == nullptr) return nullPointer();
+    *position = saturated(records.position());
+    return {};
+  });
+}
+
+HRESULT RecordsetObject::put_AbsolutePosition(long position) {
+  return withRecords([&](store::Recordset& records) -> Outcome { return records.setPosition(position); });
+}
+
+HRESULT RecordsetObject::get_BOF(VARIANT_BOOL* bof) {
+  return withRecords([&](store::Recordset& records) -> Outcome {
+    if (bof == nullptr) return nullPointer();
+    *bof = records.isBof() ? VARIANT_TRUE : VARIANT_FALSE;
+    return {};
+  });
+}
+
+HRESULT RecordsetObject::get_EOF(VARIANT_BOOL* eof) {
+  return withRecords([&](store::Recordset& records) -> Outcome {
+    if (eof == nullptr) return nullPointer();
+    *eof = records.isEof() ? VARIANT_TRUE : VARIANT_FALSE;
+    return {};
+  });
+}
+
+HRESULT RecordsetObject::get_Bookmark(VARIANT* bookmark) {
+  return withRecords([&](store::Recordset& records) -> Outcome {
+    if (bookmark == nullptr) return nullPointer();
+    std::string bytes;
+    if (store::Status status = records.bookmark(&bytes); !status) return status;
+    *bookmark = arrayOf(bytes).detach();
+    return {};
+  });
+}
+
+HRESULT RecordsetObject::put_Bookmark(VARIANT bookmark) {
+  return withRecords([&](store::Recordset& records) -> Outcome {
+    OwnedVariant holder;
+    const VARIANT* plain = nullptr;
+    if (Outcome outcome = plainVariant(bookmark, &holder, &plain); !outcome) return outcome;
+    const std::optional<std::string> bytes = bytesOf(*plain);
+    if (!bytes) return {kInvalidArgument, "This is not a bookmark."};
+    return records.setBookmark(*bytes);
+  });
+}
+
+HRESULT RecordsetObject::get_EditMode(long* mode) {
+  return withRecords([&](store::Recordset& records) -> Outcome {
+    if (mode == nullptr) return nullPointer();
+    *mode = static_cast<long>(records.editMode());
+    return {};
+  });
+}
+
+HRESULT RecordsetObject::get_RecordCount(long* count) {
+  return withRecords([&](store::Recordset& records) -> Outcome {
+    if (count == nullptr) return nullPointer();
+    *count = saturated(records.recordCount());
+    return {};
+  });
+}
+
+HRESULT RecordsetObject::Invoke(DISPID member, REFIID reserved, LCID locale, WORD flags,
+                                DISPPARAMS* arguments, VARIANT* result, EXCEPINFO* exception,
+                                UINT* badArgument) {
+  // recordset(index) and recordset(index) = value go to the fields.
+  const bool isIndexed = arguments != nullptr && arguments->cArgs > 0;
+  if (member != DISPID_VALUE || !isIndexed || reserved != IID_NULL) {
+    return AutomationObject::Invoke(member, reserved, locale, flags, arguments, result, exception,
+                                    badArgument);
+  }
+  DISPPARAMS none = {nullptr, nullptr, 0, 0};
+  OwnedVariant fields;
+  const HRESULT found = AutomationObject::Invoke(DISPID_VALUE, reserved, locale, DISPATCH_PROPERTYGET, &none,
+                                                 fields.get(), exception, badArgument);
+  if (FAILED(found)) return found;
+  return V_DISPATCH(fields.get())
+      ->Invoke(DISPID_VALUE, reserved, locale, flags, arguments, result, exception, badArgument);
+}
+
+}  // namespace automation

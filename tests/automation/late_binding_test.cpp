@@ -1,0 +1,196 @@
+#include "tests/automation/automation_test.h"
+#include "tests/automation/late_object.h"
+#include "tests/automation/sqlite_file.h"
+
+// The objects as a script uses them: by the names of their members.
+
+namespace automationtest {
+namespace {
+
+class LateBinding : public AutomationTest {
+ protected:
+  LateBinding() {
+    SqliteFile(path_).run(
+        "CREATE TABLE [My table] (Id INTEGER, [Full name] TEXT); INSERT INTO [My table] VALUES (1, 'a'), (2, "
+        "'b')");
+    connection_.call(L"Open", arguments(variant(path_)));
+  }
+  ~LateBinding() override {
+    const LateFailure failure = failureOf([&] { connection_.call(L"Close"); });
+    EXPECT_TRUE(failure.result == S_OK || failure.result == objectModelError(3704));
+  }
+
+  LateObject openRecords(const wchar_t* source = L"Select * from [My table]") {
+    LateObject recordset = LateObject::create(L"ADOCE.Recordset.3.1");
+    recordset.call(L"Open",
+                   arguments(variant(source), variant(connection_.object()), int16(1), int16(3), int16(1)));
+    return recordset;
+  }
+
+  std::wstring path_ = makeDatabase();
+  LateObject connection_ = LateObject::create(L"ADOCE.Connection.3.1");
+};
+
+TEST_F(LateBinding, MembersAreFoundInAnyLetterCase) {
+  EXPECT_EQ(described(connection_.get(L"Version")), "BSTR 3.1");
+  EXPECT_EQ(described(connection_.get(L"VERSION")), "BSTR 3.1");
+  EXPECT_EQ(described(connection_.get(L"state")), "I4 1");
+  EXPECT_EQ(failureOf([&] { connection_.get(L"Nothing"); }).result, DISP_E_UNKNOWNNAME);
+}
+
+TEST_F(LateBinding, WalksTheRecords) {
+  const LateObject recordset = openRecords();
+  EXPECT_EQ(described(recordset.get(L"RecordCount")), "I4 2");
+  std::string seen;
+  while (described(recordset.get(L"EOF")) == "BOOL 0") {
+    const LateObject fields = LateObject::of(recordset.get(L"Fields"));
+    const LateObject field = LateObject::of(fields.get(L"Item", arguments(variant(L"Full name"))));
+    seen += described(field.get(L"Value")) + ";";
+    recordset.call(L"MoveNext");
+  }
+  EXPECT_EQ(seen, "BSTR a;BSTR b;");
+}
+
+TEST_F(LateBinding, DefaultMembersAreLeftOut) {
+  const LateObject recordset = openRecords();
+  const LateObject fields = LateObject::of(recordset.item());
+  EXPECT_EQ(described(fields.get(L"Count")), "I4 2");
+  EXPECT_EQ(described(LateObject::of(fields.item(arguments(int16(0)))).item()), "I4 1");
+  EXPECT_EQ(described(LateObject::of(recordset.item(arguments(variant(L"full NAME")))).item()), "BSTR a");
+  EXPECT_EQ(described(LateObject::of(recordset.get(L"Fields", arguments(int16(1)))).item()), "BSTR a");
+}
+
+TEST_F(LateBinding, FieldsAreWrittenThroughEveryDefaultMember) {
+  const LateObject recordset = openRecords();
+  recordset.putItem(variant(L"one"), arguments(variant(L"Full name")));
+  recordset.call(L"Update");
+  recordset.call(L"MoveNext");
+  LateObject::of(recordset.get(L"Fields")).putItem(variant(L"two"), arguments(int16(1)));
+  recordset.put(L"Fields", variant(22L), arguments(int16(0)));
+  recordset.call(L"Update");
+  EXPECT_EQ(sqliteColumn(path_, "SELECT Id || [Full name] FROM [My table]"),
+            (std::vector<std::string>{"1one", "22two"}));
+}
+
+TEST_F(LateBinding, FieldTakesAnotherFieldsValue) {
+  const LateObject first = openRecords();
+  const LateObject second = openRecords();
+  second.call(L"MoveLast");
+  first.putItem(second.item(arguments(variant(L"Full name"))), arguments(variant(L"Full name")));
+  first.call(L"Update");
+  EXPECT_EQ(sqliteColumn(path_, "SELECT [Full name] FROM [My table]"), (std::vector<std::string>{"b", "b"}));
+}
+
+TEST_F(LateBinding, ArgumentsCanBeLeftOut) {
+  const LateObject recordset = LateObject::create(L"ADOCE.Recordset.3.1");
+  recordset.put(L"Source", variant(L"My table"));
+  recordset.putReference(L"ActiveConnection", variant(connection_.object()));
+  recordset.put(L"CursorType", int16(1));
+  recordset.put(L"LockType", int16(3));
+  recordset.call(L"Open");
+  EXPECT_EQ(described(recordset.get(L"RecordCount")), "I4 2");
+  EXPECT_EQ(described(recordset.get(L"CursorType")), "I4 1");
+  EXPECT_EQ(described(recordset.get(L"LockType")), "I4 3");
+  recordset.call(L"AddNew");
+  recordset.putItem(variant(3L), arguments(int16(0)));
+  recordset.call(L"Update");
+  recordset.call(L"Move", arguments(int16(-1)));
+  EXPECT_EQ(described(LateObject::of(recordset.item(arguments(int16(0)))).item()), "I4 2");
+  recordset.call(L"Delete");
+  EXPECT_EQ(described(recordset.get(L"RecordCount")), "I4 2");
+  recordset.call(L"MoveFirst");
+  EXPECT_EQ(V_VT(recordset.call(L"GetRows").get()), VT_ARRAY | VT_VARIANT);
+}
+
+TEST_F(LateBinding, WithoutArgumentsARecordsetIsForwardOnlyAndReadOnly) {
+  const LateObject recordset = LateObject::create(L"ADOCE.Recordset.3.1");
+  recordset.call(L"Open", arguments(variant(L"My table"), variant(connection_.object())));
+  EXPECT_EQ(described(recordset.get(L"CursorType")), "I4 0");
+  EXPECT_EQ(described(recordset.get(L"LockType")), "I4 1");
+}
+
+TEST_F(LateBinding, ConnectionStringServesAsConnection) {
+  const LateObject recordset = LateObject::create(L"ADOCE.Recordset.3.1");
+  recordset.put(L"ActiveConnection", variant(L"data source=" + path_));
+  recordset.call(L"Open", arguments(variant(L"My table")));
+  EXPECT_EQ(described(recordset.get(L"RecordCount")), "I4 2");
+  recordset.call(L"Close");
+}
+
+TEST_F(LateBinding, ExecuteReturnsRecordsAndTheirNumber) {
+  OwnedVariant affected;
+  OwnedVariant reference;
+  V_VT(reference.get()) = VT_BYREF | VT_VARIANT;
+  V_VARIANTREF(reference.get()) = affected.get();
+  connection_.call(L"Execute", arguments(variant(L"UPDATE [My table] SET Id = 5"), std::move(reference)));
+  EXPECT_EQ(described(affected), "I4 2");
+  const LateObject recordset = LateObject::of(
+      connection_.call(L"Execute", arguments(variant(L"SELECT count(*) AS n FROM [My table]"))));
+  EXPECT_EQ(described(LateObject::of(recordset.item(arguments(variant(L"n")))).item()), "I4 2");
+}
+
+TEST_F(LateBinding, FailureCarriesResultDescriptionAndSource) {
+  const LateFailure statement =
+      failureOf([&] { connection_.call(L"Execute", arguments(variant(L"SELECT * FROM Nowhere"))); });
+  EXPECT_EQ(statement.result, kNoTable);
+  EXPECT_THAT(statement.description, testing::HasSubstr(L"Nowhere"));
+  EXPECT_EQ(statement.source, L"ADOCE.Connection.3.1");
+
+  const LateObject recordset = openRecords();
+  const LateFailure field = failureOf([&] { recordset.putItem(variant(L"abc"), arguments(int16(0))); });
+  EXPECT_EQ(field.result, objectModelError(3421));
+  EXPECT_NE(field.description, L"");
+  EXPECT_EQ(failureOf([&] { recordset.item(arguments(variant(L"Nothing"))); }).result,
+            objectModelError(3265));
+  EXPECT_EQ(failureOf([&] { recordset.putItem(variant(1L), arguments(variant(L"Nothing"))); }).result,
+            objectModelError(3265));
+
+  const LateObject errors = LateObject::of(connection_.get(L"Errors"));
+  EXPECT_EQ(described(errors.get(L"Count")), "I4 1");
+  const LateObject error = LateObject::of(errors.item(arguments(int16(0))));
+  EXPECT_EQ(described(error.get(L"Number")), "I4 " + std::to_string(objectModelError(3265)));
+  EXPECT_EQ(described(error.item()), described(error.get(L"Description")));
+  errors.call(L"Clear");
+  EXPECT_EQ(described(errors.get(L"Count")), "I4 0");
+}
+
+TEST_F(LateBinding, EveryObjectTellsItsType) {
+  const LateObject recordset = openRecords();
+  const LateObject fields = LateObject::of(recordset.get(L"Fields"));
+  const LateObject field = LateObject::of(fields.item(arguments(int16(0))));
+  failureOf([&] { fields.item(arguments(int16(9))); });
+  const LateObject errors = LateObject::of(connection_.get(L"Errors"));
+  const LateObject error = LateObject::of(errors.item(arguments(int16(0))));
+  const std::pair<const LateObject*, const wchar_t*> expected[] = {
+      {&connection_, L"IAdoceConnection"}, {&recordset, L"IAdoceRecordset"},
+      {&fields, L"IAdoceFields"},          {&field, L"IAdoceField"},
+      {&errors, L"IAdoceErrors"},          {&error, L"IAdoceError"}};
+  for (const auto& [object, name] : expected) {
+    UINT count = 0;
+    EXPECT_EQ(object->object()->GetTypeInfoCount(&count), S_OK);
+    EXPECT_EQ(count, 1u);
+    ComPtr<ITypeInfo> info;
+    ASSERT_EQ(object->object()->GetTypeInfo(0, LOCALE_USER_DEFAULT, info.receive()), S_OK);
+    OwnedText found;
+    EXPECT_EQ(info->GetDocumentation(MEMBERID_NIL, found.receive(), nullptr, nullptr, nullptr), S_OK);
+    EXPECT_EQ(std::wstring(found.get()), name);
+  }
+}
+
+TEST_F(LateBinding, ScriptsCanEnumerateFields) {
+  const LateObject fields = LateObject::of(openRecords().get(L"Fields"));
+  DISPPARAMS none = {};
+  OwnedVariant unknown;
+  ASSERT_EQ(
+      fields.object()->Invoke(DISPID_NEWENUM, IID_NULL, LOCALE_USER_DEFAULT,
+                              DISPATCH_PROPERTYGET | DISPATCH_METHOD, &none, unknown.get(), nullptr, nullptr),
+      S_OK);
+  EXPECT_EQ(V_VT(unknown.get()), VT_UNKNOWN);
+  ComPtr<IEnumVARIANT> items;
+  EXPECT_EQ(
+      V_UNKNOWN(unknown.get())->QueryInterface(IID_IEnumVARIANT, reinterpret_cast<void**>(items.receive())),
+      S_OK);
+}
+
+}  // namespace
+}  // namespace automationtest
