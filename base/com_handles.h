@@ -1,0 +1,59 @@
+#pragma once
+
+#include <windows.h>
+
+#include <objbase.h>
+#include <oleauto.h>
+
+#include "base/unique_resource.h"
+
+/// Owners of what COM and OLE Automation hand out. What they promise is in unique_resource.h.
+
+namespace handles {
+
+template <typename Interface>
+struct ComPointerTraits {
+  using Value = Interface*;
+  static constexpr ResourceKind kKind = ResourceKind::comPointer;
+  static Value invalid() noexcept { return nullptr; }
+  static void close(Value value) noexcept { value->Release(); }
+};
+
+struct BstrTraits {
+  using Value = BSTR;
+  static constexpr ResourceKind kKind = ResourceKind::bstr;
+  static Value invalid() noexcept { return nullptr; }
+  static void close(Value value) noexcept { SysFreeString(value); }
+};
+
+}  // namespace handles
+
+/// One reference to a COM object. A plain pointer given to the constructor or to reset is taken over
+/// without AddRef.
+template <typename Interface>
+class ComPtr : public UniqueResource<handles::ComPointerTraits<Interface>> {
+ public:
+  using UniqueResource<handles::ComPointerTraits<Interface>>::UniqueResource;
+
+  /// A reference of its own to `object`, which may be null.
+  static ComPtr share(Interface* object) noexcept {
+    if (object) object->AddRef();
+    return ComPtr(object);
+  }
+
+  /// Something is held.
+  Interface* operator->() const noexcept { return this->get(); }
+
+  /// Asks the object, which is held, for another interface. A failure leaves `other` untouched.
+  template <typename Other>
+  HRESULT query(ComPtr<Other>& other) const noexcept {
+    ComPtr<Other> found;
+    const HRESULT result =
+        this->get()->QueryInterface(__uuidof(Other), reinterpret_cast<void**>(found.put()));
+    if (SUCCEEDED(result)) other = std::move(found);
+    return result;
+  }
+};
+
+/// Null is a BSTR of its own right: the empty text.
+using UniqueBstr = UniqueResource<handles::BstrTraits>;

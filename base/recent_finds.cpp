@@ -1,0 +1,64 @@
+#include "base/recent_finds.h"
+
+#include <cwchar>
+#include <utility>
+
+#include "base/settings_store.h"
+
+namespace {
+
+/// The name of a value, "FI1" for the newest text.
+class FindName {
+ public:
+  explicit FindName(int position) noexcept { wsprintfW(name_, L"FI%d", position); }
+  const wchar_t* text() const noexcept { return name_; }
+
+ private:
+  wchar_t name_[16] = {};
+};
+
+/// The empty text when the value is missing, as it is at position 0.
+String read(int position) {
+  String text;
+  SettingsStore::ReadString(SettingsStore::kRecentUserFinds, FindName(position).text(), text);
+  return text;
+}
+
+void write(int position, const String& text) noexcept {
+  SettingsStore::WriteString(SettingsStore::kRecentUserFinds, FindName(position).text(), text);
+}
+
+bool isEqual(const String& a, const String& b) noexcept {
+  return std::wcscmp(a.text(), b.text()) == 0;
+}
+
+bool isStored(const String& text) {
+  for (int position = RecentFinds::kCount; position >= 1; --position) {
+    if (isEqual(read(position), text)) return true;
+  }
+  return false;
+}
+
+}  // namespace
+
+void RecentFinds::List(NameList& finds) {
+  NameList found;
+  for (int position = 1; position <= kCount; ++position) {
+    String text = read(position);
+    if (!text.isEmpty()) found.append(std::move(text));
+  }
+  finds.swap(found);
+}
+
+void RecentFinds::Remember(const String& text) {
+  if (text.isEmpty()) return;
+  int source = isStored(text) ? kCount : kCount - 1;
+  int destination = kCount;
+  for (int i = 0; i < kCount; ++i, --source) {
+    const String entry = read(source);
+    if (isEqual(entry, text)) continue;
+    write(destination, entry);
+    --destination;
+  }
+  write(1, text);
+}

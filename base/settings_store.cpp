@@ -1,0 +1,89 @@
+#include "base/settings_store.h"
+
+#include <cwchar>
+
+#include "base/handles.h"
+#include "base/registry_text.h"
+
+namespace {
+
+/// The full path of a subkey, in a buffer of its own.
+class KeyPath {
+ public:
+  explicit KeyPath(const wchar_t* subkey) noexcept {
+    fits_ = std::wcslen(SettingsStore::kRoot) + 1 + std::wcslen(subkey) < SettingsStore::kPathBufferCount;
+    if (fits_) wsprintfW(path_, L"%s\\%s", SettingsStore::kRoot, subkey);
+  }
+
+  bool fits() const noexcept { return fits_; }
+  const wchar_t* text() const noexcept { return path_; }
+
+ private:
+  wchar_t path_[SettingsStore::kPathBufferCount] = {};
+  bool fits_ = false;
+};
+
+/// The key of `subkey`, opened for reading. Holds nothing when that failed.
+UniqueRegistryKey openForReading(const wchar_t* subkey) noexcept {
+  const KeyPath path(subkey);
+  HKEY key = nullptr;
+  if (!path.fits()) return {};
+  if (RegOpenKeyExW(HKEY_CURRENT_USER, path.text(), 0, KEY_READ, &key) != ERROR_SUCCESS) return {};
+  return UniqueRegistryKey(key);
+}
+
+bool writeValue(const wchar_t* subkey, const wchar_t* name, DWORD type, const void* bytes,
+                std::size_t byteCount) noexcept {
+  const KeyPath path(subkey);
+  if (!path.fits()) return false;
+  UniqueRegistryKey key;
+  const LSTATUS opened = RegCreateKeyExW(HKEY_CURRENT_USER, path.text(), 0, nullptr, REG_OPTION_NON_VOLATILE,
+                                         KEY_WRITE, nullptr, key.put(), nullptr);
+  if (opened != ERROR_SUCCESS) return false;
+  RegSetValueExW(key.get(), name, 0, type, static_cast<const BYTE*>(bytes), static_cast<DWORD>(byteCount));
+  return true;
+}
+
+}  // namespace
+
+bool SettingsStore::ReadString(const wchar_t* subkey, const wchar_t* name, String& value) {
+  const KeyPath path(subkey);
+  return path.fits() && readRegistryText(HKEY_CURRENT_USER, path.text(), name, value);
+}
+
+bool SettingsStore::ReadDword(const wchar_t* subkey, const wchar_t* name, std::uint32_t defaultValue,
+                              std::uint32_t& value) noexcept {
+  const UniqueRegistryKey key = openForReading(subkey);
+  if (!key) return false;
+  // Read aside, because a value that is too long may leave part of it behind.
+  std::uint32_t read = 0;
+  DWORD byteCount = sizeof read;
+  const LSTATUS result =
+      RegQueryValueExW(key.get(), name, nullptr, nullptr, reinterpret_cast<BYTE*>(&read), &byteCount);
+  value = result == ERROR_SUCCESS ? read : defaultValue;
+  return result == ERROR_SUCCESS;
+}
+
+bool SettingsStore::ReadBinary(const wchar_t* subkey, const wchar_t* name, std::uint32_t* words,
+                               std::uint32_t wordCount) noexcept {
+  const UniqueRegistryKey key = openForReading(subkey);
+  if (!key) return false;
+  const DWORD wanted = wordCount * static_cast<DWORD>(sizeof *words);
+  DWORD byteCount = wanted;
+  const LSTATUS result =
+      RegQueryValueExW(key.get(), name, nullptr, nullptr, reinterpret_cast<BYTE*>(words), &byteCount);
+  return result == ERROR_SUCCESS && byteCount == wanted;
+}
+
+bool SettingsStore::WriteString(const wchar_t* subkey, const wchar_t* name, const String& value) noexcept {
+  return writeValue(subkey, name, REG_SZ, value.text(), (value.length() + 1) * sizeof(wchar_t));
+}
+
+bool SettingsStore::WriteDword(const wchar_t* subkey, const wchar_t* name, std::uint32_t value) noexcept {
+  return writeValue(subkey, name, REG_DWORD, &value, sizeof value);
+}
+
+bool SettingsStore::WriteBinary(const wchar_t* subkey, const wchar_t* name, const std::uint32_t* words,
+                                std::uint32_t wordCount) noexcept {
+  return writeValue(subkey, name, REG_BINARY, words, std::size_t{wordCount} * sizeof *words);
+}

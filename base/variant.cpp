@@ -1,0 +1,99 @@
+#include "base/variant.h"
+
+#include <new>
+#include <utility>
+
+#include "base/live_resources.h"
+
+namespace {
+
+/// The system's conversions only read their source, but mingw-w64 declares it without const.
+VARIANT* source(const VARIANT& value) noexcept {
+  return const_cast<VARIANT*>(&value);
+}
+
+}  // namespace
+
+Variant::Variant() noexcept {
+  LiveResources::add(ResourceKind::variant);
+}
+
+Variant::Variant(Variant&& other) noexcept : Variant() {
+  std::swap(value_, other.value_);
+}
+
+Variant& Variant::operator=(Variant&& other) noexcept {
+  Variant taken(std::move(other));
+  std::swap(value_, taken.value_);
+  return *this;
+}
+
+Variant::~Variant() {
+  clear();
+  LiveResources::remove(ResourceKind::variant);
+}
+
+Variant Variant::fromText(const wchar_t* text) {
+  const BSTR copy = SysAllocString(text ? text : L"");
+  if (!copy) throw std::bad_alloc();
+  Variant variant;
+  variant.value_.vt = VT_BSTR;
+  variant.value_.bstrVal = copy;
+  return variant;
+}
+
+Variant Variant::fromLong(LONG value) noexcept {
+  Variant variant;
+  variant.value_.vt = VT_I4;
+  variant.value_.lVal = value;
+  return variant;
+}
+
+Variant Variant::fromBoolean(bool value) noexcept {
+  Variant variant;
+  variant.value_.vt = VT_BOOL;
+  variant.value_.boolVal = value ? VARIANT_TRUE : VARIANT_FALSE;
+  return variant;
+}
+
+Variant Variant::fromDate(DATE value) noexcept {
+  Variant variant;
+  variant.value_.vt = VT_DATE;
+  variant.value_.date = value;
+  return variant;
+}
+
+Variant Variant::fromDispatch(IDispatch* object) noexcept {
+  Variant variant;
+  if (object) object->AddRef();
+  variant.value_.vt = VT_DISPATCH;
+  variant.value_.pdispVal = object;
+  return variant;
+}
+
+void Variant::clear() noexcept {
+  // The content leaves first: releasing an object can come back to this Variant. A content that
+  // VariantClear refuses (a locked array) is not ours to free, so the result says nothing of use.
+  VARIANT old = value_;
+  VariantInit(&value_);
+  VariantClear(&old);
+}
+
+VARIANT* Variant::put() noexcept {
+  clear();
+  return &value_;
+}
+
+HRESULT Variant::copyFrom(const VARIANT& value) noexcept {
+  Variant copy;
+  const HRESULT result = VariantCopy(&copy.value_, source(value));
+  if (SUCCEEDED(result)) std::swap(value_, copy.value_);
+  return result;
+}
+
+HRESULT Variant::convertTo(VARTYPE type, Variant& target) const noexcept {
+  Variant converted;
+  const HRESULT result = VariantChangeType(&converted.value_, source(value_), 0, type);
+  if (SUCCEEDED(result)) std::swap(target.value_, converted.value_);
+  return result;
+}
