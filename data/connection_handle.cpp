@@ -1,0 +1,43 @@
+#include "data/connection_handle.h"
+
+#include <utility>
+
+#include "base/variant.h"
+#include "data/adoce_classes.h"
+#include "data/adoce_constants.h"
+#include "data/recordset_handle.h"
+#include "data/value_conversion.h"
+
+ConnectionHandle::ConnectionHandle() : connection_(createAdoceConnection()) {
+  if (connection_) connection_->put_Provider(makeBstr(L"CEDB").get());
+}
+
+ConnectionHandle::ConnectionHandle(ComPtr<IAdoceConnection> connection)
+    : connection_(std::move(connection)) {}
+
+bool ConnectionHandle::setConnectionString(const wchar_t* text) {
+  return connection_ && SUCCEEDED(connection_->put_ConnectionString(makeBstr(text).get()));
+}
+
+int ConnectionHandle::open() {
+  close();
+  if (!connection_) return kOpenFailed;
+  return SUCCEEDED(connection_->Open(nullptr, nullptr, nullptr, kConnectUnspecified)) ? kOpened : kOpenFailed;
+}
+
+void ConnectionHandle::close() {
+  if (connection_) connection_->Close();
+}
+
+bool ConnectionHandle::execute(const wchar_t* command, LONG* recordsAffected, RecordsetHandle* recordset) {
+  if (!connection_) return false;
+  Variant affected;
+  ComPtr<IAdoceRecordset> records;
+  if (FAILED(connection_->Execute(makeBstr(command).get(), affected.put(),
+                                  static_cast<LONG>(SourceKind::text), records.put()))) {
+    return false;
+  }
+  if (recordsAffected) *recordsAffected = integerOf(affected).value_or(*recordsAffected);
+  if (recordset) recordset->attach(std::move(records));
+  return true;
+}

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <windows.h>
+
+#include <adoce.h>
+
+#include "base/com_handles.h"
+
+class RecordsetHandle;
+
+/// A connection of the data-access components to a database file, or to the store without a file.
+/// Without registered components there is no object behind it and every operation fails.
+class ConnectionHandle {
+ public:
+  static constexpr int kOpened = 0;
+  static constexpr int kOpenFailed = -13;
+
+  /// Makes the object and sets its provider, "CEDB".
+  ConnectionHandle();
+  /// Takes over an object that exists, which may be null, and changes nothing about it.
+  explicit ConnectionHandle(ComPtr<IAdoceConnection> connection);
+  ConnectionHandle(const ConnectionHandle&) = delete;
+  ConnectionHandle& operator=(const ConnectionHandle&) = delete;
+
+  /// The path of the file to open; the empty text is the store without a file. Takes effect with open.
+  bool setConnectionString(const wchar_t* text);
+  /// Closes the connection first if it is open. kOpened or kOpenFailed.
+  int open();
+  void close();
+  /// Runs a statement. `recordsAffected`, if given, receives how many records it changed (untouched
+  /// when the store gives no number); `recordset`, if given, receives the records that it yields.
+  bool execute(const wchar_t* command, LONG* recordsAffected = nullptr, RecordsetHandle* recordset = nullptr);
+
+  /// May be null. Valid while this handle lives.
+  IAdoceConnection* get() const { return connection_.get(); }
+
+ private:
+  ComPtr<IAdoceConnection> connection_;
+};

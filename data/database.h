@@ -1,0 +1,191 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+
+#include "base/growable_array.h"
+#include "base/name_list.h"
+#include "base/string.h"
+#include "data/field_value_source.h"
+#include "data/record_counters.h"
+#include "data/saved_query.h"
+#include "data/schema.h"
+
+class ConnectionHandle;
+class RecordsetHandle;
+
+/// The gateway to the open database file: its tables, its saved queries and one current recordset, the
+/// table or query that the form and the list show. There is one Database in the program, used by one
+/// thread; it keeps the program-wide counters of record_counters.h.
+///
+/// A bool result says whether the operation succeeded; nothing here shows a message. After a failure
+/// out-parameters and counters are as before unless an operation says otherwise. Field indexes are
+/// 0-based, record positions 1-based. std::bad_alloc passes through when memory runs out.
+///
+/// CREATE and DROP statements have room for 199 characters. A name or path that does not fit is
+/// refused before anything is sent.
+class Database {
+ public:
+  /// No file is open; currentRecord and the list position are 1. Needs the data-access components to be
+  /// registered; without them every operation fails.
+  Database();
+  ~Database();
+  Database(const Database&) = delete;
+  Database& operator=(const Database&) = delete;
+
+  // ---- The file (database.cpp)
+
+  /// Opens the file at `path` after closing the one that is open. Opens no recordset. A failure leaves
+  /// no file open.
+  bool open(const String& path);
+  /// Closes the file and forgets its path, fields and records. Always true.
+  bool close();
+  /// Makes a new database file. Whatever the result, no file is open afterwards.
+  bool createDatabase(const String& path);
+  /// Deletes a database file; the open one is closed first. Whatever the result, no file is open
+  /// afterwards, but after a failed statement the connection stays with the store itself.
+  bool dropDatabase(const String& path);
+
+  bool isOpen() const { return isOpen_; }
+  /// The path of the open file, empty when none is open.
+  const String& path() const { return path_; }
+
+  // ---- Tables (database_tables.cpp)
+
+  /// `columns` is the column list as SQL spells it, without the parentheses around it.
+  bool createTable(const String& name, const String& columns);
+  bool dropTable(const String& name);
+  /// Fills `names` with the tables of the file in the catalogue's order, the catalogue's own tables left
+  /// out. Always true; `names` is left as it was when the catalogue can't be read.
+  bool listTables(NameList& names);
+  /// Fills `names` with the field names of a SELECT, without touching the current recordset; leaves
+  /// `names` as it was when the statement does not open.
+  void listFieldNames(const String& sql, NameList& names);
+
+  // ---- The current recordset (database_fields.cpp)
+
+  /// Opens `sql` as the current recordset, in place of the former one, and loads its fields. The first
+  /// record is current in the recordset; currentRecord is left to the caller. After a failure no
+  /// recordset is open and the fields of the former one are still named.
+  bool openRecordset(const String& sql);
+  /// Whether `sql` opens. It is opened as the current recordset and stays so, but the fields are not
+  /// loaded: openRecordset is to be called before records are read again.
+  bool checkSql(const String& sql);
+  void closeRecordset();
+
+  /// Whether fields were ever loaded.
+  bool fieldsLoaded() const { return fieldsLoaded_; }
+  /// 0 once the file is closed.
+  std::uint32_t fieldCount() const { return fieldCount_; }
+  /// The records of the current recordset, kept up to date by addNew and deleteCurrent.
+  std::uint32_t recordCount() const { return recordCount_; }
+  /// In UTF-16 units.
+  std::uint32_t longestFieldName() const { return longestFieldName_; }
+
+  /// For an index that is no field's: the empty text, type 0, width 0 and read-only.
+  const String& fieldName(std::uint32_t field) const;
+  FieldType fieldType(std::uint32_t field) const;
+  std::uint32_t fieldWidth(std::uint32_t field) const;
+  bool isFieldReadOnly(std::uint32_t field) const;
+  bool isNumeric(std::uint32_t field) const { return isNumericType(fieldType(field)); }
+  bool isSignedInteger(std::uint32_t field) const { return isSignedIntegerType(fieldType(field)); }
+  /// The first field of exactly that name, or fieldCount() when there is none.
+  std::uint32_t fieldIndexByName(const String& name) const;
+
+  // ---- Moving (database_moves.cpp). Each leaves currentRecord alone when it fails, but for moveFirst.
+
+  /// currentRecord becomes 1, also when it fails because there are no records.
+  bool moveFirst();
+  /// currentRecord becomes recordCount().
+  bool moveLast();
+  /// From the last record to the place behind it.
+  bool moveNext();
+  /// From the first record to the place before it.
+  bool movePrevious();
+  /// currentRecord becomes `position`.
+  bool moveTo(std::uint32_t position);
+  /// Makes the record in row `row` (0-based) current for reading, by the shortest way from the row that
+  /// was last read so. Leaves currentRecord alone: the list reads rows that are not the chosen one.
+  bool moveForList(std::uint32_t row);
+
+  // ---- Records (database_records.cpp)
+
+  /// Set by addNew; cleared when that record is stored or abandoned, or its recordset is replaced.
+  bool newRecordPending() const { return newRecordPending_; }
+  void setNewRecordPending(bool pending) { newRecordPending_ = pending; }
+
+  /// Begins a new record behind the last one and makes it current; `update` stores it. Fails when there
+  /// are records and the last can't be reached.
+  bool addNew();
+  /// Stores what was written into the current record. Always true. What the store refuses stays
+  /// written: a move tries again and fails until it can be stored.
+  bool update();
+  /// Abandons the new record, or else deletes the current one from the file; it then stays current,
+  /// unreadable, until a move. currentRecord shrinks by 1 with a deleted record.
+  bool deleteCurrent();
+
+  // ---- Values of the current record (value_text.cpp, value_writing.cpp)
+
+  /// The value as the user reads it; for a boolean the automation's wording, "-1" for true. The empty
+  /// text for a null and for a value that can't be read; "None" for a date field without a date;
+  /// "<not recognised>" for a field of a type that is not known. A value that is not of its field's type
+  /// (in files of other programs) is shown as the text that it converts to.
+  String valueText(std::uint32_t field);
+  /// The value converted to a 32-bit integer is not 0.
+  bool fieldIsSet(std::uint32_t field);
+
+  /// Looks for `text` in the current record: in field `firstField`, or with `allFields` in it and those
+  /// behind it. Booleans and dates are passed over. True when it occurs in the text of a value;
+  /// `foundField` is then the first such field, otherwise untouched.
+  bool matchRecord(bool allFields, bool matchCase, std::uint32_t firstField, String text,
+                   std::uint32_t& foundField);
+
+  /// Writes the content of an editor into the field of the current record; `update` stores it. False
+  /// when fields of this type are not written. True otherwise, also when the content could not be
+  /// converted, which clears the field, and when the store refused it.
+  ///
+  /// An editor whose content is what the field shows writes nothing, so that a value which its text
+  /// does not hold in full (a double beyond six decimals, a value of another type) survives the saving
+  /// of its neighbours. In a new record every field is written.
+  bool setValueFromEditor(std::uint32_t field, const FieldValueSource& editor);
+
+  // ---- Saved queries (saved_queries.cpp). They live in the table QuivaneQueries of the file. Indexes are
+  // 0-based, in the order of the names; names may repeat. The current recordset is not touched.
+
+  /// Always true; `names` is left as it was when there is no such table.
+  bool listQueries(NameList& names);
+  /// Each of the three is true when the table could be read and has that index.
+  bool getQuery(std::uint32_t index, SavedQuery& query);
+  bool updateQuery(std::uint32_t index, const SavedQuery& query);
+  bool deleteQuery(std::uint32_t index);
+  /// Makes the table when there is none yet.
+  bool addQuery(const SavedQuery& query);
+
+ private:
+  bool openStore();
+  bool runInStore(const wchar_t* statement);
+  bool openCurrent(const String& sql);
+  void loadFields();
+  void clearFields();
+  void setRecordCount(std::uint32_t count);
+  bool showsStoredValue(std::uint32_t field, const FieldValueSource& editor);
+  bool openQueries(RecordsetHandle& queries);
+  bool openQueryAt(std::uint32_t index, RecordsetHandle& queries);
+
+  bool isOpen_ = false;
+  std::unique_ptr<RecordsetHandle> recordset_;
+  std::unique_ptr<ConnectionHandle> connection_;
+  std::uint32_t longestFieldName_ = 0;
+  bool fieldsLoaded_ = false;
+  String path_;
+  bool newRecordPending_ = false;
+  std::uint32_t recordCount_ = 0;
+  std::uint32_t fieldCount_ = 0;
+  NameList fieldNames_;
+  GrowableArray<FieldType> fieldTypes_;
+  GrowableArray<std::uint32_t> fieldWidths_;
+  GrowableArray<std::uint32_t> fieldReadOnly_;
+
+  std::uint32_t listPosition_ = 1;  // of the record that moveForList last made current
+  bool isAtListPosition_ = false;   // nothing else moved the recordset since
+};

@@ -1,0 +1,100 @@
+#include <windows.h>
+
+#include <algorithm>
+#include <cwchar>
+
+#include "data/adoce_constants.h"
+#include "data/database.h"
+#include "data/recordset_handle.h"
+
+namespace {
+
+constexpr std::uint32_t kFieldWidth = 65535;
+
+/// A type whose fields don't count for the longest name.
+constexpr FieldType kUncountedType{48};
+
+}  // namespace
+
+bool Database::openRecordset(const String& sql) {
+  if (!openCurrent(sql)) return false;
+  loadFields();
+  return true;
+}
+
+bool Database::checkSql(const String& sql) {
+  return openCurrent(sql);
+}
+
+void Database::closeRecordset() {
+  recordset_->close();
+  newRecordPending_ = false;
+  isAtListPosition_ = false;
+}
+
+const String& Database::fieldName(std::uint32_t field) const {
+  static const String none;
+  return field < fieldNames_.size() ? fieldNames_[field] : none;
+}
+
+FieldType Database::fieldType(std::uint32_t field) const {
+  return field < fieldTypes_.size() ? fieldTypes_[field] : FieldType{};
+}
+
+std::uint32_t Database::fieldWidth(std::uint32_t field) const {
+  return field < fieldWidths_.size() ? fieldWidths_[field] : 0;
+}
+
+bool Database::isFieldReadOnly(std::uint32_t field) const {
+  return field >= fieldReadOnly_.size() || fieldReadOnly_[field] != 0;
+}
+
+std::uint32_t Database::fieldIndexByName(const String& name) const {
+  for (std::uint32_t field = 0; field < fieldCount_; ++field) {
+    if (std::wcscmp(fieldName(field).text(), name.text()) == 0) return field;
+  }
+  return fieldCount_;
+}
+
+bool Database::openCurrent(const String& sql) {
+  closeRecordset();
+  OutputDebugStringW(sql.text());
+  return recordset_->open(sql.text(), connection_.get(), CursorType::keyset, SourceKind::text);
+}
+
+void Database::loadFields() {
+  clearFields();
+  const std::uint32_t count = static_cast<std::uint32_t>(std::max(recordset_->fieldCount(), 0L));
+  setRecordCount(static_cast<std::uint32_t>(std::max(recordset_->recordCount(), 0L)));
+  fieldNames_.setSize(count);
+  fieldTypes_.setSize(count);
+  fieldWidths_.setSize(count);
+  fieldReadOnly_.setSize(count);
+  for (std::uint32_t field = 0; field < count; ++field) {
+    FieldHandle& handle = recordset_->field(static_cast<LONG>(field));
+    fieldNames_.set(field, handle.name());
+    fieldTypes_[field] = FieldType{handle.type()};
+    fieldWidths_[field] = kFieldWidth;
+    fieldReadOnly_[field] = (handle.attributes() & (kFieldUpdatable | kFieldMayBeUpdatable)) != 0 ? 0 : 1;
+    if (fieldTypes_[field] != kUncountedType) {
+      const std::uint32_t length = static_cast<std::uint32_t>(fieldNames_[field].length());
+      longestFieldName_ = std::max(longestFieldName_, length);
+    }
+  }
+  fieldCount_ = count;
+  fieldsLoaded_ = true;
+}
+
+void Database::clearFields() {
+  fieldNames_.clear();
+  fieldTypes_.setSize(0);
+  fieldWidths_.setSize(0);
+  fieldReadOnly_.setSize(0);
+  fieldCount_ = 0;
+  longestFieldName_ = 0;
+}
+
+void Database::setRecordCount(std::uint32_t count) {
+  recordCount_ = count;
+  ::recordCount = count;
+}

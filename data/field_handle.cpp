@@ -1,0 +1,57 @@
+#include "data/field_handle.h"
+
+#include <optional>
+#include <utility>
+
+#include "data/date_value.h"
+#include "data/value_conversion.h"
+
+void FieldHandle::attach(ComPtr<IAdoceField> field) {
+  field_ = std::move(field);
+  value_.clear();
+  text_.clear();
+}
+
+const String& FieldHandle::name() {
+  text_.clear();
+  UniqueBstr name;
+  if (field_ && SUCCEEDED(field_->get_Name(name.put()))) text_ = textOfBstr(name.get());
+  return text_;
+}
+
+LONG FieldHandle::type() {
+  LONG type = 0;
+  return field_ && SUCCEEDED(field_->get_Type(&type)) ? type : 0;
+}
+
+LONG FieldHandle::attributes() {
+  LONG attributes = 0;
+  return field_ && SUCCEEDED(field_->get_Attributes(&attributes)) ? attributes : 0;
+}
+
+const Variant& FieldHandle::value() {
+  if (!field_ || FAILED(field_->get_Value(value_.put()))) value_.clear();
+  return value_;
+}
+
+const String& FieldHandle::valueAsText() {
+  text_ = textOf(value());
+  return text_;
+}
+
+LONG FieldHandle::valueAsInteger() {
+  return integerOf(value()).value_or(0);
+}
+
+bool FieldHandle::valueAsDate(SYSTEMTIME& date) {
+  const Variant& fetched = value();
+  if (fetched.type() != VT_DATE) return false;
+  const std::optional<SYSTEMTIME> calendar = calendarFromDate(fetched.get().date);
+  if (!calendar) return false;
+  date = *calendar;
+  return true;
+}
+
+bool FieldHandle::setValue(const Variant& value) {
+  return field_ && SUCCEEDED(field_->put_Value(value.get()));
+}

@@ -1,0 +1,101 @@
+#include "data/recordset_handle.h"
+
+#include <utility>
+
+#include "base/variant.h"
+#include "data/adoce_classes.h"
+
+RecordsetHandle::RecordsetHandle(const ConnectionHandle* activeConnection)
+    : recordset_(createAdoceRecordset()) {
+  if (activeConnection) activeConnection_ = ComPtr<IAdoceConnection>::share(activeConnection->get());
+}
+
+RecordsetHandle::RecordsetHandle(ComPtr<IAdoceRecordset> recordset) : recordset_(std::move(recordset)) {}
+
+RecordsetHandle::~RecordsetHandle() {
+  close();
+}
+
+void RecordsetHandle::attach(ComPtr<IAdoceRecordset> recordset) {
+  close();
+  recordset_ = std::move(recordset);
+}
+
+bool RecordsetHandle::open(const wchar_t* source, const ConnectionHandle* connection, CursorType cursor,
+                           SourceKind kind, LockType lock) {
+  close();
+  if (!recordset_) return false;
+  const Variant text = Variant::fromText(source);
+  const Variant active = Variant::fromDispatch(connection ? connection->get() : activeConnection_.get());
+  return SUCCEEDED(recordset_->Open(text.get(), active.get(), static_cast<LONG>(cursor),
+                                    static_cast<LONG>(lock), static_cast<LONG>(kind)));
+}
+
+void RecordsetHandle::close() {
+  field_.attach({});
+  fields_.reset();
+  if (recordset_) recordset_->Close();
+}
+
+bool RecordsetHandle::moveFirst() {
+  return recordset_ && SUCCEEDED(recordset_->MoveFirst());
+}
+
+bool RecordsetHandle::moveLast() {
+  return recordset_ && SUCCEEDED(recordset_->MoveLast());
+}
+
+bool RecordsetHandle::moveNext() {
+  return recordset_ && SUCCEEDED(recordset_->MoveNext());
+}
+
+bool RecordsetHandle::movePrevious() {
+  return recordset_ && SUCCEEDED(recordset_->MovePrevious());
+}
+
+bool RecordsetHandle::move(LONG count, MoveOrigin origin) {
+  const Variant start = Variant::fromLong(static_cast<LONG>(origin));
+  return recordset_ && SUCCEEDED(recordset_->Move(count, start.get()));
+}
+
+LONG RecordsetHandle::recordCount() {
+  LONG count = -1;
+  return recordset_ && SUCCEEDED(recordset_->get_RecordCount(&count)) ? count : -1;
+}
+
+bool RecordsetHandle::addNew() {
+  const Variant none;
+  return recordset_ && SUCCEEDED(recordset_->AddNew(none.get(), none.get()));
+}
+
+bool RecordsetHandle::update() {
+  const Variant none;
+  return recordset_ && SUCCEEDED(recordset_->Update(none.get(), none.get()));
+}
+
+bool RecordsetHandle::cancelUpdate() {
+  return recordset_ && SUCCEEDED(recordset_->CancelUpdate());
+}
+
+bool RecordsetHandle::deleteCurrent() {
+  return recordset_ && SUCCEEDED(recordset_->Delete(kAffectCurrent));
+}
+
+LONG RecordsetHandle::fieldCount() {
+  IAdoceFields* collection = fields();
+  LONG count = -1;
+  return collection && SUCCEEDED(collection->get_Count(&count)) ? count : -1;
+}
+
+FieldHandle& RecordsetHandle::field(LONG index) {
+  ComPtr<IAdoceField> found;
+  IAdoceFields* collection = fields();
+  if (!collection || FAILED(collection->get_Item(Variant::fromLong(index).get(), found.put()))) found.reset();
+  field_.attach(std::move(found));
+  return field_;
+}
+
+IAdoceFields* RecordsetHandle::fields() {
+  if (!fields_ && recordset_ && FAILED(recordset_->get_Fields(fields_.put()))) fields_.reset();
+  return fields_.get();
+}

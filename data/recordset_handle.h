@@ -1,0 +1,63 @@
+#pragma once
+
+#include <windows.h>
+
+#include <adoce.h>
+
+#include "base/com_handles.h"
+#include "data/adoce_constants.h"
+#include "data/connection_handle.h"
+#include "data/field_handle.h"
+
+/// A recordset of the data-access components; closes it at the end. Without registered components there
+/// is no object behind it and every operation fails.
+class RecordsetHandle {
+ public:
+  /// Makes the object. `activeConnection` may be null; it is used where open is given no other.
+  explicit RecordsetHandle(const ConnectionHandle* activeConnection = nullptr);
+  /// Takes over an object that exists; may be null.
+  explicit RecordsetHandle(ComPtr<IAdoceRecordset> recordset);
+  ~RecordsetHandle();
+  RecordsetHandle(const RecordsetHandle&) = delete;
+  RecordsetHandle& operator=(const RecordsetHandle&) = delete;
+
+  /// Closes what is open and takes over `recordset`, which may be null.
+  void attach(ComPtr<IAdoceRecordset> recordset);
+
+  /// Closes what is open first. `connection` may be null.
+  bool open(const wchar_t* source, const ConnectionHandle* connection, CursorType cursor, SourceKind kind,
+            LockType lock = LockType::optimistic);
+  void close();
+
+  bool moveFirst();
+  bool moveLast();
+  bool moveNext();
+  bool movePrevious();
+  /// `count` records on (back when negative) from `origin`. Past an end it lands there and succeeds.
+  bool move(LONG count, MoveOrigin origin);
+
+  /// -1 when it can't be had.
+  LONG recordCount();
+
+  bool addNew();
+  /// Stores what was written into the current record. When the store refuses, it stays written.
+  bool update();
+  /// Drops what was written since the last update; a new record gives way to the former current one.
+  bool cancelUpdate();
+  /// The current record only.
+  bool deleteCurrent();
+
+  /// -1 when it can't be had.
+  LONG fieldCount();
+  /// The one field handle of this recordset, referring to the field at `index` (0-based), or to none
+  /// when there is no such field. The next call makes it refer to another.
+  FieldHandle& field(LONG index);
+
+ private:
+  IAdoceFields* fields();
+
+  ComPtr<IAdoceRecordset> recordset_;
+  ComPtr<IAdoceConnection> activeConnection_;
+  ComPtr<IAdoceFields> fields_;  // from the first need of it until close
+  FieldHandle field_;
+};

@@ -1,0 +1,117 @@
+#include <windows.h>
+
+#include <oleauto.h>
+
+#include <cwchar>
+#include <optional>
+
+#include "data/database.h"
+#include "data/date_value.h"
+#include "data/recordset_handle.h"
+#include "data/value_conversion.h"
+
+namespace {
+
+/// What the automation shows for true.
+constexpr wchar_t kTrueText[] = L"-1";
+
+/// Stored where the automation's own true would be -1; it reads back as true.
+constexpr VARIANT_BOOL kStoredTrue = 1;
+
+bool isWritten(FieldType type) {
+  switch (type) {
+    case FieldType::smallInt:
+    case FieldType::integer:
+    case FieldType::real:
+    case FieldType::date:
+    case FieldType::bit:
+    case FieldType::unsignedSmallInt:
+    case FieldType::unsignedInt:
+    case FieldType::varWChar:
+    case FieldType::longVarWChar:
+    case FieldType::varBinary:
+    case FieldType::longVarBinary:
+      return true;
+    default:
+      return false;
+  }
+}
+
+bool sameText(const String& one, const String& other) {
+  return std::wcscmp(one.text(), other.text()) == 0;
+}
+
+/// VT_EMPTY, which clears a field, when the text can't be converted.
+Variant convertedText(const String& text, VARTYPE type) {
+  Variant converted;
+  Variant::fromText(text.text()).convertTo(type, converted);
+  return converted;
+}
+
+/// Whole numbers that their field's type can't hold stand in files of other programs; a field that
+/// holds one takes others like it.
+Variant numberFromText(const String& text, FieldType type, const Variant& stored) {
+  Variant number = convertedText(text, static_cast<VARTYPE>(type));
+  if (number.type() == VT_EMPTY && stored.type() == VT_DECIMAL) number = convertedText(text, VT_DECIMAL);
+  return number;
+}
+
+Variant storedBoolean(bool isTrue) {
+  Variant value;
+  VARIANT* target = value.put();
+  target->vt = VT_BOOL;
+  target->boolVal = isTrue ? kStoredTrue : VARIANT_FALSE;
+  return value;
+}
+
+Variant editedValue(FieldType type, const FieldValueSource& editor, const Variant& stored) {
+  switch (type) {
+    case FieldType::bit:
+      return storedBoolean(editor.isChecked());
+    case FieldType::date: {
+      const std::optional<double> date = editor.date();
+      return date ? Variant::fromDate(*date) : Variant();
+    }
+    case FieldType::real:
+      return doubleFromText(editor.text().text());
+    case FieldType::varWChar:
+    case FieldType::longVarWChar:
+      return Variant::fromText(editor.text().text());
+    case FieldType::varBinary:
+    case FieldType::longVarBinary:
+      return convertedText(editor.text(), VT_ARRAY);
+    default:
+      return numberFromText(editor.text(), type, stored);
+  }
+}
+
+/// Whether a date editor still stands on what its field shows: it has the shown text or names the same
+/// moment. The text of a date leaves out fractions of a second.
+bool isSameDate(const String& shown, const FieldValueSource& editor, const Variant& stored) {
+  if (sameText(editor.text(), shown)) return true;
+  const std::optional<double> date = editor.date();
+  if (!date) return sameText(shown, kNoDateText);
+  return date == dateFromText(shown) || (stored.type() == VT_DATE && *date == stored.get().date);
+}
+
+}  // namespace
+
+bool Database::setValueFromEditor(std::uint32_t field, const FieldValueSource& editor) {
+  if (!isWritten(fieldType(field))) return false;
+  if (!newRecordPending_ && showsStoredValue(field, editor)) return true;
+  FieldHandle& handle = recordset_->field(static_cast<LONG>(field));
+  handle.setValue(editedValue(fieldType(field), editor, handle.value()));
+  return true;
+}
+
+bool Database::showsStoredValue(std::uint32_t field, const FieldValueSource& editor) {
+  const String shown = valueText(field);
+  switch (fieldType(field)) {
+    case FieldType::bit:
+      return editor.isChecked() == sameText(shown, kTrueText);
+    case FieldType::date:
+      return isSameDate(shown, editor, recordset_->field(static_cast<LONG>(field)).value());
+    default:
+      return sameText(editor.text(), shown);
+  }
+}

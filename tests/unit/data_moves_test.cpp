@@ -1,0 +1,198 @@
+// Moving through the current recordset, and the counters.
+#include "gmock/gmock.h"
+#include "tests/unit/data_fake_store.h"
+#include "tests/unit/data_store_fixture.h"
+
+namespace {
+
+using testing::ElementsAre;
+
+class MovesTest : public DataTest {
+ protected:
+  void openFive() {
+    openTable(L"a integer", {L"10", L"20", L"30", L"40", L"50"});
+    currentRecord = 1;
+  }
+  std::wstring value() { return database_.valueText(0).text(); }
+};
+
+TEST_F(MovesTest, TheFirstRecordIsCurrentAtOnceAndTheCounterIsTheCallers) {
+  currentRecord = 77;
+  openTable(L"a integer", {L"10"});
+  EXPECT_EQ(value(), L"10");
+  EXPECT_EQ(currentRecord, 77u);
+}
+
+TEST_F(MovesTest, FirstAndLastSetTheCounter) {
+  openFive();
+  EXPECT_TRUE(database_.moveLast());
+  EXPECT_EQ(currentRecord, 5u);
+  EXPECT_EQ(value(), L"50");
+  EXPECT_TRUE(database_.moveFirst());
+  EXPECT_EQ(currentRecord, 1u);
+  EXPECT_EQ(value(), L"10");
+}
+
+TEST_F(MovesTest, NextAndPreviousCount) {
+  openFive();
+  EXPECT_TRUE(database_.moveNext());
+  EXPECT_TRUE(database_.moveNext());
+  EXPECT_EQ(currentRecord, 3u);
+  EXPECT_EQ(value(), L"30");
+  EXPECT_TRUE(database_.movePrevious());
+  EXPECT_EQ(currentRecord, 2u);
+  EXPECT_EQ(value(), L"20");
+}
+
+TEST_F(MovesTest, NextStopsBehindTheLastRecord) {
+  openFive();
+  database_.moveLast();
+  EXPECT_TRUE(database_.moveNext());
+  EXPECT_EQ(currentRecord, 6u);
+  EXPECT_EQ(value(), L"");
+  EXPECT_FALSE(database_.moveNext());
+  EXPECT_EQ(currentRecord, 6u);
+}
+
+TEST_F(MovesTest, PreviousStopsBeforeTheFirstRecord) {
+  openFive();
+  EXPECT_TRUE(database_.movePrevious());
+  EXPECT_EQ(currentRecord, 0u);
+  EXPECT_FALSE(database_.movePrevious());
+  EXPECT_EQ(currentRecord, 0u);
+}
+
+TEST_F(MovesTest, PreviousDoesNotCountBelow0) {
+  openFive();
+  database_.moveTo(3);
+  currentRecord = 0;
+  EXPECT_TRUE(database_.movePrevious());
+  EXPECT_EQ(currentRecord, 0u);
+}
+
+TEST_F(MovesTest, MoveToCountsFromTheFirstRecord) {
+  openFive();
+  database_.moveLast();
+  EXPECT_TRUE(database_.moveTo(2));
+  EXPECT_EQ(currentRecord, 2u);
+  EXPECT_EQ(value(), L"20");
+}
+
+TEST_F(MovesTest, AnEmptyRecordsetMovesNowhereButCountsFromTheFirst) {
+  openTable(L"a integer", {});
+  currentRecord = 9;
+  EXPECT_FALSE(database_.moveLast());
+  EXPECT_FALSE(database_.moveNext());
+  EXPECT_FALSE(database_.movePrevious());
+  EXPECT_FALSE(database_.moveTo(1));
+  EXPECT_FALSE(database_.moveForList(0));
+  EXPECT_EQ(currentRecord, 9u);
+  EXPECT_FALSE(database_.moveFirst());
+  EXPECT_EQ(currentRecord, 1u);
+}
+
+TEST_F(MovesTest, MovesForTheListReadTheirRowsAndLeaveTheCounterAlone) {
+  openFive();
+  for (const std::uint32_t row : {0u, 1u, 2u, 3u, 4u, 4u, 0u, 3u, 1u}) {
+    EXPECT_TRUE(database_.moveForList(row)) << row;
+    EXPECT_EQ(value(), std::to_wstring((row + 1) * 10)) << row;
+  }
+  EXPECT_EQ(currentRecord, 1u);
+}
+
+TEST_F(MovesTest, MovesForTheListFindTheirRowsAfterAnyOtherMove) {
+  openFive();
+  const auto moveElsewhere = [&](int kind) {
+    switch (kind) {
+      case 0:
+        return database_.moveFirst();
+      case 1:
+        return database_.moveLast();
+      case 2:
+        return database_.moveNext();
+      case 3:
+        return database_.movePrevious();
+      case 4:
+        return database_.moveTo(4);
+      case 5:
+        return database_.openRecordset(L"Select * from [t]");
+      default:
+        return database_.checkSql(L"Select * from [t]");
+    }
+  };
+  for (int kind = 0; kind <= 6; ++kind) {
+    ASSERT_TRUE(database_.moveForList(2)) << kind;
+    ASSERT_TRUE(moveElsewhere(kind)) << kind;
+    ASSERT_TRUE(database_.moveForList(3)) << kind;
+    EXPECT_EQ(value(), L"40") << kind;
+  }
+}
+
+TEST_F(MovesTest, MovesForTheListFindTheirRowsAfterADeletion) {
+  openFive();
+  ASSERT_TRUE(database_.moveForList(1));
+  ASSERT_TRUE(database_.moveTo(1));
+  ASSERT_TRUE(database_.deleteCurrent());
+  for (const std::uint32_t row : {3u, 0u, 2u}) {
+    ASSERT_TRUE(database_.moveForList(row)) << row;
+    EXPECT_EQ(value(), std::to_wstring((row + 2) * 10)) << row;
+  }
+}
+
+// ---- What is sent
+
+class MoveCallsTest : public testing::Test {
+ protected:
+  MoveCallsTest() {
+    store_.recordCount = 10;
+    EXPECT_TRUE(database_.openRecordset(L"x"));
+    store_.calls.clear();
+  }
+
+  FakeStore store_;
+  FakeStoreRegistration registration_{store_};
+  Database database_;
+};
+
+TEST_F(MoveCallsTest, TheListMovesByTheDistanceFromItsLastRow) {
+  EXPECT_TRUE(database_.moveForList(0));
+  EXPECT_TRUE(database_.moveForList(5));
+  EXPECT_TRUE(database_.moveForList(6));
+  EXPECT_TRUE(database_.moveForList(2));
+  EXPECT_THAT(store_.calls, ElementsAre("Move 0 from 1", "Move 5 from 0", "Move 1 from 0", "Move -4 from 0"));
+}
+
+TEST_F(MoveCallsTest, TheListMovesFromTheFirstRecordWhenItStaysOnItsRow) {
+  EXPECT_TRUE(database_.moveForList(7));
+  EXPECT_TRUE(database_.moveForList(7));
+  EXPECT_THAT(store_.calls, ElementsAre("Move 7 from 1", "Move 7 from 1"));
+}
+
+TEST_F(MoveCallsTest, AMoveForTheListThatFailsKeepsTheListPosition) {
+  EXPECT_TRUE(database_.moveForList(3));
+  store_.moveResult = E_FAIL;
+  EXPECT_FALSE(database_.moveForList(5));
+  store_.moveResult = S_OK;
+  // Where the failed move left the recordset is not known.
+  EXPECT_TRUE(database_.moveForList(3));
+  EXPECT_TRUE(database_.moveForList(4));
+  EXPECT_THAT(store_.calls, ElementsAre("Move 3 from 1", "Move 2 from 0", "Move 3 from 1", "Move 1 from 0"));
+}
+
+TEST_F(MoveCallsTest, MoveToSendsItsDistanceFromTheFirstRecord) {
+  EXPECT_TRUE(database_.moveTo(4));
+  EXPECT_THAT(store_.calls, ElementsAre("Move 3 from 1"));
+}
+
+TEST_F(MoveCallsTest, RefusedMovesLeaveTheCounterAlone) {
+  currentRecord = 4;
+  store_.moveResult = E_FAIL;
+  EXPECT_FALSE(database_.moveFirst());
+  EXPECT_FALSE(database_.moveLast());
+  EXPECT_FALSE(database_.moveNext());
+  EXPECT_FALSE(database_.movePrevious());
+  EXPECT_FALSE(database_.moveTo(2));
+  EXPECT_EQ(currentRecord, 4u);
+}
+
+}  // namespace

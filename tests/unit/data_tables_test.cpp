@@ -1,0 +1,180 @@
+// Tables: create, drop, list; field names of a statement.
+#include <string>
+
+#include "gmock/gmock.h"
+#include "tests/unit/data_fake_store.h"
+#include "tests/unit/data_store_fixture.h"
+
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class TablesTest : public DataTest {
+ protected:
+  std::vector<std::wstring> tables() {
+    NameList names;
+    EXPECT_TRUE(database_.listTables(names));
+    return namesOf(names);
+  }
+};
+
+TEST_F(TablesTest, ANewFileListsNoTables) {
+  openWith({});
+  EXPECT_THAT(tables(), IsEmpty());
+}
+
+TEST_F(TablesTest, ACatalogueOfSystemTablesAndSavedQueriesListsTheSavedQueries) {
+  openWith({});
+  ASSERT_TRUE(database_.addQuery({L"q", L"Select 1"}));
+  EXPECT_THAT(tables(), ElementsAre(L"QuivaneQueries"));
+}
+
+TEST_F(TablesTest, TablesAreListedInTheOrderOfTheirMaking) {
+  openWith({});
+  EXPECT_TRUE(database_.createTable(L"zebra", L"a Integer"));
+  EXPECT_TRUE(database_.createTable(L"apple", L"a Integer"));
+  EXPECT_THAT(tables(), ElementsAre(L"zebra", L"apple"));
+}
+
+TEST_F(TablesTest, ListingReplacesWhatTheListHeld) {
+  openWith({L"CREATE TABLE t (a integer)"});
+  NameList names;
+  names.append(L"old");
+  names.append(L"older");
+  EXPECT_TRUE(database_.listTables(names));
+  EXPECT_THAT(namesOf(names), ElementsAre(L"t"));
+}
+
+TEST_F(TablesTest, ACatalogueThatDoesNotOpenLeavesTheListAsItWas) {
+  NameList names;
+  names.append(L"old");
+  EXPECT_TRUE(database_.listTables(names)) << "no file is open";
+  EXPECT_THAT(namesOf(names), ElementsAre(L"old"));
+}
+
+TEST_F(TablesTest, CreatesAndDropsTablesWithBlanksAndApostrophesInTheirNames) {
+  openWith({});
+  for (const wchar_t* name : {L"Full names", L"Customer's", L"'", L"x' y' z"}) {
+    EXPECT_TRUE(database_.createTable(name, L"a Integer ,'Full name' Varchar (255)"))
+        << testing::PrintToString(std::wstring(name));
+    EXPECT_THAT(tables(), ElementsAre(name));
+    const std::wstring select = L"Select * from [" + std::wstring(name) + L"]";
+    EXPECT_TRUE(database_.openRecordset(select.c_str())) << testing::PrintToString(select);
+    EXPECT_STREQ(database_.fieldName(1).text(), L"Full name");
+    database_.closeRecordset();
+    EXPECT_TRUE(database_.dropTable(name)) << testing::PrintToString(std::wstring(name));
+    EXPECT_THAT(tables(), IsEmpty());
+  }
+}
+
+TEST_F(TablesTest, ATableThatExistsIsNotCreatedAndOneThatDoesNotIsNotDropped) {
+  openWith({L"CREATE TABLE t (a integer)"});
+  EXPECT_FALSE(database_.createTable(L"t", L"a Integer"));
+  EXPECT_FALSE(database_.createTable(L"u", L"no such ( list"));
+  EXPECT_FALSE(database_.dropTable(L"u"));
+  EXPECT_THAT(tables(), ElementsAre(L"t"));
+}
+
+TEST_F(TablesTest, EveryDesignedTypeMakesAFieldOfItsCode) {
+  openWith({});
+  const FieldType expected[] = {FieldType::bit,         FieldType::date,    FieldType::real,
+                                FieldType::smallInt,    FieldType::integer, FieldType::varWChar,
+                                FieldType::longVarWChar};
+  for (std::size_t row = 0; row < kFieldTypeRows.size(); ++row) {
+    const std::wstring name = L"t" + std::to_wstring(row);
+    const std::wstring columns = std::wstring(L"a ") + kFieldTypeRows[row].sqlType;
+    ASSERT_TRUE(database_.createTable(name.c_str(), columns.c_str())) << row;
+    ASSERT_TRUE(database_.openRecordset((L"Select * from [" + name + L"]").c_str())) << row;
+    EXPECT_EQ(database_.fieldType(0), expected[row]) << row;
+  }
+}
+
+TEST_F(TablesTest, FieldNamesOfAStatementAreListedWithoutTouchingTheCurrentRecordset) {
+  openTable(L"a integer, b integer", {L"1, 2", L"3, 4"});
+  ASSERT_TRUE(database_.moveTo(2));
+  NameList names;
+  database_.listFieldNames(L"Select b, a as 'other name' from t", names);
+  EXPECT_THAT(namesOf(names), ElementsAre(L"b", L"other name"));
+  EXPECT_STREQ(database_.valueText(0).text(), L"3");
+}
+
+TEST_F(TablesTest, AStatementThatDoesNotOpenLeavesTheFieldNamesAsTheyWere) {
+  openWith({});
+  NameList names;
+  names.append(L"old");
+  database_.listFieldNames(L"Select * from missing", names);
+  EXPECT_THAT(namesOf(names), ElementsAre(L"old"));
+}
+
+// ---- Against a catalogue of our own
+
+class CatalogueTest : public testing::Test {
+ protected:
+  void addField(const wchar_t* name, const wchar_t* value) {
+    store_.fields.push_back({.name = name, .type = 202, .value = Variant::fromText(value)});
+  }
+  std::vector<std::wstring> tables() {
+    NameList names;
+    EXPECT_TRUE(database_.listTables(names));
+    return namesOf(names);
+  }
+
+  FakeStore store_;
+  FakeStoreRegistration registration_{store_};
+  Database database_;
+};
+
+TEST_F(CatalogueTest, IsOpenedAsATable) {
+  store_.calls.clear();
+  tables();
+  EXPECT_THAT(store_.calls, testing::Contains("Open MSysTables cursor 1 lock 3 options 2"));
+}
+
+TEST_F(CatalogueTest, NamesThatDifferFromASystemTableInLetterCaseAreUserTables) {
+  store_.recordCount = 1;
+  addField(L"TableID", L"1");
+  for (const wchar_t* name : {L"msysTables", L"MSYSFIELDS", L"MSysIndex", L"MSysProcs "}) {
+    store_.fields.resize(1);
+    addField(L"TableName", name);
+    EXPECT_THAT(tables(), ElementsAre(name));
+  }
+  for (const wchar_t* name : {L"MSysFields", L"MSysTables", L"MSysIndexes", L"MSysProcs"}) {
+    store_.fields.resize(1);
+    addField(L"TableName", name);
+    EXPECT_THAT(tables(), IsEmpty());
+  }
+}
+
+TEST_F(CatalogueTest, RecordsWithoutAFieldOfNamesAreSkipped) {
+  store_.recordCount = 3;
+  addField(L"tablename", L"t");
+  addField(L"Name", L"t");
+  NameList names;
+  names.append(L"old");
+  EXPECT_TRUE(database_.listTables(names));
+  EXPECT_THAT(namesOf(names), IsEmpty());
+}
+
+TEST_F(CatalogueTest, CreatingAndDroppingATableExecuteTheirStatements) {
+  store_.calls.clear();
+  EXPECT_TRUE(database_.createTable(L"my t", L"Id Integer ,'Full name' Varchar (255)"));
+  EXPECT_TRUE(database_.dropTable(L"my t"));
+  EXPECT_THAT(store_.calls,
+              ElementsAre("Execute CREATE TABLE 'my t' (Id Integer ,'Full name' Varchar (255)) options 1",
+                          "Execute DROP TABLE 'my t' options 1"));
+  EXPECT_EQ(store_.recordsetsLive, 1) << "a recordset of a statement was kept";
+}
+
+TEST_F(CatalogueTest, NamesThatWouldOverflowAStatementAreRefusedAndNothingSent) {
+  const std::wstring longest(199 - 14 - 3 - 1 - 9, L'x');
+  EXPECT_TRUE(database_.createTable(longest.c_str(), L"a Integer"));
+  store_.calls.clear();
+  EXPECT_FALSE(database_.createTable((longest + L"x").c_str(), L"a Integer"));
+  EXPECT_FALSE(database_.createTable(longest.c_str(), L"aa Integer"));
+  EXPECT_FALSE(database_.createTable(L"t", std::wstring(1'000'000, L'x').c_str()));
+  EXPECT_FALSE(database_.dropTable(std::wstring(199, L'x').c_str()));
+  EXPECT_THAT(store_.calls, IsEmpty());
+}
+
+}  // namespace
