@@ -1,0 +1,95 @@
+#include "app/command_table.h"
+
+#include "app/program_state.h"
+#include "resources/command_ids.h"
+
+namespace {
+
+using CommandHandler = LRESULT (*)(HWND window, WORD id, LPARAM lParam, WORD notification);
+
+struct CommandRow {
+  WORD id;
+  CommandHandler handler;
+};
+
+LRESULT exitProgram(HWND, WORD, LPARAM, WORD) {
+  PostQuitMessage(0);
+  return 0;
+}
+
+LRESULT moveFirstRecord(HWND, WORD, LPARAM, WORD) {
+  return theDocument->moveFirstRecord();
+}
+
+LRESULT moveLastRecord(HWND, WORD, LPARAM, WORD) {
+  return theDocument->moveLastRecord();
+}
+
+LRESULT moveNextRecord(HWND, WORD, LPARAM, WORD) {
+  return theDocument->moveNextRecord();
+}
+
+LRESULT movePreviousRecord(HWND, WORD, LPARAM, WORD) {
+  return theDocument->movePreviousRecord();
+}
+
+LRESULT showLargeIcons(HWND, WORD, LPARAM, WORD) {
+  theDocument->setNameStyle(NameStyle::largeIcons);
+  return 0;
+}
+
+LRESULT showSmallIcons(HWND, WORD, LPARAM, WORD) {
+  theDocument->setNameStyle(NameStyle::smallIcons);
+  return 0;
+}
+
+LRESULT showList(HWND, WORD, LPARAM, WORD) {
+  theDocument->setNameStyle(NameStyle::list);
+  return 0;
+}
+
+LRESULT showReport(HWND, WORD, LPARAM, WORD) {
+  theDocument->setNameStyle(NameStyle::report);
+  return 0;
+}
+
+LRESULT fitColumns(HWND, WORD, LPARAM, WORD) {
+  theDocument->fitColumns();
+  return 0;
+}
+
+LRESULT showPreviousColumn(HWND, WORD, LPARAM, WORD) {
+  theDocument->showPreviousColumn();
+  return 0;
+}
+
+LRESULT showNextColumn(HWND, WORD, LPARAM, WORD) {
+  theDocument->showNextColumn();
+  return 0;
+}
+
+constexpr CommandRow kCommands[] = {
+    {ID_EXIT, exitProgram},
+    {ID_RECORD_FIRST, moveFirstRecord},
+    {ID_RECORD_LAST, moveLastRecord},
+    {ID_RECORD_NEXT, moveNextRecord},
+    {ID_RECORD_PREVIOUS, movePreviousRecord},
+    {ID_VIEW_LARGE_ICONS, showLargeIcons},
+    {ID_VIEW_SMALL_ICONS, showSmallIcons},
+    {ID_VIEW_LIST, showList},
+    {ID_VIEW_REPORT, showReport},
+    {ID_COLUMNS_FIT, fitColumns},
+    {ID_COLUMN_PREVIOUS, showPreviousColumn},
+    {ID_COLUMN_NEXT, showNextColumn},
+};
+
+}  // namespace
+
+LRESULT runCommand(HWND window, WORD id, LPARAM lParam, WORD notification) {
+  // Before the Document exists and after its end there is nothing that a command could act on.
+  if (!theDocument) return 0;
+  for (const CommandRow& row : kCommands) {
+    if (row.id == id) return row.handler(window, id, lParam, notification);
+  }
+  return 0;
+}

@@ -1,0 +1,72 @@
+#include "app/component_registration.h"
+
+#include <windows.h>
+
+#include <objbase.h>
+
+#include <cwchar>
+#include <string>
+
+#include "base/handles.h"
+#include "base/registry_text.h"
+#include "base/string.h"
+
+namespace {
+
+constexpr wchar_t kConnectionProgramId[] = L"ADOCE.Connection.3.1";
+
+constexpr const wchar_t* kComponentLibraries[] = {
+    L"adoce31.dll", L"adosync.dll", L"fileosp.dll",  L"msdadc.dll",
+    L"msdaer.dll",  L"msdaosp.dll", L"Adoxce31.dll",
+};
+
+/// The path of the module that serves the Connection class; empty when the class is not registered.
+String registeredModule() {
+  CLSID classId;
+  String path;
+  if (FAILED(CLSIDFromProgID(kConnectionProgramId, &classId))) return path;
+  wchar_t number[40];
+  if (StringFromGUID2(classId, number, ARRAYSIZE(number)) == 0) return path;
+  const std::wstring key = std::wstring(L"CLSID\\") + number + L"\\InprocServer32";
+  readRegistryText(HKEY_CLASSES_ROOT, key.c_str(), nullptr, path);
+  return path;
+}
+
+/// The path of adoce31.dll beside this program; empty when there is none.
+std::wstring ownModule() {
+  wchar_t program[MAX_PATH];
+  const DWORD length = GetModuleFileNameW(nullptr, program, ARRAYSIZE(program));
+  if (length == 0 || length >= ARRAYSIZE(program)) return {};
+  std::wstring path(program, length);
+  path.resize(path.rfind(L'\\') + 1);
+  path += kComponentLibraries[0];
+  return GetFileAttributesW(path.c_str()) == INVALID_FILE_ATTRIBUTES ? std::wstring() : path;
+}
+
+void registerLibrary(const wchar_t* name) {
+  const UniqueModule library(LoadLibraryW(name));
+  if (!library) return;
+  const FARPROC address = GetProcAddress(library.get(), "DllRegisterServer");
+  // By way of void*, because the two function types have nothing in common.
+  using Register = HRESULT(STDAPICALLTYPE*)();
+  if (address) reinterpret_cast<Register>(reinterpret_cast<void*>(address))();
+}
+
+bool servesClasses(const String& module) {
+  if (module.isEmpty()) return false;
+  const UniqueModule library(LoadLibraryW(module.text()));
+  return library && GetProcAddress(library.get(), "DllGetClassObject") != nullptr;
+}
+
+}  // namespace
+
+bool registerComponents() {
+  String module = registeredModule();
+  const std::wstring own = ownModule();
+  const bool moved = !own.empty() && _wcsicmp(own.c_str(), module.text()) != 0;
+  if (module.isEmpty() || moved) {
+    for (const wchar_t* name : kComponentLibraries) registerLibrary(name);
+    module = registeredModule();
+  }
+  return servesClasses(module);
+}

@@ -1,0 +1,12 @@
+#include "app/program_state.h"
+
+HINSTANCE instanceHandle = nullptr;
+HWND mainWindow = nullptr;
+HWND tabControl = nullptr;
+HWND recordListWindow = nullptr;
+HWND formWrapperWindow = nullptr;
+WNDPROC tabOldProc = nullptr;
+int currentPage = kBeforeFirstPage;
+RecordListView theRecordListView;
+FormWrapper theFormWrapper;
+std::unique_ptr<Document> theDocument;

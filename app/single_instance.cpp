@@ -1,0 +1,40 @@
+#include "app/single_instance.h"
+
+#include "app/main_window.h"
+#include "app/messages.h"
+
+namespace {
+
+constexpr wchar_t kMutexName[] = L"Local\\Quivane.SingleInstance";
+constexpr DWORD kWaitForWindow = 10'000;  // milliseconds
+constexpr DWORD kWaitStep = 20;
+constexpr UINT kSendTimeout = 5'000;
+
+}  // namespace
+
+SingleInstance::SingleInstance() : mutex_(CreateMutexW(nullptr, FALSE, kMutexName)) {
+  const ULONGLONG start = GetTickCount64();
+  do {
+    firstWindow_ = FindWindowW(kMainWindowClass, kMainWindowTitle);
+    if (firstWindow_) return;
+    // Where there is no mutex to be had, the window alone decides.
+    const DWORD result = mutex_ ? WaitForSingleObject(mutex_.get(), kWaitStep) : WAIT_OBJECT_0;
+    if (result == WAIT_OBJECT_0 || result == WAIT_ABANDONED) {
+      isFirst_ = true;
+      return;
+    }
+  } while (GetTickCount64() - start < kWaitForWindow);
+}
+
+SingleInstance::~SingleInstance() {
+  if (isFirst_ && mutex_) ReleaseMutex(mutex_.get());
+}
+
+void SingleInstance::callFirst(const String& path) const {
+  if (!firstWindow_) return;
+  // A copy that hangs must not take this one with it.
+  SendMessageTimeoutW(firstWindow_, kPathFromSecondCopyMessage, reinterpret_cast<WPARAM>(path.text()), 0,
+                      SMTO_ABORTIFHUNG, kSendTimeout, nullptr);
+  if (IsIconic(firstWindow_)) ShowWindowAsync(firstWindow_, SW_RESTORE);
+  SetForegroundWindow(firstWindow_);
+}

@@ -1,0 +1,120 @@
+#include "app/start_up.h"
+
+#include <commctrl.h>
+
+#include <memory>
+#include <utility>
+
+#include "app/command_line.h"
+#include "app/component_registration.h"
+#include "app/file_association.h"
+#include "app/main_window.h"
+#include "app/messages.h"
+#include "app/program_state.h"
+#include "app/screen.h"
+#include "app/single_instance.h"
+#include "app/tab_pages.h"
+#include "base/app_settings.h"
+#include "resources/resource_ids.h"
+#include "views/queries_list_view.h"
+#include "views/tables_list_view.h"
+
+namespace {
+
+void initialiseControls() {
+  INITCOMMONCONTROLSEX controls{};
+  controls.dwSize = sizeof(controls);
+  controls.dwICC = ICC_BAR_CLASSES | ICC_TAB_CLASSES | ICC_DATE_CLASSES | ICC_COOL_CLASSES;
+  InitCommonControlsEx(&controls);
+}
+
+/// The windows of the List and Form pages, both hidden and children of the tab control.
+void createPageWindows() {
+  RECT tab{};
+  GetClientRect(tabControl, &tab);
+  const RECT grid = {screen::kGridLeft, screen::kGridTop, screen::kGridLeft + tab.right,
+                     screen::kGridTop + tab.bottom - screen::kGridHeightLess};
+  recordListWindow = theRecordListView.create(instanceHandle, tabControl, grid);
+
+  RECT client{};
+  GetClientRect(mainWindow, &client);
+  formWrapperWindow = theFormWrapper.create(instanceHandle, tabControl,
+                                            {client.right, client.bottom - screen::kTabsHeight}, tabOldProc);
+}
+
+void createDocument() {
+  theDocument = std::make_unique<Document>(DocumentPages{std::make_unique<TablesListView>(mainWindow),
+                                                         std::make_unique<QueriesListView>(mainWindow),
+                                                         theRecordListView, theFormWrapper});
+  theRecordListView.prepare(theDocument.get());
+}
+
+/// Until the quit message, whose exit code is the result. The database of the command line is opened
+/// after the first message, so that the window stands already.
+int runMessageLoop(const wchar_t* commandLine) {
+  const HACCEL accelerators = LoadAcceleratorsW(instanceHandle, MAKEINTRESOURCEW(IDR_ACCELERATORS));
+  String pendingPath = normalisedPath(commandLine);
+  PostMessageW(mainWindow, kStartedMessage, 0, 0);
+  MSG message{};
+  while (GetMessageW(&message, nullptr, 0, 0) > 0) {
+    if (!TranslateAcceleratorW(mainWindow, accelerators, &message)) {
+      TranslateMessage(&message);
+      DispatchMessageW(&message);
+    }
+    if (!pendingPath.isEmpty()) openCommandLineDatabase(std::exchange(pendingPath, String()));
+  }
+  return static_cast<int>(message.wParam);
+}
+
+void destroyIfThere(HWND window) {
+  if (IsWindow(window)) DestroyWindow(window);
+}
+
+void shutDown() {
+  theRecordListView.prepare(nullptr);
+  theDocument.reset();
+  theAppSettings.reset();
+  destroyIfThere(tabControl);
+  destroyIfThere(recordListWindow);
+  destroyIfThere(formWrapperWindow);
+}
+
+/// From the first window on: what was created is taken down again in every case.
+int runWithWindow(const wchar_t* commandLine, int showCommand) {
+  createMainWindow(showCommand);
+  registerFileAssociation();
+  theAppSettings = std::make_unique<AppSettings>();
+  if (!mainWindow) return kExitNoWindow;
+  initialiseControls();
+  createTabControl();
+  createPageWindows();
+  if (!registerComponents()) {
+    MessageBoxW(mainWindow,
+                L"The data-access components (adoce31.dll) could not be loaded.\n"
+                L"Please put them into the folder of the program again.",
+                L"Quivane", MB_ICONEXCLAMATION);
+    return kExitCannotStart;
+  }
+  createDocument();
+  return runMessageLoop(commandLine);
+}
+
+}  // namespace
+
+int runProgram(HINSTANCE instance, const wchar_t* commandLine, int showCommand) {
+  // A library lying beside the database that is opened must not be loaded in the place of a component.
+  SetDllDirectoryW(L"");
+  instanceHandle = instance;
+  currentPage = kBeforeFirstPage;
+  const SingleInstance single;
+  if (!single.isFirst()) {
+    single.callFirst(normalisedPath(commandLine));
+    return kExitNoWindow;
+  }
+  if (!registerMainWindowClass()) return kExitCannotStart;
+  RecordListView::registerClass(instance);
+  FormWrapper::registerClass(instance);
+  const int exitCode = runWithWindow(commandLine, showCommand);
+  shutDown();
+  return exitCode;
+}

@@ -1,0 +1,89 @@
+#include "app/tab_pages.h"
+
+#include <windows.h>
+
+#include <commctrl.h>
+
+#include "app/program_state.h"
+#include "app/screen.h"
+#include "base/app_settings.h"
+#include "base/control_handles.h"
+#include "resources/resource_ids.h"
+
+namespace {
+
+constexpr INT_PTR kTabControlId = 61205;
+constexpr const wchar_t* kPageNames[] = {L"Tables", L"Form", L"List", L"Queries"};
+constexpr int kImageSize = 16;
+
+UniqueImageList tabImages;
+
+/// The grid's list is a child of the tab control: the grid sees what it reports before the tab control.
+LRESULT CALLBACK tabProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+  if (message == WM_NOTIFY && wParam == RecordListView::kListId) {
+    theRecordListView.handleNotification(*reinterpret_cast<NMHDR*>(lParam));
+  }
+  return CallWindowProcW(tabOldProc, window, message, wParam, lParam);
+}
+
+void loadTabImages() {
+  tabImages.reset(ImageList_Create(kImageSize, kImageSize, ILC_MASK, 4, 0));
+  const UniqueBitmap bitmap(LoadBitmapW(instanceHandle, MAKEINTRESOURCEW(IDB_TAB_IMAGES)));
+  if (tabImages && bitmap) ImageList_AddMasked(tabImages.get(), bitmap.get(), RGB(0, 0, 0));
+  SendMessageW(tabControl, TCM_SETIMAGELIST, 0, reinterpret_cast<LPARAM>(tabImages.get()));
+}
+
+}  // namespace
+
+void createTabControl() {
+  constexpr DWORD kStyle = WS_CHILD | WS_VISIBLE | WS_BORDER | WS_GROUP | TCS_BOTTOM;
+  static_assert(kStyle == 0x50820002);
+  tabControl =
+      CreateWindowExW(0, WC_TABCONTROLW, L"", kStyle, 0, 0, screen::kPageAreaWidth, screen::kPageAreaHeight,
+                      mainWindow, reinterpret_cast<HMENU>(kTabControlId), instanceHandle, nullptr);
+  if (!tabControl) return;
+  tabOldProc = reinterpret_cast<WNDPROC>(
+      SetWindowLongPtrW(tabControl, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(tabProcedure)));
+  // Its default is the bold font of the system's earliest days.
+  SendMessageW(tabControl, WM_SETFONT, reinterpret_cast<WPARAM>(GetStockObject(DEFAULT_GUI_FONT)), FALSE);
+  SendMessageW(tabControl, TCM_SETEXTENDEDSTYLE, 0, TCS_EX_REGISTERDROP);
+  buildTabPages();
+}
+
+void buildTabPages() {
+  if (SendMessageW(tabControl, TCM_GETITEMCOUNT, 0, 0) > 0)
+    SendMessageW(tabControl, TCM_DELETEALLITEMS, 0, 0);
+  const std::uint32_t labels = theAppSettings->options().TabLabelStyle();
+  TCITEMW item{};
+  if (labels != kTabIconOnly) item.mask |= TCIF_TEXT;
+  if (labels == kTabIconOnly || labels == kTabTextAndIcon) {
+    item.mask |= TCIF_IMAGE;
+    loadTabImages();
+    // Half the usual blank beside the labels: else four of them with text and image don't fit in the width.
+    SendMessageW(tabControl, TCM_SETPADDING, 0, MAKELPARAM(3, 3));
+  }
+  for (const wchar_t* name : kPageNames) {
+    item.pszText = const_cast<wchar_t*>(name);
+    SendMessageW(tabControl, TCM_INSERTITEMW, static_cast<WPARAM>(item.iImage),
+                 reinterpret_cast<LPARAM>(&item));
+    ++item.iImage;
+  }
+}
+
+void destroyTabImages() {
+  tabImages.reset();
+}
+
+void selectTab(int page) {
+  SendMessageW(tabControl, TCM_SETCURSEL, static_cast<WPARAM>(page), 0);
+}
+
+int selectedTab() {
+  return static_cast<int>(SendMessageW(tabControl, TCM_GETCURSEL, 0, 0));
+}
+
+void switchPage(int page) {
+  if (page == currentPage || page < 0) return;
+  currentPage = page;
+  if (theDocument) theDocument->setViewMode(static_cast<ViewMode>(page));
+}

@@ -1,0 +1,22 @@
+#pragma once
+
+/// The tab control with its four pages, and switching between them.
+
+/// Creates the tab control in the main window. Leaves tabControl null when that fails.
+void createTabControl();
+
+/// Fills the tabs in, with the labels that the option asks for.
+void buildTabPages();
+
+/// The images of the tabs are no longer needed.
+void destroyTabImages();
+
+/// Marks a tab as the chosen one; the page is not switched.
+void selectTab(int page);
+
+/// The tab that is chosen, -1 for none.
+int selectedTab();
+
+/// Shows another page: currentPage, and with it the Document's mode. Nothing happens for the page that
+/// is shown already, and for -1.
+void switchPage(int page);

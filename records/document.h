@@ -1,0 +1,119 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+
+#include "base/name_list.h"
+#include "base/string.h"
+#include "data/database.h"
+#include "data/record_counters.h"
+#include "records/pages.h"
+#include "records/view_mode.h"
+
+/// The pages that a Document works with. It owns the two lists of names; the grid and the form belong
+/// to the window and outlive it.
+struct DocumentPages {
+  std::unique_ptr<TablesPage> tables;
+  std::unique_ptr<QueriesPage> queries;
+  RecordGrid& grid;
+  FormPage& form;
+};
+
+/// The controller of the program: the open database, the table or query whose records are shown, the
+/// cursor over them, and which page is served. One exists, on the user-interface thread.
+///
+/// Showing a page makes its controls report their selection, which comes back here: every operation is
+/// prepared for openTableSelection and openQuerySelection being called while it talks to a page.
+/// std::bad_alloc passes through.
+class Document {
+ public:
+  explicit Document(DocumentPages pages);
+  /// Closes the database.
+  ~Document();
+  Document(const Document&) = delete;
+  Document& operator=(const Document&) = delete;
+
+  // ---- The database (document.cpp)
+
+  /// Opens the file, lists its tables on the Tables page and chooses the first. No database is open
+  /// when this is called. False when it can't be opened; nothing has changed then.
+  bool openDatabase(const String& path);
+  /// 0 on success, -1 when no database is open or the connection would not close.
+  int closeDatabase();
+
+  bool isDatabaseOpen() const { return databaseOpen_; }
+  const String& databasePath() const { return databasePath_; }
+  const String& tableName() const { return tableName_; }
+  const String& queryName() const { return queryName_; }
+  const String& sqlText() const { return sqlText_; }
+  bool openedFromQuery() const { return openedFromQuery_; }
+
+  // ---- Choosing (document.cpp). The records follow when the page is switched next.
+
+  /// The table at this place of the Tables page becomes the current one.
+  void openTableSelection(int index);
+  /// The saved query at this place of the Queries page becomes the current one.
+  void openQuerySelection(int index);
+
+  // ---- Pages (document_modes.cpp)
+
+  ViewMode viewMode() const { return viewMode_; }
+  /// Leaves the page that is shown, opens the recordset anew if another table or query was chosen, and
+  /// enters the page `mode`.
+  void setViewMode(ViewMode mode);
+  /// For the page of names that is served, nothing on any other page.
+  void setNameStyle(NameStyle style);
+  /// For the record grid while it is served, nothing otherwise.
+  void showPreviousColumn();
+  void showNextColumn();
+  void fitColumns();
+
+  // ---- Moves (document_moves.cpp). They act on the page that is served and always return 0.
+
+  int moveFirstRecord();
+  int moveLastRecord();
+  int moveNextRecord();
+  int movePreviousRecord();
+
+  // ---- What the views read of the recordset. Field indexes and rows are 0-based.
+
+  bool isRecordsetOpen() const { return recordsetOpen_; }
+  std::uint32_t fieldCount() const { return database_.fieldCount(); }
+  const String& fieldName(std::uint32_t field) const { return database_.fieldName(field); }
+  FieldType fieldType(std::uint32_t field) const { return database_.fieldType(field); }
+  /// Makes a row current for reading; currentRecord stays. False when it can't be reached.
+  bool moveToRow(std::uint32_t row) { return database_.moveForList(row); }
+  /// Makes the record currentRecord current in the recordset.
+  bool moveToCurrentRecord() { return database_.moveTo(currentRecord); }
+  /// The value of a field of the record that was made current.
+  String valueText(std::uint32_t field) { return database_.valueText(field); }
+
+ private:
+  void buildTableSql();
+  void leaveMode();
+  void openPendingRecordset();
+  void enterMode(ViewMode mode);
+  void enterForm();
+  void enterList();
+  void enterQueries();
+  void enterTables();
+  void refreshGrid();
+
+  DocumentPages pages_;
+  Database database_;
+
+  String databasePath_;  // empty when none is open
+  String tableName_;     // empty while a saved query is in use
+  String queryName_;     // empty while a table is in use
+  String sqlText_;       // the recordset is opened from it
+  NameList tableNames_;
+  NameList queryNames_;
+  ViewMode viewMode_ = ViewMode::none;
+  bool databaseOpen_ = false;
+  bool sqlPending_ = false;  // sqlText_ changed and the recordset does not follow it yet
+  bool recordsetOpen_ = false;
+  bool formStale_ = false;           // the form was not shown since the recordset was opened
+  bool repositionFromList_ = false;  // the form goes to the record chosen in the grid
+  bool freshlyOpened_ = false;       // the Tables page does not show the catalogue yet
+  bool openedFromQuery_ = false;
+};

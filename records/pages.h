@@ -1,0 +1,87 @@
+#pragma once
+
+#include <cstdint>
+
+#include "base/name_list.h"
+#include "base/string.h"
+
+/// What the Document asks of the window's pages. The pages know the Document; it knows them only by
+/// these interfaces, which the views implement, so that no dependency points upwards.
+///
+/// Indexes and rows are 0-based. Calls come on the user-interface thread. A page whose window could
+/// not be created does nothing and has no items. std::bad_alloc passes through.
+
+/// How a page of names shows them.
+enum class NameStyle { largeIcons, report, smallIcons, list };
+
+/// What both pages of names have in common.
+class NamesPage {
+ public:
+  virtual ~NamesPage() = default;
+
+  virtual void show() = 0;
+  virtual void hide() = 0;
+  virtual void deleteAllItems() = 0;
+  /// The text of an item, cut at 99 characters; empty for an index that is no item's.
+  virtual String itemText(int index) = 0;
+  virtual void setStyle(NameStyle style) = 0;
+};
+
+/// Which item is selected after the tables were filled in, once one had been chosen before. An enum of
+/// the language's own cast from any other number keeps the index as it is.
+enum class Positioning {
+  first = 1,
+  last = 2,
+  previous = 3,  ///< the one before, not below the first
+  next = 4,      ///< the one behind; behind the last there is none, and nothing is selected
+  byName = 5,    ///< the item of a given name; unchanged when there is none
+};
+
+class TablesPage : public NamesPage {
+ public:
+  /// Replaces the items and selects one of them: the first, or once an item was chosen, that of
+  /// `positioning`. `name` is read for Positioning::byName only.
+  virtual void fill(const NameList& names, Positioning positioning, const String& name) = 0;
+  /// The next fill starts at the first item again.
+  virtual void clearRememberedSelection() = 0;
+};
+
+class QueriesPage : public NamesPage {
+ public:
+  /// Replaces the items and selects the one at the current index.
+  virtual void fill(const NameList& names) = 0;
+  virtual void setSelectedIndex(int index) = 0;
+};
+
+/// The window that carries the form.
+class FormPage {
+ public:
+  virtual ~FormPage() = default;
+
+  virtual void show() = 0;
+  virtual void hide() = 0;
+};
+
+/// The grid of records. It shows the Document's fields and reads rows through it when it draws.
+class RecordGrid {
+ public:
+  virtual ~RecordGrid() = default;
+
+  virtual void show() = 0;
+  virtual void hide() = 0;
+  /// Columns for the fields of the recordset, a row for each record, currentRecord selected.
+  virtual void fill() = 0;
+  /// Removes rows and columns. The recordset is no longer read.
+  virtual void clear() = 0;
+  /// From the next fill on, the columns behind the first show the fields from the second one on.
+  virtual void resetColumns() = 0;
+  /// Selects the row of currentRecord and scrolls it into view.
+  virtual void selectCurrent() = 0;
+  /// The selected row, 0 when there is none.
+  virtual std::uint32_t selectedRow() = 0;
+  /// Each moves the columns behind the first by one field, as far as there are fields.
+  virtual void showPreviousColumn() = 0;
+  virtual void showNextColumn() = 0;
+  /// Makes every column as wide as its contents.
+  virtual void fitColumns() = 0;
+};

@@ -1,0 +1,363 @@
+#include "records/document.h"
+
+#include <optional>
+#include <string>
+
+#include "base/app_settings.h"
+#include "gmock/gmock.h"
+#include "tests/support/paths.h"
+#include "tests/ui/fake_pages.h"
+#include "tests/ui/test_database.h"
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace {
+
+class DocumentTest : public testing::Test {
+ protected:
+  /// The components are registered before the Document makes their objects.
+  void SetUp() override {
+    theAppSettings = std::make_unique<AppSettings>();
+    makeDatabase(path_, {L"CREATE TABLE 'First One' (a Integer)", L"INSERT INTO [First One] VALUES (10)",
+                         L"INSERT INTO [First One] VALUES (20)", L"INSERT INTO [First One] VALUES (30)",
+                         L"CREATE TABLE 'Second' (b Integer)", L"INSERT INTO Second VALUES (1)",
+                         L"CREATE TABLE 'Empty' (c Integer)"});
+    window_.emplace();
+  }
+  void TearDown() override {
+    window_.reset();
+    theAppSettings.reset();
+  }
+
+  FakeWindow& window() { return *window_; }
+  Document& document() { return *window_->document; }
+  const std::filesystem::path& path() const { return path_; }
+  std::filesystem::path file(std::string_view name) const { return folder_.file(name); }
+  void open() {
+    ASSERT_TRUE(document().openDatabase(path_.c_str()));
+    window().takeCalls();
+  }
+  void addQueries() {
+    runStatements(path_,
+                  {L"CREATE TABLE 'QuivaneQueries' (QueryName Text ,SQL Text)",
+                   L"INSERT INTO QuivaneQueries VALUES ('big', 'Select * from [First One] where a > 10')",
+                   L"INSERT INTO QuivaneQueries VALUES ('wrong', 'Select nothing')"});
+  }
+  /// The first field of the record that is current.
+  std::wstring value() { return document().valueText(0).text(); }
+
+ private:
+  testsupport::TempFolder folder_;
+  std::filesystem::path path_ = folder_.file("document.cdb");
+  std::optional<FakeWindow> window_;
+};
+
+// ---- Opening and closing
+
+TEST_F(DocumentTest, OpeningShowsTheTablesAndChoosesTheFirst) {
+  ASSERT_TRUE(document().openDatabase(path().c_str()));
+  EXPECT_THAT(window().takeCalls(),
+              ElementsAre("form.hide", "tables.show", "tables.fill 1", "grid.resetColumns"));
+  EXPECT_THAT(window().tables->items, ElementsAre(L"First One", L"Second", L"Empty"));
+  EXPECT_EQ(document().viewMode(), ViewMode::tables);
+  EXPECT_TRUE(document().isDatabaseOpen());
+  EXPECT_EQ(theAppSettings->databaseOpen, 1u);
+  EXPECT_STREQ(document().databasePath().text(), path().c_str());
+  EXPECT_STREQ(document().tableName().text(), L"First One");
+  EXPECT_STREQ(document().sqlText().text(), L"Select * from [First One]");
+  EXPECT_FALSE(document().isRecordsetOpen());
+}
+
+TEST_F(DocumentTest, AFileThatIsNotThereChangesNothing) {
+  EXPECT_FALSE(document().openDatabase(file("missing.cdb").c_str()));
+  EXPECT_THAT(window().takeCalls(), IsEmpty());
+  EXPECT_FALSE(document().isDatabaseOpen());
+  EXPECT_EQ(theAppSettings->databaseOpen, 0u);
+  EXPECT_STREQ(document().databasePath().text(), L"");
+  EXPECT_EQ(document().closeDatabase(), -1);
+}
+
+TEST_F(DocumentTest, ClosingForgetsEverything) {
+  open();
+  document().setViewMode(ViewMode::form);
+  window().takeCalls();
+  EXPECT_EQ(document().closeDatabase(), 0);
+  EXPECT_THAT(window().takeCalls(), ElementsAre("tables.deleteAllItems", "tables.clearRememberedSelection",
+                                                "queries.setSelectedIndex 0"));
+  EXPECT_FALSE(document().isDatabaseOpen());
+  EXPECT_FALSE(document().isRecordsetOpen());
+  EXPECT_EQ(theAppSettings->databaseOpen, 0u);
+  EXPECT_TRUE(document().databasePath().isEmpty());
+  EXPECT_TRUE(document().tableName().isEmpty());
+  EXPECT_TRUE(document().sqlText().isEmpty());
+  EXPECT_EQ(currentRecord, 0u);
+  EXPECT_EQ(recordCount, 0u);
+  EXPECT_EQ(document().closeDatabase(), -1);
+}
+
+TEST_F(DocumentTest, ClosingOnTheListPageClearsTheGridAndGoesToTheTables) {
+  open();
+  document().setViewMode(ViewMode::list);
+  window().takeCalls();
+  EXPECT_EQ(document().closeDatabase(), 0);
+  const Calls calls = window().takeCalls();
+  ASSERT_GE(calls.size(), 3u);
+  EXPECT_EQ(calls[0], "grid.clear");
+  EXPECT_EQ(calls[1], "grid.hide");
+  EXPECT_EQ(calls[2], "tables.show");
+  EXPECT_EQ(document().viewMode(), ViewMode::tables);
+  EXPECT_EQ(currentRecord, 0u);
+}
+
+TEST_F(DocumentTest, ADatabaseOpensAgainAfterClosing) {
+  open();
+  document().setViewMode(ViewMode::list);
+  ASSERT_EQ(document().closeDatabase(), 0);
+  window().takeCalls();
+  ASSERT_TRUE(document().openDatabase(path().c_str()));
+  document().setViewMode(ViewMode::list);
+  EXPECT_EQ(recordCount, 3u);
+  EXPECT_EQ(currentRecord, 1u);
+}
+
+// ---- Choosing
+
+TEST_F(DocumentTest, TheRecordsFollowAtTheNextSwitch) {
+  open();
+  document().openTableSelection(1);
+  EXPECT_FALSE(document().isRecordsetOpen());
+  document().setViewMode(ViewMode::list);
+  EXPECT_TRUE(document().isRecordsetOpen());
+  EXPECT_EQ(recordCount, 1u);
+  EXPECT_STREQ(document().fieldName(0).text(), L"b");
+}
+
+TEST_F(DocumentTest, TheSameTableAgainIsNotReopened) {
+  open();
+  document().setViewMode(ViewMode::list);
+  ASSERT_EQ(recordCount, 3u);
+  runStatements(path(), {L"INSERT INTO [First One] VALUES (40)"});
+  document().setViewMode(ViewMode::tables);
+  document().openTableSelection(0);
+  document().setViewMode(ViewMode::list);
+  EXPECT_EQ(recordCount, 3u);
+}
+
+TEST_F(DocumentTest, AnotherTableAndBackIsReopened) {
+  open();
+  document().setViewMode(ViewMode::list);
+  runStatements(path(), {L"INSERT INTO [First One] VALUES (40)"});
+  document().setViewMode(ViewMode::tables);
+  document().openTableSelection(1);
+  document().openTableSelection(0);
+  document().setViewMode(ViewMode::list);
+  EXPECT_EQ(recordCount, 4u);
+}
+
+TEST_F(DocumentTest, AnIndexWithoutAnItemChoosesNothing) {
+  open();
+  for (const int index : {-1, 3, 1000}) document().openTableSelection(index);
+  EXPECT_STREQ(document().tableName().text(), L"First One");
+  EXPECT_THAT(window().takeCalls(), IsEmpty());
+}
+
+TEST_F(DocumentTest, AQueryTakesThePlaceOfTheTable) {
+  addQueries();
+  open();
+  document().setViewMode(ViewMode::queries);
+  document().openQuerySelection(0);
+  EXPECT_STREQ(document().queryName().text(), L"big");
+  EXPECT_TRUE(document().tableName().isEmpty());
+  EXPECT_TRUE(document().openedFromQuery());
+  document().setViewMode(ViewMode::list);
+  EXPECT_EQ(recordCount, 2u);
+  document().setViewMode(ViewMode::tables);
+  document().openTableSelection(0);
+  EXPECT_TRUE(document().queryName().isEmpty());
+  EXPECT_FALSE(document().openedFromQuery());
+  document().setViewMode(ViewMode::list);
+  EXPECT_EQ(recordCount, 3u);
+}
+
+TEST_F(DocumentTest, AnIndexWithoutAQueryChoosesNothing) {
+  addQueries();
+  open();
+  document().setViewMode(ViewMode::queries);
+  for (const int index : {-1, 2, 1000}) document().openQuerySelection(index);
+  EXPECT_TRUE(document().queryName().isEmpty());
+  EXPECT_STREQ(document().tableName().text(), L"First One");
+}
+
+TEST_F(DocumentTest, AQueryThatDoesNotRunLeavesNoRecordset) {
+  addQueries();
+  open();
+  document().setViewMode(ViewMode::queries);
+  document().openQuerySelection(1);
+  window().takeCalls();
+  document().setViewMode(ViewMode::list);
+  EXPECT_FALSE(document().isRecordsetOpen());
+  EXPECT_THAT(window().takeCalls(), ElementsAre("queries.hide"));
+  document().setViewMode(ViewMode::form);
+  EXPECT_FALSE(document().isRecordsetOpen());
+}
+
+// ---- Switching
+
+TEST_F(DocumentTest, TheModeThatIsServedIsNotEnteredAgain) {
+  open();
+  document().setViewMode(ViewMode::tables);
+  EXPECT_THAT(window().takeCalls(), IsEmpty());
+}
+
+TEST_F(DocumentTest, WithoutADatabaseOldPagesAreLeftAndNoneIsEntered) {
+  document().setViewMode(ViewMode::tables);
+  document().setViewMode(ViewMode::form);
+  document().setViewMode(ViewMode::list);
+  document().setViewMode(ViewMode::queries);
+  EXPECT_THAT(window().takeCalls(), ElementsAre("tables.hide", "form.hide", "grid.hide"));
+  EXPECT_EQ(document().viewMode(), ViewMode::queries);
+}
+
+TEST_F(DocumentTest, EachPageIsLeftBeforeTheNextIsEntered) {
+  open();
+  document().setViewMode(ViewMode::form);
+  EXPECT_THAT(window().takeCalls(), ElementsAre("tables.hide", "form.show"));
+  document().setViewMode(ViewMode::list);
+  EXPECT_THAT(window().takeCalls(), ElementsAre("form.hide", "grid.show", "grid.fill"));
+  document().setViewMode(ViewMode::queries);
+  EXPECT_THAT(window().takeCalls(), ElementsAre("grid.hide", "queries.show", "queries.fill"));
+  document().setViewMode(ViewMode::tables);
+  EXPECT_THAT(window().takeCalls(), ElementsAre("queries.hide", "tables.show"));
+}
+
+TEST_F(DocumentTest, TheTablesAreFilledInOnceForEachDatabase) {
+  open();
+  document().setViewMode(ViewMode::form);
+  document().setViewMode(ViewMode::tables);
+  EXPECT_THAT(window().takeCalls(), ElementsAre("tables.hide", "form.show", "form.hide", "tables.show"));
+}
+
+TEST_F(DocumentTest, TheFormStartsAtTheFirstRecord) {
+  open();
+  document().setViewMode(ViewMode::form);
+  EXPECT_EQ(currentRecord, 1u);
+  EXPECT_EQ(recordCount, 3u);
+  EXPECT_EQ(value(), L"10");
+}
+
+TEST_F(DocumentTest, TheFormOfAnEmptyTableHasNoRecord) {
+  open();
+  document().openTableSelection(2);
+  document().setViewMode(ViewMode::form);
+  EXPECT_EQ(currentRecord, 0u);
+  EXPECT_EQ(recordCount, 0u);
+}
+
+TEST_F(DocumentTest, TheFormGoesToTheRecordChosenInTheGrid) {
+  open();
+  document().setViewMode(ViewMode::form);
+  document().setViewMode(ViewMode::list);
+  window().grid.row = 2;
+  document().setViewMode(ViewMode::form);
+  EXPECT_EQ(currentRecord, 3u);
+  EXPECT_EQ(value(), L"30");
+}
+
+TEST_F(DocumentTest, AFormThatIsEnteredFromElsewhereGoesToTheFirstRecord) {
+  open();
+  document().setViewMode(ViewMode::form);
+  document().setViewMode(ViewMode::list);
+  window().grid.row = 2;
+  document().setViewMode(ViewMode::form);
+  document().setViewMode(ViewMode::tables);
+  document().setViewMode(ViewMode::form);
+  EXPECT_EQ(currentRecord, 1u);
+  EXPECT_EQ(value(), L"10");
+}
+
+TEST_F(DocumentTest, TheGridIsFilledAtTheCurrentRecord) {
+  open();
+  document().setViewMode(ViewMode::list);
+  EXPECT_EQ(window().grid.filledAt, 1u);
+  window().grid.row = 1;
+  document().setViewMode(ViewMode::tables);
+  document().setViewMode(ViewMode::list);
+  EXPECT_EQ(window().grid.filledAt, 2u);
+  document().setViewMode(ViewMode::tables);
+  document().openTableSelection(1);
+  document().setViewMode(ViewMode::list);
+  EXPECT_EQ(window().grid.filledAt, 1u);
+}
+
+TEST_F(DocumentTest, WithoutQueriesTheirPageReopensTheLastTable) {
+  open();
+  document().setViewMode(ViewMode::list);
+  runStatements(path(), {L"INSERT INTO [First One] VALUES (40)"});
+  document().setViewMode(ViewMode::queries);
+  document().setViewMode(ViewMode::list);
+  EXPECT_EQ(recordCount, 4u);
+  EXPECT_EQ(currentRecord, 1u);
+}
+
+// ---- Moves and what the grid is told
+
+TEST_F(DocumentTest, MovesInTheListStopAtBothEnds) {
+  open();
+  document().setViewMode(ViewMode::list);
+  window().takeCalls();
+  EXPECT_EQ(document().movePreviousRecord(), 0);
+  EXPECT_EQ(currentRecord, 1u);
+  EXPECT_THAT(window().takeCalls(), IsEmpty());
+  EXPECT_EQ(document().moveNextRecord(), 0);
+  EXPECT_EQ(currentRecord, 2u);
+  EXPECT_THAT(window().takeCalls(), ElementsAre("grid.selectCurrent"));
+  EXPECT_EQ(document().moveLastRecord(), 0);
+  EXPECT_EQ(currentRecord, 3u);
+  window().takeCalls();
+  EXPECT_EQ(document().moveNextRecord(), 0);
+  EXPECT_EQ(currentRecord, 3u);
+  EXPECT_THAT(window().takeCalls(), IsEmpty());
+  EXPECT_EQ(document().movePreviousRecord(), 0);
+  EXPECT_EQ(currentRecord, 2u);
+  EXPECT_EQ(document().moveFirstRecord(), 0);
+  EXPECT_EQ(currentRecord, 1u);
+}
+
+TEST_F(DocumentTest, MovesOnThePagesOfNamesDoNothing) {
+  open();
+  document().setViewMode(ViewMode::list);
+  document().moveNextRecord();
+  window().grid.row = 1;
+  for (const ViewMode mode : {ViewMode::tables, ViewMode::none}) {
+    document().setViewMode(mode);
+    window().takeCalls();
+    for (const auto move : {&Document::moveFirstRecord, &Document::moveLastRecord, &Document::moveNextRecord,
+                            &Document::movePreviousRecord}) {
+      EXPECT_EQ((document().*move)(), 0);
+    }
+    EXPECT_EQ(currentRecord, 2u);
+    EXPECT_THAT(window().takeCalls(), IsEmpty());
+  }
+}
+
+TEST_F(DocumentTest, CommandsReachThePageThatIsServed) {
+  open();
+  document().setNameStyle(NameStyle::list);
+  EXPECT_THAT(window().takeCalls(), ElementsAre("tables.setStyle 3"));
+  document().setViewMode(ViewMode::queries);
+  window().takeCalls();
+  document().setNameStyle(NameStyle::smallIcons);
+  document().showNextColumn();
+  EXPECT_THAT(window().takeCalls(), ElementsAre("queries.setStyle 2"));
+  document().setViewMode(ViewMode::list);
+  window().takeCalls();
+  document().setNameStyle(NameStyle::smallIcons);
+  document().showNextColumn();
+  document().showPreviousColumn();
+  document().fitColumns();
+  EXPECT_THAT(window().takeCalls(),
+              ElementsAre("grid.showNextColumn", "grid.showPreviousColumn", "grid.fitColumns"));
+}
+
+}  // namespace

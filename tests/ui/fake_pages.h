@@ -1,0 +1,113 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "records/document.h"
+#include "records/pages.h"
+
+/// Pages without windows, which write down in one list what the Document asks of them.
+
+using Calls = std::vector<std::string>;
+
+struct FakeForm final : FormPage {
+  explicit FakeForm(Calls& list) : calls(list) {}
+  void show() override { calls.push_back("form.show"); }
+  void hide() override { calls.push_back("form.hide"); }
+
+  Calls& calls;
+};
+
+struct FakeGrid final : RecordGrid {
+  explicit FakeGrid(Calls& list) : calls(list) {}
+  void show() override { calls.push_back("grid.show"); }
+  void hide() override { calls.push_back("grid.hide"); }
+  void fill() override {
+    calls.push_back("grid.fill");
+    filledAt = currentRecord;
+  }
+  void clear() override { calls.push_back("grid.clear"); }
+  void resetColumns() override { calls.push_back("grid.resetColumns"); }
+  void selectCurrent() override { calls.push_back("grid.selectCurrent"); }
+  std::uint32_t selectedRow() override { return row; }
+  void showPreviousColumn() override { calls.push_back("grid.showPreviousColumn"); }
+  void showNextColumn() override { calls.push_back("grid.showNextColumn"); }
+  void fitColumns() override { calls.push_back("grid.fitColumns"); }
+
+  Calls& calls;
+  std::uint32_t row = 0;       ///< the row that is selected
+  std::uint32_t filledAt = 0;  ///< currentRecord at the last fill
+};
+
+/// What both pages of names do.
+template <typename Page>
+struct FakeNames : Page {
+  FakeNames(Calls& list, std::string pageName) : calls(list), name(std::move(pageName)) {}
+  void show() override { calls.push_back(name + ".show"); }
+  void hide() override { calls.push_back(name + ".hide"); }
+  void deleteAllItems() override {
+    calls.push_back(name + ".deleteAllItems");
+    items.clear();
+  }
+  String itemText(int index) override {
+    const auto place = static_cast<std::size_t>(index);
+    return place < items.size() ? String(items[place].c_str()) : String();
+  }
+  void setStyle(NameStyle style) override {
+    calls.push_back(name + ".setStyle " + std::to_string(static_cast<int>(style)));
+  }
+
+  void take(const NameList& names) {
+    items.clear();
+    for (std::uint32_t i = 0; i < names.size(); ++i) items.emplace_back(names[i].text());
+  }
+
+  Calls& calls;
+  std::string name;
+  std::vector<std::wstring> items;
+};
+
+struct FakeTables final : FakeNames<TablesPage> {
+  explicit FakeTables(Calls& list) : FakeNames(list, "tables") {}
+  void fill(const NameList& names, Positioning positioning, const String&) override {
+    calls.push_back("tables.fill " + std::to_string(static_cast<int>(positioning)));
+    take(names);
+  }
+  void clearRememberedSelection() override { calls.push_back("tables.clearRememberedSelection"); }
+};
+
+struct FakeQueries final : FakeNames<QueriesPage> {
+  explicit FakeQueries(Calls& list) : FakeNames(list, "queries") {}
+  void fill(const NameList& names) override {
+    calls.push_back("queries.fill");
+    take(names);
+  }
+  void setSelectedIndex(int index) override {
+    calls.push_back("queries.setSelectedIndex " + std::to_string(index));
+  }
+};
+
+/// A Document with fake pages.
+struct FakeWindow {
+  FakeWindow() {
+    auto ownTables = std::make_unique<FakeTables>(calls);
+    auto ownQueries = std::make_unique<FakeQueries>(calls);
+    tables = ownTables.get();
+    queries = ownQueries.get();
+    document =
+        std::make_unique<Document>(DocumentPages{std::move(ownTables), std::move(ownQueries), grid, form});
+  }
+
+  /// The calls since this was asked last.
+  Calls takeCalls() { return std::exchange(calls, {}); }
+
+  Calls calls;
+  FakeGrid grid{calls};
+  FakeForm form{calls};
+  FakeTables* tables = nullptr;
+  FakeQueries* queries = nullptr;
+  std::unique_ptr<Document> document;
+};

@@ -1,0 +1,93 @@
+#pragma once
+
+#include <windows.h>
+
+#include <chrono>
+#include <cstddef>
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+/// Reads and works the windows of another process, a running Quivane, by class names, titles and
+/// identifiers. Items, rows, columns and pages are 0-based.
+namespace remote {
+
+/// How long every wait takes at most.
+inline constexpr std::chrono::milliseconds kPatience{10'000};
+
+/// Asks again and again until the answer is yes: true then, false when `patience` ends first.
+bool waitUntil(const std::function<bool()>& condition, std::chrono::milliseconds patience = kPatience);
+
+/// Memory in the process of a window, for messages that take the address of a structure.
+class Memory {
+ public:
+  /// Holds nothing when the process does not allow it; every read and write then fails.
+  Memory(HWND window, std::size_t byteCount);
+  ~Memory();
+  Memory(const Memory&) = delete;
+  Memory& operator=(const Memory&) = delete;
+
+  explicit operator bool() const { return address_ != nullptr; }
+  std::byte* address() const { return static_cast<std::byte*>(address_); }
+  bool write(std::size_t offset, const void* data, std::size_t byteCount);
+  bool read(std::size_t offset, void* data, std::size_t byteCount) const;
+
+ private:
+  HANDLE process_ = nullptr;
+  void* address_ = nullptr;
+};
+
+DWORD processOf(HWND window);
+
+/// The visible main window, of the process `processId` or with 0 of any. Null when there is none.
+HWND mainWindow(DWORD processId = 0);
+
+/// A visible message box of a process, null when there is none.
+HWND messageBox(DWORD processId);
+/// The text that a message box shows.
+std::wstring messageBoxText(HWND box);
+
+/// The tab control of a main window.
+HWND tabControl(HWND main);
+/// The window of the page that is shown (a list of names, the form, the grid), null when none is.
+HWND shownPage(HWND main);
+/// The record grid's list, shown or not; null when there is none.
+HWND recordGrid(HWND main);
+
+int selectedTab(HWND tab);
+std::wstring tabText(HWND tab, int page);
+/// In the tab control's client area; empty when it can't be had.
+RECT tabPlace(HWND tab, int page);
+/// Clicks a tab with the left button. False when the tab's place can't be had.
+bool clickTab(HWND tab, int page);
+/// Clicks the tab and waits until another page is shown than before; nothing is to be done for the tab
+/// that is chosen already. False when it takes too long.
+bool switchToPage(HWND main, int page);
+
+bool isList(HWND window);
+int itemCount(HWND list);
+int columnCount(HWND list);
+int columnWidth(HWND list, int column);
+std::wstring columnTitle(HWND list, int column);
+std::wstring itemText(HWND list, int row, int column = 0);
+/// All items of one column.
+std::vector<std::wstring> itemTexts(HWND list, int column = 0);
+/// The selected item, -1 for none.
+int selectedItem(HWND list);
+/// Selects an item by message, as assistive programs do.
+bool selectItem(HWND list, int row);
+/// Clicks an item with the left button.
+bool clickItem(HWND list, int row);
+void ensureVisible(HWND list, int row);
+int topRow(HWND list);
+/// Whether a row is scrolled into view as a whole, in a list that shows rows.
+bool isRowInView(HWND list, int row);
+/// Presses and releases a key.
+void pressKey(HWND window, WORD key);
+
+/// Asks the main window to close and waits for the end of its process. The exit code; none when it
+/// takes too long.
+std::optional<DWORD> close(HWND main);
+
+}  // namespace remote

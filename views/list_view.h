@@ -1,0 +1,111 @@
+#pragma once
+
+#include <windows.h>
+
+#include <commctrl.h>
+
+/// The messages of a list view, typed. Rows, items and columns are 0-based. A null window answers
+/// nothing: every result is then 0.
+namespace listview {
+
+inline constexpr int kFirstOfAll = -1;  ///< where a search begins that includes item 0
+
+inline void setColors(HWND list, COLORREF background, COLORREF text) {
+  SendMessageW(list, LVM_SETBKCOLOR, 0, static_cast<LPARAM>(background));
+  SendMessageW(list, LVM_SETTEXTBKCOLOR, 0, static_cast<LPARAM>(background));
+  SendMessageW(list, LVM_SETTEXTCOLOR, 0, static_cast<LPARAM>(text));
+}
+
+/// The list that was set before, which now belongs to the caller; null when there was none.
+inline HIMAGELIST setImageList(HWND list, int which, HIMAGELIST images) {
+  return reinterpret_cast<HIMAGELIST>(
+      SendMessageW(list, LVM_SETIMAGELIST, static_cast<WPARAM>(which), reinterpret_cast<LPARAM>(images)));
+}
+
+inline void setExtendedStyle(HWND list, DWORD style) {
+  SendMessageW(list, LVM_SETEXTENDEDLISTVIEWSTYLE, 0, static_cast<LPARAM>(style));
+}
+
+inline int itemCount(HWND list) {
+  return static_cast<int>(SendMessageW(list, LVM_GETITEMCOUNT, 0, 0));
+}
+
+/// Of a list that holds no data itself.
+inline void setItemCount(HWND list, int count) {
+  SendMessageW(list, LVM_SETITEMCOUNT, static_cast<WPARAM>(count), 0);
+}
+
+inline void insertItem(HWND list, int index, const wchar_t* text, int image) {
+  LVITEMW item{};
+  item.mask = LVIF_TEXT | LVIF_IMAGE;
+  item.iItem = index;
+  item.pszText = const_cast<wchar_t*>(text);
+  item.iImage = image;
+  SendMessageW(list, LVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&item));
+}
+
+inline void deleteAllItems(HWND list) {
+  SendMessageW(list, LVM_DELETEALLITEMS, 0, 0);
+}
+
+/// Copies at most capacity - 1 characters and a terminator; returns the number of characters.
+inline int itemText(HWND list, int index, wchar_t* text, int capacity) {
+  LVITEMW item{};
+  item.pszText = text;
+  item.cchTextMax = capacity;
+  return static_cast<int>(
+      SendMessageW(list, LVM_GETITEMTEXTW, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(&item)));
+}
+
+/// The first item behind `after` whose whole text is `text`, -1 when there is none.
+inline int findText(HWND list, int after, const wchar_t* text) {
+  LVFINDINFOW what{};
+  what.flags = LVFI_STRING;
+  what.psz = text;
+  return static_cast<int>(
+      SendMessageW(list, LVM_FINDITEMW, static_cast<WPARAM>(after), reinterpret_cast<LPARAM>(&what)));
+}
+
+inline void setItemState(HWND list, int index, UINT state, UINT mask) {
+  LVITEMW item{};
+  item.state = state;
+  item.stateMask = mask;
+  SendMessageW(list, LVM_SETITEMSTATE, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(&item));
+}
+
+/// The first item behind `after` that has the properties `flags`, -1 when there is none.
+inline int nextItem(HWND list, int after, UINT flags) {
+  return static_cast<int>(
+      SendMessageW(list, LVM_GETNEXTITEM, static_cast<WPARAM>(after), MAKELPARAM(flags, 0)));
+}
+
+/// Scrolls until the whole item is in view.
+inline void ensureVisible(HWND list, int index) {
+  SendMessageW(list, LVM_ENSUREVISIBLE, static_cast<WPARAM>(index), FALSE);
+}
+
+/// Left aligned. `width` in pixels.
+inline void insertColumn(HWND list, int column, const wchar_t* title, int width) {
+  LVCOLUMNW description{};
+  description.mask = LVCF_FMT | LVCF_WIDTH | LVCF_TEXT | LVCF_SUBITEM;
+  description.fmt = LVCFMT_LEFT;
+  description.cx = width;
+  description.pszText = const_cast<wchar_t*>(title);
+  description.iSubItem = column;
+  SendMessageW(list, LVM_INSERTCOLUMNW, static_cast<WPARAM>(column), reinterpret_cast<LPARAM>(&description));
+}
+
+inline void deleteColumn(HWND list, int column) {
+  SendMessageW(list, LVM_DELETECOLUMN, static_cast<WPARAM>(column), 0);
+}
+
+/// As wide as the widest text in view.
+inline void fitColumn(HWND list, int column) {
+  SendMessageW(list, LVM_SETCOLUMNWIDTH, static_cast<WPARAM>(column), MAKELPARAM(LVSCW_AUTOSIZE, 0));
+}
+
+inline HWND header(HWND list) {
+  return reinterpret_cast<HWND>(SendMessageW(list, LVM_GETHEADER, 0, 0));
+}
+
+}  // namespace listview

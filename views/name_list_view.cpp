@@ -1,0 +1,131 @@
+#include "views/name_list_view.h"
+
+#include <commctrl.h>
+
+#include "base/control_handles.h"
+#include "base/handles.h"
+#include "views/list_view.h"
+#include "views/page_area.h"
+
+namespace {
+
+RECT listRectangle(HWND mainWindow) {
+  RECT client{};
+  GetClientRect(mainWindow, &client);
+  client.top = pageOffset();
+  client.bottom -= kBandAndTabsHeight;
+  return client;
+}
+
+/// Gives the list an image list that holds one icon.
+void setIcon(HWND list, int which, WORD icon, int size) {
+  UniqueImageList images(ImageList_Create(size, size, ILC_COLOR32 | ILC_MASK, 1, 0));
+  const UniqueIcon image(static_cast<HICON>(LoadImageW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(icon),
+                                                       IMAGE_ICON, size, size, LR_DEFAULTCOLOR)));
+  if (images && image) ImageList_ReplaceIcon(images.get(), -1, image.get());
+  // From here on the list view owns the images; the ones that it gives up are destroyed here.
+  const UniqueImageList former(listview::setImageList(list, which, images.release()));
+}
+
+DWORD styleBits(NameStyle style) {
+  switch (style) {
+    case NameStyle::report:
+      return LVS_REPORT;
+    case NameStyle::smallIcons:
+      return LVS_SMALLICON;
+    case NameStyle::list:
+      return LVS_LIST;
+    case NameStyle::largeIcons:
+      break;
+  }
+  return LVS_ICON;
+}
+
+}  // namespace
+
+NameListView::NameListView(HWND mainWindow, AppColor background, AppColor text, Icons icons,
+                           int selectedIndex)
+    : selectedIndex_(selectedIndex), background_(background), text_(text), icons_(icons) {
+  const RECT place = listRectangle(mainWindow);
+  window_ = CreateWindowExW(0, WC_LISTVIEWW, L"", WS_CHILD | LVS_ICON | LVS_SINGLESEL | LVS_SHOWSELALWAYS,
+                            place.left, place.top, place.right - place.left, place.bottom - place.top,
+                            mainWindow, reinterpret_cast<HMENU>(static_cast<INT_PTR>(kControlId)),
+                            GetModuleHandleW(nullptr), nullptr);
+  // A new child lies behind its siblings, and the tab control covers the same area.
+  if (window_) SetWindowPos(window_, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+}
+
+NameListView::~NameListView() {
+  if (window_ && IsWindow(window_)) DestroyWindow(window_);
+}
+
+void NameListView::show() {
+  applyColors();
+  ShowWindow(window_, SW_SHOW);
+}
+
+void NameListView::hide() {
+  ShowWindow(window_, SW_HIDE);
+}
+
+void NameListView::applyColors() {
+  listview::setColors(window_, appColors[background_], appColors[text_]);
+}
+
+void NameListView::setStyle(NameStyle style) {
+  const auto present = static_cast<DWORD>(GetWindowLongW(window_, GWL_STYLE));
+  const DWORD wanted = styleBits(style);
+  if ((present & LVS_TYPEMASK) == wanted) return;
+  SetWindowLongW(window_, GWL_STYLE, static_cast<LONG>((present & ~DWORD{LVS_TYPEMASK}) | wanted));
+}
+
+void NameListView::addItem(int index, const String& name) {
+  listview::insertItem(window_, index, name.text(), 0);
+}
+
+void NameListView::deleteAllItems() {
+  listview::deleteAllItems(window_);
+}
+
+int NameListView::count() const {
+  return listview::itemCount(window_);
+}
+
+void NameListView::selectItem(int index) {
+  SetFocus(window_);
+  if (index < 0) return;
+  listview::setItemState(window_, index, LVIS_SELECTED, LVIS_SELECTED);
+  listview::ensureVisible(window_, index);
+}
+
+String NameListView::itemText(int index) const {
+  wchar_t text[100] = L"";
+  if (index >= 0) listview::itemText(window_, index, text, ARRAYSIZE(text));
+  return text;
+}
+
+int NameListView::findItem(const String& name) const {
+  return listview::findText(window_, listview::kFirstOfAll, name.text());
+}
+
+void NameListView::refill(const NameList& names) {
+  deleteAllItems();
+  loadImages();
+  listview::setExtendedStyle(window_, 0);
+  for (std::uint32_t i = 0; i < names.size(); ++i) addItem(static_cast<int>(i), names[i]);
+}
+
+void NameListView::scrollThrough() {
+  const bool hadFocus = GetFocus() == window_;
+  hide();
+  listview::ensureVisible(window_, count() - 1);
+  listview::ensureVisible(window_, 0);
+  show();
+  // A window that is hidden loses the focus.
+  if (hadFocus) SetFocus(window_);
+}
+
+void NameListView::loadImages() {
+  setIcon(window_, LVSIL_NORMAL, icons_.large, 32);
+  setIcon(window_, LVSIL_SMALL, icons_.small, 16);
+}

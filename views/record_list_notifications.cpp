@@ -1,0 +1,73 @@
+// What the grid answers and does when its list control reports something.
+#include <algorithm>
+#include <cwchar>
+
+#include "records/document.h"
+#include "views/list_view.h"
+#include "views/record_list_view.h"
+
+namespace {
+
+/// Copies as much as fits with a terminator. `capacity` counts characters.
+void copyCut(const wchar_t* text, wchar_t* buffer, int capacity) {
+  if (!buffer || capacity < 1) return;
+  const std::size_t length = std::min(std::wcslen(text), static_cast<std::size_t>(capacity) - 1);
+  std::wmemcpy(buffer, text, length);
+  buffer[length] = L'\0';
+}
+
+}  // namespace
+
+void RecordListView::handleNotification(NMHDR& notification) noexcept {
+  if (!document_ || !list_ || notification.hwndFrom != list_) return;
+  try {
+    switch (notification.code) {
+      case LVN_GETDISPINFOW:
+        giveText(reinterpret_cast<NMLVDISPINFOW&>(notification).item);
+        break;
+      case LVN_KEYDOWN:
+        keyPressed(reinterpret_cast<const NMLVKEYDOWN&>(notification).wVKey);
+        break;
+      case LVN_ITEMCHANGED:
+        itemChanged(reinterpret_cast<const NMLISTVIEW&>(notification));
+        break;
+      default:
+        break;
+    }
+  } catch (...) {
+    // Out of memory: a cell stays empty this time.
+  }
+}
+
+void RecordListView::giveText(LVITEMW& item) {
+  if ((item.mask & LVIF_TEXT) == 0 || item.iItem < 0) return;
+  if (item.iSubItem < 0 || item.iSubItem >= columnCount_) return;
+  // A list that redraws a part of a row asks for the later columns alone, so each moves the cursor.
+  if (item.iItem != cachedRow_ && document_->moveToRow(static_cast<std::uint32_t>(item.iItem))) {
+    cachedRow_ = item.iItem;
+  }
+  const int field = item.iSubItem == 0 ? 0 : firstSlidingColumn_ + item.iSubItem - 1;
+  // The buffer is the list's own and can't be replaced by a longer one.
+  copyCut(cellText(static_cast<std::uint32_t>(field)).text(), item.pszText, item.cchTextMax);
+}
+
+String RecordListView::cellText(std::uint32_t field) {
+  String text = document_->valueText(field);
+  if (document_->fieldType(field) != FieldType::bit) return text;
+  return std::wcscmp(text.text(), L"-1") == 0 ? L"True" : L"False";
+}
+
+void RecordListView::keyPressed(WORD key) {
+  // The list moves its selection after this, and reports a row that is then current already.
+  if (key == VK_UP && currentRecord > 1) {
+    --currentRecord;
+  } else if (key == VK_DOWN && currentRecord < static_cast<std::uint32_t>(listview::itemCount(list_))) {
+    ++currentRecord;
+  }
+}
+
+void RecordListView::itemChanged(const NMLISTVIEW& change) {
+  // A row that loses the selection is reported too.
+  if ((change.uNewState & LVIS_SELECTED) == 0 || change.iItem < 0) return;
+  currentRecord = static_cast<std::uint32_t>(change.iItem) + 1;
+}

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "views/name_list_view.h"
+
+/// The Tables page: the tables of the open database.
+class TablesListView final : public TablesPage, private NameListView {
+ public:
+  explicit TablesListView(HWND mainWindow);
+
+  void show() override { NameListView::show(); }
+  void hide() override { NameListView::hide(); }
+  void deleteAllItems() override { NameListView::deleteAllItems(); }
+  /// Remembers the index as the selected one besides.
+  String itemText(int index) override;
+  void setStyle(NameStyle style) override { NameListView::setStyle(style); }
+  void fill(const NameList& names, Positioning positioning, const String& name) override;
+  void clearRememberedSelection() override { selectionRemembered_ = false; }
+
+ private:
+  int positioned(Positioning positioning, const String& name) const;
+
+  bool selectionRemembered_ = false;
+};
