@@ -1,0 +1,57 @@
+#include <benchmark/benchmark.h>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "benchmarks/bench_main.h"
+
+namespace {
+
+constexpr int kRepetitions = 5;
+
+/// Keeps the median of each benchmark's repetitions instead of printing them.
+class MedianReporter : public benchmark::BenchmarkReporter {
+ public:
+  bool ReportContext(const Context&) override { return true; }
+  void ReportRuns(const std::vector<Run>& runs) override {
+    for (const Run& run : runs) {
+      if (run.run_type != Run::RT_Aggregate || run.aggregate_name != "median") continue;
+      medians_[run.run_name.function_name] = run.real_accumulated_time;
+    }
+  }
+  double secondsOf(const std::string& name) const { return medians_.at(name); }
+
+ private:
+  std::map<std::string, double> medians_;
+};
+
+void add(const std::string& name, const std::function<void()>& work) {
+  benchmark::RegisterBenchmark(name.c_str(),
+                               [work](benchmark::State& state) {
+                                 for (auto _ : state) work();
+                               })
+      ->Repetitions(kRepetitions)
+      ->UseRealTime()
+      ->MinTime(0.2);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  bench::Arguments arguments;
+  if (!bench::readArguments(argc, argv, &arguments)) return 2;
+  const std::vector<bench::Measure> measures = bench::makeMeasures(arguments.path, arguments.scratchPath);
+  for (const bench::Measure& measure : measures) {
+    add(measure.name + "/engine", measure.engine);
+    add(measure.name + "/bare", measure.bare);
+  }
+  MedianReporter reporter;
+  benchmark::RunSpecifiedBenchmarks(&reporter);
+  bool within = true;
+  for (const bench::Measure& measure : measures) {
+    within &= bench::report(measure, reporter.secondsOf(measure.name + "/engine"),
+                            reporter.secondsOf(measure.name + "/bare"), arguments.figuresPath);
+  }
+  within &= bench::reportMemory(arguments.path);
+  return within ? 0 : 3;
+}

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace bench {
+
+/// One measurement: the engine's way of doing something beside the bare SQLite C API's, on the same file.
+struct Measure {
+  std::string name;
+  std::string unit;       ///< of the figure that is printed
+  double unitsPerSecond;  ///< what a second is in that unit
+  int operations;         ///< operations in one call of either function
+  double limit;           ///< the engine may take this many times the bare figure
+  std::function<void()> engine;
+  std::function<void()> bare;
+};
+
+/// The measurements on a copy of the database in `path`, as tools/make-data makes it; the copy, at
+/// `scratchPath`, takes the writing. Ends the program with a message when the files can't be used.
+std::vector<Measure> makeMeasures(const std::string& path, const std::string& scratchPath);
+
+/// Bytes that a recordset of all records takes, for each record, over one without records.
+double bytesPerRecord(const std::string& path);
+constexpr double kMostBytesPerRecord = 12;
+
+/// Prints "name: engine figure, bare figure, ratio, limit" for people, and stores the same for scripts,
+/// tab-separated, behind the others in `figuresPath` (empty: nowhere). Returns whether it is in the limit.
+bool report(const Measure& measure, double engineSeconds, double bareSeconds, const std::string& figuresPath);
+
+}  // namespace bench
