@@ -126,7 +126,9 @@ void changeBare(Bench& bench) {
 
 std::vector<Measure> makeMeasures(const std::string& path, const std::string& scratchPath) {
   std::error_code error;
-  std::filesystem::copy_file(path, scratchPath, std::filesystem::copy_options::overwrite_existing, error);
+  // The library's own way of overwriting fails on Windows (mingw-w64, GCC 12).
+  std::filesystem::remove(scratchPath, error);
+  if (!error) std::filesystem::copy_file(path, scratchPath, error);
   if (error) {
     std::fprintf(stderr, "bench: %s: %s\n", scratchPath.c_str(), error.message().c_str());
     std::exit(1);

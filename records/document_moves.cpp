@@ -1,6 +1,5 @@
+// In the grid a move only chooses another row: the recordset follows when the form is entered.
 #include "records/document.h"
-
-/// In the grid a move only chooses another row: the recordset follows when the form is entered.
 
 int Document::moveFirstRecord() {
   if (viewMode_ == ViewMode::list) {

@@ -27,8 +27,8 @@ class NamesPage {
   virtual void setStyle(NameStyle style) = 0;
 };
 
-/// Which item is selected after the tables were filled in, once one had been chosen before. An enum of
-/// the language's own cast from any other number keeps the index as it is.
+/// Which item is selected after the tables were filled in, once one had been chosen before. Any other
+/// number keeps the index as it is.
 enum class Positioning {
   first = 1,
   last = 2,

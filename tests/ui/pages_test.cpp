@@ -4,6 +4,7 @@
 #include <commctrl.h>
 
 #include "base/app_colors.h"
+#include "base/handles.h"
 #include "base/options.h"
 #include "base/settings_store.h"
 #include "tests/ui/ui_test.h"
@@ -269,6 +270,19 @@ TEST_F(GridMoveTest, ATapChoosesTheRowThatTheCommandsGoOnFrom) {
   EXPECT_TRUE(comesTo(grid, 1));
   sendCommand(opened.main(), kNext);
   EXPECT_EQ(remote::selectedItem(grid), 2);
+}
+
+TEST_F(GridMoveTest, WhoComesBackToTheWindowGoesOnInTheGrid) {
+  OpenedDatabase opened(file("a.cdb"));
+  const HWND grid = opened.showRecords(0);
+  ASSERT_NE(grid, nullptr);
+  ASSERT_EQ(remote::focus(opened.main()), grid);
+  const UniqueWindow other(CreateWindowExW(0, L"STATIC", L"another program", WS_OVERLAPPED | WS_VISIBLE, 0, 0,
+                                           50, 50, nullptr, nullptr, nullptr, nullptr));
+  SetForegroundWindow(other.get());
+  ASSERT_TRUE(remote::waitUntil([&] { return remote::focus(opened.main()) == nullptr; }));
+  SetForegroundWindow(opened.main());
+  EXPECT_TRUE(remote::waitUntil([&] { return remote::focus(opened.main()) == grid; }));
 }
 
 TEST_F(GridMoveTest, ThePlaceIsKeptWhileTheSameTableIsShown) {

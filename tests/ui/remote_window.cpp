@@ -259,6 +259,12 @@ bool isRowInView(HWND list, int row) {
   return row >= top && row < top + static_cast<int>(SendMessageW(list, LVM_GETCOUNTPERPAGE, 0, 0));
 }
 
+HWND focus(HWND window) {
+  GUITHREADINFO state{};
+  state.cbSize = sizeof(state);
+  return GetGUIThreadInfo(GetWindowThreadProcessId(window, nullptr), &state) ? state.hwndFocus : nullptr;
+}
+
 void pressKey(HWND window, WORD key) {
   const LPARAM scanCode = static_cast<LPARAM>(MapVirtualKeyW(key, MAPVK_VK_TO_VSC)) << 16;
   constexpr LPARAM kReleased = 0xC0000001;

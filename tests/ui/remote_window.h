@@ -83,6 +83,8 @@ void ensureVisible(HWND list, int row);
 int topRow(HWND list);
 /// Whether a row is scrolled into view as a whole, in a list that shows rows.
 bool isRowInView(HWND list, int row);
+/// The window of the same thread that has the focus, null when none has.
+HWND focus(HWND window);
 /// Presses and releases a key.
 void pressKey(HWND window, WORD key);
 

@@ -55,8 +55,9 @@ class FakeFieldObject final : public FakeObject<IAdoceField> {
   FakeFieldObject(FakeStore& store, std::size_t index) : store_(store), index_(index) {}
 
   HRESULT STDMETHODCALLTYPE get_Value(VARIANT* value) override {
-    if (FAILED(field().result)) return field().result;
-    return VariantCopy(value, const_cast<VARIANT*>(&field().value.get()));
+    // A call that fails leaves something behind all the same, as no component should.
+    const HRESULT copied = VariantCopy(value, const_cast<VARIANT*>(&field().value.get()));
+    return FAILED(copied) ? copied : field().result;
   }
   HRESULT STDMETHODCALLTYPE put_Value(VARIANT value) override {
     store_.calls.push_back("put " + std::to_string(index_) + " type " + std::to_string(value.vt));
