@@ -21,7 +21,6 @@ BareDatabase::BareDatabase(const std::string& path) {
   connection_.reset(opened);
   require(result == SQLITE_OK, path.c_str(), opened);
   run("PRAGMA synchronous=FULL");
-  run("PRAGMA journal_mode=TRUNCATE");
   run("PRAGMA cache_size=-65536");
   run("PRAGMA mmap_size=2147418112");
   fetch_ = prepare("SELECT * FROM Measurements WHERE rowid = ?");

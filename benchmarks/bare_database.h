@@ -7,8 +7,9 @@
 
 namespace bench {
 
-/// The bare SQLite C API with the settings that the engine uses too, so that only the engine's own work
-/// makes a difference.
+/// The bare SQLite C API with the settings for reading that the engine uses too, and SQLite's own way of
+/// committing, which deletes the journal. (A journal that it kept open would stop the engine from deleting
+/// its own in the same file.)
 class BareDatabase {
  public:
   explicit BareDatabase(const std::string& path);
