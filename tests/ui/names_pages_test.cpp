@@ -8,13 +8,11 @@
 
 #include "base/app_colors.h"
 #include "base/live_resources.h"
-#include "gmock/gmock.h"
+#include "gtest/gtest.h"
 #include "tests/ui/host_window.h"
 #include "views/list_view.h"
 #include "views/queries_list_view.h"
 #include "views/tables_list_view.h"
-
-using testing::ElementsAre;
 
 namespace {
 
@@ -53,7 +51,7 @@ class TablesListViewTest : public testing::Test {
 };
 
 TEST_F(TablesListViewTest, IsMadeHiddenWithLargeIcons) {
-  const DWORD style = static_cast<DWORD>(GetWindowLongW(list(), GWL_STYLE));
+  const auto style = static_cast<DWORD>(GetWindowLongW(list(), GWL_STYLE));
   EXPECT_EQ(style & WS_VISIBLE, 0u);
   EXPECT_EQ(style & (LVS_TYPEMASK | LVS_SINGLESEL | LVS_SHOWSELALWAYS),
             DWORD{LVS_SINGLESEL | LVS_SHOWSELALWAYS});
