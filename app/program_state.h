@@ -5,7 +5,7 @@
 #include <memory>
 
 #include "records/document.h"
-#include "views/form_wrapper.h"
+#include "views/form_view.h"
 #include "views/record_list_view.h"
 
 /// What exists once in the program. Window procedures receive no context of their own and find it here.
@@ -33,6 +33,7 @@ inline constexpr int kBeforeFirstPage = -1;  ///< no page was shown since the st
 /// The grid and the form live as long as the program; their windows belong to the tab control.
 extern RecordListView theRecordListView;
 extern FormWrapper theFormWrapper;
+extern FormView theFormView;
 
 /// Null before start-up creates it and again in the shutdown.
 extern std::unique_ptr<Document> theDocument;

@@ -45,8 +45,9 @@ void createPageWindows() {
 void createDocument() {
   theDocument = std::make_unique<Document>(DocumentPages{std::make_unique<TablesListView>(mainWindow),
                                                          std::make_unique<QueriesListView>(mainWindow),
-                                                         theRecordListView, theFormWrapper});
+                                                         theRecordListView, theFormView});
   theRecordListView.prepare(theDocument.get());
+  theFormView.prepare(theDocument.get());
 }
 
 /// Until the quit message, whose exit code is the result. The database of the command line is opened
@@ -71,6 +72,7 @@ void destroyIfThere(HWND window) {
 }
 
 void shutDown() {
+  theFormView.prepare(nullptr);
   theRecordListView.prepare(nullptr);
   theDocument.reset();
   theAppSettings.reset();

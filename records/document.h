@@ -81,12 +81,23 @@ class Document {
   std::uint32_t fieldCount() const { return database_.fieldCount(); }
   const String& fieldName(std::uint32_t field) const { return database_.fieldName(field); }
   FieldType fieldType(std::uint32_t field) const { return database_.fieldType(field); }
+  /// The most characters that a text of the field has by its declaration.
+  std::uint32_t fieldWidth(std::uint32_t field) const { return database_.fieldWidth(field); }
+  bool isFieldReadOnly(std::uint32_t field) const { return database_.isFieldReadOnly(field); }
+  /// In characters.
+  std::uint32_t longestFieldName() const { return database_.longestFieldName(); }
+  bool isNewRecordPending() const { return database_.newRecordPending(); }
   /// Makes a row current for reading; currentRecord stays. False when it can't be reached.
   bool moveToRow(std::uint32_t row) { return database_.moveForList(row); }
   /// Makes the record currentRecord current in the recordset.
   bool moveToCurrentRecord() { return database_.moveTo(currentRecord); }
   /// The value of a field of the record that was made current.
   String valueText(std::uint32_t field) { return database_.valueText(field); }
+  /// Writes the content of an editor into the field of the current record, as
+  /// Database::setValueFromEditor does.
+  void setValueFromEditor(std::uint32_t field, const FieldValueSource& editor) {
+    database_.setValueFromEditor(field, editor);
+  }
 
  private:
   void buildTableSql();

@@ -17,8 +17,28 @@ struct FakeForm final : FormPage {
   explicit FakeForm(Calls& list) : calls(list) {}
   void show() override { calls.push_back("form.show"); }
   void hide() override { calls.push_back("form.hide"); }
+  void build() override { calls.push_back("form.build"); }
+  void tearDown() override { calls.push_back("form.tearDown"); }
+  void showEditors() override { calls.push_back("form.showEditors"); }
+  void hideEditors() override { calls.push_back("form.hideEditors"); }
+  void loadRecord() override { calls.push_back("form.loadRecord"); }
+  bool takeChange() override {
+    calls.push_back("form.takeChange");
+    return changed;
+  }
+  void writeRecord() override { calls.push_back("form.writeRecord"); }
+  void focusField(std::uint32_t field) override {
+    calls.push_back("form.focusField " + std::to_string(field));
+  }
+  void layOut(bool force) override { calls.push_back(force ? "form.layOut forced" : "form.layOut"); }
+  bool showNextPage() override { return false; }
+  bool showPreviousPage() override { return false; }
+  std::uint32_t pageIndex() const override { return 0; }
+  std::uint32_t pageCount() const override { return pages; }
 
   Calls& calls;
+  bool changed = false;  ///< what takeChange answers
+  std::uint32_t pages = 1;
 };
 
 struct FakeGrid final : RecordGrid {
