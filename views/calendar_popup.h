@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include <utility>
+
 #include "base/string.h"
 
 /// The box in which the user chooses a date.
@@ -9,8 +11,8 @@ class CalendarPopup {
  public:
   /// `caption` names the box, which has no title bar, to programs that read the screen aloud. Without a
   /// valid `initialDate` the calendar begins with today.
-  CalendarPopup(const String& caption, const SYSTEMTIME& initialDate)
-      : initialDate_(initialDate), caption_(caption) {}
+  CalendarPopup(String caption, const SYSTEMTIME& initialDate)
+      : initialDate_(initialDate), caption_(std::move(caption)) {}
 
   enum class Choice { none, date, noDate };
   /// Runs the box over `owner`. Choice::none when the user cancelled it, or the calendar gave no date.

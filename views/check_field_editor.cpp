@@ -5,7 +5,7 @@
 #include "views/tab_key.h"
 
 bool CheckFieldEditor::create(const wchar_t* text, const ControlCreation& creation) {
-  if (!control_.create(L"BUTTON", text, creation)) return false;
+  if (!createControl(L"BUTTON", text, creation)) return false;
   moveFocusByTabKey(window());
   return true;
 }

@@ -19,11 +19,11 @@ void ChildControl::destroy() noexcept {
   window_.reset();
 }
 
-bool ChildControl::position(const ControlPlace& place, UINT flags) {
+bool ChildControl::position(const ControlPlace& place, UINT flags) const {
   return HandheldSetWindowPos(window(), nullptr, place.x, place.y, place.width, place.height, flags) != 0;
 }
 
-void ChildControl::show(bool visible) {
+void ChildControl::show(bool visible) const {
   ShowWindow(window(), visible ? SW_SHOW : SW_HIDE);
 }
 

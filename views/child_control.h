@@ -29,8 +29,8 @@ class ChildControl {
   HWND window() const noexcept { return window_.get(); }
 
   /// `flags` are those of SetWindowPos. False when the system refuses.
-  bool position(const ControlPlace& place, UINT flags);
-  void show(bool visible);
+  bool position(const ControlPlace& place, UINT flags) const;
+  void show(bool visible) const;
 
  private:
   UniqueWindow window_;

@@ -41,14 +41,14 @@ DateFieldEditor::~DateFieldEditor() {
 bool DateFieldEditor::create(const ControlCreation& creation) {
   place_ = creation.place;
   shownText_ = kNoDateText;
-  if (!control_.create(L"STATIC", kNoDateText, creation)) return false;
+  if (!createControl(L"STATIC", kNoDateText, creation)) return false;
   attachDateEditor(*this);
   moveFocusByTabKey(window());
   return true;
 }
 
 void DateFieldEditor::position(const ControlPlace& place, UINT flags) {
-  if (control_.position(place, flags)) place_ = place;
+  if (moveControl(place, flags)) place_ = place;
 }
 
 void DateFieldEditor::setText(const String& text) {

@@ -10,6 +10,8 @@ class DateFieldEditor final : public FieldEditor {
  public:
   DateFieldEditor() = default;
   ~DateFieldEditor() override;
+  DateFieldEditor(const DateFieldEditor&) = delete;
+  DateFieldEditor& operator=(const DateFieldEditor&) = delete;
 
   void setFieldName(const String& name) { fieldName_ = name; }
   /// Shows "None" at first.

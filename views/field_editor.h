@@ -11,9 +11,9 @@
 class FieldEditor : public FieldValueSource {
  public:
   HWND window() const { return control_.window(); }
-  void show(bool visible) { control_.show(visible); }
-  void takeFocus() { SetFocus(window()); }
-  virtual void position(const ControlPlace& place, UINT flags) { control_.position(place, flags); }
+  void show(bool visible) const { control_.show(visible); }
+  void takeFocus() const { SetFocus(window()); }
+  virtual void position(const ControlPlace& place, UINT flags) { moveControl(place, flags); }
 
   /// Shows the value of a record that was made current, given as its text. From here on the editor is
   /// unchanged.
@@ -28,5 +28,12 @@ class FieldEditor : public FieldValueSource {
   std::optional<double> date() const override { return std::nullopt; }
 
  protected:
+  /// Each is true when the system did it.
+  bool createControl(const wchar_t* className, const wchar_t* text, const ControlCreation& creation) {
+    return control_.create(className, text, creation);
+  }
+  bool moveControl(const ControlPlace& place, UINT flags) const { return control_.position(place, flags); }
+
+ private:
   ChildControl control_;
 };

@@ -11,8 +11,8 @@ class FieldLabel {
   }
 
   HWND window() const { return control_.window(); }
-  void position(const ControlPlace& place, UINT flags) { control_.position(place, flags); }
-  void show(bool visible) { control_.show(visible); }
+  void position(const ControlPlace& place, UINT flags) const { control_.position(place, flags); }
+  void show(bool visible) const { control_.show(visible); }
 
  private:
   ChildControl control_;

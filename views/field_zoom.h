@@ -2,13 +2,15 @@
 
 #include <windows.h>
 
+#include <utility>
+
 #include "base/string.h"
 
 /// The dialog that shows the whole text of a field, with its line breaks.
 class FieldZoom {
  public:
-  FieldZoom(const String& caption, const String& text, bool readOnly)
-      : caption_(caption), text_(text), readOnly_(readOnly) {}
+  FieldZoom(String caption, String text, bool readOnly)
+      : caption_(std::move(caption)), text_(std::move(text)), readOnly_(readOnly) {}
 
   /// Runs the dialog over `owner`. True when the user confirmed it; text() is then what it held.
   bool run(HWND owner);

@@ -8,7 +8,7 @@ LRESULT CALLBACK tabKeyProcedure(HWND window, UINT message, WPARAM wParam, LPARA
   const bool leaves = message == WM_CHAR && wParam == L'\t' && GetFocus() == window;
   const LRESULT result = CallWindowProcW(former, window, message, wParam, lParam);
   if (leaves && IsWindow(window)) {
-    const HWND next = GetNextDlgTabItem(GetParent(window), window, GetKeyState(VK_SHIFT) < 0);
+    const HWND next = GetNextDlgTabItem(GetParent(window), window, GetKeyState(VK_SHIFT) < 0 ? TRUE : FALSE);
     if (next) SetFocus(next);
   }
   return result;

@@ -45,7 +45,7 @@ TextFieldEditor::~TextFieldEditor() {
 
 bool TextFieldEditor::create(const ControlCreation& creation) {
   place_ = creation.place;
-  if (!control_.create(L"EDIT", L"Edit window", creation)) return false;
+  if (!createControl(L"EDIT", L"Edit window", creation)) return false;
   // The control's own limit, 30,000 characters by default, would shorten what is pasted. The filter
   // keeps to the field's.
   SendMessageW(window(), EM_SETLIMITTEXT, 0, 0);

@@ -12,6 +12,8 @@ class TextFieldEditor final : public FieldEditor {
  public:
   TextFieldEditor() = default;
   ~TextFieldEditor() override;
+  TextFieldEditor(const TextFieldEditor&) = delete;
+  TextFieldEditor& operator=(const TextFieldEditor&) = delete;
 
   // ---- Before create
 

@@ -3,7 +3,8 @@
 #include "platform/pocketshell/aygshell.h"
 #include "views/sip_state.h"
 
-extern "C" decltype(&SHSipInfo) __imp_SHSipInfo;  // the import that the program calls through
+// The import that the program calls through, as the compiler names it.
+extern "C" decltype(&SHSipInfo) __imp_SHSipInfo;  // NOLINT(bugprone-reserved-identifier)
 
 namespace {
 

@@ -22,7 +22,7 @@ void FormFixture::TearDown() {
   theAppSettings.reset();
 }
 
-void FormFixture::showTable(std::wstring createTable, std::initializer_list<const wchar_t*> inserts) {
+void FormFixture::showTable(const std::wstring& createTable, std::initializer_list<const wchar_t*> inserts) {
   makeDatabase(path_, {createTable.c_str()});
   runStatements(path_, inserts);
   document_ = std::make_unique<Document>(DocumentPages{std::make_unique<FakeTables>(calls_),

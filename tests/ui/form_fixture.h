@@ -22,7 +22,7 @@ class FormFixture : public testing::Test {
   void TearDown() override;
 
   /// Opens a database with table T and shows its first record, as entering the Form page does.
-  void showTable(std::wstring createTable, std::initializer_list<const wchar_t*> inserts = {});
+  void showTable(const std::wstring& createTable, std::initializer_list<const wchar_t*> inserts = {});
   /// A table of so many fields of a type, named f0, f1 and so on, with one record: of the text "v", the
   /// number 5 or 4 January 1900.
   void showFields(int count, const wchar_t* type);

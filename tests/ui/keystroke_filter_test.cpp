@@ -76,7 +76,7 @@ TEST(EditorRegistry, KnowsFiftyWindowsAndNoMore) {
 TEST(EditorRegistry, TheFirstOfAWindowIsFoundAndWhatIsRemovedIsNot) {
   EditorRegistry<int> registry;
   int editors[2] = {};
-  const auto window = reinterpret_cast<HWND>(std::size_t{7});
+  const HWND window = reinterpret_cast<HWND>(std::size_t{7});
   EXPECT_FALSE(registry.add(nullptr, editors[0]));
   EXPECT_EQ(registry.find(nullptr), nullptr);
   ASSERT_TRUE(registry.add(window, editors[0]));
