@@ -43,9 +43,9 @@ void createPageWindows() {
 }
 
 void createDocument() {
-  theDocument = std::make_unique<Document>(DocumentPages{std::make_unique<TablesListView>(mainWindow),
-                                                         std::make_unique<QueriesListView>(mainWindow),
-                                                         theRecordListView, theFormView});
+  theDocument = std::make_unique<Document>(DocumentPages{std::make_unique<TablesListView>(mainWindow, theCommandBar),
+                                                         std::make_unique<QueriesListView>(mainWindow, theCommandBar),
+                                                         theRecordListView, theFormView, theCommandBar});
   theRecordListView.prepare(theDocument.get());
   theFormView.prepare(theDocument.get());
 }
