@@ -1,0 +1,13 @@
+#pragma once
+
+/// The clipboard and undo commands of the Edit menu. Each acts on the control that has the focus, and does
+/// nothing when none has.
+namespace focusededit {
+
+void cut();
+void copy();
+void paste();
+void undo();
+bool canUndo();
+
+}  // namespace focusededit
