@@ -17,7 +17,7 @@
 #define ID_FIND 32793
 #define ID_RECORD_DELETE 40001
 #define ID_RECORD_NUMBER 40015
-#define ID_FORM_SCROLL 40018
+#define ID_FORM_SCROLL_RANGE 40018
 #define ID_EXIT 40022
 #define ID_ABOUT 40023
 #define ID_PASTE 40053
@@ -39,6 +39,18 @@
 #define ID_QUERY_EDIT 40083
 #define ID_COLUMNS_FIT 40084
 #define ID_RECORD_EDIT 40085
+
+// The drop-down buttons of the menu bars, by which their popup menus are found, and their labels.
+#define ID_FILE_MENU 40024
+#define IDS_FILE_MENU 40026
+#define ID_EDIT_MENU 40027
+#define IDS_EDIT_MENU 40029
+#define ID_RECORD_MENU 40030
+#define IDS_RECORD_MENU 40032
+#define ID_TABLES_MENU 40057
+#define IDS_TABLES_MENU 40059
+#define ID_QUERIES_MENU 40080
+#define IDS_QUERIES_MENU 40081
 
 // Accelerators send these four; nothing answers them.
 #define ID_ENTER 40004

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <windows.h>
+
+#include <commctrl.h>
+
+#include "platform/pocketshell/handheld_windows.h"
+
+/// The messages of a rebar, typed. Bands are counted from 0.
+namespace rebar {
+
+/// A band of fixed size with a window in it. Lengths are in handheld pixels.
+struct Band {
+  UINT id;
+  HWND child;
+  int minimumWidth;
+  int minimumHeight;
+  int width;
+  bool namesImage;  ///< says outright that it has no image
+};
+
+/// Behind the bands that are there. The window becomes the rebar's child.
+inline bool appendBand(HWND rebar, const Band& band) {
+  REBARBANDINFOW info{};
+  info.cbSize = REBARBANDINFOW_V6_SIZE;
+  info.fMask = RBBIM_STYLE | RBBIM_CHILD | RBBIM_CHILDSIZE | RBBIM_SIZE | RBBIM_ID;
+  info.fStyle = RBBS_FIXEDSIZE | RBBS_CHILDEDGE;
+  info.hwndChild = band.child;
+  info.cxMinChild = static_cast<UINT>(HandheldToMonitor(band.minimumWidth));
+  info.cyMinChild = static_cast<UINT>(HandheldToMonitor(band.minimumHeight));
+  info.cx = static_cast<UINT>(HandheldToMonitor(band.width));
+  info.wID = band.id;
+  if (band.namesImage) {
+    info.fMask |= RBBIM_IMAGE;
+    info.iImage = -1;
+  }
+  return SendMessageW(rebar, RB_INSERTBANDW, static_cast<WPARAM>(-1), reinterpret_cast<LPARAM>(&info)) != 0;
+}
+
+inline void showBand(HWND rebar, UINT index) {
+  SendMessageW(rebar, RB_SHOWBAND, index, TRUE);
+}
+
+inline void deleteBand(HWND rebar, UINT index) {
+  SendMessageW(rebar, RB_DELETEBAND, index, 0);
+}
+
+}  // namespace rebar
