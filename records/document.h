@@ -115,6 +115,10 @@ class Document {
   void updatePositionText();
   /// The menu bar is made anew, after which every item gets its state.
   void updateCommandBar();
+  /// Puts the lists and the grid back in their places.
+  void layOutPages();
+  /// The pages' images at the present zoom.
+  void loadImages();
   /// The user has chosen another row of the grid: currentRecord says which.
   void rowChosen();
 

@@ -47,3 +47,14 @@ void Document::rowChosen() {
   updatePositionText();
   pages_.bar.apply(gridRecordStates({.position = currentRecord, .recordCount = openRecordCount()}));
 }
+
+void Document::layOutPages() {
+  pages_.tables->layOut();
+  pages_.queries->layOut();
+  pages_.grid.layOut();
+}
+
+void Document::loadImages() {
+  pages_.tables->loadImages();
+  pages_.queries->loadImages();
+}
