@@ -129,7 +129,9 @@ TEST_F(FormPageTest, LookingAtRecordsChangesNothing) {
                {kEveryType, L"INSERT INTO [Every Type] VALUES (1, 10, 1.23456789, 'a', 'b', 7, '2001-03-09')",
                 L"INSERT INTO [Every Type] VALUES (null, null, null, null, null, null, null)"});
   showForm();
-  for (const WORD id : {ID_RECORD_NEXT, ID_RECORD_PREVIOUS, ID_RECORD_LAST, ID_RECORD_FIRST}) command(id);
+  for (const int id : {ID_RECORD_NEXT, ID_RECORD_PREVIOUS, ID_RECORD_LAST, ID_RECORD_FIRST}) {
+    command(static_cast<WORD>(id));
+  }
   close();
   EXPECT_THAT(stored("d"), ElementsAre("1.23456788999999989", "NULL"));
   EXPECT_THAT(stored("b"), ElementsAre("7", "NULL"));
