@@ -6,23 +6,16 @@
 #include "platform/pocketshell/handheld_windows.h"
 #include "views/sip_state.h"
 
-namespace {
-
-/// The window of the form ends above the tabs, whatever the panel leaves of the page area.
-void resizeForm() {
-  RECT client{};
-  HandheldGetClientRect(mainWindow, &client);
-  HandheldMoveWindow(formWrapperWindow, 0, 0, client.right,
-                     client.bottom - screen::kTabsHeight - sipState.height, TRUE);
+void extendForm() {
+  HandheldMoveWindow(formWrapperWindow, 0, 0, screen::kPageAreaWidth,
+                     screen::kPageAreaHeight - screen::kTabRowHeight - sipState.height, TRUE);
 }
-
-}  // namespace
 
 void layOutForInputPanel() {
   refreshSipState();
   HandheldMoveWindow(tabControl, 0, 0, screen::kPageAreaWidth, screen::kPageAreaHeight - sipState.height,
                      TRUE);
-  resizeForm();
+  extendForm();
   if (!theDocument) return;
   theDocument->layOutPages();
   theCommandBar->placePageBars();

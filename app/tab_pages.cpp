@@ -5,6 +5,7 @@
 #include <commctrl.h>
 
 #include "app/context_menus.h"
+#include "app/page_layout.h"
 #include "app/program_state.h"
 #include "app/screen.h"
 #include "base/app_settings.h"
@@ -95,6 +96,7 @@ void switchPage(int page) {
     theCommandBar->rebuildMenuBar();
     return;
   }
+  if (page == kFormPageIndex) extendForm();
   if (theDocument && theDocument->isDatabaseOpen()) theCommandBar->showPageBars(page);
   currentPage = page;
   theCommandBar->rebuildMenuBar();

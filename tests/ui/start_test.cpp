@@ -262,6 +262,7 @@ TEST_F(StartTest, WithoutComponentsTheProgramSaysSoAndEnds) {
   ASSERT_TRUE(unregisterBinComponents());
   const fs::path alone = file("alone.exe");
   fs::copy_file(programFile(), alone);
+  fs::copy_file(programFile().parent_path() / "aygshell.dll", alone.parent_path() / "aygshell.dll");
   RunningProgram program(alone, L"");
   const HWND box = program.messageBox();
   ASSERT_NE(box, nullptr);
