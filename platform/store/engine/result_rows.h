@@ -27,8 +27,9 @@ class ResultRows : public RowSource {
   Status readKeys(KeySet* keys) override;
   Status fetch(const KeySet& keys, std::size_t index, Row* row) override;
   Status insert(const std::vector<Change>& changes, KeySet* keys) override;
-  Status update(const std::vector<Change>& changes, KeySet* keys, std::size_t index) override;
-  Status remove(KeySet* keys, std::size_t index) override;
+  Status update(const std::vector<Change>& changes, KeySet* keys, std::size_t index,
+                const Row& read) override;
+  Status remove(KeySet* keys, std::size_t index, const Row* read) override;
 
  private:
   Status makeTable();

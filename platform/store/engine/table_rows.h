@@ -32,8 +32,9 @@ class TableRows : public RowSource {
   Status readKeys(KeySet* keys) override;
   Status fetch(const KeySet& keys, std::size_t index, Row* row) override;
   Status insert(const std::vector<Change>& changes, KeySet* keys) override;
-  Status update(const std::vector<Change>& changes, KeySet* keys, std::size_t index) override;
-  Status remove(KeySet* keys, std::size_t index) override;
+  Status update(const std::vector<Change>& changes, KeySet* keys, std::size_t index,
+                const Row& read) override;
+  Status remove(KeySet* keys, std::size_t index, const Row* read) override;
 
  private:
   /// The newest value of each of the table's columns that `changes` write.
@@ -54,6 +55,8 @@ class TableRows : public RowSource {
   Key returnedKey(sqlite3_stmt* statement, int first) const;
   bool isTupleKeyed() const { return tupleKeyed_; }
   Status checkSameRows();
+  Status readRow(const KeySet& keys, std::size_t index, Row* row);
+  Status checkSameRow(const KeySet& keys, std::size_t index, const Row* read);
   std::string keyCondition(int firstParameter) const;
 
   SqliteConnection& connection_;
