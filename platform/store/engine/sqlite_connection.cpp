@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <cstring>
 #include <filesystem>
 #include <system_error>
@@ -158,8 +159,6 @@ Status SqliteConnection::openFile(const std::string& path) {
 
 Status SqliteConnection::configure(const OpenOptions& options) {
   sqlite3* connection = handle_.get();
-  lockWait_ = options.lockWait;
-  sqlite3_busy_timeout(connection, lockWait_);
   // The engine's own statements are made around those from outside.
   sqlite3_limit(connection, SQLITE_LIMIT_SQL_LENGTH, 2 * kMostStatementBytes);
   sqlite3_db_config(connection, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
@@ -188,7 +187,7 @@ Status SqliteConnection::open(const std::string& path, const OpenOptions& option
   if (Status status = readFileHead(path, &head); !status) return status;
   path_ = path;
   if (Status status = openFile(path); !status) return status;
-  lease_ = std::make_unique<ReadLease>(handle());
+  lease_ = std::make_unique<ReadLease>(handle(), std::chrono::milliseconds(options.lockWait));
   ReadLease::Use use(*lease_);
   Status status = configure(options);
   if (status) status = addCatalogue(handle());
@@ -343,9 +342,8 @@ SqliteConnection::WriteTransaction::~WriteTransaction() {
   }
   if (!begun_) return;
   // The next transaction tries again, should another program just use the file.
-  sqlite3_busy_timeout(connection, 0);
+  const LockWait::Never never(connection_.lease_->lockWait());
   static_cast<void>(connection_.keepJournal(false));
-  sqlite3_busy_timeout(connection, connection_.lockWait_);
 }
 
 Status SqliteConnection::WriteTransaction::begin() {

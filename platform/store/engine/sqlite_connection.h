@@ -113,7 +113,6 @@ class SqliteConnection {
   std::int64_t schemaVersion_ = 0;
   unsigned rebuilds_ = 0;
   bool readOnly_ = false;
-  int lockWait_ = 0;
   Permissions permissions_;
 };
 
