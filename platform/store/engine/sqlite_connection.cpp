@@ -178,15 +178,15 @@ Status SqliteConnection::checkWhole() {
   if (Status status = prepare("SELECT count(*) FROM sqlite_schema", &statement); !status) return status;
   if (const int result = sqlite3_step(statement.get()); result != SQLITE_ROW)
     return statusOf(handle(), result);
-  if (!hasWholePages(path_)) return {ErrorCode::damaged, "The file is cut short."};
+  if (!hasWholePages(handle())) return {ErrorCode::damaged, "The file is cut short."};
   return {};
 }
 
 Status SqliteConnection::open(const std::string& path, const OpenOptions& options) {
-  FileHead head;
-  if (Status status = readFileHead(path, &head); !status) return status;
+  if (Status status = checkOrdinaryFile(path); !status) return status;
   path_ = path;
   if (Status status = openFile(path); !status) return status;
+  if (Status status = checkFileHead(handle()); !status) return status;
   lease_ = std::make_unique<ReadLease>(handle(), std::chrono::milliseconds(options.lockWait));
   ReadLease::Use use(*lease_);
   Status status = configure(options);
