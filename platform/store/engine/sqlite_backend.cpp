@@ -141,6 +141,19 @@ Status SqliteBackend::runText(std::string_view text, std::int64_t* affected,
   return {};
 }
 
+// Asks SQLite itself for the rows of no row: with an aggregate there is one all the same.
+Status SqliteBackend::makesOneRowOfAll(const SingleTableSelect& select, bool* makesOne) {
+  *makesOne = false;
+  if (select.isPlainTable) return {};
+  SqliteStatement statement;
+  const std::string sql =
+      "SELECT " + select.columnList + " FROM " + select.tableClause + " WHERE 0 " + select.order;
+  if (Status status = connection_->prepare(sql, &statement); !status) return status;
+  const int result = sqlite3_step(statement.get());
+  *makesOne = result == SQLITE_ROW;
+  return statusOf(connection_->handle(), result);
+}
+
 Status SqliteBackend::openSelect(const std::string& sql, UserStatement statement,
                                  std::unique_ptr<RowSource>* rows) {
   sqlite3_stmt* prepared = statement.statement.get();
@@ -150,7 +163,9 @@ Status SqliteBackend::openSelect(const std::string& sql, UserStatement statement
   if (const std::optional<SingleTableSelect> select = readSingleTableSelect(sql)) {
     TableSchema schema;
     if (Status status = readTableSchema(*connection_, select->table, &schema); !status) return status;
-    if (schema.ordinary && (schema.withoutRowId || !schema.rowIdName().empty())) {
+    bool makesOne = false;
+    if (Status status = makesOneRowOfAll(*select, &makesOne); !status) return status;
+    if (schema.ordinary && !makesOne && (schema.withoutRowId || !schema.rowIdName().empty())) {
       auto made = std::make_unique<TableRows>(*connection_, *select, schema,
                                               selectedColumnsOf(prepared, schema, !isReadOnly()));
       if (Status status = made->prepare(); !status) return status;
