@@ -92,6 +92,55 @@ TEST_F(SharedRowsTest, ANewTableOfOursKeepsTheRecordsetAlive) {
   EXPECT_EQ("20", current());
 }
 
+TEST_F(SharedRowsTest, OurStatementsThatLeaveTheTablesAloneKeepTheRecordsetAlive) {
+  openNumbers(3);
+  for (const char* statement :
+       {"CREATE INDEX i ON Numbers (Name DESC)", "ANALYZE", "ANALYZE Numbers", "REINDEX", "DROP INDEX i",
+        "CREATE VIEW v AS SELECT * FROM Numbers", "DROP VIEW v",
+        "CREATE TRIGGER g AFTER DELETE ON Numbers BEGIN SELECT 1; END", "DROP TRIGGER g"}) {
+    SCOPED_TRACE(statement);
+    run(statement);
+    ASSERT_TRUE(numbers_->moveLast());
+    EXPECT_EQ("30", current());
+    EXPECT_EQ("row 3", textOf(*numbers_, 1));
+    ASSERT_TRUE(numbers_->moveFirst());
+    EXPECT_EQ("10", current());
+  }
+  ASSERT_TRUE(numbers_->setValue(1, std::string("changed")));
+  EXPECT_TRUE(numbers_->update());
+  EXPECT_EQ("changed", inFile("SELECT Name FROM Numbers WHERE N = 10"));
+}
+
+TEST_F(SharedRowsTest, OurStatementsThatTakeFromTablesRefuseTheRecordsetOrShowItsRows) {
+  for (const char* statement :
+       {"DROP TABLE other", "ALTER TABLE other ADD COLUMN b", "ALTER TABLE other RENAME TO another",
+        "ALTER TABLE Numbers ADD COLUMN b Integer", "ALTER TABLE Numbers RENAME COLUMN Name TO Called",
+        "ALTER TABLE Numbers DROP COLUMN Name", "ALTER TABLE Numbers RENAME TO Counted", "DROP TABLE Numbers",
+        "VACUUM"}) {
+    SCOPED_TRACE(statement);
+    OtherProgram(path_).run(
+        "DROP TABLE IF EXISTS Numbers; DROP TABLE IF EXISTS Counted; DROP TABLE IF EXISTS other;"
+        "CREATE TABLE Numbers (N Integer, Name Varchar (20));"
+        "INSERT INTO Numbers VALUES (10, 'row 1'), (20, 'row 2'), (30, 'row 3');"
+        "DELETE FROM Numbers WHERE N = 20; CREATE TABLE other (a)");
+    open();
+    const auto rows = records("Select * from [Numbers]");
+    run(statement);
+    ASSERT_TRUE(rows->moveLast());
+    Cell cell;
+    const Status read = rows->cell(1, &cell);
+    EXPECT_TRUE(read ? cell.bytes == "row 3" : read.code() == ErrorCode::noCurrentRecord) << read.message();
+    const Status added = rows->addNew();
+    EXPECT_TRUE(added) << added.message();
+    EXPECT_TRUE(rows->setValue(0, std::int64_t{40}));
+    EXPECT_EQ(static_cast<bool>(read), static_cast<bool>(rows->update())) << "what is added can be shown";
+    if (!read) {
+      EXPECT_EQ(2, rows->recordCount());
+    }
+    EXPECT_TRUE(rows->cancelUpdate());
+  }
+}
+
 // The row id of a deleted last row is given out again.
 constexpr const char* kReplaceTheLast =
     "DELETE FROM Numbers WHERE N = 20; INSERT INTO Numbers VALUES (99, 'new')";

@@ -17,7 +17,7 @@ enum class StatementKind {
   createDatabase,  ///< CREATE DATABASE 'path'
   dropDatabase,    ///< DROP DATABASE 'path'
   select,          ///< begins with SELECT, WITH or VALUES
-  definition,      ///< CREATE, DROP, ALTER, REINDEX of anything but a database
+  definition,      ///< CREATE, DROP, ALTER, REINDEX, ANALYZE of anything but a database
   change,          ///< INSERT, UPDATE, DELETE, REPLACE
   other,           ///< anything else, a CREATE or DROP DATABASE without a quoted path included
 };
@@ -27,6 +27,8 @@ struct Statement {
   std::string sql;   ///< what SQLite is to run, without blanks, comments and semicolons at its ends;
                      ///< empty for createDatabase and dropDatabase
   std::string path;  ///< createDatabase and dropDatabase: the path between the quotes, maybe empty
+  bool takesFromTables =
+      false;  ///< a definition that may take rows or columns from a table: ALTER, DROP TABLE
 };
 
 /// Reads one statement of the components' dialect (UTF-8). The application spells its names between

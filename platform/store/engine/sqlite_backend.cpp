@@ -198,8 +198,7 @@ Status SqliteBackend::runChange(const Statement& statement, sqlite3_stmt* prepar
     if (hidingAfter > hidingBefore) {
       return {ErrorCode::errorsInCommand, "The names of the catalogue's tables are reserved."};
     }
-    const bool onlyAdds = startsWithWord(statement.sql, "CREATE");
-    if (Status status = transaction.commitStructure(!onlyAdds); !status) return status;
+    if (Status status = transaction.commitStructure(statement.takesFromTables); !status) return status;
     *affected = 0;
     return {};
   }

@@ -375,12 +375,12 @@ Status SqliteConnection::WriteTransaction::commit() {
   return status;
 }
 
-Status SqliteConnection::WriteTransaction::commitStructure(bool rowIdsMayChange) {
+Status SqliteConnection::WriteTransaction::commitStructure(bool tablesChange) {
   std::int64_t version = 0;
   if (Status status = connection_.readSchemaVersion(&version); !status) return status;
   if (Status status = commit(); !status) return status;
   connection_.schemaVersion_ = version;
-  if (rowIdsMayChange) ++connection_.rebuilds_;
+  if (tablesChange) ++connection_.rebuilds_;
   return {};
 }
 

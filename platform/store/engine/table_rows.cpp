@@ -183,6 +183,8 @@ Status TableRows::insert(const std::vector<Change>& changes, KeySet* keys) {
   std::optional<Key> key;
   SqliteConnection::WriteTransaction transaction(connection_);
   Status status = transaction.begin();
+  // Otherwise the new record would be stored and could not be shown.
+  if (status) status = checkSameRows();
   if (status) {
     status = transaction.run(insert_.statement.get(),
                              [&](sqlite3_stmt* statement) { key = returnedKey(statement, 0); });
