@@ -154,6 +154,22 @@ Status SqliteBackend::makesOneRowOfAll(const SingleTableSelect& select, bool* ma
   return statusOf(connection_->handle(), result);
 }
 
+// Leaves `*rows` as it is when the rows can't be told apart by keys.
+Status SqliteBackend::openKeyedRows(const SingleTableSelect& select, sqlite3_stmt* prepared,
+                                    std::unique_ptr<RowSource>* rows) {
+  TableSchema schema;
+  if (Status status = readTableSchema(*connection_, select.table, &schema); !status) return status;
+  if (!schema.ordinary || (!schema.withoutRowId && schema.rowIdName().empty())) return {};
+  bool makesOne = false;
+  if (Status status = makesOneRowOfAll(select, &makesOne); !status) return status;
+  if (makesOne) return {};
+  auto made = std::make_unique<TableRows>(*connection_, select, schema,
+                                          selectedColumnsOf(prepared, schema, !isReadOnly()));
+  if (Status status = made->prepare(); !status) return status;
+  *rows = std::move(made);
+  return {};
+}
+
 Status SqliteBackend::openSelect(const std::string& sql, UserStatement statement,
                                  std::unique_ptr<RowSource>* rows) {
   sqlite3_stmt* prepared = statement.statement.get();
@@ -161,15 +177,10 @@ Status SqliteBackend::openSelect(const std::string& sql, UserStatement statement
     return {ErrorCode::noTable, "The statement names no table."};
   }
   if (const std::optional<SingleTableSelect> select = readSingleTableSelect(sql)) {
-    TableSchema schema;
-    if (Status status = readTableSchema(*connection_, select->table, &schema); !status) return status;
-    bool makesOne = false;
-    if (Status status = makesOneRowOfAll(*select, &makesOne); !status) return status;
-    if (schema.ordinary && !makesOne && (schema.withoutRowId || !schema.rowIdName().empty())) {
-      auto made = std::make_unique<TableRows>(*connection_, *select, schema,
-                                              selectedColumnsOf(prepared, schema, !isReadOnly()));
-      if (Status status = made->prepare(); !status) return status;
-      *rows = std::move(made);
+    std::unique_ptr<RowSource> keyed;
+    if (Status status = openKeyedRows(*select, prepared, &keyed); !status) return status;
+    if (keyed != nullptr) {
+      *rows = std::move(keyed);
       return {};
     }
   }
