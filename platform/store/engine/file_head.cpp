@@ -38,7 +38,7 @@ std::filesystem::path pathOf(const std::string& utf8) {
 }
 
 bool isFileName(const std::string& path) {
-  return !path.empty() && path != ":memory:" && path.find('\0') == path.npos;
+  return !path.empty() && path != ":memory:" && path.find('\0') == std::string::npos;
 }
 
 Status checkOrdinaryFile(const std::string& path) {

@@ -17,6 +17,8 @@ class ResultRows : public RowSource {
   ResultRows(SqliteConnection& connection, std::vector<Column> columns)
       : connection_(connection), columns_(std::move(columns)) {}
   ~ResultRows() override;
+  ResultRows(const ResultRows&) = delete;
+  ResultRows& operator=(const ResultRows&) = delete;
 
   /// Runs `statement` to its end and takes its rows down, inside a Use with a read transaction. To be
   /// called once, before anything else.

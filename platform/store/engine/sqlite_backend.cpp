@@ -82,7 +82,7 @@ Status SqliteBackend::run(std::string_view sql, std::int64_t* affected, std::uni
 
 Status SqliteBackend::isTable(std::string_view name, bool* found) {
   // SQLite would read a name only to its first zero, and asks for it in a statement, which must be shorter.
-  if (name.size() > kMostNameBytes || name.find('\0') != name.npos) {
+  if (name.size() > kMostNameBytes || name.find('\0') != std::string_view::npos) {
     *found = false;
     return {};
   }

@@ -51,7 +51,8 @@ bool endsWith(std::string_view text, std::string_view end) {
 // SQLite has one code for all that is wrong with a statement; its sentence tells which.
 ErrorCode codeOfStatementError(std::string_view message) {
   if (startsWith(message, "no such table") || startsWith(message, "no such view")) return ErrorCode::noTable;
-  if (startsWith(message, "no such column") || message.find("has no column named") != message.npos) {
+  if (startsWith(message, "no such column") ||
+      message.find("has no column named") != std::string_view::npos) {
     return ErrorCode::badColumn;
   }
   if (endsWith(message, "already exists") || startsWith(message, "there is already"))
@@ -255,7 +256,7 @@ Status SqliteConnection::prepareUser(std::string_view sql, UserStatement* statem
   if (sql.size() > kMostStatementBytes) {
     return {ErrorCode::errorsInCommand, "The statement is longer than 1,000,000 bytes."};
   }
-  if (sql.find('\0') != sql.npos) {
+  if (sql.find('\0') != std::string_view::npos) {
     return {ErrorCode::errorsInCommand, "A statement can't hold a zero character."};
   }
   permissions_ = {.outside = true, .readsTable = false};

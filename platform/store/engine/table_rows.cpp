@@ -203,6 +203,7 @@ Status TableRows::update(const std::vector<Change>& changes, KeySet* keys, std::
   if (Status status = assignmentsOf(changes, &assignments); !status) return status;
   if (assignments.empty()) return {};
   std::vector<std::string> settings;
+  settings.reserve(assignments.size());
   for (const Assignment& assignment : assignments) {
     settings.push_back(quotedName(*assignment.tableColumn) + " = ?" + std::to_string(settings.size() + 1));
   }
@@ -251,7 +252,7 @@ Status TableRows::remove(KeySet* keys, std::size_t index, const Row* read) {
   Status status = transaction.begin();
   if (status) status = checkSameRows();
   if (!status) return status;
-  const Status found = checkSameRow(*keys, index, read);
+  Status found = checkSameRow(*keys, index, read);
   const bool isGone = found.code() == ErrorCode::noCurrentRecord;
   if (!found && !isGone) return found;
   if (!isGone) {
@@ -315,6 +316,7 @@ int TableRows::bindKey(sqlite3_stmt* statement, int position, const KeySet& keys
 Key TableRows::returnedKey(sqlite3_stmt* statement, int first) const {
   if (!isTupleKeyed()) return sqlite3_column_int64(statement, first);
   std::vector<Value> values;
+  values.reserve(keyNames_.size());
   for (int index = 0; index < static_cast<int>(keyNames_.size()); ++index) {
     values.push_back(columnValue(statement, first + index));
   }

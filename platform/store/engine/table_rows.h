@@ -23,6 +23,8 @@ class TableRows : public RowSource {
   TableRows(SqliteConnection& connection, const SingleTableSelect& select, const TableSchema& schema,
             std::vector<SelectedColumn> columns);
   ~TableRows() override;
+  TableRows(const TableRows&) = delete;
+  TableRows& operator=(const TableRows&) = delete;
 
   /// Prepares the reading of single rows, inside a Use. To be called once, before anything else.
   Status prepare();
