@@ -1,6 +1,8 @@
 #include "app/command_table.h"
 
+#include "app/editing_commands.h"
 #include "app/program_state.h"
+#include "app/tab_pages.h"
 #include "resources/command_ids.h"
 
 namespace {
@@ -14,6 +16,11 @@ struct CommandRow {
 
 LRESULT exitProgram(HWND, WORD, LPARAM, WORD) {
   PostQuitMessage(0);
+  return 0;
+}
+
+LRESULT closeDatabase(HWND, WORD, LPARAM, WORD) {
+  if (theDocument->closeDatabase() == 0) switchPage(kNoPage);
   return 0;
 }
 
@@ -31,6 +38,32 @@ LRESULT moveNextRecord(HWND, WORD, LPARAM, WORD) {
 
 LRESULT movePreviousRecord(HWND, WORD, LPARAM, WORD) {
   return theDocument->movePreviousRecord();
+}
+
+LRESULT editRecord(HWND, WORD, LPARAM, WORD) {
+  switchPage(kFormPageIndex);
+  selectTab(kFormPageIndex);
+  return 0;
+}
+
+LRESULT copy(HWND, WORD, LPARAM, WORD) {
+  copyInFocus();
+  return 0;
+}
+
+LRESULT cut(HWND, WORD, LPARAM, WORD) {
+  cutInFocus();
+  return 0;
+}
+
+LRESULT paste(HWND, WORD, LPARAM, WORD) {
+  pasteInFocus();
+  return 0;
+}
+
+LRESULT undo(HWND, WORD, LPARAM, WORD) {
+  undoInFocus();
+  return 0;
 }
 
 LRESULT showLargeIcons(HWND, WORD, LPARAM, WORD) {
@@ -68,12 +101,26 @@ LRESULT showNextColumn(HWND, WORD, LPARAM, WORD) {
   return 0;
 }
 
+/// The range is 0 to 4 at every other call, else 0 to 0.
+LRESULT toggleFormScrollRange(HWND, WORD, LPARAM, WORD) {
+  static bool scrolls = false;
+  scrolls = !scrolls;
+  SetScrollRange(formWrapperWindow, SB_VERT, 0, scrolls ? 4 : 0, TRUE);
+  return 0;
+}
+
 constexpr CommandRow kCommands[] = {
     {ID_EXIT, exitProgram},
+    {ID_DATABASE_CLOSE, closeDatabase},
     {ID_RECORD_FIRST, moveFirstRecord},
     {ID_RECORD_LAST, moveLastRecord},
     {ID_RECORD_NEXT, moveNextRecord},
     {ID_RECORD_PREVIOUS, movePreviousRecord},
+    {ID_RECORD_EDIT, editRecord},
+    {ID_COPY, copy},
+    {ID_CUT, cut},
+    {ID_PASTE, paste},
+    {ID_UNDO, undo},
     {ID_VIEW_LARGE_ICONS, showLargeIcons},
     {ID_VIEW_SMALL_ICONS, showSmallIcons},
     {ID_VIEW_LIST, showList},
@@ -81,6 +128,7 @@ constexpr CommandRow kCommands[] = {
     {ID_COLUMNS_FIT, fitColumns},
     {ID_COLUMN_PREVIOUS, showPreviousColumn},
     {ID_COLUMN_NEXT, showNextColumn},
+    {ID_FORM_SCROLL_RANGE, toggleFormScrollRange},
 };
 
 }  // namespace
