@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "records/view_mode.h"
+#include "views/page_area.h"
 
 namespace {
 
@@ -65,8 +66,10 @@ void MainCommandBar::destroyPageBars() {
 }
 
 void MainCommandBar::placePageBars() {
-  // The form's window ends above the tabs, the tab control with them.
-  pageBars_.place(pageParent(), !isForm(barsPage_), false);
+  // The form's window ends above the tabs, the tab control with them. Raised by two pixels the bands end
+  // where the form's window does.
+  const bool form = isForm(barsPage_);
+  pageBars_.place(pageParent(), !form, form && !bandsAtTop());
 }
 
 void MainCommandBar::rebuildAll() {

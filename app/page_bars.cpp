@@ -20,14 +20,35 @@ constexpr SIZE kButtonSize = {23, 22};
 constexpr COLORREF kTransparent = RGB(192, 192, 192);
 constexpr UINT_PTR kSubclassId = 1;
 
-/// A rebar keeps the messages of its children that it does not know. The main window answers this one.
+/// The system's rebar draws borders of its own, wider than the handheld's, and grows by them over the
+/// page or the tabs. Ours has the handheld's height and no border.
+///
+/// A rebar keeps those messages of its children that it does not know; the main window answers the one
+/// for the colours.
 LRESULT CALLBACK rebarProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR,
                                 DWORD_PTR mainWindow) {
-  if (message == WM_CTLCOLORSTATIC) {
-    return SendMessageW(reinterpret_cast<HWND>(mainWindow), message, wParam, lParam);
+  switch (message) {
+    case WM_WINDOWPOSCHANGING:
+      reinterpret_cast<WINDOWPOS*>(lParam)->cy = HandheldToMonitor(PageBars::kRebarHeight);
+      break;
+    case WM_NCCALCSIZE:
+    case WM_NCPAINT:
+      return 0;
+    case WM_CTLCOLORSTATIC:
+      return SendMessageW(reinterpret_cast<HWND>(mainWindow), message, wParam, lParam);
+    case WM_NCDESTROY:
+      RemoveWindowSubclass(window, rebarProcedure, kSubclassId);
+      break;
+    default:
+      break;
   }
-  if (message == WM_NCDESTROY) RemoveWindowSubclass(window, rebarProcedure, kSubclassId);
   return DefSubclassProc(window, message, wParam, lParam);
+}
+
+/// Of the window in a band, at least.
+int bandWidth(const BandLayout& layout, bool onForm) {
+  if (layout.buttons.empty()) return static_cast<int>(kPositionSize.cx);
+  return onForm ? kFormToolbarWidth : static_cast<int>(kNewToolbar.cx);
 }
 
 }  // namespace
@@ -50,6 +71,7 @@ void PageBars::create(HINSTANCE instance, int page, HWND parent, HWND mainWindow
   if (!createBand(instance, bands[1], mainWindow, onForm, second_)) return;
   rebar::showBand(rebar(), 0);
   rebar::showBand(rebar(), 1);
+  fillRow(bandWidth(bands[0], onForm));
 }
 
 bool PageBars::createRebar(HINSTANCE instance, HWND parent, HWND mainWindow) {
@@ -62,6 +84,8 @@ bool PageBars::createRebar(HINSTANCE instance, HWND parent, HWND mainWindow) {
                                     nullptr));
   if (!rebar_) return false;
   SetWindowSubclass(rebar(), rebarProcedure, kSubclassId, reinterpret_cast<DWORD_PTR>(mainWindow));
+  SetWindowPos(rebar(), nullptr, 0, 0, 0, 0,
+               SWP_FRAMECHANGED | SWP_NOMOVE | SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
   return true;
 }
 
@@ -76,8 +100,7 @@ bool PageBars::createBand(HINSTANCE instance, const BandLayout& layout, HWND mai
   } else if (!createToolbar(instance, layout, mainWindow, band)) {
     return false;
   }
-  const int toolbarWidth = onForm ? kFormToolbarWidth : static_cast<int>(kNewToolbar.cx);
-  const int width = isPosition ? static_cast<int>(kPositionSize.cx) : toolbarWidth;
+  const int width = bandWidth(layout, onForm);
   return rebar::appendBand(rebar(), {layout.id, band.window.get(), width, kBandHeight, width, isPosition});
 }
 
@@ -104,6 +127,17 @@ bool PageBars::createToolbar(HINSTANCE instance, const BandLayout& layout, HWND 
   }
   HandheldSetButtonTips(bar, static_cast<UINT>(tips.size()), tips.data());
   return toolbar::addButtons(bar, buttons);
+}
+
+/// The system gives what is left of a row to its first band; on the handheld it is the last one's, whose
+/// buttons need it.
+void PageBars::fillRow(int firstWidth) {
+  const RECT first = rebar::bandRectangle(rebar(), 0);
+  const RECT last = rebar::bandRectangle(rebar(), 1);
+  const RECT borders = rebar::bandBorders(rebar(), 0);
+  const LONG needed = HandheldToMonitor(firstWidth) + borders.left + borders.right;
+  const LONG left = last.right - needed - (last.left - first.right);
+  if (left > last.right - last.left) rebar::setBandWidth(rebar(), 1, left);
 }
 
 void PageBars::destroyBand(BandWindow& band) {

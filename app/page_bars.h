@@ -26,8 +26,8 @@ struct BandLayout {
 /// The bands of a page from left to right, none for a number that is no page's.
 std::span<const BandLayout> pageBands(int page);
 
-/// Where a rebar lies within its parent, whose client area is as given. The rebar itself takes no more
-/// height than its bands need.
+/// Where a rebar is put within its parent, whose client area is as given. Its height it then takes from
+/// its bands (PageBars::kRebarHeight).
 struct RebarPlace {
   int y;
   int width;
@@ -44,6 +44,7 @@ class PageBars {
  public:
   static constexpr int kRebarId = 1000;
   static constexpr int kPositionId = 1012;
+  static constexpr int kRebarHeight = 28;
 
   /// Destroys the rebar that is there, makes a new one in `parent` and the page's bands in it. What
   /// can't be created is left out together with all that would follow it. The commands of the buttons,
@@ -73,6 +74,7 @@ class PageBars {
   bool createBand(HINSTANCE instance, const BandLayout& layout, HWND mainWindow, bool onForm,
                   BandWindow& band);
   bool createToolbar(HINSTANCE instance, const BandLayout& layout, HWND mainWindow, BandWindow& band);
+  void fillRow(int firstWidth);
   void destroyBand(BandWindow& band);
 
   UniqueWindow rebar_;

@@ -37,6 +37,28 @@ inline bool appendBand(HWND rebar, const Band& band) {
   return SendMessageW(rebar, RB_INSERTBANDW, static_cast<WPARAM>(-1), reinterpret_cast<LPARAM>(&info)) != 0;
 }
 
+/// In the monitor's pixels, as is all that follows.
+inline RECT bandRectangle(HWND rebar, UINT index) {
+  RECT place{};
+  SendMessageW(rebar, RB_GETRECT, index, reinterpret_cast<LPARAM>(&place));
+  return place;
+}
+
+/// What a band needs on each side of its window.
+inline RECT bandBorders(HWND rebar, UINT index) {
+  RECT borders{};
+  SendMessageW(rebar, RB_GETBANDBORDERS, index, reinterpret_cast<LPARAM>(&borders));
+  return borders;
+}
+
+inline void setBandWidth(HWND rebar, UINT index, LONG width) {
+  REBARBANDINFOW info{};
+  info.cbSize = REBARBANDINFOW_V6_SIZE;
+  info.fMask = RBBIM_SIZE;
+  info.cx = static_cast<UINT>(width);
+  SendMessageW(rebar, RB_SETBANDINFOW, index, reinterpret_cast<LPARAM>(&info));
+}
+
 inline void showBand(HWND rebar, UINT index) {
   SendMessageW(rebar, RB_SHOWBAND, index, TRUE);
 }
