@@ -159,6 +159,8 @@ void PageBars::place(HWND parent, bool lower, bool raise) {
   HandheldGetClientRect(parent, &client);
   const RebarPlace wanted = rebarPlace({client.right, client.bottom}, bandsAtTop(), lower, raise);
   HandheldMoveWindow(rebar(), 0, wanted.y, wanted.width, wanted.height, TRUE);
+  // While the bands take their places they count as painted, though they were not.
+  RedrawWindow(rebar(), nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
 }
 
 HWND PageBars::positionBox() const {

@@ -9,6 +9,9 @@
 /// The messages of a rebar, typed. Bands are counted from 0.
 namespace rebar {
 
+/// What the edges of a band add to the height of its window, at every zoom.
+inline constexpr int kBandEdges = 4;
+
 /// A band of fixed size with a window in it. Lengths are in handheld pixels.
 struct Band {
   UINT id;
@@ -27,7 +30,8 @@ inline bool appendBand(HWND rebar, const Band& band) {
   info.fStyle = RBBS_FIXEDSIZE | RBBS_CHILDEDGE;
   info.hwndChild = band.child;
   info.cxMinChild = static_cast<UINT>(HandheldToMonitor(band.minimumWidth));
-  info.cyMinChild = static_cast<UINT>(HandheldToMonitor(band.minimumHeight));
+  // The edges, which don't grow with the zoom, leave the window what they don't need.
+  info.cyMinChild = static_cast<UINT>(HandheldToMonitor(band.minimumHeight + kBandEdges) - kBandEdges);
   info.cx = static_cast<UINT>(HandheldToMonitor(band.width));
   info.wID = band.id;
   if (band.namesImage) {

@@ -3,6 +3,7 @@
 #include "base/app_settings.h"
 #include "base/live_resources.h"
 #include "gmock/gmock.h"
+#include "platform/pocketshell/handheld_windows.h"
 #include "tests/ui/bar_host.h"
 #include "views/page_area.h"
 
@@ -21,6 +22,7 @@ constexpr int kPageNext = 32790;
 class CommandBarTest : public testing::Test {
  protected:
   void SetUp() override {
+    ASSERT_TRUE(HandheldSetZoom(100));
     theAppSettings = std::make_unique<AppSettings>();
     bar_.setPageWindows(host_.tab(), host_.form());
     ASSERT_TRUE(bar_.create(host_.main()));
@@ -249,6 +251,24 @@ TEST_F(CommandBarTest, TheOptionMovesTheBands) {
   EXPECT_EQ(top(), 0);
   theAppSettings.reset();
   EXPECT_EQ(formTopMargin(), 30);
+}
+
+TEST_F(CommandBarTest, AtAnotherZoomAllIsMadeAgainInProportion) {
+  show(kForm);
+  ASSERT_TRUE(HandheldSetZoom(200));
+  bar_.rebuildAll();
+  RECT bands{};
+  GetClientRect(bar_.pageBars().rebar(), &bands);
+  EXPECT_EQ(bands.right, 480);
+  EXPECT_EQ(bands.bottom, 56);
+  RECT box{};
+  GetWindowRect(bar_.pageBars().positionBox(), &box);
+  EXPECT_EQ(box.right - box.left, 164);
+  ASSERT_TRUE(HandheldSetZoom(100));
+  bar_.rebuildAll();
+  GetClientRect(bar_.pageBars().rebar(), &bands);
+  EXPECT_EQ(bands.right, 240);
+  EXPECT_EQ(bands.bottom, 28);
 }
 
 TEST_F(CommandBarTest, MakingAllAgainKeepsTextAndStates) {

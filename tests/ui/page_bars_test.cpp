@@ -2,8 +2,11 @@
 
 #include <commctrl.h>
 
+#include <string>
+
 #include "base/app_settings.h"
 #include "gmock/gmock.h"
+#include "platform/pocketshell/handheld_windows.h"
 #include "tests/ui/bar_host.h"
 #include "views/page_area.h"
 
@@ -48,7 +51,10 @@ RECT placeOf(HWND window) {
 
 class PageBarsTest : public testing::Test {
  protected:
-  void SetUp() override { theAppSettings = std::make_unique<AppSettings>(); }
+  void SetUp() override {
+    theAppSettings = std::make_unique<AppSettings>();
+    ASSERT_TRUE(HandheldSetZoom(100));
+  }
   void TearDown() override { theAppSettings.reset(); }
 
   HWND parentOf(int page) const { return page == kForm ? host_.form() : host_.tab(); }
@@ -234,25 +240,35 @@ TEST_F(PageBarsTest, EveryButtonHasItsTip) {
   }
 }
 
-TEST_F(PageBarsTest, NoButtonIsCutOff) {
-  for (const int page : {kTables, kForm, kList, kQueries}) {
-    create(page);
-    RECT rebar{};
-    GetClientRect(bars_.rebar(), &rebar);
-    EXPECT_LE(placeOf(bars_.firstBand()).right, placeOf(bars_.secondBand()).left) << page;
-    EXPECT_LE(placeOf(bars_.secondBand()).right, rebar.right) << page;
-    for (const HWND bar : {bars_.firstBand(), bars_.secondBand()}) {
-      if (bar == bars_.positionBox()) continue;
-      RECT client{};
-      GetClientRect(bar, &client);
-      for (const int command : toolbarCommands(bar)) {
-        RECT button{};
-        SendMessageW(bar, TB_GETRECT, static_cast<WPARAM>(command), reinterpret_cast<LPARAM>(&button));
-        EXPECT_LE(button.right, client.right) << page << " " << command;
-        EXPECT_LE(button.bottom, client.bottom) << page << " " << command;
+TEST_F(PageBarsTest, NoButtonIsCutOffAtAnyZoom) {
+  for (const int zoom : {100, 125, 150, 200, 300, 400}) {
+    ASSERT_TRUE(HandheldSetZoom(zoom));
+    for (const int page : {kTables, kForm, kList, kQueries}) {
+      SCOPED_TRACE(std::to_string(zoom) + " per cent, page " + std::to_string(page));
+      create(page);
+      RECT rebar{};
+      GetClientRect(bars_.rebar(), &rebar);
+      EXPECT_EQ(rebar.bottom, HandheldToMonitor(28));
+      EXPECT_EQ(SendMessageW(bars_.rebar(), RB_GETROWCOUNT, 0, 0), 1);
+      EXPECT_LE(placeOf(bars_.firstBand()).right, placeOf(bars_.secondBand()).left);
+      EXPECT_LE(placeOf(bars_.secondBand()).right, rebar.right);
+      for (const HWND bar : {bars_.firstBand(), bars_.secondBand()}) {
+        EXPECT_GE(placeOf(bar).top, 0);
+        EXPECT_LE(placeOf(bar).bottom, rebar.bottom);
+        if (bar == bars_.positionBox()) continue;
+        RECT client{};
+        GetClientRect(bar, &client);
+        for (const int command : toolbarCommands(bar)) {
+          RECT button{};
+          SendMessageW(bar, TB_GETRECT, static_cast<WPARAM>(command), reinterpret_cast<LPARAM>(&button));
+          EXPECT_GE(button.right - button.left, HandheldToMonitor(16)) << command;
+          EXPECT_LE(button.right, client.right) << command;
+          EXPECT_LE(button.bottom, client.bottom) << command;
+        }
       }
     }
   }
+  ASSERT_TRUE(HandheldSetZoom(100));
 }
 
 TEST_F(PageBarsTest, BelowThePageTheRebarEndsAboveTheTabs) {
