@@ -243,7 +243,9 @@ TEST_F(StartTest, AMovedProgramFolderRegistersItsComponentsAnew) {
   const fs::path moved = file("moved folder");
   fs::create_directory(moved);
   fs::copy_file(programFile(), moved / programFile().filename());
-  fs::copy_file(testsupport::binFolder() / L"adoce31.dll", moved / L"adoce31.dll");
+  for (const wchar_t* module : {L"adoce31.dll", L"aygshell.dll"}) {
+    fs::copy_file(testsupport::binFolder() / module, moved / module);
+  }
   {
     RunningProgram program(moved / programFile().filename(), quoted(path));
     EXPECT_NE(program.tablesList(), nullptr);
