@@ -9,6 +9,12 @@ LRESULT sendToFocus(UINT message) {
   return focus ? SendMessageW(focus, message, 0, 0) : 0;
 }
 
+/// Other controls may take the numbers of an edit control's messages for their own.
+bool isEditFocused() {
+  wchar_t className[16] = L"";
+  return GetClassNameW(GetFocus(), className, ARRAYSIZE(className)) != 0 && lstrcmpiW(className, L"Edit") == 0;
+}
+
 }  // namespace
 
 namespace focusededit {
@@ -30,7 +36,7 @@ void undo() {
 }
 
 bool canUndo() {
-  return sendToFocus(EM_CANUNDO) != 0;
+  return isEditFocused() && sendToFocus(EM_CANUNDO) != 0;
 }
 
 }  // namespace focusededit

@@ -8,6 +8,7 @@ void cut();
 void copy();
 void paste();
 void undo();
+/// Only an edit control can.
 bool canUndo();
 
 }  // namespace focusededit

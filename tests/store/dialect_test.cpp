@@ -48,7 +48,8 @@ TEST(DialectTest, KindIsThatOfTheFirstWord) {
   for (const char* text : {"select 1", "WITH a AS (SELECT 1) SELECT * FROM a", "Values (1)"}) {
     EXPECT_EQ(read(text).kind, StatementKind::select) << text;
   }
-  for (const char* text : {"CREATE TABLE t (a)", "drop index i", "ALTER TABLE t ADD b", "REINDEX"}) {
+  for (const char* text :
+       {"CREATE TABLE t (a)", "drop index i", "ALTER TABLE t ADD b", "REINDEX", "Analyze t"}) {
     EXPECT_EQ(read(text).kind, StatementKind::definition) << text;
   }
   for (const char* text :
@@ -62,10 +63,21 @@ TEST(DialectTest, KindIsThatOfTheFirstWord) {
   EXPECT_EQ(read("SELECT database FROM t").kind, StatementKind::select);
 }
 
+TEST(DialectTest, AlterAndDropTableTakeFromTables) {
+  for (const char* text : {"ALTER TABLE t ADD b", "drop /* it */ table t", "DROP TABLE IF EXISTS 't'"}) {
+    EXPECT_TRUE(read(text).takesFromTables) << text;
+  }
+  for (const char* text : {"CREATE TABLE t (a)", "DROP INDEX i", "DROP VIEW v", "REINDEX", "ANALYZE",
+                           "DELETE FROM t", "DROP DATABASE 'd'"}) {
+    EXPECT_FALSE(read(text).takesFromTables) << text;
+  }
+}
+
 TEST(DialectTest, TextWithoutStatementFailsAndLeavesTheResult) {
   for (const char* text :
        {"", " ", ";", " ;; ", "-- nothing", "/* nothing */ ;", "/* without an end", "\xEF\xBB\xBF"}) {
-    Statement statement{.kind = StatementKind::change, .sql = "kept", .path = "kept too"};
+    Statement statement{
+        .kind = StatementKind::change, .sql = "kept", .path = "kept too", .takesFromTables = true};
     const Status status = readStatement(text, &statement);
     EXPECT_EQ(status.code(), ErrorCode::noCommand) << text;
     EXPECT_FALSE(status.message().empty());

@@ -26,14 +26,11 @@ void FormFixture::showTable(const std::wstring& createTable, std::initializer_li
   makeDatabase(path_, {createTable.c_str()});
   runStatements(path_, inserts);
   document_ = std::make_unique<Document>(DocumentPages{std::make_unique<FakeTables>(calls_),
-                                                       std::make_unique<FakeQueries>(calls_), grid_, view_});
+                                                       std::make_unique<FakeQueries>(calls_), grid_, view_, bar_});
   view_.prepare(document_.get());
   ASSERT_TRUE(document_->openDatabase(path_.c_str()));
   document_->setViewMode(ViewMode::form);
   ASSERT_TRUE(document_->isRecordsetOpen());
-  view_.build();
-  if (recordCount != 0) view_.showEditors();
-  view_.loadRecord();
 }
 
 void FormFixture::showFields(int count, const wchar_t* type) {

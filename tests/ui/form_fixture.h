@@ -58,5 +58,6 @@ class FormFixture : public testing::Test {
   FormView view_{wrapper_};
   Calls calls_;
   FakeGrid grid_{calls_};
+  FakeBar bar_;
   std::unique_ptr<Document> document_;
 };

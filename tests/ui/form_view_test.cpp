@@ -104,6 +104,9 @@ TEST_F(FormViewTest, OnlyTheCurrentPageIsShown) {
 
 TEST_F(FormViewTest, WithoutRecordsNoPageIsShownAndNothingIsLoaded) {
   showTable(L"CREATE TABLE 'T' (abc Text, n Integer)");
+  EXPECT_EQ(view().pageCount(), 0u);
+  view().build();
+  view().loadRecord();
   EXPECT_EQ(view().pageCount(), 1u);
   EXPECT_FALSE(isShown(textEditor()) || isShown(label(L"abc:")));
   EXPECT_EQ(textOf(textEditor()), L"Edit window");

@@ -82,7 +82,7 @@ Status SqliteBackend::run(std::string_view sql, std::int64_t* affected, std::uni
 
 Status SqliteBackend::isTable(std::string_view name, bool* found) {
   // SQLite would read a name only to its first zero, and asks for it in a statement, which must be shorter.
-  if (name.size() > kMostNameBytes || name.find('\0') != name.npos) {
+  if (name.size() > kMostNameBytes || name.find('\0') != std::string_view::npos) {
     *found = false;
     return {};
   }
@@ -141,6 +141,35 @@ Status SqliteBackend::runText(std::string_view text, std::int64_t* affected,
   return {};
 }
 
+// Asks SQLite itself for the rows of no row: with an aggregate there is one all the same.
+Status SqliteBackend::makesOneRowOfAll(const SingleTableSelect& select, bool* makesOne) {
+  *makesOne = false;
+  if (select.isPlainTable) return {};
+  SqliteStatement statement;
+  const std::string sql =
+      "SELECT " + select.columnList + " FROM " + select.tableClause + " WHERE 0 " + select.order;
+  if (Status status = connection_->prepare(sql, &statement); !status) return status;
+  const int result = sqlite3_step(statement.get());
+  *makesOne = result == SQLITE_ROW;
+  return statusOf(connection_->handle(), result);
+}
+
+// Leaves `*rows` as it is when the rows can't be told apart by keys.
+Status SqliteBackend::openKeyedRows(const SingleTableSelect& select, sqlite3_stmt* prepared,
+                                    std::unique_ptr<RowSource>* rows) {
+  TableSchema schema;
+  if (Status status = readTableSchema(*connection_, select.table, &schema); !status) return status;
+  if (!schema.ordinary || (!schema.withoutRowId && schema.rowIdName().empty())) return {};
+  bool makesOne = false;
+  if (Status status = makesOneRowOfAll(select, &makesOne); !status) return status;
+  if (makesOne) return {};
+  auto made = std::make_unique<TableRows>(*connection_, select, schema,
+                                          selectedColumnsOf(prepared, schema, !isReadOnly()));
+  if (Status status = made->prepare(); !status) return status;
+  *rows = std::move(made);
+  return {};
+}
+
 Status SqliteBackend::openSelect(const std::string& sql, UserStatement statement,
                                  std::unique_ptr<RowSource>* rows) {
   sqlite3_stmt* prepared = statement.statement.get();
@@ -148,13 +177,10 @@ Status SqliteBackend::openSelect(const std::string& sql, UserStatement statement
     return {ErrorCode::noTable, "The statement names no table."};
   }
   if (const std::optional<SingleTableSelect> select = readSingleTableSelect(sql)) {
-    TableSchema schema;
-    if (Status status = readTableSchema(*connection_, select->table, &schema); !status) return status;
-    if (schema.ordinary && (schema.withoutRowId || !schema.rowIdName().empty())) {
-      auto made = std::make_unique<TableRows>(*connection_, *select, schema,
-                                              selectedColumnsOf(prepared, schema, !isReadOnly()));
-      if (Status status = made->prepare(); !status) return status;
-      *rows = std::move(made);
+    std::unique_ptr<RowSource> keyed;
+    if (Status status = openKeyedRows(*select, prepared, &keyed); !status) return status;
+    if (keyed != nullptr) {
+      *rows = std::move(keyed);
       return {};
     }
   }
@@ -183,8 +209,7 @@ Status SqliteBackend::runChange(const Statement& statement, sqlite3_stmt* prepar
     if (hidingAfter > hidingBefore) {
       return {ErrorCode::errorsInCommand, "The names of the catalogue's tables are reserved."};
     }
-    const bool onlyAdds = startsWithWord(statement.sql, "CREATE");
-    if (Status status = transaction.commitStructure(!onlyAdds); !status) return status;
+    if (Status status = transaction.commitStructure(statement.takesFromTables); !status) return status;
     *affected = 0;
     return {};
   }
