@@ -101,8 +101,28 @@ Status SqliteBackend::openTable(std::string_view name, std::unique_ptr<RowSource
   bool found = false;
   if (Status status = isTable(name, &found); !status) return status;
   if (!found) return {ErrorCode::noTable, "no such table: " + std::string(name)};
+  // A table of the file may be called like one of the catalogue but for the letter case.
+  const char* catalogue = catalogueSourceOf(name, false);
+  if (catalogue == nullptr && catalogueSourceOf(name, true) != nullptr) {
+    if (Status status = isInFile(name, &found); !status) return status;
+    if (!found) catalogue = catalogueSourceOf(name, true);
+  }
   std::int64_t affected = 0;
-  return runText("SELECT * FROM " + quotedName(name), &affected, rows);
+  return runText("SELECT * FROM " + quotedName(catalogue != nullptr ? catalogue : name), &affected, rows);
+}
+
+Status SqliteBackend::isInFile(std::string_view name, bool* found) {
+  if (Status status = connection_->beginRead(); !status) return status;
+  SqliteStatement statement;
+  Status status = connection_->prepare(
+      "SELECT 1 FROM sqlite_schema WHERE type IN ('table', 'view') AND name = ?1 COLLATE NOCASE", &statement);
+  if (!status) return status;
+  const int bound =
+      sqlite3_bind_text64(statement.get(), 1, name.data(), name.size(), SQLITE_STATIC, SQLITE_UTF8);
+  if (bound != SQLITE_OK) return statusOf(connection_->handle(), bound);
+  const int result = sqlite3_step(statement.get());
+  *found = result == SQLITE_ROW;
+  return statusOf(connection_->handle(), result);
 }
 
 Status SqliteBackend::runText(std::string_view text, std::int64_t* affected,

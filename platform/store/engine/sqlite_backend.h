@@ -27,6 +27,7 @@ class SqliteBackend : public Backend {
 
   Status openTable(std::string_view name, std::unique_ptr<RowSource>* rows);
   Status isTable(std::string_view name, bool* found);
+  Status isInFile(std::string_view name, bool* found);
   Status runText(std::string_view text, std::int64_t* affected, std::unique_ptr<RowSource>* rows);
   Status makesOneRowOfAll(const SingleTableSelect& select, bool* makesOne);
   Status openKeyedRows(const SingleTableSelect& select, sqlite3_stmt* prepared,
