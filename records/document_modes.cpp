@@ -1,6 +1,4 @@
 // Leaving one page and entering another.
-#include <windows.h>
-
 #include "records/document.h"
 
 void Document::setViewMode(ViewMode mode) {
@@ -52,7 +50,6 @@ void Document::leaveMode() {
 void Document::openPendingRecordset() {
   pages_.bar.setPositionText(L"");
   pages_.form.tearDown();
-  OutputDebugStringW(sqlText_.text());
   recordsetOpen_ = database_.openRecordset(sqlText_);
   if (!recordsetOpen_) recordCount = 0;
   formStale_ = true;

@@ -22,6 +22,11 @@ inline HIMAGELIST setImageList(HWND list, int which, HIMAGELIST images) {
       SendMessageW(list, LVM_SETIMAGELIST, static_cast<WPARAM>(which), reinterpret_cast<LPARAM>(images)));
 }
 
+/// From the left edge of an icon to that of the next, and from top to top.
+inline void setIconSpacing(HWND list, int width, int height) {
+  SendMessageW(list, LVM_SETICONSPACING, 0, MAKELPARAM(width, height));
+}
+
 inline void setExtendedStyle(HWND list, DWORD style) {
   SendMessageW(list, LVM_SETEXTENDEDLISTVIEWSTYLE, 0, static_cast<LPARAM>(style));
 }

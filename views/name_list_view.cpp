@@ -151,6 +151,9 @@ void NameListView::scrollThrough() {
 }
 
 void NameListView::loadImages() {
+  // The images alone don't move the icons apart.
+  constexpr int kIconSpacing = 75;
+  listview::setIconSpacing(window_, HandheldToMonitor(kIconSpacing), HandheldToMonitor(kIconSpacing));
   setIcon(window_, LVSIL_NORMAL, icons_.large, 32);
   setIcon(window_, LVSIL_SMALL, icons_.small, 16);
 }
