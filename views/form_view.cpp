@@ -118,8 +118,9 @@ FormView::Row FormView::createRow(std::uint32_t field, NextIds& ids) const {
   row.label = std::make_unique<FieldLabel>();
   row.label->create(caption.c_str(), {WS_CHILD, labelPlace(y, metrics_), parent, kLabelId});
   if (document_->fieldType(field) == FieldType::date) {
-    // A text is told of taps with SS_NOTIFY only.
-    constexpr DWORD kStyle = WS_CHILD | WS_TABSTOP | WS_BORDER | SS_NOTIFY | SS_CENTER;
+    // A text is told of taps with SS_NOTIFY only. A date with a time of day is too long for the editor.
+    constexpr DWORD kStyle =
+        WS_CHILD | WS_TABSTOP | WS_BORDER | SS_NOTIFY | SS_CENTER | SS_CENTERIMAGE | SS_ENDELLIPSIS;
     row.editor = createDateEditor(name, {kStyle, dateEditorPlace(y, metrics_), parent, ids.dateEditor++});
   } else {
     constexpr DWORD kStyle = WS_CHILD | WS_VISIBLE | WS_BORDER | WS_TABSTOP | ES_AUTOHSCROLL;
