@@ -9,4 +9,6 @@ WNDPROC tabOldProc = nullptr;
 int currentPage = kBeforeFirstPage;
 RecordListView theRecordListView;
 FormWrapper theFormWrapper;
+FormView theFormView(theFormWrapper);
+std::unique_ptr<MainCommandBar> theCommandBar;
 std::unique_ptr<Document> theDocument;

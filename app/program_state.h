@@ -4,8 +4,9 @@
 
 #include <memory>
 
+#include "app/command_bar.h"
 #include "records/document.h"
-#include "views/form_wrapper.h"
+#include "views/form_view.h"
 #include "views/record_list_view.h"
 
 /// What exists once in the program. Window procedures receive no context of their own and find it here.
@@ -26,6 +27,7 @@ extern WNDPROC tabOldProc;
 /// otherwise.
 extern int currentPage;
 inline constexpr int kTablesPageIndex = 0;
+inline constexpr int kFormPageIndex = 1;
 inline constexpr int kQueriesPageIndex = 3;
 inline constexpr int kNoPage = 4;            ///< none: the next switch enters its page in every case
 inline constexpr int kBeforeFirstPage = -1;  ///< no page was shown since the start
@@ -33,6 +35,10 @@ inline constexpr int kBeforeFirstPage = -1;  ///< no page was shown since the st
 /// The grid and the form live as long as the program; their windows belong to the tab control.
 extern RecordListView theRecordListView;
 extern FormWrapper theFormWrapper;
+extern FormView theFormView;
+
+/// Created before the main window, which it outlives.
+extern std::unique_ptr<MainCommandBar> theCommandBar;
 
 /// Null before start-up creates it and again in the shutdown.
 extern std::unique_ptr<Document> theDocument;

@@ -21,10 +21,20 @@ class NamesPage {
 
   virtual void show() = 0;
   virtual void hide() = 0;
+  /// Back to its place, after the window's size or the place of the bars has changed.
+  virtual void layOut() = 0;
+  /// Shows the colours as they are now.
+  virtual void refreshColors() = 0;
+  /// The images at the present zoom.
+  virtual void loadImages() = 0;
+  virtual void addItem(int index, const String& name) = 0;
+  virtual void deleteItem(int index) = 0;
   virtual void deleteAllItems() = 0;
   /// The text of an item, cut at 99 characters; empty for an index that is no item's.
   virtual String itemText(int index) = 0;
   virtual void setStyle(NameStyle style) = 0;
+  /// The states of the page's buttons, which a new toolbar does not have yet.
+  virtual void updateCommandButtons() = 0;
 };
 
 /// Which item is selected after the tables were filled in, once one had been chosen before. Any other
@@ -44,6 +54,8 @@ class TablesPage : public NamesPage {
   virtual void fill(const NameList& names, Positioning positioning, const String& name) = 0;
   /// The next fill starts at the first item again.
   virtual void clearRememberedSelection() = 0;
+  /// The next fill goes by its positioning, starting from this item.
+  virtual void rememberSelection(int index) = 0;
 };
 
 class QueriesPage : public NamesPage {
@@ -53,13 +65,43 @@ class QueriesPage : public NamesPage {
   virtual void setSelectedIndex(int index) = 0;
 };
 
-/// The window that carries the form.
+/// The form of the current record: an editor for each field of the recordset, on pages of which one is
+/// shown. It reads the fields and their values through the Document, and writes values through it.
 class FormPage {
  public:
   virtual ~FormPage() = default;
 
+  /// The window that carries the editors.
   virtual void show() = 0;
   virtual void hide() = 0;
+
+  /// Makes the editors of all fields, hidden, and lays them out. Page 0 becomes the current one.
+  virtual void build() = 0;
+  /// Destroys the editors; there are no pages then. Nothing happens when there are none.
+  virtual void tearDown() = 0;
+  /// The editors of the current page.
+  virtual void showEditors() = 0;
+  virtual void hideEditors() = 0;
+
+  /// Shows the values of the current record in the editors, and gives the focus to that of field 0.
+  virtual void loadRecord() = 0;
+  /// Whether the user changed a value since the last loading, as far as the first changed editor in
+  /// field order; that editor's mark is taken away.
+  virtual bool takeChange() = 0;
+  /// Writes the content of every editor, in field order, into the current record.
+  virtual void writeRecord() = 0;
+  /// The editor of this field takes the focus; of a text editor all text is selected.
+  virtual void focusField(std::uint32_t field) = 0;
+
+  /// Lays the pages out for the input panel as it stands now. Without `force` nothing happens when the
+  /// panel is where it was.
+  virtual void layOut(bool force) = 0;
+  /// False, and nothing happens, where there is no such page.
+  virtual bool showNextPage() = 0;
+  virtual bool showPreviousPage() = 0;
+  /// 0-based.
+  virtual std::uint32_t pageIndex() const = 0;
+  virtual std::uint32_t pageCount() const = 0;
 };
 
 /// The grid of records. It shows the Document's fields and reads rows through it when it draws.
@@ -69,6 +111,10 @@ class RecordGrid {
 
   virtual void show() = 0;
   virtual void hide() = 0;
+  /// Back to its place, after the page area or the place of the bars has changed.
+  virtual void layOut() = 0;
+  /// Shows the colours as they are now.
+  virtual void refreshColors() = 0;
   /// Columns for the fields of the recordset, a row for each record, currentRecord selected.
   virtual void fill() = 0;
   /// Removes rows and columns. The recordset is no longer read.
@@ -84,4 +130,8 @@ class RecordGrid {
   virtual void showNextColumn() = 0;
   /// Makes every column as wide as its contents.
   virtual void fitColumns() = 0;
+  /// Takes the row of currentRecord out, whose record was deleted.
+  virtual void recordDeleted() = 0;
+  /// The states of the column buttons, which a new toolbar does not have yet.
+  virtual void updateColumnButtons() = 0;
 };

@@ -2,11 +2,9 @@
 
 #include <windows.h>
 
-#include "records/pages.h"
-
 /// The window that carries the form: a child of the tab control, hidden but on the Form page. Class
 /// "Form Wrapper Wnd".
-class FormWrapper final : public FormPage {
+class FormWrapper {
  public:
   /// Called once, before create.
   static bool registerClass(HINSTANCE instance);
@@ -16,8 +14,8 @@ class FormWrapper final : public FormPage {
   /// not answer itself.
   HWND create(HINSTANCE instance, HWND tabControl, SIZE size, WNDPROC tabProcedure);
 
-  void show() override { ShowWindow(window_, SW_SHOW); }
-  void hide() override { ShowWindow(window_, SW_HIDE); }
+  /// Null before create and when it failed.
+  HWND window() const { return window_; }
 
  private:
   HWND window_ = nullptr;

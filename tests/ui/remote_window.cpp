@@ -106,11 +106,13 @@ Memory::~Memory() {
 }
 
 bool Memory::write(std::size_t offset, const void* data, std::size_t byteCount) {
-  return address_ && WriteProcessMemory(process_, address() + offset, data, byteCount, nullptr);
+  return address_ != nullptr &&
+         WriteProcessMemory(process_, address() + offset, data, byteCount, nullptr) != FALSE;
 }
 
 bool Memory::read(std::size_t offset, void* data, std::size_t byteCount) const {
-  return address_ && ReadProcessMemory(process_, address() + offset, data, byteCount, nullptr);
+  return address_ != nullptr &&
+         ReadProcessMemory(process_, address() + offset, data, byteCount, nullptr) != FALSE;
 }
 
 DWORD processOf(HWND window) {
@@ -121,14 +123,15 @@ DWORD processOf(HWND window) {
 
 HWND mainWindow(DWORD processId) {
   return findTopLevel([processId](HWND window) {
-    return IsWindowVisible(window) && className(window) == L"Quivane" &&
+    return IsWindowVisible(window) != FALSE && className(window) == L"Quivane" &&
            (processId == 0 || processOf(window) == processId);
   });
 }
 
 HWND messageBox(DWORD processId) {
   return findTopLevel([processId](HWND window) {
-    return IsWindowVisible(window) && className(window) == L"#32770" && processOf(window) == processId;
+    return IsWindowVisible(window) != FALSE && className(window) == L"#32770" &&
+           processOf(window) == processId;
   });
 }
 
@@ -144,7 +147,7 @@ HWND tabControl(HWND main) {
 }
 
 HWND shownPage(HWND main) {
-  return findBelow(main, [](HWND window) { return IsWindowVisible(window) && isPage(window); });
+  return findBelow(main, [](HWND window) { return IsWindowVisible(window) != FALSE && isPage(window); });
 }
 
 HWND recordGrid(HWND main) {
@@ -183,7 +186,7 @@ bool switchToPage(HWND main, int page) {
   if (!clickTab(tab, page)) return false;
   return waitUntil([=] {
     const HWND shown = shownPage(main);
-    return selectedTab(tab) == page && shown && shown != former;
+    return selectedTab(tab) == page && shown != nullptr && shown != former;
   });
 }
 
@@ -221,8 +224,8 @@ std::wstring itemText(HWND list, int row, int column) {
 }
 
 std::vector<std::wstring> itemTexts(HWND list, int column) {
-  std::vector<std::wstring> texts;
-  for (int row = 0; row < itemCount(list); ++row) texts.push_back(itemText(list, row, column));
+  std::vector<std::wstring> texts(static_cast<std::size_t>(itemCount(list)));
+  for (std::size_t i = 0; i < texts.size(); ++i) texts[i] = itemText(list, static_cast<int>(i), column);
   return texts;
 }
 
@@ -270,6 +273,34 @@ void pressKey(HWND window, WORD key) {
   constexpr LPARAM kReleased = 0xC0000001;
   PostMessageW(window, WM_KEYDOWN, key, scanCode | 1);
   PostMessageW(window, WM_KEYUP, key, scanCode | kReleased);
+}
+
+HWND control(HWND window, int id) {
+  return findBelow(window, [id](HWND child) { return GetDlgCtrlID(child) == id; });
+}
+
+std::wstring text(HWND window) {
+  std::wstring content(static_cast<std::size_t>(SendMessageW(window, WM_GETTEXTLENGTH, 0, 0)) + 1, L'\0');
+  content.resize(static_cast<std::size_t>(SendMessageW(
+      window, WM_GETTEXT, static_cast<WPARAM>(content.size()), reinterpret_cast<LPARAM>(content.data()))));
+  return content;
+}
+
+void clickControl(HWND control) {
+  RECT client{};
+  GetClientRect(control, &client);
+  clickAt(control, client);
+}
+
+void typeText(HWND edit, const std::wstring& newText) {
+  // A second click on the same editor would open its zoom.
+  if (focus(edit) != edit) {
+    clickControl(edit);
+    waitUntil([edit] { return focus(edit) == edit; });
+  }
+  SendMessageW(edit, EM_SETSEL, 0, -1);
+  SendMessageW(edit, WM_CHAR, L'\b', 1);
+  for (const wchar_t character : newText) SendMessageW(edit, WM_CHAR, character, 1);
 }
 
 std::optional<DWORD> close(HWND main) {

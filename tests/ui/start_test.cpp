@@ -22,7 +22,7 @@ class StartTest : public UiTest {
  protected:
   /// A database with one table of that name.
   fs::path database(std::string_view fileName, const wchar_t* createTable = kOneTable[0]) {
-    const fs::path path = file(fileName);
+    fs::path path = file(fileName);
     makeDatabase(path, {createTable});
     return path;
   }
@@ -145,6 +145,8 @@ class FirstCopy {
  public:
   FirstCopy() : mutex_(CreateMutexW(nullptr, TRUE, L"Local\\Quivane.SingleInstance")) {}
   ~FirstCopy() { ReleaseMutex(mutex_.get()); }
+  FirstCopy(const FirstCopy&) = delete;
+  FirstCopy& operator=(const FirstCopy&) = delete;
 
   void createWindow() {
     WNDCLASSW description{};
@@ -202,19 +204,19 @@ TEST_F(StartTest, ACopyWaitsForAFirstOneThatHasNoWindowYetAndSendsItThePathWitho
 
 TEST_F(StartTest, OfFourQuickStartsOneBecomesTheFirst) {
   const fs::path path = database("books.cdb");
-  RunningProgram a(quoted(path)), b(quoted(path)), c(quoted(path)), d(quoted(path));
-  RunningProgram* const all[] = {&a, &b, &c, &d};
+  const RunningProgram all[] = {RunningProgram(quoted(path)), RunningProgram(quoted(path)),
+                                RunningProgram(quoted(path)), RunningProgram(quoted(path))};
   const auto running = [&] {
     return std::count_if(std::begin(all), std::end(all),
-                         [](const RunningProgram* one) { return one->isRunning(); });
+                         [](const RunningProgram& one) { return one.isRunning(); });
   };
   ASSERT_TRUE(remote::waitUntil([&] { return running() == 1; }));
-  for (RunningProgram* one : all) {
-    if (one->isRunning()) {
-      EXPECT_NE(one->tablesList(), nullptr);
-      EXPECT_EQ(remote::close(one->mainWindow()), 0u);
+  for (const RunningProgram& one : all) {
+    if (one.isRunning()) {
+      EXPECT_NE(one.tablesList(), nullptr);
+      EXPECT_EQ(remote::close(one.mainWindow()), 0u);
     } else {
-      EXPECT_EQ(one->exitCode(), kExitNoWindow);
+      EXPECT_EQ(one.exitCode(), kExitNoWindow);
     }
   }
 }
@@ -241,7 +243,9 @@ TEST_F(StartTest, AMovedProgramFolderRegistersItsComponentsAnew) {
   const fs::path moved = file("moved folder");
   fs::create_directory(moved);
   fs::copy_file(programFile(), moved / programFile().filename());
-  fs::copy_file(testsupport::binFolder() / L"adoce31.dll", moved / L"adoce31.dll");
+  for (const wchar_t* module : {L"adoce31.dll", L"aygshell.dll"}) {
+    fs::copy_file(testsupport::binFolder() / module, moved / module);
+  }
   {
     RunningProgram program(moved / programFile().filename(), quoted(path));
     EXPECT_NE(program.tablesList(), nullptr);
@@ -260,6 +264,7 @@ TEST_F(StartTest, WithoutComponentsTheProgramSaysSoAndEnds) {
   ASSERT_TRUE(unregisterBinComponents());
   const fs::path alone = file("alone.exe");
   fs::copy_file(programFile(), alone);
+  fs::copy_file(programFile().parent_path() / "aygshell.dll", alone.parent_path() / "aygshell.dll");
   RunningProgram program(alone, L"");
   const HWND box = program.messageBox();
   ASSERT_NE(box, nullptr);

@@ -18,7 +18,7 @@ bool callComponents(const char* function) {
   if (!module) return false;
   const FARPROC address = GetProcAddress(module.get(), function);
   using Registration = HRESULT(STDAPICALLTYPE*)();
-  return address && SUCCEEDED(reinterpret_cast<Registration>(reinterpret_cast<void*>(address))());
+  return address != nullptr && SUCCEEDED(reinterpret_cast<Registration>(reinterpret_cast<void*>(address))());
 }
 
 }  // namespace

@@ -51,20 +51,15 @@ class OpenedDatabase {
   HWND tables_ = nullptr;
 };
 
+/// The titles of all columns, and the texts of one row of the grid.
 inline std::vector<std::wstring> columnTitles(HWND grid) {
-  std::vector<std::wstring> titles;
-  for (int column = 0; column < remote::columnCount(grid); ++column) {
-    titles.push_back(remote::columnTitle(grid, column));
-  }
+  std::vector<std::wstring> titles(static_cast<std::size_t>(remote::columnCount(grid)));
+  for (std::size_t i = 0; i < titles.size(); ++i) titles[i] = remote::columnTitle(grid, static_cast<int>(i));
   return titles;
 }
-
-/// The texts of one row of the grid.
 inline std::vector<std::wstring> rowTexts(HWND grid, int row) {
-  std::vector<std::wstring> texts;
-  for (int column = 0; column < remote::columnCount(grid); ++column) {
-    texts.push_back(remote::itemText(grid, row, column));
-  }
+  std::vector<std::wstring> texts(static_cast<std::size_t>(remote::columnCount(grid)));
+  for (std::size_t i = 0; i < texts.size(); ++i) texts[i] = remote::itemText(grid, row, static_cast<int>(i));
   return texts;
 }
 

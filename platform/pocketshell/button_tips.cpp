@@ -1,0 +1,44 @@
+#include <array>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "platform/pocketshell/handheld_windows.h"
+#include "platform/pocketshell/window_layer.h"
+
+using namespace pocketshell;
+
+namespace {
+
+/// A toolbar that knows the tips of its buttons itself, whoever its parent is.
+class ButtonTips : public WindowLayer<ButtonTips> {
+ public:
+  explicit ButtonTips(HWND toolbar) : WindowLayer(toolbar) {}
+
+  void setTips(std::vector<std::wstring> tips) { tips_ = std::move(tips); }
+
+  LRESULT answer(UINT message, WPARAM wParam, LPARAM lParam) {
+    if (message == WM_NOTIFY && reinterpret_cast<const NMHDR*>(lParam)->code == TTN_GETDISPINFOW) {
+      auto& wanted = *reinterpret_cast<NMTTDISPINFOW*>(lParam);
+      const LRESULT index = passOn(TB_COMMANDTOINDEX, wanted.hdr.idFrom, 0);
+      if (index >= 0 && static_cast<std::size_t>(index) < tips_.size()) {
+        wanted.lpszText = tips_[static_cast<std::size_t>(index)].data();
+        return 0;
+      }
+    }
+    return passOn(message, wParam, lParam);
+  }
+
+ private:
+  std::vector<std::wstring> tips_;
+};
+
+}  // namespace
+
+BOOL HandheldSetButtonTips(HWND toolbar, UINT count, const wchar_t* const* tips) {
+  if (!IsWindow(toolbar) || (count > 0 && !tips)) return FALSE;
+  std::vector<std::wstring> copies;
+  for (UINT i = 0; i < count; ++i) copies.emplace_back(tips[i] ? tips[i] : L"");
+  ButtonTips::attach(toolbar).setTips(std::move(copies));
+  return TRUE;
+}

@@ -1,0 +1,68 @@
+#pragma once
+
+#include <windows.h>
+
+#include <commctrl.h>
+
+#include "platform/pocketshell/aygshell.h"
+
+/// The window calls of the handheld. A program thinks in the handheld's pixels: a screen of 240 x 320, of
+/// which the caption takes 26 at the top and the menu bar 26 at the bottom. These functions, and only
+/// they, turn such pixels into the monitor's by the zoom, and give every control the interface font at
+/// that zoom. At zoom 100 the figures on the screen are the handheld's own.
+///
+/// Where a function has the name of one of the system's, it does the same with handheld pixels and keeps
+/// that one's contract. When the zoom changes, every window made or moved here is laid out anew by
+/// the figures it was last given and gets the new font; then its top-level window is sent
+/// HandheldZoomMessage, so that it can replace what it holds in images, columns and bands.
+
+/// A window without WS_CHILD and a parent whose size is CW_USEDEFAULT gets a fixed frame around the
+/// handheld's work area, 240 x 294, and the choice of the zoom in its system menu. A list view also
+/// reports taps that are held (GN_CONTEXTMENU).
+AYGSHELL_API HWND HandheldCreateWindow(DWORD extendedStyle, const wchar_t* className, const wchar_t* title,
+                                       DWORD style, int x, int y, int width, int height, HWND parent,
+                                       HMENU menu, HINSTANCE instance, void* parameter);
+AYGSHELL_API BOOL HandheldMoveWindow(HWND window, int x, int y, int width, int height, BOOL repaint);
+AYGSHELL_API BOOL HandheldSetWindowPos(HWND window, HWND after, int x, int y, int width, int height,
+                                       UINT flags);
+/// Of a window with a menu bar only the area above it.
+AYGSHELL_API BOOL HandheldGetClientRect(HWND window, RECT* rectangle);
+/// In its parent's client area, or for a top-level window on the monitor with the origin unscaled.
+AYGSHELL_API BOOL HandheldGetWindowRect(HWND window, RECT* rectangle);
+/// SM_CXSCREEN and SM_CYSCREEN are 240 and 320, and lengths the system's in handheld pixels.
+AYGSHELL_API int HandheldGetSystemMetrics(int index);
+
+/// For the messages of controls that carry lengths (columns, bands, images).
+AYGSHELL_API int HandheldToMonitor(int handheldPixels);
+/// Rounds to the nearest.
+AYGSHELL_API int HandheldFromMonitor(int monitorPixels);
+
+/// The font of all controls at the present zoom. It stays the shell's, and valid until the zoom changes
+/// next.
+AYGSHELL_API HFONT HandheldGetFont();
+
+/// As DialogBoxParamW; the dialog and its controls are made at the zoom.
+AYGSHELL_API INT_PTR HandheldDialogBox(HINSTANCE instance, WORD dialogId, HWND parent, DLGPROC procedure,
+                                       LPARAM parameter);
+
+/// An image list of 16 x 16 images from a strip in bitmap resource `bitmapId`, at the zoom. The pixels of
+/// colour `transparent` are transparent. The resources bitmapId + 1000 x 2, 3 and 4, where they exist,
+/// are the same strip drawn 2, 3 and 4 times as large; the next larger one is taken and reduced. Null
+/// when it fails; belongs to the caller.
+AYGSHELL_API HIMAGELIST HandheldLoadImages(HINSTANCE instance, WORD bitmapId, COLORREF transparent);
+/// An icon of size x size handheld pixels, from the best of the resource's images. Null when it fails;
+/// belongs to the caller.
+AYGSHELL_API HICON HandheldLoadIcon(HINSTANCE instance, WORD iconId, int size);
+
+/// Gives the buttons of a toolbar their tips in the order of the buttons, as the handheld's
+/// TB_SETTOOLTIPS does; null for none. The texts are copied. Replaces what was set before, also for
+/// buttons that are added later.
+AYGSHELL_API BOOL HandheldSetButtonTips(HWND toolbar, UINT count, const wchar_t* const* tips);
+
+/// In per cent, 100 to 400.
+AYGSHELL_API int HandheldGetZoom();
+/// Lays everything out at the new zoom and remembers it; 0 is the monitor's own. False when it is not in
+/// range.
+AYGSHELL_API BOOL HandheldSetZoom(int percent);
+/// A registered message.
+AYGSHELL_API UINT HandheldZoomMessage();

@@ -1,0 +1,107 @@
+#include <cstdint>
+#include <optional>
+#include <utility>
+#include <vector>
+
+#include "platform/pocketshell/handheld_windows.h"
+#include "platform/pocketshell/image_strip.h"
+#include "platform/pocketshell/owners.h"
+#include "platform/pocketshell/present_zoom.h"
+#include "platform/pocketshell/zoom_figures.h"
+
+using namespace pocketshell;
+
+namespace {
+
+constexpr int kImageSize = 16;
+constexpr int kLargestFactor = 4;
+constexpr int kIdStep = 1000;
+
+WORD idOfFactor(WORD bitmapId, int factor) {
+  return static_cast<WORD>(factor == 1 ? bitmapId : bitmapId + kIdStep * factor);
+}
+
+BITMAPINFO topDownFormat(int width, int height) {
+  BITMAPINFO format{};
+  format.bmiHeader.biSize = sizeof(format.bmiHeader);
+  format.bmiHeader.biWidth = width;
+  format.bmiHeader.biHeight = -height;
+  format.bmiHeader.biPlanes = 1;
+  format.bmiHeader.biBitCount = 32;
+  format.bmiHeader.biCompression = BI_RGB;
+  return format;
+}
+
+std::uint32_t asPixel(COLORREF color) {
+  return static_cast<std::uint32_t>(GetRValue(color)) << 16 |
+         static_cast<std::uint32_t>(GetGValue(color)) << 8 | GetBValue(color);
+}
+
+std::optional<ImageStrip> loadStrip(HINSTANCE instance, WORD id, int size, COLORREF transparent) {
+  const OwnedBitmap bitmap(static_cast<HBITMAP>(
+      LoadImageW(instance, MAKEINTRESOURCEW(id), IMAGE_BITMAP, 0, 0, LR_CREATEDIBSECTION)));
+  BITMAP facts{};
+  if (!bitmap || GetObjectW(bitmap.get(), sizeof(facts), &facts) == 0) return std::nullopt;
+  const int width = static_cast<int>(facts.bmWidth);
+  const int height = static_cast<int>(facts.bmHeight);
+  if (height != size || width < size || width % size != 0) return std::nullopt;
+  std::vector<std::uint32_t> pixels(static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
+  BITMAPINFO format = topDownFormat(width, height);
+  const OwnedMemoryDc dc(CreateCompatibleDC(nullptr));
+  if (GetDIBits(dc.get(), bitmap.get(), 0, static_cast<UINT>(height), pixels.data(), &format,
+                DIB_RGB_COLORS) != height) {
+    return std::nullopt;
+  }
+  return keyedStrip(size, width / size, std::move(pixels), asPixel(transparent));
+}
+
+OwnedBitmap colorBitmap(const ImageStrip& strip) {
+  const BITMAPINFO format = topDownFormat(strip.size * strip.count, strip.size);
+  void* bits = nullptr;
+  OwnedBitmap bitmap(CreateDIBSection(nullptr, &format, DIB_RGB_COLORS, &bits, nullptr, 0));
+  if (bitmap) std::copy(strip.pixels.begin(), strip.pixels.end(), static_cast<std::uint32_t*>(bits));
+  return bitmap;
+}
+
+/// One bit for each pixel, set where it is transparent; the rows are whole 16-bit words.
+OwnedBitmap maskBitmap(const ImageStrip& strip) {
+  const int width = strip.size * strip.count;
+  const std::size_t rowLength = static_cast<std::size_t>((width + 15) / 16) * 2;
+  std::vector<BYTE> bits(rowLength * static_cast<std::size_t>(strip.size));
+  for (std::size_t i = 0; i < strip.transparent.size(); ++i) {
+    const std::size_t x = i % static_cast<std::size_t>(width);
+    const std::size_t y = i / static_cast<std::size_t>(width);
+    if (strip.transparent[i]) bits[y * rowLength + x / 8] |= static_cast<BYTE>(0x80U >> (x % 8));
+  }
+  return OwnedBitmap(CreateBitmap(width, strip.size, 1, 1, bits.data()));
+}
+
+OwnedImageList imageListOf(const ImageStrip& strip) {
+  const OwnedBitmap color = colorBitmap(strip);
+  const OwnedBitmap mask = maskBitmap(strip);
+  OwnedImageList images(ImageList_Create(strip.size, strip.size, ILC_COLOR24 | ILC_MASK, strip.count, 0));
+  if (!color || !mask || !images || ImageList_Add(images.get(), color.get(), mask.get()) < 0) return {};
+  return images;
+}
+
+}  // namespace
+
+HIMAGELIST HandheldLoadImages(HINSTANCE instance, WORD bitmapId, COLORREF transparent) {
+  std::vector<bool> available;
+  for (int factor = 1; factor <= kLargestFactor; ++factor) {
+    available.push_back(FindResourceW(instance, MAKEINTRESOURCEW(idOfFactor(bitmapId, factor)), RT_BITMAP) !=
+                        nullptr);
+  }
+  const int zoom = presentZoom();
+  const int factor = bestFactor(available, zoom);
+  if (factor == 0) return nullptr;
+  const auto strip = loadStrip(instance, idOfFactor(bitmapId, factor), kImageSize * factor, transparent);
+  if (!strip) return nullptr;
+  return imageListOf(scaledStrip(*strip, toMonitor(kImageSize, zoom))).release();
+}
+
+HICON HandheldLoadIcon(HINSTANCE instance, WORD iconId, int size) {
+  const int length = toMonitor(size, presentZoom());
+  return static_cast<HICON>(
+      LoadImageW(instance, MAKEINTRESOURCEW(iconId), IMAGE_ICON, length, length, LR_DEFAULTCOLOR));
+}

@@ -1,0 +1,173 @@
+#include "platform/pocketshell/input_panel.h"
+
+#include <optional>
+#include <utility>
+#include <vector>
+
+#include "platform/pocketshell/aygshell.h"
+#include "platform/pocketshell/menu_bar.h"
+#include "platform/pocketshell/module.h"
+#include "platform/pocketshell/owners.h"
+#include "platform/pocketshell/panel_button.h"
+#include "platform/pocketshell/panel_keys.h"
+#include "platform/pocketshell/panel_window.h"
+#include "platform/pocketshell/present_zoom.h"
+#include "platform/pocketshell/shell_settings.h"
+#include "platform/pocketshell/shell_window.h"
+#include "platform/pocketshell/zoom_figures.h"
+
+namespace pocketshell {
+
+namespace {
+
+/// There is one for all windows of the thread, as there was one on the handheld.
+struct Panel {
+  bool up = false;
+  HWND shellWindow = nullptr;
+  HWND owner = nullptr;
+};
+
+Panel panel;
+
+bool hasTouchScreen() {
+  const int digitizer = GetSystemMetrics(SM_DIGITIZER);
+  return (digitizer & NID_READY) != 0 && (digitizer & (NID_INTEGRATED_TOUCH | NID_EXTERNAL_TOUCH)) != 0;
+}
+
+bool isFrame(HWND window) {
+  const ShellWindow* const shell = ShellWindow::of(window);
+  return shell && shell->isFrame();
+}
+
+/// The frame that a window belongs to or is owned by; else the thread's only one. Null for none.
+HWND frameFor(HWND window) {
+  for (HWND top = GetAncestor(window, GA_ROOT); top; top = GetWindow(top, GW_OWNER)) {
+    if (isFrame(top)) return top;
+  }
+  HWND found = nullptr;
+  EnumThreadWindows(
+      GetCurrentThreadId(),
+      [](HWND each, LPARAM result) -> BOOL {
+        if (!isFrame(each)) return TRUE;
+        *reinterpret_cast<HWND*>(result) = each;
+        return FALSE;
+      },
+      reinterpret_cast<LPARAM>(&found));
+  return found;
+}
+
+RECT placeOnMonitor(HWND shellWindow) {
+  const RECT onScreen = InputPanel::placeOnScreen();
+  const RECT inClient = {onScreen.left, onScreen.top - kCaptionHeight, onScreen.right,
+                         onScreen.bottom - kCaptionHeight};
+  RECT monitor = toMonitor(inClient, presentZoom());
+  MapWindowPoints(shellWindow, nullptr, reinterpret_cast<POINT*>(&monitor), 2);
+  return monitor;
+}
+
+void show() {
+  PanelWindow::show(panel.owner, placeOnMonitor(panel.shellWindow),
+                    IsWindowVisible(panel.shellWindow) != FALSE);
+}
+
+void tellWindows() {
+  std::vector<HWND> told;
+  EnumThreadWindows(
+      GetCurrentThreadId(),
+      [](HWND window, LPARAM list) -> BOOL {
+        const LONG_PTR style = GetWindowLongPtrW(window, GWL_STYLE);
+        if ((style & WS_CAPTION) == WS_CAPTION) reinterpret_cast<std::vector<HWND>*>(list)->push_back(window);
+        return TRUE;
+      },
+      reinterpret_cast<LPARAM>(&told));
+  for (const HWND window : told) {
+    if (IsWindow(window)) SendMessageW(window, WM_SETTINGCHANGE, SPI_SETSIPINFO, 0);
+  }
+}
+
+void refreshButton() {
+  const ShellWindow* const shell = ShellWindow::of(panel.shellWindow);
+  if (shell && shell->menuBar()) PanelButton::refresh(shell->menuBar()->window());
+}
+
+}  // namespace
+
+bool InputPanel::isWanted() {
+  switch (readPanelPolicy()) {
+    case PanelPolicy::asHandheld:
+      return true;
+    case PanelPolicy::never:
+      return false;
+    case PanelPolicy::automatic:
+      break;
+  }
+  return hasTouchScreen();
+}
+
+bool InputPanel::isUp() {
+  return panel.up;
+}
+
+bool InputPanel::raise(HWND window) {
+  const HWND frame = frameFor(window);
+  if (!frame) return false;
+  const HWND top = GetAncestor(window, GA_ROOT);
+  const bool changed = !panel.up;
+  panel = {true, frame, top ? top : frame};
+  show();
+  refreshButton();
+  if (changed) tellWindows();
+  return true;
+}
+
+void InputPanel::lower() {
+  if (!panel.up) return;
+  panel.up = false;
+  PanelWindow::hide();
+  refreshButton();
+  tellWindows();
+}
+
+RECT InputPanel::placeOnScreen() {
+  constexpr LONG kBottom = kScreenHeight - kMenuBarHeight;
+  return {0, kBottom - kPanelHeight, kPanelWidth, kBottom};
+}
+
+void InputPanel::standOn(HWND topLevel) {
+  if (!panel.up || frameFor(topLevel) != panel.shellWindow) return;
+  panel.owner = topLevel;
+  show();
+}
+
+void InputPanel::follow() {
+  if (panel.up) show();
+}
+
+void InputPanel::applyZoom() {
+  if (panel.up) show();
+  PanelWindow::redraw();
+}
+
+void InputPanel::restore() {
+  if (!panel.up || !IsWindow(panel.shellWindow)) return;
+  const HWND active = GetLastActivePopup(panel.shellWindow);
+  panel.owner = active && active != PanelWindow::window() ? active : panel.shellWindow;
+  show();
+}
+
+UINT InputPanel::restoreMessage() {
+  static const UINT number = RegisterWindowMessageW(L"Pocket Shell Panel Restore");
+  return number;
+}
+
+void InputPanel::ownerGone() {
+  if (panel.up && IsWindow(panel.shellWindow)) PostMessageW(panel.shellWindow, restoreMessage(), 0, 0);
+}
+
+void InputPanel::leave(HWND shellWindow) {
+  if (panel.shellWindow != shellWindow) return;
+  panel = {};
+  PanelWindow::hide();
+}
+
+}  // namespace pocketshell

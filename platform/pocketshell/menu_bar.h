@@ -1,0 +1,65 @@
+#pragma once
+
+#include <windows.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "platform/pocketshell/aygshell.h"
+#include "platform/pocketshell/owners.h"
+#include "platform/pocketshell/window_layer.h"
+
+namespace pocketshell {
+
+/// A drop-down button of a menu bar and what it opens.
+struct DropDown {
+  int command = 0;
+  std::wstring label;
+  HMENU popup = nullptr;  ///< the bar's menu owns it
+};
+
+/// What a menu bar is made of, loaded from resources.
+struct MenuBarParts {
+  OwnedMenu menu;
+  std::vector<DropDown> dropDowns;
+  OwnedImageList images;
+  HINSTANCE instance = nullptr;
+  WORD bitmap = 0;  ///< 0 for none
+};
+
+/// The toolbar at the bottom edge of a shell window.
+class MenuBar : public WindowLayer<MenuBar> {
+ public:
+  MenuBar(HWND toolbar, HWND parent, MenuBarParts parts);
+  ~MenuBar();
+
+  HWND parent() const { return parent_; }
+  const std::vector<DropDown>& dropDowns() const { return parts_.dropDowns; }
+  /// Index of the drop-down button with the command, -1 for none.
+  int indexOfCommand(int command) const;
+  /// Index of the drop-down button at a point of the screen, -1 for none.
+  int indexAt(POINT screen) const;
+  /// Index of the drop-down button that Alt and `character` open, -1 for none.
+  int indexOfMnemonic(wchar_t character) const;
+  bool isEnabled(int index) const;
+  RECT buttonOnScreen(int index) const;
+  void press(int index, bool pressed);
+  /// Shows the button as the one that a key would open, -1 for none.
+  void highlight(int index);
+
+  /// Puts the bar at the bottom edge of its parent's client area, above its siblings.
+  void layOut();
+  /// Takes font, images and sizes of the present zoom.
+  void applyZoom();
+
+  LRESULT answer(UINT message, WPARAM wParam, LPARAM lParam);
+
+ private:
+  LRESULT eraseBackground(HDC dc);
+
+  HWND parent_;
+  MenuBarParts parts_;
+};
+
+}  // namespace pocketshell

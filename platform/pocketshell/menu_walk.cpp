@@ -1,0 +1,115 @@
+#include "platform/pocketshell/menu_walk.h"
+
+#include "platform/pocketshell/menu_bar.h"
+#include "platform/pocketshell/owners.h"
+
+namespace pocketshell {
+
+namespace {
+
+constexpr UINT kMenuClosed = 0xFFFF;
+
+/// One walk from popup to popup; at most one is under way on the thread that owns the windows.
+struct Walk {
+  HWND bar = nullptr;
+  int index = 0;
+  int next = -1;
+  bool byKeyboard = false;
+  HMENU selectedIn = nullptr;
+  UINT selectedFlags = 0;
+};
+
+Walk* walk = nullptr;
+
+const DropDown& openDropDown(const MenuBar& bar) {
+  return bar.dropDowns()[static_cast<std::size_t>(walk->index)];
+}
+
+/// The next enabled button in the direction, round the ends.
+int neighbour(const MenuBar& bar, int step) {
+  const int count = static_cast<int>(bar.dropDowns().size());
+  int index = walk->index;
+  do {
+    index = (index + step + count) % count;
+  } while (index != walk->index && !bar.isEnabled(index));
+  return index;
+}
+
+bool leaveFor(int index, bool byKeyboard) {
+  walk->next = index;
+  walk->byKeyboard = byKeyboard;
+  EndMenu();
+  return true;
+}
+
+bool keyPressed(const MenuBar& bar, WPARAM key) {
+  const bool inRoot = !walk->selectedIn || walk->selectedIn == openDropDown(bar).popup;
+  const bool onSubmenu = walk->selectedIn && (walk->selectedFlags & MF_POPUP) != 0 &&
+                         (walk->selectedFlags & (MF_GRAYED | MF_DISABLED)) == 0;
+  if (key == VK_RIGHT && !onSubmenu) return leaveFor(neighbour(bar, 1), true);
+  if (key == VK_LEFT && inRoot) return leaveFor(neighbour(bar, -1), true);
+  return false;
+}
+
+/// Whether the message is used up and the popup does not get it.
+bool filter(const MSG& message) {
+  const MenuBar* const bar = MenuBar::of(walk->bar);
+  if (!bar || walk->next >= 0) return false;
+  if (message.message == WM_KEYDOWN) return keyPressed(*bar, message.wParam);
+  if (message.message == WM_MOUSEMOVE) {
+    const int under = bar->indexAt(message.pt);
+    return under >= 0 && under != walk->index && bar->isEnabled(under) && leaveFor(under, false);
+  }
+  if (message.message == WM_LBUTTONDOWN && bar->indexAt(message.pt) == walk->index) {
+    EndMenu();
+    return true;
+  }
+  return false;
+}
+
+LRESULT CALLBACK filterProcedure(int code, WPARAM wParam, LPARAM lParam) {
+  if (code == MSGF_MENU && walk && filter(*reinterpret_cast<const MSG*>(lParam))) return TRUE;
+  return CallNextHookEx(nullptr, code, wParam, lParam);
+}
+
+void openPopup(MenuBar& bar) {
+  TPMPARAMS kept{};
+  kept.cbSize = sizeof(kept);
+  kept.rcExclude = bar.buttonOnScreen(walk->index);
+  // A popup selects nothing by itself; this is the key that selects the first item.
+  if (walk->byKeyboard) PostMessageW(bar.parent(), WM_KEYDOWN, VK_DOWN, 0);
+  TrackPopupMenuEx(openDropDown(bar).popup, TPM_LEFTALIGN | TPM_BOTTOMALIGN | TPM_VERTICAL,
+                   static_cast<int>(kept.rcExclude.left), static_cast<int>(kept.rcExclude.top), bar.parent(),
+                   &kept);
+}
+
+}  // namespace
+
+void walkMenus(MenuBar& bar, int index, bool byKeyboard) {
+  if (walk) return;
+  Walk state;
+  state.bar = bar.window();
+  state.next = index;
+  state.byKeyboard = byKeyboard;
+  walk = &state;
+  {
+    const OwnedHook hook(SetWindowsHookExW(WH_MSGFILTER, filterProcedure, nullptr, GetCurrentThreadId()));
+    for (MenuBar* open = &bar; open != nullptr && state.next >= 0;) {
+      state.index = std::exchange(state.next, -1);
+      state.selectedIn = nullptr;
+      open->press(state.index, true);
+      openPopup(*open);
+      open = MenuBar::of(state.bar);
+      if (open) open->press(state.index, false);
+    }
+  }
+  walk = nullptr;
+}
+
+void noteMenuSelection(HMENU menu, UINT flags) {
+  if (!walk) return;
+  walk->selectedIn = (flags & kMenuClosed) == kMenuClosed && !menu ? nullptr : menu;
+  walk->selectedFlags = flags;
+}
+
+}  // namespace pocketshell

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <windows.h>
+
+namespace pocketshell {
+
+/// The button at the right end of a menu bar that raises the input panel and puts it down.
+namespace PanelButton {
+
+/// Makes one, if the user wants the panel at all.
+void create(HWND menuBar);
+/// Puts the bar's button, if it has one, in its place.
+void layOut(HWND menuBar);
+/// Shows whether the panel is up.
+void refresh(HWND menuBar);
+
+}  // namespace PanelButton
+
+}  // namespace pocketshell

@@ -1,0 +1,184 @@
+#include "platform/pocketshell/panel_window.h"
+
+#include <windowsx.h>
+
+#include <array>
+#include <optional>
+#include <utility>
+
+#include "platform/pocketshell/input_panel.h"
+#include "platform/pocketshell/module.h"
+#include "platform/pocketshell/owners.h"
+#include "platform/pocketshell/panel_keys.h"
+#include "platform/pocketshell/present_zoom.h"
+#include "platform/pocketshell/zoom_figures.h"
+
+namespace pocketshell {
+
+namespace {
+
+constexpr wchar_t kClassName[] = L"Pocket Shell Input Panel";
+
+HWND panelWindow = nullptr;
+PanelShift shift;
+std::optional<std::size_t> pressedKey;
+
+std::optional<std::size_t> keyAt(LPARAM lParam) {
+  const int zoom = presentZoom();
+  const std::vector<PanelKey>& keys = panelKeys();
+  // By the edges on the monitor, as they are drawn.
+  for (std::size_t i = 0; i < keys.size(); ++i) {
+    const RECT place = toMonitor(keys[i].place, zoom);
+    if (PtInRect(&place, {GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)})) return i;
+  }
+  return std::nullopt;
+}
+
+void type(const PanelKey& key) {
+  const HWND target = GetFocus();
+  if (!target) return;
+  if (key.kind == PanelKey::Kind::character) {
+    PostMessageW(target, WM_CHAR, characterOf(key, shift), 1);
+  } else if (key.kind == PanelKey::Kind::stroke) {
+    PostMessageW(target, WM_KEYDOWN, key.stroke, 1);
+    PostMessageW(target, WM_KEYUP, key.stroke, static_cast<LPARAM>(0xC0000001));
+  }
+}
+
+bool isSunken(const PanelKey& key, std::size_t index) {
+  return pressedKey == index || (key.kind == PanelKey::Kind::shift && shift.shift) ||
+         (key.kind == PanelKey::Kind::lock && shift.lock);
+}
+
+void drawKey(HDC dc, const PanelKey& key, bool sunken) {
+  RECT place = toMonitor(key.place, presentZoom());
+  DrawFrameControl(dc, &place, DFC_BUTTON, DFCS_BUTTONPUSH | (sunken ? DFCS_PUSHED : 0U));
+  const std::array<wchar_t, 2> character = {characterOf(key, shift), 0};
+  const wchar_t* const label = key.kind == PanelKey::Kind::character ? character.data() : key.label;
+  if (sunken) OffsetRect(&place, 1, 1);
+  DrawTextW(dc, label, -1, &place, DT_CENTER | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX);
+}
+
+void drawKeys(HDC dc) {
+  const HGDIOBJ font = SelectObject(dc, presentFont());
+  SetBkMode(dc, TRANSPARENT);
+  SetTextColor(dc, GetSysColor(COLOR_BTNTEXT));
+  const std::vector<PanelKey>& keys = panelKeys();
+  for (std::size_t i = 0; i < keys.size(); ++i) drawKey(dc, keys[i], isSunken(keys[i], i));
+  SelectObject(dc, font);
+}
+
+LRESULT paint(HWND window, WPARAM, LPARAM) {
+  PAINTSTRUCT paintStruct;
+  const HDC dc = BeginPaint(window, &paintStruct);
+  if (!dc) return 0;
+  RECT client{};
+  GetClientRect(window, &client);
+  const int width = static_cast<int>(client.right);
+  const int height = static_cast<int>(client.bottom);
+  const OwnedMemoryDc buffer(CreateCompatibleDC(dc));
+  const OwnedBitmap bitmap(CreateCompatibleBitmap(dc, width, height));
+  const HGDIOBJ before = SelectObject(buffer.get(), bitmap.get());
+  FillRect(buffer.get(), &client, GetSysColorBrush(COLOR_BTNFACE));
+  drawKeys(buffer.get());
+  BitBlt(dc, 0, 0, width, height, buffer.get(), 0, 0, SRCCOPY);
+  SelectObject(buffer.get(), before);
+  EndPaint(window, &paintStruct);
+  return 0;
+}
+
+LRESULT pressed(HWND window, WPARAM, LPARAM lParam) {
+  pressedKey = keyAt(lParam);
+  SetCapture(window);
+  InvalidateRect(window, nullptr, FALSE);
+  return 0;
+}
+
+LRESULT released(HWND window, WPARAM, LPARAM lParam) {
+  const auto key = std::exchange(pressedKey, std::nullopt);
+  if (GetCapture() == window) ReleaseCapture();
+  if (key && key == keyAt(lParam)) {
+    type(panelKeys()[*key]);
+    shift = shiftAfter(panelKeys()[*key], shift);
+  }
+  InvalidateRect(window, nullptr, FALSE);
+  return 0;
+}
+
+LRESULT captureLost(HWND window, WPARAM, LPARAM) {
+  pressedKey.reset();
+  InvalidateRect(window, nullptr, FALSE);
+  return 0;
+}
+
+LRESULT refuseActivation(HWND, WPARAM, LPARAM) {
+  return MA_NOACTIVATE;
+}
+
+LRESULT stayInBackground(HWND, WPARAM, LPARAM) {
+  return 1;
+}
+
+LRESULT destroyed(HWND window, WPARAM, LPARAM) {
+  if (panelWindow == window) {
+    panelWindow = nullptr;
+    InputPanel::ownerGone();
+  }
+  return 0;
+}
+
+LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+  struct Row {
+    UINT message;
+    LRESULT (*handler)(HWND, WPARAM, LPARAM);
+  };
+  static constexpr std::array kRows = {
+      Row{WM_PAINT, paint},
+      Row{WM_ERASEBKGND, stayInBackground},
+      Row{WM_LBUTTONDOWN, pressed},
+      Row{WM_LBUTTONUP, released},
+      Row{WM_CAPTURECHANGED, captureLost},
+      Row{WM_MOUSEACTIVATE, refuseActivation},
+      Row{WM_NCDESTROY, destroyed},
+  };
+  for (const Row& row : kRows) {
+    if (row.message == message) return row.handler(window, wParam, lParam);
+  }
+  return DefWindowProcW(window, message, wParam, lParam);
+}
+
+void create(HWND owner) {
+  WNDCLASSW description{};
+  description.lpfnWndProc = procedure;
+  description.hInstance = thisModule();
+  description.hCursor = LoadCursorW(nullptr, IDC_ARROW);
+  description.lpszClassName = kClassName;
+  RegisterClassW(&description);  // fails but for the first
+  panelWindow = CreateWindowExW(WS_EX_NOACTIVATE | WS_EX_TOOLWINDOW, kClassName, L"", WS_POPUP, 0, 0, 0, 0,
+                                owner, nullptr, thisModule(), nullptr);
+}
+
+}  // namespace
+
+HWND PanelWindow::window() {
+  return panelWindow;
+}
+
+void PanelWindow::show(HWND owner, const RECT& place, bool visible) {
+  if (panelWindow && GetWindow(panelWindow, GW_OWNER) != owner) hide();
+  if (!panelWindow) create(owner);
+  if (!panelWindow) return;
+  SetWindowPos(panelWindow, HWND_TOP, static_cast<int>(place.left), static_cast<int>(place.top),
+               static_cast<int>(place.right - place.left), static_cast<int>(place.bottom - place.top),
+               SWP_NOACTIVATE | SWP_NOOWNERZORDER | (visible ? SWP_SHOWWINDOW : SWP_HIDEWINDOW));
+}
+
+void PanelWindow::hide() {
+  if (const HWND window = std::exchange(panelWindow, nullptr)) DestroyWindow(window);
+}
+
+void PanelWindow::redraw() {
+  if (panelWindow) InvalidateRect(panelWindow, nullptr, FALSE);
+}
+
+}  // namespace pocketshell

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <windows.h>
+
+namespace pocketshell {
+
+/// The window of the input panel: it draws the keys and types them. There is at most one.
+namespace PanelWindow {
+
+/// Puts it at a place of the monitor above its owner, in which is typed; made when it is not there or was
+/// made for another owner.
+void show(HWND owner, const RECT& place, bool visible);
+/// Destroys it.
+void hide();
+void redraw();
+/// Null when there is none.
+HWND window();
+
+}  // namespace PanelWindow
+
+}  // namespace pocketshell

@@ -1,0 +1,48 @@
+#include "platform/pocketshell/shell_settings.h"
+
+#include "platform/pocketshell/owners.h"
+#include "platform/pocketshell/zoom_figures.h"
+
+namespace pocketshell {
+
+namespace {
+
+constexpr wchar_t kKey[] = L"Software\\MorvaleSoftware\\Pocket Shell";
+constexpr wchar_t kZoomValue[] = L"Zoom";
+constexpr wchar_t kPanelValue[] = L"InputPanel";
+
+DWORD readNumber(const wchar_t* name) {
+  DWORD number = 0;
+  DWORD size = sizeof(number);
+  if (RegGetValueW(HKEY_CURRENT_USER, kKey, name, RRF_RT_REG_DWORD, nullptr, &number, &size) !=
+      ERROR_SUCCESS) {
+    return 0;
+  }
+  return number;
+}
+
+}  // namespace
+
+int readZoomSetting() {
+  const DWORD percent = readNumber(kZoomValue);
+  return percent <= kLargestZoom && isZoom(static_cast<int>(percent)) ? static_cast<int>(percent) : 0;
+}
+
+bool writeZoomSetting(int percent) {
+  HKEY opened = nullptr;
+  if (RegCreateKeyExW(HKEY_CURRENT_USER, kKey, 0, nullptr, 0, KEY_SET_VALUE, nullptr, &opened, nullptr) !=
+      ERROR_SUCCESS) {
+    return false;
+  }
+  const OwnedKey key(opened);
+  const auto number = static_cast<DWORD>(percent);
+  return RegSetValueExW(key.get(), kZoomValue, 0, REG_DWORD, reinterpret_cast<const BYTE*>(&number),
+                        sizeof(number)) == ERROR_SUCCESS;
+}
+
+PanelPolicy readPanelPolicy() {
+  const auto policy = static_cast<PanelPolicy>(readNumber(kPanelValue));
+  return policy == PanelPolicy::asHandheld || policy == PanelPolicy::never ? policy : PanelPolicy::automatic;
+}
+
+}  // namespace pocketshell

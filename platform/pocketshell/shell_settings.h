@@ -1,0 +1,23 @@
+#pragma once
+
+#include <windows.h>
+
+/// What the user has set for the shell, in the registry of the current user under
+/// "Software\MorvaleSoftware\Pocket Shell".
+namespace pocketshell {
+
+enum class PanelPolicy : DWORD {
+  automatic = 0,  ///< for users with a touch screen
+  asHandheld = 1,
+  never = 2,
+};
+
+/// "Zoom" in per cent, 0 for the monitor's own, which is also what a value out of range means.
+int readZoomSetting();
+/// False when it can't be written.
+bool writeZoomSetting(int percent);
+
+/// "InputPanel"; what is missing or not understood means automatic.
+PanelPolicy readPanelPolicy();
+
+}  // namespace pocketshell

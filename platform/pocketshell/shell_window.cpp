@@ -1,0 +1,190 @@
+#include "platform/pocketshell/shell_window.h"
+
+#include <algorithm>
+#include <array>
+
+#include "platform/pocketshell/handheld_windows.h"
+#include "platform/pocketshell/input_panel.h"
+#include "platform/pocketshell/menu_bar.h"
+#include "platform/pocketshell/menu_keys.h"
+#include "platform/pocketshell/menu_walk.h"
+#include "platform/pocketshell/present_zoom.h"
+#include "platform/pocketshell/shell_settings.h"
+#include "platform/pocketshell/zoom_change.h"
+#include "platform/pocketshell/zoom_figures.h"
+#include "platform/pocketshell/zoom_menu.h"
+
+namespace pocketshell {
+
+namespace {
+
+constexpr UINT kSystemCommandMask = 0xFFF0;
+
+SIZE sizeOf(const RECT& rectangle) {
+  return {rectangle.right - rectangle.left, rectangle.bottom - rectangle.top};
+}
+
+/// `low` within [first, last - length], and at `first` when it does not fit.
+LONG keptWithin(LONG low, LONG length, LONG first, LONG last) {
+  return std::max(first, std::min(low, last - length));
+}
+
+}  // namespace
+
+SIZE shellFrameSize() {
+  RECT frame{};
+  AdjustWindowRectEx(&frame, kShellWindowStyle, FALSE, 0);
+  return sizeOf(frame);
+}
+
+int automaticZoomOfWindows() {
+  HWND frame = nullptr;
+  EnumThreadWindows(
+      GetCurrentThreadId(),
+      [](HWND window, LPARAM found) -> BOOL {
+        const ShellWindow* const shell = ShellWindow::of(window);
+        if (!shell || !shell->isFrame()) return TRUE;
+        *reinterpret_cast<HWND*>(found) = window;
+        return FALSE;
+      },
+      reinterpret_cast<LPARAM>(&frame));
+  return zoomOfMonitor(MonitorFromWindow(frame, MONITOR_DEFAULTTOPRIMARY));
+}
+
+MenuBar* ShellWindow::menuBar() const {
+  MenuBar* const bar = MenuBar::of(menuBar_);
+  return bar && bar->parent() == window() ? bar : nullptr;
+}
+
+void ShellWindow::becomeFrame() {
+  isFrame_ = true;
+  zoomMenu_ = addZoomMenu(window());
+}
+
+void ShellWindow::fitToZoom() {
+  RECT outer{};
+  RECT client{};
+  GetWindowRect(window(), &outer);
+  GetClientRect(window(), &client);
+  const SIZE present = sizeOf(outer);
+  // Minimised, there is no client area to measure the frame by.
+  const SIZE frame =
+      client.right > 0 ? SIZE{present.cx - client.right, present.cy - client.bottom} : shellFrameSize();
+  const int zoom = presentZoom();
+  const SIZE wanted = {toMonitor(kScreenWidth, zoom) + frame.cx, toMonitor(kWorkAreaHeight, zoom) + frame.cy};
+  MONITORINFO monitor{};
+  monitor.cbSize = sizeof(monitor);
+  POINT origin = {outer.left, outer.top};
+  if (GetMonitorInfoW(MonitorFromWindow(window(), MONITOR_DEFAULTTONEAREST), &monitor)) {
+    origin.x = keptWithin(outer.left, wanted.cx, monitor.rcWork.left, monitor.rcWork.right);
+    origin.y = keptWithin(outer.top, wanted.cy, monitor.rcWork.top, monitor.rcWork.bottom);
+  }
+  SetWindowPos(window(), nullptr, static_cast<int>(origin.x), static_cast<int>(origin.y),
+               static_cast<int>(wanted.cx), static_cast<int>(wanted.cy), SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+LRESULT ShellWindow::positionChanged(UINT message, WPARAM wParam, LPARAM lParam) {
+  if (MenuBar* const bar = menuBar()) bar->layOut();
+  InputPanel::follow();
+  return passOn(message, wParam, lParam);
+}
+
+LRESULT ShellWindow::notified(UINT message, WPARAM wParam, LPARAM lParam) {
+  const auto& header = *reinterpret_cast<const NMHDR*>(lParam);
+  MenuBar* const bar = menuBar();
+  if (!bar || header.hwndFrom != bar->window() || header.code != static_cast<UINT>(TBN_DROPDOWN)) {
+    return passOn(message, wParam, lParam);
+  }
+  const int index = bar->indexOfCommand(reinterpret_cast<const NMTOOLBARW&>(header).iItem);
+  if (index < 0) return passOn(message, wParam, lParam);
+  MenuKeys::leave();
+  walkMenus(*bar, index, false);
+  return TBDDRET_DEFAULT;
+}
+
+LRESULT ShellWindow::systemCommandGiven(UINT message, WPARAM wParam, LPARAM lParam) {
+  if (const auto zoom = zoomOfCommand(static_cast<UINT>(wParam))) {
+    HandheldSetZoom(*zoom);
+    return 0;
+  }
+  MenuBar* const bar = menuBar();
+  if ((wParam & kSystemCommandMask) != SC_KEYMENU || !bar || IsIconic(window())) {
+    return passOn(message, wParam, lParam);
+  }
+  if (lParam == 0) {
+    MenuKeys::enter(*bar);
+    return 0;
+  }
+  const int index = bar->indexOfMnemonic(static_cast<wchar_t>(lParam));
+  if (index < 0) return passOn(message, wParam, lParam);
+  walkMenus(*bar, index, true);
+  return 0;
+}
+
+LRESULT ShellWindow::popupOpening(UINT message, WPARAM wParam, LPARAM lParam) {
+  const auto popup = reinterpret_cast<HMENU>(wParam);
+  if (zoomMenu_ && popup == zoomMenu_) markZoom(zoomMenu_, readZoomSetting());
+  return passOn(message, wParam, lParam);
+}
+
+LRESULT ShellWindow::itemSelected(UINT message, WPARAM wParam, LPARAM lParam) {
+  noteMenuSelection(reinterpret_cast<HMENU>(lParam), HIWORD(wParam));
+  return passOn(message, wParam, lParam);
+}
+
+LRESULT ShellWindow::resolutionChanged(UINT message, WPARAM wParam, LPARAM lParam) {
+  if (isFrame_ && readZoomSetting() == 0) {
+    const auto& suggested = *reinterpret_cast<const RECT*>(lParam);
+    SetWindowPos(window(), nullptr, static_cast<int>(suggested.left), static_cast<int>(suggested.top), 0, 0,
+                 SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+    changeZoom(automaticZoomOfWindows());
+  }
+  return passOn(message, wParam, lParam);
+}
+
+LRESULT ShellWindow::leftMenu(UINT message, WPARAM wParam, LPARAM lParam) {
+  MenuKeys::leave();
+  return passOn(message, wParam, lParam);
+}
+
+LRESULT ShellWindow::activationChanged(UINT message, WPARAM wParam, LPARAM lParam) {
+  if (LOWORD(wParam) == WA_INACTIVE) MenuKeys::leave();
+  return passOn(message, wParam, lParam);
+}
+
+LRESULT ShellWindow::destroyed(UINT message, WPARAM wParam, LPARAM lParam) {
+  InputPanel::leave(window());
+  return passOn(message, wParam, lParam);
+}
+
+LRESULT ShellWindow::answer(UINT message, WPARAM wParam, LPARAM lParam) {
+  struct Row {
+    UINT message;
+    LRESULT (ShellWindow::*handler)(UINT, WPARAM, LPARAM);
+  };
+  static constexpr std::array kRows = {
+      Row{WM_WINDOWPOSCHANGED, &ShellWindow::positionChanged},
+      Row{WM_NOTIFY, &ShellWindow::notified},
+      Row{WM_SYSCOMMAND, &ShellWindow::systemCommandGiven},
+      Row{WM_INITMENUPOPUP, &ShellWindow::popupOpening},
+      Row{WM_MENUSELECT, &ShellWindow::itemSelected},
+      Row{WM_DPICHANGED, &ShellWindow::resolutionChanged},
+      Row{WM_CANCELMODE, &ShellWindow::leftMenu},
+      Row{WM_ACTIVATE, &ShellWindow::activationChanged},
+      Row{WM_DESTROY, &ShellWindow::destroyed},
+  };
+  for (const Row& row : kRows) {
+    if (row.message == message) return (this->*row.handler)(message, wParam, lParam);
+  }
+  if (message == MenuKeys::keyMessage()) {
+    MenuKeys::keyPressed(wParam);
+    return 0;
+  }
+  if (message == InputPanel::restoreMessage()) {
+    InputPanel::restore();
+    return 0;
+  }
+  return passOn(message, wParam, lParam);
+}
+
+}  // namespace pocketshell

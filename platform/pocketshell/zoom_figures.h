@@ -1,0 +1,51 @@
+#pragma once
+
+#include <windows.h>
+
+#include <cstdint>
+#include <optional>
+
+/// The arithmetic of the zoom, in per cent. A rectangle is converted by its edges, so that what touches
+/// on the handheld touches at every zoom.
+namespace pocketshell {
+
+inline constexpr int kNormalZoom = 100;
+inline constexpr int kLargestZoom = 400;
+
+/// The handheld's screen, and what caption and menu bar take of it.
+inline constexpr int kScreenWidth = 240;
+inline constexpr int kScreenHeight = 320;
+inline constexpr int kCaptionHeight = 26;
+inline constexpr int kMenuBarHeight = 26;
+inline constexpr int kWorkAreaHeight = kScreenHeight - kCaptionHeight;
+
+bool isZoom(int percent);
+
+/// Rounds to the nearest, away from zero between two.
+int toMonitor(int handheldPixels, int zoom);
+int fromMonitor(int monitorPixels, int zoom);
+RECT toMonitor(const RECT& handheld, int zoom);
+RECT fromMonitor(const RECT& monitor, int zoom);
+
+/// The largest zoom at most that of the monitor's dots per inch, in steps of 25, with which the
+/// handheld's work area in a frame of `frame` pixels fits into `workArea`.
+int automaticZoom(int dotsPerInch, SIZE workArea, SIZE frame);
+
+/// Where a window was told to be, in handheld pixels.
+struct Place {
+  int x = 0;
+  int y = 0;
+  int width = 0;
+  int height = 0;
+
+  RECT rectangle() const { return {x, y, x + width, y + height}; }
+  bool operator==(const Place&) const = default;
+};
+
+/// A place in one number that is never 0, as a window's property can hold. Figures beyond +-16383 are
+/// brought to it.
+std::uint64_t packPlace(const Place& place);
+/// Nothing from 0.
+std::optional<Place> unpackPlace(std::uint64_t packed);
+
+}  // namespace pocketshell
