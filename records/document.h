@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <string>
 
 #include "base/name_list.h"
 #include "base/string.h"
@@ -10,6 +11,7 @@
 #include "records/availability.h"
 #include "records/command_bar.h"
 #include "records/pages.h"
+#include "records/user_prompts.h"
 #include "records/view_mode.h"
 
 /// What a Document works with in the window. It owns the two lists of names; the rest belongs to the
@@ -20,7 +22,11 @@ struct DocumentPages {
   RecordGrid& grid;
   FormPage& form;
   CommandBar& bar;
+  UserPrompts& prompts;
 };
+
+/// How a command ended.
+enum class CommandResult { done, failed, cancelled };
 
 /// What a session leaves to be reopened.
 enum class RestoreResult : std::uint32_t {
@@ -53,6 +59,25 @@ class Document {
   /// database is open or the connection would not close.
   int closeDatabase();
 
+  // The commands of the File, Tables and Queries menus (document_files.cpp). They tell the user themselves
+  // what can't be done.
+
+  /// The user chooses the file. After a failure, and after newDatabaseCommand in every case but success, no
+  /// database is open.
+  CommandResult openDatabaseCommand();
+  CommandResult newDatabaseCommand();
+  /// The file that is open is refused.
+  CommandResult deleteDatabaseCommand();
+  /// The table, or the saved query, that is chosen on its page.
+  CommandResult deleteTableCommand();
+  CommandResult deleteQueryCommand();
+  /// `columns` as Database::createTable takes it. The new table is selected on the Tables page.
+  bool createTable(const String& name, const String& columns);
+  /// Shows the saved queries anew after one was added or changed.
+  void reloadQueries();
+
+  Database& database() { return database_; }
+  const NameList& tableNames() const { return tableNames_; }
   bool isDatabaseOpen() const { return databaseOpen_; }
   const String& databasePath() const { return databasePath_; }
   const String& tableName() const { return tableName_; }
@@ -95,14 +120,27 @@ class Document {
   int moveLastRecord();
   int moveNextRecord();
   int movePreviousRecord();
+  /// To a record whose number the user gives.
+  int goToRecordNumber();
   int nextFormPage();
   int previousFormPage();
 
   /// Writes the current record if the user changed it on the form, or if it is new. Always 1.
   int commitCurrentRecord();
+  /// Before anything that leaves the record on the form: stores it. When the store refuses it the user is
+  /// told why and asked whether to discard what was typed; false when not, and the form stays as it is.
+  bool finishEditing();
   /// Shows the current record on the form, and the position. Nothing happens when no database is open;
   /// without records only the position is written.
   void loadRecord();
+
+  // ---- New and deleted records (document_records.cpp). Each returns 0 and tells the user itself what
+  // can't be done.
+
+  /// On the form only.
+  int newRecord();
+  /// On the form and in the grid.
+  int deleteRecord();
 
   // ---- What the menus and toolbars show (document_bars.cpp)
 
@@ -156,6 +194,18 @@ class Document {
   bool canLeaveRecord() const { return true; }
   /// The count of the former recordset outlasts one that did not open.
   std::uint32_t openRecordCount() const { return recordsetOpen_ ? database_.recordCount() : 0; }
+  void refuse(PromptOwner owner, const wchar_t* text);
+  void tellFailure(const std::wstring& what);
+  bool confirmDeletion(const std::wstring& what);
+  CommandResult openChosen(const String& path);
+  bool storeRecord();
+  void tellClearedFields();
+  void addRecord();
+  bool isRecordsetUpdatable() const;
+  bool mayDelete();
+  void tellNotDeleted();
+  void deleteOnForm();
+  void deleteInGrid();
   template <typename Move>
   void moveOnForm(Move move);
   void selectInGrid(std::uint32_t position);

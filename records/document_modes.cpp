@@ -38,6 +38,7 @@ void Document::leaveMode() {
       repositionFromList_ = false;
       // There was nothing to choose on that page: the last table stays in use.
       if (queryNames_.isEmpty() && !tableNames_.isEmpty()) {
+        if (tableName_.isEmpty()) selectFirstTable();
         sqlPending_ = true;
         buildTableSql();
       }

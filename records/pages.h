@@ -33,6 +33,8 @@ class NamesPage {
   /// The text of an item, cut at 99 characters; empty for an index that is no item's.
   virtual String itemText(int index) = 0;
   virtual void setStyle(NameStyle style) = 0;
+  /// The item that was chosen last, -1 for none.
+  virtual int selectedIndex() const = 0;
   /// The states of the page's buttons, which a new toolbar does not have yet.
   virtual void updateCommandButtons() = 0;
 };

@@ -1,0 +1,133 @@
+// The commands for whole databases, tables and saved queries.
+#include <windows.h>
+
+#include <algorithm>
+#include <string>
+
+#include "records/document.h"
+
+namespace {
+
+constexpr wchar_t kCaption[] = L"Quivane";
+
+/// File names differ in more than letter case.
+bool isSameFile(const String& one, const String& other) {
+  return CompareStringOrdinal(one.text(), -1, other.text(), -1, TRUE) == CSTR_EQUAL;
+}
+
+}  // namespace
+
+void Document::tellFailure(const std::wstring& what) {
+  const std::wstring text = what + L"\n" + database_.refusalText().text();
+  refuse(PromptOwner::mainWindow, text.c_str());
+}
+
+bool Document::confirmDeletion(const std::wstring& what) {
+  const std::wstring text = L"Are you sure you want to delete " + what + L" ?";
+  return pages_.prompts.showMessage(PromptOwner::tabControl, text.c_str(), kCaption,
+                                    MB_YESNO | MB_SETFOREGROUND) == IDYES;
+}
+
+// ---- Databases
+
+CommandResult Document::openDatabaseCommand() {
+  const std::optional<String> path = pages_.prompts.chooseFile(FileChoice::open);
+  if (!path) return CommandResult::cancelled;
+  if (!finishEditing()) return CommandResult::cancelled;
+  closeDatabase();
+  return openChosen(*path);
+}
+
+CommandResult Document::newDatabaseCommand() {
+  if (!finishEditing()) return CommandResult::cancelled;
+  closeDatabase();
+  const std::optional<String> path = pages_.prompts.chooseFile(FileChoice::create);
+  if (!path) return CommandResult::cancelled;
+  if (!database_.createDatabase(*path)) {
+    tellFailure(std::wstring(L"Database ") + path->text() + L" could not be created.");
+    return CommandResult::failed;
+  }
+  return openChosen(*path);
+}
+
+CommandResult Document::openChosen(const String& path) {
+  if (openDatabase(path)) return CommandResult::done;
+  tellFailure(std::wstring(L"Database ") + path.text() + L" could not be opened.");
+  return CommandResult::failed;
+}
+
+CommandResult Document::deleteDatabaseCommand() {
+  const std::optional<String> path = pages_.prompts.chooseFile(FileChoice::remove);
+  if (!path) return CommandResult::cancelled;
+  if (database_.isOpen() && isSameFile(*path, databasePath_)) {
+    const std::wstring text =
+        std::wstring(L"Database ") + path->text() + L" cannot be deleted\nas it is currently open!";
+    pages_.prompts.showMessage(PromptOwner::none, text.c_str(), kCaption, MB_SETFOREGROUND);
+    return CommandResult::failed;
+  }
+  if (!confirmDeletion(std::wstring(L"database file ") + path->text())) return CommandResult::cancelled;
+  if (database_.dropOtherDatabase(*path)) return CommandResult::done;
+  tellFailure(std::wstring(L"Database ") + path->text() + L" could not be deleted.");
+  return CommandResult::failed;
+}
+
+// ---- Tables
+
+CommandResult Document::deleteTableCommand() {
+  if (!database_.isOpen() || viewMode_ != ViewMode::tables) return CommandResult::cancelled;
+  // While a query is in use the page still shows which table was chosen last.
+  if (tableName_.isEmpty()) openTableSelection(pages_.tables->selectedIndex());
+  if (tableName_.isEmpty()) return CommandResult::failed;
+  const String name = tableName_;
+  if (!confirmDeletion(std::wstring(L"table '") + name.text() + L"'")) return CommandResult::cancelled;
+  database_.closeRecordset();
+  recordsetOpen_ = false;
+  if (!database_.dropTable(name)) {
+    sqlPending_ = true;
+    tellFailure(std::wstring(L"Table '") + name.text() + L"' could not be deleted.");
+    return CommandResult::failed;
+  }
+  sqlPending_ = false;
+  tableName_.clear();
+  sqlText_.clear();
+  database_.listTables(tableNames_);
+  pages_.tables->fill(tableNames_, Positioning::previous, String());
+  updateCommandBar();
+  return CommandResult::done;
+}
+
+bool Document::createTable(const String& name, const String& columns) {
+  if (!database_.createTable(name, columns)) {
+    tellFailure(std::wstring(L"Table '") + name.text() + L"' could not be created.");
+    return false;
+  }
+  database_.listTables(tableNames_);
+  pages_.tables->fill(tableNames_, Positioning::byName, name);
+  updateCommandBar();
+  return true;
+}
+
+// ---- Saved queries
+
+CommandResult Document::deleteQueryCommand() {
+  if (!database_.isOpen() || viewMode_ != ViewMode::queries) return CommandResult::cancelled;
+  const int index = pages_.queries->selectedIndex();
+  const String name = pages_.queries->itemText(index);
+  if (name.isEmpty()) return CommandResult::failed;
+  if (!confirmDeletion(std::wstring(L"query '") + name.text() + L"'")) return CommandResult::cancelled;
+  if (!database_.deleteQuery(static_cast<std::uint32_t>(index))) {
+    tellFailure(std::wstring(L"Query '") + name.text() + L"' could not be deleted.");
+    return CommandResult::failed;
+  }
+  reloadQueries();
+  return CommandResult::done;
+}
+
+void Document::reloadQueries() {
+  database_.listQueries(queryNames_);
+  const int last = static_cast<int>(queryNames_.size()) - 1;
+  if (pages_.queries->selectedIndex() > last) pages_.queries->setSelectedIndex(std::max(last, 0));
+  if (queryNames_.isEmpty()) queryName_.clear();
+  pages_.queries->fill(queryNames_);
+  updateCommandBar();
+}
