@@ -188,12 +188,16 @@ void PanelWindow::show(HWND owner, const RECT& place, bool visible) {
   if (panelWindow && GetWindow(panelWindow, GW_OWNER) != owner) hide();
   if (!panelWindow) create(owner);
   if (!panelWindow) return;
-  // An owned window is above its owner anyway, but only for this system: where another manages the
-  // windows of the screen, nothing less than a change brings it up.
-  SetWindowPos(panelWindow, HWND_TOPMOST, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
-  SetWindowPos(panelWindow, HWND_NOTOPMOST, static_cast<int>(place.left), static_cast<int>(place.top),
+  SetWindowPos(panelWindow, nullptr, static_cast<int>(place.left), static_cast<int>(place.top),
                static_cast<int>(place.right - place.left), static_cast<int>(place.bottom - place.top),
-               SWP_NOACTIVATE | SWP_NOOWNERZORDER | (visible ? SWP_SHOWWINDOW : SWP_HIDEWINDOW));
+               SWP_NOACTIVATE | SWP_NOZORDER | (visible ? SWP_SHOWWINDOW : SWP_HIDEWINDOW));
+}
+
+void PanelWindow::lift() {
+  constexpr UINT kFlags = SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE | SWP_NOOWNERZORDER;
+  if (!panelWindow) return;
+  SetWindowPos(panelWindow, HWND_TOPMOST, 0, 0, 0, 0, kFlags);
+  SetWindowPos(panelWindow, HWND_NOTOPMOST, 0, 0, 0, 0, kFlags);
 }
 
 void PanelWindow::hide() {
