@@ -32,12 +32,10 @@ String normalisedPath(const String& commandLine) {
 }
 
 void openCommandLineDatabase(const String& path) {
-  theDocument->closeDatabase();
-  if (!theDocument->openDatabase(path)) {
+  if (theDocument->closeDatabase() == 0) switchPage(kNoPage);
+  if (theDocument->openDatabase(path)) {
+    showDatabasePage();
+  } else {
     tellNotOpened(path);
-    return;
   }
-  currentPage = kNoPage;
-  switchPage(kTablesPageIndex);
-  selectTab(kTablesPageIndex);
 }

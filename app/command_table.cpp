@@ -1,7 +1,9 @@
 #include "app/command_table.h"
 
 #include "app/program_state.h"
+#include "app/tab_pages.h"
 #include "resources/command_ids.h"
+#include "views/focused_edit.h"
 
 namespace {
 
@@ -11,6 +13,52 @@ struct CommandRow {
   WORD id;
   CommandHandler handler;
 };
+
+LRESULT closeDatabase(HWND, WORD, LPARAM, WORD) {
+  if (theDocument->closeDatabase() == 0) switchPage(kNoPage);
+  return 0;
+}
+
+LRESULT showPreviousFormPage(HWND, WORD, LPARAM, WORD) {
+  return theDocument->previousFormPage();
+}
+
+LRESULT showNextFormPage(HWND, WORD, LPARAM, WORD) {
+  return theDocument->nextFormPage();
+}
+
+LRESULT editRecord(HWND, WORD, LPARAM, WORD) {
+  showPage(kFormPageIndex);
+  return 0;
+}
+
+LRESULT copySelection(HWND, WORD, LPARAM, WORD) {
+  focusededit::copy();
+  return 0;
+}
+
+LRESULT cutSelection(HWND, WORD, LPARAM, WORD) {
+  focusededit::cut();
+  return 0;
+}
+
+LRESULT pasteClipboard(HWND, WORD, LPARAM, WORD) {
+  focusededit::paste();
+  return 0;
+}
+
+LRESULT undoEdit(HWND, WORD, LPARAM, WORD) {
+  if (focusededit::canUndo()) focusededit::undo();
+  return 0;
+}
+
+LRESULT toggleFormScroll(HWND, WORD, LPARAM, WORD) {
+  constexpr int kScrolledMax = 4;
+  static bool scrolls = false;
+  scrolls = !scrolls;
+  SetScrollRange(formWrapperWindow, SB_VERT, 0, scrolls ? kScrolledMax : 0, TRUE);
+  return 0;
+}
 
 LRESULT exitProgram(HWND, WORD, LPARAM, WORD) {
   PostQuitMessage(0);
@@ -70,10 +118,18 @@ LRESULT showNextColumn(HWND, WORD, LPARAM, WORD) {
 
 constexpr CommandRow kCommands[] = {
     {ID_EXIT, exitProgram},
+    {ID_DATABASE_CLOSE, closeDatabase},
+    {ID_PAGE_PREVIOUS, showPreviousFormPage},
+    {ID_PAGE_NEXT, showNextFormPage},
     {ID_RECORD_FIRST, moveFirstRecord},
     {ID_RECORD_LAST, moveLastRecord},
     {ID_RECORD_NEXT, moveNextRecord},
     {ID_RECORD_PREVIOUS, movePreviousRecord},
+    {ID_RECORD_EDIT, editRecord},
+    {ID_COPY, copySelection},
+    {ID_CUT, cutSelection},
+    {ID_PASTE, pasteClipboard},
+    {ID_UNDO, undoEdit},
     {ID_VIEW_LARGE_ICONS, showLargeIcons},
     {ID_VIEW_SMALL_ICONS, showSmallIcons},
     {ID_VIEW_LIST, showList},
@@ -81,6 +137,7 @@ constexpr CommandRow kCommands[] = {
     {ID_COLUMNS_FIT, fitColumns},
     {ID_COLUMN_PREVIOUS, showPreviousColumn},
     {ID_COLUMN_NEXT, showNextColumn},
+    {ID_FORM_SCROLL_RANGE, toggleFormScroll},
 };
 
 }  // namespace

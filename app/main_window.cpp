@@ -5,19 +5,29 @@
 #include <array>
 
 #include "app/command_table.h"
+#include "app/context_menus.h"
+#include "app/help.h"
+#include "app/messages.h"
+#include "app/page_layout.h"
 #include "app/program_state.h"
-#include "app/screen.h"
+#include "app/start_page.h"
 #include "app/tab_pages.h"
+#include "platform/pocketshell/handheld_windows.h"
 #include "resources/resource_ids.h"
+#include "views/current_dialog.h"
 #include "views/message_table.h"
 #include "views/name_list_view.h"
 
 namespace {
 
-constexpr DWORD kStyle = WS_OVERLAPPED | WS_CAPTION | WS_SYSMENU | WS_MINIMIZEBOX | WS_CLIPCHILDREN;
-
 /// The control that had the focus when the window was last left.
 HWND lastFocus = nullptr;
+
+LRESULT windowCreated(HWND window, UINT, WPARAM, LPARAM) {
+  if (!theCommandBar->create(window)) return -1;
+  theCommandBar->apply(databaseStates({.open = false}));
+  return 0;
+}
 
 LRESULT commandGiven(HWND window, UINT, WPARAM wParam, LPARAM lParam) {
   return runCommand(window, LOWORD(wParam), lParam, HIWORD(wParam));
@@ -25,13 +35,39 @@ LRESULT commandGiven(HWND window, UINT, WPARAM wParam, LPARAM lParam) {
 
 LRESULT windowDestroyed(HWND, UINT, WPARAM, LPARAM) {
   if (theDocument) theDocument->closeDatabase();
+  theCommandBar->destroy();
   destroyTabImages();
   PostQuitMessage(0);
   return 0;
 }
 
+/// The user logs off or the system ends: what stands on the form is not lost.
+LRESULT sessionEnded(HWND, UINT, WPARAM wParam, LPARAM) {
+  if (wParam != FALSE && theDocument) theDocument->closeDatabase();
+  return 0;
+}
+
+LRESULT itemDrawn(HWND, UINT, WPARAM, LPARAM) {
+  return 0;
+}
+
+LRESULT settingChanged(HWND, UINT, WPARAM wParam, LPARAM) {
+  if (wParam != SPI_SETSIPINFO) return -1;
+  layOutForInputPanel();
+  return 0;
+}
+
+LRESULT helpWanted(HWND, UINT, WPARAM, LPARAM) {
+  showHelp(kMainHelpTopic);
+  return 0;
+}
+
 LRESULT windowActivated(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
   if (LOWORD(wParam) == WA_INACTIVE) lastFocus = GetFocus();
+  if (currentDialog) {
+    ShowWindow(currentDialog, SW_SHOWNORMAL);
+    UpdateWindow(currentDialog);
+  }
   return DefWindowProcW(window, message, wParam, lParam);
 }
 
@@ -54,6 +90,9 @@ void namesListReported(const NMHDR& notification) {
     const auto& change = reinterpret_cast<const NMLISTVIEW&>(notification);
     // The item that loses the selection is reported too, and nobody has chosen that.
     if ((change.uNewState & ~change.uOldState & LVIS_SELECTED) != 0) openSelection(change.iItem);
+  } else if (notification.code == GN_CONTEXTMENU) {
+    const auto& tap = reinterpret_cast<const NMRGINFO&>(notification);
+    showNamesContextMenu(instanceHandle, mainWindow, currentPage, tap.ptAction);
   } else if (notification.code == NM_CLICK) {
     // A tap on the item that is selected already changes nothing in the list and is a choice all the
     // same: of the table, say, after a query was looked at.
@@ -73,13 +112,37 @@ LRESULT controlReported(HWND, UINT, WPARAM, LPARAM lParam) {
   return 0;
 }
 
+LRESULT staticColored(HWND, UINT, WPARAM, LPARAM lParam) {
+  return reinterpret_cast<LRESULT>(theCommandBar->backgroundOf(reinterpret_cast<HWND>(lParam)));
+}
+
+LRESULT programStarted(HWND, UINT, WPARAM, LPARAM) {
+  showFirstPage();
+  return 0;
+}
+
 constexpr std::array kMessages = {
-    MessageRow{WM_COMMAND, commandGiven},     MessageRow{WM_DESTROY, windowDestroyed},
-    MessageRow{WM_ACTIVATE, windowActivated}, MessageRow{WM_NOTIFY, controlReported},
+    MessageRow{WM_CREATE, windowCreated},
+    MessageRow{WM_COMMAND, commandGiven},
+    MessageRow{WM_DESTROY, windowDestroyed},
+    MessageRow{WM_DRAWITEM, itemDrawn},
+    MessageRow{WM_SETTINGCHANGE, settingChanged},
+    MessageRow{WM_HELP, helpWanted},
+    MessageRow{WM_ACTIVATE, windowActivated},
+    MessageRow{WM_NOTIFY, controlReported},
+    MessageRow{WM_CTLCOLORSTATIC, staticColored},
+    MessageRow{kStartedMessage, programStarted},
+    // What a desktop needs besides.
     MessageRow{WM_SETFOCUS, focusGained},
+    MessageRow{WM_ENDSESSION, sessionEnded},
 };
 
 LRESULT CALLBACK mainProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+  // A number that the system gives out at run time has no place in the table.
+  if (message == HandheldZoomMessage()) {
+    layOutForZoom();
+    return 0;
+  }
   return answerFromTable(kMessages, window, message, wParam, lParam, DefWindowProcW);
 }
 
@@ -98,11 +161,10 @@ bool registerMainWindowClass() {
 }
 
 void createMainWindow(int showCommand) {
-  RECT frame = {0, 0, screen::kPageAreaWidth, screen::kPageAreaHeight};
-  AdjustWindowRectEx(&frame, kStyle, FALSE, 0);
-  mainWindow = CreateWindowExW(0, kMainWindowClass, kMainWindowTitle, kStyle, CW_USEDEFAULT, CW_USEDEFAULT,
-                               frame.right - frame.left, frame.bottom - frame.top, nullptr, nullptr,
-                               instanceHandle, nullptr);
+  // The shell takes the menu bar out of the window's client area, whose rest belongs to the pages.
+  mainWindow = HandheldCreateWindow(0, kMainWindowClass, kMainWindowTitle, WS_VISIBLE | WS_CLIPCHILDREN,
+                                    CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, nullptr,
+                                    nullptr, instanceHandle, nullptr);
   if (!mainWindow) return;
   ShowWindow(mainWindow, showCommand);
   UpdateWindow(mainWindow);

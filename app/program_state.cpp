@@ -10,4 +10,5 @@ int currentPage = kBeforeFirstPage;
 RecordListView theRecordListView;
 FormWrapper theFormWrapper;
 FormView theFormView(theFormWrapper);
+std::unique_ptr<MainCommandBar> theCommandBar;
 std::unique_ptr<Document> theDocument;

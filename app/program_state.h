@@ -4,6 +4,7 @@
 
 #include <memory>
 
+#include "app/command_bar.h"
 #include "records/document.h"
 #include "views/form_view.h"
 #include "views/record_list_view.h"
@@ -26,6 +27,7 @@ extern WNDPROC tabOldProc;
 /// otherwise.
 extern int currentPage;
 inline constexpr int kTablesPageIndex = 0;
+inline constexpr int kFormPageIndex = 1;
 inline constexpr int kQueriesPageIndex = 3;
 inline constexpr int kNoPage = 4;            ///< none: the next switch enters its page in every case
 inline constexpr int kBeforeFirstPage = -1;  ///< no page was shown since the start
@@ -34,6 +36,9 @@ inline constexpr int kBeforeFirstPage = -1;  ///< no page was shown since the st
 extern RecordListView theRecordListView;
 extern FormWrapper theFormWrapper;
 extern FormView theFormView;
+
+/// Created before the main window, which it outlives.
+extern std::unique_ptr<MainCommandBar> theCommandBar;
 
 /// Null before start-up creates it and again in the shutdown.
 extern std::unique_ptr<Document> theDocument;

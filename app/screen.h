@@ -10,6 +10,9 @@ inline constexpr int kPageAreaHeight = 269;
 /// The tabs at the bottom of the page area and their border, which the form leaves free.
 inline constexpr int kTabsHeight = 49;
 
+/// The row of tabs alone.
+inline constexpr int kTabRowHeight = 24;
+
 /// Where the window of the record grid lies in the tab control.
 inline constexpr int kGridLeft = 2;
 inline constexpr int kGridTop = 24;

@@ -15,6 +15,7 @@
 #include "app/single_instance.h"
 #include "app/tab_pages.h"
 #include "base/app_settings.h"
+#include "platform/pocketshell/handheld_windows.h"
 #include "resources/resource_ids.h"
 #include "views/queries_list_view.h"
 #include "views/tables_list_view.h"
@@ -31,21 +32,31 @@ void initialiseControls() {
 /// The windows of the List and Form pages, both hidden and children of the tab control.
 void createPageWindows() {
   RECT tab{};
-  GetClientRect(tabControl, &tab);
+  HandheldGetClientRect(tabControl, &tab);
   const RECT grid = {screen::kGridLeft, screen::kGridTop, screen::kGridLeft + tab.right,
                      screen::kGridTop + tab.bottom - screen::kGridHeightLess};
   recordListWindow = theRecordListView.create(instanceHandle, tabControl, grid);
 
   RECT client{};
-  GetClientRect(mainWindow, &client);
+  HandheldGetClientRect(mainWindow, &client);
   formWrapperWindow = theFormWrapper.create(instanceHandle, tabControl,
                                             {client.right, client.bottom - screen::kTabsHeight}, tabOldProc);
+  theCommandBar->setPageWindows(tabControl, formWrapperWindow);
+}
+
+BarFacts barFacts() {
+  if (!theDocument) return {.page = currentPage};
+  return {.page = currentPage,
+          .databaseOpen = theDocument->isDatabaseOpen(),
+          .recordsetOpen = theDocument->isRecordsetOpen(),
+          .recordCount = recordCount};
 }
 
 void createDocument() {
-  theDocument = std::make_unique<Document>(DocumentPages{std::make_unique<TablesListView>(mainWindow),
-                                                         std::make_unique<QueriesListView>(mainWindow),
-                                                         theRecordListView, theFormView});
+  theDocument =
+      std::make_unique<Document>(DocumentPages{std::make_unique<TablesListView>(mainWindow, *theCommandBar),
+                                               std::make_unique<QueriesListView>(mainWindow, *theCommandBar),
+                                               theRecordListView, theFormView, *theCommandBar});
   theRecordListView.prepare(theDocument.get());
   theFormView.prepare(theDocument.get());
 }
@@ -72,6 +83,8 @@ void destroyIfThere(HWND window) {
 }
 
 void shutDown() {
+  // The form still holds what was not stored yet.
+  if (theDocument) theDocument->closeDatabase();
   theFormView.prepare(nullptr);
   theRecordListView.prepare(nullptr);
   theDocument.reset();
@@ -79,10 +92,12 @@ void shutDown() {
   destroyIfThere(tabControl);
   destroyIfThere(recordListWindow);
   destroyIfThere(formWrapperWindow);
+  theCommandBar.reset();
 }
 
 /// From the first window on: what was created is taken down again in every case.
 int runWithWindow(const wchar_t* commandLine, int showCommand) {
+  theCommandBar = std::make_unique<MainCommandBar>(instanceHandle, barFacts);
   createMainWindow(showCommand);
   registerFileAssociation();
   theAppSettings = std::make_unique<AppSettings>();
@@ -107,6 +122,7 @@ int runProgram(HINSTANCE instance, const wchar_t* commandLine, int showCommand) 
   // A library lying beside the database that is opened must not be loaded in the place of a component.
   SetDllDirectoryW(L"");
   instanceHandle = instance;
+  appUnlocked = true;
   currentPage = kBeforeFirstPage;
   const SingleInstance single;
   if (!single.isFirst()) {

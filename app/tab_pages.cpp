@@ -4,33 +4,41 @@
 
 #include <commctrl.h>
 
+#include "app/context_menus.h"
+#include "app/page_layout.h"
 #include "app/program_state.h"
 #include "app/screen.h"
 #include "base/app_settings.h"
 #include "base/control_handles.h"
+#include "platform/pocketshell/handheld_windows.h"
 #include "resources/resource_ids.h"
 
 namespace {
 
 constexpr INT_PTR kTabControlId = 61205;
 constexpr const wchar_t* kPageNames[] = {L"Tables", L"Form", L"List", L"Queries"};
-constexpr int kImageSize = 16;
+constexpr COLORREF kTransparent = RGB(0, 0, 0);
 
 UniqueImageList tabImages;
 
 /// The grid's list is a child of the tab control: the grid sees what it reports before the tab control.
 LRESULT CALLBACK tabProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
   if (message == WM_NOTIFY && wParam == RecordListView::kListId) {
-    theRecordListView.handleNotification(*reinterpret_cast<NMHDR*>(lParam));
+    auto& notification = *reinterpret_cast<NMHDR*>(lParam);
+    if (notification.code == GN_CONTEXTMENU) {
+      showGridContextMenu(instanceHandle, mainWindow, reinterpret_cast<NMRGINFO&>(notification).ptAction);
+    } else {
+      theRecordListView.handleNotification(notification);
+    }
   }
   return CallWindowProcW(tabOldProc, window, message, wParam, lParam);
 }
 
 void loadTabImages() {
-  tabImages.reset(ImageList_Create(kImageSize, kImageSize, ILC_MASK, 4, 0));
-  const UniqueBitmap bitmap(LoadBitmapW(instanceHandle, MAKEINTRESOURCEW(IDB_TAB_IMAGES)));
-  if (tabImages && bitmap) ImageList_AddMasked(tabImages.get(), bitmap.get(), RGB(0, 0, 0));
-  SendMessageW(tabControl, TCM_SETIMAGELIST, 0, reinterpret_cast<LPARAM>(tabImages.get()));
+  // The former images are destroyed after the tab control has got the new ones.
+  UniqueImageList images(HandheldLoadImages(instanceHandle, IDB_TAB_IMAGES, kTransparent));
+  SendMessageW(tabControl, TCM_SETIMAGELIST, 0, reinterpret_cast<LPARAM>(images.get()));
+  tabImages = std::move(images);
 }
 
 }  // namespace
@@ -38,14 +46,12 @@ void loadTabImages() {
 void createTabControl() {
   constexpr DWORD kStyle = WS_CHILD | WS_VISIBLE | WS_BORDER | WS_GROUP | TCS_BOTTOM;
   static_assert(kStyle == 0x50820002);
-  tabControl =
-      CreateWindowExW(0, WC_TABCONTROLW, L"", kStyle, 0, 0, screen::kPageAreaWidth, screen::kPageAreaHeight,
-                      mainWindow, reinterpret_cast<HMENU>(kTabControlId), instanceHandle, nullptr);
+  tabControl = HandheldCreateWindow(0, WC_TABCONTROLW, L"", kStyle, 0, 0, screen::kPageAreaWidth,
+                                    screen::kPageAreaHeight, mainWindow,
+                                    reinterpret_cast<HMENU>(kTabControlId), instanceHandle, nullptr);
   if (!tabControl) return;
   tabOldProc = reinterpret_cast<WNDPROC>(
       SetWindowLongPtrW(tabControl, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(tabProcedure)));
-  // Its default is the bold font of the system's earliest days.
-  SendMessageW(tabControl, WM_SETFONT, reinterpret_cast<WPARAM>(GetStockObject(DEFAULT_GUI_FONT)), FALSE);
   SendMessageW(tabControl, TCM_SETEXTENDEDSTYLE, 0, TCS_EX_REGISTERDROP);
   buildTabPages();
 }
@@ -60,7 +66,8 @@ void buildTabPages() {
     item.mask |= TCIF_IMAGE;
     loadTabImages();
     // Half the usual blank beside the labels: else four of them with text and image don't fit in the width.
-    SendMessageW(tabControl, TCM_SETPADDING, 0, MAKELPARAM(3, 3));
+    const int padding = HandheldToMonitor(3);
+    SendMessageW(tabControl, TCM_SETPADDING, 0, MAKELPARAM(padding, padding));
   }
   for (const wchar_t* name : kPageNames) {
     item.pszText = const_cast<wchar_t*>(name);
@@ -83,7 +90,26 @@ int selectedTab() {
 }
 
 void switchPage(int page) {
-  if (page == currentPage || page < 0) return;
+  if (page == currentPage) return;
+  theCommandBar->destroyPageBars();
+  if (page == kBeforeFirstPage) {
+    theCommandBar->rebuildMenuBar();
+    return;
+  }
+  if (page == kFormPageIndex) extendForm();
+  if (theDocument && theDocument->isDatabaseOpen()) theCommandBar->showPageBars(page);
   currentPage = page;
+  theCommandBar->rebuildMenuBar();
   if (theDocument) theDocument->setViewMode(static_cast<ViewMode>(page));
+}
+
+void showPage(int page) {
+  switchPage(page);
+  selectTab(page);
+}
+
+void showDatabasePage() {
+  // Also when the page of the former database was the same one.
+  currentPage = kNoPage;
+  showPage(kTablesPageIndex);
 }

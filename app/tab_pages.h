@@ -17,6 +17,12 @@ void selectTab(int page);
 /// The tab that is chosen, -1 for none.
 int selectedTab();
 
-/// Shows another page: currentPage, and with it the Document's mode. Nothing happens for the page that
-/// is shown already, and for -1.
+/// Shows another page: its bars, the menu bar that belongs to it, currentPage, and with it the
+/// Document's mode. Nothing happens for the page that is shown already. -1 only takes the bars away.
 void switchPage(int page);
+
+/// Switches to a page and marks its tab.
+void showPage(int page);
+
+/// Begins with the Tables page of a database that was just opened.
+void showDatabasePage();

@@ -3,6 +3,7 @@
 #include <windows.h>
 
 std::unique_ptr<AppSettings> theAppSettings;
+bool appUnlocked = true;
 
 AppSettings::AppSettings() : options_(std::make_unique<Options>()) {
   // Load succeeds in every case today; the question stays for the day when it does not.

@@ -27,3 +27,6 @@ class AppSettings {
 
 /// Null until start-up creates it, and again after shutdown has deleted it.
 extern std::unique_ptr<AppSettings> theAppSettings;
+
+/// Whether the user may use the program: cleared when the start-up password is asked for and not given.
+extern bool appUnlocked;

@@ -54,6 +54,13 @@ struct IconTraits {
   static void close(Value value) noexcept { DestroyIcon(value); }
 };
 
+struct MenuTraits {
+  using Value = HMENU;
+  static constexpr ResourceKind kKind = ResourceKind::menu;
+  static Value invalid() noexcept { return nullptr; }
+  static void close(Value value) noexcept { DestroyMenu(value); }
+};
+
 /// A device context goes back to the window that lent it.
 struct WindowDc {
   HWND window = nullptr;
@@ -95,6 +102,8 @@ using UniqueFont = UniqueResource<handles::GdiObjectTraits<HFONT, ResourceKind::
 using UniqueBrush = UniqueResource<handles::GdiObjectTraits<HBRUSH, ResourceKind::brush>>;
 using UniqueBitmap = UniqueResource<handles::GdiObjectTraits<HBITMAP, ResourceKind::bitmap>>;
 using UniqueIcon = UniqueResource<handles::IconTraits>;
+/// Not for a menu that a window or a menu bar destroys itself.
+using UniqueMenu = UniqueResource<handles::MenuTraits>;
 /// From CreateCompatibleDC; objects selected into it are put back by their user before its end.
 using UniqueMemoryDc = UniqueResource<handles::MemoryDcTraits>;
 /// Destroyed by the thread that created it. A window whose parent destroys it is released first.

@@ -16,6 +16,7 @@ enum class ResourceKind : std::size_t {
   bitmap,
   icon,
   imageList,
+  menu,
   deviceContext,
   window,
   comPointer,

@@ -16,7 +16,8 @@ class MedianReporter : public benchmark::BenchmarkReporter {
   void ReportRuns(const std::vector<Run>& runs) override {
     for (const Run& run : runs) {
       if (run.run_type != Run::RT_Aggregate || run.aggregate_name != "median") continue;
-      medians_[run.run_name.function_name] = run.real_accumulated_time;
+      // The time is that of all iterations.
+      medians_[run.run_name.function_name] = run.real_accumulated_time / static_cast<double>(run.iterations);
     }
   }
   double secondsOf(const std::string& name) const { return medians_.at(name); }

@@ -27,15 +27,16 @@ if(QUIVANE_TESTS)
 endif()
 
 # quivane_add_test(NAME name SOURCES file... [LIBRARIES library...] [LABELS label...] [GRAPHICS x11]
-#                  [TIMEOUT seconds] [ENVIRONMENT variable=value...])
+#                  [TIMEOUT seconds] [ENVIRONMENT variable=value...] [BESIDE_PROGRAM])
 #
 # Makes the test program name_tests in the build's folder "tests" and one CTest entry called name that
 # runs all of it. The program has a main function (tests/support/main.cpp), GoogleMock and
 # tests/support/paths.h. A Windows program runs in a Wine prefix of its own, that is removed
 # afterwards, so different test programs may run at the same time. It has no display unless GRAPHICS
-# is x11: then it has a virtual one of its own. TIMEOUT is 120 seconds unless given.
+# is x11: then it has a virtual one of its own. TIMEOUT is 120 seconds unless given. BESIDE_PROGRAM lets
+# the program load the modules that lie in the folder of the product.
 function(quivane_add_test)
-  cmake_parse_arguments(PARSE_ARGV 0 TEST "" "NAME;GRAPHICS;TIMEOUT" "SOURCES;LIBRARIES;LABELS;ENVIRONMENT")
+  cmake_parse_arguments(PARSE_ARGV 0 TEST "BESIDE_PROGRAM" "NAME;GRAPHICS;TIMEOUT" "SOURCES;LIBRARIES;LABELS;ENVIRONMENT")
   if(TEST_UNPARSED_ARGUMENTS OR TEST_KEYWORDS_MISSING_VALUES OR NOT TEST_NAME OR NOT TEST_SOURCES)
     message(FATAL_ERROR "quivane_add_test(${ARGV}): unknown or missing arguments.")
   endif()
@@ -59,8 +60,10 @@ function(quivane_add_test)
   set(environment LC_ALL=C.UTF-8)
   set(last_resort ${TEST_TIMEOUT})
   if(WIN32)
-    list(APPEND environment QUIVANE_PREFIX=fresh QUIVANE_TIMEOUT=${TEST_TIMEOUT}
-      WINEPATH=Z:${PROJECT_BINARY_DIR}/bin)
+    list(APPEND environment QUIVANE_PREFIX=fresh QUIVANE_TIMEOUT=${TEST_TIMEOUT})
+    if(TEST_BESIDE_PROGRAM)
+      list(APPEND environment WINEPATH=Z:${PROJECT_BINARY_DIR}/bin)
+    endif()
     if(DEFINED TEST_GRAPHICS)
       list(APPEND environment QUIVANE_GRAPHICS=${TEST_GRAPHICS})
     endif()

@@ -1,5 +1,3 @@
-#include <windows.h>
-
 #include <algorithm>
 #include <cwchar>
 
@@ -58,7 +56,6 @@ std::uint32_t Database::fieldIndexByName(const String& name) const {
 
 bool Database::openCurrent(const String& sql) {
   closeRecordset();
-  OutputDebugStringW(sql.text());
   return recordset_->open(sql.text(), connection_.get(), CursorType::keyset, SourceKind::text);
 }
 

@@ -1,5 +1,7 @@
 #include "data/recordset_handle.h"
 
+#include <windows.h>
+
 #include <utility>
 
 #include "base/variant.h"
@@ -25,6 +27,7 @@ bool RecordsetHandle::open(const wchar_t* source, const ConnectionHandle* connec
                            SourceKind kind, LockType lock) {
   close();
   if (!recordset_) return false;
+  if (kind == SourceKind::text) OutputDebugStringW(source);
   const Variant text = Variant::fromText(source);
   const Variant active = Variant::fromDispatch(connection ? connection->get() : activeConnection_.get());
   return SUCCEEDED(recordset_->Open(text.get(), active.get(), static_cast<LONG>(cursor),

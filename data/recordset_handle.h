@@ -24,7 +24,7 @@ class RecordsetHandle {
   /// Closes what is open and takes over `recordset`, which may be null.
   void attach(ComPtr<IAdoceRecordset> recordset);
 
-  /// Closes what is open first. `connection` may be null.
+  /// Closes what is open first. `connection` may be null. A statement is written to the debug output.
   bool open(const wchar_t* source, const ConnectionHandle* connection, CursorType cursor, SourceKind kind,
             LockType lock = LockType::optimistic);
   void close();

@@ -51,8 +51,10 @@ Variant convertedText(const String& text, VARTYPE type) {
 /// Whole numbers that their field's type can't hold stand in files of other programs; a field that
 /// holds one takes others like it.
 Variant numberFromText(const String& text, FieldType type, const Variant& stored) {
-  Variant number = convertedText(text, static_cast<VARTYPE>(type));
-  if (number.type() == VT_EMPTY && stored.type() == VT_DECIMAL) number = convertedText(text, VT_DECIMAL);
+  const auto own = static_cast<VARTYPE>(type);
+  Variant number = convertedText(text, own);
+  const bool holdsOther = stored.type() == VT_DECIMAL || (stored.type() == VT_I4 && own != VT_I4);
+  if (number.type() == VT_EMPTY && holdsOther) number = convertedText(text, VT_DECIMAL);
   return number;
 }
 

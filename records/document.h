@@ -7,16 +7,27 @@
 #include "base/string.h"
 #include "data/database.h"
 #include "data/record_counters.h"
+#include "records/availability.h"
+#include "records/command_bar.h"
 #include "records/pages.h"
 #include "records/view_mode.h"
 
-/// The pages that a Document works with. It owns the two lists of names; the grid and the form belong
-/// to the window and outlive it.
+/// What a Document works with in the window. It owns the two lists of names; the rest belongs to the
+/// window and outlives it.
 struct DocumentPages {
   std::unique_ptr<TablesPage> tables;
   std::unique_ptr<QueriesPage> queries;
   RecordGrid& grid;
   FormPage& form;
+  CommandBar& bar;
+};
+
+/// What a session leaves to be reopened.
+enum class RestoreResult : std::uint32_t {
+  nothing = 0,   ///< no database was opened
+  tables = 1,    ///< the database was opened, the Tables page is to be shown
+  records = 2,   ///< the table or query was reopened too, the Form page is to be shown
+  noTables = 3,  ///< the database was opened and holds no tables
 };
 
 /// The controller of the program: the open database, the table or query whose records are shown, the
@@ -33,12 +44,13 @@ class Document {
   Document(const Document&) = delete;
   Document& operator=(const Document&) = delete;
 
-  // ---- The database (document.cpp)
+  // ---- The database (document_database.cpp)
 
   /// Opens the file, lists its tables on the Tables page and chooses the first. No database is open
   /// when this is called. False when it can't be opened; nothing has changed then.
   bool openDatabase(const String& path);
-  /// 0 on success, -1 when no database is open or the connection would not close.
+  /// Stores what was changed on the form and the session, and closes the file. 0 on success, -1 when no
+  /// database is open or the connection would not close.
   int closeDatabase();
 
   bool isDatabaseOpen() const { return databaseOpen_; }
@@ -48,7 +60,15 @@ class Document {
   const String& sqlText() const { return sqlText_; }
   bool openedFromQuery() const { return openedFromQuery_; }
 
-  // ---- Choosing (document.cpp). The records follow when the page is switched next.
+  // ---- The session (document_session.cpp), kept among the settings.
+
+  /// Writes which database, table or query and SQL text are in use. Closing the database does it.
+  void saveSession();
+  /// Reopens what was saved. Whatever is missing ends it at the step that needs it, without a message.
+  /// No database is open when this is called.
+  RestoreResult restoreSession();
+
+  // ---- Choosing (document_choice.cpp). The records follow when the page is switched next.
 
   /// The table at this place of the Tables page becomes the current one.
   void openTableSelection(int index);
@@ -68,12 +88,39 @@ class Document {
   void showNextColumn();
   void fitColumns();
 
-  // ---- Moves (document_moves.cpp). They act on the page that is served and always return 0.
+  // ---- Moves (document_moves.cpp). They act on the page that is served and always return 0. On the
+  // form each stores what was changed before it goes.
 
   int moveFirstRecord();
   int moveLastRecord();
   int moveNextRecord();
   int movePreviousRecord();
+  int nextFormPage();
+  int previousFormPage();
+
+  /// Writes the current record if the user changed it on the form, or if it is new. Always 1.
+  int commitCurrentRecord();
+  /// Shows the current record on the form, and the position. Nothing happens when no database is open;
+  /// without records only the position is written.
+  void loadRecord();
+
+  // ---- What the menus and toolbars show (document_bars.cpp)
+
+  CommandBar& commandBar() { return pages_.bar; }
+  /// The menu items that depend on the database and the page.
+  void updateMenusForDatabase(bool open);
+  /// On the Form and List pages only.
+  void updateNavigationState();
+  void updatePageState();
+  void updatePositionText();
+  /// The menu bar is made anew, after which every item gets its state.
+  void updateCommandBar();
+  /// Puts the lists and the grid back in their places.
+  void layOutPages();
+  /// The pages' images at the present zoom.
+  void loadImages();
+  /// The user has chosen another row of the grid: currentRecord says which.
+  void rowChosen();
 
   // ---- What the views read of the recordset. Field indexes and rows are 0-based.
 
@@ -100,7 +147,18 @@ class Document {
   }
 
  private:
+  bool openConnection(const String& path);
+  void forgetDatabase();
   void buildTableSql();
+  bool restoreRecords(const String& table, const String& query, bool asQuery);
+  void selectFirstTable();
+  /// The one place for a veto against leaving the record that the form shows.
+  bool canLeaveRecord() const { return true; }
+  /// The count of the former recordset outlasts one that did not open.
+  std::uint32_t openRecordCount() const { return recordsetOpen_ ? database_.recordCount() : 0; }
+  template <typename Move>
+  void moveOnForm(Move move);
+  void selectInGrid(std::uint32_t position);
   void leaveMode();
   void openPendingRecordset();
   void enterMode(ViewMode mode);
@@ -108,7 +166,7 @@ class Document {
   void enterList();
   void enterQueries();
   void enterTables();
-  void refreshGrid();
+  void buildForm(std::uint32_t wantedRecord);
 
   DocumentPages pages_;
   Database database_;
@@ -123,8 +181,10 @@ class Document {
   bool databaseOpen_ = false;
   bool sqlPending_ = false;  // sqlText_ changed and the recordset does not follow it yet
   bool recordsetOpen_ = false;
-  bool formStale_ = false;           // the form was not shown since the recordset was opened
+  bool fieldsStale_ = false;         // the grid has not seen the fields of the recordset yet
+  bool formStale_ = false;           // the form was not built since the recordset was opened
   bool repositionFromList_ = false;  // the form goes to the record chosen in the grid
+  bool reselectTable_ = false;       // the Tables page selects tableName_ when it is entered next
   bool freshlyOpened_ = false;       // the Tables page does not show the catalogue yet
   bool openedFromQuery_ = false;
 };

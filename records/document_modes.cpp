@@ -1,16 +1,18 @@
-#include <windows.h>
-
+// Leaving one page and entering another.
 #include "records/document.h"
 
 void Document::setViewMode(ViewMode mode) {
-  if (mode == viewMode_) return;
-  leaveMode();
-  if (database_.isOpen()) {
-    if (sqlPending_) openPendingRecordset();
-    enterMode(mode);
-    sqlPending_ = false;
+  if (mode != viewMode_) {
+    leaveMode();
+    if (database_.isOpen()) {
+      if (sqlPending_) openPendingRecordset();
+      enterMode(mode);
+      sqlPending_ = false;
+    }
+    viewMode_ = mode;
+    if (mode == ViewMode::form) pages_.form.layOut(true);
   }
-  viewMode_ = mode;
+  updateCommandBar();
 }
 
 void Document::leaveMode() {
@@ -20,6 +22,10 @@ void Document::leaveMode() {
       break;
     case ViewMode::form:
       pages_.form.hide();
+      if (recordsetOpen_ && recordCount != 0) {
+        pages_.form.hideEditors();
+        commitCurrentRecord();
+      }
       break;
     case ViewMode::list:
       pages_.grid.hide();
@@ -42,9 +48,12 @@ void Document::leaveMode() {
 }
 
 void Document::openPendingRecordset() {
-  OutputDebugStringW(sqlText_.text());
+  pages_.bar.setPositionText(L"");
+  pages_.form.tearDown();
   recordsetOpen_ = database_.openRecordset(sqlText_);
+  if (!recordsetOpen_) recordCount = 0;
   formStale_ = true;
+  fieldsStale_ = true;
 }
 
 void Document::enterMode(ViewMode mode) {
@@ -67,33 +76,60 @@ void Document::enterMode(ViewMode mode) {
 }
 
 void Document::enterForm() {
+  // What was chosen in the grid means nothing in another recordset.
+  const bool reposition = repositionFromList_ && !sqlPending_;
+  repositionFromList_ = false;
+  const std::uint32_t wanted = reposition ? currentRecord : 1;
   pages_.form.show();
-  if (!recordsetOpen_) return;
-  if (!sqlPending_ && !formStale_) {
-    if (recordCount == 0) return;
-    if (repositionFromList_) {
-      repositionFromList_ = false;
-      database_.moveTo(currentRecord);
-    } else {
-      database_.moveFirst();
-    }
+  if (!recordsetOpen_) {
+    updatePositionText();
     return;
   }
+  if (sqlPending_ || formStale_) {
+    buildForm(wanted);
+    return;
+  }
+  if (recordCount == 0) {
+    updatePositionText();
+    return;
+  }
+  if (reposition) {
+    database_.moveTo(wanted);
+  } else {
+    database_.moveFirst();
+  }
+  loadRecord();
+  pages_.form.showEditors();
+}
+
+void Document::buildForm(std::uint32_t wantedRecord) {
+  formStale_ = false;
   currentRecord = 0;
   recordCount = database_.recordCount();
-  if (recordCount != 0) {
-    database_.moveFirst();
-    recordCount = database_.recordCount();
+  if (recordCount == 0) {
+    updatePositionText();
+    return;
   }
-  formStale_ = false;
+  pages_.form.build();
+  database_.moveFirst();
+  recordCount = database_.recordCount();
+  if (wantedRecord > 1) database_.moveTo(wantedRecord);
+  pages_.form.showEditors();
+  loadRecord();
 }
 
 void Document::enterList() {
-  if (!recordsetOpen_) return;
+  if (!recordsetOpen_) {
+    updatePositionText();
+    return;
+  }
   // The position in the former recordset means nothing in the one that was opened just now.
   if (sqlPending_) currentRecord = 1;
+  recordCount = database_.recordCount();
   pages_.grid.show();
   pages_.grid.fill();
+  fieldsStale_ = false;
+  rowChosen();
 }
 
 void Document::enterQueries() {
@@ -104,9 +140,17 @@ void Document::enterQueries() {
 
 void Document::enterTables() {
   pages_.tables->show();
-  if (!freshlyOpened_) return;
-  pages_.tables->fill(tableNames_, Positioning::first, tableName_);
-  freshlyOpened_ = false;
+  if (reselectTable_) {
+    // A copy: selecting an item makes it the current table.
+    const String wanted = tableName_;
+    pages_.tables->rememberSelection(0);
+    pages_.tables->fill(tableNames_, Positioning::byName, wanted);
+    reselectTable_ = false;
+    freshlyOpened_ = false;
+  } else if (freshlyOpened_) {
+    pages_.tables->fill(tableNames_, Positioning::first, tableName_);
+    freshlyOpened_ = false;
+  }
 }
 
 void Document::setNameStyle(NameStyle style) {

@@ -1,44 +1,96 @@
-// In the grid a move only chooses another row: the recordset follows when the form is entered.
+// The record cursor. On the form a move takes the recordset along; in the grid it only chooses another
+// row, and the recordset follows when the form is entered.
 #include "records/document.h"
 
+/// Stores what was changed, moves, and shows the record that is current then.
+template <typename Move>
+void Document::moveOnForm(Move move) {
+  if (!canLeaveRecord()) return;
+  commitCurrentRecord();
+  move();
+  database_.setNewRecordPending(false);
+  loadRecord();
+  updateNavigationState();
+}
+
+void Document::selectInGrid(std::uint32_t position) {
+  currentRecord = position;
+  updatePositionText();
+  pages_.grid.selectCurrent();
+  updateNavigationState();
+}
+
 int Document::moveFirstRecord() {
-  if (viewMode_ == ViewMode::list) {
-    currentRecord = 1;
-    refreshGrid();
+  if (!recordsetOpen_) return 0;
+  if (viewMode_ == ViewMode::form) {
+    moveOnForm([this] { database_.moveFirst(); });
+  } else if (viewMode_ == ViewMode::list) {
+    selectInGrid(1);
   }
   return 0;
 }
 
 int Document::moveLastRecord() {
-  if (viewMode_ == ViewMode::list) {
-    currentRecord = database_.recordCount();
-    refreshGrid();
+  if (!recordsetOpen_) return 0;
+  if (viewMode_ == ViewMode::form) {
+    moveOnForm([this] { database_.moveLast(); });
+  } else if (viewMode_ == ViewMode::list) {
+    selectInGrid(database_.recordCount());
   }
   return 0;
 }
 
 int Document::moveNextRecord() {
-  if (viewMode_ == ViewMode::list) {
+  if (!recordsetOpen_) return 0;
+  if (viewMode_ == ViewMode::form) {
+    if (currentRecord < database_.recordCount()) moveOnForm([this] { database_.moveNext(); });
+  } else if (viewMode_ == ViewMode::list) {
     recordCount = database_.recordCount();
-    if (currentRecord < recordCount) {
-      ++currentRecord;
-      refreshGrid();
-    }
+    if (currentRecord < recordCount) selectInGrid(currentRecord + 1);
   }
   return 0;
 }
 
 int Document::movePreviousRecord() {
-  if (viewMode_ == ViewMode::list) {
+  if (!recordsetOpen_) return 0;
+  if (viewMode_ == ViewMode::form) {
+    moveOnForm([this] {
+      // Not an error at the first record: a new record that is not stored yet is left this way.
+      if (currentRecord <= 1) {
+        database_.moveFirst();
+      } else {
+        database_.movePrevious();
+      }
+    });
+  } else if (viewMode_ == ViewMode::list) {
     recordCount = database_.recordCount();
-    if (currentRecord > 1) {
-      --currentRecord;
-      refreshGrid();
-    }
+    if (currentRecord > 1) selectInGrid(currentRecord - 1);
   }
   return 0;
 }
 
-void Document::refreshGrid() {
-  pages_.grid.selectCurrent();
+int Document::nextFormPage() {
+  if (databaseOpen_ && viewMode_ == ViewMode::form && pages_.form.showNextPage()) updatePageState();
+  return 0;
+}
+
+int Document::previousFormPage() {
+  if (databaseOpen_ && viewMode_ == ViewMode::form && pages_.form.showPreviousPage()) updatePageState();
+  return 0;
+}
+
+int Document::commitCurrentRecord() {
+  const bool changed = pages_.form.takeChange();
+  if (changed || database_.newRecordPending()) {
+    pages_.form.writeRecord();
+    database_.update();
+  }
+  return 1;
+}
+
+void Document::loadRecord() {
+  if (!database_.isOpen()) return;
+  recordCount = database_.recordCount();
+  updatePositionText();
+  if (recordCount != 0) pages_.form.loadRecord();
 }

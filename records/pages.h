@@ -21,10 +21,20 @@ class NamesPage {
 
   virtual void show() = 0;
   virtual void hide() = 0;
+  /// Back to its place, after the window's size or the place of the bars has changed.
+  virtual void layOut() = 0;
+  /// Shows the colours as they are now.
+  virtual void refreshColors() = 0;
+  /// The images at the present zoom.
+  virtual void loadImages() = 0;
+  virtual void addItem(int index, const String& name) = 0;
+  virtual void deleteItem(int index) = 0;
   virtual void deleteAllItems() = 0;
   /// The text of an item, cut at 99 characters; empty for an index that is no item's.
   virtual String itemText(int index) = 0;
   virtual void setStyle(NameStyle style) = 0;
+  /// The states of the page's buttons, which a new toolbar does not have yet.
+  virtual void updateCommandButtons() = 0;
 };
 
 /// Which item is selected after the tables were filled in, once one had been chosen before. Any other
@@ -44,6 +54,8 @@ class TablesPage : public NamesPage {
   virtual void fill(const NameList& names, Positioning positioning, const String& name) = 0;
   /// The next fill starts at the first item again.
   virtual void clearRememberedSelection() = 0;
+  /// The next fill goes by its positioning, starting from this item.
+  virtual void rememberSelection(int index) = 0;
 };
 
 class QueriesPage : public NamesPage {
@@ -99,6 +111,10 @@ class RecordGrid {
 
   virtual void show() = 0;
   virtual void hide() = 0;
+  /// Back to its place, after the page area or the place of the bars has changed.
+  virtual void layOut() = 0;
+  /// Shows the colours as they are now.
+  virtual void refreshColors() = 0;
   /// Columns for the fields of the recordset, a row for each record, currentRecord selected.
   virtual void fill() = 0;
   /// Removes rows and columns. The recordset is no longer read.
@@ -114,4 +130,8 @@ class RecordGrid {
   virtual void showNextColumn() = 0;
   /// Makes every column as wide as its contents.
   virtual void fitColumns() = 0;
+  /// Takes the row of currentRecord out, whose record was deleted.
+  virtual void recordDeleted() = 0;
+  /// The states of the column buttons, which a new toolbar does not have yet.
+  virtual void updateColumnButtons() = 0;
 };

@@ -3,7 +3,9 @@
 #include <array>
 
 #include "base/app_colors.h"
-#include "base/handles.h"
+#include "platform/pocketshell/handheld_windows.h"
+#include "views/color_brushes.h"
+#include "views/form_ids.h"
 #include "views/message_table.h"
 
 namespace {
@@ -18,15 +20,53 @@ LRESULT paintBackground(HWND window, UINT, WPARAM, LPARAM) {
   if (const HDC dc = BeginPaint(window, &paint)) {
     RECT client{};
     GetClientRect(window, &client);
-    const UniqueBrush brush(CreateSolidBrush(appColors[kFormViewBackground]));
-    FillRect(dc, &client, brush.get());
+    FillRect(dc, &client, appColorBrush(kFormViewBackground));
     EndPaint(window, &paint);
   }
   return 0;
 }
 
+void setColors(WPARAM dc, AppColor background, AppColor text) {
+  SetBkColor(reinterpret_cast<HDC>(dc), appColors[background]);
+  SetTextColor(reinterpret_cast<HDC>(dc), appColors[text]);
+}
+
+LRESULT result(HBRUSH brush) {
+  return reinterpret_cast<LRESULT>(brush);
+}
+
+LRESULT colorEdit(HWND, UINT, WPARAM dc, LPARAM) {
+  setColors(dc, kFormViewEditBoxBackground, kFormViewEditBoxForeground);
+  return result(appColorBrush(kFormViewEditBoxBackground));
+}
+
+LRESULT colorButton(HWND, UINT, WPARAM dc, LPARAM) {
+  setColors(dc, kFormViewCheckBoxBackground, kFormViewCheckBoxForeground);
+  return result(static_cast<HBRUSH>(GetStockObject(WHITE_BRUSH)));
+}
+
+/// Labels, the texts of dates and check boxes. Editors that are read-only ask for it too, and look like
+/// labels.
+LRESULT colorStatic(HWND, UINT, WPARAM dc, LPARAM control) {
+  const int identifier = GetDlgCtrlID(reinterpret_cast<HWND>(control));
+  if (identifier >= kFirstDateEditorId) {
+    setColors(dc, kFormViewDateTextBackground, kFormViewDateTextForeground);
+    return result(appColorBrush(kFormViewDateTextBackground));
+  }
+  if (identifier >= kFirstCheckBoxId) {
+    setColors(dc, kFormViewCheckBoxBackground, kFormViewCheckBoxForeground);
+    return result(appColorBrush(kFormViewCheckBoxBackground));
+  }
+  // What the text of a label does not cover is the form's own background.
+  setColors(dc, kFormViewLabelBackground, kFormViewLabelForeground);
+  return result(appColorBrush(kFormViewBackground));
+}
+
 constexpr std::array kMessages = {
     MessageRow{WM_PAINT, paintBackground},
+    MessageRow{WM_CTLCOLOREDIT, colorEdit},
+    MessageRow{WM_CTLCOLORBTN, colorButton},
+    MessageRow{WM_CTLCOLORSTATIC, colorStatic},
 };
 
 /// The form behaves as a part of the tab control: what it does not answer goes to that control's own
@@ -52,8 +92,8 @@ bool FormWrapper::registerClass(HINSTANCE instance) {
 
 HWND FormWrapper::create(HINSTANCE instance, HWND tabControl, SIZE size, WNDPROC procedure) {
   tabProcedure = procedure;
-  window_ = CreateWindowExW(0, kClassName, L"", WS_CHILD | WS_VSCROLL, 0, 0, size.cx, size.cy, tabControl,
-                            reinterpret_cast<HMENU>(kControlId), instance, nullptr);
+  window_ = HandheldCreateWindow(0, kClassName, L"", WS_CHILD | WS_VSCROLL, 0, 0, size.cx, size.cy,
+                                 tabControl, reinterpret_cast<HMENU>(kControlId), instance, nullptr);
   if (window_) SetScrollRange(window_, SB_VERT, 0, 0, FALSE);
   return window_;
 }

@@ -22,6 +22,11 @@ inline HIMAGELIST setImageList(HWND list, int which, HIMAGELIST images) {
       SendMessageW(list, LVM_SETIMAGELIST, static_cast<WPARAM>(which), reinterpret_cast<LPARAM>(images)));
 }
 
+/// From the left edge of an icon to that of the next, and from top to top.
+inline void setIconSpacing(HWND list, int width, int height) {
+  SendMessageW(list, LVM_SETICONSPACING, 0, MAKELPARAM(width, height));
+}
+
 inline void setExtendedStyle(HWND list, DWORD style) {
   SendMessageW(list, LVM_SETEXTENDEDLISTVIEWSTYLE, 0, static_cast<LPARAM>(style));
 }
@@ -42,6 +47,16 @@ inline void insertItem(HWND list, int index, const wchar_t* text, int image) {
   item.pszText = const_cast<wchar_t*>(text);
   item.iImage = image;
   SendMessageW(list, LVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&item));
+}
+
+inline void deleteItem(HWND list, int index) {
+  SendMessageW(list, LVM_DELETEITEM, static_cast<WPARAM>(index), 0);
+}
+
+inline void setItemText(HWND list, int index, const wchar_t* text) {
+  LVITEMW item{};
+  item.pszText = const_cast<wchar_t*>(text);
+  SendMessageW(list, LVM_SETITEMTEXTW, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(&item));
 }
 
 inline void deleteAllItems(HWND list) {

@@ -4,6 +4,7 @@
 
 #include "base/control_handles.h"
 #include "base/handles.h"
+#include "platform/pocketshell/handheld_windows.h"
 #include "views/list_view.h"
 #include "views/page_area.h"
 
@@ -11,7 +12,7 @@ namespace {
 
 RECT listRectangle(HWND mainWindow) {
   RECT client{};
-  GetClientRect(mainWindow, &client);
+  HandheldGetClientRect(mainWindow, &client);
   client.top = pageOffset();
   client.bottom -= kBandAndTabsHeight;
   return client;
@@ -19,9 +20,9 @@ RECT listRectangle(HWND mainWindow) {
 
 /// Gives the list an image list that holds one icon.
 void setIcon(HWND list, int which, WORD icon, int size) {
-  UniqueImageList images(ImageList_Create(size, size, ILC_COLOR32 | ILC_MASK, 1, 0));
-  const UniqueIcon image(static_cast<HICON>(LoadImageW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(icon),
-                                                       IMAGE_ICON, size, size, LR_DEFAULTCOLOR)));
+  const int pixels = HandheldToMonitor(size);
+  UniqueImageList images(ImageList_Create(pixels, pixels, ILC_COLOR32 | ILC_MASK, 1, 0));
+  const UniqueIcon image(HandheldLoadIcon(GetModuleHandleW(nullptr), icon, size));
   if (images && image) ImageList_ReplaceIcon(images.get(), -1, image.get());
   // From here on the list view owns the images; the ones that it gives up are destroyed here.
   const UniqueImageList former(listview::setImageList(list, which, images.release()));
@@ -45,12 +46,16 @@ DWORD styleBits(NameStyle style) {
 
 NameListView::NameListView(HWND mainWindow, AppColor background, AppColor text, Icons icons,
                            int selectedIndex)
-    : selectedIndex_(selectedIndex), background_(background), text_(text), icons_(icons) {
+    : mainWindow_(mainWindow),
+      selectedIndex_(selectedIndex),
+      background_(background),
+      text_(text),
+      icons_(icons) {
   const RECT place = listRectangle(mainWindow);
-  window_ = CreateWindowExW(0, WC_LISTVIEWW, L"", WS_CHILD | LVS_ICON | LVS_SINGLESEL | LVS_SHOWSELALWAYS,
-                            place.left, place.top, place.right - place.left, place.bottom - place.top,
-                            mainWindow, reinterpret_cast<HMENU>(static_cast<INT_PTR>(kControlId)),
-                            GetModuleHandleW(nullptr), nullptr);
+  window_ = HandheldCreateWindow(
+      0, WC_LISTVIEWW, L"", WS_CHILD | LVS_ICON | LVS_SINGLESEL | LVS_SHOWSELALWAYS, place.left, place.top,
+      place.right - place.left, place.bottom - place.top, mainWindow,
+      reinterpret_cast<HMENU>(static_cast<INT_PTR>(kControlId)), GetModuleHandleW(nullptr), nullptr);
   // A new child lies behind its siblings, and the tab control covers the same area.
   if (window_) SetWindowPos(window_, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
 }
@@ -68,6 +73,18 @@ void NameListView::hide() {
   ShowWindow(window_, SW_HIDE);
 }
 
+void NameListView::layOut() {
+  const RECT place = listRectangle(mainWindow_);
+  HandheldMoveWindow(window_, place.left, place.top, place.right - place.left, place.bottom - place.top,
+                     TRUE);
+}
+
+void NameListView::refreshColors() {
+  applyColors();
+  InvalidateRect(window_, nullptr, TRUE);
+  UpdateWindow(window_);
+}
+
 void NameListView::applyColors() {
   listview::setColors(window_, appColors[background_], appColors[text_]);
 }
@@ -81,6 +98,14 @@ void NameListView::setStyle(NameStyle style) {
 
 void NameListView::addItem(int index, const String& name) {
   listview::insertItem(window_, index, name.text(), 0);
+}
+
+void NameListView::deleteItem(int index) {
+  listview::deleteItem(window_, index);
+}
+
+void NameListView::setItemText(int index, const String& name) {
+  listview::setItemText(window_, index, name.text());
 }
 
 void NameListView::deleteAllItems() {
@@ -126,6 +151,9 @@ void NameListView::scrollThrough() {
 }
 
 void NameListView::loadImages() {
+  // The images alone don't move the icons apart.
+  constexpr int kIconSpacing = 75;
+  listview::setIconSpacing(window_, HandheldToMonitor(kIconSpacing), HandheldToMonitor(kIconSpacing));
   setIcon(window_, LVSIL_NORMAL, icons_.large, 32);
   setIcon(window_, LVSIL_SMALL, icons_.small, 16);
 }

@@ -5,6 +5,7 @@
 #include "base/app_colors.h"
 #include "base/name_list.h"
 #include "base/string.h"
+#include "records/availability.h"
 #include "records/pages.h"
 
 /// The list control of a page of names: one item for each name, one icon for all of them. The control
@@ -28,10 +29,17 @@ class NameListView {
 
   void show();
   void hide();
+  /// Back to the place that it has from the present size of the main window and the user's options.
+  void layOut();
   void applyColors();
+  /// With the colours as they are now, at once.
+  void refreshColors();
   void setStyle(NameStyle style);
+  /// The images at the present zoom.
+  void loadImages();
 
   void addItem(int index, const String& name);
+  void deleteItem(int index);
   void deleteAllItems();
   int count() const;
   /// Takes the focus, selects the item and scrolls it into view. An index that is no item's selects
@@ -41,19 +49,21 @@ class NameListView {
   String itemText(int index) const;
   int findItem(const String& name) const;
 
+  void setItemText(int index, const String& name);
+
   int selectedIndex() const { return selectedIndex_; }
   void setSelectedIndex(int index) { selectedIndex_ = index; }
 
  protected:
   /// Replaces the items and selects none.
   void refill(const NameList& names);
+  NamesFacts facts() const { return {.selectedIndex = selectedIndex_, .itemCount = count()}; }
   /// Moves the view to the last and back to the first item, unseen.
   void scrollThrough();
 
  private:
-  void loadImages();
-
   HWND window_ = nullptr;
+  HWND mainWindow_;
   int selectedIndex_;
   AppColor background_;
   AppColor text_;

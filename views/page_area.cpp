@@ -2,7 +2,17 @@
 
 #include "base/app_settings.h"
 
+bool bandsAtTop() {
+  return theAppSettings && theAppSettings->options().RebarsAtTop() != 0;
+}
+
 int pageOffset() {
   constexpr int kBandAtTopHeight = 28;
-  return theAppSettings && theAppSettings->options().RebarsAtTop() != 0 ? kBandAtTopHeight : 0;
+  return bandsAtTop() ? kBandAtTopHeight : 0;
+}
+
+int formTopMargin() {
+  constexpr int kBelowBand = 30;
+  constexpr int kWithoutBand = 2;
+  return !theAppSettings || bandsAtTop() ? kBelowBand : kWithoutBand;
 }

@@ -7,5 +7,13 @@
 /// Height, in pixels, that the pages leave free for the band and the tabs.
 inline constexpr int kBandAndTabsHeight = 50;
 
+/// Whether the user wants the command bands above the pages. They are below them until the settings are
+/// read.
+bool bandsAtTop();
+
 /// Top of a page within the page area: 28 with the bands at the top, else 0.
 int pageOffset();
+
+/// Top of the first row of every page of the form, within the form's window: 30 with the bands at the
+/// top, else 2. Until the settings are read it is 30.
+int formTopMargin();

@@ -63,11 +63,17 @@ void RecordListView::keyPressed(WORD key) {
     --currentRecord;
   } else if (key == VK_DOWN && currentRecord < static_cast<std::uint32_t>(listview::itemCount(list_))) {
     ++currentRecord;
+  } else if (key != VK_UP && key != VK_DOWN) {
+    return;
   }
+  document_->rowChosen();
 }
 
 void RecordListView::itemChanged(const NMLISTVIEW& change) {
   // A row that loses the selection is reported too.
   if ((change.uNewState & LVIS_SELECTED) == 0 || change.iItem < 0) return;
-  currentRecord = static_cast<std::uint32_t>(change.iItem) + 1;
+  const std::uint32_t position = static_cast<std::uint32_t>(change.iItem) + 1;
+  if (position == currentRecord) return;
+  currentRecord = position;
+  document_->rowChosen();
 }

@@ -4,7 +4,9 @@
 #include <array>
 
 #include "base/app_colors.h"
+#include "platform/pocketshell/handheld_windows.h"
 #include "records/document.h"
+#include "resources/command_ids.h"
 #include "views/list_view.h"
 #include "views/message_table.h"
 #include "views/page_area.h"
@@ -25,10 +27,13 @@ int rowCount() {
   return static_cast<int>(std::min(recordCount, kMaxRowCount));
 }
 
+/// Of the control class, in whose place listProcedure stands.
+WNDPROC listOldProc = nullptr;
+
 UniqueFont createFont(HWND window, int points) {
   const UniqueWindowDc dc(window);
   LOGFONTW description{};
-  description.lfHeight = GetDeviceCaps(dc.dc(), LOGPIXELSY) * points / 72;
+  description.lfHeight = HandheldToMonitor(GetDeviceCaps(dc.dc(), LOGPIXELSY) * points / 72);
   description.lfWeight = FW_NORMAL;
   description.lfCharSet = DEFAULT_CHARSET;
   description.lfPitchAndFamily = FF_SWISS;
@@ -50,9 +55,9 @@ bool RecordListView::registerClass(HINSTANCE instance) {
 }
 
 HWND RecordListView::create(HINSTANCE instance, HWND tabControl, const RECT& place) {
-  return CreateWindowExW(WS_EX_CLIENTEDGE, kClassName, L"", WS_CHILD, place.left, place.top,
-                         place.right - place.left, place.bottom - place.top, tabControl,
-                         reinterpret_cast<HMENU>(kControlId), instance, this);
+  return HandheldCreateWindow(WS_EX_CLIENTEDGE, kClassName, L"", WS_CHILD, place.left, place.top,
+                              place.right - place.left, place.bottom - place.top, tabControl,
+                              reinterpret_cast<HMENU>(kControlId), instance, this);
 }
 
 LRESULT RecordListView::windowCreated(HWND window, UINT, WPARAM, LPARAM lParam) {
@@ -70,26 +75,63 @@ LRESULT CALLBACK RecordListView::windowProcedure(HWND window, UINT message, WPAR
 
 bool RecordListView::createList(HWND tabControl) {
   tabControl_ = tabControl;
-  RECT client{};
-  GetClientRect(tabControl, &client);
   constexpr DWORD kStyle = WS_CHILD | WS_VISIBLE | WS_TABSTOP | LVS_REPORT | LVS_SINGLESEL |
                            LVS_SHOWSELALWAYS | LVS_OWNERDATA | LVS_NOSORTHEADER;
   static_assert(kStyle == 0x5001900D);
-  list_ = CreateWindowExW(WS_EX_TRANSPARENT, WC_LISTVIEWW, L"", kStyle, 0, pageOffset(), client.right,
-                          client.bottom - kBandAndTabsHeight, tabControl,
-                          reinterpret_cast<HMENU>(static_cast<INT_PTR>(kListId)), GetModuleHandleW(nullptr),
-                          nullptr);
+  const RECT place = listRectangle();
+  list_ = HandheldCreateWindow(WS_EX_TRANSPARENT, WC_LISTVIEWW, L"", kStyle, place.left, place.top,
+                               place.right - place.left, place.bottom - place.top, tabControl,
+                               reinterpret_cast<HMENU>(static_cast<INT_PTR>(kListId)),
+                               GetModuleHandleW(nullptr), nullptr);
   if (!list_) return false;
   hide();
   listview::setExtendedStyle(list_, LVS_EX_FULLROWSELECT);
+  listOldProc = reinterpret_cast<WNDPROC>(
+      SetWindowLongPtrW(list_, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(listProcedure)));
   return true;
+}
+
+RECT RecordListView::listRectangle() const {
+  RECT client{};
+  HandheldGetClientRect(tabControl_, &client);
+  const int top = pageOffset();
+  return {0, top, client.right, top + client.bottom - kBandAndTabsHeight};
+}
+
+void RecordListView::layOut() {
+  const RECT place = listRectangle();
+  HandheldMoveWindow(list_, place.left, place.top, place.right - place.left, place.bottom - place.top, TRUE);
+}
+
+LRESULT RecordListView::doubleTapped(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+  SendMessageW(GetAncestor(window, GA_ROOT), WM_COMMAND, ID_RECORD_EDIT, 0);
+  return CallWindowProcW(listOldProc, window, message, wParam, lParam);
+}
+
+LRESULT CALLBACK RecordListView::listProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+  static constexpr std::array kMessages = {
+      MessageRow{WM_LBUTTONDBLCLK, doubleTapped},
+  };
+  return answerFromTable(kMessages, window, message, wParam, lParam,
+                         [](HWND list, UINT number, WPARAM first, LPARAM second) {
+                           return CallWindowProcW(listOldProc, list, number, first, second);
+                         });
 }
 
 void RecordListView::prepare(Document* document) {
   document_ = document;
-  if (!document) return;
+  if (document) createFonts();
+}
+
+void RecordListView::createFonts() {
   smallFont_ = createFont(list_, 8);
   largeFont_ = createFont(list_, 10);
+}
+
+void RecordListView::zoomChanged() {
+  if (!document_) return;
+  createFonts();
+  if (columnCount_ > 0) rebuildColumns();
 }
 
 void RecordListView::show() {
@@ -102,6 +144,12 @@ void RecordListView::hide() {
 
 void RecordListView::applyColors() {
   listview::setColors(list_, appColors[kListViewBackground], appColors[kListViewText]);
+}
+
+void RecordListView::refreshColors() {
+  applyColors();
+  InvalidateRect(list_, nullptr, TRUE);
+  UpdateWindow(list_);
 }
 
 // ---- Rows and columns
@@ -123,6 +171,7 @@ void RecordListView::fill() {
   applyColors();
   resetItems();
   selectCurrent();
+  updateColumnButtons();
 }
 
 void RecordListView::clear() {
@@ -140,7 +189,7 @@ void RecordListView::insertColumns() {
     const int field = column == 0 ? 0 : firstSlidingColumn_ + column - 1;
     if (field >= fieldCount_) break;
     listview::insertColumn(list_, column, document_->fieldName(static_cast<std::uint32_t>(field)).text(),
-                           kColumnWidth);
+                           HandheldToMonitor(kColumnWidth));
   }
   SelectObject(dc.dc(), former);
 }
@@ -156,6 +205,7 @@ void RecordListView::rebuildColumns() {
   cachedRow_ = kNoRow;
   listview::setItemCount(list_, rowCount());
   selectCurrent();
+  updateColumnButtons();
 }
 
 void RecordListView::resetItems() {
@@ -178,6 +228,19 @@ void RecordListView::showNextColumn() {
 
 void RecordListView::fitColumns() {
   for (int column = columnCount_ - 1; column >= 0; --column) listview::fitColumn(list_, column);
+}
+
+void RecordListView::updateColumnButtons() {
+  if (!document_) return;
+  document_->commandBar().apply(
+      columnStates({.fieldCount = fieldCount_, .firstSlidingColumn = firstSlidingColumn_}));
+}
+
+void RecordListView::recordDeleted() {
+  listview::deleteItem(list_, static_cast<int>(currentRecord) - 1);
+  cachedRow_ = kNoRow;
+  resetItems();
+  selectCurrent();
 }
 
 // ---- The chosen row

@@ -48,6 +48,8 @@ class RecordListView final : public RecordGrid {
 
   void show() override;
   void hide() override;
+  void layOut() override;
+  void refreshColors() override;
   void fill() override;
   void clear() override;
   void resetColumns() override { firstSlidingColumn_ = 1; }
@@ -56,9 +58,16 @@ class RecordListView final : public RecordGrid {
   void showPreviousColumn() override;
   void showNextColumn() override;
   void fitColumns() override;
+  /// Takes the row of currentRecord, which was deleted, out of the grid.
+  void recordDeleted() override;
+  void updateColumnButtons() override;
+  /// Makes fonts and columns at the present zoom.
+  void zoomChanged();
 
  private:
   bool createList(HWND tabControl);
+  RECT listRectangle() const;
+  void createFonts();
   void applyColors();
   void insertColumns();
   void deleteColumns();
@@ -71,6 +80,8 @@ class RecordListView final : public RecordGrid {
   void keyPressed(WORD key);
   void itemChanged(const NMLISTVIEW& change);
 
+  static LRESULT doubleTapped(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+  static LRESULT CALLBACK listProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
   static LRESULT windowCreated(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
   static LRESULT CALLBACK windowProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
 

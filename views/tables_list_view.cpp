@@ -4,22 +4,48 @@
 
 #include "resources/resource_ids.h"
 
-TablesListView::TablesListView(HWND mainWindow)
+TablesListView::TablesListView(HWND mainWindow, CommandBar& bar)
     : NameListView(mainWindow, kTablesViewBackground, kTablesViewText, {IDI_TABLES_LARGE, IDI_TABLES_SMALL},
-                   -1) {}
+                   -1),
+      bar_(bar) {}
 
-String TablesListView::itemText(int index) {
+void TablesListView::addItem(int index, const String& name) {
+  NameListView::addItem(index, name);
+  updateCommandButtons();
+}
+
+void TablesListView::deleteItem(int index) {
+  NameListView::deleteItem(index);
+  updateCommandButtons();
+}
+
+void TablesListView::deleteAllItems() {
+  NameListView::deleteAllItems();
+  updateCommandButtons();
+}
+
+void TablesListView::rememberSelection(int index) {
   setSelectedIndex(index);
   selectionRemembered_ = true;
+}
+
+void TablesListView::updateCommandButtons() {
+  bar_.apply(tableStates(facts()));
+}
+
+String TablesListView::itemText(int index) {
+  rememberSelection(index);
   return NameListView::itemText(index);
 }
 
 void TablesListView::fill(const NameList& names, Positioning positioning, const String& name) {
   refill(names);
-  if (names.isEmpty()) return;
-  setSelectedIndex(selectionRemembered_ ? positioned(positioning, name) : 0);
-  scrollThrough();
-  selectItem(selectedIndex());
+  if (!names.isEmpty()) {
+    setSelectedIndex(selectionRemembered_ ? positioned(positioning, name) : 0);
+    scrollThrough();
+    selectItem(selectedIndex());
+  }
+  updateCommandButtons();
 }
 
 int TablesListView::positioned(Positioning positioning, const String& name) const {

@@ -154,6 +154,22 @@ TEST_F(ForeignTables, NumberInAColumnWithoutTypeStaysANumberWhenATextReplacesIt)
             (std::vector<std::string>{"-6", "3.25", "'9'", "'ten'"}));
 }
 
+TEST_F(ForeignTables, WholeNumbersBeyondTheirTypeAreReplacedByOthersLikeThem) {
+  const ComPtr<IAdoceRecordset> recordset = openedOn(
+      "CREATE TABLE T (I INTEGER, S SMALLINT, U UNSIGNED INT); "
+      "INSERT INTO T VALUES (9007199254740993, 40000, -1), (5, 5, 5)",
+      L"SELECT * FROM T");
+  ASSERT_EQ(put(recordset.get(), 0, variant(L"9007199254740994")), S_OK);
+  ASSERT_EQ(put(recordset.get(), 1, variant(40001L)), S_OK);
+  ASSERT_EQ(put(recordset.get(), 2, decimal(-2)), S_OK);
+  ASSERT_EQ(recordset->MoveNext(), S_OK);
+  EXPECT_EQ(put(recordset.get(), 0, variant(L"9007199254740994")), objectModelError(3421));
+  EXPECT_EQ(put(recordset.get(), 1, variant(40001L)), objectModelError(3421));
+  EXPECT_EQ(put(recordset.get(), 2, decimal(-2)), objectModelError(3421));
+  EXPECT_EQ(sqliteColumn(path_, "SELECT quote(I) || ' ' || quote(S) || ' ' || quote(U) FROM T"),
+            (std::vector<std::string>{"9007199254740994 40001 -2", "5 5 5"}));
+}
+
 TEST_F(ForeignTables, WithoutRowIdsAreUpdatable) {
   const ComPtr<IAdoceRecordset> recordset = openedOn(
       "CREATE TABLE T (K TEXT PRIMARY KEY, N INT) WITHOUT ROWID; INSERT INTO T VALUES ('b', 2), ('a', 1)",

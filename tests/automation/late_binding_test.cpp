@@ -51,6 +51,56 @@ TEST_F(LateBinding, WalksTheRecords) {
   EXPECT_EQ(seen, "BSTR a;BSTR b;");
 }
 
+TEST_F(LateBinding, EveryMemberThatTheApplicationUsesAnswersToItsName) {
+  const LateObject connection = LateObject::create(L"ADOCE.Connection.3.1");
+  connection.put(L"Provider", variant(L"CEDB"));
+  connection.put(L"ConnectionString", variant(path_));
+  connection.call(L"Open", arguments(variant(L""), variant(L""), variant(L""), variant(-1L)));
+  connection.call(L"Execute",
+                  arguments(variant(L"CREATE TABLE 'new' (N Integer ,S Text)"), empty(), variant(1L)));
+
+  const LateObject recordset = LateObject::create(L"ADOCE.Recordset.3.1");
+  recordset.call(L"Open", arguments(variant(L"Select * from [new]"), variant(connection.object()),
+                                    variant(2L), variant(3L), variant(1L)));
+  for (long n = 1; n <= 4; ++n) {
+    recordset.call(L"AddNew", arguments(empty(), empty()));
+    recordset.putItem(variant(n), arguments(variant(0L)));
+    recordset.call(L"Update", arguments(empty(), empty()));
+  }
+  EXPECT_EQ(described(recordset.get(L"RecordCount")), "I4 4");
+  const auto current = [&] {
+    return described(LateObject::of(recordset.item(arguments(variant(0L)))).get(L"Value"));
+  };
+  recordset.call(L"MoveFirst");
+  EXPECT_EQ(current(), "I4 1");
+  recordset.call(L"MoveLast");
+  EXPECT_EQ(current(), "I4 4");
+  recordset.call(L"MovePrevious");
+  EXPECT_EQ(current(), "I4 3");
+  recordset.call(L"MoveNext");
+  EXPECT_EQ(current(), "I4 4");
+  recordset.call(L"Move", arguments(variant(1L), variant(1L)));
+  EXPECT_EQ(current(), "I4 2");
+  recordset.call(L"Move", arguments(variant(-1L), variant(0L)));
+  EXPECT_EQ(current(), "I4 1");
+  recordset.call(L"Delete", arguments(variant(1L)));
+  EXPECT_EQ(described(recordset.get(L"RecordCount")), "I4 3");
+
+  recordset.call(L"MoveFirst");
+  const LateObject fields = LateObject::of(recordset.get(L"Fields"));
+  EXPECT_EQ(described(fields.get(L"Count")), "I4 2");
+  const LateObject field = LateObject::of(fields.get(L"Item", arguments(variant(0L))));
+  EXPECT_EQ(described(field.get(L"Name")), "BSTR N");
+  EXPECT_EQ(described(field.get(L"Type")), "I4 3");
+  EXPECT_EQ(V_I4(field.get(L"Attributes").get()) & 4, 4);
+  field.put(L"Value", variant(22L));
+  recordset.call(L"Update");
+  EXPECT_EQ(described(field.get(L"Value")), "I4 22");
+  recordset.call(L"Close");
+  connection.call(L"Close");
+  EXPECT_EQ(sqliteColumn(path_, "SELECT N FROM new"), (std::vector<std::string>{"22", "3", "4"}));
+}
+
 TEST_F(LateBinding, DefaultMembersAreLeftOut) {
   const LateObject recordset = openRecords();
   const LateObject fields = LateObject::of(recordset.item());

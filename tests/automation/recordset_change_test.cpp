@@ -232,6 +232,21 @@ TEST_F(Changes, OfARecordThatAnotherDeletedFail) {
   EXPECT_THAT(stored(), ElementsAre("b=2", "c=3"));
 }
 
+TEST_F(Changes, OfARecordThatAnotherChangedFail) {
+  constexpr HRESULT kConcurrencyViolation = static_cast<HRESULT>(0x80040E38);
+  ASSERT_EQ(put(records_.get(), 1, variant(5L)), S_OK);
+  SqliteFile(path_).run("UPDATE T SET Name = 'x' WHERE Name = 'a'");
+  EXPECT_EQ(update(records_.get()), kConcurrencyViolation);
+  EXPECT_EQ(records_->Delete(1), kConcurrencyViolation);
+  EXPECT_EQ(records_->MoveNext(), kConcurrencyViolation);
+  EXPECT_THAT(stored(), ElementsAre("x=1", "b=2", "c=3"));
+  ASSERT_EQ(records_->CancelUpdate(), S_OK);
+  EXPECT_EQ(textOf(records_.get(), 0), L"x");
+  ASSERT_EQ(put(records_.get(), 1, variant(5L)), S_OK);
+  EXPECT_EQ(update(records_.get()), S_OK);
+  EXPECT_THAT(stored(), ElementsAre("x=5", "b=2", "c=3"));
+}
+
 TEST_F(Changes, AreSeenByASecondConnectionAtOnce) {
   const ComPtr<IAdoceConnection> other = connectTo(path_);
   const ComPtr<IAdoceRecordset> watching = recordsOf(other.get(), L"Select * from [T]");

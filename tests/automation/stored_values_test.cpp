@@ -71,11 +71,19 @@ INSTANTIATE_TEST_SUITE_P(
                     Conversion{"unsigned int", [] { return int64(4294967295); }, "4294967295"}));
 
 INSTANTIATE_TEST_SUITE_P(
+    IntoIntegerBeyond32Bits, Conversions,
+    testing::Values(Conversion{"integer", [] { return int64(2147483648); }, "2147483648"},
+                    Conversion{"integer", [] { return int64(std::numeric_limits<std::int64_t>::min()); },
+                               "-9223372036854775808"},
+                    Conversion{"integer", [] { return uint64(9223372036854775807u); }, "9223372036854775807"},
+                    Conversion{"integer", [] { return decimal(9223372036854775807); }, "9223372036854775807"},
+                    Conversion{"integer", [] { return decimal(-2147483649); }, "-2147483649"},
+                    Conversion{"integer", [] { return uint64(9223372036854775808u); }, kRefused}));
+
+INSTANTIATE_TEST_SUITE_P(
     IntoIntegerRefused, Conversions,
     testing::Values(Conversion{"integer", [] { return variant(L"abc"); }, kRefused},
                     Conversion{"integer", [] { return variant(L""); }, kRefused},
-                    Conversion{"integer", [] { return int64(2147483648); }, kRefused},
-                    Conversion{"integer", [] { return int64(-2147483649); }, kRefused},
                     Conversion{"integer", [] { return uint64(18446744073709551615u); }, kRefused},
                     Conversion{"integer", [] { return variant(L"2147483648"); }, kRefused},
                     Conversion{"integer", [] { return real64(1e10); }, kRefused},
@@ -87,6 +95,8 @@ INSTANTIATE_TEST_SUITE_P(
                     Conversion{"integer", [] { return nothing(); }, kRefused},
                     Conversion{"integer", [] { return list({}); }, kRefused},
                     Conversion{"smallint", [] { return variant(32768L); }, kRefused},
+                    Conversion{"smallint", [] { return int64(32768); }, kRefused},
+                    Conversion{"smallint", [] { return decimal(-32769); }, kRefused},
                     Conversion{"smallint", [] { return variant(-32769L); }, kRefused},
                     Conversion{"unsigned smallint", [] { return variant(-1L); }, kRefused},
                     Conversion{"unsigned smallint", [] { return variant(65536L); }, kRefused},

@@ -165,6 +165,27 @@ TEST_F(CatalogueTest, TheNamesAreReserved) {
   run("CREATE TABLE 'MSysTables2' (a Integer)");
 }
 
+TEST_F(CatalogueTest, TablesOfTheFileThatDifferInLetterCaseAreListedAndOpened) {
+  prepare(
+      "CREATE TABLE msystables (a Integer); INSERT INTO msystables VALUES (5); CREATE VIEW MSYSFIELDS AS "
+      "SELECT 6");
+  open();
+  EXPECT_EQ("MSysFields MSysTables MSysIndexes MSysProcs msystables MSYSFIELDS",
+            columnOf(*records("MSysTables", SourceKind::table)));
+  EXPECT_EQ("5", columnOf(*records("msystables", SourceKind::table)));
+  EXPECT_EQ("5", columnOf("Select * from [msystables]"));
+  EXPECT_EQ("6", columnOf(*records("MSYSFIELDS", SourceKind::table)));
+  EXPECT_EQ("TableID FieldName FieldID Len ODBCType", columnNames(*records("MSysFields", SourceKind::table)));
+  EXPECT_EQ("ProcName SQLText", columnNames(*records("MSYSPROCS", SourceKind::table)));
+}
+
+TEST_F(CatalogueTest, ATableOfTheFileThatIsCalledLikeTheCatalogueDoesNotHideTheOthers) {
+  prepare("CREATE TABLE MSysTables (TableName, Other); CREATE TABLE t (a Integer)");
+  open();
+  EXPECT_EQ("MSysFields MSysTables MSysIndexes MSysProcs MSysTables t",
+            columnOf(*records("MSysTables", SourceKind::table)));
+}
+
 TEST_F(CatalogueTest, NothingIsWrittenIntoTheFile) {
   prepare("CREATE TABLE t (a Integer)");
   const std::string before = bytesOf(path_);

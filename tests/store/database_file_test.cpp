@@ -193,6 +193,15 @@ TEST_F(DatabaseFileTest, ADatabaseInUseIsNotDropped) {
   EXPECT_TRUE(std::filesystem::exists(path_));
 }
 
+TEST_F(DatabaseFileTest, AFileThatIsMarkedReadOnlyIsNotDropped) {
+  using std::filesystem::perms;
+  std::filesystem::permissions(path_, perms::owner_read, std::filesystem::perm_options::replace);
+  EXPECT_EQ(ErrorCode::readOnly, dropDatabase(utf8Of(path_)).code());
+  EXPECT_TRUE(std::filesystem::exists(path_));
+  std::filesystem::permissions(path_, perms::owner_all, std::filesystem::perm_options::replace);
+  EXPECT_TRUE(dropDatabase(utf8Of(path_)));
+}
+
 TEST_F(DatabaseFileTest, TheOpenDatabaseIsNotDropped) {
   open();
   EXPECT_EQ(ErrorCode::locked, tryRun("DROP DATABASE '" + utf8Of(path_) + "'").code());

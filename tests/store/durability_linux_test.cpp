@@ -2,6 +2,7 @@
 // Linux.
 #include <csignal>
 #include <cstdlib>
+#include <fcntl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -116,6 +117,40 @@ TEST_F(DurabilityTest, ADeadProgramsLockIsNone) {
   run("INSERT INTO t VALUES (-1, 'after')");
   EXPECT_EQ("-1", columnOf("SELECT a FROM t WHERE b = 'after'"));
   EXPECT_GE(last, 2);
+}
+
+// The byte on which whoever writes has a lock ("File Format", the locking protocol of SQLite's unix files).
+constexpr off_t kReservedByte = 0x40000001;
+
+TEST_F(DurabilityTest, OpeningAndDroppingLeaveTheLocksOfOtherConnectionsOfTheProgram) {
+  prepare("CREATE TABLE t (a Integer, b Text)");
+  const auto isLockedForOthers = [&] {
+    const pid_t child = fork();
+    if (child == 0) {
+      const int file = ::open(path_.c_str(), O_RDWR);
+      struct flock lock {};
+      lock.l_type = F_WRLCK;
+      lock.l_whence = SEEK_SET;
+      lock.l_start = kReservedByte;
+      lock.l_len = 1;
+      _exit(fcntl(file, F_GETLK, &lock) == 0 && lock.l_type == F_WRLCK ? 1 : 0);
+    }
+    int state = 0;
+    EXPECT_EQ(child, waitpid(child, &state, 0));
+    return WIFEXITED(state) && WEXITSTATUS(state) == 1;
+  };
+  OtherProgram writer(path_);
+  EXPECT_FALSE(isLockedForOthers());
+  writer.run("BEGIN IMMEDIATE; INSERT INTO t VALUES (1, 'x')");
+  ASSERT_TRUE(isLockedForOthers());
+  open();
+  EXPECT_TRUE(isLockedForOthers()) << "after opening";
+  backend_.reset();
+  EXPECT_TRUE(isLockedForOthers()) << "after closing";
+  EXPECT_EQ(ErrorCode::locked, dropDatabase(utf8Of(path_)).code());
+  EXPECT_TRUE(isLockedForOthers()) << "after a refused dropping";
+  writer.run("COMMIT");
+  EXPECT_EQ("1", inFile("SELECT a FROM t"));
 }
 
 }  // namespace

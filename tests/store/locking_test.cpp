@@ -3,6 +3,7 @@
 #include <chrono>
 #include <thread>
 
+#include "platform/store/engine/read_lease.h"
 #include "tests/store/store_fixture.h"
 
 namespace store {
@@ -119,6 +120,31 @@ TEST_F(LockingTest, AnUpdateWaitsForAnotherWriterAndThenFailsWithNothingLost) {
   EXPECT_TRUE(rows->update());
   EXPECT_EQ(4, rows->recordCount());
   EXPECT_EQ("one theirs three (null)", columnOf("SELECT b FROM t"));
+}
+
+TEST_F(LockingTest, AllWaitsOfOneUseTogetherTakeTheLockWait) {
+  constexpr std::chrono::milliseconds kMost{800};
+  OtherProgram ours(path_);
+  ReadLease lease(ours.handle(), kMost);
+  OtherProgram other(path_);
+  other.run("BEGIN IMMEDIATE");
+  const auto waits = [&] {
+    const Clock::time_point start = Clock::now();
+    EXPECT_EQ(SQLITE_BUSY, ours.tryRun("BEGIN IMMEDIATE"));
+    return Clock::now() - start;
+  };
+  {
+    ReadLease::Use use(lease);
+    EXPECT_GE(waits(), kMost);
+    EXPECT_LT(waits(), kMost / 2) << "the second wait goes on with the first";
+  }
+  {
+    ReadLease::Use use(lease);
+    const LockWait::Never never(lease.lockWait());
+    EXPECT_LT(waits(), kMost / 2);
+  }
+  ReadLease::Use use(lease);
+  EXPECT_GE(waits(), kMost) << "the next use waits by itself";
 }
 
 TEST_F(LockingTest, AChangeThatCannotBeCommittedIsUndone) {
@@ -301,7 +327,7 @@ TEST_F(LockingTest, ReadersAndWritersOfAWriteAheadFileDoNotWaitForEachOther) {
   const auto rows = records("Select * from [t]");
   EXPECT_EQ("one", textOf(*rows, 1));
   const auto other = impatientProgram();
-  EXPECT_EQ(SQLITE_OK, other->tryRun("UPDATE t SET b = 'changed'")) << "beside our reading";
+  EXPECT_EQ(SQLITE_OK, other->tryRun("UPDATE t SET b = 'changed' WHERE a = 2")) << "beside our reading";
   other->run("BEGIN");
   EXPECT_EQ("3", other->ask("SELECT count(*) FROM t"));
   ASSERT_TRUE(rows->setValue(1, std::string("mine")));

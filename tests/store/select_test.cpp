@@ -120,6 +120,46 @@ TEST_F(SelectTest, RowsThatNoTableTellsApartAreReadOnly) {
   expectReadOnly("SELECT t.a FROM t JOIN u WHERE 0", "");
 }
 
+TEST_F(SelectTest, AggregatesOfEveryNameMakeOneRowOfAll) {
+  for (const std::string name : {"count", "SUM", "total", "avg", "group_concat", "json_group_array", "min",
+                                 "Max", "[count]", "\"sum\""}) {
+    for (const std::string& sql :
+         {"SELECT a, " + name + "(a) FROM t", "SELECT 1 + abs(" + name + " (a)) AS b FROM t",
+          "SELECT total(a) FROM t WHERE b ORDER BY 1, " + name + "(a) LIMIT 1",
+          "SELECT " + name + "(a) FILTER (WHERE a > 1) FROM t LIMIT 0"}) {
+      const auto recordset = records(sql);
+      ASSERT_NE(nullptr, recordset);
+      EXPECT_FALSE(recordset->isUpdatable()) << sql;
+      EXPECT_LE(recordset->recordCount(), 1) << sql;
+    }
+  }
+}
+
+TEST_F(SelectTest, MinAndMaxOfSeveralArgumentsAndNamesLikeAggregatesAreNoAggregates) {
+  prepare("CREATE TABLE n (count, max); INSERT INTO n VALUES (1, 2), (3, 4)");
+  for (const char* sql : {"SELECT min(count, max) FROM n", "SELECT count, (max) FROM n",
+                          "SELECT count AS sum FROM n ORDER BY max(count, max)"}) {
+    const auto recordset = records(sql);
+    ASSERT_NE(nullptr, recordset);
+    EXPECT_TRUE(recordset->isUpdatable()) << sql;
+    EXPECT_EQ("1 3", columnOf(*recordset)) << sql;
+  }
+}
+
+TEST_F(SelectTest, AnAggregateInASubqueryBelongsToTheSelectWhoseColumnsItIsMadeOf) {
+  expectReadOnly("SELECT (SELECT sum(b || 1) FROM u) FROM t", "0.000000");
+  expectReadOnly("SELECT (SELECT sum(c) FROM u) FROM t", "4.500000");
+  expectReadOnly("SELECT (SELECT sum(t.a) FROM u) FROM t", "10");
+  expectReadOnly("SELECT (SELECT 1 + max(abs([x].a)) FROM u) FROM t x", "5");
+  expectReadOnly("SELECT (SELECT sum(c)) FROM t", "4.500000");
+  expectReadOnly("SELECT count(*), (SELECT sum(c) FROM u) FROM t", "4");
+  expectUpdatable("SELECT a, (SELECT sum(a) FROM u) AS s FROM t ORDER BY s, a DESC", "4 3 2 1");
+  expectUpdatable("SELECT a, (SELECT count(*) FROM u) FROM t", "1 2 3 4");
+  expectUpdatable("SELECT a, EXISTS (SELECT count(*)) FROM t", "1 2 3 4");
+  expectUpdatable("SELECT a FROM t ORDER BY (SELECT max(d) FROM u), a", "1 2 3 4");
+  expectUpdatable("SELECT a, a IN (WITH w AS (SELECT 1 AS x) SELECT sum(x) FROM w) FROM t", "1 2 3 4");
+}
+
 TEST_F(SelectTest, SqlitesOwnTablesAreReadOnly) {
   prepare("CREATE TABLE counted (a INTEGER PRIMARY KEY AUTOINCREMENT); INSERT INTO counted DEFAULT VALUES");
   expectReadOnly("SELECT name FROM sqlite_master WHERE type = 'view'", "v");

@@ -1,57 +1,9 @@
-#include "records/document.h"
-
-#include <optional>
-#include <string>
-
-#include "base/app_settings.h"
-#include "gmock/gmock.h"
-#include "tests/support/paths.h"
-#include "tests/ui/fake_pages.h"
-#include "tests/ui/test_database.h"
+#include "tests/ui/document_fixture.h"
 
 using testing::ElementsAre;
 using testing::IsEmpty;
 
 namespace {
-
-class DocumentTest : public testing::Test {
- protected:
-  /// The components are registered before the Document makes their objects.
-  void SetUp() override {
-    theAppSettings = std::make_unique<AppSettings>();
-    makeDatabase(path_, {L"CREATE TABLE 'First One' (a Integer)", L"INSERT INTO [First One] VALUES (10)",
-                         L"INSERT INTO [First One] VALUES (20)", L"INSERT INTO [First One] VALUES (30)",
-                         L"CREATE TABLE 'Second' (b Integer)", L"INSERT INTO Second VALUES (1)",
-                         L"CREATE TABLE 'Empty' (c Integer)"});
-    window_.emplace();
-  }
-  void TearDown() override {
-    window_.reset();
-    theAppSettings.reset();
-  }
-
-  FakeWindow& window() { return *window_; }
-  Document& document() { return *window_->document; }
-  const std::filesystem::path& path() const { return path_; }
-  std::filesystem::path file(std::string_view name) const { return folder_.file(name); }
-  void open() {
-    ASSERT_TRUE(document().openDatabase(path_.c_str()));
-    window().takeCalls();
-  }
-  void addQueries() {
-    runStatements(path_,
-                  {L"CREATE TABLE 'QuivaneQueries' (QueryName Text ,SQL Text)",
-                   L"INSERT INTO QuivaneQueries VALUES ('big', 'Select * from [First One] where a > 10')",
-                   L"INSERT INTO QuivaneQueries VALUES ('wrong', 'Select nothing')"});
-  }
-  /// The first field of the record that is current.
-  std::wstring value() { return document().valueText(0).text(); }
-
- private:
-  testsupport::TempFolder folder_;
-  std::filesystem::path path_ = folder_.file("document.cdb");
-  std::optional<FakeWindow> window_;
-};
 
 // ---- Opening and closing
 
@@ -83,8 +35,9 @@ TEST_F(DocumentTest, ClosingForgetsEverything) {
   document().setViewMode(ViewMode::form);
   window().takeCalls();
   EXPECT_EQ(document().closeDatabase(), 0);
-  EXPECT_THAT(window().takeCalls(), ElementsAre("tables.deleteAllItems", "tables.clearRememberedSelection",
-                                                "queries.setSelectedIndex 0"));
+  EXPECT_THAT(window().takeCalls(),
+              ElementsAre("form.takeChange", "tables.deleteAllItems", "tables.clearRememberedSelection",
+                          "queries.setSelectedIndex 0", "form.tearDown"));
   EXPECT_FALSE(document().isDatabaseOpen());
   EXPECT_FALSE(document().isRecordsetOpen());
   EXPECT_EQ(theAppSettings->databaseOpen, 0u);
@@ -197,7 +150,7 @@ TEST_F(DocumentTest, AQueryThatDoesNotRunLeavesNoRecordset) {
   window().takeCalls();
   document().setViewMode(ViewMode::list);
   EXPECT_FALSE(document().isRecordsetOpen());
-  EXPECT_THAT(window().takeCalls(), ElementsAre("queries.hide"));
+  EXPECT_THAT(window().takeCalls(), ElementsAre("queries.hide", "form.tearDown"));
   document().setViewMode(ViewMode::form);
   EXPECT_FALSE(document().isRecordsetOpen());
 }
@@ -215,27 +168,30 @@ TEST_F(DocumentTest, WithoutADatabaseOldPagesAreLeftAndNoneIsEntered) {
   document().setViewMode(ViewMode::form);
   document().setViewMode(ViewMode::list);
   document().setViewMode(ViewMode::queries);
-  EXPECT_THAT(window().takeCalls(), ElementsAre("tables.hide", "form.hide", "grid.hide"));
+  EXPECT_THAT(window().takeCalls(),
+              ElementsAre("tables.hide", "form.layOut forced", "form.hide", "grid.hide"));
   EXPECT_EQ(document().viewMode(), ViewMode::queries);
 }
 
 TEST_F(DocumentTest, EachPageIsLeftBeforeTheNextIsEntered) {
   open();
   document().setViewMode(ViewMode::form);
-  EXPECT_THAT(window().takeCalls(), ElementsAre("tables.hide", "form.show"));
+  EXPECT_THAT(window().takeCalls(), ElementsAre("tables.hide", "form.tearDown", "form.show", "form.build",
+                                                "form.showEditors", "form.loadRecord", "form.layOut forced"));
   document().setViewMode(ViewMode::list);
-  EXPECT_THAT(window().takeCalls(), ElementsAre("form.hide", "grid.show", "grid.fill"));
+  EXPECT_THAT(window().takeCalls(),
+              ElementsAre("form.hide", "form.hideEditors", "form.takeChange", "grid.show", "grid.fill"));
   document().setViewMode(ViewMode::queries);
   EXPECT_THAT(window().takeCalls(), ElementsAre("grid.hide", "queries.show", "queries.fill"));
   document().setViewMode(ViewMode::tables);
-  EXPECT_THAT(window().takeCalls(), ElementsAre("queries.hide", "tables.show"));
+  EXPECT_THAT(window().takeCalls(), ElementsAre("queries.hide", "form.tearDown", "tables.show"));
 }
 
 TEST_F(DocumentTest, TheTablesAreFilledInOnceForEachDatabase) {
   open();
   document().setViewMode(ViewMode::form);
   document().setViewMode(ViewMode::tables);
-  EXPECT_THAT(window().takeCalls(), ElementsAre("tables.hide", "form.show", "form.hide", "tables.show"));
+  EXPECT_THAT(window().takeCalls(), testing::Not(testing::Contains(testing::StartsWith("tables.fill"))));
 }
 
 TEST_F(DocumentTest, TheFormStartsAtTheFirstRecord) {

@@ -1,7 +1,9 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <memory>
+#include <span>
 #include <string>
 #include <utility>
 #include <vector>
@@ -45,6 +47,10 @@ struct FakeGrid final : RecordGrid {
   explicit FakeGrid(Calls& list) : calls(list) {}
   void show() override { calls.push_back("grid.show"); }
   void hide() override { calls.push_back("grid.hide"); }
+  void layOut() override { calls.push_back("grid.layOut"); }
+  void refreshColors() override { calls.push_back("grid.refreshColors"); }
+  void recordDeleted() override { calls.push_back("grid.recordDeleted"); }
+  void updateColumnButtons() override { calls.push_back("grid.updateColumnButtons"); }
   void fill() override {
     calls.push_back("grid.fill");
     filledAt = currentRecord;
@@ -68,6 +74,18 @@ struct FakeNames : Page {
   FakeNames(Calls& list, std::string pageName) : calls(list), name(std::move(pageName)) {}
   void show() override { calls.push_back(name + ".show"); }
   void hide() override { calls.push_back(name + ".hide"); }
+  void layOut() override { calls.push_back(name + ".layOut"); }
+  void refreshColors() override { calls.push_back(name + ".refreshColors"); }
+  void loadImages() override { calls.push_back(name + ".loadImages"); }
+  void addItem(int index, const String& text) override {
+    calls.push_back(name + ".addItem");
+    items.insert(items.begin() + index, text.text());
+  }
+  void deleteItem(int index) override {
+    calls.push_back(name + ".deleteItem " + std::to_string(index));
+    items.erase(items.begin() + index);
+  }
+  void updateCommandButtons() override { calls.push_back(name + ".updateCommandButtons"); }
   void deleteAllItems() override {
     calls.push_back(name + ".deleteAllItems");
     items.clear();
@@ -92,11 +110,17 @@ struct FakeNames : Page {
 
 struct FakeTables final : FakeNames<TablesPage> {
   explicit FakeTables(Calls& list) : FakeNames(list, "tables") {}
-  void fill(const NameList& names, Positioning positioning, const String&) override {
+  void fill(const NameList& names, Positioning positioning, const String& toFind) override {
     calls.push_back("tables.fill " + std::to_string(static_cast<int>(positioning)));
+    wanted = toFind.text();
     take(names);
   }
   void clearRememberedSelection() override { calls.push_back("tables.clearRememberedSelection"); }
+  void rememberSelection(int index) override {
+    calls.push_back("tables.rememberSelection " + std::to_string(index));
+  }
+
+  std::wstring wanted;  ///< the name that the last fill was given
 };
 
 struct FakeQueries final : FakeNames<QueriesPage> {
@@ -110,6 +134,26 @@ struct FakeQueries final : FakeNames<QueriesPage> {
   }
 };
 
+/// Keeps the state that each command was last given, and the position text.
+struct FakeBar final : CommandBar {
+  void apply(std::span<const CommandState> states) override {
+    for (const CommandState& state : states) {
+      if (state.menu != PopupMenu::none) inMenu[{state.menu, state.command}] = state.enabled;
+      if (state.onToolbar) onToolbar[state.command] = state.enabled;
+    }
+  }
+  void rebuildMenuBar() override {
+    ++rebuilt;
+    inMenu.clear();
+  }
+  void setPositionText(const wchar_t* text) override { position = text; }
+
+  int rebuilt = 0;  ///< how often
+  std::map<std::pair<PopupMenu, int>, bool> inMenu;
+  std::map<int, bool> onToolbar;
+  std::wstring position;
+};
+
 /// A Document with fake pages.
 struct FakeWindow {
   FakeWindow() {
@@ -117,8 +161,8 @@ struct FakeWindow {
     auto ownQueries = std::make_unique<FakeQueries>(calls);
     tables = ownTables.get();
     queries = ownQueries.get();
-    document =
-        std::make_unique<Document>(DocumentPages{std::move(ownTables), std::move(ownQueries), grid, form});
+    document = std::make_unique<Document>(
+        DocumentPages{std::move(ownTables), std::move(ownQueries), grid, form, bar});
   }
 
   /// The calls since this was asked last.
@@ -127,6 +171,7 @@ struct FakeWindow {
   Calls calls;
   FakeGrid grid{calls};
   FakeForm form{calls};
+  FakeBar bar;
   FakeTables* tables = nullptr;
   FakeQueries* queries = nullptr;
   std::unique_ptr<Document> document;

@@ -9,6 +9,7 @@
 #include "base/app_colors.h"
 #include "base/live_resources.h"
 #include "gtest/gtest.h"
+#include "tests/ui/fake_pages.h"
 #include "tests/ui/host_window.h"
 #include "views/list_view.h"
 #include "views/queries_list_view.h"
@@ -46,7 +47,8 @@ class TablesListViewTest : public testing::Test {
 
  private:
   HostWindow host_;
-  TablesListView view_{host_.get()};
+  FakeBar bar_;
+  TablesListView view_{host_.get(), bar_};
   const NameList three_ = names({L"a", L"b", L"c"});
 };
 
@@ -125,7 +127,8 @@ TEST_F(TablesListViewTest, FillingAgainAndAgainKeepsNothing) {
 
 TEST(QueriesListViewTest, AFillSelectsTheStoredIndexWhichStartsAtTheFirst) {
   HostWindow host;
-  QueriesListView view(host.get());
+  FakeBar bar;
+  QueriesListView view(host.get(), bar);
   const HWND list = GetDlgItem(host.get(), kControlId);
   ASSERT_NE(list, nullptr);
   view.fill(names({L"a", L"b"}));
@@ -139,19 +142,21 @@ TEST(QueriesListViewTest, AFillSelectsTheStoredIndexWhichStartsAtTheFirst) {
 
 TEST(QueriesListViewTest, TheColoursAreItsOwn) {
   HostWindow host;
-  QueriesListView view(host.get());
+  FakeBar bar;
+  QueriesListView view(host.get(), bar);
   view.show();
   EXPECT_EQ(SendMessageW(GetDlgItem(host.get(), kControlId), LVM_GETBKCOLOR, 0, 0), RGB(255, 128, 0));
 }
 
 TEST(NameListViewTest, ThePageEndsWithItsWindowOrBeforeIt) {
   auto host = std::make_unique<HostWindow>();
+  FakeBar bar;
   {
-    const TablesListView view(host->get());
+    const TablesListView view(host->get(), bar);
     EXPECT_NE(GetDlgItem(host->get(), kControlId), nullptr);
   }
   EXPECT_EQ(GetDlgItem(host->get(), kControlId), nullptr);
-  const auto survivor = std::make_unique<TablesListView>(host->get());
+  const auto survivor = std::make_unique<TablesListView>(host->get(), bar);
   host.reset();
   EXPECT_STREQ(survivor->itemText(0).text(), L"");
 }

@@ -425,7 +425,7 @@ TEST_F(WindowTest, EveryPageLiesInItsPlace) {
   RECT client{};
   GetClientRect(opened.main(), &client);
   EXPECT_EQ(client.right, 240);
-  EXPECT_EQ(client.bottom, 269);
+  EXPECT_EQ(client.bottom, 294);
   const auto place = [&](HWND window) {
     RECT rectangle{};
     GetWindowRect(window, &rectangle);
@@ -433,7 +433,7 @@ TEST_F(WindowTest, EveryPageLiesInItsPlace) {
     return std::vector<LONG>{rectangle.left, rectangle.top, rectangle.right, rectangle.bottom};
   };
   EXPECT_THAT(place(remote::tabControl(opened.main())), ElementsAre(0, 0, 240, 269));
-  EXPECT_THAT(place(opened.tables()), ElementsAre(0, 0, 240, 219));
+  EXPECT_THAT(place(opened.tables()), ElementsAre(0, 0, 240, 218));
 }
 
 TEST_F(WindowTest, TheListsLieInFrontOfTheTabControl) {
@@ -494,7 +494,7 @@ TEST_F(OptionsTest, WithTheBandsAtTheTopThePagesBeginBelowThem) {
     MapWindowPoints(nullptr, parent, reinterpret_cast<POINT*>(&place), 2);
     return std::vector<LONG>{place.top, place.bottom};
   };
-  EXPECT_THAT(placeIn(opened.tables(), opened.main()), ElementsAre(28, 219));
+  EXPECT_THAT(placeIn(opened.tables(), opened.main()), ElementsAre(28, 218));
   RECT client{};
   GetClientRect(remote::tabControl(opened.main()), &client);
   EXPECT_THAT(placeIn(remote::recordGrid(opened.main()), remote::tabControl(opened.main())),

@@ -36,7 +36,7 @@ class RecordListViewTest : public testing::Test {
   void showTable(const wchar_t* createTable, const wchar_t* insert) {
     makeDatabase(path_, {createTable, insert});
     document_ = std::make_unique<Document>(DocumentPages{
-        std::make_unique<FakeTables>(calls_), std::make_unique<FakeQueries>(calls_), view_, form_});
+        std::make_unique<FakeTables>(calls_), std::make_unique<FakeQueries>(calls_), view_, form_, bar_});
     view_.prepare(document_.get());
     ASSERT_TRUE(document_->openDatabase(path_.c_str()));
     document_->setViewMode(ViewMode::list);
@@ -85,6 +85,7 @@ class RecordListViewTest : public testing::Test {
   HWND host() const { return host_.get(); }
   HWND window() const { return window_; }
   HWND list() const { return GetDlgItem(host(), RecordListView::kListId); }
+  FakeBar& bar() { return bar_; }
 
  private:
   testsupport::TempFolder folder_;
@@ -93,6 +94,7 @@ class RecordListViewTest : public testing::Test {
   RecordListView view_;
   Calls calls_;
   FakeForm form_{calls_};
+  FakeBar bar_;
   std::unique_ptr<Document> document_;
   HWND window_ = nullptr;
 };

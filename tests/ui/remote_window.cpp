@@ -275,6 +275,34 @@ void pressKey(HWND window, WORD key) {
   PostMessageW(window, WM_KEYUP, key, scanCode | kReleased);
 }
 
+HWND control(HWND window, int id) {
+  return findBelow(window, [id](HWND child) { return GetDlgCtrlID(child) == id; });
+}
+
+std::wstring text(HWND window) {
+  std::wstring content(static_cast<std::size_t>(SendMessageW(window, WM_GETTEXTLENGTH, 0, 0)) + 1, L'\0');
+  content.resize(static_cast<std::size_t>(SendMessageW(
+      window, WM_GETTEXT, static_cast<WPARAM>(content.size()), reinterpret_cast<LPARAM>(content.data()))));
+  return content;
+}
+
+void clickControl(HWND control) {
+  RECT client{};
+  GetClientRect(control, &client);
+  clickAt(control, client);
+}
+
+void typeText(HWND edit, const std::wstring& newText) {
+  // A second click on the same editor would open its zoom.
+  if (focus(edit) != edit) {
+    clickControl(edit);
+    waitUntil([edit] { return focus(edit) == edit; });
+  }
+  SendMessageW(edit, EM_SETSEL, 0, -1);
+  SendMessageW(edit, WM_CHAR, L'\b', 1);
+  for (const wchar_t character : newText) SendMessageW(edit, WM_CHAR, character, 1);
+}
+
 std::optional<DWORD> close(HWND main) {
   const HANDLE process = OpenProcess(SYNCHRONIZE | PROCESS_QUERY_LIMITED_INFORMATION, FALSE, processOf(main));
   if (!process) return std::nullopt;

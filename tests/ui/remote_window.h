@@ -88,6 +88,15 @@ HWND focus(HWND window);
 /// Presses and releases a key.
 void pressKey(HWND window, WORD key);
 
+/// The control with this identifier anywhere below a window, shown or not; null when there is none.
+HWND control(HWND window, int id);
+/// The text of a window or control.
+std::wstring text(HWND window);
+/// Clicks the middle of a control with the left button.
+void clickControl(HWND control);
+/// Clicks a text control and types into it: first every character that stands in it is deleted.
+void typeText(HWND edit, const std::wstring& newText);
+
 /// Asks the main window to close and waits for the end of its process. The exit code; none when it
 /// takes too long.
 std::optional<DWORD> close(HWND main);

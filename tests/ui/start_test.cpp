@@ -243,7 +243,9 @@ TEST_F(StartTest, AMovedProgramFolderRegistersItsComponentsAnew) {
   const fs::path moved = file("moved folder");
   fs::create_directory(moved);
   fs::copy_file(programFile(), moved / programFile().filename());
-  fs::copy_file(testsupport::binFolder() / L"adoce31.dll", moved / L"adoce31.dll");
+  for (const wchar_t* module : {L"adoce31.dll", L"aygshell.dll"}) {
+    fs::copy_file(testsupport::binFolder() / module, moved / module);
+  }
   {
     RunningProgram program(moved / programFile().filename(), quoted(path));
     EXPECT_NE(program.tablesList(), nullptr);
@@ -262,6 +264,7 @@ TEST_F(StartTest, WithoutComponentsTheProgramSaysSoAndEnds) {
   ASSERT_TRUE(unregisterBinComponents());
   const fs::path alone = file("alone.exe");
   fs::copy_file(programFile(), alone);
+  fs::copy_file(programFile().parent_path() / "aygshell.dll", alone.parent_path() / "aygshell.dll");
   RunningProgram program(alone, L"");
   const HWND box = program.messageBox();
   ASSERT_NE(box, nullptr);

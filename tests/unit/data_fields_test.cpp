@@ -136,15 +136,21 @@ LONG CALLBACK keepDebugText(EXCEPTION_POINTERS* pointers) {
   return EXCEPTION_CONTINUE_EXECUTION;
 }
 
-TEST_F(FieldsTest, TheStatementOfTheCurrentRecordsetIsWrittenToTheDebugOutput) {
+TEST_F(FieldsTest, EveryStatementOfARecordsetIsWrittenToTheDebugOutput) {
   openTable(L"a integer", {L"1"});
   debugTexts.clear();
   void* const handler = AddVectoredExceptionHandler(1, &keepDebugText);
   database_.openRecordset(L"Select * from [t]");
   database_.openRecordset(L"Select * from [missing]");
   database_.checkSql(L"Select a from t");
+  NameList names;
+  database_.listFieldNames(L"Select 1 from t", names);
+  database_.listTables(names);
+  database_.listQueries(names);
   RemoveVectoredExceptionHandler(handler);
-  EXPECT_THAT(debugTexts, ElementsAre(L"Select * from [t]", L"Select * from [missing]", L"Select a from t"));
+  EXPECT_THAT(debugTexts,
+              ElementsAre(L"Select * from [t]", L"Select * from [missing]", L"Select a from t",
+                          L"Select 1 from t", L"Select * from QuivaneQueries ORDER BY QueryName"));
 }
 
 // ---- What the real components never say

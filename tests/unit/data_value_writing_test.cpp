@@ -154,6 +154,16 @@ TEST_F(ValueWritingTest, ValuesBeyondTheirTextSurviveTheSavingOfTheirNeighbours)
   EXPECT_EQ(kept(L"n"), L"text changed");
 }
 
+TEST_F(ValueWritingTest, AnEditedNumberBeyondItsTypeIsStoredWhole) {
+  openTable(L"a integer, b smallint, c integer", {L"9007199254740993, 40000, 5"});
+  write(0, L"9007199254740994");
+  write(1, L"40001");
+  write(2, L"9007199254740994");
+  EXPECT_EQ(kept(L"a"), L"integer 9007199254740994");
+  EXPECT_EQ(kept(L"b"), L"integer 40001");
+  EXPECT_EQ(kept(L"c"), L"(null)") << "a field whose number fits its type takes no other";
+}
+
 TEST_F(ValueWritingTest, AnUntouchedBooleanKeepsItsValue) {
   openTable(L"a bit, b bit, c bit", {L"5, null, 'perhaps'"});
   write(0, FakeEditor::withCheck(true));

@@ -47,6 +47,8 @@ HRESULT resultOf(store::ErrorCode code) {
       return objectModelError(3002);
     case ErrorCode::damaged:
       return objectModelError(3003);
+    case ErrorCode::changedElsewhere:
+      return oleDbError(0x38);
     case ErrorCode::constraint:
       return objectModelError(3719);
     case ErrorCode::locked:

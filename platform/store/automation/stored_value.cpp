@@ -127,9 +127,13 @@ std::optional<std::int64_t> integerOf(const VARIANT& given) {
   return V_I8(number.get());
 }
 
+bool isWithin(std::int64_t number, Range range) {
+  return number >= range.least && number <= range.most;
+}
+
 Outcome toInteger(const VARIANT& given, Range range, Value* value) {
   const std::optional<std::int64_t> number = integerOf(given);
-  if (!number || *number < range.least || *number > range.most) return cannotConvert();
+  if (!number || !isWithin(*number, range)) return cannotConvert();
   *value = *number;
   return {};
 }
@@ -206,6 +210,16 @@ Outcome toBytes(const VARIANT& given, Value* value) {
   return {};
 }
 
+/// The same for a column that other programs may fill with any 64-bit number: it takes such a number from
+/// a type that was made for it (as the field itself shows one), and from every type where it holds one.
+Outcome toColumnInteger(const VARIANT& given, Range range, bool takesWide, const Cell& present,
+                        Value* value) {
+  const VARTYPE type = V_VT(&given);
+  const bool isWide = takesWide && (type == VT_DECIMAL || type == VT_I8 || type == VT_UI8);
+  const bool holdsWide = present.kind == CellKind::integer && !isWithin(present.integer, range);
+  return toInteger(given, isWide || holdsWide ? kRangeOf<std::int64_t> : range, value);
+}
+
 /// The number that the text writes in the plain way, so that nothing is lost by keeping the number only.
 std::optional<std::int64_t> plainInteger(std::string_view text) {
   std::int64_t number = 0;
@@ -259,13 +273,13 @@ Outcome storedValue(const VARIANT& given, const FieldType& type, const Cell& pre
   if (!type.isTyped) return untyped(given, present, value);
   switch (type.code) {
     case TypeCode::smallInt:
-      return toInteger(given, kRangeOf<std::int16_t>, value);
+      return toColumnInteger(given, kRangeOf<std::int16_t>, false, present, value);
     case TypeCode::integer:
-      return toInteger(given, kRangeOf<std::int32_t>, value);
+      return toColumnInteger(given, kRangeOf<std::int32_t>, true, present, value);
     case TypeCode::unsignedSmallInt:
-      return toInteger(given, kRangeOf<std::uint16_t>, value);
+      return toColumnInteger(given, kRangeOf<std::uint16_t>, false, present, value);
     case TypeCode::unsignedInt:
-      return toInteger(given, kRangeOf<std::uint32_t>, value);
+      return toColumnInteger(given, kRangeOf<std::uint32_t>, false, present, value);
     case TypeCode::real:
       return toReal(given, value);
     case TypeCode::date:

@@ -54,13 +54,17 @@ class RowSource {
   virtual Status insert(const std::vector<Change>& changes, KeySet* keys) = 0;
 
   /// Changes columns of the row with the key at `index` as one durable transaction; when the change
-  /// moves the row to another key, the set follows. noCurrentRecord when the row is gone. On failure
-  /// nothing has changed.
-  virtual Status update(const std::vector<Change>& changes, KeySet* keys, std::size_t index) = 0;
+  /// moves the row to another key, the set follows. noCurrentRecord when the row is gone;
+  /// changedElsewhere when `read`, which is what fetch() gave for it, is no longer what the columns of
+  /// the table hold; constraint when a rule of the database kept the row as it is. On failure nothing
+  /// has changed.
+  virtual Status update(const std::vector<Change>& changes, KeySet* keys, std::size_t index,
+                        const Row& read) = 0;
 
   /// Deletes the row with the key at `index` as one durable transaction and takes the key out of the
-  /// set. A row that is gone already leaves the set too and is no failure.
-  virtual Status remove(KeySet* keys, std::size_t index) = 0;
+  /// set. A row that is gone already leaves the set too and is no failure. `read` is what fetch() gave
+  /// for the row, or null when it was not read; failures are those of update().
+  virtual Status remove(KeySet* keys, std::size_t index, const Row* read) = 0;
 };
 
 /// What a row source is opened from.

@@ -16,6 +16,7 @@ namespace {
 
 struct CatalogueTable {
   const char* name;
+  const char* secondName;
   const char* declaration;
   const char* query;
 };
@@ -34,21 +35,23 @@ struct CatalogueTable {
 #define QUIVANE_READABLE "iif(t.TableFlags <> 2 OR quivane_readable(t.TableName), t.TableName, '')"
 
 constexpr std::array<CatalogueTable, 4> kTables{{
-    {"MSysFields",
+    {"MSysFields", "quivane_MSysFields",
      "CREATE TABLE x(TableID INTEGER, FieldName VARCHAR(64), FieldID INTEGER, Len INTEGER, ODBCType INTEGER)",
      "WITH " QUIVANE_TABLES
      "SELECT t.TableID, c.name, c.cid, quivane_length(c.type), quivane_odbc_type(c.type) "
      "FROM tables t JOIN pragma_table_xinfo(" QUIVANE_READABLE
      ") c WHERE c.hidden <> 1 ORDER BY t.TableID, c.cid"},
-    {"MSysTables", "CREATE TABLE x(TableName VARCHAR(128), TableID INTEGER, TableFlags INTEGER)",
+    {"MSysTables", "quivane_MSysTables",
+     "CREATE TABLE x(TableName VARCHAR(128), TableID INTEGER, TableFlags INTEGER)",
      "WITH " QUIVANE_TABLES "SELECT TableName, TableID, TableFlags FROM tables ORDER BY TableID"},
-    {"MSysIndexes",
+    {"MSysIndexes", "quivane_MSysIndexes",
      "CREATE TABLE x(TableID INTEGER, IndexName VARCHAR(64), FieldID INTEGER, IndexFlags INTEGER)",
      "WITH " QUIVANE_TABLES
      "SELECT t.TableID, i.name, c.cid, c.\"desc\" + 2 * (c.coll = 'NOCASE') + 4 * (c.\"desc\" = 0) "
      "FROM tables t JOIN pragma_index_list(" QUIVANE_READABLE ") i JOIN pragma_index_xinfo(i.name) c "
      "WHERE c.key = 1 ORDER BY t.TableID, i.seq DESC, c.seqno"},
-    {"MSysProcs", "CREATE TABLE x(ProcName VARCHAR(128), SQLText TEXT)", "SELECT '', '' WHERE 0"},
+    {"MSysProcs", "quivane_MSysProcs", "CREATE TABLE x(ProcName VARCHAR(128), SQLText TEXT)",
+     "SELECT '', '' WHERE 0"},
 }};
 #undef QUIVANE_TABLES
 #undef QUIVANE_READABLE
@@ -222,9 +225,11 @@ Status addCatalogue(sqlite3* connection) {
                                         nullptr, readableFunction, nullptr, nullptr, nullptr);
   }
   for (const CatalogueTable& table : kTables) {
-    if (result != SQLITE_OK) break;
-    result = sqlite3_create_module_v2(connection, table.name, &kModule, const_cast<CatalogueTable*>(&table),
-                                      nullptr);
+    for (const char* name : {table.name, table.secondName}) {
+      if (result != SQLITE_OK) break;
+      result =
+          sqlite3_create_module_v2(connection, name, &kModule, const_cast<CatalogueTable*>(&table), nullptr);
+    }
   }
   return statusOf(connection, result);
 }
@@ -234,6 +239,15 @@ bool isCatalogueTable(const char* name) {
     if (sqlite3_stricmp(table.name, name) == 0) return true;
   }
   return false;
+}
+
+const char* catalogueSourceOf(std::string_view name, bool anyCase) {
+  for (const CatalogueTable& table : kTables) {
+    const bool isIt =
+        anyCase ? sqlite3_stricmp(table.name, std::string(name).c_str()) == 0 : name == table.name;
+    if (isIt) return table.secondName;
+  }
+  return nullptr;
 }
 
 }  // namespace store

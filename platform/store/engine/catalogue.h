@@ -1,6 +1,7 @@
 #pragma once
 
 #include <sqlite3.h>
+#include <string_view>
 
 #include "platform/store/engine/status.h"
 
@@ -14,9 +15,15 @@ namespace store {
 ///  - MSysIndexes: TableID, IndexName, FieldID, IndexFlags (1 descending, 2 case-insensitive, 4 nulls first)
 ///  - MSysProcs: ProcName, SQLText; without rows
 /// Tables stand in the order of their making, the catalogue itself before all others. TableID joins them.
+/// A table of the file that has such a name, in any letter case, hides the one of the catalogue from SELECT;
+/// by the name that catalogueSourceOf() gives it is still found.
 Status addCatalogue(sqlite3* connection);
 
 /// Whether `name`, in any letter case (ASCII), is one of the four.
 bool isCatalogueTable(const char* name);
+
+/// The second name, which nobody else gives to a table, of the catalogue table called exactly `name`, or
+/// with `anyCase` so in any letter case. Null when there is none.
+const char* catalogueSourceOf(std::string_view name, bool anyCase);
 
 }  // namespace store

@@ -96,12 +96,14 @@ Status createDatabase(const std::string& path) {
 }
 
 Status dropDatabase(const std::string& path) {
-  FileHead head;
-  if (Status status = readFileHead(path, &head); !status) return status;
+  if (Status status = checkOrdinaryFile(path); !status) return status;
   {
     Connection connection;
     Status status = openConnection(path, SQLITE_OPEN_READWRITE, &connection);
+    if (status) status = checkFileHead(connection.get());
     if (!status) return status;
+    // Some systems delete such a file all the same.
+    if (isMarkedReadOnly(path)) return {ErrorCode::readOnly, "The file is marked as not to be written."};
     if (isUsedByOthers(connection.get())) {
       return {ErrorCode::locked, "Another program is using the database."};
     }

@@ -11,7 +11,7 @@ namespace {
 StatementKind kindOf(const Token& verb, const Token& next) {
   if (isOneOfWords(verb, {"SELECT", "WITH", "VALUES"})) return StatementKind::select;
   if (isOneOfWords(verb, {"INSERT", "UPDATE", "DELETE", "REPLACE"})) return StatementKind::change;
-  if (isOneOfWords(verb, {"CREATE", "DROP", "ALTER", "REINDEX"}) && !isWord(next, "DATABASE")) {
+  if (isOneOfWords(verb, {"CREATE", "DROP", "ALTER", "REINDEX", "ANALYZE"}) && !isWord(next, "DATABASE")) {
     return StatementKind::definition;
   }
   return StatementKind::other;
@@ -69,7 +69,8 @@ bool readDatabaseStatement(std::string_view text, const Tokens& tokens, std::siz
   if (!path) return false;
   *statement = {.kind = creates ? StatementKind::createDatabase : StatementKind::dropDatabase,
                 .sql = {},
-                .path = std::move(*path)};
+                .path = std::move(*path),
+                .takesFromTables = false};
   return true;
 }
 
@@ -95,7 +96,12 @@ Status readStatement(std::string_view text, Statement* statement) {
   std::optional<std::string> sql;
   if (!hasZero) sql = readDialect(text, tokens, first);
   if (!sql) sql = tokens.slice(first, tokens.countWithoutSemicolons());
-  *statement = {.kind = kindOf(tokens[first], tokens[first + 1]), .sql = std::move(*sql), .path = {}};
+  const bool takes =
+      isWord(tokens[first], "ALTER") || (isWord(tokens[first], "DROP") && isWord(tokens[first + 1], "TABLE"));
+  *statement = {.kind = kindOf(tokens[first], tokens[first + 1]),
+                .sql = std::move(*sql),
+                .path = {},
+                .takesFromTables = takes};
   return {};
 }
 

@@ -17,7 +17,7 @@ enum class StatementKind {
   createDatabase,  ///< CREATE DATABASE 'path'
   dropDatabase,    ///< DROP DATABASE 'path'
   select,          ///< begins with SELECT, WITH or VALUES
-  definition,      ///< CREATE, DROP, ALTER, REINDEX of anything but a database
+  definition,      ///< CREATE, DROP, ALTER, REINDEX, ANALYZE of anything but a database
   change,          ///< INSERT, UPDATE, DELETE, REPLACE
   other,           ///< anything else, a CREATE or DROP DATABASE without a quoted path included
 };
@@ -27,6 +27,8 @@ struct Statement {
   std::string sql;   ///< what SQLite is to run, without blanks, comments and semicolons at its ends;
                      ///< empty for createDatabase and dropDatabase
   std::string path;  ///< createDatabase and dropDatabase: the path between the quotes, maybe empty
+  bool takesFromTables =
+      false;  ///< a definition that may take rows or columns from a table: ALTER, DROP TABLE
 };
 
 /// Reads one statement of the components' dialect (UTF-8). The application spells its names between
@@ -56,7 +58,8 @@ Status readStatement(std::string_view text, Statement* statement);
 /// `name` as SQLite reads it back: in double quotes, inner ones doubled.
 std::string quotedName(std::string_view name);
 
-/// A SELECT on one table whose rows can be told apart by the table's own keys, and therefore changed.
+/// A SELECT on one table whose rows can be told apart by the table's own keys, and therefore changed, unless
+/// an aggregate makes one row of all.
 /// The texts are slices of the statement, without comments at their ends. ORDER BY and WHERE may refer
 /// to the columns by position or alias, so a statement made of the parts keeps `columnList` in front.
 struct SingleTableSelect {
@@ -65,15 +68,16 @@ struct SingleTableSelect {
   std::string tableClause;    ///< the table as it stands in FROM, with its schema and alias
   std::string qualifier;      ///< how the table's columns are addressed: alias or name, in double quotes
   std::string tail;           ///< what follows the table: WHERE, ORDER BY, LIMIT, or nothing
+  std::string order;          ///< its ORDER BY alone, or nothing
   bool isPlainTable = false;  ///< "SELECT * FROM table" and nothing else, no schema or alias either
 };
 
 /// The parts of `sql` when it is a SELECT on exactly one table of the main database: no DISTINCT, join,
 /// comma, subquery in FROM, table-valued function, other schema than main, GROUP BY, HAVING, WINDOW,
-/// compound, WITH or INDEXED BY, and no aggregate or window function in its column list or ORDER BY.
-/// Whether the name is a table (not a view) is for the caller to ask. Subqueries elsewhere are allowed,
-/// aggregates in them too, unless they are seen to be made of the outer table's columns (by its name in
-/// front of a column, or because the subquery has no table of its own).
+/// compound, WITH or INDEXED BY, and no window function in its column list or ORDER BY. Whether the name
+/// is a table (not a view) is for the caller to ask, and so is whether there is an aggregate: one inside a
+/// subquery may belong to either SELECT, which only the tables' columns tell. Subqueries elsewhere than in
+/// FROM are allowed.
 /// Empty for every other statement, several statements and text that SQLite can't read included.
 /// A statement that is not empty need not be a correct one. Linear in time.
 std::optional<SingleTableSelect> readSingleTableSelect(std::string_view sql);

@@ -1,8 +1,6 @@
 #include "platform/store/engine/file_head.h"
 
 #include <array>
-#include <cstdint>
-#include <fstream>
 #include <string_view>
 #include <system_error>
 
@@ -11,17 +9,22 @@ namespace store {
 namespace {
 
 constexpr std::string_view kMagic{"SQLite format 3\0", 16};
-constexpr std::size_t kHeadBytes = 100;
+constexpr int kHeadBytes = 100;
 constexpr std::size_t kPageSizeOffset = 16;
-constexpr std::size_t kReadVersionOffset = 19;
-constexpr unsigned char kWriteAheadVersion = 2;
 
-using HeadBytes = std::array<unsigned char, kHeadBytes>;
+struct Head {
+  std::array<unsigned char, kHeadBytes> bytes{};
+  sqlite3_int64 fileLength = 0;
+};
 
-std::size_t readHead(const std::string& path, HeadBytes* bytes) {
-  std::ifstream file(pathOf(path), std::ios::binary);
-  file.read(reinterpret_cast<char*>(bytes->data()), static_cast<std::streamsize>(bytes->size()));
-  return static_cast<std::size_t>(file.gcount());
+bool readHead(sqlite3* connection, Head* head) {
+  sqlite3_file* file = nullptr;
+  const int result = sqlite3_file_control(connection, "main", SQLITE_FCNTL_FILE_POINTER, &file);
+  if (result != SQLITE_OK || file == nullptr || file->pMethods == nullptr) return false;
+  if (file->pMethods->xFileSize(file, &head->fileLength) != SQLITE_OK) return false;
+  // Bytes that a short file lacks are zero.
+  const int read = file->pMethods->xRead(file, head->bytes.data(), kHeadBytes, 0);
+  return read == SQLITE_OK || read == SQLITE_IOERR_SHORT_READ;
 }
 
 Status refusal(std::string reason) {
@@ -35,38 +38,35 @@ std::filesystem::path pathOf(const std::string& utf8) {
 }
 
 bool isFileName(const std::string& path) {
-  return !path.empty() && path != ":memory:" && path.find('\0') == path.npos;
+  return !path.empty() && path != ":memory:" && path.find('\0') == std::string::npos;
 }
 
-Status readFileHead(const std::string& path, FileHead* head) {
+Status checkOrdinaryFile(const std::string& path) {
   if (!isFileName(path)) return refusal("This is not the name of a file.");
   std::error_code error;
   const std::filesystem::file_status status = std::filesystem::status(pathOf(path), error);
   if (!std::filesystem::exists(status)) return refusal("The file does not exist.");
   if (std::filesystem::is_directory(status)) return refusal("This is a folder, not a database file.");
   if (!std::filesystem::is_regular_file(status)) return refusal("This is not an ordinary file.");
-  HeadBytes bytes{};
-  const std::size_t length = readHead(path, &bytes);
-  if (length == 0) {
-    const bool empty = std::filesystem::file_size(pathOf(path), error) == 0 && !error;
-    return refusal(empty ? "The file is empty." : "The file can't be read.");
-  }
-  const std::string_view start(reinterpret_cast<const char*>(bytes.data()), std::min(length, kMagic.size()));
-  if (start != kMagic) return refusal("The file is not a database.");
-  if (length < kHeadBytes) return refusal("The database is damaged: The file is cut short.");
-  head->writeAheadLog = bytes[kReadVersionOffset] == kWriteAheadVersion;
   return {};
 }
 
-bool hasWholePages(const std::string& path) {
-  HeadBytes bytes{};
-  if (readHead(path, &bytes) < kHeadBytes) return true;
-  std::uintmax_t pageSize =
-      static_cast<std::uintmax_t>(bytes[kPageSizeOffset]) << 8 | bytes[kPageSizeOffset + 1];
+Status checkFileHead(sqlite3* connection) {
+  Head head;
+  if (!readHead(connection, &head)) return refusal("The file can't be read.");
+  if (head.fileLength == 0) return refusal("The file is empty.");
+  const std::string_view start(reinterpret_cast<const char*>(head.bytes.data()), kMagic.size());
+  if (start != kMagic) return refusal("The file is not a database.");
+  if (head.fileLength < kHeadBytes) return refusal("The database is damaged: The file is cut short.");
+  return {};
+}
+
+bool hasWholePages(sqlite3* connection) {
+  Head head;
+  if (!readHead(connection, &head) || head.fileLength < kHeadBytes) return true;
+  sqlite3_int64 pageSize = head.bytes[kPageSizeOffset] << 8 | head.bytes[kPageSizeOffset + 1];
   if (pageSize == 1) pageSize = 65536;  // which does not fit into the two bytes
-  std::error_code error;
-  const std::uintmax_t length = std::filesystem::file_size(pathOf(path), error);
-  return error || pageSize == 0 || length % pageSize == 0;
+  return pageSize == 0 || head.fileLength % pageSize == 0;
 }
 
 bool isMarkedReadOnly(const std::string& path) {

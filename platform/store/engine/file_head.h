@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <sqlite3.h>
 #include <string>
 
 #include "platform/store/engine/status.h"
@@ -13,19 +14,19 @@ std::filesystem::path pathOf(const std::string& utf8);
 /// Whether SQLite takes `path` for a file's: not for a database in memory, and whole.
 bool isFileName(const std::string& path);
 
-/// What the first bytes of an SQLite file tell before it is opened.
-/// Source of the format: "Database File Format", section 1.3, in SQLite's documentation.
-struct FileHead {
-  bool writeAheadLog = false;  ///< the file is in write-ahead mode
-};
+/// cannotOpen, with the reason for the user, when there is no ordinary file at `path`. The file is not
+/// opened for that: on some systems the closing of any handle gives up the locks that this program has
+/// on the file by another.
+Status checkOrdinaryFile(const std::string& path);
 
-/// Reads the head of the file at `path` (UTF-8). cannotOpen, with the reason for the user, when it is
-/// missing, not an ordinary file, empty, too short or of another kind. The file is only read.
-Status readFileHead(const std::string& path, FileHead* head);
+/// Reads the head of the file that `connection` has opened, through the connection's own handle and
+/// without a lock. cannotOpen, with the reason for the user, when it is empty, too short or of another
+/// kind. Source of the format: "Database File Format", section 1.3, in SQLite's documentation.
+Status checkFileHead(sqlite3* connection);
 
-/// Whether the file's length is a whole number of its pages. A whole database's is, between
-/// transactions; a file that was cut short seldom. True when the file can't be read.
-bool hasWholePages(const std::string& path);
+/// Whether the length of the file that `connection` has opened is a whole number of its pages. A whole
+/// database's is, between transactions; a file that was cut short seldom. True when it can't be read.
+bool hasWholePages(sqlite3* connection);
 
 /// Whether the file carries a mark that nobody is to write it.
 bool isMarkedReadOnly(const std::string& path);

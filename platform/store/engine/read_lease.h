@@ -1,11 +1,13 @@
 #pragma once
 
 #include <atomic>
+#include <chrono>
 #include <condition_variable>
 #include <mutex>
 #include <sqlite3.h>
 #include <thread>
 
+#include "platform/store/engine/lock_wait.h"
 #include "platform/store/engine/sqlite_statement.h"
 
 namespace store {
@@ -19,16 +21,18 @@ namespace store {
 class ReadLease {
  public:
   /// `connection` outlives the lease.
-  explicit ReadLease(sqlite3* connection) : connection_(connection) {}
+  ReadLease(sqlite3* connection, std::chrono::milliseconds lockWait)
+      : connection_(connection), lockWait_(connection, lockWait) {}
   /// Ends the transaction and the helper thread.
   ~ReadLease();
   ReadLease(const ReadLease&) = delete;
   ReadLease& operator=(const ReadLease&) = delete;
 
-  /// The right to use the connection, for a scope. May be taken again inside itself.
+  /// The right to use the connection, for a scope. May be taken again inside itself. Within it all waiting
+  /// for locks takes no longer than the lock wait.
   class Use {
    public:
-    explicit Use(ReadLease& lease) : lock_(lease.mutex_) {}
+    explicit Use(ReadLease& lease) : lock_(lease.mutex_) { lease.lockWait_.renew(); }
 
    private:
     std::lock_guard<std::recursive_mutex> lock_;
@@ -37,6 +41,8 @@ class ReadLease {
   /// Inside a Use: makes sure that the read transaction is open. `*isNew` says whether it was opened by
   /// this call, so that what was known of the database may be out of date. Returns SQLite's result code.
   int begin(bool* isNew);
+
+  LockWait& lockWait() { return lockWait_; }
 
   /// Inside a Use: ends the read transaction if there is one. Every statement must have been reset.
   void end();
@@ -47,6 +53,7 @@ class ReadLease {
   bool endIfDue(unsigned* readsSeen, int* ticks);
 
   sqlite3* connection_;
+  LockWait lockWait_;
   SqliteStatement begin_;
   SqliteStatement commit_;
   std::recursive_mutex mutex_;  // held by whoever uses the connection

@@ -280,13 +280,15 @@ Status Recordset::update() {
     return {};
   }
   if (changes_.empty()) return {};
-  if (Status status = rows_->update(changes_, &keys_, index_); !status) return status;
+  if (Status status = rows_->update(changes_, &keys_, index_, row_); !status) return status;
   changes_.clear();
   rowFetched_ = false;
   return {};
 }
 
 Status Recordset::cancelUpdate() {
+  // What kept the changes from being stored may be that the row is not what it was.
+  if (!changes_.empty()) rowFetched_ = false;
   changes_.clear();
   if (place_ == Place::adding) {
     place_ = placeBeforeAdd_;
@@ -300,7 +302,7 @@ Status Recordset::remove() {
   if (!isUpdatable()) return {ErrorCode::readOnly, "The records can only be read."};
   if (place_ == Place::adding) return cancelUpdate();
   if (place_ != Place::row) return noCurrentRecord("There is no record to delete.");
-  if (Status status = rows_->remove(&keys_, index_); !status) return status;
+  if (Status status = rows_->remove(&keys_, index_, rowFetched_ ? &row_ : nullptr); !status) return status;
   changes_.clear();
   rowFetched_ = false;
   place_ = Place::deleted;

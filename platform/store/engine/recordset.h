@@ -23,6 +23,14 @@ enum class EditMode { none = 0, inProgress = 1, adding = 2 };
 /// One record is current: a row, BOF (before the first), EOF (behind the last), a new record that
 /// `update` has not yet written, or the place of a deleted row, from which the next move starts. At
 /// most one record is dirty; a move off it writes it first and stays when that fails.
+///
+/// Other programs may change, delete and replace rows meanwhile. A row that was read is changed or
+/// deleted here only if it still holds what was read, as far as the recordset shows it; otherwise
+/// changedElsewhere tells the difference, and a move or cancelUpdate reads the row anew. Reading itself
+/// is not guarded like this: keys are all that the recordset knows of rows that it has not read. A
+/// program that deletes the last rows of a table and adds others may give these the same row ids, unless
+/// the table's key is AUTOINCREMENT; such a row is then shown in the place of the former one, and
+/// deleted there by a `remove` without a reading since the last move.
 class Recordset {
  public:
   /// Keeps `backend` open as long as it lives.
@@ -82,11 +90,14 @@ class Recordset {
   /// Makes a new record current, all its fields null. Writes a dirty record first.
   Status addNew();
   /// Stores the dirty record durably; nothing to do when there is none. On failure the record stays
-  /// dirty with its values, and the database is unchanged.
+  /// dirty with its values, and the database is unchanged. noCurrentRecord when the row is gone,
+  /// changedElsewhere when it no longer holds what was read, constraint when a rule of the database
+  /// (a trigger that ignores the change included) did not take it.
   Status update();
   /// Drops what was written since the last update; a new record gives way to the former current one.
   Status cancelUpdate();
-  /// Deletes the current record durably. It stays current, unreadable, until a move.
+  /// Deletes the current record durably. It stays current, unreadable, until a move. A row that is gone
+  /// already counts as deleted; changedElsewhere and constraint as for `update`.
   Status remove();
 
   bool isUpdatable() const { return lock_ != LockType::readOnly && rows_->isUpdatable(); }

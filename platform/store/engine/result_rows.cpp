@@ -90,10 +90,10 @@ Status ResultRows::fetch(const KeySet& keys, std::size_t index, Row* row) {
 Status ResultRows::insert(const std::vector<Change>&, KeySet*) {
   return readOnlyRows();
 }
-Status ResultRows::update(const std::vector<Change>&, KeySet*, std::size_t) {
+Status ResultRows::update(const std::vector<Change>&, KeySet*, std::size_t, const Row&) {
   return readOnlyRows();
 }
-Status ResultRows::remove(KeySet*, std::size_t) {
+Status ResultRows::remove(KeySet*, std::size_t, const Row*) {
   return readOnlyRows();
 }
 

@@ -17,6 +17,8 @@ class ResultRows : public RowSource {
   ResultRows(SqliteConnection& connection, std::vector<Column> columns)
       : connection_(connection), columns_(std::move(columns)) {}
   ~ResultRows() override;
+  ResultRows(const ResultRows&) = delete;
+  ResultRows& operator=(const ResultRows&) = delete;
 
   /// Runs `statement` to its end and takes its rows down, inside a Use with a read transaction. To be
   /// called once, before anything else.
@@ -27,8 +29,9 @@ class ResultRows : public RowSource {
   Status readKeys(KeySet* keys) override;
   Status fetch(const KeySet& keys, std::size_t index, Row* row) override;
   Status insert(const std::vector<Change>& changes, KeySet* keys) override;
-  Status update(const std::vector<Change>& changes, KeySet* keys, std::size_t index) override;
-  Status remove(KeySet* keys, std::size_t index) override;
+  Status update(const std::vector<Change>& changes, KeySet* keys, std::size_t index,
+                const Row& read) override;
+  Status remove(KeySet* keys, std::size_t index, const Row* read) override;
 
  private:
   Status makeTable();

@@ -82,7 +82,7 @@ Status SqliteBackend::run(std::string_view sql, std::int64_t* affected, std::uni
 
 Status SqliteBackend::isTable(std::string_view name, bool* found) {
   // SQLite would read a name only to its first zero, and asks for it in a statement, which must be shorter.
-  if (name.size() > kMostNameBytes || name.find('\0') != name.npos) {
+  if (name.size() > kMostNameBytes || name.find('\0') != std::string_view::npos) {
     *found = false;
     return {};
   }
@@ -101,8 +101,28 @@ Status SqliteBackend::openTable(std::string_view name, std::unique_ptr<RowSource
   bool found = false;
   if (Status status = isTable(name, &found); !status) return status;
   if (!found) return {ErrorCode::noTable, "no such table: " + std::string(name)};
+  // A table of the file may be called like one of the catalogue but for the letter case.
+  const char* catalogue = catalogueSourceOf(name, false);
+  if (catalogue == nullptr && catalogueSourceOf(name, true) != nullptr) {
+    if (Status status = isInFile(name, &found); !status) return status;
+    if (!found) catalogue = catalogueSourceOf(name, true);
+  }
   std::int64_t affected = 0;
-  return runText("SELECT * FROM " + quotedName(name), &affected, rows);
+  return runText("SELECT * FROM " + quotedName(catalogue != nullptr ? catalogue : name), &affected, rows);
+}
+
+Status SqliteBackend::isInFile(std::string_view name, bool* found) {
+  if (Status status = connection_->beginRead(); !status) return status;
+  SqliteStatement statement;
+  Status status = connection_->prepare(
+      "SELECT 1 FROM sqlite_schema WHERE type IN ('table', 'view') AND name = ?1 COLLATE NOCASE", &statement);
+  if (!status) return status;
+  const int bound =
+      sqlite3_bind_text64(statement.get(), 1, name.data(), name.size(), SQLITE_STATIC, SQLITE_UTF8);
+  if (bound != SQLITE_OK) return statusOf(connection_->handle(), bound);
+  const int result = sqlite3_step(statement.get());
+  *found = result == SQLITE_ROW;
+  return statusOf(connection_->handle(), result);
 }
 
 Status SqliteBackend::runText(std::string_view text, std::int64_t* affected,
@@ -141,6 +161,35 @@ Status SqliteBackend::runText(std::string_view text, std::int64_t* affected,
   return {};
 }
 
+// Asks SQLite itself for the rows of no row: with an aggregate there is one all the same.
+Status SqliteBackend::makesOneRowOfAll(const SingleTableSelect& select, bool* makesOne) {
+  *makesOne = false;
+  if (select.isPlainTable) return {};
+  SqliteStatement statement;
+  const std::string sql =
+      "SELECT " + select.columnList + " FROM " + select.tableClause + " WHERE 0 " + select.order;
+  if (Status status = connection_->prepare(sql, &statement); !status) return status;
+  const int result = sqlite3_step(statement.get());
+  *makesOne = result == SQLITE_ROW;
+  return statusOf(connection_->handle(), result);
+}
+
+// Leaves `*rows` as it is when the rows can't be told apart by keys.
+Status SqliteBackend::openKeyedRows(const SingleTableSelect& select, sqlite3_stmt* prepared,
+                                    std::unique_ptr<RowSource>* rows) {
+  TableSchema schema;
+  if (Status status = readTableSchema(*connection_, select.table, &schema); !status) return status;
+  if (!schema.ordinary || (!schema.withoutRowId && schema.rowIdName().empty())) return {};
+  bool makesOne = false;
+  if (Status status = makesOneRowOfAll(select, &makesOne); !status) return status;
+  if (makesOne) return {};
+  auto made = std::make_unique<TableRows>(*connection_, select, schema,
+                                          selectedColumnsOf(prepared, schema, !isReadOnly()));
+  if (Status status = made->prepare(); !status) return status;
+  *rows = std::move(made);
+  return {};
+}
+
 Status SqliteBackend::openSelect(const std::string& sql, UserStatement statement,
                                  std::unique_ptr<RowSource>* rows) {
   sqlite3_stmt* prepared = statement.statement.get();
@@ -148,13 +197,10 @@ Status SqliteBackend::openSelect(const std::string& sql, UserStatement statement
     return {ErrorCode::noTable, "The statement names no table."};
   }
   if (const std::optional<SingleTableSelect> select = readSingleTableSelect(sql)) {
-    TableSchema schema;
-    if (Status status = readTableSchema(*connection_, select->table, &schema); !status) return status;
-    if (schema.ordinary && (schema.withoutRowId || !schema.rowIdName().empty())) {
-      auto made = std::make_unique<TableRows>(*connection_, *select, schema,
-                                              selectedColumnsOf(prepared, schema, !isReadOnly()));
-      if (Status status = made->prepare(); !status) return status;
-      *rows = std::move(made);
+    std::unique_ptr<RowSource> keyed;
+    if (Status status = openKeyedRows(*select, prepared, &keyed); !status) return status;
+    if (keyed != nullptr) {
+      *rows = std::move(keyed);
       return {};
     }
   }
@@ -183,8 +229,7 @@ Status SqliteBackend::runChange(const Statement& statement, sqlite3_stmt* prepar
     if (hidingAfter > hidingBefore) {
       return {ErrorCode::errorsInCommand, "The names of the catalogue's tables are reserved."};
     }
-    const bool onlyAdds = startsWithWord(statement.sql, "CREATE");
-    if (Status status = transaction.commitStructure(!onlyAdds); !status) return status;
+    if (Status status = transaction.commitStructure(statement.takesFromTables); !status) return status;
     *affected = 0;
     return {};
   }

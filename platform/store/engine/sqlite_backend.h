@@ -27,7 +27,11 @@ class SqliteBackend : public Backend {
 
   Status openTable(std::string_view name, std::unique_ptr<RowSource>* rows);
   Status isTable(std::string_view name, bool* found);
+  Status isInFile(std::string_view name, bool* found);
   Status runText(std::string_view text, std::int64_t* affected, std::unique_ptr<RowSource>* rows);
+  Status makesOneRowOfAll(const SingleTableSelect& select, bool* makesOne);
+  Status openKeyedRows(const SingleTableSelect& select, sqlite3_stmt* prepared,
+                       std::unique_ptr<RowSource>* rows);
   Status openSelect(const std::string& sql, UserStatement statement, std::unique_ptr<RowSource>* rows);
   Status runChange(const Statement& statement, sqlite3_stmt* prepared, std::int64_t* affected);
   Status countHidingTables(std::int64_t* count);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <cstring>
 #include <filesystem>
 #include <system_error>
@@ -50,7 +51,8 @@ bool endsWith(std::string_view text, std::string_view end) {
 // SQLite has one code for all that is wrong with a statement; its sentence tells which.
 ErrorCode codeOfStatementError(std::string_view message) {
   if (startsWith(message, "no such table") || startsWith(message, "no such view")) return ErrorCode::noTable;
-  if (startsWith(message, "no such column") || message.find("has no column named") != message.npos) {
+  if (startsWith(message, "no such column") ||
+      message.find("has no column named") != std::string_view::npos) {
     return ErrorCode::badColumn;
   }
   if (endsWith(message, "already exists") || startsWith(message, "there is already"))
@@ -158,8 +160,6 @@ Status SqliteConnection::openFile(const std::string& path) {
 
 Status SqliteConnection::configure(const OpenOptions& options) {
   sqlite3* connection = handle_.get();
-  lockWait_ = options.lockWait;
-  sqlite3_busy_timeout(connection, lockWait_);
   // The engine's own statements are made around those from outside.
   sqlite3_limit(connection, SQLITE_LIMIT_SQL_LENGTH, 2 * kMostStatementBytes);
   sqlite3_db_config(connection, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
@@ -179,16 +179,16 @@ Status SqliteConnection::checkWhole() {
   if (Status status = prepare("SELECT count(*) FROM sqlite_schema", &statement); !status) return status;
   if (const int result = sqlite3_step(statement.get()); result != SQLITE_ROW)
     return statusOf(handle(), result);
-  if (!hasWholePages(path_)) return {ErrorCode::damaged, "The file is cut short."};
+  if (!hasWholePages(handle())) return {ErrorCode::damaged, "The file is cut short."};
   return {};
 }
 
 Status SqliteConnection::open(const std::string& path, const OpenOptions& options) {
-  FileHead head;
-  if (Status status = readFileHead(path, &head); !status) return status;
+  if (Status status = checkOrdinaryFile(path); !status) return status;
   path_ = path;
   if (Status status = openFile(path); !status) return status;
-  lease_ = std::make_unique<ReadLease>(handle());
+  if (Status status = checkFileHead(handle()); !status) return status;
+  lease_ = std::make_unique<ReadLease>(handle(), std::chrono::milliseconds(options.lockWait));
   ReadLease::Use use(*lease_);
   Status status = configure(options);
   if (status) status = addCatalogue(handle());
@@ -256,7 +256,7 @@ Status SqliteConnection::prepareUser(std::string_view sql, UserStatement* statem
   if (sql.size() > kMostStatementBytes) {
     return {ErrorCode::errorsInCommand, "The statement is longer than 1,000,000 bytes."};
   }
-  if (sql.find('\0') != sql.npos) {
+  if (sql.find('\0') != std::string_view::npos) {
     return {ErrorCode::errorsInCommand, "A statement can't hold a zero character."};
   }
   permissions_ = {.outside = true, .readsTable = false};
@@ -343,9 +343,8 @@ SqliteConnection::WriteTransaction::~WriteTransaction() {
   }
   if (!begun_) return;
   // The next transaction tries again, should another program just use the file.
-  sqlite3_busy_timeout(connection, 0);
+  const LockWait::Never never(connection_.lease_->lockWait());
   static_cast<void>(connection_.keepJournal(false));
-  sqlite3_busy_timeout(connection, connection_.lockWait_);
 }
 
 Status SqliteConnection::WriteTransaction::begin() {
@@ -377,12 +376,12 @@ Status SqliteConnection::WriteTransaction::commit() {
   return status;
 }
 
-Status SqliteConnection::WriteTransaction::commitStructure(bool rowIdsMayChange) {
+Status SqliteConnection::WriteTransaction::commitStructure(bool tablesChange) {
   std::int64_t version = 0;
   if (Status status = connection_.readSchemaVersion(&version); !status) return status;
   if (Status status = commit(); !status) return status;
   connection_.schemaVersion_ = version;
-  if (rowIdsMayChange) ++connection_.rebuilds_;
+  if (tablesChange) ++connection_.rebuilds_;
   return {};
 }
 

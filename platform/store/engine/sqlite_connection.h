@@ -34,8 +34,8 @@ class SqliteConnection {
   const std::string& path() const { return path_; }
   bool isReadOnly() const { return readOnly_; }
 
-  /// Counts the times that the database may have given its rows other row ids than before: another
-  /// program or a statement of ours changed the structure or rebuilt the file.
+  /// Counts the times that the rows of a table may have come to other row ids or columns than before, or
+  /// gone with it: another program changed the structure or rebuilt the file, or a statement of ours did.
   unsigned rebuilds() const { return rebuilds_; }
 
   /// Prepares a statement of the engine's own.
@@ -68,9 +68,9 @@ class SqliteConnection {
     Status run(sqlite3_stmt* statement, const std::function<void(sqlite3_stmt*)>& onRow = {});
     /// After it nothing is undone any more, whatever happens to the program or the machine.
     Status commit();
-    /// The same after a statement that changed the structure; tells the connection whether row ids may be
-    /// other ones now.
-    Status commitStructure(bool rowIdsMayChange);
+    /// The same after a statement that changed the structure; tells the connection whether tables may have
+    /// other rows or columns now.
+    Status commitStructure(bool tablesChange);
 
    private:
     SqliteConnection& connection_;
@@ -113,7 +113,6 @@ class SqliteConnection {
   std::int64_t schemaVersion_ = 0;
   unsigned rebuilds_ = 0;
   bool readOnly_ = false;
-  int lockWait_ = 0;
   Permissions permissions_;
 };
 

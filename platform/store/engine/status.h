@@ -21,13 +21,14 @@ enum class ErrorCode {
   badColumn,        ///< a statement names a column that does not exist
   noTable,          ///< a table that does not exist, or a SELECT without a table
   tableExists,
-  cannotOpen,   ///< a file that is missing, not a file, not a database, or damaged at its head
-  fileExists,   ///< CREATE DATABASE on a path that is taken
-  locked,       ///< another program held the database for longer than the wait
-  readOnly,     ///< the file, the table or the field can't be written
-  constraint,   ///< a NOT NULL, UNIQUE, CHECK or foreign key rule was broken
-  damaged,      ///< the database's content contradicts itself
-  inputOutput,  ///< the system failed to read or write, or the disk is full
+  cannotOpen,        ///< a file that is missing, not a file, not a database, or damaged at its head
+  fileExists,        ///< CREATE DATABASE on a path that is taken
+  locked,            ///< another program held the database for longer than the wait
+  readOnly,          ///< the file, the table or the field can't be written
+  changedElsewhere,  ///< another program changed or replaced the record since it was read
+  constraint,        ///< a NOT NULL, UNIQUE, CHECK or foreign key rule was broken
+  damaged,           ///< the database's content contradicts itself
+  inputOutput,       ///< the system failed to read or write, or the disk is full
   outOfMemory,
 };
 

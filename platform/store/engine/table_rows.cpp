@@ -14,6 +14,10 @@ Status rowGone() {
   return {ErrorCode::noCurrentRecord, "The record is no longer there: another program has deleted it."};
 }
 
+Status notTaken(const char* message) {
+  return {ErrorCode::constraint, message};
+}
+
 // How the n-th key is called inside a statement of the engine's own. In brackets, which never become a text.
 std::string keyAlias(std::size_t number) {
   return "[quivane key " + std::to_string(number) + "]";
@@ -120,6 +124,10 @@ Status TableRows::fetch(const KeySet& keys, std::size_t index, Row* row) {
   ReadLease::Use use(connection_.lease());
   if (Status status = connection_.beginRead(); !status) return status;
   if (Status status = checkSameRows(); !status) return status;
+  return readRow(keys, index, row);
+}
+
+Status TableRows::readRow(const KeySet& keys, std::size_t index, Row* row) {
   StatementRun run(fetch_.get());
   if (bindKey(fetch_.get(), 1, keys, index) != SQLITE_OK) return outOfMemory();
   const int result = sqlite3_step(fetch_.get());
@@ -133,6 +141,18 @@ Status TableRows::fetch(const KeySet& keys, std::size_t index, Row* row) {
   if (!copyColumns(fetch_.get(), static_cast<int>(columns_.size()), row)) {
     row->clear();
     return outOfMemory();
+  }
+  return {};
+}
+
+// Inside a write transaction, where nobody else can change the row any more. Expressions don't count: they
+// may say something else each time.
+Status TableRows::checkSameRow(const KeySet& keys, std::size_t index, const Row* read) {
+  Row present;
+  if (Status status = readRow(keys, index, &present); !status || read == nullptr) return status;
+  for (std::size_t column = 0; column < columns_.size(); ++column) {
+    if (tableColumns_[column].empty() || sameCell(present.at(column), read->at(column))) continue;
+    return {ErrorCode::changedElsewhere, "Another program has changed the record since it was read."};
   }
   return {};
 }
@@ -163,23 +183,27 @@ Status TableRows::insert(const std::vector<Change>& changes, KeySet* keys) {
   std::optional<Key> key;
   SqliteConnection::WriteTransaction transaction(connection_);
   Status status = transaction.begin();
+  // Otherwise the new record would be stored and could not be shown.
+  if (status) status = checkSameRows();
   if (status) {
     status = transaction.run(insert_.statement.get(),
                              [&](sqlite3_stmt* statement) { key = returnedKey(statement, 0); });
   }
   if (!status) return status;
-  if (!key) return {ErrorCode::constraint, "The database's own rules did not take the record."};
+  if (!key) return notTaken("The database's own rules did not take the record.");
   keys->append(*key);
   status = transaction.commit();
   if (!status) keys->eraseAt(keys->count() - 1);
   return status;
 }
 
-Status TableRows::update(const std::vector<Change>& changes, KeySet* keys, std::size_t index) {
+Status TableRows::update(const std::vector<Change>& changes, KeySet* keys, std::size_t index,
+                         const Row& read) {
   std::vector<Assignment> assignments;
   if (Status status = assignmentsOf(changes, &assignments); !status) return status;
   if (assignments.empty()) return {};
   std::vector<std::string> settings;
+  settings.reserve(assignments.size());
   for (const Assignment& assignment : assignments) {
     settings.push_back(quotedName(*assignment.tableColumn) + " = ?" + std::to_string(settings.size() + 1));
   }
@@ -202,10 +226,13 @@ Status TableRows::update(const std::vector<Change>& changes, KeySet* keys, std::
   SqliteConnection::WriteTransaction transaction(connection_);
   if (Status status = transaction.begin(); !status) return status;
   if (Status status = checkSameRows(); !status) return status;
+  if (Status status = checkSameRow(*keys, index, &read); !status) return status;
   Status status = transaction.run(update_.statement.get(),
                                   [&](sqlite3_stmt* statement) { key = returnedKey(statement, 0); });
   if (!status) return status;
-  if (sqlite3_changes64(connection_.handle()) == 0) return rowGone();
+  if (sqlite3_changes64(connection_.handle()) == 0) {
+    return notTaken("The database's own rules did not take the change.");
+  }
   if (!key) return transaction.commit();
   // The set follows first, because it may need memory; that can't be refused any more after the commit.
   const Key former = keys->keyAt(index);
@@ -215,7 +242,7 @@ Status TableRows::update(const std::vector<Change>& changes, KeySet* keys, std::
   return status;
 }
 
-Status TableRows::remove(KeySet* keys, std::size_t index) {
+Status TableRows::remove(KeySet* keys, std::size_t index, const Row* read) {
   const std::string sql = "DELETE FROM main." + table_ + " WHERE " + keyCondition(1);
   ReadLease::Use use(connection_.lease());
   if (Status status = keep(remove_, sql); !status) return status;
@@ -224,8 +251,18 @@ Status TableRows::remove(KeySet* keys, std::size_t index) {
   SqliteConnection::WriteTransaction transaction(connection_);
   Status status = transaction.begin();
   if (status) status = checkSameRows();
-  if (status) status = transaction.run(remove_.statement.get());
-  if (status) status = transaction.commit();
+  if (!status) return status;
+  Status found = checkSameRow(*keys, index, read);
+  const bool isGone = found.code() == ErrorCode::noCurrentRecord;
+  if (!found && !isGone) return found;
+  if (!isGone) {
+    status = transaction.run(remove_.statement.get());
+    if (!status) return status;
+    const bool isKept = sqlite3_changes64(connection_.handle()) == 0 &&
+                        checkSameRow(*keys, index, nullptr).code() != ErrorCode::noCurrentRecord;
+    if (isKept) return notTaken("The database's own rules did not let the record be deleted.");
+  }
+  status = transaction.commit();
   if (status) keys->eraseAt(index);
   return status;
 }
@@ -279,6 +316,7 @@ int TableRows::bindKey(sqlite3_stmt* statement, int position, const KeySet& keys
 Key TableRows::returnedKey(sqlite3_stmt* statement, int first) const {
   if (!isTupleKeyed()) return sqlite3_column_int64(statement, first);
   std::vector<Value> values;
+  values.reserve(keyNames_.size());
   for (int index = 0; index < static_cast<int>(keyNames_.size()); ++index) {
     values.push_back(columnValue(statement, first + index));
   }

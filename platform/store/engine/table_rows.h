@@ -23,6 +23,8 @@ class TableRows : public RowSource {
   TableRows(SqliteConnection& connection, const SingleTableSelect& select, const TableSchema& schema,
             std::vector<SelectedColumn> columns);
   ~TableRows() override;
+  TableRows(const TableRows&) = delete;
+  TableRows& operator=(const TableRows&) = delete;
 
   /// Prepares the reading of single rows, inside a Use. To be called once, before anything else.
   Status prepare();
@@ -32,8 +34,9 @@ class TableRows : public RowSource {
   Status readKeys(KeySet* keys) override;
   Status fetch(const KeySet& keys, std::size_t index, Row* row) override;
   Status insert(const std::vector<Change>& changes, KeySet* keys) override;
-  Status update(const std::vector<Change>& changes, KeySet* keys, std::size_t index) override;
-  Status remove(KeySet* keys, std::size_t index) override;
+  Status update(const std::vector<Change>& changes, KeySet* keys, std::size_t index,
+                const Row& read) override;
+  Status remove(KeySet* keys, std::size_t index, const Row* read) override;
 
  private:
   /// The newest value of each of the table's columns that `changes` write.
@@ -54,6 +57,8 @@ class TableRows : public RowSource {
   Key returnedKey(sqlite3_stmt* statement, int first) const;
   bool isTupleKeyed() const { return tupleKeyed_; }
   Status checkSameRows();
+  Status readRow(const KeySet& keys, std::size_t index, Row* row);
+  Status checkSameRow(const KeySet& keys, std::size_t index, const Row* read);
   std::string keyCondition(int firstParameter) const;
 
   SqliteConnection& connection_;

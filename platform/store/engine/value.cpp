@@ -69,6 +69,12 @@ Value valueOf(const Cell& cell) {
   return std::monostate();
 }
 
+bool sameCell(const Cell& left, const Cell& right) {
+  return left.kind == right.kind && left.integer == right.integer &&
+         std::bit_cast<std::uint64_t>(left.real) == std::bit_cast<std::uint64_t>(right.real) &&
+         left.bytes == right.bytes;
+}
+
 bool sameValue(const Cell& cell, const Value& value) {
   switch (cell.kind) {
     case CellKind::null:

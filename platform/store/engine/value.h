@@ -63,5 +63,6 @@ Value valueOf(const Cell& cell);
 
 /// Whether both are the same value of the same kind (a double equals itself bit by bit).
 bool sameValue(const Cell& cell, const Value& value);
+bool sameCell(const Cell& left, const Cell& right);
 
 }  // namespace store

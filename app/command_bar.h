@@ -1,0 +1,65 @@
+#pragma once
+
+#include <windows.h>
+
+#include <functional>
+#include <vector>
+
+#include "app/bar_facts.h"
+#include "app/menu_bar.h"
+#include "app/page_bars.h"
+#include "records/command_bar.h"
+
+/// The menu bar of the main window and the bands of the page that is shown. What was applied last holds
+/// for bars that are made later too.
+class MainCommandBar final : public CommandBar {
+ public:
+  /// `facts` is asked whenever the menu bar is made. The resources are those of `instance`.
+  MainCommandBar(HINSTANCE instance, std::function<BarFacts()> facts);
+
+  /// Makes the menu bar of the main window, in which the commands arrive from then on. False when that
+  /// fails; the user was told.
+  bool create(HWND mainWindow);
+  /// Names the windows that carry the bands, null until then: the form's window for the Form page and
+  /// the tab control for all others.
+  void setPageWindows(HWND tabControl, HWND formWindow);
+
+  /// Makes the bands of a page and puts them in their place, in place of those that are there. A page
+  /// without bands leaves none.
+  void showPageBars(int page);
+  void destroyPageBars();
+  /// Puts the bands where the option and the window that carries them say now.
+  void placePageBars();
+  /// Makes the menu bar and the bands again, with the text of the position box: for another zoom.
+  void rebuildAll();
+  /// Destroys bands and menu bar, before the windows that carry them.
+  void destroy();
+
+  void apply(std::span<const CommandState> states) override;
+  void rebuildMenuBar() override;
+  void setPositionText(const wchar_t* text) override;
+
+  /// The answer to WM_CTLCOLORSTATIC from `control`: a white brush for the position box, else null. It
+  /// is one of the system's own.
+  HBRUSH backgroundOf(HWND control) const;
+
+  const MenuBar& menuBar() const { return menuBar_; }
+  const PageBars& pageBars() const { return pageBars_; }
+
+ private:
+  bool buildMenuBar();
+  HWND pageParent() const;
+  void remember(const CommandState& state);
+  void show(const CommandState& state);
+  void showRemembered();
+
+  HINSTANCE instance_;
+  std::function<BarFacts()> facts_;
+  HWND mainWindow_ = nullptr;
+  HWND tabControl_ = nullptr;
+  HWND formWindow_ = nullptr;
+  int barsPage_ = -1;  // whose bands are shown, -1 for none
+  MenuBar menuBar_;
+  PageBars pageBars_;
+  std::vector<CommandState> applied_;  // one for each command and menu
+};

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <windows.h>
+
+#include <array>
+#include <cstddef>
+
+#include "app/bar_facts.h"
+#include "base/handles.h"
+#include "records/command_bar.h"
+
+/// Which menu bar belongs to a state of the program.
+struct MenuBarLayout {
+  WORD resource;    ///< of the menu and of its description
+  WORD bitmap;      ///< images of the buttons beside the drop-down buttons, 0 for none
+  int buttonCount;  ///< how many of new record, delete record and find there are, in this order
+};
+
+MenuBarLayout menuBarLayout(const BarFacts& facts);
+
+/// The menu bar at the bottom of the main window. One exists at a time.
+class MenuBar {
+ public:
+  /// Destroys the bar that is there and makes the one that belongs to the facts. False when that fails:
+  /// there is no bar then.
+  bool create(HINSTANCE instance, HWND mainWindow, const BarFacts& facts);
+  void destroy();
+
+  /// Null when there is none.
+  HWND window() const { return window_.get(); }
+  /// The popup menu of a drop-down button, null when the present bar has no such button. It belongs to
+  /// the bar.
+  HMENU popup(PopupMenu menu) const { return popups_[static_cast<std::size_t>(menu)]; }
+
+ private:
+  static constexpr std::size_t kPopupCount = static_cast<std::size_t>(PopupMenu::queries) + 1;
+
+  void addButtons(int count);
+  void fetchPopups();
+
+  UniqueWindow window_;
+  std::array<HMENU, kPopupCount> popups_{};
+};

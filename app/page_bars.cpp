@@ -1,0 +1,175 @@
+#include "app/page_bars.h"
+
+#include <array>
+#include <vector>
+
+#include "app/rebar.h"
+#include "app/toolbar.h"
+#include "platform/pocketshell/handheld_windows.h"
+#include "views/page_area.h"
+
+namespace {
+
+constexpr SIZE kPositionSize = {82, 24};
+constexpr int kBandHeight = 24;
+constexpr int kFormToolbarWidth = 100;
+/// As large as the system makes a toolbar by itself, before its rebar sizes it.
+constexpr SIZE kNewToolbar = {100, 30};
+constexpr int kImageSize = 16;
+constexpr SIZE kButtonSize = {23, 22};
+constexpr COLORREF kTransparent = RGB(192, 192, 192);
+constexpr UINT_PTR kSubclassId = 1;
+
+/// The system's rebar draws borders of its own, wider than the handheld's, and grows by them over the
+/// page or the tabs. Ours has the handheld's height and no border.
+///
+/// A rebar keeps those messages of its children that it does not know; the main window answers the one
+/// for the colours.
+LRESULT CALLBACK rebarProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR,
+                                DWORD_PTR mainWindow) {
+  switch (message) {
+    case WM_WINDOWPOSCHANGING:
+      reinterpret_cast<WINDOWPOS*>(lParam)->cy = HandheldToMonitor(PageBars::kRebarHeight);
+      break;
+    case WM_NCCALCSIZE:
+    case WM_NCPAINT:
+      return 0;
+    case WM_CTLCOLORSTATIC:
+      return SendMessageW(reinterpret_cast<HWND>(mainWindow), message, wParam, lParam);
+    case WM_NCDESTROY:
+      RemoveWindowSubclass(window, rebarProcedure, kSubclassId);
+      break;
+    default:
+      break;
+  }
+  return DefSubclassProc(window, message, wParam, lParam);
+}
+
+/// Of the window in a band, at least.
+int bandWidth(const BandLayout& layout, bool onForm) {
+  if (layout.buttons.empty()) return static_cast<int>(kPositionSize.cx);
+  return onForm ? kFormToolbarWidth : static_cast<int>(kNewToolbar.cx);
+}
+
+}  // namespace
+
+RebarPlace rebarPlace(SIZE client, bool atTop, bool lower, bool raise) {
+  const auto width = static_cast<int>(client.cx);
+  const auto bottom = static_cast<int>(client.cy);
+  const int lift = raise ? 2 : 0;
+  constexpr int kMenuBarHeight = 26;
+  if (atTop) return {0 - lift, width, bottom - kMenuBarHeight};
+  return {bottom - (lower ? kBandAndTabsHeight : kMenuBarHeight) - lift, width, kBandHeight};
+}
+
+void PageBars::create(HINSTANCE instance, int page, HWND parent, HWND mainWindow) {
+  destroy();
+  const std::span<const BandLayout> bands = pageBands(page);
+  if (bands.empty() || !createRebar(instance, parent, mainWindow)) return;
+  const bool onForm = page == 1;
+  if (!createBand(instance, bands[0], mainWindow, onForm, first_)) return;
+  if (!createBand(instance, bands[1], mainWindow, onForm, second_)) return;
+  rebar::showBand(rebar(), 0);
+  rebar::showBand(rebar(), 1);
+  fillRow(bandWidth(bands[0], onForm));
+}
+
+bool PageBars::createRebar(HINSTANCE instance, HWND parent, HWND mainWindow) {
+  constexpr DWORD kStyle = WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS | WS_CLIPCHILDREN | WS_BORDER |
+                           RBS_VARHEIGHT | RBS_BANDBORDERS | CCS_NODIVIDER | CCS_NOPARENTALIGN;
+  RECT client{};
+  HandheldGetClientRect(parent, &client);
+  rebar_.reset(HandheldCreateWindow(0, REBARCLASSNAMEW, L"", kStyle, 0, 0, client.right, kBandHeight, parent,
+                                    reinterpret_cast<HMENU>(static_cast<INT_PTR>(kRebarId)), instance,
+                                    nullptr));
+  if (!rebar_) return false;
+  SetWindowSubclass(rebar(), rebarProcedure, kSubclassId, reinterpret_cast<DWORD_PTR>(mainWindow));
+  SetWindowPos(rebar(), nullptr, 0, 0, 0, 0,
+               SWP_FRAMECHANGED | SWP_NOMOVE | SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+  return true;
+}
+
+bool PageBars::createBand(HINSTANCE instance, const BandLayout& layout, HWND mainWindow, bool onForm,
+                          BandWindow& band) {
+  const bool isPosition = layout.buttons.empty();
+  if (isPosition) {
+    band.window.reset(HandheldCreateWindow(
+        0, WC_EDITW, L"", WS_CHILD | WS_VISIBLE | WS_BORDER | ES_READONLY, 0, 0, kPositionSize.cx,
+        kPositionSize.cy, rebar(), reinterpret_cast<HMENU>(UINT_PTR{layout.controlId}), instance, nullptr));
+    if (!band.window) return false;
+  } else if (!createToolbar(instance, layout, mainWindow, band)) {
+    return false;
+  }
+  const int width = bandWidth(layout, onForm);
+  return rebar::appendBand(rebar(), {layout.id, band.window.get(), width, kBandHeight, width, isPosition});
+}
+
+bool PageBars::createToolbar(HINSTANCE instance, const BandLayout& layout, HWND mainWindow,
+                             BandWindow& band) {
+  constexpr DWORD kStyle = WS_CHILD | WS_VISIBLE | CCS_NORESIZE | CCS_NODIVIDER | TBSTYLE_TOOLTIPS;
+  band.window.reset(
+      HandheldCreateWindow(0, TOOLBARCLASSNAMEW, L"", kStyle, 0, 0, kNewToolbar.cx, kNewToolbar.cy, rebar(),
+                           reinterpret_cast<HMENU>(UINT_PTR{layout.controlId}), instance, nullptr));
+  const HWND bar = band.window.get();
+  if (!bar) return false;
+  band.images.reset(HandheldLoadImages(instance, layout.bitmap, kTransparent));
+  toolbar::initialise(bar);
+  toolbar::setCommandTarget(bar, mainWindow);
+  toolbar::setImageSize(bar, kImageSize, kImageSize);
+  toolbar::setButtonSize(bar, kButtonSize.cx, kButtonSize.cy);
+  toolbar::setImages(bar, band.images.get());
+
+  std::vector<TBBUTTON> buttons;
+  std::vector<const wchar_t*> tips;
+  for (const BarButton& button : layout.buttons) {
+    buttons.push_back(toolbar::plainButton(static_cast<int>(buttons.size()), button.command));
+    tips.push_back(button.tip);
+  }
+  HandheldSetButtonTips(bar, static_cast<UINT>(tips.size()), tips.data());
+  return toolbar::addButtons(bar, buttons);
+}
+
+/// The system gives what is left of a row to its first band; on the handheld it is the last one's, whose
+/// buttons need it.
+void PageBars::fillRow(int firstWidth) {
+  const RECT first = rebar::bandRectangle(rebar(), 0);
+  const RECT last = rebar::bandRectangle(rebar(), 1);
+  const RECT borders = rebar::bandBorders(rebar(), 0);
+  const LONG needed = HandheldToMonitor(firstWidth) + borders.left + borders.right;
+  const LONG left = last.right - needed - (last.left - first.right);
+  if (left > last.right - last.left) rebar::setBandWidth(rebar(), 1, left);
+}
+
+void PageBars::destroyBand(BandWindow& band) {
+  if (!band.window) return;
+  band.window.reset();
+  band.images.reset();
+  rebar::deleteBand(rebar(), 0);
+}
+
+void PageBars::destroy() {
+  destroyBand(first_);
+  destroyBand(second_);
+  rebar_.reset();
+}
+
+void PageBars::place(HWND parent, bool lower, bool raise) {
+  if (!rebar_) return;
+  RECT client{};
+  HandheldGetClientRect(parent, &client);
+  const RebarPlace wanted = rebarPlace({client.right, client.bottom}, bandsAtTop(), lower, raise);
+  HandheldMoveWindow(rebar(), 0, wanted.y, wanted.width, wanted.height, TRUE);
+  // While the bands take their places they count as painted, though they were not.
+  RedrawWindow(rebar(), nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
+}
+
+HWND PageBars::positionBox() const {
+  return rebar_ ? GetDlgItem(rebar(), kPositionId) : nullptr;
+}
+
+void PageBars::setEnabled(int command, bool enabled) {
+  const int state = enabled ? TBSTATE_ENABLED : TBSTATE_INDETERMINATE;
+  // The position box is no toolbar and would take the message's number for one of its own.
+  if (first_.images) toolbar::setState(firstBand(), command, state);
+  if (second_.images) toolbar::setState(secondBand(), command, state);
+}

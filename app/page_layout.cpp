@@ -1,0 +1,32 @@
+#include "app/page_layout.h"
+
+#include "app/program_state.h"
+#include "app/screen.h"
+#include "app/tab_pages.h"
+#include "platform/pocketshell/handheld_windows.h"
+#include "views/sip_state.h"
+
+void extendForm() {
+  HandheldMoveWindow(formWrapperWindow, 0, 0, screen::kPageAreaWidth,
+                     screen::kPageAreaHeight - screen::kTabRowHeight - sipState.height, TRUE);
+}
+
+void layOutForInputPanel() {
+  refreshSipState();
+  HandheldMoveWindow(tabControl, 0, 0, screen::kPageAreaWidth, screen::kPageAreaHeight - sipState.height,
+                     TRUE);
+  extendForm();
+  if (!theDocument) return;
+  theDocument->layOutPages();
+  theCommandBar->placePageBars();
+  if (currentPage == kFormPageIndex) theFormView.layOut(false);
+}
+
+void layOutForZoom() {
+  buildTabPages();
+  selectTab(currentPage);
+  if (!theDocument) return;
+  theDocument->loadImages();
+  theRecordListView.zoomChanged();
+  theCommandBar->rebuildAll();
+}

@@ -1,0 +1,23 @@
+#include "app/start_page.h"
+
+#include "app/program_state.h"
+#include "app/tab_pages.h"
+#include "base/app_settings.h"
+
+void showFirstPage() {
+  if (!theDocument) return;
+  bool open = false;
+  if (theAppSettings->options().OpenLastTableOnStartup() != 0) {
+    const RestoreResult restored = theDocument->restoreSession();
+    if (restored != RestoreResult::nothing) {
+      // Without tables Close stays grey until a page is switched.
+      open = restored != RestoreResult::noTables;
+      currentPage = kNoPage;
+      const int page = restored == RestoreResult::tables ? kTablesPageIndex : kFormPageIndex;
+      switchPage(page);
+      theDocument->loadRecord();
+      selectTab(page);
+    }
+  }
+  theDocument->updateMenusForDatabase(open);
+}

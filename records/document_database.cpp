@@ -1,0 +1,91 @@
+// Opening and closing the database file.
+#include <windows.h>
+
+#include <utility>
+
+#include "base/app_settings.h"
+#include "records/document.h"
+
+namespace {
+
+/// Shows the wait cursor as long as it lives.
+class WaitCursor {
+ public:
+  WaitCursor() { SetCursor(LoadCursorW(nullptr, IDC_WAIT)); }
+  ~WaitCursor() { SetCursor(LoadCursorW(nullptr, IDC_ARROW)); }
+  WaitCursor(const WaitCursor&) = delete;
+  WaitCursor& operator=(const WaitCursor&) = delete;
+};
+
+void markDatabaseOpen(bool isOpen) {
+  if (theAppSettings) theAppSettings->databaseOpen = isOpen ? 1 : 0;
+}
+
+}  // namespace
+
+Document::Document(DocumentPages pages) : pages_(std::move(pages)) {}
+
+Document::~Document() {
+  closeDatabase();
+}
+
+bool Document::openConnection(const String& path) {
+  const WaitCursor wait;
+  if (!database_.open(path)) return false;
+  database_.listTables(tableNames_);
+  freshlyOpened_ = true;
+  pages_.form.hide();
+  markDatabaseOpen(true);
+  databasePath_ = path;
+  repositionFromList_ = false;
+  viewMode_ = ViewMode::none;
+  return true;
+}
+
+bool Document::openDatabase(const String& path) {
+  if (!openConnection(path)) return false;
+  setViewMode(ViewMode::tables);
+  if (!tableNames_.isEmpty()) selectFirstTable();
+  updateMenusForDatabase(true);
+  databaseOpen_ = true;
+  updateNavigationState();
+  updatePageState();
+  return true;
+}
+
+int Document::closeDatabase() {
+  if (!database_.isOpen()) return -1;
+  if (viewMode_ == ViewMode::form && recordsetOpen_ && recordCount != 0) commitCurrentRecord();
+  saveSession();
+  database_.closeRecordset();
+  recordsetOpen_ = false;
+  if (viewMode_ == ViewMode::list) {
+    pages_.grid.clear();
+    setViewMode(ViewMode::tables);
+  }
+  pages_.tables->deleteAllItems();
+  pages_.tables->clearRememberedSelection();
+  pages_.queries->setSelectedIndex(0);
+  pages_.form.tearDown();
+  tableNames_.clear();
+  queryNames_.clear();
+  markDatabaseOpen(false);
+  forgetDatabase();
+  const bool closed = database_.close();
+  currentRecord = 0;
+  recordCount = 0;
+  return closed ? 0 : -1;
+}
+
+void Document::forgetDatabase() {
+  databaseOpen_ = false;
+  reselectTable_ = false;
+  sqlPending_ = false;
+  openedFromQuery_ = false;
+  formStale_ = false;
+  fieldsStale_ = false;
+  tableName_.clear();
+  queryName_.clear();
+  sqlText_.clear();
+  databasePath_.clear();
+}

@@ -1,0 +1,75 @@
+// Which database, table or query is reopened at the next start.
+#include <cstdint>
+
+#include "base/settings_store.h"
+#include "records/document.h"
+
+namespace {
+
+constexpr wchar_t kLastDatabase[] = L"LastDBOnStartup";
+constexpr wchar_t kLastTable[] = L"LastTableOnStartup";
+constexpr wchar_t kLastQuery[] = L"LastQueryOnStartup";
+constexpr wchar_t kLastSql[] = L"LastSQLQuery";
+constexpr wchar_t kOpenQuery[] = L"OpenQueryOnStartup";
+
+void writeText(const wchar_t* name, const String& text) {
+  SettingsStore::WriteString(SettingsStore::kOptions, name, text);
+}
+
+/// Empty for a value that can't be read.
+String readText(const wchar_t* name) {
+  String text;
+  SettingsStore::ReadString(SettingsStore::kOptions, name, text);
+  return text;
+}
+
+}  // namespace
+
+void Document::saveSession() {
+  writeText(kLastDatabase, databasePath_);
+  writeText(kLastTable, tableName_);
+  writeText(kLastQuery, queryName_);
+  writeText(kLastSql, sqlText_);
+  SettingsStore::WriteDword(SettingsStore::kOptions, kOpenQuery, openedFromQuery_ ? 1 : 0);
+}
+
+RestoreResult Document::restoreSession() {
+  String path;
+  std::uint32_t openQuery = 0;
+  const String table = readText(kLastTable);
+  const String query = readText(kLastQuery);
+  if (!SettingsStore::ReadString(SettingsStore::kOptions, kLastDatabase, path) ||
+      !SettingsStore::ReadDword(SettingsStore::kOptions, kOpenQuery, 0, openQuery) || !openConnection(path)) {
+    return RestoreResult::nothing;
+  }
+  databaseOpen_ = true;
+  reselectTable_ = true;
+  if (restoreRecords(table, query, openQuery != 0)) return RestoreResult::records;
+
+  tableName_.clear();
+  sqlText_.clear();
+  setViewMode(ViewMode::tables);
+  if (tableNames_.isEmpty()) return RestoreResult::noTables;
+  selectFirstTable();
+  return RestoreResult::tables;
+}
+
+bool Document::restoreRecords(const String& table, const String& query, bool asQuery) {
+  if (asQuery && !query.isEmpty()) {
+    String sql;
+    queryName_ = query;
+    tableName_ = table;
+    if (!SettingsStore::ReadString(SettingsStore::kOptions, kLastSql, sql)) return false;
+    sqlText_ = sql;
+    sqlPending_ = true;
+    setViewMode(ViewMode::form);
+    if (recordsetOpen_) openedFromQuery_ = true;
+    return recordsetOpen_;
+  }
+  if (table.isEmpty()) return false;
+  tableName_ = table;
+  sqlPending_ = true;
+  buildTableSql();
+  setViewMode(ViewMode::form);
+  return recordsetOpen_;
+}

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <windows.h>
+
+#include <utility>
+
+#include "base/string.h"
+
+/// The box in which the user chooses a date.
+class CalendarPopup {
+ public:
+  /// `caption` names the box, which has no title bar, to programs that read the screen aloud. Without a
+  /// valid `initialDate` the calendar begins with today.
+  CalendarPopup(String caption, const SYSTEMTIME& initialDate)
+      : initialDate_(initialDate), caption_(std::move(caption)) {}
+
+  enum class Choice { none, date, noDate };
+  /// Runs the box over `owner`. Choice::none when the user cancelled it, or the calendar gave no date.
+  Choice run(HWND owner);
+
+  /// The date that was chosen, when run said so.
+  const SYSTEMTIME& selectedDate() const { return selectedDate_; }
+
+ private:
+  static INT_PTR CALLBACK dialogProcedure(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam);
+  void opened(HWND dialog);
+  void confirmed(HWND dialog);
+  void createControls(HWND dialog);
+
+  bool selected_ = false;
+  SYSTEMTIME selectedDate_{};
+  SYSTEMTIME initialDate_{};
+  String caption_;
+  HWND calendar_ = nullptr;  // the dialog's own, as its buttons are
+};

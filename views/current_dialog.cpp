@@ -1,0 +1,3 @@
+#include "views/current_dialog.h"
+
+HWND currentDialog = nullptr;

@@ -1,0 +1,91 @@
+#include "views/date_field_editor.h"
+
+#include <cwchar>
+
+#include "data/date_value.h"
+#include "views/calendar_popup.h"
+#include "views/date_editor_subclass.h"
+#include "views/tab_key.h"
+
+namespace {
+
+SYSTEMTIME today() {
+  SYSTEMTIME now{};
+  GetSystemTime(&now);
+  return now;
+}
+
+/// As the user's country writes it. Empty when the system can't.
+String shortDate(const SYSTEMTIME& date) {
+  wchar_t text[50] = L"";
+  GetDateFormatW(LOCALE_USER_DEFAULT, DATE_SHORTDATE, &date, nullptr, text, ARRAYSIZE(text));
+  return text;
+}
+
+bool isNoDate(const String& text) {
+  return std::wcscmp(text.text(), kNoDateText) == 0;
+}
+
+SYSTEMTIME calendarStart(const String& text) {
+  if (isNoDate(text)) return today();
+  const std::optional<double> date = dateFromText(text);
+  return (date ? calendarFromDate(*date) : std::nullopt).value_or(SYSTEMTIME{});
+}
+
+}  // namespace
+
+DateFieldEditor::~DateFieldEditor() {
+  detachDateEditor(*this);
+}
+
+bool DateFieldEditor::create(const ControlCreation& creation) {
+  place_ = creation.place;
+  shownText_ = kNoDateText;
+  if (!createControl(L"STATIC", kNoDateText, creation)) return false;
+  attachDateEditor(*this);
+  moveFocusByTabKey(window());
+  return true;
+}
+
+void DateFieldEditor::position(const ControlPlace& place, UINT flags) {
+  if (moveControl(place, flags)) place_ = place;
+}
+
+void DateFieldEditor::setText(const String& text) {
+  shownText_ = text;
+  SetWindowTextW(window(), shownText_.text());
+}
+
+void DateFieldEditor::showToday() {
+  setText(shortDate(today()));
+}
+
+bool DateFieldEditor::isChanged() const {
+  return std::wcscmp(text().text(), shownText_.text()) != 0;
+}
+
+void DateFieldEditor::load(const String& valueText, bool isNewRecord) {
+  if (isNewRecord) {
+    showToday();
+  } else {
+    setText(valueText);
+  }
+}
+
+std::optional<double> DateFieldEditor::date() const {
+  const String shown = text();
+  return isNoDate(shown) ? std::nullopt : dateFromText(shown);
+}
+
+void DateFieldEditor::openCalendar() {
+  const HWND control = window();
+  CalendarPopup popup(fieldName_, calendarStart(shownText_));
+  const CalendarPopup::Choice choice = popup.run(GetAncestor(control, GA_ROOT));
+  // While the popup was open, the form may have been taken down.
+  if (theDateEditors.find(control) != this) return;
+  if (choice == CalendarPopup::Choice::date) {
+    SetWindowTextW(control, shortDate(popup.selectedDate()).text());
+  } else if (choice == CalendarPopup::Choice::noDate) {
+    SetWindowTextW(control, kNoDateText);
+  }
+}
