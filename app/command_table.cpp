@@ -14,9 +14,54 @@ struct CommandRow {
   CommandHandler handler;
 };
 
-LRESULT closeDatabase(HWND, WORD, LPARAM, WORD) {
-  if (theDocument->closeDatabase() == 0) switchPage(kNoPage);
+/// The Tables page of a database that was opened. Where none could be, the bars of the closed one go.
+LRESULT showOpened(CommandResult result) {
+  if (result == CommandResult::done) {
+    showDatabasePage();
+  } else if (!theDocument->isDatabaseOpen()) {
+    switchPage(kNoPage);
+  }
   return 0;
+}
+
+LRESULT openDatabase(HWND, WORD, LPARAM, WORD) {
+  return showOpened(theDocument->openDatabaseCommand());
+}
+
+LRESULT newDatabase(HWND, WORD, LPARAM, WORD) {
+  return showOpened(theDocument->newDatabaseCommand());
+}
+
+LRESULT deleteDatabase(HWND, WORD, LPARAM, WORD) {
+  theDocument->deleteDatabaseCommand();
+  return 0;
+}
+
+LRESULT closeDatabase(HWND, WORD, LPARAM, WORD) {
+  if (theDocument->finishEditing() && theDocument->closeDatabase() == 0) switchPage(kNoPage);
+  return 0;
+}
+
+LRESULT deleteTable(HWND, WORD, LPARAM, WORD) {
+  theDocument->deleteTableCommand();
+  return 0;
+}
+
+LRESULT deleteQuery(HWND, WORD, LPARAM, WORD) {
+  theDocument->deleteQueryCommand();
+  return 0;
+}
+
+LRESULT newRecord(HWND, WORD, LPARAM, WORD) {
+  return theDocument->newRecord();
+}
+
+LRESULT deleteRecord(HWND, WORD, LPARAM, WORD) {
+  return theDocument->deleteRecord();
+}
+
+LRESULT goToRecordNumber(HWND, WORD, LPARAM, WORD) {
+  return theDocument->goToRecordNumber();
 }
 
 LRESULT showPreviousFormPage(HWND, WORD, LPARAM, WORD) {
@@ -61,7 +106,7 @@ LRESULT toggleFormScroll(HWND, WORD, LPARAM, WORD) {
 }
 
 LRESULT exitProgram(HWND, WORD, LPARAM, WORD) {
-  PostQuitMessage(0);
+  if (theDocument->finishEditing()) PostQuitMessage(0);
   return 0;
 }
 
@@ -118,6 +163,7 @@ LRESULT showNextColumn(HWND, WORD, LPARAM, WORD) {
 
 constexpr CommandRow kCommands[] = {
     {ID_EXIT, exitProgram},
+    {ID_DATABASE_OPEN, openDatabase},
     {ID_DATABASE_CLOSE, closeDatabase},
     {ID_PAGE_PREVIOUS, showPreviousFormPage},
     {ID_PAGE_NEXT, showNextFormPage},
@@ -125,6 +171,9 @@ constexpr CommandRow kCommands[] = {
     {ID_RECORD_LAST, moveLastRecord},
     {ID_RECORD_NEXT, moveNextRecord},
     {ID_RECORD_PREVIOUS, movePreviousRecord},
+    {ID_RECORD_NUMBER, goToRecordNumber},
+    {ID_RECORD_NEW, newRecord},
+    {ID_RECORD_DELETE, deleteRecord},
     {ID_RECORD_EDIT, editRecord},
     {ID_COPY, copySelection},
     {ID_CUT, cutSelection},
@@ -135,8 +184,12 @@ constexpr CommandRow kCommands[] = {
     {ID_VIEW_LIST, showList},
     {ID_VIEW_REPORT, showReport},
     {ID_COLUMNS_FIT, fitColumns},
+    {ID_TABLE_DELETE, deleteTable},
+    {ID_QUERY_DELETE, deleteQuery},
     {ID_COLUMN_PREVIOUS, showPreviousColumn},
     {ID_COLUMN_NEXT, showNextColumn},
+    {ID_DATABASE_NEW, newDatabase},
+    {ID_DATABASE_DELETE, deleteDatabase},
     {ID_FORM_SCROLL_RANGE, toggleFormScroll},
 };
 

@@ -41,6 +41,12 @@ LRESULT windowDestroyed(HWND, UINT, WPARAM, LPARAM) {
   return 0;
 }
 
+/// What can't be stored keeps the window open.
+LRESULT closeAsked(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+  if (theDocument && !theDocument->finishEditing()) return 0;
+  return DefWindowProcW(window, message, wParam, lParam);
+}
+
 /// The user logs off or the system ends: what stands on the form is not lost.
 LRESULT sessionEnded(HWND, UINT, WPARAM wParam, LPARAM) {
   if (wParam != FALSE && theDocument) theDocument->closeDatabase();
@@ -134,6 +140,7 @@ constexpr std::array kMessages = {
     MessageRow{kStartedMessage, programStarted},
     // What a desktop needs besides.
     MessageRow{WM_SETFOCUS, focusGained},
+    MessageRow{WM_CLOSE, closeAsked},
     MessageRow{WM_ENDSESSION, sessionEnded},
 };
 

@@ -56,7 +56,7 @@ void createDocument() {
   theDocument =
       std::make_unique<Document>(DocumentPages{std::make_unique<TablesListView>(mainWindow, *theCommandBar),
                                                std::make_unique<QueriesListView>(mainWindow, *theCommandBar),
-                                               theRecordListView, theFormView, *theCommandBar});
+                                               theRecordListView, theFormView, *theCommandBar, thePrompts});
   theRecordListView.prepare(theDocument.get());
   theFormView.prepare(theDocument.get());
 }
