@@ -10,6 +10,7 @@
 #include "data/record_counters.h"
 #include "records/availability.h"
 #include "records/command_bar.h"
+#include "records/find_state.h"
 #include "records/pages.h"
 #include "records/user_prompts.h"
 #include "records/view_mode.h"
@@ -142,6 +143,15 @@ class Document {
   /// On the form and in the grid.
   int deleteRecord();
 
+  // ---- The search for text (document_find.cpp), on the form only. Each returns 0.
+
+  /// Runs the Find dialog.
+  int openFind();
+  /// One step of the search, from the current record or behind the last match. The last record is not
+  /// tested but when the search starts behind it. A match is shown on the form, the cursor stands behind it.
+  int findNext();
+  const FindState& findState() const { return find_; }
+
   // ---- What the menus and toolbars show (document_bars.cpp)
 
   CommandBar& commandBar() { return pages_.bar; }
@@ -198,6 +208,10 @@ class Document {
   void tellFailure(const std::wstring& what);
   bool confirmDeletion(const std::wstring& what);
   CommandResult openChosen(const String& path);
+  void beginSearch();
+  bool searchUpTo(std::uint32_t end, std::uint32_t& field);
+  void tellSearchEnd();
+  void returnToShownRecord();
   bool storeRecord();
   void tellClearedFields();
   void addRecord();
@@ -237,4 +251,11 @@ class Document {
   bool reselectTable_ = false;       // the Tables page selects tableName_ when it is entered next
   bool freshlyOpened_ = false;       // the Tables page does not show the catalogue yet
   bool openedFromQuery_ = false;
+  std::uint32_t shownRecord_ = 0;  // the record whose values the form shows, 0 for none
+
+  FindState find_;
+  std::uint32_t findStartRecord_ = 0;    // currentRecord when the dialog was opened
+  std::uint32_t findRecordCounter_ = 0;  // records passed in the present search
+  std::uint32_t findField_ = 0;          // where the last match was, or where the search goes on
+  bool foundInSearch_ = false;
 };

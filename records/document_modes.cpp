@@ -55,6 +55,7 @@ void Document::openPendingRecordset() {
   if (!recordsetOpen_) recordCount = 0;
   formStale_ = true;
   fieldsStale_ = true;
+  shownRecord_ = 0;
 }
 
 void Document::enterMode(ViewMode mode) {

@@ -97,5 +97,6 @@ void Document::loadRecord() {
   if (!database_.isOpen()) return;
   recordCount = database_.recordCount();
   updatePositionText();
+  shownRecord_ = recordCount != 0 ? currentRecord : 0;
   if (recordCount != 0) pages_.form.loadRecord();
 }

@@ -30,10 +30,17 @@ void Document::refuse(PromptOwner owner, const wchar_t* text) {
 int Document::commitCurrentRecord() {
   const bool changed = pages_.form.takeChange();
   if (changed || database_.newRecordPending()) {
+    returnToShownRecord();
     pages_.form.writeRecord();
     database_.update();
   }
   return 1;
+}
+
+/// A search leaves the cursor behind the record that it shows, and what the user does means that record.
+void Document::returnToShownRecord() {
+  if (database_.newRecordPending() || shownRecord_ == 0 || shownRecord_ == currentRecord) return;
+  database_.moveTo(shownRecord_);
 }
 
 bool Document::storeRecord() {
@@ -92,6 +99,7 @@ void Document::addRecord() {
     if (!storeRecord()) return;
   } else {
     pages_.form.build();
+    database_.moveFirst();
   }
   if (!database_.addNew()) return;
   pages_.prompts.raiseInputPanel();
@@ -143,6 +151,7 @@ void Document::tellNotDeleted() {
 }
 
 void Document::deleteOnForm() {
+  returnToShownRecord();
   if (!database_.deleteCurrent()) {
     tellNotDeleted();
     return;

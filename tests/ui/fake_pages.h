@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -172,6 +173,12 @@ struct FakePrompts final : UserPrompts {
     calls.push_back("prompts.askRecordNumber " + std::to_string(highest));
     return number;
   }
+  void showFindDialog(FindState& state, const NameList& fieldNames) override {
+    calls.push_back("prompts.showFindDialog " + std::to_string(fieldNames.size()));
+    state.newSearch = true;
+    setFind(state);
+  }
+  void refillFindDialog(const FindState&) override { calls.push_back("prompts.refillFindDialog"); }
   void raiseInputPanel() override { calls.push_back("prompts.raiseInputPanel"); }
 
   struct Message {
@@ -184,6 +191,7 @@ struct FakePrompts final : UserPrompts {
   Calls& calls;
   std::vector<Message> messages;
   int answer = IDOK;
+  std::function<void(FindState&)> setFind = [](FindState&) {};  ///< what the user enters for a search
   std::optional<String> file;
   std::optional<std::uint32_t> number;
 };
