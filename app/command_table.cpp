@@ -2,6 +2,9 @@
 
 #include "app/program_state.h"
 #include "app/tab_pages.h"
+#include "dialogs/about.h"
+#include "dialogs/database_info.h"
+#include "dialogs/new_table.h"
 #include "resources/command_ids.h"
 #include "views/focused_edit.h"
 
@@ -39,6 +42,30 @@ LRESULT deleteDatabase(HWND, WORD, LPARAM, WORD) {
 
 LRESULT closeDatabase(HWND, WORD, LPARAM, WORD) {
   if (theDocument->finishEditing() && theDocument->closeDatabase() == 0) switchPage(kNoPage);
+  return 0;
+}
+
+LRESULT showDatabaseInfo(HWND, WORD, LPARAM, WORD) {
+  DatabaseInfoDialog dialog;
+  dialog.databasePath = theDocument->databasePath();
+  dialog.tableName = theDocument->tableName();
+  dialog.queryName = theDocument->queryName();
+  dialog.sqlText = theDocument->sqlText();
+  dialog.run(mainWindow);
+  return 0;
+}
+
+LRESULT showAbout(HWND, WORD, LPARAM, WORD) {
+  AboutDialog().run(mainWindow);
+  return 0;
+}
+
+/// A design that the database refuses is shown again, so that nothing of it is lost.
+LRESULT newTable(HWND, WORD, LPARAM, WORD) {
+  if (!theDocument->isDatabaseOpen() || currentPage != kTablesPageIndex) return 0;
+  NewTableDialog dialog(theDocument->tableNames());
+  while (dialog.run(mainWindow) == IDOK && !theDocument->createTable(dialog.name, dialog.columns)) {
+  }
   return 0;
 }
 
@@ -163,8 +190,10 @@ LRESULT showNextColumn(HWND, WORD, LPARAM, WORD) {
 
 constexpr CommandRow kCommands[] = {
     {ID_EXIT, exitProgram},
+    {ID_ABOUT, showAbout},
     {ID_DATABASE_OPEN, openDatabase},
     {ID_DATABASE_CLOSE, closeDatabase},
+    {ID_DATABASE_INFO, showDatabaseInfo},
     {ID_PAGE_PREVIOUS, showPreviousFormPage},
     {ID_PAGE_NEXT, showNextFormPage},
     {ID_RECORD_FIRST, moveFirstRecord},
@@ -184,6 +213,7 @@ constexpr CommandRow kCommands[] = {
     {ID_VIEW_LIST, showList},
     {ID_VIEW_REPORT, showReport},
     {ID_COLUMNS_FIT, fitColumns},
+    {ID_TABLE_NEW, newTable},
     {ID_TABLE_DELETE, deleteTable},
     {ID_QUERY_DELETE, deleteQuery},
     {ID_COLUMN_PREVIOUS, showPreviousColumn},

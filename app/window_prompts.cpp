@@ -4,6 +4,7 @@
 
 #include "app/main_window.h"
 #include "app/program_state.h"
+#include "dialogs/go_to.h"
 #include "platform/pocketshell/aygshell.h"
 #include "resources/resource_ids.h"
 #include "views/current_dialog.h"
@@ -85,9 +86,16 @@ std::optional<String> WindowPrompts::chooseFile(FileChoice choice) {
   return String(path);
 }
 
-std::optional<std::uint32_t> WindowPrompts::askRecordNumber(std::uint32_t) {
-  return std::nullopt;
+std::optional<std::uint32_t> WindowPrompts::askRecordNumber(std::uint32_t highest) {
+  GoToDialog dialog;
+  dialog.highest = highest;
+  if (dialog.run(mainWindow) != IDOK || dialog.cancelled) return std::nullopt;
+  return dialog.chosen;
 }
+
+void WindowPrompts::showFindDialog(FindState&, const NameList&) {}
+
+void WindowPrompts::refillFindDialog(const FindState&) {}
 
 void WindowPrompts::raiseInputPanel() {
   SHSipPreference(mainWindow, SIP_UP);

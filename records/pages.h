@@ -92,7 +92,7 @@ class FormPage {
   virtual bool takeChange() = 0;
   /// Writes the content of every editor, in field order, into the current record.
   virtual void writeRecord() = 0;
-  /// The editor of this field takes the focus; of a text editor all text is selected.
+  /// Shows the page of this field, whose editor takes the focus; of a text editor all text is selected.
   virtual void focusField(std::uint32_t field) = 0;
 
   /// Lays the pages out for the input panel as it stands now. Without `force` nothing happens when the
