@@ -1,10 +1,14 @@
 #include "app/command_table.h"
 
+#include "app/page_layout.h"
 #include "app/program_state.h"
 #include "app/tab_pages.h"
+#include "base/app_settings.h"
 #include "dialogs/about.h"
 #include "dialogs/database_info.h"
 #include "dialogs/new_table.h"
+#include "dialogs/password_lock.h"
+#include "dialogs/show_options.h"
 #include "resources/command_ids.h"
 #include "views/focused_edit.h"
 
@@ -58,6 +62,15 @@ LRESULT showDatabaseInfo(HWND, WORD, LPARAM, WORD) {
 LRESULT showAbout(HWND, WORD, LPARAM, WORD) {
   AboutDialog().run(mainWindow);
   return 0;
+}
+
+LRESULT changeOptions(HWND, WORD, LPARAM, WORD) {
+  showOptions(mainWindow, theAppSettings->options(), applyOptions);
+  return 0;
+}
+
+LRESULT changeStartPassword(HWND, WORD, LPARAM, WORD) {
+  return changePassword(mainWindow);
 }
 
 /// A design that the database refuses is shown again, so that nothing of it is lost.
@@ -189,6 +202,8 @@ LRESULT showNextColumn(HWND, WORD, LPARAM, WORD) {
 }
 
 constexpr CommandRow kCommands[] = {
+    {ID_OPTIONS, changeOptions},
+    {ID_PASSWORD_CHANGE, changeStartPassword},
     {ID_EXIT, exitProgram},
     {ID_ABOUT, showAbout},
     {ID_DATABASE_OPEN, openDatabase},

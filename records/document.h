@@ -165,6 +165,8 @@ class Document {
   void updateCommandBar();
   /// Puts the lists and the grid back in their places.
   void layOutPages();
+  /// Shows the pages in the colours as they are now.
+  void refreshColors();
   /// The pages' images at the present zoom.
   void loadImages();
   /// The user has chosen another row of the grid: currentRecord says which.

@@ -54,6 +54,12 @@ void Document::layOutPages() {
   pages_.grid.layOut();
 }
 
+void Document::refreshColors() {
+  pages_.tables->refreshColors();
+  pages_.queries->refreshColors();
+  pages_.grid.refreshColors();
+}
+
 void Document::loadImages() {
   pages_.tables->loadImages();
   pages_.queries->loadImages();
