@@ -138,6 +138,8 @@ void NameListView::refill(const NameList& names) {
   loadImages();
   listview::setExtendedStyle(window_, 0);
   for (std::uint32_t i = 0; i < names.size(); ++i) addItem(static_cast<int>(i), names[i]);
+  // The vertical scroll bar that came with the items takes from the width that they were placed by.
+  listview::arrange(window_);
 }
 
 void NameListView::scrollThrough() {
