@@ -21,7 +21,7 @@ class DialogTest : public RegistryTest {
  protected:
   void SetUp() override {
     RegistryTest::SetUp();
-    setInputPanel(1);
+    useInputPanel(true);
     HandheldSetZoom(100);
     resetAppColors();
     frame_ = std::make_unique<ShellFrame>();
@@ -47,12 +47,16 @@ class DialogTest : public RegistryTest {
     return SHSipInfo(SPI_GETSIPINFO, 0, &panel, 0) && (panel.fdwFlags & SIPF_ON) != 0;
   }
 
- private:
-  static void setInputPanel(DWORD policy) {
+  /// Whether programs may raise the input panel, as the user can set it.
+  static void useInputPanel(bool used) {
+    constexpr DWORD kAsHandheld = 1;
+    constexpr DWORD kNever = 2;
+    const DWORD policy = used ? kAsHandheld : kNever;
     RegSetKeyValueW(HKEY_CURRENT_USER, L"Software\\MorvaleSoftware\\Pocket Shell", L"InputPanel", REG_DWORD,
                     &policy, sizeof policy);
   }
 
+ private:
   /// Of dialogs and frames; what the shell and the system keep for themselves stays out.
   static int windowCount() {
     int count = 0;
