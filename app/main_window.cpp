@@ -94,8 +94,11 @@ void openSelection(int index) {
 void namesListReported(const NMHDR& notification) {
   if (notification.code == LVN_ITEMCHANGED) {
     const auto& change = reinterpret_cast<const NMLISTVIEW&>(notification);
-    // The item that loses the selection is reported too, and nobody has chosen that.
-    if ((change.uNewState & ~change.uOldState & LVIS_SELECTED) != 0) openSelection(change.iItem);
+    // The item that loses the selection is reported too, and nobody has chosen that. One that is selected
+    // already is chosen when a key brings it the list's own focus.
+    constexpr UINT kChoosing = LVIS_SELECTED | LVIS_FOCUSED;
+    const bool gains = (change.uNewState & ~change.uOldState & kChoosing) != 0;
+    if (gains && (change.uNewState & LVIS_SELECTED) != 0) openSelection(change.iItem);
   } else if (notification.code == GN_CONTEXTMENU) {
     const auto& tap = reinterpret_cast<const NMRGINFO&>(notification);
     showNamesContextMenu(instanceHandle, mainWindow, currentPage, tap.ptAction);

@@ -45,6 +45,7 @@ void Document::updateCommandBar() {
 
 void Document::rowChosen() {
   updatePositionText();
+  updateNavigationState();
   pages_.bar.apply(gridRecordStates({.position = currentRecord, .recordCount = openRecordCount()}));
 }
 

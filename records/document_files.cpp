@@ -127,7 +127,11 @@ void Document::reloadQueries() {
   database_.listQueries(queryNames_);
   const int last = static_cast<int>(queryNames_.size()) - 1;
   if (pages_.queries->selectedIndex() > last) pages_.queries->setSelectedIndex(std::max(last, 0));
-  if (queryNames_.isEmpty()) queryName_.clear();
+  if (queryNames_.isEmpty()) {
+    // The last query is gone, and its records with it.
+    queryName_.clear();
+    if (tableName_.isEmpty() && !tableNames_.isEmpty()) selectFirstTable();
+  }
   pages_.queries->fill(queryNames_);
   updateCommandBar();
 }
