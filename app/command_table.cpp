@@ -1,5 +1,6 @@
 #include "app/command_table.h"
 
+#include "app/help.h"
 #include "app/page_layout.h"
 #include "app/program_state.h"
 #include "app/tab_pages.h"
@@ -8,6 +9,7 @@
 #include "dialogs/database_info.h"
 #include "dialogs/new_table.h"
 #include "dialogs/password_lock.h"
+#include "dialogs/query_dialog.h"
 #include "dialogs/show_options.h"
 #include "resources/command_ids.h"
 #include "views/focused_edit.h"
@@ -85,6 +87,36 @@ LRESULT newTable(HWND, WORD, LPARAM, WORD) {
 LRESULT deleteTable(HWND, WORD, LPARAM, WORD) {
   theDocument->deleteTableCommand();
   return 0;
+}
+
+QueryDialogHost queryDialogHost() {
+  return {theDocument->tableNames(),
+          [](const String& sql, NameList& names) { theDocument->listFieldNames(sql, names); },
+          [](const String& sql) { return theDocument->returnsRecords(sql); }, showHelp};
+}
+
+/// A query that can't be stored is shown again, so that nothing of it is lost.
+LRESULT newQuery(HWND, WORD, LPARAM, WORD) {
+  if (!theDocument->isDatabaseOpen() || currentPage != kQueriesPageIndex) return 0;
+  QueryDialog dialog(queryDialogHost());
+  while (dialog.run(mainWindow) == IDOK && !theDocument->addQuery({dialog.name, dialog.sql})) {
+  }
+  return 0;
+}
+
+LRESULT editQuery(HWND, WORD, LPARAM, WORD) {
+  SavedQuery query;
+  if (!theDocument->chosenQuery(query)) return 0;
+  QueryDialog dialog(queryDialogHost());
+  dialog.name = query.name;
+  dialog.sql = query.sql;
+  while (dialog.run(mainWindow) == IDOK && !theDocument->changeChosenQuery({dialog.name, dialog.sql})) {
+  }
+  return 0;
+}
+
+LRESULT findText(HWND, WORD, LPARAM, WORD) {
+  return theDocument->openFind();
 }
 
 LRESULT deleteQuery(HWND, WORD, LPARAM, WORD) {
@@ -218,6 +250,7 @@ constexpr CommandRow kCommands[] = {
     {ID_RECORD_NUMBER, goToRecordNumber},
     {ID_RECORD_NEW, newRecord},
     {ID_RECORD_DELETE, deleteRecord},
+    {ID_FIND, findText},
     {ID_RECORD_EDIT, editRecord},
     {ID_COPY, copySelection},
     {ID_CUT, cutSelection},
@@ -230,6 +263,8 @@ constexpr CommandRow kCommands[] = {
     {ID_COLUMNS_FIT, fitColumns},
     {ID_TABLE_NEW, newTable},
     {ID_TABLE_DELETE, deleteTable},
+    {ID_QUERY_NEW, newQuery},
+    {ID_QUERY_EDIT, editQuery},
     {ID_QUERY_DELETE, deleteQuery},
     {ID_COLUMN_PREVIOUS, showPreviousColumn},
     {ID_COLUMN_NEXT, showNextColumn},

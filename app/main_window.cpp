@@ -12,6 +12,7 @@
 #include "app/program_state.h"
 #include "app/start_page.h"
 #include "app/tab_pages.h"
+#include "dialogs/find_dialog.h"
 #include "platform/pocketshell/handheld_windows.h"
 #include "resources/resource_ids.h"
 #include "views/current_dialog.h"
@@ -51,6 +52,10 @@ LRESULT closeAsked(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
 LRESULT sessionEnded(HWND, UINT, WPARAM wParam, LPARAM) {
   if (wParam != FALSE && theDocument) theDocument->closeDatabase();
   return 0;
+}
+
+LRESULT findNext(HWND, UINT, WPARAM, LPARAM) {
+  return theDocument ? theDocument->findNext() : 0;
 }
 
 LRESULT itemDrawn(HWND, UINT, WPARAM, LPARAM) {
@@ -134,6 +139,7 @@ constexpr std::array kMessages = {
     MessageRow{WM_CREATE, windowCreated},
     MessageRow{WM_COMMAND, commandGiven},
     MessageRow{WM_DESTROY, windowDestroyed},
+    MessageRow{FindDialog::kFindNextMessage, findNext},
     MessageRow{WM_DRAWITEM, itemDrawn},
     MessageRow{WM_SETTINGCHANGE, settingChanged},
     MessageRow{WM_HELP, helpWanted},

@@ -2,12 +2,14 @@
 
 #include <commdlg.h>
 
+#include <utility>
+
 #include "app/main_window.h"
 #include "app/program_state.h"
+#include "dialogs/find_dialog.h"
 #include "dialogs/go_to.h"
 #include "platform/pocketshell/aygshell.h"
 #include "resources/resource_ids.h"
-#include "views/current_dialog.h"
 
 namespace {
 
@@ -22,7 +24,7 @@ HWND ownerWindow(PromptOwner owner) {
     case PromptOwner::tabControl:
       return tabControl;
     case PromptOwner::findDialog:
-      return currentDialog;
+      return theDocument->findState().dialog;
   }
   return nullptr;
 }
@@ -93,9 +95,13 @@ std::optional<std::uint32_t> WindowPrompts::askRecordNumber(std::uint32_t highes
   return dialog.chosen;
 }
 
-void WindowPrompts::showFindDialog(FindState&, const NameList&) {}
+void WindowPrompts::showFindDialog(FindState& state, NameList fieldNames) {
+  FindDialog(state, std::move(fieldNames)).run(mainWindow);
+}
 
-void WindowPrompts::refillFindDialog(const FindState&) {}
+void WindowPrompts::refillFindDialog(const FindState& state) {
+  FindDialog::refill(state.dialog);
+}
 
 void WindowPrompts::raiseInputPanel() {
   SHSipPreference(mainWindow, SIP_UP);

@@ -9,7 +9,7 @@ class WindowPrompts final : public UserPrompts {
   /// While it is open the main window's title names its purpose.
   std::optional<String> chooseFile(FileChoice choice) override;
   std::optional<std::uint32_t> askRecordNumber(std::uint32_t highest) override;
-  void showFindDialog(FindState& state, const NameList& fieldNames) override;
+  void showFindDialog(FindState& state, NameList fieldNames) override;
   void refillFindDialog(const FindState& state) override;
   void raiseInputPanel() override;
 };

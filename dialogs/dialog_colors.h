@@ -2,10 +2,11 @@
 
 #include <windows.h>
 
-/// Rows for the message tables of dialogs (views/message_table.h): the texts of dialogs are blue on white,
-/// and so white lies around them too.
+/// The answer of a dialog to WM_CTLCOLORDLG and WM_CTLCOLORSTATIC: labels are blue on white, and the
+/// dialog is white below all else. `window` is the control, or the dialog itself. The brush is the
+/// system's own.
+HBRUSH dialogBrush(HDC dc, HWND window);
 
-/// For WM_CTLCOLORSTATIC.
+/// The same as rows for message tables (views/message_table.h), for both messages.
 LRESULT colorDialogText(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam);
-/// For WM_CTLCOLORDLG.
 LRESULT colorDialogBackground(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam);

@@ -74,10 +74,16 @@ class Document {
   CommandResult deleteQueryCommand();
   /// `columns` as Database::createTable takes it. The new table is selected on the Tables page.
   bool createTable(const String& name, const String& columns);
-  /// Shows the saved queries anew after one was added or changed.
-  void reloadQueries();
+  /// The saved query that is chosen on the Queries page, to be edited. False when none is.
+  bool chosenQuery(SavedQuery& query);
+  /// Each shows the saved queries anew, with this one chosen.
+  bool addQuery(const SavedQuery& query);
+  bool changeChosenQuery(const SavedQuery& query);
+  /// For the writing of a query: the field names of a SELECT as Database::listFieldNames gives them, and
+  /// whether a statement opens. The records that are in use are opened anew afterwards.
+  void listFieldNames(const String& sql, NameList& names) { database_.listFieldNames(sql, names); }
+  bool returnsRecords(const String& sql);
 
-  Database& database() { return database_; }
   const NameList& tableNames() const { return tableNames_; }
   bool isDatabaseOpen() const { return databaseOpen_; }
   const String& databasePath() const { return databasePath_; }
@@ -208,6 +214,9 @@ class Document {
   std::uint32_t openRecordCount() const { return recordsetOpen_ ? database_.recordCount() : 0; }
   void refuse(PromptOwner owner, const wchar_t* text);
   void tellFailure(const std::wstring& what);
+  void reloadQueries();
+  void showQueries(const String& chosen);
+  void tellQueryNotStored(const SavedQuery& query);
   bool confirmDeletion(const std::wstring& what);
   CommandResult openChosen(const String& path);
   void beginSearch();

@@ -2,8 +2,10 @@
 #include <windows.h>
 
 #include <algorithm>
+#include <cwchar>
 #include <string>
 
+#include "data/last_error.h"
 #include "records/document.h"
 
 namespace {
@@ -121,6 +123,59 @@ CommandResult Document::deleteQueryCommand() {
   }
   reloadQueries();
   return CommandResult::done;
+}
+
+bool Document::chosenQuery(SavedQuery& query) {
+  if (!database_.isOpen() || viewMode_ != ViewMode::queries) return false;
+  const int index = pages_.queries->selectedIndex();
+  return index >= 0 && database_.getQuery(static_cast<std::uint32_t>(index), query);
+}
+
+bool Document::addQuery(const SavedQuery& query) {
+  if (!database_.addQuery(query)) {
+    tellQueryNotStored(query);
+    return false;
+  }
+  // The first query makes the table that they are kept in.
+  database_.listTables(tableNames_);
+  freshlyOpened_ = true;
+  showQueries(query.name);
+  return true;
+}
+
+bool Document::changeChosenQuery(const SavedQuery& query) {
+  if (!database_.updateQuery(static_cast<std::uint32_t>(pages_.queries->selectedIndex()), query)) {
+    tellQueryNotStored(query);
+    return false;
+  }
+  showQueries(query.name);
+  return true;
+}
+
+void Document::tellQueryNotStored(const SavedQuery& query) {
+  const std::wstring text =
+      std::wstring(L"Query '") + query.name.text() + L"' could not be stored.\n" + takeLastErrorText().text();
+  refuse(PromptOwner::mainWindow, text.c_str());
+}
+
+void Document::showQueries(const String& chosen) {
+  database_.listQueries(queryNames_);
+  for (std::uint32_t i = 0; i < queryNames_.size(); ++i) {
+    if (std::wcscmp(queryNames_[i].text(), chosen.text()) != 0) continue;
+    pages_.queries->setSelectedIndex(static_cast<int>(i));
+    break;
+  }
+  pages_.queries->fill(queryNames_);
+  openQuerySelection(pages_.queries->selectedIndex());
+  updateCommandBar();
+}
+
+bool Document::returnsRecords(const String& sql) {
+  const bool returns = database_.checkSql(sql);
+  // The statement that was tried has taken the place of the records in use.
+  recordsetOpen_ = false;
+  sqlPending_ = !sqlText_.isEmpty();
+  return returns;
 }
 
 void Document::reloadQueries() {

@@ -2,6 +2,7 @@
 #include <windows.h>
 
 #include <string>
+#include <utility>
 
 #include "records/document.h"
 #include "records/wait_cursor.h"
@@ -17,7 +18,7 @@ int Document::openFind() {
   NameList names;
   for (std::uint32_t field = 0; field < database_.fieldCount(); ++field)
     names.append(database_.fieldName(field));
-  pages_.prompts.showFindDialog(find_, names);
+  pages_.prompts.showFindDialog(find_, std::move(names));
   return 0;
 }
 

@@ -29,7 +29,7 @@ class UserPrompts {
   /// The full path; none when the user cancels.
   virtual std::optional<String> chooseFile(FileChoice choice) = 0;
   /// Runs the Find dialog, which posts message 1225 to the main window for each step of the search.
-  virtual void showFindDialog(FindState& state, const NameList& fieldNames) = 0;
+  virtual void showFindDialog(FindState& state, NameList fieldNames) = 0;
   /// After a step of the search, if the dialog is still open.
   virtual void refillFindDialog(const FindState& state) = 0;
   /// The user is going to type: the input panel is raised, where there is one.

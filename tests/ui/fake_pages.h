@@ -173,7 +173,7 @@ struct FakePrompts final : UserPrompts {
     calls.push_back("prompts.askRecordNumber " + std::to_string(highest));
     return number;
   }
-  void showFindDialog(FindState& state, const NameList& fieldNames) override {
+  void showFindDialog(FindState& state, NameList fieldNames) override {
     calls.push_back("prompts.showFindDialog " + std::to_string(fieldNames.size()));
     state.newSearch = true;
     setFind(state);
