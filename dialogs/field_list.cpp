@@ -25,8 +25,8 @@ String cellText(HWND list, int row, int column) {
   while (true) {
     cell.pszText = text.data();
     cell.cchTextMax = static_cast<int>(text.size());
-    const auto length = static_cast<std::size_t>(SendMessageW(
-        list, LVM_GETITEMTEXTW, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&cell)));
+    const auto length = static_cast<std::size_t>(
+        SendMessageW(list, LVM_GETITEMTEXTW, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&cell)));
     if (length + 1 < text.size()) return cell.pszText;
     text.resize(text.size() * 2);
   }
