@@ -12,6 +12,9 @@ int GoToDialog::run(HWND owner) {
 void GoToDialog::opened() {
   placePopup(window());
   panel_.raise(window());
+  // More than any number has. A whole book pasted would keep the control busy for a while.
+  constexpr WPARAM kLongestText = 20;
+  SendMessageW(control(IDC_GO_TO_NUMBER), EM_SETLIMITTEXT, kLongestText, 0);
   SetFocus(control(IDC_GO_TO_NUMBER));
 }
 
