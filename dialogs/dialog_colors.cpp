@@ -12,7 +12,7 @@ LRESULT backgroundBrush() {
 }  // namespace
 
 LRESULT colorDialogText(HWND, UINT, WPARAM wParam, LPARAM) {
-  const auto dc = reinterpret_cast<HDC>(wParam);
+  auto* const dc = reinterpret_cast<HDC>(wParam);
   SetTextColor(dc, kText);
   SetBkColor(dc, kBackground);
   return backgroundBrush();
