@@ -14,9 +14,16 @@
 #include "dialogs/options_ids.h"
 #include "dialogs/options_page_procedures.h"
 #include "dialogs/options_page_window.h"
+#include "platform/pocketshell/handheld_windows.h"
 #include "views/message_table.h"
 
 namespace {
+
+/// Of the list, as in the template, in handheld pixels.
+constexpr int kListLeft = 6;
+constexpr int kListTop = 16;
+constexpr int kListWidth = 228;
+constexpr int kListHeight = 161;
 
 /// The selected entry of the live colour table, null for none.
 std::uint32_t* selectedColor() {
@@ -54,12 +61,17 @@ void resetColors(HWND page) {
   refreshSwatch(page);
 }
 
+void fillList(HWND list) {
+  // The system has cut the list to whole lines of its own font; now it has ours.
+  HandheldMoveWindow(list, kListLeft, kListTop, kListWidth, kListHeight, FALSE);
+  for (const AppColorDefault& entry : kAppColorDefaults) listbox::append(list, entry.name);
+  listbox::select(list, 0);
+}
+
 LRESULT opened(HWND page, UINT, WPARAM, LPARAM) {
   theColorOptionsPage->window = page;
   optionspage::open(page);
-  const HWND list = GetDlgItem(page, IDC_COLORS);
-  for (const AppColorDefault& entry : kAppColorDefaults) listbox::append(list, entry.name);
-  listbox::select(list, 0);
+  fillList(GetDlgItem(page, IDC_COLORS));
   theColorOptionsPage->selectedIndex = 0;
   PostMessageW(page, kRedrawSwatchMessage, 0, 0);
   return TRUE;

@@ -5,5 +5,5 @@
 bool inputPanelIsUp() {
   SIPINFO panel{};
   panel.cbSize = sizeof(panel);
-  return SHSipInfo(SPI_GETSIPINFO, 0, &panel, 0) && (panel.fdwFlags & SIPF_ON) != 0;
+  return SHSipInfo(SPI_GETSIPINFO, 0, &panel, 0) != FALSE && (panel.fdwFlags & SIPF_ON) != 0;
 }

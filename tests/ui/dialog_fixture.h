@@ -44,7 +44,7 @@ class DialogTest : public RegistryTest {
   static bool panelIsUp() {
     SIPINFO panel{};
     panel.cbSize = sizeof(panel);
-    return SHSipInfo(SPI_GETSIPINFO, 0, &panel, 0) && (panel.fdwFlags & SIPF_ON) != 0;
+    return SHSipInfo(SPI_GETSIPINFO, 0, &panel, 0) != FALSE && (panel.fdwFlags & SIPF_ON) != 0;
   }
 
   /// Whether programs may raise the input panel, as the user can set it.

@@ -48,7 +48,7 @@ inline std::multiset<wchar_t> accessKeys(HWND dialog) {
 /// A box's icon; null when it shows none.
 inline HICON iconOfBox(HWND box) {
   for (const HWND child : childrenOf(box)) {
-    const auto icon = reinterpret_cast<HICON>(SendMessageW(child, STM_GETICON, 0, 0));
+    auto* const icon = reinterpret_cast<HICON>(SendMessageW(child, STM_GETICON, 0, 0));
     if ((styleOf(child) & SS_TYPEMASK) == SS_ICON && icon) return icon;
   }
   return nullptr;

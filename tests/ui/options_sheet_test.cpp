@@ -268,6 +268,18 @@ TEST_P(OptionsLayoutTest, ItFillsTheScreenWithTabsAtTheBottomAndAnOkBelow) {
   EXPECT_EQ(sheetCount(), 1);
 }
 
+TEST_P(OptionsLayoutTest, TheListOfColoursShowsWholeLines) {
+  HandheldSetZoom(GetParam());
+  show([&](HWND sheet) {
+    const HWND list = GetDlgItem(pageOf(sheet, kColorPage), 1062);
+    const auto lineHeight = static_cast<LONG>(SendMessageW(list, LB_GETITEMHEIGHT, 0, 0));
+    EXPECT_EQ(clientSize(list).cy % lineHeight, 0);
+    EXPECT_GE(clientSize(list).cy / lineHeight, 12);
+    closeByOk(sheet);
+  });
+  EXPECT_EQ(sheetCount(), 1);
+}
+
 TEST_P(OptionsLayoutTest, ItFollowsAChangeOfTheZoom) {
   HandheldSetZoom(150);
   show([&](HWND sheet) {
