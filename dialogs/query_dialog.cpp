@@ -137,6 +137,7 @@ void QueryDialog::check() {
   }
 }
 
+// NOLINTNEXTLINE(readability-make-member-function-const): a handler of the table
 void QueryDialog::help() {
   host_.showHelp(kHelpTopic);
 }

@@ -49,7 +49,7 @@ class QueryDialog : public TableDialog<QueryDialog> {
   void insertTable();
   void insertField();
   void check();
-  void help();  // NOLINT(readability-make-member-function-const): a handler of the table
+  void help();
   void confirm();
   void cancel();
 
