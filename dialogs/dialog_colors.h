@@ -6,3 +6,7 @@
 /// dialog is white below all else. `window` is the control, or the dialog itself. The brush is the
 /// system's own.
 HBRUSH dialogBrush(HDC dc, HWND window);
+
+/// The same as rows for message tables (views/message_table.h), for both messages.
+LRESULT colorDialogText(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam);
+LRESULT colorDialogBackground(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam);

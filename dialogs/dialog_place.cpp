@@ -4,16 +4,21 @@
 
 #include "platform/pocketshell/handheld_windows.h"
 
-void centreInOwner(HWND dialog) {
+void centreDialog(HWND dialog) {
   const HWND owner = GetParent(dialog);
   RECT area{};
   RECT frame{};
   if (!HandheldGetClientRect(owner, &area) || !GetWindowRect(dialog, &frame)) return;
-  // The frame is the monitor's, so its size is what it is at every zoom.
-  const LONG width = frame.right - frame.left;
-  const LONG height = frame.bottom - frame.top;
-  POINT corner{std::max(0L, (HandheldToMonitor(static_cast<int>(area.right)) - width) / 2),
-               std::max(0L, (HandheldToMonitor(static_cast<int>(area.bottom)) - height) / 2)};
+  const int width = static_cast<int>(frame.right - frame.left);
+  const int height = static_cast<int>(frame.bottom - frame.top);
+  POINT corner{std::max(0, (HandheldToMonitor(static_cast<int>(area.right)) - width) / 2),
+               std::max(0, (HandheldToMonitor(static_cast<int>(area.bottom)) - height) / 2)};
   ClientToScreen(owner, &corner);
-  SetWindowPos(dialog, nullptr, corner.x, corner.y, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+  SetWindowPos(dialog, nullptr, static_cast<int>(corner.x), static_cast<int>(corner.y), 0, 0,
+               SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+void fillScreen(HWND dialog, DWORD panel) {
+  SHINITDLGINFO info{SHIDIM_FLAGS, dialog, SHIDIF_SIZEDLGFULLSCREEN | SHIDIF_DONEBUTTON | panel};
+  SHInitDialog(&info);
 }

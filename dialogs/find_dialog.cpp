@@ -47,7 +47,7 @@ std::span<const FindDialog::CommandRow> FindDialog::commandRows() {
 }
 
 void FindDialog::opened() {
-  centreInOwner(window());
+  centreDialog(window());
   panelWasUp_ = isInputPanelUp();
   SHSipPreference(window(), SIP_UP);
   state_.dialog = window();

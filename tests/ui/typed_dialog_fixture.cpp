@@ -126,8 +126,13 @@ void TypedDialogTest::expectColors(HWND dialog, int labelId, int otherId) {
   EXPECT_EQ(ask(WM_CTLCOLORSTATIC, label), white);
   EXPECT_EQ(GetTextColor(screen), RGB(0, 0, 255));
   EXPECT_EQ(GetBkColor(screen), RGB(255, 255, 255));
-  EXPECT_EQ(ask(WM_CTLCOLORSTATIC, GetDlgItem(dialog, otherId)), white);
-  EXPECT_EQ(GetTextColor(screen), RGB(0, 0, 0));
+  // An edit that can't be changed asks in the same way, and is no label.
+  const HWND other = GetDlgItem(dialog, otherId);
+  wchar_t name[8] = L"";
+  GetClassNameW(other, name, ARRAYSIZE(name));
+  const bool isEdit = lstrcmpiW(name, L"Edit") == 0;
+  EXPECT_EQ(ask(WM_CTLCOLORSTATIC, other), white);
+  EXPECT_EQ(GetTextColor(screen), isEdit ? RGB(0, 0, 0) : RGB(0, 0, 255));
   EXPECT_EQ(ask(WM_CTLCOLORDLG, dialog), white);
   ReleaseDC(nullptr, screen);
 }

@@ -1,0 +1,48 @@
+#include "dialogs/about.h"
+
+#include <utility>
+
+#include "dialogs/about_ids.h"
+#include "dialogs/dialog_place.h"
+#include "dialogs/input_panel_hold.h"
+#include "platform/pocketshell/handheld_windows.h"
+#include "resources/resource_ids.h"
+
+namespace {
+
+constexpr wchar_t kVersion[] = L"1.1";
+
+}  // namespace
+
+int AboutDialog::run(HWND owner) {
+  return runTemplate(IDD_ABOUT, owner);
+}
+
+void AboutDialog::opened() {
+  panelWasUp_ = isInputPanelUp();
+  fillScreen(window(), SHIDIF_SIPDOWN);
+  showIcon();
+  SetDlgItemTextW(window(), IDC_ABOUT_VERSION, kVersion);
+  SetFocus(control(IDOK));
+}
+
+bool AboutDialog::command(WORD id) {
+  static constexpr DialogCommand<AboutDialog> kCommands[] = {
+      {IDOK, &AboutDialog::confirm},
+      {IDCANCEL, &AboutDialog::cancel},
+  };
+  return answerCommand<AboutDialog>(*this, kCommands, id);
+}
+
+void AboutDialog::leave(int result) {
+  if (panelWasUp_) SHSipPreference(window(), SIP_UP);
+  close(result);
+}
+
+void AboutDialog::showIcon() {
+  constexpr int kIconSize = 32;
+  UniqueIcon icon(HandheldLoadIcon(GetModuleHandleW(nullptr), IDI_QUIVANE, kIconSize));
+  SendMessageW(control(IDC_ABOUT_ICON), STM_SETICON, reinterpret_cast<WPARAM>(icon.get()), 0);
+  // The one before belongs to the control no longer.
+  icon_ = std::move(icon);
+}

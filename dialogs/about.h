@@ -1,0 +1,24 @@
+#pragma once
+
+#include "base/handles.h"
+#include "dialogs/modal_dialog.h"
+
+/// "About Quivane for Pocket PC": the program's icon, name and version, full screen. The icon is the
+/// program's resource.
+class AboutDialog final : private ModalDialog {
+ public:
+  /// IDOK or IDCANCEL.
+  int run(HWND owner);
+
+ private:
+  void opened() override;
+  bool command(WORD id) override;
+  void zoomChanged() override { showIcon(); }
+  void confirm() { leave(IDOK); }
+  void cancel() { leave(IDCANCEL); }
+  void leave(int result);
+  void showIcon();
+
+  UniqueIcon icon_;
+  bool panelWasUp_ = false;
+};

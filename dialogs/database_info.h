@@ -1,0 +1,23 @@
+#pragma once
+
+#include "base/string.h"
+#include "dialogs/modal_dialog.h"
+
+/// "Database Information": shows what is open. The fields are in: the texts that it shows, each empty
+/// where there is none.
+class DatabaseInfoDialog final : private ModalDialog {
+ public:
+  String databasePath;
+  String tableName;
+  String queryName;
+  String sqlText;
+
+  /// IDOK or IDCANCEL; nothing has changed in either case.
+  int run(HWND owner);
+
+ private:
+  void opened() override;
+  bool command(WORD id) override;
+  void confirm() { close(IDOK); }
+  void cancel() { close(IDCANCEL); }
+};

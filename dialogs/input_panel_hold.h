@@ -1,0 +1,17 @@
+#pragma once
+
+#include <windows.h>
+
+/// Whether the input panel is up.
+bool isInputPanelUp();
+
+/// Raises the input panel for a dialog in which one writes, and puts it down again at the dialog's end
+/// unless it was up before.
+class InputPanelHold {
+ public:
+  void raise(HWND dialog);
+  void release(HWND dialog) const;
+
+ private:
+  bool wasUp_ = true;
+};

@@ -1,0 +1,24 @@
+#pragma once
+
+#include "data/schema.h"
+#include "dialogs/input_panel_hold.h"
+#include "dialogs/modal_dialog.h"
+
+/// "New Field": asks for the name and the type of one field of a new table.
+class NewFieldDialog final : private ModalDialog {
+ public:
+  /// Out, when the result is IDOK: a name without a forbidden character, and the SQL type.
+  NewField field;
+
+  /// IDOK or IDCANCEL.
+  int run(HWND owner);
+
+ private:
+  void opened() override;
+  bool command(WORD id) override;
+  void confirm();
+  void cancel() { leave(IDCANCEL); }
+  void leave(int result);
+
+  InputPanelHold panel_;
+};
