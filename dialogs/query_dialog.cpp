@@ -89,6 +89,8 @@ void QueryDialog::opened() {
   showText(control(IDC_QUERY_SQL), sql);
   layOutSql();
   ShowWindow(control(IDC_QUERY_FILTER), SW_HIDE);
+  combobox::fitHeight(control(IDC_QUERY_TABLES));
+  combobox::fitHeight(control(IDC_QUERY_FIELDS));
   SetFocus(control(IDC_QUERY_NAME));
   combobox::fill(control(IDC_QUERY_TABLES), host_.tableNames);
   fillFields();
@@ -135,6 +137,7 @@ void QueryDialog::check() {
   }
 }
 
+// NOLINTNEXTLINE(readability-make-member-function-const): a handler of the table
 void QueryDialog::help() {
   host_.showHelp(kHelpTopic);
 }

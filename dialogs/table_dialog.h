@@ -62,8 +62,9 @@ class TableDialog {
       return self->answer(dialog, message, wParam, lParam);
     } catch (...) {
       MessageBeep(MB_ICONEXCLAMATION);
-      if (message == WM_INITDIALOG) EndDialog(dialog, kNotMade);
-      return message != WM_INITDIALOG;
+      if (message != WM_INITDIALOG) return TRUE;
+      EndDialog(dialog, kNotMade);
+      return FALSE;
     }
   }
 
