@@ -1,7 +1,16 @@
 #include "app/command_table.h"
 
+#include "app/help.h"
+#include "app/page_layout.h"
 #include "app/program_state.h"
 #include "app/tab_pages.h"
+#include "base/app_settings.h"
+#include "dialogs/about.h"
+#include "dialogs/database_info.h"
+#include "dialogs/new_table.h"
+#include "dialogs/password_lock.h"
+#include "dialogs/query_dialog.h"
+#include "dialogs/show_options.h"
 #include "resources/command_ids.h"
 #include "views/focused_edit.h"
 
@@ -14,9 +23,117 @@ struct CommandRow {
   CommandHandler handler;
 };
 
-LRESULT closeDatabase(HWND, WORD, LPARAM, WORD) {
-  if (theDocument->closeDatabase() == 0) switchPage(kNoPage);
+/// The Tables page of a database that was opened. Where none could be, the bars of the closed one go.
+LRESULT showOpened(CommandResult result) {
+  if (result == CommandResult::done) {
+    showDatabasePage();
+  } else if (!theDocument->isDatabaseOpen()) {
+    switchPage(kNoPage);
+  }
   return 0;
+}
+
+LRESULT openDatabase(HWND, WORD, LPARAM, WORD) {
+  return showOpened(theDocument->openDatabaseCommand());
+}
+
+LRESULT newDatabase(HWND, WORD, LPARAM, WORD) {
+  return showOpened(theDocument->newDatabaseCommand());
+}
+
+LRESULT deleteDatabase(HWND, WORD, LPARAM, WORD) {
+  theDocument->deleteDatabaseCommand();
+  return 0;
+}
+
+LRESULT closeDatabase(HWND, WORD, LPARAM, WORD) {
+  if (theDocument->finishEditing() && theDocument->closeDatabase() == 0) switchPage(kNoPage);
+  return 0;
+}
+
+LRESULT showDatabaseInfo(HWND, WORD, LPARAM, WORD) {
+  DatabaseInfoDialog dialog;
+  dialog.databasePath = theDocument->databasePath();
+  dialog.tableName = theDocument->tableName();
+  dialog.queryName = theDocument->queryName();
+  dialog.sqlText = theDocument->sqlText();
+  dialog.run(mainWindow);
+  return 0;
+}
+
+LRESULT showAbout(HWND, WORD, LPARAM, WORD) {
+  AboutDialog().run(mainWindow);
+  return 0;
+}
+
+LRESULT changeOptions(HWND, WORD, LPARAM, WORD) {
+  showOptions(mainWindow, theAppSettings->options(), applyOptions);
+  return 0;
+}
+
+LRESULT changeStartPassword(HWND, WORD, LPARAM, WORD) {
+  return changePassword(mainWindow);
+}
+
+/// A design that the database refuses is shown again, so that nothing of it is lost.
+LRESULT newTable(HWND, WORD, LPARAM, WORD) {
+  if (!theDocument->isDatabaseOpen() || currentPage != kTablesPageIndex) return 0;
+  NewTableDialog dialog(theDocument->tableNames());
+  while (dialog.run(mainWindow) == IDOK && !theDocument->createTable(dialog.name, dialog.columns)) {
+  }
+  return 0;
+}
+
+LRESULT deleteTable(HWND, WORD, LPARAM, WORD) {
+  theDocument->deleteTableCommand();
+  return 0;
+}
+
+QueryDialogHost queryDialogHost() {
+  return {theDocument->tableNames(),
+          [](const String& sql, NameList& names) { theDocument->listFieldNames(sql, names); },
+          [](const String& sql) { return theDocument->returnsRecords(sql); }, showHelp};
+}
+
+/// A query that can't be stored is shown again, so that nothing of it is lost.
+LRESULT newQuery(HWND, WORD, LPARAM, WORD) {
+  if (!theDocument->isDatabaseOpen() || currentPage != kQueriesPageIndex) return 0;
+  QueryDialog dialog(queryDialogHost());
+  while (dialog.run(mainWindow) == IDOK && !theDocument->addQuery({dialog.name, dialog.sql})) {
+  }
+  return 0;
+}
+
+LRESULT editQuery(HWND, WORD, LPARAM, WORD) {
+  SavedQuery query;
+  if (!theDocument->chosenQuery(query)) return 0;
+  QueryDialog dialog(queryDialogHost());
+  dialog.name = query.name;
+  dialog.sql = query.sql;
+  while (dialog.run(mainWindow) == IDOK && !theDocument->changeChosenQuery({dialog.name, dialog.sql})) {
+  }
+  return 0;
+}
+
+LRESULT findText(HWND, WORD, LPARAM, WORD) {
+  return theDocument->openFind();
+}
+
+LRESULT deleteQuery(HWND, WORD, LPARAM, WORD) {
+  theDocument->deleteQueryCommand();
+  return 0;
+}
+
+LRESULT newRecord(HWND, WORD, LPARAM, WORD) {
+  return theDocument->newRecord();
+}
+
+LRESULT deleteRecord(HWND, WORD, LPARAM, WORD) {
+  return theDocument->deleteRecord();
+}
+
+LRESULT goToRecordNumber(HWND, WORD, LPARAM, WORD) {
+  return theDocument->goToRecordNumber();
 }
 
 LRESULT showPreviousFormPage(HWND, WORD, LPARAM, WORD) {
@@ -61,7 +178,7 @@ LRESULT toggleFormScroll(HWND, WORD, LPARAM, WORD) {
 }
 
 LRESULT exitProgram(HWND, WORD, LPARAM, WORD) {
-  PostQuitMessage(0);
+  if (theDocument->finishEditing()) PostQuitMessage(0);
   return 0;
 }
 
@@ -117,14 +234,23 @@ LRESULT showNextColumn(HWND, WORD, LPARAM, WORD) {
 }
 
 constexpr CommandRow kCommands[] = {
+    {ID_OPTIONS, changeOptions},
+    {ID_PASSWORD_CHANGE, changeStartPassword},
     {ID_EXIT, exitProgram},
+    {ID_ABOUT, showAbout},
+    {ID_DATABASE_OPEN, openDatabase},
     {ID_DATABASE_CLOSE, closeDatabase},
+    {ID_DATABASE_INFO, showDatabaseInfo},
     {ID_PAGE_PREVIOUS, showPreviousFormPage},
     {ID_PAGE_NEXT, showNextFormPage},
     {ID_RECORD_FIRST, moveFirstRecord},
     {ID_RECORD_LAST, moveLastRecord},
     {ID_RECORD_NEXT, moveNextRecord},
     {ID_RECORD_PREVIOUS, movePreviousRecord},
+    {ID_RECORD_NUMBER, goToRecordNumber},
+    {ID_RECORD_NEW, newRecord},
+    {ID_RECORD_DELETE, deleteRecord},
+    {ID_FIND, findText},
     {ID_RECORD_EDIT, editRecord},
     {ID_COPY, copySelection},
     {ID_CUT, cutSelection},
@@ -135,8 +261,15 @@ constexpr CommandRow kCommands[] = {
     {ID_VIEW_LIST, showList},
     {ID_VIEW_REPORT, showReport},
     {ID_COLUMNS_FIT, fitColumns},
+    {ID_TABLE_NEW, newTable},
+    {ID_TABLE_DELETE, deleteTable},
+    {ID_QUERY_NEW, newQuery},
+    {ID_QUERY_EDIT, editQuery},
+    {ID_QUERY_DELETE, deleteQuery},
     {ID_COLUMN_PREVIOUS, showPreviousColumn},
     {ID_COLUMN_NEXT, showNextColumn},
+    {ID_DATABASE_NEW, newDatabase},
+    {ID_DATABASE_DELETE, deleteDatabase},
     {ID_FORM_SCROLL_RANGE, toggleFormScroll},
 };
 

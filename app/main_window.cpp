@@ -12,6 +12,7 @@
 #include "app/program_state.h"
 #include "app/start_page.h"
 #include "app/tab_pages.h"
+#include "dialogs/find_dialog.h"
 #include "platform/pocketshell/handheld_windows.h"
 #include "resources/resource_ids.h"
 #include "views/current_dialog.h"
@@ -41,10 +42,20 @@ LRESULT windowDestroyed(HWND, UINT, WPARAM, LPARAM) {
   return 0;
 }
 
+/// What can't be stored keeps the window open.
+LRESULT closeAsked(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+  if (theDocument && !theDocument->finishEditing()) return 0;
+  return DefWindowProcW(window, message, wParam, lParam);
+}
+
 /// The user logs off or the system ends: what stands on the form is not lost.
 LRESULT sessionEnded(HWND, UINT, WPARAM wParam, LPARAM) {
   if (wParam != FALSE && theDocument) theDocument->closeDatabase();
   return 0;
+}
+
+LRESULT findNext(HWND, UINT, WPARAM, LPARAM) {
+  return theDocument ? theDocument->findNext() : 0;
 }
 
 LRESULT itemDrawn(HWND, UINT, WPARAM, LPARAM) {
@@ -88,8 +99,11 @@ void openSelection(int index) {
 void namesListReported(const NMHDR& notification) {
   if (notification.code == LVN_ITEMCHANGED) {
     const auto& change = reinterpret_cast<const NMLISTVIEW&>(notification);
-    // The item that loses the selection is reported too, and nobody has chosen that.
-    if ((change.uNewState & ~change.uOldState & LVIS_SELECTED) != 0) openSelection(change.iItem);
+    // The item that loses the selection is reported too, and nobody has chosen that. One that is selected
+    // already is chosen when a key brings it the list's own focus.
+    constexpr UINT kChoosing = LVIS_SELECTED | LVIS_FOCUSED;
+    const bool gains = (change.uNewState & ~change.uOldState & kChoosing) != 0;
+    if (gains && (change.uNewState & LVIS_SELECTED) != 0) openSelection(change.iItem);
   } else if (notification.code == GN_CONTEXTMENU) {
     const auto& tap = reinterpret_cast<const NMRGINFO&>(notification);
     showNamesContextMenu(instanceHandle, mainWindow, currentPage, tap.ptAction);
@@ -125,6 +139,7 @@ constexpr std::array kMessages = {
     MessageRow{WM_CREATE, windowCreated},
     MessageRow{WM_COMMAND, commandGiven},
     MessageRow{WM_DESTROY, windowDestroyed},
+    MessageRow{FindDialog::kFindNextMessage, findNext},
     MessageRow{WM_DRAWITEM, itemDrawn},
     MessageRow{WM_SETTINGCHANGE, settingChanged},
     MessageRow{WM_HELP, helpWanted},
@@ -134,6 +149,7 @@ constexpr std::array kMessages = {
     MessageRow{kStartedMessage, programStarted},
     // What a desktop needs besides.
     MessageRow{WM_SETFOCUS, focusGained},
+    MessageRow{WM_CLOSE, closeAsked},
     MessageRow{WM_ENDSESSION, sessionEnded},
 };
 

@@ -22,6 +22,18 @@ void layOutForInputPanel() {
   if (currentPage == kFormPageIndex) theFormView.layOut(false);
 }
 
+void applyOptions() {
+  buildTabPages();
+  selectTab(currentPage);
+  if (!theDocument) return;
+  theDocument->layOutPages();
+  theDocument->refreshColors();
+  theCommandBar->placePageBars();
+  theFormView.layOut(true);
+  RedrawWindow(formWrapperWindow, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
+  theDocument->updateCommandBar();
+}
+
 void layOutForZoom() {
   buildTabPages();
   selectTab(currentPage);

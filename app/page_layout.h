@@ -7,5 +7,9 @@ void layOutForInputPanel();
 /// the room.
 void extendForm();
 
+/// Shows the options as they are now: the labels of the tabs, the place of the bars and of the pages
+/// beside them, the colours.
+void applyOptions();
+
 /// Replaces images, bars and columns after the zoom has changed.
 void layOutForZoom();

@@ -10,5 +10,6 @@ int currentPage = kBeforeFirstPage;
 RecordListView theRecordListView;
 FormWrapper theFormWrapper;
 FormView theFormView(theFormWrapper);
+WindowPrompts thePrompts;
 std::unique_ptr<MainCommandBar> theCommandBar;
 std::unique_ptr<Document> theDocument;

@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "app/command_bar.h"
+#include "app/window_prompts.h"
 #include "records/document.h"
 #include "views/form_view.h"
 #include "views/record_list_view.h"
@@ -36,6 +37,9 @@ inline constexpr int kBeforeFirstPage = -1;  ///< no page was shown since the st
 extern RecordListView theRecordListView;
 extern FormWrapper theFormWrapper;
 extern FormView theFormView;
+
+/// What the Document asks of the user.
+extern WindowPrompts thePrompts;
 
 /// Created before the main window, which it outlives.
 extern std::unique_ptr<MainCommandBar> theCommandBar;

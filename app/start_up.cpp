@@ -15,6 +15,7 @@
 #include "app/single_instance.h"
 #include "app/tab_pages.h"
 #include "base/app_settings.h"
+#include "dialogs/password_lock.h"
 #include "platform/pocketshell/handheld_windows.h"
 #include "resources/resource_ids.h"
 #include "views/queries_list_view.h"
@@ -56,9 +57,14 @@ void createDocument() {
   theDocument =
       std::make_unique<Document>(DocumentPages{std::make_unique<TablesListView>(mainWindow, *theCommandBar),
                                                std::make_unique<QueriesListView>(mainWindow, *theCommandBar),
-                                               theRecordListView, theFormView, *theCommandBar});
+                                               theRecordListView, theFormView, *theCommandBar, thePrompts});
+  appUnlocked = true;
+  if (theAppSettings->options().UsePassword() != 0) checkPassword(mainWindow);
+  if (!appUnlocked) return;
   theRecordListView.prepare(theDocument.get());
   theFormView.prepare(theDocument.get());
+  theDocument->updateNavigationState();
+  theDocument->updatePageState();
 }
 
 /// Until the quit message, whose exit code is the result. The database of the command line is opened
@@ -113,7 +119,8 @@ int runWithWindow(const wchar_t* commandLine, int showCommand) {
     return kExitCannotStart;
   }
   createDocument();
-  return runMessageLoop(commandLine);
+  // Who does not know the password sees the window and no more.
+  return appUnlocked ? runMessageLoop(commandLine) : 0;
 }
 
 }  // namespace

@@ -91,6 +91,11 @@ int selectedTab() {
 
 void switchPage(int page) {
   if (page == currentPage) return;
+  // What can't be stored keeps the user on the form.
+  if (theDocument && currentPage == kFormPageIndex && !theDocument->finishEditing()) {
+    selectTab(currentPage);
+    return;
+  }
   theCommandBar->destroyPageBars();
   if (page == kBeforeFirstPage) {
     theCommandBar->rebuildMenuBar();
@@ -105,7 +110,7 @@ void switchPage(int page) {
 
 void showPage(int page) {
   switchPage(page);
-  selectTab(page);
+  if (currentPage == page) selectTab(page);
 }
 
 void showDatabasePage() {

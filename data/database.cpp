@@ -1,8 +1,15 @@
 #include "data/database.h"
 
 #include "data/connection_handle.h"
+#include "data/last_error.h"
 #include "data/recordset_handle.h"
 #include "data/statement_text.h"
+
+namespace {
+
+constexpr wchar_t kTooLong[] = L"The path is too long.";
+
+}  // namespace
 
 Database::Database()
     : recordset_(std::make_unique<RecordsetHandle>()), connection_(std::make_unique<ConnectionHandle>()) {
@@ -14,7 +21,10 @@ Database::~Database() = default;
 bool Database::open(const String& path) {
   close();
   connection_->setConnectionString(path.text());
-  if (connection_->open() != ConnectionHandle::kOpened) return false;
+  if (connection_->open() != ConnectionHandle::kOpened) {
+    refusalText_ = takeLastErrorText();
+    return false;
+  }
   path_ = path;
   isOpen_ = true;
   return true;
@@ -33,10 +43,12 @@ bool Database::close() {
 bool Database::createDatabase(const String& path) {
   StatementText statement;
   if (!joinStatement({L"CREATE DATABASE '", path.text(), L"'"}, statement)) {
+    refusalText_ = kTooLong;
     close();
     return false;
   }
   const bool created = openStore() && runInStore(statement.data());
+  if (!created) refusalText_ = takeLastErrorText();
   close();
   return created;
 }
@@ -48,6 +60,21 @@ bool Database::dropDatabase(const String& path) {
   if (!openStore() || !runInStore(statement.data())) return false;
   connection_->close();
   return true;
+}
+
+bool Database::dropOtherDatabase(const String& path) {
+  StatementText statement;
+  if (!joinStatement({L"DROP DATABASE '", path.text(), L"'"}, statement)) {
+    refusalText_ = kTooLong;
+    return false;
+  }
+  ConnectionHandle store;
+  store.setConnectionString(L"");
+  if (store.open() != ConnectionHandle::kOpened) return false;
+  RecordsetHandle recordset;
+  const bool dropped = recordset.open(statement.data(), &store, CursorType::dynamic, SourceKind::text);
+  if (!dropped) refusalText_ = takeLastErrorText();
+  return dropped;
 }
 
 /// Connects to the store without a file; the open file is closed.

@@ -45,6 +45,8 @@ class Database {
   /// Deletes a database file; the open one is closed first. Whatever the result, no file is open
   /// afterwards, but after a failed statement the connection stays with the store itself.
   bool dropDatabase(const String& path);
+  /// Deletes a database file and leaves the one that is open alone; they are not the same.
+  bool dropOtherDatabase(const String& path);
 
   bool isOpen() const { return isOpen_; }
   /// The path of the open file, empty when none is open.
@@ -120,6 +122,14 @@ class Database {
   /// Stores what was written into the current record. Always true. What the store refuses stays
   /// written: a move tries again and fails until it can be stored.
   bool update();
+  /// The last update did not store the record: it stays written and unstored.
+  bool isUpdateRefused() const { return updateRefused_; }
+  /// Why the last update, deletion, opening or statement was refused, in the store's words; empty when it
+  /// gave none.
+  const String& refusalText() const { return refusalText_; }
+  /// Takes back what was written into the current record and not stored, a new record with it; the record
+  /// that was current before the new one is current then.
+  void abandonUpdate();
   /// Abandons the new record, or else deletes the current one from the file; it then stays current,
   /// unreadable, until a move. currentRecord shrinks by 1 with a deleted record.
   bool deleteCurrent();
@@ -148,6 +158,9 @@ class Database {
   /// does not hold in full (a double beyond six decimals, a value of another type) survives the saving
   /// of its neighbours. In a new record every field is written.
   bool setValueFromEditor(std::uint32_t field, const FieldValueSource& editor);
+  /// The names of the fields that were cleared since this was last asked, because the content of their
+  /// editors could not be converted.
+  NameList takeClearedFields();
 
   // ---- Saved queries (saved_queries.cpp). They live in the table QuivaneQueries of the file. Indexes are
   // 0-based, in the order of the names; names may repeat. The current recordset is not touched.
@@ -163,6 +176,7 @@ class Database {
 
  private:
   bool openStore();
+  bool runTableStatement(bool fits, const wchar_t* statement);
   bool runInStore(const wchar_t* statement);
   bool openCurrent(const String& sql);
   void loadFields();
@@ -179,6 +193,9 @@ class Database {
   bool fieldsLoaded_ = false;
   String path_;
   bool newRecordPending_ = false;
+  bool updateRefused_ = false;
+  String refusalText_;
+  NameList clearedFields_;
   std::uint32_t recordCount_ = 0;
   std::uint32_t fieldCount_ = 0;
   NameList fieldNames_;

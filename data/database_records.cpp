@@ -1,4 +1,5 @@
 #include "data/database.h"
+#include "data/last_error.h"
 #include "data/recordset_handle.h"
 
 bool Database::addNew() {
@@ -14,8 +15,23 @@ bool Database::addNew() {
 }
 
 bool Database::update() {
-  if (recordset_->update()) newRecordPending_ = false;
+  updateRefused_ = !recordset_->update();
+  if (updateRefused_) {
+    refusalText_ = takeLastErrorText();
+  } else {
+    newRecordPending_ = false;
+  }
   return true;
+}
+
+void Database::abandonUpdate() {
+  updateRefused_ = false;
+  isAtListPosition_ = false;
+  recordset_->cancelUpdate();
+  if (!newRecordPending_) return;
+  newRecordPending_ = false;
+  setRecordCount(recordCount_ - 1);
+  if (currentRecord > 0) --currentRecord;
 }
 
 bool Database::deleteCurrent() {
@@ -24,10 +40,15 @@ bool Database::deleteCurrent() {
     // Without this the next move would store the record, as it does with every unfinished one.
     recordset_->cancelUpdate();
     newRecordPending_ = false;
+    updateRefused_ = false;
     setRecordCount(recordCount_ - 1);
     return true;
   }
-  if (!recordset_->deleteCurrent()) return false;
+  if (!recordset_->deleteCurrent()) {
+    refusalText_ = takeLastErrorText();
+    return false;
+  }
+  updateRefused_ = false;
   setRecordCount(recordCount_ - 1);
   if (currentRecord > 0) --currentRecord;
   return true;

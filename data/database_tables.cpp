@@ -4,6 +4,7 @@
 
 #include "data/connection_handle.h"
 #include "data/database.h"
+#include "data/last_error.h"
 #include "data/recordset_handle.h"
 #include "data/statement_text.h"
 
@@ -31,14 +32,24 @@ LONG tableNameField(RecordsetHandle& catalogue) {
 
 bool Database::createTable(const String& name, const String& columns) {
   StatementText statement;
-  return joinStatement({L"CREATE TABLE '", name.text(), L"' (", columns.text(), L")"}, statement) &&
-         connection_->execute(statement.data());
+  return runTableStatement(
+      joinStatement({L"CREATE TABLE '", name.text(), L"' (", columns.text(), L")"}, statement),
+      statement.data());
 }
 
 bool Database::dropTable(const String& name) {
   StatementText statement;
-  return joinStatement({L"DROP TABLE '", name.text(), L"'"}, statement) &&
-         connection_->execute(statement.data());
+  return runTableStatement(joinStatement({L"DROP TABLE '", name.text(), L"'"}, statement), statement.data());
+}
+
+bool Database::runTableStatement(bool fits, const wchar_t* statement) {
+  if (!fits) {
+    refusalText_ = L"Its name and fields are too long for one statement.";
+    return false;
+  }
+  if (connection_->execute(statement)) return true;
+  refusalText_ = takeLastErrorText();
+  return false;
 }
 
 bool Database::listTables(NameList& names) {

@@ -87,6 +87,12 @@ Variant editedValue(FieldType type, const FieldValueSource& editor, const Varian
   }
 }
 
+/// A content that is more than nothing: what it says is lost when it can't be stored.
+bool saysSomething(FieldType type, const FieldValueSource& editor) {
+  const String text = editor.text();
+  return !text.isEmpty() && (type != FieldType::date || !sameText(text, kNoDateText));
+}
+
 /// Whether a date editor still stands on what its field shows: it has the shown text or names the same
 /// moment. The text of a date leaves out fractions of a second.
 bool isSameDate(const String& shown, const FieldValueSource& editor, const Variant& stored) {
@@ -102,8 +108,17 @@ bool Database::setValueFromEditor(std::uint32_t field, const FieldValueSource& e
   if (!isWritten(fieldType(field))) return false;
   if (!newRecordPending_ && showsStoredValue(field, editor)) return true;
   FieldHandle& handle = recordset_->field(static_cast<LONG>(field));
-  handle.setValue(editedValue(fieldType(field), editor, handle.value()));
+  const Variant value = editedValue(fieldType(field), editor, handle.value());
+  handle.setValue(value);
+  if (value.type() == VT_EMPTY && saysSomething(fieldType(field), editor))
+    clearedFields_.append(fieldName(field));
   return true;
+}
+
+NameList Database::takeClearedFields() {
+  NameList cleared;
+  cleared.swap(clearedFields_);
+  return cleared;
 }
 
 bool Database::showsStoredValue(std::uint32_t field, const FieldValueSource& editor) {

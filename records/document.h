@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <string>
 
 #include "base/name_list.h"
 #include "base/string.h"
@@ -9,7 +10,9 @@
 #include "data/record_counters.h"
 #include "records/availability.h"
 #include "records/command_bar.h"
+#include "records/find_state.h"
 #include "records/pages.h"
+#include "records/user_prompts.h"
 #include "records/view_mode.h"
 
 /// What a Document works with in the window. It owns the two lists of names; the rest belongs to the
@@ -20,7 +23,11 @@ struct DocumentPages {
   RecordGrid& grid;
   FormPage& form;
   CommandBar& bar;
+  UserPrompts& prompts;
 };
+
+/// How a command ended.
+enum class CommandResult { done, failed, cancelled };
 
 /// What a session leaves to be reopened.
 enum class RestoreResult : std::uint32_t {
@@ -53,6 +60,31 @@ class Document {
   /// database is open or the connection would not close.
   int closeDatabase();
 
+  // The commands of the File, Tables and Queries menus (document_files.cpp). They tell the user themselves
+  // what can't be done.
+
+  /// The user chooses the file. After a failure, and after newDatabaseCommand in every case but success, no
+  /// database is open.
+  CommandResult openDatabaseCommand();
+  CommandResult newDatabaseCommand();
+  /// The file that is open is refused.
+  CommandResult deleteDatabaseCommand();
+  /// The table, or the saved query, that is chosen on its page.
+  CommandResult deleteTableCommand();
+  CommandResult deleteQueryCommand();
+  /// `columns` as Database::createTable takes it. The new table is selected on the Tables page.
+  bool createTable(const String& name, const String& columns);
+  /// The saved query that is chosen on the Queries page, to be edited. False when none is.
+  bool chosenQuery(SavedQuery& query);
+  /// Each shows the saved queries anew, with this one chosen.
+  bool addQuery(const SavedQuery& query);
+  bool changeChosenQuery(const SavedQuery& query);
+  /// For the writing of a query: the field names of a SELECT as Database::listFieldNames gives them, and
+  /// whether a statement opens. The records that are in use are opened anew afterwards.
+  void listFieldNames(const String& sql, NameList& names) { database_.listFieldNames(sql, names); }
+  bool returnsRecords(const String& sql);
+
+  const NameList& tableNames() const { return tableNames_; }
   bool isDatabaseOpen() const { return databaseOpen_; }
   const String& databasePath() const { return databasePath_; }
   const String& tableName() const { return tableName_; }
@@ -95,14 +127,36 @@ class Document {
   int moveLastRecord();
   int moveNextRecord();
   int movePreviousRecord();
+  /// To a record whose number the user gives.
+  int goToRecordNumber();
   int nextFormPage();
   int previousFormPage();
 
   /// Writes the current record if the user changed it on the form, or if it is new. Always 1.
   int commitCurrentRecord();
+  /// Before anything that leaves the record on the form: stores it. When the store refuses it the user is
+  /// told why and asked whether to discard what was typed; false when not, and the form stays as it is.
+  bool finishEditing();
   /// Shows the current record on the form, and the position. Nothing happens when no database is open;
   /// without records only the position is written.
   void loadRecord();
+
+  // ---- New and deleted records (document_records.cpp). Each returns 0 and tells the user itself what
+  // can't be done.
+
+  /// On the form only.
+  int newRecord();
+  /// On the form and in the grid.
+  int deleteRecord();
+
+  // ---- The search for text (document_find.cpp), on the form only. Each returns 0.
+
+  /// Runs the Find dialog.
+  int openFind();
+  /// One step of the search, from the current record or behind the last match. The last record is not
+  /// tested but when the search starts behind it. A match is shown on the form, the cursor stands behind it.
+  int findNext();
+  const FindState& findState() const { return find_; }
 
   // ---- What the menus and toolbars show (document_bars.cpp)
 
@@ -117,6 +171,8 @@ class Document {
   void updateCommandBar();
   /// Puts the lists and the grid back in their places.
   void layOutPages();
+  /// Shows the pages in the colours as they are now.
+  void refreshColors();
   /// The pages' images at the present zoom.
   void loadImages();
   /// The user has chosen another row of the grid: currentRecord says which.
@@ -156,6 +212,25 @@ class Document {
   bool canLeaveRecord() const { return true; }
   /// The count of the former recordset outlasts one that did not open.
   std::uint32_t openRecordCount() const { return recordsetOpen_ ? database_.recordCount() : 0; }
+  void refuse(PromptOwner owner, const wchar_t* text);
+  void tellFailure(const std::wstring& what);
+  void reloadQueries();
+  void showQueries(const String& chosen);
+  void tellQueryNotStored(const SavedQuery& query);
+  bool confirmDeletion(const std::wstring& what);
+  CommandResult openChosen(const String& path);
+  void beginSearch();
+  bool searchUpTo(std::uint32_t end, std::uint32_t& field);
+  void tellSearchEnd();
+  void returnToShownRecord();
+  bool storeRecord();
+  void tellClearedFields();
+  void addRecord();
+  bool isRecordsetUpdatable() const;
+  bool mayDelete();
+  void tellNotDeleted();
+  void deleteOnForm();
+  void deleteInGrid();
   template <typename Move>
   void moveOnForm(Move move);
   void selectInGrid(std::uint32_t position);
@@ -187,4 +262,11 @@ class Document {
   bool reselectTable_ = false;       // the Tables page selects tableName_ when it is entered next
   bool freshlyOpened_ = false;       // the Tables page does not show the catalogue yet
   bool openedFromQuery_ = false;
+  std::uint32_t shownRecord_ = 0;  // the record whose values the form shows, 0 for none
+
+  FindState find_;
+  std::uint32_t findStartRecord_ = 0;    // currentRecord when the dialog was opened
+  std::uint32_t findRecordCounter_ = 0;  // records passed in the present search
+  std::uint32_t findField_ = 0;          // where the last match was, or where the search goes on
+  bool foundInSearch_ = false;
 };

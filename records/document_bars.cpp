@@ -45,6 +45,7 @@ void Document::updateCommandBar() {
 
 void Document::rowChosen() {
   updatePositionText();
+  updateNavigationState();
   pages_.bar.apply(gridRecordStates({.position = currentRecord, .recordCount = openRecordCount()}));
 }
 
@@ -52,6 +53,12 @@ void Document::layOutPages() {
   pages_.tables->layOut();
   pages_.queries->layOut();
   pages_.grid.layOut();
+}
+
+void Document::refreshColors() {
+  pages_.tables->refreshColors();
+  pages_.queries->refreshColors();
+  pages_.grid.refreshColors();
 }
 
 void Document::loadImages() {

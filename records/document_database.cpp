@@ -5,17 +5,9 @@
 
 #include "base/app_settings.h"
 #include "records/document.h"
+#include "records/wait_cursor.h"
 
 namespace {
-
-/// Shows the wait cursor as long as it lives.
-class WaitCursor {
- public:
-  WaitCursor() { SetCursor(LoadCursorW(nullptr, IDC_WAIT)); }
-  ~WaitCursor() { SetCursor(LoadCursorW(nullptr, IDC_ARROW)); }
-  WaitCursor(const WaitCursor&) = delete;
-  WaitCursor& operator=(const WaitCursor&) = delete;
-};
 
 void markDatabaseOpen(bool isOpen) {
   if (theAppSettings) theAppSettings->databaseOpen = isOpen ? 1 : 0;

@@ -36,8 +36,8 @@ void Document::leaveMode() {
       pages_.queries->hide();
       currentRecord = 1;
       repositionFromList_ = false;
-      // There was nothing to choose on that page: the last table stays in use.
-      if (queryNames_.isEmpty() && !tableNames_.isEmpty()) {
+      // There was nothing to choose on that page: the last table stays in use, if one was.
+      if (queryNames_.isEmpty() && !tableNames_.isEmpty() && !tableName_.isEmpty()) {
         sqlPending_ = true;
         buildTableSql();
       }
@@ -54,6 +54,7 @@ void Document::openPendingRecordset() {
   if (!recordsetOpen_) recordCount = 0;
   formStale_ = true;
   fieldsStale_ = true;
+  shownRecord_ = 0;
 }
 
 void Document::enterMode(ViewMode mode) {
@@ -141,10 +142,20 @@ void Document::enterQueries() {
 void Document::enterTables() {
   pages_.tables->show();
   if (reselectTable_) {
-    // A copy: selecting an item makes it the current table.
-    const String wanted = tableName_;
+    // Copies: selecting an item makes it the current table.
+    const String table = tableName_;
+    const String query = queryName_;
+    const String sql = sqlText_;
+    const bool usesQuery = openedFromQuery_;
     pages_.tables->rememberSelection(0);
-    pages_.tables->fill(tableNames_, Positioning::byName, wanted);
+    pages_.tables->fill(tableNames_, Positioning::byName, table);
+    if (usesQuery) {
+      // The user has not chosen that table: the query whose records are shown stays in use.
+      tableName_ = table;
+      queryName_ = query;
+      sqlText_ = sql;
+      openedFromQuery_ = true;
+    }
     reselectTable_ = false;
     freshlyOpened_ = false;
   } else if (freshlyOpened_) {

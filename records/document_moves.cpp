@@ -1,12 +1,13 @@
 // The record cursor. On the form a move takes the recordset along; in the grid it only chooses another
 // row, and the recordset follows when the form is entered.
+#include <optional>
+
 #include "records/document.h"
 
 /// Stores what was changed, moves, and shows the record that is current then.
 template <typename Move>
 void Document::moveOnForm(Move move) {
-  if (!canLeaveRecord()) return;
-  commitCurrentRecord();
+  if (!canLeaveRecord() || !storeRecord()) return;
   move();
   database_.setNewRecordPending(false);
   loadRecord();
@@ -69,6 +70,19 @@ int Document::movePreviousRecord() {
   return 0;
 }
 
+int Document::goToRecordNumber() {
+  if (!recordsetOpen_ || !canLeaveRecord()) return 0;
+  if (viewMode_ != ViewMode::form && viewMode_ != ViewMode::list) return 0;
+  const std::optional<std::uint32_t> number = pages_.prompts.askRecordNumber(database_.recordCount());
+  if (!number) return 0;
+  if (viewMode_ == ViewMode::form) {
+    moveOnForm([&] { database_.moveTo(*number); });
+  } else {
+    selectInGrid(*number);
+  }
+  return 0;
+}
+
 int Document::nextFormPage() {
   if (databaseOpen_ && viewMode_ == ViewMode::form && pages_.form.showNextPage()) updatePageState();
   return 0;
@@ -79,18 +93,10 @@ int Document::previousFormPage() {
   return 0;
 }
 
-int Document::commitCurrentRecord() {
-  const bool changed = pages_.form.takeChange();
-  if (changed || database_.newRecordPending()) {
-    pages_.form.writeRecord();
-    database_.update();
-  }
-  return 1;
-}
-
 void Document::loadRecord() {
   if (!database_.isOpen()) return;
   recordCount = database_.recordCount();
   updatePositionText();
+  shownRecord_ = recordCount != 0 ? currentRecord : 0;
   if (recordCount != 0) pages_.form.loadRecord();
 }

@@ -33,6 +33,8 @@ class NamesPage {
   /// The text of an item, cut at 99 characters; empty for an index that is no item's.
   virtual String itemText(int index) = 0;
   virtual void setStyle(NameStyle style) = 0;
+  /// The item that was chosen last, -1 for none.
+  virtual int selectedIndex() const = 0;
   /// The states of the page's buttons, which a new toolbar does not have yet.
   virtual void updateCommandButtons() = 0;
 };
@@ -90,7 +92,7 @@ class FormPage {
   virtual bool takeChange() = 0;
   /// Writes the content of every editor, in field order, into the current record.
   virtual void writeRecord() = 0;
-  /// The editor of this field takes the focus; of a text editor all text is selected.
+  /// Shows the page of this field, whose editor takes the focus; of a text editor all text is selected.
   virtual void focusField(std::uint32_t field) = 0;
 
   /// Lays the pages out for the input panel as it stands now. Without `force` nothing happens when the

@@ -12,7 +12,8 @@ LRESULT sendToFocus(UINT message) {
 /// Other controls may take the numbers of an edit control's messages for their own.
 bool isEditFocused() {
   wchar_t className[16] = L"";
-  return GetClassNameW(GetFocus(), className, ARRAYSIZE(className)) != 0 && lstrcmpiW(className, L"Edit") == 0;
+  return GetClassNameW(GetFocus(), className, ARRAYSIZE(className)) != 0 &&
+         lstrcmpiW(className, L"Edit") == 0;
 }
 
 }  // namespace

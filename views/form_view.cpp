@@ -157,6 +157,9 @@ void FormView::writeRecord() {
 
 void FormView::focusField(std::uint32_t field) {
   if (field >= rowCount()) return;
+  // What was found on another page would be out of sight.
+  const std::uint32_t page = field / metrics_.fieldsPerPage;
+  if (page != pageIndex_) turnPage(page);
   rows_[field].editor->takeFocus();
   rows_[field].editor->selectAll();
 }

@@ -15,11 +15,24 @@ constexpr INT_PTR kControlId = 6;
 
 WNDPROC tabProcedure = DefWindowProcW;
 
+/// The window does not clip its children, and one of them that has nothing to paint itself would be
+/// painted over.
+void keepChildrenClear(HWND window, HDC dc) {
+  for (HWND child = GetWindow(window, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT)) {
+    if (!IsWindowVisible(child)) continue;
+    RECT place{};
+    GetWindowRect(child, &place);
+    MapWindowPoints(nullptr, window, reinterpret_cast<POINT*>(&place), 2);
+    ExcludeClipRect(dc, place.left, place.top, place.right, place.bottom);
+  }
+}
+
 LRESULT paintBackground(HWND window, UINT, WPARAM, LPARAM) {
   PAINTSTRUCT paint;
   if (const HDC dc = BeginPaint(window, &paint)) {
     RECT client{};
     GetClientRect(window, &client);
+    keepChildrenClear(window, dc);
     FillRect(dc, &client, appColorBrush(kFormViewBackground));
     EndPaint(window, &paint);
   }

@@ -22,6 +22,11 @@ inline HIMAGELIST setImageList(HWND list, int which, HIMAGELIST images) {
       SendMessageW(list, LVM_SETIMAGELIST, static_cast<WPARAM>(which), reinterpret_cast<LPARAM>(images)));
 }
 
+/// Puts the icons in rows as the present width has room for.
+inline void arrange(HWND list) {
+  SendMessageW(list, LVM_ARRANGE, LVA_DEFAULT, 0);
+}
+
 /// From the left edge of an icon to that of the next, and from top to top.
 inline void setIconSpacing(HWND list, int width, int height) {
   SendMessageW(list, LVM_SETICONSPACING, 0, MAKELPARAM(width, height));

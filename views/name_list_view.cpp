@@ -7,6 +7,7 @@
 #include "platform/pocketshell/handheld_windows.h"
 #include "views/list_view.h"
 #include "views/page_area.h"
+#include "views/sip_state.h"
 
 namespace {
 
@@ -14,7 +15,8 @@ RECT listRectangle(HWND mainWindow) {
   RECT client{};
   HandheldGetClientRect(mainWindow, &client);
   client.top = pageOffset();
-  client.bottom -= kBandAndTabsHeight;
+  // The bands and the tabs stand above the input panel, where the list would cover them.
+  client.bottom -= kBandAndTabsHeight + sipState.height;
   return client;
 }
 
@@ -138,6 +140,8 @@ void NameListView::refill(const NameList& names) {
   loadImages();
   listview::setExtendedStyle(window_, 0);
   for (std::uint32_t i = 0; i < names.size(); ++i) addItem(static_cast<int>(i), names[i]);
+  // The vertical scroll bar that came with the items takes from the width that they were placed by.
+  listview::arrange(window_);
 }
 
 void NameListView::scrollThrough() {

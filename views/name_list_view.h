@@ -29,7 +29,8 @@ class NameListView {
 
   void show();
   void hide();
-  /// Back to the place that it has from the present size of the main window and the user's options.
+  /// Back to the place that it has from the present size of the main window, the input panel and the
+  /// user's options.
   void layOut();
   void applyColors();
   /// With the colours as they are now, at once.

@@ -19,6 +19,7 @@ class QueriesListView final : public QueriesPage, private NameListView {
   void deleteAllItems() override;
   String itemText(int index) override { return NameListView::itemText(index); }
   void setStyle(NameStyle style) override { NameListView::setStyle(style); }
+  int selectedIndex() const override { return NameListView::selectedIndex(); }
   void fill(const NameList& names) override;
   void setSelectedIndex(int index) override { NameListView::setSelectedIndex(index); }
   void updateCommandButtons() override;

@@ -49,7 +49,7 @@ void TablesListView::fill(const NameList& names, Positioning positioning, const 
 }
 
 int TablesListView::positioned(Positioning positioning, const String& name) const {
-  const int selected = selectedIndex();
+  const int selected = NameListView::selectedIndex();
   switch (positioning) {
     case Positioning::first:
       return 0;

@@ -20,6 +20,7 @@ class TablesListView final : public TablesPage, private NameListView {
   /// Remembers the index as the selected one besides.
   String itemText(int index) override;
   void setStyle(NameStyle style) override { NameListView::setStyle(style); }
+  int selectedIndex() const override { return NameListView::selectedIndex(); }
   void fill(const NameList& names, Positioning positioning, const String& name) override;
   void clearRememberedSelection() override { selectionRemembered_ = false; }
   void rememberSelection(int index) override;

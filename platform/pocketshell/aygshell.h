@@ -58,7 +58,11 @@ struct SHINITDLGINFO {
 #define SHIDIF_SIZEDLGFULLSCREEN 0x0004  ///< as large as the main window's client area
 #define SHIDIF_SIPDOWN 0x0008            ///< the input panel goes down
 
-/// To be called in WM_INITDIALOG. False when the structure is not understood.
+/// To be called in WM_INITDIALOG. Gives the dialog a caption. One that is sized lies with its caption on
+/// the main window's, so that both have the same area inside: 240 x 294 for full screen, 240 x 268 above
+/// the menu bar, 240 x 188 above the panel. The OK stands at the lower right when the template has none,
+/// 50 x 20, and is the default button. The page of a property sheet only has the input panel put down.
+/// False when the structure is not understood.
 AYGSHELL_API BOOL SHInitDialog(SHINITDLGINFO* info);
 
 // ---- The input panel
@@ -71,7 +75,9 @@ enum SIPSTATE {
   SIP_INPUTDIALOG,
 };
 
-/// Raises the panel or puts it down, as far as the user's setting lets a program do so.
+/// Raises the panel or puts it down, as far as the user's setting lets a program do so; true also when
+/// that does not. `window` is the one that is typed in or its dialog: the panel stands on that. When the
+/// state changes, all windows of the thread with a caption are sent WM_SETTINGCHANGE.
 AYGSHELL_API BOOL SHSipPreference(HWND window, SIPSTATE state);
 
 #define SPI_SETSIPINFO 224  ///< wParam of WM_SETTINGCHANGE when the panel was raised or put down
@@ -98,11 +104,12 @@ AYGSHELL_API BOOL SHSipInfo(UINT action, UINT parameter, void* info, UINT change
 // ---- Tap and hold
 
 /// Notification (WM_NOTIFY) that a control sends its parent when the user taps and holds, or presses
-/// the right button: every list view made by HandheldCreateWindow does.
+/// the right button or the context menu's keys: every list view made by HandheldCreateWindow does. The
+/// item under the pointer is selected before. A tap reaches the list when it is released.
 #define GN_CONTEXTMENU 1000
 
 struct NMRGINFO {
   NMHDR hdr;
-  POINT ptAction;  ///< where, in the monitor's screen coordinates, as TrackPopupMenuEx takes it
-  DWORD_PTR dwItemSpec;
+  POINT ptAction;        ///< where, in the monitor's screen coordinates, as TrackPopupMenuEx takes it
+  DWORD_PTR dwItemSpec;  ///< index of the item, (DWORD_PTR)-1 for none
 };

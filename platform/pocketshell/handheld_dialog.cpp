@@ -1,11 +1,12 @@
+#include <algorithm>
 #include <optional>
+#include <utility>
 #include <vector>
 
 #include "platform/pocketshell/dialog_template.h"
 #include "platform/pocketshell/handheld_windows.h"
 #include "platform/pocketshell/input_panel.h"
 #include "platform/pocketshell/present_zoom.h"
-#include "platform/pocketshell/tap_and_hold.h"
 #include "platform/pocketshell/window_places.h"
 
 using namespace pocketshell;

@@ -30,8 +30,8 @@ void equip(HWND window) {
 HWND createFrame(DWORD extendedStyle, const wchar_t* className, const wchar_t* title, DWORD style, HMENU menu,
                  HINSTANCE instance, void* parameter) {
   const DWORD visible = style & WS_VISIBLE;
-  DWORD hidden = style & ~visible;
-  if (!hidden) hidden = kShellWindowStyle;
+  constexpr DWORD kResizing = WS_THICKFRAME | WS_MAXIMIZEBOX;
+  const DWORD hidden = (style & ~visible & ~kResizing) | kShellWindowStyle;
   const SIZE frame = shellFrameSize();
   const int zoom = presentZoom();
   const HWND window =

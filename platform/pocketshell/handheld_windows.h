@@ -16,9 +16,11 @@
 /// the figures it was last given and gets the new font; then its top-level window is sent
 /// HandheldZoomMessage, so that it can replace what it holds in images, columns and bands.
 
-/// A window without WS_CHILD and a parent whose size is CW_USEDEFAULT gets a fixed frame around the
-/// handheld's work area, 240 x 294, and the choice of the zoom in its system menu. A list view also
-/// reports taps that are held (GN_CONTEXTMENU).
+/// A window without WS_CHILD and a parent whose size is CW_USEDEFAULT gets a fixed frame with caption,
+/// system menu and minimise box, whatever else `style` says, around the handheld's work area, 240 x 294,
+/// and the choice of the zoom in its system menu. A list view also reports taps that are held
+/// (GN_CONTEXTMENU). Other windows without WS_CHILD are placed on the monitor with the origin unscaled,
+/// here and by the two functions that follow.
 AYGSHELL_API HWND HandheldCreateWindow(DWORD extendedStyle, const wchar_t* className, const wchar_t* title,
                                        DWORD style, int x, int y, int width, int height, HWND parent,
                                        HMENU menu, HINSTANCE instance, void* parameter);
@@ -41,7 +43,9 @@ AYGSHELL_API int HandheldFromMonitor(int monitorPixels);
 /// next.
 AYGSHELL_API HFONT HandheldGetFont();
 
-/// As DialogBoxParamW; the dialog and its controls are made at the zoom.
+/// As DialogBoxParamW; the dialog and its controls are made at the zoom. A dialog unit is 6/4 by 13/8
+/// handheld pixels, as with Tahoma 8 point, whatever font the resource names. List views of the resource
+/// do not report taps that are held.
 AYGSHELL_API INT_PTR HandheldDialogBox(HINSTANCE instance, WORD dialogId, HWND parent, DLGPROC procedure,
                                        LPARAM parameter);
 
@@ -61,8 +65,9 @@ AYGSHELL_API BOOL HandheldSetButtonTips(HWND toolbar, UINT count, const wchar_t*
 
 /// In per cent, 100 to 400.
 AYGSHELL_API int HandheldGetZoom();
-/// Lays everything out at the new zoom and remembers it; 0 is the monitor's own. False when it is not in
-/// range.
+/// Lays everything out at the new zoom and remembers it; 0 is the monitor's own, which is also used as
+/// long as none was chosen: at most what the monitor's dots per inch call for and fits. False when it is
+/// not in range.
 AYGSHELL_API BOOL HandheldSetZoom(int percent);
 /// A registered message.
 AYGSHELL_API UINT HandheldZoomMessage();

@@ -70,6 +70,16 @@ void show() {
                     IsWindowVisible(panel.shellWindow) != FALSE);
 }
 
+/// Marks a window that the panel may stand on. Others, such as the system's dialogs, it would only cover.
+constexpr wchar_t kOwnerMark[] = L"Pocket Shell Panel Owner";
+
+void showOn(HWND owner) {
+  panel.owner = owner;
+  SetPropW(owner, kOwnerMark, reinterpret_cast<HANDLE>(INT_PTR{1}));
+  show();
+  PanelWindow::lift();
+}
+
 void tellWindows() {
   std::vector<HWND> told;
   EnumThreadWindows(
@@ -113,8 +123,9 @@ bool InputPanel::raise(HWND window) {
   if (!frame) return false;
   const HWND top = GetAncestor(window, GA_ROOT);
   const bool changed = !panel.up;
-  panel = {true, frame, top ? top : frame};
-  show();
+  panel.up = true;
+  panel.shellWindow = frame;
+  showOn(top ? top : frame);
   refreshButton();
   if (changed) tellWindows();
   return true;
@@ -135,8 +146,7 @@ RECT InputPanel::placeOnScreen() {
 
 void InputPanel::standOn(HWND topLevel) {
   if (!panel.up || frameFor(topLevel) != panel.shellWindow) return;
-  panel.owner = topLevel;
-  show();
+  showOn(topLevel);
 }
 
 void InputPanel::follow() {
@@ -151,8 +161,7 @@ void InputPanel::applyZoom() {
 void InputPanel::restore() {
   if (!panel.up || !IsWindow(panel.shellWindow)) return;
   const HWND active = GetLastActivePopup(panel.shellWindow);
-  panel.owner = active && active != PanelWindow::window() ? active : panel.shellWindow;
-  show();
+  showOn(active && GetPropW(active, kOwnerMark) ? active : panel.shellWindow);
 }
 
 UINT InputPanel::restoreMessage() {

@@ -21,7 +21,8 @@ void lower();
 /// Where it is or would be on the handheld's screen.
 RECT placeOnScreen();
 
-/// Lets it stand above another top-level window, if it is up.
+/// Lets it stand above another top-level window, if it is up. Windows for which this or raise was called
+/// are those that restore takes.
 void standOn(HWND topLevel);
 /// After its shell window was moved, shown or hidden.
 void follow();

@@ -6,6 +6,7 @@
 
 #include "platform/pocketshell/handheld_windows.h"
 #include "platform/pocketshell/menu_keys.h"
+#include "platform/pocketshell/menu_walk.h"
 #include "platform/pocketshell/panel_button.h"
 #include "platform/pocketshell/present_zoom.h"
 #include "platform/pocketshell/shell_window.h"
@@ -16,8 +17,9 @@ namespace pocketshell {
 namespace {
 
 constexpr int kImageSize = 16;
-constexpr int kButtonHeight = 22;
-constexpr int kPadding = 5;
+/// What a button adds to its image and to its label.
+constexpr int kImageMargin = 8;
+constexpr int kLabelMargin = 16;
 
 wchar_t upper(wchar_t character) {
   return static_cast<wchar_t>(
@@ -112,10 +114,92 @@ void MenuBar::applyZoom() {
       parts_.images = std::move(images);
     }
   }
-  SendMessageW(window(), TB_SETPADDING, 0, MAKELPARAM(toMonitor(kPadding, zoom), toMonitor(kPadding, zoom)));
-  SendMessageW(window(), TB_SETBUTTONSIZE, 0, MAKELPARAM(image, toMonitor(kButtonHeight, zoom)));
+  const int width = toMonitor(kImageSize + kImageMargin, zoom);
+  const int height = toMonitor(kMenuBarHeight, zoom);
+  SendMessageW(window(), TB_SETPADDING, 0, MAKELPARAM(width - image, height - image));
+  SendMessageW(window(), TB_SETBUTTONSIZE, 0, MAKELPARAM(width, height));
+  setButtonWidths();
   SendMessageW(window(), TB_AUTOSIZE, 0, 0);
   layOut();
+}
+
+void MenuBar::setButtonWidths() {
+  const int zoom = presentZoom();
+  const HDC dc = GetDC(window());
+  if (!dc) return;
+  const HGDIOBJ font = SelectObject(dc, presentFont());
+  const auto count = static_cast<int>(SendMessageW(window(), TB_BUTTONCOUNT, 0, 0));
+  for (int i = 0; i < count; ++i) {
+    const bool dropDown = i < static_cast<int>(parts_.dropDowns.size());
+    int width = toMonitor(kImageSize + kImageMargin, zoom);
+    if (dropDown) {
+      const std::wstring& label = parts_.dropDowns[static_cast<std::size_t>(i)].label;
+      SIZE size{};
+      GetTextExtentPoint32W(dc, label.c_str(), static_cast<int>(label.size()), &size);
+      width = static_cast<int>(size.cx) + toMonitor(kLabelMargin, zoom);
+    }
+    TBBUTTONINFOW info{};
+    info.cbSize = sizeof(info);
+    info.dwMask = TBIF_SIZE | TBIF_BYINDEX;
+    info.cx = static_cast<WORD>(width);
+    SendMessageW(window(), TB_SETBUTTONINFOW, static_cast<WPARAM>(i), reinterpret_cast<LPARAM>(&info));
+  }
+  SelectObject(dc, font);
+  ReleaseDC(window(), dc);
+}
+
+void MenuBar::drawLabel(const NMTBCUSTOMDRAW& state, const DropDown& dropDown) const {
+  const HDC dc = state.nmcd.hdc;
+  const UINT item = state.nmcd.uItemState;
+  // The button under the mouse stays hot while a popup is open; only that popup's own is marked then.
+  const bool marked = (item & (isWalkingMenus() ? CDIS_SELECTED : CDIS_SELECTED | CDIS_HOT)) != 0;
+  RECT place = state.nmcd.rc;
+  ++place.top;  // the edge of the bar
+  FillRect(dc, &place, GetSysColorBrush(marked ? COLOR_HIGHLIGHT : COLOR_BTNFACE));
+  const HGDIOBJ font = SelectObject(dc, presentFont());
+  SetBkMode(dc, TRANSPARENT);
+  const int color = marked ? COLOR_HIGHLIGHTTEXT : COLOR_BTNTEXT;
+  SetTextColor(dc, GetSysColor((item & CDIS_DISABLED) != 0 ? COLOR_GRAYTEXT : color));
+  DrawTextW(dc, dropDown.label.c_str(), -1, &place, DT_CENTER | DT_VCENTER | DT_SINGLELINE);
+  SelectObject(dc, font);
+}
+
+void MenuBar::drawImage(const NMTBCUSTOMDRAW& state) const {
+  const HDC dc = state.nmcd.hdc;
+  const UINT item = state.nmcd.uItemState;
+  const bool grey = (item & (CDIS_DISABLED | CDIS_GRAYED | CDIS_INDETERMINATE)) != 0;
+  const bool pressed = (item & CDIS_SELECTED) != 0;
+  RECT place = state.nmcd.rc;
+  ++place.top;  // the edge of the bar
+  if (!grey && (pressed || (item & CDIS_HOT) != 0)) {
+    DrawEdge(dc, &place, pressed ? BDR_SUNKENOUTER : BDR_RAISEDINNER, BF_RECT);
+  }
+  TBBUTTONINFOW info{};
+  info.cbSize = sizeof(info);
+  info.dwMask = TBIF_IMAGE;
+  if (SendMessageW(window(), TB_GETBUTTONINFOW, state.nmcd.dwItemSpec, reinterpret_cast<LPARAM>(&info)) < 0) {
+    return;
+  }
+  const OwnedIcon icon(ImageList_GetIcon(parts_.images.get(), info.iImage, ILD_TRANSPARENT));
+  if (!icon) return;
+  const int size = toMonitor(kImageSize, presentZoom());
+  const int shift = pressed && !grey ? 1 : 0;
+  DrawStateW(dc, nullptr, nullptr, reinterpret_cast<LPARAM>(icon.get()), 0,
+             static_cast<int>(place.left + place.right - size) / 2 + shift,
+             static_cast<int>(place.top + place.bottom - size) / 2 + shift, size, size,
+             DST_ICON | static_cast<UINT>(grey ? DSS_DISABLED : DSS_NORMAL));
+}
+
+LRESULT MenuBar::draw(const NMTBCUSTOMDRAW& state) const {
+  if (state.nmcd.dwDrawStage == CDDS_PREPAINT) return CDRF_NOTIFYITEMDRAW;
+  if (state.nmcd.dwDrawStage != CDDS_ITEMPREPAINT) return CDRF_DODEFAULT;
+  const int index = indexOfCommand(static_cast<int>(state.nmcd.dwItemSpec));
+  if (index >= 0) {
+    drawLabel(state, parts_.dropDowns[static_cast<std::size_t>(index)]);
+  } else {
+    drawImage(state);
+  }
+  return CDRF_SKIPDEFAULT;
 }
 
 LRESULT MenuBar::eraseBackground(HDC dc) {
@@ -128,6 +212,12 @@ LRESULT MenuBar::eraseBackground(HDC dc) {
 
 LRESULT MenuBar::answer(UINT message, WPARAM wParam, LPARAM lParam) {
   if (message == WM_ERASEBKGND) return eraseBackground(reinterpret_cast<HDC>(wParam));
+  if (message == TB_ADDBUTTONSW) {
+    const LRESULT added = passOn(message, wParam, lParam);
+    // All plain buttons would become as wide as the widest label.
+    setButtonWidths();
+    return added;
+  }
   if (message == SHCMBM_GETSUBMENU) {
     const int index = indexOfCommand(static_cast<int>(lParam));
     if (index < 0) return 0;

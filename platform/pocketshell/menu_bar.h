@@ -53,9 +53,16 @@ class MenuBar : public WindowLayer<MenuBar> {
   /// Takes font, images and sizes of the present zoom.
   void applyZoom();
 
+  /// The answer to the toolbar's NM_CUSTOMDRAW. A toolbar by itself leaves room for an image beside each
+  /// label, and does not centre images beside labels.
+  LRESULT draw(const NMTBCUSTOMDRAW& state) const;
+
   LRESULT answer(UINT message, WPARAM wParam, LPARAM lParam);
 
  private:
+  void setButtonWidths();
+  void drawLabel(const NMTBCUSTOMDRAW& state, const DropDown& dropDown) const;
+  void drawImage(const NMTBCUSTOMDRAW& state) const;
   LRESULT eraseBackground(HDC dc);
 
   HWND parent_;

@@ -15,8 +15,9 @@ struct Walk {
   int index = 0;
   int next = -1;
   bool byKeyboard = false;
-  HMENU selectedIn = nullptr;
-  UINT selectedFlags = 0;
+  int depth = 0;           ///< how many popups are open, one in the other
+  UINT selectedFlags = 0;  ///< of the item selected in the innermost
+  POINT mouse{};           ///< where it was when the popup opened: it has not been moved since
 };
 
 Walk* walk = nullptr;
@@ -43,9 +44,9 @@ bool leaveFor(int index, bool byKeyboard) {
 }
 
 bool keyPressed(const MenuBar& bar, WPARAM key) {
-  const bool inRoot = !walk->selectedIn || walk->selectedIn == openDropDown(bar).popup;
-  const bool onSubmenu = walk->selectedIn && (walk->selectedFlags & MF_POPUP) != 0 &&
-                         (walk->selectedFlags & (MF_GRAYED | MF_DISABLED)) == 0;
+  const bool inRoot = walk->depth <= 1;
+  const bool onSubmenu =
+      (walk->selectedFlags & MF_POPUP) != 0 && (walk->selectedFlags & (MF_GRAYED | MF_DISABLED)) == 0;
   if (key == VK_RIGHT && !onSubmenu) return leaveFor(neighbour(bar, 1), true);
   if (key == VK_LEFT && inRoot) return leaveFor(neighbour(bar, -1), true);
   return false;
@@ -56,7 +57,8 @@ bool filter(const MSG& message) {
   const MenuBar* const bar = MenuBar::of(walk->bar);
   if (!bar || walk->next >= 0) return false;
   if (message.message == WM_KEYDOWN) return keyPressed(*bar, message.wParam);
-  if (message.message == WM_MOUSEMOVE) {
+  const bool sameMouse = message.pt.x == walk->mouse.x && message.pt.y == walk->mouse.y;
+  if (message.message == WM_MOUSEMOVE && !sameMouse) {
     const int under = bar->indexAt(message.pt);
     return under >= 0 && under != walk->index && bar->isEnabled(under) && leaveFor(under, false);
   }
@@ -73,6 +75,7 @@ LRESULT CALLBACK filterProcedure(int code, WPARAM wParam, LPARAM lParam) {
 }
 
 void openPopup(MenuBar& bar) {
+  GetCursorPos(&walk->mouse);
   TPMPARAMS kept{};
   kept.cbSize = sizeof(kept);
   kept.rcExclude = bar.buttonOnScreen(walk->index);
@@ -96,7 +99,8 @@ void walkMenus(MenuBar& bar, int index, bool byKeyboard) {
     const OwnedHook hook(SetWindowsHookExW(WH_MSGFILTER, filterProcedure, nullptr, GetCurrentThreadId()));
     for (MenuBar* open = &bar; open != nullptr && state.next >= 0;) {
       state.index = std::exchange(state.next, -1);
-      state.selectedIn = nullptr;
+      state.depth = 0;
+      state.selectedFlags = 0;
       open->press(state.index, true);
       openPopup(*open);
       open = MenuBar::of(state.bar);
@@ -104,12 +108,26 @@ void walkMenus(MenuBar& bar, int index, bool byKeyboard) {
     }
   }
   walk = nullptr;
+  InvalidateRect(state.bar, nullptr, FALSE);
 }
 
-void noteMenuSelection(HMENU menu, UINT flags) {
+bool isWalkingMenus() {
+  return walk != nullptr;
+}
+
+void notePopupOpened() {
+  if (walk) ++walk->depth;
+}
+
+void notePopupClosed() {
   if (!walk) return;
-  walk->selectedIn = (flags & kMenuClosed) == kMenuClosed && !menu ? nullptr : menu;
-  walk->selectedFlags = flags;
+  --walk->depth;
+  // What is selected now is the item that had opened it; that is not always told.
+  walk->selectedFlags = MF_POPUP;
+}
+
+void noteMenuSelection(UINT flags) {
+  if (walk) walk->selectedFlags = flags == kMenuClosed ? 0 : flags;
 }
 
 }  // namespace pocketshell

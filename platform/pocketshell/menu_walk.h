@@ -11,7 +11,12 @@ class MenuBar;
 /// afterwards.
 void walkMenus(MenuBar& bar, int index, bool byKeyboard);
 
-/// What WM_MENUSELECT tells the owner of the popups while they are walked.
-void noteMenuSelection(HMENU menu, UINT flags);
+/// Whether a popup of a menu bar is open.
+bool isWalkingMenus();
+
+/// What WM_INITMENUPOPUP, WM_UNINITMENUPOPUP and WM_MENUSELECT tell the owner of the popups.
+void notePopupOpened();
+void notePopupClosed();
+void noteMenuSelection(UINT flags);
 
 }  // namespace pocketshell

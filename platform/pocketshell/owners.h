@@ -66,6 +66,11 @@ struct Menu {
   static void close(Handle menu) noexcept { DestroyMenu(menu); }
 };
 
+struct Icon {
+  using Handle = HICON;
+  static void close(Handle icon) noexcept { DestroyIcon(icon); }
+};
+
 struct ImageList {
   using Handle = HIMAGELIST;
   static void close(Handle images) noexcept { ImageList_Destroy(images); }
@@ -93,6 +98,7 @@ using OwnedBitmap = Owned<closers::Gdi<HBITMAP>>;
 using OwnedBrush = Owned<closers::Gdi<HBRUSH>>;
 using OwnedMemoryDc = Owned<closers::MemoryDc>;
 using OwnedMenu = Owned<closers::Menu>;
+using OwnedIcon = Owned<closers::Icon>;
 using OwnedImageList = Owned<closers::ImageList>;
 using OwnedKey = Owned<closers::Key>;
 using OwnedHook = Owned<closers::Hook>;

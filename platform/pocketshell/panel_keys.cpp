@@ -45,7 +45,7 @@ class Layout {
 std::vector<PanelKey> layOutKeys() {
   Layout layout;
   layout.characters(L"1234567890-=", L"!@#$%^&*()_+", 17);
-  layout.stroke(L"\u2190", VK_BACK, 36);
+  layout.stroke(L"Bksp", VK_BACK, 36);
   layout.nextRow();
   layout.stroke(L"Tab", VK_TAB, 24);
   layout.characters(L"qwertyuiop[]", L"QWERTYUIOP{}", 18);
@@ -59,10 +59,10 @@ std::vector<PanelKey> layOutKeys() {
   layout.nextRow();
   layout.stroke(L"Esc", VK_ESCAPE, 36);
   layout.characters(L" ", L" ", 112);
-  layout.stroke(L"\u2191", VK_UP, 23);
-  layout.stroke(L"\u2193", VK_DOWN, 23);
-  layout.stroke(L"\u25C4", VK_LEFT, 23);
-  layout.stroke(L"\u25BA", VK_RIGHT, 23);
+  layout.stroke(L"", VK_UP, 23);
+  layout.stroke(L"", VK_DOWN, 23);
+  layout.stroke(L"", VK_LEFT, 23);
+  layout.stroke(L"", VK_RIGHT, 23);
   return layout.take();
 }
 

@@ -24,7 +24,7 @@ struct PanelKey {
   wchar_t plain = 0;
   wchar_t shifted = 0;
   WORD stroke = 0;
-  const wchar_t* label = L"";  ///< for a key that shows no character
+  const wchar_t* label = L"";  ///< for a key that shows no character; an arrow is drawn instead of ""
 };
 
 /// All keys; together they cover the panel without gaps.

@@ -50,12 +50,32 @@ bool isSunken(const PanelKey& key, std::size_t index) {
          (key.kind == PanelKey::Kind::lock && shift.lock);
 }
 
+/// A triangle that points where the key moves to.
+void drawArrow(HDC dc, const RECT& key, WORD stroke) {
+  const LONG x = (key.left + key.right) / 2;
+  const LONG y = (key.top + key.bottom) / 2;
+  const LONG reach = toMonitor(3, presentZoom());
+  const LONG across = stroke == VK_LEFT || stroke == VK_RIGHT ? reach : 0;
+  const LONG down = stroke == VK_UP || stroke == VK_DOWN ? reach : 0;
+  const LONG sign = stroke == VK_LEFT || stroke == VK_UP ? -1 : 1;
+  const std::array<POINT, 3> corners = {POINT{x + sign * across, y + sign * down},
+                                        POINT{x - sign * across - down, y - sign * down - across},
+                                        POINT{x - sign * across + down, y - sign * down + across}};
+  const HGDIOBJ brush = SelectObject(dc, GetSysColorBrush(COLOR_BTNTEXT));
+  Polygon(dc, corners.data(), static_cast<int>(corners.size()));
+  SelectObject(dc, brush);
+}
+
 void drawKey(HDC dc, const PanelKey& key, bool sunken) {
   RECT place = toMonitor(key.place, presentZoom());
   DrawFrameControl(dc, &place, DFC_BUTTON, DFCS_BUTTONPUSH | (sunken ? DFCS_PUSHED : 0U));
   const std::array<wchar_t, 2> character = {characterOf(key, shift), 0};
   const wchar_t* const label = key.kind == PanelKey::Kind::character ? character.data() : key.label;
   if (sunken) OffsetRect(&place, 1, 1);
+  if (!*label) {
+    drawArrow(dc, place, key.stroke);
+    return;
+  }
   DrawTextW(dc, label, -1, &place, DT_CENTER | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX);
 }
 
@@ -168,9 +188,16 @@ void PanelWindow::show(HWND owner, const RECT& place, bool visible) {
   if (panelWindow && GetWindow(panelWindow, GW_OWNER) != owner) hide();
   if (!panelWindow) create(owner);
   if (!panelWindow) return;
-  SetWindowPos(panelWindow, HWND_TOP, static_cast<int>(place.left), static_cast<int>(place.top),
+  SetWindowPos(panelWindow, nullptr, static_cast<int>(place.left), static_cast<int>(place.top),
                static_cast<int>(place.right - place.left), static_cast<int>(place.bottom - place.top),
-               SWP_NOACTIVATE | SWP_NOOWNERZORDER | (visible ? SWP_SHOWWINDOW : SWP_HIDEWINDOW));
+               SWP_NOACTIVATE | SWP_NOZORDER | (visible ? SWP_SHOWWINDOW : SWP_HIDEWINDOW));
+}
+
+void PanelWindow::lift() {
+  constexpr UINT kFlags = SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE | SWP_NOOWNERZORDER;
+  if (!panelWindow) return;
+  SetWindowPos(panelWindow, HWND_TOPMOST, 0, 0, 0, 0, kFlags);
+  SetWindowPos(panelWindow, HWND_NOTOPMOST, 0, 0, 0, 0, kFlags);
 }
 
 void PanelWindow::hide() {

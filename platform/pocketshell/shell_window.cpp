@@ -92,10 +92,12 @@ LRESULT ShellWindow::positionChanged(UINT message, WPARAM wParam, LPARAM lParam)
 LRESULT ShellWindow::notified(UINT message, WPARAM wParam, LPARAM lParam) {
   const auto& header = *reinterpret_cast<const NMHDR*>(lParam);
   MenuBar* const bar = menuBar();
-  if (!bar || header.hwndFrom != bar->window() || header.code != static_cast<UINT>(TBN_DROPDOWN)) {
-    return passOn(message, wParam, lParam);
+  if (!bar || header.hwndFrom != bar->window()) return passOn(message, wParam, lParam);
+  if (header.code == static_cast<UINT>(NM_CUSTOMDRAW)) {
+    return bar->draw(*reinterpret_cast<const NMTBCUSTOMDRAW*>(lParam));
   }
-  const int index = bar->indexOfCommand(reinterpret_cast<const NMTOOLBARW&>(header).iItem);
+  if (header.code != static_cast<UINT>(TBN_DROPDOWN)) return passOn(message, wParam, lParam);
+  const int index = bar->indexOfCommand(reinterpret_cast<const NMTOOLBARW*>(lParam)->iItem);
   if (index < 0) return passOn(message, wParam, lParam);
   MenuKeys::leave();
   walkMenus(*bar, index, false);
@@ -121,14 +123,27 @@ LRESULT ShellWindow::systemCommandGiven(UINT message, WPARAM wParam, LPARAM lPar
   return 0;
 }
 
+LRESULT ShellWindow::popupClosed(UINT message, WPARAM wParam, LPARAM lParam) {
+  notePopupClosed();
+  return passOn(message, wParam, lParam);
+}
+
+/// The system's own limit is the monitor; a zoom that the user chose is kept all the same.
+LRESULT ShellWindow::limitsAsked(UINT message, WPARAM wParam, LPARAM lParam) {
+  const LRESULT answered = passOn(message, wParam, lParam);
+  if (isFrame_) reinterpret_cast<MINMAXINFO*>(lParam)->ptMaxTrackSize = {SHRT_MAX, SHRT_MAX};
+  return answered;
+}
+
 LRESULT ShellWindow::popupOpening(UINT message, WPARAM wParam, LPARAM lParam) {
+  notePopupOpened();
   const auto popup = reinterpret_cast<HMENU>(wParam);
   if (zoomMenu_ && popup == zoomMenu_) markZoom(zoomMenu_, readZoomSetting());
   return passOn(message, wParam, lParam);
 }
 
 LRESULT ShellWindow::itemSelected(UINT message, WPARAM wParam, LPARAM lParam) {
-  noteMenuSelection(reinterpret_cast<HMENU>(lParam), HIWORD(wParam));
+  noteMenuSelection(HIWORD(wParam));
   return passOn(message, wParam, lParam);
 }
 
@@ -149,6 +164,8 @@ LRESULT ShellWindow::leftMenu(UINT message, WPARAM wParam, LPARAM lParam) {
 
 LRESULT ShellWindow::activationChanged(UINT message, WPARAM wParam, LPARAM lParam) {
   if (LOWORD(wParam) == WA_INACTIVE) MenuKeys::leave();
+  // When all that comes with the change is done: it may put this window above the panel.
+  if (InputPanel::isUp()) PostMessageW(window(), InputPanel::restoreMessage(), 0, 0);
   return passOn(message, wParam, lParam);
 }
 
@@ -167,7 +184,9 @@ LRESULT ShellWindow::answer(UINT message, WPARAM wParam, LPARAM lParam) {
       Row{WM_NOTIFY, &ShellWindow::notified},
       Row{WM_SYSCOMMAND, &ShellWindow::systemCommandGiven},
       Row{WM_INITMENUPOPUP, &ShellWindow::popupOpening},
+      Row{WM_UNINITMENUPOPUP, &ShellWindow::popupClosed},
       Row{WM_MENUSELECT, &ShellWindow::itemSelected},
+      Row{WM_GETMINMAXINFO, &ShellWindow::limitsAsked},
       Row{WM_DPICHANGED, &ShellWindow::resolutionChanged},
       Row{WM_CANCELMODE, &ShellWindow::leftMenu},
       Row{WM_ACTIVATE, &ShellWindow::activationChanged},

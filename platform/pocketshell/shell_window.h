@@ -39,6 +39,8 @@ class ShellWindow : public WindowLayer<ShellWindow> {
   LRESULT notified(UINT message, WPARAM wParam, LPARAM lParam);
   LRESULT systemCommandGiven(UINT message, WPARAM wParam, LPARAM lParam);
   LRESULT popupOpening(UINT message, WPARAM wParam, LPARAM lParam);
+  LRESULT popupClosed(UINT message, WPARAM wParam, LPARAM lParam);
+  LRESULT limitsAsked(UINT message, WPARAM wParam, LPARAM lParam);
   LRESULT itemSelected(UINT message, WPARAM wParam, LPARAM lParam);
   LRESULT resolutionChanged(UINT message, WPARAM wParam, LPARAM lParam);
   LRESULT leftMenu(UINT message, WPARAM wParam, LPARAM lParam);

@@ -50,6 +50,9 @@ TEST_F(MenuBarTest, TakesButtonsBehindItsOwn) {
   SendMessageW(bar, TB_GETITEMRECT, 2, reinterpret_cast<LPARAM>(&record));
   SendMessageW(bar, TB_GETITEMRECT, 3, reinterpret_cast<LPARAM>(&first));
   EXPECT_GE(first.left, record.right);
+  EXPECT_EQ(first.right - first.left, 24);
+  EXPECT_EQ(first.top, 0);
+  EXPECT_EQ(first.bottom, 26);
   EXPECT_EQ(placeInParent(bar), (RECT{0, 268, 240, 294}));
 }
 

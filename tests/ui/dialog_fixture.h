@@ -2,68 +2,98 @@
 
 #include <windows.h>
 
+#include <functional>
+#include <memory>
 #include <string>
-#include <vector>
+#include <utility>
 
-#include "gmock/gmock.h"
-#include "platform/pocketshell/aygshell.h"
+#include "base/app_colors.h"
+#include "platform/pocketshell/handheld_windows.h"
 #include "tests/ui/dialog_script.h"
-#include "tests/ui/fake_message_box.h"
+#include "tests/ui/shell_frame.h"
 #include "tests/ui/window_reading.h"
+#include "tests/unit/base_registry_fixture.h"
+#include "views/current_dialog.h"
 
-/// A main window of this process over which dialogs open, at zoom 100 and with the shell's settings as
-/// they are when nothing was set. What a DialogScript does in its step happens before the dialog is
-/// shown; a button that ends the dialog may be pressed there.
-class DialogFixture : public testing::Test {
+/// Dialogs over a main window of the test, with a registry of their own, the default colours, zoom 100 and
+/// the input panel of the handheld, which is down.
+class DialogTest : public RegistryTest {
  protected:
-  DialogFixture();
-  ~DialogFixture() override;
-
-  HWND owner() const { return owner_; }
-
-  /// Sends the command of a button and waits for what it does.
-  static void press(HWND dialog, int id) {
-    SendMessageW(dialog, WM_COMMAND, static_cast<WPARAM>(id),
-                 reinterpret_cast<LPARAM>(GetDlgItem(dialog, id)));
+  void SetUp() override {
+    RegistryTest::SetUp();
+    useInputPanel(true);
+    HandheldSetZoom(100);
+    resetAppColors();
+    frame_ = std::make_unique<ShellFrame>();
+    ASSERT_NE(frame_->get(), nullptr);
+    windowsBefore_ = windowCount();
   }
-  /// Presses a key in a control, once the dialog is shown.
-  static void postKey(HWND control, WORD key) { PostMessageW(control, WM_KEYDOWN, key, 1); }
-  static std::wstring textOf(HWND dialog, int id) { return ::textOf(GetDlgItem(dialog, id)); }
 
-  /// The refusals since the last call. Each was over `dialog` and had the exclamation mark, one button
-  /// and the flag that brings it to the front.
-  struct Refusal {
-    std::wstring text;
-    std::wstring caption;
-    bool operator==(const Refusal&) const = default;
-  };
-  std::vector<Refusal> refusals(HWND dialog);
+  void TearDown() override {
+    EXPECT_EQ(windowCount(), windowsBefore_) << "a window was left open";
+    EXPECT_EQ(currentDialog, nullptr);
+    EXPECT_TRUE(IsWindowEnabled(frame()));
+    SHSipPreference(frame(), SIP_DOWN);
+    frame_.reset();
+    HandheldSetZoom(100);
+    RegistryTest::TearDown();
+  }
 
-  /// The panel comes when a dialog asks for it.
-  static void useInputPanel();
-  static bool isPanelUp();
+  HWND frame() const { return frame_->get(); }
 
-  /// Identifiers of the controls that the tab key reaches, in its order.
-  static std::vector<int> tabOrder(HWND dialog);
-  /// Identifiers of the static controls whose text does not fit.
-  static std::vector<std::wstring> cutLabels(HWND dialog);
-  /// Over the main window, no larger than it, and every control inside.
-  static void expectFits(HWND dialog);
-  /// Centred in the main window, and raised by so many handheld pixels.
-  static void expectCentred(HWND dialog, int raise);
-  static void expectFullScreen(HWND dialog);
-  /// Blue on white, as the dialog answers for its static texts.
-  static void expectColors(HWND dialog);
+  static bool panelIsUp() {
+    SIPINFO panel{};
+    panel.cbSize = sizeof(panel);
+    return SHSipInfo(SPI_GETSIPINFO, 0, &panel, 0) && (panel.fdwFlags & SIPF_ON) != 0;
+  }
 
-  /// All windows of this thread, and what the owners of handles hold.
-  struct Alive {
-    int windows;
-    long resources;
-    bool operator==(const Alive&) const = default;
-  };
-  static Alive alive();
+  /// Whether programs may raise the input panel, as the user can set it.
+  static void useInputPanel(bool used) {
+    constexpr DWORD kAsHandheld = 1;
+    constexpr DWORD kNever = 2;
+    const DWORD policy = used ? kAsHandheld : kNever;
+    RegSetKeyValueW(HKEY_CURRENT_USER, L"Software\\MorvaleSoftware\\Pocket Shell", L"InputPanel", REG_DWORD,
+                    &policy, sizeof policy);
+  }
 
  private:
-  HWND owner_ = nullptr;
-  FakeMessageBoxes boxes_;
+  /// Of dialogs and frames; what the shell and the system keep for themselves stays out.
+  static int windowCount() {
+    int count = 0;
+    EnumThreadWindows(
+        GetCurrentThreadId(),
+        [](HWND window, LPARAM result) -> BOOL {
+          if ((styleOf(window) & WS_CAPTION) == WS_CAPTION) ++*reinterpret_cast<int*>(result);
+          return TRUE;
+        },
+        reinterpret_cast<LPARAM>(&count));
+    return count;
+  }
+
+  std::unique_ptr<ShellFrame> frame_;
+  int windowsBefore_ = 0;
+};
+
+/// Calls a function once all messages of this thread are done, the painting of new windows included. One
+/// waits at a time.
+class WhenIdle {
+ public:
+  explicit WhenIdle(std::function<void()> action) {
+    waiting() = std::move(action);
+    timer() = SetTimer(nullptr, 0, 1, elapsed);
+  }
+
+ private:
+  static std::function<void()>& waiting() {
+    static std::function<void()> action;
+    return action;
+  }
+  static UINT_PTR& timer() {
+    static UINT_PTR id = 0;
+    return id;
+  }
+  static void CALLBACK elapsed(HWND, UINT, UINT_PTR, DWORD) {
+    KillTimer(nullptr, timer());
+    std::exchange(waiting(), nullptr)();
+  }
 };

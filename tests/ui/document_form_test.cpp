@@ -205,6 +205,19 @@ TEST_F(DocumentFormTest, ChoosingARowWritesThePositionAndTheGridsButtons) {
   EXPECT_TRUE(onToolbar(ID_RECORD_PREVIOUS));
 }
 
+TEST_F(DocumentFormTest, ChoosingARowLeavesTheMenuNoMoveThatLeadsNowhere) {
+  open();
+  document().setViewMode(ViewMode::list);
+  EXPECT_FALSE(inRecordMenu(ID_RECORD_FIRST));
+  EXPECT_TRUE(inRecordMenu(ID_RECORD_LAST));
+  currentRecord = 3;
+  document().rowChosen();
+  EXPECT_TRUE(inRecordMenu(ID_RECORD_FIRST));
+  EXPECT_TRUE(inRecordMenu(ID_RECORD_PREVIOUS));
+  EXPECT_FALSE(inRecordMenu(ID_RECORD_NEXT));
+  EXPECT_FALSE(inRecordMenu(ID_RECORD_LAST));
+}
+
 // ---- Closing
 
 TEST_F(DocumentFormTest, ClosingStoresWhatWasChangedFirst) {

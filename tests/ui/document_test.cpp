@@ -256,6 +256,20 @@ TEST_F(DocumentTest, WithoutQueriesTheirPageReopensTheLastTable) {
   EXPECT_EQ(currentRecord, 1u);
 }
 
+TEST_F(DocumentTest, WhenTheLastQueryIsGoneItsRecordsStay) {
+  addQueries();
+  open();
+  document().setViewMode(ViewMode::queries);
+  document().openQuerySelection(0);
+  document().setViewMode(ViewMode::list);
+  ASSERT_EQ(recordCount, 2u);
+  runStatements(path(), {L"DELETE FROM QuivaneQueries"});
+  document().setViewMode(ViewMode::queries);
+  document().setViewMode(ViewMode::list);
+  EXPECT_TRUE(document().isRecordsetOpen());
+  EXPECT_EQ(recordCount, 2u);
+}
+
 // ---- Moves and what the grid is told
 
 TEST_F(DocumentTest, MovesInTheListStopAtBothEnds) {

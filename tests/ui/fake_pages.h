@@ -1,8 +1,10 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <utility>
@@ -86,6 +88,7 @@ struct FakeNames : Page {
     items.erase(items.begin() + index);
   }
   void updateCommandButtons() override { calls.push_back(name + ".updateCommandButtons"); }
+  int selectedIndex() const override { return selected; }
   void deleteAllItems() override {
     calls.push_back(name + ".deleteAllItems");
     items.clear();
@@ -106,6 +109,7 @@ struct FakeNames : Page {
   Calls& calls;
   std::string name;
   std::vector<std::wstring> items;
+  int selected = 0;
 };
 
 struct FakeTables final : FakeNames<TablesPage> {
@@ -154,6 +158,44 @@ struct FakeBar final : CommandBar {
   std::wstring position;
 };
 
+/// Answers as it was told, and writes down what it was asked.
+struct FakePrompts final : UserPrompts {
+  explicit FakePrompts(Calls& list) : calls(list) {}
+  int showMessage(PromptOwner owner, const wchar_t* text, const wchar_t* caption, UINT flags) override {
+    messages.push_back({owner, text, caption, flags});
+    return answer;
+  }
+  std::optional<String> chooseFile(FileChoice choice) override {
+    calls.push_back("prompts.chooseFile " + std::to_string(static_cast<int>(choice)));
+    return file;
+  }
+  std::optional<std::uint32_t> askRecordNumber(std::uint32_t highest) override {
+    calls.push_back("prompts.askRecordNumber " + std::to_string(highest));
+    return number;
+  }
+  void showFindDialog(FindState& state, NameList fieldNames) override {
+    calls.push_back("prompts.showFindDialog " + std::to_string(fieldNames.size()));
+    state.newSearch = true;
+    setFind(state);
+  }
+  void refillFindDialog(const FindState&) override { calls.push_back("prompts.refillFindDialog"); }
+  void raiseInputPanel() override { calls.push_back("prompts.raiseInputPanel"); }
+
+  struct Message {
+    PromptOwner owner;
+    std::wstring text;
+    std::wstring caption;
+    UINT flags;
+    bool operator==(const Message&) const = default;
+  };
+  Calls& calls;
+  std::vector<Message> messages;
+  int answer = IDOK;
+  std::function<void(FindState&)> setFind = [](FindState&) {};  ///< what the user enters for a search
+  std::optional<String> file;
+  std::optional<std::uint32_t> number;
+};
+
 /// A Document with fake pages.
 struct FakeWindow {
   FakeWindow() {
@@ -162,7 +204,7 @@ struct FakeWindow {
     tables = ownTables.get();
     queries = ownQueries.get();
     document = std::make_unique<Document>(
-        DocumentPages{std::move(ownTables), std::move(ownQueries), grid, form, bar});
+        DocumentPages{std::move(ownTables), std::move(ownQueries), grid, form, bar, prompts});
   }
 
   /// The calls since this was asked last.
@@ -172,6 +214,7 @@ struct FakeWindow {
   FakeGrid grid{calls};
   FakeForm form{calls};
   FakeBar bar;
+  FakePrompts prompts{calls};
   FakeTables* tables = nullptr;
   FakeQueries* queries = nullptr;
   std::unique_ptr<Document> document;

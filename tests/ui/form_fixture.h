@@ -59,5 +59,6 @@ class FormFixture : public testing::Test {
   Calls calls_;
   FakeGrid grid_{calls_};
   FakeBar bar_;
+  FakePrompts prompts_{calls_};
   std::unique_ptr<Document> document_;
 };

@@ -391,6 +391,19 @@ TEST_F(QueriesPageTest, ATapOnTheQueryThatIsSelectedAlreadyChoosesIt) {
   EXPECT_THAT(remote::itemTexts(remote::recordGrid(opened.main())), ElementsAre(L"1", L"2"));
 }
 
+TEST_F(QueriesPageTest, AKeyThatGoesToTheQueryThatIsSelectedAlreadyChoosesIt) {
+  OpenedDatabase opened(file("q.cdb"));
+  ASSERT_NE(opened.tables(), nullptr);
+  ASSERT_TRUE(remote::switchToPage(opened.main(), OpenedDatabase::kQueriesPage));
+  const HWND queries = remote::shownPage(opened.main());
+  remote::pressKey(queries, VK_HOME);
+  constexpr WPARAM kFromTheBeginning = static_cast<WPARAM>(-1);
+  ASSERT_TRUE(remote::waitUntil(
+      [&] { return SendMessageW(queries, LVM_GETNEXTITEM, kFromTheBeginning, LVNI_FOCUSED) == 0; }));
+  ASSERT_TRUE(remote::switchToPage(opened.main(), OpenedDatabase::kListPage));
+  EXPECT_THAT(remote::itemTexts(remote::recordGrid(opened.main())), ElementsAre(L"1", L"2"));
+}
+
 TEST_F(QueriesPageTest, ATapOnTheSelectedTableLeadsBackToItsRecords) {
   OpenedDatabase opened(file("q.cdb"));
   ASSERT_NE(opened.tables(), nullptr);

@@ -35,8 +35,9 @@ class RecordListViewTest : public testing::Test {
   /// Opens a database with table T and shows the List page.
   void showTable(const wchar_t* createTable, const wchar_t* insert) {
     makeDatabase(path_, {createTable, insert});
-    document_ = std::make_unique<Document>(DocumentPages{
-        std::make_unique<FakeTables>(calls_), std::make_unique<FakeQueries>(calls_), view_, form_, bar_});
+    document_ = std::make_unique<Document>(DocumentPages{std::make_unique<FakeTables>(calls_),
+                                                         std::make_unique<FakeQueries>(calls_), view_, form_,
+                                                         bar_, prompts_});
     view_.prepare(document_.get());
     ASSERT_TRUE(document_->openDatabase(path_.c_str()));
     document_->setViewMode(ViewMode::list);
@@ -95,6 +96,7 @@ class RecordListViewTest : public testing::Test {
   Calls calls_;
   FakeForm form_{calls_};
   FakeBar bar_;
+  FakePrompts prompts_{calls_};
   std::unique_ptr<Document> document_;
   HWND window_ = nullptr;
 };

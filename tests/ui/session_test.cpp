@@ -47,6 +47,35 @@ TEST_F(SessionTest, TheTableIsOnTheFormAgain) {
   EXPECT_EQ(remote::close(main), 0u);
 }
 
+TEST_F(SessionTest, TheQueryStaysInUseUntilATableIsTapped) {
+  runStatements(path(), {L"CREATE TABLE 'QuivaneQueries' (QueryName Text ,SQL Text)",
+                         L"INSERT INTO QuivaneQueries VALUES ('q', 'Select b + 40 as c from Two')"});
+  {
+    OpenedDatabase opened(path());
+    ASSERT_NE(opened.tables(), nullptr);
+    ASSERT_TRUE(remote::switchToPage(opened.main(), OpenedDatabase::kQueriesPage));
+    ASSERT_TRUE(remote::clickItem(remote::shownPage(opened.main()), 0));
+    ASSERT_TRUE(remote::switchToPage(opened.main(), OpenedDatabase::kFormPage));
+    ASSERT_EQ(remote::close(opened.main()), 0u);
+  }
+  RunningProgram program(L"");
+  const HWND main = program.mainWindow();
+  const auto firstRow = [&] { return remote::itemText(remote::recordGrid(main), 0); };
+  HWND editor = nullptr;
+  ASSERT_TRUE(
+      remote::waitUntil([&] { return (editor = remote::control(main, kFirstTextEditor)) != nullptr; }));
+  ASSERT_EQ(remote::text(editor), L"42");
+  ASSERT_TRUE(remote::switchToPage(main, OpenedDatabase::kTablesPage));
+  const HWND tables = remote::shownPage(main);
+  ASSERT_TRUE(remote::switchToPage(main, OpenedDatabase::kListPage));
+  EXPECT_EQ(firstRow(), L"42");
+  ASSERT_TRUE(remote::switchToPage(main, OpenedDatabase::kTablesPage));
+  ASSERT_TRUE(remote::clickItem(tables, 0));
+  ASSERT_TRUE(remote::switchToPage(main, OpenedDatabase::kListPage));
+  EXPECT_EQ(firstRow(), L"1");
+  EXPECT_EQ(remote::close(main), 0u);
+}
+
 TEST_F(SessionTest, WithTheOptionOffNothingIsOpened) {
   useSecondTable();
   SettingsStore::WriteDword(SettingsStore::kOptions, L"OpenLastTableOnStartup", 0);

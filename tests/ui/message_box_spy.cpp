@@ -1,12 +1,19 @@
-#include "tests/ui/fake_message_box.h"
+#include "tests/ui/message_box_spy.h"
+
+#include <utility>
 
 // The import that the program calls through, as the compiler names it.
 extern "C" decltype(&MessageBoxW) __imp_MessageBoxW;  // NOLINT(bugprone-reserved-identifier)
 
 namespace {
 
-FakeMessageBoxes* present = nullptr;
 decltype(&MessageBoxW) realMessageBox = nullptr;
+std::vector<MessageBoxSpy::Box> seen;
+
+int WINAPI answer(HWND owner, const wchar_t* text, const wchar_t* caption, UINT flags) {
+  seen.push_back({owner, text, caption, flags});
+  return IDOK;
+}
 
 void setImport(decltype(&MessageBoxW) function) {
   DWORD access = 0;
@@ -17,18 +24,16 @@ void setImport(decltype(&MessageBoxW) function) {
 
 }  // namespace
 
-FakeMessageBoxes::FakeMessageBoxes() {
-  present = this;
+MessageBoxSpy::MessageBoxSpy() {
+  seen.clear();
   realMessageBox = __imp_MessageBoxW;
   setImport(answer);
 }
 
-FakeMessageBoxes::~FakeMessageBoxes() {
+MessageBoxSpy::~MessageBoxSpy() {
   setImport(realMessageBox);
-  present = nullptr;
 }
 
-int WINAPI FakeMessageBoxes::answer(HWND owner, const wchar_t* text, const wchar_t* caption, UINT flags) {
-  present->seen_.push_back({owner, text, caption, flags});
-  return IDOK;
+std::vector<MessageBoxSpy::Box> MessageBoxSpy::take() {
+  return std::exchange(seen, {});
 }

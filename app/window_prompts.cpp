@@ -1,0 +1,108 @@
+#include "app/window_prompts.h"
+
+#include <commdlg.h>
+
+#include <utility>
+
+#include "app/main_window.h"
+#include "app/program_state.h"
+#include "dialogs/find_dialog.h"
+#include "dialogs/go_to.h"
+#include "platform/pocketshell/aygshell.h"
+#include "resources/resource_ids.h"
+
+namespace {
+
+constexpr DWORD kFileBufferCount = 260;
+
+HWND ownerWindow(PromptOwner owner) {
+  switch (owner) {
+    case PromptOwner::none:
+      return nullptr;
+    case PromptOwner::mainWindow:
+      return mainWindow;
+    case PromptOwner::tabControl:
+      return tabControl;
+    case PromptOwner::findDialog:
+      return theDocument->findState().dialog;
+  }
+  return nullptr;
+}
+
+/// Names the purpose of a file dialog in the main window's title as long as it lives.
+class TitleOfPurpose {
+ public:
+  explicit TitleOfPurpose(const wchar_t* title) { SetWindowTextW(mainWindow, title); }
+  ~TitleOfPurpose() { SetWindowTextW(mainWindow, kMainWindowTitle); }
+  TitleOfPurpose(const TitleOfPurpose&) = delete;
+  TitleOfPurpose& operator=(const TitleOfPurpose&) = delete;
+};
+
+/// The parts of a filter are ended by a zero each.
+constexpr wchar_t kOpenFilter[] = L"All (*.cdb)\0*.cdb\0";
+constexpr wchar_t kCreateFilter[] = L"Databases (*.cdb)\0*.cdb\0";
+
+struct FileDialog {
+  const wchar_t* title;
+  const wchar_t* filter;
+  DWORD flags;
+  BOOL(WINAPI* run)(OPENFILENAMEW*);
+};
+
+FileDialog fileDialog(FileChoice choice) {
+  constexpr DWORD kExisting = OFN_EXPLORER | OFN_FILEMUSTEXIST;
+  constexpr DWORD kNew = OFN_EXPLORER | OFN_CREATEPROMPT | OFN_OVERWRITEPROMPT;
+  static_assert(kExisting == 0x81000 && kNew == 0x82002);
+  switch (choice) {
+    case FileChoice::create:
+      return {L"New Database", kCreateFilter, kNew, GetSaveFileNameW};
+    case FileChoice::remove:
+      return {L"Delete Database", kOpenFilter, kExisting, GetOpenFileNameW};
+    case FileChoice::open:
+      break;
+  }
+  return {L"Open Database", kOpenFilter, kExisting, GetOpenFileNameW};
+}
+
+}  // namespace
+
+int WindowPrompts::showMessage(PromptOwner owner, const wchar_t* text, const wchar_t* caption, UINT flags) {
+  return MessageBoxW(ownerWindow(owner), text, caption, flags);
+}
+
+std::optional<String> WindowPrompts::chooseFile(FileChoice choice) {
+  const FileDialog dialog = fileDialog(choice);
+  wchar_t path[kFileBufferCount] = L"";
+  OPENFILENAMEW question{};
+  question.lStructSize = sizeof(question);
+  question.hwndOwner = tabControl;
+  question.hInstance = instanceHandle;
+  question.lpstrFilter = dialog.filter;
+  question.lpstrFile = path;
+  question.nMaxFile = kFileBufferCount;
+  question.lpstrDefExt = L"cdb";
+  // The folder that was looked at last must not become the program's own.
+  question.Flags = dialog.flags | OFN_NOCHANGEDIR;
+  const TitleOfPurpose title(dialog.title);
+  if (!dialog.run(&question)) return std::nullopt;
+  return String(path);
+}
+
+std::optional<std::uint32_t> WindowPrompts::askRecordNumber(std::uint32_t highest) {
+  GoToDialog dialog;
+  dialog.highest = highest;
+  if (dialog.run(mainWindow) != IDOK || dialog.cancelled) return std::nullopt;
+  return dialog.chosen;
+}
+
+void WindowPrompts::showFindDialog(FindState& state, NameList fieldNames) {
+  FindDialog(state, std::move(fieldNames)).run(mainWindow);
+}
+
+void WindowPrompts::refillFindDialog(const FindState& state) {
+  FindDialog::refill(state.dialog);
+}
+
+void WindowPrompts::raiseInputPanel() {
+  SHSipPreference(mainWindow, SIP_UP);
+}

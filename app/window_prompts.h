@@ -1,0 +1,15 @@
+#pragma once
+
+#include "records/user_prompts.h"
+
+/// The Document's questions as message boxes and dialogs over the program's windows.
+class WindowPrompts final : public UserPrompts {
+ public:
+  int showMessage(PromptOwner owner, const wchar_t* text, const wchar_t* caption, UINT flags) override;
+  /// While it is open the main window's title names its purpose.
+  std::optional<String> chooseFile(FileChoice choice) override;
+  std::optional<std::uint32_t> askRecordNumber(std::uint32_t highest) override;
+  void showFindDialog(FindState& state, NameList fieldNames) override;
+  void refillFindDialog(const FindState& state) override;
+  void raiseInputPanel() override;
+};

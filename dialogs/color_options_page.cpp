@@ -1,0 +1,116 @@
+#include <windows.h>
+
+#include <commdlg.h>
+#include <prsht.h>
+
+#include <cstddef>
+
+#include "base/app_colors.h"
+#include "base/options_pages.h"
+#include "dialogs/color_swatch.h"
+#include "dialogs/dialog_colors.h"
+#include "dialogs/dialog_procedure.h"
+#include "dialogs/list_box.h"
+#include "dialogs/options_ids.h"
+#include "dialogs/options_page_procedures.h"
+#include "dialogs/options_page_window.h"
+#include "views/message_table.h"
+
+namespace {
+
+/// The selected entry of the live colour table, null for none.
+std::uint32_t* selectedColor() {
+  const auto index = static_cast<std::size_t>(theColorOptionsPage->selectedIndex);
+  return index < appColors.size() ? &appColors[index] : nullptr;
+}
+
+void refreshSwatch(HWND page) {
+  theColorOptionsPage->selectedIndex = listbox::selectedIndex(GetDlgItem(page, IDC_COLORS));
+  if (!selectedColor()) return;
+  const RECT swatch = swatchPlace();
+  InvalidateRect(page, &swatch, TRUE);
+  UpdateWindow(page);
+}
+
+void pickColor(HWND page) {
+  std::uint32_t* const color = selectedColor();
+  if (!color) return;
+  CHOOSECOLORW choice{};
+  choice.lStructSize = sizeof(choice);
+  choice.hwndOwner = page;
+  choice.rgbResult = *color;
+  choice.lpCustColors = customColors.data();
+  choice.Flags = CC_RGBINIT | CC_FULLOPEN;
+  if (!ChooseColorW(&choice)) return;
+  *color = choice.rgbResult;
+  refreshSwatch(page);
+}
+
+void resetColors(HWND page) {
+  const int answer =
+      MessageBoxW(page, L"Reset all colors to their defaults?", L"Quivane", MB_YESNO | MB_SETFOREGROUND);
+  if (answer != IDYES) return;
+  resetAppColors();
+  refreshSwatch(page);
+}
+
+LRESULT opened(HWND page, UINT, WPARAM, LPARAM) {
+  theColorOptionsPage->window = page;
+  optionspage::open(page);
+  const HWND list = GetDlgItem(page, IDC_COLORS);
+  for (const AppColorDefault& entry : kAppColorDefaults) listbox::append(list, entry.name);
+  listbox::select(list, 0);
+  theColorOptionsPage->selectedIndex = 0;
+  PostMessageW(page, kRedrawSwatchMessage, 0, 0);
+  return TRUE;
+}
+
+LRESULT redrawAsked(HWND page, UINT, WPARAM, LPARAM) {
+  refreshSwatch(page);
+  return TRUE;
+}
+
+LRESULT commanded(HWND page, UINT, WPARAM wParam, LPARAM) {
+  if (wParam == MAKEWPARAM(IDC_COLORS, LBN_SELCHANGE)) refreshSwatch(page);
+  if (optionspage::isClick(wParam, IDC_COLOR_PICK)) pickColor(page);
+  if (optionspage::isClick(wParam, IDC_COLOR_RESET)) resetColors(page);
+  return FALSE;
+}
+
+LRESULT notified(HWND page, UINT message, WPARAM wParam, LPARAM lParam) {
+  if (reinterpret_cast<const NMHDR*>(lParam)->code == PSN_SETACTIVE) refreshSwatch(page);
+  return optionspage::answerSheet(page, message, wParam, lParam);
+}
+
+/// Here, so that the swatch is there again after another window has covered it.
+LRESULT painted(HWND page, UINT, WPARAM, LPARAM) {
+  PAINTSTRUCT paint{};
+  const HDC dc = BeginPaint(page, &paint);
+  if (const std::uint32_t* const color = selectedColor()) drawSwatch(dc, *color);
+  EndPaint(page, &paint);
+  return TRUE;
+}
+
+LRESULT closed(HWND page, UINT, WPARAM, LPARAM) {
+  listbox::clear(GetDlgItem(page, IDC_COLORS));
+  theColorOptionsPage->window = nullptr;
+  return FALSE;
+}
+
+constexpr MessageRow kMessages[] = {
+    {WM_INITDIALOG, opened},
+    {kRedrawSwatchMessage, redrawAsked},
+    {WM_COMMAND, commanded},
+    {WM_NOTIFY, notified},
+    {WM_PAINT, painted},
+    {WM_WINDOWPOSCHANGING, optionspage::keepPlace},
+    {WM_CTLCOLORSTATIC, colorDialogText},
+    {WM_CTLCOLORDLG, colorDialogBackground},
+    {WM_DESTROY, closed},
+};
+
+}  // namespace
+
+INT_PTR CALLBACK colorOptionsProcedure(HWND page, UINT message, WPARAM wParam, LPARAM lParam) noexcept {
+  return answerFromTable(kMessages, page, message, wParam, lParam, leaveToSystem);
+}

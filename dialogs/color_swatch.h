@@ -1,0 +1,10 @@
+#pragma once
+
+#include <windows.h>
+
+/// The sample of a colour on a dialog: a rectangle with a black frame of one handheld pixel.
+
+/// Where it is in the dialog's client area, in the monitor's pixels.
+RECT swatchPlace();
+
+void drawSwatch(HDC dc, COLORREF color);

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+
+#include "base/name_list.h"
+#include "base/string.h"
+
+/// The messages of a combo box, typed. Indexes are 0-based, in the order of the list.
+namespace combobox {
+
+inline constexpr int kNoSelection = CB_ERR;
+
+inline void clear(HWND combo) {
+  SendMessageW(combo, CB_RESETCONTENT, 0, 0);
+}
+
+/// At the end, or in its place when the list is sorted.
+inline void add(HWND combo, const String& text) {
+  SendMessageW(combo, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(text.text()));
+}
+
+/// Replaces what the list held and selects the first entry, if there is one.
+inline void fill(HWND combo, const NameList& names) {
+  clear(combo);
+  for (std::uint32_t i = 0; i < names.size(); ++i) add(combo, names[i]);
+  SendMessageW(combo, CB_SETCURSEL, 0, 0);
+}
+
+inline int selection(HWND combo) {
+  return static_cast<int>(SendMessageW(combo, CB_GETCURSEL, 0, 0));
+}
+
+/// The whole text of the selected entry, empty when none is.
+inline String selectedText(HWND combo) {
+  const int index = selection(combo);
+  if (index == kNoSelection) return {};
+  const LRESULT length = SendMessageW(combo, CB_GETLBTEXTLEN, static_cast<WPARAM>(index), 0);
+  if (length <= 0) return {};
+  std::wstring text(static_cast<std::size_t>(length) + 1, L'\0');
+  SendMessageW(combo, CB_GETLBTEXT, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(text.data()));
+  return text.c_str();
+}
+
+/// Of the edit; the system's own limit is lower than what people paste.
+inline void removeTextLimit(HWND combo) {
+  SendMessageW(combo, CB_LIMITTEXT, 0, 0);
+}
+
+}  // namespace combobox

@@ -1,0 +1,125 @@
+#include "dialogs/find_dialog.h"
+
+#include <array>
+#include <utility>
+
+#include "base/recent_finds.h"
+#include "base/settings_store.h"
+#include "dialogs/combo_box.h"
+#include "dialogs/dialog_place.h"
+#include "dialogs/find_dialog_ids.h"
+#include "dialogs/panel_use.h"
+#include "views/child_control.h"
+
+namespace {
+
+constexpr wchar_t kCheckAllFields[] = L"CheckAllFields";
+constexpr wchar_t kMatchCase[] = L"MatchCase";
+
+/// 0 when it is missing.
+std::uint32_t readFlag(const wchar_t* name) {
+  std::uint32_t value = 0;
+  SettingsStore::ReadDword(SettingsStore::kOptions, name, 0, value);
+  return value != 0 ? 1 : 0;
+}
+
+}  // namespace
+
+FindDialog::FindDialog(FindState& state, NameList fieldNames)
+    : state_(state), fieldNames_(std::move(fieldNames)) {}
+
+INT_PTR FindDialog::run(HWND owner) {
+  owner_ = owner;
+  const INT_PTR result = runTemplate(IDD_FIND, owner);
+  // Also when it was not the user who ended it.
+  state_.dialog = nullptr;
+  return result;
+}
+
+std::span<const FindDialog::CommandRow> FindDialog::commandRows() {
+  static constexpr std::array<CommandRow, 4> kRows = {{
+      {IDOK, BN_CLICKED, &FindDialog::confirm},
+      {IDCANCEL, BN_CLICKED, &FindDialog::cancel},
+      {IDC_FIND_NEXT, BN_CLICKED, &FindDialog::next},
+      {IDC_FIND_ALL_FIELDS, BN_CLICKED, &FindDialog::allFieldsClicked},
+  }};
+  return kRows;
+}
+
+void FindDialog::opened() {
+  centreDialog(window());
+  panelWasUp_ = isInputPanelUp();
+  SHSipPreference(window(), SIP_UP);
+  state_.dialog = window();
+  state_.newSearch = true;
+  combobox::removeTextLimit(control(IDC_FIND_TEXT));
+  SetFocus(control(IDC_FIND_TEXT));
+  combobox::fill(control(IDC_FIND_FIELD), fieldNames_);
+  refillControls();
+}
+
+void FindDialog::refill(HWND dialog) {
+  if (FindDialog* const open = of(dialog)) open->refillControls();
+}
+
+void FindDialog::refillControls() {
+  NameList finds;
+  RecentFinds::List(finds);
+  combobox::fill(control(IDC_FIND_TEXT), finds);
+  state_.checkAllFields = readFlag(kCheckAllFields);
+  state_.matchCase = readFlag(kMatchCase);
+  CheckDlgButton(window(), IDC_FIND_ALL_FIELDS, state_.checkAllFields);
+  CheckDlgButton(window(), IDC_FIND_MATCH_CASE, state_.matchCase);
+  enableField();
+}
+
+void FindDialog::enableField() const {
+  const BOOL enabled = state_.checkAllFields == 0;
+  EnableWindow(control(IDC_FIND_FIELD), enabled);
+  EnableWindow(control(IDC_FIND_FIELD_LABEL), enabled);
+}
+
+void FindDialog::allFieldsClicked() {
+  state_.checkAllFields = IsDlgButtonChecked(window(), IDC_FIND_ALL_FIELDS);
+  SettingsStore::WriteDword(SettingsStore::kOptions, kCheckAllFields, state_.checkAllFields);
+  enableField();
+}
+
+void FindDialog::storeCheckBoxes() {
+  allFieldsClicked();
+  state_.matchCase = IsDlgButtonChecked(window(), IDC_FIND_MATCH_CASE);
+  SettingsStore::WriteDword(SettingsStore::kOptions, kMatchCase, state_.matchCase);
+}
+
+void FindDialog::next() {
+  // Nothing of the state is changed before both texts are there.
+  String text = windowText(control(IDC_FIND_TEXT));
+  String fieldName = combobox::selectedText(control(IDC_FIND_FIELD));
+  storeCheckBoxes();
+  state_.text = std::move(text);
+  state_.fieldName = std::move(fieldName);
+  putPanelDown();
+  state_.fieldPosition = static_cast<std::uint32_t>(combobox::selection(control(IDC_FIND_FIELD)) + 1);
+  RecentFinds::Remember(state_.text);
+  PostMessageW(owner_, kFindNextMessage, 0, 0);
+}
+
+void FindDialog::confirm() {
+  PostMessageW(owner_, kFindNextMessage, 0, 0);
+  leave(IDOK);
+}
+
+void FindDialog::cancel() {
+  leave(IDCANCEL);
+}
+
+void FindDialog::leave(INT_PTR result) {
+  state_.dialog = nullptr;
+  storeCheckBoxes();
+  putPanelDown();
+  close(result);
+}
+
+void FindDialog::putPanelDown() const {
+  if (!panelWasUp_) SHSipPreference(window(), SIP_DOWN);
+}

@@ -1,0 +1,26 @@
+#pragma once
+
+// Numbers of the pages of the options sheet and of their controls. Identifiers are those of one page.
+
+#define IDD_OPTIONS_GENERAL 240
+#define IDC_RIGHTS_GROUP 1011
+#define IDC_RIGHTS_NONE 1012
+#define IDC_RIGHTS_NEW 1013
+#define IDC_RIGHTS_NEW_AND_DELETE 1014
+#define IDC_OPEN_LAST_TABLE 1046
+
+#define IDD_OPTIONS_SECURITY 241
+#define IDC_WARNING_ON_DELETION 1011
+#define IDC_USE_PASSWORD 1013
+
+#define IDD_OPTIONS_VIEW 242
+#define IDC_REBARS_AT_TOP 1047
+#define IDC_TAB_LABELS_GROUP 1058
+#define IDC_TAB_TEXT_ONLY 1059
+#define IDC_TAB_ICON_ONLY 1060
+#define IDC_TAB_TEXT_AND_ICON 1061
+
+#define IDD_OPTIONS_COLOR 243
+#define IDC_COLORS 1062
+#define IDC_COLOR_PICK 1063
+#define IDC_COLOR_RESET 1064

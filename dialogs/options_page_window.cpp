@@ -1,0 +1,43 @@
+#include "dialogs/options_page_window.h"
+
+#include <prsht.h>
+
+#include "dialogs/dialog_layout.h"
+#include "platform/pocketshell/handheld_windows.h"
+
+void optionspage::open(HWND page) {
+  SHINITDLGINFO info{};
+  info.dwMask = SHIDIM_FLAGS;
+  info.hDlg = page;
+  info.dwFlags = SHIDIF_DONEBUTTON | SHIDIF_SIZEDLGFULLSCREEN | SHIDIF_SIPDOWN;
+  SHInitDialog(&info);
+  layOutControls(page);
+  HandheldMoveWindow(page, 0, 0, kWidth, kHeight, FALSE);
+}
+
+LRESULT optionspage::keepPlace(HWND, UINT, WPARAM, LPARAM lParam) {
+  auto& place = *reinterpret_cast<WINDOWPOS*>(lParam);
+  place.x = 0;
+  place.y = 0;
+  place.cx = HandheldToMonitor(kWidth);
+  place.cy = HandheldToMonitor(kHeight);
+  return TRUE;
+}
+
+LRESULT optionspage::answerSheet(HWND page, UINT, WPARAM, LPARAM lParam) {
+  if (reinterpret_cast<const NMHDR*>(lParam)->code != PSN_APPLY) return FALSE;
+  SetWindowLongPtrW(page, DWLP_MSGRESULT, PSNRET_NOERROR);
+  return TRUE;
+}
+
+bool optionspage::isClick(WPARAM wParam, int id) {
+  return LOWORD(wParam) == id && HIWORD(wParam) == BN_CLICKED;
+}
+
+DWORD optionspage::checkState(HWND page, int id) {
+  return IsDlgButtonChecked(page, id) == BST_CHECKED ? 1 : 0;
+}
+
+void optionspage::setCheckState(HWND page, int id, DWORD value) {
+  CheckDlgButton(page, id, value != 0 ? BST_CHECKED : BST_UNCHECKED);
+}

@@ -1,0 +1,62 @@
+#pragma once
+
+#include <windows.h>
+
+#include <functional>
+
+#include "base/name_list.h"
+#include "base/string.h"
+#include "dialogs/table_dialog.h"
+
+/// What the Query dialog needs of the program. All of it is set, and lasts as long as the dialog runs.
+struct QueryDialogHost {
+  /// The tables of the open database.
+  const NameList& tableNames;
+  /// Replaces `names`, which comes empty, by the field names of a SELECT; leaves it when that does not open.
+  std::function<void(const String& sql, NameList& names)> listFieldNames;
+  /// Whether a statement opens as a recordset.
+  std::function<bool(const String& sql)> returnsRecords;
+  /// Shows a page of the help and does not wait for it.
+  std::function<void(const wchar_t* topic)> showHelp;
+};
+
+/// The dialog in which a saved query is written: its name, its SQL, and lists of the tables and fields to
+/// put into that. It stores nothing.
+class QueryDialog : public TableDialog<QueryDialog> {
+ public:
+  static constexpr wchar_t kHelpTopic[] = L"\\Windows\\file:Quivane.htm#Queries";
+
+  explicit QueryDialog(QueryDialogHost host);
+
+  /// Runs the dialog over `owner`: IDOK or IDCANCEL, -1 when it can't be made. After IDOK the name is not
+  /// empty, and the SQL begins with SELECT and returns records. After IDCANCEL they are not to be used.
+  INT_PTR run(HWND owner);
+
+  // In and out: what the dialog begins with, a new query unless set otherwise, and what the user confirmed.
+  // NOLINTBEGIN(misc-non-private-member-variables-in-classes)
+  String name;
+  String sql = L"SELECT * FROM";
+  // NOLINTEND(misc-non-private-member-variables-in-classes)
+
+ private:
+  friend TableDialog<QueryDialog>;
+  static std::span<const CommandRow> commandRows();
+  static std::span<const MessageRow> messageRows();
+
+  void opened();
+  void layOutSql();
+  void fillFields();
+  void insertTable();
+  void insertField();
+  void check();
+  void help();
+  void confirm();
+  void cancel();
+
+  void insert(const wchar_t* text) const;
+  void leave(INT_PTR result) const;
+  void tell(const wchar_t* text) const;
+
+  QueryDialogHost host_;
+  bool panelWasUp_ = false;
+};

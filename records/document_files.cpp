@@ -1,0 +1,192 @@
+// The commands for whole databases, tables and saved queries.
+#include <windows.h>
+
+#include <algorithm>
+#include <cwchar>
+#include <string>
+
+#include "data/last_error.h"
+#include "records/document.h"
+
+namespace {
+
+constexpr wchar_t kCaption[] = L"Quivane";
+
+/// File names differ in more than letter case.
+bool isSameFile(const String& one, const String& other) {
+  return CompareStringOrdinal(one.text(), -1, other.text(), -1, TRUE) == CSTR_EQUAL;
+}
+
+}  // namespace
+
+void Document::tellFailure(const std::wstring& what) {
+  const std::wstring text = what + L"\n" + database_.refusalText().text();
+  refuse(PromptOwner::mainWindow, text.c_str());
+}
+
+bool Document::confirmDeletion(const std::wstring& what) {
+  const std::wstring text = L"Are you sure you want to delete " + what + L" ?";
+  return pages_.prompts.showMessage(PromptOwner::tabControl, text.c_str(), kCaption,
+                                    MB_YESNO | MB_SETFOREGROUND) == IDYES;
+}
+
+// ---- Databases
+
+CommandResult Document::openDatabaseCommand() {
+  const std::optional<String> path = pages_.prompts.chooseFile(FileChoice::open);
+  if (!path) return CommandResult::cancelled;
+  if (!finishEditing()) return CommandResult::cancelled;
+  closeDatabase();
+  return openChosen(*path);
+}
+
+CommandResult Document::newDatabaseCommand() {
+  if (!finishEditing()) return CommandResult::cancelled;
+  closeDatabase();
+  const std::optional<String> path = pages_.prompts.chooseFile(FileChoice::create);
+  if (!path) return CommandResult::cancelled;
+  if (!database_.createDatabase(*path)) {
+    tellFailure(std::wstring(L"Database ") + path->text() + L" could not be created.");
+    return CommandResult::failed;
+  }
+  return openChosen(*path);
+}
+
+CommandResult Document::openChosen(const String& path) {
+  if (openDatabase(path)) return CommandResult::done;
+  tellFailure(std::wstring(L"Database ") + path.text() + L" could not be opened.");
+  return CommandResult::failed;
+}
+
+CommandResult Document::deleteDatabaseCommand() {
+  const std::optional<String> path = pages_.prompts.chooseFile(FileChoice::remove);
+  if (!path) return CommandResult::cancelled;
+  if (database_.isOpen() && isSameFile(*path, databasePath_)) {
+    const std::wstring text =
+        std::wstring(L"Database ") + path->text() + L" cannot be deleted\nas it is currently open!";
+    pages_.prompts.showMessage(PromptOwner::none, text.c_str(), kCaption, MB_SETFOREGROUND);
+    return CommandResult::failed;
+  }
+  if (!confirmDeletion(std::wstring(L"database file ") + path->text())) return CommandResult::cancelled;
+  if (database_.dropOtherDatabase(*path)) return CommandResult::done;
+  tellFailure(std::wstring(L"Database ") + path->text() + L" could not be deleted.");
+  return CommandResult::failed;
+}
+
+// ---- Tables
+
+CommandResult Document::deleteTableCommand() {
+  if (!database_.isOpen() || viewMode_ != ViewMode::tables) return CommandResult::cancelled;
+  // While a query is in use the page still shows which table was chosen last.
+  if (tableName_.isEmpty()) openTableSelection(pages_.tables->selectedIndex());
+  if (tableName_.isEmpty()) return CommandResult::failed;
+  const String name = tableName_;
+  if (!confirmDeletion(std::wstring(L"table '") + name.text() + L"'")) return CommandResult::cancelled;
+  database_.closeRecordset();
+  recordsetOpen_ = false;
+  if (!database_.dropTable(name)) {
+    sqlPending_ = true;
+    tellFailure(std::wstring(L"Table '") + name.text() + L"' could not be deleted.");
+    return CommandResult::failed;
+  }
+  sqlPending_ = false;
+  tableName_.clear();
+  sqlText_.clear();
+  database_.listTables(tableNames_);
+  pages_.tables->fill(tableNames_, Positioning::previous, String());
+  updateCommandBar();
+  return CommandResult::done;
+}
+
+bool Document::createTable(const String& name, const String& columns) {
+  if (!database_.createTable(name, columns)) {
+    tellFailure(std::wstring(L"Table '") + name.text() + L"' could not be created.");
+    return false;
+  }
+  database_.listTables(tableNames_);
+  pages_.tables->fill(tableNames_, Positioning::byName, name);
+  updateCommandBar();
+  return true;
+}
+
+// ---- Saved queries
+
+CommandResult Document::deleteQueryCommand() {
+  if (!database_.isOpen() || viewMode_ != ViewMode::queries) return CommandResult::cancelled;
+  const int index = pages_.queries->selectedIndex();
+  const String name = pages_.queries->itemText(index);
+  if (name.isEmpty()) return CommandResult::failed;
+  if (!confirmDeletion(std::wstring(L"query '") + name.text() + L"'")) return CommandResult::cancelled;
+  if (!database_.deleteQuery(static_cast<std::uint32_t>(index))) {
+    tellFailure(std::wstring(L"Query '") + name.text() + L"' could not be deleted.");
+    return CommandResult::failed;
+  }
+  reloadQueries();
+  return CommandResult::done;
+}
+
+bool Document::chosenQuery(SavedQuery& query) {
+  if (!database_.isOpen() || viewMode_ != ViewMode::queries) return false;
+  const int index = pages_.queries->selectedIndex();
+  return index >= 0 && database_.getQuery(static_cast<std::uint32_t>(index), query);
+}
+
+bool Document::addQuery(const SavedQuery& query) {
+  if (!database_.addQuery(query)) {
+    tellQueryNotStored(query);
+    return false;
+  }
+  // The first query makes the table that they are kept in.
+  database_.listTables(tableNames_);
+  freshlyOpened_ = true;
+  showQueries(query.name);
+  return true;
+}
+
+bool Document::changeChosenQuery(const SavedQuery& query) {
+  if (!database_.updateQuery(static_cast<std::uint32_t>(pages_.queries->selectedIndex()), query)) {
+    tellQueryNotStored(query);
+    return false;
+  }
+  showQueries(query.name);
+  return true;
+}
+
+void Document::tellQueryNotStored(const SavedQuery& query) {
+  const std::wstring text =
+      std::wstring(L"Query '") + query.name.text() + L"' could not be stored.\n" + takeLastErrorText().text();
+  refuse(PromptOwner::mainWindow, text.c_str());
+}
+
+void Document::showQueries(const String& chosen) {
+  database_.listQueries(queryNames_);
+  for (std::uint32_t i = 0; i < queryNames_.size(); ++i) {
+    if (std::wcscmp(queryNames_[i].text(), chosen.text()) != 0) continue;
+    pages_.queries->setSelectedIndex(static_cast<int>(i));
+    break;
+  }
+  pages_.queries->fill(queryNames_);
+  openQuerySelection(pages_.queries->selectedIndex());
+  updateCommandBar();
+}
+
+bool Document::returnsRecords(const String& sql) {
+  const bool returns = database_.checkSql(sql);
+  // The statement that was tried has taken the place of the records in use.
+  recordsetOpen_ = false;
+  sqlPending_ = !sqlText_.isEmpty();
+  return returns;
+}
+
+void Document::reloadQueries() {
+  database_.listQueries(queryNames_);
+  const int last = static_cast<int>(queryNames_.size()) - 1;
+  if (pages_.queries->selectedIndex() > last) pages_.queries->setSelectedIndex(std::max(last, 0));
+  if (queryNames_.isEmpty()) {
+    // The last query is gone, and its records with it.
+    queryName_.clear();
+    if (tableName_.isEmpty() && !tableNames_.isEmpty()) selectFirstTable();
+  }
+  pages_.queries->fill(queryNames_);
+  updateCommandBar();
+}

@@ -1,0 +1,101 @@
+// The search for text in the records, a step for each press of the Find dialog's button.
+#include <windows.h>
+
+#include <string>
+#include <utility>
+
+#include "records/document.h"
+#include "records/wait_cursor.h"
+
+int Document::openFind() {
+  if (viewMode_ != ViewMode::form) return 0;
+  if (!database_.isOpen()) {
+    refuse(PromptOwner::mainWindow, L"Cannot find text when a database is not open!");
+    return 0;
+  }
+  if (!recordsetOpen_ || database_.recordCount() == 0 || !finishEditing()) return 0;
+  findStartRecord_ = currentRecord;
+  NameList names;
+  for (std::uint32_t field = 0; field < database_.fieldCount(); ++field)
+    names.append(database_.fieldName(field));
+  pages_.prompts.showFindDialog(find_, std::move(names));
+  return 0;
+}
+
+int Document::findNext() {
+  if (viewMode_ != ViewMode::form || !recordsetOpen_ || database_.recordCount() == 0) return 0;
+  // What was typed on the form between two steps belongs to the record that is shown.
+  if (!finishEditing()) return 0;
+  {
+    const WaitCursor wait;
+    beginSearch();
+    std::uint32_t field = 0;
+    bool found = searchUpTo(database_.recordCount(), field);
+    if (!found) {
+      database_.moveFirst();
+      findRecordCounter_ = 0;
+      found = searchUpTo(findStartRecord_, field);
+    }
+    if (found) {
+      findField_ = field;
+      pages_.form.focusField(field);
+    } else {
+      database_.moveTo(findStartRecord_);
+      loadRecord();
+    }
+    foundInSearch_ = found;
+  }
+  tellSearchEnd();
+  updateNavigationState();
+  updatePageState();
+  pages_.prompts.refillFindDialog(find_);
+  return 0;
+}
+
+/// Where the search begins: anew at the current record, or behind the last match.
+void Document::beginSearch() {
+  if (find_.newSearch) {
+    findField_ = find_.checkAllFields != 0 ? 0 : database_.fieldIndexByName(find_.fieldName);
+    findRecordCounter_ = currentRecord;
+    find_.newSearch = false;
+  } else if (find_.checkAllFields != 0) {
+    if (++findField_ >= database_.fieldCount()) {
+      findField_ = 0;
+      ++findRecordCounter_;
+    }
+  } else {
+    findField_ = database_.fieldIndexByName(find_.fieldName);
+    ++findRecordCounter_;
+  }
+}
+
+/// Tests the record of the cursor and those behind it while the counter is below `end`. A match is shown
+/// on the form; the cursor then stands behind it, as behind every record that was tested.
+bool Document::searchUpTo(std::uint32_t end, std::uint32_t& field) {
+  bool found = false;
+  while (findRecordCounter_ < end && !found) {
+    if (find_.checkAllFields != 0) findField_ = 0;
+    found =
+        database_.matchRecord(find_.checkAllFields != 0, find_.matchCase != 0, findField_, find_.text, field);
+    if (found) loadRecord();
+    database_.moveNext();
+    ++findRecordCounter_;
+  }
+  return found;
+}
+
+void Document::tellSearchEnd() {
+  constexpr UINT kFlags = MB_ICONEXCLAMATION | MB_TOPMOST;
+  const std::wstring quoted = std::wstring(L"'") + find_.text.text() + L"'";
+  if (!foundInSearch_ && findRecordCounter_ != findStartRecord_) {
+    const std::wstring where = find_.checkAllFields != 0 ? std::wstring(L" was not found in any field")
+                                                         : std::wstring(L" was not found in field '") +
+                                                               find_.fieldName.text() + L"'";
+    pages_.prompts.showMessage(PromptOwner::findDialog, (quoted + where).c_str(), L"Text not found", kFlags);
+    if (find_.dialog) SetFocus(find_.dialog);
+  }
+  if (findRecordCounter_ == findStartRecord_) {
+    pages_.prompts.showMessage(PromptOwner::findDialog, (L"All records searched for " + quoted).c_str(),
+                               L"Searched all records", kFlags);
+  }
+}

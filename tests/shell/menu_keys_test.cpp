@@ -1,0 +1,205 @@
+#include "platform/pocketshell/menu_keys.h"
+
+#include <functional>
+#include <vector>
+
+#include "platform/pocketshell/menu_walk.h"
+#include "tests/shell/shell_fixture.h"
+#include "tests/shell/shell_resources.h"
+
+namespace {
+
+using Action = pocketshell::MenuKeyEffect::Action;
+
+TEST(MenuKeyEffectTest, WalksRoundTheEnds) {
+  EXPECT_EQ(pocketshell::menuKeyEffect(VK_RIGHT, 2, 3, -1), (pocketshell::MenuKeyEffect{Action::move, 0}));
+  EXPECT_EQ(pocketshell::menuKeyEffect(VK_LEFT, 0, 3, -1), (pocketshell::MenuKeyEffect{Action::move, 2}));
+}
+
+TEST(MenuKeyEffectTest, OpensByArrowsEnterAndLetters) {
+  for (const WPARAM key : {VK_UP, VK_DOWN, VK_RETURN}) {
+    EXPECT_EQ(pocketshell::menuKeyEffect(key, 1, 3, -1), (pocketshell::MenuKeyEffect{Action::open, 1}));
+  }
+  EXPECT_EQ(pocketshell::menuKeyEffect('F', 1, 3, 0), (pocketshell::MenuKeyEffect{Action::open, 0}));
+  EXPECT_EQ(pocketshell::menuKeyEffect('X', 1, 3, -1), (pocketshell::MenuKeyEffect{Action::none, 1}));
+}
+
+TEST(MenuKeyEffectTest, LeavesByEscapeAltAndF10) {
+  for (const WPARAM key : {VK_ESCAPE, VK_MENU, VK_F10}) {
+    EXPECT_EQ(pocketshell::menuKeyEffect(key, 1, 3, -1).action, Action::leave);
+  }
+}
+
+/// A window with a menu bar and an edit control that has the keyboard. Each popup that opens gets the
+/// next keys.
+class MenuKeysTest : public ShellTest {
+ protected:
+  MenuKeysTest() {
+    bar_ = makeBar();
+    edit_ = HandheldCreateWindow(0, WC_EDITW, L"", WS_CHILD | WS_VISIBLE, 0, 0, 100, 20, top(), nullptr,
+                                 nullptr, nullptr);
+    SetFocus(edit_);
+    pump();
+    forget();
+    onMessage([this](const Got& got) {
+      if (got.message != WM_INITMENUPOPUP) return;
+      opened_.push_back(GetMenuItemID(reinterpret_cast<HMENU>(got.wParam), 0));
+      if (opened_.size() > keys_.size()) {
+        PostMessageW(top(), WM_CANCELMODE, 0, 0);
+        return;
+      }
+      for (const WPARAM key : keys_[opened_.size() - 1]) PostMessageW(top(), WM_KEYDOWN, key, 0);
+    });
+  }
+
+  void pressAltAnd(wchar_t letter) { PostMessageW(edit_, WM_SYSCHAR, letter, LPARAM{1} << 29); }
+  void press(WPARAM key) { PostMessageW(edit_, WM_KEYDOWN, key, 1); }
+  int commandCount(int command) const { return countOf(WM_COMMAND, static_cast<WPARAM>(command)); }
+  int commandCount() const {
+    int count = 0;
+    for (const Got& each : got()) count += each.message == WM_COMMAND && HIWORD(each.wParam) == 0 ? 1 : 0;
+    return count;
+  }
+
+  HWND bar_ = nullptr;
+  HWND edit_ = nullptr;
+  std::vector<std::vector<WPARAM>> keys_;  ///< for each popup in turn
+  std::vector<UINT> opened_;               ///< the first items of the popups that opened
+};
+
+TEST_F(MenuKeysTest, AltAndALetterOpenAPopupAndEnterChooses) {
+  keys_ = {{VK_RETURN}};
+  pressAltAnd(L'e');
+  pump();
+  EXPECT_EQ(opened_, std::vector<UINT>{ID_UNDO});
+  EXPECT_EQ(commandCount(ID_UNDO), 1);
+  EXPECT_EQ(GetFocus(), edit_);
+}
+
+TEST_F(MenuKeysTest, DownWalksTheItems) {
+  keys_ = {{VK_DOWN, VK_RETURN}};
+  pressAltAnd(L'e');
+  pump();
+  EXPECT_EQ(commandCount(ID_CUT), 1);
+}
+
+TEST_F(MenuKeysTest, RightWalksFromPopupToPopupRoundTheEnd) {
+  keys_ = {{VK_RIGHT}, {VK_RIGHT}, {VK_RIGHT}, {VK_RETURN}};
+  pressAltAnd(L'f');
+  pump();
+  EXPECT_EQ(opened_, (std::vector<UINT>{ID_NEW, ID_UNDO, ID_DELETE, ID_NEW}));
+  EXPECT_EQ(commandCount(ID_NEW), 1);
+}
+
+TEST_F(MenuKeysTest, LeftWalksBack) {
+  keys_ = {{VK_LEFT}, {VK_LEFT}, {VK_RETURN}};
+  pressAltAnd(L'f');
+  pump();
+  EXPECT_EQ(opened_, (std::vector<UINT>{ID_NEW, ID_DELETE, ID_UNDO}));
+  EXPECT_EQ(commandCount(ID_UNDO), 1);
+}
+
+TEST_F(MenuKeysTest, RightOpensASubmenuAndLeftClosesOnlyThat) {
+  keys_ = {{VK_DOWN, VK_RIGHT}, {VK_LEFT, VK_RIGHT}, {VK_DOWN, VK_RETURN}};
+  pressAltAnd(L'r');
+  pump();
+  EXPECT_EQ(opened_, (std::vector<UINT>{ID_DELETE, ID_FIRST, ID_FIRST}));
+  EXPECT_EQ(commandCount(ID_LAST), 1);
+}
+
+TEST_F(MenuKeysTest, RightInASubmenuGoesToTheNextPopup) {
+  keys_ = {{VK_DOWN, VK_RIGHT}, {VK_RIGHT}, {VK_ESCAPE}};
+  pressAltAnd(L'r');
+  pump();
+  EXPECT_EQ(opened_, (std::vector<UINT>{ID_DELETE, ID_FIRST, ID_NEW}));
+}
+
+TEST_F(MenuKeysTest, EscapeClosesWithoutACommand) {
+  keys_ = {{VK_ESCAPE}};
+  pressAltAnd(L'f');
+  pump();
+  EXPECT_EQ(opened_.size(), 1U);
+  EXPECT_EQ(commandCount(), 0);
+  EXPECT_FALSE(pocketshell::isWalkingMenus());
+}
+
+TEST_F(MenuKeysTest, AGreyItemCannotBeChosen) {
+  keys_ = {{VK_UP, VK_RETURN, VK_ESCAPE}};
+  pressAltAnd(L'f');
+  pump();
+  EXPECT_EQ(commandCount(ID_CLOSE), 0);
+}
+
+TEST_F(MenuKeysTest, AnEnabledItemCanBeChosen) {
+  const auto file = reinterpret_cast<HMENU>(SendMessageW(bar_, SHCMBM_GETSUBMENU, 0, ID_FILE_BUTTON));
+  EnableMenuItem(file, ID_CLOSE, MF_ENABLED);
+  keys_ = {{VK_UP, VK_RETURN}};
+  pressAltAnd(L'f');
+  pump();
+  EXPECT_EQ(commandCount(ID_CLOSE), 1);
+}
+
+TEST_F(MenuKeysTest, ALetterWithoutAButtonOpensNothing) {
+  pressAltAnd(L'x');
+  pump();
+  EXPECT_TRUE(opened_.empty());
+}
+
+TEST_F(MenuKeysTest, AltAloneLetsTheArrowsWalkTheButtons) {
+  keys_ = {{VK_RETURN}};
+  SendMessageW(top(), WM_SYSCOMMAND, SC_KEYMENU, 0);
+  EXPECT_EQ(SendMessageW(bar_, TB_GETHOTITEM, 0, 0), 0);
+  press(VK_RIGHT);
+  pump();
+  EXPECT_EQ(SendMessageW(bar_, TB_GETHOTITEM, 0, 0), 1);
+  press(VK_DOWN);
+  pump();
+  EXPECT_EQ(opened_, std::vector<UINT>{ID_UNDO});
+  EXPECT_EQ(commandCount(ID_UNDO), 1);
+}
+
+TEST_F(MenuKeysTest, F10ReachesTheBarThroughAControl) {
+  PostMessageW(edit_, WM_SYSKEYDOWN, VK_F10, 1);
+  PostMessageW(edit_, WM_SYSKEYUP, VK_F10, 1);
+  pump();
+  EXPECT_EQ(SendMessageW(bar_, TB_GETHOTITEM, 0, 0), 0);
+}
+
+TEST_F(MenuKeysTest, EscapeGivesTheKeyboardBack) {
+  SendMessageW(top(), WM_SYSCOMMAND, SC_KEYMENU, 0);
+  press('A');
+  press(VK_ESCAPE);
+  pump();
+  EXPECT_EQ(GetWindowTextLengthW(edit_), 0);
+  EXPECT_EQ(SendMessageW(bar_, TB_GETHOTITEM, 0, 0), -1);
+  PostMessageW(edit_, WM_CHAR, L'b', 1);
+  pump();
+  EXPECT_EQ(GetWindowTextLengthW(edit_), 1);
+}
+
+TEST_F(MenuKeysTest, APressedButtonOpensItsPopup) {
+  keys_ = {{VK_DOWN, VK_RETURN}};
+  RECT record{};
+  SendMessageW(bar_, TB_GETITEMRECT, 2, reinterpret_cast<LPARAM>(&record));
+  PostMessageW(bar_, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(record.left + 3, record.top + 3));
+  pump();
+  EXPECT_EQ(opened_, std::vector<UINT>{ID_DELETE});
+  EXPECT_EQ(commandCount(ID_DELETE), 1);
+}
+
+TEST_F(MenuKeysTest, TheBarMayBeRebuiltByTheCommand) {
+  keys_ = {{VK_RETURN}};
+  onMessage([this, before = bar_](const Got& got) {
+    if (got.message == WM_INITMENUPOPUP) {
+      DestroyWindow(before);
+      bar_ = makeBar();
+      PostMessageW(top(), WM_CANCELMODE, 0, 0);
+    }
+  });
+  pressAltAnd(L'f');
+  pump();
+  EXPECT_TRUE(IsWindow(bar_));
+  EXPECT_FALSE(pocketshell::isWalkingMenus());
+}
+
+}  // namespace

@@ -1,0 +1,181 @@
+// The commands for databases, tables and saved queries.
+#include <fstream>
+
+#include "tests/ui/document_fixture.h"
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+namespace {
+
+class DocumentFilesTest : public DocumentTest {
+ protected:
+  std::vector<FakePrompts::Message>& messages() { return window().prompts.messages; }
+  void writeText(const std::filesystem::path& file) { std::ofstream(file) << "this is a shopping list\n"; }
+  void choose(const std::filesystem::path& file) { window().prompts.file = String(file.c_str()); }
+};
+
+TEST_F(DocumentFilesTest, OpenTakesTheChosenFileInPlaceOfTheOpenOne) {
+  makeDatabase(file("other.cdb"), {L"CREATE TABLE 'Other' (a Integer)"});
+  open();
+  choose(file("other.cdb"));
+  EXPECT_EQ(document().openDatabaseCommand(), CommandResult::done);
+  EXPECT_STREQ(document().databasePath().text(), file("other.cdb").c_str());
+  EXPECT_THAT(window().tables->items, ElementsAre(L"Other"));
+}
+
+TEST_F(DocumentFilesTest, ACancelledOpenLeavesTheDatabaseOpen) {
+  open();
+  EXPECT_EQ(document().openDatabaseCommand(), CommandResult::cancelled);
+  EXPECT_TRUE(document().isDatabaseOpen());
+}
+
+TEST_F(DocumentFilesTest, AFileThatIsNoDatabaseIsRefusedWithTheReason) {
+  writeText(file("text.cdb"));
+  open();
+  choose(file("text.cdb"));
+  EXPECT_EQ(document().openDatabaseCommand(), CommandResult::failed);
+  EXPECT_FALSE(document().isDatabaseOpen());
+  ASSERT_EQ(messages().size(), 1u);
+  EXPECT_THAT(messages()[0].text, HasSubstr(L"text.cdb could not be opened.\n"));
+  EXPECT_GT(messages()[0].text.size(), messages()[0].text.find(L'\n') + 10) << "the reason is missing";
+}
+
+TEST_F(DocumentFilesTest, NewMakesTheFileAndOpensIt) {
+  open();
+  choose(file("made.cdb"));
+  EXPECT_EQ(document().newDatabaseCommand(), CommandResult::done);
+  EXPECT_TRUE(std::filesystem::exists(file("made.cdb")));
+  EXPECT_TRUE(document().isDatabaseOpen());
+  EXPECT_THAT(window().tables->items, IsEmpty());
+}
+
+TEST_F(DocumentFilesTest, NewClosesTheDatabaseAlsoWhenItIsCancelled) {
+  open();
+  EXPECT_EQ(document().newDatabaseCommand(), CommandResult::cancelled);
+  EXPECT_FALSE(document().isDatabaseOpen());
+}
+
+TEST_F(DocumentFilesTest, NewDoesNotReplaceADatabase) {
+  choose(path());
+  EXPECT_EQ(document().newDatabaseCommand(), CommandResult::failed);
+  ASSERT_EQ(messages().size(), 1u);
+  EXPECT_THAT(messages()[0].text, HasSubstr(L"could not be created.\n"));
+  open();
+  EXPECT_EQ(window().tables->items.size(), 3u);
+}
+
+TEST_F(DocumentFilesTest, TheOpenFileIsNotDeleted) {
+  open();
+  choose(path());
+  EXPECT_EQ(document().deleteDatabaseCommand(), CommandResult::failed);
+  EXPECT_THAT(messages(),
+              ElementsAre(FakePrompts::Message{
+                  PromptOwner::none,
+                  L"Database " + path().wstring() + L" cannot be deleted\nas it is currently open!",
+                  L"Quivane", MB_SETFOREGROUND}));
+  EXPECT_TRUE(std::filesystem::exists(path()));
+}
+
+TEST_F(DocumentFilesTest, AnotherFileIsDeletedAndTheOpenOneStaysOpen) {
+  makeDatabase(file("other.cdb"), {});
+  open();
+  document().setViewMode(ViewMode::form);
+  choose(file("other.cdb"));
+  window().prompts.answer = IDNO;
+  EXPECT_EQ(document().deleteDatabaseCommand(), CommandResult::cancelled);
+  EXPECT_TRUE(std::filesystem::exists(file("other.cdb")));
+  window().prompts.answer = IDYES;
+  EXPECT_EQ(document().deleteDatabaseCommand(), CommandResult::done);
+  EXPECT_FALSE(std::filesystem::exists(file("other.cdb")));
+  EXPECT_EQ(messages()[0], (FakePrompts::Message{PromptOwner::tabControl,
+                                                 L"Are you sure you want to delete database file " +
+                                                     file("other.cdb").wstring() + L" ?",
+                                                 L"Quivane", MB_YESNO | MB_SETFOREGROUND}));
+  EXPECT_TRUE(document().isDatabaseOpen());
+  document().moveNextRecord();
+  EXPECT_EQ(value(), L"20");
+  EXPECT_EQ(currentRecord, 2u);
+}
+
+TEST_F(DocumentFilesTest, AFileThatIsNoDatabaseIsNotDeleted) {
+  writeText(file("text.cdb"));
+  choose(file("text.cdb"));
+  window().prompts.answer = IDYES;
+  EXPECT_EQ(document().deleteDatabaseCommand(), CommandResult::failed);
+  EXPECT_TRUE(std::filesystem::exists(file("text.cdb")));
+  EXPECT_EQ(messages().size(), 2u);
+}
+
+TEST_F(DocumentFilesTest, TheChosenTableIsDeleted) {
+  open();
+  document().openTableSelection(1);
+  window().prompts.answer = IDYES;
+  EXPECT_EQ(document().deleteTableCommand(), CommandResult::done);
+  EXPECT_EQ(messages()[0].text, L"Are you sure you want to delete table 'Second' ?");
+  EXPECT_THAT(window().tables->items, ElementsAre(L"First One", L"Empty"));
+}
+
+TEST_F(DocumentFilesTest, ATableIsNotDeletedFromAnotherPage) {
+  open();
+  document().setViewMode(ViewMode::form);
+  EXPECT_EQ(document().deleteTableCommand(), CommandResult::cancelled);
+  EXPECT_THAT(messages(), IsEmpty());
+}
+
+TEST_F(DocumentFilesTest, ATableThatCantBeDeletedIsStillThere) {
+  runStatements(path(), {L"CREATE TABLE 'Parent' (k Integer PRIMARY KEY)",
+                         L"CREATE TABLE 'Child' (p Integer REFERENCES Parent(k))",
+                         L"INSERT INTO Parent VALUES (1)", L"INSERT INTO Child VALUES (1)"});
+  open();
+  document().openTableSelection(3);
+  window().prompts.answer = IDYES;
+  EXPECT_EQ(document().deleteTableCommand(), CommandResult::failed);
+  ASSERT_EQ(messages().size(), 2u);
+  EXPECT_THAT(messages()[1].text, HasSubstr(L"Table 'Parent' could not be deleted.\n"));
+  document().setViewMode(ViewMode::form);
+  EXPECT_TRUE(document().isRecordsetOpen());
+  EXPECT_EQ(recordCount, 1u);
+}
+
+TEST_F(DocumentFilesTest, ANewTableIsSelected) {
+  open();
+  EXPECT_TRUE(document().createTable(L"Made", L"Id Integer ,'Full name' Varchar (255)"));
+  EXPECT_THAT(window().tables->items, Contains(L"Made"));
+  EXPECT_EQ(window().tables->wanted, L"Made");
+  EXPECT_FALSE(document().createTable(L"Made", L"Id Integer"));
+  EXPECT_EQ(messages().size(), 1u);
+  std::wstring columns = L"Id Integer";
+  for (int i = 0; i < 30; ++i) columns += L" ,Column" + std::to_wstring(i) + L" Integer";
+  EXPECT_FALSE(document().createTable(L"Long", columns.c_str()));
+  EXPECT_EQ(messages().size(), 2u);
+}
+
+TEST_F(DocumentFilesTest, TheChosenQueryIsDeleted) {
+  addQueries();
+  open();
+  document().setViewMode(ViewMode::queries);
+  document().openQuerySelection(0);
+  window().prompts.answer = IDYES;
+  EXPECT_EQ(document().deleteQueryCommand(), CommandResult::done);
+  EXPECT_EQ(messages()[0].text, L"Are you sure you want to delete query 'big' ?");
+  EXPECT_THAT(window().queries->items, ElementsAre(L"wrong"));
+}
+
+TEST_F(DocumentFilesTest, AfterTheLastQueryTheTableIsInUseAgain) {
+  runStatements(path(),
+                {L"CREATE TABLE 'QuivaneQueries' (QueryName Text ,SQL Text)",
+                 L"INSERT INTO QuivaneQueries VALUES ('big', 'Select * from [First One] where a > 10')"});
+  open();
+  document().setViewMode(ViewMode::queries);
+  document().openQuerySelection(0);
+  window().prompts.answer = IDYES;
+  ASSERT_EQ(document().deleteQueryCommand(), CommandResult::done);
+  document().setViewMode(ViewMode::form);
+  EXPECT_TRUE(document().isRecordsetOpen());
+  EXPECT_EQ(recordCount, 3u);
+}
+
+}  // namespace

@@ -1,0 +1,308 @@
+// New and deleted records, records that the store refuses, and going to a number.
+#include "resources/command_ids.h"
+#include "tests/ui/document_fixture.h"
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Not;
+
+namespace {
+
+class DocumentRecordsTest : public DocumentTest {
+ protected:
+  void showForm(int table = 0) {
+    open();
+    document().openTableSelection(table);
+    document().setViewMode(ViewMode::form);
+    window().takeCalls();
+  }
+  static void allow(std::uint32_t rights) { theAppSettings->options().setGenUpdateRights(rights); }
+  static void warn() { theAppSettings->options().setWarningOnDeletion(1); }
+  std::vector<FakePrompts::Message>& messages() { return window().prompts.messages; }
+  std::size_t storedCount() {
+    Database database;
+    const auto position = currentRecord;
+    const auto count = recordCount;
+    database.open(path().c_str());
+    database.openRecordset(document().sqlText());
+    const std::size_t stored = database.recordCount();
+    database.closeRecordset();
+    database.close();
+    currentRecord = position;
+    recordCount = count;
+    return stored;
+  }
+};
+
+// ---- New records
+
+TEST_F(DocumentRecordsTest, NewWithoutADatabaseIsRefused) {
+  document().setViewMode(ViewMode::form);
+  allow(kNewRecords);
+  EXPECT_EQ(document().newRecord(), 0);
+  EXPECT_THAT(messages(),
+              ElementsAre(FakePrompts::Message{PromptOwner::mainWindow,
+                                               L"Cannot create a new record when a database is not open!",
+                                               L"Quivane", MB_ICONEXCLAMATION}));
+}
+
+TEST_F(DocumentRecordsTest, WithoutRightsBothNewAndDeleteAreRefused) {
+  showForm();
+  allow(kNoNewRecordsOrDeletions);
+  document().newRecord();
+  document().deleteRecord();
+  ASSERT_EQ(messages().size(), 2u);
+  EXPECT_EQ(messages()[0].text, L"Cannot create new records!\nUpdate rights currently disallow it");
+  EXPECT_EQ(messages()[1].text, L"Cannot delete records!\nUpdate rights currently disallow it");
+  EXPECT_EQ(recordCount, 3u);
+}
+
+TEST_F(DocumentRecordsTest, WithRightsForNewRecordsOnlyDeleteIsRefused) {
+  showForm();
+  allow(kNewRecords);
+  document().newRecord();
+  EXPECT_THAT(messages(), IsEmpty());
+  EXPECT_EQ(recordCount, 4u);
+  EXPECT_EQ(currentRecord, 4u);
+  document().deleteRecord();
+  EXPECT_EQ(messages().size(), 1u);
+}
+
+TEST_F(DocumentRecordsTest, RightsOutsideTheThreeAllowNewRecordsButNoDeletions) {
+  showForm();
+  allow(3);
+  document().newRecord();
+  EXPECT_EQ(recordCount, 4u);
+  document().deleteRecord();
+  EXPECT_EQ(messages().size(), 1u);
+}
+
+TEST_F(DocumentRecordsTest, ANewRecordIsShownAtTheEndAndThePanelRaised) {
+  showForm();
+  allow(kNewRecords);
+  document().newRecord();
+  EXPECT_THAT(window().takeCalls(), ElementsAre("form.takeChange", "prompts.raiseInputPanel",
+                                                "form.loadRecord", "form.showEditors"));
+  EXPECT_EQ(window().bar.position, L"    4 / 4");
+  EXPECT_TRUE(document().isNewRecordPending());
+}
+
+TEST_F(DocumentRecordsTest, OnOtherPagesNewOnlyRefreshesTheBars) {
+  open();
+  allow(kNewRecords);
+  document().setViewMode(ViewMode::list);
+  const int before = window().bar.rebuilt;
+  document().newRecord();
+  EXPECT_EQ(window().bar.rebuilt, before + 1);
+  EXPECT_EQ(recordCount, 3u);
+}
+
+TEST_F(DocumentRecordsTest, TheFirstRecordOfATableBuildsTheForm) {
+  showForm(2);
+  allow(kNewRecords);
+  document().newRecord();
+  EXPECT_THAT(window().takeCalls(),
+              ElementsAre("form.build", "prompts.raiseInputPanel", "form.loadRecord", "form.showEditors"));
+  EXPECT_EQ(currentRecord, 1u);
+  EXPECT_EQ(recordCount, 1u);
+}
+
+TEST_F(DocumentRecordsTest, ANewRecordIsStoredByTheNextMove) {
+  showForm();
+  allow(kNewRecords);
+  document().newRecord();
+  document().movePreviousRecord();
+  EXPECT_EQ(currentRecord, 3u);
+  EXPECT_FALSE(document().isNewRecordPending());
+  EXPECT_EQ(storedCount(), 4u);
+}
+
+TEST_F(DocumentRecordsTest, ReadOnlyRecordsTakeNoNewOnes) {
+  runStatements(path(), {L"CREATE TABLE 'QuivaneQueries' (QueryName Text ,SQL Text)",
+                         L"INSERT INTO QuivaneQueries VALUES ('all', 'Select distinct a from [First One]')"});
+  open();
+  allow(kNewRecords);
+  document().setViewMode(ViewMode::queries);
+  document().openQuerySelection(0);
+  document().setViewMode(ViewMode::form);
+  ASSERT_EQ(recordCount, 3u);
+  document().newRecord();
+  EXPECT_EQ(recordCount, 3u);
+  EXPECT_EQ(messages().size(), 1u);
+}
+
+// ---- Deleted records
+
+TEST_F(DocumentRecordsTest, DeleteWithoutADatabaseIsRefused) {
+  document().setViewMode(ViewMode::form);
+  allow(kNewRecordsAndDeletions);
+  document().deleteRecord();
+  EXPECT_THAT(messages(), ElementsAre(FakePrompts::Message{
+                              PromptOwner::none, L"Cannot delete a record when a database is not open!",
+                              L"Quivane", MB_ICONEXCLAMATION}));
+}
+
+TEST_F(DocumentRecordsTest, ADeletionThatIsNotConfirmedDeletesNothing) {
+  showForm();
+  allow(kNewRecordsAndDeletions);
+  warn();
+  window().prompts.answer = IDNO;
+  document().deleteRecord();
+  EXPECT_THAT(messages(), ElementsAre(FakePrompts::Message{
+                              PromptOwner::mainWindow, L"Are you sure you want to\ndelete this record?",
+                              L"Delete this record?", MB_YESNO | MB_ICONQUESTION}));
+  EXPECT_EQ(storedCount(), 3u);
+  window().prompts.answer = IDYES;
+  document().deleteRecord();
+  EXPECT_EQ(storedCount(), 2u);
+}
+
+TEST_F(DocumentRecordsTest, AfterADeletionTheFormStepsBackByOneMore) {
+  runStatements(path(), {L"INSERT INTO [First One] VALUES (40)", L"INSERT INTO [First One] VALUES (50)"});
+  showForm();
+  allow(kNewRecordsAndDeletions);
+  document().moveLastRecord();
+  ASSERT_EQ(value(), L"50");
+  document().deleteRecord();
+  EXPECT_EQ(currentRecord, 3u);
+  EXPECT_EQ(value(), L"30");
+  EXPECT_EQ(window().bar.position, L"    3 / 4");
+}
+
+TEST_F(DocumentRecordsTest, AfterTheDeletionOfTheFirstOrSecondTheFirstIsShown) {
+  showForm();
+  allow(kNewRecordsAndDeletions);
+  document().moveNextRecord();
+  document().deleteRecord();
+  EXPECT_EQ(value(), L"10");
+  EXPECT_EQ(currentRecord, 1u);
+  document().deleteRecord();
+  EXPECT_EQ(value(), L"30");
+  EXPECT_EQ(currentRecord, 1u);
+}
+
+TEST_F(DocumentRecordsTest, DeletingTheOnlyRecordLeavesNoRecordsAndGreyNavigation) {
+  showForm(1);
+  allow(kNewRecordsAndDeletions);
+  document().deleteRecord();
+  EXPECT_EQ(window().bar.position, L"No Records");
+  EXPECT_THAT(window().takeCalls(), Contains("form.hideEditors"));
+  for (const int command : {ID_RECORD_NEXT, ID_RECORD_PREVIOUS, ID_RECORD_NUMBER}) {
+    EXPECT_FALSE(window().bar.onToolbar.at(command)) << command;
+  }
+  EXPECT_EQ(storedCount(), 0u);
+  document().deleteRecord();
+  EXPECT_EQ(recordCount, 0u);
+}
+
+TEST_F(DocumentRecordsTest, DeletingANewRecordOnlyCancelsIt) {
+  showForm();
+  allow(kNewRecordsAndDeletions);
+  document().newRecord();
+  document().deleteRecord();
+  EXPECT_EQ(recordCount, 3u);
+  EXPECT_EQ(currentRecord, 3u);
+  EXPECT_EQ(value(), L"30");
+  EXPECT_EQ(storedCount(), 3u);
+}
+
+TEST_F(DocumentRecordsTest, TheRowOfADeletedRecordLeavesTheGrid) {
+  open();
+  allow(kNewRecordsAndDeletions);
+  document().setViewMode(ViewMode::list);
+  currentRecord = 2;
+  window().takeCalls();
+  document().deleteRecord();
+  EXPECT_THAT(window().takeCalls(), Contains("grid.recordDeleted"));
+  EXPECT_EQ(recordCount, 2u);
+  EXPECT_EQ(currentRecord, 1u);
+  document().deleteRecord();
+  EXPECT_EQ(currentRecord, 1u) << "the row that followed the first takes its place";
+  document().deleteRecord();
+  EXPECT_EQ(currentRecord, 0u);
+  EXPECT_EQ(window().bar.position, L"No Records");
+  EXPECT_EQ(storedCount(), 0u);
+}
+
+// ---- What the store refuses
+
+class RefusedRecordTest : public DocumentRecordsTest {
+ protected:
+  void SetUp() override {
+    DocumentRecordsTest::SetUp();
+    runStatements(path(), {L"CREATE TABLE 'Strict' (k Integer NOT NULL)", L"INSERT INTO Strict VALUES (1)",
+                           L"INSERT INTO Strict VALUES (2)"});
+    showForm(3);
+    allow(kNewRecordsAndDeletions);
+    // Its only field may not be empty.
+    document().newRecord();
+    window().takeCalls();
+  }
+};
+
+TEST_F(RefusedRecordTest, KeepsTheFormAndSaysWhy) {
+  window().prompts.answer = IDNO;
+  document().moveFirstRecord();
+  ASSERT_EQ(messages().size(), 1u);
+  EXPECT_THAT(messages()[0].text, testing::StartsWith(L"The record could not be written.\n"));
+  EXPECT_THAT(messages()[0].text, testing::HasSubstr(L"Strict.k"));
+  EXPECT_EQ(messages()[0].flags, UINT{MB_YESNO | MB_DEFBUTTON2 | MB_ICONEXCLAMATION});
+  EXPECT_THAT(window().takeCalls(), Not(Contains("form.loadRecord")));
+  EXPECT_EQ(currentRecord, 3u);
+  EXPECT_TRUE(document().isNewRecordPending());
+  EXPECT_FALSE(document().finishEditing());
+}
+
+TEST_F(RefusedRecordTest, CanBeDiscarded) {
+  window().prompts.answer = IDYES;
+  document().moveFirstRecord();
+  EXPECT_EQ(currentRecord, 1u);
+  EXPECT_EQ(value(), L"1");
+  EXPECT_FALSE(document().isNewRecordPending());
+  EXPECT_EQ(recordCount, 2u);
+  EXPECT_EQ(storedCount(), 2u);
+  EXPECT_TRUE(document().finishEditing());
+}
+
+TEST_F(RefusedRecordTest, CanBeDeleted) {
+  document().deleteRecord();
+  EXPECT_THAT(messages(), IsEmpty());
+  EXPECT_EQ(recordCount, 2u);
+  document().moveFirstRecord();
+  EXPECT_EQ(value(), L"1");
+}
+
+// ---- Going to a number
+
+TEST_F(DocumentRecordsTest, ANumberLeadsTheFormThere) {
+  showForm();
+  window().prompts.number = 3;
+  document().goToRecordNumber();
+  EXPECT_THAT(window().takeCalls(),
+              ElementsAre("prompts.askRecordNumber 3", "form.takeChange", "form.loadRecord"));
+  EXPECT_EQ(value(), L"30");
+}
+
+TEST_F(DocumentRecordsTest, ANumberLeadsTheGridThere) {
+  open();
+  document().setViewMode(ViewMode::list);
+  window().takeCalls();
+  window().prompts.number = 2;
+  document().goToRecordNumber();
+  EXPECT_THAT(window().takeCalls(), ElementsAre("prompts.askRecordNumber 3", "grid.selectCurrent"));
+  EXPECT_EQ(currentRecord, 2u);
+}
+
+TEST_F(DocumentRecordsTest, WithoutAnAnswerTheRecordStays) {
+  showForm();
+  document().goToRecordNumber();
+  EXPECT_THAT(window().takeCalls(), ElementsAre("prompts.askRecordNumber 3"));
+  EXPECT_EQ(currentRecord, 1u);
+  document().setViewMode(ViewMode::tables);
+  window().takeCalls();
+  document().goToRecordNumber();
+  EXPECT_THAT(window().takeCalls(), IsEmpty());
+}
+
+}  // namespace
