@@ -11,6 +11,7 @@
 #include "dialogs/password_lock.h"
 #include "dialogs/query_dialog.h"
 #include "dialogs/show_options.h"
+#include "platform/pocketshell/aygshell.h"
 #include "resources/command_ids.h"
 #include "views/focused_edit.h"
 
@@ -81,6 +82,7 @@ LRESULT newTable(HWND, WORD, LPARAM, WORD) {
   NewTableDialog dialog(theDocument->tableNames());
   while (dialog.run(mainWindow) == IDOK && !theDocument->createTable(dialog.name, dialog.columns)) {
   }
+  SHSipPreference(mainWindow, SIP_DOWN);
   return 0;
 }
 
@@ -101,6 +103,7 @@ LRESULT newQuery(HWND, WORD, LPARAM, WORD) {
   QueryDialog dialog(queryDialogHost());
   while (dialog.run(mainWindow) == IDOK && !theDocument->addQuery({dialog.name, dialog.sql})) {
   }
+  SHSipPreference(mainWindow, SIP_DOWN);
   return 0;
 }
 
@@ -112,6 +115,7 @@ LRESULT editQuery(HWND, WORD, LPARAM, WORD) {
   dialog.sql = query.sql;
   while (dialog.run(mainWindow) == IDOK && !theDocument->changeChosenQuery({dialog.name, dialog.sql})) {
   }
+  SHSipPreference(mainWindow, SIP_DOWN);
   return 0;
 }
 

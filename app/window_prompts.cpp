@@ -24,7 +24,8 @@ HWND ownerWindow(PromptOwner owner) {
     case PromptOwner::tabControl:
       return tabControl;
     case PromptOwner::findDialog:
-      return theDocument->findState().dialog;
+      // The search that confirming the dialog starts runs after its end.
+      return theDocument->findState().dialog ? theDocument->findState().dialog : mainWindow;
   }
   return nullptr;
 }
