@@ -1,8 +1,4 @@
-<<<<<<<< HEAD:tests/ui/design_dialog_fixture.cpp
-#include "tests/ui/design_dialog_fixture.h"
-========
 #include "tests/ui/modal_dialog_fixture.h"
->>>>>>>> dlg1:tests/ui/modal_dialog_fixture.cpp
 
 #include <commctrl.h>
 

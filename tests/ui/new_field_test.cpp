@@ -4,11 +4,7 @@
 
 #include "dialogs/new_field_ids.h"
 #include "platform/pocketshell/handheld_windows.h"
-<<<<<<< HEAD
-#include "tests/ui/design_dialog_fixture.h"
-=======
 #include "tests/ui/modal_dialog_fixture.h"
->>>>>>> dlg1
 #include "views/current_dialog.h"
 
 using testing::ElementsAre;

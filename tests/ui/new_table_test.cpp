@@ -11,11 +11,7 @@
 #include "dialogs/new_table_ids.h"
 #include "platform/pocketshell/handheld_windows.h"
 #include "tests/support/paths.h"
-<<<<<<< HEAD
-#include "tests/ui/design_dialog_fixture.h"
-=======
 #include "tests/ui/modal_dialog_fixture.h"
->>>>>>> dlg1
 #include "tests/ui/test_database.h"
 #include "views/current_dialog.h"
 #include "views/list_view.h"

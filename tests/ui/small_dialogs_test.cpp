@@ -11,11 +11,7 @@
 #include "dialogs/go_to.h"
 #include "dialogs/go_to_ids.h"
 #include "platform/pocketshell/handheld_windows.h"
-<<<<<<< HEAD
-#include "tests/ui/design_dialog_fixture.h"
-=======
 #include "tests/ui/modal_dialog_fixture.h"
->>>>>>> dlg1
 #include "views/current_dialog.h"
 #include "views/field_zoom.h"
 
