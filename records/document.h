@@ -174,7 +174,7 @@ class Document {
   /// Shows the pages in the colours as they are now.
   void refreshColors();
   /// The pages' images at the present zoom.
-  void loadImages();
+  void loadImages() const;
   /// The user has chosen another row of the grid: currentRecord says which.
   void rowChosen();
 
