@@ -245,7 +245,11 @@ bool clickItem(HWND list, int row) {
   place.left = LVIR_LABEL;
   if (sendStructure(list, LVM_GETITEMRECT, static_cast<WPARAM>(row), place).value_or(FALSE) == FALSE)
     return false;
-  clickAt(list, place);
+  // Sent, not posted: a list answers the press only when it knows of the release, and meanwhile takes
+  // whatever else is in the queue.
+  const LPARAM point = MAKELPARAM((place.left + place.right) / 2, (place.top + place.bottom) / 2);
+  SendMessageW(list, WM_LBUTTONDOWN, MK_LBUTTON, point);
+  SendMessageW(list, WM_LBUTTONUP, 0, point);
   return true;
 }
 
