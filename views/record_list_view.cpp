@@ -251,6 +251,10 @@ void RecordListView::selectCurrent() {
   if (row < 0) return;
   listview::ensureVisible(list_, row);
   SetFocus(list_);
+  // Some lists walk over every row to take the former selection away by themselves: half a second for a
+  // million.
+  const int former = listview::nextItem(list_, listview::kFirstOfAll, LVNI_SELECTED);
+  if (former >= 0 && former != row) listview::setItemState(list_, former, 0, LVIS_SELECTED);
   listview::setItemState(list_, row, kChosenState, kWholeStateMask);
   // The arrow keys go on from the row that has the list's own focus, which the mask above takes away.
   listview::setItemState(list_, row, LVIS_FOCUSED, LVIS_FOCUSED);
