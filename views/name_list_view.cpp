@@ -160,4 +160,6 @@ void NameListView::loadImages() {
   listview::setIconSpacing(window_, HandheldToMonitor(kIconSpacing), HandheldToMonitor(kIconSpacing));
   setIcon(window_, LVSIL_NORMAL, icons_.large, 32);
   setIcon(window_, LVSIL_SMALL, icons_.small, 16);
+  // Items that are there already stay where the former zoom had them.
+  listview::arrange(window_);
 }
