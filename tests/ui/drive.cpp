@@ -97,10 +97,14 @@ int waitMain(HWND main, const Arguments&) {
   return remote::waitForMain(main) ? 0 : failInFront(main);
 }
 
+std::wstring withoutLeadingBlanks(const std::wstring& text) {
+  return text.substr(std::min(text.find_first_not_of(L' '), text.size()));
+}
+
 int waitText(HWND main, const Arguments& arguments) {
   const bool shown = remote::waitUntil([&] {
     const HWND control = remote::control(main, arguments.number);
-    return control != nullptr && remote::text(control) == arguments.texts[1];
+    return control != nullptr && withoutLeadingBlanks(remote::text(control)) == arguments.texts[1];
   });
   return shown ? 0 : fail("the control does not show the text");
 }
@@ -200,7 +204,7 @@ constexpr std::array kVerbs = {
     VerbRow{L"open", L"NT", "gives command N and waits for the dialog titled T", openDialog},
     VerbRow{L"wait-dialog", L"T", "waits for the dialog titled T", waitDialog},
     VerbRow{L"wait-main", L"", "waits until no dialog is open", waitMain},
-    VerbRow{L"wait-text", L"NT", "waits until control N of the main window shows T", waitText},
+    VerbRow{L"wait-text", L"NT", "waits until control N of the main window shows T behind blanks", waitText},
     VerbRow{L"click", L"N", "clicks control N in front", click},
     VerbRow{L"type", L"NT", "replaces what stands in control N in front by T", type},
     VerbRow{L"menu", L"N", "opens the menu bar's menu with command N", openMenu},
@@ -210,7 +214,8 @@ constexpr std::array kVerbs = {
     VerbRow{L"sheet-page", L"N", "shows page N of the sheet in front", turnSheet},
     VerbRow{L"raise-panel", L"", "raises the input panel by its button", raisePanel},
     VerbRow{L"area", L"", "prints the rectangle around all that is shown: x y width height", printArea},
-    VerbRow{L"texts", L"", "prints the texts of the list that is shown, a grid's as far as in view", printTexts},
+    VerbRow{L"texts", L"", "prints the texts of the list that is shown, a grid's as far as in view",
+            printTexts},
     VerbRow{L"close", L"", "closes the program, waits for its end and prints its exit code", closeProgram},
 };
 
