@@ -45,7 +45,7 @@ int ModalDialog::runTemplate(WORD templateId, HWND owner) {
 }
 
 void ModalDialog::refuse(const wchar_t* reason, const wchar_t* caption) const {
-  MessageBoxW(window_, reason, caption, MB_OK | MB_ICONEXCLAMATION | MB_SETFOREGROUND);
+  MessageBoxW(window_, reason, caption, MB_SETFOREGROUND);
 }
 
 INT_PTR CALLBACK ModalDialog::procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept {
