@@ -188,8 +188,9 @@ void Document::showQueries(const String& chosen) {
   updateCommandBar();
 }
 
-bool Document::returnsRecords(const String& sql) {
+bool Document::returnsRecords(const String& sql, String& reason) {
   const bool returns = database_.checkSql(sql);
+  if (!returns) reason = database_.refusalText();
   // The statement that was tried has taken the place of the records in use.
   recordsetOpen_ = false;
   sqlPending_ = !sqlText_.isEmpty();

@@ -189,6 +189,15 @@ TEST_F(DocumentFilesTest, TheChosenQueryIsDeleted) {
   EXPECT_THAT(window().queries->items, ElementsAre(L"wrong"));
 }
 
+TEST_F(DocumentFilesTest, AStatementThatDoesNotOpenHasItsReason) {
+  open();
+  String reason;
+  EXPECT_TRUE(document().returnsRecords(L"Select * from Second", reason));
+  EXPECT_TRUE(reason.isEmpty());
+  EXPECT_FALSE(document().returnsRecords(L"Select * from nowhere", reason));
+  EXPECT_THAT(reason.text(), HasSubstr(L"nowhere"));
+}
+
 TEST_F(DocumentFilesTest, AQueryThatTheStoreRefusesIsNotTakenForStored) {
   runStatements(path(), {L"CREATE TABLE 'QuivaneQueries' (QueryName Text PRIMARY KEY ,SQL Text)",
                          L"INSERT INTO QuivaneQueries VALUES ('one', 'Select 1')",
