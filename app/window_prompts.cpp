@@ -68,7 +68,9 @@ FileDialog fileDialog(FileChoice choice) {
 }  // namespace
 
 int WindowPrompts::showMessage(PromptOwner owner, const wchar_t* text, const wchar_t* caption, UINT flags) {
-  return MessageBoxW(ownerWindow(owner), text, caption, flags);
+  const HWND window = ownerWindow(owner);
+  // Without an owner the main window would stay usable, and every command be given a second time.
+  return MessageBoxW(window, text, caption, window ? flags : flags | MB_TASKMODAL);
 }
 
 std::optional<String> WindowPrompts::chooseFile(FileChoice choice) {

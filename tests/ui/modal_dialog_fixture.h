@@ -30,8 +30,8 @@ class ModalDialogFixture : public testing::Test {
   static void postKey(HWND control, WORD key) { PostMessageW(control, WM_KEYDOWN, key, 1); }
   static std::wstring textOf(HWND dialog, int id) { return ::textOf(GetDlgItem(dialog, id)); }
 
-  /// The refusals since the last call. Each was over `dialog` and had the exclamation mark, one button
-  /// and the flag that brings it to the front.
+  /// The refusals since the last call. Each was over `dialog` and had one button, no icon and the flag that
+  /// brings it to the front.
   struct Refusal {
     std::wstring text;
     std::wstring caption;

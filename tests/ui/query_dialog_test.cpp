@@ -60,6 +60,7 @@ class QueryDialogTest : public TypedDialogTest {
 
   // NOLINTBEGIN(misc-non-private-member-variables-in-classes): the tests set and read them
   bool returnsRecords = true;
+  const wchar_t* reason = L"";       // why not
   std::vector<std::wstring> asked;   // of which statements it was asked whether they return records
   std::vector<std::wstring> listed;  // of which statements the fields were asked for
   std::vector<std::wstring> helpTopics;
@@ -73,9 +74,10 @@ class QueryDialogTest : public TypedDialogTest {
                         listed.emplace_back(sql.text());
                         for (const std::wstring& each : fields[sql.text()]) names.append(each.c_str());
                       },
-                      [this](const String& sql) {
+                      [this](const String& sql, String& why) {
                         if (outOfMemory) throw std::bad_alloc();
                         asked.emplace_back(sql.text());
+                        why = reason;
                         return returnsRecords;
                       },
                       [this](const wchar_t* topic) { helpTopics.emplace_back(topic); }}};
@@ -377,6 +379,24 @@ TEST_F(QueryDialogTest, WhatIsRefusedStaysInTheDialog) {
     ASSERT_EQ(seen.size(), 2u);
     EXPECT_EQ(seen[0], says(window, L"Queries must begin with a SELECT keyword!")[0]);
     EXPECT_EQ(seen[1], says(window, L"Query does not return records")[0]);
+    cancel(window);
+  });
+}
+
+TEST_F(QueryDialogTest, TheStoresReasonComesFirst) {
+  returnsRecords = false;
+  reason = L"There is no table nowhere.";
+  show([&](HWND window) {
+    SetDlgItemTextW(window, kName, L"mine");
+    SetDlgItemTextW(window, kSql, L"SELECT * FROM nowhere");
+    click(window, kCheck);
+    confirm(window);
+    const auto seen = takeBoxes();
+    ASSERT_EQ(seen.size(), 4u);
+    for (const std::size_t first : {0u, 2u}) {
+      EXPECT_EQ(seen[first], says(window, reason)[0]);
+      EXPECT_EQ(seen[first + 1], says(window, L"Query does not return records")[0]);
+    }
     cancel(window);
   });
 }
