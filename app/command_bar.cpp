@@ -35,6 +35,8 @@ void MainCommandBar::setPageWindows(HWND tabControl, HWND formWindow) {
 }
 
 bool MainCommandBar::buildMenuBar() {
+  // A command may outlast its window, which was closed under a dialog.
+  if (!mainWindow_) return false;
   if (!menuBar_.create(instance_, mainWindow_, facts_())) {
     MessageBoxW(mainWindow_, L"SHCreateMenuBar Failed", L"Error", MB_OK);
     return false;
@@ -83,6 +85,7 @@ void MainCommandBar::rebuildAll() {
 void MainCommandBar::destroy() {
   destroyPageBars();
   menuBar_.destroy();
+  mainWindow_ = nullptr;
 }
 
 void MainCommandBar::apply(std::span<const CommandState> states) {

@@ -11,6 +11,7 @@
 #include "dialogs/password_lock.h"
 #include "dialogs/query_dialog.h"
 #include "dialogs/show_options.h"
+#include "platform/pocketshell/aygshell.h"
 #include "resources/command_ids.h"
 #include "views/focused_edit.h"
 
@@ -75,12 +76,21 @@ LRESULT changeStartPassword(HWND, WORD, LPARAM, WORD) {
   return changePassword(mainWindow);
 }
 
-/// A design that the database refuses is shown again, so that nothing of it is lost.
+/// Runs a dialog until its user cancels or what he confirmed is stored: a design that the database refuses
+/// is shown again, so that nothing of it is lost. Who has confirmed has nothing more to type.
+template <typename Dialog, typename Store>
+void runUntilStored(Dialog& dialog, Store store) {
+  bool stored = false;
+  while (!stored && dialog.run(mainWindow) == IDOK) {
+    stored = store();
+    SHSipPreference(mainWindow, SIP_DOWN);
+  }
+}
+
 LRESULT newTable(HWND, WORD, LPARAM, WORD) {
   if (!theDocument->isDatabaseOpen() || currentPage != kTablesPageIndex) return 0;
   NewTableDialog dialog(theDocument->tableNames());
-  while (dialog.run(mainWindow) == IDOK && !theDocument->createTable(dialog.name, dialog.columns)) {
-  }
+  runUntilStored(dialog, [&] { return theDocument->createTable(dialog.name, dialog.columns); });
   return 0;
 }
 
@@ -92,15 +102,14 @@ LRESULT deleteTable(HWND, WORD, LPARAM, WORD) {
 QueryDialogHost queryDialogHost() {
   return {theDocument->tableNames(),
           [](const String& sql, NameList& names) { theDocument->listFieldNames(sql, names); },
-          [](const String& sql) { return theDocument->returnsRecords(sql); }, showHelp};
+          [](const String& sql, String& reason) { return theDocument->returnsRecords(sql, reason); },
+          showHelp};
 }
 
-/// A query that can't be stored is shown again, so that nothing of it is lost.
 LRESULT newQuery(HWND, WORD, LPARAM, WORD) {
   if (!theDocument->isDatabaseOpen() || currentPage != kQueriesPageIndex) return 0;
   QueryDialog dialog(queryDialogHost());
-  while (dialog.run(mainWindow) == IDOK && !theDocument->addQuery({dialog.name, dialog.sql})) {
-  }
+  runUntilStored(dialog, [&] { return theDocument->addQuery({dialog.name, dialog.sql}); });
   return 0;
 }
 
@@ -110,8 +119,7 @@ LRESULT editQuery(HWND, WORD, LPARAM, WORD) {
   QueryDialog dialog(queryDialogHost());
   dialog.name = query.name;
   dialog.sql = query.sql;
-  while (dialog.run(mainWindow) == IDOK && !theDocument->changeChosenQuery({dialog.name, dialog.sql})) {
-  }
+  runUntilStored(dialog, [&] { return theDocument->changeChosenQuery({dialog.name, dialog.sql}); });
   return 0;
 }
 

@@ -1,15 +1,11 @@
 #include "app/page_layout.h"
 
+#include "app/form_area.h"
 #include "app/program_state.h"
 #include "app/screen.h"
 #include "app/tab_pages.h"
 #include "platform/pocketshell/handheld_windows.h"
 #include "views/sip_state.h"
-
-void extendForm() {
-  HandheldMoveWindow(formWrapperWindow, 0, 0, screen::kPageAreaWidth,
-                     screen::kPageAreaHeight - screen::kTabRowHeight - sipState.height, TRUE);
-}
 
 void layOutForInputPanel() {
   refreshSipState();

@@ -3,10 +3,6 @@
 /// Lays the pages and their bars out for the input panel as it stands now.
 void layOutForInputPanel();
 
-/// Lets the form's window reach down to the tabs, above the panel: its last row and the bands both need
-/// the room.
-void extendForm();
-
 /// Shows the options as they are now: the labels of the tabs, the place of the bars and of the pages
 /// beside them, the colours.
 void applyOptions();

@@ -6,6 +6,8 @@
 
 void showFirstPage() {
   if (!theDocument) return;
+  // Another message came first, and the database of the command line with it.
+  if (theDocument->isDatabaseOpen()) return;
   bool open = false;
   if (theAppSettings->options().OpenLastTableOnStartup() != 0) {
     const RestoreResult restored = theDocument->restoreSession();

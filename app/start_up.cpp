@@ -98,6 +98,8 @@ void shutDown() {
   destroyIfThere(tabControl);
   destroyIfThere(recordListWindow);
   destroyIfThere(formWrapperWindow);
+  // Still there when the quit message came from the menu.
+  destroyIfThere(mainWindow);
   theCommandBar.reset();
 }
 

@@ -5,7 +5,7 @@
 #include <commctrl.h>
 
 #include "app/context_menus.h"
-#include "app/page_layout.h"
+#include "app/form_area.h"
 #include "app/program_state.h"
 #include "app/screen.h"
 #include "base/app_settings.h"

@@ -24,7 +24,8 @@ HWND ownerWindow(PromptOwner owner) {
     case PromptOwner::tabControl:
       return tabControl;
     case PromptOwner::findDialog:
-      return theDocument->findState().dialog;
+      // The search that confirming the dialog starts runs after its end.
+      return theDocument->findState().dialog ? theDocument->findState().dialog : mainWindow;
   }
   return nullptr;
 }
@@ -67,7 +68,9 @@ FileDialog fileDialog(FileChoice choice) {
 }  // namespace
 
 int WindowPrompts::showMessage(PromptOwner owner, const wchar_t* text, const wchar_t* caption, UINT flags) {
-  return MessageBoxW(ownerWindow(owner), text, caption, flags);
+  const HWND window = ownerWindow(owner);
+  // Without an owner the main window would stay usable, and every command be given a second time.
+  return MessageBoxW(window, text, caption, window ? flags : flags | MB_TASKMODAL);
 }
 
 std::optional<String> WindowPrompts::chooseFile(FileChoice choice) {

@@ -70,9 +70,9 @@ bool Database::dropOtherDatabase(const String& path) {
   }
   ConnectionHandle store;
   store.setConnectionString(L"");
-  if (store.open() != ConnectionHandle::kOpened) return false;
   RecordsetHandle recordset;
-  const bool dropped = recordset.open(statement.data(), &store, CursorType::dynamic, SourceKind::text);
+  const bool dropped = store.open() == ConnectionHandle::kOpened &&
+                       recordset.open(statement.data(), &store, CursorType::dynamic, SourceKind::text);
   if (!dropped) refusalText_ = takeLastErrorText();
   return dropped;
 }

@@ -124,8 +124,8 @@ class Database {
   bool update();
   /// The last update did not store the record: it stays written and unstored.
   bool isUpdateRefused() const { return updateRefused_; }
-  /// Why the last update, deletion, opening or statement was refused, in the store's words; empty when it
-  /// gave none.
+  /// Why the last update, deletion, opening, statement or change of a query was refused, in the store's
+  /// words; empty when it gave none.
   const String& refusalText() const { return refusalText_; }
   /// Takes back what was written into the current record and not stored, a new record with it; the record
   /// that was current before the new one is current then.
@@ -173,6 +173,8 @@ class Database {
   bool deleteQuery(std::uint32_t index);
   /// Makes the table when there is none yet.
   bool addQuery(const SavedQuery& query);
+  /// The last updateQuery, deleteQuery or addQuery has changed nothing, whatever its result was.
+  bool isQueryRefused() const { return queryRefused_; }
 
  private:
   bool openStore();
@@ -183,6 +185,7 @@ class Database {
   void clearFields();
   void setRecordCount(std::uint32_t count);
   bool showsStoredValue(std::uint32_t field, const FieldValueSource& editor);
+  void noteQueryChange(bool done);
   bool openQueries(RecordsetHandle& queries);
   bool openQueryAt(std::uint32_t index, RecordsetHandle& queries);
 
@@ -194,6 +197,7 @@ class Database {
   String path_;
   bool newRecordPending_ = false;
   bool updateRefused_ = false;
+  bool queryRefused_ = false;
   String refusalText_;
   NameList clearedFields_;
   std::uint32_t recordCount_ = 0;

@@ -3,6 +3,7 @@
 
 #include "data/adoce_constants.h"
 #include "data/database.h"
+#include "data/last_error.h"
 #include "data/recordset_handle.h"
 
 namespace {
@@ -56,7 +57,9 @@ std::uint32_t Database::fieldIndexByName(const String& name) const {
 
 bool Database::openCurrent(const String& sql) {
   closeRecordset();
-  return recordset_->open(sql.text(), connection_.get(), CursorType::keyset, SourceKind::text);
+  if (recordset_->open(sql.text(), connection_.get(), CursorType::keyset, SourceKind::text)) return true;
+  refusalText_ = takeLastErrorText();
+  return false;
 }
 
 void Database::loadFields() {

@@ -1,5 +1,6 @@
 #include "data/connection_handle.h"
 #include "data/database.h"
+#include "data/last_error.h"
 #include "data/recordset_handle.h"
 
 namespace {
@@ -9,10 +10,10 @@ constexpr wchar_t kSelectAll[] = L"Select * from QuivaneQueries ORDER BY QueryNa
 constexpr LONG kNameField = 0;
 constexpr LONG kSqlField = 1;
 
-void writeQuery(const SavedQuery& query, RecordsetHandle& queries) {
+bool writeQuery(const SavedQuery& query, RecordsetHandle& queries) {
   queries.field(kNameField).setValue(Variant::fromText(query.name.text()));
   queries.field(kSqlField).setValue(Variant::fromText(query.sql.text()));
-  queries.update();
+  return queries.update();
 }
 
 }  // namespace
@@ -41,26 +42,40 @@ bool Database::getQuery(std::uint32_t index, SavedQuery& query) {
 bool Database::addQuery(const SavedQuery& query) {
   RecordsetHandle queries;
   if (!openQueries(queries)) {
-    if (!connection_->execute(kCreateTable)) return false;
-    if (!openQueries(queries)) return true;
+    const bool made = connection_->execute(kCreateTable);
+    if (!made || !openQueries(queries)) {
+      noteQueryChange(false);
+      return made;
+    }
   }
   queries.moveLast();
-  if (queries.addNew()) writeQuery(query, queries);
+  noteQueryChange(queries.addNew() && writeQuery(query, queries));
   return true;
 }
 
 bool Database::updateQuery(std::uint32_t index, const SavedQuery& query) {
   RecordsetHandle queries;
-  if (!openQueryAt(index, queries)) return false;
-  writeQuery(query, queries);
+  if (!openQueryAt(index, queries)) {
+    noteQueryChange(false);
+    return false;
+  }
+  noteQueryChange(writeQuery(query, queries));
   return true;
 }
 
 bool Database::deleteQuery(std::uint32_t index) {
   RecordsetHandle queries;
-  if (!openQueryAt(index, queries)) return false;
-  queries.deleteCurrent();
+  if (!openQueryAt(index, queries)) {
+    noteQueryChange(false);
+    return false;
+  }
+  noteQueryChange(queries.deleteCurrent());
   return true;
+}
+
+void Database::noteQueryChange(bool done) {
+  queryRefused_ = !done;
+  if (queryRefused_) refusalText_ = takeLastErrorText();
 }
 
 /// Clears the connection string, which the open connection does not heed, before every use of the table.

@@ -4,7 +4,7 @@
 
 #include "dialogs/about_ids.h"
 #include "dialogs/dialog_place.h"
-#include "dialogs/input_panel_hold.h"
+#include "dialogs/panel_use.h"
 #include "platform/pocketshell/handheld_windows.h"
 #include "resources/resource_ids.h"
 
@@ -14,7 +14,7 @@ constexpr wchar_t kVersion[] = L"1.1";
 
 }  // namespace
 
-int AboutDialog::run(HWND owner) {
+INT_PTR AboutDialog::run(HWND owner) {
   return runTemplate(IDD_ABOUT, owner);
 }
 
@@ -26,15 +26,20 @@ void AboutDialog::opened() {
   SetFocus(control(IDOK));
 }
 
-bool AboutDialog::command(WORD id) {
-  static constexpr DialogCommand<AboutDialog> kCommands[] = {
-      {IDOK, &AboutDialog::confirm},
-      {IDCANCEL, &AboutDialog::cancel},
+std::span<const AboutDialog::CommandRow> AboutDialog::commandRows() {
+  static constexpr CommandRow kRows[] = {
+      {IDOK, BN_CLICKED, &AboutDialog::confirm},
+      {IDCANCEL, BN_CLICKED, &AboutDialog::cancel},
   };
-  return answerCommand<AboutDialog>(*this, kCommands, id);
+  return kRows;
 }
 
-void AboutDialog::leave(int result) {
+std::span<const AboutDialog::MessageRow> AboutDialog::messageRows() {
+  static const MessageRow kRows[] = {{HandheldZoomMessage(), &AboutDialog::showIcon}};
+  return kRows;
+}
+
+void AboutDialog::leave(INT_PTR result) {
   if (panelWasUp_) SHSipPreference(window(), SIP_UP);
   close(result);
 }

@@ -1,22 +1,24 @@
 #pragma once
 
 #include "base/handles.h"
-#include "dialogs/modal_dialog.h"
+#include "dialogs/table_dialog.h"
 
 /// "About Quivane for Pocket PC": the program's icon, name and version, full screen. The icon is the
 /// program's resource.
-class AboutDialog final : private ModalDialog {
+class AboutDialog final : private TableDialog<AboutDialog> {
  public:
-  /// IDOK or IDCANCEL.
-  int run(HWND owner);
+  /// IDOK or IDCANCEL, -1 when it can't be made.
+  INT_PTR run(HWND owner);
 
  private:
-  void opened() override;
-  bool command(WORD id) override;
-  void zoomChanged() override { showIcon(); }
+  friend TableDialog<AboutDialog>;
+  static std::span<const CommandRow> commandRows();
+  static std::span<const MessageRow> messageRows();
+
+  void opened();
   void confirm() { leave(IDOK); }
   void cancel() { leave(IDCANCEL); }
-  void leave(int result);
+  void leave(INT_PTR result);
   void showIcon();
 
   UniqueIcon icon_;

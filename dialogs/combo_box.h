@@ -6,6 +6,7 @@
 
 #include "base/name_list.h"
 #include "base/string.h"
+#include "platform/pocketshell/handheld_windows.h"
 
 /// The messages of a combo box, typed. Indexes are 0-based, in the order of the list.
 namespace combobox {
@@ -41,6 +42,14 @@ inline String selectedText(HWND combo) {
   std::wstring text(static_cast<std::size_t>(length) + 1, L'\0');
   SendMessageW(combo, CB_GETLBTEXT, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(text.data()));
   return text.c_str();
+}
+
+/// As high as other controls at the present zoom; the system's own height follows the font, but not in
+/// proportion.
+inline void fitHeight(HWND combo) {
+  constexpr auto kSelectionField = static_cast<WPARAM>(-1);
+  constexpr int kHeightInside = 15;
+  SendMessageW(combo, CB_SETITEMHEIGHT, kSelectionField, HandheldToMonitor(kHeightInside));
 }
 
 /// Of the edit; the system's own limit is lower than what people paste.

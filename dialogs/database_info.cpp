@@ -3,7 +3,7 @@
 #include "dialogs/database_info_ids.h"
 #include "dialogs/dialog_place.h"
 
-int DatabaseInfoDialog::run(HWND owner) {
+INT_PTR DatabaseInfoDialog::run(HWND owner) {
   return runTemplate(IDD_DATABASE_INFO, owner);
 }
 
@@ -17,10 +17,14 @@ void DatabaseInfoDialog::opened() {
   SetFocus(control(IDOK));
 }
 
-bool DatabaseInfoDialog::command(WORD id) {
-  static constexpr DialogCommand<DatabaseInfoDialog> kCommands[] = {
-      {IDOK, &DatabaseInfoDialog::confirm},
-      {IDCANCEL, &DatabaseInfoDialog::cancel},
+std::span<const DatabaseInfoDialog::CommandRow> DatabaseInfoDialog::commandRows() {
+  static constexpr CommandRow kRows[] = {
+      {IDOK, BN_CLICKED, &DatabaseInfoDialog::confirm},
+      {IDCANCEL, BN_CLICKED, &DatabaseInfoDialog::cancel},
   };
-  return answerCommand<DatabaseInfoDialog>(*this, kCommands, id);
+  return kRows;
+}
+
+std::span<const DatabaseInfoDialog::MessageRow> DatabaseInfoDialog::messageRows() {
+  return {};
 }

@@ -1,11 +1,11 @@
 #pragma once
 
 #include "base/string.h"
-#include "dialogs/modal_dialog.h"
+#include "dialogs/table_dialog.h"
 
 /// "Database Information": shows what is open. The fields are in: the texts that it shows, each empty
 /// where there is none.
-class DatabaseInfoDialog final : private ModalDialog {
+class DatabaseInfoDialog final : private TableDialog<DatabaseInfoDialog> {
  public:
   String databasePath;
   String tableName;
@@ -13,11 +13,14 @@ class DatabaseInfoDialog final : private ModalDialog {
   String sqlText;
 
   /// IDOK or IDCANCEL; nothing has changed in either case.
-  int run(HWND owner);
+  INT_PTR run(HWND owner);
 
  private:
-  void opened() override;
-  bool command(WORD id) override;
+  friend TableDialog<DatabaseInfoDialog>;
+  static std::span<const CommandRow> commandRows();
+  static std::span<const MessageRow> messageRows();
+
+  void opened();
   void confirm() { close(IDOK); }
   void cancel() { close(IDCANCEL); }
 };

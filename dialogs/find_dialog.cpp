@@ -31,7 +31,7 @@ FindDialog::FindDialog(FindState& state, NameList fieldNames)
 INT_PTR FindDialog::run(HWND owner) {
   owner_ = owner;
   const INT_PTR result = runTemplate(IDD_FIND, owner);
-  // Also when it was not the user who ended it.
+  // Before the search that confirming it asked for, which is only posted.
   state_.dialog = nullptr;
   return result;
 }
@@ -41,7 +41,7 @@ std::span<const FindDialog::CommandRow> FindDialog::commandRows() {
       {IDOK, BN_CLICKED, &FindDialog::confirm},
       {IDCANCEL, BN_CLICKED, &FindDialog::cancel},
       {IDC_FIND_NEXT, BN_CLICKED, &FindDialog::next},
-      {IDC_FIND_ALL_FIELDS, BN_CLICKED, &FindDialog::allFieldsClicked},
+      {IDC_FIND_ALL_FIELDS, BN_CLICKED, &FindDialog::storeAllFields},
   }};
   return kRows;
 }
@@ -52,6 +52,8 @@ void FindDialog::opened() {
   SHSipPreference(window(), SIP_UP);
   state_.dialog = window();
   state_.newSearch = true;
+  combobox::fitHeight(control(IDC_FIND_TEXT));
+  combobox::fitHeight(control(IDC_FIND_FIELD));
   combobox::removeTextLimit(control(IDC_FIND_TEXT));
   SetFocus(control(IDC_FIND_TEXT));
   combobox::fill(control(IDC_FIND_FIELD), fieldNames_);
@@ -74,19 +76,19 @@ void FindDialog::refillControls() {
 }
 
 void FindDialog::enableField() const {
-  const BOOL enabled = state_.checkAllFields == 0;
+  const BOOL enabled = state_.checkAllFields == 0 ? TRUE : FALSE;
   EnableWindow(control(IDC_FIND_FIELD), enabled);
   EnableWindow(control(IDC_FIND_FIELD_LABEL), enabled);
 }
 
-void FindDialog::allFieldsClicked() {
+void FindDialog::storeAllFields() {
   state_.checkAllFields = IsDlgButtonChecked(window(), IDC_FIND_ALL_FIELDS);
   SettingsStore::WriteDword(SettingsStore::kOptions, kCheckAllFields, state_.checkAllFields);
   enableField();
 }
 
 void FindDialog::storeCheckBoxes() {
-  allFieldsClicked();
+  storeAllFields();
   state_.matchCase = IsDlgButtonChecked(window(), IDC_FIND_MATCH_CASE);
   SettingsStore::WriteDword(SettingsStore::kOptions, kMatchCase, state_.matchCase);
 }
@@ -114,7 +116,6 @@ void FindDialog::cancel() {
 }
 
 void FindDialog::leave(INT_PTR result) {
-  state_.dialog = nullptr;
   storeCheckBoxes();
   putPanelDown();
   close(result);

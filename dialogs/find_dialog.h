@@ -35,7 +35,7 @@ class FindDialog : public TableDialog<FindDialog> {
 
   void opened();
   void refillControls();
-  void allFieldsClicked();
+  void storeAllFields();
   void next();
   void confirm();
   void cancel();

@@ -3,9 +3,10 @@
 #include <string>
 
 #include "dialogs/go_to_ids.h"
+#include "dialogs/refusal.h"
 #include "views/popup_place.h"
 
-int GoToDialog::run(HWND owner) {
+INT_PTR GoToDialog::run(HWND owner) {
   return runTemplate(IDD_GO_TO, owner);
 }
 
@@ -18,12 +19,16 @@ void GoToDialog::opened() {
   SetFocus(control(IDC_GO_TO_NUMBER));
 }
 
-bool GoToDialog::command(WORD id) {
-  static constexpr DialogCommand<GoToDialog> kCommands[] = {
-      {IDOK, &GoToDialog::confirm},
-      {IDCANCEL, &GoToDialog::cancel},
+std::span<const GoToDialog::CommandRow> GoToDialog::commandRows() {
+  static constexpr CommandRow kRows[] = {
+      {IDOK, BN_CLICKED, &GoToDialog::confirm},
+      {IDCANCEL, BN_CLICKED, &GoToDialog::cancel},
   };
-  return answerCommand<GoToDialog>(*this, kCommands, id);
+  return kRows;
+}
+
+std::span<const GoToDialog::MessageRow> GoToDialog::messageRows() {
+  return {};
 }
 
 void GoToDialog::confirm() {
@@ -35,7 +40,7 @@ void GoToDialog::confirm() {
     close(IDOK);
     return;
   }
-  refuse((L"Enter number in range 1 to " + std::to_wstring(highest)).c_str(), L"Error");
+  refuse(window(), (L"Enter number in range 1 to " + std::to_wstring(highest)).c_str(), L"Error");
   // The next key replaces what was refused.
   SendMessageW(control(IDC_GO_TO_NUMBER), EM_SETSEL, 0, -1);
   SetFocus(control(IDC_GO_TO_NUMBER));

@@ -1,12 +1,6 @@
 #include "dialogs/input_panel_hold.h"
 
-#include "platform/pocketshell/aygshell.h"
-
-bool isInputPanelUp() {
-  SIPINFO info{};
-  info.cbSize = sizeof(info);
-  return SHSipInfo(SPI_GETSIPINFO, 0, &info, 0) && (info.fdwFlags & SIPF_ON) != 0;
-}
+#include "dialogs/panel_use.h"
 
 void InputPanelHold::raise(HWND dialog) {
   wasUp_ = isInputPanelUp();

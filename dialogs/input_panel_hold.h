@@ -2,9 +2,6 @@
 
 #include <windows.h>
 
-/// Whether the input panel is up.
-bool isInputPanelUp();
-
 /// Raises the input panel for a dialog in which one writes, and puts it down again at the dialog's end
 /// unless it was up before.
 class InputPanelHold {

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "dialogs/new_field_ids.h"
+#include "dialogs/refusal.h"
 #include "dialogs/table_design.h"
 #include "views/child_control.h"
 #include "views/popup_place.h"
@@ -27,7 +28,7 @@ int selectedType(HWND box) {
 
 }  // namespace
 
-int NewFieldDialog::run(HWND owner) {
+INT_PTR NewFieldDialog::run(HWND owner) {
   return runTemplate(IDD_NEW_FIELD, owner);
 }
 
@@ -40,25 +41,29 @@ void NewFieldDialog::opened() {
   SetFocus(control(IDC_NEW_FIELD_NAME));
 }
 
-bool NewFieldDialog::command(WORD id) {
-  static constexpr DialogCommand<NewFieldDialog> kCommands[] = {
-      {IDOK, &NewFieldDialog::confirm},
-      {IDCANCEL, &NewFieldDialog::cancel},
+std::span<const NewFieldDialog::CommandRow> NewFieldDialog::commandRows() {
+  static constexpr CommandRow kRows[] = {
+      {IDOK, BN_CLICKED, &NewFieldDialog::confirm},
+      {IDCANCEL, BN_CLICKED, &NewFieldDialog::cancel},
   };
-  return answerCommand<NewFieldDialog>(*this, kCommands, id);
+  return kRows;
+}
+
+std::span<const NewFieldDialog::MessageRow> NewFieldDialog::messageRows() {
+  return {};
 }
 
 void NewFieldDialog::confirm() {
   String name = windowText(control(IDC_NEW_FIELD_NAME));
   const int row = selectedType(control(IDC_NEW_FIELD_TYPE));
   if (name.isEmpty()) {
-    refuse(L"Please enter a field name!");
+    refuse(window(), L"Please enter a field name!");
     SetFocus(control(IDC_NEW_FIELD_NAME));
   } else if (hasForbiddenCharacter(name)) {
-    refuse(L"Field name cannot use characters:\n` . ! \u2019 [ ] \" * ?");
+    refuse(window(), L"Field name cannot use characters:\n` . ! \u2019 [ ] \" * ?");
     SetFocus(control(IDC_NEW_FIELD_NAME));
   } else if (row < 0) {
-    refuse(L"Please select a type!");
+    refuse(window(), L"Please select a type!");
     SetFocus(control(IDC_NEW_FIELD_TYPE));
   } else {
     field = {std::move(name), kFieldTypeRows[static_cast<std::size_t>(row)].sqlType, false};
@@ -66,7 +71,7 @@ void NewFieldDialog::confirm() {
   }
 }
 
-void NewFieldDialog::leave(int result) {
+void NewFieldDialog::leave(INT_PTR result) {
   panel_.release(window());
   close(result);
 }

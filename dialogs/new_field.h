@@ -2,23 +2,26 @@
 
 #include "data/schema.h"
 #include "dialogs/input_panel_hold.h"
-#include "dialogs/modal_dialog.h"
+#include "dialogs/table_dialog.h"
 
 /// "New Field": asks for the name and the type of one field of a new table.
-class NewFieldDialog final : private ModalDialog {
+class NewFieldDialog final : private TableDialog<NewFieldDialog> {
  public:
   /// Out, when the result is IDOK: a name without a forbidden character, and the SQL type.
   NewField field;
 
-  /// IDOK or IDCANCEL.
-  int run(HWND owner);
+  /// IDOK or IDCANCEL, -1 when it can't be made.
+  INT_PTR run(HWND owner);
 
  private:
-  void opened() override;
-  bool command(WORD id) override;
+  friend TableDialog<NewFieldDialog>;
+  static std::span<const CommandRow> commandRows();
+  static std::span<const MessageRow> messageRows();
+
+  void opened();
   void confirm();
   void cancel() { leave(IDCANCEL); }
-  void leave(int result);
+  void leave(INT_PTR result);
 
   InputPanelHold panel_;
 };

@@ -7,6 +7,7 @@
 #include "dialogs/dialog_place.h"
 #include "dialogs/new_field.h"
 #include "dialogs/new_table_ids.h"
+#include "dialogs/refusal.h"
 #include "dialogs/table_design.h"
 #include "platform/pocketshell/handheld_windows.h"
 #include "views/child_control.h"
@@ -27,7 +28,7 @@ int freeHeight(HWND dialog) {
 
 }  // namespace
 
-int NewTableDialog::run(HWND owner) {
+INT_PTR NewTableDialog::run(HWND owner) {
   return runTemplate(IDD_NEW_TABLE, owner);
 }
 
@@ -41,16 +42,24 @@ void NewTableDialog::opened() {
   SetFocus(control(IDC_NEW_TABLE_NAME));
 }
 
-bool NewTableDialog::command(WORD id) {
-  static constexpr DialogCommand<NewTableDialog> kCommands[] = {
-      {IDC_NEW_TABLE_ADD, &NewTableDialog::addField},
-      {IDC_NEW_TABLE_REMOVE, &NewTableDialog::removeField},
-      {IDC_NEW_TABLE_UP, &NewTableDialog::moveFieldUp},
-      {IDC_NEW_TABLE_DOWN, &NewTableDialog::moveFieldDown},
-      {IDOK, &NewTableDialog::confirm},
-      {IDCANCEL, &NewTableDialog::cancel},
+std::span<const NewTableDialog::CommandRow> NewTableDialog::commandRows() {
+  static constexpr CommandRow kRows[] = {
+      {IDC_NEW_TABLE_ADD, BN_CLICKED, &NewTableDialog::addField},
+      {IDC_NEW_TABLE_REMOVE, BN_CLICKED, &NewTableDialog::removeField},
+      {IDC_NEW_TABLE_UP, BN_CLICKED, &NewTableDialog::moveFieldUp},
+      {IDC_NEW_TABLE_DOWN, BN_CLICKED, &NewTableDialog::moveFieldDown},
+      {IDOK, BN_CLICKED, &NewTableDialog::confirm},
+      {IDCANCEL, BN_CLICKED, &NewTableDialog::cancel},
   };
-  return answerCommand<NewTableDialog>(*this, kCommands, id);
+  return kRows;
+}
+
+std::span<const NewTableDialog::MessageRow> NewTableDialog::messageRows() {
+  static const MessageRow kRows[] = {
+      {WM_SETTINGCHANGE, &NewTableDialog::layOut},
+      {HandheldZoomMessage(), &NewTableDialog::zoomChanged},
+  };
+  return kRows;
 }
 
 void NewTableDialog::addField() {
@@ -71,7 +80,7 @@ void NewTableDialog::confirm() {
     refuseName(
         (std::wstring(L"Table ") + typed.text() + L" already exists!\nChoose a different name").c_str());
   } else if (designed.empty()) {
-    refuse(L"Please define fields!");
+    refuse(window(), L"Please define fields!");
   } else {
     name = std::move(typed);
     fields = std::move(designed);
@@ -80,19 +89,19 @@ void NewTableDialog::confirm() {
   }
 }
 
-void NewTableDialog::leave(int result) {
+void NewTableDialog::leave(INT_PTR result) {
   list_.removeAll();
   panel_.release(window());
   close(result);
 }
 
 void NewTableDialog::refuseName(const wchar_t* reason) const {
-  refuse(reason);
+  refuse(window(), reason);
   SetFocus(control(IDC_NEW_TABLE_NAME));
 }
 
 /// The list takes what the input panel leaves, with the buttons under it.
-void NewTableDialog::layOut() const {
+void NewTableDialog::layOut() {
   constexpr int kGap = 5;
   const int free = freeHeight(window());
   RECT list{};

@@ -7,10 +7,10 @@
 #include "data/schema.h"
 #include "dialogs/field_list.h"
 #include "dialogs/input_panel_hold.h"
-#include "dialogs/modal_dialog.h"
+#include "dialogs/table_dialog.h"
 
 /// "New Table": the name of a new table and its fields. The dialog creates nothing.
-class NewTableDialog final : private ModalDialog {
+class NewTableDialog final : private TableDialog<NewTableDialog> {
  public:
   /// `tables` are the names of the tables of the open database, which have to outlive the dialog. A
   /// table that is called like one of them is refused.
@@ -25,14 +25,16 @@ class NewTableDialog final : private ModalDialog {
   /// Out, when the result is IDOK: the fields as Database::createTable takes them.
   String columns;
 
-  /// IDOK or IDCANCEL.
-  int run(HWND owner);
+  /// IDOK or IDCANCEL, -1 when it can't be made.
+  INT_PTR run(HWND owner);
 
  private:
-  void opened() override;
-  bool command(WORD id) override;
-  void panelMoved() override { layOut(); }
-  void zoomChanged() override { list_.fitColumns(); }
+  friend TableDialog<NewTableDialog>;
+  static std::span<const CommandRow> commandRows();
+  static std::span<const MessageRow> messageRows();
+
+  void opened();
+  void zoomChanged() { list_.fitColumns(); }
 
   void addField();
   void removeField() { list_.removeSelected(); }
@@ -40,10 +42,10 @@ class NewTableDialog final : private ModalDialog {
   void moveFieldDown() { list_.moveSelectedDown(); }
   void confirm();
   void cancel() { leave(IDCANCEL); }
-  void leave(int result);
+  void leave(INT_PTR result);
 
   void refuseName(const wchar_t* reason) const;
-  void layOut() const;
+  void layOut();
 
   const NameList& tables_;
   FieldList list_;

@@ -8,5 +8,5 @@
 inline bool isInputPanelUp() {
   SIPINFO info{};
   info.cbSize = sizeof(info);
-  return SHSipInfo(SPI_GETSIPINFO, 0, &info, 0) && (info.fdwFlags & SIPF_ON) != 0;
+  return SHSipInfo(SPI_GETSIPINFO, 0, &info, 0) != 0 && (info.fdwFlags & SIPF_ON) != 0;
 }

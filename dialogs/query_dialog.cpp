@@ -21,7 +21,6 @@ constexpr int kSqlHeight = 140;
 constexpr int kSqlHeightAbovePanel = 60;
 
 constexpr wchar_t kNotASelect[] = L"Queries must begin with a SELECT keyword!";
-constexpr wchar_t kNoRecords[] = L"Query does not return records";
 
 bool beginsWithSelect(const String& sql) {
   constexpr std::wstring_view kKeyword = L"SELECT";
@@ -89,6 +88,8 @@ void QueryDialog::opened() {
   showText(control(IDC_QUERY_SQL), sql);
   layOutSql();
   ShowWindow(control(IDC_QUERY_FILTER), SW_HIDE);
+  combobox::fitHeight(control(IDC_QUERY_TABLES));
+  combobox::fitHeight(control(IDC_QUERY_FIELDS));
   SetFocus(control(IDC_QUERY_NAME));
   combobox::fill(control(IDC_QUERY_TABLES), host_.tableNames);
   fillFields();
@@ -130,11 +131,21 @@ void QueryDialog::check() {
   const String text = windowText(control(IDC_QUERY_SQL));
   if (!beginsWithSelect(text)) {
     tell(kNotASelect);
-  } else {
-    tell(host_.returnsRecords(text) ? L"Query is OK" : kNoRecords);
+  } else if (returnsRecords(text)) {
+    tell(L"Query is OK");
   }
 }
 
+/// Where it does not, the user has been told.
+bool QueryDialog::returnsRecords(const String& text) const {
+  String reason;
+  if (host_.returnsRecords(text, reason)) return true;
+  if (!reason.isEmpty()) tell(reason.text());
+  tell(L"Query does not return records");
+  return false;
+}
+
+// NOLINTNEXTLINE(readability-make-member-function-const): a handler of the table
 void QueryDialog::help() {
   host_.showHelp(kHelpTopic);
 }
@@ -149,9 +160,7 @@ void QueryDialog::confirm() {
   String text = windowText(control(IDC_QUERY_SQL));
   if (!beginsWithSelect(text)) {
     tell(kNotASelect);
-  } else if (!host_.returnsRecords(text)) {
-    tell(kNoRecords);
-  } else {
+  } else if (returnsRecords(text)) {
     sql = std::move(text);
     leave(IDOK);
   }

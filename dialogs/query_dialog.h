@@ -14,8 +14,8 @@ struct QueryDialogHost {
   const NameList& tableNames;
   /// Replaces `names`, which comes empty, by the field names of a SELECT; leaves it when that does not open.
   std::function<void(const String& sql, NameList& names)> listFieldNames;
-  /// Whether a statement opens as a recordset.
-  std::function<bool(const String& sql)> returnsRecords;
+  /// Whether a statement opens as a recordset; sets `reason`, which comes empty, where it knows why not.
+  std::function<bool(const String& sql, String& reason)> returnsRecords;
   /// Shows a page of the help and does not wait for it.
   std::function<void(const wchar_t* topic)> showHelp;
 };
@@ -54,6 +54,7 @@ class QueryDialog : public TableDialog<QueryDialog> {
   void cancel();
 
   void insert(const wchar_t* text) const;
+  bool returnsRecords(const String& text) const;
   void leave(INT_PTR result) const;
   void tell(const wchar_t* text) const;
 

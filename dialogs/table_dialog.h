@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include <span>
+#include <utility>
 
 #include "dialogs/dialog_colors.h"
 #include "platform/pocketshell/handheld_windows.h"
@@ -62,8 +63,9 @@ class TableDialog {
       return self->answer(dialog, message, wParam, lParam);
     } catch (...) {
       MessageBeep(MB_ICONEXCLAMATION);
-      if (message == WM_INITDIALOG) EndDialog(dialog, kNotMade);
-      return message != WM_INITDIALOG;
+      if (message != WM_INITDIALOG) return TRUE;
+      EndDialog(dialog, kNotMade);
+      return FALSE;
     }
   }
 
@@ -72,13 +74,13 @@ class TableDialog {
     switch (message) {
       case WM_INITDIALOG:
         window_ = dialog;
-        currentDialog = dialog;
+        dialogBelow_ = std::exchange(currentDialog, dialog);
         derived.opened();
         // The dialog has set the focus itself.
         return FALSE;
       case WM_DESTROY:
         window_ = nullptr;
-        currentDialog = nullptr;
+        currentDialog = dialogBelow_;
         return FALSE;
       case WM_CTLCOLORDLG:
       case WM_CTLCOLORSTATIC:
@@ -107,4 +109,5 @@ class TableDialog {
   }
 
   HWND window_ = nullptr;
+  HWND dialogBelow_ = nullptr;  // the current dialog over which this one opened
 };

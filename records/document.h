@@ -80,9 +80,10 @@ class Document {
   bool addQuery(const SavedQuery& query);
   bool changeChosenQuery(const SavedQuery& query);
   /// For the writing of a query: the field names of a SELECT as Database::listFieldNames gives them, and
-  /// whether a statement opens. The records that are in use are opened anew afterwards.
+  /// whether a statement opens, with the store's reason where it does not. The records that are in use are
+  /// opened anew afterwards.
   void listFieldNames(const String& sql, NameList& names) { database_.listFieldNames(sql, names); }
-  bool returnsRecords(const String& sql);
+  bool returnsRecords(const String& sql, String& reason);
 
   const NameList& tableNames() const { return tableNames_; }
   bool isDatabaseOpen() const { return databaseOpen_; }
@@ -174,7 +175,7 @@ class Document {
   /// Shows the pages in the colours as they are now.
   void refreshColors();
   /// The pages' images at the present zoom.
-  void loadImages();
+  void loadImages() const;
   /// The user has chosen another row of the grid: currentRecord says which.
   void rowChosen();
 

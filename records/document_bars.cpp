@@ -61,7 +61,7 @@ void Document::refreshColors() {
   pages_.grid.refreshColors();
 }
 
-void Document::loadImages() {
+void Document::loadImages() const {
   pages_.tables->loadImages();
   pages_.queries->loadImages();
 }

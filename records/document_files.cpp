@@ -3,18 +3,34 @@
 
 #include <algorithm>
 #include <cwchar>
+#include <optional>
 #include <string>
 
-#include "data/last_error.h"
+#include "base/handles.h"
 #include "records/document.h"
 
 namespace {
 
 constexpr wchar_t kCaption[] = L"Quivane";
 
-/// File names differ in more than letter case.
+/// What tells the file from every other; none for one that can't be looked at.
+std::optional<BY_HANDLE_FILE_INFORMATION> identity(const String& path) {
+  constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+  constexpr DWORD kNoAccess = 0;
+  const UniqueFile file(
+      CreateFileW(path.text(), kNoAccess, kShareAll, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+  BY_HANDLE_FILE_INFORMATION found{};
+  if (!file || !GetFileInformationByHandle(file.get(), &found)) return std::nullopt;
+  return found;
+}
+
+/// One file can be spelled in several ways, by letter case, by a folder that stands for another.
 bool isSameFile(const String& one, const String& other) {
-  return CompareStringOrdinal(one.text(), -1, other.text(), -1, TRUE) == CSTR_EQUAL;
+  if (CompareStringOrdinal(one.text(), -1, other.text(), -1, TRUE) == CSTR_EQUAL) return true;
+  const auto first = identity(one);
+  const auto second = identity(other);
+  return first && second && first->dwVolumeSerialNumber == second->dwVolumeSerialNumber &&
+         first->nFileIndexHigh == second->nFileIndexHigh && first->nFileIndexLow == second->nFileIndexLow;
 }
 
 }  // namespace
@@ -84,6 +100,7 @@ CommandResult Document::deleteTableCommand() {
   if (!confirmDeletion(std::wstring(L"table '") + name.text() + L"'")) return CommandResult::cancelled;
   database_.closeRecordset();
   recordsetOpen_ = false;
+  recordCount = 0;
   if (!database_.dropTable(name)) {
     sqlPending_ = true;
     tellFailure(std::wstring(L"Table '") + name.text() + L"' could not be deleted.");
@@ -117,7 +134,8 @@ CommandResult Document::deleteQueryCommand() {
   const String name = pages_.queries->itemText(index);
   if (name.isEmpty()) return CommandResult::failed;
   if (!confirmDeletion(std::wstring(L"query '") + name.text() + L"'")) return CommandResult::cancelled;
-  if (!database_.deleteQuery(static_cast<std::uint32_t>(index))) {
+  database_.deleteQuery(static_cast<std::uint32_t>(index));
+  if (database_.isQueryRefused()) {
     tellFailure(std::wstring(L"Query '") + name.text() + L"' could not be deleted.");
     return CommandResult::failed;
   }
@@ -132,7 +150,8 @@ bool Document::chosenQuery(SavedQuery& query) {
 }
 
 bool Document::addQuery(const SavedQuery& query) {
-  if (!database_.addQuery(query)) {
+  database_.addQuery(query);
+  if (database_.isQueryRefused()) {
     tellQueryNotStored(query);
     return false;
   }
@@ -144,7 +163,8 @@ bool Document::addQuery(const SavedQuery& query) {
 }
 
 bool Document::changeChosenQuery(const SavedQuery& query) {
-  if (!database_.updateQuery(static_cast<std::uint32_t>(pages_.queries->selectedIndex()), query)) {
+  database_.updateQuery(static_cast<std::uint32_t>(pages_.queries->selectedIndex()), query);
+  if (database_.isQueryRefused()) {
     tellQueryNotStored(query);
     return false;
   }
@@ -153,9 +173,7 @@ bool Document::changeChosenQuery(const SavedQuery& query) {
 }
 
 void Document::tellQueryNotStored(const SavedQuery& query) {
-  const std::wstring text =
-      std::wstring(L"Query '") + query.name.text() + L"' could not be stored.\n" + takeLastErrorText().text();
-  refuse(PromptOwner::mainWindow, text.c_str());
+  tellFailure(std::wstring(L"Query '") + query.name.text() + L"' could not be stored.");
 }
 
 void Document::showQueries(const String& chosen) {
@@ -170,8 +188,9 @@ void Document::showQueries(const String& chosen) {
   updateCommandBar();
 }
 
-bool Document::returnsRecords(const String& sql) {
+bool Document::returnsRecords(const String& sql, String& reason) {
   const bool returns = database_.checkSql(sql);
+  if (!returns) reason = database_.refusalText();
   // The statement that was tried has taken the place of the records in use.
   recordsetOpen_ = false;
   sqlPending_ = !sqlText_.isEmpty();

@@ -1,6 +1,7 @@
 // The search for text in the records, a step for each press of the Find dialog's button.
 #include <windows.h>
 
+#include <algorithm>
 #include <string>
 #include <utility>
 
@@ -14,7 +15,8 @@ int Document::openFind() {
     return 0;
   }
   if (!recordsetOpen_ || database_.recordCount() == 0 || !finishEditing()) return 0;
-  findStartRecord_ = currentRecord;
+  // A match in the last record has left the cursor behind it.
+  findStartRecord_ = std::min(currentRecord, database_.recordCount());
   NameList names;
   for (std::uint32_t field = 0; field < database_.fieldCount(); ++field)
     names.append(database_.fieldName(field));

@@ -172,8 +172,8 @@ void Document::deleteOnForm() {
 }
 
 void Document::deleteInGrid() {
-  database_.moveTo(currentRecord);
-  if (!database_.deleteCurrent()) {
+  // Where the move fails another record is current, and must not go in this one's place.
+  if (!database_.moveTo(currentRecord) || !database_.deleteCurrent()) {
     tellNotDeleted();
     return;
   }

@@ -18,7 +18,7 @@ String positionText(std::uint32_t position, std::uint32_t count) {
     const int pad = kPaddedDigitCount - static_cast<int>(first.size() + last.size());
     // A blank is about half as wide as a digit.
     const int blanks = pad > 0 ? (pad + 1) / 2 : 0;
-    text.assign(static_cast<std::size_t>(1 + blanks), L' ');
+    text.assign(std::size_t{1} + static_cast<std::size_t>(blanks), L' ');
   }
   text += first + L" / " + last;
   return text.c_str();

@@ -9,7 +9,7 @@
 #include "base/string.h"
 #include "records/find_state.h"
 
-/// Over which window a message box lies; without one it lies over none.
+/// Over which window a message box lies; without one it lies over none. The main window waits in any case.
 enum class PromptOwner { none, mainWindow, tabControl, findDialog };
 
 /// For what a file is chosen.

@@ -5,7 +5,7 @@
 start_display() {
   local number=
   mkfifo "$1/display-number"
-  Xvfb -displayfd 6 -screen 0 800x600x24 -nolisten tcp -noreset \
+  Xvfb -displayfd 6 -screen 0 1024x768x24 -nolisten tcp -noreset \
     6>"$1/display-number" >"$1/display.log" 2>&1 8>&- &
   echo $! >"$1/display-server"
   read -r -t 60 number <"$1/display-number" || true

@@ -227,7 +227,8 @@ make_fresh_prefix() {
   flock 7
   for abandoned in "$fresh_prefixes"/*/; do
     if [[ -d $abandoned ]] && flock -n "$abandoned" true 7>&-; then
-      remove_fresh_prefix "${abandoned%/}" 7>&-
+      # What can't be removed now is tried again by the next run.
+      remove_fresh_prefix "${abandoned%/}" 7>&- 2>/dev/null || true
     fi
   done
   fresh_prefix=$(mktemp -d "$fresh_prefixes/XXXXXXXX")

@@ -99,6 +99,13 @@ inline int nextItem(HWND list, int after, UINT flags) {
       SendMessageW(list, LVM_GETNEXTITEM, static_cast<WPARAM>(after), MAKELPARAM(flags, 0)));
 }
 
+/// The item at a place in the list's client area, in the monitor's pixels; -1 when there is none.
+inline int itemAt(HWND list, POINT place) {
+  LVHITTESTINFO test{};
+  test.pt = place;
+  return static_cast<int>(SendMessageW(list, LVM_SUBITEMHITTEST, 0, reinterpret_cast<LPARAM>(&test)));
+}
+
 /// Scrolls until the whole item is in view.
 inline void ensureVisible(HWND list, int index) {
   SendMessageW(list, LVM_ENSUREVISIBLE, static_cast<WPARAM>(index), FALSE);

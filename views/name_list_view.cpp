@@ -96,6 +96,10 @@ void NameListView::setStyle(NameStyle style) {
   const DWORD wanted = styleBits(style);
   if ((present & LVS_TYPEMASK) == wanted) return;
   SetWindowLongW(window_, GWL_STYLE, static_cast<LONG>((present & ~DWORD{LVS_TYPEMASK}) | wanted));
+  // The list does not scroll back and erases only what is under them.
+  if (count() != 0) listview::ensureVisible(window_, 0);
+  if (selectedIndex_ >= 0) listview::ensureVisible(window_, selectedIndex_);
+  InvalidateRect(window_, nullptr, TRUE);
 }
 
 void NameListView::addItem(int index, const String& name) {
@@ -160,4 +164,6 @@ void NameListView::loadImages() {
   listview::setIconSpacing(window_, HandheldToMonitor(kIconSpacing), HandheldToMonitor(kIconSpacing));
   setIcon(window_, LVSIL_NORMAL, icons_.large, 32);
   setIcon(window_, LVSIL_SMALL, icons_.small, 16);
+  // Items that are there already stay where the former zoom had them.
+  listview::arrange(window_);
 }

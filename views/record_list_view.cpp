@@ -1,5 +1,7 @@
 #include "views/record_list_view.h"
 
+#include <windowsx.h>
+
 #include <algorithm>
 #include <array>
 
@@ -29,6 +31,30 @@ int rowCount() {
 
 /// Of the control class, in whose place listProcedure stands.
 WNDPROC listOldProc = nullptr;
+
+/// Before row `next` is selected. Some lists walk over every row to take the former selection away by
+/// themselves: half a second for a million.
+void takeSelectionAway(HWND list, int next) {
+  const int former = listview::nextItem(list, listview::kFirstOfAll, LVNI_SELECTED);
+  if (former >= 0 && former != next) listview::setItemState(list, former, 0, LVIS_SELECTED);
+}
+
+/// Where an arrow or page key leads from a row; the row itself where it leads nowhere, -1 for other keys.
+int rowBehindKey(HWND list, WPARAM key, int row) {
+  const int last = listview::itemCount(list) - 1;
+  switch (key) {
+    case VK_UP:
+    case VK_PRIOR:
+    case VK_HOME:
+      return row > 0 ? row - 1 : row;
+    case VK_DOWN:
+    case VK_NEXT:
+    case VK_END:
+      return row < last ? row + 1 : row;
+    default:
+      return -1;
+  }
+}
 
 UniqueFont createFont(HWND window, int points) {
   const UniqueWindowDc dc(window);
@@ -108,9 +134,25 @@ LRESULT RecordListView::doubleTapped(HWND window, UINT message, WPARAM wParam, L
   return CallWindowProcW(listOldProc, window, message, wParam, lParam);
 }
 
+/// The selection is about to move, by one row at least.
+LRESULT RecordListView::keyPressedInList(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+  const int row = listview::nextItem(window, listview::kFirstOfAll, LVNI_FOCUSED);
+  const int next = row < 0 ? -1 : rowBehindKey(window, wParam, row);
+  if (next >= 0) takeSelectionAway(window, next == row ? row : -1);
+  return CallWindowProcW(listOldProc, window, message, wParam, lParam);
+}
+
+LRESULT RecordListView::tapped(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+  const int row = listview::itemAt(window, {GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)});
+  if (row >= 0) takeSelectionAway(window, row);
+  return CallWindowProcW(listOldProc, window, message, wParam, lParam);
+}
+
 LRESULT CALLBACK RecordListView::listProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
   static constexpr std::array kMessages = {
       MessageRow{WM_LBUTTONDBLCLK, doubleTapped},
+      MessageRow{WM_LBUTTONUP, tapped},
+      MessageRow{WM_KEYDOWN, keyPressedInList},
   };
   return answerFromTable(kMessages, window, message, wParam, lParam,
                          [](HWND list, UINT number, WPARAM first, LPARAM second) {
@@ -251,6 +293,7 @@ void RecordListView::selectCurrent() {
   if (row < 0) return;
   listview::ensureVisible(list_, row);
   SetFocus(list_);
+  takeSelectionAway(list_, row);
   listview::setItemState(list_, row, kChosenState, kWholeStateMask);
   // The arrow keys go on from the row that has the list's own focus, which the mask above takes away.
   listview::setItemState(list_, row, LVIS_FOCUSED, LVIS_FOCUSED);

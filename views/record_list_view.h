@@ -81,6 +81,8 @@ class RecordListView final : public RecordGrid {
   void itemChanged(const NMLISTVIEW& change);
 
   static LRESULT doubleTapped(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+  static LRESULT tapped(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+  static LRESULT keyPressedInList(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
   static LRESULT CALLBACK listProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
   static LRESULT windowCreated(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
   static LRESULT CALLBACK windowProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);

@@ -20,11 +20,14 @@ HWND shellWindowOf(HWND dialog) {
   return owner;
 }
 
+/// A dialog's caption has no icon: the frame of dialogs keeps the system from drawing one of its own.
 void giveCaption(HWND dialog) {
   const LONG_PTR style = GetWindowLongPtrW(dialog, GWL_STYLE);
+  const LONG_PTR extended = GetWindowLongPtrW(dialog, GWL_EXSTYLE);
   constexpr LONG_PTR kCaption = WS_CAPTION | WS_SYSMENU;
-  if ((style & kCaption) == kCaption) return;
+  if ((style & kCaption) == kCaption && (extended & WS_EX_DLGMODALFRAME) != 0) return;
   SetWindowLongPtrW(dialog, GWL_STYLE, style | kCaption);
+  SetWindowLongPtrW(dialog, GWL_EXSTYLE, extended | WS_EX_DLGMODALFRAME);
   SetWindowPos(dialog, nullptr, 0, 0, 0, 0,
                SWP_NOMOVE | SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE | SWP_FRAMECHANGED);
 }

@@ -104,6 +104,15 @@ LRESULT ShellWindow::notified(UINT message, WPARAM wParam, LPARAM lParam) {
   return TBDDRET_DEFAULT;
 }
 
+/// Wine's submenus of a system menu send ordinary commands.
+LRESULT ShellWindow::commandGiven(UINT message, WPARAM wParam, LPARAM lParam) {
+  const bool isFromMenu = lParam == 0 && HIWORD(wParam) == 0;
+  const auto zoom = isFromMenu ? zoomOfCommand(LOWORD(wParam)) : std::nullopt;
+  if (!zoom) return passOn(message, wParam, lParam);
+  HandheldSetZoom(*zoom);
+  return 0;
+}
+
 LRESULT ShellWindow::systemCommandGiven(UINT message, WPARAM wParam, LPARAM lParam) {
   if (const auto zoom = zoomOfCommand(static_cast<UINT>(wParam))) {
     HandheldSetZoom(*zoom);
@@ -183,6 +192,7 @@ LRESULT ShellWindow::answer(UINT message, WPARAM wParam, LPARAM lParam) {
       Row{WM_WINDOWPOSCHANGED, &ShellWindow::positionChanged},
       Row{WM_NOTIFY, &ShellWindow::notified},
       Row{WM_SYSCOMMAND, &ShellWindow::systemCommandGiven},
+      Row{WM_COMMAND, &ShellWindow::commandGiven},
       Row{WM_INITMENUPOPUP, &ShellWindow::popupOpening},
       Row{WM_UNINITMENUPOPUP, &ShellWindow::popupClosed},
       Row{WM_MENUSELECT, &ShellWindow::itemSelected},

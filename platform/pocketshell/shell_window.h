@@ -38,6 +38,7 @@ class ShellWindow : public WindowLayer<ShellWindow> {
   LRESULT positionChanged(UINT message, WPARAM wParam, LPARAM lParam);
   LRESULT notified(UINT message, WPARAM wParam, LPARAM lParam);
   LRESULT systemCommandGiven(UINT message, WPARAM wParam, LPARAM lParam);
+  LRESULT commandGiven(UINT message, WPARAM wParam, LPARAM lParam);
   LRESULT popupOpening(UINT message, WPARAM wParam, LPARAM lParam);
   LRESULT popupClosed(UINT message, WPARAM wParam, LPARAM lParam);
   LRESULT limitsAsked(UINT message, WPARAM wParam, LPARAM lParam);

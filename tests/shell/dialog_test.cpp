@@ -112,6 +112,12 @@ TEST_F(DialogTest, AFullScreenDialogCoversTheClientArea) {
   }
 }
 
+TEST_F(DialogTest, AFullScreenDialogHasNoIconInItsCaption) {
+  visit(IDD_PLAIN, SHIDIF_SIZEDLGFULLSCREEN, closing([](HWND dialog) {
+          EXPECT_NE(GetWindowLongPtrW(dialog, GWL_EXSTYLE) & WS_EX_DLGMODALFRAME, 0);
+        }));
+}
+
 TEST_F(DialogTest, ASizedDialogLeavesMenuBarAndPanelFree) {
   setPanelPolicy(1);
   visit(IDD_PLAIN, SHIDIF_SIZEDLG, closing([](HWND dialog) {

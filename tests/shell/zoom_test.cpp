@@ -156,6 +156,18 @@ TEST_F(ZoomTest, TheSystemMenuChoosesAndMarks) {
   EXPECT_EQ(pocketshell::readZoomSetting(), 0);
 }
 
+TEST_F(ZoomTest, TheChoiceOfTheSystemMenuMayComeAsAnOrdinaryCommand) {
+  const HMENU system = GetSystemMenu(top(), FALSE);
+  const HMENU zooms = GetSubMenu(system, GetMenuItemCount(system) - 1);
+  SendMessageW(top(), WM_COMMAND, GetMenuItemID(zooms, 2), 0);
+  EXPECT_EQ(HandheldGetZoom(), 200);
+  // From a control, not from a menu.
+  SendMessageW(top(), WM_COMMAND, GetMenuItemID(zooms, 0), reinterpret_cast<LPARAM>(top()));
+  EXPECT_EQ(HandheldGetZoom(), 200);
+  SendMessageW(top(), WM_COMMAND, GetMenuItemID(zooms, 0), 0);
+  EXPECT_EQ(HandheldGetZoom(), 100);
+}
+
 TEST_F(ZoomTest, AResolutionChangesTheZoomOnlyWhenNoneWasChosen) {
   RECT suggested{};
   GetWindowRect(top(), &suggested);

@@ -182,6 +182,15 @@ TEST_F(CommandBarTest, AMenuBarThatCannotBeMadeIsReported) {
   EXPECT_EQ(BoxAnswer::owner, host_.main());
 }
 
+TEST_F(CommandBarTest, AfterTheWindowsEndNoMenuBarIsMadeAndNothingSaid) {
+  const BoxAnswer answer;
+  BoxAnswer::caption.clear();
+  bar_.destroy();
+  bar_.rebuildMenuBar();
+  EXPECT_EQ(bar_.menuBar().window(), nullptr);
+  EXPECT_EQ(BoxAnswer::caption, L"");
+}
+
 // ---- The bands
 
 TEST_F(CommandBarTest, TheBandsLieInTheFormsWindowOnTheFormPageOnly) {

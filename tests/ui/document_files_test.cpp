@@ -79,6 +79,20 @@ TEST_F(DocumentFilesTest, TheOpenFileIsNotDeleted) {
   EXPECT_TRUE(std::filesystem::exists(path()));
 }
 
+TEST_F(DocumentFilesTest, TheOpenFileIsNotDeletedUnderAnotherSpelling) {
+  open();
+  window().prompts.answer = IDYES;
+  for (const std::wstring& spelling : {path().parent_path().wstring() + L"\\.\\DOCUMENT.cdb",
+                                       L"\\\\?\\" + path().wstring(), path().generic_wstring()}) {
+    messages().clear();
+    choose(spelling);
+    EXPECT_EQ(document().deleteDatabaseCommand(), CommandResult::failed);
+    ASSERT_EQ(messages().size(), 1u) << "only refused";
+    EXPECT_EQ(messages()[0].text, L"Database " + spelling + L" cannot be deleted\nas it is currently open!");
+    EXPECT_TRUE(std::filesystem::exists(path()));
+  }
+}
+
 TEST_F(DocumentFilesTest, AnotherFileIsDeletedAndTheOpenOneStaysOpen) {
   makeDatabase(file("other.cdb"), {});
   open();
@@ -116,6 +130,17 @@ TEST_F(DocumentFilesTest, TheChosenTableIsDeleted) {
   EXPECT_EQ(document().deleteTableCommand(), CommandResult::done);
   EXPECT_EQ(messages()[0].text, L"Are you sure you want to delete table 'Second' ?");
   EXPECT_THAT(window().tables->items, ElementsAre(L"First One", L"Empty"));
+}
+
+TEST_F(DocumentFilesTest, AfterTheLastTableThereAreNoRecords) {
+  makeDatabase(file("one.cdb"), {L"CREATE TABLE 'Only' (a Integer)", L"INSERT INTO Only VALUES (1)"});
+  ASSERT_TRUE(document().openDatabase(file("one.cdb").c_str()));
+  document().setViewMode(ViewMode::form);
+  document().setViewMode(ViewMode::tables);
+  window().prompts.answer = IDYES;
+  ASSERT_EQ(document().deleteTableCommand(), CommandResult::done);
+  document().setViewMode(ViewMode::form);
+  EXPECT_EQ(window().bar.position, L"No Records");
 }
 
 TEST_F(DocumentFilesTest, ATableIsNotDeletedFromAnotherPage) {
@@ -162,6 +187,49 @@ TEST_F(DocumentFilesTest, TheChosenQueryIsDeleted) {
   EXPECT_EQ(document().deleteQueryCommand(), CommandResult::done);
   EXPECT_EQ(messages()[0].text, L"Are you sure you want to delete query 'big' ?");
   EXPECT_THAT(window().queries->items, ElementsAre(L"wrong"));
+}
+
+TEST_F(DocumentFilesTest, AStatementThatDoesNotOpenHasItsReason) {
+  open();
+  String reason;
+  EXPECT_TRUE(document().returnsRecords(L"Select * from Second", reason));
+  EXPECT_TRUE(reason.isEmpty());
+  EXPECT_FALSE(document().returnsRecords(L"Select * from nowhere", reason));
+  EXPECT_THAT(reason.text(), HasSubstr(L"nowhere"));
+}
+
+TEST_F(DocumentFilesTest, AQueryThatTheStoreRefusesIsNotTakenForStored) {
+  runStatements(path(), {L"CREATE TABLE 'QuivaneQueries' (QueryName Text PRIMARY KEY ,SQL Text)",
+                         L"INSERT INTO QuivaneQueries VALUES ('one', 'Select 1')",
+                         L"INSERT INTO QuivaneQueries VALUES ('two', 'Select 2')"});
+  open();
+  document().setViewMode(ViewMode::queries);
+  document().openQuerySelection(0);
+  EXPECT_FALSE(document().addQuery({L"two", L"Select 3"}));
+  EXPECT_FALSE(document().changeChosenQuery({L"two", L"Select 3"}));
+  ASSERT_EQ(messages().size(), 2u);
+  for (const FakePrompts::Message& message : messages()) {
+    EXPECT_THAT(message.text, testing::StartsWith(L"Query 'two' could not be stored.\n"));
+    EXPECT_THAT(message.text, HasSubstr(L"QueryName"));
+  }
+  EXPECT_TRUE(document().addQuery({L"three", L"Select 3"}));
+  EXPECT_THAT(window().queries->items, ElementsAre(L"one", L"three", L"two"));
+}
+
+TEST_F(DocumentFilesTest, AQueryThatCantBeDeletedIsStillThere) {
+  runStatements(path(), {L"CREATE TABLE 'QuivaneQueries' (QueryName Text PRIMARY KEY ,SQL Text)",
+                         L"INSERT INTO QuivaneQueries VALUES ('used', 'Select 1')",
+                         L"CREATE TABLE 'Uses' (q Text REFERENCES QuivaneQueries(QueryName))",
+                         L"INSERT INTO Uses VALUES ('used')"});
+  open();
+  document().setViewMode(ViewMode::queries);
+  document().openQuerySelection(0);
+  window().prompts.answer = IDYES;
+  EXPECT_EQ(document().deleteQueryCommand(), CommandResult::failed);
+  ASSERT_EQ(messages().size(), 2u);
+  EXPECT_THAT(messages()[1].text, testing::StartsWith(L"Query 'used' could not be deleted.\n"));
+  EXPECT_GT(messages()[1].text.size(), messages()[1].text.find(L'\n') + 10) << "the reason is missing";
+  EXPECT_THAT(window().queries->items, ElementsAre(L"used"));
 }
 
 TEST_F(DocumentFilesTest, AfterTheLastQueryTheTableIsInUseAgain) {

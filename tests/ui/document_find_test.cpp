@@ -147,6 +147,19 @@ TEST_F(DocumentFindTest, ADeletionAfterAMatchDeletesTheRecordThatIsShown) {
   EXPECT_EQ(window().bar.position, L"    2 / 4");
 }
 
+TEST_F(DocumentFindTest, ASearchThatBeginsBehindTheLastRecordEndsOnIt) {
+  document().moveLastRecord();
+  find(L"plum");
+  document().findNext();
+  ASSERT_EQ(window().bar.position, L"    5 / 5");
+  ASSERT_EQ(currentRecord, 6u);
+  find(L"zebra");
+  document().findNext();
+  EXPECT_THAT(texts(), ElementsAre(L"All records searched for 'zebra'"));
+  EXPECT_EQ(window().bar.position, L"    5 / 5");
+  EXPECT_EQ(value(), L"plum");
+}
+
 TEST_F(DocumentFindTest, ASearchOfNoRecordsDoesNothing) {
   document().setViewMode(ViewMode::tables);
   document().openTableSelection(2);

@@ -24,9 +24,12 @@ constexpr int kText = 1026;
 constexpr UINT kFindNext = 1225;
 constexpr std::uint32_t kMissing = 99;
 
+/// Of a drop-down list at zoom 100.
+constexpr int kNormalComboHeight = 21;
+
 class FindDialogTest : public TypedDialogTest {
  protected:
-  INT_PTR show(const Step& step, std::vector<const wchar_t*> fields = {L"title", L"Author", L"born"}) {
+  INT_PTR show(const Step& step, const std::vector<const wchar_t*>& fields = {L"title", L"Author", L"born"}) {
     NameList names;
     for (const wchar_t* const each : fields) names.append(each);
     FindDialog dialog(state, std::move(names));
@@ -76,7 +79,7 @@ class FindDialogTest : public TypedDialogTest {
     return parameter;
   }
 
-  FindState state;
+  FindState state;  // NOLINT(misc-non-private-member-variables-in-classes)
 };
 
 TEST_F(FindDialogTest, ItsControlsAreThoseOfTheHandheld) {
@@ -135,6 +138,10 @@ TEST_F(FindDialogTest, AtZoom200ItIsCentredAndTwiceAsLarge) {
   show([&](HWND window) {
     EXPECT_EQ(clientRect(window), (RECT{0, 0, 2 * normal.right, 2 * normal.bottom}));
     expectCentred(window, 480, 588);
+    for (const int id : {kText, kField}) {
+      const RECT place = placeInParent(GetDlgItem(window, id));
+      EXPECT_GT(place.bottom - place.top, 2 * kNormalComboHeight * 4 / 5) << id;
+    }
     expectControlsApart(window);
     cancel(window);
   });

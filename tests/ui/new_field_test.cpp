@@ -4,7 +4,7 @@
 
 #include "dialogs/new_field_ids.h"
 #include "platform/pocketshell/handheld_windows.h"
-#include "tests/ui/design_dialog_fixture.h"
+#include "tests/ui/modal_dialog_fixture.h"
 #include "views/current_dialog.h"
 
 using testing::ElementsAre;
@@ -14,7 +14,7 @@ namespace {
 
 const std::wstring kForbiddenText = L"Field name cannot use characters:\n` . ! \u2019 [ ] \" * ?";
 
-class NewFieldTest : public DialogFixture {
+class NewFieldTest : public ModalDialogFixture {
  protected:
   static void setName(HWND dialog, const wchar_t* name) { SetDlgItemTextW(dialog, IDC_NEW_FIELD_NAME, name); }
   static void selectType(HWND dialog, int row) {

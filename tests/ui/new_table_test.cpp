@@ -11,7 +11,7 @@
 #include "dialogs/new_table_ids.h"
 #include "platform/pocketshell/handheld_windows.h"
 #include "tests/support/paths.h"
-#include "tests/ui/design_dialog_fixture.h"
+#include "tests/ui/modal_dialog_fixture.h"
 #include "tests/ui/test_database.h"
 #include "views/current_dialog.h"
 #include "views/list_view.h"
@@ -24,11 +24,11 @@ namespace {
 /// Name and type of a row.
 using Row = std::pair<std::wstring, std::wstring>;
 
-class NewTableTest : public DialogFixture {
+class NewTableTest : public ModalDialogFixture {
  protected:
   /// Runs the dialog; `inTable` is done once it stands. New Field dialogs that it opens are answered
   /// with what `nextField` names, and cancelled when it names nothing.
-  int run(const std::function<void(HWND dialog)>& inTable) {
+  INT_PTR run(const std::function<void(HWND dialog)>& inTable) {
     DialogScript script([&](HWND dialog) {
       if (::textOf(dialog) == L"New Field") {
         answerField(dialog);

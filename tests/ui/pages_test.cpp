@@ -50,6 +50,23 @@ TEST_F(TablesPageTest, AnEmptyDatabaseHasAnEmptyPage) {
   EXPECT_EQ(remote::close(main), 0u);
 }
 
+TEST_F(TablesPageTest, TheMainWindowWaitsForAMessageThatHasNoOwner) {
+  constexpr WORD kDeleteRecord = 40001;
+  RunningProgram program(L"");
+  const HWND main = program.mainWindow();
+  ASSERT_NE(main, nullptr);
+  ASSERT_TRUE(remote::waitUntil([&] { return remote::tabControl(main) != nullptr; }));
+  PostMessageW(main, WM_COMMAND, kDeleteRecord, 0);
+  const HWND box = program.messageBox();
+  ASSERT_NE(box, nullptr);
+  EXPECT_EQ(remote::messageBoxText(box), L"Cannot delete a record when a database is not open!");
+  EXPECT_EQ(GetWindow(box, GW_OWNER), nullptr);
+  EXPECT_FALSE(IsWindowEnabled(main));
+  SendMessageW(box, WM_COMMAND, IDOK, 0);
+  EXPECT_TRUE(remote::waitUntil([&] { return IsWindowEnabled(main) != FALSE; }));
+  EXPECT_EQ(remote::close(main), 0u);
+}
+
 TEST_F(TablesPageTest, TheStyleCommandsChangeTheView) {
   makeDatabase(file("a.cdb"), {L"CREATE TABLE 'One' (a Integer)"});
   OpenedDatabase opened(file("a.cdb"));

@@ -103,4 +103,31 @@ TEST_F(PanelTest, WithTheBandsAtTheTopThePagesEndAtTheTabs) {
   EXPECT_THAT(place(remote::control(main, kRebar), main)[1], place(remote::shownPage(main), main)[1]);
 }
 
+TEST_F(PanelTest, AfterANewQueryThePanelIsDown) {
+  constexpr int kNewQuery = 40078;
+  constexpr int kName = 1049;
+  constexpr int kSql = 1050;
+  OpenedDatabase opened(file("a.cdb"));
+  const HWND main = opened.main();
+  ASSERT_NE(opened.tables(), nullptr);
+  ASSERT_TRUE(remote::switchToPage(main, OpenedDatabase::kQueriesPage));
+  const HWND tab = remote::tabControl(main);
+  ASSERT_NO_FATAL_FAILURE(pressPanelButton(main));
+  ASSERT_EQ(place(tab, main)[3], 189);
+
+  PostMessageW(main, WM_COMMAND, kNewQuery, 0);
+  HWND dialog = nullptr;
+  ASSERT_TRUE(remote::waitUntil([&] {
+    dialog = GetLastActivePopup(main);
+    return dialog != main && IsWindowVisible(dialog) && remote::text(dialog) == L"Query";
+  }));
+  for (const auto& [id, text] : {std::pair{kName, L"all"}, std::pair{kSql, L"Select * from T"}}) {
+    SendDlgItemMessageW(dialog, id, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(text));
+  }
+  SendMessageW(dialog, WM_COMMAND, IDOK, 0);
+  ASSERT_TRUE(remote::waitUntil([&] { return !IsWindow(dialog); }));
+  EXPECT_TRUE(remote::waitUntil([&] { return place(tab, main)[3] == 269; }));
+  EXPECT_THAT(remote::itemTexts(remote::shownPage(main)), ElementsAre(L"all"));
+}
+
 }  // namespace

@@ -27,12 +27,15 @@ constexpr int kLabel = -1;
 
 const std::wstring kHostile = L"100% 'a' \"b\" [c] %s\t\x5E9\x5DC\x5D5\x5DD \xD83D\xDE00";
 
+/// Of a drop-down list at zoom 100.
+constexpr int kNormalComboHeight = 21;
+
 class QueryDialogTest : public TypedDialogTest {
  protected:
   QueryDialogTest() {
-    for (const wchar_t* const name : {L"Loans", L"authors", L"Books"}) tables_.append(name);
-    fields_[L"Select * from [authors]"] = {L"name", L"born", L"Died"};
-    fields_[L"Select * from [Books]"] = {L"title"};
+    for (const wchar_t* const name : {L"Loans", L"authors", L"Books"}) tables.append(name);
+    fields[L"Select * from [authors]"] = {L"name", L"born", L"Died"};
+    fields[L"Select * from [Books]"] = {L"title"};
   }
 
   INT_PTR show(const Step& step) {
@@ -55,26 +58,30 @@ class QueryDialogTest : public TypedDialogTest {
   static void cancel(HWND window) { SendMessageW(window, WM_COMMAND, IDCANCEL, 0); }
   static void confirm(HWND window) { SendMessageW(window, WM_COMMAND, IDOK, 0); }
 
+  // NOLINTBEGIN(misc-non-private-member-variables-in-classes): the tests set and read them
   bool returnsRecords = true;
+  const wchar_t* reason = L"";       // why not
   std::vector<std::wstring> asked;   // of which statements it was asked whether they return records
   std::vector<std::wstring> listed;  // of which statements the fields were asked for
   std::vector<std::wstring> helpTopics;
   bool outOfMemory = false;
 
-  NameList tables_;
-  std::map<std::wstring, std::vector<std::wstring>> fields_;
-  QueryDialog dialog{{tables_,
+  NameList tables;
+  std::map<std::wstring, std::vector<std::wstring>> fields;
+  QueryDialog dialog{{tables,
                       [this](const String& sql, NameList& names) {
                         if (outOfMemory) throw std::bad_alloc();
-                        listed.push_back(sql.text());
-                        for (const std::wstring& each : fields_[sql.text()]) names.append(each.c_str());
+                        listed.emplace_back(sql.text());
+                        for (const std::wstring& each : fields[sql.text()]) names.append(each.c_str());
                       },
-                      [this](const String& sql) {
+                      [this](const String& sql, String& why) {
                         if (outOfMemory) throw std::bad_alloc();
-                        asked.push_back(sql.text());
+                        asked.emplace_back(sql.text());
+                        why = reason;
                         return returnsRecords;
                       },
-                      [this](const wchar_t* topic) { helpTopics.push_back(topic); }}};
+                      [this](const wchar_t* topic) { helpTopics.emplace_back(topic); }}};
+  // NOLINTEND(misc-non-private-member-variables-in-classes)
 };
 
 TEST_F(QueryDialogTest, ANewQueryHasNoNameAndBeginsWithSelect) {
@@ -160,6 +167,10 @@ TEST_F(QueryDialogTest, AtZoom200EveryLengthIsTwiceAsLong) {
     EXPECT_EQ(sqlPlace(window), (RECT{4, 240, 472, 520}));
     SHSipPreference(window, SIP_UP);
     EXPECT_EQ(sqlPlace(window), (RECT{4, 240, 472, 360}));
+    for (const int id : {kTables, kFields}) {
+      const RECT place = placeInParent(GetDlgItem(window, id));
+      EXPECT_GT(place.bottom - place.top, 2 * kNormalComboHeight * 4 / 5) << id;
+    }
     expectControlsApart(window);
     cancel(window);
   });
@@ -210,7 +221,7 @@ TEST_F(QueryDialogTest, AnotherTableBringsItsFields) {
 }
 
 TEST_F(QueryDialogTest, WithoutTablesNothingIsListedOrInserted) {
-  tables_.clear();
+  tables.clear();
   show([&](HWND window) {
     EXPECT_THAT(listed, IsEmpty());
     SendDlgItemMessageW(window, kSql, EM_SETSEL, 0, -1);
@@ -265,14 +276,14 @@ TEST_F(QueryDialogTest, CheckSaysWhatItFoundAndStoresNothing) {
     SetDlgItemTextW(window, kName, L"q");
     SetDlgItemTextW(window, kSql, L"DELETE FROM [Books]");
     click(window, kCheck);
-    EXPECT_EQ(boxes.take(), says(window, L"Queries must begin with a SELECT keyword!"));
+    EXPECT_EQ(takeBoxes(), says(window, L"Queries must begin with a SELECT keyword!"));
     EXPECT_THAT(asked, IsEmpty());
     SetDlgItemTextW(window, kSql, L"select 1");
     click(window, kCheck);
-    EXPECT_EQ(boxes.take(), says(window, L"Query is OK"));
+    EXPECT_EQ(takeBoxes(), says(window, L"Query is OK"));
     returnsRecords = false;
     click(window, kCheck);
-    EXPECT_EQ(boxes.take(), says(window, L"Query does not return records"));
+    EXPECT_EQ(takeBoxes(), says(window, L"Query does not return records"));
     EXPECT_THAT(asked, ElementsAre(L"select 1", L"select 1"));
     cancel(window);
   });
@@ -285,6 +296,9 @@ struct Beginning {
   const wchar_t* sql;
   bool passes;
 };
+void PrintTo(const Beginning& beginning, std::ostream* out) {
+  *out << beginning.name;
+}
 class BeginningTest : public QueryDialogTest, public testing::WithParamInterface<Beginning> {};
 
 TEST_P(BeginningTest, OnlyTheSixLettersCount) {
@@ -294,10 +308,10 @@ TEST_P(BeginningTest, OnlyTheSixLettersCount) {
     confirm(window);
     if (GetParam().passes) {
       EXPECT_THAT(asked, ElementsAre(GetParam().sql));
-      EXPECT_THAT(boxes.take(), IsEmpty());
+      EXPECT_THAT(takeBoxes(), IsEmpty());
     } else {
       EXPECT_THAT(asked, IsEmpty());
-      EXPECT_EQ(boxes.take(), says(window, L"Queries must begin with a SELECT keyword!"));
+      EXPECT_EQ(takeBoxes(), says(window, L"Queries must begin with a SELECT keyword!"));
       cancel(window);
     }
   });
@@ -319,7 +333,7 @@ TEST_F(QueryDialogTest, OkAsksForANameFirst) {
     SetDlgItemTextW(window, kSql, L"nonsense");
     SetFocus(GetDlgItem(window, kSql));
     confirm(window);
-    EXPECT_EQ(boxes.take(), says(window, L"Please enter a query name!"));
+    EXPECT_EQ(takeBoxes(), says(window, L"Please enter a query name!"));
     EXPECT_EQ(GetFocus(), GetDlgItem(window, kName));
     EXPECT_EQ(textIn(window, kSql), L"nonsense");
     EXPECT_THAT(asked, IsEmpty());
@@ -346,7 +360,7 @@ TEST_F(QueryDialogTest, OkHandsOverTheNameAndTheSql) {
   EXPECT_EQ(dialog.name.text(), kHostile);
   EXPECT_STREQ(dialog.sql.text(), L"select '%s'\r\nfrom [a]");
   EXPECT_THAT(asked, ElementsAre(L"select '%s'\r\nfrom [a]"));
-  EXPECT_THAT(boxes.take(), IsEmpty());
+  EXPECT_THAT(takeBoxes(), IsEmpty());
 }
 
 TEST_F(QueryDialogTest, WhatIsRefusedStaysInTheDialog) {
@@ -361,10 +375,28 @@ TEST_F(QueryDialogTest, WhatIsRefusedStaysInTheDialog) {
       EXPECT_STREQ(dialog.name.text(), L"mine");
       EXPECT_STREQ(dialog.sql.text(), L"SELECT * FROM");
     }
-    const auto seen = boxes.take();
+    const auto seen = takeBoxes();
     ASSERT_EQ(seen.size(), 2u);
     EXPECT_EQ(seen[0], says(window, L"Queries must begin with a SELECT keyword!")[0]);
     EXPECT_EQ(seen[1], says(window, L"Query does not return records")[0]);
+    cancel(window);
+  });
+}
+
+TEST_F(QueryDialogTest, TheStoresReasonComesFirst) {
+  returnsRecords = false;
+  reason = L"There is no table nowhere.";
+  show([&](HWND window) {
+    SetDlgItemTextW(window, kName, L"mine");
+    SetDlgItemTextW(window, kSql, L"SELECT * FROM nowhere");
+    click(window, kCheck);
+    confirm(window);
+    const auto seen = takeBoxes();
+    ASSERT_EQ(seen.size(), 4u);
+    for (const std::size_t first : {0u, 2u}) {
+      EXPECT_EQ(seen[first], says(window, reason)[0]);
+      EXPECT_EQ(seen[first + 1], says(window, L"Query does not return records")[0]);
+    }
     cancel(window);
   });
 }
@@ -415,7 +447,7 @@ TEST_F(QueryDialogTest, AccessKeysReachTheirControls) {
     pressAccessKey(window, L'h');
     EXPECT_EQ(helpTopics.size(), 1u);
     pressAccessKey(window, L'c');
-    EXPECT_EQ(boxes.take(), says(window, L"Query is OK"));
+    EXPECT_EQ(takeBoxes(), says(window, L"Query is OK"));
     cancel(window);
   });
 }
@@ -439,9 +471,9 @@ TEST_F(QueryDialogTest, LongTextsGoThroughWhole) {
 TEST_F(QueryDialogTest, HostileNamesAreListedAndInsertedAsTheyAre) {
   const std::wstring table = kHostile + std::wstring(300, L't');
   const std::wstring field = kHostile + std::wstring(300, L'f');
-  tables_.clear();
-  tables_.append(table.c_str());
-  fields_[L"Select * from [" + table + L"]"] = {field};
+  tables.clear();
+  tables.append(table.c_str());
+  fields[L"Select * from [" + table + L"]"] = {field};
   show([&](HWND window) {
     EXPECT_EQ(selected(window, kTables), table);
     EXPECT_EQ(selected(window, kFields), field);

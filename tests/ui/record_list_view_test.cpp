@@ -2,6 +2,7 @@
 
 #include <commctrl.h>
 
+#include <set>
 #include <string>
 
 #include "base/app_colors.h"
@@ -84,6 +85,7 @@ class RecordListViewTest : public testing::Test {
   Document& document() { return *document_; }
   const std::filesystem::path& path() const { return path_; }
   HWND host() const { return host_.get(); }
+  HostWindow& hostWindow() { return host_; }
   HWND window() const { return window_; }
   HWND list() const { return GetDlgItem(host(), RecordListView::kListId); }
   FakeBar& bar() { return bar_; }
@@ -222,6 +224,35 @@ TEST_F(RecordListViewTest, FillingAgainAndAgainKeepsNothing) {
     view().showPreviousColumn();
   }
   EXPECT_EQ(LiveResources::countOfAll(), before);
+}
+
+TEST_F(RecordListViewTest, OfAMillionRowsThoseInViewAreRead) {
+  showTable(
+      L"CREATE TABLE 'T' (id Integer, name Varchar (255), b Bit)",
+      L"INSERT INTO T WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 1000000) "
+      L"SELECT i, 'row ' || i, i % 2 FROM n");
+  ASSERT_EQ(listview::itemCount(list()), 1'000'000);
+  std::set<int> rowsRead;
+  hostWindow().onNotification([&](NMHDR& notification) {
+    if (notification.code == LVN_GETDISPINFOW)
+      rowsRead.insert(reinterpret_cast<const NMLVDISPINFOW&>(notification).item.iItem);
+    view().handleNotification(notification);
+  });
+  ShowWindow(host(), SW_SHOW);
+  const auto inView = static_cast<std::size_t>(SendMessageW(list(), LVM_GETCOUNTPERPAGE, 0, 0));
+  for (const int row : {999'999, 0, 500'000, 123'456, 999'990, 1}) {
+    rowsRead.clear();
+    currentRecord = static_cast<std::uint32_t>(row) + 1;
+    view().selectCurrent();
+    RedrawWindow(list(), nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW);
+    EXPECT_EQ(rowsRead.count(row), 1u) << row;
+    // A row that is cut at the bottom, and what was in view before.
+    EXPECT_LE(rowsRead.size(), 2 * inView + 2) << row;
+    const std::wstring number = std::to_wstring(row + 1);
+    EXPECT_STREQ(answer(row, 0, 32).c_str(), number.c_str());
+    EXPECT_STREQ(answer(row, 1, 32).c_str(), (L"row " + number).c_str());
+    EXPECT_STREQ(answer(row, 2, 32).c_str(), row % 2 == 0 ? L"True" : L"False");
+  }
 }
 
 }  // namespace

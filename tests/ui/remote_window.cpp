@@ -71,12 +71,6 @@ std::wstring readText(HWND window, UINT message, WPARAM wParam, Structure struct
   return text;
 }
 
-void clickAt(HWND window, const RECT& place) {
-  const LPARAM point = MAKELPARAM((place.left + place.right) / 2, (place.top + place.bottom) / 2);
-  PostMessageW(window, WM_LBUTTONDOWN, MK_LBUTTON, point);
-  PostMessageW(window, WM_LBUTTONUP, 0, point);
-}
-
 bool isPage(HWND window) {
   const int id = GetDlgCtrlID(window);
   return id == kNamesListId || id == kRecordGridId || className(window) == L"Form Wrapper Wnd";
@@ -240,12 +234,22 @@ bool selectItem(HWND list, int row) {
   return sendStructure(list, LVM_SETITEMSTATE, static_cast<WPARAM>(row), item).value_or(FALSE) != FALSE;
 }
 
-bool clickItem(HWND list, int row) {
+std::optional<RECT> itemPlace(HWND list, int row) {
   RECT place{};
   place.left = LVIR_LABEL;
   if (sendStructure(list, LVM_GETITEMRECT, static_cast<WPARAM>(row), place).value_or(FALSE) == FALSE)
-    return false;
-  clickAt(list, place);
+    return std::nullopt;
+  return place;
+}
+
+bool clickItem(HWND list, int row) {
+  const std::optional<RECT> place = itemPlace(list, row);
+  if (!place) return false;
+  // Sent, not posted: a list answers the press only when it knows of the release, and meanwhile takes
+  // whatever else is in the queue.
+  const LPARAM point = MAKELPARAM((place->left + place->right) / 2, (place->top + place->bottom) / 2);
+  SendMessageW(list, WM_LBUTTONDOWN, MK_LBUTTON, point);
+  SendMessageW(list, WM_LBUTTONUP, 0, point);
   return true;
 }
 
@@ -284,6 +288,19 @@ std::wstring text(HWND window) {
   content.resize(static_cast<std::size_t>(SendMessageW(
       window, WM_GETTEXT, static_cast<WPARAM>(content.size()), reinterpret_cast<LPARAM>(content.data()))));
   return content;
+}
+
+std::optional<RECT> buttonPlace(HWND toolbar, int index) {
+  RECT place{};
+  if (sendStructure(toolbar, TB_GETITEMRECT, static_cast<WPARAM>(index), place).value_or(FALSE) == FALSE)
+    return std::nullopt;
+  return place;
+}
+
+void clickAt(HWND window, const RECT& place) {
+  const LPARAM point = MAKELPARAM((place.left + place.right) / 2, (place.top + place.bottom) / 2);
+  PostMessageW(window, WM_LBUTTONDOWN, MK_LBUTTON, point);
+  PostMessageW(window, WM_LBUTTONUP, 0, point);
 }
 
 void clickControl(HWND control) {

@@ -77,6 +77,8 @@ std::vector<std::wstring> itemTexts(HWND list, int column = 0);
 int selectedItem(HWND list);
 /// Selects an item by message, as assistive programs do.
 bool selectItem(HWND list, int row);
+/// Where an item's label is in the list; none when it can't be had.
+std::optional<RECT> itemPlace(HWND list, int row);
 /// Clicks an item with the left button.
 bool clickItem(HWND list, int row);
 void ensureVisible(HWND list, int row);
@@ -92,6 +94,10 @@ void pressKey(HWND window, WORD key);
 HWND control(HWND window, int id);
 /// The text of a window or control.
 std::wstring text(HWND window);
+/// Where a button is in a toolbar; none when it can't be had.
+std::optional<RECT> buttonPlace(HWND toolbar, int index);
+/// Clicks the middle of a place in a window with the left button.
+void clickAt(HWND window, const RECT& place);
 /// Clicks the middle of a control with the left button.
 void clickControl(HWND control);
 /// Clicks a text control and types into it: first every character that stands in it is deleted.

@@ -11,7 +11,7 @@
 #include "dialogs/go_to.h"
 #include "dialogs/go_to_ids.h"
 #include "platform/pocketshell/handheld_windows.h"
-#include "tests/ui/design_dialog_fixture.h"
+#include "tests/ui/modal_dialog_fixture.h"
 #include "views/current_dialog.h"
 #include "views/field_zoom.h"
 
@@ -22,7 +22,7 @@ namespace {
 
 // ---- Go to record
 
-class GoToTest : public DialogFixture {
+class GoToTest : public ModalDialogFixture {
  protected:
   static void enter(HWND dialog, const std::wstring& text) {
     SetDlgItemTextW(dialog, IDC_GO_TO_NUMBER, text.c_str());
@@ -225,7 +225,7 @@ TEST_F(GoToTest, ItStandsAboveTheMiddleAtEveryZoom) {
 
 // ---- Database information
 
-class DatabaseInfoTest : public DialogFixture {
+class DatabaseInfoTest : public ModalDialogFixture {
  protected:
   DatabaseInfoTest() {
     info_.databasePath = L"C:\\My Documents\\people.cdb";
@@ -335,7 +335,7 @@ TEST_F(DatabaseInfoTest, ItStandsInTheMiddleAtEveryZoom) {
 
 // ---- About
 
-class AboutTest : public DialogFixture {};
+class AboutTest : public ModalDialogFixture {};
 
 TEST_F(AboutTest, ItNamesTheProgramAndItsVersion) {
   AboutDialog about;
@@ -436,7 +436,7 @@ TEST_F(AboutTest, ItFillsTheScreenAtEveryZoom) {
 
 // ---- The text of a field
 
-class TextDialogTest : public DialogFixture {};
+class TextDialogTest : public ModalDialogFixture {};
 
 TEST_F(TextDialogTest, CancelledItKeepsTheTextAsItWasEvenAfterTyping) {
   constexpr int kText = 1015;
@@ -454,7 +454,7 @@ TEST_F(TextDialogTest, CancelledItKeepsTheTextAsItWasEvenAfterTyping) {
 
 // ---- All of them
 
-class SmallDialogsTest : public DialogFixture {};
+class SmallDialogsTest : public ModalDialogFixture {};
 
 TEST_F(SmallDialogsTest, AHundredOpeningsLeaveNothingBehind) {
   useInputPanel();

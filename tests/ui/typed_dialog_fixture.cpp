@@ -32,16 +32,20 @@ void PrintTo(const ControlFacts& facts, std::ostream* out) {
        << testing::PrintToString(facts.text) << "}";
 }
 
-TypedDialogTest::TypedDialogTest() {
+void TypedDialogTest::SetUp() {
   RegDeleteTreeW(HKEY_CURRENT_USER, SettingsStore::kRoot);
 }
 
-TypedDialogTest::~TypedDialogTest() {
+void TypedDialogTest::TearDown() {
   RegDeleteTreeW(HKEY_CURRENT_USER, SettingsStore::kRoot);
 }
 
 INT_PTR TypedDialogTest::inDialog(const Run& run, const Step& step) {
-  const DialogScript script(step);
+  const DialogScript script([&](HWND dialog) {
+    step(dialog);
+    // One that the step did not close, because it failed, must not stay open for ever.
+    DialogScript::close(dialog, IDCANCEL);
+  });
   const INT_PTR result = run();
   EXPECT_EQ(script.count(), 1);
   return result;
@@ -153,5 +157,5 @@ void TypedDialogTest::expectControlsApart(HWND dialog) {
 bool TypedDialogTest::isPanelUp() {
   SIPINFO info{};
   info.cbSize = sizeof(info);
-  return SHSipInfo(SPI_GETSIPINFO, 0, &info, 0) && (info.fdwFlags & SIPF_ON) != 0;
+  return SHSipInfo(SPI_GETSIPINFO, 0, &info, 0) != 0 && (info.fdwFlags & SIPF_ON) != 0;
 }

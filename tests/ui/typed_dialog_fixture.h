@@ -25,10 +25,11 @@ class TypedDialogTest : public ShellTest {
   using Step = std::function<void(HWND dialog)>;
   using Run = std::function<INT_PTR()>;
 
-  TypedDialogTest();
-  ~TypedDialogTest() override;
+  void SetUp() override;
+  void TearDown() override;
 
-  /// The result of the dialog that `run` opens. Fails unless exactly one opens.
+  /// The result of the dialog that `run` opens. Fails unless exactly one opens. A dialog that the step
+  /// leaves open is cancelled.
   static INT_PTR inDialog(const Run& run, const Step& step);
   /// The same 100 times, after which as many windows and owned resources must be there as before.
   static void leavesNothingBehind(const Run& run, const Step& step);
@@ -55,5 +56,9 @@ class TypedDialogTest : public ShellTest {
 
   static bool isPanelUp();
 
-  MessageBoxSpy boxes;
+  /// The message boxes since the last call.
+  static std::vector<MessageBoxSpy::Box> takeBoxes() { return MessageBoxSpy::take(); }
+
+ private:
+  MessageBoxSpy boxes_;
 };

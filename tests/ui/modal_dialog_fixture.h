@@ -8,16 +8,16 @@
 #include "gmock/gmock.h"
 #include "platform/pocketshell/aygshell.h"
 #include "tests/ui/dialog_script.h"
-#include "tests/ui/fake_message_box.h"
+#include "tests/ui/message_box_spy.h"
 #include "tests/ui/window_reading.h"
 
 /// A main window of this process over which dialogs open, at zoom 100 and with the shell's settings as
 /// they are when nothing was set. What a DialogScript does in its step happens before the dialog is
 /// shown; a button that ends the dialog may be pressed there.
-class DialogFixture : public testing::Test {
+class ModalDialogFixture : public testing::Test {
  protected:
-  DialogFixture();
-  ~DialogFixture() override;
+  ModalDialogFixture();
+  ~ModalDialogFixture() override;
 
   HWND owner() const { return owner_; }
 
@@ -30,8 +30,8 @@ class DialogFixture : public testing::Test {
   static void postKey(HWND control, WORD key) { PostMessageW(control, WM_KEYDOWN, key, 1); }
   static std::wstring textOf(HWND dialog, int id) { return ::textOf(GetDlgItem(dialog, id)); }
 
-  /// The refusals since the last call. Each was over `dialog` and had the exclamation mark, one button
-  /// and the flag that brings it to the front.
+  /// The refusals since the last call. Each was over `dialog` and had one button, no icon and the flag that
+  /// brings it to the front.
   struct Refusal {
     std::wstring text;
     std::wstring caption;
@@ -65,5 +65,5 @@ class DialogFixture : public testing::Test {
 
  private:
   HWND owner_ = nullptr;
-  FakeMessageBoxes boxes_;
+  MessageBoxSpy boxes_;
 };

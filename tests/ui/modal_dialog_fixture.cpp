@@ -1,4 +1,4 @@
-#include "tests/ui/design_dialog_fixture.h"
+#include "tests/ui/modal_dialog_fixture.h"
 
 #include <commctrl.h>
 
@@ -46,7 +46,7 @@ SIZE textSize(HWND control) {
 
 }  // namespace
 
-DialogFixture::DialogFixture() {
+ModalDialogFixture::ModalDialogFixture() {
   INITCOMMONCONTROLSEX controls{sizeof(controls), ICC_LISTVIEW_CLASSES};
   InitCommonControlsEx(&controls);
   RegDeleteTreeW(HKEY_CURRENT_USER, kSettings);
@@ -61,35 +61,35 @@ DialogFixture::DialogFixture() {
                            CW_USEDEFAULT, nullptr, nullptr, GetModuleHandleW(nullptr), nullptr);
 }
 
-DialogFixture::~DialogFixture() {
+ModalDialogFixture::~ModalDialogFixture() {
   SHSipPreference(owner_, SIP_DOWN);
   DestroyWindow(owner_);
   HandheldSetZoom(100);
   RegDeleteTreeW(HKEY_CURRENT_USER, kSettings);
 }
 
-std::vector<DialogFixture::Refusal> DialogFixture::refusals(HWND dialog) {
+std::vector<ModalDialogFixture::Refusal> ModalDialogFixture::refusals(HWND dialog) {
   std::vector<Refusal> result;
-  for (const FakeMessageBoxes::Box& box : boxes_.take()) {
+  for (const MessageBoxSpy::Box& box : boxes_.take()) {
     EXPECT_EQ(box.owner, dialog);
-    EXPECT_EQ(box.flags, static_cast<UINT>(MB_OK | MB_ICONEXCLAMATION | MB_SETFOREGROUND));
+    EXPECT_EQ(box.flags, static_cast<UINT>(MB_SETFOREGROUND));
     result.push_back({box.text, box.caption});
   }
   return result;
 }
 
-void DialogFixture::useInputPanel() {
+void ModalDialogFixture::useInputPanel() {
   const DWORD asHandheld = 1;
   RegSetKeyValueW(HKEY_CURRENT_USER, kSettings, L"InputPanel", REG_DWORD, &asHandheld, sizeof(asHandheld));
 }
 
-bool DialogFixture::isPanelUp() {
+bool ModalDialogFixture::isPanelUp() {
   SIPINFO info{};
   info.cbSize = sizeof(info);
   return SHSipInfo(SPI_GETSIPINFO, 0, &info, 0) && (info.fdwFlags & SIPF_ON) != 0;
 }
 
-std::vector<int> DialogFixture::tabOrder(HWND dialog) {
+std::vector<int> ModalDialogFixture::tabOrder(HWND dialog) {
   std::vector<int> order;
   HWND each = GetNextDlgTabItem(dialog, nullptr, FALSE);
   while (each && (order.empty() || GetDlgCtrlID(each) != order.front())) {
@@ -99,7 +99,7 @@ std::vector<int> DialogFixture::tabOrder(HWND dialog) {
   return order;
 }
 
-std::vector<std::wstring> DialogFixture::cutLabels(HWND dialog) {
+std::vector<std::wstring> ModalDialogFixture::cutLabels(HWND dialog) {
   std::vector<std::wstring> cut;
   for (const HWND control : childrenOf(dialog)) {
     const std::wstring name = classOf(control);
@@ -111,7 +111,7 @@ std::vector<std::wstring> DialogFixture::cutLabels(HWND dialog) {
   return cut;
 }
 
-void DialogFixture::expectFits(HWND dialog) {
+void ModalDialogFixture::expectFits(HWND dialog) {
   RECT frame{};
   GetWindowRect(dialog, &frame);
   EXPECT_LE(frame.right - frame.left, HandheldToMonitor(240) + 2 * GetSystemMetrics(SM_CXFIXEDFRAME));
@@ -131,7 +131,7 @@ void DialogFixture::expectFits(HWND dialog) {
   }
 }
 
-void DialogFixture::expectCentred(HWND dialog, int raise) {
+void ModalDialogFixture::expectCentred(HWND dialog, int raise) {
   RECT area{};
   GetClientRect(GetParent(dialog), &area);
   RECT frame{};
@@ -143,7 +143,7 @@ void DialogFixture::expectCentred(HWND dialog, int raise) {
   EXPECT_NEAR(frame.top, std::max(0L, (area.bottom - height) / 2 - HandheldToMonitor(raise)), 1);
 }
 
-void DialogFixture::expectFullScreen(HWND dialog) {
+void ModalDialogFixture::expectFullScreen(HWND dialog) {
   RECT own{};
   RECT below{};
   GetClientRect(dialog, &own);
@@ -153,7 +153,7 @@ void DialogFixture::expectFullScreen(HWND dialog) {
   EXPECT_TRUE(EqualRect(&own, &below));
 }
 
-void DialogFixture::expectColors(HWND dialog) {
+void ModalDialogFixture::expectColors(HWND dialog) {
   const HDC context = CreateCompatibleDC(nullptr);
   const LRESULT white = reinterpret_cast<LRESULT>(GetStockObject(WHITE_BRUSH));
   int labels = 0;
@@ -174,7 +174,7 @@ void DialogFixture::expectColors(HWND dialog) {
   DeleteDC(context);
 }
 
-DialogFixture::Alive DialogFixture::alive() {
+ModalDialogFixture::Alive ModalDialogFixture::alive() {
   int windows = 0;
   EnumThreadWindows(GetCurrentThreadId(), countWindow, reinterpret_cast<LPARAM>(&windows));
   return {windows, LiveResources::countOfAll()};
