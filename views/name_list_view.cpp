@@ -96,7 +96,8 @@ void NameListView::setStyle(NameStyle style) {
   const DWORD wanted = styleBits(style);
   if ((present & LVS_TYPEMASK) == wanted) return;
   SetWindowLongW(window_, GWL_STYLE, static_cast<LONG>((present & ~DWORD{LVS_TYPEMASK}) | wanted));
-  // The list does not scroll back and erases only what is under them.
+  // The list keeps the rows and the scrolling that it had, and does not erase what it showed.
+  listview::arrange(window_);
   if (count() != 0) listview::ensureVisible(window_, 0);
   if (selectedIndex_ >= 0) listview::ensureVisible(window_, selectedIndex_);
   InvalidateRect(window_, nullptr, TRUE);
