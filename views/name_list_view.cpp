@@ -69,6 +69,8 @@ NameListView::~NameListView() {
 void NameListView::show() {
   applyColors();
   ShowWindow(window_, SW_SHOW);
+  // The page that was shown before has taken the focus with it; also a list without items has keys.
+  SetFocus(window_);
 }
 
 void NameListView::hide() {
@@ -154,7 +156,7 @@ void NameListView::scrollThrough() {
   hide();
   listview::ensureVisible(window_, count() - 1);
   listview::ensureVisible(window_, 0);
-  show();
+  ShowWindow(window_, SW_SHOW);
   // A window that is hidden loses the focus.
   if (hadFocus) SetFocus(window_);
 }
