@@ -95,6 +95,7 @@ TEST_P(DesignStory, AQueryIsWrittenCheckedSavedEditedAndDeleted) {
   user.fill(editor, IDC_QUERY_NAME, L"born");
   user.fill(editor, IDC_QUERY_SQL, L"SELECT Nothing FROM People");
   user.press(editor, IDC_QUERY_CHECK);
+  user.answer(L"Quivane", L"near \"Nothing\": syntax error", IDOK);
   user.answer(L"Quivane", L"Query does not return records", IDOK);
   user.fill(editor, IDC_QUERY_SQL, L"SELECT ");
   user.pick(editor, IDC_QUERY_FIELDS, 0);
