@@ -8,6 +8,7 @@
 #include "app/context_menus.h"
 #include "app/help.h"
 #include "app/messages.h"
+#include "app/page_keys.h"
 #include "app/page_layout.h"
 #include "app/program_state.h"
 #include "app/start_page.h"
@@ -74,7 +75,8 @@ LRESULT helpWanted(HWND, UINT, WPARAM, LPARAM) {
 }
 
 LRESULT windowActivated(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-  if (LOWORD(wParam) == WA_INACTIVE) lastFocus = GetFocus();
+  // A dialog that follows another comes before the focus has returned.
+  if (LOWORD(wParam) == WA_INACTIVE && IsChild(window, GetFocus())) lastFocus = GetFocus();
   if (currentDialog) {
     ShowWindow(currentDialog, SW_SHOWNORMAL);
     UpdateWindow(currentDialog);
@@ -107,6 +109,10 @@ void namesListReported(const NMHDR& notification) {
   } else if (notification.code == GN_CONTEXTMENU) {
     const auto& tap = reinterpret_cast<const NMRGINFO&>(notification);
     showNamesContextMenu(instanceHandle, mainWindow, currentPage, tap.ptAction);
+  } else if (notification.code == LVN_KEYDOWN) {
+    const int command =
+        commandOfNamesKey(currentPage, reinterpret_cast<const NMLVKEYDOWN&>(notification).wVKey);
+    if (command != 0) PostMessageW(mainWindow, WM_COMMAND, static_cast<WPARAM>(command), 0);
   } else if (notification.code == NM_CLICK) {
     // A tap on the item that is selected already changes nothing in the list and is a choice all the
     // same: of the table, say, after a query was looked at.

@@ -10,6 +10,7 @@
 #include "app/file_association.h"
 #include "app/main_window.h"
 #include "app/messages.h"
+#include "app/page_keys.h"
 #include "app/program_state.h"
 #include "app/screen.h"
 #include "app/single_instance.h"
@@ -75,7 +76,7 @@ int runMessageLoop(const wchar_t* commandLine) {
   PostMessageW(mainWindow, kStartedMessage, 0, 0);
   MSG message{};
   while (GetMessageW(&message, nullptr, 0, 0) > 0) {
-    if (!TranslateAcceleratorW(mainWindow, accelerators, &message)) {
+    if (!turnPageByKey(message) && !TranslateAcceleratorW(mainWindow, accelerators, &message)) {
       TranslateMessage(&message);
       DispatchMessageW(&message);
     }

@@ -70,7 +70,10 @@ FileDialog fileDialog(FileChoice choice) {
 int WindowPrompts::showMessage(PromptOwner owner, const wchar_t* text, const wchar_t* caption, UINT flags) {
   const HWND window = ownerWindow(owner);
   // Without an owner the main window would stay usable, and every command be given a second time.
-  return MessageBoxW(window, text, caption, window ? flags : flags | MB_TASKMODAL);
+  const int answer = MessageBoxW(window, text, caption, window ? flags : flags | MB_TASKMODAL);
+  // Such a box ends while every other window is disabled, so the system finds none to go on with.
+  if (!window) SetForegroundWindow(mainWindow);
+  return answer;
 }
 
 std::optional<String> WindowPrompts::chooseFile(FileChoice choice) {

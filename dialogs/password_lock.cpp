@@ -31,19 +31,22 @@ bool storePassword(const String& password) {
 }
 
 /// The boxes have no owner; nothing else in the program may be done while one is open.
-void tell(const wchar_t* caption, const wchar_t* text, UINT icon) {
+void tell(HWND next, const wchar_t* caption, const wchar_t* text, UINT icon) {
   MessageBoxW(nullptr, text, caption, icon | MB_TASKMODAL);
+  // The box ends while every other window is disabled, so the system finds none to go on with.
+  SetForegroundWindow(next);
 }
 
 /// False when the passwords that were typed change nothing: the user was told why.
-bool isChangeAllowed(const PasswordDialog& dialog, const String& stored) {
+bool isChangeAllowed(HWND owner, const PasswordDialog& dialog, const String& stored) {
   if (!isSamePassword(dialog.text(0), stored)) {
-    tell(L"Incorrect Password!", L"You have entered the old password incorrectly,\nplease try again",
+    tell(owner, L"Incorrect Password!", L"You have entered the old password incorrectly,\nplease try again",
          MB_ICONEXCLAMATION);
     return false;
   }
   if (!isSamePassword(dialog.text(1), dialog.text(2))) {
-    tell(L"Password not changed!", L"The new password and confirmation must be the same", MB_ICONEXCLAMATION);
+    tell(owner, L"Password not changed!", L"The new password and confirmation must be the same",
+         MB_ICONEXCLAMATION);
     return false;
   }
   return true;
@@ -61,7 +64,7 @@ void checkPassword(HWND owner) {
     return;
   }
   while (confirmed && !isSamePassword(dialog.text(0), stored)) {
-    tell(L"Incorrect Password!", L"You have entered the incorrect Password,\nplease try again",
+    tell(owner, L"Incorrect Password!", L"You have entered the incorrect Password,\nplease try again",
          MB_ICONEXCLAMATION);
     confirmed = dialog.run(owner);
   }
@@ -74,11 +77,11 @@ LRESULT changePassword(HWND owner) {
   PasswordDialog dialog = PasswordDialog::change();
   do {
     if (!dialog.run(owner)) return 0;
-  } while (!isChangeAllowed(dialog, stored));
+  } while (!isChangeAllowed(owner, dialog, stored));
   if (storePassword(inUpperCase(dialog.text(1)))) {
-    tell(L"Password", L"Password successfully changed", MB_ICONINFORMATION);
+    tell(owner, L"Password", L"Password successfully changed", MB_ICONINFORMATION);
   } else {
-    tell(L"Password", L"Password could not be changed", MB_ICONEXCLAMATION);
+    tell(owner, L"Password", L"Password could not be changed", MB_ICONEXCLAMATION);
   }
   return 0;
 }

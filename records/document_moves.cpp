@@ -55,7 +55,11 @@ int Document::moveNextRecord() {
 int Document::movePreviousRecord() {
   if (!recordsetOpen_) return 0;
   if (viewMode_ == ViewMode::form) {
-    moveOnForm([this] {
+    const bool wasNew = database_.newRecordPending();
+    const std::uint32_t before = currentRecord;
+    moveOnForm([=, this] {
+      // The record before a new one is shown already when the new one was refused and discarded.
+      if (wasNew && currentRecord < before) return;
       // Not an error at the first record: a new record that is not stored yet is left this way.
       if (currentRecord <= 1) {
         database_.moveFirst();

@@ -94,7 +94,8 @@ void FormView::build() {
     rows_.push_back(createRow(field, ids));
   }
   pageCount_ = formPageCount(rowCount(), metrics_.fieldsPerPage);
-  InvalidateRect(GetParent(wrapper_.window()), nullptr, TRUE);
+  // With its children: the bars are painted over otherwise.
+  RedrawWindow(GetParent(wrapper_.window()), nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
 }
 
 void FormView::tearDown() {

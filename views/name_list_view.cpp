@@ -69,6 +69,8 @@ NameListView::~NameListView() {
 void NameListView::show() {
   applyColors();
   ShowWindow(window_, SW_SHOW);
+  // The page that was shown before has taken the focus with it; also a list without items has keys.
+  SetFocus(window_);
 }
 
 void NameListView::hide() {
@@ -96,7 +98,8 @@ void NameListView::setStyle(NameStyle style) {
   const DWORD wanted = styleBits(style);
   if ((present & LVS_TYPEMASK) == wanted) return;
   SetWindowLongW(window_, GWL_STYLE, static_cast<LONG>((present & ~DWORD{LVS_TYPEMASK}) | wanted));
-  // The list does not scroll back and erases only what is under them.
+  // The list keeps the rows and the scrolling that it had, and does not erase what it showed.
+  listview::arrange(window_);
   if (count() != 0) listview::ensureVisible(window_, 0);
   if (selectedIndex_ >= 0) listview::ensureVisible(window_, selectedIndex_);
   InvalidateRect(window_, nullptr, TRUE);
@@ -153,7 +156,7 @@ void NameListView::scrollThrough() {
   hide();
   listview::ensureVisible(window_, count() - 1);
   listview::ensureVisible(window_, 0);
-  show();
+  ShowWindow(window_, SW_SHOW);
   // A window that is hidden loses the focus.
   if (hadFocus) SetFocus(window_);
 }

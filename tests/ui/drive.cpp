@@ -52,7 +52,10 @@ HWND waitForMainWindow() {
 HWND waitForControl(HWND main, int id) {
   HWND control = nullptr;
   remote::waitUntil([&] {
-    control = remote::control(remote::frontWindow(main), id);
+    // Its own first: what a list inside a dialog has may bear the number of a button.
+    const HWND front = remote::frontWindow(main);
+    control = GetDlgItem(front, id);
+    if (!control) control = remote::control(front, id);
     return control != nullptr && IsWindowEnabled(control) != FALSE;
   });
   return control;
@@ -127,6 +130,11 @@ int type(HWND main, const Arguments& arguments) {
     SendMessageW(control, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(arguments.texts[1].c_str()));
   }
   return remote::text(control) == arguments.texts[1] ? 0 : fail("the control does not take the text");
+}
+
+int leaveDialog(HWND main, const Arguments&) {
+  PostMessageW(remote::frontWindow(main), WM_CLOSE, 0, 0);
+  return remote::waitForMain(main) ? 0 : failInFront(main);
 }
 
 int openMenu(HWND main, const Arguments& arguments) {
@@ -207,6 +215,7 @@ constexpr std::array kVerbs = {
     VerbRow{L"wait-text", L"NT", "waits until control N of the main window shows T behind blanks", waitText},
     VerbRow{L"click", L"N", "clicks control N in front", click},
     VerbRow{L"type", L"NT", "replaces what stands in control N in front by T", type},
+    VerbRow{L"leave-dialog", L"", "closes the dialog in front, behind which is the main window", leaveDialog},
     VerbRow{L"menu", L"N", "opens the menu bar's menu with command N", openMenu},
     VerbRow{L"submenu", L"T", "opens the submenu with access key T", openSubmenu},
     VerbRow{L"context", L"N", "opens the context menu of item N of the list that is shown", openContextMenu},

@@ -136,6 +136,46 @@ std::wstring messageBoxText(HWND box) {
   return text;
 }
 
+HWND dialog(DWORD processId, const wchar_t* title) {
+  return findTopLevel([=](HWND window) {
+    return IsWindowVisible(window) != FALSE && IsWindowEnabled(window) != FALSE &&
+           className(window) == L"#32770" && processOf(window) == processId &&
+           (title == nullptr || text(window) == title);
+  });
+}
+
+std::vector<HWND> popups(DWORD processId) {
+  std::vector<HWND> open;
+  findTopLevel([&](HWND window) {
+    if (IsWindowVisible(window) != FALSE && className(window) == L"#32768" && processOf(window) == processId)
+      open.push_back(window);
+    return false;
+  });
+  return open;
+}
+
+HWND dropDownList(DWORD processId) {
+  return findTopLevel([processId](HWND window) {
+    return IsWindowVisible(window) != FALSE && className(window) == L"ComboLBox" &&
+           processOf(window) == processId;
+  });
+}
+
+bool toolbarButton(HWND window, int command, int index, HWND& toolbar, RECT& place) {
+  const auto indexIn = [command](HWND child) {
+    return static_cast<int>(SendMessageW(child, TB_COMMANDTOINDEX, static_cast<WPARAM>(command), 0));
+  };
+  const HWND found = findBelow(window, [&](HWND child) {
+    return className(child) == TOOLBARCLASSNAMEW && IsWindowVisible(child) != FALSE && indexIn(child) >= 0;
+  });
+  if (!found) return false;
+  const int wanted = index < 0 ? indexIn(found) : index;
+  if (sendStructure(found, TB_GETITEMRECT, static_cast<WPARAM>(wanted), place).value_or(FALSE) == FALSE)
+    return false;
+  toolbar = found;
+  return true;
+}
+
 HWND tabControl(HWND main) {
   return GetDlgItem(main, kTabControlId);
 }
@@ -281,6 +321,11 @@ void pressKey(HWND window, WORD key) {
 
 HWND control(HWND window, int id) {
   return findBelow(window, [id](HWND child) { return GetDlgCtrlID(child) == id; });
+}
+
+HWND shownControl(HWND window, int id) {
+  return findBelow(window,
+                   [id](HWND child) { return IsWindowVisible(child) != FALSE && GetDlgCtrlID(child) == id; });
 }
 
 std::wstring text(HWND window) {

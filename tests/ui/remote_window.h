@@ -48,6 +48,18 @@ HWND messageBox(DWORD processId);
 /// The text that a message box shows.
 std::wstring messageBoxText(HWND box);
 
+/// A dialog or message box of a process with that title, or with null any; only one that is shown and
+/// takes input. Null when there is none.
+HWND dialog(DWORD processId, const wchar_t* title);
+/// The windows of the menus that are open, the innermost first.
+std::vector<HWND> popups(DWORD processId);
+/// The list that a combo box has dropped down, null when none is.
+HWND dropDownList(DWORD processId);
+
+/// The place of a button in the toolbar below a window that has this command: of the command's own
+/// button, or with `index` 0 and above of another one beside it. False when there is no such button.
+bool toolbarButton(HWND window, int command, int index, HWND& toolbar, RECT& place);
+
 /// The tab control of a main window.
 HWND tabControl(HWND main);
 /// The window of the page that is shown (a list of names, the form, the grid), null when none is.
@@ -92,6 +104,8 @@ void pressKey(HWND window, WORD key);
 
 /// The control with this identifier anywhere below a window, shown or not; null when there is none.
 HWND control(HWND window, int id);
+/// The same, shown.
+HWND shownControl(HWND window, int id);
 /// The text of a window or control.
 std::wstring text(HWND window);
 /// Where a button is in a toolbar; none when it can't be had.

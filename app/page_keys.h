@@ -1,0 +1,10 @@
+#pragma once
+
+#include <windows.h>
+
+/// Ctrl+Tab shows the next page, with Shift the one before, round the ends. True when the message was
+/// that key in the main window and is used up.
+bool turnPageByKey(const MSG& message);
+
+/// What a key does in the list of names of a page: what the buttons of its bands do. 0 for nothing.
+int commandOfNamesKey(int page, WORD key);
