@@ -3,10 +3,9 @@
 #include <utility>
 
 #include "dialogs/about_ids.h"
-#include "dialogs/dialog_place.h"
-#include "dialogs/input_panel_hold.h"
 #include "platform/pocketshell/handheld_windows.h"
 #include "resources/resource_ids.h"
+#include "views/dialog_place.h"
 
 namespace {
 
@@ -19,7 +18,7 @@ int AboutDialog::run(HWND owner) {
 }
 
 void AboutDialog::opened() {
-  panelWasUp_ = isInputPanelUp();
+  panel_.lower(window());
   fillScreen(window(), SHIDIF_SIPDOWN);
   showIcon();
   SetDlgItemTextW(window(), IDC_ABOUT_VERSION, kVersion);
@@ -35,7 +34,7 @@ bool AboutDialog::command(WORD id) {
 }
 
 void AboutDialog::leave(int result) {
-  if (panelWasUp_) SHSipPreference(window(), SIP_UP);
+  panel_.release(window());
   close(result);
 }
 

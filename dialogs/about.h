@@ -2,6 +2,7 @@
 
 #include "base/handles.h"
 #include "dialogs/modal_dialog.h"
+#include "views/input_panel_hold.h"
 
 /// "About Quivane for Pocket PC": the program's icon, name and version, full screen. The icon is the
 /// program's resource.
@@ -20,5 +21,5 @@ class AboutDialog final : private ModalDialog {
   void showIcon();
 
   UniqueIcon icon_;
-  bool panelWasUp_ = false;
+  InputPanelHold panel_;
 };

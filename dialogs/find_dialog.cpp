@@ -6,10 +6,9 @@
 #include "base/recent_finds.h"
 #include "base/settings_store.h"
 #include "dialogs/combo_box.h"
-#include "dialogs/dialog_place.h"
 #include "dialogs/find_dialog_ids.h"
-#include "dialogs/panel_use.h"
 #include "views/child_control.h"
+#include "views/dialog_place.h"
 
 namespace {
 
@@ -48,8 +47,7 @@ std::span<const FindDialog::CommandRow> FindDialog::commandRows() {
 
 void FindDialog::opened() {
   centreDialog(window());
-  panelWasUp_ = isInputPanelUp();
-  SHSipPreference(window(), SIP_UP);
+  panel_.raise(window());
   state_.dialog = window();
   state_.newSearch = true;
   combobox::removeTextLimit(control(IDC_FIND_TEXT));
@@ -98,7 +96,7 @@ void FindDialog::next() {
   storeCheckBoxes();
   state_.text = std::move(text);
   state_.fieldName = std::move(fieldName);
-  putPanelDown();
+  panel_.release(window());
   state_.fieldPosition = static_cast<std::uint32_t>(combobox::selection(control(IDC_FIND_FIELD)) + 1);
   RecentFinds::Remember(state_.text);
   PostMessageW(owner_, kFindNextMessage, 0, 0);
@@ -116,10 +114,6 @@ void FindDialog::cancel() {
 void FindDialog::leave(INT_PTR result) {
   state_.dialog = nullptr;
   storeCheckBoxes();
-  putPanelDown();
+  panel_.release(window());
   close(result);
-}
-
-void FindDialog::putPanelDown() const {
-  if (!panelWasUp_) SHSipPreference(window(), SIP_DOWN);
 }

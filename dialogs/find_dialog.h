@@ -7,6 +7,7 @@
 #include "base/name_list.h"
 #include "dialogs/table_dialog.h"
 #include "records/find_state.h"
+#include "views/input_panel_hold.h"
 
 /// The dialog that says what is searched for in the records. It is modal and stays open between the steps
 /// of a search, each of which it asks its owner for; it searches nothing itself. Its check boxes and the
@@ -42,11 +43,10 @@ class FindDialog : public TableDialog<FindDialog> {
 
   void enableField() const;
   void storeCheckBoxes();
-  void putPanelDown() const;
   void leave(INT_PTR result);
 
   FindState& state_;
   NameList fieldNames_;
   HWND owner_ = nullptr;
-  bool panelWasUp_ = false;
+  InputPanelHold panel_;
 };

@@ -3,14 +3,14 @@
 #include <string>
 
 #include "dialogs/go_to_ids.h"
-#include "views/popup_place.h"
+#include "views/dialog_place.h"
 
 int GoToDialog::run(HWND owner) {
   return runTemplate(IDD_GO_TO, owner);
 }
 
 void GoToDialog::opened() {
-  placePopup(window());
+  centreDialog(window(), kPopupRaise);
   panel_.raise(window());
   // More than any number has. A whole book pasted would keep the control busy for a while.
   constexpr WPARAM kLongestText = 20;

@@ -2,8 +2,8 @@
 
 #include <cstdint>
 
-#include "dialogs/input_panel_hold.h"
 #include "dialogs/modal_dialog.h"
+#include "views/input_panel_hold.h"
 
 /// "Move to Record...": asks for the number of a record.
 class GoToDialog final : private ModalDialog {

@@ -5,7 +5,7 @@
 #include "dialogs/new_field_ids.h"
 #include "dialogs/table_design.h"
 #include "views/child_control.h"
-#include "views/popup_place.h"
+#include "views/dialog_place.h"
 
 namespace {
 
@@ -36,7 +36,7 @@ void NewFieldDialog::opened() {
   for (const FieldTypeRow& row : kFieldTypeRows) addType(types, row.label);
   selectType(types, kShortTextRow);
   panel_.raise(window());
-  placePopup(window());
+  centreDialog(window(), kPopupRaise);
   SetFocus(control(IDC_NEW_FIELD_NAME));
 }
 

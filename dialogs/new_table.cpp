@@ -4,12 +4,12 @@
 #include <string>
 #include <utility>
 
-#include "dialogs/dialog_place.h"
 #include "dialogs/new_field.h"
 #include "dialogs/new_table_ids.h"
 #include "dialogs/table_design.h"
 #include "platform/pocketshell/handheld_windows.h"
 #include "views/child_control.h"
+#include "views/dialog_place.h"
 
 namespace {
 

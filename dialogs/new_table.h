@@ -6,8 +6,8 @@
 #include "base/string.h"
 #include "data/schema.h"
 #include "dialogs/field_list.h"
-#include "dialogs/input_panel_hold.h"
 #include "dialogs/modal_dialog.h"
+#include "views/input_panel_hold.h"
 
 /// "New Table": the name of a new table and its fields. The dialog creates nothing.
 class NewTableDialog final : private ModalDialog {

@@ -2,13 +2,13 @@
 
 #include <utility>
 
-#include "dialogs/dialog_colors.h"
-#include "dialogs/dialog_layout.h"
 #include "dialogs/dialog_procedure.h"
-#include "dialogs/input_panel_state.h"
 #include "dialogs/password_ids.h"
 #include "platform/pocketshell/handheld_windows.h"
 #include "views/current_dialog.h"
+#include "views/dialog_colors.h"
+#include "views/dialog_place.h"
+#include "views/input_panel_hold.h"
 #include "views/message_table.h"
 
 namespace {
@@ -33,7 +33,7 @@ PasswordDialog PasswordDialog::change() {
 }
 
 bool PasswordDialog::run(HWND owner) {
-  const bool panelWasUp = inputPanelIsUp();
+  const bool panelWasUp = isInputPanelUp();
   const INT_PTR result = HandheldDialogBox(GetModuleHandleW(nullptr), templateId_, owner, dialogProcedure,
                                            reinterpret_cast<LPARAM>(this));
   if (!panelWasUp) SHSipPreference(owner, SIP_DOWN);
@@ -56,7 +56,7 @@ LRESULT PasswordDialog::opened(HWND dialog, UINT, WPARAM, LPARAM lParam) {
   SetWindowLongPtrW(dialog, DWLP_USER, lParam);
   currentDialog = dialog;
   SHSipPreference(dialog, SIP_UP);
-  centreInOwner(dialog);
+  centreAbovePanel(dialog);
   for (const int id : reinterpret_cast<const PasswordDialog*>(lParam)->editIds_) {
     SendDlgItemMessageW(dialog, id, EM_SETLIMITTEXT, kLongestPassword, 0);
   }

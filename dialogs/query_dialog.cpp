@@ -7,9 +7,9 @@
 #include <utility>
 
 #include "dialogs/combo_box.h"
-#include "dialogs/panel_use.h"
 #include "dialogs/query_dialog_ids.h"
 #include "views/child_control.h"
+#include "views/dialog_place.h"
 #include "views/sip_state.h"
 
 namespace {
@@ -75,14 +75,8 @@ std::span<const QueryDialog::MessageRow> QueryDialog::messageRows() {
 }
 
 void QueryDialog::opened() {
-  // Before the shell puts it down.
-  panelWasUp_ = isInputPanelUp();
-  SHINITDLGINFO info{};
-  info.dwMask = SHIDIM_FLAGS;
-  info.hDlg = window();
-  info.dwFlags = SHIDIF_SIZEDLGFULLSCREEN | SHIDIF_DONEBUTTON | SHIDIF_SIPDOWN;
-  SHInitDialog(&info);
-
+  panel_.lower(window());
+  fillScreen(window(), SHIDIF_SIPDOWN);
   SetWindowSubclass(control(IDC_QUERY_SQL), sqlProcedure, 0, 0);
   showText(control(IDC_QUERY_NAME), name);
   showText(control(IDC_QUERY_SQL), sql);
@@ -168,7 +162,7 @@ void QueryDialog::cancel() {
 }
 
 void QueryDialog::leave(INT_PTR result) const {
-  if (panelWasUp_) SHSipPreference(window(), SIP_UP);
+  panel_.release(window());
   close(result);
 }
 

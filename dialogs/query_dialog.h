@@ -7,6 +7,7 @@
 #include "base/name_list.h"
 #include "base/string.h"
 #include "dialogs/table_dialog.h"
+#include "views/input_panel_hold.h"
 
 /// What the Query dialog needs of the program. All of it is set, and lasts as long as the dialog runs.
 struct QueryDialogHost {
@@ -59,5 +60,5 @@ class QueryDialog : public TableDialog<QueryDialog> {
   void tell(const wchar_t* text) const;
 
   QueryDialogHost host_;
-  bool panelWasUp_ = false;
+  InputPanelHold panel_;
 };

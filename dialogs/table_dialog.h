@@ -4,9 +4,9 @@
 
 #include <span>
 
-#include "dialogs/dialog_colors.h"
 #include "platform/pocketshell/handheld_windows.h"
 #include "views/current_dialog.h"
+#include "views/dialog_colors.h"
 
 /// Base of the modal dialogs, whose procedures are tables. `Derived` has, accessible from here,
 ///   void opened()                                     what happens when the dialog opens

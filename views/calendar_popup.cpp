@@ -6,8 +6,8 @@
 
 #include "platform/pocketshell/handheld_windows.h"
 #include "views/current_dialog.h"
+#include "views/dialog_place.h"
 #include "views/popup_ids.h"
-#include "views/popup_place.h"
 
 namespace {
 
@@ -88,7 +88,7 @@ void CalendarPopup::opened(HWND dialog) {
   currentDialog = dialog;
   SetWindowTextW(dialog, caption_.text());
   createControls(dialog);
-  placePopup(dialog);
+  centreDialog(dialog, kPopupRaise);
   SetFocus(calendar_);
 }
 

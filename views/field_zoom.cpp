@@ -3,8 +3,8 @@
 #include "platform/pocketshell/handheld_windows.h"
 #include "views/child_control.h"
 #include "views/current_dialog.h"
+#include "views/dialog_place.h"
 #include "views/popup_ids.h"
-#include "views/popup_place.h"
 
 bool FieldZoom::run(HWND owner) {
   const INT_PTR result = HandheldDialogBox(GetModuleHandleW(nullptr), IDD_FIELD_ZOOM, owner, dialogProcedure,
@@ -35,7 +35,7 @@ INT_PTR CALLBACK FieldZoom::dialogProcedure(HWND dialog, UINT message, WPARAM wP
 
 void FieldZoom::opened(HWND dialog) {
   currentDialog = dialog;
-  placePopup(dialog);
+  centreDialog(dialog, kPopupRaise);
   const HWND edit = GetDlgItem(dialog, IDC_ZOOM_TEXT);
   SendMessageW(edit, EM_SETLIMITTEXT, 0, 0);
   SetWindowTextW(edit, text_.text());
