@@ -25,12 +25,12 @@ void AboutDialog::opened() {
   SetFocus(control(IDOK));
 }
 
-bool AboutDialog::command(WORD id) {
+bool AboutDialog::command(WORD id, WORD notification) {
   static constexpr DialogCommand<AboutDialog> kCommands[] = {
       {IDOK, &AboutDialog::confirm},
       {IDCANCEL, &AboutDialog::cancel},
   };
-  return answerCommand<AboutDialog>(*this, kCommands, id);
+  return answerCommand<AboutDialog>(*this, kCommands, id, notification);
 }
 
 void AboutDialog::leave(int result) {

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "base/handles.h"
-#include "dialogs/modal_dialog.h"
 #include "views/input_panel_hold.h"
+#include "views/modal_dialog.h"
 
 /// "About Quivane for Pocket PC": the program's icon, name and version, full screen. The icon is the
 /// program's resource.
@@ -13,7 +13,7 @@ class AboutDialog final : private ModalDialog {
 
  private:
   void opened() override;
-  bool command(WORD id) override;
+  bool command(WORD id, WORD notification) override;
   void zoomChanged() override { showIcon(); }
   void confirm() { leave(IDOK); }
   void cancel() { leave(IDCANCEL); }

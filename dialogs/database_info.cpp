@@ -17,10 +17,10 @@ void DatabaseInfoDialog::opened() {
   SetFocus(control(IDOK));
 }
 
-bool DatabaseInfoDialog::command(WORD id) {
+bool DatabaseInfoDialog::command(WORD id, WORD notification) {
   static constexpr DialogCommand<DatabaseInfoDialog> kCommands[] = {
       {IDOK, &DatabaseInfoDialog::confirm},
       {IDCANCEL, &DatabaseInfoDialog::cancel},
   };
-  return answerCommand<DatabaseInfoDialog>(*this, kCommands, id);
+  return answerCommand<DatabaseInfoDialog>(*this, kCommands, id, notification);
 }

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "base/string.h"
-#include "dialogs/modal_dialog.h"
+#include "views/modal_dialog.h"
 
 /// "Database Information": shows what is open. The fields are in: the texts that it shows, each empty
 /// where there is none.
@@ -17,7 +17,7 @@ class DatabaseInfoDialog final : private ModalDialog {
 
  private:
   void opened() override;
-  bool command(WORD id) override;
+  bool command(WORD id, WORD notification) override;
   void confirm() { close(IDOK); }
   void cancel() { close(IDCANCEL); }
 };

@@ -1,6 +1,5 @@
 #include "dialogs/find_dialog.h"
 
-#include <array>
 #include <utility>
 
 #include "base/recent_finds.h"
@@ -27,22 +26,22 @@ std::uint32_t readFlag(const wchar_t* name) {
 FindDialog::FindDialog(FindState& state, NameList fieldNames)
     : state_(state), fieldNames_(std::move(fieldNames)) {}
 
-INT_PTR FindDialog::run(HWND owner) {
+int FindDialog::run(HWND owner) {
   owner_ = owner;
-  const INT_PTR result = runTemplate(IDD_FIND, owner);
+  const int result = runTemplate(IDD_FIND, owner);
   // Also when it was not the user who ended it.
   state_.dialog = nullptr;
   return result;
 }
 
-std::span<const FindDialog::CommandRow> FindDialog::commandRows() {
-  static constexpr std::array<CommandRow, 4> kRows = {{
-      {IDOK, BN_CLICKED, &FindDialog::confirm},
-      {IDCANCEL, BN_CLICKED, &FindDialog::cancel},
-      {IDC_FIND_NEXT, BN_CLICKED, &FindDialog::next},
-      {IDC_FIND_ALL_FIELDS, BN_CLICKED, &FindDialog::allFieldsClicked},
-  }};
-  return kRows;
+bool FindDialog::command(WORD id, WORD notification) {
+  static constexpr DialogCommand<FindDialog> kCommands[] = {
+      {IDOK, &FindDialog::confirm},
+      {IDCANCEL, &FindDialog::cancel},
+      {IDC_FIND_NEXT, &FindDialog::next},
+      {IDC_FIND_ALL_FIELDS, &FindDialog::allFieldsClicked},
+  };
+  return answerCommand<FindDialog>(*this, kCommands, id, notification);
 }
 
 void FindDialog::opened() {
@@ -57,7 +56,7 @@ void FindDialog::opened() {
 }
 
 void FindDialog::refill(HWND dialog) {
-  if (FindDialog* const open = of(dialog)) open->refillControls();
+  if (auto* const open = static_cast<FindDialog*>(of(dialog))) open->refillControls();
 }
 
 void FindDialog::refillControls() {
@@ -111,7 +110,7 @@ void FindDialog::cancel() {
   leave(IDCANCEL);
 }
 
-void FindDialog::leave(INT_PTR result) {
+void FindDialog::leave(int result) {
   state_.dialog = nullptr;
   storeCheckBoxes();
   panel_.release(window());

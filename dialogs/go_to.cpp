@@ -18,12 +18,12 @@ void GoToDialog::opened() {
   SetFocus(control(IDC_GO_TO_NUMBER));
 }
 
-bool GoToDialog::command(WORD id) {
+bool GoToDialog::command(WORD id, WORD notification) {
   static constexpr DialogCommand<GoToDialog> kCommands[] = {
       {IDOK, &GoToDialog::confirm},
       {IDCANCEL, &GoToDialog::cancel},
   };
-  return answerCommand<GoToDialog>(*this, kCommands, id);
+  return answerCommand<GoToDialog>(*this, kCommands, id, notification);
 }
 
 void GoToDialog::confirm() {
@@ -35,7 +35,7 @@ void GoToDialog::confirm() {
     close(IDOK);
     return;
   }
-  refuse((L"Enter number in range 1 to " + std::to_wstring(highest)).c_str(), L"Error");
+  tell((L"Enter number in range 1 to " + std::to_wstring(highest)).c_str(), L"Error");
   // The next key replaces what was refused.
   SendMessageW(control(IDC_GO_TO_NUMBER), EM_SETSEL, 0, -1);
   SetFocus(control(IDC_GO_TO_NUMBER));

@@ -2,8 +2,8 @@
 
 #include <cstdint>
 
-#include "dialogs/modal_dialog.h"
 #include "views/input_panel_hold.h"
+#include "views/modal_dialog.h"
 
 /// "Move to Record...": asks for the number of a record.
 class GoToDialog final : private ModalDialog {
@@ -17,7 +17,7 @@ class GoToDialog final : private ModalDialog {
 
  private:
   void opened() override;
-  bool command(WORD id) override;
+  bool command(WORD id, WORD notification) override;
   void confirm();
   void cancel();
 

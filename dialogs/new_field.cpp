@@ -40,25 +40,25 @@ void NewFieldDialog::opened() {
   SetFocus(control(IDC_NEW_FIELD_NAME));
 }
 
-bool NewFieldDialog::command(WORD id) {
+bool NewFieldDialog::command(WORD id, WORD notification) {
   static constexpr DialogCommand<NewFieldDialog> kCommands[] = {
       {IDOK, &NewFieldDialog::confirm},
       {IDCANCEL, &NewFieldDialog::cancel},
   };
-  return answerCommand<NewFieldDialog>(*this, kCommands, id);
+  return answerCommand<NewFieldDialog>(*this, kCommands, id, notification);
 }
 
 void NewFieldDialog::confirm() {
   String name = windowText(control(IDC_NEW_FIELD_NAME));
   const int row = selectedType(control(IDC_NEW_FIELD_TYPE));
   if (name.isEmpty()) {
-    refuse(L"Please enter a field name!");
+    tell(L"Please enter a field name!");
     SetFocus(control(IDC_NEW_FIELD_NAME));
   } else if (hasForbiddenCharacter(name)) {
-    refuse(L"Field name cannot use characters:\n` . ! \u2019 [ ] \" * ?");
+    tell(L"Field name cannot use characters:\n` . ! \u2019 [ ] \" * ?");
     SetFocus(control(IDC_NEW_FIELD_NAME));
   } else if (row < 0) {
-    refuse(L"Please select a type!");
+    tell(L"Please select a type!");
     SetFocus(control(IDC_NEW_FIELD_TYPE));
   } else {
     field = {std::move(name), kFieldTypeRows[static_cast<std::size_t>(row)].sqlType, false};

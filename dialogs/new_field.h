@@ -1,8 +1,8 @@
 #pragma once
 
 #include "data/schema.h"
-#include "dialogs/modal_dialog.h"
 #include "views/input_panel_hold.h"
+#include "views/modal_dialog.h"
 
 /// "New Field": asks for the name and the type of one field of a new table.
 class NewFieldDialog final : private ModalDialog {
@@ -15,7 +15,7 @@ class NewFieldDialog final : private ModalDialog {
 
  private:
   void opened() override;
-  bool command(WORD id) override;
+  bool command(WORD id, WORD notification) override;
   void confirm();
   void cancel() { leave(IDCANCEL); }
   void leave(int result);

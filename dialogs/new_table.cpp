@@ -41,7 +41,7 @@ void NewTableDialog::opened() {
   SetFocus(control(IDC_NEW_TABLE_NAME));
 }
 
-bool NewTableDialog::command(WORD id) {
+bool NewTableDialog::command(WORD id, WORD notification) {
   static constexpr DialogCommand<NewTableDialog> kCommands[] = {
       {IDC_NEW_TABLE_ADD, &NewTableDialog::addField},
       {IDC_NEW_TABLE_REMOVE, &NewTableDialog::removeField},
@@ -50,7 +50,7 @@ bool NewTableDialog::command(WORD id) {
       {IDOK, &NewTableDialog::confirm},
       {IDCANCEL, &NewTableDialog::cancel},
   };
-  return answerCommand<NewTableDialog>(*this, kCommands, id);
+  return answerCommand<NewTableDialog>(*this, kCommands, id, notification);
 }
 
 void NewTableDialog::addField() {
@@ -71,7 +71,7 @@ void NewTableDialog::confirm() {
     refuseName(
         (std::wstring(L"Table ") + typed.text() + L" already exists!\nChoose a different name").c_str());
   } else if (designed.empty()) {
-    refuse(L"Please define fields!");
+    tell(L"Please define fields!");
   } else {
     name = std::move(typed);
     fields = std::move(designed);
@@ -87,7 +87,7 @@ void NewTableDialog::leave(int result) {
 }
 
 void NewTableDialog::refuseName(const wchar_t* reason) const {
-  refuse(reason);
+  tell(reason);
   SetFocus(control(IDC_NEW_TABLE_NAME));
 }
 

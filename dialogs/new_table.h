@@ -6,8 +6,8 @@
 #include "base/string.h"
 #include "data/schema.h"
 #include "dialogs/field_list.h"
-#include "dialogs/modal_dialog.h"
 #include "views/input_panel_hold.h"
+#include "views/modal_dialog.h"
 
 /// "New Table": the name of a new table and its fields. The dialog creates nothing.
 class NewTableDialog final : private ModalDialog {
@@ -30,8 +30,8 @@ class NewTableDialog final : private ModalDialog {
 
  private:
   void opened() override;
-  bool command(WORD id) override;
-  void panelMoved() override { layOut(); }
+  bool command(WORD id, WORD notification) override;
+  void settingsChanged() override { layOut(); }
   void zoomChanged() override { list_.fitColumns(); }
 
   void addField();

@@ -2,12 +2,12 @@
 
 #include <commctrl.h>
 
-#include <array>
 #include <string>
 #include <utility>
 
 #include "dialogs/combo_box.h"
 #include "dialogs/query_dialog_ids.h"
+#include "platform/pocketshell/handheld_windows.h"
 #include "views/child_control.h"
 #include "views/dialog_place.h"
 #include "views/sip_state.h"
@@ -52,26 +52,21 @@ void showText(HWND edit, const String& text) {
 
 QueryDialog::QueryDialog(QueryDialogHost host) : host_(std::move(host)) {}
 
-INT_PTR QueryDialog::run(HWND owner) {
+int QueryDialog::run(HWND owner) {
   return runTemplate(IDD_QUERY, owner);
 }
 
-std::span<const QueryDialog::CommandRow> QueryDialog::commandRows() {
-  static constexpr std::array<CommandRow, 7> kRows = {{
-      {IDOK, BN_CLICKED, &QueryDialog::confirm},
-      {IDCANCEL, BN_CLICKED, &QueryDialog::cancel},
-      {IDC_QUERY_CHECK, BN_CLICKED, &QueryDialog::check},
-      {IDC_QUERY_HELP, BN_CLICKED, &QueryDialog::help},
-      {IDC_QUERY_INSERT_TABLE, BN_CLICKED, &QueryDialog::insertTable},
-      {IDC_QUERY_INSERT_FIELD, BN_CLICKED, &QueryDialog::insertField},
-      {IDC_QUERY_TABLES, CBN_SELCHANGE, &QueryDialog::fillFields},
-  }};
-  return kRows;
-}
-
-std::span<const QueryDialog::MessageRow> QueryDialog::messageRows() {
-  static constexpr std::array<MessageRow, 1> kRows = {{{WM_SETTINGCHANGE, &QueryDialog::layOutSql}}};
-  return kRows;
+bool QueryDialog::command(WORD id, WORD notification) {
+  static constexpr DialogCommand<QueryDialog> kCommands[] = {
+      {IDOK, &QueryDialog::confirm},
+      {IDCANCEL, &QueryDialog::cancel},
+      {IDC_QUERY_CHECK, &QueryDialog::check},
+      {IDC_QUERY_HELP, &QueryDialog::help},
+      {IDC_QUERY_INSERT_TABLE, &QueryDialog::insertTable},
+      {IDC_QUERY_INSERT_FIELD, &QueryDialog::insertField},
+      {IDC_QUERY_TABLES, &QueryDialog::fillFields, CBN_SELCHANGE},
+  };
+  return answerCommand<QueryDialog>(*this, kCommands, id, notification);
 }
 
 void QueryDialog::opened() {
@@ -161,11 +156,7 @@ void QueryDialog::cancel() {
   leave(IDCANCEL);
 }
 
-void QueryDialog::leave(INT_PTR result) const {
+void QueryDialog::leave(int result) {
   panel_.release(window());
   close(result);
-}
-
-void QueryDialog::tell(const wchar_t* text) const {
-  MessageBoxW(window(), text, L"Quivane", MB_SETFOREGROUND);
 }

@@ -1,36 +1,18 @@
-#include "dialogs/modal_dialog.h"
+#include "views/modal_dialog.h"
 
 #include <array>
-#include <cwchar>
 #include <utility>
 
 #include "platform/pocketshell/handheld_windows.h"
 #include "views/current_dialog.h"
-
-namespace {
-
-constexpr COLORREF kStaticText = RGB(0, 0, 255);
-constexpr COLORREF kGround = RGB(255, 255, 255);
-
-INT_PTR groundBrush() {
-  return reinterpret_cast<INT_PTR>(GetStockObject(WHITE_BRUSH));
-}
-
-/// An edit that can't be written to asks for the colours of a static text too.
-bool isStatic(HWND control) {
-  std::array<wchar_t, 16> name{};
-  GetClassNameW(control, name.data(), static_cast<int>(name.size()));
-  return _wcsicmp(name.data(), WC_STATICW) == 0;
-}
-
-}  // namespace
+#include "views/dialog_colors.h"
 
 const std::span<const ModalDialog::MessageRow> ModalDialog::kMessages = [] {
   static constexpr std::array kRows = {
       MessageRow{WM_INITDIALOG, &ModalDialog::initialised},
       MessageRow{WM_COMMAND, &ModalDialog::commandGiven},
-      MessageRow{WM_CTLCOLORDLG, &ModalDialog::groundColored},
-      MessageRow{WM_CTLCOLORSTATIC, &ModalDialog::staticColored},
+      MessageRow{WM_CTLCOLORDLG, &ModalDialog::colorAsked},
+      MessageRow{WM_CTLCOLORSTATIC, &ModalDialog::colorAsked},
       MessageRow{WM_SETTINGCHANGE, &ModalDialog::settingChanged},
       MessageRow{WM_DESTROY, &ModalDialog::destroyed},
   };
@@ -41,11 +23,11 @@ int ModalDialog::runTemplate(WORD templateId, HWND owner) {
   const INT_PTR result = HandheldDialogBox(GetModuleHandleW(nullptr), templateId, owner, procedure,
                                            reinterpret_cast<LPARAM>(this));
   window_ = nullptr;
-  return result == IDOK ? IDOK : IDCANCEL;
+  return result > 0 ? static_cast<int>(result) : IDCANCEL;
 }
 
-void ModalDialog::refuse(const wchar_t* reason, const wchar_t* caption) const {
-  MessageBoxW(window_, reason, caption, MB_SETFOREGROUND);
+void ModalDialog::tell(const wchar_t* text, const wchar_t* caption) const {
+  MessageBoxW(window_, text, caption, MB_SETFOREGROUND);
 }
 
 INT_PTR CALLBACK ModalDialog::procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept {
@@ -53,7 +35,7 @@ INT_PTR CALLBACK ModalDialog::procedure(HWND window, UINT message, WPARAM wParam
     SetWindowLongPtrW(window, DWLP_USER, lParam);
     reinterpret_cast<ModalDialog*>(lParam)->window_ = window;
   }
-  auto* const dialog = reinterpret_cast<ModalDialog*>(GetWindowLongPtrW(window, DWLP_USER));
+  ModalDialog* const dialog = of(window);
   if (!dialog) return FALSE;
   try {
     return dialog->answer(message, wParam, lParam);
@@ -80,23 +62,16 @@ INT_PTR ModalDialog::initialised(WPARAM, LPARAM) {
 }
 
 INT_PTR ModalDialog::commandGiven(WPARAM wParam, LPARAM) {
-  return command(LOWORD(wParam));
+  return command(LOWORD(wParam), HIWORD(wParam));
 }
 
-INT_PTR ModalDialog::groundColored(WPARAM, LPARAM) {
-  return groundBrush();
+INT_PTR ModalDialog::colorAsked(WPARAM wParam, LPARAM lParam) {
+  return reinterpret_cast<INT_PTR>(
+      dialogBrush(reinterpret_cast<HDC>(wParam), reinterpret_cast<HWND>(lParam)));
 }
 
-INT_PTR ModalDialog::staticColored(WPARAM wParam, LPARAM lParam) {
-  if (!isStatic(reinterpret_cast<HWND>(lParam))) return FALSE;
-  const auto context = reinterpret_cast<HDC>(wParam);
-  SetTextColor(context, kStaticText);
-  SetBkColor(context, kGround);
-  return groundBrush();
-}
-
-INT_PTR ModalDialog::settingChanged(WPARAM wParam, LPARAM) {
-  if (wParam == SPI_SETSIPINFO) panelMoved();
+INT_PTR ModalDialog::settingChanged(WPARAM, LPARAM) {
+  settingsChanged();
   return FALSE;
 }
 
