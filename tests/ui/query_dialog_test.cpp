@@ -39,7 +39,7 @@ class QueryDialogTest : public TypedDialogTest {
     return inDialog([&] { return dialog.run(top()); }, step);
   }
 
-  std::vector<MessageBoxSpy::Box> says(HWND owner, const wchar_t* text) {
+  std::vector<FakeMessageBoxes::Box> says(HWND owner, const wchar_t* text) {
     return {{owner, text, L"Quivane", MB_SETFOREGROUND}};
   }
 

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "tests/shell/shell_fixture.h"
-#include "tests/ui/message_box_spy.h"
+#include "tests/ui/fake_message_box.h"
 
 /// A control as a dialog's resource gives it: identifier, class, text.
 struct ControlFacts {
@@ -55,5 +55,5 @@ class TypedDialogTest : public ShellTest {
 
   static bool isPanelUp();
 
-  MessageBoxSpy boxes;
+  FakeMessageBoxes boxes;
 };
