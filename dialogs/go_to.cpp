@@ -4,14 +4,14 @@
 
 #include "dialogs/go_to_ids.h"
 #include "dialogs/refusal.h"
-#include "views/popup_place.h"
+#include "views/dialog_place.h"
 
-INT_PTR GoToDialog::run(HWND owner) {
+int GoToDialog::run(HWND owner) {
   return runTemplate(IDD_GO_TO, owner);
 }
 
 void GoToDialog::opened() {
-  placePopup(window());
+  centreDialog(window(), kPopupRaise);
   panel_.raise(window());
   // More than any number has. A whole book pasted would keep the control busy for a while.
   constexpr WPARAM kLongestText = 20;
@@ -19,16 +19,12 @@ void GoToDialog::opened() {
   SetFocus(control(IDC_GO_TO_NUMBER));
 }
 
-std::span<const GoToDialog::CommandRow> GoToDialog::commandRows() {
-  static constexpr CommandRow kRows[] = {
+bool GoToDialog::command(WORD id, WORD notification) {
+  static constexpr DialogCommand<GoToDialog> kCommands[] = {
       {IDOK, BN_CLICKED, &GoToDialog::confirm},
       {IDCANCEL, BN_CLICKED, &GoToDialog::cancel},
   };
-  return kRows;
-}
-
-std::span<const GoToDialog::MessageRow> GoToDialog::messageRows() {
-  return {};
+  return answerCommand<GoToDialog>(*this, kCommands, id, notification);
 }
 
 void GoToDialog::confirm() {

@@ -6,7 +6,7 @@
 #include "dialogs/refusal.h"
 #include "dialogs/table_design.h"
 #include "views/child_control.h"
-#include "views/popup_place.h"
+#include "views/dialog_place.h"
 
 namespace {
 
@@ -28,7 +28,7 @@ int selectedType(HWND box) {
 
 }  // namespace
 
-INT_PTR NewFieldDialog::run(HWND owner) {
+int NewFieldDialog::run(HWND owner) {
   return runTemplate(IDD_NEW_FIELD, owner);
 }
 
@@ -37,20 +37,16 @@ void NewFieldDialog::opened() {
   for (const FieldTypeRow& row : kFieldTypeRows) addType(types, row.label);
   selectType(types, kShortTextRow);
   panel_.raise(window());
-  placePopup(window());
+  centreDialog(window(), kPopupRaise);
   SetFocus(control(IDC_NEW_FIELD_NAME));
 }
 
-std::span<const NewFieldDialog::CommandRow> NewFieldDialog::commandRows() {
-  static constexpr CommandRow kRows[] = {
+bool NewFieldDialog::command(WORD id, WORD notification) {
+  static constexpr DialogCommand<NewFieldDialog> kCommands[] = {
       {IDOK, BN_CLICKED, &NewFieldDialog::confirm},
       {IDCANCEL, BN_CLICKED, &NewFieldDialog::cancel},
   };
-  return kRows;
-}
-
-std::span<const NewFieldDialog::MessageRow> NewFieldDialog::messageRows() {
-  return {};
+  return answerCommand<NewFieldDialog>(*this, kCommands, id, notification);
 }
 
 void NewFieldDialog::confirm() {
@@ -71,7 +67,7 @@ void NewFieldDialog::confirm() {
   }
 }
 
-void NewFieldDialog::leave(INT_PTR result) {
+void NewFieldDialog::leave(int result) {
   panel_.release(window());
   close(result);
 }
