@@ -3,7 +3,6 @@
 #include <string>
 
 #include "dialogs/go_to_ids.h"
-#include "dialogs/refusal.h"
 #include "views/dialog_place.h"
 
 int GoToDialog::run(HWND owner) {
@@ -36,7 +35,7 @@ void GoToDialog::confirm() {
     close(IDOK);
     return;
   }
-  refuse(window(), (L"Enter number in range 1 to " + std::to_wstring(highest)).c_str(), L"Error");
+  tell((L"Enter number in range 1 to " + std::to_wstring(highest)).c_str(), L"Error");
   // The next key replaces what was refused.
   SendMessageW(control(IDC_GO_TO_NUMBER), EM_SETSEL, 0, -1);
   SetFocus(control(IDC_GO_TO_NUMBER));

@@ -3,7 +3,6 @@
 #include <utility>
 
 #include "dialogs/new_field_ids.h"
-#include "dialogs/refusal.h"
 #include "dialogs/table_design.h"
 #include "views/child_control.h"
 #include "views/dialog_place.h"
@@ -53,13 +52,13 @@ void NewFieldDialog::confirm() {
   String name = windowText(control(IDC_NEW_FIELD_NAME));
   const int row = selectedType(control(IDC_NEW_FIELD_TYPE));
   if (name.isEmpty()) {
-    refuse(window(), L"Please enter a field name!");
+    tell(L"Please enter a field name!");
     SetFocus(control(IDC_NEW_FIELD_NAME));
   } else if (hasForbiddenCharacter(name)) {
-    refuse(window(), L"Field name cannot use characters:\n` . ! \u2019 [ ] \" * ?");
+    tell(L"Field name cannot use characters:\n` . ! \u2019 [ ] \" * ?");
     SetFocus(control(IDC_NEW_FIELD_NAME));
   } else if (row < 0) {
-    refuse(window(), L"Please select a type!");
+    tell(L"Please select a type!");
     SetFocus(control(IDC_NEW_FIELD_TYPE));
   } else {
     field = {std::move(name), kFieldTypeRows[static_cast<std::size_t>(row)].sqlType, false};

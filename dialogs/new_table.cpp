@@ -6,7 +6,6 @@
 
 #include "dialogs/new_field.h"
 #include "dialogs/new_table_ids.h"
-#include "dialogs/refusal.h"
 #include "dialogs/table_design.h"
 #include "platform/pocketshell/handheld_windows.h"
 #include "views/child_control.h"
@@ -72,7 +71,7 @@ void NewTableDialog::confirm() {
     refuseName(
         (std::wstring(L"Table ") + typed.text() + L" already exists!\nChoose a different name").c_str());
   } else if (designed.empty()) {
-    refuse(window(), L"Please define fields!");
+    tell(L"Please define fields!");
   } else {
     name = std::move(typed);
     fields = std::move(designed);
@@ -88,7 +87,7 @@ void NewTableDialog::leave(int result) {
 }
 
 void NewTableDialog::refuseName(const wchar_t* reason) const {
-  refuse(window(), reason);
+  tell(reason);
   SetFocus(control(IDC_NEW_TABLE_NAME));
 }
 
