@@ -3,10 +3,9 @@
 #include <utility>
 
 #include "dialogs/about_ids.h"
-#include "dialogs/dialog_place.h"
-#include "dialogs/panel_use.h"
 #include "platform/pocketshell/handheld_windows.h"
 #include "resources/resource_ids.h"
+#include "views/dialog_place.h"
 
 namespace {
 
@@ -14,33 +13,28 @@ constexpr wchar_t kVersion[] = L"1.1";
 
 }  // namespace
 
-INT_PTR AboutDialog::run(HWND owner) {
+int AboutDialog::run(HWND owner) {
   return runTemplate(IDD_ABOUT, owner);
 }
 
 void AboutDialog::opened() {
-  panelWasUp_ = isInputPanelUp();
+  panel_.lower(window());
   fillScreen(window(), SHIDIF_SIPDOWN);
   showIcon();
   SetDlgItemTextW(window(), IDC_ABOUT_VERSION, kVersion);
   SetFocus(control(IDOK));
 }
 
-std::span<const AboutDialog::CommandRow> AboutDialog::commandRows() {
-  static constexpr CommandRow kRows[] = {
+bool AboutDialog::command(WORD id, WORD notification) {
+  static constexpr DialogCommand<AboutDialog> kCommands[] = {
       {IDOK, BN_CLICKED, &AboutDialog::confirm},
       {IDCANCEL, BN_CLICKED, &AboutDialog::cancel},
   };
-  return kRows;
+  return answerCommand<AboutDialog>(*this, kCommands, id, notification);
 }
 
-std::span<const AboutDialog::MessageRow> AboutDialog::messageRows() {
-  static const MessageRow kRows[] = {{HandheldZoomMessage(), &AboutDialog::showIcon}};
-  return kRows;
-}
-
-void AboutDialog::leave(INT_PTR result) {
-  if (panelWasUp_) SHSipPreference(window(), SIP_UP);
+void AboutDialog::leave(int result) {
+  panel_.release(window());
   close(result);
 }
 

@@ -1,26 +1,25 @@
 #pragma once
 
 #include "base/handles.h"
-#include "dialogs/table_dialog.h"
+#include "views/input_panel_hold.h"
+#include "views/modal_dialog.h"
 
 /// "About Quivane for Pocket PC": the program's icon, name and version, full screen. The icon is the
 /// program's resource.
-class AboutDialog final : private TableDialog<AboutDialog> {
+class AboutDialog final : private ModalDialog {
  public:
-  /// IDOK or IDCANCEL, -1 when it can't be made.
-  INT_PTR run(HWND owner);
+  /// IDOK or IDCANCEL.
+  int run(HWND owner);
 
  private:
-  friend TableDialog<AboutDialog>;
-  static std::span<const CommandRow> commandRows();
-  static std::span<const MessageRow> messageRows();
-
-  void opened();
+  void opened() override;
+  bool command(WORD id, WORD notification) override;
+  void zoomChanged() override { showIcon(); }
   void confirm() { leave(IDOK); }
   void cancel() { leave(IDCANCEL); }
-  void leave(INT_PTR result);
+  void leave(int result);
   void showIcon();
 
   UniqueIcon icon_;
-  bool panelWasUp_ = false;
+  InputPanelHold panel_;
 };

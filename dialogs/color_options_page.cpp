@@ -8,13 +8,13 @@
 #include "base/app_colors.h"
 #include "base/options_pages.h"
 #include "dialogs/color_swatch.h"
-#include "dialogs/dialog_colors.h"
 #include "dialogs/dialog_procedure.h"
 #include "dialogs/list_box.h"
 #include "dialogs/options_ids.h"
 #include "dialogs/options_page_procedures.h"
 #include "dialogs/options_page_window.h"
 #include "platform/pocketshell/handheld_windows.h"
+#include "views/dialog_colors.h"
 #include "views/message_table.h"
 
 namespace {

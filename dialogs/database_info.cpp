@@ -1,9 +1,9 @@
 #include "dialogs/database_info.h"
 
 #include "dialogs/database_info_ids.h"
-#include "dialogs/dialog_place.h"
+#include "views/dialog_place.h"
 
-INT_PTR DatabaseInfoDialog::run(HWND owner) {
+int DatabaseInfoDialog::run(HWND owner) {
   return runTemplate(IDD_DATABASE_INFO, owner);
 }
 
@@ -17,14 +17,10 @@ void DatabaseInfoDialog::opened() {
   SetFocus(control(IDOK));
 }
 
-std::span<const DatabaseInfoDialog::CommandRow> DatabaseInfoDialog::commandRows() {
-  static constexpr CommandRow kRows[] = {
+bool DatabaseInfoDialog::command(WORD id, WORD notification) {
+  static constexpr DialogCommand<DatabaseInfoDialog> kCommands[] = {
       {IDOK, BN_CLICKED, &DatabaseInfoDialog::confirm},
       {IDCANCEL, BN_CLICKED, &DatabaseInfoDialog::cancel},
   };
-  return kRows;
-}
-
-std::span<const DatabaseInfoDialog::MessageRow> DatabaseInfoDialog::messageRows() {
-  return {};
+  return answerCommand<DatabaseInfoDialog>(*this, kCommands, id, notification);
 }

@@ -1,11 +1,11 @@
 #pragma once
 
 #include "base/string.h"
-#include "dialogs/table_dialog.h"
+#include "views/modal_dialog.h"
 
 /// "Database Information": shows what is open. The fields are in: the texts that it shows, each empty
 /// where there is none.
-class DatabaseInfoDialog final : private TableDialog<DatabaseInfoDialog> {
+class DatabaseInfoDialog final : private ModalDialog {
  public:
   String databasePath;
   String tableName;
@@ -13,14 +13,11 @@ class DatabaseInfoDialog final : private TableDialog<DatabaseInfoDialog> {
   String sqlText;
 
   /// IDOK or IDCANCEL; nothing has changed in either case.
-  INT_PTR run(HWND owner);
+  int run(HWND owner);
 
  private:
-  friend TableDialog<DatabaseInfoDialog>;
-  static std::span<const CommandRow> commandRows();
-  static std::span<const MessageRow> messageRows();
-
-  void opened();
+  void opened() override;
+  bool command(WORD id, WORD notification) override;
   void confirm() { close(IDOK); }
   void cancel() { close(IDCANCEL); }
 };

@@ -14,8 +14,6 @@ constexpr int kManyUnits = 1000;
 constexpr int kHandheldWidth = 6;
 constexpr int kHandheldHeight = 13;
 
-constexpr int kCaptionHeight = 26;
-
 /// What the system made of kManyUnits horizontal quarters and vertical eighths.
 SIZE systemUnits(HWND dialog) {
   RECT many{0, 0, 4 * kManyUnits, 8 * kManyUnits};
@@ -33,15 +31,6 @@ int handheldY(LONG y, SIZE units) {
   return MulDiv(dialogUnits, kHandheldHeight, 8);
 }
 
-/// The top of the input panel in the client area of a window that has the handheld's caption above it;
-/// `otherwise` while the panel is down.
-int topOfPanel(int otherwise) {
-  SIPINFO panel{};
-  panel.cbSize = sizeof(panel);
-  if (!SHSipInfo(SPI_GETSIPINFO, 0, &panel, 0) || (panel.fdwFlags & SIPF_ON) == 0) return otherwise;
-  return static_cast<int>(panel.rcSipRect.top) - kCaptionHeight;
-}
-
 }  // namespace
 
 void layOutControls(HWND dialog) {
@@ -56,21 +45,4 @@ void layOutControls(HWND dialog) {
     HandheldMoveWindow(control, x, y, handheldX(place.right - place.left, units),
                        handheldY(place.bottom - place.top, units), FALSE);
   }
-}
-
-void centreInOwner(HWND dialog) {
-  const HWND owner = GetParent(dialog);
-  RECT area{};
-  RECT frame{};
-  if (!HandheldGetClientRect(owner, &area) || !GetWindowRect(dialog, &frame)) return;
-  const int width = HandheldFromMonitor(static_cast<int>(frame.right - frame.left));
-  const int height = HandheldFromMonitor(static_cast<int>(frame.bottom - frame.top));
-  const int bottom = static_cast<int>(area.bottom);
-  const int x = std::max(0, (static_cast<int>(area.right) - width) / 2);
-  const int y = std::max(0, std::min((bottom - height) / 2, topOfPanel(bottom) - height));
-  // The dialog is a window of the monitor, only its place in the owner is the handheld's.
-  POINT corner{HandheldToMonitor(x), HandheldToMonitor(y)};
-  ClientToScreen(owner, &corner);
-  SetWindowPos(dialog, nullptr, static_cast<int>(corner.x), static_cast<int>(corner.y), 0, 0,
-               SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
 }

@@ -6,7 +6,3 @@
 /// places of its template at the present zoom and the interface font, as HandheldDialogBox does for its
 /// dialogs. From then on they follow the zoom. To be called in WM_INITDIALOG; the dialog's own size stays.
 void layOutControls(HWND dialog);
-
-/// Centres a dialog in the client area of its owner, its corner never beyond that area's; where the input
-/// panel would cover it, it lies above that, as far as there is room.
-void centreInOwner(HWND dialog);

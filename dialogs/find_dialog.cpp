@@ -1,15 +1,13 @@
 #include "dialogs/find_dialog.h"
 
-#include <array>
 #include <utility>
 
 #include "base/recent_finds.h"
 #include "base/settings_store.h"
 #include "dialogs/combo_box.h"
-#include "dialogs/dialog_place.h"
 #include "dialogs/find_dialog_ids.h"
-#include "dialogs/panel_use.h"
 #include "views/child_control.h"
+#include "views/dialog_place.h"
 
 namespace {
 
@@ -28,28 +26,27 @@ std::uint32_t readFlag(const wchar_t* name) {
 FindDialog::FindDialog(FindState& state, NameList fieldNames)
     : state_(state), fieldNames_(std::move(fieldNames)) {}
 
-INT_PTR FindDialog::run(HWND owner) {
+int FindDialog::run(HWND owner) {
   owner_ = owner;
-  const INT_PTR result = runTemplate(IDD_FIND, owner);
+  const int result = runTemplate(IDD_FIND, owner);
   // Before the search that confirming it asked for, which is only posted.
   state_.dialog = nullptr;
   return result;
 }
 
-std::span<const FindDialog::CommandRow> FindDialog::commandRows() {
-  static constexpr std::array<CommandRow, 4> kRows = {{
+bool FindDialog::command(WORD id, WORD notification) {
+  static constexpr DialogCommand<FindDialog> kCommands[] = {
       {IDOK, BN_CLICKED, &FindDialog::confirm},
       {IDCANCEL, BN_CLICKED, &FindDialog::cancel},
       {IDC_FIND_NEXT, BN_CLICKED, &FindDialog::next},
       {IDC_FIND_ALL_FIELDS, BN_CLICKED, &FindDialog::storeAllFields},
-  }};
-  return kRows;
+  };
+  return answerCommand<FindDialog>(*this, kCommands, id, notification);
 }
 
 void FindDialog::opened() {
   centreDialog(window());
-  panelWasUp_ = isInputPanelUp();
-  SHSipPreference(window(), SIP_UP);
+  panel_.raise(window());
   state_.dialog = window();
   state_.newSearch = true;
   combobox::fitHeight(control(IDC_FIND_TEXT));
@@ -61,7 +58,7 @@ void FindDialog::opened() {
 }
 
 void FindDialog::refill(HWND dialog) {
-  if (FindDialog* const open = of(dialog)) open->refillControls();
+  if (auto* const open = static_cast<FindDialog*>(of(dialog))) open->refillControls();
 }
 
 void FindDialog::refillControls() {
@@ -100,7 +97,7 @@ void FindDialog::next() {
   storeCheckBoxes();
   state_.text = std::move(text);
   state_.fieldName = std::move(fieldName);
-  putPanelDown();
+  panel_.release(window());
   state_.fieldPosition = static_cast<std::uint32_t>(combobox::selection(control(IDC_FIND_FIELD)) + 1);
   RecentFinds::Remember(state_.text);
   PostMessageW(owner_, kFindNextMessage, 0, 0);
@@ -115,12 +112,8 @@ void FindDialog::cancel() {
   leave(IDCANCEL);
 }
 
-void FindDialog::leave(INT_PTR result) {
+void FindDialog::leave(int result) {
   storeCheckBoxes();
-  putPanelDown();
+  panel_.release(window());
   close(result);
-}
-
-void FindDialog::putPanelDown() const {
-  if (!panelWasUp_) SHSipPreference(window(), SIP_DOWN);
 }

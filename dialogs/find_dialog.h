@@ -5,13 +5,14 @@
 #include <cstdint>
 
 #include "base/name_list.h"
-#include "dialogs/table_dialog.h"
 #include "records/find_state.h"
+#include "views/input_panel_hold.h"
+#include "views/modal_dialog.h"
 
 /// The dialog that says what is searched for in the records. It is modal and stays open between the steps
 /// of a search, each of which it asks its owner for; it searches nothing itself. Its check boxes and the
 /// recent texts are kept in the registry.
-class FindDialog : public TableDialog<FindDialog> {
+class FindDialog final : private ModalDialog {
  public:
   /// Posted to the owner for each step of the search, both parameters 0. The owner searches by the state
   /// and then calls refill.
@@ -20,20 +21,17 @@ class FindDialog : public TableDialog<FindDialog> {
   /// `state` outlives the dialog. `fieldNames` are those of the records that are searched, in their order.
   FindDialog(FindState& state, NameList fieldNames);
 
-  /// Runs the dialog over `owner`, in whose client area it is centred: IDOK or IDCANCEL, -1 when it can't
-  /// be made.
-  INT_PTR run(HWND owner);
+  /// Runs the dialog over `owner`, in whose client area it is centred: IDOK or IDCANCEL, the latter
+  /// also when it can't be made.
+  int run(HWND owner);
 
   /// Shows the recent texts, the newest of them to be searched for, and the check boxes as they are in the
   /// registry. `dialog` is FindState::dialog; nothing happens when it is null.
   static void refill(HWND dialog);
 
  private:
-  friend TableDialog<FindDialog>;
-  static std::span<const CommandRow> commandRows();
-  static std::span<const MessageRow> messageRows() { return {}; }
-
-  void opened();
+  void opened() override;
+  bool command(WORD id, WORD notification) override;
   void refillControls();
   void storeAllFields();
   void next();
@@ -42,11 +40,10 @@ class FindDialog : public TableDialog<FindDialog> {
 
   void enableField() const;
   void storeCheckBoxes();
-  void putPanelDown() const;
-  void leave(INT_PTR result);
+  void leave(int result);
 
   FindState& state_;
   NameList fieldNames_;
   HWND owner_ = nullptr;
-  bool panelWasUp_ = false;
+  InputPanelHold panel_;
 };

@@ -3,15 +3,14 @@
 #include <string>
 
 #include "dialogs/go_to_ids.h"
-#include "dialogs/refusal.h"
-#include "views/popup_place.h"
+#include "views/dialog_place.h"
 
-INT_PTR GoToDialog::run(HWND owner) {
+int GoToDialog::run(HWND owner) {
   return runTemplate(IDD_GO_TO, owner);
 }
 
 void GoToDialog::opened() {
-  placePopup(window());
+  centreDialog(window(), kPopupRaise);
   panel_.raise(window());
   // More than any number has. A whole book pasted would keep the control busy for a while.
   constexpr WPARAM kLongestText = 20;
@@ -19,16 +18,12 @@ void GoToDialog::opened() {
   SetFocus(control(IDC_GO_TO_NUMBER));
 }
 
-std::span<const GoToDialog::CommandRow> GoToDialog::commandRows() {
-  static constexpr CommandRow kRows[] = {
+bool GoToDialog::command(WORD id, WORD notification) {
+  static constexpr DialogCommand<GoToDialog> kCommands[] = {
       {IDOK, BN_CLICKED, &GoToDialog::confirm},
       {IDCANCEL, BN_CLICKED, &GoToDialog::cancel},
   };
-  return kRows;
-}
-
-std::span<const GoToDialog::MessageRow> GoToDialog::messageRows() {
-  return {};
+  return answerCommand<GoToDialog>(*this, kCommands, id, notification);
 }
 
 void GoToDialog::confirm() {
@@ -40,7 +35,7 @@ void GoToDialog::confirm() {
     close(IDOK);
     return;
   }
-  refuse(window(), (L"Enter number in range 1 to " + std::to_wstring(highest)).c_str(), L"Error");
+  tell((L"Enter number in range 1 to " + std::to_wstring(highest)).c_str(), L"Error");
   // The next key replaces what was refused.
   SendMessageW(control(IDC_GO_TO_NUMBER), EM_SETSEL, 0, -1);
   SetFocus(control(IDC_GO_TO_NUMBER));

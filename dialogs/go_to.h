@@ -2,25 +2,22 @@
 
 #include <cstdint>
 
-#include "dialogs/input_panel_hold.h"
-#include "dialogs/table_dialog.h"
+#include "views/input_panel_hold.h"
+#include "views/modal_dialog.h"
 
 /// "Move to Record...": asks for the number of a record.
-class GoToDialog final : private TableDialog<GoToDialog> {
+class GoToDialog final : private ModalDialog {
  public:
   std::uint32_t highest = 0;  ///< in: the largest number that is allowed, the count of records
   std::uint32_t chosen = 0;   ///< out: from 1 to `highest`, when the result is IDOK
   bool cancelled = false;     ///< out: whether the user cancelled
 
-  /// IDOK or IDCANCEL, -1 when it can't be made.
-  INT_PTR run(HWND owner);
+  /// IDOK or IDCANCEL.
+  int run(HWND owner);
 
  private:
-  friend TableDialog<GoToDialog>;
-  static std::span<const CommandRow> commandRows();
-  static std::span<const MessageRow> messageRows();
-
-  void opened();
+  void opened() override;
+  bool command(WORD id, WORD notification) override;
   void confirm();
   void cancel();
 

@@ -3,10 +3,9 @@
 #include <utility>
 
 #include "dialogs/new_field_ids.h"
-#include "dialogs/refusal.h"
 #include "dialogs/table_design.h"
 #include "views/child_control.h"
-#include "views/popup_place.h"
+#include "views/dialog_place.h"
 
 namespace {
 
@@ -28,7 +27,7 @@ int selectedType(HWND box) {
 
 }  // namespace
 
-INT_PTR NewFieldDialog::run(HWND owner) {
+int NewFieldDialog::run(HWND owner) {
   return runTemplate(IDD_NEW_FIELD, owner);
 }
 
@@ -37,33 +36,29 @@ void NewFieldDialog::opened() {
   for (const FieldTypeRow& row : kFieldTypeRows) addType(types, row.label);
   selectType(types, kShortTextRow);
   panel_.raise(window());
-  placePopup(window());
+  centreDialog(window(), kPopupRaise);
   SetFocus(control(IDC_NEW_FIELD_NAME));
 }
 
-std::span<const NewFieldDialog::CommandRow> NewFieldDialog::commandRows() {
-  static constexpr CommandRow kRows[] = {
+bool NewFieldDialog::command(WORD id, WORD notification) {
+  static constexpr DialogCommand<NewFieldDialog> kCommands[] = {
       {IDOK, BN_CLICKED, &NewFieldDialog::confirm},
       {IDCANCEL, BN_CLICKED, &NewFieldDialog::cancel},
   };
-  return kRows;
-}
-
-std::span<const NewFieldDialog::MessageRow> NewFieldDialog::messageRows() {
-  return {};
+  return answerCommand<NewFieldDialog>(*this, kCommands, id, notification);
 }
 
 void NewFieldDialog::confirm() {
   String name = windowText(control(IDC_NEW_FIELD_NAME));
   const int row = selectedType(control(IDC_NEW_FIELD_TYPE));
   if (name.isEmpty()) {
-    refuse(window(), L"Please enter a field name!");
+    tell(L"Please enter a field name!");
     SetFocus(control(IDC_NEW_FIELD_NAME));
   } else if (hasForbiddenCharacter(name)) {
-    refuse(window(), L"Field name cannot use characters:\n` . ! \u2019 [ ] \" * ?");
+    tell(L"Field name cannot use characters:\n` . ! \u2019 [ ] \" * ?");
     SetFocus(control(IDC_NEW_FIELD_NAME));
   } else if (row < 0) {
-    refuse(window(), L"Please select a type!");
+    tell(L"Please select a type!");
     SetFocus(control(IDC_NEW_FIELD_TYPE));
   } else {
     field = {std::move(name), kFieldTypeRows[static_cast<std::size_t>(row)].sqlType, false};
@@ -71,7 +66,7 @@ void NewFieldDialog::confirm() {
   }
 }
 
-void NewFieldDialog::leave(INT_PTR result) {
+void NewFieldDialog::leave(int result) {
   panel_.release(window());
   close(result);
 }

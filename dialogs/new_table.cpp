@@ -4,13 +4,12 @@
 #include <string>
 #include <utility>
 
-#include "dialogs/dialog_place.h"
 #include "dialogs/new_field.h"
 #include "dialogs/new_table_ids.h"
-#include "dialogs/refusal.h"
 #include "dialogs/table_design.h"
 #include "platform/pocketshell/handheld_windows.h"
 #include "views/child_control.h"
+#include "views/dialog_place.h"
 
 namespace {
 
@@ -28,7 +27,7 @@ int freeHeight(HWND dialog) {
 
 }  // namespace
 
-INT_PTR NewTableDialog::run(HWND owner) {
+int NewTableDialog::run(HWND owner) {
   return runTemplate(IDD_NEW_TABLE, owner);
 }
 
@@ -42,8 +41,8 @@ void NewTableDialog::opened() {
   SetFocus(control(IDC_NEW_TABLE_NAME));
 }
 
-std::span<const NewTableDialog::CommandRow> NewTableDialog::commandRows() {
-  static constexpr CommandRow kRows[] = {
+bool NewTableDialog::command(WORD id, WORD notification) {
+  static constexpr DialogCommand<NewTableDialog> kCommands[] = {
       {IDC_NEW_TABLE_ADD, BN_CLICKED, &NewTableDialog::addField},
       {IDC_NEW_TABLE_REMOVE, BN_CLICKED, &NewTableDialog::removeField},
       {IDC_NEW_TABLE_UP, BN_CLICKED, &NewTableDialog::moveFieldUp},
@@ -51,15 +50,7 @@ std::span<const NewTableDialog::CommandRow> NewTableDialog::commandRows() {
       {IDOK, BN_CLICKED, &NewTableDialog::confirm},
       {IDCANCEL, BN_CLICKED, &NewTableDialog::cancel},
   };
-  return kRows;
-}
-
-std::span<const NewTableDialog::MessageRow> NewTableDialog::messageRows() {
-  static const MessageRow kRows[] = {
-      {WM_SETTINGCHANGE, &NewTableDialog::layOut},
-      {HandheldZoomMessage(), &NewTableDialog::zoomChanged},
-  };
-  return kRows;
+  return answerCommand<NewTableDialog>(*this, kCommands, id, notification);
 }
 
 void NewTableDialog::addField() {
@@ -80,7 +71,7 @@ void NewTableDialog::confirm() {
     refuseName(
         (std::wstring(L"Table ") + typed.text() + L" already exists!\nChoose a different name").c_str());
   } else if (designed.empty()) {
-    refuse(window(), L"Please define fields!");
+    tell(L"Please define fields!");
   } else {
     name = std::move(typed);
     fields = std::move(designed);
@@ -89,19 +80,19 @@ void NewTableDialog::confirm() {
   }
 }
 
-void NewTableDialog::leave(INT_PTR result) {
+void NewTableDialog::leave(int result) {
   list_.removeAll();
   panel_.release(window());
   close(result);
 }
 
 void NewTableDialog::refuseName(const wchar_t* reason) const {
-  refuse(window(), reason);
+  tell(reason);
   SetFocus(control(IDC_NEW_TABLE_NAME));
 }
 
 /// The list takes what the input panel leaves, with the buttons under it.
-void NewTableDialog::layOut() {
+void NewTableDialog::layOut() const {
   constexpr int kGap = 5;
   const int free = freeHeight(window());
   RECT list{};

@@ -6,11 +6,11 @@
 #include "base/string.h"
 #include "data/schema.h"
 #include "dialogs/field_list.h"
-#include "dialogs/input_panel_hold.h"
-#include "dialogs/table_dialog.h"
+#include "views/input_panel_hold.h"
+#include "views/modal_dialog.h"
 
 /// "New Table": the name of a new table and its fields. The dialog creates nothing.
-class NewTableDialog final : private TableDialog<NewTableDialog> {
+class NewTableDialog final : private ModalDialog {
  public:
   /// `tables` are the names of the tables of the open database, which have to outlive the dialog. A
   /// table that is called like one of them is refused.
@@ -25,16 +25,14 @@ class NewTableDialog final : private TableDialog<NewTableDialog> {
   /// Out, when the result is IDOK: the fields as Database::createTable takes them.
   String columns;
 
-  /// IDOK or IDCANCEL, -1 when it can't be made.
-  INT_PTR run(HWND owner);
+  /// IDOK or IDCANCEL.
+  int run(HWND owner);
 
  private:
-  friend TableDialog<NewTableDialog>;
-  static std::span<const CommandRow> commandRows();
-  static std::span<const MessageRow> messageRows();
-
-  void opened();
-  void zoomChanged() { list_.fitColumns(); }
+  void opened() override;
+  bool command(WORD id, WORD notification) override;
+  void settingsChanged() override { layOut(); }
+  void zoomChanged() override { list_.fitColumns(); }
 
   void addField();
   void removeField() { list_.removeSelected(); }
@@ -42,10 +40,10 @@ class NewTableDialog final : private TableDialog<NewTableDialog> {
   void moveFieldDown() { list_.moveSelectedDown(); }
   void confirm();
   void cancel() { leave(IDCANCEL); }
-  void leave(INT_PTR result);
+  void leave(int result);
 
   void refuseName(const wchar_t* reason) const;
-  void layOut();
+  void layOut() const;
 
   const NameList& tables_;
   FieldList list_;

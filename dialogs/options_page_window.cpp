@@ -4,13 +4,10 @@
 
 #include "dialogs/dialog_layout.h"
 #include "platform/pocketshell/handheld_windows.h"
+#include "views/dialog_place.h"
 
 void optionspage::open(HWND page) {
-  SHINITDLGINFO info{};
-  info.dwMask = SHIDIM_FLAGS;
-  info.hDlg = page;
-  info.dwFlags = SHIDIF_DONEBUTTON | SHIDIF_SIZEDLGFULLSCREEN | SHIDIF_SIPDOWN;
-  SHInitDialog(&info);
+  fillScreen(page, SHIDIF_SIPDOWN);
   layOutControls(page);
   HandheldMoveWindow(page, 0, 0, kWidth, kHeight, FALSE);
 }

@@ -10,6 +10,7 @@
 #include "dialogs/options_page_window.h"
 #include "platform/pocketshell/handheld_windows.h"
 #include "views/current_dialog.h"
+#include "views/dialog_place.h"
 
 namespace {
 
@@ -81,11 +82,7 @@ LRESULT CALLBACK sheetProcedure(HWND sheet, UINT message, WPARAM wParam, LPARAM 
 void layOutSheet(HWND sheet) {
   currentDialog = sheet;
   SetWindowSubclass(sheet, sheetProcedure, kSubclassId, 0);
-  SHINITDLGINFO info{};
-  info.dwMask = SHIDIM_FLAGS;
-  info.hDlg = sheet;
-  info.dwFlags = SHIDIF_DONEBUTTON | SHIDIF_SIZEDLGFULLSCREEN | SHIDIF_SIPDOWN;
-  SHInitDialog(&info);
+  fillScreen(sheet, SHIDIF_SIPDOWN);
   layOutTabs(sheet);
   layOutOk(sheet);
 }

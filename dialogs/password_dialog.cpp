@@ -2,23 +2,17 @@
 
 #include <utility>
 
-#include "dialogs/dialog_colors.h"
-#include "dialogs/dialog_layout.h"
-#include "dialogs/dialog_procedure.h"
-#include "dialogs/input_panel_state.h"
 #include "dialogs/password_ids.h"
-#include "platform/pocketshell/handheld_windows.h"
-#include "views/current_dialog.h"
-#include "views/message_table.h"
+#include "views/dialog_place.h"
 
 namespace {
 
 constexpr int kEnterEdits[] = {IDC_PASSWORD};
 constexpr int kChangeEdits[] = {IDC_OLD_PASSWORD, IDC_NEW_PASSWORD, IDC_CONFIRM_PASSWORD};
 
-String passwordIn(HWND dialog, int editId) {
+String passwordIn(HWND edit) {
   wchar_t text[PasswordDialog::kLongestPassword + 1] = L"";
-  GetDlgItemTextW(dialog, editId, text, ARRAYSIZE(text));
+  GetWindowTextW(edit, text, ARRAYSIZE(text));
   return text;
 }
 
@@ -33,53 +27,32 @@ PasswordDialog PasswordDialog::change() {
 }
 
 bool PasswordDialog::run(HWND owner) {
-  const bool panelWasUp = inputPanelIsUp();
-  const INT_PTR result = HandheldDialogBox(GetModuleHandleW(nullptr), templateId_, owner, dialogProcedure,
-                                           reinterpret_cast<LPARAM>(this));
-  if (!panelWasUp) SHSipPreference(owner, SIP_DOWN);
-  return result == IDOK;
+  return runTemplate(templateId_, owner) == IDOK;
 }
 
-INT_PTR CALLBACK PasswordDialog::dialogProcedure(HWND dialog, UINT message, WPARAM wParam,
-                                                 LPARAM lParam) noexcept {
-  static constexpr MessageRow kMessages[] = {
-      {WM_INITDIALOG, opened},
-      {WM_COMMAND, commanded},
-      {WM_CTLCOLORSTATIC, colorDialogText},
-      {WM_CTLCOLORDLG, colorDialogBackground},
-      {WM_DESTROY, closed},
+void PasswordDialog::opened() {
+  panel_.raise(window());
+  centreAbovePanel(window());
+  for (const int id : editIds_) SendMessageW(control(id), EM_SETLIMITTEXT, kLongestPassword, 0);
+  SetFocus(control(editIds_.front()));
+}
+
+bool PasswordDialog::command(WORD id, WORD notification) {
+  static constexpr DialogCommand<PasswordDialog> kCommands[] = {
+      {IDOK, BN_CLICKED, &PasswordDialog::confirm},
+      {IDCANCEL, BN_CLICKED, &PasswordDialog::cancel},
   };
-  return answerFromTable(kMessages, dialog, message, wParam, lParam, leaveToSystem);
+  return answerCommand<PasswordDialog>(*this, kCommands, id, notification);
 }
 
-LRESULT PasswordDialog::opened(HWND dialog, UINT, WPARAM, LPARAM lParam) {
-  SetWindowLongPtrW(dialog, DWLP_USER, lParam);
-  currentDialog = dialog;
-  SHSipPreference(dialog, SIP_UP);
-  centreInOwner(dialog);
-  for (const int id : reinterpret_cast<const PasswordDialog*>(lParam)->editIds_) {
-    SendDlgItemMessageW(dialog, id, EM_SETLIMITTEXT, kLongestPassword, 0);
-  }
-  return TRUE;
-}
-
-LRESULT PasswordDialog::commanded(HWND dialog, UINT, WPARAM wParam, LPARAM) {
-  const int command = LOWORD(wParam);
-  if (command != IDOK && command != IDCANCEL) return FALSE;
-  if (command == IDOK) {
-    reinterpret_cast<PasswordDialog*>(GetWindowLongPtrW(dialog, DWLP_USER))->takeTexts(dialog);
-  }
-  EndDialog(dialog, command);
-  return TRUE;
-}
-
-LRESULT PasswordDialog::closed(HWND, UINT, WPARAM, LPARAM) {
-  currentDialog = nullptr;
-  return FALSE;
-}
-
-void PasswordDialog::takeTexts(HWND dialog) {
+void PasswordDialog::confirm() {
   std::array<String, kMostEdits> typed;
-  for (std::size_t i = 0; i < editIds_.size(); ++i) typed[i] = passwordIn(dialog, editIds_[i]);
+  for (std::size_t i = 0; i < editIds_.size(); ++i) typed[i] = passwordIn(control(editIds_[i]));
   texts_ = std::move(typed);
+  leave(IDOK);
+}
+
+void PasswordDialog::leave(int result) {
+  panel_.release(window());
+  close(result);
 }

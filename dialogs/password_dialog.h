@@ -7,11 +7,13 @@
 #include <span>
 
 #include "base/string.h"
+#include "views/input_panel_hold.h"
+#include "views/modal_dialog.h"
 
 /// The dialogs with password edits, centred over the window that opens them: "Enter Password" with one
 /// and "Change Password" with three. The input panel is up while one is open, as far as the user's setting
 /// allows.
-class PasswordDialog {
+class PasswordDialog final : private ModalDialog {
  public:
   static constexpr std::size_t kLongestPassword = 49;
 
@@ -32,13 +34,14 @@ class PasswordDialog {
   PasswordDialog(WORD templateId, std::span<const int> editIds)
       : templateId_(templateId), editIds_(editIds) {}
 
-  static INT_PTR CALLBACK dialogProcedure(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) noexcept;
-  static LRESULT opened(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam);
-  static LRESULT commanded(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam);
-  static LRESULT closed(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam);
-  void takeTexts(HWND dialog);
+  void opened() override;
+  bool command(WORD id, WORD notification) override;
+  void confirm();
+  void cancel() { leave(IDCANCEL); }
+  void leave(int result);
 
   WORD templateId_;
   std::span<const int> editIds_;
   std::array<String, kMostEdits> texts_;
+  InputPanelHold panel_;
 };

@@ -2,14 +2,14 @@
 
 #include <commctrl.h>
 
-#include <array>
 #include <string>
 #include <utility>
 
 #include "dialogs/combo_box.h"
-#include "dialogs/panel_use.h"
 #include "dialogs/query_dialog_ids.h"
+#include "platform/pocketshell/handheld_windows.h"
 #include "views/child_control.h"
+#include "views/dialog_place.h"
 #include "views/sip_state.h"
 
 namespace {
@@ -52,12 +52,12 @@ void showText(HWND edit, const String& text) {
 
 QueryDialog::QueryDialog(QueryDialogHost host) : host_(std::move(host)) {}
 
-INT_PTR QueryDialog::run(HWND owner) {
+int QueryDialog::run(HWND owner) {
   return runTemplate(IDD_QUERY, owner);
 }
 
-std::span<const QueryDialog::CommandRow> QueryDialog::commandRows() {
-  static constexpr std::array<CommandRow, 7> kRows = {{
+bool QueryDialog::command(WORD id, WORD notification) {
+  static constexpr DialogCommand<QueryDialog> kCommands[] = {
       {IDOK, BN_CLICKED, &QueryDialog::confirm},
       {IDCANCEL, BN_CLICKED, &QueryDialog::cancel},
       {IDC_QUERY_CHECK, BN_CLICKED, &QueryDialog::check},
@@ -65,24 +65,13 @@ std::span<const QueryDialog::CommandRow> QueryDialog::commandRows() {
       {IDC_QUERY_INSERT_TABLE, BN_CLICKED, &QueryDialog::insertTable},
       {IDC_QUERY_INSERT_FIELD, BN_CLICKED, &QueryDialog::insertField},
       {IDC_QUERY_TABLES, CBN_SELCHANGE, &QueryDialog::fillFields},
-  }};
-  return kRows;
-}
-
-std::span<const QueryDialog::MessageRow> QueryDialog::messageRows() {
-  static constexpr std::array<MessageRow, 1> kRows = {{{WM_SETTINGCHANGE, &QueryDialog::layOutSql}}};
-  return kRows;
+  };
+  return answerCommand<QueryDialog>(*this, kCommands, id, notification);
 }
 
 void QueryDialog::opened() {
-  // Before the shell puts it down.
-  panelWasUp_ = isInputPanelUp();
-  SHINITDLGINFO info{};
-  info.dwMask = SHIDIM_FLAGS;
-  info.hDlg = window();
-  info.dwFlags = SHIDIF_SIZEDLGFULLSCREEN | SHIDIF_DONEBUTTON | SHIDIF_SIPDOWN;
-  SHInitDialog(&info);
-
+  panel_.lower(window());
+  fillScreen(window(), SHIDIF_SIPDOWN);
   SetWindowSubclass(control(IDC_QUERY_SQL), sqlProcedure, 0, 0);
   showText(control(IDC_QUERY_NAME), name);
   showText(control(IDC_QUERY_SQL), sql);
@@ -170,11 +159,7 @@ void QueryDialog::cancel() {
   leave(IDCANCEL);
 }
 
-void QueryDialog::leave(INT_PTR result) const {
-  if (panelWasUp_) SHSipPreference(window(), SIP_UP);
+void QueryDialog::leave(int result) {
+  panel_.release(window());
   close(result);
-}
-
-void QueryDialog::tell(const wchar_t* text) const {
-  MessageBoxW(window(), text, L"Quivane", MB_SETFOREGROUND);
 }

@@ -6,7 +6,8 @@
 
 #include "base/name_list.h"
 #include "base/string.h"
-#include "dialogs/table_dialog.h"
+#include "views/input_panel_hold.h"
+#include "views/modal_dialog.h"
 
 /// What the Query dialog needs of the program. All of it is set, and lasts as long as the dialog runs.
 struct QueryDialogHost {
@@ -22,15 +23,16 @@ struct QueryDialogHost {
 
 /// The dialog in which a saved query is written: its name, its SQL, and lists of the tables and fields to
 /// put into that. It stores nothing.
-class QueryDialog : public TableDialog<QueryDialog> {
+class QueryDialog final : private ModalDialog {
  public:
   static constexpr wchar_t kHelpTopic[] = L"\\Windows\\file:Quivane.htm#Queries";
 
   explicit QueryDialog(QueryDialogHost host);
 
-  /// Runs the dialog over `owner`: IDOK or IDCANCEL, -1 when it can't be made. After IDOK the name is not
-  /// empty, and the SQL begins with SELECT and returns records. After IDCANCEL they are not to be used.
-  INT_PTR run(HWND owner);
+  /// Runs the dialog over `owner`: IDOK or IDCANCEL, the latter also when it can't be made. After IDOK the
+  /// name is not empty, and the SQL begins with SELECT and returns records. After IDCANCEL they are not to be
+  /// used.
+  int run(HWND owner);
 
   // In and out: what the dialog begins with, a new query unless set otherwise, and what the user confirmed.
   // NOLINTBEGIN(misc-non-private-member-variables-in-classes)
@@ -39,11 +41,9 @@ class QueryDialog : public TableDialog<QueryDialog> {
   // NOLINTEND(misc-non-private-member-variables-in-classes)
 
  private:
-  friend TableDialog<QueryDialog>;
-  static std::span<const CommandRow> commandRows();
-  static std::span<const MessageRow> messageRows();
-
-  void opened();
+  void opened() override;
+  bool command(WORD id, WORD notification) override;
+  void settingsChanged() override { layOutSql(); }
   void layOutSql();
   void fillFields();
   void insertTable();
@@ -55,9 +55,8 @@ class QueryDialog : public TableDialog<QueryDialog> {
 
   void insert(const wchar_t* text) const;
   bool returnsRecords(const String& text) const;
-  void leave(INT_PTR result) const;
-  void tell(const wchar_t* text) const;
+  void leave(int result);
 
   QueryDialogHost host_;
-  bool panelWasUp_ = false;
+  InputPanelHold panel_;
 };

@@ -1,8 +1,8 @@
 #include "dialogs/show_options.h"
 
-#include "dialogs/input_panel_state.h"
 #include "dialogs/options_sheet.h"
 #include "platform/pocketshell/aygshell.h"
+#include "views/input_panel_hold.h"
 
 namespace {
 
@@ -28,7 +28,7 @@ void takePages(Options& options) {
 
 void showOptions(HWND owner, Options& options, const std::function<void()>& applyToScreen) {
   fillPages(options);
-  const bool panelWasUp = inputPanelIsUp();
+  const bool panelWasUp = isInputPanelUp();
   SHSipPreference(owner, SIP_FORCEDOWN);
   runOptionsSheet(owner);
   if (panelWasUp) SHSipPreference(owner, SIP_UP);

@@ -1,10 +1,10 @@
 #include "base/options_pages.h"
-#include "dialogs/dialog_colors.h"
 #include "dialogs/dialog_procedure.h"
 #include "dialogs/options_ids.h"
 #include "dialogs/options_page_procedures.h"
 #include "dialogs/options_page_window.h"
 #include "dialogs/radio_choice.h"
+#include "views/dialog_colors.h"
 #include "views/message_table.h"
 
 namespace {

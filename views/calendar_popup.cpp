@@ -5,9 +5,8 @@
 #include <algorithm>
 
 #include "platform/pocketshell/handheld_windows.h"
-#include "views/current_dialog.h"
+#include "views/dialog_place.h"
 #include "views/popup_ids.h"
-#include "views/popup_place.h"
 
 namespace {
 
@@ -57,47 +56,38 @@ void growFor(HWND dialog, SIZE calendar) {
 
 CalendarPopup::Choice CalendarPopup::run(HWND owner) {
   selected_ = false;
-  const INT_PTR result = HandheldDialogBox(GetModuleHandleW(nullptr), IDD_CALENDAR, owner, dialogProcedure,
-                                           reinterpret_cast<LPARAM>(this));
+  const int result = runTemplate(IDD_CALENDAR, owner);
   if (result == IDC_NO_DATE) return Choice::noDate;
   return result == IDOK && selected_ ? Choice::date : Choice::none;
 }
 
-INT_PTR CALLBACK CalendarPopup::dialogProcedure(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
-  if (message == WM_INITDIALOG) {
-    SetWindowLongPtrW(dialog, DWLP_USER, lParam);
-    reinterpret_cast<CalendarPopup*>(lParam)->opened(dialog);
-    return FALSE;
-  }
-  if (message == WM_DESTROY) currentDialog = nullptr;
-  if (message != WM_COMMAND) return FALSE;
-  switch (LOWORD(wParam)) {
-    case IDOK:
-      reinterpret_cast<CalendarPopup*>(GetWindowLongPtrW(dialog, DWLP_USER))->confirmed(dialog);
-      return TRUE;
-    case IDC_NO_DATE:
-    case IDCANCEL:
-      EndDialog(dialog, LOWORD(wParam));
-      return TRUE;
-    default:
-      return FALSE;
-  }
-}
-
-void CalendarPopup::opened(HWND dialog) {
-  currentDialog = dialog;
-  SetWindowTextW(dialog, caption_.text());
-  createControls(dialog);
-  placePopup(dialog);
+void CalendarPopup::opened() {
+  SetWindowTextW(window(), caption_.text());
+  createControls();
+  centreDialog(window(), kPopupRaise);
   SetFocus(calendar_);
 }
 
-void CalendarPopup::confirmed(HWND dialog) {
-  selected_ = SendMessageW(calendar_, MCM_GETCURSEL, 0, reinterpret_cast<LPARAM>(&selectedDate_)) != 0;
-  EndDialog(dialog, IDOK);
+bool CalendarPopup::command(WORD id, WORD notification) {
+  static constexpr DialogCommand<CalendarPopup> kCommands[] = {
+      {IDOK, BN_CLICKED, &CalendarPopup::confirm},
+      {IDC_NO_DATE, BN_CLICKED, &CalendarPopup::takeNoDate},
+      {IDCANCEL, BN_CLICKED, &CalendarPopup::cancel},
+  };
+  return answerCommand<CalendarPopup>(*this, kCommands, id, notification);
 }
 
-void CalendarPopup::createControls(HWND dialog) {
+void CalendarPopup::confirm() {
+  selected_ = SendMessageW(calendar_, MCM_GETCURSEL, 0, reinterpret_cast<LPARAM>(&selectedDate_)) != 0;
+  close(IDOK);
+}
+
+void CalendarPopup::takeNoDate() {
+  close(IDC_NO_DATE);
+}
+
+void CalendarPopup::createControls() {
+  const HWND dialog = window();
   calendar_ = createChild(dialog, MONTHCAL_CLASSW, L"Calender ctrl", WS_BORDER, {}, IDC_CALENDAR);
   SendMessageW(calendar_, MCM_SETCURSEL, 0, reinterpret_cast<LPARAM>(&initialDate_));
   const SIZE size = calendarSize(calendar_);

@@ -5,9 +5,10 @@
 #include <utility>
 
 #include "base/string.h"
+#include "views/modal_dialog.h"
 
 /// The box in which the user chooses a date.
-class CalendarPopup {
+class CalendarPopup final : private ModalDialog {
  public:
   /// `caption` names the box, which has no title bar, to programs that read the screen aloud. Without a
   /// valid `initialDate` the calendar begins with today.
@@ -22,10 +23,12 @@ class CalendarPopup {
   const SYSTEMTIME& selectedDate() const { return selectedDate_; }
 
  private:
-  static INT_PTR CALLBACK dialogProcedure(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam);
-  void opened(HWND dialog);
-  void confirmed(HWND dialog);
-  void createControls(HWND dialog);
+  void opened() override;
+  bool command(WORD id, WORD notification) override;
+  void confirm();
+  void takeNoDate();
+  void cancel() { close(IDCANCEL); }
+  void createControls();
 
   bool selected_ = false;
   SYSTEMTIME selectedDate_{};

@@ -5,9 +5,10 @@
 #include <utility>
 
 #include "base/string.h"
+#include "views/modal_dialog.h"
 
 /// The dialog that shows the whole text of a field, with its line breaks.
-class FieldZoom {
+class FieldZoom final : private ModalDialog {
  public:
   FieldZoom(String caption, String text, bool readOnly)
       : caption_(std::move(caption)), text_(std::move(text)), readOnly_(readOnly) {}
@@ -18,9 +19,10 @@ class FieldZoom {
   const String& text() const { return text_; }
 
  private:
-  static INT_PTR CALLBACK dialogProcedure(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) noexcept;
-  void opened(HWND dialog);
-  void confirmed(HWND dialog);
+  void opened() override;
+  bool command(WORD id, WORD notification) override;
+  void confirm();
+  void cancel() { close(IDCANCEL); }
 
   String caption_;
   String text_;

@@ -502,7 +502,7 @@ TEST_F(QueryDialogTest, RunningOutOfMemoryKeepsWhatWasTyped) {
 
 TEST_F(QueryDialogTest, WithoutTheMemoryToOpenItSaysSo) {
   outOfMemory = true;
-  EXPECT_EQ(show([](HWND) {}), -1);
+  EXPECT_EQ(show([](HWND) {}), IDCANCEL);
   EXPECT_EQ(currentDialog, nullptr);
 }
 

@@ -1,4 +1,4 @@
-#include "dialogs/dialog_colors.h"
+#include "views/dialog_colors.h"
 
 namespace {
 

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <windows.h>
+
+/// Where a dialog lies over its owner, the main window.
+
+/// By how much the small dialogs stand above the middle, in handheld pixels.
+inline constexpr int kPopupRaise = 20;
+
+/// Centres a dialog in the client area of its owner and raises it by so many handheld pixels, its corner
+/// never beyond that area's.
+void centreDialog(HWND dialog, int raise = 0);
+
+/// Centres a dialog likewise; where the input panel would cover it, it lies above that, as far as there is
+/// room.
+void centreAbovePanel(HWND dialog);
+
+/// Makes a dialog full screen, with the OK of the title bar. `panel` is SHIDIF_SIPDOWN to put the input
+/// panel down as well.
+void fillScreen(HWND dialog, DWORD panel = 0);
