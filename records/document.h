@@ -220,10 +220,11 @@ class Document {
   void tellQueryNotStored(const SavedQuery& query);
   bool confirmDeletion(const std::wstring& what);
   CommandResult openChosen(const String& path);
+  bool searchBothPasses();
   void beginSearch();
   bool searchUpTo(std::uint32_t end, std::uint32_t& field);
-  void tellSearchEnd();
-  void returnToShownRecord();
+  void tellSearchEnd(bool found);
+  bool returnToShownRecord();
   bool storeRecord();
   void tellClearedFields();
   void addRecord();
@@ -257,7 +258,6 @@ class Document {
   bool databaseOpen_ = false;
   bool sqlPending_ = false;  // sqlText_ changed and the recordset does not follow it yet
   bool recordsetOpen_ = false;
-  bool fieldsStale_ = false;         // the grid has not seen the fields of the recordset yet
   bool formStale_ = false;           // the form was not built since the recordset was opened
   bool repositionFromList_ = false;  // the form goes to the record chosen in the grid
   bool reselectTable_ = false;       // the Tables page selects tableName_ when it is entered next
@@ -269,5 +269,4 @@ class Document {
   std::uint32_t findStartRecord_ = 0;    // currentRecord when the dialog was opened
   std::uint32_t findRecordCounter_ = 0;  // records passed in the present search
   std::uint32_t findField_ = 0;          // where the last match was, or where the search goes on
-  bool foundInSearch_ = false;
 };

@@ -75,7 +75,6 @@ void Document::forgetDatabase() {
   sqlPending_ = false;
   openedFromQuery_ = false;
   formStale_ = false;
-  fieldsStale_ = false;
   tableName_.clear();
   queryName_.clear();
   sqlText_.clear();

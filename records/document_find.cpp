@@ -28,30 +28,32 @@ int Document::findNext() {
   if (viewMode_ != ViewMode::form || !recordsetOpen_ || database_.recordCount() == 0) return 0;
   // What was typed on the form between two steps belongs to the record that is shown.
   if (!finishEditing()) return 0;
-  {
-    const WaitCursor wait;
-    beginSearch();
-    std::uint32_t field = 0;
-    bool found = searchUpTo(database_.recordCount(), field);
-    if (!found) {
-      database_.moveFirst();
-      findRecordCounter_ = 0;
-      found = searchUpTo(findStartRecord_, field);
-    }
-    if (found) {
-      findField_ = field;
-      pages_.form.focusField(field);
-    } else {
-      database_.moveTo(findStartRecord_);
-      loadRecord();
-    }
-    foundInSearch_ = found;
-  }
-  tellSearchEnd();
+  tellSearchEnd(searchBothPasses());
   updateNavigationState();
   updatePageState();
   pages_.prompts.refillFindDialog(find_);
   return 0;
+}
+
+/// From where the search stands to the end, and if nothing was found from the first record to the start.
+bool Document::searchBothPasses() {
+  const WaitCursor wait;
+  beginSearch();
+  std::uint32_t field = 0;
+  bool found = searchUpTo(database_.recordCount(), field);
+  if (!found) {
+    database_.moveFirst();
+    findRecordCounter_ = 0;
+    found = searchUpTo(findStartRecord_, field);
+  }
+  if (found) {
+    findField_ = field;
+    pages_.form.focusField(field);
+  } else {
+    database_.moveTo(findStartRecord_);
+    loadRecord();
+  }
+  return found;
 }
 
 /// Where the search begins: anew at the current record, or behind the last match.
@@ -86,10 +88,10 @@ bool Document::searchUpTo(std::uint32_t end, std::uint32_t& field) {
   return found;
 }
 
-void Document::tellSearchEnd() {
+void Document::tellSearchEnd(bool found) {
   constexpr UINT kFlags = MB_ICONEXCLAMATION | MB_TOPMOST;
   const std::wstring quoted = std::wstring(L"'") + find_.text.text() + L"'";
-  if (!foundInSearch_ && findRecordCounter_ != findStartRecord_) {
+  if (!found && findRecordCounter_ != findStartRecord_) {
     const std::wstring where = find_.checkAllFields != 0 ? std::wstring(L" was not found in any field")
                                                          : std::wstring(L" was not found in field '") +
                                                                find_.fieldName.text() + L"'";

@@ -53,7 +53,6 @@ void Document::openPendingRecordset() {
   recordsetOpen_ = database_.openRecordset(sqlText_);
   if (!recordsetOpen_) recordCount = 0;
   formStale_ = true;
-  fieldsStale_ = true;
   shownRecord_ = 0;
 }
 
@@ -129,7 +128,6 @@ void Document::enterList() {
   recordCount = database_.recordCount();
   pages_.grid.show();
   pages_.grid.fill();
-  fieldsStale_ = false;
   rowChosen();
 }
 

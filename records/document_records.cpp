@@ -29,18 +29,21 @@ void Document::refuse(PromptOwner owner, const wchar_t* text) {
 
 int Document::commitCurrentRecord() {
   const bool changed = pages_.form.takeChange();
-  if (changed || database_.newRecordPending()) {
-    returnToShownRecord();
-    pages_.form.writeRecord();
-    database_.update();
+  if (!changed && !database_.newRecordPending()) return 1;
+  if (!returnToShownRecord()) {
+    refuse(PromptOwner::mainWindow, L"The record could not be written.\nIt can no longer be reached.");
+    return 1;
   }
+  pages_.form.writeRecord();
+  database_.update();
   return 1;
 }
 
 /// A search leaves the cursor behind the record that it shows, and what the user does means that record.
-void Document::returnToShownRecord() {
-  if (database_.newRecordPending() || shownRecord_ == 0 || shownRecord_ == currentRecord) return;
-  database_.moveTo(shownRecord_);
+/// False when it can't be reached: no other may be written or deleted in its place.
+bool Document::returnToShownRecord() {
+  if (database_.newRecordPending() || shownRecord_ == 0 || shownRecord_ == currentRecord) return true;
+  return database_.moveTo(shownRecord_);
 }
 
 bool Document::storeRecord() {
@@ -151,8 +154,7 @@ void Document::tellNotDeleted() {
 }
 
 void Document::deleteOnForm() {
-  returnToShownRecord();
-  if (!database_.deleteCurrent()) {
+  if (!returnToShownRecord() || !database_.deleteCurrent()) {
     tellNotDeleted();
     return;
   }
