@@ -3,7 +3,7 @@
 #include <chrono>
 #include <thread>
 
-#include "platform/store/engine/read_lease.h"
+#include "platform/store/engine/connection_guard.h"
 #include "tests/store/store_fixture.h"
 
 namespace store {
@@ -125,7 +125,7 @@ TEST_F(LockingTest, AnUpdateWaitsForAnotherWriterAndThenFailsWithNothingLost) {
 TEST_F(LockingTest, AllWaitsOfOneUseTogetherTakeTheLockWait) {
   constexpr std::chrono::milliseconds kMost{800};
   OtherProgram ours(path_);
-  ReadLease lease(ours.handle(), kMost);
+  ConnectionGuard guard(ours.handle(), kMost, [] {});
   OtherProgram other(path_);
   other.run("BEGIN IMMEDIATE");
   const auto waits = [&] {
@@ -134,16 +134,16 @@ TEST_F(LockingTest, AllWaitsOfOneUseTogetherTakeTheLockWait) {
     return Clock::now() - start;
   };
   {
-    ReadLease::Use use(lease);
+    ConnectionGuard::Use use(guard);
     EXPECT_GE(waits(), kMost);
     EXPECT_LT(waits(), kMost / 2) << "the second wait goes on with the first";
   }
   {
-    ReadLease::Use use(lease);
-    const LockWait::Never never(lease.lockWait());
+    ConnectionGuard::Use use(guard);
+    const LockWait::Never never(guard.lockWait());
     EXPECT_LT(waits(), kMost / 2);
   }
-  ReadLease::Use use(lease);
+  ConnectionGuard::Use use(guard);
   EXPECT_GE(waits(), kMost) << "the next use waits by itself";
 }
 

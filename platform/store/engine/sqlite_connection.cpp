@@ -112,6 +112,8 @@ Status statusOf(sqlite3* connection, int result) {
 
 SqliteConnection::~SqliteConnection() {
   // First of all, because its thread uses the connection.
+  guard_.reset();
+  if (lease_) lease_->end();
   lease_.reset();
   schemaVersionStatement_.reset();
   beginStatement_.reset();
@@ -188,8 +190,10 @@ Status SqliteConnection::open(const std::string& path, const OpenOptions& option
   path_ = path;
   if (Status status = openFile(path); !status) return status;
   if (Status status = checkFileHead(handle()); !status) return status;
-  lease_ = std::make_unique<ReadLease>(handle(), std::chrono::milliseconds(options.lockWait));
-  ReadLease::Use use(*lease_);
+  guard_ = std::make_unique<ConnectionGuard>(handle(), std::chrono::milliseconds(options.lockWait),
+                                             [this] { lease_->end(); });
+  lease_ = std::make_unique<ReadLease>(handle(), *guard_);
+  ConnectionGuard::Use use(*guard_);
   Status status = configure(options);
   if (status) status = addCatalogue(handle());
   if (status) status = checkWhole();
@@ -343,7 +347,7 @@ SqliteConnection::WriteTransaction::~WriteTransaction() {
   }
   if (!begun_) return;
   // The next transaction tries again, should another program just use the file.
-  const LockWait::Never never(connection_.lease_->lockWait());
+  const LockWait::Never never(connection_.guard_->lockWait());
   static_cast<void>(connection_.keepJournal(false));
 }
 

@@ -7,6 +7,7 @@
 #include <string>
 #include <string_view>
 
+#include "platform/store/engine/connection_guard.h"
 #include "platform/store/engine/database_file.h"
 #include "platform/store/engine/read_lease.h"
 #include "platform/store/engine/sqlite_statement.h"
@@ -18,7 +19,7 @@ namespace store {
 Status statusOf(sqlite3* connection, int result);
 
 /// One open SQLite file: settings, statements, read and write transactions.
-/// All operations but the constructor are made inside a ReadLease::Use of `lease()`.
+/// All operations but the constructor and open() are made inside a Use of `guard()`.
 class SqliteConnection {
  public:
   SqliteConnection() = default;
@@ -30,7 +31,7 @@ class SqliteConnection {
   Status open(const std::string& path, const OpenOptions& options);
 
   sqlite3* handle() const { return handle_.get(); }
-  ReadLease& lease() { return *lease_; }
+  ConnectionGuard& guard() { return *guard_; }
   const std::string& path() const { return path_; }
   bool isReadOnly() const { return readOnly_; }
 
@@ -53,6 +54,8 @@ class SqliteConnection {
   Status beginRead();
   /// A read failed with SQLite's `result`: ends the transaction and returns what happened.
   Status failRead(int result);
+  /// Ends the read transaction if there is one.
+  void endRead() { lease_->end(); }
 
   /// One durable transaction that changes the database. What is not committed is undone.
   class WriteTransaction {
@@ -103,6 +106,7 @@ class SqliteConnection {
 
   std::string path_;
   std::unique_ptr<sqlite3, Closer> handle_;
+  std::unique_ptr<ConnectionGuard> guard_;
   std::unique_ptr<ReadLease> lease_;
   SqliteStatement schemaVersionStatement_;
   SqliteStatement beginStatement_;

@@ -76,7 +76,7 @@ TableRows::TableRows(SqliteConnection& connection, const SingleTableSelect& sele
 }
 
 TableRows::~TableRows() {
-  ReadLease::Use use(connection_.lease());
+  ConnectionGuard::Use use(connection_.guard());
   fetch_.reset();
   insert_.statement.reset();
   update_.statement.reset();
@@ -88,14 +88,14 @@ Status TableRows::prepare() {
 }
 
 Status TableRows::readKeys(KeySet* keys) {
-  ReadLease::Use use(connection_.lease());
+  ConnectionGuard::Use use(connection_.guard());
   if (Status status = connection_.beginRead(); !status) return status;
   SqliteStatement statement;
   Status prepared = connection_.prepare(keysSql_, &statement);
   // A column with a collation that is not known here can be read, but not inside a nested SELECT.
   if (!prepared && !wideKeysSql_.empty()) prepared = connection_.prepare(wideKeysSql_, &statement);
   if (!prepared) {
-    connection_.lease().end();
+    connection_.endRead();
     return prepared;
   }
   const int firstKey = sqlite3_column_count(statement.get()) - static_cast<int>(keyNames_.size());
@@ -111,7 +111,7 @@ Status TableRows::readKeys(KeySet* keys) {
   if (result != SQLITE_DONE) {
     Status status = statusOf(connection_.handle(), result);
     statement.reset();
-    connection_.lease().end();
+    connection_.endRead();
     return status;
   }
   rebuildsAtLoad_ = connection_.rebuilds();
@@ -121,7 +121,7 @@ Status TableRows::readKeys(KeySet* keys) {
 
 Status TableRows::fetch(const KeySet& keys, std::size_t index, Row* row) {
   row->clear();
-  ReadLease::Use use(connection_.lease());
+  ConnectionGuard::Use use(connection_.guard());
   if (Status status = connection_.beginRead(); !status) return status;
   if (Status status = checkSameRows(); !status) return status;
   return readRow(keys, index, row);
@@ -135,7 +135,7 @@ Status TableRows::readRow(const KeySet& keys, std::size_t index, Row* row) {
   if (result != SQLITE_ROW) {
     Status status = statusOf(connection_.handle(), result);
     sqlite3_reset(fetch_.get());
-    connection_.lease().end();
+    connection_.endRead();
     return status;
   }
   if (!copyColumns(fetch_.get(), static_cast<int>(columns_.size()), row)) {
@@ -171,7 +171,7 @@ Status TableRows::insert(const std::vector<Change>& changes, KeySet* keys) {
                        : " (" + joined(names, ", ") + ") VALUES (" + joined(parameters, ", ") + ")";
   sql += " RETURNING " + joined(keyNames_, ", ");
 
-  ReadLease::Use use(connection_.lease());
+  ConnectionGuard::Use use(connection_.guard());
   if (Status status = keep(insert_, sql); !status) return status;
   StatementRun run(insert_.statement.get());
   for (std::size_t number = 0; number < assignments.size(); ++number) {
@@ -213,7 +213,7 @@ Status TableRows::update(const std::vector<Change>& changes, KeySet* keys, std::
       "UPDATE main." + table_ + " SET " + joined(settings, ", ") + " WHERE " + keyCondition(keyParameter);
   if (keyChanges) sql += " RETURNING " + joined(keyNames_, ", ");
 
-  ReadLease::Use use(connection_.lease());
+  ConnectionGuard::Use use(connection_.guard());
   if (Status status = keep(update_, sql); !status) return status;
   StatementRun run(update_.statement.get());
   int result = bindKey(update_.statement.get(), keyParameter, *keys, index);
@@ -244,7 +244,7 @@ Status TableRows::update(const std::vector<Change>& changes, KeySet* keys, std::
 
 Status TableRows::remove(KeySet* keys, std::size_t index, const Row* read) {
   const std::string sql = "DELETE FROM main." + table_ + " WHERE " + keyCondition(1);
-  ReadLease::Use use(connection_.lease());
+  ConnectionGuard::Use use(connection_.guard());
   if (Status status = keep(remove_, sql); !status) return status;
   StatementRun run(remove_.statement.get());
   if (bindKey(remove_.statement.get(), 1, *keys, index) != SQLITE_OK) return outOfMemory();
