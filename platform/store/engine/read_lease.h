@@ -21,6 +21,12 @@ class ReadLease {
   /// what was known of the database may be out of date. Returns SQLite's result code.
   int begin(bool* isNew);
 
+  /// Whether there is a read transaction. (After some failures SQLite ends it by itself.)
+  bool isOpen() const;
+
+  /// Leaves the open read transaction to the caller, who ends it.
+  void handOver();
+
   /// Ends the read transaction if there is one. Every statement must have been reset.
   void end();
 

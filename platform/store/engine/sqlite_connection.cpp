@@ -111,36 +111,16 @@ Status statusOf(sqlite3* connection, int result) {
 }
 
 SqliteConnection::~SqliteConnection() {
-  // First of all, because its thread uses the connection.
+  if (!guard_) return;
+  letGo();
+  // First of all, because its thread uses the rest.
   guard_.reset();
-  if (lease_) lease_->end();
-  lease_.reset();
-  schemaVersionStatement_.reset();
-  beginStatement_.reset();
-  commitStatement_.reset();
-  journalMode_.reset();
-  truncateJournal_.reset();
-  deleteJournal_.reset();
 }
 
-// A commit that ends with deleting the journal is only as durable as the folder's entry; emptying the journal
-// is flushed like every write. But where an open file can't be deleted, an emptied journal that stays open
-// lets the commits of every other program fail that ends its own with deleting it. So each transaction
-// empties the journal, and afterwards it is closed and deleted, which need not be durable any more.
-// A file that is in write-ahead mode, or that another program puts into it, stays in it.
-Status SqliteConnection::keepJournal(bool keep) {
-  if (readOnly_) return {};
-  if (!journalMode_) {
-    if (Status status = prepare("PRAGMA journal_mode", &journalMode_); !status) return status;
-  }
-  const bool isAsWanted = [&] {
-    StatementRun run(journalMode_.get());
-    if (sqlite3_step(journalMode_.get()) != SQLITE_ROW) return true;
-    return columnText(journalMode_.get(), 0) != (keep ? "delete" : "truncate");
-  }();
-  if (isAsWanted) return {};
-  SqliteStatement& change = keep ? truncateJournal_ : deleteJournal_;
-  return runPrepared(change, keep ? "PRAGMA journal_mode=TRUNCATE" : "PRAGMA journal_mode=DELETE");
+void SqliteConnection::letGo() {
+  const ConnectionGuard::Use use(*guard_);
+  lease_->end();
+  journal_->giveBack();
 }
 
 Status SqliteConnection::openFile(const std::string& path) {
@@ -191,8 +171,9 @@ Status SqliteConnection::open(const std::string& path, const OpenOptions& option
   if (Status status = openFile(path); !status) return status;
   if (Status status = checkFileHead(handle()); !status) return status;
   guard_ = std::make_unique<ConnectionGuard>(handle(), std::chrono::milliseconds(options.lockWait),
-                                             [this] { lease_->end(); });
+                                             [this] { letGo(); });
   lease_ = std::make_unique<ReadLease>(handle(), *guard_);
+  journal_ = std::make_unique<RollbackJournal>(handle(), *guard_);
   ConnectionGuard::Use use(*guard_);
   Status status = configure(options);
   if (status) status = addCatalogue(handle());
@@ -248,6 +229,8 @@ int SqliteConnection::authorize(void* data, int action, const char* first, const
 }
 
 Status SqliteConnection::prepare(std::string_view sql, SqliteStatement* statement) {
+  // Outside a transaction SQLite may wait for another program to read the schema.
+  if (sqlite3_get_autocommit(handle()) != 0) journal_->giveBack();
   sqlite3_stmt* prepared = nullptr;
   const int result = sqlite3_prepare_v3(handle(), sql.data(), static_cast<int>(sql.size()),
                                         SQLITE_PREPARE_PERSISTENT, &prepared, nullptr);
@@ -293,12 +276,12 @@ Status SqliteConnection::prepareUser(std::string_view sql, UserStatement* statem
 }
 
 Status SqliteConnection::readSchemaVersion(std::int64_t* version) {
-  if (!schemaVersionStatement_) {
-    if (Status status = prepare("PRAGMA schema_version", &schemaVersionStatement_); !status) return status;
-  }
-  StatementRun run(schemaVersionStatement_.get());
-  const int result = sqlite3_step(schemaVersionStatement_.get());
-  if (result != SQLITE_ROW) return statusOf(handle(), result);
+  sqlite3* connection = handle();
+  int result = prepareKept(connection, schemaVersionStatement_, "PRAGMA schema_version");
+  if (result != SQLITE_OK) return statusOf(connection, result);
+  const StatementRun run(schemaVersionStatement_.get());
+  result = sqlite3_step(schemaVersionStatement_.get());
+  if (result != SQLITE_ROW) return statusOf(connection, result);
   *version = sqlite3_column_int64(schemaVersionStatement_.get(), 0);
   return {};
 }
@@ -318,7 +301,7 @@ Status SqliteConnection::beginRead() {
   bool isNew = false;
   if (const int result = lease_->begin(&isNew); result != SQLITE_OK) return failRead(result);
   if (!isNew) return {};
-  Status status = noticeSchemaVersion();
+  Status status = takeLock([this] { return noticeSchemaVersion(); });
   if (!status) lease_->end();
   return status;
 }
@@ -329,14 +312,16 @@ Status SqliteConnection::failRead(int result) {
   return status;
 }
 
-Status SqliteConnection::runPrepared(SqliteStatement& statement, const char* sql) {
-  if (!statement) {
-    if (Status status = prepare(sql, &statement); !status) return status;
+// Whom this connection waits for could itself be waiting to delete the journal.
+Status SqliteConnection::takeLock(const std::function<Status()>& take) {
+  if (!journal_->isKept()) return take();
+  {
+    const LockWait::Never never(guard_->lockWait());
+    Status status = take();
+    if (status.code() != ErrorCode::locked) return status;
   }
-  const int result = sqlite3_step(statement.get());
-  Status status = statusOf(handle(), result);
-  sqlite3_reset(statement.get());
-  return status;
+  journal_->giveBack();
+  return take();
 }
 
 SqliteConnection::WriteTransaction::~WriteTransaction() {
@@ -345,22 +330,35 @@ SqliteConnection::WriteTransaction::~WriteTransaction() {
   if (open_ && sqlite3_get_autocommit(connection) == 0) {
     sqlite3_exec(connection, "ROLLBACK", nullptr, nullptr, nullptr);
   }
-  if (!begun_) return;
-  // The next transaction tries again, should another program just use the file.
-  const LockWait::Never never(connection_.guard_->lockWait());
-  static_cast<void>(connection_.keepJournal(false));
+  if (!connection_.guard_->lend()) connection_.journal_->giveBack();
 }
 
-Status SqliteConnection::WriteTransaction::begin() {
-  // A read transaction that others have overtaken could not become a writing one.
-  connection_.lease_->end();
-  if (Status status = connection_.keepJournal(true); !status) return status;
-  begun_ = true;
-  if (Status status = connection_.runPrepared(connection_.beginStatement_, "BEGIN IMMEDIATE"); !status) {
-    return status;
+Status SqliteConnection::WriteTransaction::begin(sqlite3_stmt* claim) {
+  if (!takeOverReading(claim)) {
+    connection_.lease_->end();
+    Status status = connection_.takeLock([this] {
+      sqlite3* connection = connection_.handle();
+      return statusOf(connection, runKept(connection, connection_.beginStatement_, "BEGIN IMMEDIATE"));
+    });
+    if (!status) return status;
+    open_ = true;
+    if (status = connection_.noticeSchemaVersion(); !status) return status;
   }
+  if (connection_.isReadOnly()) return {};
+  return statusOf(connection_.handle(), connection_.journal_->prepare());
+}
+
+// What was read in the transaction still holds, because nobody could commit beside it, or the claim fails.
+// It doesn't wait: another writer may be waiting for the end of this very transaction.
+bool SqliteConnection::WriteTransaction::takeOverReading(sqlite3_stmt* claim) {
+  if (claim == nullptr || !connection_.lease_->isOpen()) return false;
+  const LockWait::Never never(connection_.guard_->lockWait());
+  const int result = sqlite3_step(claim);
+  sqlite3_reset(claim);
+  if (result != SQLITE_DONE) return false;
+  connection_.lease_->handOver();
   open_ = true;
-  return connection_.noticeSchemaVersion();
+  return true;
 }
 
 Status SqliteConnection::WriteTransaction::run(sqlite3_stmt* statement,
@@ -375,7 +373,8 @@ Status SqliteConnection::WriteTransaction::run(sqlite3_stmt* statement,
 }
 
 Status SqliteConnection::WriteTransaction::commit() {
-  Status status = connection_.runPrepared(connection_.commitStatement_, "COMMIT");
+  sqlite3* connection = connection_.handle();
+  Status status = statusOf(connection, runKept(connection, connection_.commitStatement_, "COMMIT"));
   if (status) open_ = false;
   return status;
 }
@@ -390,7 +389,7 @@ Status SqliteConnection::WriteTransaction::commitStructure(bool tablesChange) {
 }
 
 Status SqliteConnection::runAlone(sqlite3_stmt* statement) {
-  lease_->end();
+  letGo();
   int result = SQLITE_ROW;
   while (result == SQLITE_ROW) result = sqlite3_step(statement);
   Status status = statusOf(handle(), result);

@@ -10,6 +10,7 @@
 #include "platform/store/engine/connection_guard.h"
 #include "platform/store/engine/database_file.h"
 #include "platform/store/engine/read_lease.h"
+#include "platform/store/engine/rollback_journal.h"
 #include "platform/store/engine/sqlite_statement.h"
 #include "platform/store/engine/status.h"
 
@@ -65,8 +66,10 @@ class SqliteConnection {
     WriteTransaction(const WriteTransaction&) = delete;
     WriteTransaction& operator=(const WriteTransaction&) = delete;
 
-    /// Waits for the right to write and notices what others changed meanwhile.
-    Status begin();
+    /// Waits for the right to write and notices what others changed meanwhile. `claim`, unless it is null, is
+    /// a statement that writes to the file and changes nothing: with it an open read transaction can become
+    /// this one, which saves the locks of another.
+    Status begin(sqlite3_stmt* claim = nullptr);
     /// Runs `statement` to its end, calling `onRow` for each row it returns.
     Status run(sqlite3_stmt* statement, const std::function<void(sqlite3_stmt*)>& onRow = {});
     /// After it nothing is undone any more, whatever happens to the program or the machine.
@@ -76,8 +79,9 @@ class SqliteConnection {
     Status commitStructure(bool tablesChange);
 
    private:
+    bool takeOverReading(sqlite3_stmt* claim);
+
     SqliteConnection& connection_;
-    bool begun_ = false;
     bool open_ = false;
   };
 
@@ -97,9 +101,9 @@ class SqliteConnection {
                        const char* database, const char* trigger);
 
   Status openFile(const std::string& path);
-  Status keepJournal(bool keep);
   Status configure(const OpenOptions& options);
-  Status runPrepared(SqliteStatement& statement, const char* sql);
+  void letGo();
+  Status takeLock(const std::function<Status()>& take);
   Status readSchemaVersion(std::int64_t* version);
   Status noticeSchemaVersion();
   Status checkWhole();
@@ -108,12 +112,10 @@ class SqliteConnection {
   std::unique_ptr<sqlite3, Closer> handle_;
   std::unique_ptr<ConnectionGuard> guard_;
   std::unique_ptr<ReadLease> lease_;
+  std::unique_ptr<RollbackJournal> journal_;
   SqliteStatement schemaVersionStatement_;
   SqliteStatement beginStatement_;
   SqliteStatement commitStatement_;
-  SqliteStatement journalMode_;
-  SqliteStatement truncateJournal_;
-  SqliteStatement deleteJournal_;
   std::int64_t schemaVersion_ = 0;
   unsigned rebuilds_ = 0;
   bool readOnly_ = false;

@@ -78,6 +78,7 @@ TableRows::TableRows(SqliteConnection& connection, const SingleTableSelect& sele
 TableRows::~TableRows() {
   ConnectionGuard::Use use(connection_.guard());
   fetch_.reset();
+  claim_.statement.reset();
   insert_.statement.reset();
   update_.statement.reset();
   remove_.statement.reset();
@@ -182,7 +183,7 @@ Status TableRows::insert(const std::vector<Change>& changes, KeySet* keys) {
   }
   std::optional<Key> key;
   SqliteConnection::WriteTransaction transaction(connection_);
-  Status status = transaction.begin();
+  Status status = transaction.begin(claim());
   // Otherwise the new record would be stored and could not be shown.
   if (status) status = checkSameRows();
   if (status) {
@@ -224,7 +225,7 @@ Status TableRows::update(const std::vector<Change>& changes, KeySet* keys, std::
 
   std::optional<Key> key;
   SqliteConnection::WriteTransaction transaction(connection_);
-  if (Status status = transaction.begin(); !status) return status;
+  if (Status status = transaction.begin(claim()); !status) return status;
   if (Status status = checkSameRows(); !status) return status;
   if (Status status = checkSameRow(*keys, index, &read); !status) return status;
   Status status = transaction.run(update_.statement.get(),
@@ -249,7 +250,7 @@ Status TableRows::remove(KeySet* keys, std::size_t index, const Row* read) {
   StatementRun run(remove_.statement.get());
   if (bindKey(remove_.statement.get(), 1, *keys, index) != SQLITE_OK) return outOfMemory();
   SqliteConnection::WriteTransaction transaction(connection_);
-  Status status = transaction.begin();
+  Status status = transaction.begin(claim());
   if (status) status = checkSameRows();
   if (!status) return status;
   Status found = checkSameRow(*keys, index, read);
@@ -299,6 +300,12 @@ Status TableRows::keep(KeptStatement& kept, const std::string& sql) {
   if (Status status = connection_.prepare(sql, &statement); !status) return status;
   kept = {sql, std::move(statement)};
   return {};
+}
+
+// Needs the right to write and changes nothing. Null where not even that is possible.
+sqlite3_stmt* TableRows::claim() {
+  const Status prepared = keep(claim_, "DELETE FROM main." + table_ + " WHERE 0");
+  return prepared ? claim_.statement.get() : nullptr;
 }
 
 int TableRows::bindKey(sqlite3_stmt* statement, int position, const KeySet& keys, std::size_t index) const {
