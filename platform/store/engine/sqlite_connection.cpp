@@ -1,11 +1,7 @@
 #include "platform/store/engine/sqlite_connection.h"
 
-#include <algorithm>
-#include <array>
 #include <chrono>
-#include <cstring>
-#include <filesystem>
-#include <system_error>
+#include <utility>
 
 #include "platform/store/engine/catalogue.h"
 #include "platform/store/engine/file_head.h"
@@ -19,43 +15,14 @@ constexpr int kMostStatementBytes = 1'000'000;
 constexpr const char* kMemoryMapBytes = "PRAGMA mmap_size=2147418112";
 constexpr const char* kPageCacheKibibytes = "PRAGMA cache_size=-65536";
 
-// Pragmas that only tell something. All others could weaken the connection or the file.
-constexpr std::array<std::string_view, 20> kTellingPragmas{
-    "application_id", "collation_list",    "compile_options",  "data_version",    "database_list",
-    "encoding",       "foreign_key_check", "foreign_key_list", "freelist_count",  "function_list",
-    "index_info",     "index_list",        "index_xinfo",      "integrity_check", "page_count",
-    "page_size",      "quick_check",       "table_info",       "table_list",      "table_xinfo"};
-// These tell something only without an argument.
-constexpr std::array<std::string_view, 4> kWritablePragmas{"application_id", "encoding", "page_size",
-                                                           "user_version"};
-
-bool contains(const auto& names, const char* name) {
-  return std::any_of(names.begin(), names.end(), [name](std::string_view known) {
-    return sqlite3_stricmp(std::string(known).c_str(), name) == 0;
-  });
-}
-
-bool isTellingPragma(const char* name, const char* argument) {
-  if (contains(kWritablePragmas, name)) return argument == nullptr;
-  return contains(kTellingPragmas, name);
-}
-
-bool startsWith(std::string_view text, std::string_view start) {
-  return text.substr(0, start.size()) == start;
-}
-
-bool endsWith(std::string_view text, std::string_view end) {
-  return text.size() >= end.size() && text.substr(text.size() - end.size()) == end;
-}
-
 // SQLite has one code for all that is wrong with a statement; its sentence tells which.
 ErrorCode codeOfStatementError(std::string_view message) {
-  if (startsWith(message, "no such table") || startsWith(message, "no such view")) return ErrorCode::noTable;
-  if (startsWith(message, "no such column") ||
+  if (message.starts_with("no such table") || message.starts_with("no such view")) return ErrorCode::noTable;
+  if (message.starts_with("no such column") ||
       message.find("has no column named") != std::string_view::npos) {
     return ErrorCode::badColumn;
   }
-  if (endsWith(message, "already exists") || startsWith(message, "there is already"))
+  if (message.ends_with("already exists") || message.starts_with("there is already"))
     return ErrorCode::tableExists;
   return ErrorCode::errorsInCommand;
 }
@@ -184,48 +151,8 @@ Status SqliteConnection::open(const std::string& path, const OpenOptions& option
     const bool unusable = status.code() == ErrorCode::damaged || status.code() == ErrorCode::errorsInCommand;
     return unusable ? Status(ErrorCode::cannotOpen, "The database is damaged: " + status.message()) : status;
   }
-  sqlite3_set_authorizer(handle(), &SqliteConnection::authorize, &permissions_);
+  permissions_.watchOver(handle());
   return {};
-}
-
-int SqliteConnection::authorize(void* data, int action, const char* first, const char* second,
-                                const char* database, const char*) {
-  auto* permissions = static_cast<Permissions*>(data);
-  // VACUUM attaches a file without a name while it runs; VACUUM INTO would attach another one.
-  if (action == SQLITE_ATTACH && first != nullptr && first[0] != '\0') return SQLITE_DENY;
-  if (!permissions->outside) return SQLITE_OK;
-  switch (action) {
-    case SQLITE_READ:
-      permissions->readsTable = true;
-      return SQLITE_OK;
-    case SQLITE_ATTACH:
-    case SQLITE_DETACH:
-    case SQLITE_TRANSACTION:
-    case SQLITE_SAVEPOINT:
-      return SQLITE_DENY;
-    // The temporary database is the engine's own: it keeps results there, and a table of the user's would
-    // hide one of the file.
-    case SQLITE_CREATE_TEMP_TABLE:
-    case SQLITE_CREATE_TEMP_VIEW:
-    case SQLITE_CREATE_TEMP_TRIGGER:
-    case SQLITE_CREATE_TEMP_INDEX:
-    case SQLITE_DROP_TEMP_TABLE:
-      return SQLITE_DENY;
-    case SQLITE_INSERT:
-    case SQLITE_UPDATE:
-    case SQLITE_DELETE:
-      // (ALTER TABLE looks through its schema.)
-      if (database == nullptr || sqlite3_stricmp(database, "temp") != 0) return SQLITE_OK;
-      return sqlite3_strnicmp(first, "sqlite_temp_", 12) == 0 ? SQLITE_OK : SQLITE_DENY;
-    case SQLITE_PRAGMA:
-      return isTellingPragma(first, second) ? SQLITE_OK : SQLITE_DENY;
-    case SQLITE_CREATE_TABLE:
-    case SQLITE_CREATE_VIEW:
-    case SQLITE_CREATE_VTABLE:
-      return isCatalogueTable(first) ? SQLITE_DENY : SQLITE_OK;
-    default:
-      return SQLITE_OK;
-  }
 }
 
 Status SqliteConnection::prepare(std::string_view sql, SqliteStatement* statement) {
@@ -246,12 +173,11 @@ Status SqliteConnection::prepareUser(std::string_view sql, UserStatement* statem
   if (sql.find('\0') != std::string_view::npos) {
     return {ErrorCode::errorsInCommand, "A statement can't hold a zero character."};
   }
-  permissions_ = {.outside = true, .readsTable = false};
+  permissions_.beginOutside();
   sqlite3_stmt* prepared = nullptr;
   const char* tail = nullptr;
   const int result = sqlite3_prepare_v2(handle(), sql.data(), static_cast<int>(sql.size()), &prepared, &tail);
-  const bool readsTable = permissions_.readsTable;
-  permissions_ = {};
+  const bool readsTable = permissions_.endOutside();
   SqliteStatement owner(prepared);
   if (result == SQLITE_AUTH) return {ErrorCode::errorsInCommand, "This statement is not allowed here."};
   if (result != SQLITE_OK) return statusOf(handle(), result);
@@ -260,10 +186,10 @@ Status SqliteConnection::prepareUser(std::string_view sql, UserStatement* statem
   if (!onlyBlanks(rest)) {
     sqlite3_stmt* second = nullptr;
     // Many pragmas take effect while they are prepared, so this one is no less from outside.
-    permissions_.outside = true;
+    permissions_.beginOutside();
     const int secondResult =
         sqlite3_prepare_v2(handle(), rest.data(), static_cast<int>(rest.size()), &second, nullptr);
-    permissions_ = {};
+    permissions_.endOutside();
     SqliteStatement secondOwner(second);
     // A comment behind the statement is none itself.
     if (secondResult != SQLITE_OK || secondOwner) {

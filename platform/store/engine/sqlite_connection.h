@@ -12,6 +12,7 @@
 #include "platform/store/engine/read_lease.h"
 #include "platform/store/engine/rollback_journal.h"
 #include "platform/store/engine/sqlite_statement.h"
+#include "platform/store/engine/statement_permissions.h"
 #include "platform/store/engine/status.h"
 
 namespace store {
@@ -93,13 +94,6 @@ class SqliteConnection {
     void operator()(sqlite3* connection) const { sqlite3_close_v2(connection); }
   };
 
-  struct Permissions {
-    bool outside = false;
-    bool readsTable = false;
-  };
-  static int authorize(void* permissions, int action, const char* first, const char* second,
-                       const char* database, const char* trigger);
-
   Status openFile(const std::string& path);
   Status configure(const OpenOptions& options);
   void letGo();
@@ -119,7 +113,7 @@ class SqliteConnection {
   std::int64_t schemaVersion_ = 0;
   unsigned rebuilds_ = 0;
   bool readOnly_ = false;
-  Permissions permissions_;
+  StatementPermissions permissions_;
 };
 
 }  // namespace store
