@@ -42,7 +42,10 @@ Outcome readList(const VARIANT& list, std::vector<OwnedVariant>* elements) {
     }
   } else {
     OwnedVariant copy;
-    if (!copy.copy(*plain)) throw std::bad_alloc();
+    if (!copy.copy(*plain)) {
+      if (V_VT(plain) == VT_BSTR || (V_VT(plain) & VT_ARRAY) != 0) throw std::bad_alloc();
+      return unusableList();
+    }
     read.push_back(std::move(copy));
   }
 
