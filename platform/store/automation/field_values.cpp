@@ -1,6 +1,5 @@
 #include "platform/store/automation/field_values.h"
 
-#include <numeric>
 #include <optional>
 #include <utility>
 
@@ -20,7 +19,37 @@ Outcome unusableList() {
   return {kInvalidArgument, "Fields and values must be a name and a value, or two lists of the same length."};
 }
 
-/// The elements of a one-dimensional array, or the value itself as the only one; each plain.
+}  // namespace
+
+Outcome readField(store::Recordset& records, std::size_t column, OwnedVariant* value) {
+  store::Cell cell;
+  if (store::Status status = records.cell(column, &cell); !status) return status;
+  *value = shownValue(cell, records.columns()[column].type);
+  return {};
+}
+
+Outcome writeField(store::Recordset& records, std::size_t column, const VARIANT& given) {
+  store::Cell cell;
+  if (store::Status status = records.cell(column, &cell); !status) return status;
+  const store::FieldType& type = records.columns()[column].type;
+  if (saysTheSame(*shownValue(cell, type), given)) return records.setValue(column, store::valueOf(cell));
+  store::Value value;
+  if (Outcome outcome = storedValue(given, type, cell, &value); !outcome) return outcome;
+  return records.setValue(column, std::move(value));
+}
+
+Outcome findColumn(const store::Recordset& records, const VARIANT& index, std::size_t* column) {
+  std::optional<std::size_t> found;
+  if (V_VT(&index) == VT_BSTR) {
+    found = records.columnIndex(utf8Of(viewOf(V_BSTR(&index))));
+  } else {
+    found = itemIndexOf(index, records.columns().size());
+  }
+  if (!found) return noSuchField();
+  *column = *found;
+  return {};
+}
+
 Outcome readList(const VARIANT& list, std::vector<OwnedVariant>* elements) {
   OwnedVariant holder;
   const VARIANT* plain = nullptr;
@@ -59,77 +88,27 @@ Outcome readList(const VARIANT& list, std::vector<OwnedVariant>* elements) {
   return {};
 }
 
-Outcome readColumns(const store::Recordset& records, const VARIANT& list, std::vector<std::size_t>* columns) {
-  std::vector<OwnedVariant> names;
-  if (Outcome outcome = readList(list, &names); !outcome) return outcome;
+Outcome readFieldArguments(const VARIANT& fieldList, const VARIANT& values, FieldArguments* read) {
+  FieldArguments pairs;
+  if (!isMissing(fieldList) || !isMissing(values)) {
+    if (isMissing(fieldList)) return unusableList();
+    if (Outcome outcome = readList(fieldList, &pairs.fields); !outcome) return outcome;
+    if (Outcome outcome = readList(values, &pairs.values); !outcome) return outcome;
+    if (pairs.fields.size() != pairs.values.size()) return unusableList();
+  }
+  *read = std::move(pairs);
+  return {};
+}
+
+Outcome findColumns(const store::Recordset& records, const std::vector<OwnedVariant>& fields,
+                    std::vector<std::size_t>* columns) {
   std::vector<std::size_t> found;
-  for (const OwnedVariant& name : names) {
+  for (const OwnedVariant& field : fields) {
     std::size_t column = 0;
-    if (Outcome outcome = findColumn(records, *name, &column); !outcome) return outcome;
+    if (Outcome outcome = findColumn(records, *field, &column); !outcome) return outcome;
     found.push_back(column);
   }
   *columns = std::move(found);
-  return {};
-}
-
-}  // namespace
-
-Outcome readField(store::Recordset& records, std::size_t column, OwnedVariant* value) {
-  store::Cell cell;
-  if (store::Status status = records.cell(column, &cell); !status) return status;
-  *value = shownValue(cell, records.columns()[column].type);
-  return {};
-}
-
-Outcome writeField(store::Recordset& records, std::size_t column, const VARIANT& given) {
-  store::Cell cell;
-  if (store::Status status = records.cell(column, &cell); !status) return status;
-  const store::FieldType& type = records.columns()[column].type;
-  if (saysTheSame(*shownValue(cell, type), given)) return records.setValue(column, store::valueOf(cell));
-  store::Value value;
-  if (Outcome outcome = storedValue(given, type, cell, &value); !outcome) return outcome;
-  return records.setValue(column, std::move(value));
-}
-
-Outcome findColumn(const store::Recordset& records, const VARIANT& index, std::size_t* column) {
-  std::optional<std::size_t> found;
-  if (V_VT(&index) == VT_BSTR) {
-    found = records.columnIndex(utf8Of(viewOf(V_BSTR(&index))));
-  } else {
-    found = itemIndexOf(index, records.columns().size());
-  }
-  if (!found) return noSuchField();
-  *column = *found;
-  return {};
-}
-
-Outcome readAssignments(const store::Recordset& records, const VARIANT& fieldList, const VARIANT& values,
-                        std::vector<FieldAssignment>* assignments) {
-  if (isMissing(fieldList) && isMissing(values)) {
-    assignments->clear();
-    return {};
-  }
-  if (isMissing(fieldList)) return unusableList();
-  std::vector<std::size_t> columns;
-  if (Outcome outcome = readColumns(records, fieldList, &columns); !outcome) return outcome;
-  std::vector<OwnedVariant> given;
-  if (Outcome outcome = readList(values, &given); !outcome) return outcome;
-  if (columns.size() != given.size()) return unusableList();
-
-  std::vector<FieldAssignment> read;
-  for (std::size_t index = 0; index < columns.size(); ++index) {
-    read.push_back({columns[index], std::move(given[index])});
-  }
-  *assignments = std::move(read);
-  return {};
-}
-
-Outcome readColumnList(const store::Recordset& records, const VARIANT& fields,
-                       std::vector<std::size_t>* columns) {
-  if (!isMissing(fields)) return readColumns(records, fields, columns);
-  std::vector<std::size_t> all(records.columns().size());
-  std::iota(all.begin(), all.end(), std::size_t{0});
-  *columns = std::move(all);
   return {};
 }
 
