@@ -262,7 +262,6 @@ TEST(DialectTest, CreateTableTakesEveryTypeNameOfTheHandheld) {
                                  "time",
                                  "timestamp",
                                  "image",
-                                 "memo",
                                  "blob",
                                  "bigint",
                                  "unsigned smallint",
@@ -280,6 +279,10 @@ TEST(DialectTest, CreateTableTakesEveryTypeNameOfTheHandheld) {
     MemoryDatabase database;
     EXPECT_TRUE(runDialect(&database, "CREATE TABLE t (Order " + type + ")")) << type;
   }
+}
+
+TEST(DialectTest, CreateTableMakesAMemoAText) {
+  EXPECT_EQ(sqlOf("CREATE TABLE t (a Memo ,b MEMO (9))"), "CREATE TABLE \"t\" (\"a\" text, \"b\" text)");
 }
 
 TEST(DialectTest, CreateTableWithAnyOtherTypePassesUnchanged) {
