@@ -70,7 +70,7 @@ HRESULT RecordsetObject::MovePrevious() {
 
 HRESULT RecordsetObject::Move(long count, VARIANT start) {
   OwnedVariant holder;
-  const VARIANT* plain = nullptr;
+  const VARIANT* plain = &start;
   return withRecords([&] { return readStart(start, &holder, &plain); },
                      [&](store::Recordset& records) { return moveFrom(records, count, *plain); });
 }
@@ -118,7 +118,7 @@ HRESULT RecordsetObject::Delete(long affectRecords) {
 
 HRESULT RecordsetObject::GetRows(long rows, VARIANT start, VARIANT fields, VARIANT* values) {
   OwnedVariant holder;
-  const VARIANT* plainStart = nullptr;
+  const VARIANT* plainStart = &start;
   std::vector<OwnedVariant> names;
   const auto readArguments = [&]() -> Outcome {
     if (values == nullptr) return nullPointer();
@@ -208,7 +208,7 @@ HRESULT RecordsetObject::get_Bookmark(VARIANT* bookmark) {
 
 HRESULT RecordsetObject::put_Bookmark(VARIANT bookmark) {
   OwnedVariant holder;
-  const VARIANT* plain = nullptr;
+  const VARIANT* plain = &bookmark;
   const auto go = [&](store::Recordset& records) -> Outcome {
     const std::optional<std::string> bytes = bytesOf(*plain);
     if (!bytes) return {kInvalidArgument, "This is not a bookmark."};
