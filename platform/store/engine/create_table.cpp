@@ -61,7 +61,7 @@ std::size_t skipBlanks(std::string_view text, std::size_t index) {
 
 /// The type of an entry, and where the entry ends.
 struct EntryType {
-  std::string_view type;  // for SQLite: as spelled, but for a memo
+  std::string_view type;  // as spelled
   std::size_t end;        // the index of the comma behind it, or the list's size
 };
 
@@ -92,14 +92,11 @@ std::optional<EntryType> readType(std::string_view list, std::size_t index) {
     end = i;
     i = skipBlanks(list, i);
   }
-  words = lowerCase(words);
-  if (!isTypeName(words)) return std::nullopt;
+  if (!isTypeName(lowerCase(words))) return std::nullopt;
   end = skipLength(list, end);
   const std::size_t entryEnd = skipBlanks(list, end);
   if (entryEnd < list.size() && list[entryEnd] != ',') return std::nullopt;
-  // A column called memo would be one of numbers to SQLite, and "007" in it become 7.
-  const std::string_view type = words == "memo" ? "text" : list.substr(begin, end - begin);
-  return EntryType{.type = type, .end = entryEnd};
+  return EntryType{.type = list.substr(begin, end - begin), .end = entryEnd};
 }
 
 struct Entry {
