@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "platform/store/automation/automation_object.h"
+#include "platform/store/automation/variant_values.h"
 
 namespace automation {
 
@@ -85,8 +86,9 @@ class Enumerator final : public IEnumVARIANT {
 }  // namespace
 
 std::optional<std::size_t> itemIndexOf(const VARIANT& index, std::size_t count) {
+  const VARIANT* referred = referredVariant(const_cast<VARIANT*>(&index));
   OwnedVariant plain;
-  if (!plain.copyTarget(index)) return std::nullopt;
+  if (referred == nullptr || !plain.copyTarget(*referred)) return std::nullopt;
   switch (V_VT(plain.get())) {
     case VT_I1:
     case VT_UI1:

@@ -73,9 +73,8 @@ Outcome RecordsetObject::chooseSource(const VARIANT& source, std::wstring* chose
 
 Outcome RecordsetObject::setConnection(const VARIANT& given) {
   // No default property is asked for here: a connection's own is a text.
-  const VARIANT* plain = &given;
-  while (V_VT(plain) == (VT_BYREF | VT_VARIANT) && V_VARIANTREF(plain) != nullptr)
-    plain = V_VARIANTREF(plain);
+  const VARIANT* plain = referredVariant(const_cast<VARIANT*>(&given));
+  if (plain == nullptr) return unusableConnection();
 
   IUnknown* object = nullptr;
   BSTR text = nullptr;
