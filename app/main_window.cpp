@@ -90,6 +90,12 @@ LRESULT focusGained(HWND window, UINT, WPARAM, LPARAM) {
   return 0;
 }
 
+/// A minimised window can't give the keyboard on; a window manager may have given it that early.
+LRESULT sizeChanged(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+  if (wParam != SIZE_MINIMIZED && GetFocus() == window) focusGained(window, WM_SETFOCUS, 0, 0);
+  return DefWindowProcW(window, message, wParam, lParam);
+}
+
 void openSelection(int index) {
   if (currentPage == kTablesPageIndex) {
     theDocument->openTableSelection(index);
@@ -155,6 +161,7 @@ constexpr std::array kMessages = {
     MessageRow{kStartedMessage, programStarted},
     // What a desktop needs besides.
     MessageRow{WM_SETFOCUS, focusGained},
+    MessageRow{WM_SIZE, sizeChanged},
     MessageRow{WM_CLOSE, closeAsked},
     MessageRow{WM_ENDSESSION, sessionEnded},
 };

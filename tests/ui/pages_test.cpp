@@ -289,6 +289,22 @@ TEST_F(GridMoveTest, ATapChoosesTheRowThatTheCommandsGoOnFrom) {
   EXPECT_EQ(remote::selectedItem(grid), 2);
 }
 
+TEST_F(GridMoveTest, AWindowThatGetsTheKeyboardBeforeItIsRestoredGivesItToTheGrid) {
+  OpenedDatabase opened(file("a.cdb"));
+  const HWND grid = opened.showRecords(0);
+  ASSERT_NE(grid, nullptr);
+  const UniqueWindow other(CreateWindowExW(0, L"STATIC", L"another program", WS_OVERLAPPED | WS_VISIBLE, 0, 0,
+                                           50, 50, nullptr, nullptr, nullptr, nullptr));
+  SetForegroundWindow(other.get());
+  ASSERT_TRUE(remote::waitUntil([&] { return remote::focus(opened.main()) == nullptr; }));
+  ShowWindow(opened.main(), SW_SHOWMINNOACTIVE);
+  ASSERT_TRUE(remote::waitUntil([&] { return IsIconic(opened.main()) != FALSE; }));
+  SetForegroundWindow(opened.main());
+  ASSERT_TRUE(remote::waitUntil([&] { return remote::focus(opened.main()) == opened.main(); }));
+  ShowWindow(opened.main(), SW_RESTORE);
+  EXPECT_TRUE(remote::waitUntil([&] { return remote::focus(opened.main()) == grid; }));
+}
+
 TEST_F(GridMoveTest, WhoComesBackToTheWindowGoesOnInTheGrid) {
   OpenedDatabase opened(file("a.cdb"));
   const HWND grid = opened.showRecords(0);
