@@ -437,6 +437,21 @@ TEST_F(QueriesPageTest, AKeyThatGoesToTheQueryThatIsSelectedAlreadyChoosesIt) {
   EXPECT_THAT(remote::itemTexts(remote::recordGrid(opened.main())), ElementsAre(L"1", L"2"));
 }
 
+TEST_F(QueriesPageTest, SpaceChoosesTheTableThatIsSelectedAndFocusedAlready) {
+  OpenedDatabase opened(file("q.cdb"));
+  ASSERT_NE(opened.tables(), nullptr);
+  remote::pressKey(opened.tables(), VK_HOME);
+  constexpr WPARAM kFromTheBeginning = static_cast<WPARAM>(-1);
+  ASSERT_TRUE(remote::waitUntil(
+      [&] { return SendMessageW(opened.tables(), LVM_GETNEXTITEM, kFromTheBeginning, LVNI_FOCUSED) == 0; }));
+  ASSERT_TRUE(remote::switchToPage(opened.main(), OpenedDatabase::kQueriesPage));
+  ASSERT_TRUE(remote::selectItem(remote::shownPage(opened.main()), 1));
+  ASSERT_TRUE(remote::switchToPage(opened.main(), OpenedDatabase::kTablesPage));
+  remote::pressKey(opened.tables(), VK_SPACE);
+  ASSERT_TRUE(remote::switchToPage(opened.main(), OpenedDatabase::kListPage));
+  EXPECT_THAT(remote::itemTexts(remote::recordGrid(opened.main())), ElementsAre(L"1", L"2", L"3"));
+}
+
 TEST_F(QueriesPageTest, ATapOnTheSelectedTableLeadsBackToItsRecords) {
   OpenedDatabase opened(file("q.cdb"));
   ASSERT_NE(opened.tables(), nullptr);
