@@ -93,6 +93,25 @@ TEST_F(TablesPageTest, TheStyleCommandsChangeNothingOnOtherPages) {
   EXPECT_EQ(listStyle(opened.tables()), DWORD{LVS_ICON});
 }
 
+TEST_F(TablesPageTest, NoScrollBarAcrossStaysAfterAZoomAndBack) {
+  makeDatabase(file("many.cdb"), {L"CREATE TABLE 'A' (a Integer)", L"CREATE TABLE 'B' (a Integer)",
+                                  L"CREATE TABLE 'C' (a Integer)", L"CREATE TABLE 'D' (a Integer)",
+                                  L"CREATE TABLE 'E' (a Integer)", L"CREATE TABLE 'F' (a Integer)",
+                                  L"CREATE TABLE 'G' (a Integer)", L"CREATE TABLE 'H' (a Integer)"});
+  OpenedDatabase opened(file("many.cdb"));
+  ASSERT_NE(opened.tables(), nullptr);
+  const auto scrollBars = [&] {
+    return GetWindowLongW(opened.tables(), GWL_STYLE) & (WS_HSCROLL | WS_VSCROLL);
+  };
+  EXPECT_EQ(scrollBars(), WS_VSCROLL);
+  constexpr WPARAM kTwofold = 0xE030;
+  constexpr WPARAM kOnce = 0xE010;
+  for (const WPARAM zoom : {kTwofold, kOnce}) {
+    SendMessageW(opened.main(), WM_SYSCOMMAND, zoom, 0);
+    EXPECT_EQ(scrollBars() & WS_HSCROLL, 0) << std::hex << zoom;
+  }
+}
+
 class ListPageTest : public UiTest {};
 
 TEST_F(ListPageTest, ATapOnATableAndOnTheListTabShowsItsRecords) {
