@@ -6,6 +6,7 @@
 
 #include "app/main_window.h"
 #include "app/program_state.h"
+#include "base/unowned_box.h"
 #include "dialogs/find_dialog.h"
 #include "dialogs/go_to.h"
 #include "platform/pocketshell/aygshell.h"
@@ -69,11 +70,8 @@ FileDialog fileDialog(FileChoice choice) {
 
 int WindowPrompts::showMessage(PromptOwner owner, const wchar_t* text, const wchar_t* caption, UINT flags) {
   const HWND window = ownerWindow(owner);
-  // Without an owner the main window would stay usable, and every command be given a second time.
-  const int answer = MessageBoxW(window, text, caption, window ? flags : flags | MB_TASKMODAL);
-  // Such a box ends while every other window is disabled, so the system finds none to go on with.
-  if (!window) SetForegroundWindow(mainWindow);
-  return answer;
+  return window ? MessageBoxW(window, text, caption, flags)
+                : showUnownedBox(mainWindow, text, caption, flags);
 }
 
 std::optional<String> WindowPrompts::chooseFile(FileChoice choice) {

@@ -89,6 +89,13 @@ struct WindowTraits {
   static void close(Value value) noexcept { DestroyWindow(value); }
 };
 
+struct HookTraits {
+  using Value = HHOOK;
+  static constexpr ResourceKind kKind = ResourceKind::hook;
+  static Value invalid() noexcept { return nullptr; }
+  static void close(Value value) noexcept { UnhookWindowsHookEx(value); }
+};
+
 }  // namespace handles
 
 using UniqueFile = UniqueResource<handles::FileTraits>;
@@ -108,6 +115,7 @@ using UniqueMenu = UniqueResource<handles::MenuTraits>;
 using UniqueMemoryDc = UniqueResource<handles::MemoryDcTraits>;
 /// Destroyed by the thread that created it. A window whose parent destroys it is released first.
 using UniqueWindow = UniqueResource<handles::WindowTraits>;
+using UniqueHook = UniqueResource<handles::HookTraits>;
 
 /// The device context of a window's client area (of the screen for a null window).
 class UniqueWindowDc : public UniqueResource<handles::WindowDcTraits> {

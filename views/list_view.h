@@ -25,6 +25,9 @@ inline HIMAGELIST setImageList(HWND list, int which, HIMAGELIST images) {
 /// Puts the icons in rows as the present width has room for.
 inline void arrange(HWND list) {
   SendMessageW(list, LVM_ARRANGE, LVA_DEFAULT, 0);
+  // The bar that the former rows may have needed stays otherwise. These rows are as wide as the list.
+  const LONG_PTR type = GetWindowLongPtrW(list, GWL_STYLE) & LVS_TYPEMASK;
+  if (type == LVS_ICON || type == LVS_SMALLICON) ShowScrollBar(list, SB_HORZ, FALSE);
 }
 
 /// From the left edge of an icon to that of the next, and from top to top.

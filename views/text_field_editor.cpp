@@ -3,6 +3,7 @@
 #include <cwchar>
 #include <string>
 
+#include "base/unowned_box.h"
 #include "views/field_zoom.h"
 #include "views/tab_key.h"
 #include "views/text_editor_subclass.h"
@@ -32,9 +33,9 @@ String shownText(const String& value) {
   return shown.append(rest).c_str();
 }
 
-void tellOnlyNumbers(const String& fieldName) {
+void tellOnlyNumbers(HWND editor, const String& fieldName) {
   const std::wstring text = std::wstring(L"Only numbers are allowed\nField '") + fieldName.text() + L"'";
-  MessageBoxW(nullptr, text.c_str(), L"Quivane", MB_ICONINFORMATION);
+  showUnownedBox(GetAncestor(editor, GA_ROOT), text.c_str(), L"Quivane", MB_ICONINFORMATION);
 }
 
 }  // namespace
@@ -93,7 +94,7 @@ bool TextFieldEditor::takeCharacter(wchar_t character) {
     return true;
   }
   // The editor may be gone when the message is closed.
-  if (verdict == KeystrokeVerdict::rejectWithMessage) tellOnlyNumbers(String(fieldName_));
+  if (verdict == KeystrokeVerdict::rejectWithMessage) tellOnlyNumbers(window(), String(fieldName_));
   return false;
 }
 

@@ -195,6 +195,36 @@ TEST_F(InputPanelTest, TheBarsButtonToggles) {
   EXPECT_FALSE(isUp());
 }
 
+LRESULT CALLBACK countLifts(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR,
+                            DWORD_PTR count) {
+  if (message == WM_WINDOWPOSCHANGING) {
+    const auto& position = *reinterpret_cast<const WINDOWPOS*>(lParam);
+    if ((position.flags & SWP_NOZORDER) == 0) ++*reinterpret_cast<int*>(count);
+  }
+  return DefSubclassProc(window, message, wParam, lParam);
+}
+
+TEST_F(InputPanelTest, ComesUpAgainWhenTheKeyboardGoesToAControlOfItsOwnerOnly) {
+  const HWND other = CreateWindowExW(0, WC_EDITW, L"", WS_POPUP | WS_VISIBLE, 0, 0, 50, 50, nullptr, nullptr,
+                                     nullptr, nullptr);
+  SetFocus(top());
+  SHSipPreference(top(), SIP_UP);
+  pump();
+  int lifts = 0;
+  SetWindowSubclass(panel(), countLifts, 0, reinterpret_cast<DWORD_PTR>(&lifts));
+  SetFocus(edit_);
+  pump();
+  EXPECT_GT(lifts, 0);
+  SetFocus(other);
+  pump();
+  lifts = 0;
+  SetFocus(nullptr);
+  SetFocus(other);
+  pump();
+  EXPECT_EQ(lifts, 0);
+  DestroyWindow(other);
+}
+
 TEST_F(InputPanelTest, TypesIntoTheWindowWithTheKeyboardAndTakesNothing) {
   SHSipPreference(top(), SIP_UP);
   tapCharacter(L'q');
