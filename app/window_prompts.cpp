@@ -6,11 +6,11 @@
 
 #include "app/main_window.h"
 #include "app/program_state.h"
-#include "base/unowned_box.h"
 #include "dialogs/find_dialog.h"
 #include "dialogs/go_to.h"
 #include "platform/pocketshell/aygshell.h"
 #include "resources/resource_ids.h"
+#include "views/unowned_box.h"
 
 namespace {
 

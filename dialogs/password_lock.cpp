@@ -4,8 +4,8 @@
 
 #include "base/app_settings.h"
 #include "base/settings_store.h"
-#include "base/unowned_box.h"
 #include "dialogs/password_dialog.h"
+#include "views/unowned_box.h"
 
 namespace {
 

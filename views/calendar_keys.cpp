@@ -2,36 +2,34 @@
 
 #include <commctrl.h>
 
-#include <algorithm>
+#include <chrono>
 
 namespace {
 
-int daysInMonth(const SYSTEMTIME& day) {
-  constexpr int kDays[] = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
-  const bool isLeapYear = day.wYear % 4 == 0 && (day.wYear % 100 != 0 || day.wYear % 400 == 0);
-  return day.wMonth == 2 && isLeapYear ? 29 : kDays[day.wMonth - 1];
+using Date = std::chrono::year_month_day;
+
+Date dateOf(const SYSTEMTIME& day) {
+  return std::chrono::year(day.wYear) / day.wMonth / day.wDay;
+}
+
+/// `day` with another date; nothing when the system can't reckon with that.
+std::optional<SYSTEMTIME> withDate(SYSTEMTIME day, const Date& date) {
+  day.wYear = static_cast<WORD>(static_cast<int>(date.year()));
+  day.wMonth = static_cast<WORD>(static_cast<unsigned>(date.month()));
+  day.wDay = static_cast<WORD>(static_cast<unsigned>(date.day()));
+  day.wDayOfWeek = static_cast<WORD>(std::chrono::weekday(date).c_encoding());
+  FILETIME time{};
+  if (!SystemTimeToFileTime(&day, &time)) return std::nullopt;
+  return day;
 }
 
 std::optional<SYSTEMTIME> daysLater(const SYSTEMTIME& day, int days) {
-  constexpr LONGLONG kTicksPerDay = 864'000'000'000;
-  FILETIME time{};
-  if (!SystemTimeToFileTime(&day, &time)) return std::nullopt;
-  ULARGE_INTEGER ticks{};
-  ticks.LowPart = time.dwLowDateTime;
-  ticks.HighPart = time.dwHighDateTime;
-  ticks.QuadPart += static_cast<ULONGLONG>(days * kTicksPerDay);
-  time = {ticks.LowPart, ticks.HighPart};
-  SYSTEMTIME result{};
-  if (!FileTimeToSystemTime(&time, &result)) return std::nullopt;
-  return result;
+  return withDate(day, std::chrono::sys_days(dateOf(day)) + std::chrono::days(days));
 }
 
-std::optional<SYSTEMTIME> monthsLater(SYSTEMTIME day, int months) {
-  const int month = day.wYear * 12 + day.wMonth - 1 + months;
-  day.wYear = static_cast<WORD>(month / 12);
-  day.wMonth = static_cast<WORD>(month % 12 + 1);
-  day.wDay = static_cast<WORD>(std::min<int>(day.wDay, daysInMonth(day)));
-  return day;
+std::optional<SYSTEMTIME> monthsLater(const SYSTEMTIME& day, int months) {
+  const Date date = dateOf(day) + std::chrono::months(months);
+  return withDate(day, date.ok() ? date : Date(date.year() / date.month() / std::chrono::last));
 }
 
 std::optional<SYSTEMTIME> selectedDay(HWND calendar) {
@@ -61,6 +59,7 @@ LRESULT CALLBACK calendarProcedure(HWND calendar, UINT message, WPARAM wParam, L
 
 std::optional<SYSTEMTIME> dayAfterKey(const SYSTEMTIME& day, WPARAM key) {
   constexpr int kWeek = 7;
+  const Date date = dateOf(day);
   switch (key) {
     case VK_LEFT:
       return daysLater(day, -1);
@@ -75,9 +74,9 @@ std::optional<SYSTEMTIME> dayAfterKey(const SYSTEMTIME& day, WPARAM key) {
     case VK_NEXT:
       return monthsLater(day, 1);
     case VK_HOME:
-      return daysLater(day, 1 - day.wDay);
+      return withDate(day, date.year() / date.month() / 1);
     case VK_END:
-      return daysLater(day, daysInMonth(day) - day.wDay);
+      return withDate(day, date.year() / date.month() / std::chrono::last);
     default:
       return std::nullopt;
   }

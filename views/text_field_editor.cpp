@@ -3,10 +3,10 @@
 #include <cwchar>
 #include <string>
 
-#include "base/unowned_box.h"
 #include "views/field_zoom.h"
 #include "views/tab_key.h"
 #include "views/text_editor_subclass.h"
+#include "views/unowned_box.h"
 
 namespace {
 

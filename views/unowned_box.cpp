@@ -1,4 +1,4 @@
-#include "base/unowned_box.h"
+#include "views/unowned_box.h"
 
 #include <utility>
 
