@@ -414,7 +414,7 @@ TEST_F(NewTableTest, EnterConfirmsAndEscapeCancels) {
 }
 
 TEST_F(NewTableTest, TheInputPanelIsUpWhileItIsOpen) {
-  useInputPanel();
+  setPanelPolicy(kPanelAlways);
   for (const int end : {IDOK, IDCANCEL}) {
     ASSERT_FALSE(isPanelUp());
     run([&](HWND dialog) {
@@ -429,7 +429,7 @@ TEST_F(NewTableTest, TheInputPanelIsUpWhileItIsOpen) {
 }
 
 TEST_F(NewTableTest, AnInputPanelThatWasUpStays) {
-  useInputPanel();
+  setPanelPolicy(kPanelAlways);
   for (const int end : {IDOK, IDCANCEL}) {
     SHSipPreference(owner(), SIP_UP);
     run([&](HWND dialog) {
@@ -442,7 +442,7 @@ TEST_F(NewTableTest, AnInputPanelThatWasUpStays) {
 }
 
 TEST_F(NewTableTest, NothingLiesUnderTheInputPanel) {
-  useInputPanel();
+  setPanelPolicy(kPanelAlways);
   run([&](HWND dialog) {
     constexpr int kPanelTop = 188;
     const auto bottomOf = [&](int id) {
@@ -490,7 +490,7 @@ TEST_F(NewTableTest, AChangeOfTheZoomTakesTheColumnsAlong) {
 }
 
 TEST_F(NewTableTest, AHundredOpeningsLeaveNothingBehind) {
-  useInputPanel();
+  setPanelPolicy(kPanelAlways);
   const auto designOnce = [&] {
     table_.fields.clear();
     run([&](HWND dialog) {

@@ -147,7 +147,7 @@ TEST_F(QueryDialogTest, ItCoversTheWindowBelowAndItsControlsStandApart) {
 }
 
 TEST_F(QueryDialogTest, ThePanelShrinksTheSqlTo60AndGivesItBack140) {
-  setPanelPolicy(1);
+  setPanelPolicy(kPanelAlways);
   show([&](HWND window) {
     EXPECT_EQ(sqlPlace(window), (RECT{2, 120, 236, 260}));
     SHSipPreference(window, SIP_UP);
@@ -160,7 +160,7 @@ TEST_F(QueryDialogTest, ThePanelShrinksTheSqlTo60AndGivesItBack140) {
 }
 
 TEST_F(QueryDialogTest, AtZoom200EveryLengthIsTwiceAsLong) {
-  setPanelPolicy(1);
+  setPanelPolicy(kPanelAlways);
   HandheldSetZoom(200);
   show([&](HWND window) {
     EXPECT_EQ(clientRect(window), (RECT{0, 0, 480, 588}));
@@ -177,7 +177,7 @@ TEST_F(QueryDialogTest, AtZoom200EveryLengthIsTwiceAsLong) {
 }
 
 TEST_F(QueryDialogTest, ThePanelThatWasUpIsPutDownAndComesBack) {
-  setPanelPolicy(1);
+  setPanelPolicy(kPanelAlways);
   for (const int command : {IDOK, IDCANCEL}) {
     SHSipPreference(top(), SIP_UP);
     ASSERT_TRUE(isPanelUp());
@@ -192,7 +192,7 @@ TEST_F(QueryDialogTest, ThePanelThatWasUpIsPutDownAndComesBack) {
 }
 
 TEST_F(QueryDialogTest, ThePanelThatWasDownStaysDown) {
-  setPanelPolicy(1);
+  setPanelPolicy(kPanelAlways);
   show([&](HWND window) { cancel(window); });
   EXPECT_FALSE(isPanelUp());
 }
