@@ -53,7 +53,7 @@ std::vector<std::wstring> ModalDialogFixture::cutLabels(HWND dialog) {
   for (const HWND control : childrenOf(dialog)) {
     const std::wstring name = classOf(control);
     if (name != L"Static" && name != L"Button") continue;
-    const auto font = reinterpret_cast<HFONT>(SendMessageW(control, WM_GETFONT, 0, 0));
+    auto* const font = reinterpret_cast<HFONT>(SendMessageW(control, WM_GETFONT, 0, 0));
     if (!textFits(control, font)) cut.push_back(::textOf(control));
   }
   return cut;
