@@ -30,7 +30,8 @@ class ComPtr {
   }
   ComPtr(ComPtr&& other) noexcept : object_(std::exchange(other.object_, nullptr)) {}
   ComPtr& operator=(const ComPtr& other) {
-    *this = ComPtr(other);
+    ComPtr copy(other);
+    std::swap(object_, copy.object_);
     return *this;
   }
   ComPtr& operator=(ComPtr&& other) noexcept {
