@@ -61,7 +61,7 @@ HWND childOfClass(HWND parent, const wchar_t* className) {
       [](HWND child, LPARAM state) -> BOOL {
         auto& looking = *reinterpret_cast<Search*>(state);
         if (classOf(child) == looking.wanted) looking.found = child;
-        return looking.found == nullptr;
+        return looking.found == nullptr ? TRUE : FALSE;
       },
       reinterpret_cast<LPARAM>(&search));
   return search.found;
