@@ -61,12 +61,6 @@ inline void deleteItem(HWND list, int index) {
   SendMessageW(list, LVM_DELETEITEM, static_cast<WPARAM>(index), 0);
 }
 
-inline void setItemText(HWND list, int index, const wchar_t* text) {
-  LVITEMW item{};
-  item.pszText = const_cast<wchar_t*>(text);
-  SendMessageW(list, LVM_SETITEMTEXTW, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(&item));
-}
-
 inline void deleteAllItems(HWND list) {
   SendMessageW(list, LVM_DELETEALLITEMS, 0, 0);
 }

@@ -83,10 +83,6 @@ void TextFieldEditor::setSelection(int start, int end) {
   SendMessageW(window(), EM_SETSEL, static_cast<WPARAM>(start), end);
 }
 
-void TextFieldEditor::setReadOnly(bool readOnly) {
-  SendMessageW(window(), EM_SETREADONLY, readOnly ? TRUE : FALSE, 0);
-}
-
 bool TextFieldEditor::takeCharacter(wchar_t character) {
   const KeystrokeVerdict verdict = filterKeystroke(character, rules_, keystrokes_);
   if (verdict == KeystrokeVerdict::accept) {

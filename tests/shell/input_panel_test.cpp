@@ -5,6 +5,7 @@
 #include "platform/pocketshell/panel_keys.h"
 #include "tests/shell/shell_fixture.h"
 #include "tests/shell/shell_resources.h"
+#include "tests/shell/shell_settings.h"
 
 namespace {
 
@@ -52,7 +53,7 @@ TEST(PanelKeysTest, LockActsOnLettersOnlyAndShiftUndoesIt) {
 class InputPanelTest : public ShellTest {
  protected:
   InputPanelTest() {
-    setPanelPolicy(1);
+    setPanelPolicy(kPanelAlways);
     edit_ = HandheldCreateWindow(0, WC_EDITW, L"", WS_CHILD | WS_VISIBLE, 0, 0, 100, 20, top(), nullptr,
                                  nullptr, nullptr);
     SetFocus(edit_);
@@ -167,7 +168,7 @@ TEST_F(InputPanelTest, RefusesWhatItDoesNotKnow) {
 }
 
 TEST_F(InputPanelTest, NeverMeansNever) {
-  setPanelPolicy(2);
+  setPanelPolicy(kPanelNever);
   EXPECT_TRUE(SHSipPreference(top(), SIP_UP));
   EXPECT_FALSE(isUp());
   EXPECT_EQ(changeCount(), 0);

@@ -133,7 +133,7 @@ TEST_F(MenuKeysTest, AGreyItemCannotBeChosen) {
 }
 
 TEST_F(MenuKeysTest, AnEnabledItemCanBeChosen) {
-  const auto file = reinterpret_cast<HMENU>(SendMessageW(bar_, SHCMBM_GETSUBMENU, 0, ID_FILE_BUTTON));
+  auto* const file = reinterpret_cast<HMENU>(SendMessageW(bar_, SHCMBM_GETSUBMENU, 0, ID_FILE_BUTTON));
   EnableMenuItem(file, ID_CLOSE, MF_ENABLED);
   keys_ = {{VK_UP, VK_RETURN}};
   pressAltAnd(L'f');

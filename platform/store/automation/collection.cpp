@@ -19,6 +19,8 @@ class Enumerator final : public IEnumVARIANT {
 
   Enumerator(Items items, std::size_t next) : items_(std::move(items)), next_(next) { addModuleUse(); }
   virtual ~Enumerator() { removeModuleUse(); }
+  Enumerator(const Enumerator&) = delete;
+  Enumerator& operator=(const Enumerator&) = delete;
 
   HRESULT STDMETHODCALLTYPE QueryInterface(REFIID interfaceId, void** object) override {
     if (object == nullptr) return E_POINTER;

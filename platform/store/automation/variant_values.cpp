@@ -1,5 +1,7 @@
 #include "platform/store/automation/variant_values.h"
 
+#include <bit>
+#include <cstdint>
 #include <cstring>
 #include <limits>
 #include <new>
@@ -40,9 +42,8 @@ bool sameDecimal(const DECIMAL& left, const DECIMAL& right) {
   return VarDecCmp(&first, &second) == static_cast<HRESULT>(VARCMP_EQ);
 }
 
-template <class T>
-bool sameBits(T left, T right) {
-  return std::memcmp(&left, &right, sizeof left) == 0;
+bool sameBits(double left, double right) {
+  return std::bit_cast<std::uint64_t>(left) == std::bit_cast<std::uint64_t>(right);
 }
 
 bool sameValueOfSameType(const VARIANT& left, const VARIANT& right) {

@@ -161,26 +161,11 @@ Status TableRows::checkSameRow(const KeySet& keys, std::size_t index, const Row*
 Status TableRows::insert(const std::vector<Change>& changes, KeySet* keys) {
   std::vector<Assignment> assignments;
   if (Status status = assignmentsOf(changes, &assignments); !status) return status;
-  std::vector<std::string> names;
-  std::vector<std::string> parameters;
-  for (const Assignment& assignment : assignments) {
-    names.push_back(quotedName(*assignment.tableColumn));
-    parameters.push_back("?" + std::to_string(names.size()));
-  }
-  std::string sql = "INSERT INTO main." + table_;
-  sql += names.empty() ? " DEFAULT VALUES"
-                       : " (" + joined(names, ", ") + ") VALUES (" + joined(parameters, ", ") + ")";
-  sql += " RETURNING " + joined(keyNames_, ", ");
 
   ConnectionGuard::Use use(connection_.guard());
-  if (Status status = keep(insert_, sql); !status) return status;
+  if (Status status = keep(insert_, insertText(assignments)); !status) return status;
   StatementRun run(insert_.statement.get());
-  for (std::size_t number = 0; number < assignments.size(); ++number) {
-    if (bindValue(insert_.statement.get(), static_cast<int>(number + 1), *assignments[number].value) !=
-        SQLITE_OK) {
-      return outOfMemory();
-    }
-  }
+  if (bindValues(insert_.statement.get(), assignments) != SQLITE_OK) return outOfMemory();
   std::optional<Key> key;
   SqliteConnection::WriteTransaction transaction(connection_);
   Status status = transaction.begin(claim());
@@ -203,25 +188,14 @@ Status TableRows::update(const std::vector<Change>& changes, KeySet* keys, std::
   std::vector<Assignment> assignments;
   if (Status status = assignmentsOf(changes, &assignments); !status) return status;
   if (assignments.empty()) return {};
-  std::vector<std::string> settings;
-  settings.reserve(assignments.size());
-  for (const Assignment& assignment : assignments) {
-    settings.push_back(quotedName(*assignment.tableColumn) + " = ?" + std::to_string(settings.size() + 1));
-  }
-  const int keyParameter = static_cast<int>(assignments.size()) + 1;
-  const bool keyChanges = changesKey(assignments);
-  std::string sql =
-      "UPDATE main." + table_ + " SET " + joined(settings, ", ") + " WHERE " + keyCondition(keyParameter);
-  if (keyChanges) sql += " RETURNING " + joined(keyNames_, ", ");
 
   ConnectionGuard::Use use(connection_.guard());
-  if (Status status = keep(update_, sql); !status) return status;
+  if (Status status = keep(update_, updateText(assignments)); !status) return status;
   StatementRun run(update_.statement.get());
-  int result = bindKey(update_.statement.get(), keyParameter, *keys, index);
-  for (std::size_t number = 0; number < assignments.size() && result == SQLITE_OK; ++number) {
-    result = bindValue(update_.statement.get(), static_cast<int>(number + 1), *assignments[number].value);
+  if (bindValues(update_.statement.get(), assignments) != SQLITE_OK ||
+      bindKey(update_.statement.get(), static_cast<int>(assignments.size()) + 1, *keys, index) != SQLITE_OK) {
+    return outOfMemory();
   }
-  if (result != SQLITE_OK) return outOfMemory();
 
   std::optional<Key> key;
   SqliteConnection::WriteTransaction transaction(connection_);
@@ -286,6 +260,44 @@ Status TableRows::assignmentsOf(const std::vector<Change>& changes,
   }
   *assignments = std::move(made);
   return {};
+}
+
+// The parameters of both statements are the values in their order, and then the key's.
+
+std::string TableRows::insertText(const std::vector<Assignment>& assignments) const {
+  std::vector<std::string> names;
+  std::vector<std::string> parameters;
+  for (const Assignment& assignment : assignments) {
+    names.push_back(quotedName(*assignment.tableColumn));
+    parameters.push_back("?" + std::to_string(names.size()));
+  }
+  const std::string values = names.empty()
+                                 ? " DEFAULT VALUES"
+                                 : " (" + joined(names, ", ") + ") VALUES (" + joined(parameters, ", ") + ")";
+  return "INSERT INTO main." + table_ + values + " RETURNING " + joined(keyNames_, ", ");
+}
+
+std::string TableRows::updateText(const std::vector<Assignment>& assignments) const {
+  std::vector<std::string> settings;
+  settings.reserve(assignments.size());
+  for (const Assignment& assignment : assignments) {
+    settings.push_back(quotedName(*assignment.tableColumn) + " = ?" + std::to_string(settings.size() + 1));
+  }
+  const int keyParameter = static_cast<int>(assignments.size()) + 1;
+  std::string sql =
+      "UPDATE main." + table_ + " SET " + joined(settings, ", ") + " WHERE " + keyCondition(keyParameter);
+  if (changesKey(assignments)) sql += " RETURNING " + joined(keyNames_, ", ");
+  return sql;
+}
+
+int TableRows::bindValues(sqlite3_stmt* statement, const std::vector<Assignment>& assignments) {
+  int position = 0;
+  for (const Assignment& assignment : assignments) {
+    if (const int result = bindValue(statement, ++position, *assignment.value); result != SQLITE_OK) {
+      return result;
+    }
+  }
+  return SQLITE_OK;
 }
 
 bool TableRows::changesKey(const std::vector<Assignment>& assignments) const {

@@ -51,6 +51,9 @@ class TableRows : public RowSource {
   };
 
   Status assignmentsOf(const std::vector<Change>& changes, std::vector<Assignment>* assignments) const;
+  std::string insertText(const std::vector<Assignment>& assignments) const;
+  std::string updateText(const std::vector<Assignment>& assignments) const;
+  static int bindValues(sqlite3_stmt* statement, const std::vector<Assignment>& assignments);
   bool changesKey(const std::vector<Assignment>& assignments) const;
   Status keep(KeptStatement& kept, const std::string& sql);
   sqlite3_stmt* claim();
