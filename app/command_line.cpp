@@ -21,6 +21,18 @@ void tellNotOpened(const String& path) {
   MessageBoxW(mainWindow, text.c_str(), L"Quivane", MB_ICONEXCLAMATION);
 }
 
+/// The path from the root on: the current folder, from which a shorter one starts, changes with each file
+/// dialog, and the session is restored in another. The path itself when the system can't tell.
+String fullPathOf(const String& path) {
+  std::wstring full(MAX_PATH, L'\0');
+  DWORD length = GetFullPathNameW(path.text(), static_cast<DWORD>(full.size()), full.data(), nullptr);
+  if (length >= full.size()) {
+    full.resize(length);
+    length = GetFullPathNameW(path.text(), static_cast<DWORD>(full.size()), full.data(), nullptr);
+  }
+  return length == 0 || length >= full.size() ? path : String(full.c_str());
+}
+
 }  // namespace
 
 String normalisedPath(const String& commandLine) {
@@ -33,7 +45,7 @@ String normalisedPath(const String& commandLine) {
 
 void openCommandLineDatabase(const String& path) {
   if (theDocument->closeDatabase() == 0) switchPage(kNoPage);
-  if (theDocument->openDatabase(path)) {
+  if (theDocument->openDatabase(fullPathOf(path))) {
     showDatabasePage();
   } else {
     tellNotOpened(path);

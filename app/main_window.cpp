@@ -17,6 +17,7 @@
 #include "platform/pocketshell/handheld_windows.h"
 #include "resources/resource_ids.h"
 #include "views/current_dialog.h"
+#include "views/list_view.h"
 #include "views/message_table.h"
 #include "views/name_list_view.h"
 
@@ -90,6 +91,12 @@ LRESULT focusGained(HWND window, UINT, WPARAM, LPARAM) {
   return 0;
 }
 
+/// A minimised window can't give the keyboard on; a window manager may have given it that early.
+LRESULT sizeChanged(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+  if (wParam != SIZE_MINIMIZED && GetFocus() == window) focusGained(window, WM_SETFOCUS, 0, 0);
+  return DefWindowProcW(window, message, wParam, lParam);
+}
+
 void openSelection(int index) {
   if (currentPage == kTablesPageIndex) {
     theDocument->openTableSelection(index);
@@ -110,8 +117,11 @@ void namesListReported(const NMHDR& notification) {
     const auto& tap = reinterpret_cast<const NMRGINFO&>(notification);
     showNamesContextMenu(instanceHandle, mainWindow, currentPage, tap.ptAction);
   } else if (notification.code == LVN_KEYDOWN) {
-    const int command =
-        commandOfNamesKey(currentPage, reinterpret_cast<const NMLVKEYDOWN&>(notification).wVKey);
+    const WORD key = reinterpret_cast<const NMLVKEYDOWN&>(notification).wVKey;
+    const int selected = listview::nextItem(notification.hwndFrom, listview::kFirstOfAll, LVNI_SELECTED);
+    // The keyboard's tap.
+    if (key == VK_SPACE && selected >= 0) openSelection(selected);
+    const int command = commandOfNamesKey(currentPage, key);
     if (command != 0) PostMessageW(mainWindow, WM_COMMAND, static_cast<WPARAM>(command), 0);
   } else if (notification.code == NM_CLICK) {
     // A tap on the item that is selected already changes nothing in the list and is a choice all the
@@ -155,6 +165,7 @@ constexpr std::array kMessages = {
     MessageRow{kStartedMessage, programStarted},
     // What a desktop needs besides.
     MessageRow{WM_SETFOCUS, focusGained},
+    MessageRow{WM_SIZE, sizeChanged},
     MessageRow{WM_CLOSE, closeAsked},
     MessageRow{WM_ENDSESSION, sessionEnded},
 };

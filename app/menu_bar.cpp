@@ -78,7 +78,7 @@ void MenuBar::destroy() {
   window_.reset();
 }
 
-void MenuBar::addButtons(int count) {
+void MenuBar::addButtons(int count) const {
   HandheldSetButtonTips(window(), static_cast<UINT>(kTips.size()), kTips.data());
   std::array<TBBUTTON, kButtonCommands.size()> buttons{};
   for (std::size_t i = 0; i < buttons.size(); ++i)

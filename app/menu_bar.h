@@ -35,7 +35,7 @@ class MenuBar {
  private:
   static constexpr std::size_t kPopupCount = static_cast<std::size_t>(PopupMenu::queries) + 1;
 
-  void addButtons(int count);
+  void addButtons(int count) const;
   void fetchPopups();
 
   UniqueWindow window_;

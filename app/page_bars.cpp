@@ -105,7 +105,7 @@ bool PageBars::createBand(HINSTANCE instance, const BandLayout& layout, HWND mai
 }
 
 bool PageBars::createToolbar(HINSTANCE instance, const BandLayout& layout, HWND mainWindow,
-                             BandWindow& band) {
+                             BandWindow& band) const {
   constexpr DWORD kStyle = WS_CHILD | WS_VISIBLE | CCS_NORESIZE | CCS_NODIVIDER | TBSTYLE_TOOLTIPS;
   band.window.reset(
       HandheldCreateWindow(0, TOOLBARCLASSNAMEW, L"", kStyle, 0, 0, kNewToolbar.cx, kNewToolbar.cy, rebar(),
@@ -131,7 +131,7 @@ bool PageBars::createToolbar(HINSTANCE instance, const BandLayout& layout, HWND 
 
 /// The system gives what is left of a row to its first band; on the handheld it is the last one's, whose
 /// buttons need it.
-void PageBars::fillRow(int firstWidth) {
+void PageBars::fillRow(int firstWidth) const {
   const RECT first = rebar::bandRectangle(rebar(), 0);
   const RECT last = rebar::bandRectangle(rebar(), 1);
   const RECT borders = rebar::bandBorders(rebar(), 0);
@@ -140,7 +140,7 @@ void PageBars::fillRow(int firstWidth) {
   if (left > last.right - last.left) rebar::setBandWidth(rebar(), 1, left);
 }
 
-void PageBars::destroyBand(BandWindow& band) {
+void PageBars::destroyBand(BandWindow& band) const {
   if (!band.window) return;
   band.window.reset();
   band.images.reset();
@@ -167,7 +167,7 @@ HWND PageBars::positionBox() const {
   return rebar_ ? GetDlgItem(rebar(), kPositionId) : nullptr;
 }
 
-void PageBars::setEnabled(int command, bool enabled) {
+void PageBars::setEnabled(int command, bool enabled) const {
   const int state = enabled ? TBSTATE_ENABLED : TBSTATE_INDETERMINATE;
   // The position box is no toolbar and would take the message's number for one of its own.
   if (first_.images) toolbar::setState(firstBand(), command, state);

@@ -61,7 +61,7 @@ class PageBars {
   HWND positionBox() const;
 
   /// Of the buttons with this command, if there is one: enabled, or shown indeterminate.
-  void setEnabled(int command, bool enabled);
+  void setEnabled(int command, bool enabled) const;
 
  private:
   /// The images outlive the toolbar that shows them.
@@ -73,9 +73,9 @@ class PageBars {
   bool createRebar(HINSTANCE instance, HWND parent, HWND mainWindow);
   bool createBand(HINSTANCE instance, const BandLayout& layout, HWND mainWindow, bool onForm,
                   BandWindow& band);
-  bool createToolbar(HINSTANCE instance, const BandLayout& layout, HWND mainWindow, BandWindow& band);
-  void fillRow(int firstWidth);
-  void destroyBand(BandWindow& band);
+  bool createToolbar(HINSTANCE instance, const BandLayout& layout, HWND mainWindow, BandWindow& band) const;
+  void fillRow(int firstWidth) const;
+  void destroyBand(BandWindow& band) const;
 
   UniqueWindow rebar_;
   BandWindow first_;

@@ -35,6 +35,10 @@ void SingleInstance::callFirst(const String& path) const {
   // A copy that hangs must not take this one with it.
   SendMessageTimeoutW(firstWindow_, kPathFromSecondCopyMessage, reinterpret_cast<WPARAM>(path.text()), 0,
                       SMTO_ABORTIFHUNG, kSendTimeout, nullptr);
-  if (IsIconic(firstWindow_)) ShowWindowAsync(firstWindow_, SW_RESTORE);
+  // When no window of this system is in front, another system manages the screen, too. It lets a window
+  // come before its own only when it appears.
+  const bool mustAppear = GetForegroundWindow() == GetDesktopWindow();
+  if (mustAppear) ShowWindowAsync(firstWindow_, SW_MINIMIZE);
+  if (mustAppear || IsIconic(firstWindow_)) ShowWindowAsync(firstWindow_, SW_RESTORE);
   SetForegroundWindow(firstWindow_);
 }

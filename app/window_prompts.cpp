@@ -10,6 +10,7 @@
 #include "dialogs/go_to.h"
 #include "platform/pocketshell/aygshell.h"
 #include "resources/resource_ids.h"
+#include "views/unowned_box.h"
 
 namespace {
 
@@ -69,11 +70,8 @@ FileDialog fileDialog(FileChoice choice) {
 
 int WindowPrompts::showMessage(PromptOwner owner, const wchar_t* text, const wchar_t* caption, UINT flags) {
   const HWND window = ownerWindow(owner);
-  // Without an owner the main window would stay usable, and every command be given a second time.
-  const int answer = MessageBoxW(window, text, caption, window ? flags : flags | MB_TASKMODAL);
-  // Such a box ends while every other window is disabled, so the system finds none to go on with.
-  if (!window) SetForegroundWindow(mainWindow);
-  return answer;
+  return window ? MessageBoxW(window, text, caption, flags)
+                : showUnownedBox(mainWindow, text, caption, flags);
 }
 
 std::optional<String> WindowPrompts::chooseFile(FileChoice choice) {

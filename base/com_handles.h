@@ -12,18 +12,12 @@
 namespace handles {
 
 template <typename Interface>
-struct ComPointerTraits {
-  using Value = Interface*;
-  static constexpr ResourceKind kKind = ResourceKind::comPointer;
-  static Value invalid() noexcept { return nullptr; }
-  static void close(Value value) noexcept { value->Release(); }
+struct ComPointerTraits : NullTraits<Interface*, ResourceKind::comPointer> {
+  static void close(Interface* value) noexcept { value->Release(); }
 };
 
-struct BstrTraits {
-  using Value = BSTR;
-  static constexpr ResourceKind kKind = ResourceKind::bstr;
-  static Value invalid() noexcept { return nullptr; }
-  static void close(Value value) noexcept { SysFreeString(value); }
+struct BstrTraits : NullTraits<BSTR, ResourceKind::bstr> {
+  static void close(BSTR value) noexcept { SysFreeString(value); }
 };
 
 }  // namespace handles

@@ -8,11 +8,8 @@
 
 namespace handles {
 
-struct ImageListTraits {
-  using Value = HIMAGELIST;
-  static constexpr ResourceKind kKind = ResourceKind::imageList;
-  static Value invalid() noexcept { return nullptr; }
-  static void close(Value value) noexcept { ImageList_Destroy(value); }
+struct ImageListTraits : NullTraits<HIMAGELIST, ResourceKind::imageList> {
+  static void close(HIMAGELIST value) noexcept { ImageList_Destroy(value); }
 };
 
 }  // namespace handles

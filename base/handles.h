@@ -10,11 +10,8 @@
 namespace handles {
 
 template <ResourceKind kind>
-struct KernelTraits {
-  using Value = HANDLE;
-  static constexpr ResourceKind kKind = kind;
-  static Value invalid() noexcept { return nullptr; }
-  static void close(Value value) noexcept { CloseHandle(value); }
+struct KernelTraits : NullTraits<HANDLE, kind> {
+  static void close(HANDLE value) noexcept { CloseHandle(value); }
 };
 
 /// CreateFileW and its like say INVALID_HANDLE_VALUE where all else says null.
@@ -25,40 +22,25 @@ struct FileTraits {
   static void close(Value value) noexcept { CloseHandle(value); }
 };
 
-struct RegistryKeyTraits {
-  using Value = HKEY;
-  static constexpr ResourceKind kKind = ResourceKind::registryKey;
-  static Value invalid() noexcept { return nullptr; }
-  static void close(Value value) noexcept { RegCloseKey(value); }
+struct RegistryKeyTraits : NullTraits<HKEY, ResourceKind::registryKey> {
+  static void close(HKEY value) noexcept { RegCloseKey(value); }
 };
 
-struct ModuleTraits {
-  using Value = HMODULE;
-  static constexpr ResourceKind kKind = ResourceKind::module;
-  static Value invalid() noexcept { return nullptr; }
-  static void close(Value value) noexcept { FreeLibrary(value); }
+struct ModuleTraits : NullTraits<HMODULE, ResourceKind::module> {
+  static void close(HMODULE value) noexcept { FreeLibrary(value); }
 };
 
 template <typename Handle, ResourceKind kind>
-struct GdiObjectTraits {
-  using Value = Handle;
-  static constexpr ResourceKind kKind = kind;
-  static Value invalid() noexcept { return nullptr; }
-  static void close(Value value) noexcept { DeleteObject(value); }
+struct GdiObjectTraits : NullTraits<Handle, kind> {
+  static void close(Handle value) noexcept { DeleteObject(value); }
 };
 
-struct IconTraits {
-  using Value = HICON;
-  static constexpr ResourceKind kKind = ResourceKind::icon;
-  static Value invalid() noexcept { return nullptr; }
-  static void close(Value value) noexcept { DestroyIcon(value); }
+struct IconTraits : NullTraits<HICON, ResourceKind::icon> {
+  static void close(HICON value) noexcept { DestroyIcon(value); }
 };
 
-struct MenuTraits {
-  using Value = HMENU;
-  static constexpr ResourceKind kKind = ResourceKind::menu;
-  static Value invalid() noexcept { return nullptr; }
-  static void close(Value value) noexcept { DestroyMenu(value); }
+struct MenuTraits : NullTraits<HMENU, ResourceKind::menu> {
+  static void close(HMENU value) noexcept { DestroyMenu(value); }
 };
 
 /// A device context goes back to the window that lent it.
@@ -75,18 +57,19 @@ struct WindowDcTraits {
   static void close(Value value) noexcept { ReleaseDC(value.window, value.dc); }
 };
 
-struct MemoryDcTraits {
-  using Value = HDC;
-  static constexpr ResourceKind kKind = ResourceKind::deviceContext;
-  static Value invalid() noexcept { return nullptr; }
-  static void close(Value value) noexcept { DeleteDC(value); }
+struct MemoryDcTraits : NullTraits<HDC, ResourceKind::deviceContext> {
+  static void close(HDC value) noexcept { DeleteDC(value); }
 };
 
-struct WindowTraits {
-  using Value = HWND;
-  static constexpr ResourceKind kKind = ResourceKind::window;
+struct WindowTraits : NullTraits<HWND, ResourceKind::window> {
+  static void close(HWND value) noexcept { DestroyWindow(value); }
+};
+
+struct HookTraits {
+  using Value = HHOOK;
+  static constexpr ResourceKind kKind = ResourceKind::hook;
   static Value invalid() noexcept { return nullptr; }
-  static void close(Value value) noexcept { DestroyWindow(value); }
+  static void close(Value value) noexcept { UnhookWindowsHookEx(value); }
 };
 
 }  // namespace handles
@@ -108,6 +91,7 @@ using UniqueMenu = UniqueResource<handles::MenuTraits>;
 using UniqueMemoryDc = UniqueResource<handles::MemoryDcTraits>;
 /// Destroyed by the thread that created it. A window whose parent destroys it is released first.
 using UniqueWindow = UniqueResource<handles::WindowTraits>;
+using UniqueHook = UniqueResource<handles::HookTraits>;
 
 /// The device context of a window's client area (of the screen for a null window).
 class UniqueWindowDc : public UniqueResource<handles::WindowDcTraits> {

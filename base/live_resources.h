@@ -19,6 +19,7 @@ enum class ResourceKind : std::size_t {
   menu,
   deviceContext,
   window,
+  hook,
   comPointer,
   bstr,
   variant,

@@ -4,6 +4,18 @@
 
 #include "base/live_resources.h"
 
+namespace handles {
+
+/// What the traits of most resources share: null means "nothing is held".
+template <typename Handle, ResourceKind kind>
+struct NullTraits {
+  using Value = Handle;
+  static constexpr ResourceKind kKind = kind;
+  static Value invalid() noexcept { return nullptr; }
+};
+
+}  // namespace handles
+
 /// The owner of one resource of the system; closes it at the end. Traits says what it is:
 ///
 ///   using Value = ...;                                the handle, or a struct when closing needs more

@@ -49,13 +49,6 @@ Variant Variant::fromLong(LONG value) noexcept {
   return variant;
 }
 
-Variant Variant::fromBoolean(bool value) noexcept {
-  Variant variant;
-  variant.value_.vt = VT_BOOL;
-  variant.value_.boolVal = value ? VARIANT_TRUE : VARIANT_FALSE;
-  return variant;
-}
-
 Variant Variant::fromDate(DATE value) noexcept {
   Variant variant;
   variant.value_.vt = VT_DATE;
@@ -82,13 +75,6 @@ void Variant::clear() noexcept {
 VARIANT* Variant::put() noexcept {
   clear();
   return &value_;
-}
-
-HRESULT Variant::copyFrom(const VARIANT& value) noexcept {
-  Variant copy;
-  const HRESULT result = VariantCopy(&copy.value_, source(value));
-  if (SUCCEEDED(result)) std::swap(value_, copy.value_);
-  return result;
 }
 
 HRESULT Variant::convertTo(VARTYPE type, Variant& target) const noexcept {

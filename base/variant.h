@@ -20,8 +20,6 @@ class Variant {
   static Variant fromText(const wchar_t* text);
   /// VT_I4.
   static Variant fromLong(LONG value) noexcept;
-  /// VT_BOOL.
-  static Variant fromBoolean(bool value) noexcept;
   /// VT_DATE: days since 30 December 1899.
   static Variant fromDate(DATE value) noexcept;
   /// VT_DISPATCH with a reference of its own to `object`, which may be null.
@@ -36,8 +34,6 @@ class Variant {
   /// Clears, and gives the place where a call of the system stores a value, which is then owned.
   VARIANT* put() noexcept;
 
-  /// Becomes a copy. A failure (memory, a type that is no type) leaves the old value.
-  HRESULT copyFrom(const VARIANT& value) noexcept;
   /// Puts this value, converted with VariantChangeType and flags 0, into `target`, which may be this.
   /// A failure leaves `target` untouched.
   HRESULT convertTo(VARTYPE type, Variant& target) const noexcept;

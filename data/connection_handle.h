@@ -19,6 +19,7 @@ class ConnectionHandle {
   ConnectionHandle();
   /// Takes over an object that exists, which may be null, and changes nothing about it.
   explicit ConnectionHandle(ComPtr<IAdoceConnection> connection);
+  ~ConnectionHandle() = default;
   ConnectionHandle(const ConnectionHandle&) = delete;
   ConnectionHandle& operator=(const ConnectionHandle&) = delete;
 

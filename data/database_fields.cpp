@@ -77,7 +77,7 @@ void Database::loadFields() {
     fieldWidths_[field] = kFieldWidth;
     fieldReadOnly_[field] = (handle.attributes() & (kFieldUpdatable | kFieldMayBeUpdatable)) != 0 ? 0 : 1;
     if (fieldTypes_[field] != kUncountedType) {
-      const std::uint32_t length = static_cast<std::uint32_t>(fieldNames_[field].length());
+      const auto length = static_cast<std::uint32_t>(fieldNames_[field].length());
       longestFieldName_ = std::max(longestFieldName_, length);
     }
   }

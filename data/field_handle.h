@@ -13,6 +13,7 @@
 class FieldHandle {
  public:
   FieldHandle() = default;
+  ~FieldHandle() = default;
   FieldHandle(const FieldHandle&) = delete;
   FieldHandle& operator=(const FieldHandle&) = delete;
 

@@ -93,7 +93,8 @@ LONG RecordsetHandle::fieldCount() {
 FieldHandle& RecordsetHandle::field(LONG index) {
   ComPtr<IAdoceField> found;
   IAdoceFields* collection = fields();
-  if (!collection || FAILED(collection->get_Item(Variant::fromLong(index).get(), found.put()))) found.reset();
+  if (collection == nullptr || FAILED(collection->get_Item(Variant::fromLong(index).get(), found.put())))
+    found.reset();
   field_.attach(std::move(found));
   return field_;
 }

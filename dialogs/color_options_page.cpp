@@ -8,13 +8,11 @@
 #include "base/app_colors.h"
 #include "base/options_pages.h"
 #include "dialogs/color_swatch.h"
-#include "dialogs/dialog_procedure.h"
 #include "dialogs/list_box.h"
 #include "dialogs/options_ids.h"
 #include "dialogs/options_page_procedures.h"
 #include "dialogs/options_page_window.h"
 #include "platform/pocketshell/handheld_windows.h"
-#include "views/dialog_colors.h"
 #include "views/message_table.h"
 
 namespace {
@@ -110,19 +108,13 @@ LRESULT closed(HWND page, UINT, WPARAM, LPARAM) {
 }
 
 constexpr MessageRow kMessages[] = {
-    {WM_INITDIALOG, opened},
-    {kRedrawSwatchMessage, redrawAsked},
-    {WM_COMMAND, commanded},
-    {WM_NOTIFY, notified},
-    {WM_PAINT, painted},
-    {WM_WINDOWPOSCHANGING, optionspage::keepPlace},
-    {WM_CTLCOLORSTATIC, colorDialogText},
-    {WM_CTLCOLORDLG, colorDialogBackground},
-    {WM_DESTROY, closed},
+    {WM_INITDIALOG, opened}, {kRedrawSwatchMessage, redrawAsked},
+    {WM_COMMAND, commanded}, {WM_NOTIFY, notified},
+    {WM_PAINT, painted},     {WM_DESTROY, closed},
 };
 
 }  // namespace
 
 INT_PTR CALLBACK colorOptionsProcedure(HWND page, UINT message, WPARAM wParam, LPARAM lParam) noexcept {
-  return answerFromTable(kMessages, page, message, wParam, lParam, leaveToSystem);
+  return answerFromTable(kMessages, page, message, wParam, lParam, optionspage::answerAsAnyPage);
 }

@@ -1,5 +1,6 @@
 #include "dialogs/field_list.h"
 
+#include <cstddef>
 #include <string>
 
 #include "dialogs/table_design.h"
@@ -62,8 +63,10 @@ int FieldList::selected() const {
 }
 
 std::vector<NewField> FieldList::fields() const {
+  const int rows = count();
   std::vector<NewField> all;
-  for (int row = 0; row < count(); ++row) all.push_back(field(row));
+  all.reserve(static_cast<std::size_t>(rows));
+  for (int row = 0; row < rows; ++row) all.push_back(field(row));
   return all;
 }
 

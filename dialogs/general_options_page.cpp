@@ -1,10 +1,8 @@
 #include "base/options_pages.h"
-#include "dialogs/dialog_procedure.h"
 #include "dialogs/options_ids.h"
 #include "dialogs/options_page_procedures.h"
 #include "dialogs/options_page_window.h"
 #include "dialogs/radio_choice.h"
-#include "views/dialog_colors.h"
 #include "views/message_table.h"
 
 namespace {
@@ -36,15 +34,11 @@ LRESULT closed(HWND, UINT, WPARAM, LPARAM) {
 constexpr MessageRow kMessages[] = {
     {WM_INITDIALOG, opened},
     {WM_COMMAND, commanded},
-    {WM_NOTIFY, optionspage::answerSheet},
-    {WM_WINDOWPOSCHANGING, optionspage::keepPlace},
-    {WM_CTLCOLORSTATIC, colorDialogText},
-    {WM_CTLCOLORDLG, colorDialogBackground},
     {WM_DESTROY, closed},
 };
 
 }  // namespace
 
 INT_PTR CALLBACK generalOptionsProcedure(HWND page, UINT message, WPARAM wParam, LPARAM lParam) noexcept {
-  return answerFromTable(kMessages, page, message, wParam, lParam, leaveToSystem);
+  return answerFromTable(kMessages, page, message, wParam, lParam, optionspage::answerAsAnyPage);
 }

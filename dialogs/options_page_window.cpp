@@ -4,7 +4,34 @@
 
 #include "dialogs/dialog_layout.h"
 #include "platform/pocketshell/handheld_windows.h"
+#include "views/dialog_colors.h"
 #include "views/dialog_place.h"
+#include "views/message_table.h"
+
+namespace {
+
+/// The system puts a page where a sheet of its own size would have it.
+LRESULT keepPlace(HWND, UINT, WPARAM, LPARAM lParam) {
+  auto& place = *reinterpret_cast<WINDOWPOS*>(lParam);
+  place.x = 0;
+  place.y = 0;
+  place.cx = HandheldToMonitor(optionspage::kWidth);
+  place.cy = HandheldToMonitor(optionspage::kHeight);
+  return TRUE;
+}
+
+LRESULT leaveToSystem(HWND, UINT, WPARAM, LPARAM) noexcept {
+  return FALSE;
+}
+
+constexpr MessageRow kMessages[] = {
+    {WM_NOTIFY, optionspage::answerSheet},
+    {WM_WINDOWPOSCHANGING, keepPlace},
+    {WM_CTLCOLORSTATIC, colorDialog},
+    {WM_CTLCOLORDLG, colorDialog},
+};
+
+}  // namespace
 
 void optionspage::open(HWND page) {
   fillScreen(page, SHIDIF_SIPDOWN);
@@ -12,13 +39,8 @@ void optionspage::open(HWND page) {
   HandheldMoveWindow(page, 0, 0, kWidth, kHeight, FALSE);
 }
 
-LRESULT optionspage::keepPlace(HWND, UINT, WPARAM, LPARAM lParam) {
-  auto& place = *reinterpret_cast<WINDOWPOS*>(lParam);
-  place.x = 0;
-  place.y = 0;
-  place.cx = HandheldToMonitor(kWidth);
-  place.cy = HandheldToMonitor(kHeight);
-  return TRUE;
+LRESULT optionspage::answerAsAnyPage(HWND page, UINT message, WPARAM wParam, LPARAM lParam) noexcept {
+  return answerFromTable(kMessages, page, message, wParam, lParam, leaveToSystem);
 }
 
 LRESULT optionspage::answerSheet(HWND page, UINT, WPARAM, LPARAM lParam) {

@@ -2,8 +2,7 @@
 
 #include <windows.h>
 
-/// What the windows of the options sheet's pages have in common: rows of their message tables, and calls
-/// from their own rows.
+/// What the windows of the options sheet's pages have in common.
 namespace optionspage {
 
 /// Where each page lies in the sheet, in handheld pixels: above the tabs, as wide as the screen.
@@ -13,11 +12,10 @@ inline constexpr int kHeight = 246;
 /// To be called first in WM_INITDIALOG: lays the page and its controls out.
 void open(HWND page);
 
-/// For WM_WINDOWPOSCHANGING: the system puts a page where a sheet of its own size would have it; it stays
-/// in its place.
-LRESULT keepPlace(HWND page, UINT message, WPARAM wParam, LPARAM lParam);
+/// For the messages that a page's own table has no row for: the page keeps its place and its colours.
+LRESULT answerAsAnyPage(HWND page, UINT message, WPARAM wParam, LPARAM lParam) noexcept;
 
-/// For WM_NOTIFY: nothing keeps the sheet from closing.
+/// For WM_NOTIFY, of which answerAsAnyPage is one caller: nothing keeps the sheet from closing.
 LRESULT answerSheet(HWND page, UINT message, WPARAM wParam, LPARAM lParam);
 
 /// Whether a WM_COMMAND with this wParam is a click on the button `id`.

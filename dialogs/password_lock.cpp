@@ -5,6 +5,7 @@
 #include "base/app_settings.h"
 #include "base/settings_store.h"
 #include "dialogs/password_dialog.h"
+#include "views/unowned_box.h"
 
 namespace {
 
@@ -30,11 +31,8 @@ bool storePassword(const String& password) {
   return readPassword(stored) && std::wcscmp(stored.text(), password.text()) == 0;
 }
 
-/// The boxes have no owner; nothing else in the program may be done while one is open.
 void tell(HWND next, const wchar_t* caption, const wchar_t* text, UINT icon) {
-  MessageBoxW(nullptr, text, caption, icon | MB_TASKMODAL);
-  // The box ends while every other window is disabled, so the system finds none to go on with.
-  SetForegroundWindow(next);
+  showUnownedBox(next, text, caption, icon);
 }
 
 /// False when the passwords that were typed change nothing: the user was told why.

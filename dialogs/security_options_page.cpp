@@ -1,9 +1,7 @@
 #include "base/options_pages.h"
-#include "dialogs/dialog_procedure.h"
 #include "dialogs/options_ids.h"
 #include "dialogs/options_page_procedures.h"
 #include "dialogs/options_page_window.h"
-#include "views/dialog_colors.h"
 #include "views/message_table.h"
 
 namespace {
@@ -28,14 +26,10 @@ LRESULT commanded(HWND page, UINT, WPARAM wParam, LPARAM) {
 constexpr MessageRow kMessages[] = {
     {WM_INITDIALOG, opened},
     {WM_COMMAND, commanded},
-    {WM_NOTIFY, optionspage::answerSheet},
-    {WM_WINDOWPOSCHANGING, optionspage::keepPlace},
-    {WM_CTLCOLORSTATIC, colorDialogText},
-    {WM_CTLCOLORDLG, colorDialogBackground},
 };
 
 }  // namespace
 
 INT_PTR CALLBACK securityOptionsProcedure(HWND page, UINT message, WPARAM wParam, LPARAM lParam) noexcept {
-  return answerFromTable(kMessages, page, message, wParam, lParam, leaveToSystem);
+  return answerFromTable(kMessages, page, message, wParam, lParam, optionspage::answerAsAnyPage);
 }

@@ -214,10 +214,12 @@ class Document {
   /// The count of the former recordset outlasts one that did not open.
   std::uint32_t openRecordCount() const { return recordsetOpen_ ? database_.recordCount() : 0; }
   void refuse(PromptOwner owner, const wchar_t* text);
+  /// Tells what failed and why: for the store's last reason, or for a given one.
   void tellFailure(const std::wstring& what);
+  void tellFailure(const std::wstring& what, const String& reason);
+  std::optional<std::uint32_t> placeOfChosenQuery();
   void reloadQueries();
   void showQueries(const String& chosen);
-  void tellQueryNotStored(const SavedQuery& query);
   bool confirmDeletion(const std::wstring& what);
   CommandResult openChosen(const String& path);
   bool searchBothPasses();

@@ -12,6 +12,7 @@
 namespace {
 
 constexpr wchar_t kCaption[] = L"Quivane";
+constexpr wchar_t kGoneElsewhere[] = L"Another program has renamed or deleted it.";
 
 /// What tells the file from every other; none for one that can't be looked at.
 std::optional<BY_HANDLE_FILE_INFORMATION> identity(const String& path) {
@@ -33,10 +34,18 @@ bool isSameFile(const String& one, const String& other) {
          first->nFileIndexHigh == second->nFileIndexHigh && first->nFileIndexLow == second->nFileIndexLow;
 }
 
+std::wstring notStored(const SavedQuery& query) {
+  return std::wstring(L"Query '") + query.name.text() + L"' could not be stored.";
+}
+
 }  // namespace
 
 void Document::tellFailure(const std::wstring& what) {
-  const std::wstring text = what + L"\n" + database_.refusalText().text();
+  tellFailure(what, database_.refusalText());
+}
+
+void Document::tellFailure(const std::wstring& what, const String& reason) {
+  const std::wstring text = what + L"\n" + reason.text();
   refuse(PromptOwner::mainWindow, text.c_str());
 }
 
@@ -134,13 +143,41 @@ CommandResult Document::deleteQueryCommand() {
   const String name = pages_.queries->itemText(index);
   if (name.isEmpty()) return CommandResult::failed;
   if (!confirmDeletion(std::wstring(L"query '") + name.text() + L"'")) return CommandResult::cancelled;
-  database_.deleteQuery(static_cast<std::uint32_t>(index));
+  const std::wstring failure = std::wstring(L"Query '") + name.text() + L"' could not be deleted.";
+  const std::optional<std::uint32_t> place = placeOfChosenQuery();
+  if (!place) {
+    tellFailure(failure, kGoneElsewhere);
+    reloadQueries();
+    return CommandResult::failed;
+  }
+  database_.deleteQuery(*place);
   if (database_.isQueryRefused()) {
-    tellFailure(std::wstring(L"Query '") + name.text() + L"' could not be deleted.");
+    tellFailure(failure);
     return CommandResult::failed;
   }
   reloadQueries();
   return CommandResult::done;
+}
+
+// The store addresses a query by its place, which another program may have given to another one meanwhile.
+std::optional<std::uint32_t> Document::placeOfChosenQuery() {
+  const int chosen = pages_.queries->selectedIndex();
+  if (chosen < 0 || static_cast<std::uint32_t>(chosen) >= queryNames_.size()) return std::nullopt;
+  const auto place = static_cast<std::uint32_t>(chosen);
+  const String& name = queryNames_[place];
+  // Stays as it is when the table can't be read; why then tells who asks for the place.
+  NameList present;
+  for (std::uint32_t i = 0; i < queryNames_.size(); ++i) present.append(queryNames_[i]);
+  database_.listQueries(present);
+  const auto isHere = [&](std::uint32_t i) { return std::wcscmp(present[i].text(), name.text()) == 0; };
+  if (place < present.size() && isHere(place)) return place;
+  std::optional<std::uint32_t> found;
+  for (std::uint32_t i = 0; i < present.size(); ++i) {
+    if (!isHere(i)) continue;
+    if (found) return std::nullopt;
+    found = i;
+  }
+  return found;
 }
 
 bool Document::chosenQuery(SavedQuery& query) {
@@ -152,7 +189,7 @@ bool Document::chosenQuery(SavedQuery& query) {
 bool Document::addQuery(const SavedQuery& query) {
   database_.addQuery(query);
   if (database_.isQueryRefused()) {
-    tellQueryNotStored(query);
+    tellFailure(notStored(query));
     return false;
   }
   // The first query makes the table that they are kept in.
@@ -163,17 +200,18 @@ bool Document::addQuery(const SavedQuery& query) {
 }
 
 bool Document::changeChosenQuery(const SavedQuery& query) {
-  database_.updateQuery(static_cast<std::uint32_t>(pages_.queries->selectedIndex()), query);
+  const std::optional<std::uint32_t> place = placeOfChosenQuery();
+  if (!place) {
+    tellFailure(notStored(query), kGoneElsewhere);
+    return false;
+  }
+  database_.updateQuery(*place, query);
   if (database_.isQueryRefused()) {
-    tellQueryNotStored(query);
+    tellFailure(notStored(query));
     return false;
   }
   showQueries(query.name);
   return true;
-}
-
-void Document::tellQueryNotStored(const SavedQuery& query) {
-  tellFailure(std::wstring(L"Query '") + query.name.text() + L"' could not be stored.");
 }
 
 void Document::showQueries(const String& chosen) {

@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "platform/pocketshell/handheld_windows.h"
+#include "views/calendar_keys.h"
 #include "views/dialog_place.h"
 #include "views/popup_ids.h"
 
@@ -90,6 +91,7 @@ void CalendarPopup::createControls() {
   const HWND dialog = window();
   calendar_ = createChild(dialog, MONTHCAL_CLASSW, L"Calender ctrl", WS_BORDER, {}, IDC_CALENDAR);
   SendMessageW(calendar_, MCM_SETCURSEL, 0, reinterpret_cast<LPARAM>(&initialDate_));
+  addCalendarKeys(calendar_);
   const SIZE size = calendarSize(calendar_);
   growFor(dialog, size);
 

@@ -22,11 +22,7 @@ HBRUSH dialogBrush(HDC dc, HWND window) {
   return static_cast<HBRUSH>(GetStockObject(WHITE_BRUSH));
 }
 
-LRESULT colorDialogText(HWND, UINT, WPARAM wParam, LPARAM lParam) {
+LRESULT colorDialog(HWND, UINT, WPARAM wParam, LPARAM lParam) {
   return reinterpret_cast<LRESULT>(
       dialogBrush(reinterpret_cast<HDC>(wParam), reinterpret_cast<HWND>(lParam)));
-}
-
-LRESULT colorDialogBackground(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
-  return colorDialogText(dialog, message, wParam, lParam);
 }

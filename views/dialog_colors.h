@@ -7,6 +7,5 @@
 /// system's own.
 HBRUSH dialogBrush(HDC dc, HWND window);
 
-/// The same as rows for message tables (views/message_table.h), for both messages.
-LRESULT colorDialogText(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam);
-LRESULT colorDialogBackground(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam);
+/// The same as a row for message tables (views/message_table.h), for both messages.
+LRESULT colorDialog(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam);

@@ -25,6 +25,9 @@ inline HIMAGELIST setImageList(HWND list, int which, HIMAGELIST images) {
 /// Puts the icons in rows as the present width has room for.
 inline void arrange(HWND list) {
   SendMessageW(list, LVM_ARRANGE, LVA_DEFAULT, 0);
+  // The bar that the former rows may have needed stays otherwise. These rows are as wide as the list.
+  const LONG_PTR type = GetWindowLongPtrW(list, GWL_STYLE) & LVS_TYPEMASK;
+  if (type == LVS_ICON || type == LVS_SMALLICON) ShowScrollBar(list, SB_HORZ, FALSE);
 }
 
 /// From the left edge of an icon to that of the next, and from top to top.
@@ -56,12 +59,6 @@ inline void insertItem(HWND list, int index, const wchar_t* text, int image) {
 
 inline void deleteItem(HWND list, int index) {
   SendMessageW(list, LVM_DELETEITEM, static_cast<WPARAM>(index), 0);
-}
-
-inline void setItemText(HWND list, int index, const wchar_t* text) {
-  LVITEMW item{};
-  item.pszText = const_cast<wchar_t*>(text);
-  SendMessageW(list, LVM_SETITEMTEXTW, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(&item));
 }
 
 inline void deleteAllItems(HWND list) {

@@ -113,10 +113,6 @@ void NameListView::deleteItem(int index) {
   listview::deleteItem(window_, index);
 }
 
-void NameListView::setItemText(int index, const String& name) {
-  listview::setItemText(window_, index, name.text());
-}
-
 void NameListView::deleteAllItems() {
   listview::deleteAllItems(window_);
 }

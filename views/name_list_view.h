@@ -50,8 +50,6 @@ class NameListView {
   String itemText(int index) const;
   int findItem(const String& name) const;
 
-  void setItemText(int index, const String& name);
-
   int selectedIndex() const { return selectedIndex_; }
   void setSelectedIndex(int index) { selectedIndex_ = index; }
 

@@ -6,6 +6,7 @@
 #include "views/field_zoom.h"
 #include "views/tab_key.h"
 #include "views/text_editor_subclass.h"
+#include "views/unowned_box.h"
 
 namespace {
 
@@ -32,9 +33,9 @@ String shownText(const String& value) {
   return shown.append(rest).c_str();
 }
 
-void tellOnlyNumbers(const String& fieldName) {
+void tellOnlyNumbers(HWND editor, const String& fieldName) {
   const std::wstring text = std::wstring(L"Only numbers are allowed\nField '") + fieldName.text() + L"'";
-  MessageBoxW(nullptr, text.c_str(), L"Quivane", MB_ICONINFORMATION);
+  showUnownedBox(GetAncestor(editor, GA_ROOT), text.c_str(), L"Quivane", MB_ICONINFORMATION);
 }
 
 }  // namespace
@@ -82,10 +83,6 @@ void TextFieldEditor::setSelection(int start, int end) {
   SendMessageW(window(), EM_SETSEL, static_cast<WPARAM>(start), end);
 }
 
-void TextFieldEditor::setReadOnly(bool readOnly) {
-  SendMessageW(window(), EM_SETREADONLY, readOnly ? TRUE : FALSE, 0);
-}
-
 bool TextFieldEditor::takeCharacter(wchar_t character) {
   const KeystrokeVerdict verdict = filterKeystroke(character, rules_, keystrokes_);
   if (verdict == KeystrokeVerdict::accept) {
@@ -93,7 +90,7 @@ bool TextFieldEditor::takeCharacter(wchar_t character) {
     return true;
   }
   // The editor may be gone when the message is closed.
-  if (verdict == KeystrokeVerdict::rejectWithMessage) tellOnlyNumbers(String(fieldName_));
+  if (verdict == KeystrokeVerdict::rejectWithMessage) tellOnlyNumbers(window(), String(fieldName_));
   return false;
 }
 

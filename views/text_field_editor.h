@@ -39,7 +39,6 @@ class TextFieldEditor final : public FieldEditor {
   /// Delete key and the clipboard send no character.
   bool takeChange() override;
   bool isChanged() const { return changed_; }
-  void setChanged(bool changed) { changed_ = changed; }
 
   // ---- The window
 
@@ -49,7 +48,6 @@ class TextFieldEditor final : public FieldEditor {
   /// Positions count characters from 0; -1 for `end` is the end of the text.
   void setSelection(int start, int end);
   void selectAll() override { setSelection(0, -1); }
-  void setReadOnly(bool readOnly);
 
   // ---- What the subclass procedure reports
 

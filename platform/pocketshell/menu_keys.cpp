@@ -3,7 +3,9 @@
 #include "platform/pocketshell/menu_bar.h"
 #include "platform/pocketshell/menu_walk.h"
 #include "platform/pocketshell/owners.h"
+#include "platform/pocketshell/present_zoom.h"
 #include "platform/pocketshell/shell_window.h"
+#include "platform/pocketshell/zoom_menu.h"
 
 namespace pocketshell {
 
@@ -46,6 +48,15 @@ void redirectWhileWalked(MSG& message, const MenuBar& bar) {
   }
 }
 
+void redirectZoomKey(MSG& message, HWND frame) {
+  const auto command = zoomCommandOfKey(message.wParam, presentZoom());
+  if (!command) return;
+  message.hwnd = frame;
+  message.message = WM_SYSCOMMAND;
+  message.wParam = *command;
+  message.lParam = 0;
+}
+
 void redirect(MSG& message) {
   MenuBar* const bar = barOf(message.hwnd);
   if (!bar || !IsWindowEnabled(bar->parent())) return;
@@ -57,6 +68,8 @@ void redirect(MSG& message) {
     message.message = WM_SYSCOMMAND;
     message.lParam = static_cast<LPARAM>(message.wParam);
     message.wParam = SC_KEYMENU;
+  } else if (message.message == WM_KEYDOWN && GetKeyState(VK_CONTROL) < 0) {
+    redirectZoomKey(message, bar->parent());
   }
 }
 

@@ -18,8 +18,10 @@ namespace pocketshell {
 namespace {
 
 constexpr wchar_t kClassName[] = L"Pocket Shell Input Panel";
+constexpr UINT kLiftMessage = WM_USER;
 
 HWND panelWindow = nullptr;
+OwnedHook focusHook;
 PanelShift shift;
 std::optional<std::size_t> pressedKey;
 
@@ -139,9 +141,25 @@ LRESULT stayInBackground(HWND, WPARAM, LPARAM) {
   return 1;
 }
 
+LRESULT liftAsked(HWND, WPARAM, LPARAM) {
+  PanelWindow::lift();
+  return 0;
+}
+
+/// Some systems raise a window, and not what it owns, whenever the keyboard goes to one of its controls.
+LRESULT CALLBACK focusMoves(int code, WPARAM wParam, LPARAM lParam) {
+  if (code == HCBT_SETFOCUS && panelWindow) {
+    const HWND top = GetAncestor(reinterpret_cast<HWND>(wParam), GA_ROOT);
+    // When all that comes with the change is done.
+    if (top && top == GetWindow(panelWindow, GW_OWNER)) PostMessageW(panelWindow, kLiftMessage, 0, 0);
+  }
+  return CallNextHookEx(nullptr, code, wParam, lParam);
+}
+
 LRESULT destroyed(HWND window, WPARAM, LPARAM) {
   if (panelWindow == window) {
     panelWindow = nullptr;
+    focusHook = OwnedHook();
     InputPanel::ownerGone();
   }
   return 0;
@@ -160,6 +178,7 @@ LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM wParam, LPARAM lPar
       Row{WM_CAPTURECHANGED, captureLost},
       Row{WM_MOUSEACTIVATE, refuseActivation},
       Row{WM_NCDESTROY, destroyed},
+      Row{kLiftMessage, liftAsked},
   };
   for (const Row& row : kRows) {
     if (row.message == message) return row.handler(window, wParam, lParam);
@@ -174,8 +193,12 @@ void create(HWND owner) {
   description.hCursor = LoadCursorW(nullptr, IDC_ARROW);
   description.lpszClassName = kClassName;
   RegisterClassW(&description);  // fails but for the first
-  panelWindow = CreateWindowExW(WS_EX_NOACTIVATE | WS_EX_TOOLWINDOW, kClassName, L"", WS_POPUP, 0, 0, 0, 0,
-                                owner, nullptr, thisModule(), nullptr);
+  // The system menu, which nobody sees without a caption, makes it a window like others to a window manager,
+  // which otherwise leaves it above every program's.
+  panelWindow = CreateWindowExW(WS_EX_NOACTIVATE | WS_EX_TOOLWINDOW, kClassName, L"", WS_POPUP | WS_SYSMENU,
+                                0, 0, 0, 0, owner, nullptr, thisModule(), nullptr);
+  if (panelWindow)
+    focusHook = OwnedHook(SetWindowsHookExW(WH_CBT, focusMoves, nullptr, GetCurrentThreadId()));
 }
 
 }  // namespace
@@ -196,11 +219,12 @@ void PanelWindow::show(HWND owner, const RECT& place, bool visible) {
 void PanelWindow::lift() {
   constexpr UINT kFlags = SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE | SWP_NOOWNERZORDER;
   if (!panelWindow) return;
-  SetWindowPos(panelWindow, HWND_TOPMOST, 0, 0, 0, 0, kFlags);
-  SetWindowPos(panelWindow, HWND_NOTOPMOST, 0, 0, 0, 0, kFlags);
+  SetWindowPos(panelWindow, HWND_BOTTOM, 0, 0, 0, 0, kFlags);
+  SetWindowPos(panelWindow, HWND_TOP, 0, 0, 0, 0, kFlags);
 }
 
 void PanelWindow::hide() {
+  focusHook = OwnedHook();
   if (const HWND window = std::exchange(panelWindow, nullptr)) DestroyWindow(window);
 }
 

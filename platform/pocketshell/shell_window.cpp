@@ -1,5 +1,7 @@
 #include "platform/pocketshell/shell_window.h"
 
+#include <windowsx.h>
+
 #include <algorithm>
 #include <array>
 
@@ -144,6 +146,16 @@ LRESULT ShellWindow::limitsAsked(UINT message, WPARAM wParam, LPARAM lParam) {
   return answered;
 }
 
+/// A window manager shows a menu of its own instead of the system menu: the bar offers the zoom, too.
+LRESULT ShellWindow::contextMenuAsked(UINT message, WPARAM wParam, LPARAM lParam) {
+  const MenuBar* const bar = menuBar();
+  if (!bar || !zoomMenu_ || reinterpret_cast<HWND>(wParam) != bar->window()) {
+    return passOn(message, wParam, lParam);
+  }
+  TrackPopupMenuEx(zoomMenu_, TPM_RIGHTBUTTON, GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam), window(), nullptr);
+  return 0;
+}
+
 LRESULT ShellWindow::popupOpening(UINT message, WPARAM wParam, LPARAM lParam) {
   notePopupOpened();
   const auto popup = reinterpret_cast<HMENU>(wParam);
@@ -193,6 +205,7 @@ LRESULT ShellWindow::answer(UINT message, WPARAM wParam, LPARAM lParam) {
       Row{WM_NOTIFY, &ShellWindow::notified},
       Row{WM_SYSCOMMAND, &ShellWindow::systemCommandGiven},
       Row{WM_COMMAND, &ShellWindow::commandGiven},
+      Row{WM_CONTEXTMENU, &ShellWindow::contextMenuAsked},
       Row{WM_INITMENUPOPUP, &ShellWindow::popupOpening},
       Row{WM_UNINITMENUPOPUP, &ShellWindow::popupClosed},
       Row{WM_MENUSELECT, &ShellWindow::itemSelected},

@@ -39,6 +39,7 @@ class ShellWindow : public WindowLayer<ShellWindow> {
   LRESULT notified(UINT message, WPARAM wParam, LPARAM lParam);
   LRESULT systemCommandGiven(UINT message, WPARAM wParam, LPARAM lParam);
   LRESULT commandGiven(UINT message, WPARAM wParam, LPARAM lParam);
+  LRESULT contextMenuAsked(UINT message, WPARAM wParam, LPARAM lParam);
   LRESULT popupOpening(UINT message, WPARAM wParam, LPARAM lParam);
   LRESULT popupClosed(UINT message, WPARAM wParam, LPARAM lParam);
   LRESULT limitsAsked(UINT message, WPARAM wParam, LPARAM lParam);

@@ -1,6 +1,8 @@
 #include "platform/pocketshell/zoom_menu.h"
 
+#include <algorithm>
 #include <array>
+#include <iterator>
 
 #include "platform/pocketshell/owners.h"
 
@@ -48,6 +50,31 @@ std::optional<int> zoomOfCommand(UINT command) {
     if (entry.command == (command & kCommandMask)) return entry.setting;
   }
   return std::nullopt;
+}
+
+std::optional<UINT> zoomCommandOfKey(WPARAM key, int zoom) {
+  // From the smallest to the largest; the monitor's own is the last entry.
+  const Entry* const first = kEntries.begin();
+  const Entry* const automatic = std::prev(kEntries.end());
+  switch (key) {
+    case VK_ADD:
+    case VK_OEM_PLUS: {
+      const Entry* const next =
+          std::find_if(first, automatic, [=](const Entry& each) { return each.setting > zoom; });
+      return next == automatic ? std::nullopt : std::optional(next->command);
+    }
+    case VK_SUBTRACT:
+    case VK_OEM_MINUS: {
+      const Entry* const present =
+          std::find_if(first, automatic, [=](const Entry& each) { return each.setting >= zoom; });
+      return present == first ? std::nullopt : std::optional(std::prev(present)->command);
+    }
+    case '0':
+    case VK_NUMPAD0:
+      return automatic->command;
+    default:
+      return std::nullopt;
+  }
 }
 
 }  // namespace pocketshell

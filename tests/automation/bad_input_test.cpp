@@ -81,6 +81,12 @@ TEST_F(BadFile, PathsThatAreNone) {
   expectRefused(L" ");
 }
 
+TEST_F(BadFile, PathThatIsAnotherOnesToItsFirstZero) {
+  const std::wstring path = makeDatabase(L"good.cdb");
+  expectRefused(path + std::wstring(L"\0x", 2));
+  expectRefused(L"Data Source=" + path + std::wstring(L"\0x", 2));
+}
+
 class LockedFile : public AutomationTest {
  protected:
   LockedFile() { SqliteFile(path_).run("CREATE TABLE T (A TEXT); INSERT INTO T VALUES ('a')"); }

@@ -2,10 +2,10 @@
 
 #include <objbase.h>
 
+#include <array>
 #include <atomic>
 #include <string>
 #include <thread>
-#include <vector>
 
 #include "tests/automation/automation_test.h"
 #include "tests/automation/sqlite_file.h"
@@ -13,7 +13,26 @@
 namespace automationtest {
 namespace {
 
-using Threads = AutomationTest;
+class Threads : public AutomationTest {
+ protected:
+  /// Reads the table on a thread of its own and counts what is not as expected.
+  void readTable(IAdoceConnection* connection) {
+    const ComPtr<IAdoceRecordset> recordset = recordsOfTable(connection, L"T");
+    while (!isEof(recordset.get())) {
+      const std::wstring expected = L"name " + textOf(recordset.get(), 0);
+      if (textOf(recordset.get(), 1) != expected) ++wrong_;
+      ++read_;
+      if (recordset->MoveNext() != S_OK) ++wrong_;
+    }
+    // A failure of one thread describes itself to that thread.
+    if (recordset->MoveNext() != objectModelError(3021)) ++wrong_;
+    ComPtr<IErrorInfo> info;
+    if (GetErrorInfo(0, info.receive()) != S_OK) ++wrong_;
+  }
+
+  std::atomic<long> wrong_ = 0;
+  std::atomic<long> read_ = 0;
+};
 
 // The engine is made for one thread at a time; the objects are called by whom they please.
 TEST_F(Threads, MayShareAConnection) {
@@ -23,31 +42,17 @@ TEST_F(Threads, MayShareAConnection) {
       "WITH RECURSIVE c(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM c WHERE i < 500)"
       "INSERT INTO T SELECT i, 'name ' || i FROM c");
   const ComPtr<IAdoceConnection> connection = connectTo(path);
-  std::atomic<long> wrong = 0;
-  std::atomic<long> read = 0;
-  std::vector<std::thread> threads;
-  for (int number = 0; number < 4; ++number) {
-    threads.emplace_back([&] {
+  std::array<std::thread, 4> threads;
+  for (std::thread& thread : threads) {
+    thread = std::thread([&] {
       CoInitializeEx(nullptr, COINIT_MULTITHREADED);
-      for (int round = 0; round < 3; ++round) {
-        const ComPtr<IAdoceRecordset> recordset = recordsOfTable(connection.get(), L"T");
-        while (!isEof(recordset.get())) {
-          const std::wstring expected = L"name " + textOf(recordset.get(), 0);
-          if (textOf(recordset.get(), 1) != expected) ++wrong;
-          ++read;
-          if (recordset->MoveNext() != S_OK) ++wrong;
-        }
-        // A failure of one thread describes itself to that thread.
-        if (recordset->MoveNext() != objectModelError(3021)) ++wrong;
-        ComPtr<IErrorInfo> info;
-        if (GetErrorInfo(0, info.receive()) != S_OK) ++wrong;
-      }
+      for (int round = 0; round < 3; ++round) readTable(connection.get());
       CoUninitialize();
     });
   }
   for (std::thread& thread : threads) thread.join();
-  EXPECT_EQ(wrong, 0);
-  EXPECT_EQ(read, 4 * 3 * 500);
+  EXPECT_EQ(wrong_, 0);
+  EXPECT_EQ(read_, 4 * 3 * 500);
 }
 
 }  // namespace

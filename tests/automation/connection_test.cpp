@@ -10,7 +10,7 @@ class Connection : public AutomationTest {
  protected:
   /// A database with a table T of three records.
   std::wstring makeFilledDatabase() {
-    const std::wstring path = makeDatabase();
+    std::wstring path = makeDatabase();
     SqliteFile(path).run("CREATE TABLE T (Name TEXT); INSERT INTO T VALUES ('a'), ('b'), ('c')");
     return path;
   }

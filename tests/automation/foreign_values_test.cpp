@@ -190,7 +190,7 @@ TEST_F(ForeignTables, ViewsAreReadOnly) {
 
 TEST_F(ForeignTables, NamesWithBracketsAreShown) {
   const ComPtr<IAdoceRecordset> recordset =
-      openedOn("CREATE TABLE \"a]b\" (\"x.y\" TEXT, \"\" TEXT)", L"Select * from [a]b]");
+      openedOn(R"(CREATE TABLE "a]b" ("x.y" TEXT, "" TEXT))", L"Select * from [a]b]");
   EXPECT_EQ(nameOf(fieldOf(recordset.get(), 0L).get()), L"x.y");
   EXPECT_EQ(nameOf(fieldOf(recordset.get(), 1L).get()), L"");
 }

@@ -55,10 +55,9 @@ OwnedVariant LateObject::invoke(DISPID member, WORD flags, Arguments& arguments,
   const HRESULT outcome = object_->Invoke(member, IID_NULL, LOCALE_USER_DEFAULT, flags, &parameters,
                                           isPut ? nullptr : result.get(), &exception, &badArgument);
   if (FAILED(outcome)) {
-    LateFailure failure{outcome, taken(exception.bstrDescription), taken(exception.bstrSource)};
     SysFreeString(exception.bstrHelpFile);
-    if (outcome == DISP_E_EXCEPTION) failure.result = exception.scode;
-    throw failure;
+    throw LateFailure{outcome == DISP_E_EXCEPTION ? exception.scode : outcome,
+                      taken(exception.bstrDescription), taken(exception.bstrSource)};
   }
   return result;
 }

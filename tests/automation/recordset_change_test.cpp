@@ -233,7 +233,7 @@ TEST_F(Changes, OfARecordThatAnotherDeletedFail) {
 }
 
 TEST_F(Changes, OfARecordThatAnotherChangedFail) {
-  constexpr HRESULT kConcurrencyViolation = static_cast<HRESULT>(0x80040E38);
+  constexpr auto kConcurrencyViolation = static_cast<HRESULT>(0x80040E38);
   ASSERT_EQ(put(records_.get(), 1, variant(5L)), S_OK);
   SqliteFile(path_).run("UPDATE T SET Name = 'x' WHERE Name = 'a'");
   EXPECT_EQ(update(records_.get()), kConcurrencyViolation);

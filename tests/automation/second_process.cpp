@@ -106,7 +106,7 @@ std::string outputOf(std::wstring commandLine, const std::wstring& folder, DWORD
   EXPECT_TRUE(started) << GetLastError();
   CloseHandle(writeEnd);
   std::string output;
-  std::array<char, 4096> buffer;
+  std::array<char, 4096> buffer{};
   DWORD length = 0;
   while (started && ReadFile(readEnd, buffer.data(), buffer.size(), &length, nullptr) && length > 0) {
     output.append(buffer.data(), length);

@@ -99,6 +99,17 @@ TEST_F(Statements, CreateTableTakesTheColumnsAsTheDesignerSpellsThem) {
               ElementsAre(L"MSysFields", L"MSysTables", L"MSysIndexes", L"MSysProcs", L"People"));
 }
 
+TEST_F(Statements, TextsThatLookLikeNumbersStayWhatTheyAreInEveryTypeOfText) {
+  const ComPtr<IAdoceConnection> connection = openNewDatabase();
+  ASSERT_EQ(createTable(connection.get(), L"T", L"A varchar (20) ,B text ,C memo"), S_OK);
+  ASSERT_EQ(execute(connection.get(), L"ALTER TABLE T ADD COLUMN D memo"), S_OK);
+  const ComPtr<IAdoceRecordset> recordset = recordsOf(connection.get(), L"Select * from [T]");
+  ASSERT_EQ(addNew(recordset.get()), S_OK);
+  for (long index = 0; index < 4; ++index) ASSERT_EQ(put(recordset.get(), index, variant(L"007")), S_OK);
+  ASSERT_EQ(update(recordset.get()), S_OK);
+  for (long index = 0; index < 4; ++index) EXPECT_EQ(textOf(recordset.get(), index), L"007") << index;
+}
+
 TEST_F(Statements, NamesWithBlanksAndApostrophesWorkAsSpelled) {
   const ComPtr<IAdoceConnection> connection = openNewDatabase();
   for (const wchar_t* name : {L"Customer's", L"My table", L"'", L" ", L"O'Neil's own table", L"Order",

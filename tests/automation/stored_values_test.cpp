@@ -237,6 +237,40 @@ TEST_F(References, ToNowhereAreRefused) {
   V_VT(&given) = VT_BYREF | VT_I4;
   V_I4REF(&given) = nullptr;
   EXPECT_EQ(fieldOf(records_.get(), 0L)->put_Value(given), objectModelError(3421));
+  VARIANT outer;
+  V_VT(&outer) = VT_BYREF | VT_VARIANT;
+  V_VARIANTREF(&outer) = &given;
+  EXPECT_EQ(fieldOf(records_.get(), 0L)->put_Value(outer), objectModelError(3421));
+}
+
+TEST_F(References, ToNowhereAreNoNumbersConnectionsOrPlaces) {
+  VARIANT nowhere;
+  V_VT(&nowhere) = VT_BYREF | VT_I4;
+  V_I4REF(&nowhere) = nullptr;
+  ComPtr<IAdoceErrors> errors;
+  ComPtr<IAdoceError> error;
+  ASSERT_EQ(connection_->get_Errors(errors.receive()), S_OK);
+  EXPECT_EQ(errors->get_Item(nowhere, error.receive()), objectModelError(3265));
+  EXPECT_EQ(connection_->Execute(text(L"DELETE FROM T").get(), &nowhere, kText, nullptr), S_OK);
+
+  const ComPtr<IAdoceRecordset> recordset = newRecordset();
+  for (const VARTYPE type : {VT_DISPATCH, VT_UNKNOWN, VT_BSTR, VT_VARIANT}) {
+    V_VT(&nowhere) = static_cast<VARTYPE>(VT_BYREF | type);
+    EXPECT_EQ(recordset->put_ActiveConnection(nowhere), objectModelError(3001)) << type;
+  }
+  VARIANT circle;
+  V_VT(&circle) = VT_BYREF | VT_VARIANT;
+  V_VARIANTREF(&circle) = &circle;
+  EXPECT_EQ(recordset->put_ActiveConnection(circle), objectModelError(3001));
+  EXPECT_EQ(connection_->Execute(text(L"DELETE FROM T").get(), &circle, kText, nullptr), S_OK);
+}
+
+TEST_F(References, ValuesOfNoTypeAreRefusedAsArguments) {
+  VARIANT unknown = {};
+  V_VT(&unknown) = VT_CLSID;
+  OwnedVariant name = variant(L"N");
+  EXPECT_EQ(records_->Update(*name, unknown), objectModelError(3001));
+  EXPECT_EQ(records_->Update(unknown, *name), objectModelError(3001));
 }
 
 TEST_F(References, ObjectsGiveTheirDefaultProperty) {

@@ -2,6 +2,7 @@
 
 #include "tests/shell/shell_fixture.h"
 #include "tests/shell/shell_resources.h"
+#include "tests/shell/shell_settings.h"
 
 namespace {
 
@@ -45,7 +46,7 @@ class DialogTest : public ShellTest {
     return HandheldDialogBox(GetModuleHandleW(nullptr), id, top(), visited, reinterpret_cast<LPARAM>(&visit));
   }
 
-  static Look closing(Look look = {}) {
+  static Look closing(const Look& look = {}) {
     return [=](HWND dialog) {
       if (look) look(dialog);
       EndDialog(dialog, 1);
@@ -119,7 +120,7 @@ TEST_F(DialogTest, AFullScreenDialogHasNoIconInItsCaption) {
 }
 
 TEST_F(DialogTest, ASizedDialogLeavesMenuBarAndPanelFree) {
-  setPanelPolicy(1);
+  setPanelPolicy(kPanelAlways);
   visit(IDD_PLAIN, SHIDIF_SIZEDLG, closing([](HWND dialog) {
           EXPECT_EQ(clientRect(dialog), (RECT{0, 0, 240, 268}));
         }));

@@ -5,6 +5,7 @@
 #include "platform/pocketshell/panel_keys.h"
 #include "tests/shell/shell_fixture.h"
 #include "tests/shell/shell_resources.h"
+#include "tests/shell/shell_settings.h"
 
 namespace {
 
@@ -52,7 +53,7 @@ TEST(PanelKeysTest, LockActsOnLettersOnlyAndShiftUndoesIt) {
 class InputPanelTest : public ShellTest {
  protected:
   InputPanelTest() {
-    setPanelPolicy(1);
+    setPanelPolicy(kPanelAlways);
     edit_ = HandheldCreateWindow(0, WC_EDITW, L"", WS_CHILD | WS_VISIBLE, 0, 0, 100, 20, top(), nullptr,
                                  nullptr, nullptr);
     SetFocus(edit_);
@@ -167,7 +168,7 @@ TEST_F(InputPanelTest, RefusesWhatItDoesNotKnow) {
 }
 
 TEST_F(InputPanelTest, NeverMeansNever) {
-  setPanelPolicy(2);
+  setPanelPolicy(kPanelNever);
   EXPECT_TRUE(SHSipPreference(top(), SIP_UP));
   EXPECT_FALSE(isUp());
   EXPECT_EQ(changeCount(), 0);
@@ -193,6 +194,36 @@ TEST_F(InputPanelTest, TheBarsButtonToggles) {
   EXPECT_TRUE(isUp());
   SendMessageW(button, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(5, 5));
   EXPECT_FALSE(isUp());
+}
+
+LRESULT CALLBACK countLifts(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR,
+                            DWORD_PTR count) {
+  if (message == WM_WINDOWPOSCHANGING) {
+    const auto& position = *reinterpret_cast<const WINDOWPOS*>(lParam);
+    if ((position.flags & SWP_NOZORDER) == 0) ++*reinterpret_cast<int*>(count);
+  }
+  return DefSubclassProc(window, message, wParam, lParam);
+}
+
+TEST_F(InputPanelTest, ComesUpAgainWhenTheKeyboardGoesToAControlOfItsOwnerOnly) {
+  const HWND other = CreateWindowExW(0, WC_EDITW, L"", WS_POPUP | WS_VISIBLE, 0, 0, 50, 50, nullptr, nullptr,
+                                     nullptr, nullptr);
+  SetFocus(top());
+  SHSipPreference(top(), SIP_UP);
+  pump();
+  int lifts = 0;
+  SetWindowSubclass(panel(), countLifts, 0, reinterpret_cast<DWORD_PTR>(&lifts));
+  SetFocus(edit_);
+  pump();
+  EXPECT_GT(lifts, 0);
+  SetFocus(other);
+  pump();
+  lifts = 0;
+  SetFocus(nullptr);
+  SetFocus(other);
+  pump();
+  EXPECT_EQ(lifts, 0);
+  DestroyWindow(other);
 }
 
 TEST_F(InputPanelTest, TypesIntoTheWindowWithTheKeyboardAndTakesNothing) {

@@ -1,9 +1,11 @@
 #include "platform/pocketshell/menu_keys.h"
 
+#include <array>
 #include <functional>
 #include <vector>
 
 #include "platform/pocketshell/menu_walk.h"
+#include "platform/pocketshell/shell_settings.h"
 #include "tests/shell/shell_fixture.h"
 #include "tests/shell/shell_resources.h"
 
@@ -131,7 +133,7 @@ TEST_F(MenuKeysTest, AGreyItemCannotBeChosen) {
 }
 
 TEST_F(MenuKeysTest, AnEnabledItemCanBeChosen) {
-  const auto file = reinterpret_cast<HMENU>(SendMessageW(bar_, SHCMBM_GETSUBMENU, 0, ID_FILE_BUTTON));
+  auto* const file = reinterpret_cast<HMENU>(SendMessageW(bar_, SHCMBM_GETSUBMENU, 0, ID_FILE_BUTTON));
   EnableMenuItem(file, ID_CLOSE, MF_ENABLED);
   keys_ = {{VK_UP, VK_RETURN}};
   pressAltAnd(L'f');
@@ -185,6 +187,50 @@ TEST_F(MenuKeysTest, APressedButtonOpensItsPopup) {
   pump();
   EXPECT_EQ(opened_, std::vector<UINT>{ID_DELETE});
   EXPECT_EQ(commandCount(ID_DELETE), 1);
+}
+
+TEST_F(MenuKeysTest, ARightClickOnTheBarOffersTheZoom) {
+  keys_ = {{VK_DOWN, VK_DOWN, VK_DOWN, VK_RETURN}};
+  SendMessageW(bar_, WM_RBUTTONUP, 0, MAKELPARAM(200, 5));
+  pump();
+  EXPECT_EQ(opened_.size(), 1U);
+  EXPECT_EQ(HandheldGetZoom(), 200);
+}
+
+/// Ctrl is down as long as it lives.
+class ControlDown {
+ public:
+  ControlDown() { set(0x80); }
+  ~ControlDown() { set(0); }
+  ControlDown(const ControlDown&) = delete;
+  ControlDown& operator=(const ControlDown&) = delete;
+
+ private:
+  static void set(BYTE state) {
+    std::array<BYTE, 256> keys{};
+    GetKeyboardState(keys.data());
+    keys[VK_CONTROL] = state;
+    SetKeyboardState(keys.data());
+  }
+};
+
+TEST_F(MenuKeysTest, ControlWithPlusMinusAnd0ChangesTheZoom) {
+  const auto zoomAfter = [this](WPARAM key) {
+    press(key);
+    pump();
+    return HandheldGetZoom();
+  };
+  EXPECT_EQ(zoomAfter(VK_OEM_PLUS), 100) << "without Ctrl";
+  const ControlDown control;
+  for (const int zoom : {150, 200, 300, 400, 400}) EXPECT_EQ(zoomAfter(VK_OEM_PLUS), zoom);
+  for (const int zoom : {300, 200, 150, 100, 100}) EXPECT_EQ(zoomAfter(VK_SUBTRACT), zoom);
+  HandheldSetZoom(160);
+  EXPECT_EQ(zoomAfter(VK_ADD), 200);
+  HandheldSetZoom(160);
+  EXPECT_EQ(zoomAfter(VK_OEM_MINUS), 150);
+  EXPECT_EQ(pocketshell::readZoomSetting(), 150);
+  zoomAfter(L'0');
+  EXPECT_EQ(pocketshell::readZoomSetting(), 0);
 }
 
 TEST_F(MenuKeysTest, TheBarMayBeRebuiltByTheCommand) {

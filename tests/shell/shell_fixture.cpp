@@ -4,17 +4,17 @@
 #include <utility>
 
 #include "tests/shell/shell_resources.h"
+#include "tests/shell/shell_settings.h"
 
 namespace {
 
 constexpr wchar_t kClassName[] = L"Shell Test";
-constexpr wchar_t kSettings[] = L"Software\\MorvaleSoftware\\Pocket Shell";
 constexpr DWORD kPatience = 5000;
 
 }  // namespace
 
 ShellTest::ShellTest() {
-  RegDeleteTreeW(HKEY_CURRENT_USER, kSettings);
+  forgetShellSettings();
   HandheldSetZoom(100);
   WNDCLASSW description{};
   description.lpfnWndProc = procedure;
@@ -29,7 +29,7 @@ ShellTest::ShellTest() {
 
 ShellTest::~ShellTest() {
   if (IsWindow(top_)) DestroyWindow(top_);
-  RegDeleteTreeW(HKEY_CURRENT_USER, kSettings);
+  forgetShellSettings();
 }
 
 int ShellTest::countOf(UINT message, WPARAM wParam) const {
@@ -85,10 +85,6 @@ RECT ShellTest::placeInParent(HWND window) {
   GetWindowRect(window, &rectangle);
   MapWindowPoints(nullptr, GetParent(window), reinterpret_cast<POINT*>(&rectangle), 2);
   return rectangle;
-}
-
-void ShellTest::setPanelPolicy(DWORD policy) {
-  RegSetKeyValueW(HKEY_CURRENT_USER, kSettings, L"InputPanel", REG_DWORD, &policy, sizeof(policy));
 }
 
 LRESULT CALLBACK ShellTest::procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {

@@ -43,7 +43,6 @@ class ShellTest : public testing::Test {
 
   static RECT clientRect(HWND window);
   static RECT placeInParent(HWND window);
-  static void setPanelPolicy(DWORD policy);
 
  private:
   static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);

@@ -116,8 +116,9 @@ LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM wParam, LPARAM lPar
 
 }  // namespace
 
-int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR commandLine, int) {
-  const std::wstring_view dialog = commandLine;
+// NOLINTNEXTLINE(readability-non-const-parameter): the signature is the system's
+int WINAPI wWinMain(HINSTANCE, HINSTANCE, LPWSTR lpCmdLine, int) {
+  const std::wstring_view dialog = lpCmdLine;
   WNDCLASSW description{};
   description.lpfnWndProc = procedure;
   description.hInstance = instance();

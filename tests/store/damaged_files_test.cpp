@@ -32,22 +32,35 @@ class DamagedFilesTest : public StoreTest {
           "SELECT * FROM t WHERE a > 'text 2' ORDER BY a DESC", "SELECT count(*), sum(id) FROM t"}) {
       std::unique_ptr<Recordset> recordset;
       if (!tryOpen(source, &recordset, SourceKind::unknown)) continue;
-      ++succeeded;
-      int records = 0;
-      while (!recordset->isEof() && ++records < 200) {
-        Cell cell;
-        for (std::size_t column = 0; column < recordset->columns().size(); ++column) {
-          if (recordset->cell(column, &cell)) succeeded += cell.kind == CellKind::null ? 0 : 1;
-        }
-        if (!recordset->moveNext()) break;
-      }
-      if (writes && recordset->isUpdatable() && recordset->recordCount() > 0 && recordset->moveFirst()) {
-        if (recordset->setValue(0, std::int64_t{100})) succeeded += recordset->update() ? 1 : 0;
-        if (recordset->cancelUpdate() && recordset->moveLast()) succeeded += recordset->remove() ? 1 : 0;
-        if (recordset->addNew()) succeeded += recordset->update() ? 1 : 0;
-      }
+      succeeded += 1 + readRecords(*recordset);
+      if (writes && recordset->isUpdatable()) succeeded += changeRecords(*recordset);
     }
     backend_.reset();
+    return succeeded;
+  }
+
+ private:
+  /// From the current record on, as many as there can be in such a small file.
+  static int readRecords(Recordset& recordset) {
+    int succeeded = 0;
+    int records = 0;
+    while (!recordset.isEof() && ++records < 200) {
+      Cell cell;
+      for (std::size_t column = 0; column < recordset.columns().size(); ++column) {
+        if (recordset.cell(column, &cell)) succeeded += cell.kind == CellKind::null ? 0 : 1;
+      }
+      if (!recordset.moveNext()) break;
+    }
+    return succeeded;
+  }
+
+  /// Changes the first record, deletes the last one and adds another.
+  static int changeRecords(Recordset& recordset) {
+    if (recordset.recordCount() == 0 || !recordset.moveFirst()) return 0;
+    int succeeded = 0;
+    if (recordset.setValue(0, std::int64_t{100})) succeeded += recordset.update() ? 1 : 0;
+    if (recordset.cancelUpdate() && recordset.moveLast()) succeeded += recordset.remove() ? 1 : 0;
+    if (recordset.addNew()) succeeded += recordset.update() ? 1 : 0;
     return succeeded;
   }
 };
@@ -141,7 +154,7 @@ TEST_F(DamagedFilesTest, ARecordThatIsDamagedWhileItsNeighboursAreSoundFailsAlon
   prepare("INSERT INTO t VALUES (1, 'short'), (2, printf('%05000d', 2)), (3, 'short')");
   std::string bytes = bytesOf(path_);
   // The long text goes on through a chain of pages; one link leads beyond the end of the file.
-  const std::size_t link = bytes.size() - 5 * 512;
+  const std::size_t link = bytes.size() - std::size_t{5} * 512;
   bytes.replace(link, 4, "\x7F\xFF\xFF\xFF", 4);
   writeBytes(path_, bytes);
   open();

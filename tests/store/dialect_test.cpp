@@ -262,7 +262,6 @@ TEST(DialectTest, CreateTableTakesEveryTypeNameOfTheHandheld) {
                                  "time",
                                  "timestamp",
                                  "image",
-                                 "memo",
                                  "blob",
                                  "bigint",
                                  "unsigned smallint",
@@ -279,6 +278,26 @@ TEST(DialectTest, CreateTableTakesEveryTypeNameOfTheHandheld) {
               "CREATE TABLE \"t\" (\"Order\" " + type + ", \"b\" Text)");
     MemoryDatabase database;
     EXPECT_TRUE(runDialect(&database, "CREATE TABLE t (Order " + type + ")")) << type;
+  }
+}
+
+TEST(DialectTest, ColumnsOfMemoAreOfText) {
+  EXPECT_EQ(sqlOf("CREATE TABLE t (a Memo ,b MEMO (9))"), "CREATE TABLE \"t\" (\"a\" text , \"b\" text (9))");
+  EXPECT_EQ(sqlOf("CREATE TABLE t (memo memo not null, [memo] memo)"),
+            "CREATE TABLE t (memo text not null, [memo] text )");
+  EXPECT_EQ(sqlOf("ALTER TABLE memo ADD COLUMN memo memo DEFAULT 'memo'"),
+            "ALTER TABLE memo ADD COLUMN memo text DEFAULT 'memo'");
+  EXPECT_EQ(sqlOf("ALTER TABLE t ADD memo memo;"), "ALTER TABLE t ADD memo text ");
+}
+
+TEST(DialectTest, WhatIsCalledMemoKeepsItsName) {
+  for (const std::string text :
+       {"CREATE TABLE t (a text, CONSTRAINT memo CHECK (a, memo))", "CREATE TABLE t AS SELECT a memo FROM u",
+        "CREATE TABLE t AS SELECT * FROM (SELECT a memo, b memo FROM u)", "CREATE TABLE memo (memo, b int)",
+        "CREATE TABLE t (memo integer primary key, b text default (memo))",
+        "ALTER TABLE t RENAME COLUMN memo TO a", "ALTER TABLE memo RENAME TO memo", "SELECT a memo FROM t",
+        "ALTER TABLE t ADD COLUMN memo text"}) {
+    EXPECT_EQ(sqlOf(text), text);
   }
 }
 

@@ -3,7 +3,11 @@
 #include <atomic>
 #include <cstdint>
 #include <gtest/gtest.h>
+#include <mutex>
 #include <sqlite3.h>
+#include <string>
+#include <string_view>
+#include <utility>
 
 namespace store {
 
@@ -28,6 +32,15 @@ bool fails(Operation operation) {
   return true;
 }
 
+std::mutex g_logMutex;
+std::string g_journalLog;
+
+void logOfJournal(const char* operation) {
+  const std::lock_guard<std::mutex> lock(g_logMutex);
+  g_journalLog += operation;
+  g_journalLog += ' ';
+}
+
 sqlite3_vfs* g_system = nullptr;
 sqlite3_vfs g_failing;
 sqlite3_io_methods g_methods;
@@ -35,7 +48,12 @@ sqlite3_io_methods g_methods;
 /// The system's own file lies behind it.
 struct File {
   sqlite3_file base;
+  bool isJournal;
 };
+
+bool isJournal(sqlite3_file* file) {
+  return reinterpret_cast<File*>(file)->isJournal;
+}
 
 sqlite3_file* systemFile(sqlite3_file* file) {
   return reinterpret_cast<sqlite3_file*>(reinterpret_cast<File*>(file) + 1);
@@ -62,9 +80,11 @@ int writeFile(sqlite3_file* file, const void* data, int length, sqlite3_int64 of
 }
 int truncateFile(sqlite3_file* file, sqlite3_int64 length) {
   if (fails(Operation::truncate)) return SQLITE_IOERR_TRUNCATE;
+  if (isJournal(file)) logOfJournal("truncate");
   return systemMethods(file)->xTruncate(systemFile(file), length);
 }
-int syncFile(sqlite3_file*, int) {
+int syncFile(sqlite3_file* file, int) {
+  if (isJournal(file)) logOfJournal("sync");
   // No power goes here, and a test of hundreds of runs can't wait for the disk.
   return fails(Operation::sync) ? SQLITE_IOERR_FSYNC : SQLITE_OK;
 }
@@ -106,10 +126,16 @@ int unmapSharedMemory(sqlite3_file* file, int remove) {
 
 int openFile(sqlite3_vfs*, const char* name, sqlite3_file* file, int flags, int* outFlags) {
   file->pMethods = nullptr;
+  reinterpret_cast<File*>(file)->isJournal = (flags & SQLITE_OPEN_MAIN_JOURNAL) != 0;
   if (fails(Operation::open)) return SQLITE_CANTOPEN;
   const int result = g_system->xOpen(g_system, name, systemFile(file), flags, outFlags);
   if (systemFile(file)->pMethods != nullptr) file->pMethods = &g_methods;
   return result;
+}
+
+int deleteFile(sqlite3_vfs*, const char* name, int syncFolder) {
+  if (std::string_view(name).ends_with("-journal")) logOfJournal("delete");
+  return g_system->xDelete(g_system, name, syncFolder);
 }
 
 }  // namespace
@@ -141,6 +167,7 @@ void FailingFileSystem::install() {
   g_failing.zName = "failing";
   g_failing.szOsFile = static_cast<int>(sizeof(File)) + g_system->szOsFile;
   g_failing.xOpen = openFile;
+  g_failing.xDelete = deleteFile;
   ASSERT_EQ(SQLITE_OK, sqlite3_vfs_register(&g_failing, 1));
 }
 
@@ -159,6 +186,11 @@ void FailingFileSystem::fail(Operation operation, int number, bool forEver) {
 bool FailingFileSystem::heal() {
   g_left = -1;
   return g_failed;
+}
+
+std::string FailingFileSystem::takeJournalLog() {
+  const std::lock_guard<std::mutex> lock(g_logMutex);
+  return std::exchange(g_journalLog, {});
 }
 
 }  // namespace store

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string>
+
 namespace store {
 
 /// The system's files, as SQLite reaches them, with operations that fail when a test wants it. While
@@ -17,6 +19,10 @@ class FailingFileSystem {
 
   /// No operation fails any more. Whether one did since fail().
   static bool heal();
+
+  /// What has been done to the size of rollback journals and to their durability since the last call, in
+  /// order: "truncate", "sync" and "delete", with a blank behind each.
+  static std::string takeJournalLog();
 };
 
 }  // namespace store

@@ -191,6 +191,21 @@ TEST_F(FaultTest, WithoutAFaultAllIsAcknowledged) {
   }
 }
 
+TEST_F(FaultTest, AChangeIsAcknowledgedWhenItsEmptiedJournalIsFlushed) {
+  remake("DELETE");
+  open();
+  const auto rows = records("Select * from [t]");
+  for (int n = 0; n < 3; ++n) {
+    FailingFileSystem::takeJournalLog();
+    ASSERT_TRUE(rows->setValue(1, "changed " + std::to_string(n)));
+    ASSERT_TRUE(rows->update());
+    const std::string log = FailingFileSystem::takeJournalLog();
+    const std::size_t emptied = log.rfind("truncate sync ");
+    ASSERT_NE(std::string::npos, emptied) << log;
+    EXPECT_GT(log.find("delete"), emptied) << log;
+  }
+}
+
 TEST_F(FaultTest, MemoryRefusedOnceAnywhereLosesNothing) {
   refuseMemoryEverywhere(false);
 }

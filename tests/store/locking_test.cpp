@@ -3,7 +3,7 @@
 #include <chrono>
 #include <thread>
 
-#include "platform/store/engine/read_lease.h"
+#include "platform/store/engine/connection_guard.h"
 #include "tests/store/store_fixture.h"
 
 namespace store {
@@ -125,7 +125,7 @@ TEST_F(LockingTest, AnUpdateWaitsForAnotherWriterAndThenFailsWithNothingLost) {
 TEST_F(LockingTest, AllWaitsOfOneUseTogetherTakeTheLockWait) {
   constexpr std::chrono::milliseconds kMost{800};
   OtherProgram ours(path_);
-  ReadLease lease(ours.handle(), kMost);
+  ConnectionGuard guard(ours.handle(), kMost, [] {});
   OtherProgram other(path_);
   other.run("BEGIN IMMEDIATE");
   const auto waits = [&] {
@@ -134,16 +134,16 @@ TEST_F(LockingTest, AllWaitsOfOneUseTogetherTakeTheLockWait) {
     return Clock::now() - start;
   };
   {
-    ReadLease::Use use(lease);
+    ConnectionGuard::Use use(guard);
     EXPECT_GE(waits(), kMost);
     EXPECT_LT(waits(), kMost / 2) << "the second wait goes on with the first";
   }
   {
-    ReadLease::Use use(lease);
-    const LockWait::Never never(lease.lockWait());
+    ConnectionGuard::Use use(guard);
+    const LockWait::Never never(guard.lockWait());
     EXPECT_LT(waits(), kMost / 2);
   }
-  ReadLease::Use use(lease);
+  ConnectionGuard::Use use(guard);
   EXPECT_GE(waits(), kMost) << "the next use waits by itself";
 }
 
@@ -225,6 +225,7 @@ TEST_F(LockingTest, ThreadsWithConnectionsOfTheirOwnLoseNoRecord) {
   constexpr int kRecordCount = 15;
   std::atomic<int> stored{0};
   std::vector<std::thread> threads;
+  threads.reserve(kThreadCount);
   for (int number = 0; number < kThreadCount; ++number) {
     threads.emplace_back([&, number] {
       std::unique_ptr<Backend> backend;
@@ -313,12 +314,80 @@ TEST_F(LockingTest, OthersCommitAfterOursAndOursAfterTheirs) {
   }
 }
 
-TEST_F(LockingTest, NoJournalIsLeftBesideTheFileBetweenChanges) {
+TEST_F(LockingTest, AWriterThatWaitsForUsCommitsAndOneThatWeWaitForToo) {
+  open({.lockWait = 20'000});
+  const auto rows = records("Select * from [t]");
+  OtherProgram other(path_);
+  sqlite3_busy_timeout(other.handle(), 20'000);
+  for (int n = 0; n < 10; ++n) {
+    // The journal of this change is still open when the other program begins its own.
+    ASSERT_TRUE(rows->setValue(1, "first " + std::to_string(n)));
+    ASSERT_TRUE(rows->update());
+    other.run("BEGIN IMMEDIATE; UPDATE t SET b = 'theirs' WHERE a = 2");
+    ASSERT_EQ("first " + std::to_string(n), textOf(*rows, 1)) << "read beside the other writer";
+    ASSERT_TRUE(rows->setValue(1, "second " + std::to_string(n)));
+    std::atomic<int> result{SQLITE_ERROR};
+    std::thread finisher([&] { result = other.tryRun("COMMIT"); });
+    const Status status = rows->update();
+    finisher.join();
+    ASSERT_TRUE(status) << status.message();
+    ASSERT_EQ(SQLITE_OK, result) << n;
+  }
+}
+
+TEST_F(LockingTest, SteadyWritersOfTwoProgramsLoseNothing) {
+  constexpr int kCount = 40;
+  open({.lockWait = 60'000});
+  const auto rows = records("Select * from [t]");
+  std::atomic<int> failure{SQLITE_OK};
+  std::thread writer([&] {
+    OtherProgram other(path_);
+    sqlite3_busy_timeout(other.handle(), 60'000);
+    for (int n = 0; n < kCount && failure == SQLITE_OK; ++n)
+      failure = other.tryRun("INSERT INTO t VALUES (1000, 'theirs')");
+  });
+  for (int n = 0; n < kCount; ++n) {
+    EXPECT_TRUE(rows->setValue(1, "mine " + std::to_string(n)));
+    const Status status = rows->update();
+    EXPECT_TRUE(status) << status.message();
+  }
+  writer.join();
+  EXPECT_EQ(SQLITE_OK, failure);
+  EXPECT_EQ(std::to_string(kCount), inFile("SELECT count(*) FROM t WHERE a = 1000"));
+  EXPECT_EQ("mine " + std::to_string(kCount - 1), inFile("SELECT b FROM t WHERE a = 1"));
+}
+
+TEST_F(LockingTest, NoJournalStaysBesideTheFileForMoreThanAMoment) {
+  const auto isJournalThere = [&] { return std::filesystem::exists(utf8Of(path_) + "-journal"); };
+  const auto vanishes = [&] {
+    const Clock::time_point end = Clock::now() + kPatience;
+    while (isJournalThere() && Clock::now() < end) std::this_thread::yield();
+    return !isJournalThere();
+  };
   open();
   run("INSERT INTO t VALUES (4, 'four')");
-  EXPECT_FALSE(std::filesystem::exists(utf8Of(path_) + "-journal"));
+  EXPECT_TRUE(vanishes());
   EXPECT_FALSE(tryRun("INSERT INTO t VALUES (5)"));
-  EXPECT_FALSE(std::filesystem::exists(utf8Of(path_) + "-journal"));
+  EXPECT_TRUE(vanishes());
+  run("INSERT INTO t VALUES (6, 'six')");
+  backend_.reset();
+  EXPECT_FALSE(isJournalThere()) << "after the closing";
+}
+
+TEST_F(LockingTest, AChangeOfAReadingThatAWriteAheadFileHasOvertakenGoesOnFromTheNewState) {
+  prepare("PRAGMA journal_mode = WAL");
+  open({.lockWait = 0});
+  const auto rows = records("Select * from [t]");
+  OtherProgram other(path_);
+  for (int n = 0; n < 20; ++n) {
+    ASSERT_TRUE(rows->setPosition(1));
+    ASSERT_EQ("one", textOf(*rows, 1).substr(0, 3));
+    const bool isSameRow = n % 2 == 0;
+    other.run("UPDATE t SET b = b || '+' WHERE rowid = " + std::string(isSameRow ? "1" : "2"));
+    ASSERT_TRUE(rows->setValue(0, std::int64_t{100 + n}));
+    EXPECT_EQ(isSameRow ? ErrorCode::changedElsewhere : ErrorCode::ok, rows->update().code()) << n;
+    ASSERT_TRUE(rows->cancelUpdate());
+  }
 }
 
 TEST_F(LockingTest, ReadersAndWritersOfAWriteAheadFileDoNotWaitForEachOther) {

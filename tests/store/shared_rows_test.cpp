@@ -1,28 +1,10 @@
 // Records under which other programs, and statements of our own, change the file.
-#include "tests/store/store_fixture.h"
+#include "tests/store/numbers_fixture.h"
 
 namespace store {
 namespace {
 
-class SharedRowsTest : public StoreTest {
- protected:
-  void openNumbers(int count) {
-    prepare("CREATE TABLE Numbers (N Integer, Name Varchar (20))");
-    OtherProgram other(path_);
-    for (int n = 1; n <= count; ++n) {
-      other.run("INSERT INTO Numbers VALUES (" + std::to_string(n * 10) + ", 'row " + std::to_string(n) +
-                "')");
-    }
-    open();
-    numbers_ = records("Select * from [Numbers]");
-    ASSERT_NE(nullptr, numbers_);
-  }
-
-  std::string current() { return textOf(*numbers_, 0); }
-  std::string inFile(const std::string& sql) { return OtherProgram(path_).ask(sql); }
-
-  std::unique_ptr<Recordset> numbers_;
-};
+class SharedRowsTest : public NumbersTest {};
 
 TEST_F(SharedRowsTest, ARowThatAnotherProgramDeletedReadsAsMissing) {
   openNumbers(3);

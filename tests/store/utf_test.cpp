@@ -18,6 +18,12 @@ std::string bytesOf(std::initializer_list<int> values) {
   return bytes;
 }
 
+std::u16string toUtf16(std::string_view text) {
+  std::u16string units(text.size(), u'\0');
+  units.resize(decodeUtf8(text, units.data()));
+  return units;
+}
+
 TEST(UtfTest, EmptyTextIsEmptyBothWays) {
   EXPECT_EQ(toUtf8(u""), "");
   EXPECT_EQ(toUtf16(""), u"");

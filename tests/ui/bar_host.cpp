@@ -95,7 +95,7 @@ void clickButton(HWND bar, int command) {
 }
 
 std::wstring buttonTip(HWND bar, int command) {
-  const auto tooltip = reinterpret_cast<HWND>(SendMessageW(bar, TB_GETTOOLTIPS, 0, 0));
+  auto* const tooltip = reinterpret_cast<HWND>(SendMessageW(bar, TB_GETTOOLTIPS, 0, 0));
   NMTTDISPINFOW wanted{};
   wanted.hdr = {tooltip, static_cast<UINT_PTR>(command), TTN_GETDISPINFOW};
   wanted.lpszText = wanted.szText;

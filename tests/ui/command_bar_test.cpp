@@ -72,7 +72,7 @@ class BoxAnswer {
 
  private:
   static LRESULT CALLBACK onEvent(int code, WPARAM wParam, LPARAM lParam) {
-    const auto box = reinterpret_cast<HWND>(wParam);
+    auto* const box = reinterpret_cast<HWND>(wParam);
     constexpr int kTextId = 0xFFFF;
     if (code == HCBT_ACTIVATE && GetDlgItem(box, kTextId)) {
       wchar_t buffer[100] = L"";

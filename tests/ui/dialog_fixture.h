@@ -9,6 +9,7 @@
 
 #include "base/app_colors.h"
 #include "platform/pocketshell/handheld_windows.h"
+#include "tests/shell/shell_settings.h"
 #include "tests/ui/dialog_script.h"
 #include "tests/ui/shell_frame.h"
 #include "tests/ui/window_reading.h"
@@ -21,7 +22,7 @@ class DialogTest : public RegistryTest {
  protected:
   void SetUp() override {
     RegistryTest::SetUp();
-    useInputPanel(true);
+    setPanelPolicy(kPanelAlways);
     HandheldSetZoom(100);
     resetAppColors();
     frame_ = std::make_unique<ShellFrame>();
@@ -40,21 +41,6 @@ class DialogTest : public RegistryTest {
   }
 
   HWND frame() const { return frame_->get(); }
-
-  static bool panelIsUp() {
-    SIPINFO panel{};
-    panel.cbSize = sizeof(panel);
-    return SHSipInfo(SPI_GETSIPINFO, 0, &panel, 0) != FALSE && (panel.fdwFlags & SIPF_ON) != 0;
-  }
-
-  /// Whether programs may raise the input panel, as the user can set it.
-  static void useInputPanel(bool used) {
-    constexpr DWORD kAsHandheld = 1;
-    constexpr DWORD kNever = 2;
-    const DWORD policy = used ? kAsHandheld : kNever;
-    RegSetKeyValueW(HKEY_CURRENT_USER, L"Software\\MorvaleSoftware\\Pocket Shell", L"InputPanel", REG_DWORD,
-                    &policy, sizeof policy);
-  }
 
  private:
   /// Of dialogs and frames; what the shell and the system keep for themselves stays out.

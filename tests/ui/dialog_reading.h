@@ -45,6 +45,19 @@ inline std::multiset<wchar_t> accessKeys(HWND dialog) {
   return keys;
 }
 
+/// Identifiers of the controls that the Tab key reaches, in its order: from `first` round, or from the one
+/// that the dialog begins with.
+inline std::vector<int> tabOrder(HWND dialog, int first = 0) {
+  const HWND start = first != 0 ? GetDlgItem(dialog, first) : GetNextDlgTabItem(dialog, nullptr, FALSE);
+  std::vector<int> ids;
+  HWND each = start;
+  do {
+    ids.push_back(GetDlgCtrlID(each));
+    each = GetNextDlgTabItem(dialog, each, FALSE);
+  } while (each != start && ids.size() < 100);
+  return ids;
+}
+
 /// A box's icon; null when it shows none.
 inline HICON iconOfBox(HWND box) {
   for (const HWND child : childrenOf(box)) {

@@ -232,6 +232,41 @@ TEST_F(DocumentFilesTest, AQueryThatCantBeDeletedIsStillThere) {
   EXPECT_THAT(window().queries->items, ElementsAre(L"used"));
 }
 
+TEST_F(DocumentFilesTest, AQueryThatAnotherProgramMovedIsFollowedByItsName) {
+  addQueries();
+  open();
+  document().setViewMode(ViewMode::queries);
+  document().openQuerySelection(0);
+  runStatements(path(), {L"INSERT INTO QuivaneQueries VALUES ('a new first', 'Select 1')"});
+  EXPECT_TRUE(document().changeChosenQuery({L"big", L"Select 2"}));
+  EXPECT_THAT(window().queries->items, ElementsAre(L"a new first", L"big", L"wrong"));
+  SavedQuery stored;
+  ASSERT_TRUE(document().chosenQuery(stored));
+  EXPECT_STREQ(stored.sql.text(), L"Select 2");
+  runStatements(path(), {L"INSERT INTO QuivaneQueries VALUES ('a newer first', 'Select 1')"});
+  window().prompts.answer = IDYES;
+  EXPECT_EQ(document().deleteQueryCommand(), CommandResult::done);
+  EXPECT_THAT(window().queries->items, ElementsAre(L"a new first", L"a newer first", L"wrong"));
+}
+
+TEST_F(DocumentFilesTest, InThePlaceOfAQueryThatAnotherProgramDeletedNoOtherIsTouched) {
+  addQueries();
+  open();
+  document().setViewMode(ViewMode::queries);
+  document().openQuerySelection(0);
+  runStatements(path(), {L"DELETE FROM QuivaneQueries WHERE QueryName = 'big'",
+                         L"INSERT INTO QuivaneQueries VALUES ('beside', 'Select 1')"});
+  EXPECT_FALSE(document().changeChosenQuery({L"big", L"Select 2"}));
+  window().prompts.answer = IDYES;
+  EXPECT_EQ(document().deleteQueryCommand(), CommandResult::failed);
+  ASSERT_EQ(messages().size(), 3u);
+  EXPECT_EQ(messages()[0].text,
+            L"Query 'big' could not be stored.\nAnother program has renamed or deleted it.");
+  EXPECT_EQ(messages()[2].text,
+            L"Query 'big' could not be deleted.\nAnother program has renamed or deleted it.");
+  EXPECT_THAT(window().queries->items, ElementsAre(L"beside", L"wrong"));
+}
+
 TEST_F(DocumentFilesTest, AfterTheLastQueryTheTableIsInUseAgain) {
   runStatements(path(),
                 {L"CREATE TABLE 'QuivaneQueries' (QueryName Text ,SQL Text)",

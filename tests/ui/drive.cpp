@@ -248,7 +248,7 @@ int parseNumber(const std::wstring& text) {
 int wmain(int argc, wchar_t** argv) {
   if (argc < 2) return usage();
   const std::wstring name = argv[1];
-  const auto verb =
+  const auto* const verb =
       std::find_if(kVerbs.begin(), kVerbs.end(), [&](const VerbRow& row) { return name == row.name; });
   if (verb == kVerbs.end()) return usage();
   Arguments arguments;

@@ -135,6 +135,7 @@ struct FakeQueries final : FakeNames<QueriesPage> {
   }
   void setSelectedIndex(int index) override {
     calls.push_back("queries.setSelectedIndex " + std::to_string(index));
+    selected = index;
   }
 };
 

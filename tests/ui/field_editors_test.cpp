@@ -1,3 +1,7 @@
+#include <windows.h>
+
+#include <commctrl.h>
+
 #include "gmock/gmock.h"
 #include "tests/ui/dialog_script.h"
 #include "tests/ui/form_fixture.h"
@@ -24,6 +28,16 @@ std::wstring todayText() {
 
 MessageBoxes::Box onlyNumbers(const std::wstring& field) {
   return {L"Quivane", L"Only numbers are allowed\nField '" + field + L"'"};
+}
+
+bool isTopmost(HWND window) {
+  return (GetWindowLongPtrW(window, GWL_EXSTYLE) & WS_EX_TOPMOST) != 0;
+}
+
+LRESULT CALLBACK noteTopmost(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR,
+                             DWORD_PTR note) {
+  if (message == WM_DESTROY) *reinterpret_cast<bool*>(note) = isTopmost(window);
+  return DefSubclassProc(window, message, wParam, lParam);
 }
 
 // ---- Typing
@@ -67,6 +81,24 @@ TEST_F(FieldEditorsTest, ATabInANumberShowsTheMessage) {
   type(textEditor(0), L"\t");
   EXPECT_THAT(boxes.seen(), ElementsAre(onlyNumbers(L"f0")));
   EXPECT_EQ(textOf(textEditor(0)), L"5");
+}
+
+TEST_F(FieldEditorsTest, NothingElseCanBeUsedOrCoverTheMessageWhileItIsOpen) {
+  showTable(L"CREATE TABLE 'T' (n Integer)", {L"INSERT INTO T VALUES (NULL)"});
+  bool formEnabled = true;
+  bool onTop = false;
+  const DialogScript script([&](HWND box) {
+    formEnabled = IsWindowEnabled(host()) != FALSE;
+    // What it was until its end: now it is not shown yet.
+    SetWindowSubclass(box, noteTopmost, 0, reinterpret_cast<DWORD_PTR>(&onTop));
+    DialogScript::close(box, IDOK);
+  });
+  type(textEditor(), L"x");
+  ASSERT_EQ(script.count(), 1);
+  EXPECT_FALSE(formEnabled);
+  EXPECT_TRUE(onTop);
+  EXPECT_TRUE(IsWindowEnabled(host()));
+  EXPECT_FALSE(isTopmost(host()));
 }
 
 TEST_F(FieldEditorsTest, TheCharactersOfAnEditorThatIsNotRegisteredAreNotJudged) {

@@ -381,7 +381,7 @@ TEST_F(FindDialogTest, AfterASearchTheTextHeadsTheListAndTheBoxesAreAsStored) {
 }
 
 TEST_F(FindDialogTest, ThePanelIsUpForTypingAndGoesDownForTheMatches) {
-  setPanelPolicy(1);
+  setPanelPolicy(kPanelAlways);
   show([&](HWND window) {
     EXPECT_TRUE(isPanelUp());
     click(window, kNext);
@@ -395,7 +395,7 @@ TEST_F(FindDialogTest, ThePanelIsUpForTypingAndGoesDownForTheMatches) {
 }
 
 TEST_F(FindDialogTest, ThePanelThatWasUpBeforeStaysUp) {
-  setPanelPolicy(1);
+  setPanelPolicy(kPanelAlways);
   SHSipPreference(top(), SIP_UP);
   show([&](HWND window) {
     click(window, kNext);

@@ -3,11 +3,13 @@
 #include <commctrl.h>
 
 #include <algorithm>
+#include <array>
 
 #include "gmock/gmock.h"
 #include "tests/ui/dialog_script.h"
 #include "tests/ui/form_fixture.h"
 #include "tests/ui/window_reading.h"
+#include "views/calendar_keys.h"
 #include "views/calendar_popup.h"
 #include "views/current_dialog.h"
 #include "views/date_field_editor.h"
@@ -308,6 +310,49 @@ TEST_F(CalendarTest, TheSpaceKeyOpensItAndEnterAndEscapeClose) {
   type(dateEditor(), L" ");
   EXPECT_EQ(script.count(), 2);
   EXPECT_EQ(textOf(dateEditor()), L"3/9/2001") << "Enter takes the date of the calendar";
+}
+
+TEST_F(CalendarTest, TheArrowsMoveInIt) {
+  showDate(L"'2001-03-09'");
+  DialogScript script([&](HWND dialog) {
+    const HWND calendar = GetDlgItem(dialog, kCalendar);
+    for (const WPARAM key : {VK_RIGHT, VK_DOWN, VK_RETURN}) PostMessageW(calendar, WM_KEYDOWN, key, 1);
+  });
+  type(dateEditor(), L" ");
+  ASSERT_EQ(script.count(), 1);
+  EXPECT_EQ(textOf(dateEditor()), L"3/17/2001");
+}
+
+struct KeyCase {
+  WORD year, month, day;
+  WPARAM key;
+  WORD nextYear, nextMonth, nextDay;
+};
+
+TEST(CalendarKeysTest, LeadByDaysWeeksAndMonths) {
+  constexpr KeyCase kCases[] = {
+      {2001, 3, 1, VK_LEFT, 2001, 2, 28},    {2000, 2, 28, VK_RIGHT, 2000, 2, 29},
+      {2001, 1, 3, VK_UP, 2000, 12, 27},     {2001, 12, 30, VK_DOWN, 2002, 1, 6},
+      {2001, 3, 31, VK_PRIOR, 2001, 2, 28},  {2004, 3, 31, VK_PRIOR, 2004, 2, 29},
+      {2001, 1, 15, VK_PRIOR, 2000, 12, 15}, {2001, 12, 31, VK_NEXT, 2002, 1, 31},
+      {1900, 1, 31, VK_NEXT, 1900, 2, 28},   {2001, 3, 9, VK_HOME, 2001, 3, 1},
+      {2001, 4, 9, VK_END, 2001, 4, 30},
+  };
+  for (const KeyCase& each : kCases) {
+    SYSTEMTIME day{};
+    day.wYear = each.year;
+    day.wMonth = each.month;
+    day.wDay = each.day;
+    const auto next = dayAfterKey(day, each.key);
+    ASSERT_TRUE(next.has_value());
+    EXPECT_EQ((std::array{next->wYear, next->wMonth, next->wDay}),
+              (std::array{each.nextYear, each.nextMonth, each.nextDay}))
+        << each.year << '-' << each.month << '-' << each.day;
+  }
+  SYSTEMTIME day{};
+  day.wYear = 2001;
+  day.wMonth = day.wDay = 1;
+  EXPECT_FALSE(dayAfterKey(day, VK_SPACE).has_value());
 }
 
 TEST_F(CalendarTest, AFormThatIsTakenDownUnderItTakesNothing) {

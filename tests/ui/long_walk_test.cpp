@@ -12,6 +12,7 @@
 #include "base/settings_store.h"
 #include "gmock/gmock.h"
 #include "resources/command_ids.h"
+#include "tests/shell/shell_settings.h"
 #include "tests/support/paths.h"
 #include "tests/ui/program_thread.h"
 #include "tests/ui/remote_window.h"
@@ -24,7 +25,6 @@
 
 namespace {
 
-constexpr wchar_t kShellKey[] = L"Software\\MorvaleSoftware\\Pocket Shell";
 constexpr int kTables = 0;
 constexpr int kForm = 1;
 constexpr int kList = 2;
@@ -61,7 +61,7 @@ HWND childOfClass(HWND parent, const wchar_t* className) {
       [](HWND child, LPARAM state) -> BOOL {
         auto& looking = *reinterpret_cast<Search*>(state);
         if (classOf(child) == looking.wanted) looking.found = child;
-        return looking.found == nullptr;
+        return looking.found == nullptr ? TRUE : FALSE;
       },
       reinterpret_cast<LPARAM>(&search));
   return search.found;
@@ -70,14 +70,13 @@ HWND childOfClass(HWND parent, const wchar_t* className) {
 class LongWalkTest : public testing::Test {
  protected:
   void SetUp() override {
-    const DWORD asHandheld = 1;
-    RegSetKeyValueW(HKEY_CURRENT_USER, kShellKey, L"InputPanel", REG_DWORD, &asHandheld, sizeof(asHandheld));
+    setPanelPolicy(kPanelAlways);
     databases_ = makeWalkDatabases(folder_.path(), random_);
     database_ = &databases_.front();
   }
   void TearDown() override {
     program_.reset();
-    RegDeleteTreeW(HKEY_CURRENT_USER, kShellKey);
+    forgetShellSettings();
     RegDeleteTreeW(HKEY_CURRENT_USER, SettingsStore::kRoot);
   }
 

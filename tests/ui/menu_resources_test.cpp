@@ -10,7 +10,6 @@
 #include "tests/ui/menu_texts.h"
 
 using testing::ElementsAre;
-using testing::ElementsAreArray;
 using testing::IsEmpty;
 
 namespace {
@@ -124,7 +123,7 @@ TEST(MenuResourcesTest, TheDescriptionsNameMenuAndButtons) {
   constexpr int kNoImage = 0xFFFE;
   constexpr int kState = TBSTATE_ENABLED;
   constexpr int kStyle = TBSTYLE_DROPDOWN | TBSTYLE_AUTOSIZE;
-  const auto expected = [&](int resource, std::vector<std::pair<int, int>> buttons) {
+  const auto expected = [&](int resource, const std::vector<std::pair<int, int>>& buttons) {
     std::vector<int> numbers = {resource, static_cast<int>(buttons.size())};
     int popup = 0;
     for (const auto& [command, label] : buttons) {
@@ -133,7 +132,9 @@ TEST(MenuResourcesTest, TheDescriptionsNameMenuAndButtons) {
     }
     return numbers;
   };
-  const std::pair file{40024, 40026}, edit{40027, 40029}, record{40030, 40032};
+  const std::pair file{40024, 40026};
+  const std::pair edit{40027, 40029};
+  const std::pair record{40030, 40032};
   EXPECT_EQ(description(217), expected(217, {file}));
   EXPECT_EQ(description(218), expected(218, {file, edit, {40057, 40059}}));
   EXPECT_EQ(description(216), expected(216, {file, edit, record}));

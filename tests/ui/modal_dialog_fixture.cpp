@@ -9,17 +9,6 @@
 
 namespace {
 
-constexpr wchar_t kClassName[] = L"Dialog Owner";
-constexpr wchar_t kSettings[] = L"Software\\MorvaleSoftware\\Pocket Shell";
-
-std::vector<HWND> childrenOf(HWND dialog) {
-  std::vector<HWND> children;
-  for (HWND each = GetWindow(dialog, GW_CHILD); each; each = GetWindow(each, GW_HWNDNEXT)) {
-    children.push_back(each);
-  }
-  return children;
-}
-
 BOOL CALLBACK countWindow(HWND window, LPARAM count) {
   ++*reinterpret_cast<int*>(count);
   EnumChildWindows(
@@ -32,40 +21,21 @@ BOOL CALLBACK countWindow(HWND window, LPARAM count) {
   return TRUE;
 }
 
-/// What the control's text takes, with its line breaks.
-SIZE textSize(HWND control) {
-  const HDC context = GetDC(control);
-  const auto font = reinterpret_cast<HFONT>(SendMessageW(control, WM_GETFONT, 0, 0));
-  const HGDIOBJ before = SelectObject(context, font);
-  RECT needed{};
-  DrawTextW(context, textOf(control).c_str(), -1, &needed, DT_CALCRECT);
-  SelectObject(context, before);
-  ReleaseDC(control, context);
-  return {needed.right, needed.bottom};
-}
-
 }  // namespace
 
 ModalDialogFixture::ModalDialogFixture() {
   INITCOMMONCONTROLSEX controls{sizeof(controls), ICC_LISTVIEW_CLASSES};
   InitCommonControlsEx(&controls);
-  RegDeleteTreeW(HKEY_CURRENT_USER, kSettings);
+  forgetShellSettings();
   HandheldSetZoom(100);
-  WNDCLASSW description{};
-  description.lpfnWndProc = DefWindowProcW;
-  description.hInstance = GetModuleHandleW(nullptr);
-  description.lpszClassName = kClassName;
-  RegisterClassW(&description);  // fails but for the first
-  owner_ =
-      HandheldCreateWindow(0, kClassName, L"Quivane", WS_VISIBLE, CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT,
-                           CW_USEDEFAULT, nullptr, nullptr, GetModuleHandleW(nullptr), nullptr);
+  frame_ = std::make_unique<ShellFrame>(WS_VISIBLE);
 }
 
 ModalDialogFixture::~ModalDialogFixture() {
-  SHSipPreference(owner_, SIP_DOWN);
-  DestroyWindow(owner_);
+  SHSipPreference(owner(), SIP_DOWN);
+  frame_.reset();
   HandheldSetZoom(100);
-  RegDeleteTreeW(HKEY_CURRENT_USER, kSettings);
+  forgetShellSettings();
 }
 
 std::vector<ModalDialogFixture::Refusal> ModalDialogFixture::refusals(HWND dialog) {
@@ -78,35 +48,13 @@ std::vector<ModalDialogFixture::Refusal> ModalDialogFixture::refusals(HWND dialo
   return result;
 }
 
-void ModalDialogFixture::useInputPanel() {
-  const DWORD asHandheld = 1;
-  RegSetKeyValueW(HKEY_CURRENT_USER, kSettings, L"InputPanel", REG_DWORD, &asHandheld, sizeof(asHandheld));
-}
-
-bool ModalDialogFixture::isPanelUp() {
-  SIPINFO info{};
-  info.cbSize = sizeof(info);
-  return SHSipInfo(SPI_GETSIPINFO, 0, &info, 0) && (info.fdwFlags & SIPF_ON) != 0;
-}
-
-std::vector<int> ModalDialogFixture::tabOrder(HWND dialog) {
-  std::vector<int> order;
-  HWND each = GetNextDlgTabItem(dialog, nullptr, FALSE);
-  while (each && (order.empty() || GetDlgCtrlID(each) != order.front())) {
-    order.push_back(GetDlgCtrlID(each));
-    each = GetNextDlgTabItem(dialog, each, FALSE);
-  }
-  return order;
-}
-
 std::vector<std::wstring> ModalDialogFixture::cutLabels(HWND dialog) {
   std::vector<std::wstring> cut;
   for (const HWND control : childrenOf(dialog)) {
     const std::wstring name = classOf(control);
     if (name != L"Static" && name != L"Button") continue;
-    const SIZE needed = textSize(control);
-    const ControlPlace place = placeOf(control);
-    if (needed.cx > place.width || needed.cy > place.height) cut.push_back(::textOf(control));
+    auto* const font = reinterpret_cast<HFONT>(SendMessageW(control, WM_GETFONT, 0, 0));
+    if (!textFits(control, font)) cut.push_back(::textOf(control));
   }
   return cut;
 }

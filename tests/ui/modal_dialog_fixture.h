@@ -2,13 +2,16 @@
 
 #include <windows.h>
 
+#include <memory>
 #include <string>
 #include <vector>
 
 #include "gmock/gmock.h"
-#include "platform/pocketshell/aygshell.h"
+#include "tests/shell/shell_settings.h"
+#include "tests/ui/dialog_reading.h"
 #include "tests/ui/dialog_script.h"
 #include "tests/ui/message_box_spy.h"
+#include "tests/ui/shell_frame.h"
 #include "tests/ui/window_reading.h"
 
 /// A main window of this process over which dialogs open, at zoom 100 and with the shell's settings as
@@ -19,7 +22,7 @@ class ModalDialogFixture : public testing::Test {
   ModalDialogFixture();
   ~ModalDialogFixture() override;
 
-  HWND owner() const { return owner_; }
+  HWND owner() const { return frame_->get(); }
 
   /// Sends the command of a button and waits for what it does.
   static void press(HWND dialog, int id) {
@@ -39,12 +42,6 @@ class ModalDialogFixture : public testing::Test {
   };
   std::vector<Refusal> refusals(HWND dialog);
 
-  /// The panel comes when a dialog asks for it.
-  static void useInputPanel();
-  static bool isPanelUp();
-
-  /// Identifiers of the controls that the tab key reaches, in its order.
-  static std::vector<int> tabOrder(HWND dialog);
   /// Identifiers of the static controls whose text does not fit.
   static std::vector<std::wstring> cutLabels(HWND dialog);
   /// Over the main window, no larger than it, and every control inside.
@@ -64,6 +61,6 @@ class ModalDialogFixture : public testing::Test {
   static Alive alive();
 
  private:
-  HWND owner_ = nullptr;
+  std::unique_ptr<ShellFrame> frame_;
   MessageBoxSpy boxes_;
 };

@@ -187,7 +187,7 @@ TEST_F(NewFieldTest, EnterConfirmsAndEscapeCancels) {
 }
 
 TEST_F(NewFieldTest, TheInputPanelIsUpWhileItIsOpen) {
-  useInputPanel();
+  setPanelPolicy(kPanelAlways);
   for (const int end : {IDOK, IDCANCEL}) {
     NewFieldDialog field;
     ASSERT_FALSE(isPanelUp());
@@ -202,7 +202,7 @@ TEST_F(NewFieldTest, TheInputPanelIsUpWhileItIsOpen) {
 }
 
 TEST_F(NewFieldTest, AnInputPanelThatWasUpStays) {
-  useInputPanel();
+  setPanelPolicy(kPanelAlways);
   SHSipPreference(owner(), SIP_UP);
   NewFieldDialog field;
   DialogScript script([&](HWND dialog) { press(dialog, IDCANCEL); });

@@ -293,18 +293,18 @@ TEST_P(OptionsLayoutTest, ItFollowsAChangeOfTheZoom) {
 
 TEST_F(OptionsSheetTest, TheInputPanelIsDownWhileTheSheetIsOpenAndUpAgainAfterwards) {
   SHSipPreference(frame(), SIP_UP);
-  ASSERT_TRUE(panelIsUp());
+  ASSERT_TRUE(isPanelUp());
   show([&](HWND sheet) {
-    EXPECT_FALSE(panelIsUp());
+    EXPECT_FALSE(isPanelUp());
     closeByOk(sheet);
   });
-  EXPECT_TRUE(panelIsUp());
+  EXPECT_TRUE(isPanelUp());
 }
 
 TEST_F(OptionsSheetTest, AnInputPanelThatWasDownStaysDown) {
   show([&](HWND sheet) { closeByOk(sheet); });
   EXPECT_EQ(sheetCount(), 1);
-  EXPECT_FALSE(panelIsUp());
+  EXPECT_FALSE(isPanelUp());
 }
 
 TEST_F(OptionsSheetTest, ThePageObjectsKnowTheirWindowsOnlyWhileTheseExist) {

@@ -216,7 +216,7 @@ TEST_F(PageBarsTest, EveryButtonIsEnabledPlainAndHasAnImage) {
     create(page);
     for (const HWND bar : {bars_.firstBand(), bars_.secondBand()}) {
       if (bar == bars_.positionBox()) continue;
-      const auto images = reinterpret_cast<HIMAGELIST>(SendMessageW(bar, TB_GETIMAGELIST, 0, 0));
+      auto* const images = reinterpret_cast<HIMAGELIST>(SendMessageW(bar, TB_GETIMAGELIST, 0, 0));
       const std::vector<TBBUTTON> buttons = toolbarButtons(bar);
       EXPECT_EQ(ImageList_GetImageCount(images), static_cast<int>(buttons.size()));
       for (std::size_t i = 0; i < buttons.size(); ++i) {

@@ -93,6 +93,25 @@ TEST_F(TablesPageTest, TheStyleCommandsChangeNothingOnOtherPages) {
   EXPECT_EQ(listStyle(opened.tables()), DWORD{LVS_ICON});
 }
 
+TEST_F(TablesPageTest, NoScrollBarAcrossStaysAfterAZoomAndBack) {
+  makeDatabase(file("many.cdb"), {L"CREATE TABLE 'A' (a Integer)", L"CREATE TABLE 'B' (a Integer)",
+                                  L"CREATE TABLE 'C' (a Integer)", L"CREATE TABLE 'D' (a Integer)",
+                                  L"CREATE TABLE 'E' (a Integer)", L"CREATE TABLE 'F' (a Integer)",
+                                  L"CREATE TABLE 'G' (a Integer)", L"CREATE TABLE 'H' (a Integer)"});
+  OpenedDatabase opened(file("many.cdb"));
+  ASSERT_NE(opened.tables(), nullptr);
+  const auto scrollBars = [&] {
+    return GetWindowLongW(opened.tables(), GWL_STYLE) & (WS_HSCROLL | WS_VSCROLL);
+  };
+  EXPECT_EQ(scrollBars(), WS_VSCROLL);
+  constexpr WPARAM kTwofold = 0xE030;
+  constexpr WPARAM kOnce = 0xE010;
+  for (const WPARAM zoom : {kTwofold, kOnce}) {
+    SendMessageW(opened.main(), WM_SYSCOMMAND, zoom, 0);
+    EXPECT_EQ(scrollBars() & WS_HSCROLL, 0) << std::hex << zoom;
+  }
+}
+
 class ListPageTest : public UiTest {};
 
 TEST_F(ListPageTest, ATapOnATableAndOnTheListTabShowsItsRecords) {
@@ -289,6 +308,22 @@ TEST_F(GridMoveTest, ATapChoosesTheRowThatTheCommandsGoOnFrom) {
   EXPECT_EQ(remote::selectedItem(grid), 2);
 }
 
+TEST_F(GridMoveTest, AWindowThatGetsTheKeyboardBeforeItIsRestoredGivesItToTheGrid) {
+  OpenedDatabase opened(file("a.cdb"));
+  const HWND grid = opened.showRecords(0);
+  ASSERT_NE(grid, nullptr);
+  const UniqueWindow other(CreateWindowExW(0, L"STATIC", L"another program", WS_OVERLAPPED | WS_VISIBLE, 0, 0,
+                                           50, 50, nullptr, nullptr, nullptr, nullptr));
+  SetForegroundWindow(other.get());
+  ASSERT_TRUE(remote::waitUntil([&] { return remote::focus(opened.main()) == nullptr; }));
+  ShowWindow(opened.main(), SW_SHOWMINNOACTIVE);
+  ASSERT_TRUE(remote::waitUntil([&] { return IsIconic(opened.main()) != FALSE; }));
+  SetForegroundWindow(opened.main());
+  ASSERT_TRUE(remote::waitUntil([&] { return remote::focus(opened.main()) == opened.main(); }));
+  ShowWindow(opened.main(), SW_RESTORE);
+  EXPECT_TRUE(remote::waitUntil([&] { return remote::focus(opened.main()) == grid; }));
+}
+
 TEST_F(GridMoveTest, WhoComesBackToTheWindowGoesOnInTheGrid) {
   OpenedDatabase opened(file("a.cdb"));
   const HWND grid = opened.showRecords(0);
@@ -419,6 +454,21 @@ TEST_F(QueriesPageTest, AKeyThatGoesToTheQueryThatIsSelectedAlreadyChoosesIt) {
       [&] { return SendMessageW(queries, LVM_GETNEXTITEM, kFromTheBeginning, LVNI_FOCUSED) == 0; }));
   ASSERT_TRUE(remote::switchToPage(opened.main(), OpenedDatabase::kListPage));
   EXPECT_THAT(remote::itemTexts(remote::recordGrid(opened.main())), ElementsAre(L"1", L"2"));
+}
+
+TEST_F(QueriesPageTest, SpaceChoosesTheTableThatIsSelectedAndFocusedAlready) {
+  OpenedDatabase opened(file("q.cdb"));
+  ASSERT_NE(opened.tables(), nullptr);
+  remote::pressKey(opened.tables(), VK_HOME);
+  constexpr WPARAM kFromTheBeginning = static_cast<WPARAM>(-1);
+  ASSERT_TRUE(remote::waitUntil(
+      [&] { return SendMessageW(opened.tables(), LVM_GETNEXTITEM, kFromTheBeginning, LVNI_FOCUSED) == 0; }));
+  ASSERT_TRUE(remote::switchToPage(opened.main(), OpenedDatabase::kQueriesPage));
+  ASSERT_TRUE(remote::selectItem(remote::shownPage(opened.main()), 1));
+  ASSERT_TRUE(remote::switchToPage(opened.main(), OpenedDatabase::kTablesPage));
+  remote::pressKey(opened.tables(), VK_SPACE);
+  ASSERT_TRUE(remote::switchToPage(opened.main(), OpenedDatabase::kListPage));
+  EXPECT_THAT(remote::itemTexts(remote::recordGrid(opened.main())), ElementsAre(L"1", L"2", L"3"));
 }
 
 TEST_F(QueriesPageTest, ATapOnTheSelectedTableLeadsBackToItsRecords) {

@@ -3,23 +3,20 @@
 
 #include "base/options.h"
 #include "base/settings_store.h"
+#include "tests/shell/shell_settings.h"
 #include "tests/ui/ui_test.h"
 
 using testing::ElementsAre;
 
 namespace {
 
-constexpr wchar_t kShellKey[] = L"Software\\MorvaleSoftware\\Pocket Shell";
 constexpr int kRebar = 1000;
 constexpr int kFirstTextEditor = 1200;
 
 class PanelTest : public UiTest {
  protected:
   void SetUp() override {
-    const DWORD asHandheld = 1;
-    ASSERT_EQ(RegSetKeyValueW(HKEY_CURRENT_USER, kShellKey, L"InputPanel", REG_DWORD, &asHandheld,
-                              sizeof(asHandheld)),
-              ERROR_SUCCESS);
+    setPanelPolicy(kPanelAlways);
     makeDatabase(
         file("a.cdb"),
         {L"CREATE TABLE 'T' (f0 Integer, f1 Integer, f2 Integer, f3 Integer, f4 Integer, f5 Integer, "
@@ -27,7 +24,7 @@ class PanelTest : public UiTest {
          L"INSERT INTO T VALUES (0, 1, 2, 3, 4, 5, 6, 7, 8)"});
   }
   void TearDown() override {
-    RegDeleteTreeW(HKEY_CURRENT_USER, kShellKey);
+    forgetShellSettings();
     RegDeleteTreeW(HKEY_CURRENT_USER, SettingsStore::kRoot);
   }
 

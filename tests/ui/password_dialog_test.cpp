@@ -85,9 +85,9 @@ TEST_P(PasswordDialogTest, TheEditsHideWhatIsTypedAndEndAfter49Characters) {
 }
 
 TEST_P(PasswordDialogTest, TheyAreCentredInTheOwnersClientArea) {
-  useInputPanel(false);
+  setPanelPolicy(kPanelNever);
   inBoth([&](HWND dialog) {
-    EXPECT_FALSE(panelIsUp());
+    EXPECT_FALSE(isPanelUp());
     EXPECT_EQ(GetWindow(dialog, GW_OWNER), frame());
     EXPECT_EQ(currentDialog, dialog);
     const RECT place = inOwner(dialog);
@@ -101,18 +101,18 @@ TEST_P(PasswordDialogTest, TheyAreCentredInTheOwnersClientArea) {
 
 TEST_P(PasswordDialogTest, TheInputPanelThatTheyRaiseDoesNotCoverThem) {
   inBoth([&](HWND dialog) {
-    ASSERT_TRUE(panelIsUp());
+    ASSERT_TRUE(isPanelUp());
     const RECT place = inOwner(dialog);
     EXPECT_LE(place.bottom, HandheldToMonitor(214 - 26));
     EXPECT_GE(place.top, 0);
   });
-  EXPECT_FALSE(panelIsUp()) << "it is put down again";
+  EXPECT_FALSE(isPanelUp()) << "it is put down again";
 }
 
 TEST_P(PasswordDialogTest, AnInputPanelThatWasUpStaysUp) {
   SHSipPreference(frame(), SIP_UP);
-  inBoth([&](HWND) { EXPECT_TRUE(panelIsUp()); });
-  EXPECT_TRUE(panelIsUp());
+  inBoth([&](HWND) { EXPECT_TRUE(isPanelUp()); });
+  EXPECT_TRUE(isPanelUp());
 }
 
 TEST_P(PasswordDialogTest, EverythingFitsAndIsInTheInterfaceFont) {

@@ -176,7 +176,7 @@ TEST_F(GoToTest, EnterConfirmsAndEscapeCancels) {
 }
 
 TEST_F(GoToTest, TheInputPanelIsUpWhileItIsOpen) {
-  useInputPanel();
+  setPanelPolicy(kPanelAlways);
   for (const int end : {IDOK, IDCANCEL}) {
     GoToDialog goTo;
     goTo.highest = 7;
@@ -192,7 +192,7 @@ TEST_F(GoToTest, TheInputPanelIsUpWhileItIsOpen) {
 }
 
 TEST_F(GoToTest, AnInputPanelThatWasUpStays) {
-  useInputPanel();
+  setPanelPolicy(kPanelAlways);
   for (const int end : {IDOK, IDCANCEL}) {
     SHSipPreference(owner(), SIP_UP);
     GoToDialog goTo;
@@ -395,7 +395,7 @@ TEST_F(AboutTest, EnterAndEscapeClose) {
 }
 
 TEST_F(AboutTest, TheInputPanelIsDownWhileItIsOpen) {
-  useInputPanel();
+  setPanelPolicy(kPanelAlways);
   for (const int end : {IDOK, IDCANCEL}) {
     SHSipPreference(owner(), SIP_UP);
     ASSERT_TRUE(isPanelUp());
@@ -410,7 +410,7 @@ TEST_F(AboutTest, TheInputPanelIsDownWhileItIsOpen) {
 }
 
 TEST_F(AboutTest, AnInputPanelThatWasDownStaysDown) {
-  useInputPanel();
+  setPanelPolicy(kPanelAlways);
   AboutDialog about;
   DialogScript script([&](HWND dialog) { press(dialog, IDOK); });
   about.run(owner());
@@ -457,7 +457,7 @@ TEST_F(TextDialogTest, CancelledItKeepsTheTextAsItWasEvenAfterTyping) {
 class SmallDialogsTest : public ModalDialogFixture {};
 
 TEST_F(SmallDialogsTest, AHundredOpeningsLeaveNothingBehind) {
-  useInputPanel();
+  setPanelPolicy(kPanelAlways);
   DialogScript script([&](HWND dialog) { press(dialog, IDCANCEL); });
   const auto openEach = [&] {
     GoToDialog().run(owner());

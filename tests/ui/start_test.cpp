@@ -4,6 +4,7 @@
 #include <filesystem>
 
 #include "base/handles.h"
+#include "base/settings_store.h"
 #include "tests/ui/ui_test.h"
 
 namespace fs = std::filesystem;
@@ -60,6 +61,19 @@ TEST_F(StartTest, APathWithoutQuotesIsOpenedBlanksIncluded) {
   RunningProgram program(path.wstring());
   EXPECT_NE(program.tablesList(), nullptr);
   EXPECT_EQ(remote::close(program.mainWindow()), 0u);
+}
+
+TEST_F(StartTest, APathFromTheCurrentFolderIsRememberedInFull) {
+  const fs::path path = database("books.cdb");
+  const fs::path before = fs::current_path();
+  fs::current_path(path.parent_path());
+  RunningProgram program(L"books.cdb");
+  fs::current_path(before);
+  EXPECT_NE(program.tablesList(), nullptr);
+  EXPECT_EQ(remote::close(program.mainWindow()), 0u);
+  String remembered;
+  EXPECT_TRUE(SettingsStore::ReadString(SettingsStore::kOptions, L"LastDBOnStartup", remembered));
+  EXPECT_EQ(fs::path(remembered.text()), path);
 }
 
 TEST_F(StartTest, AMissingFileIsReportedAndLeavesNoDatabaseOpen) {

@@ -2,18 +2,11 @@
 
 #include "base/live_resources.h"
 #include "base/settings_store.h"
+#include "tests/ui/dialog_reading.h"
 #include "tests/ui/dialog_script.h"
 #include "tests/ui/window_reading.h"
 
 namespace {
-
-std::vector<HWND> children(HWND dialog) {
-  std::vector<HWND> found;
-  for (HWND child = GetWindow(dialog, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT)) {
-    found.push_back(child);
-  }
-  return found;
-}
 
 int windowCount() {
   int count = 0;
@@ -98,22 +91,11 @@ std::wstring TypedDialogTest::selected(HWND dialog, int id) {
 
 std::vector<ControlFacts> TypedDialogTest::controls(HWND dialog) {
   std::vector<ControlFacts> found;
-  for (const HWND child : children(dialog)) {
+  for (const HWND child : childrenOf(dialog)) {
     const bool isCombo = classOf(child) == L"ComboBox";
     found.push_back({GetDlgCtrlID(child), classOf(child), isCombo ? L"" : textOf(child)});
   }
   return found;
-}
-
-std::vector<int> TypedDialogTest::tabOrder(HWND dialog, int first) {
-  std::vector<int> ids;
-  const HWND start = GetDlgItem(dialog, first);
-  HWND each = start;
-  do {
-    ids.push_back(GetDlgCtrlID(each));
-    each = GetNextDlgTabItem(dialog, each, FALSE);
-  } while (each != start && ids.size() < 100);
-  return ids;
 }
 
 void TypedDialogTest::expectColors(HWND dialog, int labelId, int otherId) {
@@ -141,7 +123,7 @@ void TypedDialogTest::expectControlsApart(HWND dialog) {
   RECT client{};
   GetClientRect(dialog, &client);
   std::vector<RECT> places;
-  for (const HWND child : children(dialog)) {
+  for (const HWND child : childrenOf(dialog)) {
     if (!isShown(child)) continue;
     const RECT place = placeInParent(child);
     RECT common{};
@@ -152,10 +134,4 @@ void TypedDialogTest::expectControlsApart(HWND dialog) {
     }
     places.push_back(place);
   }
-}
-
-bool TypedDialogTest::isPanelUp() {
-  SIPINFO info{};
-  info.cbSize = sizeof(info);
-  return SHSipInfo(SPI_GETSIPINFO, 0, &info, 0) != 0 && (info.fdwFlags & SIPF_ON) != 0;
 }

@@ -7,6 +7,8 @@
 #include <vector>
 
 #include "tests/shell/shell_fixture.h"
+#include "tests/shell/shell_settings.h"
+#include "tests/ui/dialog_reading.h"
 #include "tests/ui/message_box_spy.h"
 
 /// A control as a dialog's resource gives it: identifier, class, text.
@@ -46,15 +48,11 @@ class TypedDialogTest : public ShellTest {
   static std::wstring selected(HWND dialog, int id);
   /// All controls in the order of the Tab key; the labels stand before what they name.
   static std::vector<ControlFacts> controls(HWND dialog);
-  /// The identifiers that the Tab key reaches, from `first` round.
-  static std::vector<int> tabOrder(HWND dialog, int first);
 
   /// A label is drawn blue on white, all else black; the dialog is white.
   static void expectColors(HWND dialog, int labelId, int otherId);
   /// No control leaves the dialog, and none covers another.
   static void expectControlsApart(HWND dialog);
-
-  static bool isPanelUp();
 
   /// The message boxes since the last call.
   static std::vector<MessageBoxSpy::Box> takeBoxes() { return MessageBoxSpy::take(); }

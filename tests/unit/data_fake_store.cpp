@@ -62,7 +62,7 @@ class FakeFieldObject final : public FakeObject<IAdoceField> {
   HRESULT STDMETHODCALLTYPE put_Value(VARIANT value) override {
     store_.calls.push_back("put " + std::to_string(index_) + " type " + std::to_string(value.vt));
     if (FAILED(field().result)) return field().result;
-    return field().value.copyFrom(value);
+    return VariantCopy(field().value.put(), &value);
   }
   HRESULT STDMETHODCALLTYPE get_Name(BSTR* name) override {
     if (FAILED(field().result)) return field().result;
@@ -268,6 +268,14 @@ DWORD registerFake(const wchar_t* programId, FakeStore& store) {
 }
 
 }  // namespace
+
+Variant asBoolean(bool value) {
+  Variant variant;
+  VARIANT* target = variant.put();
+  target->vt = VT_BOOL;
+  target->boolVal = value ? VARIANT_TRUE : VARIANT_FALSE;
+  return variant;
+}
 
 ComPtr<IAdoceRecordset> makeFakeRecordset(FakeStore& store) {
   return ComPtr<IAdoceRecordset>(new FakeRecordsetObject(store));

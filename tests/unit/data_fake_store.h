@@ -36,6 +36,9 @@ struct FakeStore {
   HRESULT fieldsResult = S_OK;
 };
 
+/// VT_BOOL.
+Variant asBoolean(bool value);
+
 ComPtr<IAdoceRecordset> makeFakeRecordset(FakeStore& store);
 ComPtr<IAdoceConnection> makeFakeConnection(FakeStore& store);
 

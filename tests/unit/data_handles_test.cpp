@@ -36,9 +36,6 @@ Variant asDecimal(LONG64 value) {
 
 class HandlesTest : public testing::Test {
  protected:
-  ConnectionHandle fakeConnection() { return ConnectionHandle(makeFakeConnection(store_)); }
-  RecordsetHandle fakeRecordset() { return RecordsetHandle(makeFakeRecordset(store_)); }
-
   void addField(const wchar_t* name, LONG type, Variant value) {
     store_.fields.push_back({.name = name, .type = type, .attributes = 4, .value = std::move(value)});
   }
@@ -234,8 +231,8 @@ TEST_F(HandlesTest, ValuesConvertToTextAsTheSystemDoes) {
   null.put()->vt = VT_NULL;
   addField(L"text", 202, asText(L"a \x03A9 b"));
   addField(L"long", 3, Variant::fromLong(-5));
-  addField(L"true", 11, Variant::fromBoolean(true));
-  addField(L"false", 11, Variant::fromBoolean(false));
+  addField(L"true", 11, asBoolean(true));
+  addField(L"false", 11, asBoolean(false));
   addField(L"null", 3, std::move(null));
   addField(L"empty", 3, Variant());
   addField(L"big", 3, asDecimal(9007199254740993));
@@ -259,7 +256,7 @@ TEST_F(HandlesTest, ValuesConvertToIntegersAndFailuresCountAs0) {
   RecordsetHandle recordset(makeFakeRecordset(store_));
   addField(L"text", 202, asText(L"12"));
   addField(L"half", 5, asDouble(2.5));
-  addField(L"true", 11, Variant::fromBoolean(true));
+  addField(L"true", 11, asBoolean(true));
   addField(L"word", 202, asText(L"abc"));
   addField(L"big", 3, asDecimal(9007199254740993));
   const LONG expected[] = {12, 2, -1, 0, 0};

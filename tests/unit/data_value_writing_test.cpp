@@ -221,8 +221,8 @@ class ValueCallsTest : public testing::Test {
 };
 
 TEST_F(ValueCallsTest, ATrueBooleanIs1AndAFalseOne0) {
-  addField(11, Variant::fromBoolean(false));
-  addField(11, Variant::fromBoolean(true));
+  addField(11, asBoolean(false));
+  addField(11, asBoolean(true));
   open();
   EXPECT_TRUE(database_.setValueFromEditor(0, FakeEditor::withCheck(true)));
   EXPECT_TRUE(database_.setValueFromEditor(1, FakeEditor::withCheck(false)));
@@ -257,7 +257,7 @@ TEST_F(ValueCallsTest, WhatCantBeConvertedIsPutAsEmpty) {
 TEST_F(ValueCallsTest, NothingIsPutForAContentThatTheFieldShows) {
   for (const LONG type : {2L, 3L, 18L, 19L, 202L, 203L, 204L, 205L}) addField(type, Variant::fromText(L"7"));
   addField(5, Variant::fromText(L"7"));
-  addField(11, Variant::fromBoolean(true));
+  addField(11, asBoolean(true));
   addField(7, Variant::fromDate(36959.0));
   addField(7, Variant::fromDate(36959.123456789));
   open();

@@ -15,6 +15,8 @@ class ClassFactory final : public IClassFactory {
  public:
   explicit ClassFactory(const ClassEntry& entry) : entry_(entry) { addModuleUse(); }
   virtual ~ClassFactory() { removeModuleUse(); }
+  ClassFactory(const ClassFactory&) = delete;
+  ClassFactory& operator=(const ClassFactory&) = delete;
 
   HRESULT STDMETHODCALLTYPE QueryInterface(REFIID interfaceId, void** object) override {
     if (object == nullptr) return E_POINTER;

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "platform/store/automation/automation_object.h"
+#include "platform/store/automation/variant_values.h"
 
 namespace automation {
 
@@ -18,6 +19,8 @@ class Enumerator final : public IEnumVARIANT {
 
   Enumerator(Items items, std::size_t next) : items_(std::move(items)), next_(next) { addModuleUse(); }
   virtual ~Enumerator() { removeModuleUse(); }
+  Enumerator(const Enumerator&) = delete;
+  Enumerator& operator=(const Enumerator&) = delete;
 
   HRESULT STDMETHODCALLTYPE QueryInterface(REFIID interfaceId, void** object) override {
     if (object == nullptr) return E_POINTER;
@@ -85,8 +88,9 @@ class Enumerator final : public IEnumVARIANT {
 }  // namespace
 
 std::optional<std::size_t> itemIndexOf(const VARIANT& index, std::size_t count) {
+  const VARIANT* referred = referredVariant(const_cast<VARIANT*>(&index));
   OwnedVariant plain;
-  if (!plain.copyTarget(index)) return std::nullopt;
+  if (referred == nullptr || !plain.copyTarget(*referred)) return std::nullopt;
   switch (V_VT(plain.get())) {
     case VT_I1:
     case VT_UI1:

@@ -29,7 +29,12 @@ class ComPtr {
     if (object_ != nullptr) object_->AddRef();
   }
   ComPtr(ComPtr&& other) noexcept : object_(std::exchange(other.object_, nullptr)) {}
-  ComPtr& operator=(ComPtr other) noexcept {
+  ComPtr& operator=(const ComPtr& other) {
+    ComPtr copy(other);
+    std::swap(object_, copy.object_);
+    return *this;
+  }
+  ComPtr& operator=(ComPtr&& other) noexcept {
     std::swap(object_, other.object_);
     return *this;
   }
@@ -59,6 +64,8 @@ class OwnedText {
     std::swap(text_, other.text_);
     return *this;
   }
+  OwnedText(const OwnedText&) = delete;
+  OwnedText& operator=(const OwnedText&) = delete;
   ~OwnedText() { SysFreeString(text_); }
 
   BSTR get() const { return text_; }
@@ -72,12 +79,14 @@ class OwnedText {
 /// Owns a VARIANT and what it holds.
 class OwnedVariant {
  public:
-  OwnedVariant() { VariantInit(&value_); }
+  OwnedVariant() = default;
   OwnedVariant(OwnedVariant&& other) noexcept : value_(other.detach()) {}
   OwnedVariant& operator=(OwnedVariant&& other) noexcept {
     std::swap(value_, other.value_);
     return *this;
   }
+  OwnedVariant(const OwnedVariant&) = delete;
+  OwnedVariant& operator=(const OwnedVariant&) = delete;
   ~OwnedVariant() { VariantClear(&value_); }
 
   // Each of these returns whether it could take over the value of `source`. The system's
@@ -106,7 +115,7 @@ class OwnedVariant {
   }
 
  private:
-  VARIANT value_;
+  VARIANT value_{};  // VT_EMPTY
 };
 
 }  // namespace automation

@@ -42,7 +42,7 @@ bool isTableName(std::string_view source, long options) {
 
 /// Writes the number where the caller of Execute wants it.
 void tellAffected(std::int64_t affected, VARIANT* target) {
-  while (target != nullptr && V_VT(target) == (VT_BYREF | VT_VARIANT)) target = V_VARIANTREF(target);
+  if (target != nullptr) target = referredVariant(target);
   if (target == nullptr) return;
   OwnedVariant number = naturalInteger(affected);
   if (V_VT(target) == (VT_BYREF | VT_I4) && V_VT(number.get()) == VT_I4) {

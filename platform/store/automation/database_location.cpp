@@ -41,6 +41,8 @@ store::DateOrder userDateOrder() {
 }  // namespace
 
 std::wstring fullPathOf(const std::wstring& path) {
+  // The system would read it to its first zero, and another file than the one that is meant be opened.
+  if (path.find(L'\0') != std::wstring::npos) return path;
   std::wstring full(MAX_PATH, L'\0');
   DWORD length = GetFullPathNameW(path.c_str(), static_cast<DWORD>(full.size()), full.data(), nullptr);
   if (length >= full.size()) {

@@ -11,7 +11,7 @@ namespace automation {
 
 /// The full path of `path`, taken from the process's current folder; with the prefix that lets the
 /// system pass its old limit of 260 characters where that is needed. `path` itself when the system
-/// can't tell. Throws std::bad_alloc.
+/// can't tell or `path` holds a zero character, and so is no file's. Throws std::bad_alloc.
 std::wstring fullPathOf(const std::wstring& path);
 
 /// The engine's options for the database at the full path: a memory mapping only on drives that can't

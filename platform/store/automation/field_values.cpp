@@ -1,6 +1,5 @@
 #include "platform/store/automation/field_values.h"
 
-#include <numeric>
 #include <optional>
 #include <utility>
 
@@ -18,55 +17,6 @@ Outcome noSuchField() {
 
 Outcome unusableList() {
   return {kInvalidArgument, "Fields and values must be a name and a value, or two lists of the same length."};
-}
-
-/// The elements of a one-dimensional array, or the value itself as the only one; each plain.
-Outcome readList(const VARIANT& list, std::vector<OwnedVariant>* elements) {
-  OwnedVariant holder;
-  const VARIANT* plain = nullptr;
-  if (Outcome outcome = plainVariant(list, &holder, &plain); !outcome) return outcome;
-
-  std::vector<OwnedVariant> read;
-  if (V_VT(plain) == (VT_ARRAY | VT_VARIANT) && V_ARRAY(plain) != nullptr) {
-    SAFEARRAY* array = V_ARRAY(plain);
-    LONG first = 0;
-    LONG last = 0;
-    if (SafeArrayGetDim(array) != 1 || FAILED(SafeArrayGetLBound(array, 1, &first)) ||
-        FAILED(SafeArrayGetUBound(array, 1, &last))) {
-      return unusableList();
-    }
-    for (LONG index = first; index <= last; ++index) {
-      OwnedVariant element;
-      if (FAILED(SafeArrayGetElement(array, &index, element.get()))) return unusableList();
-      read.push_back(std::move(element));
-    }
-  } else {
-    OwnedVariant copy;
-    if (!copy.copy(*plain)) throw std::bad_alloc();
-    read.push_back(std::move(copy));
-  }
-
-  for (OwnedVariant& element : read) {
-    OwnedVariant elementHolder;
-    const VARIANT* elementPlain = nullptr;
-    if (Outcome outcome = plainVariant(*element, &elementHolder, &elementPlain); !outcome) return outcome;
-    if (elementPlain == elementHolder.get()) element = std::move(elementHolder);
-  }
-  *elements = std::move(read);
-  return {};
-}
-
-Outcome readColumns(const store::Recordset& records, const VARIANT& list, std::vector<std::size_t>* columns) {
-  std::vector<OwnedVariant> names;
-  if (Outcome outcome = readList(list, &names); !outcome) return outcome;
-  std::vector<std::size_t> found;
-  for (const OwnedVariant& name : names) {
-    std::size_t column = 0;
-    if (Outcome outcome = findColumn(records, *name, &column); !outcome) return outcome;
-    found.push_back(column);
-  }
-  *columns = std::move(found);
-  return {};
 }
 
 }  // namespace
@@ -100,33 +50,65 @@ Outcome findColumn(const store::Recordset& records, const VARIANT& index, std::s
   return {};
 }
 
-Outcome readAssignments(const store::Recordset& records, const VARIANT& fieldList, const VARIANT& values,
-                        std::vector<FieldAssignment>* assignments) {
-  if (isMissing(fieldList) && isMissing(values)) {
-    assignments->clear();
-    return {};
-  }
-  if (isMissing(fieldList)) return unusableList();
-  std::vector<std::size_t> columns;
-  if (Outcome outcome = readColumns(records, fieldList, &columns); !outcome) return outcome;
-  std::vector<OwnedVariant> given;
-  if (Outcome outcome = readList(values, &given); !outcome) return outcome;
-  if (columns.size() != given.size()) return unusableList();
+Outcome readList(const VARIANT& list, std::vector<OwnedVariant>* elements) {
+  OwnedVariant holder;
+  const VARIANT* plain = nullptr;
+  if (Outcome outcome = plainVariant(list, &holder, &plain); !outcome) return outcome;
 
-  std::vector<FieldAssignment> read;
-  for (std::size_t index = 0; index < columns.size(); ++index) {
-    read.push_back({columns[index], std::move(given[index])});
+  std::vector<OwnedVariant> read;
+  if (V_VT(plain) == (VT_ARRAY | VT_VARIANT) && V_ARRAY(plain) != nullptr) {
+    SAFEARRAY* array = V_ARRAY(plain);
+    LONG first = 0;
+    LONG last = 0;
+    if (SafeArrayGetDim(array) != 1 || FAILED(SafeArrayGetLBound(array, 1, &first)) ||
+        FAILED(SafeArrayGetUBound(array, 1, &last))) {
+      return unusableList();
+    }
+    for (LONG index = first; index <= last; ++index) {
+      OwnedVariant element;
+      if (FAILED(SafeArrayGetElement(array, &index, element.get()))) return unusableList();
+      read.push_back(std::move(element));
+    }
+  } else {
+    OwnedVariant copy;
+    if (!copy.copy(*plain)) {
+      if (V_VT(plain) == VT_BSTR || (V_VT(plain) & VT_ARRAY) != 0) throw std::bad_alloc();
+      return unusableList();
+    }
+    read.push_back(std::move(copy));
   }
-  *assignments = std::move(read);
+
+  for (OwnedVariant& element : read) {
+    OwnedVariant elementHolder;
+    const VARIANT* elementPlain = nullptr;
+    if (Outcome outcome = plainVariant(*element, &elementHolder, &elementPlain); !outcome) return outcome;
+    if (elementPlain == elementHolder.get()) element = std::move(elementHolder);
+  }
+  *elements = std::move(read);
   return {};
 }
 
-Outcome readColumnList(const store::Recordset& records, const VARIANT& fields,
-                       std::vector<std::size_t>* columns) {
-  if (!isMissing(fields)) return readColumns(records, fields, columns);
-  std::vector<std::size_t> all(records.columns().size());
-  std::iota(all.begin(), all.end(), std::size_t{0});
-  *columns = std::move(all);
+Outcome readFieldArguments(const VARIANT& fieldList, const VARIANT& values, FieldArguments* read) {
+  FieldArguments pairs;
+  if (!isMissing(fieldList) || !isMissing(values)) {
+    if (isMissing(fieldList)) return unusableList();
+    if (Outcome outcome = readList(fieldList, &pairs.fields); !outcome) return outcome;
+    if (Outcome outcome = readList(values, &pairs.values); !outcome) return outcome;
+    if (pairs.fields.size() != pairs.values.size()) return unusableList();
+  }
+  *read = std::move(pairs);
+  return {};
+}
+
+Outcome findColumns(const store::Recordset& records, const std::vector<OwnedVariant>& fields,
+                    std::vector<std::size_t>* columns) {
+  std::vector<std::size_t> found;
+  for (const OwnedVariant& field : fields) {
+    std::size_t column = 0;
+    if (Outcome outcome = findColumn(records, *field, &column); !outcome) return outcome;
+    found.push_back(column);
+  }
+  *columns = std::move(found);
   return {};
 }
 

@@ -26,21 +26,27 @@ Outcome writeField(store::Recordset& records, std::size_t column, const VARIANT&
 /// The column that `index` (plain) names, by name or number; kItemNotFound when there is none.
 Outcome findColumn(const store::Recordset& records, const VARIANT& index, std::size_t* column);
 
-/// A value for a column, as the arguments of AddNew and Update name them.
-struct FieldAssignment {
-  std::size_t column;
-  OwnedVariant value;
+/// The arguments of AddNew, Update and GetRows that name fields and values. They are read without the
+/// records, because an object that is asked for its value may close these.
+
+/// The elements of a one-dimensional array, or the value itself as the only one, each plain. On failure
+/// `*elements` is untouched. Throws std::bad_alloc.
+Outcome readList(const VARIANT& list, std::vector<OwnedVariant>* elements);
+
+/// Fields, by name or number, and as many values for them.
+struct FieldArguments {
+  std::vector<OwnedVariant> fields;
+  std::vector<OwnedVariant> values;
 };
 
 /// Reads a pair of arguments "field list, values": one name or number and one value, or arrays of both
-/// with as many elements. `*assignments` is empty when both arguments are left out. kInvalidArgument for
-/// pairs that don't go together, kItemNotFound for an unknown field; the out-parameter is then untouched.
-Outcome readAssignments(const store::Recordset& records, const VARIANT& fieldList, const VARIANT& values,
-                        std::vector<FieldAssignment>* assignments);
+/// with as many elements. `*read` is empty when both arguments are left out. kInvalidArgument for pairs
+/// that don't go together; `*read` is then untouched.
+Outcome readFieldArguments(const VARIANT& fieldList, const VARIANT& values, FieldArguments* read);
 
-/// The columns that the argument names, by one name or number or an array of them; all of them when it
-/// is left out.
-Outcome readColumnList(const store::Recordset& records, const VARIANT& fields,
-                       std::vector<std::size_t>* columns);
+/// The columns that plain names or numbers stand for; kItemNotFound when one is unknown, `*columns` then
+/// being untouched.
+Outcome findColumns(const store::Recordset& records, const std::vector<OwnedVariant>& fields,
+                    std::vector<std::size_t>* columns);
 
 }  // namespace automation

@@ -38,16 +38,17 @@ OwnedVariant arrayOfRows(std::vector<OwnedVariant>& values, std::size_t columnCo
 
 }  // namespace
 
+Outcome readStart(const VARIANT& given, OwnedVariant* holder, const VARIANT** start) {
+  if (!isMissing(given)) return plainVariant(given, holder, start);
+  *start = &given;
+  return {};
+}
+
 Outcome moveFrom(store::Recordset& records, long count, const VARIANT& start) {
-  OwnedVariant holder;
-  const VARIANT* plain = &start;
-  if (!isMissing(start)) {
-    if (Outcome outcome = plainVariant(start, &holder, &plain); !outcome) return outcome;
-  }
-  if (isMissing(*plain)) return records.move(count, store::MoveOrigin::current);
-  if (const std::optional<std::string> bookmark = bytesOf(*plain))
+  if (isMissing(start)) return records.move(count, store::MoveOrigin::current);
+  if (const std::optional<std::string> bookmark = bytesOf(start))
     return records.moveFromBookmark(count, *bookmark);
-  if (const std::optional<std::size_t> origin = itemIndexOf(*plain, kOriginCount)) {
+  if (const std::optional<std::size_t> origin = itemIndexOf(start, kOriginCount)) {
     return records.move(count, static_cast<store::MoveOrigin>(*origin));
   }
   return {kInvalidArgument, "A move starts from 0, 1, 2 or a bookmark."};

@@ -13,7 +13,11 @@
 
 namespace automation {
 
-/// Moves by `count` from where `start` says: 0 the current record (also when it is left out), 1 the
+/// Reads where a move starts, which may be left out, as plainVariant does; before the records are looked at,
+/// because an object that is asked for its value may close these.
+Outcome readStart(const VARIANT& given, OwnedVariant* holder, const VARIANT** start);
+
+/// Moves by `count` from where `start` (plain) says: 0 the current record (also when it is left out), 1 the
 /// first, 2 the last, or a bookmark.
 Outcome moveFrom(store::Recordset& records, long count, const VARIANT& start);
 

@@ -20,12 +20,14 @@ std::atomic<long> useCount = 0;
 class Section {
  public:
   Section() { InitializeCriticalSection(&section_); }
+  Section(const Section&) = delete;
+  Section& operator=(const Section&) = delete;
   ~Section() { DeleteCriticalSection(&section_); }
   void enter() { EnterCriticalSection(&section_); }
   void leave() { LeaveCriticalSection(&section_); }
 
  private:
-  CRITICAL_SECTION section_;
+  CRITICAL_SECTION section_{};
 };
 Section moduleSection;
 

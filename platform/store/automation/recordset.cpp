@@ -1,5 +1,6 @@
 #include "platform/store/automation/recordset.h"
 
+#include <optional>
 #include <utility>
 
 #include "platform/store/automation/text.h"
@@ -26,6 +27,38 @@ store::LockType lockTypeOf(long type) {
 
 Outcome unusableConnection() {
   return {kInvalidArgument, "The connection is neither an object of ours nor a text."};
+}
+
+/// An object, or the connection string of one that is to be made, or neither. Both are the caller's.
+struct GivenConnection {
+  IUnknown* object = nullptr;
+  BSTR text = nullptr;
+};
+
+/// Nothing for a value that can't mean a connection.
+std::optional<GivenConnection> connectionNamedBy(const VARIANT& given) {
+  // No default property is asked for here: a connection's own is a text.
+  const VARIANT* plain = referredVariant(const_cast<VARIANT*>(&given));
+  if (plain == nullptr) return std::nullopt;
+  switch (V_VT(plain)) {
+    case VT_EMPTY:
+    case VT_NULL:
+      return GivenConnection{};
+    case VT_DISPATCH:
+      return GivenConnection{.object = V_DISPATCH(plain)};
+    case VT_UNKNOWN:
+      return GivenConnection{.object = V_UNKNOWN(plain)};
+    case VT_BYREF | VT_DISPATCH:
+      return GivenConnection{.object = *V_DISPATCHREF(plain)};
+    case VT_BYREF | VT_UNKNOWN:
+      return GivenConnection{.object = *V_UNKNOWNREF(plain)};
+    case VT_BSTR:
+      return GivenConnection{.text = V_BSTR(plain)};
+    case VT_BYREF | VT_BSTR:
+      return GivenConnection{.text = *V_BSTRREF(plain)};
+    default:
+      return std::nullopt;
+  }
 }
 
 }  // namespace
@@ -72,46 +105,15 @@ Outcome RecordsetObject::chooseSource(const VARIANT& source, std::wstring* chose
 }
 
 Outcome RecordsetObject::setConnection(const VARIANT& given) {
-  // No default property is asked for here: a connection's own is a text.
-  const VARIANT* plain = &given;
-  while (V_VT(plain) == (VT_BYREF | VT_VARIANT) && V_VARIANTREF(plain) != nullptr)
-    plain = V_VARIANTREF(plain);
-
-  IUnknown* object = nullptr;
-  BSTR text = nullptr;
-  switch (V_VT(plain)) {
-    case VT_EMPTY:
-    case VT_NULL:
-      break;
-    case VT_DISPATCH:
-      object = V_DISPATCH(plain);
-      break;
-    case VT_UNKNOWN:
-      object = V_UNKNOWN(plain);
-      break;
-    case VT_BYREF | VT_DISPATCH:
-      object = *V_DISPATCHREF(plain);
-      break;
-    case VT_BYREF | VT_UNKNOWN:
-      object = *V_UNKNOWNREF(plain);
-      break;
-    case VT_BSTR:
-      text = V_BSTR(plain);
-      break;
-    case VT_BYREF | VT_BSTR:
-      text = *V_BSTRREF(plain);
-      break;
-    default:
-      return unusableConnection();
-  }
-
+  const std::optional<GivenConnection> named = connectionNamedBy(given);
+  if (!named) return unusableConnection();
   ComPtr<ConnectionObject> connection;
-  const bool own = text != nullptr;
+  const bool own = named->text != nullptr;
   if (own) {
     connection = makeObject<ConnectionObject>();
-    connection->setConnectionString(viewOf(text));
-  } else if (object != nullptr) {
-    connection = ConnectionObject::of(object);
+    connection->setConnectionString(viewOf(named->text));
+  } else if (named->object != nullptr) {
+    connection = ConnectionObject::of(named->object);
     if (!connection) return unusableConnection();
   }
   connection_ = std::move(connection);

@@ -75,6 +75,9 @@ class RecordsetObject final : public AutomationObject<IAdoceRecordset> {
   /// Runs `use` with the open records; fails when they are closed.
   template <class Use>
   HRESULT withRecords(Use&& use);
+  /// The same after `read`, which looks at the arguments and may call objects of the caller's.
+  template <class Read, class Use>
+  HRESULT withRecords(Read&& read, Use&& use);
 
   store::Recordset* openRecords() const { return cursor_ == nullptr ? nullptr : cursor_->records(); }
   Outcome refuseWhileOpen() const;
@@ -95,6 +98,18 @@ class RecordsetObject final : public AutomationObject<IAdoceRecordset> {
 template <class Use>
 HRESULT RecordsetObject::withRecords(Use&& use) {
   return call([&]() -> Outcome {
+    store::Recordset* records = openRecords();
+    if (records == nullptr) return closedRecordset();
+    return use(*records);
+  });
+}
+
+template <class Read, class Use>
+HRESULT RecordsetObject::withRecords(Read&& read, Use&& use) {
+  return call([&]() -> Outcome {
+    if (openRecords() == nullptr) return closedRecordset();
+    if (Outcome outcome = read(); !outcome) return outcome;
+    // Only now, because an object that was asked for its value may have closed or reopened the records.
     store::Recordset* records = openRecords();
     if (records == nullptr) return closedRecordset();
     return use(*records);

@@ -1,6 +1,10 @@
 #include <algorithm>
 #include <limits>
+#include <numeric>
+#include <optional>
+#include <string>
 #include <utility>
+#include <vector>
 
 #include "platform/store/automation/field_values.h"
 #include "platform/store/automation/get_rows.h"
@@ -29,9 +33,10 @@ long saturated(std::int64_t number) {
       std::clamp<std::int64_t>(number, std::numeric_limits<long>::min(), std::numeric_limits<long>::max()));
 }
 
-Outcome writeAll(store::Recordset& records, const std::vector<FieldAssignment>& assignments) {
-  for (const FieldAssignment& assignment : assignments) {
-    if (Outcome outcome = writeField(records, assignment.column, *assignment.value); !outcome) return outcome;
+Outcome writeAll(store::Recordset& records, const std::vector<std::size_t>& columns,
+                 const std::vector<OwnedVariant>& values) {
+  for (std::size_t index = 0; index < columns.size(); ++index) {
+    if (Outcome outcome = writeField(records, columns[index], *values[index]); !outcome) return outcome;
   }
   return {};
 }
@@ -64,30 +69,37 @@ HRESULT RecordsetObject::MovePrevious() {
 }
 
 HRESULT RecordsetObject::Move(long count, VARIANT start) {
-  return withRecords([&](store::Recordset& records) -> Outcome { return moveFrom(records, count, start); });
+  OwnedVariant holder;
+  const VARIANT* plain = &start;
+  return withRecords([&] { return readStart(start, &holder, &plain); },
+                     [&](store::Recordset& records) { return moveFrom(records, count, *plain); });
 }
 
 HRESULT RecordsetObject::AddNew(VARIANT fieldList, VARIANT values) {
-  return withRecords([&](store::Recordset& records) -> Outcome {
-    std::vector<FieldAssignment> assignments;
-    if (Outcome outcome = readAssignments(records, fieldList, values, &assignments); !outcome) return outcome;
-    if (store::Status status = records.addNew(); !status || assignments.empty()) return status;
-    Outcome outcome = writeAll(records, assignments);
+  FieldArguments arguments;
+  const auto add = [&](store::Recordset& records) -> Outcome {
+    std::vector<std::size_t> columns;
+    if (Outcome outcome = findColumns(records, arguments.fields, &columns); !outcome) return outcome;
+    if (store::Status status = records.addNew(); !status || columns.empty()) return status;
+    Outcome outcome = writeAll(records, columns, arguments.values);
     if (outcome) outcome = records.update();
     if (outcome) return outcome;
     // Values that came with the call don't stay behind when it fails.
     if (store::Status status = records.cancelUpdate(); !status) return status;
     return outcome;
-  });
+  };
+  return withRecords([&] { return readFieldArguments(fieldList, values, &arguments); }, add);
 }
 
 HRESULT RecordsetObject::Update(VARIANT fieldList, VARIANT values) {
-  return withRecords([&](store::Recordset& records) -> Outcome {
-    std::vector<FieldAssignment> assignments;
-    if (Outcome outcome = readAssignments(records, fieldList, values, &assignments); !outcome) return outcome;
-    if (Outcome outcome = writeAll(records, assignments); !outcome) return outcome;
+  FieldArguments arguments;
+  const auto change = [&](store::Recordset& records) -> Outcome {
+    std::vector<std::size_t> columns;
+    if (Outcome outcome = findColumns(records, arguments.fields, &columns); !outcome) return outcome;
+    if (Outcome outcome = writeAll(records, columns, arguments.values); !outcome) return outcome;
     return records.update();
-  });
+  };
+  return withRecords([&] { return readFieldArguments(fieldList, values, &arguments); }, change);
 }
 
 HRESULT RecordsetObject::CancelUpdate() {
@@ -105,18 +117,29 @@ HRESULT RecordsetObject::Delete(long affectRecords) {
 }
 
 HRESULT RecordsetObject::GetRows(long rows, VARIANT start, VARIANT fields, VARIANT* values) {
-  return withRecords([&](store::Recordset& records) -> Outcome {
+  OwnedVariant holder;
+  const VARIANT* plainStart = &start;
+  std::vector<OwnedVariant> names;
+  const auto readArguments = [&]() -> Outcome {
     if (values == nullptr) return nullPointer();
-    std::vector<std::size_t> columns;
-    if (Outcome outcome = readColumnList(records, fields, &columns); !outcome) return outcome;
-    if (!isMissing(start)) {
-      if (Outcome outcome = moveFrom(records, 0, start); !outcome) return outcome;
+    if (Outcome outcome = readStart(start, &holder, &plainStart); !outcome) return outcome;
+    return isMissing(fields) ? Outcome() : readList(fields, &names);
+  };
+  const auto get = [&](store::Recordset& records) -> Outcome {
+    std::vector<std::size_t> columns(records.columns().size());
+    std::iota(columns.begin(), columns.end(), std::size_t{0});
+    if (!isMissing(fields)) {
+      if (Outcome outcome = findColumns(records, names, &columns); !outcome) return outcome;
+    }
+    if (!isMissing(*plainStart)) {
+      if (Outcome outcome = moveFrom(records, 0, *plainStart); !outcome) return outcome;
     }
     OwnedVariant read;
     if (Outcome outcome = readRows(records, columns, rows, &read); !outcome) return outcome;
     *values = read.detach();
     return {};
-  });
+  };
+  return withRecords(readArguments, get);
 }
 
 HRESULT RecordsetObject::Supports(long cursorOptions, VARIANT_BOOL* supported) {
@@ -184,14 +207,14 @@ HRESULT RecordsetObject::get_Bookmark(VARIANT* bookmark) {
 }
 
 HRESULT RecordsetObject::put_Bookmark(VARIANT bookmark) {
-  return withRecords([&](store::Recordset& records) -> Outcome {
-    OwnedVariant holder;
-    const VARIANT* plain = nullptr;
-    if (Outcome outcome = plainVariant(bookmark, &holder, &plain); !outcome) return outcome;
+  OwnedVariant holder;
+  const VARIANT* plain = &bookmark;
+  const auto go = [&](store::Recordset& records) -> Outcome {
     const std::optional<std::string> bytes = bytesOf(*plain);
     if (!bytes) return {kInvalidArgument, "This is not a bookmark."};
     return records.setBookmark(*bytes);
-  });
+  };
+  return withRecords([&] { return plainVariant(bookmark, &holder, &plain); }, go);
 }
 
 HRESULT RecordsetObject::get_EditMode(long* mode) {

@@ -41,6 +41,7 @@ BSTR newText(std::wstring_view text) {
 
 BSTR newText(std::string_view utf8) {
   // Most values are short: they are decoded on the stack and copied once.
+  // NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init): as much as is decoded is read
   std::array<char16_t, 512> units;
   if (utf8.size() > units.size()) return newText(wideOf(utf8));
   const std::size_t count = store::decodeUtf8(utf8, units.data());

@@ -1,5 +1,7 @@
 #include "platform/store/automation/variant_values.h"
 
+#include <bit>
+#include <cstdint>
 #include <cstring>
 #include <limits>
 #include <new>
@@ -11,6 +13,9 @@ namespace automation {
 namespace {
 
 constexpr VARTYPE kByteArray = VT_ARRAY | VT_UI1;
+
+// An object may have an object as its default property, and a VARIANT may refer to itself; a circle must end.
+constexpr int kMostSteps = 8;
 
 /// Gives access to the bytes of an array as long as it lives.
 class ArrayBytes {
@@ -37,9 +42,8 @@ bool sameDecimal(const DECIMAL& left, const DECIMAL& right) {
   return VarDecCmp(&first, &second) == static_cast<HRESULT>(VARCMP_EQ);
 }
 
-template <class T>
-bool sameBits(T left, T right) {
-  return std::memcmp(&left, &right, sizeof left) == 0;
+bool sameBits(double left, double right) {
+  return std::bit_cast<std::uint64_t>(left) == std::bit_cast<std::uint64_t>(right);
 }
 
 bool sameValueOfSameType(const VARIANT& left, const VARIANT& right) {
@@ -86,11 +90,11 @@ bool saysTheSame(const VARIANT& shown, const VARIANT& given) {
 
 Outcome plainVariant(const VARIANT& given, OwnedVariant* holder, const VARIANT** plain) {
   const VARIANT* source = &given;
-  // An object may have an object as its default property; a circle of them must end.
-  for (int depth = 0; depth < 8; ++depth) {
+  for (int step = 0; step < kMostSteps; ++step) {
     if ((V_VT(source) & VT_BYREF) != 0) {
       OwnedVariant target;
-      if (V_BYREF(source) == nullptr || !target.copyTarget(*source)) break;
+      const VARIANT* referred = referredVariant(const_cast<VARIANT*>(source));
+      if (referred == nullptr || !target.copyTarget(*referred)) break;
       *holder = std::move(target);
       source = holder->get();
     } else if (V_VT(source) == VT_DISPATCH && V_DISPATCH(source) != nullptr) {
@@ -108,6 +112,16 @@ Outcome plainVariant(const VARIANT& given, OwnedVariant* holder, const VARIANT**
     }
   }
   return {kConversion, "The value can't be read."};
+}
+
+VARIANT* referredVariant(VARIANT* variant) {
+  for (int step = 0; step < kMostSteps; ++step) {
+    if ((V_VT(variant) & VT_BYREF) == 0) return variant;
+    if (V_BYREF(variant) == nullptr) return nullptr;
+    if (V_VT(variant) != (VT_BYREF | VT_VARIANT)) return variant;
+    variant = V_VARIANTREF(variant);
+  }
+  return nullptr;
 }
 
 bool isMissing(const VARIANT& variant) {

@@ -43,6 +43,10 @@ bool saysTheSame(const VARIANT& shown, const VARIANT& given);
 /// that can't be had.
 Outcome plainVariant(const VARIANT& given, OwnedVariant* holder, const VARIANT** plain);
 
+/// The VARIANT at the end of references to VARIANTs, `variant` itself when it is none. Null for references
+/// that lead nowhere: to null, of any type, or round in a circle.
+VARIANT* referredVariant(VARIANT* variant);
+
 /// Whether the VARIANT is an argument that was left out: VT_EMPTY or a missing optional one.
 bool isMissing(const VARIANT& variant);
 

@@ -82,6 +82,36 @@ std::optional<std::string> readDialect(std::string_view text, const Tokens& toke
   return std::nullopt;
 }
 
+/// Whether the token is the type of a column that is called memo. `list` is the parenthesis that opens the
+/// list of columns in CREATE TABLE.
+bool isMemoType(const Tokens& tokens, std::size_t index, std::size_t list) {
+  const Token& name = tokens[index - 1];
+  if (!isWord(tokens[index], "MEMO") || !isName(name) || isOneOfWords(name, {"CONSTRAINT", "COLUMN"})) {
+    return false;
+  }
+  const Token& before = tokens[index - 2];
+  if (isWord(tokens[0], "ALTER")) return isOneOfWords(before, {"ADD", "COLUMN"});
+  return index == list + 2 || (index > list && before.kind == TokenKind::comma && before.depth == 1);
+}
+
+/// A CREATE TABLE or ALTER TABLE statement with text for memo.
+std::string withTextForMemo(const std::string& sql) {
+  const Tokens tokens(sql);
+  std::size_t list = 0;
+  while (list < tokens.count() && tokens[list].kind != TokenKind::open) {
+    // The columns of a SELECT have no types.
+    if (isWord(tokens[list++], "AS")) return sql;
+  }
+  std::string changed;
+  std::size_t first = 0;
+  for (std::size_t index = 2; index < tokens.count(); ++index) {
+    if (!isMemoType(tokens, index, list)) continue;
+    changed.append(tokens.slice(first, index)).append(" text ");
+    first = index + 1;
+  }
+  return first == 0 ? sql : changed.append(tokens.slice(first, tokens.count()));
+}
+
 }  // namespace
 
 Status readStatement(std::string_view text, Statement* statement) {
@@ -96,6 +126,8 @@ Status readStatement(std::string_view text, Statement* statement) {
   std::optional<std::string> sql;
   if (!hasZero) sql = readDialect(text, tokens, first);
   if (!sql) sql = tokens.slice(first, tokens.countWithoutSemicolons());
+  const bool defines = isOneOfWords(tokens[first], {"CREATE", "ALTER"}) && isWord(tokens[first + 1], "TABLE");
+  if (defines && !hasZero) sql = withTextForMemo(*sql);
   const bool takes =
       isWord(tokens[first], "ALTER") || (isWord(tokens[first], "DROP") && isWord(tokens[first + 1], "TABLE"));
   *statement = {.kind = kindOf(tokens[first], tokens[first + 1]),

@@ -43,6 +43,8 @@ struct Statement {
 ///    A comma may be in a bare name as well when the table's name is in single quotes and " ," parts
 ///    the entries, as the application writes it. SQLite gets the names in double quotes and the types
 ///    as spelled. One entry that doesn't fit lets the whole list pass unchanged.
+///  - The type memo of a column, in CREATE TABLE and ALTER TABLE, becomes text: SQLite would take it for
+///    one of numbers and make 7 of the text "007".
 /// What SQL reads as one statement of these keeps its meaning: DROP TABLE 'it''s' drops it's, and a
 /// quote in a default value or a comment is no part of a name. Everything else passes unchanged.
 ///

@@ -1,70 +1,41 @@
 #pragma once
 
-#include <atomic>
-#include <chrono>
-#include <condition_variable>
-#include <mutex>
 #include <sqlite3.h>
-#include <thread>
 
-#include "platform/store/engine/lock_wait.h"
+#include "platform/store/engine/connection_guard.h"
 #include "platform/store/engine/sqlite_statement.h"
 
 namespace store {
 
 /// Keeps one read transaction open over many reads, because each transaction of its own costs file
-/// locks, which are dear where locks go through a server process. The transaction is lent, not owned:
-/// a helper thread ends it as soon as nothing was read for a moment, and after a quarter of a second
-/// of steady reading, so that other programs can write.
+/// locks, which are dear where locks go through a server process. The transaction is lent: the guard's
+/// letting go must end() it, so that other programs can write.
 ///
-/// The connection is used by one thread at a time: whoever holds a Use. Nothing else may run on it.
+/// All functions are called inside a Use of the guard.
 class ReadLease {
  public:
-  /// `connection` outlives the lease.
-  ReadLease(sqlite3* connection, std::chrono::milliseconds lockWait)
-      : connection_(connection), lockWait_(connection, lockWait) {}
-  /// Ends the transaction and the helper thread.
-  ~ReadLease();
-  ReadLease(const ReadLease&) = delete;
-  ReadLease& operator=(const ReadLease&) = delete;
+  /// `connection` and `guard` outlive the lease.
+  ReadLease(sqlite3* connection, ConnectionGuard& guard) : connection_(connection), guard_(guard) {}
 
-  /// The right to use the connection, for a scope. May be taken again inside itself. Within it all waiting
-  /// for locks takes no longer than the lock wait.
-  class Use {
-   public:
-    explicit Use(ReadLease& lease) : lock_(lease.mutex_) { lease.lockWait_.renew(); }
-
-   private:
-    std::lock_guard<std::recursive_mutex> lock_;
-  };
-
-  /// Inside a Use: makes sure that the read transaction is open. `*isNew` says whether it was opened by
-  /// this call, so that what was known of the database may be out of date. Returns SQLite's result code.
+  /// Makes sure that the read transaction is open. `*isNew` says whether it was opened by this call, so that
+  /// what was known of the database may be out of date. Returns SQLite's result code.
   int begin(bool* isNew);
 
-  LockWait& lockWait() { return lockWait_; }
+  /// Whether there is a read transaction. (After some failures SQLite ends it by itself.)
+  bool isOpen() const;
 
-  /// Inside a Use: ends the read transaction if there is one. Every statement must have been reset.
+  /// Leaves the open read transaction to the caller, who ends it.
+  void handOver();
+
+  /// Ends the read transaction if there is one. Every statement must have been reset.
   void end();
 
  private:
-  void watch();
-  bool startWatching();
-  bool endIfDue(unsigned* readsSeen, int* ticks);
-
   sqlite3* connection_;
-  LockWait lockWait_;
+  ConnectionGuard& guard_;
   SqliteStatement begin_;
   SqliteStatement commit_;
-  std::recursive_mutex mutex_;  // held by whoever uses the connection
-  std::atomic<bool> active_{false};
-  unsigned reads_ = 0;                // calls of begin, to see whether anything was read lately
-  std::atomic<bool> expired_{false};  // asks the reader to end the transaction itself
-
-  std::mutex watchMutex_;  // the watcher's own, so that it never makes the reader wait
-  std::condition_variable wake_;
-  bool stopping_ = false;
-  std::thread watcher_;
+  bool isActive_ = false;
 };
 
 }  // namespace store

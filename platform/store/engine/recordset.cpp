@@ -161,22 +161,24 @@ Status Recordset::move(std::int64_t count, MoveOrigin origin) {
     if (place_ == Place::deleted && origin != MoveOrigin::current) goTo(0);
     return noCurrentRecord("There are no records.");
   }
-
-  std::int64_t start = 0;
-  if (origin == MoveOrigin::last) {
-    start = recordCount() - 1;
-  } else if (origin == MoveOrigin::current) {
+  if (origin == MoveOrigin::current) {
     if (place_ == Place::bof && count < 0) return noCurrentRecord("Before the first record.");
     if (place_ == Place::eof && count > 0) return noCurrentRecord("Behind the last record.");
-    if (count == 0 && place_ == Place::deleted) return {};
-    start = place_ == Place::bof ? -1 : static_cast<std::int64_t>(index_);
-    // The record behind a deleted one has already moved up into its place.
-    if (place_ == Place::deleted && count > 0) --start;
+    if (place_ == Place::deleted && count == 0) return {};
   }
   // A count near the limits of its type still means "past the end".
   const std::int64_t limit = recordCount() + 1;
-  goTo(start + std::clamp(count, -limit, limit));
+  goTo(indexOf(origin, count > 0) + std::clamp(count, -limit, limit));
   return {};
+}
+
+std::int64_t Recordset::indexOf(MoveOrigin origin, bool forwards) const {
+  if (origin == MoveOrigin::first) return 0;
+  if (origin == MoveOrigin::last) return recordCount() - 1;
+  if (place_ == Place::bof) return -1;
+  const auto index = static_cast<std::int64_t>(index_);
+  // The record behind a deleted one has already moved up into its place.
+  return place_ == Place::deleted && forwards ? index - 1 : index;
 }
 
 Status Recordset::moveFromBookmark(std::int64_t count, std::string_view bookmark) {

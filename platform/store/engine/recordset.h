@@ -110,6 +110,8 @@ class Recordset {
 
   Status leaveRecord();
   Status requireBackwards() const;
+  /// Where a move starts.
+  std::int64_t indexOf(MoveOrigin origin, bool forwards) const;
   void goTo(std::int64_t index);
   Status fetchRow();
   const Value* pendingValue(std::size_t column) const;

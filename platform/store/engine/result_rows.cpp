@@ -13,7 +13,7 @@ Status readOnlyRows() {
 }  // namespace
 
 ResultRows::~ResultRows() {
-  ReadLease::Use use(connection_.lease());
+  ConnectionGuard::Use use(connection_.guard());
   fetch_.reset();
   if (!table_.empty()) {
     sqlite3_exec(connection_.handle(), ("DROP TABLE " + table_).c_str(), nullptr, nullptr, nullptr);
@@ -74,7 +74,7 @@ Status ResultRows::readKeys(KeySet* keys) {
 
 Status ResultRows::fetch(const KeySet& keys, std::size_t index, Row* row) {
   row->clear();
-  ReadLease::Use use(connection_.lease());
+  ConnectionGuard::Use use(connection_.guard());
   StatementRun run(fetch_.get());
   sqlite3_bind_int64(fetch_.get(), 1, keys.rowIdAt(index));
   const int result = sqlite3_step(fetch_.get());

@@ -64,7 +64,7 @@ bool startsWithWord(std::string_view sql, std::string_view word) {
 }  // namespace
 
 Status SqliteBackend::openRows(std::string_view source, SourceKind kind, std::unique_ptr<RowSource>* rows) {
-  ReadLease::Use use(connection_->lease());
+  ConnectionGuard::Use use(connection_->guard());
   if (kind == SourceKind::table) return openTable(source, rows);
   if (kind == SourceKind::unknown) {
     bool found = false;
@@ -76,7 +76,7 @@ Status SqliteBackend::openRows(std::string_view source, SourceKind kind, std::un
 }
 
 Status SqliteBackend::run(std::string_view sql, std::int64_t* affected, std::unique_ptr<RowSource>* rows) {
-  ReadLease::Use use(connection_->lease());
+  ConnectionGuard::Use use(connection_->guard());
   return runText(sql, affected, rows);
 }
 

@@ -1,11 +1,7 @@
 #include "platform/store/engine/sqlite_connection.h"
 
-#include <algorithm>
-#include <array>
 #include <chrono>
-#include <cstring>
-#include <filesystem>
-#include <system_error>
+#include <utility>
 
 #include "platform/store/engine/catalogue.h"
 #include "platform/store/engine/file_head.h"
@@ -19,43 +15,14 @@ constexpr int kMostStatementBytes = 1'000'000;
 constexpr const char* kMemoryMapBytes = "PRAGMA mmap_size=2147418112";
 constexpr const char* kPageCacheKibibytes = "PRAGMA cache_size=-65536";
 
-// Pragmas that only tell something. All others could weaken the connection or the file.
-constexpr std::array<std::string_view, 20> kTellingPragmas{
-    "application_id", "collation_list",    "compile_options",  "data_version",    "database_list",
-    "encoding",       "foreign_key_check", "foreign_key_list", "freelist_count",  "function_list",
-    "index_info",     "index_list",        "index_xinfo",      "integrity_check", "page_count",
-    "page_size",      "quick_check",       "table_info",       "table_list",      "table_xinfo"};
-// These tell something only without an argument.
-constexpr std::array<std::string_view, 4> kWritablePragmas{"application_id", "encoding", "page_size",
-                                                           "user_version"};
-
-bool contains(const auto& names, const char* name) {
-  return std::any_of(names.begin(), names.end(), [name](std::string_view known) {
-    return sqlite3_stricmp(std::string(known).c_str(), name) == 0;
-  });
-}
-
-bool isTellingPragma(const char* name, const char* argument) {
-  if (contains(kWritablePragmas, name)) return argument == nullptr;
-  return contains(kTellingPragmas, name);
-}
-
-bool startsWith(std::string_view text, std::string_view start) {
-  return text.substr(0, start.size()) == start;
-}
-
-bool endsWith(std::string_view text, std::string_view end) {
-  return text.size() >= end.size() && text.substr(text.size() - end.size()) == end;
-}
-
 // SQLite has one code for all that is wrong with a statement; its sentence tells which.
 ErrorCode codeOfStatementError(std::string_view message) {
-  if (startsWith(message, "no such table") || startsWith(message, "no such view")) return ErrorCode::noTable;
-  if (startsWith(message, "no such column") ||
+  if (message.starts_with("no such table") || message.starts_with("no such view")) return ErrorCode::noTable;
+  if (message.starts_with("no such column") ||
       message.find("has no column named") != std::string_view::npos) {
     return ErrorCode::badColumn;
   }
-  if (endsWith(message, "already exists") || startsWith(message, "there is already"))
+  if (message.ends_with("already exists") || message.starts_with("there is already"))
     return ErrorCode::tableExists;
   return ErrorCode::errorsInCommand;
 }
@@ -111,34 +78,16 @@ Status statusOf(sqlite3* connection, int result) {
 }
 
 SqliteConnection::~SqliteConnection() {
-  // First of all, because its thread uses the connection.
-  lease_.reset();
-  schemaVersionStatement_.reset();
-  beginStatement_.reset();
-  commitStatement_.reset();
-  journalMode_.reset();
-  truncateJournal_.reset();
-  deleteJournal_.reset();
+  if (!guard_) return;
+  letGo();
+  // First of all, because its thread uses the rest.
+  guard_.reset();
 }
 
-// A commit that ends with deleting the journal is only as durable as the folder's entry; emptying the journal
-// is flushed like every write. But where an open file can't be deleted, an emptied journal that stays open
-// lets the commits of every other program fail that ends its own with deleting it. So each transaction
-// empties the journal, and afterwards it is closed and deleted, which need not be durable any more.
-// A file that is in write-ahead mode, or that another program puts into it, stays in it.
-Status SqliteConnection::keepJournal(bool keep) {
-  if (readOnly_) return {};
-  if (!journalMode_) {
-    if (Status status = prepare("PRAGMA journal_mode", &journalMode_); !status) return status;
-  }
-  const bool isAsWanted = [&] {
-    StatementRun run(journalMode_.get());
-    if (sqlite3_step(journalMode_.get()) != SQLITE_ROW) return true;
-    return columnText(journalMode_.get(), 0) != (keep ? "delete" : "truncate");
-  }();
-  if (isAsWanted) return {};
-  SqliteStatement& change = keep ? truncateJournal_ : deleteJournal_;
-  return runPrepared(change, keep ? "PRAGMA journal_mode=TRUNCATE" : "PRAGMA journal_mode=DELETE");
+void SqliteConnection::letGo() {
+  const ConnectionGuard::Use use(*guard_);
+  lease_->end();
+  journal_->giveBack();
 }
 
 Status SqliteConnection::openFile(const std::string& path) {
@@ -188,8 +137,11 @@ Status SqliteConnection::open(const std::string& path, const OpenOptions& option
   path_ = path;
   if (Status status = openFile(path); !status) return status;
   if (Status status = checkFileHead(handle()); !status) return status;
-  lease_ = std::make_unique<ReadLease>(handle(), std::chrono::milliseconds(options.lockWait));
-  ReadLease::Use use(*lease_);
+  guard_ = std::make_unique<ConnectionGuard>(handle(), std::chrono::milliseconds(options.lockWait),
+                                             [this] { letGo(); });
+  lease_ = std::make_unique<ReadLease>(handle(), *guard_);
+  journal_ = std::make_unique<RollbackJournal>(handle(), *guard_);
+  ConnectionGuard::Use use(*guard_);
   Status status = configure(options);
   if (status) status = addCatalogue(handle());
   if (status) status = checkWhole();
@@ -199,51 +151,13 @@ Status SqliteConnection::open(const std::string& path, const OpenOptions& option
     const bool unusable = status.code() == ErrorCode::damaged || status.code() == ErrorCode::errorsInCommand;
     return unusable ? Status(ErrorCode::cannotOpen, "The database is damaged: " + status.message()) : status;
   }
-  sqlite3_set_authorizer(handle(), &SqliteConnection::authorize, &permissions_);
+  permissions_.watchOver(handle());
   return {};
 }
 
-int SqliteConnection::authorize(void* data, int action, const char* first, const char* second,
-                                const char* database, const char*) {
-  auto* permissions = static_cast<Permissions*>(data);
-  // VACUUM attaches a file without a name while it runs; VACUUM INTO would attach another one.
-  if (action == SQLITE_ATTACH && first != nullptr && first[0] != '\0') return SQLITE_DENY;
-  if (!permissions->outside) return SQLITE_OK;
-  switch (action) {
-    case SQLITE_READ:
-      permissions->readsTable = true;
-      return SQLITE_OK;
-    case SQLITE_ATTACH:
-    case SQLITE_DETACH:
-    case SQLITE_TRANSACTION:
-    case SQLITE_SAVEPOINT:
-      return SQLITE_DENY;
-    // The temporary database is the engine's own: it keeps results there, and a table of the user's would
-    // hide one of the file.
-    case SQLITE_CREATE_TEMP_TABLE:
-    case SQLITE_CREATE_TEMP_VIEW:
-    case SQLITE_CREATE_TEMP_TRIGGER:
-    case SQLITE_CREATE_TEMP_INDEX:
-    case SQLITE_DROP_TEMP_TABLE:
-      return SQLITE_DENY;
-    case SQLITE_INSERT:
-    case SQLITE_UPDATE:
-    case SQLITE_DELETE:
-      // (ALTER TABLE looks through its schema.)
-      if (database == nullptr || sqlite3_stricmp(database, "temp") != 0) return SQLITE_OK;
-      return sqlite3_strnicmp(first, "sqlite_temp_", 12) == 0 ? SQLITE_OK : SQLITE_DENY;
-    case SQLITE_PRAGMA:
-      return isTellingPragma(first, second) ? SQLITE_OK : SQLITE_DENY;
-    case SQLITE_CREATE_TABLE:
-    case SQLITE_CREATE_VIEW:
-    case SQLITE_CREATE_VTABLE:
-      return isCatalogueTable(first) ? SQLITE_DENY : SQLITE_OK;
-    default:
-      return SQLITE_OK;
-  }
-}
-
 Status SqliteConnection::prepare(std::string_view sql, SqliteStatement* statement) {
+  // Outside a transaction SQLite may wait for another program to read the schema.
+  if (sqlite3_get_autocommit(handle()) != 0) journal_->giveBack();
   sqlite3_stmt* prepared = nullptr;
   const int result = sqlite3_prepare_v3(handle(), sql.data(), static_cast<int>(sql.size()),
                                         SQLITE_PREPARE_PERSISTENT, &prepared, nullptr);
@@ -259,12 +173,11 @@ Status SqliteConnection::prepareUser(std::string_view sql, UserStatement* statem
   if (sql.find('\0') != std::string_view::npos) {
     return {ErrorCode::errorsInCommand, "A statement can't hold a zero character."};
   }
-  permissions_ = {.outside = true, .readsTable = false};
+  permissions_.beginOutside();
   sqlite3_stmt* prepared = nullptr;
   const char* tail = nullptr;
   const int result = sqlite3_prepare_v2(handle(), sql.data(), static_cast<int>(sql.size()), &prepared, &tail);
-  const bool readsTable = permissions_.readsTable;
-  permissions_ = {};
+  const bool readsTable = permissions_.endOutside();
   SqliteStatement owner(prepared);
   if (result == SQLITE_AUTH) return {ErrorCode::errorsInCommand, "This statement is not allowed here."};
   if (result != SQLITE_OK) return statusOf(handle(), result);
@@ -273,10 +186,10 @@ Status SqliteConnection::prepareUser(std::string_view sql, UserStatement* statem
   if (!onlyBlanks(rest)) {
     sqlite3_stmt* second = nullptr;
     // Many pragmas take effect while they are prepared, so this one is no less from outside.
-    permissions_.outside = true;
+    permissions_.beginOutside();
     const int secondResult =
         sqlite3_prepare_v2(handle(), rest.data(), static_cast<int>(rest.size()), &second, nullptr);
-    permissions_ = {};
+    permissions_.endOutside();
     SqliteStatement secondOwner(second);
     // A comment behind the statement is none itself.
     if (secondResult != SQLITE_OK || secondOwner) {
@@ -289,12 +202,12 @@ Status SqliteConnection::prepareUser(std::string_view sql, UserStatement* statem
 }
 
 Status SqliteConnection::readSchemaVersion(std::int64_t* version) {
-  if (!schemaVersionStatement_) {
-    if (Status status = prepare("PRAGMA schema_version", &schemaVersionStatement_); !status) return status;
-  }
-  StatementRun run(schemaVersionStatement_.get());
-  const int result = sqlite3_step(schemaVersionStatement_.get());
-  if (result != SQLITE_ROW) return statusOf(handle(), result);
+  sqlite3* connection = handle();
+  int result = prepareKept(connection, schemaVersionStatement_, "PRAGMA schema_version");
+  if (result != SQLITE_OK) return statusOf(connection, result);
+  const StatementRun run(schemaVersionStatement_.get());
+  result = sqlite3_step(schemaVersionStatement_.get());
+  if (result != SQLITE_ROW) return statusOf(connection, result);
   *version = sqlite3_column_int64(schemaVersionStatement_.get(), 0);
   return {};
 }
@@ -314,7 +227,7 @@ Status SqliteConnection::beginRead() {
   bool isNew = false;
   if (const int result = lease_->begin(&isNew); result != SQLITE_OK) return failRead(result);
   if (!isNew) return {};
-  Status status = noticeSchemaVersion();
+  Status status = takeLock([this] { return noticeSchemaVersion(); });
   if (!status) lease_->end();
   return status;
 }
@@ -325,14 +238,16 @@ Status SqliteConnection::failRead(int result) {
   return status;
 }
 
-Status SqliteConnection::runPrepared(SqliteStatement& statement, const char* sql) {
-  if (!statement) {
-    if (Status status = prepare(sql, &statement); !status) return status;
+// Whom this connection waits for could itself be waiting to delete the journal.
+Status SqliteConnection::takeLock(const std::function<Status()>& take) {
+  if (!journal_->isKept()) return take();
+  {
+    const LockWait::Never never(guard_->lockWait());
+    Status status = take();
+    if (status.code() != ErrorCode::locked) return status;
   }
-  const int result = sqlite3_step(statement.get());
-  Status status = statusOf(handle(), result);
-  sqlite3_reset(statement.get());
-  return status;
+  journal_->giveBack();
+  return take();
 }
 
 SqliteConnection::WriteTransaction::~WriteTransaction() {
@@ -341,22 +256,35 @@ SqliteConnection::WriteTransaction::~WriteTransaction() {
   if (open_ && sqlite3_get_autocommit(connection) == 0) {
     sqlite3_exec(connection, "ROLLBACK", nullptr, nullptr, nullptr);
   }
-  if (!begun_) return;
-  // The next transaction tries again, should another program just use the file.
-  const LockWait::Never never(connection_.lease_->lockWait());
-  static_cast<void>(connection_.keepJournal(false));
+  if (!connection_.guard_->lend()) connection_.journal_->giveBack();
 }
 
-Status SqliteConnection::WriteTransaction::begin() {
-  // A read transaction that others have overtaken could not become a writing one.
-  connection_.lease_->end();
-  if (Status status = connection_.keepJournal(true); !status) return status;
-  begun_ = true;
-  if (Status status = connection_.runPrepared(connection_.beginStatement_, "BEGIN IMMEDIATE"); !status) {
-    return status;
+Status SqliteConnection::WriteTransaction::begin(sqlite3_stmt* claim) {
+  if (!takeOverReading(claim)) {
+    connection_.lease_->end();
+    Status status = connection_.takeLock([this] {
+      sqlite3* connection = connection_.handle();
+      return statusOf(connection, runKept(connection, connection_.beginStatement_, "BEGIN IMMEDIATE"));
+    });
+    if (!status) return status;
+    open_ = true;
+    if (status = connection_.noticeSchemaVersion(); !status) return status;
   }
+  if (connection_.isReadOnly()) return {};
+  return statusOf(connection_.handle(), connection_.journal_->prepare());
+}
+
+// What was read in the transaction still holds, because nobody could commit beside it, or the claim fails.
+// It doesn't wait: another writer may be waiting for the end of this very transaction.
+bool SqliteConnection::WriteTransaction::takeOverReading(sqlite3_stmt* claim) {
+  if (claim == nullptr || !connection_.lease_->isOpen()) return false;
+  const LockWait::Never never(connection_.guard_->lockWait());
+  const int result = sqlite3_step(claim);
+  sqlite3_reset(claim);
+  if (result != SQLITE_DONE) return false;
+  connection_.lease_->handOver();
   open_ = true;
-  return connection_.noticeSchemaVersion();
+  return true;
 }
 
 Status SqliteConnection::WriteTransaction::run(sqlite3_stmt* statement,
@@ -371,7 +299,8 @@ Status SqliteConnection::WriteTransaction::run(sqlite3_stmt* statement,
 }
 
 Status SqliteConnection::WriteTransaction::commit() {
-  Status status = connection_.runPrepared(connection_.commitStatement_, "COMMIT");
+  sqlite3* connection = connection_.handle();
+  Status status = statusOf(connection, runKept(connection, connection_.commitStatement_, "COMMIT"));
   if (status) open_ = false;
   return status;
 }
@@ -386,7 +315,7 @@ Status SqliteConnection::WriteTransaction::commitStructure(bool tablesChange) {
 }
 
 Status SqliteConnection::runAlone(sqlite3_stmt* statement) {
-  lease_->end();
+  letGo();
   int result = SQLITE_ROW;
   while (result == SQLITE_ROW) result = sqlite3_step(statement);
   Status status = statusOf(handle(), result);

@@ -7,9 +7,12 @@
 #include <string>
 #include <string_view>
 
+#include "platform/store/engine/connection_guard.h"
 #include "platform/store/engine/database_file.h"
 #include "platform/store/engine/read_lease.h"
+#include "platform/store/engine/rollback_journal.h"
 #include "platform/store/engine/sqlite_statement.h"
+#include "platform/store/engine/statement_permissions.h"
 #include "platform/store/engine/status.h"
 
 namespace store {
@@ -18,7 +21,7 @@ namespace store {
 Status statusOf(sqlite3* connection, int result);
 
 /// One open SQLite file: settings, statements, read and write transactions.
-/// All operations but the constructor are made inside a ReadLease::Use of `lease()`.
+/// All operations but the constructor and open() are made inside a Use of `guard()`.
 class SqliteConnection {
  public:
   SqliteConnection() = default;
@@ -30,7 +33,7 @@ class SqliteConnection {
   Status open(const std::string& path, const OpenOptions& options);
 
   sqlite3* handle() const { return handle_.get(); }
-  ReadLease& lease() { return *lease_; }
+  ConnectionGuard& guard() { return *guard_; }
   const std::string& path() const { return path_; }
   bool isReadOnly() const { return readOnly_; }
 
@@ -53,6 +56,8 @@ class SqliteConnection {
   Status beginRead();
   /// A read failed with SQLite's `result`: ends the transaction and returns what happened.
   Status failRead(int result);
+  /// Ends the read transaction if there is one.
+  void endRead() { lease_->end(); }
 
   /// One durable transaction that changes the database. What is not committed is undone.
   class WriteTransaction {
@@ -62,8 +67,10 @@ class SqliteConnection {
     WriteTransaction(const WriteTransaction&) = delete;
     WriteTransaction& operator=(const WriteTransaction&) = delete;
 
-    /// Waits for the right to write and notices what others changed meanwhile.
-    Status begin();
+    /// Waits for the right to write and notices what others changed meanwhile. `claim`, unless it is null, is
+    /// a statement that writes to the file and changes nothing: with it an open read transaction can become
+    /// this one, which saves the locks of another.
+    Status begin(sqlite3_stmt* claim = nullptr);
     /// Runs `statement` to its end, calling `onRow` for each row it returns.
     Status run(sqlite3_stmt* statement, const std::function<void(sqlite3_stmt*)>& onRow = {});
     /// After it nothing is undone any more, whatever happens to the program or the machine.
@@ -73,8 +80,9 @@ class SqliteConnection {
     Status commitStructure(bool tablesChange);
 
    private:
+    bool takeOverReading(sqlite3_stmt* claim);
+
     SqliteConnection& connection_;
-    bool begun_ = false;
     bool open_ = false;
   };
 
@@ -86,34 +94,26 @@ class SqliteConnection {
     void operator()(sqlite3* connection) const { sqlite3_close_v2(connection); }
   };
 
-  struct Permissions {
-    bool outside = false;
-    bool readsTable = false;
-  };
-  static int authorize(void* permissions, int action, const char* first, const char* second,
-                       const char* database, const char* trigger);
-
   Status openFile(const std::string& path);
-  Status keepJournal(bool keep);
   Status configure(const OpenOptions& options);
-  Status runPrepared(SqliteStatement& statement, const char* sql);
+  void letGo();
+  Status takeLock(const std::function<Status()>& take);
   Status readSchemaVersion(std::int64_t* version);
   Status noticeSchemaVersion();
   Status checkWhole();
 
   std::string path_;
   std::unique_ptr<sqlite3, Closer> handle_;
+  std::unique_ptr<ConnectionGuard> guard_;
   std::unique_ptr<ReadLease> lease_;
+  std::unique_ptr<RollbackJournal> journal_;
   SqliteStatement schemaVersionStatement_;
   SqliteStatement beginStatement_;
   SqliteStatement commitStatement_;
-  SqliteStatement journalMode_;
-  SqliteStatement truncateJournal_;
-  SqliteStatement deleteJournal_;
   std::int64_t schemaVersion_ = 0;
   unsigned rebuilds_ = 0;
   bool readOnly_ = false;
-  Permissions permissions_;
+  StatementPermissions permissions_;
 };
 
 }  // namespace store

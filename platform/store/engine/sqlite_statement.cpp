@@ -32,6 +32,21 @@ std::string_view columnBytes(sqlite3_stmt* statement, int index, const void* dat
 
 }  // namespace
 
+int prepareKept(sqlite3* connection, SqliteStatement& statement, const char* sql) {
+  if (statement) return SQLITE_OK;
+  sqlite3_stmt* prepared = nullptr;
+  const int result = sqlite3_prepare_v3(connection, sql, -1, SQLITE_PREPARE_PERSISTENT, &prepared, nullptr);
+  statement.reset(prepared);
+  return result;
+}
+
+int runKept(sqlite3* connection, SqliteStatement& statement, const char* sql) {
+  if (const int result = prepareKept(connection, statement, sql); result != SQLITE_OK) return result;
+  const int result = sqlite3_step(statement.get());
+  sqlite3_reset(statement.get());
+  return result == SQLITE_DONE || result == SQLITE_ROW ? SQLITE_OK : result;
+}
+
 int bindValue(sqlite3_stmt* statement, int position, const Value& value) {
   return std::visit(Binder{statement, position, SQLITE_STATIC}, value);
 }

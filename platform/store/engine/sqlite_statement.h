@@ -15,6 +15,13 @@ struct StatementFinalizer {
 /// Owns a prepared statement.
 using SqliteStatement = std::unique_ptr<sqlite3_stmt, StatementFinalizer>;
 
+/// Prepares `sql`, unless it is in `statement` already, to be run many times. Returns SQLite's result code.
+int prepareKept(sqlite3* connection, SqliteStatement& statement, const char* sql);
+
+/// The same, and runs it; a row that it may return is not read. Returns SQLite's result code, SQLITE_OK
+/// for success.
+int runKept(sqlite3* connection, SqliteStatement& statement, const char* sql);
+
 /// Ends a run of a statement when the scope ends: it holds no lock and no row afterwards.
 class StatementRun {
  public:

@@ -76,8 +76,9 @@ TableRows::TableRows(SqliteConnection& connection, const SingleTableSelect& sele
 }
 
 TableRows::~TableRows() {
-  ReadLease::Use use(connection_.lease());
+  ConnectionGuard::Use use(connection_.guard());
   fetch_.reset();
+  claim_.statement.reset();
   insert_.statement.reset();
   update_.statement.reset();
   remove_.statement.reset();
@@ -88,14 +89,14 @@ Status TableRows::prepare() {
 }
 
 Status TableRows::readKeys(KeySet* keys) {
-  ReadLease::Use use(connection_.lease());
+  ConnectionGuard::Use use(connection_.guard());
   if (Status status = connection_.beginRead(); !status) return status;
   SqliteStatement statement;
   Status prepared = connection_.prepare(keysSql_, &statement);
   // A column with a collation that is not known here can be read, but not inside a nested SELECT.
   if (!prepared && !wideKeysSql_.empty()) prepared = connection_.prepare(wideKeysSql_, &statement);
   if (!prepared) {
-    connection_.lease().end();
+    connection_.endRead();
     return prepared;
   }
   const int firstKey = sqlite3_column_count(statement.get()) - static_cast<int>(keyNames_.size());
@@ -111,7 +112,7 @@ Status TableRows::readKeys(KeySet* keys) {
   if (result != SQLITE_DONE) {
     Status status = statusOf(connection_.handle(), result);
     statement.reset();
-    connection_.lease().end();
+    connection_.endRead();
     return status;
   }
   rebuildsAtLoad_ = connection_.rebuilds();
@@ -121,7 +122,7 @@ Status TableRows::readKeys(KeySet* keys) {
 
 Status TableRows::fetch(const KeySet& keys, std::size_t index, Row* row) {
   row->clear();
-  ReadLease::Use use(connection_.lease());
+  ConnectionGuard::Use use(connection_.guard());
   if (Status status = connection_.beginRead(); !status) return status;
   if (Status status = checkSameRows(); !status) return status;
   return readRow(keys, index, row);
@@ -135,7 +136,7 @@ Status TableRows::readRow(const KeySet& keys, std::size_t index, Row* row) {
   if (result != SQLITE_ROW) {
     Status status = statusOf(connection_.handle(), result);
     sqlite3_reset(fetch_.get());
-    connection_.lease().end();
+    connection_.endRead();
     return status;
   }
   if (!copyColumns(fetch_.get(), static_cast<int>(columns_.size()), row)) {
@@ -160,29 +161,14 @@ Status TableRows::checkSameRow(const KeySet& keys, std::size_t index, const Row*
 Status TableRows::insert(const std::vector<Change>& changes, KeySet* keys) {
   std::vector<Assignment> assignments;
   if (Status status = assignmentsOf(changes, &assignments); !status) return status;
-  std::vector<std::string> names;
-  std::vector<std::string> parameters;
-  for (const Assignment& assignment : assignments) {
-    names.push_back(quotedName(*assignment.tableColumn));
-    parameters.push_back("?" + std::to_string(names.size()));
-  }
-  std::string sql = "INSERT INTO main." + table_;
-  sql += names.empty() ? " DEFAULT VALUES"
-                       : " (" + joined(names, ", ") + ") VALUES (" + joined(parameters, ", ") + ")";
-  sql += " RETURNING " + joined(keyNames_, ", ");
 
-  ReadLease::Use use(connection_.lease());
-  if (Status status = keep(insert_, sql); !status) return status;
+  ConnectionGuard::Use use(connection_.guard());
+  if (Status status = keep(insert_, insertText(assignments)); !status) return status;
   StatementRun run(insert_.statement.get());
-  for (std::size_t number = 0; number < assignments.size(); ++number) {
-    if (bindValue(insert_.statement.get(), static_cast<int>(number + 1), *assignments[number].value) !=
-        SQLITE_OK) {
-      return outOfMemory();
-    }
-  }
+  if (bindValues(insert_.statement.get(), assignments) != SQLITE_OK) return outOfMemory();
   std::optional<Key> key;
   SqliteConnection::WriteTransaction transaction(connection_);
-  Status status = transaction.begin();
+  Status status = transaction.begin(claim());
   // Otherwise the new record would be stored and could not be shown.
   if (status) status = checkSameRows();
   if (status) {
@@ -202,29 +188,18 @@ Status TableRows::update(const std::vector<Change>& changes, KeySet* keys, std::
   std::vector<Assignment> assignments;
   if (Status status = assignmentsOf(changes, &assignments); !status) return status;
   if (assignments.empty()) return {};
-  std::vector<std::string> settings;
-  settings.reserve(assignments.size());
-  for (const Assignment& assignment : assignments) {
-    settings.push_back(quotedName(*assignment.tableColumn) + " = ?" + std::to_string(settings.size() + 1));
-  }
-  const int keyParameter = static_cast<int>(assignments.size()) + 1;
-  const bool keyChanges = changesKey(assignments);
-  std::string sql =
-      "UPDATE main." + table_ + " SET " + joined(settings, ", ") + " WHERE " + keyCondition(keyParameter);
-  if (keyChanges) sql += " RETURNING " + joined(keyNames_, ", ");
 
-  ReadLease::Use use(connection_.lease());
-  if (Status status = keep(update_, sql); !status) return status;
+  ConnectionGuard::Use use(connection_.guard());
+  if (Status status = keep(update_, updateText(assignments)); !status) return status;
   StatementRun run(update_.statement.get());
-  int result = bindKey(update_.statement.get(), keyParameter, *keys, index);
-  for (std::size_t number = 0; number < assignments.size() && result == SQLITE_OK; ++number) {
-    result = bindValue(update_.statement.get(), static_cast<int>(number + 1), *assignments[number].value);
+  if (bindValues(update_.statement.get(), assignments) != SQLITE_OK ||
+      bindKey(update_.statement.get(), static_cast<int>(assignments.size()) + 1, *keys, index) != SQLITE_OK) {
+    return outOfMemory();
   }
-  if (result != SQLITE_OK) return outOfMemory();
 
   std::optional<Key> key;
   SqliteConnection::WriteTransaction transaction(connection_);
-  if (Status status = transaction.begin(); !status) return status;
+  if (Status status = transaction.begin(claim()); !status) return status;
   if (Status status = checkSameRows(); !status) return status;
   if (Status status = checkSameRow(*keys, index, &read); !status) return status;
   Status status = transaction.run(update_.statement.get(),
@@ -244,12 +219,12 @@ Status TableRows::update(const std::vector<Change>& changes, KeySet* keys, std::
 
 Status TableRows::remove(KeySet* keys, std::size_t index, const Row* read) {
   const std::string sql = "DELETE FROM main." + table_ + " WHERE " + keyCondition(1);
-  ReadLease::Use use(connection_.lease());
+  ConnectionGuard::Use use(connection_.guard());
   if (Status status = keep(remove_, sql); !status) return status;
   StatementRun run(remove_.statement.get());
   if (bindKey(remove_.statement.get(), 1, *keys, index) != SQLITE_OK) return outOfMemory();
   SqliteConnection::WriteTransaction transaction(connection_);
-  Status status = transaction.begin();
+  Status status = transaction.begin(claim());
   if (status) status = checkSameRows();
   if (!status) return status;
   Status found = checkSameRow(*keys, index, read);
@@ -287,6 +262,44 @@ Status TableRows::assignmentsOf(const std::vector<Change>& changes,
   return {};
 }
 
+// The parameters of both statements are the values in their order, and then the key's.
+
+std::string TableRows::insertText(const std::vector<Assignment>& assignments) const {
+  std::vector<std::string> names;
+  std::vector<std::string> parameters;
+  for (const Assignment& assignment : assignments) {
+    names.push_back(quotedName(*assignment.tableColumn));
+    parameters.push_back("?" + std::to_string(names.size()));
+  }
+  const std::string values = names.empty()
+                                 ? " DEFAULT VALUES"
+                                 : " (" + joined(names, ", ") + ") VALUES (" + joined(parameters, ", ") + ")";
+  return "INSERT INTO main." + table_ + values + " RETURNING " + joined(keyNames_, ", ");
+}
+
+std::string TableRows::updateText(const std::vector<Assignment>& assignments) const {
+  std::vector<std::string> settings;
+  settings.reserve(assignments.size());
+  for (const Assignment& assignment : assignments) {
+    settings.push_back(quotedName(*assignment.tableColumn) + " = ?" + std::to_string(settings.size() + 1));
+  }
+  const int keyParameter = static_cast<int>(assignments.size()) + 1;
+  std::string sql =
+      "UPDATE main." + table_ + " SET " + joined(settings, ", ") + " WHERE " + keyCondition(keyParameter);
+  if (changesKey(assignments)) sql += " RETURNING " + joined(keyNames_, ", ");
+  return sql;
+}
+
+int TableRows::bindValues(sqlite3_stmt* statement, const std::vector<Assignment>& assignments) {
+  int position = 0;
+  for (const Assignment& assignment : assignments) {
+    if (const int result = bindValue(statement, ++position, *assignment.value); result != SQLITE_OK) {
+      return result;
+    }
+  }
+  return SQLITE_OK;
+}
+
 bool TableRows::changesKey(const std::vector<Assignment>& assignments) const {
   return std::any_of(assignments.begin(), assignments.end(), [&](const Assignment& assignment) {
     return std::find(keyColumns_.begin(), keyColumns_.end(), *assignment.tableColumn) != keyColumns_.end();
@@ -299,6 +312,12 @@ Status TableRows::keep(KeptStatement& kept, const std::string& sql) {
   if (Status status = connection_.prepare(sql, &statement); !status) return status;
   kept = {sql, std::move(statement)};
   return {};
+}
+
+// Needs the right to write and changes nothing. Null where not even that is possible.
+sqlite3_stmt* TableRows::claim() {
+  const Status prepared = keep(claim_, "DELETE FROM main." + table_ + " WHERE 0");
+  return prepared ? claim_.statement.get() : nullptr;
 }
 
 int TableRows::bindKey(sqlite3_stmt* statement, int position, const KeySet& keys, std::size_t index) const {

@@ -51,8 +51,12 @@ class TableRows : public RowSource {
   };
 
   Status assignmentsOf(const std::vector<Change>& changes, std::vector<Assignment>* assignments) const;
+  std::string insertText(const std::vector<Assignment>& assignments) const;
+  std::string updateText(const std::vector<Assignment>& assignments) const;
+  static int bindValues(sqlite3_stmt* statement, const std::vector<Assignment>& assignments);
   bool changesKey(const std::vector<Assignment>& assignments) const;
   Status keep(KeptStatement& kept, const std::string& sql);
+  sqlite3_stmt* claim();
   int bindKey(sqlite3_stmt* statement, int position, const KeySet& keys, std::size_t index) const;
   Key returnedKey(sqlite3_stmt* statement, int first) const;
   bool isTupleKeyed() const { return tupleKeyed_; }
@@ -74,6 +78,7 @@ class TableRows : public RowSource {
   std::string fetchSql_;
   unsigned rebuildsAtLoad_ = 0;  // the connection's count when the keys were taken
   SqliteStatement fetch_;
+  KeptStatement claim_;
   KeptStatement insert_;
   KeptStatement update_;
   KeptStatement remove_;

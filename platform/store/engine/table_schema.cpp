@@ -88,6 +88,7 @@ std::vector<std::string> TableSchema::keyColumns() const {
   }
   std::sort(keys.begin(), keys.end());
   std::vector<std::string> names;
+  names.reserve(keys.size());
   for (auto& key : keys) names.push_back(std::move(key.second));
   return names;
 }

@@ -43,12 +43,12 @@ char continuation(std::uint32_t bits) {
 /// Turns 8 bytes that are all ASCII into as many units; false when they are not.
 bool widenAscii(const char* bytes, char16_t* units) {
   if ((load<std::uint64_t>(bytes) & 0x8080808080808080u) != 0) return false;
-  for (int half = 0; half < 2; ++half) {
+  for (std::size_t half = 0; half < 8; half += 4) {
     // Moves the four bytes apart; their order in memory comes out right on every byte order.
-    std::uint64_t word = load<std::uint32_t>(bytes + 4 * half);
+    std::uint64_t word = load<std::uint32_t>(bytes + half);
     word = (word | word << 16) & 0x0000FFFF0000FFFFu;
     word = (word | word << 8) & 0x00FF00FF00FF00FFu;
-    std::memcpy(units + 4 * half, &word, sizeof word);
+    std::memcpy(units + half, &word, sizeof word);
   }
   return true;
 }
@@ -142,12 +142,6 @@ std::string toUtf8(std::u16string_view text) {
       ++units;
     }
   }
-  return result;
-}
-
-std::u16string toUtf16(std::string_view text) {
-  std::u16string result(text.size(), u'\0');
-  result.resize(decodeUtf8(text, result.data()));
   return result;
 }
 

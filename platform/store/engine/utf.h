@@ -14,12 +14,10 @@ namespace store {
 /// form. Never fails but for memory (std::bad_alloc).
 std::string toUtf8(std::u16string_view text);
 
-/// UTF-16 of `text`. Three-byte forms of surrogates become these units; each maximal ill-formed
-/// subsequence becomes one U+FFFD, so that damaged text can be shown. Never fails but for memory.
-std::u16string toUtf16(std::string_view text);
-
-/// The same into the caller's buffer, which has room for text.size() units (a byte never yields more
-/// than one unit). Returns the number of units written; no terminator is written.
+/// UTF-16 of `text` into the caller's buffer, which has room for text.size() units (a byte never yields
+/// more than one unit). Three-byte forms of surrogates become these units; each maximal ill-formed
+/// subsequence becomes one U+FFFD, so that damaged text can be shown. Returns the number of units written;
+/// no terminator is written.
 std::size_t decodeUtf8(std::string_view text, char16_t* units);
 
 }  // namespace store

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <windows.h>
+
+#include "gtest/gtest.h"
+#include "platform/pocketshell/aygshell.h"
+
+/// What the user sets for the shell, and the input panel that follows it.
+
+inline constexpr wchar_t kShellSettings[] = L"Software\\MorvaleSoftware\\Pocket Shell";
+
+/// As on the handheld, the panel comes when a program asks for it.
+inline constexpr DWORD kPanelAlways = 1;
+inline constexpr DWORD kPanelNever = 2;
+
+inline void setPanelPolicy(DWORD policy) {
+  EXPECT_EQ(
+      RegSetKeyValueW(HKEY_CURRENT_USER, kShellSettings, L"InputPanel", REG_DWORD, &policy, sizeof(policy)),
+      ERROR_SUCCESS);
+}
+
+inline void forgetShellSettings() {
+  RegDeleteTreeW(HKEY_CURRENT_USER, kShellSettings);
+}
+
+inline bool isPanelUp() {
+  SIPINFO info{};
+  info.cbSize = sizeof(info);
+  return SHSipInfo(SPI_GETSIPINFO, 0, &info, 0) != FALSE && (info.fdwFlags & SIPF_ON) != 0;
+}
