@@ -1,3 +1,4 @@
+#include <array>
 #include <benchmark/benchmark.h>
 #include <map>
 #include <string>
@@ -7,7 +8,7 @@
 
 namespace {
 
-constexpr int kRepetitions = 5;
+constexpr int kRepetitions = 7;
 
 /// Keeps the median of each benchmark's repetitions instead of printing them.
 class MedianReporter : public benchmark::BenchmarkReporter {
@@ -46,6 +47,11 @@ int main(int argc, char** argv) {
     add(measure.name + "/engine", measure.engine);
     add(measure.name + "/bare", measure.bare);
   }
+  // So that a slow moment of the machine meets both sides.
+  std::string interleaving = "--benchmark_enable_random_interleaving=true";
+  std::array<char*, 2> options{argv[0], interleaving.data()};
+  int optionCount = static_cast<int>(options.size());
+  benchmark::Initialize(&optionCount, options.data());
   MedianReporter reporter;
   benchmark::RunSpecifiedBenchmarks(&reporter);
   bool within = true;
