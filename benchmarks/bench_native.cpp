@@ -1,3 +1,4 @@
+#include <array>
 #include <benchmark/benchmark.h>
 #include <map>
 #include <string>
@@ -7,8 +8,6 @@
 
 namespace {
 
-constexpr int kRepetitions = 5;
-
 /// Keeps the median of each benchmark's repetitions instead of printing them.
 class MedianReporter : public benchmark::BenchmarkReporter {
  public:
@@ -16,7 +15,7 @@ class MedianReporter : public benchmark::BenchmarkReporter {
   void ReportRuns(const std::vector<Run>& runs) override {
     for (const Run& run : runs) {
       if (run.run_type != Run::RT_Aggregate || run.aggregate_name != "median") continue;
-      // The time is that of all iterations.
+      // The time is that of all repetitions.
       medians_[run.run_name.function_name] = run.real_accumulated_time / static_cast<double>(run.iterations);
     }
   }
@@ -26,14 +25,14 @@ class MedianReporter : public benchmark::BenchmarkReporter {
   std::map<std::string, double> medians_;
 };
 
-void add(const std::string& name, const std::function<void()>& work) {
+void add(const std::string& name, const std::function<double()>& measure) {
   benchmark::RegisterBenchmark(name.c_str(),
-                               [work](benchmark::State& state) {
-                                 for (auto _ : state) work();
+                               [measure](benchmark::State& state) {
+                                 for (auto _ : state) state.SetIterationTime(measure());
                                })
-      ->Repetitions(kRepetitions)
-      ->UseRealTime()
-      ->MinTime(0.2);
+      ->Repetitions(bench::kRounds)
+      ->Iterations(1)
+      ->UseManualTime();
 }
 
 }  // namespace
@@ -46,6 +45,10 @@ int main(int argc, char** argv) {
     add(measure.name + "/engine", measure.engine);
     add(measure.name + "/bare", measure.bare);
   }
+  std::string interleaving = "--benchmark_enable_random_interleaving=true";
+  std::array<char*, 2> options{argv[0], interleaving.data()};
+  int optionCount = static_cast<int>(options.size());
+  benchmark::Initialize(&optionCount, options.data());
   MedianReporter reporter;
   benchmark::RunSpecifiedBenchmarks(&reporter);
   bool within = true;

@@ -1,31 +1,13 @@
 #include <algorithm>
-#include <chrono>
 #include <vector>
 
 #include "benchmarks/bench_main.h"
 
 namespace {
 
-// The engine and the bare API take turns, so that a slow moment of the machine meets both.
-constexpr int kRounds = 5;
-
-double secondsOf(const std::function<void()>& work) {
-  using Clock = std::chrono::steady_clock;
-  constexpr std::chrono::duration<double> kLeast{0.2};
-  const Clock::time_point start = Clock::now();
-  int calls = 0;
-  std::chrono::duration<double> spent{};
-  do {
-    work();
-    ++calls;
-    spent = Clock::now() - start;
-  } while (spent < kLeast);
-  return spent.count() / calls;
-}
-
 double medianOf(std::vector<double> seconds) {
-  std::nth_element(seconds.begin(), seconds.begin() + kRounds / 2, seconds.end());
-  return seconds[kRounds / 2];
+  std::nth_element(seconds.begin(), seconds.begin() + bench::kRounds / 2, seconds.end());
+  return seconds[bench::kRounds / 2];
 }
 
 }  // namespace
@@ -39,9 +21,9 @@ int main(int argc, char** argv) {
     std::vector<double> bare;
     measure.engine();
     measure.bare();
-    for (int round = 0; round < kRounds; ++round) {
-      engine.push_back(secondsOf(measure.engine));
-      bare.push_back(secondsOf(measure.bare));
+    for (int round = 0; round < bench::kRounds; ++round) {
+      engine.push_back(measure.engine());
+      bare.push_back(measure.bare());
     }
     within &= bench::report(measure, medianOf(engine), medianOf(bare), arguments.figuresPath);
   }

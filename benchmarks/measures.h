@@ -8,21 +8,27 @@
 namespace bench {
 
 /// One measurement: the engine's way of doing something beside the bare SQLite C API's, on the same file.
+/// Each function does it once and returns the seconds that it took.
 struct Measure {
   std::string name;
   std::string unit;       ///< of the figure that is printed
   double unitsPerSecond;  ///< what a second is in that unit
   int operations;         ///< operations in one call of either function
   double limit;           ///< the engine may take this many times the bare figure
-  std::function<void()> engine;
-  std::function<void()> bare;
+  std::function<double()> engine;
+  std::function<double()> bare;
 };
 
 /// The measurements on a copy of the database in `path`, as tools/make-data makes it; the copy, at
 /// `scratchPath`, takes the writing. Ends the program with a message when the files can't be used.
 std::vector<Measure> makeMeasures(const std::string& path, const std::string& scratchPath);
 
-/// Bytes that a recordset of all records takes, for each record, over one without records.
+/// How often each side is measured, in turns, so that a slow moment of the machine meets both; the median
+/// counts. Odd.
+constexpr int kRounds = 15;
+
+/// Bytes that a recordset of all records in an order of their own takes, for each record, over one without
+/// records. (In the order of their row ids, which follow one another here, it takes next to nothing.)
 double bytesPerRecord(const std::string& path);
 constexpr double kMostBytesPerRecord = 12;
 

@@ -30,6 +30,11 @@ inline KeySet tupleSet(std::size_t count) {
   return keys;
 }
 
+inline void erase(KeySet* keys, std::size_t index) {
+  keys->prepareErase(index);
+  keys->eraseAt(index);
+}
+
 inline std::vector<Key> keysOf(const KeySet& keys) {
   std::vector<Key> all;
   for (std::size_t i = 0; i < keys.count(); ++i) all.push_back(keys.keyAt(i));

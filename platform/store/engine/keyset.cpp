@@ -240,19 +240,13 @@ std::optional<Key> keyOfBookmark(std::string_view bytes) {
 
 KeySet::KeySet(KeySet&& other) noexcept
     : kind_(other.kind_),
-      count_(std::exchange(other.count_, 0)),
-      blocks_(std::exchange(other.blocks_, {})),
-      tail_(std::exchange(other.tail_, nullptr)),
-      tailEnd_(std::exchange(other.tailEnd_, nullptr)),
+      words_(std::move(other.words_)),
       tupleBytes_(std::exchange(other.tupleBytes_, {})) {}
 
 KeySet& KeySet::operator=(KeySet&& other) noexcept {
   KeySet taken(std::move(other));
   std::swap(kind_, taken.kind_);
-  std::swap(count_, taken.count_);
-  std::swap(blocks_, taken.blocks_);
-  std::swap(tail_, taken.tail_);
-  std::swap(tailEnd_, taken.tailEnd_);
+  std::swap(words_, taken.words_);
   std::swap(tupleBytes_, taken.tupleBytes_);
   return *this;
 }
@@ -260,7 +254,7 @@ KeySet& KeySet::operator=(KeySet&& other) noexcept {
 KeySet KeySet::clone() const {
   KeySet copy(kind_);
   copy.tupleBytes_ = tupleBytes_;
-  for (std::size_t index = 0; index < count_; ++index) copy.appendWord(wordAt(index));
+  for (std::size_t index = 0; index < count(); ++index) copy.words_.append(words_.at(index));
   return copy;
 }
 
@@ -268,31 +262,12 @@ void KeySet::clear() noexcept {
   const KeySet dropped(std::move(*this));
 }
 
-void KeySet::grow() {
-  if (blocks_.empty()) {
-    blocks_.push_back(std::make_unique_for_overwrite<std::int64_t[]>(kFirstBlockCount));
-    tail_ = blocks_.back().get();
-    tailEnd_ = tail_ + kFirstBlockCount;
-    return;
-  }
-  Block block = std::make_unique_for_overwrite<std::int64_t[]>(kBlockCount);
-  const std::size_t wordCount = count_ & (kBlockCount - 1);
-  if (wordCount == 0) {
-    blocks_.push_back(std::move(block));
-  } else {
-    std::copy_n(blocks_.front().get(), wordCount, block.get());
-    blocks_.front() = std::move(block);
-  }
-  tail_ = blocks_.back().get() + wordCount;
-  tailEnd_ = blocks_.back().get() + kBlockCount;
-}
-
 void KeySet::append(const std::vector<Value>& tuple) {
   const std::string packed = packedTuple(tuple);
   const std::size_t offset = tupleBytes_.size();
   tupleBytes_ += packed;
   try {
-    appendWord(static_cast<std::int64_t>(offset));
+    words_.append(static_cast<std::int64_t>(offset));
   } catch (...) {
     tupleBytes_.resize(offset);
     throw;
@@ -308,7 +283,7 @@ void KeySet::append(const Key& key) {
 }
 
 std::string_view KeySet::tupleBytesAt(std::size_t index) const {
-  KeyReader reader(std::string_view(tupleBytes_).substr(static_cast<std::size_t>(wordAt(index))));
+  KeyReader reader(std::string_view(tupleBytes_).substr(static_cast<std::size_t>(words_.at(index))));
   std::uint64_t length = 0;
   reader.readLength(&length);
   return reader.rest().substr(0, static_cast<std::size_t>(length));
@@ -322,46 +297,37 @@ Key KeySet::keyAt(std::size_t index) const {
 }
 
 void KeySet::eraseAt(std::size_t index) noexcept {
-  std::size_t first = index & (kBlockCount - 1);
-  for (std::size_t i = index >> kBlockShift; i < blocks_.size(); ++i, first = 0) {
-    std::int64_t* words = blocks_[i].get();
-    const bool isLast = i + 1 == blocks_.size();
-    const std::size_t wordCount = isLast ? static_cast<std::size_t>(tail_ - words) : kBlockCount;
-    std::memmove(words + first, words + first + 1, (wordCount - first - 1) * sizeof(std::int64_t));
-    if (!isLast) words[kBlockCount - 1] = blocks_[i + 1][0];
-  }
-  --count_;
-  --tail_;
-  if (count_ == 0) {
-    clear();
-  } else if (tail_ == blocks_.back().get()) {
-    blocks_.pop_back();
-    tail_ = tailEnd_ = blocks_.back().get() + kBlockCount;
-  }
+  words_.eraseAt(index);
+  if (words_.count() == 0) clear();
 }
 
 void KeySet::replaceAt(std::size_t index, const Key& key) {
   if (kind_ == Kind::rowId) {
-    wordAt(index) = std::get<std::int64_t>(key);
+    words_.replaceAt(index, std::get<std::int64_t>(key));
     return;
   }
   const std::string packed = packedTuple(std::get<std::vector<Value>>(key));
   const std::size_t offset = tupleBytes_.size();
   tupleBytes_ += packed;
-  wordAt(index) = static_cast<std::int64_t>(offset);
+  try {
+    words_.replaceAt(index, static_cast<std::int64_t>(offset));
+  } catch (...) {
+    tupleBytes_.resize(offset);
+    throw;
+  }
 }
 
 std::size_t KeySet::find(const Key& key, std::size_t hint) const {
   if (kind_ == Kind::rowId) {
     const auto* rowId = std::get_if<std::int64_t>(&key);
     if (rowId == nullptr) return npos;
-    return findOutwards(count_, hint, [&](std::size_t index) { return wordAt(index) == *rowId; });
+    return findOutwards(count(), hint, [&](std::size_t index) { return words_.at(index) == *rowId; });
   }
   const auto* tuple = std::get_if<std::vector<Value>>(&key);
   if (tuple == nullptr) return npos;
   const std::string packed = packedTuple(*tuple);
-  return findOutwards(count_, hint, [&](std::size_t index) {
-    const auto offset = static_cast<std::size_t>(wordAt(index));
+  return findOutwards(count(), hint, [&](std::size_t index) {
+    const auto offset = static_cast<std::size_t>(words_.at(index));
     return std::string_view(tupleBytes_).substr(offset, packed.size()) == packed;
   });
 }

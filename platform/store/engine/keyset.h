@@ -2,13 +2,13 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <variant>
 #include <vector>
 
+#include "platform/store/engine/packed_integers.h"
 #include "platform/store/engine/value.h"
 
 namespace store {
@@ -39,9 +39,10 @@ std::optional<Key> keyOfBookmark(std::string_view bytes);
 /// takes a key relies on unless it says otherwise; so do the functions that take an index on
 /// index < count().
 ///
-/// An empty set holds no memory. Row ids take 8 bytes each and are kept in blocks, so that growing
-/// never holds more than one block (512 KiB) besides the keys. Tuples take 8 bytes each and their bytes
-/// in one common buffer; what an erased or replaced tuple occupied there comes back with clear().
+/// An empty set holds no memory. Row ids take 8 bytes each, but hardly anything where they follow one
+/// another (PackedIntegers); growing never holds more than 512 KiB besides the keys. Tuples take 8 bytes
+/// each and their bytes in one common buffer; what an erased or replaced tuple occupied there comes back
+/// with clear().
 ///
 /// Where a function says that it may throw std::bad_alloc, the set is then as it was.
 class KeySet {
@@ -63,23 +64,28 @@ class KeySet {
   KeySet clone() const;
 
   Kind kind() const { return kind_; }
-  std::size_t count() const { return count_; }
+  std::size_t count() const { return words_.count(); }
 
   /// Removes all keys and gives their memory back.
   void clear() noexcept;
 
   /// Adds a key at the end. May throw std::bad_alloc.
-  void append(std::int64_t rowId) { appendWord(rowId); }
+  void append(std::int64_t rowId) { words_.append(rowId); }
   void append(const std::vector<Value>& tuple);
   void append(const Key& key);
 
   /// The row id at `index`; for sets of row ids only.
-  std::int64_t rowIdAt(std::size_t index) const { return wordAt(index); }
+  std::int64_t rowIdAt(std::size_t index) const { return words_.at(index); }
 
   /// The key at `index`, of either kind. May throw std::bad_alloc.
   Key keyAt(std::size_t index) const;
 
-  /// Removes the key at `index`; those behind it move up by one.
+  /// Sees to it that eraseAt() with this index needs no memory, as long as nothing else is changed first.
+  /// May throw std::bad_alloc.
+  void prepareErase(std::size_t index) { words_.prepareErase(index); }
+
+  /// Removes the key at `index`; those behind it move up by one. It is the last one, or prepareErase() was
+  /// called for it.
   void eraseAt(std::size_t index) noexcept;
 
   /// Puts `key` in the place of the one at `index`. May throw std::bad_alloc.
@@ -90,31 +96,11 @@ class KeySet {
   std::size_t find(const Key& key, std::size_t hint) const;
 
  private:
-  static constexpr std::size_t kBlockShift = 16;
-  static constexpr std::size_t kBlockCount = std::size_t{1} << kBlockShift;
-  // Most recordsets are small: the first block begins with this many words and is exchanged once.
-  static constexpr std::size_t kFirstBlockCount = 1024;
-
-  using Block = std::unique_ptr<std::int64_t[]>;
-
-  std::int64_t wordAt(std::size_t index) const {
-    return blocks_[index >> kBlockShift][index & (kBlockCount - 1)];
-  }
-  std::int64_t& wordAt(std::size_t index) { return blocks_[index >> kBlockShift][index & (kBlockCount - 1)]; }
-  void appendWord(std::int64_t word) {
-    if (tail_ == tailEnd_) grow();
-    *tail_++ = word;
-    ++count_;
-  }
-  void grow();
   std::string_view tupleBytesAt(std::size_t index) const;
 
   Kind kind_;
-  std::size_t count_ = 0;
-  std::vector<Block> blocks_;        // row ids, or the offsets of tuples in tupleBytes_
-  std::int64_t* tail_ = nullptr;     // where the next word goes
-  std::int64_t* tailEnd_ = nullptr;  // the end of the last block
-  std::string tupleBytes_;           // each tuple: length of its values in bytes, its values
+  PackedIntegers words_;    // row ids, or the offsets of tuples in tupleBytes_
+  std::string tupleBytes_;  // each tuple: length of its values in bytes, its values
 };
 
 }  // namespace store

@@ -237,6 +237,7 @@ Status TableRows::remove(KeySet* keys, std::size_t index, const Row* read) {
                         checkSameRow(*keys, index, nullptr).code() != ErrorCode::noCurrentRecord;
     if (isKept) return notTaken("The database's own rules did not let the record be deleted.");
   }
+  keys->prepareErase(index);
   status = transaction.commit();
   if (status) keys->eraseAt(index);
   return status;
