@@ -137,7 +137,7 @@ BOOL HandheldSetWindowPos(HWND window, HWND after, int x, int y, int width, int 
     rememberPlace(window, place);
     flags &= ~static_cast<UINT>(SWP_NOMOVE | SWP_NOSIZE);
   }
-  return applyPlace(window, after, place, flags);
+  return applyPlace(window, after, place, flags) ? TRUE : FALSE;
 }
 
 BOOL HandheldGetClientRect(HWND window, RECT* rectangle) {

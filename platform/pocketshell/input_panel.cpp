@@ -36,7 +36,7 @@ bool hasTouchScreen() {
 
 bool isFrame(HWND window) {
   const ShellWindow* const shell = ShellWindow::of(window);
-  return shell && shell->isFrame();
+  return shell != nullptr && shell->isFrame();
 }
 
 /// The frame that a window belongs to or is owned by; else the thread's only one. Null for none.

@@ -22,7 +22,7 @@ BOOL SHSipPreference(HWND window, SIPSTATE state) {
   switch (state) {
     case SIP_UP:
     case SIP_INPUTDIALOG:
-      return !InputPanel::isWanted() || InputPanel::raise(window);
+      return !InputPanel::isWanted() || InputPanel::raise(window) ? TRUE : FALSE;
     case SIP_DOWN:
     case SIP_FORCEDOWN:
       InputPanel::lower();

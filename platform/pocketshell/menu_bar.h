@@ -33,6 +33,8 @@ class MenuBar : public WindowLayer<MenuBar> {
  public:
   MenuBar(HWND toolbar, HWND parent, MenuBarParts parts);
   ~MenuBar();
+  MenuBar(const MenuBar&) = delete;
+  MenuBar& operator=(const MenuBar&) = delete;
 
   HWND parent() const { return parent_; }
   const std::vector<DropDown>& dropDowns() const { return parts_.dropDowns; }

@@ -158,7 +158,7 @@ LRESULT ShellWindow::contextMenuAsked(UINT message, WPARAM wParam, LPARAM lParam
 
 LRESULT ShellWindow::popupOpening(UINT message, WPARAM wParam, LPARAM lParam) {
   notePopupOpened();
-  const auto popup = reinterpret_cast<HMENU>(wParam);
+  auto* const popup = reinterpret_cast<HMENU>(wParam);
   if (zoomMenu_ && popup == zoomMenu_) markZoom(zoomMenu_, readZoomSetting());
   return passOn(message, wParam, lParam);
 }

@@ -46,6 +46,6 @@ struct Place {
 /// brought to it.
 std::uint64_t packPlace(const Place& place);
 /// Nothing from 0.
-std::optional<Place> unpackPlace(std::uint64_t packed);
+std::optional<Place> unpackPlace(std::uint64_t all);
 
 }  // namespace pocketshell
