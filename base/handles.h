@@ -65,11 +65,8 @@ struct WindowTraits : NullTraits<HWND, ResourceKind::window> {
   static void close(HWND value) noexcept { DestroyWindow(value); }
 };
 
-struct HookTraits {
-  using Value = HHOOK;
-  static constexpr ResourceKind kKind = ResourceKind::hook;
-  static Value invalid() noexcept { return nullptr; }
-  static void close(Value value) noexcept { UnhookWindowsHookEx(value); }
+struct HookTraits : NullTraits<HHOOK, ResourceKind::hook> {
+  static void close(HHOOK value) noexcept { UnhookWindowsHookEx(value); }
 };
 
 }  // namespace handles

@@ -113,8 +113,8 @@ double secondsOf(const std::function<void()>& work) {
   return std::chrono::duration<double>(Clock::now() - start).count();
 }
 
-/// The second of two times, which finds the file's pages mapped. On a connection of its own: at some
-/// addresses the processor reads a mapped file faster than at others, and so both sides get the same one.
+/// The second of two times, which finds the file's pages mapped. On a connection of its own: with two that
+/// stay open the ratio also depends on which was opened first.
 double openKeyset(const std::string& path) {
   const std::shared_ptr<store::Backend> backend = openBackend(path);
   const auto open = [&] { sink = sink + openRecordset(backend, kAllRecords)->recordCount(); };

@@ -56,11 +56,13 @@ class Mean {
 Mean meanOfArea(const ImageStrip& strip, int image, int x, int y, int size) {
   // In units of 1 / size of the strip's pixels every edge is a whole number.
   const int from = strip.size;
+  const auto edge = [](int pixel, int unit) { return static_cast<long long>(pixel) * unit; };
   Mean mean;
   for (int row = y * from / size; row * size < (y + 1) * from; ++row) {
-    const long long height = overlap(row * size, (row + 1) * size, y * from, (y + 1) * from);
+    const long long height = overlap(edge(row, size), edge(row + 1, size), edge(y, from), edge(y + 1, from));
     for (int column = x * from / size; column * size < (x + 1) * from; ++column) {
-      const long long width = overlap(column * size, (column + 1) * size, x * from, (x + 1) * from);
+      const long long width =
+          overlap(edge(column, size), edge(column + 1, size), edge(x, from), edge(x + 1, from));
       const std::size_t index = indexOf(strip, image * from + column, row);
       mean.add(strip.pixels[index], strip.transparent[index], width * height);
     }

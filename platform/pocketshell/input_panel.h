@@ -2,12 +2,10 @@
 
 #include <windows.h>
 
-namespace pocketshell {
-
 /// The keyboard on the screen: a window without activation over the lower part of a shell window. It is
 /// owned by the window in which is typed, a dialog perhaps, so that it is above it and not disabled with
 /// the shell window. What is tapped goes to the window of this thread that has the keyboard.
-namespace InputPanel {
+namespace pocketshell::InputPanel {
 
 /// Whether the user's setting and his machine let programs show it.
 bool isWanted();
@@ -35,6 +33,4 @@ UINT restoreMessage();
 /// Before a shell window is destroyed.
 void leave(HWND shellWindow);
 
-}  // namespace InputPanel
-
-}  // namespace pocketshell
+}  // namespace pocketshell::InputPanel

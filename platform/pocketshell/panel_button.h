@@ -2,10 +2,8 @@
 
 #include <windows.h>
 
-namespace pocketshell {
-
 /// The button at the right end of a menu bar that raises the input panel and puts it down.
-namespace PanelButton {
+namespace pocketshell::PanelButton {
 
 /// Makes one, if the user wants the panel at all.
 void create(HWND menuBar);
@@ -14,6 +12,4 @@ void layOut(HWND menuBar);
 /// Shows whether the panel is up.
 void refresh(HWND menuBar);
 
-}  // namespace PanelButton
-
-}  // namespace pocketshell
+}  // namespace pocketshell::PanelButton

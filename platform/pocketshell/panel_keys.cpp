@@ -1,8 +1,6 @@
 #include "platform/pocketshell/panel_keys.h"
 
-#include <algorithm>
 #include <array>
-#include <iterator>
 #include <string_view>
 
 namespace pocketshell {
@@ -75,14 +73,6 @@ bool isLetter(wchar_t character) {
 const std::vector<PanelKey>& panelKeys() {
   static const std::vector<PanelKey> keys = layOutKeys();
   return keys;
-}
-
-std::optional<std::size_t> panelKeyAt(POINT point) {
-  const std::vector<PanelKey>& keys = panelKeys();
-  const auto found = std::find_if(keys.begin(), keys.end(),
-                                  [&](const PanelKey& key) { return PtInRect(&key.place, point) != FALSE; });
-  if (found == keys.end()) return std::nullopt;
-  return static_cast<std::size_t>(std::distance(keys.begin(), found));
 }
 
 wchar_t characterOf(const PanelKey& key, PanelShift state) {

@@ -2,7 +2,6 @@
 
 #include <windows.h>
 
-#include <optional>
 #include <vector>
 
 namespace pocketshell {
@@ -29,9 +28,6 @@ struct PanelKey {
 
 /// All keys; together they cover the panel without gaps.
 const std::vector<PanelKey>& panelKeys();
-
-/// Index of the key at a point, nothing outside of the panel.
-std::optional<std::size_t> panelKeyAt(POINT point);
 
 /// What shift and lock make of the keys.
 struct PanelShift {

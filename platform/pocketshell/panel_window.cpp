@@ -203,10 +203,6 @@ void create(HWND owner) {
 
 }  // namespace
 
-HWND PanelWindow::window() {
-  return panelWindow;
-}
-
 void PanelWindow::show(HWND owner, const RECT& place, bool visible) {
   if (panelWindow && GetWindow(panelWindow, GW_OWNER) != owner) hide();
   if (!panelWindow) create(owner);

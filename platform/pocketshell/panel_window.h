@@ -2,10 +2,8 @@
 
 #include <windows.h>
 
-namespace pocketshell {
-
 /// The window of the input panel: it draws the keys and types them. There is at most one.
-namespace PanelWindow {
+namespace pocketshell::PanelWindow {
 
 /// Puts it at a place of the monitor above its owner, in which is typed; made when it is not there or was
 /// made for another owner.
@@ -16,9 +14,5 @@ void lift();
 /// Destroys it.
 void hide();
 void redraw();
-/// Null when there is none.
-HWND window();
 
-}  // namespace PanelWindow
-
-}  // namespace pocketshell
+}  // namespace pocketshell::PanelWindow

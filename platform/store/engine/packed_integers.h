@@ -8,7 +8,7 @@
 namespace store {
 
 /// A list of 64-bit integers, made for the row ids of large tables: where they follow one another, which is
-/// the rule, they take next to no memory, and growing never moves what is there.
+/// the rule, they take next to no memory, and growing never holds more than a block besides the integers.
 ///
 /// The integers are kept in blocks of 65,536. A block in which each is one more than that before it is a
 /// run, of which only the first is kept (sums wrap round at 64 bits); in any other they take 8 bytes each.
