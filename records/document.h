@@ -154,8 +154,8 @@ class Document {
 
   /// Runs the Find dialog.
   int openFind();
-  /// One step of the search, from the current record or behind the last match. The last record is not
-  /// tested but when the search starts behind it. A match is shown on the form, the cursor stands behind it.
+  /// One step of the search, from the current record or behind the last match. A match is shown on the
+  /// form, the cursor stands behind it.
   int findNext();
   const FindState& findState() const { return find_; }
 
@@ -225,6 +225,7 @@ class Document {
   bool searchBothPasses();
   void beginSearch();
   bool searchUpTo(std::uint32_t end, std::uint32_t& field);
+  bool searchLeftOut(std::uint32_t first, std::uint32_t& field);
   void tellSearchEnd(bool found);
   bool returnToShownRecord();
   bool storeRecord();

@@ -14,18 +14,19 @@ int Document::openFind() {
     refuse(PromptOwner::mainWindow, L"Cannot find text when a database is not open!");
     return 0;
   }
-  if (!recordsetOpen_ || database_.recordCount() == 0 || !finishEditing()) return 0;
+  if (!finishEditing()) return 0;
   // A match in the last record has left the cursor behind it.
-  findStartRecord_ = std::min(currentRecord, database_.recordCount());
+  findStartRecord_ = std::min(currentRecord, openRecordCount());
   NameList names;
-  for (std::uint32_t field = 0; field < database_.fieldCount(); ++field)
-    names.append(database_.fieldName(field));
+  // The fields of the former recordset outlast one that did not open.
+  const std::uint32_t count = recordsetOpen_ ? database_.fieldCount() : 0;
+  for (std::uint32_t field = 0; field < count; ++field) names.append(database_.fieldName(field));
   pages_.prompts.showFindDialog(find_, std::move(names));
   return 0;
 }
 
 int Document::findNext() {
-  if (viewMode_ != ViewMode::form || !recordsetOpen_ || database_.recordCount() == 0) return 0;
+  if (viewMode_ != ViewMode::form || !database_.isOpen()) return 0;
   // What was typed on the form between two steps belongs to the record that is shown.
   if (!finishEditing()) return 0;
   tellSearchEnd(searchBothPasses());
@@ -40,20 +41,33 @@ bool Document::searchBothPasses() {
   const WaitCursor wait;
   beginSearch();
   std::uint32_t field = 0;
-  bool found = searchUpTo(database_.recordCount(), field);
+  bool found = searchUpTo(openRecordCount(), field);
   if (!found) {
+    const std::uint32_t leftOut = currentRecord;
     database_.moveFirst();
     findRecordCounter_ = 0;
-    found = searchUpTo(findStartRecord_, field);
+    found = searchUpTo(findStartRecord_, field) || searchLeftOut(leftOut, field);
   }
   if (found) {
     findField_ = field;
     pages_.form.focusField(field);
   } else {
-    database_.moveTo(findStartRecord_);
+    if (findStartRecord_ != 0) database_.moveTo(findStartRecord_);
     loadRecord();
   }
   return found;
+}
+
+/// The pass to the end stops before the last record, and earlier when the search was continued; the pass
+/// from the first record ends at the start. Tests what lies behind both, from where the former stopped:
+/// what is told afterwards speaks of all records.
+bool Document::searchLeftOut(std::uint32_t first, std::uint32_t& field) {
+  const std::uint32_t counter = findRecordCounter_;
+  findRecordCounter_ = std::max(first, findStartRecord_ + 1);
+  const std::uint32_t end = openRecordCount() + 1;
+  if (findRecordCounter_ < end && database_.moveTo(findRecordCounter_) && searchUpTo(end, field)) return true;
+  findRecordCounter_ = counter;
+  return false;
 }
 
 /// Where the search begins: anew at the current record, or behind the last match.

@@ -99,7 +99,7 @@ int Document::previousFormPage() {
 
 void Document::loadRecord() {
   if (!database_.isOpen()) return;
-  recordCount = database_.recordCount();
+  recordCount = openRecordCount();
   updatePositionText();
   shownRecord_ = recordCount != 0 ? currentRecord : 0;
   if (recordCount != 0) pages_.form.loadRecord();

@@ -160,14 +160,65 @@ TEST_F(DocumentFindTest, ASearchThatBeginsBehindTheLastRecordEndsOnIt) {
   EXPECT_EQ(value(), L"plum");
 }
 
-TEST_F(DocumentFindTest, ASearchOfNoRecordsDoesNothing) {
+TEST_F(DocumentFindTest, TheDialogOpensOverAnEmptyTableToo) {
   document().setViewMode(ViewMode::tables);
   document().openTableSelection(2);
   document().setViewMode(ViewMode::form);
   window().takeCalls();
   document().openFind();
+  EXPECT_THAT(window().takeCalls(), ElementsAre("prompts.showFindDialog 1"));
+  find(L"zebra");
   document().findNext();
-  EXPECT_THAT(window().takeCalls(), IsEmpty());
+  EXPECT_THAT(texts(), ElementsAre(L"All records searched for 'zebra'"));
+  EXPECT_EQ(window().bar.position, L"No Records");
+  document().findNext();
+  EXPECT_THAT(texts(), testing::SizeIs(2));
+}
+
+TEST_F(DocumentFindTest, TheDialogOpensWithoutARecordsetAndNamesNoFields) {
+  addQueries();
+  document().setViewMode(ViewMode::queries);
+  document().openQuerySelection(1);
+  document().setViewMode(ViewMode::form);
+  ASSERT_FALSE(document().isRecordsetOpen());
+  window().takeCalls();
+  document().openFind();
+  EXPECT_THAT(window().takeCalls(), ElementsAre("prompts.showFindDialog 0"));
+  find(L"zebra");
+  document().findNext();
+  EXPECT_THAT(texts(), ElementsAre(L"All records searched for 'zebra'"));
+  EXPECT_EQ(window().bar.position, L"No Records");
+}
+
+TEST_F(DocumentFindTest, TheRecordThatThePassesLeaveOutIsFoundAndShownLikeAnyOther) {
+  find(L"plum");
+  document().findNext();
+  EXPECT_THAT(texts(), IsEmpty());
+  EXPECT_EQ(window().bar.position, L"    5 / 5");
+  EXPECT_EQ(currentRecord, 6u);
+  EXPECT_THAT(window().takeCalls(), Contains("form.focusField 0"));
+  window().form.changed = true;
+  document().commitCurrentRecord();
+  EXPECT_EQ(value(), L"plum") << "a change means the record that is shown";
+}
+
+TEST_F(DocumentFindTest, AContinuedSearchOfOneFieldLeavesNoRecordOut) {
+  // Each step of it ends its first pass a record earlier than the one before.
+  runStatements(path(), {L"INSERT INTO Words VALUES ('sloe', 'blue', 1)"});
+  document().setViewMode(ViewMode::tables);
+  document().openTableSelection(0);
+  document().openTableSelection(3);
+  document().setViewMode(ViewMode::form);
+  document().moveNextRecord();
+  find(L"lue", L"v");
+  document().findNext();
+  EXPECT_EQ(window().bar.position, L"    5 / 6");
+  document().findNext();
+  EXPECT_EQ(window().bar.position, L"    6 / 6");
+  EXPECT_THAT(texts(), IsEmpty());
+  document().findNext();
+  EXPECT_THAT(texts(), ElementsAre(L"All records searched for 'lue'"));
+  EXPECT_EQ(window().bar.position, L"    2 / 6");
 }
 
 }  // namespace
