@@ -33,7 +33,7 @@ endif()
 # runs all of it. The program has a main function (tests/support/main.cpp), GoogleMock and
 # tests/support/paths.h. A Windows program runs in a Wine prefix of its own, that is removed
 # afterwards, so different test programs may run at the same time. It has no display unless GRAPHICS
-# is x11: then it has a virtual one of its own. TIMEOUT is 120 seconds unless given. BESIDE_PROGRAM lets
+# is x11: then it has a virtual one of its own. TIMEOUT is 300 seconds unless given. BESIDE_PROGRAM lets
 # the program load the modules that lie in the folder of the product.
 function(quivane_add_test)
   cmake_parse_arguments(PARSE_ARGV 0 TEST "BESIDE_PROGRAM" "NAME;GRAPHICS;TIMEOUT" "SOURCES;LIBRARIES;LABELS;ENVIRONMENT")
@@ -47,15 +47,15 @@ function(quivane_add_test)
     return()
   endif()
   if(NOT DEFINED TEST_TIMEOUT)
-    set(TEST_TIMEOUT 120)
+    set(TEST_TIMEOUT 300)
   endif()
 
   set(program ${TEST_NAME}_tests)
   add_executable(${program} EXCLUDE_FROM_ALL ${TEST_SOURCES})
   set_target_properties(${program} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/tests)
   target_link_libraries(${program} PRIVATE ${TEST_LIBRARIES} quivane_test_support quivane_options)
-  # Compiling a test takes longer than running it, and half of that is optimising its assertions away.
-  target_compile_options(${program} PRIVATE $<$<CONFIG:Release>:-O0>)
+  # Compiling a test takes longer than running it: 13.4 s instead of 3.7 s for a typical one with sanitizers.
+  target_compile_options(${program} PRIVATE -O0)
   add_dependencies(tests ${program})
 
   # CTest kills without a chance to clean up, so under Wine tools/wine itself keeps the time.
