@@ -6,6 +6,7 @@
 
 #include "platform/store/engine/backend.h"
 #include "platform/store/engine/dialect.h"
+#include "platform/store/engine/local_date.h"
 
 namespace store {
 

@@ -3,9 +3,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <vector>
 
-#include "platform/store/engine/iso_date.h"
 #include "platform/store/engine/status.h"
 
 namespace store {
@@ -83,21 +81,5 @@ struct SingleTableSelect {
 /// Empty for every other statement, several statements and text that SQLite can't read included.
 /// A statement that is not empty need not be a correct one. Linear in time.
 std::optional<SingleTableSelect> readSingleTableSelect(std::string_view sql);
-
-/// In what order the user's locale writes the parts of a date.
-enum class DateOrder { monthDayYear, dayMonthYear, yearMonthDay };
-
-/// `sql` with the quoted dates that stand beside one of `dateColumns` (names without quotes, in any
-/// letter case of ASCII) written as formatIsoDate writes values of that `shape` (dateTime or date), so
-/// that they compare with the dates in the file: literals in single or double quotes of the forms
-/// "yyyy/m/d", "yyyy-m-d" and, by `order`, "m/d/yyyy", "d/m/yyyy" or "yyyy/m/d" (these also with "." or
-/// "-" between the parts), the year with four digits, month and day with one or two. A time "h:mm" or
-/// "h:mm:ss" may follow after blanks, with AM or PM or by 24 hours.
-/// Covers column <op> literal and literal <op> column with = == <> != < <= > >= IS and IS NOT, BETWEEN,
-/// column IN (...), SET column = literal, and the VALUES of an INSERT with a column list. A column or
-/// literal that an arithmetic or text operator joins with something else is not covered.
-/// Literals of any other form, and days that don't exist, stay as they are. Linear in time.
-std::string withIsoDates(std::string_view sql, const std::vector<std::string>& dateColumns, DateShape shape,
-                         DateOrder order);
 
 }  // namespace store

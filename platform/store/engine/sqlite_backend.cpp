@@ -1,8 +1,5 @@
 #include "platform/store/engine/sqlite_backend.h"
 
-#include <algorithm>
-#include <cctype>
-
 #include "platform/store/engine/catalogue.h"
 #include "platform/store/engine/result_rows.h"
 #include "platform/store/engine/table_rows.h"
@@ -46,13 +43,10 @@ std::vector<SelectedColumn> selectedColumnsOf(sqlite3_stmt* statement, const Tab
   return selected;
 }
 
-// Most statements hold no date, and then no schema need be read.
+// Most statements hold no date, and then nothing need be asked.
 bool mayHoldDate(std::string_view sql) {
-  for (std::size_t index = 0; index + 2 < sql.size(); ++index) {
-    const bool quote = sql[index] == '\'' || sql[index] == '"';
-    if (quote && std::isdigit(static_cast<unsigned char>(sql[index + 1])) != 0) return true;
-  }
-  return false;
+  const std::size_t quote = sql.find_first_of("'\"");
+  return quote != std::string_view::npos && sql.find_first_of("0123456789", quote) != std::string_view::npos;
 }
 
 bool startsWithWord(std::string_view sql, std::string_view word) {
@@ -138,8 +132,10 @@ Status SqliteBackend::runText(std::string_view text, std::int64_t* affected,
     return status;
   }
   if (Status status = connection_->beginRead(); !status) return status;
-  if (statement.kind == StatementKind::select || statement.kind == StatementKind::change) {
-    if (Status status = withDates(&statement.sql); !status) return status;
+  const bool meansDates = statement.kind == StatementKind::select ||
+                          statement.kind == StatementKind::change || startsWithWord(statement.sql, "EXPLAIN");
+  if (meansDates && mayHoldDate(statement.sql)) {
+    if (Status status = makeDatesMoments(&statement.sql, dateOrder_, *this); !status) return status;
   }
   UserStatement prepared;
   if (Status status = connection_->prepareUser(statement.sql, &prepared); !status) return status;
@@ -254,31 +250,21 @@ Status SqliteBackend::countHidingTables(std::int64_t* count) {
   return {};
 }
 
-Status SqliteBackend::withDates(std::string* sql) {
-  if (!mayHoldDate(*sql)) return {};
-  SqliteStatement statement;
-  Status status = connection_->prepare(
-      "SELECT c.name, c.type FROM sqlite_schema s JOIN pragma_table_xinfo(iif(quivane_readable(s.name), "
-      "s.name, '')) c "
-      "WHERE s.type IN ('table', 'view') AND instr(lower(?1), lower(s.name)) > 0",
-      &statement);
-  if (!status) return status;
-  const int bound =
-      sqlite3_bind_text64(statement.get(), 1, sql->data(), sql->size(), SQLITE_STATIC, SQLITE_UTF8);
-  if (bound != SQLITE_OK) return statusOf(connection_->handle(), bound);
-  std::vector<std::string> dates;
-  std::vector<std::string> dateTimes;
-  int result = SQLITE_ROW;
-  while ((result = sqlite3_step(statement.get())) == SQLITE_ROW) {
-    const FieldType type = fieldTypeOf(columnText(statement.get(), 1));
-    if (type.code != TypeCode::date || type.dateShape == DateShape::time) continue;
-    std::vector<std::string>& columns = type.dateShape == DateShape::date ? dates : dateTimes;
-    columns.emplace_back(columnText(statement.get(), 0));
+Status SqliteBackend::ofSelect(const std::string& select, std::optional<std::string>* type) {
+  UserStatement prepared;
+  if (Status status = connection_->prepareUser(select, &prepared); !status) {
+    return status.code() == ErrorCode::outOfMemory ? status : Status();
   }
-  if (result != SQLITE_DONE) return statusOf(connection_->handle(), result);
-  statement.reset();
-  *sql = withIsoDates(*sql, dates, DateShape::date, dateOrder_);
-  *sql = withIsoDates(*sql, dateTimes, DateShape::dateTime, dateOrder_);
+  *type = textOrEmpty(sqlite3_column_decltype(prepared.statement.get(), 0));
+  return {};
+}
+
+Status SqliteBackend::ofInsert(const std::string& table, std::vector<std::string>* types) {
+  TableSchema schema;
+  if (Status status = readTableSchema(*connection_, table, &schema); !status) return status;
+  for (const TableSchema::Column& column : schema.columns) {
+    if (!column.generated) types->push_back(column.declaredType);
+  }
   return {};
 }
 

@@ -1,19 +1,21 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "platform/store/engine/backend.h"
 #include "platform/store/engine/database_file.h"
+#include "platform/store/engine/date_literals.h"
 #include "platform/store/engine/dialect.h"
 #include "platform/store/engine/sqlite_connection.h"
 
 namespace store {
 
 /// A database in an SQLite file.
-class SqliteBackend : public Backend {
+class SqliteBackend : public Backend, private DeclaredTypes {
  public:
   SqliteBackend(std::unique_ptr<SqliteConnection> connection, DateOrder dateOrder)
       : connection_(std::move(connection)), dateOrder_(dateOrder) {}
@@ -35,7 +37,9 @@ class SqliteBackend : public Backend {
   Status openSelect(const std::string& sql, UserStatement statement, std::unique_ptr<RowSource>* rows);
   Status runChange(const Statement& statement, sqlite3_stmt* prepared, std::int64_t* affected);
   Status countHidingTables(std::int64_t* count);
-  Status withDates(std::string* sql);
+
+  Status ofSelect(const std::string& select, std::optional<std::string>* type) override;
+  Status ofInsert(const std::string& table, std::vector<std::string>* types) override;
 
   std::unique_ptr<SqliteConnection> connection_;
   DateOrder dateOrder_;

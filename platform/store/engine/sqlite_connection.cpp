@@ -5,6 +5,7 @@
 
 #include "platform/store/engine/catalogue.h"
 #include "platform/store/engine/file_head.h"
+#include "platform/store/engine/moment_collation.h"
 
 namespace store {
 
@@ -143,6 +144,7 @@ Status SqliteConnection::open(const std::string& path, const OpenOptions& option
   journal_ = std::make_unique<RollbackJournal>(handle(), *guard_);
   ConnectionGuard::Use use(*guard_);
   Status status = configure(options);
+  if (status) status = statusOf(handle(), addMomentCollation(handle()));
   if (status) status = addCatalogue(handle());
   if (status) status = checkWhole();
   if (status) status = readSchemaVersion(&schemaVersion_);
