@@ -179,6 +179,75 @@ TEST_F(LateBinding, ExecuteReturnsRecordsAndTheirNumber) {
   EXPECT_EQ(described(LateObject::of(recordset.item(arguments(variant(L"n")))).item()), "I4 2");
 }
 
+TEST_F(LateBinding, ExecuteTakesEveryFormOfArgumentsAndRunsOnce) {
+  const auto count = [&] {
+    const OwnedVariant rows =
+        connection_.call(L"Execute", arguments(variant(L"SELECT count(*) AS n FROM [My table]")));
+    return described(LateObject::of(LateObject::of(rows).item(arguments(variant(L"n")))).item());
+  };
+  const auto insert = [] { return variant(L"INSERT INTO [My table] (Id) VALUES (77)"); };
+  const auto missingArgument = [] {
+    OwnedVariant left;
+    V_VT(left.get()) = VT_ERROR;
+    V_ERROR(left.get()) = DISP_E_PARAMNOTFOUND;
+    return left;
+  };
+  OwnedVariant null;
+  V_VT(null.get()) = VT_NULL;
+  int expected = 2;
+  const auto expectOneMore = [&](const char* form, LateObject::Arguments given) {
+    EXPECT_EQ(failureOf([&] { connection_.call(L"Execute", std::move(given)); }).result, S_OK) << form;
+    EXPECT_EQ(count(), "I4 " + std::to_string(++expected)) << form;
+  };
+  expectOneMore("sql", arguments(insert()));
+  expectOneMore("sql, , 1", arguments(insert(), missingArgument(), variant(1L)));
+  expectOneMore("sql, ", arguments(insert(), missingArgument()));
+  expectOneMore("sql, , ", arguments(insert(), missingArgument(), missingArgument()));
+  expectOneMore("sql, Empty, 1", arguments(insert(), OwnedVariant(), variant(1L)));
+  expectOneMore("sql, Null, 1", arguments(insert(), std::move(null), variant(1L)));
+  expectOneMore("sql, 5, 1", arguments(insert(), variant(5L), variant(1L)));
+  expectOneMore("sql, text", arguments(insert(), variant(L"x")));
+
+  LONG number = 0;
+  OwnedVariant reference;
+  V_VT(reference.get()) = VT_BYREF | VT_I4;
+  V_I4REF(reference.get()) = &number;
+  expectOneMore("sql, number, 1", arguments(insert(), std::move(reference), variant(1L)));
+  EXPECT_EQ(number, 1);
+  OwnedVariant text = variant(L"an old text");
+  OwnedVariant toText;
+  V_VT(toText.get()) = VT_BYREF | VT_VARIANT;
+  V_VARIANTREF(toText.get()) = text.get();
+  expectOneMore("sql, variable, 1", arguments(insert(), std::move(toText), variant(1L)));
+  EXPECT_EQ(described(text), "I4 1");
+
+  const LateFailure failure = failureOf([&] {
+    connection_.call(L"Execute",
+                     arguments(variant(L"SELECT * FROM Nowhere"), missingArgument(), variant(1L)));
+  });
+  EXPECT_EQ(failure.result, kNoTable);
+  EXPECT_THAT(failure.description, testing::HasSubstr(L"Nowhere"));
+}
+
+TEST_F(LateBinding, ExecuteTakesArgumentsByName) {
+  LPOLESTR names[] = {const_cast<LPOLESTR>(L"Execute"), const_cast<LPOLESTR>(L"commandText"),
+                      const_cast<LPOLESTR>(L"recordsAffected"), const_cast<LPOLESTR>(L"options")};
+  DISPID ids[4] = {};
+  ASSERT_EQ(connection_.object()->GetIDsOfNames(IID_NULL, names, 4, LOCALE_USER_DEFAULT, ids), S_OK);
+  OwnedVariant affected = variant(5L);
+  OwnedVariant sql = variant(L"UPDATE [My table] SET Id = 5");
+  OwnedVariant kind = variant(1L);
+  VARIANT values[] = {*kind, *affected, *sql};
+  DISPID named[] = {ids[3], ids[2]};
+  DISPPARAMS parameters = {values, named, 3, 2};
+  OwnedVariant result;
+  EXPECT_EQ(connection_.object()->Invoke(ids[0], IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &parameters,
+                                         result.get(), nullptr, nullptr),
+            S_OK);
+  EXPECT_EQ(V_VT(result.get()), VT_DISPATCH);
+  EXPECT_EQ(described(affected), "I4 5");
+}
+
 TEST_F(LateBinding, FailureCarriesResultDescriptionAndSource) {
   const LateFailure statement =
       failureOf([&] { connection_.call(L"Execute", arguments(variant(L"SELECT * FROM Nowhere"))); });

@@ -5,6 +5,7 @@
 
 #include "platform/store/automation/connection_string.h"
 #include "platform/store/automation/database_location.h"
+#include "platform/store/automation/execute_arguments.h"
 #include "platform/store/automation/recordset.h"
 #include "platform/store/automation/text.h"
 #include "platform/store/automation/variant_values.h"
@@ -17,6 +18,7 @@ namespace {
 
 constexpr wchar_t kProvider[] = L"CEDB";
 constexpr wchar_t kVersion[] = L"3.1";
+constexpr DISPID kExecuteMember = 4;  // in adoce.idl
 constexpr long kStateClosed = 0;
 constexpr long kStateOpen = 1;
 
@@ -65,6 +67,22 @@ ComPtr<ConnectionObject> ConnectionObject::of(IUnknown* object) {
 
 void* ConnectionObject::findOwnInterface(REFIID interfaceId) {
   return interfaceId == kOwnConnection ? this : nullptr;
+}
+
+HRESULT ConnectionObject::Invoke(DISPID member, REFIID reserved, LCID locale, WORD flags,
+                                 DISPPARAMS* arguments, VARIANT* result, EXCEPINFO* exception,
+                                 UINT* badArgument) {
+  const auto invoke = [&](DISPPARAMS* given) {
+    return AutomationObject::Invoke(member, reserved, locale, flags, given, result, exception, badArgument);
+  };
+  const bool isExecute = member == kExecuteMember && (flags & DISPATCH_METHOD) != 0;
+  if (!isExecute || arguments == nullptr) return invoke(arguments);
+  try {
+    ExecuteArguments own(*arguments);
+    return invoke(own.get());
+  } catch (...) {
+    return reportException(__uuidof(IAdoceConnection), source(), nullptr);
+  }
 }
 
 HRESULT ConnectionObject::get_ConnectionString(BSTR* text) {

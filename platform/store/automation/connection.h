@@ -37,6 +37,9 @@ class ConnectionObject final : public AutomationObject<IAdoceConnection> {
   /// connections.
   static ComPtr<ConnectionObject> of(IUnknown* object);
 
+  HRESULT STDMETHODCALLTYPE Invoke(DISPID member, REFIID reserved, LCID locale, WORD flags,
+                                   DISPPARAMS* arguments, VARIANT* result, EXCEPINFO* exception,
+                                   UINT* badArgument) override;
   HRESULT STDMETHODCALLTYPE get_ConnectionString(BSTR* text) override;
   HRESULT STDMETHODCALLTYPE put_ConnectionString(BSTR text) override;
   HRESULT STDMETHODCALLTYPE get_Provider(BSTR* name) override;
