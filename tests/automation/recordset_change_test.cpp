@@ -232,6 +232,21 @@ TEST_F(Changes, OfARecordThatAnotherDeletedFail) {
   EXPECT_THAT(stored(), ElementsAre("b=2", "c=3"));
 }
 
+TEST_F(Changes, DeletingARecordThatAnotherDeletedCountsAsDone) {
+  ASSERT_EQ(put(records_.get(), 1, variant(5L)), S_OK);
+  SqliteFile(path_).run("DELETE FROM T WHERE Name IN ('a', 'b')");
+  EXPECT_EQ(records_->Delete(1), S_OK);
+  EXPECT_EQ(editMode(), kEditNone);
+  ASSERT_EQ(records_->MoveNext(), S_OK);
+  EXPECT_EQ(records_->Delete(1), S_OK);
+  ASSERT_EQ(records_->MoveNext(), S_OK);
+  EXPECT_EQ(textOf(records_.get(), 0), L"c");
+  long count = 0;
+  EXPECT_EQ(records_->get_RecordCount(&count), S_OK);
+  EXPECT_EQ(count, 1);
+  EXPECT_THAT(stored(), ElementsAre("c=3"));
+}
+
 TEST_F(Changes, OfARecordThatAnotherChangedFail) {
   constexpr auto kConcurrencyViolation = static_cast<HRESULT>(0x80040E38);
   ASSERT_EQ(put(records_.get(), 1, variant(5L)), S_OK);

@@ -26,6 +26,26 @@ TEST_F(SharedRowsTest, UpdatingARowThatAnotherProgramDeletedFails) {
   EXPECT_EQ("1", inFile("SELECT count(*) FROM Numbers"));
 }
 
+TEST_F(SharedRowsTest, DeletingARowThatAnotherProgramDeletedCountsAsDone) {
+  openNumbers(5);
+  OtherProgram(path_).run("DELETE FROM Numbers WHERE N = 30");
+  ASSERT_TRUE(numbers_->moveNext());
+  EXPECT_EQ("20", current());
+  OtherProgram(path_).run("DELETE FROM Numbers WHERE N = 20");
+  ASSERT_TRUE(numbers_->remove());  // read before it went
+  ASSERT_TRUE(numbers_->moveNext());
+  ASSERT_TRUE(numbers_->remove());  // never read
+  ASSERT_TRUE(numbers_->moveNext());
+  ASSERT_TRUE(numbers_->setValue(0, std::int64_t{41}));
+  OtherProgram(path_).run("DELETE FROM Numbers WHERE N = 40");
+  ASSERT_TRUE(numbers_->remove());  // changed and not yet written
+  EXPECT_EQ(EditMode::none, numbers_->editMode());
+  EXPECT_EQ(2, numbers_->recordCount());
+  ASSERT_TRUE(numbers_->moveNext());
+  EXPECT_EQ("50", current());
+  EXPECT_EQ("60", inFile("SELECT sum(N) FROM Numbers"));
+}
+
 TEST_F(SharedRowsTest, RowsThatAnotherProgramAddsDoNotAppear) {
   openNumbers(2);
   OtherProgram(path_).run("INSERT INTO Numbers VALUES (30, 'new')");
