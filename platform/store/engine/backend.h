@@ -8,6 +8,7 @@
 
 #include "platform/store/engine/field_type.h"
 #include "platform/store/engine/keyset.h"
+#include "platform/store/engine/row_scan.h"
 #include "platform/store/engine/status.h"
 #include "platform/store/engine/value.h"
 
@@ -48,6 +49,10 @@ class RowSource {
   /// Fails with noCurrentRecord when the row is gone or can no longer be told to be the same row;
   /// `row` is then empty.
   virtual Status fetch(const KeySet& keys, std::size_t index, Row* row) = 0;
+
+  /// The quickest way through the rows that this source has (row_scan.h); at worst makeFetchingScan(). The
+  /// source and `test` outlive it. May throw std::bad_alloc.
+  virtual std::unique_ptr<RowScan> makeScan(RowTest& test) = 0;
 
   /// Adds a row with the given values, the others being their defaults, as one durable transaction,
   /// and appends its key to `keys`. On failure nothing has changed.

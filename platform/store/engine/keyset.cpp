@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <bit>
 #include <cstring>
+#include <functional>
 #include <limits>
 #include <type_traits>
 #include <utility>
@@ -202,6 +203,14 @@ std::string packedTuple(const std::vector<Value>& tuple) {
   return packed;
 }
 
+/// Spreads neighbouring row ids over all 64 bits (the last steps of splitmix64).
+std::uint64_t mixed(std::int64_t rowId) {
+  auto word = static_cast<std::uint64_t>(rowId);
+  word = (word ^ word >> 30) * 0xBF58476D1CE4E5B9u;
+  word = (word ^ word >> 27) * 0x94D049BB133111EBu;
+  return word ^ word >> 31;
+}
+
 template <typename Matches>
 std::size_t findOutwards(std::size_t count, std::size_t hint, const Matches& matches) {
   if (count == 0) return KeySet::npos;
@@ -294,6 +303,39 @@ Key KeySet::keyAt(std::size_t index) const {
   std::vector<Value> tuple;
   KeyReader(tupleBytesAt(index)).readValues(&tuple);
   return tuple;
+}
+
+std::size_t KeySet::growingEnd(std::size_t first, std::size_t last) const {
+  std::size_t end = first + 1;
+  for (std::int64_t before = rowIdAt(first); end < last; ++end) {
+    const std::int64_t rowId = rowIdAt(end);
+    if (rowId <= before) break;
+    before = rowId;
+  }
+  return end;
+}
+
+std::size_t KeySet::firstNotBelow(std::size_t first, std::size_t last, std::int64_t rowId) const {
+  while (first < last) {
+    const std::size_t middle = first + (last - first) / 2;
+    if (rowIdAt(middle) < rowId) {
+      first = middle + 1;
+    } else {
+      last = middle;
+    }
+  }
+  return first;
+}
+
+std::uint64_t KeySet::hashAt(std::size_t index) const {
+  return kind_ == Kind::rowId ? mixed(rowIdAt(index)) : std::hash<std::string_view>()(tupleBytesAt(index));
+}
+
+std::uint64_t KeySet::hashOf(const Key& key) {
+  if (const auto* rowId = std::get_if<std::int64_t>(&key)) return mixed(*rowId);
+  std::string values;
+  appendValues(&values, std::get<std::vector<Value>>(key));
+  return std::hash<std::string_view>()(values);
 }
 
 void KeySet::eraseAt(std::size_t index) noexcept {

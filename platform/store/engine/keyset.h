@@ -80,6 +80,18 @@ class KeySet {
   /// The key at `index`, of either kind. May throw std::bad_alloc.
   Key keyAt(std::size_t index) const;
 
+  /// For sets of row ids only: the end of the row ids from `first` on, at least one and at most up to `last`,
+  /// that grow from each to the next.
+  std::size_t growingEnd(std::size_t first, std::size_t last) const;
+
+  /// For row ids [first, last) that grow: the index of the first that is not below `rowId`, or `last`.
+  std::size_t firstNotBelow(std::size_t first, std::size_t last, std::int64_t rowId) const;
+
+  /// A number that is the same for equal keys and mostly another one for different keys: of the key at
+  /// `index`, and of any key. The second may throw std::bad_alloc.
+  std::uint64_t hashAt(std::size_t index) const;
+  static std::uint64_t hashOf(const Key& key);
+
   /// Sees to it that eraseAt() with this index needs no memory, as long as nothing else is changed first.
   /// May throw std::bad_alloc.
   void prepareErase(std::size_t index) { words_.prepareErase(index); }

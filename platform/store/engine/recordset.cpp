@@ -277,12 +277,14 @@ Status Recordset::addNew() {
 Status Recordset::update() {
   if (place_ == Place::adding) {
     if (Status status = rows_->insert(changes_, &keys_); !status) return status;
+    ++keyChanges_;
     changes_.clear();
     goTo(recordCount() - 1);
     return {};
   }
   if (changes_.empty()) return {};
   if (Status status = rows_->update(changes_, &keys_, index_, row_); !status) return status;
+  ++keyChanges_;
   changes_.clear();
   rowFetched_ = false;
   return {};
@@ -300,11 +302,25 @@ Status Recordset::cancelUpdate() {
   return {};
 }
 
+Status Recordset::passOver(RowScan& scan, std::int64_t most, RowScan::Clock::time_point until,
+                           std::int64_t* passed) {
+  *passed = 0;
+  if (place_ != Place::row || !changes_.empty() || most <= 0) return {};
+  const std::size_t last =
+      index_ + static_cast<std::size_t>(std::min(most, recordCount() - static_cast<std::int64_t>(index_)));
+  std::size_t next = index_;
+  Status status = scan.passOver(keys_, index_, last, until, &next);
+  *passed = static_cast<std::int64_t>(next - index_);
+  if (*passed > 0) goTo(static_cast<std::int64_t>(next));
+  return status;
+}
+
 Status Recordset::remove() {
   if (!isUpdatable()) return {ErrorCode::readOnly, "The records can only be read."};
   if (place_ == Place::adding) return cancelUpdate();
   if (place_ != Place::row) return noCurrentRecord("There is no record to delete.");
   if (Status status = rows_->remove(&keys_, index_, rowFetched_ ? &row_ : nullptr); !status) return status;
+  ++keyChanges_;
   changes_.clear();
   rowFetched_ = false;
   place_ = Place::deleted;

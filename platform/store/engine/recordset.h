@@ -100,6 +100,17 @@ class Recordset {
   /// already counts as deleted; changedElsewhere and constraint as for `update`.
   Status remove();
 
+  /// A scan of this recordset's rows for passOver(). The recordset and `test` outlive it; it is of use as
+  /// long as keyChanges() stays the same.
+  std::unique_ptr<RowScan> makeScan(RowTest& test) { return rows_->makeScan(test); }
+  /// Counts the times that a record was added, deleted or stored here.
+  std::uint64_t keyChanges() const { return keyChanges_; }
+  /// Moves on over records that `scan` tells not to be wanted, as moveNext() would, at most `most` of them,
+  /// the last one included, and stores how many they were. It stops at any of them when it is `until`. Passes
+  /// over none from a record that was changed, is new or deleted, and from BOF or EOF. On failure the cursor
+  /// has moved as `*passed` says.
+  Status passOver(RowScan& scan, std::int64_t most, RowScan::Clock::time_point until, std::int64_t* passed);
+
   bool isUpdatable() const { return lock_ != LockType::readOnly && rows_->isUpdatable(); }
 
  private:
@@ -121,6 +132,7 @@ class Recordset {
   CursorType cursor_;
   LockType lock_;
   KeySet keys_;
+  std::uint64_t keyChanges_ = 0;
   Place place_ = Place::eof;
   std::size_t index_ = 0;  // of the row; where a deleted row stood
   Place placeBeforeAdd_ = Place::eof;

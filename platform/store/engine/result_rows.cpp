@@ -2,6 +2,8 @@
 
 #include <atomic>
 
+#include "platform/store/engine/sqlite_row_scan.h"
+
 namespace store {
 
 namespace {
@@ -85,6 +87,16 @@ Status ResultRows::fetch(const KeySet& keys, std::size_t index, Row* row) {
   if (copyColumns(fetch_.get(), static_cast<int>(columns_.size()), row)) return {};
   row->clear();
   return {ErrorCode::outOfMemory, "Out of memory."};
+}
+
+std::unique_ptr<RowScan> ResultRows::makeScan(RowTest& test) {
+  ScannedRows rows;
+  rows.columnList = "*";
+  rows.columnCount = columns_.size();
+  rows.tableClause = table_;
+  rows.keys = {"rowid"};
+  rows.areWholeTable = true;
+  return std::make_unique<SqliteRowScan>(connection_, *this, test, std::move(rows), [] { return Status(); });
 }
 
 Status ResultRows::insert(const std::vector<Change>&, KeySet*) {

@@ -28,6 +28,7 @@ class ResultRows : public RowSource {
   bool isUpdatable() const override { return false; }
   Status readKeys(KeySet* keys) override;
   Status fetch(const KeySet& keys, std::size_t index, Row* row) override;
+  std::unique_ptr<RowScan> makeScan(RowTest& test) override;
   Status insert(const std::vector<Change>& changes, KeySet* keys) override;
   Status update(const std::vector<Change>& changes, KeySet* keys, std::size_t index,
                 const Row& read) override;

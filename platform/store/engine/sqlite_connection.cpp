@@ -6,6 +6,7 @@
 #include "platform/store/engine/catalogue.h"
 #include "platform/store/engine/file_head.h"
 #include "platform/store/engine/moment_collation.h"
+#include "platform/store/engine/sqlite_row_scan.h"
 
 namespace store {
 
@@ -146,6 +147,7 @@ Status SqliteConnection::open(const std::string& path, const OpenOptions& option
   Status status = configure(options);
   if (status) status = statusOf(handle(), addMomentCollation(handle()));
   if (status) status = addCatalogue(handle());
+  if (status) status = SqliteRowScan::addFunction(handle());
   if (status) status = checkWhole();
   if (status) status = readSchemaVersion(&schemaVersion_);
   if (!status) {

@@ -72,6 +72,12 @@ TableRows::TableRows(SqliteConnection& connection, const SingleTableSelect& sele
     wideKeysSql_ = "SELECT " + select.columnList + ", " + joined(aliased, ", ") + from + select.tail;
     keysSql_ = "SELECT " + joined(aliases, ", ") + " FROM (" + wideKeysSql_ + ")";
   }
+  scanned_.columnList = select.columnList;
+  scanned_.columnCount = columns_.size();
+  scanned_.tableClause = select.tableClause;
+  scanned_.keys = qualified;
+  scanned_.areTupleKeyed = tupleKeyed_;
+  scanned_.areWholeTable = select.isPlainTable;
   fetchSql_ = "SELECT " + select.columnList + from + "WHERE " + joined(conditions, " AND ");
 }
 
@@ -156,6 +162,11 @@ Status TableRows::checkSameRow(const KeySet& keys, std::size_t index, const Row*
     return {ErrorCode::changedElsewhere, "Another program has changed the record since it was read."};
   }
   return {};
+}
+
+std::unique_ptr<RowScan> TableRows::makeScan(RowTest& test) {
+  return std::make_unique<SqliteRowScan>(connection_, *this, test, scanned_,
+                                         [this] { return checkSameRows(); });
 }
 
 Status TableRows::insert(const std::vector<Change>& changes, KeySet* keys) {

@@ -6,6 +6,7 @@
 #include "platform/store/engine/backend.h"
 #include "platform/store/engine/dialect.h"
 #include "platform/store/engine/sqlite_connection.h"
+#include "platform/store/engine/sqlite_row_scan.h"
 #include "platform/store/engine/table_schema.h"
 
 namespace store {
@@ -33,6 +34,7 @@ class TableRows : public RowSource {
   bool isUpdatable() const override { return !connection_.isReadOnly(); }
   Status readKeys(KeySet* keys) override;
   Status fetch(const KeySet& keys, std::size_t index, Row* row) override;
+  std::unique_ptr<RowScan> makeScan(RowTest& test) override;
   Status insert(const std::vector<Change>& changes, KeySet* keys) override;
   Status update(const std::vector<Change>& changes, KeySet* keys, std::size_t index,
                 const Row& read) override;
@@ -73,6 +75,7 @@ class TableRows : public RowSource {
   std::vector<std::string> keyColumns_;  // the table's columns that hold the key, if columns do
   std::vector<std::string> keyNames_;    // what reads the key in a statement on the table alone, quoted
   bool keysSurviveRebuild_;
+  ScannedRows scanned_;
   std::string keysSql_;
   std::string wideKeysSql_;  // the same with all columns in front of the keys; empty for a plain table
   std::string fetchSql_;
