@@ -104,6 +104,18 @@ class AutomationObject : public Interface, public ISupportErrorInfo {
 
   const wchar_t* source() const { return source_; }
 
+  /// Runs `use` with the type information of an interface of this object.
+  template <class Use>
+  HRESULT withTypeInfo(Use&& use, REFIID interfaceId = __uuidof(Interface)) noexcept {
+    try {
+      ComPtr<ITypeInfo> own;
+      const HRESULT result = typeInfoOf(interfaceId, &own);
+      return FAILED(result) ? result : use(std::move(own));
+    } catch (...) {
+      return reportException(interfaceId, source_, nullptr);
+    }
+  }
+
  private:
   void* findInterface(REFIID interfaceId) {
     if (interfaceId == IID_IUnknown || interfaceId == IID_IDispatch || interfaceId == __uuidof(Interface)) {
@@ -111,17 +123,6 @@ class AutomationObject : public Interface, public ISupportErrorInfo {
     }
     if (interfaceId == IID_ISupportErrorInfo) return static_cast<ISupportErrorInfo*>(this);
     return findOwnInterface(interfaceId);
-  }
-
-  template <class Use>
-  HRESULT withTypeInfo(Use&& use) noexcept {
-    try {
-      ComPtr<ITypeInfo> own;
-      const HRESULT result = typeInfoOf(__uuidof(Interface), &own);
-      return FAILED(result) ? result : use(std::move(own));
-    } catch (...) {
-      return reportException(__uuidof(Interface), source_, nullptr);
-    }
   }
 
   const wchar_t* source_;

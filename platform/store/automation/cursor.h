@@ -6,6 +6,7 @@
 #include "platform/store/automation/com_values.h"
 #include "platform/store/automation/errors.h"
 #include "platform/store/engine/recordset.h"
+#include "platform/store/engine/text_search.h"
 
 namespace automation {
 
@@ -19,12 +20,19 @@ class Cursor {
 
   /// Null when closed.
   store::Recordset* records() const { return records_.get(); }
-  void close() { records_.reset(); }
+  void close() {
+    search_.reset();
+    records_.reset();
+  }
+  /// The search in the open records; null when there is none.
+  store::TextSearch* search() const { return search_.get(); }
+  void setSearch(std::unique_ptr<store::TextSearch> search) { search_ = std::move(search); }
   /// The collection of the connection.
   const ComPtr<ErrorsObject>& errors() const { return errors_; }
 
  private:
   std::unique_ptr<store::Recordset> records_;
+  std::unique_ptr<store::TextSearch> search_;  // ends before the records
   ComPtr<ErrorsObject> errors_;
 };
 

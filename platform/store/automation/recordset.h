@@ -17,7 +17,7 @@ namespace automation {
 ///
 /// It works on a connection that a client gives, or on one of its own, made from a connection string,
 /// which is open as long as the recordset is.
-class RecordsetObject final : public AutomationObject<IAdoceRecordset> {
+class RecordsetObject final : public AutomationObject<IAdoceRecordset>, public IAdoceTextSearch {
  public:
   RecordsetObject() : AutomationObject(kRecordsetSource) {}
 
@@ -56,6 +56,28 @@ class RecordsetObject final : public AutomationObject<IAdoceRecordset> {
   HRESULT STDMETHODCALLTYPE put_Source(BSTR source) override;
   HRESULT STDMETHODCALLTYPE get_State(long* state) override;
 
+  // IAdoceTextSearch (recordset_search.cpp)
+  HRESULT STDMETHODCALLTYPE BeginTextSearch(BSTR text, VARIANT field, VARIANT_BOOL matchCase) override;
+  HRESULT STDMETHODCALLTYPE PassOver(long mostRecords, long milliseconds, long* passed) override;
+  HRESULT STDMETHODCALLTYPE EndTextSearch() override;
+
+  // What both interfaces have in common.
+  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID interfaceId, void** object) override {
+    return AutomationObject::QueryInterface(interfaceId, object);
+  }
+  ULONG STDMETHODCALLTYPE AddRef() override { return AutomationObject::AddRef(); }
+  ULONG STDMETHODCALLTYPE Release() override { return AutomationObject::Release(); }
+  HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) override {
+    return AutomationObject::GetTypeInfoCount(count);
+  }
+  HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT index, LCID locale, ITypeInfo** info) override {
+    return AutomationObject::GetTypeInfo(index, locale, info);
+  }
+  /// Knows the names of both interfaces.
+  HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID reserved, LPOLESTR* names, UINT count, LCID locale,
+                                          DISPID* ids) override;
+  HRESULT STDMETHODCALLTYPE InterfaceSupportsErrorInfo(REFIID interfaceId) override;
+
   /// Also takes what scripts write as "recordset(index) = value": a put with an index in front.
   HRESULT STDMETHODCALLTYPE Invoke(DISPID member, REFIID reserved, LCID locale, WORD flags,
                                    DISPPARAMS* arguments, VARIANT* result, EXCEPINFO* exception,
@@ -70,6 +92,7 @@ class RecordsetObject final : public AutomationObject<IAdoceRecordset> {
 
  protected:
   ErrorsObject* errorsForReport() override;
+  void* findOwnInterface(REFIID interfaceId) override;
 
  private:
   /// Runs `use` with the open records; fails when they are closed.
@@ -78,6 +101,10 @@ class RecordsetObject final : public AutomationObject<IAdoceRecordset> {
   /// The same after `read`, which looks at the arguments and may call objects of the caller's.
   template <class Read, class Use>
   HRESULT withRecords(Read&& read, Use&& use);
+
+  static bool isOfTextSearch(DISPID member);
+  HRESULT invokeTextSearch(DISPID member, REFIID reserved, WORD flags, DISPPARAMS* arguments, VARIANT* result,
+                           EXCEPINFO* exception, UINT* badArgument);
 
   store::Recordset* openRecords() const { return cursor_ == nullptr ? nullptr : cursor_->records(); }
   Outcome refuseWhileOpen() const;

@@ -236,6 +236,9 @@ HRESULT RecordsetObject::get_RecordCount(long* count) {
 HRESULT RecordsetObject::Invoke(DISPID member, REFIID reserved, LCID locale, WORD flags,
                                 DISPPARAMS* arguments, VARIANT* result, EXCEPINFO* exception,
                                 UINT* badArgument) {
+  if (isOfTextSearch(member)) {
+    return invokeTextSearch(member, reserved, flags, arguments, result, exception, badArgument);
+  }
   // recordset(index) and recordset(index) = value go to the fields.
   const bool isIndexed = arguments != nullptr && arguments->cArgs > 0;
   if (member != DISPID_VALUE || !isIndexed || reserved != IID_NULL) {
