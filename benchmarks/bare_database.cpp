@@ -70,6 +70,15 @@ void BareDatabase::changeRow(std::int64_t rowId, std::int64_t value) {
   sqlite3_reset(change_.get());
 }
 
+std::int64_t BareDatabase::runToEnd(const std::string& sql) {
+  const Statement statement = prepare(sql.c_str());
+  std::int64_t count = 0;
+  int result = SQLITE_ROW;
+  while ((result = sqlite3_step(statement.get())) == SQLITE_ROW) ++count;
+  require(result == SQLITE_DONE, sql.c_str(), connection_.get());
+  return count;
+}
+
 void BareDatabase::endReading() {
   if (sqlite3_get_autocommit(connection_.get()) == 0) run("COMMIT");
 }

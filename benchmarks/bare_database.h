@@ -21,6 +21,8 @@ class BareDatabase {
   std::int64_t fetchRow(std::int64_t rowId);
   /// Writes one field of one row, durably.
   void changeRow(std::int64_t rowId, std::int64_t value);
+  /// Runs a statement to its end and returns the number of rows that it yields.
+  std::int64_t runToEnd(const std::string& sql);
   /// Ends the transaction that fetchRow opened.
   void endReading();
 

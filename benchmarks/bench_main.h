@@ -2,7 +2,10 @@
 
 #include <cstdio>
 #include <string>
+#include <utility>
+#include <vector>
 
+#include "benchmarks/find_measures.h"
 #include "benchmarks/measures.h"
 
 namespace bench {
@@ -21,6 +24,22 @@ inline bool readArguments(int argc, char** argv, Arguments* arguments) {
   }
   *arguments = {argv[1], argv[2], argc > 3 ? argv[3] : ""};
   return true;
+}
+
+inline std::vector<Measure> allMeasures(const Arguments& arguments) {
+  // First, because it changes the structure of the database.
+  prepareFind(arguments.path);
+  std::vector<Measure> measures = makeMeasures(arguments.path, arguments.scratchPath);
+  for (Measure& measure : makeFindMeasures(arguments.path)) measures.push_back(std::move(measure));
+  return measures;
+}
+
+inline bool reportMatches(const std::string& path) {
+  const double seconds = secondsOfMatch(path);
+  const bool within = seconds <= kMostSecondsOfMatch;
+  std::printf("  %-30s %10.3f ms   (at most %.0f)%s\n", "find the next of many", 1e3 * seconds,
+              1e3 * kMostSecondsOfMatch, within ? "" : "   OVER THE LIMIT");
+  return within;
 }
 
 inline bool reportMemory(const std::string& path) {

@@ -25,12 +25,12 @@ class MedianReporter : public benchmark::BenchmarkReporter {
   std::map<std::string, double> medians_;
 };
 
-void add(const std::string& name, const std::function<double()>& measure) {
+void add(const std::string& name, const std::function<double()>& measure, int rounds) {
   benchmark::RegisterBenchmark(name.c_str(),
                                [measure](benchmark::State& state) {
                                  for (auto _ : state) state.SetIterationTime(measure());
                                })
-      ->Repetitions(bench::kRounds)
+      ->Repetitions(rounds)
       ->Iterations(1)
       ->UseManualTime();
 }
@@ -40,10 +40,10 @@ void add(const std::string& name, const std::function<double()>& measure) {
 int main(int argc, char** argv) {
   bench::Arguments arguments;
   if (!bench::readArguments(argc, argv, &arguments)) return 2;
-  const std::vector<bench::Measure> measures = bench::makeMeasures(arguments.path, arguments.scratchPath);
+  const std::vector<bench::Measure> measures = bench::allMeasures(arguments);
   for (const bench::Measure& measure : measures) {
-    add(measure.name + "/engine", measure.engine);
-    add(measure.name + "/bare", measure.bare);
+    add(measure.name + "/engine", measure.engine, measure.rounds);
+    add(measure.name + "/bare", measure.bare, measure.rounds);
   }
   std::string interleaving = "--benchmark_enable_random_interleaving=true";
   std::array<char*, 2> options{argv[0], interleaving.data()};
@@ -57,5 +57,6 @@ int main(int argc, char** argv) {
                             reporter.secondsOf(measure.name + "/bare"), arguments.figuresPath);
   }
   within &= bench::reportMemory(arguments.path);
+  within &= bench::reportMatches(arguments.path);
   return within ? 0 : 3;
 }

@@ -106,13 +106,6 @@ struct Bench {
   std::int64_t level = 0;
 };
 
-double secondsOf(const std::function<void()>& work) {
-  using Clock = std::chrono::steady_clock;
-  const Clock::time_point start = Clock::now();
-  work();
-  return std::chrono::duration<double>(Clock::now() - start).count();
-}
-
 /// The second of two times, which finds the file's pages mapped. On a connection of its own: with two that
 /// stay open the ratio also depends on which was opened first.
 double openKeyset(const std::string& path) {
@@ -159,6 +152,13 @@ void changeBare(Bench& bench) {
 
 }  // namespace
 
+double secondsOf(const std::function<void()>& work) {
+  using Clock = std::chrono::steady_clock;
+  const Clock::time_point start = Clock::now();
+  work();
+  return std::chrono::duration<double>(Clock::now() - start).count();
+}
+
 std::vector<Measure> makeMeasures(const std::string& path, const std::string& scratchPath) {
   // One each: a journal that one side keeps open would hold up the other side's deleting it.
   const std::string bareScratchPath = scratchPath + ".bare";
@@ -168,14 +168,14 @@ std::vector<Measure> makeMeasures(const std::string& path, const std::string& sc
   const auto fetch = [bench] { return secondsOf([&] { fetchBare(*bench); }); };
   return {
       {"open the keyset", "ms", 1e3, 1, 1.3, [path] { return openKeyset(path); },
-       [path] { return scanBare(path); }},
+       [path] { return scanBare(path); }, kRounds},
       {"absolute move and 10 fields", "us", 1e6, kMoves, 2,
-       [bench] { return secondsOf([&] { moveAndRead(*bench, false); }); }, fetch},
+       [bench] { return secondsOf([&] { moveAndRead(*bench, false); }); }, fetch, kRounds},
       {"relative move and 10 fields", "us", 1e6, kMoves, 2,
-       [bench] { return secondsOf([&] { moveAndRead(*bench, true); }); }, fetch},
+       [bench] { return secondsOf([&] { moveAndRead(*bench, true); }); }, fetch, kRounds},
       {"one durable change", "ms", 1e3, kWrites, 1.2,
        [bench] { return secondsOf([&] { changeRecords(*bench); }); },
-       [bench] { return secondsOf([&] { changeBare(*bench); }); }},
+       [bench] { return secondsOf([&] { changeBare(*bench); }); }, kRounds},
   };
 }
 

@@ -17,15 +17,20 @@ struct Measure {
   double limit;           ///< the engine may take this many times the bare figure
   std::function<double()> engine;
   std::function<double()> bare;
+  int rounds;  ///< how often each side is measured; odd
 };
+
+/// The time that `work` takes.
+double secondsOf(const std::function<void()>& work);
 
 /// The measurements on a copy of the database in `path`, as tools/make-data makes it; the copy, at
 /// `scratchPath`, takes the writing. Ends the program with a message when the files can't be used.
 std::vector<Measure> makeMeasures(const std::string& path, const std::string& scratchPath);
 
 /// How often each side is measured, in turns, so that a slow moment of the machine meets both; the median
-/// counts. Odd.
+/// counts. What takes seconds is measured less often.
 constexpr int kRounds = 15;
+constexpr int kLongRounds = 9;
 
 /// Bytes that a recordset of all records in an order of their own takes, for each record, over one without
 /// records. (In the order of their row ids, which follow one another here, it takes next to nothing.)
