@@ -150,6 +150,17 @@ class Database {
   bool matchRecord(bool allFields, bool matchCase, std::uint32_t firstField, String text,
                    std::uint32_t& foundField);
 
+  // ---- The search through many records (database_search.cpp). It only spares matchRecord the records for
+  // which it would say no: who tests each record with matchRecord and moves on finds the same without it.
+
+  /// Begins a search for what matchRecord would be asked; the one before ends.
+  void beginSearch(bool allFields, bool matchCase, std::uint32_t field, const String& text);
+  /// Moves on, as moveNext does, over records that matchRecord would not match, at most `most` of them and
+  /// for about as many milliseconds, and returns how many. It may stop at any record; without a search, or
+  /// where the data-access components have none, it passes over none.
+  std::uint32_t passOver(std::uint32_t most, std::uint32_t milliseconds);
+  void endSearch();
+
   /// Writes the content of an editor into the field of the current record; `update` stores it. False
   /// when fields of this type are not written. True otherwise, also when the content could not be
   /// converted, which clears the field, and when the store refused it.

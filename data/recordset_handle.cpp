@@ -6,6 +6,7 @@
 
 #include "base/variant.h"
 #include "data/adoce_classes.h"
+#include "data/value_conversion.h"
 
 RecordsetHandle::RecordsetHandle(const ConnectionHandle* activeConnection)
     : recordset_(createAdoceRecordset()) {
@@ -35,6 +36,7 @@ bool RecordsetHandle::open(const wchar_t* source, const ConnectionHandle* connec
 }
 
 void RecordsetHandle::close() {
+  search_.reset();
   field_.attach({});
   fields_.reset();
   if (recordset_) recordset_->Close();
@@ -82,6 +84,29 @@ bool RecordsetHandle::cancelUpdate() {
 
 bool RecordsetHandle::deleteCurrent() {
   return recordset_ && SUCCEEDED(recordset_->Delete(kAffectCurrent));
+}
+
+bool RecordsetHandle::beginTextSearch(const wchar_t* text, std::optional<LONG> field, bool matchCase) {
+  endTextSearch();
+  ComPtr<IAdoceTextSearch> search;
+  if (!recordset_ || FAILED(recordset_.query(search))) return false;
+  const UniqueBstr needle = makeBstr(text);
+  const Variant all;
+  const Variant one = Variant::fromLong(field.value_or(0));
+  const VARIANT_BOOL withCase = matchCase ? VARIANT_TRUE : VARIANT_FALSE;
+  if (FAILED(search->BeginTextSearch(needle.get(), field ? one.get() : all.get(), withCase))) return false;
+  search_ = std::move(search);
+  return true;
+}
+
+LONG RecordsetHandle::passOver(LONG most, LONG milliseconds) {
+  LONG passed = 0;
+  return search_ && SUCCEEDED(search_->PassOver(most, milliseconds, &passed)) ? passed : 0;
+}
+
+void RecordsetHandle::endTextSearch() {
+  if (search_) search_->EndTextSearch();
+  search_.reset();
 }
 
 LONG RecordsetHandle::fieldCount() {

@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include <adoce.h>
+#include <optional>
 
 #include "base/com_handles.h"
 #include "data/adoce_constants.h"
@@ -47,6 +48,14 @@ class RecordsetHandle {
   /// The current record only.
   bool deleteCurrent();
 
+  /// Begins a search for `text` in all fields, or in the one at `field` (0-based), which ends the one before.
+  /// False when the component has no such search, and then there is none.
+  bool beginTextSearch(const wchar_t* text, std::optional<LONG> field, bool matchCase);
+  /// Moves on over records in which the text can't occur, at most `most` of them and for about as many
+  /// milliseconds. Returns how many; 0 without a search, too.
+  LONG passOver(LONG most, LONG milliseconds);
+  void endTextSearch();
+
   /// -1 when it can't be had.
   LONG fieldCount();
   /// The one field handle of this recordset, referring to the field at `index` (0-based), or to none
@@ -58,6 +67,7 @@ class RecordsetHandle {
 
   ComPtr<IAdoceRecordset> recordset_;
   ComPtr<IAdoceConnection> activeConnection_;
-  ComPtr<IAdoceFields> fields_;  // from the first need of it until close
+  ComPtr<IAdoceTextSearch> search_;  // while there is one
+  ComPtr<IAdoceFields> fields_;      // from the first need of it until close
   FieldHandle field_;
 };
