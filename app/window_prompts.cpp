@@ -107,6 +107,14 @@ void WindowPrompts::refillFindDialog(const FindState& state) {
   FindDialog::refill(state.dialog);
 }
 
+bool WindowPrompts::keepSearching(std::uint32_t tested, std::uint32_t all) {
+  return progress_.goesOn(ownerWindow(PromptOwner::findDialog), tested, all);
+}
+
+void WindowPrompts::endSearching() {
+  progress_.end();
+}
+
 void WindowPrompts::raiseInputPanel() {
   SHSipPreference(mainWindow, SIP_UP);
 }

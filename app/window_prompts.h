@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/search_progress.h"
 #include "records/user_prompts.h"
 
 /// The Document's questions as message boxes and dialogs over the program's windows.
@@ -11,5 +12,10 @@ class WindowPrompts final : public UserPrompts {
   std::optional<std::uint32_t> askRecordNumber(std::uint32_t highest) override;
   void showFindDialog(FindState& state, NameList fieldNames) override;
   void refillFindDialog(const FindState& state) override;
+  bool keepSearching(std::uint32_t tested, std::uint32_t all) override;
+  void endSearching() override;
   void raiseInputPanel() override;
+
+ private:
+  SearchProgress progress_;
 };

@@ -158,6 +158,8 @@ class Document {
   /// form, the cursor stands behind it.
   int findNext();
   const FindState& findState() const { return find_; }
+  /// A step of the search is under way: no command may run now.
+  bool isSearching() const { return isSearching_; }
 
   // ---- What the menus and toolbars show (document_bars.cpp)
 
@@ -222,7 +224,12 @@ class Document {
   void showQueries(const String& chosen);
   bool confirmDeletion(const std::wstring& what);
   CommandResult openChosen(const String& path);
+  class SearchStep;
+  enum class SearchEnd { found, notFound, stopped };
+  SearchEnd runSearch();
+  void standAt(std::uint32_t position);
   bool searchBothPasses();
+  bool searchAll();
   void beginSearch();
   bool searchUpTo(std::uint32_t end, std::uint32_t& field);
   bool searchLeftOut(std::uint32_t first, std::uint32_t& field);
@@ -271,5 +278,8 @@ class Document {
   FindState find_;
   std::uint32_t findStartRecord_ = 0;    // currentRecord when the dialog was opened
   std::uint32_t findRecordCounter_ = 0;  // records passed in the present search
-  std::uint32_t findField_ = 0;          // where the last match was, or where the search goes on
+  std::uint32_t searchedRecords_ = 0;    // in the present step, for the user to see
+  bool isSearching_ = false;
+  bool searchStopped_ = false;   // by the user, in the present step
+  std::uint32_t findField_ = 0;  // where the last match was, or where the search goes on
 };

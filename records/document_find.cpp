@@ -26,28 +26,79 @@ int Document::openFind() {
 }
 
 int Document::findNext() {
+  // The windows are listened to during a step.
+  if (isSearching_) return 0;
   if (viewMode_ != ViewMode::form || !database_.isOpen()) return 0;
   // What was typed on the form between two steps belongs to the record that is shown.
   if (!finishEditing()) return 0;
-  tellSearchEnd(searchBothPasses());
+  const SearchEnd end = runSearch();
+  if (end != SearchEnd::stopped) tellSearchEnd(end == SearchEnd::found);
   updateNavigationState();
   updatePageState();
   pages_.prompts.refillFindDialog(find_);
   return 0;
 }
 
+/// One step. When the user stops it, everything is as it was before it.
+Document::SearchEnd Document::runSearch() {
+  const std::uint32_t shown = currentRecord;
+  const std::uint32_t field = findField_;
+  const std::uint32_t counter = findRecordCounter_;
+  const bool isNew = find_.newSearch;
+  searchStopped_ = false;
+  const bool found = searchBothPasses();
+  if (!searchStopped_) return found ? SearchEnd::found : SearchEnd::notFound;
+  findField_ = field;
+  findRecordCounter_ = counter;
+  find_.newSearch = isNew;
+  standAt(shown);
+  return SearchEnd::stopped;
+}
+
+/// What holds during a step, however it ends.
+class Document::SearchStep {
+ public:
+  explicit SearchStep(Document& document) : document_(document) { document_.isSearching_ = true; }
+  ~SearchStep() {
+    document_.database_.endSearch();
+    document_.pages_.prompts.endSearching();
+    document_.isSearching_ = false;
+  }
+  SearchStep(const SearchStep&) = delete;
+  SearchStep& operator=(const SearchStep&) = delete;
+
+ private:
+  Document& document_;
+};
+
+/// Makes the record current, or the place behind the last one, where a match in it leaves the cursor.
+void Document::standAt(std::uint32_t position) {
+  const std::uint32_t last = openRecordCount();
+  if (last == 0) return;
+  database_.moveTo(std::min(position, last));
+  if (position > last) database_.moveNext();
+}
+
 /// From where the search stands to the end, and if nothing was found from the first record to the start.
 bool Document::searchBothPasses() {
   const WaitCursor wait;
+  const SearchStep step(*this);
   beginSearch();
+  return searchAll();
+}
+
+bool Document::searchAll() {
+  database_.beginSearch(find_.checkAllFields != 0, find_.matchCase != 0, findField_, find_.text);
+  searchedRecords_ = 0;
   std::uint32_t field = 0;
   bool found = searchUpTo(openRecordCount(), field);
-  if (!found) {
+  if (!found && !searchStopped_) {
     const std::uint32_t leftOut = currentRecord;
     database_.moveFirst();
     findRecordCounter_ = 0;
-    found = searchUpTo(findStartRecord_, field) || searchLeftOut(leftOut, field);
+    found = searchUpTo(findStartRecord_, field) || (!searchStopped_ && searchLeftOut(leftOut, field));
   }
+  if (searchStopped_) return false;
   if (found) {
     findField_ = field;
     pages_.form.focusField(field);
@@ -88,16 +139,28 @@ void Document::beginSearch() {
 }
 
 /// Tests the record of the cursor and those behind it while the counter is below `end`. A match is shown
-/// on the form; the cursor then stands behind it, as behind every record that was tested.
+/// on the form; the cursor then stands behind it, as behind every record that was tested. Records that can't
+/// match are passed over in between, which changes nothing but the time.
 bool Document::searchUpTo(std::uint32_t end, std::uint32_t& field) {
+  // So long the windows are neither painted nor listened to.
+  constexpr std::uint32_t kSliceMilliseconds = 40;
   bool found = false;
   while (findRecordCounter_ < end && !found) {
+    const std::uint32_t passed = database_.passOver(end - findRecordCounter_, kSliceMilliseconds);
+    findRecordCounter_ += passed;
+    searchedRecords_ += passed;
+    if (!pages_.prompts.keepSearching(std::min(searchedRecords_, openRecordCount()), openRecordCount())) {
+      searchStopped_ = true;
+      return false;
+    }
+    if (findRecordCounter_ >= end) break;
     if (find_.checkAllFields != 0) findField_ = 0;
     found =
         database_.matchRecord(find_.checkAllFields != 0, find_.matchCase != 0, findField_, find_.text, field);
     if (found) loadRecord();
     database_.moveNext();
     ++findRecordCounter_;
+    ++searchedRecords_;
   }
   return found;
 }

@@ -32,6 +32,12 @@ class UserPrompts {
   virtual void showFindDialog(FindState& state, NameList fieldNames) = 0;
   /// After a step of the search, if the dialog is still open.
   virtual void refillFindDialog(const FindState& state) = 0;
+  /// Called again and again during a step of the search, which has looked at `tested` of `all` records. From
+  /// half a second on it shows that, and keeps the windows painted; nothing else is done meanwhile. False
+  /// when the user wants the search to stop.
+  virtual bool keepSearching(std::uint32_t tested, std::uint32_t all) = 0;
+  /// The step is over: nothing of it is shown any more.
+  virtual void endSearching() = 0;
   /// The user is going to type: the input panel is raised, where there is one.
   virtual void raiseInputPanel() = 0;
   /// A number from 1 to `highest`; none when the user cancels.

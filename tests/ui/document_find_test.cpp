@@ -83,6 +83,49 @@ TEST_F(DocumentFindTest, OneFieldAlone) {
   EXPECT_EQ(window().bar.position, L"    4 / 5");
 }
 
+TEST_F(DocumentFindTest, AStepThatIsStoppedChangesNothing) {
+  find(L"apple");
+  document().findNext();
+  const std::uint32_t behind = currentRecord;
+  window().takeCalls();
+  window().prompts.goesOnSearching = [](std::uint32_t, std::uint32_t) { return false; };
+  document().findNext();
+  EXPECT_EQ(currentRecord, behind);
+  EXPECT_EQ(window().bar.position, L"    1 / 5");
+  EXPECT_THAT(texts(), IsEmpty());
+  EXPECT_THAT(window().takeCalls(), ElementsAre("form.takeChange", "prompts.refillFindDialog"));
+  EXPECT_FALSE(document().isSearching());
+  window().prompts.goesOnSearching = [](std::uint32_t, std::uint32_t) { return true; };
+  document().findNext();
+  EXPECT_EQ(window().bar.position, L"    3 / 5");
+}
+
+TEST_F(DocumentFindTest, AStepBehindTheLastRecordIsStoppedThere) {
+  find(L"plum");
+  document().findNext();
+  ASSERT_EQ(currentRecord, 6u);
+  window().prompts.goesOnSearching = [](std::uint32_t, std::uint32_t) { return false; };
+  document().findNext();
+  EXPECT_EQ(currentRecord, 6u);
+  EXPECT_EQ(window().bar.position, L"    5 / 5");
+}
+
+TEST_F(DocumentFindTest, NoCommandOfTheSearchRunsDuringAStep) {
+  find(L"zebra");
+  int asked = 0;
+  window().prompts.goesOnSearching = [&](std::uint32_t tested, std::uint32_t all) {
+    EXPECT_TRUE(document().isSearching());
+    EXPECT_LE(tested, all);
+    EXPECT_EQ(all, 5u);
+    if (++asked == 1) document().findNext();
+    return true;
+  };
+  document().findNext();
+  EXPECT_GT(asked, 0);
+  EXPECT_THAT(texts(), ElementsAre(L"All records searched for 'zebra'"));
+  EXPECT_EQ(window().prompts.searchesEnded, 1);
+}
+
 TEST_F(DocumentFindTest, TheCaseOfLettersCountsWhenItIsAskedFor) {
   find(L"pear", L"w", true);
   document().findNext();

@@ -180,6 +180,10 @@ struct FakePrompts final : UserPrompts {
     setFind(state);
   }
   void refillFindDialog(const FindState&) override { calls.push_back("prompts.refillFindDialog"); }
+  bool keepSearching(std::uint32_t tested, std::uint32_t all) override {
+    return goesOnSearching(tested, all);
+  }
+  void endSearching() override { ++searchesEnded; }
   void raiseInputPanel() override { calls.push_back("prompts.raiseInputPanel"); }
 
   struct Message {
@@ -192,6 +196,10 @@ struct FakePrompts final : UserPrompts {
   Calls& calls;
   std::vector<Message> messages;
   int answer = IDOK;
+  std::function<bool(std::uint32_t, std::uint32_t)> goesOnSearching = [](std::uint32_t, std::uint32_t) {
+    return true;
+  };
+  int searchesEnded = 0;
   std::function<void(FindState&)> setFind = [](FindState&) {};  ///< what the user enters for a search
   std::optional<String> file;
   std::optional<std::uint32_t> number;
