@@ -149,7 +149,7 @@ TEST_F(ValueWritingTest, ValuesBeyondTheirTextSurviveTheSavingOfTheirNeighbours)
   EXPECT_EQ(kept(L"d"), L"text about");
   EXPECT_EQ(stored(L"Select hex(e) from t"), L"0102");
   EXPECT_EQ(kept(L"f"), L"text 2001-03-09 14:05:07.250");
-  EXPECT_EQ(kept(L"g"), L"text 1899-12-30");
+  EXPECT_EQ(kept(L"g"), L"text 1899-12-30 00:00:00");
   EXPECT_EQ(stored(L"Select h from t"), L"(null)");
   EXPECT_EQ(kept(L"n"), L"text changed");
 }
