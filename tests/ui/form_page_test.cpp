@@ -96,7 +96,8 @@ TEST_F(FormPageTest, EachFieldTypeIsStoredAsItWasTyped) {
   EXPECT_THAT(stored("t"), ElementsAre("'Ωmega ''quoted'''", "'two'", "'three'"));
   EXPECT_THAT(stored("m"), ElementsAre("'новый 😀 текст'", "'second'", "'third'"));
   EXPECT_THAT(stored("b"), ElementsAre("1", "1", "0"));
-  EXPECT_THAT(stored("w"), ElementsAre("'2001-03-09 00:00:00'", "'2002-04-10 00:00:00'", "'2003-05-11 00:00:00'"));
+  EXPECT_THAT(stored("w"),
+              ElementsAre("'2001-03-09 00:00:00'", "'2002-04-10 00:00:00'", "'2003-05-11 00:00:00'"));
 }
 
 TEST_F(FormPageTest, WhatStandsInAnEditorIsStoredWhenTheProgramIsClosed) {
