@@ -3,6 +3,8 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "platform/store/engine/file_system.h"
+
 namespace bench {
 
 namespace {
@@ -17,15 +19,13 @@ void require(bool done, const char* what, sqlite3* connection) {
 
 BareDatabase::BareDatabase(const std::string& path) {
   sqlite3* opened = nullptr;
-  const int result = sqlite3_open_v2(path.c_str(), &opened, SQLITE_OPEN_READWRITE, nullptr);
+  const int result = sqlite3_open_v2(path.c_str(), &opened, SQLITE_OPEN_READWRITE, store::fileSystemName());
   connection_.reset(opened);
   require(result == SQLITE_OK, path.c_str(), opened);
-  // The cheapest commit that survives a loss of power, which the engine promises too: an emptied journal is
-  // flushed, while a deleted one may come back.
+  // An emptied journal is flushed, while a deleted one may come back after a loss of power.
   run("PRAGMA synchronous=FULL");
   run("PRAGMA journal_mode=TRUNCATE");
   run("PRAGMA cache_size=-65536");
-  run("PRAGMA mmap_size=2147418112");
   fetch_ = prepare("SELECT * FROM Measurements WHERE rowid = ?");
   change_ = prepare("UPDATE Measurements SET Level = ? WHERE rowid = ?");
 }

@@ -7,9 +7,8 @@
 
 namespace bench {
 
-/// The bare SQLite C API with the settings for reading that the engine uses too, and SQLite's own way of
-/// committing, which deletes the journal. (A journal that it kept open would stop the engine from deleting
-/// its own in the same file.)
+/// The bare SQLite C API with the settings for reading that the engine uses too, on files as the engine
+/// reaches them, and with the cheapest commit that is as durable and as safe beside other programs.
 class BareDatabase {
  public:
   explicit BareDatabase(const std::string& path);

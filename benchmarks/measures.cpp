@@ -106,8 +106,8 @@ struct Bench {
   std::int64_t level = 0;
 };
 
-/// The second of two times, which finds the file's pages mapped. On a connection of its own: with two that
-/// stay open the ratio also depends on which was opened first.
+/// The second of two times, which finds the file in the system's memory. On a connection of its own: with two
+/// that stay open the ratio also depends on which was opened first.
 double openKeyset(const std::string& path) {
   const std::shared_ptr<store::Backend> backend = openBackend(path);
   const auto open = [&] { sink = sink + openRecordset(backend, kAllRecords)->recordCount(); };
@@ -160,7 +160,7 @@ double secondsOf(const std::function<void()>& work) {
 }
 
 std::vector<Measure> makeMeasures(const std::string& path, const std::string& scratchPath) {
-  // One each: a journal that one side keeps open would hold up the other side's deleting it.
+  // One each, so that neither side finds the other's changes.
   const std::string bareScratchPath = scratchPath + ".bare";
   copyTo(path, scratchPath);
   copyTo(path, bareScratchPath);

@@ -119,6 +119,35 @@ TEST_F(DurabilityTest, ADeadProgramsLockIsNone) {
   EXPECT_GE(last, 2);
 }
 
+TEST_F(DurabilityTest, AFileThatIsDeletedOrRenamedOverTakesNoChange) {
+  for (const bool isReplaced : {false, true}) {
+    for (const char* mode : {"DELETE", "WAL"}) {
+      SCOPED_TRACE(std::string(mode) + (isReplaced ? " replaced" : " deleted"));
+      std::filesystem::remove(path_);
+      prepare("PRAGMA journal_mode = " + std::string(mode) +
+              "; CREATE TABLE t (a Integer, b Text); INSERT INTO t VALUES (1, 'ours')");
+      open();
+      const auto rows = records("Select * from [t]");
+      const std::filesystem::path other = folder_.file("other.cdb");
+      OtherProgram(other).run("CREATE TABLE t (a Integer, b Text); INSERT INTO t VALUES (1, 'theirs')");
+      if (isReplaced) {
+        std::filesystem::rename(other, path_);
+      } else {
+        std::filesystem::remove(path_);
+      }
+      ASSERT_TRUE(rows->setValue(1, std::string("typed")));
+      EXPECT_EQ(isReplaced ? ErrorCode::fileReplaced : ErrorCode::fileGone, rows->update().code());
+      ASSERT_TRUE(rows->cancelUpdate());
+      EXPECT_EQ("ours", textOf(*rows, 1));
+      backend_.reset();
+      EXPECT_EQ(isReplaced, std::filesystem::exists(path_));
+      for (const char* suffix : {"", "-journal", "-wal", "-shm"})
+        std::filesystem::remove(utf8Of(path_) + suffix);
+      std::filesystem::remove(other);
+    }
+  }
+}
+
 // The byte on which whoever writes has a lock ("File Format", the locking protocol of SQLite's unix files).
 constexpr off_t kReservedByte = 0x40000001;
 

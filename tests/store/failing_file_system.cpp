@@ -63,6 +63,7 @@ const sqlite3_io_methods* systemMethods(sqlite3_file* file) {
 }
 
 int closeFile(sqlite3_file* file) {
+  if (isJournal(file)) logOfJournal("close");
   return systemMethods(file)->xClose(systemFile(file));
 }
 int readFile(sqlite3_file* file, void* data, int length, sqlite3_int64 offset) {

@@ -21,7 +21,7 @@ class FailingFileSystem {
   static bool heal();
 
   /// What has been done to the size of rollback journals and to their durability since the last call, in
-  /// order: "truncate", "sync" and "delete", with a blank behind each.
+  /// order: "truncate", "sync", "close" and "delete", with a blank behind each.
   static std::string takeJournalLog();
 };
 

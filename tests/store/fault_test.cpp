@@ -1,7 +1,9 @@
 // Memory that is refused and files that fail, at the first use, the second, the third, … of a run over all
 // operations: nothing crashes, failures are told, and what was acknowledged is in a sound file afterwards.
 #include <atomic>
+#include <new>
 
+#include "tests/store/allocation_probe.h"
 #include "tests/store/failing_file_system.h"
 #include "tests/store/store_fixture.h"
 
@@ -200,10 +202,30 @@ TEST_F(FaultTest, AChangeIsAcknowledgedWhenItsEmptiedJournalIsFlushed) {
     ASSERT_TRUE(rows->setValue(1, "changed " + std::to_string(n)));
     ASSERT_TRUE(rows->update());
     const std::string log = FailingFileSystem::takeJournalLog();
-    const std::size_t emptied = log.rfind("truncate sync ");
-    ASSERT_NE(std::string::npos, emptied) << log;
-    EXPECT_GT(log.find("delete"), emptied) << log;
+    EXPECT_TRUE(log.ends_with("truncate sync close ")) << log;
+    EXPECT_EQ(std::string::npos, log.find("delete")) << log;
   }
+}
+
+// What the program itself allocates, beside what SQLite does.
+TEST_F(FaultTest, NewRefusedAnywhereDuringTheOpeningIsTold) {
+  remake("DELETE");
+  bool finished = false;
+  std::size_t number = 0;
+  for (; !finished && number < 1000; ++number) {
+    SCOPED_TRACE(number);
+    std::unique_ptr<Backend> opened;
+    const testsupport::AllocationLimit limit(number);
+    try {
+      finished = static_cast<bool>(openDatabase(utf8Of(path_), {}, &opened));
+    } catch (const std::bad_alloc&) {
+      EXPECT_EQ(nullptr, opened);
+    }
+    EXPECT_NE(finished, limit.wasReached());
+  }
+  EXPECT_TRUE(finished);
+  EXPECT_GT(number, 5u);
+  EXPECT_EQ("ok", OtherProgram(path_).ask("PRAGMA integrity_check"));
 }
 
 TEST_F(FaultTest, MemoryRefusedOnceAnywhereLosesNothing) {

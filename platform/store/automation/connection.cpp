@@ -133,7 +133,7 @@ Outcome ConnectionObject::open(const std::wstring& connectionString) {
     backend = store::storeWithoutDatabase();
   } else {
     const std::wstring path = fullPathOf(target.path);
-    store::Status status = store::openDatabase(utf8Of(path), optionsFor(path), &backend);
+    store::Status status = store::openDatabase(utf8Of(path), userOptions(), &backend);
     if (!status) return status;
   }
   connectionString_ = connectionString;

@@ -15,20 +15,6 @@ bool startsWith(std::wstring_view text, std::wstring_view start) {
   return text.substr(0, start.size()) == start;
 }
 
-std::wstring volumeOf(const std::wstring& fullPath) {
-  std::wstring volume(fullPath.size() + 2, L'\0');
-  if (!GetVolumePathNameW(fullPath.c_str(), volume.data(), static_cast<DWORD>(volume.size()))) return {};
-  volume.resize(volume.find(L'\0'));
-  return volume;
-}
-
-bool isLastingDrive(const std::wstring& fullPath) {
-  const std::wstring volume = volumeOf(fullPath);
-  if (volume.empty()) return false;
-  const UINT type = GetDriveTypeW(volume.c_str());
-  return type == DRIVE_FIXED || type == DRIVE_RAMDISK;
-}
-
 store::DateOrder userDateOrder() {
   DWORD order = 0;
   const int length = GetLocaleInfoEx(LOCALE_NAME_USER_DEFAULT, LOCALE_IDATE | LOCALE_RETURN_NUMBER,
@@ -56,9 +42,8 @@ std::wstring fullPathOf(const std::wstring& path) {
   return std::wstring(kLongPrefix) + full;
 }
 
-store::OpenOptions optionsFor(const std::wstring& fullPath) {
+store::OpenOptions userOptions() {
   store::OpenOptions options;
-  options.memoryMap = isLastingDrive(fullPath);
   options.dateOrder = userDateOrder();
   return options;
 }

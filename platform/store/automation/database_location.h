@@ -14,8 +14,7 @@ namespace automation {
 /// can't tell or `path` holds a zero character, and so is no file's. Throws std::bad_alloc.
 std::wstring fullPathOf(const std::wstring& path);
 
-/// The engine's options for the database at the full path: a memory mapping only on drives that can't
-/// vanish, and dates in the order of the user's locale.
-store::OpenOptions optionsFor(const std::wstring& fullPath);
+/// The engine's options: dates in the order of the user's locale.
+store::OpenOptions userOptions();
 
 }  // namespace automation

@@ -55,6 +55,10 @@ HRESULT resultOf(store::ErrorCode code) {
       return objectModelError(3730);
     case ErrorCode::fileExists:
       return objectModelError(3731);
+    case ErrorCode::fileGone:
+      return kFileGone;
+    case ErrorCode::fileReplaced:
+      return kFileReplaced;
     case ErrorCode::inputOutput:
       return objectModelError(3000);
     case ErrorCode::outOfMemory:

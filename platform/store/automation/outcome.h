@@ -23,6 +23,9 @@ inline constexpr HRESULT kObjectClosed = objectModelError(3704);
 inline constexpr HRESULT kObjectOpen = objectModelError(3705);
 inline constexpr HRESULT kProviderNotFound = objectModelError(3706);
 inline constexpr HRESULT kInvalidConnection = objectModelError(3709);
+// The model has no numbers for these.
+inline constexpr HRESULT kFileGone = objectModelError(4001);
+inline constexpr HRESULT kFileReplaced = objectModelError(4002);
 
 /// The COM result of an engine's failure: negative for each code but ok, for which it is S_OK.
 HRESULT resultOf(store::ErrorCode code);

@@ -96,6 +96,17 @@ class Backend {
   /// changed in `*affected` (0 for any other statement). A SELECT is opened as by openRows. On failure
   /// both out-parameters are untouched and nothing has changed.
   virtual Status run(std::string_view sql, std::int64_t* affected, std::unique_ptr<RowSource>* rows) = 0;
+
+  /// Whether what is open still stands under the name by which it was opened: fileGone when it was deleted or
+  /// renamed, fileReplaced when another file has taken its place, inputOutput when the system doesn't tell.
+  /// Then no change is acknowledged any more (each fails in the same way, and one that met the deletion
+  /// halfway may be in the nameless file); reading goes on. Reads nothing of the file and waits for nobody.
+  virtual Status checkFile() = 0;
+
+  /// Writes what is open, as it is at the moment, durably into a new file at `path` (UTF-8), also when the
+  /// open one has lost its name. The backend stays with the file that it has open. On failure (fileExists,
+  /// cannotOpen, locked, inputOutput, outOfMemory; noTable without a database) no file has been made.
+  virtual Status saveCopy(const std::string& path) = 0;
 };
 
 }  // namespace store

@@ -63,6 +63,9 @@ class StoreWithoutDatabase : public Backend {
     rows->reset();
     return {};
   }
+
+  Status checkFile() override { return {}; }
+  Status saveCopy(const std::string&) override { return {ErrorCode::noTable, "No database is open."}; }
 };
 
 }  // namespace
@@ -79,11 +82,7 @@ std::unique_ptr<Backend> storeWithoutDatabase() {
 }
 
 Status createDatabase(const std::string& path) {
-  if (!isFileName(path)) return {ErrorCode::cannotOpen, "This is not the name of a file."};
-  std::error_code error;
-  if (std::filesystem::exists(std::filesystem::symlink_status(pathOf(path), error))) {
-    return {ErrorCode::fileExists, "There is a file or folder of this name already."};
-  }
+  if (Status status = checkNewFile(path); !status) return status;
   Connection connection;
   Status status = openConnection(path, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, &connection);
   if (!status) return status;
@@ -91,6 +90,7 @@ Status createDatabase(const std::string& path) {
   if (result == SQLITE_OK) return {};
   status = statusOf(connection.get(), result);
   connection.reset();
+  std::error_code error;
   std::filesystem::remove(pathOf(path), error);
   return status;
 }

@@ -11,9 +11,6 @@
 namespace store {
 
 struct OpenOptions {
-  /// Read through a memory mapping. Many times faster where file calls are dear; not for files that
-  /// can vanish under the mapping (network and removable drives).
-  bool memoryMap = true;
   /// How long to wait, in milliseconds, for a lock that another program holds.
   int lockWait = 5000;
   DateOrder dateOrder = DateOrder::monthDayYear;
@@ -38,7 +35,7 @@ Status createDatabase(const std::string& path);
 /// was, a file that is not a database (cannotOpen), one that is marked as not to be written (readOnly)
 /// and one that another connection has open (locked). Where a system lets open files be deleted, which
 /// Windows does not, only a connection that reads or writes at the moment counts as open: one that is
-/// idle can't be told there, and goes on with the file that has lost its name.
+/// idle can't be told there, and the file that has lost its name takes no more of its changes.
 Status dropDatabase(const std::string& path);
 
 /// Runs a CREATE DATABASE or DROP DATABASE; noTable for any other statement. The file at `openPath`

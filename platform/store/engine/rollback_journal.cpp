@@ -3,20 +3,13 @@
 namespace store {
 
 int RollbackJournal::prepare() {
-  if (isMode("delete")) {
-    const int result = runKept(connection_, empty_, "PRAGMA journal_mode=TRUNCATE");
-    if (result != SQLITE_OK) return result;
-  }
-  isKept_ = isMode("truncate");
-  return SQLITE_OK;
+  if (!isMode("delete")) return SQLITE_OK;
+  return runKept(connection_, empty_, "PRAGMA journal_mode=TRUNCATE");
 }
 
-void RollbackJournal::giveBack() {
-  if (!isKept_) return;
-  isKept_ = false;
-  const LockWait::Never never(guard_.lockWait());
-  // SQLite closes the journal first, so what can't be deleted now holds up nobody.
-  if (isMode("truncate")) runKept(connection_, delete_, "PRAGMA journal_mode=DELETE");
+void RollbackJournal::remove() {
+  // With SQLite's own lock for it, so that it is nobody's who writes at the moment.
+  if (isMode("truncate")) sqlite3_exec(connection_, "PRAGMA journal_mode=DELETE", nullptr, nullptr, nullptr);
 }
 
 bool RollbackJournal::isMode(std::string_view mode) {

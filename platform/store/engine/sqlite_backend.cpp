@@ -1,6 +1,7 @@
 #include "platform/store/engine/sqlite_backend.h"
 
 #include "platform/store/engine/catalogue.h"
+#include "platform/store/engine/file_copy.h"
 #include "platform/store/engine/result_rows.h"
 #include "platform/store/engine/table_rows.h"
 #include "platform/store/engine/table_schema.h"
@@ -72,6 +73,16 @@ Status SqliteBackend::openRows(std::string_view source, SourceKind kind, std::un
 Status SqliteBackend::run(std::string_view sql, std::int64_t* affected, std::unique_ptr<RowSource>* rows) {
   ConnectionGuard::Use use(connection_->guard());
   return runText(sql, affected, rows);
+}
+
+Status SqliteBackend::checkFile() {
+  ConnectionGuard::Use use(connection_->guard());
+  return connection_->checkFile();
+}
+
+Status SqliteBackend::saveCopy(const std::string& path) {
+  ConnectionGuard::Use use(connection_->guard());
+  return copyDatabase(*connection_, path);
 }
 
 Status SqliteBackend::isTable(std::string_view name, bool* found) {

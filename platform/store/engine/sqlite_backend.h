@@ -23,6 +23,8 @@ class SqliteBackend : public Backend, private DeclaredTypes {
   bool isReadOnly() const override { return connection_->isReadOnly(); }
   Status openRows(std::string_view source, SourceKind kind, std::unique_ptr<RowSource>* rows) override;
   Status run(std::string_view sql, std::int64_t* affected, std::unique_ptr<RowSource>* rows) override;
+  Status checkFile() override;
+  Status saveCopy(const std::string& path) override;
 
  private:
   using UserStatement = SqliteConnection::UserStatement;

@@ -5,6 +5,7 @@
 
 #include "platform/store/engine/catalogue.h"
 #include "platform/store/engine/file_head.h"
+#include "platform/store/engine/file_system.h"
 #include "platform/store/engine/moment_collation.h"
 #include "platform/store/engine/sqlite_row_scan.h"
 
@@ -14,7 +15,6 @@ namespace {
 
 // A statement longer than this is not a question that a person asks.
 constexpr int kMostStatementBytes = 1'000'000;
-constexpr const char* kMemoryMapBytes = "PRAGMA mmap_size=2147418112";
 constexpr const char* kPageCacheKibibytes = "PRAGMA cache_size=-65536";
 
 // SQLite has one code for all that is wrong with a statement; its sentence tells which.
@@ -27,6 +27,19 @@ ErrorCode codeOfStatementError(std::string_view message) {
   if (message.ends_with("already exists") || message.starts_with("there is already"))
     return ErrorCode::tableExists;
   return ErrorCode::errorsInCommand;
+}
+
+Status statusOfState(FileState state) {
+  switch (state) {
+    case FileState::same:
+      return {};
+    case FileState::gone:
+      return {ErrorCode::fileGone, "The file was deleted or renamed while it was open."};
+    case FileState::replaced:
+      return {ErrorCode::fileReplaced, "Another file has taken the place of the one that is open."};
+    default:
+      return {ErrorCode::inputOutput, "The file can't be found under its name at the moment."};
+  }
 }
 
 ErrorCode codeOf(int result, std::string_view message) {
@@ -72,6 +85,9 @@ bool onlyBlanks(std::string_view text) {
 
 Status statusOf(sqlite3* connection, int result) {
   if (result == SQLITE_OK || result == SQLITE_ROW || result == SQLITE_DONE) return {};
+  if (result == SQLITE_READONLY_DBMOVED && connection != nullptr) {
+    if (Status status = statusOfState(fileStateOf(connection)); !status) return status;
+  }
   const char* text = connection != nullptr ? sqlite3_errmsg(connection) : sqlite3_errstr(result);
   std::string message = text != nullptr ? text : "The database can't be used.";
   const ErrorCode code = codeOf(result, message);
@@ -81,7 +97,12 @@ Status statusOf(sqlite3* connection, int result) {
 
 SqliteConnection::~SqliteConnection() {
   if (!guard_) return;
-  letGo();
+  {
+    const ConnectionGuard::Use use(*guard_);
+    const LockWait::Never never(guard_->lockWait());
+    lease_->end();
+    journal_->remove();
+  }
   // First of all, because its thread uses the rest.
   guard_.reset();
 }
@@ -89,7 +110,6 @@ SqliteConnection::~SqliteConnection() {
 void SqliteConnection::letGo() {
   const ConnectionGuard::Use use(*guard_);
   lease_->end();
-  journal_->giveBack();
 }
 
 Status SqliteConnection::openFile(const std::string& path) {
@@ -98,7 +118,8 @@ Status SqliteConnection::openFile(const std::string& path) {
   const bool marked = isMarkedReadOnly(path);
   const int access = marked ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE;
   sqlite3* connection = nullptr;
-  const int result = sqlite3_open_v2(path.c_str(), &connection, access | SQLITE_OPEN_EXRESCODE, nullptr);
+  const int result =
+      sqlite3_open_v2(path.c_str(), &connection, access | SQLITE_OPEN_EXRESCODE, fileSystemName());
   handle_.reset(connection);
   if (result != SQLITE_OK) {
     const Status status = statusOf(connection, result);
@@ -109,7 +130,7 @@ Status SqliteConnection::openFile(const std::string& path) {
   return {};
 }
 
-Status SqliteConnection::configure(const OpenOptions& options) {
+Status SqliteConnection::configure() {
   sqlite3* connection = handle_.get();
   // The engine's own statements are made around those from outside.
   sqlite3_limit(connection, SQLITE_LIMIT_SQL_LENGTH, 2 * kMostStatementBytes);
@@ -118,9 +139,6 @@ Status SqliteConnection::configure(const OpenOptions& options) {
   sqlite3_db_config(connection, SQLITE_DBCONFIG_ENABLE_FKEY, 1, nullptr);
   for (const char* setting : {"PRAGMA synchronous=FULL", kPageCacheKibibytes}) {
     if (Status status = run(connection, setting); !status) return status;
-  }
-  if (options.memoryMap) {
-    if (Status status = run(connection, kMemoryMapBytes); !status) return status;
   }
   return {};
 }
@@ -139,12 +157,11 @@ Status SqliteConnection::open(const std::string& path, const OpenOptions& option
   path_ = path;
   if (Status status = openFile(path); !status) return status;
   if (Status status = checkFileHead(handle()); !status) return status;
-  guard_ = std::make_unique<ConnectionGuard>(handle(), std::chrono::milliseconds(options.lockWait),
-                                             [this] { letGo(); });
-  lease_ = std::make_unique<ReadLease>(handle(), *guard_);
-  journal_ = std::make_unique<RollbackJournal>(handle(), *guard_);
+  guard_.emplace(handle(), std::chrono::milliseconds(options.lockWait), [this] { letGo(); });
+  lease_.emplace(handle(), *guard_);
+  journal_.emplace(handle());
   ConnectionGuard::Use use(*guard_);
-  Status status = configure(options);
+  Status status = configure();
   if (status) status = statusOf(handle(), addMomentCollation(handle()));
   if (status) status = addCatalogue(handle());
   if (status) status = SqliteRowScan::addFunction(handle());
@@ -159,9 +176,11 @@ Status SqliteConnection::open(const std::string& path, const OpenOptions& option
   return {};
 }
 
+Status SqliteConnection::checkFile() {
+  return statusOfState(fileStateOf(handle()));
+}
+
 Status SqliteConnection::prepare(std::string_view sql, SqliteStatement* statement) {
-  // Outside a transaction SQLite may wait for another program to read the schema.
-  if (sqlite3_get_autocommit(handle()) != 0) journal_->giveBack();
   sqlite3_stmt* prepared = nullptr;
   const int result = sqlite3_prepare_v3(handle(), sql.data(), static_cast<int>(sql.size()),
                                         SQLITE_PREPARE_PERSISTENT, &prepared, nullptr);
@@ -231,7 +250,7 @@ Status SqliteConnection::beginRead() {
   bool isNew = false;
   if (const int result = lease_->begin(&isNew); result != SQLITE_OK) return failRead(result);
   if (!isNew) return {};
-  Status status = takeLock([this] { return noticeSchemaVersion(); });
+  Status status = noticeSchemaVersion();
   if (!status) lease_->end();
   return status;
 }
@@ -242,39 +261,25 @@ Status SqliteConnection::failRead(int result) {
   return status;
 }
 
-// Whom this connection waits for could itself be waiting to delete the journal.
-Status SqliteConnection::takeLock(const std::function<Status()>& take) {
-  if (!journal_->isKept()) return take();
-  {
-    const LockWait::Never never(guard_->lockWait());
-    Status status = take();
-    if (status.code() != ErrorCode::locked) return status;
-  }
-  journal_->giveBack();
-  return take();
-}
-
 SqliteConnection::WriteTransaction::~WriteTransaction() {
   // SQLite undoes by itself what fails beyond repair, and is then outside a transaction already.
   sqlite3* connection = connection_.handle();
   if (open_ && sqlite3_get_autocommit(connection) == 0) {
     sqlite3_exec(connection, "ROLLBACK", nullptr, nullptr, nullptr);
   }
-  if (!connection_.guard_->lend()) connection_.journal_->giveBack();
 }
 
 Status SqliteConnection::WriteTransaction::begin(sqlite3_stmt* claim) {
   if (!takeOverReading(claim)) {
     connection_.lease_->end();
-    Status status = connection_.takeLock([this] {
-      sqlite3* connection = connection_.handle();
-      return statusOf(connection, runKept(connection, connection_.beginStatement_, "BEGIN IMMEDIATE"));
-    });
-    if (!status) return status;
+    sqlite3* connection = connection_.handle();
+    const int result = runKept(connection, connection_.beginStatement_, "BEGIN IMMEDIATE");
+    if (result != SQLITE_OK) return statusOf(connection, result);
     open_ = true;
-    if (status = connection_.noticeSchemaVersion(); !status) return status;
+    if (Status status = connection_.noticeSchemaVersion(); !status) return status;
   }
   if (connection_.isReadOnly()) return {};
+  if (Status status = connection_.checkFile(); !status) return status;
   return statusOf(connection_.handle(), connection_.journal_->prepare());
 }
 
@@ -305,8 +310,9 @@ Status SqliteConnection::WriteTransaction::run(sqlite3_stmt* statement,
 Status SqliteConnection::WriteTransaction::commit() {
   sqlite3* connection = connection_.handle();
   Status status = statusOf(connection, runKept(connection, connection_.commitStatement_, "COMMIT"));
-  if (status) open_ = false;
-  return status;
+  if (!status) return status;
+  open_ = false;
+  return connection_.checkFile();
 }
 
 Status SqliteConnection::WriteTransaction::commitStructure(bool tablesChange) {
@@ -319,6 +325,7 @@ Status SqliteConnection::WriteTransaction::commitStructure(bool tablesChange) {
 }
 
 Status SqliteConnection::runAlone(sqlite3_stmt* statement) {
+  if (Status status = checkFile(); !status) return status;
   letGo();
   int result = SQLITE_ROW;
   while (result == SQLITE_ROW) result = sqlite3_step(statement);
@@ -326,7 +333,8 @@ Status SqliteConnection::runAlone(sqlite3_stmt* statement) {
   sqlite3_reset(statement);
   if (!status) return status;
   ++rebuilds_;
-  return readSchemaVersion(&schemaVersion_);
+  if (status = readSchemaVersion(&schemaVersion_); !status) return status;
+  return checkFile();
 }
 
 }  // namespace store

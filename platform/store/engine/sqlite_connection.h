@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <sqlite3.h>
 #include <string>
 #include <string_view>
@@ -41,6 +42,10 @@ class SqliteConnection {
   /// gone with it: another program changed the structure or rebuilt the file, or a statement of ours did.
   unsigned rebuilds() const { return rebuilds_; }
 
+  /// Whether the open file still stands under its name: fileGone or fileReplaced if not, inputOutput when the
+  /// system doesn't tell.
+  Status checkFile();
+
   /// Prepares a statement of the engine's own.
   Status prepare(std::string_view sql, SqliteStatement* statement);
 
@@ -73,7 +78,8 @@ class SqliteConnection {
     Status begin(sqlite3_stmt* claim = nullptr);
     /// Runs `statement` to its end, calling `onRow` for each row it returns.
     Status run(sqlite3_stmt* statement, const std::function<void(sqlite3_stmt*)>& onRow = {});
-    /// After it nothing is undone any more, whatever happens to the program or the machine.
+    /// After it nothing is undone any more, whatever happens to the program or the machine. Fails also when
+    /// the file has lost its name meanwhile, where nobody would find what was written.
     Status commit();
     /// The same after a statement that changed the structure; tells the connection whether tables may have
     /// other rows or columns now.
@@ -95,18 +101,18 @@ class SqliteConnection {
   };
 
   Status openFile(const std::string& path);
-  Status configure(const OpenOptions& options);
+  Status configure();
   void letGo();
-  Status takeLock(const std::function<Status()>& take);
   Status readSchemaVersion(std::int64_t* version);
   Status noticeSchemaVersion();
   Status checkWhole();
 
   std::string path_;
   std::unique_ptr<sqlite3, Closer> handle_;
-  std::unique_ptr<ConnectionGuard> guard_;
-  std::unique_ptr<ReadLease> lease_;
-  std::unique_ptr<RollbackJournal> journal_;
+  // Made without taking memory, so that all three are there or none.
+  std::optional<ConnectionGuard> guard_;
+  std::optional<ReadLease> lease_;
+  std::optional<RollbackJournal> journal_;
   SqliteStatement schemaVersionStatement_;
   SqliteStatement beginStatement_;
   SqliteStatement commitStatement_;

@@ -28,6 +28,8 @@ enum class ErrorCode {
   changedElsewhere,  ///< another program changed or replaced the record since it was read
   constraint,        ///< a NOT NULL, UNIQUE, CHECK or foreign key rule was broken
   damaged,           ///< the database's content contradicts itself
+  fileGone,          ///< the open file was deleted or renamed by another program
+  fileReplaced,      ///< another program put another file in the place of the open one
   inputOutput,       ///< the system failed to read or write, or the disk is full
   outOfMemory,
 };
