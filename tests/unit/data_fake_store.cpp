@@ -222,6 +222,8 @@ class FakeConnectionObject final : public FakeObject<IAdoceConnection> {
   HRESULT STDMETHODCALLTYPE get_Errors(IAdoceErrors**) override { return E_NOTIMPL; }
   HRESULT STDMETHODCALLTYPE get_State(LONG*) override { return E_NOTIMPL; }
   HRESULT STDMETHODCALLTYPE get_Version(BSTR*) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE CheckFile() override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE SaveCopy(BSTR) override { return E_NOTIMPL; }
 
  private:
   FakeStore& store_;

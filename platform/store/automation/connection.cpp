@@ -234,4 +234,18 @@ HRESULT ConnectionObject::get_Version(BSTR* version) {
   });
 }
 
+HRESULT ConnectionObject::CheckFile() {
+  return call([&]() -> Outcome {
+    if (!isOpen()) return closedConnection();
+    return backend_->checkFile();
+  });
+}
+
+HRESULT ConnectionObject::SaveCopy(BSTR path) {
+  return call([&]() -> Outcome {
+    if (!isOpen()) return closedConnection();
+    return backend_->saveCopy(utf8Of(fullPathOf(std::wstring(viewOf(path)))));
+  });
+}
+
 }  // namespace automation

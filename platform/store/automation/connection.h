@@ -51,6 +51,8 @@ class ConnectionObject final : public AutomationObject<IAdoceConnection> {
   HRESULT STDMETHODCALLTYPE get_Errors(IAdoceErrors** errors) override;
   HRESULT STDMETHODCALLTYPE get_State(long* state) override;
   HRESULT STDMETHODCALLTYPE get_Version(BSTR* version) override;
+  HRESULT STDMETHODCALLTYPE CheckFile() override;
+  HRESULT STDMETHODCALLTYPE SaveCopy(BSTR path) override;
 
   // For the module's own objects, which hold the module's lock and hand failures on.
 
