@@ -194,7 +194,7 @@ bool registerMainWindowClass() {
 }
 
 void createMainWindow(int showCommand) {
-  // The shell takes the menu bar out of the window's client area, whose rest belongs to the pages.
+  // The shell lays the menu bar over the end of the client area, so that the window keeps its height.
   mainWindow = HandheldCreateWindow(0, kMainWindowClass, kMainWindowTitle, WS_VISIBLE | WS_CLIPCHILDREN,
                                     CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, nullptr,
                                     nullptr, instanceHandle, nullptr);

@@ -1,5 +1,3 @@
-#include "app/start_up.h"
-
 #include <commctrl.h>
 
 #include <memory>
@@ -14,6 +12,7 @@
 #include "app/program_state.h"
 #include "app/screen.h"
 #include "app/single_instance.h"
+#include "app/start_up.h"
 #include "app/tab_pages.h"
 #include "base/app_settings.h"
 #include "dialogs/password_lock.h"
@@ -41,8 +40,8 @@ void createPageWindows() {
 
   RECT client{};
   HandheldGetClientRect(mainWindow, &client);
-  formWrapperWindow = theFormWrapper.create(instanceHandle, tabControl,
-                                            {client.right, client.bottom - screen::kTabsHeight}, tabOldProc);
+  formWrapperWindow = theFormWrapper.create(
+      instanceHandle, tabControl, {client.right, client.bottom - screen::kBelowFormHeight}, tabOldProc);
   theCommandBar->setPageWindows(tabControl, formWrapperWindow);
 }
 
