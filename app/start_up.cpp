@@ -1,7 +1,8 @@
+#include "app/start_up.h"
+
 #include <commctrl.h>
 
 #include <memory>
-#include <utility>
 
 #include "app/command_line.h"
 #include "app/component_registration.h"
@@ -12,7 +13,6 @@
 #include "app/program_state.h"
 #include "app/screen.h"
 #include "app/single_instance.h"
-#include "app/start_up.h"
 #include "app/tab_pages.h"
 #include "base/app_settings.h"
 #include "dialogs/password_lock.h"
@@ -71,7 +71,7 @@ void createDocument() {
 /// after the first message, so that the window stands already.
 int runMessageLoop(const wchar_t* commandLine) {
   const HACCEL accelerators = LoadAcceleratorsW(instanceHandle, MAKEINTRESOURCEW(IDR_ACCELERATORS));
-  String pendingPath = normalisedPath(commandLine);
+  openDatabaseLater(normalisedPath(commandLine));
   PostMessageW(mainWindow, kStartedMessage, 0, 0);
   MSG message{};
   while (GetMessageW(&message, nullptr, 0, 0) > 0) {
@@ -79,7 +79,7 @@ int runMessageLoop(const wchar_t* commandLine) {
       TranslateMessage(&message);
       DispatchMessageW(&message);
     }
-    if (!pendingPath.isEmpty()) openCommandLineDatabase(std::exchange(pendingPath, String()));
+    openWaitingDatabase();
   }
   return static_cast<int>(message.wParam);
 }
@@ -113,13 +113,7 @@ int runWithWindow(const wchar_t* commandLine, int showCommand) {
   initialiseControls();
   createTabControl();
   createPageWindows();
-  if (!registerComponents()) {
-    MessageBoxW(mainWindow,
-                L"The data-access components (adoce31.dll) could not be loaded.\n"
-                L"Please put them into the folder of the program again.",
-                L"Quivane", MB_ICONEXCLAMATION);
-    return kExitCannotStart;
-  }
+  registerComponents();
   createDocument();
   // Who does not know the password sees the window and no more.
   return appUnlocked ? runMessageLoop(commandLine) : 0;
