@@ -68,8 +68,8 @@ void MainCommandBar::destroyPageBars() {
 }
 
 void MainCommandBar::placePageBars() {
-  // The form's window ends above the tabs, the tab control with them. Raised by two pixels the bands end
-  // where the form's window does.
+  // The form's window ends above the tabs, the tab control with them; its border takes two pixels more of
+  // the other pages, by which the form's bands are raised to the same height.
   const bool form = isForm(barsPage_);
   pageBars_.place(pageParent(), !form, form && !bandsAtTop());
 }

@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include <string>
+#include <utility>
 
 #include "app/program_state.h"
 #include "app/tab_pages.h"
@@ -11,19 +12,31 @@ namespace {
 
 constexpr wchar_t kQuote = L'"';
 
+/// Waits until the message that is being answered has been.
+String waitingPath;
+
 /// The program was asked for this file and shows nothing instead: without a word the user would take
 /// the empty window for an empty database.
 void tellNotOpened(const String& path) {
-  const bool exists = GetFileAttributesW(path.text()) != INVALID_FILE_ATTRIBUTES;
-  const std::wstring text =
-      std::wstring(L"Database ") + path.text() + L" could not be opened.\n" +
-      (exists ? L"It is not a database, or another program is using it." : L"There is no such file.");
+  const std::wstring text = std::wstring(L"Database ") + path.text() + L" could not be opened.\n" +
+                            theDocument->refusalText().text();
   MessageBoxW(mainWindow, text.c_str(), L"Quivane", MB_ICONEXCLAMATION);
 }
 
-/// The path from the root on: the current folder, from which a shorter one starts, changes with each file
-/// dialog, and the session is restored in another. The path itself when the system can't tell.
-String fullPathOf(const String& path) {
+/// In place of the database that is open, unless what was typed into that can't be stored.
+void openNamedDatabase(const String& path) {
+  if (!theDocument->finishEditing()) return;
+  if (theDocument->closeDatabase() == 0) switchPage(kNoPage);
+  if (theDocument->openDatabase(fullPath(path))) {
+    showDatabasePage();
+  } else {
+    tellNotOpened(path);
+  }
+}
+
+}  // namespace
+
+String fullPath(const String& path) {
   std::wstring full(MAX_PATH, L'\0');
   DWORD length = GetFullPathNameW(path.text(), static_cast<DWORD>(full.size()), full.data(), nullptr);
   if (length >= full.size()) {
@@ -33,8 +46,6 @@ String fullPathOf(const String& path) {
   return length == 0 || length >= full.size() ? path : String(full.c_str());
 }
 
-}  // namespace
-
 String normalisedPath(const String& commandLine) {
   String path = commandLine;
   if (path.text()[0] == kQuote) path.right(path.length() - 1, path);
@@ -43,11 +54,10 @@ String normalisedPath(const String& commandLine) {
   return path;
 }
 
-void openCommandLineDatabase(const String& path) {
-  if (theDocument->closeDatabase() == 0) switchPage(kNoPage);
-  if (theDocument->openDatabase(fullPathOf(path))) {
-    showDatabasePage();
-  } else {
-    tellNotOpened(path);
-  }
+void openDatabaseLater(const String& path) {
+  waitingPath = path;
+}
+
+void openWaitingDatabase() {
+  if (!waitingPath.isEmpty()) openNamedDatabase(std::exchange(waitingPath, String()));
 }

@@ -6,6 +6,15 @@
 /// and without one at its end.
 String normalisedPath(const String& commandLine);
 
-/// Opens the database of the command line in place of the one that is open, and shows its tables. When
-/// that fails the user is told, and no database is open.
-void openCommandLineDatabase(const String& path);
+/// The path from the root on: the current folder, from which a shorter one starts, is another one for each
+/// copy of the program and for the next start, which restores the session. The path itself when the system
+/// can't tell.
+String fullPath(const String& path);
+
+/// Has the database opened when the message that is being answered has been, in place of one that waits
+/// already. An empty path is none.
+void openDatabaseLater(const String& path);
+
+/// Opens the database that waits, if one does, in place of the one that is open, and shows its tables.
+/// When that fails the user is told, and no database is open.
+void openWaitingDatabase();

@@ -52,21 +52,12 @@ void registerLibrary(const wchar_t* name) {
   if (address) reinterpret_cast<Register>(reinterpret_cast<void*>(address))();
 }
 
-bool servesClasses(const String& module) {
-  if (module.isEmpty()) return false;
-  const UniqueModule library(LoadLibraryW(module.text()));
-  return library && GetProcAddress(library.get(), "DllGetClassObject") != nullptr;
-}
-
 }  // namespace
 
-bool registerComponents() {
-  String module = registeredModule();
+void registerComponents() {
+  const String module = registeredModule();
   const std::wstring own = ownModule();
   const bool moved = !own.empty() && _wcsicmp(own.c_str(), module.text()) != 0;
-  if (module.isEmpty() || moved) {
-    for (const wchar_t* name : kComponentLibraries) registerLibrary(name);
-    module = registeredModule();
-  }
-  return servesClasses(module);
+  if (!module.isEmpty() && !moved) return;
+  for (const wchar_t* name : kComponentLibraries) registerLibrary(name);
 }

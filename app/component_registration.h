@@ -2,6 +2,5 @@
 
 /// Registers the data-access components when they are not registered yet, and again when the program's
 /// folder was moved: when the registered module is not the one beside this program. Each library
-/// registers itself; failures are ignored. Returns whether the components can be used afterwards: the
-/// class is known and its module loads.
-bool registerComponents();
+/// registers itself; failures are ignored: opening a database tells what is missing.
+void registerComponents();

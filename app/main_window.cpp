@@ -3,7 +3,9 @@
 #include <commctrl.h>
 
 #include <array>
+#include <string>
 
+#include "app/command_line.h"
 #include "app/command_table.h"
 #include "app/context_menus.h"
 #include "app/help.h"
@@ -58,6 +60,15 @@ LRESULT sessionEnded(HWND, UINT, WPARAM wParam, LPARAM) {
 
 LRESULT findNext(HWND, UINT, WPARAM, LPARAM) {
   return theDocument ? theDocument->findNext() : 0;
+}
+
+LRESULT pathHandedOver(HWND, UINT, WPARAM, LPARAM lParam) {
+  const auto& data = *reinterpret_cast<const COPYDATASTRUCT*>(lParam);
+  if (data.dwData != kPathForLater || !thePrompts.isChoosingFile()) return FALSE;
+  // It comes from another process, and may end anywhere.
+  const std::wstring path(static_cast<const wchar_t*>(data.lpData), data.cbData / sizeof(wchar_t));
+  openDatabaseLater(path.c_str());
+  return TRUE;
 }
 
 LRESULT itemDrawn(HWND, UINT, WPARAM, LPARAM) {
@@ -168,6 +179,7 @@ constexpr std::array kMessages = {
     MessageRow{WM_SIZE, sizeChanged},
     MessageRow{WM_CLOSE, closeAsked},
     MessageRow{WM_ENDSESSION, sessionEnded},
+    MessageRow{WM_COPYDATA, pathHandedOver},
 };
 
 LRESULT CALLBACK mainProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
@@ -194,7 +206,7 @@ bool registerMainWindowClass() {
 }
 
 void createMainWindow(int showCommand) {
-  // The shell takes the menu bar out of the window's client area, whose rest belongs to the pages.
+  // The shell lays the menu bar over the end of the client area, so that the window keeps its height.
   mainWindow = HandheldCreateWindow(0, kMainWindowClass, kMainWindowTitle, WS_VISIBLE | WS_CLIPCHILDREN,
                                     CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, nullptr,
                                     nullptr, instanceHandle, nullptr);

@@ -9,5 +9,9 @@
 /// front, and keeps its database.
 inline constexpr UINT kPathFromSecondCopyMessage = WM_USER + 205;
 
+/// dwData of WM_COPYDATA from a second copy: the full path of its command line, ended by a zero. Taken
+/// only while a file is being chosen: the database is opened when the dialog has ended.
+inline constexpr ULONG_PTR kPathForLater = 1;
+
 /// Posted once, before the message loop begins: start-up is over.
 inline constexpr UINT kStartedMessage = WM_USER + 206;

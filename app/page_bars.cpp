@@ -57,7 +57,6 @@ RebarPlace rebarPlace(SIZE client, bool atTop, bool lower, bool raise) {
   const auto width = static_cast<int>(client.cx);
   const auto bottom = static_cast<int>(client.cy);
   const int lift = raise ? 2 : 0;
-  constexpr int kMenuBarHeight = 26;
   if (atTop) return {0 - lift, width, bottom - kMenuBarHeight};
   return {bottom - (lower ? kBandAndTabsHeight : kMenuBarHeight) - lift, width, kBandHeight};
 }

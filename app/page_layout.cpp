@@ -1,17 +1,28 @@
 #include "app/page_layout.h"
 
-#include "app/form_area.h"
 #include "app/program_state.h"
 #include "app/screen.h"
 #include "app/tab_pages.h"
 #include "platform/pocketshell/handheld_windows.h"
 #include "views/sip_state.h"
 
+namespace {
+
+/// Its height from the creation on, less what the input panel covers.
+void layOutFormWindow() {
+  RECT client{};
+  HandheldGetClientRect(mainWindow, &client);
+  HandheldMoveWindow(formWrapperWindow, 0, 0, static_cast<int>(client.right),
+                     static_cast<int>(client.bottom) - screen::kBelowFormHeight - sipState.height, TRUE);
+}
+
+}  // namespace
+
 void layOutForInputPanel() {
   refreshSipState();
   HandheldMoveWindow(tabControl, 0, 0, screen::kPageAreaWidth, screen::kPageAreaHeight - sipState.height,
                      TRUE);
-  extendForm();
+  layOutFormWindow();
   if (!theDocument) return;
   theDocument->layOutPages();
   theCommandBar->placePageBars();

@@ -7,11 +7,8 @@ namespace screen {
 inline constexpr int kPageAreaWidth = 240;
 inline constexpr int kPageAreaHeight = 269;
 
-/// The tabs at the bottom of the page area and their border, which the form leaves free.
-inline constexpr int kTabsHeight = 49;
-
-/// The row of tabs alone.
-inline constexpr int kTabRowHeight = 24;
+/// What the main window has below the form: the row of tabs, and the menu bar over its last pixels.
+inline constexpr int kBelowFormHeight = 49;
 
 /// Where the window of the record grid lies in the tab control.
 inline constexpr int kGridLeft = 2;

@@ -1,5 +1,6 @@
 #include "app/single_instance.h"
 
+#include "app/command_line.h"
 #include "app/main_window.h"
 #include "app/messages.h"
 
@@ -23,6 +24,10 @@ SingleInstance::SingleInstance() : mutex_(CreateMutexW(nullptr, FALSE, kMutexNam
       isFirst_ = true;
       return;
     }
+    // While it has a file chosen, its title says for what.
+    firstWindow_ = FindWindowW(kMainWindowClass, nullptr);
+    isChoosingFile_ = firstWindow_ != nullptr;
+    if (firstWindow_) return;
   } while (GetTickCount64() - start < kWaitForWindow);
 }
 
@@ -32,13 +37,25 @@ SingleInstance::~SingleInstance() {
 
 void SingleInstance::callFirst(const String& path) const {
   if (!firstWindow_) return;
-  // A copy that hangs must not take this one with it.
-  SendMessageTimeoutW(firstWindow_, kPathFromSecondCopyMessage, reinterpret_cast<WPARAM>(path.text()), 0,
-                      SMTO_ABORTIFHUNG, kSendTimeout, nullptr);
+  send(kPathFromSecondCopyMessage, reinterpret_cast<WPARAM>(path.text()), 0);
+  if (isChoosingFile_ && !path.isEmpty()) {
+    const String full = fullPath(path);
+    COPYDATASTRUCT data{};
+    data.dwData = kPathForLater;
+    data.cbData = static_cast<DWORD>((full.length() + 1) * sizeof(wchar_t));
+    data.lpData = const_cast<wchar_t*>(full.text());
+    send(WM_COPYDATA, 0, reinterpret_cast<LPARAM>(&data));
+  }
   // When no window of this system is in front, another system manages the screen, too. It lets a window
   // come before its own only when it appears.
   const bool mustAppear = GetForegroundWindow() == GetDesktopWindow();
   if (mustAppear) ShowWindowAsync(firstWindow_, SW_MINIMIZE);
   if (mustAppear || IsIconic(firstWindow_)) ShowWindowAsync(firstWindow_, SW_RESTORE);
-  SetForegroundWindow(firstWindow_);
+  // Under a dialog it takes no input: that dialog is what the user has to see.
+  SetForegroundWindow(IsWindowEnabled(firstWindow_) ? firstWindow_ : GetLastActivePopup(firstWindow_));
+}
+
+/// A copy that hangs must not take this one with it.
+void SingleInstance::send(UINT message, WPARAM wParam, LPARAM lParam) const {
+  SendMessageTimeoutW(firstWindow_, message, wParam, lParam, SMTO_ABORTIFHUNG, kSendTimeout, nullptr);
 }

@@ -18,11 +18,15 @@ class SingleInstance {
   bool isFirst() const { return isFirst_; }
 
   /// Sends the path of the command line to the first copy and brings it to the front. `path` may be
-  /// empty.
+  /// empty. The first copy keeps its database, but for one that is having a file chosen: it opens the
+  /// path after that.
   void callFirst(const String& path) const;
 
  private:
+  void send(UINT message, WPARAM wParam, LPARAM lParam) const;
+
   UniqueMutex mutex_;
   bool isFirst_ = false;
   HWND firstWindow_ = nullptr;
+  bool isChoosingFile_ = false;  // the first copy
 };

@@ -3,7 +3,6 @@
 #include <commctrl.h>
 
 #include <memory>
-#include <utility>
 
 #include "app/command_line.h"
 #include "app/component_registration.h"
@@ -41,8 +40,8 @@ void createPageWindows() {
 
   RECT client{};
   HandheldGetClientRect(mainWindow, &client);
-  formWrapperWindow = theFormWrapper.create(instanceHandle, tabControl,
-                                            {client.right, client.bottom - screen::kTabsHeight}, tabOldProc);
+  formWrapperWindow = theFormWrapper.create(
+      instanceHandle, tabControl, {client.right, client.bottom - screen::kBelowFormHeight}, tabOldProc);
   theCommandBar->setPageWindows(tabControl, formWrapperWindow);
 }
 
@@ -72,7 +71,7 @@ void createDocument() {
 /// after the first message, so that the window stands already.
 int runMessageLoop(const wchar_t* commandLine) {
   const HACCEL accelerators = LoadAcceleratorsW(instanceHandle, MAKEINTRESOURCEW(IDR_ACCELERATORS));
-  String pendingPath = normalisedPath(commandLine);
+  openDatabaseLater(normalisedPath(commandLine));
   PostMessageW(mainWindow, kStartedMessage, 0, 0);
   MSG message{};
   while (GetMessageW(&message, nullptr, 0, 0) > 0) {
@@ -80,7 +79,7 @@ int runMessageLoop(const wchar_t* commandLine) {
       TranslateMessage(&message);
       DispatchMessageW(&message);
     }
-    if (!pendingPath.isEmpty()) openCommandLineDatabase(std::exchange(pendingPath, String()));
+    openWaitingDatabase();
   }
   return static_cast<int>(message.wParam);
 }
@@ -114,13 +113,7 @@ int runWithWindow(const wchar_t* commandLine, int showCommand) {
   initialiseControls();
   createTabControl();
   createPageWindows();
-  if (!registerComponents()) {
-    MessageBoxW(mainWindow,
-                L"The data-access components (adoce31.dll) could not be loaded.\n"
-                L"Please put them into the folder of the program again.",
-                L"Quivane", MB_ICONEXCLAMATION);
-    return kExitCannotStart;
-  }
+  registerComponents();
   createDocument();
   // Who does not know the password sees the window and no more.
   return appUnlocked ? runMessageLoop(commandLine) : 0;

@@ -8,7 +8,7 @@
 /// `commandLine` is what follows the program's name, one path to a database or nothing.
 int runProgram(HINSTANCE instance, const wchar_t* commandLine, int showCommand);
 
-/// The main window's class could not be registered, or the data-access components can't be used.
+/// The main window's class could not be registered.
 inline constexpr int kExitCannotStart = 1;
 
 /// Another copy runs, or the main window could not be created.

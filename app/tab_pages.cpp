@@ -5,7 +5,6 @@
 #include <commctrl.h>
 
 #include "app/context_menus.h"
-#include "app/form_area.h"
 #include "app/program_state.h"
 #include "app/screen.h"
 #include "base/app_settings.h"
@@ -101,7 +100,6 @@ void switchPage(int page) {
     theCommandBar->rebuildMenuBar();
     return;
   }
-  if (page == kFormPageIndex) extendForm();
   if (theDocument && theDocument->isDatabaseOpen()) theCommandBar->showPageBars(page);
   currentPage = page;
   theCommandBar->rebuildMenuBar();

@@ -2,6 +2,7 @@
 
 #include <commdlg.h>
 
+#include <string>
 #include <utility>
 
 #include "app/main_window.h"
@@ -38,6 +39,22 @@ class TitleOfPurpose {
   ~TitleOfPurpose() { SetWindowTextW(mainWindow, kMainWindowTitle); }
   TitleOfPurpose(const TitleOfPurpose&) = delete;
   TitleOfPurpose& operator=(const TitleOfPurpose&) = delete;
+};
+
+/// Gives the program its current folder back, which a file dialog changes to the one that was looked at
+/// last: that could then not be renamed or deleted.
+class CurrentFolderKept {
+ public:
+  CurrentFolderKept() {
+    folder_.resize(GetCurrentDirectoryW(0, nullptr));
+    folder_.resize(GetCurrentDirectoryW(static_cast<DWORD>(folder_.size()), folder_.data()));
+  }
+  ~CurrentFolderKept() { SetCurrentDirectoryW(folder_.c_str()); }
+  CurrentFolderKept(const CurrentFolderKept&) = delete;
+  CurrentFolderKept& operator=(const CurrentFolderKept&) = delete;
+
+ private:
+  std::wstring folder_;
 };
 
 /// The parts of a filter are ended by a zero each.
@@ -85,10 +102,13 @@ std::optional<String> WindowPrompts::chooseFile(FileChoice choice) {
   question.lpstrFile = path;
   question.nMaxFile = kFileBufferCount;
   question.lpstrDefExt = L"cdb";
-  // The folder that was looked at last must not become the program's own.
-  question.Flags = dialog.flags | OFN_NOCHANGEDIR;
+  question.Flags = dialog.flags;
+  const CurrentFolderKept folder;
   const TitleOfPurpose title(dialog.title);
-  if (!dialog.run(&question)) return std::nullopt;
+  isChoosingFile_ = true;
+  const BOOL chosen = dialog.run(&question);
+  isChoosingFile_ = false;
+  if (!chosen) return std::nullopt;
   return String(path);
 }
 

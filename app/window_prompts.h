@@ -16,6 +16,10 @@ class WindowPrompts final : public UserPrompts {
   void endSearching() override;
   void raiseInputPanel() override;
 
+  /// A file dialog is open.
+  bool isChoosingFile() const { return isChoosingFile_; }
+
  private:
+  bool isChoosingFile_ = false;
   SearchProgress progress_;
 };

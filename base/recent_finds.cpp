@@ -51,12 +51,18 @@ void RecentFinds::List(NameList& finds) {
 }
 
 void RecentFinds::Remember(const String& text) {
-  if (text.isEmpty()) return;
   int source = isStored(text) ? kCount : kCount - 1;
   int destination = kCount;
+  bool dropped = false;
   for (int i = 0; i < kCount; ++i, --source) {
     const String entry = read(source);
-    if (isEqual(entry, text)) continue;
+    // Free places hold the empty text, too. Where that is remembered one of them makes room; with all of
+    // them gone the texts before them would stand in the list twice.
+    const bool isKept = dropped && text.isEmpty();
+    if (isEqual(entry, text) && !isKept) {
+      dropped = true;
+      continue;
+    }
     write(destination, entry);
     --destination;
   }

@@ -13,7 +13,6 @@ class RecentFinds {
   static void List(NameList& finds);
 
   /// Makes `text` the newest. One that is in the list (the same letter for letter) moves to the front,
-  /// else the oldest falls off. The empty text is not remembered: List would skip it, and it can't be
-  /// told from a free place, so that making room for it would show other texts twice.
+  /// else the oldest falls off. The empty text is one like the others, which a free place counts as.
   static void Remember(const String& text);
 };

@@ -5,6 +5,7 @@
 #include "base/variant.h"
 #include "data/adoce_classes.h"
 #include "data/adoce_constants.h"
+#include "data/last_error.h"
 #include "data/recordset_handle.h"
 #include "data/value_conversion.h"
 
@@ -21,7 +22,12 @@ bool ConnectionHandle::setConnectionString(const wchar_t* text) {
 
 int ConnectionHandle::open() {
   close();
-  if (!connection_) return kOpenFailed;
+  if (!connection_) {
+    leaveLastErrorText(
+        L"The data-access components (adoce31.dll) could not be loaded. Please put them into the folder of "
+        L"the program again and start it anew.");
+    return kOpenFailed;
+  }
   return SUCCEEDED(connection_->Open(nullptr, nullptr, nullptr, kConnectUnspecified)) ? kOpened : kOpenFailed;
 }
 

@@ -32,7 +32,7 @@ bool PasswordDialog::run(HWND owner) {
 
 void PasswordDialog::opened() {
   panel_.raise(window());
-  centreAbovePanel(window());
+  centreDialog(window());
   for (const int id : editIds_) SendMessageW(control(id), EM_SETLIMITTEXT, kLongestPassword, 0);
   SetFocus(control(editIds_.front()));
 }

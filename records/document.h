@@ -59,6 +59,8 @@ class Document {
   /// Stores what was changed on the form and the session, and closes the file. 0 on success, -1 when no
   /// database is open or the connection would not close.
   int closeDatabase();
+  /// Why the store refused last what it was asked to do.
+  const String& refusalText() const { return database_.refusalText(); }
 
   // The commands of the File, Tables and Queries menus (document_files.cpp). They tell the user themselves
   // what can't be done.

@@ -11,10 +11,6 @@ inline constexpr int kPopupRaise = 20;
 /// never beyond that area's.
 void centreDialog(HWND dialog, int raise = 0);
 
-/// Centres a dialog likewise; where the input panel would cover it, it lies above that, as far as there is
-/// room.
-void centreAbovePanel(HWND dialog);
-
 /// Makes a dialog full screen, with the OK of the title bar. `panel` is SHIDIF_SIPDOWN to put the input
 /// panel down as well.
 void fillScreen(HWND dialog, DWORD panel = 0);

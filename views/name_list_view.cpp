@@ -15,8 +15,8 @@ RECT listRectangle(HWND mainWindow) {
   RECT client{};
   HandheldGetClientRect(mainWindow, &client);
   client.top = pageOffset();
-  // The bands and the tabs stand above the input panel, where the list would cover them.
-  client.bottom -= kBandAndTabsHeight + sipState.height;
+  // The bands and the tabs stand above the menu bar and the input panel, where the list would cover them.
+  client.bottom -= kMenuBarHeight + kBandAndTabsHeight + sipState.height;
   return client;
 }
 

@@ -7,6 +7,9 @@
 /// Height, in pixels, that the pages leave free for the band and the tabs.
 inline constexpr int kBandAndTabsHeight = 50;
 
+/// Height, in pixels, of the menu bar, which lies over the end of the main window's client area.
+inline constexpr int kMenuBarHeight = 26;
+
 /// Whether the user wants the command bands above the pages. They are below them until the settings are
 /// read.
 bool bandsAtTop();

@@ -10,16 +10,8 @@
 
 namespace {
 
-constexpr wchar_t kBackspace = L'\b';
-
 bool sameText(const String& one, const String& other) {
   return std::wcscmp(one.text(), other.text()) == 0;
-}
-
-/// The characters that Ctrl and a letter send edit at most through the clipboard; looking at the content
-/// tells whether they did.
-bool isCommandCharacter(wchar_t character) {
-  return character < L' ' && character != kBackspace;
 }
 
 /// A single line can't show line breaks.
@@ -86,7 +78,7 @@ void TextFieldEditor::setSelection(int start, int end) {
 bool TextFieldEditor::takeCharacter(wchar_t character) {
   const KeystrokeVerdict verdict = filterKeystroke(character, rules_, keystrokes_);
   if (verdict == KeystrokeVerdict::accept) {
-    if (!isCommandCharacter(character)) changed_ = true;
+    changed_ = true;
     return true;
   }
   // The editor may be gone when the message is closed.

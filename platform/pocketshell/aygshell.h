@@ -29,10 +29,10 @@ struct SHMENUBARINFO {
   HWND hwndMB;         ///< out: the bar, a toolbar
 };
 
-/// Makes a menu bar 26 pixels high at the bottom of the parent's client area, above which the parent's
-/// client area ends from then on (HandheldGetClientRect). False when a resource is missing or malformed
-/// or the windows can't be made; hwndMB is then as it was. The bar belongs to the parent and dies with
-/// it, or is destroyed by DestroyWindow; its menus are destroyed with it.
+/// Makes a menu bar 26 pixels high, which lies over the last pixels of the parent's client area. False when
+/// a resource is missing or malformed or the windows can't be made; hwndMB is then as it was. The bar
+/// belongs to the parent and dies with it, or is destroyed by DestroyWindow; its menus are destroyed with
+/// it.
 ///
 /// The resource is a sequence of 16-bit numbers: the menu resource, the number of buttons, and for each
 /// button its image (I_IMAGENONE for none), command, state, style, label string, 0, and the index of its

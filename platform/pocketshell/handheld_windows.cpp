@@ -154,8 +154,6 @@ BOOL HandheldGetClientRect(HWND window, RECT* rectangle) {
       handheld.bottom = innerLength(told->height, size.cy, client.bottom);
     }
   }
-  const ShellWindow* const shell = ShellWindow::of(window);
-  if (shell && shell->menuBar()) handheld.bottom -= kMenuBarHeight;
   *rectangle = handheld;
   return TRUE;
 }

@@ -27,7 +27,7 @@ AYGSHELL_API HWND HandheldCreateWindow(DWORD extendedStyle, const wchar_t* class
 AYGSHELL_API BOOL HandheldMoveWindow(HWND window, int x, int y, int width, int height, BOOL repaint);
 AYGSHELL_API BOOL HandheldSetWindowPos(HWND window, HWND after, int x, int y, int width, int height,
                                        UINT flags);
-/// Of a window with a menu bar only the area above it.
+/// A menu bar lies over the last 26 of the pixels of its window and takes none of them away.
 AYGSHELL_API BOOL HandheldGetClientRect(HWND window, RECT* rectangle);
 /// In its parent's client area, or for a top-level window on the monitor with the origin unscaled.
 AYGSHELL_API BOOL HandheldGetWindowRect(HWND window, RECT* rectangle);

@@ -98,7 +98,7 @@ TEST_F(ZoomTest, TheMenuBarGrowsWithIt) {
     EXPECT_EQ(placeInParent(bar), scaled({0, 268, 240, 294}));
     RECT client{};
     HandheldGetClientRect(top(), &client);
-    EXPECT_EQ(client, (RECT{0, 0, 240, 268}));
+    EXPECT_EQ(client, (RECT{0, 0, 240, 294}));
     RECT button{};
     SendMessageW(bar, TB_GETITEMRECT, 0, reinterpret_cast<LPARAM>(&button));
     EXPECT_EQ(button.bottom, HandheldToMonitor(26));

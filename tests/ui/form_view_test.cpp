@@ -182,11 +182,16 @@ TEST_F(FormViewTest, WhatTheDeleteKeyAndTheClipboardDoIsAChange) {
   EXPECT_TRUE(view().takeChange());
 }
 
-TEST_F(FormViewTest, CopyingByTheKeyboardIsNoChange) {
+TEST_F(FormViewTest, EveryCharacterThatTheFilterTakesCountsAsAChangeAndTheSameTextIsNotWritten) {
   showFields(1, L"Text");
+  const std::wstring before = storedText(0);
   SendMessageW(textEditor(), EM_SETSEL, 0, -1);
   type(textEditor(), L"\x03");
-  EXPECT_FALSE(view().takeChange());
+  EXPECT_TRUE(theTextEditors.find(textEditor())->isChanged());
+  EXPECT_TRUE(view().takeChange());
+  EXPECT_FALSE(view().takeChange()) << "asking takes it away";
+  commit();
+  EXPECT_EQ(storedText(0), before);
 }
 
 TEST_F(FormViewTest, ACheckBoxAndADateReportTheirChange) {

@@ -7,7 +7,6 @@ extern "C" decltype(&MessageBoxW) __imp_MessageBoxW;  // NOLINT(bugprone-reserve
 
 namespace {
 
-decltype(&MessageBoxW) realMessageBox = nullptr;
 std::vector<MessageBoxSpy::Box> seen;
 
 int WINAPI answer(HWND owner, const wchar_t* text, const wchar_t* caption, UINT flags) {
@@ -15,23 +14,10 @@ int WINAPI answer(HWND owner, const wchar_t* text, const wchar_t* caption, UINT 
   return IDOK;
 }
 
-void setImport(decltype(&MessageBoxW) function) {
-  DWORD access = 0;
-  VirtualProtect(&__imp_MessageBoxW, sizeof(__imp_MessageBoxW), PAGE_READWRITE, &access);
-  __imp_MessageBoxW = function;
-  VirtualProtect(&__imp_MessageBoxW, sizeof(__imp_MessageBoxW), access, &access);
-}
-
 }  // namespace
 
-MessageBoxSpy::MessageBoxSpy() {
+MessageBoxSpy::MessageBoxSpy() : swap_(__imp_MessageBoxW, answer) {
   seen.clear();
-  realMessageBox = __imp_MessageBoxW;
-  setImport(answer);
-}
-
-MessageBoxSpy::~MessageBoxSpy() {
-  setImport(realMessageBox);
 }
 
 std::vector<MessageBoxSpy::Box> MessageBoxSpy::take() {

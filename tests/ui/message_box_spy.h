@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "tests/ui/import_swap.h"
+
 /// Stands in for the system's message boxes as long as it lives: each is written down and answered with
 /// OK at once.
 class MessageBoxSpy {
@@ -18,10 +20,10 @@ class MessageBoxSpy {
   };
 
   MessageBoxSpy();
-  ~MessageBoxSpy();
-  MessageBoxSpy(const MessageBoxSpy&) = delete;
-  MessageBoxSpy& operator=(const MessageBoxSpy&) = delete;
 
   /// The boxes since the last call.
   static std::vector<Box> take();
+
+ private:
+  ImportSwap<decltype(&MessageBoxW)> swap_;
 };

@@ -8,13 +8,15 @@
 #include "tests/ui/ui_test.h"
 
 namespace fs = std::filesystem;
+using testing::AllOf;
 using testing::ElementsAre;
+using testing::HasSubstr;
 
 namespace {
 
-constexpr DWORD kExitCannotStart = 1;
 constexpr DWORD kExitNoWindow = 16;
 constexpr WORD kExitCommand = 40022;
+constexpr WORD kOpenCommand = 32772;
 constexpr UINT kPathFromSecondCopy = WM_USER + 205;
 
 const wchar_t* const kOneTable[] = {L"CREATE TABLE 'Books' (Title Varchar (255))"};
@@ -104,7 +106,7 @@ TEST_F(StartTest, AFileThatIsNoDatabaseIsReportedAndLeftAsItIs) {
   RunningProgram program(quoted(path));
   const HWND box = program.messageBox();
   ASSERT_NE(box, nullptr);
-  EXPECT_NE(remote::messageBoxText(box).find(L"It is not a database"), std::wstring::npos);
+  EXPECT_NE(remote::messageBoxText(box).find(L"The file is not a database."), std::wstring::npos);
   PostMessageW(box, WM_COMMAND, IDOK, 0);
   EXPECT_EQ(remote::close(program.mainWindow()), 0u);
   EXPECT_EQ(fs::file_size(path), 14u);
@@ -138,6 +140,45 @@ TEST_F(StartTest, ASecondCopyBringsTheFirstToTheFront) {
   EXPECT_EQ(copy.exitCode(), kExitNoWindow);
   EXPECT_TRUE(remote::waitUntil([&] { return IsIconic(opened.main()) == FALSE; }));
   EXPECT_TRUE(remote::waitUntil([&] { return GetForegroundWindow() == opened.main(); }));
+  EXPECT_EQ(remote::close(opened.main()), 0u);
+}
+
+/// The window of the first copy has another title then.
+TEST_F(StartTest, WhileAFileIsChosenASecondCopyShowsThatAndItsPathIsOpenedAfterwards) {
+  const fs::path second = database("second.cdb", L"CREATE TABLE 'Other' (Name Varchar (255))");
+  OpenedDatabase opened(database("first.cdb"));
+  ASSERT_NE(opened.tables(), nullptr);
+  PostMessageW(opened.main(), WM_COMMAND, kOpenCommand, 0);
+  HWND dialog = nullptr;
+  ASSERT_TRUE(remote::waitUntil(
+      [&] { return (dialog = remote::dialog(opened.program().processId(), nullptr)) != nullptr; }));
+  ASSERT_EQ(remote::text(opened.main()), L"Open Database");
+  const UniqueWindow other(CreateWindowExW(0, L"STATIC", L"another program", WS_OVERLAPPED | WS_VISIBLE, 0, 0,
+                                           50, 50, nullptr, nullptr, nullptr, nullptr));
+  SetForegroundWindow(other.get());
+  ASSERT_EQ(GetForegroundWindow(), other.get());
+
+  RunningProgram copy(quoted(second));
+  EXPECT_EQ(copy.exitCode(), kExitNoWindow);
+  EXPECT_TRUE(remote::waitUntil([&] { return GetForegroundWindow() == dialog; }));
+  EXPECT_THAT(remote::itemTexts(opened.tables()), ElementsAre(L"Books")) << "while the dialog is open";
+
+  PostMessageW(dialog, WM_COMMAND, IDCANCEL, 0);
+  EXPECT_TRUE(remote::waitUntil(
+      [&] { return remote::itemTexts(opened.tables()) == std::vector<std::wstring>{L"Other"}; }));
+  EXPECT_EQ(remote::text(opened.main()), L"Quivane");
+  EXPECT_EQ(remote::close(opened.main()), 0u);
+}
+
+TEST_F(StartTest, APathHandedOverWhileNoFileIsChosenIsNotTaken) {
+  const std::wstring second = database("second.cdb").wstring();
+  OpenedDatabase opened(database("first.cdb", L"CREATE TABLE 'First' (Name Varchar (255))"));
+  ASSERT_NE(opened.tables(), nullptr);
+  COPYDATASTRUCT data{1, static_cast<DWORD>((second.size() + 1) * sizeof(wchar_t)),
+                      const_cast<wchar_t*>(second.c_str())};
+  EXPECT_EQ(SendMessageW(opened.main(), WM_COPYDATA, 0, reinterpret_cast<LPARAM>(&data)), FALSE);
+  SendMessageW(opened.main(), WM_NULL, 0, 0);
+  EXPECT_THAT(remote::itemTexts(opened.tables()), ElementsAre(L"First"));
   EXPECT_EQ(remote::close(opened.main()), 0u);
 }
 
@@ -273,18 +314,34 @@ TEST_F(StartTest, AMovedProgramFolderRegistersItsComponentsAnew) {
   EXPECT_EQ(remote::close(opened.main()), 0u);
 }
 
-TEST_F(StartTest, WithoutComponentsTheProgramSaysSoAndEnds) {
-  ASSERT_TRUE(registerBinComponents());
-  ASSERT_TRUE(unregisterBinComponents());
-  const fs::path alone = file("alone.exe");
-  fs::copy_file(programFile(), alone);
-  fs::copy_file(programFile().parent_path() / "aygshell.dll", alone.parent_path() / "aygshell.dll");
-  RunningProgram program(alone, L"");
+/// The program in a folder where no data-access components are, and none are registered.
+class NoComponentsTest : public StartTest {
+ protected:
+  void SetUp() override {
+    ASSERT_TRUE(registerBinComponents());
+    ASSERT_TRUE(unregisterBinComponents());
+    fs::copy_file(programFile(), alone());
+    fs::copy_file(programFile().parent_path() / "aygshell.dll", alone().parent_path() / "aygshell.dll");
+  }
+  fs::path alone() const { return file("alone.exe"); }
+};
+
+TEST_F(NoComponentsTest, TheStartIsSilent) {
+  RunningProgram program(alone(), L"");
+  const HWND main = startedWindow(program);
+  ASSERT_NE(main, nullptr);
+  EXPECT_EQ(remote::messageBox(program.processId()), nullptr);
+  EXPECT_EQ(remote::close(main), 0u);
+}
+
+TEST_F(NoComponentsTest, OpeningADatabaseTellsWhatIsMissing) {
+  RunningProgram program(alone(), quoted(file("books.cdb")));
   const HWND box = program.messageBox();
   ASSERT_NE(box, nullptr);
-  EXPECT_NE(remote::messageBoxText(box).find(L"adoce31.dll"), std::wstring::npos);
+  EXPECT_THAT(remote::messageBoxText(box), AllOf(HasSubstr(L"books.cdb could not be opened."),
+                                                 HasSubstr(L"components (adoce31.dll) could not be loaded")));
   PostMessageW(box, WM_COMMAND, IDOK, 0);
-  EXPECT_EQ(program.exitCode(), kExitCannotStart);
+  EXPECT_EQ(remote::close(program.mainWindow()), 0u);
 }
 
 TEST_F(StartTest, TheFileAssociationIsWritten) {

@@ -13,6 +13,18 @@ using testing::ElementsAre;
 
 namespace {
 
+constexpr int kForm = 6;
+constexpr int kRebar = 1000;
+constexpr int kFirstTextEditor = 1200;
+
+/// Left, top, right and bottom in another window.
+std::vector<LONG> place(HWND window, HWND parent) {
+  RECT rectangle{};
+  GetWindowRect(window, &rectangle);
+  MapWindowPoints(nullptr, parent, reinterpret_cast<POINT*>(&rectangle), 2);
+  return {rectangle.left, rectangle.top, rectangle.right, rectangle.bottom};
+}
+
 class WindowTest : public UiTest {};
 
 TEST_F(WindowTest, EveryPageLiesInItsPlace) {
@@ -23,14 +35,39 @@ TEST_F(WindowTest, EveryPageLiesInItsPlace) {
   GetClientRect(opened.main(), &client);
   EXPECT_EQ(client.right, 240);
   EXPECT_EQ(client.bottom, 294);
-  const auto place = [&](HWND window) {
-    RECT rectangle{};
-    GetWindowRect(window, &rectangle);
-    MapWindowPoints(nullptr, opened.main(), reinterpret_cast<POINT*>(&rectangle), 2);
-    return std::vector<LONG>{rectangle.left, rectangle.top, rectangle.right, rectangle.bottom};
-  };
-  EXPECT_THAT(place(remote::tabControl(opened.main())), ElementsAre(0, 0, 240, 269));
-  EXPECT_THAT(place(opened.tables()), ElementsAre(0, 0, 240, 218));
+  EXPECT_THAT(place(remote::tabControl(opened.main()), opened.main()), ElementsAre(0, 0, 240, 269));
+  EXPECT_THAT(place(opened.tables(), opened.main()), ElementsAre(0, 0, 240, 218));
+  EXPECT_THAT(place(remote::control(opened.main(), kForm), remote::tabControl(opened.main())),
+              ElementsAre(0, 0, 240, 245))
+      << "from its creation, before its page is shown";
+}
+
+TEST_F(WindowTest, TheBandsOfAllPagesAreAtTheSameHeight) {
+  makeDatabase(file("a.cdb"), {L"CREATE TABLE 'T' (a Integer)", L"INSERT INTO T VALUES (1)"});
+  OpenedDatabase opened(file("a.cdb"));
+  ASSERT_NE(opened.tables(), nullptr);
+  const auto bands = [&] { return place(remote::control(opened.main(), kRebar), opened.main()); };
+  const std::vector<LONG> onTables = bands();
+  EXPECT_EQ(onTables[1], place(opened.tables(), opened.main())[3]) << "the list ends where they begin";
+  for (const int page :
+       {OpenedDatabase::kFormPage, OpenedDatabase::kListPage, OpenedDatabase::kQueriesPage}) {
+    ASSERT_TRUE(remote::switchToPage(opened.main(), page));
+    EXPECT_EQ(bands()[1], onTables[1]) << page;
+    EXPECT_EQ(bands()[3], onTables[3]) << page;
+  }
+}
+
+TEST_F(WindowTest, TheNinthRowOfTheFormLiesAboveTheBands) {
+  makeDatabase(file("a.cdb"),
+               {L"CREATE TABLE 'T' (f0 Integer, f1 Integer, f2 Integer, f3 Integer, f4 Integer, f5 Integer, "
+                L"f6 Integer, f7 Integer, f8 Integer)",
+                L"INSERT INTO T VALUES (0, 1, 2, 3, 4, 5, 6, 7, 8)"});
+  OpenedDatabase opened(file("a.cdb"));
+  ASSERT_NE(opened.tables(), nullptr);
+  ASSERT_TRUE(remote::switchToPage(opened.main(), OpenedDatabase::kFormPage));
+  const HWND last = remote::shownControl(opened.main(), kFirstTextEditor + 8);
+  ASSERT_NE(last, nullptr);
+  EXPECT_LE(place(last, opened.main())[3], place(remote::control(opened.main(), kRebar), opened.main())[1]);
 }
 
 TEST_F(WindowTest, TheListsLieInFrontOfTheTabControl) {

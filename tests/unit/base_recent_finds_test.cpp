@@ -102,10 +102,26 @@ TEST_F(RecentFindsTest, EmptyAndMissingTextsAreSkipped) {
   EXPECT_EQ(listed(), (Texts{L"b", L"d"}));
 }
 
-TEST_F(RecentFindsTest, TheEmptyTextIsNotRemembered) {
+TEST_F(RecentFindsTest, TheEmptyTextPushesTheOldestOutOfAFullList) {
+  store({L"a", L"b", L"c", L"d", L"e"});
+  RecentFinds::Remember(L"");
+  EXPECT_EQ(stored(), (Texts{L"", L"a", L"b", L"c", L"d"}));
+  EXPECT_EQ(listed(), (Texts{L"a", L"b", L"c", L"d"}));
+}
+
+TEST_F(RecentFindsTest, TheEmptyTextTwiceInARowLeavesTheListUnchanged) {
+  store({L"a", L"b", L"c", L"d", L"e"});
+  RecentFinds::Remember(L"");
+  RecentFinds::Remember(L"");
+  EXPECT_EQ(stored(), (Texts{L"", L"a", L"b", L"c", L"d"}));
+}
+
+TEST_F(RecentFindsTest, TheEmptyTextTakesAFreePlaceAndNoTextIsListedTwice) {
   store({L"a", L"b"});
   RecentFinds::Remember(L"");
-  EXPECT_EQ(stored(), (Texts{L"a", L"b", L"-", L"-", L"-"}));
+  EXPECT_EQ(stored(), (Texts{L"", L"a", L"b", L"", L""}));
+  RecentFinds::Remember(L"x");
+  EXPECT_EQ(listed(), (Texts{L"x", L"a", L"b"}));
 }
 
 TEST_F(RecentFindsTest, LongTextsOfEveryScriptAreRemembered) {
