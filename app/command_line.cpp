@@ -6,6 +6,7 @@
 
 #include "app/program_state.h"
 #include "app/tab_pages.h"
+#include "views/unowned_box.h"
 
 namespace {
 
@@ -18,7 +19,7 @@ void tellNotOpened(const String& path) {
   const std::wstring text =
       std::wstring(L"Database ") + path.text() + L" could not be opened.\n" +
       (exists ? L"It is not a database, or another program is using it." : L"There is no such file.");
-  MessageBoxW(mainWindow, text.c_str(), L"Quivane", MB_ICONEXCLAMATION);
+  showBox(mainWindow, text.c_str(), L"Quivane", MB_ICONEXCLAMATION);
 }
 
 /// The path from the root on: the current folder, from which a shorter one starts, changes with each file
