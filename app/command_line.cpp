@@ -7,6 +7,7 @@
 
 #include "app/program_state.h"
 #include "app/tab_pages.h"
+#include "views/unowned_box.h"
 
 namespace {
 
@@ -20,7 +21,7 @@ String waitingPath;
 void tellNotOpened(const String& path) {
   const std::wstring text = std::wstring(L"Database ") + path.text() + L" could not be opened.\n" +
                             theDocument->refusalText().text();
-  MessageBoxW(mainWindow, text.c_str(), L"Quivane", MB_ICONEXCLAMATION);
+  showBox(mainWindow, text.c_str(), L"Quivane", MB_ICONEXCLAMATION);
 }
 
 /// In place of the database that is open, unless what was typed into that can't be stored.

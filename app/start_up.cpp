@@ -18,6 +18,7 @@
 #include "dialogs/password_lock.h"
 #include "platform/pocketshell/handheld_windows.h"
 #include "resources/resource_ids.h"
+#include "views/edit_guard.h"
 #include "views/queries_list_view.h"
 #include "views/tables_list_view.h"
 
@@ -133,6 +134,7 @@ int runProgram(HINSTANCE instance, const wchar_t* commandLine, int showCommand) 
     return kExitNoWindow;
   }
   if (!registerMainWindowClass()) return kExitCannotStart;
+  guardEditControls();
   RecordListView::registerClass(instance);
   FormWrapper::registerClass(instance);
   const int exitCode = runWithWindow(commandLine, showCommand);

@@ -87,8 +87,7 @@ FileDialog fileDialog(FileChoice choice) {
 
 int WindowPrompts::showMessage(PromptOwner owner, const wchar_t* text, const wchar_t* caption, UINT flags) {
   const HWND window = ownerWindow(owner);
-  return window ? MessageBoxW(window, text, caption, flags)
-                : showUnownedBox(mainWindow, text, caption, flags);
+  return window ? showBox(window, text, caption, flags) : showUnownedBox(mainWindow, text, caption, flags);
 }
 
 std::optional<String> WindowPrompts::chooseFile(FileChoice choice) {

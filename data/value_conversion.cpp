@@ -8,6 +8,8 @@
 #include <memory>
 #include <new>
 
+#include "data/binary_text.h"
+
 namespace {
 
 /// The longest double: a sign, 309 digits, the point and six decimals.
@@ -60,6 +62,7 @@ String textOfBstr(BSTR text) {
 
 String textOf(const Variant& value) {
   if (value.type() == VT_BSTR) return textOfBstr(value.get().bstrVal);
+  if (isBytes(value)) return textOfBytes(value);
   if (value.type() == VT_R8 && !isConvertible(value)) return textOfDouble(value.get().dblVal);
   Variant text;
   if (!isConvertible(value) || FAILED(value.convertTo(VT_BSTR, text))) return {};

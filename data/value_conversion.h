@@ -19,7 +19,8 @@ UniqueBstr makeBstr(const wchar_t* text);
 /// `text` may be null. Zero characters within it, at which a String would end, become U+2400.
 String textOfBstr(BSTR text);
 
-/// A text as it is, any other value converted. Empty for a value that can't be converted, as a null.
+/// A text as it is, bytes as pairs of digits (data/binary_text.h), any other value converted. Empty for a
+/// value that can't be converted, as a null.
 String textOf(const Variant& value);
 
 /// Empty for a value that can't be converted or needs more than 32 bits.

@@ -5,6 +5,7 @@
 #include <cwchar>
 #include <optional>
 
+#include "data/binary_text.h"
 #include "data/database.h"
 #include "data/date_value.h"
 #include "data/recordset_handle.h"
@@ -81,7 +82,7 @@ Variant editedValue(FieldType type, const FieldValueSource& editor, const Varian
       return Variant::fromText(editor.text().text());
     case FieldType::varBinary:
     case FieldType::longVarBinary:
-      return convertedText(editor.text(), VT_ARRAY);
+      return bytesFromText(editor.text().text());
     default:
       return numberFromText(editor.text(), type, stored);
   }

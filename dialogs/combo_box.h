@@ -5,6 +5,7 @@
 #include <string>
 
 #include "base/name_list.h"
+#include "base/showable_text.h"
 #include "base/string.h"
 #include "platform/pocketshell/handheld_windows.h"
 
@@ -19,7 +20,8 @@ inline void clear(HWND combo) {
 
 /// At the end, or in its place when the list is sorted.
 inline void add(HWND combo, const String& text) {
-  SendMessageW(combo, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(text.text()));
+  const std::wstring shown = showableText(text.text());
+  SendMessageW(combo, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(shown.c_str()));
 }
 
 /// Replaces what the list held and selects the first entry, if there is one.

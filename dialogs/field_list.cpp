@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <string>
 
+#include "base/showable_text.h"
 #include "dialogs/table_design.h"
 #include "platform/pocketshell/handheld_windows.h"
 #include "views/list_view.h"
@@ -36,7 +37,8 @@ String cellText(HWND list, int row, int column) {
 void setCellText(HWND list, int row, int column, const String& text) {
   LVITEMW cell{};
   cell.iSubItem = column;
-  cell.pszText = const_cast<wchar_t*>(text.text());
+  std::wstring shown = showableText(text.text());
+  cell.pszText = shown.data();
   SendMessageW(list, LVM_SETITEMTEXTW, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&cell));
 }
 

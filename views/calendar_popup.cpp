@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "base/showable_text.h"
 #include "platform/pocketshell/handheld_windows.h"
 #include "views/calendar_keys.h"
 #include "views/dialog_place.h"
@@ -63,7 +64,7 @@ CalendarPopup::Choice CalendarPopup::run(HWND owner) {
 }
 
 void CalendarPopup::opened() {
-  SetWindowTextW(window(), caption_.text());
+  SetWindowTextW(window(), showableText(caption_.text()).c_str());
   createControls();
   centreDialog(window(), kPopupRaise);
   SetFocus(calendar_);

@@ -2,13 +2,16 @@
 
 #include <string>
 
+#include "base/showable_text.h"
 #include "platform/pocketshell/handheld_windows.h"
 
 bool ChildControl::create(const wchar_t* className, const wchar_t* text, const ControlCreation& creation) {
   destroy();
   const ControlPlace& place = creation.place;
-  window_.reset(HandheldCreateWindow(0, className, text, creation.style & ~DWORD{WS_VISIBLE}, place.x,
-                                     place.y, place.width, place.height, creation.parent,
+  // Names come out of files.
+  const std::wstring shown = showableText(text);
+  window_.reset(HandheldCreateWindow(0, className, shown.c_str(), creation.style & ~DWORD{WS_VISIBLE},
+                                     place.x, place.y, place.width, place.height, creation.parent,
                                      reinterpret_cast<HMENU>(static_cast<INT_PTR>(creation.identifier)),
                                      GetModuleHandleW(nullptr), nullptr));
   return static_cast<bool>(window_);

@@ -5,6 +5,7 @@
 #include "data/date_value.h"
 #include "views/calendar_popup.h"
 #include "views/date_editor_subclass.h"
+#include "views/shown_text.h"
 #include "views/tab_key.h"
 
 namespace {
@@ -41,6 +42,7 @@ DateFieldEditor::~DateFieldEditor() {
 bool DateFieldEditor::create(const ControlCreation& creation) {
   place_ = creation.place;
   shownText_ = kNoDateText;
+  givenText_ = kNoDateText;
   if (!createControl(L"STATIC", kNoDateText, creation)) return false;
   attachDateEditor(*this);
   moveFocusByTabKey(window());
@@ -53,11 +55,18 @@ void DateFieldEditor::position(const ControlPlace& place, UINT flags) {
 
 void DateFieldEditor::setText(const String& text) {
   shownText_ = text;
-  SetWindowTextW(window(), shownText_.text());
+  // A text that is no date may be anything.
+  givenText_ = textForLine(shownText_.text()).text.c_str();
+  SetWindowTextW(window(), givenText_.text());
 }
 
 void DateFieldEditor::showToday() {
   setText(shortDate(today()));
+}
+
+String DateFieldEditor::text() const {
+  String shown = windowText(window());
+  return std::wcscmp(shown.text(), givenText_.text()) == 0 ? shownText_ : shown;
 }
 
 bool DateFieldEditor::isChanged() const {

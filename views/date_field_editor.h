@@ -31,7 +31,8 @@ class DateFieldEditor final : public FieldEditor {
   /// In a new record today is shown.
   void load(const String& valueText, bool isNewRecord) override;
   bool takeChange() override { return isChanged(); }
-  String text() const override { return windowText(window()); }
+  /// What setText or showToday gave it, as long as the window shows that.
+  String text() const override;
   std::optional<double> date() const override;
 
   void position(const ControlPlace& place, UINT flags) override;
@@ -41,6 +42,7 @@ class DateFieldEditor final : public FieldEditor {
  private:
   ControlPlace place_;
   String shownText_;
+  String givenText_;  // what the window was given to show of it
   String fieldName_;
 };
 

@@ -2,12 +2,15 @@
 
 #include <windows.h>
 
+#include <string>
 #include <utility>
 
 #include "base/string.h"
 #include "views/modal_dialog.h"
+#include "views/shown_text.h"
 
-/// The dialog that shows the whole text of a field, with its line breaks.
+/// The dialog that shows the whole text of a field, with its line breaks. Of a text that is too long for
+/// that, or has what no control can show, the title says so, and it can't be edited.
 class FieldZoom final : private ModalDialog {
  public:
   FieldZoom(String caption, String text, bool readOnly)
@@ -22,9 +25,11 @@ class FieldZoom final : private ModalDialog {
   void opened() override;
   bool command(WORD id, WORD notification) override;
   void confirm();
+  std::wstring title(const ShownText& shown) const;
   void cancel() { close(IDCANCEL); }
 
   String caption_;
   String text_;
   bool readOnly_;
+  bool hasOwnBreaks_ = false;  // the text has itself what soft line ends are made of
 };

@@ -50,6 +50,7 @@ std::unique_ptr<FieldEditor> createTextEditor(const Document& document, std::uin
   editor->setNumeric(isNumericType(type));
   editor->setMinusAllowed(isSignedIntegerType(type));
   editor->setMaximumLength(document.fieldWidth(field));
+  editor->setBinary(type == FieldType::varBinary || type == FieldType::longVarBinary);
   editor->setReadOnlyField(readOnly);
   editor->create(creation);
   return editor;

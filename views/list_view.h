@@ -4,6 +4,10 @@
 
 #include <commctrl.h>
 
+#include <string>
+
+#include "base/showable_text.h"
+
 /// The messages of a list view, typed. Rows, items and columns are 0-based. A null window answers
 /// nothing: every result is then 0.
 namespace listview {
@@ -48,11 +52,13 @@ inline void setItemCount(HWND list, int count) {
   SendMessageW(list, LVM_SETITEMCOUNT, static_cast<WPARAM>(count), 0);
 }
 
+/// The text is shown as showableText makes it.
 inline void insertItem(HWND list, int index, const wchar_t* text, int image) {
+  std::wstring shown = showableText(text);
   LVITEMW item{};
   item.mask = LVIF_TEXT | LVIF_IMAGE;
   item.iItem = index;
-  item.pszText = const_cast<wchar_t*>(text);
+  item.pszText = shown.data();
   item.iImage = image;
   SendMessageW(list, LVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&item));
 }
@@ -108,13 +114,14 @@ inline void ensureVisible(HWND list, int index) {
   SendMessageW(list, LVM_ENSUREVISIBLE, static_cast<WPARAM>(index), FALSE);
 }
 
-/// Left aligned. `width` in pixels.
+/// Left aligned. `width` in pixels. The title is shown as showableText makes it.
 inline void insertColumn(HWND list, int column, const wchar_t* title, int width) {
+  std::wstring shown = showableText(title);
   LVCOLUMNW description{};
   description.mask = LVCF_FMT | LVCF_WIDTH | LVCF_TEXT | LVCF_SUBITEM;
   description.fmt = LVCFMT_LEFT;
   description.cx = width;
-  description.pszText = const_cast<wchar_t*>(title);
+  description.pszText = shown.data();
   description.iSubItem = column;
   SendMessageW(list, LVM_INSERTCOLUMNW, static_cast<WPARAM>(column), reinterpret_cast<LPARAM>(&description));
 }

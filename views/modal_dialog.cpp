@@ -6,6 +6,7 @@
 #include "platform/pocketshell/handheld_windows.h"
 #include "views/current_dialog.h"
 #include "views/dialog_colors.h"
+#include "views/unowned_box.h"
 
 const std::span<const ModalDialog::MessageRow> ModalDialog::kMessages = [] {
   static constexpr std::array kRows = {
@@ -27,7 +28,7 @@ int ModalDialog::runTemplate(WORD templateId, HWND owner) {
 }
 
 void ModalDialog::tell(const wchar_t* text, const wchar_t* caption) const {
-  MessageBoxW(window_, text, caption, MB_SETFOREGROUND);
+  showBox(window_, text, caption, MB_SETFOREGROUND);
 }
 
 INT_PTR CALLBACK ModalDialog::procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept {

@@ -1,7 +1,9 @@
 // What the grid answers and does when its list control reports something.
 #include <algorithm>
 #include <cwchar>
+#include <string>
 
+#include "base/showable_text.h"
 #include "records/document.h"
 #include "views/list_view.h"
 #include "views/record_list_view.h"
@@ -14,6 +16,13 @@ void copyCut(const wchar_t* text, wchar_t* buffer, int capacity) {
   const std::size_t length = std::min(std::wcslen(text), static_cast<std::size_t>(capacity) - 1);
   std::wmemcpy(buffer, text, length);
   buffer[length] = L'\0';
+}
+
+/// After the cut, so that a long text costs no more than a short one.
+void showOnlyShowable(LVITEMW& item) {
+  if (!item.pszText || item.cchTextMax < 1 || isShowable(item.pszText)) return;
+  const std::wstring shown = showableText(item.pszText);
+  std::wmemcpy(item.pszText, shown.c_str(), shown.size());
 }
 
 }  // namespace
@@ -49,6 +58,7 @@ void RecordListView::giveText(LVITEMW& item) {
   const int field = item.iSubItem == 0 ? 0 : firstSlidingColumn_ + item.iSubItem - 1;
   // The buffer is the list's own and can't be replaced by a longer one.
   copyCut(cellText(static_cast<std::uint32_t>(field)).text(), item.pszText, item.cchTextMax);
+  showOnlyShowable(item);
 }
 
 String RecordListView::cellText(std::uint32_t field) {

@@ -3,7 +3,10 @@
 #include <cwchar>
 #include <string>
 
+#include "data/binary_text.h"
+#include "views/edit_guard.h"
 #include "views/field_zoom.h"
+#include "views/shown_text.h"
 #include "views/tab_key.h"
 #include "views/text_editor_subclass.h"
 #include "views/unowned_box.h"
@@ -14,15 +17,15 @@ bool sameText(const String& one, const String& other) {
   return std::wcscmp(one.text(), other.text()) == 0;
 }
 
-/// A single line can't show line breaks.
-String shownText(const String& value) {
-  const wchar_t* rest = value.text();
-  std::wstring shown;
-  while (const wchar_t* lineBreak = std::wcsstr(rest, L"\r\n")) {
-    shown.append(rest, lineBreak).append(L",");
-    rest = lineBreak + 2;
-  }
-  return shown.append(rest).c_str();
+/// The characters that Ctrl and a letter send edit at most through the clipboard; looking at the content
+/// tells whether they did.
+bool isCommandCharacter(wchar_t character) {
+  return character < L' ' && character != kBackspace;
+}
+
+/// Of bytes that are too many to be shown the text says only how many they are.
+bool isEditable(const String& value, bool binary) {
+  return !binary || value.isEmpty() || bytesFromText(value.text()).type() != VT_EMPTY;
 }
 
 void tellOnlyNumbers(HWND editor, const String& fieldName) {
@@ -38,6 +41,7 @@ TextFieldEditor::~TextFieldEditor() {
 
 bool TextFieldEditor::create(const ControlCreation& creation) {
   place_ = creation.place;
+  guardEditControls();
   if (!createControl(L"EDIT", L"Edit window", creation)) return false;
   // The control's own limit, 30,000 characters by default, would shorten what is pasted. The filter
   // keeps to the field's.
@@ -50,9 +54,15 @@ bool TextFieldEditor::create(const ControlCreation& creation) {
 void TextFieldEditor::setValue(const String& value) {
   value_ = value;
   hasValue_ = true;
-  const String shown = shownText(value_);
-  SetWindowTextW(window(), shown.text());
-  keystrokes_.textLength = static_cast<std::uint32_t>(shown.length());
+  ShownText shown = textForLine(value_.text());
+  loadedText_ = shown.text.c_str();
+  const bool showsAll = shown.isExact && isEditable(value_, binary_);
+  if (showsAll != showsAll_) {
+    showsAll_ = showsAll;
+    SendMessageW(window(), EM_SETREADONLY, readOnly_ || !showsAll_, 0);
+  }
+  SetWindowTextW(window(), loadedText_.text());
+  keystrokes_.textLength = static_cast<std::uint32_t>(shown.text.size());
 }
 
 void TextFieldEditor::load(const String& valueText, bool) {
@@ -61,7 +71,7 @@ void TextFieldEditor::load(const String& valueText, bool) {
 }
 
 bool TextFieldEditor::takeChange() {
-  const bool changed = changed_ || (hasValue_ && !sameText(text(), shownText(value_)));
+  const bool changed = changed_ || (hasValue_ && showsAll_ && !sameText(text(), loadedText_));
   changed_ = false;
   return changed;
 }
@@ -76,6 +86,7 @@ void TextFieldEditor::setSelection(int start, int end) {
 }
 
 bool TextFieldEditor::takeCharacter(wchar_t character) {
+  if (!showsAll_) return isCommandCharacter(character);
   const KeystrokeVerdict verdict = filterKeystroke(character, rules_, keystrokes_);
   if (verdict == KeystrokeVerdict::accept) {
     changed_ = true;
@@ -87,7 +98,7 @@ bool TextFieldEditor::takeCharacter(wchar_t character) {
 }
 
 void TextFieldEditor::recountText() {
-  const String shown = text();
+  const String shown = windowText(window());
   SetWindowTextW(window(), shown.text());
   keystrokes_.textLength = static_cast<std::uint32_t>(shown.length());
 }
@@ -96,7 +107,7 @@ void TextFieldEditor::openZoom() {
   zoomOpened_ = true;
   if (!hasValue_) return;
   const HWND control = window();
-  FieldZoom zoom(fieldName_, value_, readOnly_);
+  FieldZoom zoom(fieldName_, value_, readOnly_ || !isEditable(value_, binary_));
   if (!zoom.run(GetAncestor(control, GA_ROOT))) return;
   // While the dialog was open, the form may have been taken down.
   if (theTextEditors.find(control) != this || sameText(zoom.text(), value_)) return;

@@ -21,18 +21,21 @@ class TextFieldEditor final : public FieldEditor {
   void setNumeric(bool numeric) { rules_.numeric = numeric; }
   void setMinusAllowed(bool allowed) { rules_.minusAllowed = allowed; }
   void setMaximumLength(std::uint32_t length) { rules_.maximumLength = length; }
+  /// A field of bytes, whose text is pairs of digits.
+  void setBinary(bool binary) { binary_ = binary; }
   void setReadOnlyField(bool readOnly) { readOnly_ = readOnly; }
 
   bool create(const ControlCreation& creation);
 
   // ---- The value
 
-  /// Keeps the text and shows it with commas for its line breaks.
+  /// Keeps the text and shows it with commas for its line breaks. Of a text that a line can't show as it is
+  /// the beginning is shown, or what can be (views/shown_text.h), and can't be typed into.
   void setValue(const String& value);
   /// What was loaded or confirmed in the zoom dialog last, with its line breaks.
   const String& value() const { return value_; }
-  /// What the window shows.
-  String text() const override { return windowText(window()); }
+  /// What the window shows; the value where the window does not show all of it.
+  String text() const override { return showsAll_ ? windowText(window()) : value_; }
 
   void load(const String& valueText, bool isNewRecord) override;
   /// A key that was taken, a confirmed zoom and a content that is not what was loaded all count: the
@@ -72,9 +75,12 @@ class TextFieldEditor final : public FieldEditor {
   bool changed_ = false;
   bool zoomOpened_ = false;
   bool readOnly_ = false;
+  bool binary_ = false;
   bool hasValue_ = false;
+  bool showsAll_ = true;  // but for the commas
   String fieldName_;
   String value_;
+  String loadedText_;  // what the window was given to show of it
 };
 
 using TextEditorRegistry = EditorRegistry<TextFieldEditor>;

@@ -1,8 +1,10 @@
 #include "views/unowned_box.h"
 
+#include <string>
 #include <utility>
 
 #include "base/handles.h"
+#include "base/showable_text.h"
 
 namespace {
 
@@ -19,12 +21,17 @@ LRESULT CALLBACK liftBox(int code, WPARAM wParam, LPARAM lParam) {
 
 }  // namespace
 
+int showBox(HWND owner, const wchar_t* text, const wchar_t* caption, UINT flags) {
+  const std::wstring shown = showableText(text);
+  return MessageBoxW(owner, shown.c_str(), caption, flags);
+}
+
 int showUnownedBox(HWND next, const wchar_t* text, const wchar_t* caption, UINT flags) {
   int answer = 0;
   {
     isLifted = false;
     const UniqueHook hook(SetWindowsHookExW(WH_CBT, liftBox, nullptr, GetCurrentThreadId()));
-    answer = MessageBoxW(nullptr, text, caption, flags | MB_TASKMODAL);
+    answer = showBox(nullptr, text, caption, flags | MB_TASKMODAL);
   }
   // The box ends while every other window is disabled, so the system finds none to go on with.
   SetForegroundWindow(next);

@@ -76,12 +76,21 @@ TEST_F(ValueTextTest, ABooleanWrittenAs1ReadsAsTrue) {
   EXPECT_EQ(text(0), L"-1");
 }
 
-TEST_F(ValueTextTest, BytesThatAreATextShowItAndOthersNothingWorse) {
-  openTable(L"a image, b image, c varbinary(9), d image", {L"x'410042000000', x'41', x'', x'4100'"});
-  EXPECT_EQ(text(0), L"AB\x2400") << "the zero character is shown";
+TEST_F(ValueTextTest, BytesAreReadAsPairsOfDigits) {
+  openTable(L"a image, b image, c varbinary(9), d image, e text",
+            {L"x'410042FF', x'0a', x'', null, x'DEAD'"});
+  EXPECT_EQ(text(0), L"41 00 42 FF");
+  EXPECT_EQ(text(1), L"0A");
   EXPECT_EQ(text(2), L"");
-  EXPECT_EQ(text(3), L"A");
-  EXPECT_LE(text(1).size(), 1u);
+  EXPECT_EQ(text(3), L"");
+  EXPECT_EQ(text(4), L"DE AD") << "bytes in a field of texts";
+}
+
+TEST_F(ValueTextTest, OfManyBytesTheFirstAreReadAndTheNumberOfAll) {
+  openTable(L"a image, b image", {L"zeroblob(256), zeroblob(10240)"});
+  EXPECT_EQ(text(0).size(), 256u * 3 - 1);
+  EXPECT_TRUE(text(0).ends_with(L"00 00"));
+  EXPECT_EQ(text(1), text(0) + L" \x2026 (10240 bytes)");
 }
 
 TEST_F(ValueTextTest, ValuesOfOtherTypesThanTheirFieldsAreShown) {

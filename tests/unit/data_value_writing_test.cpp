@@ -94,13 +94,35 @@ TEST_F(ValueWritingTest, TextsAreWrittenAsTheyAre) {
   EXPECT_EQ(stored(L"Select b from t"), L"") << "an emptied text is a text";
 }
 
-TEST_F(ValueWritingTest, AnEditedBinaryIsCleared) {
-  openTable(L"a varbinary(10), b image", {L"x'41004200', x'41004200'"});
-  write(0, L"AC");
-  write(1, L"AC");
+TEST_F(ValueWritingTest, TypedPairsOfDigitsAreStoredAsBytes) {
+  openTable(L"a varbinary(10), b image, c image, d image", {L"x'4100', x'4100', null, x'41'"});
+  write(0, L"00 ff 7F");
+  write(1, L"0a0B0c");
+  write(2, L" 01 ");
+  write(3, L"");
+  database_.update();
+  EXPECT_EQ(stored(L"Select typeof(a) || hex(a) from t"), L"blob00FF7F");
+  EXPECT_EQ(stored(L"Select typeof(b) || hex(b) from t"), L"blob0A0B0C");
+  EXPECT_EQ(stored(L"Select typeof(c) || hex(c) from t"), L"blob01");
+  EXPECT_EQ(stored(L"Select d from t"), L"(null)");
+}
+
+TEST_F(ValueWritingTest, WhatIsNoPairsOfDigitsClearsABinaryAndIsTold) {
+  openTable(L"a varbinary(10), b image, c image", {L"x'4100', x'4100', x'41'"});
+  write(0, L"A");
+  write(1, L"41 0");
+  write(2, L"no");
+  EXPECT_THAT(namesOf(database_.takeClearedFields()), ElementsAre(L"a", L"b", L"c"));
   database_.update();
   EXPECT_EQ(stored(L"Select a from t"), L"(null)");
-  EXPECT_EQ(stored(L"Select b from t"), L"(null)");
+}
+
+TEST_F(ValueWritingTest, BytesThatComeBackAsTheyWereShownAreNotWritten) {
+  openTable(L"a image, b image, c image, n integer", {L"x'4142', zeroblob(1000), x'', 1"});
+  for (std::uint32_t field = 0; field < 3; ++field) write(field, text(field).c_str());
+  write(3, L"2");
+  database_.update();
+  EXPECT_EQ(stored(L"Select hex(a) || length(b) || typeof(c) || n from t"), L"41421000blob2");
 }
 
 TEST_F(ValueWritingTest, ABooleanIsWrittenByItsCheckBox) {

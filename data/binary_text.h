@@ -1,0 +1,23 @@
+#pragma once
+
+#include <windows.h>
+
+#include <oleauto.h>
+
+#include "base/string.h"
+#include "base/variant.h"
+
+/// Bytes as the user reads and types them: pairs of hexadecimal digits, "89 50 4E".
+
+/// The most bytes that are shown; of more the pairs of these, an ellipsis and the number of all.
+inline constexpr unsigned kMostShownByteCount = 256;
+
+/// Whether a value is an array of bytes.
+bool isBytes(const Variant& value);
+
+/// The empty text for an array of none, and for a value that isBytes denies.
+String textOfBytes(const Variant& value);
+
+/// Pairs of digits in either case, with or without blanks between them. VT_EMPTY for the empty text and
+/// for any other. Throws std::bad_alloc.
+Variant bytesFromText(const wchar_t* text);

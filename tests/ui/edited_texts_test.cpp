@@ -1,0 +1,102 @@
+// Any text whatever in the controls that the user edits.
+#include <windows.h>
+
+#include <string>
+
+#include "base/showable_text.h"
+#include "tests/ui/control_texts_fixture.h"
+#include "tests/ui/window_reading.h"
+#include "views/text_field_editor.h"
+
+namespace {
+
+TEST_F(ControlTextsTest, AFormEditorShowsEachAndGivesItBack) {
+  TextFieldEditor editor;
+  ASSERT_TRUE(editor.create({WS_CHILD | WS_BORDER | ES_AUTOHSCROLL, kPlace, host(), 1200}));
+  showAll(kTextCount, [&](const std::wstring& text) {
+    editor.load(text.c_str(), false);
+    ASSERT_FALSE(editor.takeChange());
+    if ((styleOf(editor.window()) & ES_READONLY) != 0) {
+      ASSERT_STREQ(editor.text().text(), text.c_str());
+    }
+  });
+}
+
+TEST_F(ControlTextsTest, AnEditorOfManyLinesShowsEach) {
+  const HWND edit = createControl(L"EDIT", ES_MULTILINE | ES_AUTOVSCROLL | WS_VSCROLL);
+  showAll(kTextCount / 8, [&](const std::wstring& text) { SetWindowTextW(edit, text.c_str()); });
+}
+
+TEST_F(ControlTextsTest, WhatIsPutIntoAnEditorAndTakenOutInAnyOrderLeavesNothingHarmful) {
+  const HWND edit = createControl(L"EDIT", ES_AUTOHSCROLL);
+  SetFocus(edit);
+  int step = 0;
+  showAll(kTextCount / 8, [&](const std::wstring& text) {
+    const int length = GetWindowTextLengthW(edit);
+    ++step;
+    if (length > 300) SetWindowTextW(edit, L"");
+    SendMessageW(edit, EM_SETSEL, static_cast<WPARAM>(step * 7919 % (length + 1)),
+                 step % 3 == 0 ? step * 7919 % (length + 1) : step * 104729 % (length + 1));
+    switch (step % 6) {
+      case 0:
+        SendMessageW(edit, EM_REPLACESEL, TRUE, reinterpret_cast<LPARAM>(text.c_str()));
+        break;
+      case 1:
+        for (const wchar_t unit : text.substr(0, 5)) {
+          if (unit >= L' ') SendMessageW(edit, WM_CHAR, unit, 1);
+        }
+        break;
+      case 2:
+        SendMessageW(edit, WM_CHAR, L'\b', 1);
+        break;
+      case 3:
+        SendMessageW(edit, WM_KEYDOWN, VK_DELETE, 1);
+        break;
+      case 4:
+        SendMessageW(edit, WM_CLEAR, 0, 0);
+        break;
+      default:
+        SendMessageW(edit, EM_UNDO, 0, 0);
+        break;
+    }
+    ASSERT_TRUE(isShowable(textOf(edit)));
+  });
+}
+
+TEST_F(ControlTextsTest, ADeletedLetterTakesItsMarksAlong) {
+  const HWND edit = createControl(L"EDIT", ES_AUTOHSCROLL);
+  SetWindowTextW(edit,
+                 L"a\x05D0\x05B8"
+                 L"b");
+  SendMessageW(edit, EM_SETSEL, 1, 1);
+  SendMessageW(edit, WM_KEYDOWN, VK_DELETE, 1);
+  EXPECT_EQ(textOf(edit), L"ab");
+  SetWindowTextW(edit,
+                 L"a\x05D0\x05B8"
+                 L"b");
+  SendMessageW(edit, EM_SETSEL, 2, 2);
+  SendMessageW(edit, WM_CHAR, L'\b', 1);
+  EXPECT_EQ(textOf(edit), L"ab");
+  SetWindowTextW(edit,
+                 L"a\x05D0\x05B8"
+                 L"b");
+  SendMessageW(edit, EM_SETSEL, 1, 2);
+  SendMessageW(edit, WM_CLEAR, 0, 0);
+  EXPECT_EQ(textOf(edit), L"ab");
+}
+
+TEST_F(ControlTextsTest, AMarkAloneIsDeletedAloneAndTypedOnItsLetterOnly) {
+  const HWND edit = createControl(L"EDIT", ES_AUTOHSCROLL);
+  SetWindowTextW(edit, L"\x05D0\x05B8");
+  SendMessageW(edit, EM_SETSEL, 2, 2);
+  SendMessageW(edit, WM_CHAR, L'\b', 1);
+  EXPECT_EQ(textOf(edit), L"\x05D0");
+  SendMessageW(edit, WM_CHAR, 0x05B8, 1);
+  EXPECT_EQ(textOf(edit), L"\x05D0\x05B8");
+  SetWindowTextW(edit, L"a");
+  SendMessageW(edit, EM_SETSEL, 1, 1);
+  SendMessageW(edit, WM_CHAR, 0x05B8, 1);
+  EXPECT_EQ(textOf(edit), L"a");
+}
+
+}  // namespace

@@ -1,0 +1,192 @@
+// Texts that are longer than a control shows at once, and such as it can't show.
+#include <algorithm>
+#include <string>
+
+#include "gtest/gtest.h"
+#include "tests/ui/dialog_script.h"
+#include "tests/ui/form_fixture.h"
+#include "tests/ui/window_reading.h"
+#include "views/field_zoom.h"
+#include "views/shown_text.h"
+#include "views/text_field_editor.h"
+
+namespace {
+
+constexpr int kZoomText = 1015;
+
+std::wstring repeated(const wchar_t* part, std::size_t count) {
+  std::wstring text;
+  while (text.size() < count) text += part;
+  text.resize(count);
+  return text;
+}
+
+bool isReadOnly(HWND edit) {
+  return (styleOf(edit) & ES_READONLY) != 0;
+}
+
+std::size_t longestParagraph(const std::wstring& text) {
+  std::size_t longest = 0;
+  for (std::size_t start = 0; start <= text.size();) {
+    const std::size_t end = std::min(text.find(L"\r\n", start), text.size());
+    longest = std::max(longest, end - start);
+    start = end + 2;
+  }
+  return longest;
+}
+
+class LongTextsTest : public FormFixture {
+ protected:
+  /// A record whose first field holds the text, and what the form's editor does with it.
+  void showText(const std::wstring& text) {
+    showTable(L"CREATE TABLE 'T' (a Text, b Integer)",
+              {(L"INSERT INTO T VALUES ('" + text + L"', 1)").c_str()});
+  }
+  static void replaceText(HWND edit, const std::wstring& text) {
+    SetFocus(edit);
+    SendMessageW(edit, EM_SETSEL, 0, -1);
+    type(edit, text);
+  }
+  /// What the zoom makes of a text when it is confirmed after `change`.
+  static std::wstring zoomed(
+      const std::wstring& text, const DialogScript::Step& change = [](HWND) {}) {
+    const HostWindow owner;
+    FieldZoom zoom(L"name", text.c_str(), false);
+    DialogScript script([&](HWND dialog) {
+      change(dialog);
+      DialogScript::close(dialog, IDOK);
+    });
+    EXPECT_TRUE(zoom.run(owner.get()));
+    return zoom.text().text();
+  }
+};
+
+TEST_F(LongTextsTest, ThirtyTwoThousandLettersOfOneShapeAreEditedInTheLine) {
+  showText(repeated(L"plain words ", 32000));
+  EXPECT_FALSE(isReadOnly(textEditor()));
+  EXPECT_EQ(GetWindowTextLengthW(textEditor()), 32000);
+}
+
+TEST_F(LongTextsTest, OfAVeryLongTextTheLineShowsTheBeginningAndKeepsTheValue) {
+  const std::wstring text = repeated(L"abc ", 120'000);
+  showText(text);
+  EXPECT_TRUE(isReadOnly(textEditor()));
+  EXPECT_EQ(textOf(textEditor()), text.substr(0, kMostShownCount));
+  type(textEditor(), L"x");
+  replaceText(control(1201), L"2");
+  commit();
+  EXPECT_EQ(storedText(0), text);
+  EXPECT_EQ(storedText(1), L"2");
+}
+
+TEST_F(LongTextsTest, ALineOfLettersThatChangeTheirShapesIsShorter) {
+  const std::wstring text = repeated(L"\x0627\x0644\x0633\x0644\x0627\x0645 ", 32000);
+  showText(text);
+  EXPECT_TRUE(isReadOnly(textEditor()));
+  EXPECT_LT(GetWindowTextLengthW(textEditor()), 2500);
+  commit();
+  EXPECT_EQ(storedText(0), text);
+}
+
+TEST_F(LongTextsTest, SoIsALineOfDigitsButNotOneOfManyNumbers) {
+  EXPECT_EQ(textForLine(repeated(L"1", 32000)).shownCount, 2000u);
+  EXPECT_TRUE(textForLine(repeated(L"on 12 May 2001 ", 32000)).isExact);
+}
+
+TEST_F(LongTextsTest, AnEditorThatShowedPartOfATextTakesTheNextOne) {
+  showText(repeated(L"x", 200'000));
+  ASSERT_TRUE(isReadOnly(textEditor()));
+  theTextEditors.find(textEditor())->load(L"short", false);
+  EXPECT_FALSE(isReadOnly(textEditor()));
+  EXPECT_EQ(textOf(textEditor()), L"short");
+}
+
+TEST_F(LongTextsTest, ATextThatCantBeShownIsKeptAndNotEdited) {
+  showText(L"\x0636\x02A9\x05B0");
+  EXPECT_TRUE(isReadOnly(textEditor()));
+  EXPECT_EQ(textOf(textEditor()), L"\x0636\x02A9\xFFFD");
+  type(textEditor(), L"x");
+  replaceText(control(1201), L"2");
+  commit();
+  EXPECT_EQ(storedText(0), L"\x0636\x02A9\x05B0");
+  EXPECT_EQ(storedText(1), L"2");
+}
+
+TEST_F(LongTextsTest, BytesAreShownTypedAndStored) {
+  showTable(L"CREATE TABLE 'T' (a Image, b Image)", {L"INSERT INTO T VALUES (x'89504E', zeroblob(10240))"});
+  EXPECT_EQ(textOf(textEditor(0)), L"89 50 4E");
+  EXPECT_FALSE(isReadOnly(textEditor(0)));
+  EXPECT_TRUE(textOf(textEditor(1)).ends_with(L"\x2026 (10240 bytes)"));
+  EXPECT_TRUE(isReadOnly(textEditor(1)));
+  SendMessageW(textEditor(0), EM_SETSEL, 8, 8);
+  type(textEditor(0), L" 47");
+  commit();
+  EXPECT_EQ(storedText(0), L"89 50 4E 47");
+  EXPECT_TRUE(storedText(1).ends_with(L"(10240 bytes)"));
+}
+
+TEST_F(LongTextsTest, TheZoomSaysHowMuchItShowsAndKeepsTheRest) {
+  const std::wstring text = repeated(L"some words ", 250'000);
+  std::wstring title;
+  std::wstring shown;
+  bool readOnly = false;
+  EXPECT_EQ(zoomed(text,
+                   [&](HWND dialog) {
+                     title = textOf(dialog);
+                     shown = textOf(GetDlgItem(dialog, kZoomText));
+                     readOnly = isReadOnly(GetDlgItem(dialog, kZoomText));
+                   }),
+            text);
+  EXPECT_EQ(title, L"name: the first 100000 of 250000 characters");
+  EXPECT_EQ(withoutSoftBreaks(shown), text.substr(0, 100'000));
+  EXPECT_TRUE(readOnly);
+}
+
+TEST_F(LongTextsTest, TheZoomSaysThatSomethingCantBeShown) {
+  std::wstring title;
+  EXPECT_EQ(zoomed(L"\x05B0", [&](HWND dialog) { title = textOf(dialog); }), L"\x05B0");
+  EXPECT_EQ(title, L"name: some characters can't be shown");
+}
+
+TEST_F(LongTextsTest, LongParagraphsAreBrokenInTheZoomAndComeBackWhole) {
+  for (const wchar_t* const part : {L"W", L"word ", L"\x0627\x0644\x0633 ", L"\xD83D\xDE00", L"e\x0301",
+                                    L"a\rb", L"line\r\n\r\n", L"\x0E01\x0E49"}) {
+    const std::wstring text = repeated(part, 16000);
+    std::size_t longest = 0;
+    EXPECT_TRUE(zoomed(text,
+                       [&](HWND dialog) {
+                         EXPECT_FALSE(isReadOnly(GetDlgItem(dialog, kZoomText)));
+                         longest = longestParagraph(textOf(GetDlgItem(dialog, kZoomText)));
+                       }) == text)
+        << part;
+    EXPECT_LE(longest, kLongParagraphCount);
+  }
+}
+
+TEST_F(LongTextsTest, WhatIsTypedIntoALongParagraphIsInTheText) {
+  const std::wstring text = repeated(L"word ", 4000);
+  EXPECT_TRUE(zoomed(text, [](HWND dialog) {
+                const HWND edit = GetDlgItem(dialog, kZoomText);
+                SendMessageW(edit, EM_SETSEL, 0, 0);
+                for (int i = 0; i < 1100; ++i) SendMessageW(edit, WM_CHAR, L'x', 1);
+                EXPECT_LE(longestParagraph(textOf(edit)), kLongParagraphCount + 250);
+              }) == std::wstring(1100, L'x') + text);
+}
+
+TEST_F(LongTextsTest, ATextThatHasSoftLineEndsItselfKeepsThem) {
+  EXPECT_EQ(zoomed(L"a\r\r\nb"), L"a\r\r\nb");
+  const std::wstring text = L"a\r\r\n" + repeated(L"b", 3000);
+  bool readOnly = false;
+  EXPECT_EQ(zoomed(text, [&](HWND dialog) { readOnly = isReadOnly(GetDlgItem(dialog, kZoomText)); }), text);
+  EXPECT_TRUE(readOnly);
+}
+
+TEST_F(LongTextsTest, ATextIsNeverCutInsideACharacter) {
+  std::wstring text = L"x" + repeated(L"\xD83D\xDE00", kMostShownCount + 10);
+  const ShownText shown = textForLines(text);
+  EXPECT_EQ(shown.shownCount, kMostShownCount - 1);
+  EXPECT_TRUE(shown.isCut());
+  EXPECT_FALSE(shown.isExact);
+}
+
+}  // namespace
