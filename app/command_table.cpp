@@ -24,18 +24,22 @@ struct CommandRow {
   CommandHandler handler;
 };
 
-/// The Tables page of a database that was opened. Where none could be, the bars of the closed one go.
+/// The Tables page of a database that was opened. Where none could be, the page stays and the bars of the
+/// closed database go.
 LRESULT showOpened(CommandResult result) {
   if (result == CommandResult::done) {
     showDatabasePage();
   } else if (!theDocument->isDatabaseOpen()) {
-    switchPage(kNoPage);
+    theCommandBar->destroyPageBars();
+    theDocument->updateCommandBar();
   }
   return 0;
 }
 
 LRESULT openDatabase(HWND, WORD, LPARAM, WORD) {
-  return showOpened(theDocument->openDatabaseCommand());
+  showOpened(theDocument->openDatabaseCommand());
+  theDocument->layOutForm(true);
+  return 0;
 }
 
 LRESULT newDatabase(HWND, WORD, LPARAM, WORD) {

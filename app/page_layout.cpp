@@ -26,7 +26,7 @@ void layOutForInputPanel() {
   if (!theDocument) return;
   theDocument->layOutPages();
   theCommandBar->placePageBars();
-  if (currentPage == kFormPageIndex) theFormView.layOut(false);
+  if (currentPage == kFormPageIndex) theDocument->layOutForm(false);
 }
 
 void applyOptions() {
@@ -36,7 +36,7 @@ void applyOptions() {
   theDocument->layOutPages();
   theDocument->refreshColors();
   theCommandBar->placePageBars();
-  theFormView.layOut(true);
+  theDocument->layOutForm(true);
   RedrawWindow(formWrapperWindow, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
   theDocument->updateCommandBar();
 }

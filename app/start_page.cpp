@@ -14,11 +14,8 @@ void showFirstPage() {
     if (restored != RestoreResult::nothing) {
       // Without tables Close stays grey until a page is switched.
       open = restored != RestoreResult::noTables;
-      currentPage = kNoPage;
-      const int page = restored == RestoreResult::tables ? kTablesPageIndex : kFormPageIndex;
-      switchPage(page);
+      showPageAnew(restored == RestoreResult::tables ? kTablesPageIndex : kFormPageIndex);
       theDocument->loadRecord();
-      selectTab(page);
     }
   }
   theDocument->updateMenusForDatabase(open);

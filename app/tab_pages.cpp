@@ -88,13 +88,9 @@ int selectedTab() {
   return static_cast<int>(SendMessageW(tabControl, TCM_GETCURSEL, 0, 0));
 }
 
-void switchPage(int page) {
-  if (page == currentPage) return;
-  // What can't be stored keeps the user on the form.
-  if (theDocument && currentPage == kFormPageIndex && !theDocument->finishEditing()) {
-    selectTab(currentPage);
-    return;
-  }
+namespace {
+
+void enterPage(int page) {
   theCommandBar->destroyPageBars();
   if (page == kBeforeFirstPage) {
     theCommandBar->rebuildMenuBar();
@@ -106,13 +102,28 @@ void switchPage(int page) {
   if (theDocument) theDocument->setViewMode(static_cast<ViewMode>(page));
 }
 
+}  // namespace
+
+void switchPage(int page) {
+  if (page == currentPage) return;
+  // What can't be stored keeps the user on the form.
+  if (theDocument && currentPage == kFormPageIndex && !theDocument->finishEditing()) {
+    selectTab(currentPage);
+    return;
+  }
+  enterPage(page);
+}
+
 void showPage(int page) {
   switchPage(page);
   if (currentPage == page) selectTab(page);
 }
 
+void showPageAnew(int page) {
+  enterPage(page);
+  selectTab(page);
+}
+
 void showDatabasePage() {
-  // Also when the page of the former database was the same one.
-  currentPage = kNoPage;
-  showPage(kTablesPageIndex);
+  showPageAnew(kTablesPageIndex);
 }

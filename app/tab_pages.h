@@ -24,5 +24,8 @@ void switchPage(int page);
 /// Switches to a page and marks its tab.
 void showPage(int page);
 
-/// Begins with the Tables page of a database that was just opened.
+/// Enters a page and marks its tab, also when the page is shown already: that was the former database's.
+void showPageAnew(int page);
+
+/// The same for the Tables page, with which a database that was just opened begins.
 void showDatabasePage();

@@ -1,5 +1,7 @@
 #include "data/database.h"
 
+#include <windows.h>
+
 #include "data/connection_handle.h"
 #include "data/last_error.h"
 #include "data/recordset_handle.h"
@@ -48,31 +50,31 @@ bool Database::createDatabase(const String& path) {
     return false;
   }
   const bool created = openStore() && runInStore(statement.data());
-  if (!created) refusalText_ = takeLastErrorText();
   close();
   return created;
 }
 
 bool Database::dropDatabase(const String& path) {
-  close();
-  StatementText statement;
-  if (!joinStatement({L"DROP DATABASE '", path.text(), L"'"}, statement)) return false;
-  if (!openStore() || !runInStore(statement.data())) return false;
-  connection_->close();
-  return true;
-}
-
-bool Database::dropOtherDatabase(const String& path) {
   StatementText statement;
   if (!joinStatement({L"DROP DATABASE '", path.text(), L"'"}, statement)) {
     refusalText_ = kTooLong;
     return false;
   }
+  const bool isOther = isOpen_ && CompareStringOrdinal(path_.text(), -1, path.text(), -1, TRUE) != CSTR_EQUAL;
+  if (isOther) return dropBeside(statement.data());
+  close();
+  if (!openStore() || !runInStore(statement.data())) return false;
+  connection_->close();
+  return true;
+}
+
+/// By a connection of its own.
+bool Database::dropBeside(const wchar_t* statement) {
   ConnectionHandle store;
   store.setConnectionString(L"");
   RecordsetHandle recordset;
   const bool dropped = store.open() == ConnectionHandle::kOpened &&
-                       recordset.open(statement.data(), &store, CursorType::dynamic, SourceKind::text);
+                       recordset.open(statement, &store, CursorType::dynamic, SourceKind::text);
   if (!dropped) refusalText_ = takeLastErrorText();
   return dropped;
 }
@@ -80,11 +82,16 @@ bool Database::dropOtherDatabase(const String& path) {
 /// Connects to the store without a file; the open file is closed.
 bool Database::openStore() {
   connection_->setConnectionString(L"");
-  return connection_->open() == ConnectionHandle::kOpened;
+  if (connection_->open() == ConnectionHandle::kOpened) return true;
+  refusalText_ = takeLastErrorText();
+  return false;
 }
 
 /// Runs a statement that makes or deletes a file, as the source of a recordset.
 bool Database::runInStore(const wchar_t* statement) {
   RecordsetHandle recordset;
-  return recordset.open(statement, connection_.get(), CursorType::dynamic, SourceKind::text);
+  if (recordset.open(statement, connection_.get(), CursorType::dynamic, SourceKind::text)) return true;
+  // Before the recordset's end, whose closing fails too and has a reason of its own.
+  refusalText_ = takeLastErrorText();
+  return false;
 }

@@ -42,11 +42,12 @@ class Database {
   bool close();
   /// Makes a new database file. Whatever the result, no file is open afterwards.
   bool createDatabase(const String& path);
-  /// Deletes a database file; the open one is closed first. Whatever the result, no file is open
-  /// afterwards, but after a failed statement the connection stays with the store itself.
+  /// The same, also in place of a file that exists: the new one is made beside it and takes its name, so
+  /// that a failure leaves the old one. One that another program has unfinished work in is not replaced.
+  bool replaceDatabase(const String& path);
+  /// Deletes a database file. Another file that is open stays so; the file itself is closed first. With no
+  /// file open the connection stays with the store after a failed statement.
   bool dropDatabase(const String& path);
-  /// Deletes a database file and leaves the one that is open alone; they are not the same.
-  bool dropOtherDatabase(const String& path);
 
   bool isOpen() const { return isOpen_; }
   /// The path of the open file, empty when none is open.
@@ -191,6 +192,7 @@ class Database {
   bool openStore();
   bool runTableStatement(bool fits, const wchar_t* statement);
   bool runInStore(const wchar_t* statement);
+  bool dropBeside(const wchar_t* statement);
   bool openCurrent(const String& sql);
   void loadFields();
   void clearFields();

@@ -26,7 +26,8 @@ std::array<CommandState, 5> navigationStates(const NavigationFacts& facts) {
 }
 
 std::array<CommandState, 2> formPageStates(const FormPageFacts& facts) {
-  const bool usable = facts.unlocked && facts.databaseOpen && facts.viewMode == ViewMode::form;
+  const bool usable =
+      facts.unlocked && facts.databaseOpen && facts.recordsetOpen && facts.viewMode == ViewMode::form;
   return {{
       {ID_PAGE_NEXT, PopupMenu::record, kOnToolbar, usable && facts.pageIndex + 1 < facts.pageCount},
       {ID_PAGE_PREVIOUS, PopupMenu::record, kOnToolbar, usable && facts.pageIndex != 0},

@@ -22,6 +22,7 @@ std::array<CommandState, 5> navigationStates(const NavigationFacts& facts);
 struct FormPageFacts {
   bool unlocked = false;
   bool databaseOpen = false;
+  bool recordsetOpen = false;
   ViewMode viewMode = ViewMode::none;
   std::uint32_t pageIndex = 0;
   std::uint32_t pageCount = 0;

@@ -12,6 +12,7 @@
 #include "records/command_bar.h"
 #include "records/find_state.h"
 #include "records/pages.h"
+#include "records/record_source.h"
 #include "records/user_prompts.h"
 #include "records/view_mode.h"
 
@@ -40,8 +41,8 @@ enum class RestoreResult : std::uint32_t {
 /// The controller of the program: the open database, the table or query whose records are shown, the
 /// cursor over them, and which page is served. One exists, on the user-interface thread.
 ///
-/// Showing a page makes its controls report their selection, which comes back here: every operation is
-/// prepared for openTableSelection and openQuerySelection being called while it talks to a page.
+/// Showing a page makes its controls report their selection, which comes back here: what a list reports while
+/// the Document itself changes pages or fills it is nobody's choice and changes nothing.
 /// std::bad_alloc passes through.
 class Document {
  public:
@@ -65,8 +66,9 @@ class Document {
   // The commands of the File, Tables and Queries menus (document_files.cpp). They tell the user themselves
   // what can't be done.
 
-  /// The user chooses the file. After a failure, and after newDatabaseCommand in every case but success, no
-  /// database is open.
+  /// The user chooses the file; newDatabaseCommand takes the place of one that exists, once the new one is
+  /// made. After a failure, and after newDatabaseCommand in every case but success, no database is open; the
+  /// page stays the same.
   CommandResult openDatabaseCommand();
   CommandResult newDatabaseCommand();
   /// The file that is open is refused.
@@ -90,10 +92,10 @@ class Document {
   const NameList& tableNames() const { return tableNames_; }
   bool isDatabaseOpen() const { return databaseOpen_; }
   const String& databasePath() const { return databasePath_; }
-  const String& tableName() const { return tableName_; }
-  const String& queryName() const { return queryName_; }
-  const String& sqlText() const { return sqlText_; }
-  bool openedFromQuery() const { return openedFromQuery_; }
+  const String& tableName() const { return wanted_.tableName(); }
+  const String& queryName() const { return wanted_.queryName(); }
+  const String& sqlText() const { return wanted_.sqlText(); }
+  bool openedFromQuery() const { return wanted_.isQuery(); }
 
   // ---- The session (document_session.cpp), kept among the settings.
 
@@ -166,7 +168,8 @@ class Document {
   // ---- What the menus and toolbars show (document_bars.cpp)
 
   CommandBar& commandBar() { return pages_.bar; }
-  /// The menu items that depend on the database and the page.
+  /// Every item of the menus and every button of the record and its pages: first what depends on the
+  /// database and the page, for a database that counts as `open`, then what refines it.
   void updateMenusForDatabase(bool open);
   /// On the Form and List pages only.
   void updateNavigationState();
@@ -176,6 +179,8 @@ class Document {
   void updateCommandBar();
   /// Puts the lists and the grid back in their places.
   void layOutPages();
+  /// Lays the form out as FormPage::layOut does; how many pages it has may have changed with that.
+  void layOutForm(bool force);
   /// Shows the pages in the colours as they are now.
   void refreshColors();
   /// The pages' images at the present zoom.
@@ -210,9 +215,11 @@ class Document {
  private:
   bool openConnection(const String& path);
   void forgetDatabase();
-  void buildTableSql();
+  void closeRecords();
+  void forgetRecords();
+  bool sqlPending() const { return !wanted_.isNone() && wanted_.generation() != openGeneration_; }
+  bool formStale() const { return formGeneration_ != openGeneration_; }
   bool restoreRecords(const String& table, const String& query, bool asQuery);
-  void selectFirstTable();
   /// The one place for a veto against leaving the record that the form shows.
   bool canLeaveRecord() const { return true; }
   /// The count of the former recordset outlasts one that did not open.
@@ -222,8 +229,11 @@ class Document {
   void tellFailure(const std::wstring& what);
   void tellFailure(const std::wstring& what, const String& reason);
   std::optional<std::uint32_t> placeOfChosenQuery();
+  void readQueries();
   void reloadQueries();
   void showQueries(const String& chosen);
+  void fillTables(Positioning positioning, const String& name);
+  void fillQueries();
   bool confirmDeletion(const std::wstring& what);
   CommandResult openChosen(const String& path);
   class SearchStep;
@@ -250,31 +260,31 @@ class Document {
   void selectInGrid(std::uint32_t position);
   void leaveMode();
   void openPendingRecordset();
-  void enterMode(ViewMode mode);
-  void enterForm();
-  void enterList();
+  void enterMode(ViewMode mode, bool opensRecords);
+  void enterForm(bool opensRecords);
+  void enterList(bool opensRecords);
   void enterQueries();
   void enterTables();
-  void buildForm(std::uint32_t wantedRecord);
+  void buildForm();
+  void goToFirstRecordOfForm(bool opensRecords);
 
   DocumentPages pages_;
   Database database_;
 
   String databasePath_;  // empty when none is open
-  String tableName_;     // empty while a saved query is in use
-  String queryName_;     // empty while a table is in use
-  String sqlText_;       // the recordset is opened from it
+  RecordSource wanted_;  // whose records the next page shows
   NameList tableNames_;
   NameList queryNames_;
   ViewMode viewMode_ = ViewMode::none;
   bool databaseOpen_ = false;
-  bool sqlPending_ = false;  // sqlText_ changed and the recordset does not follow it yet
   bool recordsetOpen_ = false;
-  bool formStale_ = false;           // the form was not built since the recordset was opened
+  std::uint32_t openGeneration_ =
+      RecordSource::kNeverChosen;  // of wanted_ when it was opened, or tried to be
+  std::uint32_t formGeneration_ = RecordSource::kNeverChosen;  // of the recordset that the form was built for
   bool repositionFromList_ = false;  // the form goes to the record chosen in the grid
-  bool reselectTable_ = false;       // the Tables page selects tableName_ when it is entered next
-  bool freshlyOpened_ = false;       // the Tables page does not show the catalogue yet
-  bool openedFromQuery_ = false;
+  bool reselectTable_ = false;  // the Tables page is filled and keeps its selection when it is entered next
+  bool freshlyOpened_ = false;  // the Tables page does not show the catalogue yet
+  bool talksToPages_ = false;   // what the lists report is the Document's own doing
   std::uint32_t shownRecord_ = 0;  // the record whose values the form shows, 0 for none
 
   FindState find_;

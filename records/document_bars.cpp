@@ -10,7 +10,10 @@ void Document::updateMenusForDatabase(bool open) {
                                    .viewMode = viewMode_,
                                    .tableCount = tableNames_.size(),
                                    .queryCount = queryNames_.size(),
-                                   .fieldCount = database_.fieldCount()}));
+                                   .fieldCount = recordsetOpen_ ? database_.fieldCount() : 0}));
+  pages_.bar.apply(recordStates({.recordsetOpen = recordsetOpen_, .recordCount = openRecordCount()}));
+  updateNavigationState();
+  updatePageState();
 }
 
 void Document::updateNavigationState() {
@@ -25,6 +28,7 @@ void Document::updateNavigationState() {
 void Document::updatePageState() {
   pages_.bar.apply(formPageStates({.unlocked = appUnlocked,
                                    .databaseOpen = database_.isOpen(),
+                                   .recordsetOpen = recordsetOpen_,
                                    .viewMode = viewMode_,
                                    .pageIndex = pages_.form.pageIndex(),
                                    .pageCount = pages_.form.pageCount()}));
@@ -38,9 +42,6 @@ void Document::updateCommandBar() {
   // A new menu bar has every item in its first state.
   pages_.bar.rebuildMenuBar();
   updateMenusForDatabase(databaseOpen_);
-  pages_.bar.apply(recordStates({.recordsetOpen = recordsetOpen_, .recordCount = openRecordCount()}));
-  updateNavigationState();
-  updatePageState();
 }
 
 void Document::rowChosen() {
@@ -53,6 +54,11 @@ void Document::layOutPages() {
   pages_.tables->layOut();
   pages_.queries->layOut();
   pages_.grid.layOut();
+}
+
+void Document::layOutForm(bool force) {
+  pages_.form.layOut(force);
+  updatePageState();
 }
 
 void Document::refreshColors() {

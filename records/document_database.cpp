@@ -26,6 +26,7 @@ bool Document::openConnection(const String& path) {
   if (!database_.open(path)) return false;
   database_.listTables(tableNames_);
   freshlyOpened_ = true;
+  leaveMode();
   pages_.form.hide();
   markDatabaseOpen(true);
   databasePath_ = path;
@@ -37,11 +38,9 @@ bool Document::openConnection(const String& path) {
 bool Document::openDatabase(const String& path) {
   if (!openConnection(path)) return false;
   setViewMode(ViewMode::tables);
-  if (!tableNames_.isEmpty()) selectFirstTable();
-  updateMenusForDatabase(true);
+  if (!tableNames_.isEmpty()) openTableSelection(0);
   databaseOpen_ = true;
-  updateNavigationState();
-  updatePageState();
+  updateMenusForDatabase(true);
   return true;
 }
 
@@ -49,16 +48,16 @@ int Document::closeDatabase() {
   if (!database_.isOpen()) return -1;
   if (viewMode_ == ViewMode::form && recordsetOpen_ && recordCount != 0) commitCurrentRecord();
   saveSession();
-  database_.closeRecordset();
-  recordsetOpen_ = false;
+  closeRecords();
+  wanted_.chooseNone();
   if (viewMode_ == ViewMode::list) {
     pages_.grid.clear();
     setViewMode(ViewMode::tables);
   }
   pages_.tables->deleteAllItems();
   pages_.tables->clearRememberedSelection();
+  pages_.queries->deleteAllItems();
   pages_.queries->setSelectedIndex(0);
-  pages_.form.tearDown();
   tableNames_.clear();
   queryNames_.clear();
   markDatabaseOpen(false);
@@ -72,11 +71,6 @@ int Document::closeDatabase() {
 void Document::forgetDatabase() {
   databaseOpen_ = false;
   reselectTable_ = false;
-  sqlPending_ = false;
-  openedFromQuery_ = false;
-  formStale_ = false;
-  tableName_.clear();
-  queryName_.clear();
-  sqlText_.clear();
+  freshlyOpened_ = false;
   databasePath_.clear();
 }

@@ -12,6 +12,7 @@
 namespace {
 
 constexpr wchar_t kCaption[] = L"Quivane";
+constexpr wchar_t kQueriesTable[] = L"QuivaneQueries";
 constexpr wchar_t kGoneElsewhere[] = L"Another program has renamed or deleted it.";
 
 /// What tells the file from every other; none for one that can't be looked at.
@@ -32,6 +33,13 @@ bool isSameFile(const String& one, const String& other) {
   const auto second = identity(other);
   return first && second && first->dwVolumeSerialNumber == second->dwVolumeSerialNumber &&
          first->nFileIndexHigh == second->nFileIndexHigh && first->nFileIndexLow == second->nFileIndexLow;
+}
+
+bool contains(const NameList& names, const wchar_t* wanted) {
+  for (std::uint32_t i = 0; i < names.size(); ++i) {
+    if (CompareStringOrdinal(names[i].text(), -1, wanted, -1, TRUE) == CSTR_EQUAL) return true;
+  }
+  return false;
 }
 
 std::wstring notStored(const SavedQuery& query) {
@@ -70,7 +78,7 @@ CommandResult Document::newDatabaseCommand() {
   closeDatabase();
   const std::optional<String> path = pages_.prompts.chooseFile(FileChoice::create);
   if (!path) return CommandResult::cancelled;
-  if (!database_.createDatabase(*path)) {
+  if (!database_.replaceDatabase(*path)) {
     tellFailure(std::wstring(L"Database ") + path->text() + L" could not be created.");
     return CommandResult::failed;
   }
@@ -93,7 +101,7 @@ CommandResult Document::deleteDatabaseCommand() {
     return CommandResult::failed;
   }
   if (!confirmDeletion(std::wstring(L"database file ") + path->text())) return CommandResult::cancelled;
-  if (database_.dropOtherDatabase(*path)) return CommandResult::done;
+  if (database_.dropDatabase(*path)) return CommandResult::done;
   tellFailure(std::wstring(L"Database ") + path->text() + L" could not be deleted.");
   return CommandResult::failed;
 }
@@ -103,23 +111,19 @@ CommandResult Document::deleteDatabaseCommand() {
 CommandResult Document::deleteTableCommand() {
   if (!database_.isOpen() || viewMode_ != ViewMode::tables) return CommandResult::cancelled;
   // While a query is in use the page still shows which table was chosen last.
-  if (tableName_.isEmpty()) openTableSelection(pages_.tables->selectedIndex());
-  if (tableName_.isEmpty()) return CommandResult::failed;
-  const String name = tableName_;
+  const String name =
+      wanted_.isTable() ? wanted_.tableName() : pages_.tables->itemText(pages_.tables->selectedIndex());
+  if (name.isEmpty()) return CommandResult::failed;
   if (!confirmDeletion(std::wstring(L"table '") + name.text() + L"'")) return CommandResult::cancelled;
-  database_.closeRecordset();
-  recordsetOpen_ = false;
-  recordCount = 0;
+  closeRecords();
   if (!database_.dropTable(name)) {
-    sqlPending_ = true;
     tellFailure(std::wstring(L"Table '") + name.text() + L"' could not be deleted.");
     return CommandResult::failed;
   }
-  sqlPending_ = false;
-  tableName_.clear();
-  sqlText_.clear();
+  wanted_.chooseNone();
   database_.listTables(tableNames_);
-  pages_.tables->fill(tableNames_, Positioning::previous, String());
+  fillTables(Positioning::previous, String());
+  openTableSelection(pages_.tables->selectedIndex());
   updateCommandBar();
   return CommandResult::done;
 }
@@ -130,7 +134,8 @@ bool Document::createTable(const String& name, const String& columns) {
     return false;
   }
   database_.listTables(tableNames_);
-  pages_.tables->fill(tableNames_, Positioning::byName, name);
+  fillTables(Positioning::byName, name);
+  openTableSelection(pages_.tables->selectedIndex());
   updateCommandBar();
   return true;
 }
@@ -194,7 +199,7 @@ bool Document::addQuery(const SavedQuery& query) {
   }
   // The first query makes the table that they are kept in.
   database_.listTables(tableNames_);
-  freshlyOpened_ = true;
+  reselectTable_ = true;
   showQueries(query.name);
   return true;
 }
@@ -221,7 +226,7 @@ void Document::showQueries(const String& chosen) {
     pages_.queries->setSelectedIndex(static_cast<int>(i));
     break;
   }
-  pages_.queries->fill(queryNames_);
+  fillQueries();
   openQuerySelection(pages_.queries->selectedIndex());
   updateCommandBar();
 }
@@ -230,20 +235,29 @@ bool Document::returnsRecords(const String& sql, String& reason) {
   const bool returns = database_.checkSql(sql);
   if (!returns) reason = database_.refusalText();
   // The statement that was tried has taken the place of the records in use.
-  recordsetOpen_ = false;
-  sqlPending_ = !sqlText_.isEmpty();
+  forgetRecords();
   return returns;
 }
 
-void Document::reloadQueries() {
+/// The list stays as it is where the queries can't be read, unless their table has gone.
+void Document::readQueries() {
+  NameList tables;
+  for (std::uint32_t i = 0; i < tableNames_.size(); ++i) tables.append(tableNames_[i]);
+  database_.listTables(tables);
+  if (!contains(tables, kQueriesTable)) queryNames_.clear();
   database_.listQueries(queryNames_);
+}
+
+void Document::reloadQueries() {
+  readQueries();
   const int last = static_cast<int>(queryNames_.size()) - 1;
   if (pages_.queries->selectedIndex() > last) pages_.queries->setSelectedIndex(std::max(last, 0));
-  if (queryNames_.isEmpty()) {
+  fillQueries();
+  if (!queryNames_.isEmpty()) {
+    openQuerySelection(pages_.queries->selectedIndex());
+  } else if (!wanted_.isTable()) {
     // The last query is gone, and its records with it.
-    queryName_.clear();
-    if (tableName_.isEmpty() && !tableNames_.isEmpty()) selectFirstTable();
+    openTableSelection(std::max(pages_.tables->selectedIndex(), 0));
   }
-  pages_.queries->fill(queryNames_);
   updateCommandBar();
 }

@@ -1,13 +1,33 @@
 // Leaving one page and entering another.
+#include <algorithm>
+
 #include "records/document.h"
+
+namespace {
+
+/// Raises a flag as long as it lives.
+class Raised {
+ public:
+  explicit Raised(bool& flag) : flag_(flag), former_(flag) { flag = true; }
+  ~Raised() { flag_ = former_; }
+  Raised(const Raised&) = delete;
+  Raised& operator=(const Raised&) = delete;
+
+ private:
+  bool& flag_;
+  bool former_;
+};
+
+}  // namespace
 
 void Document::setViewMode(ViewMode mode) {
   if (mode != viewMode_) {
+    const Raised talks(talksToPages_);
     leaveMode();
     if (database_.isOpen()) {
-      if (sqlPending_) openPendingRecordset();
-      enterMode(mode);
-      sqlPending_ = false;
+      const bool opensRecords = sqlPending();
+      if (opensRecords) openPendingRecordset();
+      enterMode(mode, opensRecords);
     }
     viewMode_ = mode;
     if (mode == ViewMode::form) pages_.form.layOut(true);
@@ -37,10 +57,7 @@ void Document::leaveMode() {
       currentRecord = 1;
       repositionFromList_ = false;
       // There was nothing to choose on that page: the last table stays in use, if one was.
-      if (queryNames_.isEmpty() && !tableNames_.isEmpty() && !tableName_.isEmpty()) {
-        sqlPending_ = true;
-        buildTableSql();
-      }
+      if (queryNames_.isEmpty() && !tableNames_.isEmpty() && wanted_.isTable()) wanted_.chooseAgain();
       break;
     case ViewMode::none:
       break;
@@ -49,23 +66,37 @@ void Document::leaveMode() {
 
 void Document::openPendingRecordset() {
   pages_.bar.setPositionText(L"");
-  pages_.form.tearDown();
-  recordsetOpen_ = database_.openRecordset(sqlText_);
-  if (!recordsetOpen_) recordCount = 0;
-  formStale_ = true;
-  shownRecord_ = 0;
+  forgetRecords();
+  recordsetOpen_ = database_.openRecordset(wanted_.sqlText());
+  openGeneration_ = wanted_.generation();
 }
 
-void Document::enterMode(ViewMode mode) {
+void Document::closeRecords() {
+  database_.closeRecordset();
+  forgetRecords();
+}
+
+/// What was made for the recordset that is open goes with it. The wanted one is opened at the next switch.
+void Document::forgetRecords() {
+  recordsetOpen_ = false;
+  openGeneration_ = RecordSource::kNeverChosen;
+  formGeneration_ = RecordSource::kNeverChosen;
+  recordCount = 0;
+  currentRecord = 0;
+  shownRecord_ = 0;
+  pages_.form.tearDown();
+}
+
+void Document::enterMode(ViewMode mode, bool opensRecords) {
   switch (mode) {
     case ViewMode::tables:
       enterTables();
       break;
     case ViewMode::form:
-      enterForm();
+      enterForm(opensRecords);
       break;
     case ViewMode::list:
-      enterList();
+      enterList(opensRecords);
       break;
     case ViewMode::queries:
       enterQueries();
@@ -75,56 +106,44 @@ void Document::enterMode(ViewMode mode) {
   }
 }
 
-void Document::enterForm() {
-  // What was chosen in the grid means nothing in another recordset.
-  const bool reposition = repositionFromList_ && !sqlPending_;
-  repositionFromList_ = false;
-  const std::uint32_t wanted = reposition ? currentRecord : 1;
+void Document::enterForm(bool opensRecords) {
   pages_.form.show();
-  if (!recordsetOpen_) {
+  if (recordsetOpen_) recordCount = database_.recordCount();
+  if (!recordsetOpen_ || recordCount == 0) {
+    // The editors of records that were deleted meanwhile.
+    if (!formStale()) pages_.form.clearEditors();
+    if (formStale()) currentRecord = 0;
+    formGeneration_ = openGeneration_;
     updatePositionText();
     return;
   }
-  if (sqlPending_ || formStale_) {
-    buildForm(wanted);
-    return;
-  }
-  if (recordCount == 0) {
-    updatePositionText();
-    return;
-  }
-  if (reposition) {
-    database_.moveTo(wanted);
-  } else {
-    database_.moveFirst();
-  }
+  const bool builds = formStale();
+  if (builds) pages_.form.build();
+  formGeneration_ = openGeneration_;
+  goToFirstRecordOfForm(opensRecords);
+  if (builds) pages_.form.showEditors();
   loadRecord();
-  pages_.form.showEditors();
+  if (!builds) pages_.form.showEditors();
 }
 
-void Document::buildForm(std::uint32_t wantedRecord) {
-  formStale_ = false;
-  currentRecord = 0;
-  recordCount = database_.recordCount();
-  if (recordCount == 0) {
-    updatePositionText();
-    return;
-  }
-  pages_.form.build();
+/// The record that was chosen in the grid, which means nothing in a recordset that was opened since then.
+void Document::goToFirstRecordOfForm(bool opensRecords) {
+  const std::uint32_t chosen = currentRecord;
   database_.moveFirst();
-  recordCount = database_.recordCount();
-  if (wantedRecord > 1) database_.moveTo(wantedRecord);
-  pages_.form.showEditors();
-  loadRecord();
+  if (!repositionFromList_ || opensRecords) return;
+  repositionFromList_ = false;
+  // A search may have left the cursor behind the last record.
+  if (chosen > 1) database_.moveTo(std::min(chosen, recordCount));
 }
 
-void Document::enterList() {
+void Document::enterList(bool opensRecords) {
   if (!recordsetOpen_) {
+    pages_.grid.updateColumnButtons();
     updatePositionText();
     return;
   }
   // The position in the former recordset means nothing in the one that was opened just now.
-  if (sqlPending_) currentRecord = 1;
+  if (opensRecords) currentRecord = 1;
   recordCount = database_.recordCount();
   pages_.grid.show();
   pages_.grid.fill();
@@ -132,7 +151,7 @@ void Document::enterList() {
 }
 
 void Document::enterQueries() {
-  database_.listQueries(queryNames_);
+  readQueries();
   pages_.queries->show();
   pages_.queries->fill(queryNames_);
 }
@@ -140,27 +159,28 @@ void Document::enterQueries() {
 void Document::enterTables() {
   pages_.tables->show();
   if (reselectTable_) {
-    // Copies: selecting an item makes it the current table.
-    const String table = tableName_;
-    const String query = queryName_;
-    const String sql = sqlText_;
-    const bool usesQuery = openedFromQuery_;
-    pages_.tables->rememberSelection(0);
-    pages_.tables->fill(tableNames_, Positioning::byName, table);
-    if (usesQuery) {
-      // The user has not chosen that table: the query whose records are shown stays in use.
-      tableName_ = table;
-      queryName_ = query;
-      sqlText_ = sql;
-      openedFromQuery_ = true;
-    }
-    reselectTable_ = false;
-    freshlyOpened_ = false;
+    pages_.tables->rememberSelection(std::max(pages_.tables->selectedIndex(), 0));
+    pages_.tables->fill(tableNames_, Positioning::byName, wanted_.tableName());
   } else if (freshlyOpened_) {
-    pages_.tables->fill(tableNames_, Positioning::first, tableName_);
-    freshlyOpened_ = false;
+    pages_.tables->fill(tableNames_, Positioning::first, wanted_.tableName());
   }
+  reselectTable_ = false;
+  freshlyOpened_ = false;
 }
+
+// ---- Lists that are filled while they are shown
+
+void Document::fillTables(Positioning positioning, const String& name) {
+  const Raised talks(talksToPages_);
+  pages_.tables->fill(tableNames_, positioning, name);
+}
+
+void Document::fillQueries() {
+  const Raised talks(talksToPages_);
+  pages_.queries->fill(queryNames_);
+}
+
+// ---- What only the page that is served does
 
 void Document::setNameStyle(NameStyle style) {
   if (viewMode_ == ViewMode::tables) {
@@ -171,13 +191,13 @@ void Document::setNameStyle(NameStyle style) {
 }
 
 void Document::showPreviousColumn() {
-  if (viewMode_ == ViewMode::list) pages_.grid.showPreviousColumn();
+  if (viewMode_ == ViewMode::list && recordsetOpen_) pages_.grid.showPreviousColumn();
 }
 
 void Document::showNextColumn() {
-  if (viewMode_ == ViewMode::list) pages_.grid.showNextColumn();
+  if (viewMode_ == ViewMode::list && recordsetOpen_) pages_.grid.showNextColumn();
 }
 
 void Document::fitColumns() {
-  if (viewMode_ == ViewMode::list) pages_.grid.fitColumns();
+  if (viewMode_ == ViewMode::list && recordsetOpen_) pages_.grid.fitColumns();
 }

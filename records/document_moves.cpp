@@ -88,12 +88,12 @@ int Document::goToRecordNumber() {
 }
 
 int Document::nextFormPage() {
-  if (databaseOpen_ && viewMode_ == ViewMode::form && pages_.form.showNextPage()) updatePageState();
+  if (recordsetOpen_ && viewMode_ == ViewMode::form && pages_.form.showNextPage()) updatePageState();
   return 0;
 }
 
 int Document::previousFormPage() {
-  if (databaseOpen_ && viewMode_ == ViewMode::form && pages_.form.showPreviousPage()) updatePageState();
+  if (recordsetOpen_ && viewMode_ == ViewMode::form && pages_.form.showPreviousPage()) updatePageState();
   return 0;
 }
 

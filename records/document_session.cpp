@@ -27,10 +27,10 @@ String readText(const wchar_t* name) {
 
 void Document::saveSession() {
   writeText(kLastDatabase, databasePath_);
-  writeText(kLastTable, tableName_);
-  writeText(kLastQuery, queryName_);
-  writeText(kLastSql, sqlText_);
-  SettingsStore::WriteDword(SettingsStore::kOptions, kOpenQuery, openedFromQuery_ ? 1 : 0);
+  writeText(kLastTable, tableName());
+  writeText(kLastQuery, queryName());
+  writeText(kLastSql, sqlText());
+  SettingsStore::WriteDword(SettingsStore::kOptions, kOpenQuery, openedFromQuery() ? 1 : 0);
 }
 
 RestoreResult Document::restoreSession() {
@@ -46,30 +46,23 @@ RestoreResult Document::restoreSession() {
   reselectTable_ = true;
   if (restoreRecords(table, query, openQuery != 0)) return RestoreResult::records;
 
-  tableName_.clear();
-  sqlText_.clear();
+  wanted_.chooseNone();
   setViewMode(ViewMode::tables);
   if (tableNames_.isEmpty()) return RestoreResult::noTables;
-  selectFirstTable();
+  openTableSelection(0);
   return RestoreResult::tables;
 }
 
 bool Document::restoreRecords(const String& table, const String& query, bool asQuery) {
   if (asQuery && !query.isEmpty()) {
     String sql;
-    queryName_ = query;
-    tableName_ = table;
     if (!SettingsStore::ReadString(SettingsStore::kOptions, kLastSql, sql)) return false;
-    sqlText_ = sql;
-    sqlPending_ = true;
+    wanted_.chooseQuery(query, sql, table);
     setViewMode(ViewMode::form);
-    if (recordsetOpen_) openedFromQuery_ = true;
     return recordsetOpen_;
   }
   if (table.isEmpty()) return false;
-  tableName_ = table;
-  sqlPending_ = true;
-  buildTableSql();
+  wanted_.chooseTable(table);
   setViewMode(ViewMode::form);
   return recordsetOpen_;
 }

@@ -84,6 +84,8 @@ class FormPage {
   /// The editors of the current page.
   virtual void showEditors() = 0;
   virtual void hideEditors() = 0;
+  /// The editors hold nothing, as there is no record.
+  virtual void clearEditors() = 0;
 
   /// Shows the values of the current record in the editors, and gives the focus to that of field 0.
   virtual void loadRecord() = 0;

@@ -26,7 +26,8 @@ class UserPrompts {
 
   /// As MessageBoxW, whose flags and result it has.
   virtual int showMessage(PromptOwner owner, const wchar_t* text, const wchar_t* caption, UINT flags) = 0;
-  /// The full path; none when the user cancels.
+  /// The full path; none when the user cancels. A file that exists is given for FileChoice::create only
+  /// when the user wants it replaced.
   virtual std::optional<String> chooseFile(FileChoice choice) = 0;
   /// Runs the Find dialog, which posts message 1225 to the main window for each step of the search.
   virtual void showFindDialog(FindState& state, NameList fieldNames) = 0;

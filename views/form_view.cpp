@@ -143,6 +143,10 @@ void FormView::loadRecord() {
   if (!rows_.empty()) rows_.front().editor->takeFocus();
 }
 
+void FormView::clearEditors() {
+  for (Row& row : rows_) row.editor->load(String(), false);
+}
+
 bool FormView::takeChange() {
   for (Row& row : rows_) {
     if (row.editor->takeChange()) return true;

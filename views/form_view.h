@@ -29,6 +29,7 @@ class FormView final : public FormPage {
   void tearDown() override;
   void showEditors() override { showPage(true); }
   void hideEditors() override { showPage(false); }
+  void clearEditors() override;
   void loadRecord() override;
   bool takeChange() override;
   void writeRecord() override;

@@ -274,8 +274,9 @@ void RecordListView::fitColumns() {
 
 void RecordListView::updateColumnButtons() {
   if (!document_) return;
+  const int shownFieldCount = document_->isRecordsetOpen() ? fieldCount_ : 0;
   document_->commandBar().apply(
-      columnStates({.fieldCount = fieldCount_, .firstSlidingColumn = firstSlidingColumn_}));
+      columnStates({.fieldCount = shownFieldCount, .firstSlidingColumn = firstSlidingColumn_}));
 }
 
 void RecordListView::recordDeleted() {

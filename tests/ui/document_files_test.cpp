@@ -1,6 +1,8 @@
 // The commands for databases, tables and saved queries.
 #include <fstream>
+#include <iterator>
 
+#include "resources/command_ids.h"
 #include "tests/ui/document_fixture.h"
 
 using testing::Contains;
@@ -58,13 +60,38 @@ TEST_F(DocumentFilesTest, NewClosesTheDatabaseAlsoWhenItIsCancelled) {
   EXPECT_FALSE(document().isDatabaseOpen());
 }
 
-TEST_F(DocumentFilesTest, NewDoesNotReplaceADatabase) {
+TEST_F(DocumentFilesTest, NewReplacesTheFileThatWasChosenAndLeavesNothingBeside) {
+  open();
   choose(path());
+  EXPECT_EQ(document().newDatabaseCommand(), CommandResult::done);
+  EXPECT_THAT(messages(), IsEmpty());
+  EXPECT_THAT(window().tables->items, IsEmpty());
+  EXPECT_STREQ(document().databasePath().text(), path().c_str());
+  document().closeDatabase();
+  const std::filesystem::directory_iterator folder(path().parent_path());
+  EXPECT_EQ(std::distance(begin(folder), end(folder)), 1);
+}
+
+TEST_F(DocumentFilesTest, WhatCantBeReplacedStaysAndTheReasonIsTrue) {
+  std::filesystem::create_directory(file("taken.cdb"));
+  writeText(file("taken.cdb") / "list.txt");
+  choose(file("taken.cdb"));
   EXPECT_EQ(document().newDatabaseCommand(), CommandResult::failed);
   ASSERT_EQ(messages().size(), 1u);
   EXPECT_THAT(messages()[0].text, HasSubstr(L"could not be created.\n"));
-  open();
-  EXPECT_EQ(window().tables->items.size(), 3u);
+  EXPECT_THAT(messages()[0].text, testing::Not(HasSubstr(L"recordset")));
+  EXPECT_GT(messages()[0].text.size(), messages()[0].text.find(L'\n') + 10) << "the reason is missing";
+  EXPECT_TRUE(std::filesystem::exists(file("taken.cdb") / "list.txt"));
+  const std::filesystem::directory_iterator folder(path().parent_path());
+  EXPECT_EQ(std::distance(begin(folder), end(folder)), 2) << "what was made beside it is left";
+}
+
+TEST_F(DocumentFilesTest, WhereThereIsNoFolderNewSaysSo) {
+  choose(file("nowhere") / "made.cdb");
+  EXPECT_EQ(document().newDatabaseCommand(), CommandResult::failed);
+  ASSERT_EQ(messages().size(), 1u);
+  EXPECT_THAT(messages()[0].text, HasSubstr(L"could not be created.\n"));
+  EXPECT_THAT(messages()[0].text, testing::Not(HasSubstr(L"recordset")));
 }
 
 TEST_F(DocumentFilesTest, TheOpenFileIsNotDeleted) {
@@ -141,6 +168,48 @@ TEST_F(DocumentFilesTest, AfterTheLastTableThereAreNoRecords) {
   ASSERT_EQ(document().deleteTableCommand(), CommandResult::done);
   document().setViewMode(ViewMode::form);
   EXPECT_EQ(window().bar.position, L"No Records");
+}
+
+TEST_F(DocumentFilesTest, TheFormGoesWithItsRecordset) {
+  makeDatabase(file("one.cdb"), {L"CREATE TABLE 'Only' (a Integer)", L"INSERT INTO Only VALUES (1)"});
+  ASSERT_TRUE(document().openDatabase(file("one.cdb").c_str()));
+  window().form.pages = 2;
+  document().setViewMode(ViewMode::form);
+  EXPECT_TRUE(window().bar.onToolbar[ID_PAGE_NEXT]);
+  document().setViewMode(ViewMode::tables);
+  window().takeCalls();
+  window().prompts.answer = IDYES;
+  ASSERT_EQ(document().deleteTableCommand(), CommandResult::done);
+  EXPECT_THAT(window().takeCalls(), Contains("form.tearDown"));
+  document().setViewMode(ViewMode::form);
+  EXPECT_FALSE(window().bar.onToolbar[ID_PAGE_NEXT]);
+  EXPECT_FALSE((window().bar.inMenu[{PopupMenu::record, ID_PAGE_NEXT}]));
+}
+
+TEST_F(DocumentFilesTest, WhoDoesNotDeleteTheTableKeepsTheQueryInUse) {
+  addQueries();
+  open();
+  document().setViewMode(ViewMode::queries);
+  document().openQuerySelection(0);
+  document().setViewMode(ViewMode::tables);
+  window().prompts.answer = IDNO;
+  EXPECT_EQ(document().deleteTableCommand(), CommandResult::cancelled);
+  EXPECT_EQ(messages()[0].text, L"Are you sure you want to delete table 'First One' ?");
+  EXPECT_STREQ(document().queryName().text(), L"big");
+}
+
+TEST_F(DocumentFilesTest, WithTheirTableTheQueriesAreGone) {
+  addQueries();
+  open();
+  document().setViewMode(ViewMode::queries);
+  ASSERT_THAT(window().queries->items, ElementsAre(L"big", L"wrong"));
+  document().setViewMode(ViewMode::tables);
+  document().openTableSelection(3);
+  window().prompts.answer = IDYES;
+  ASSERT_EQ(document().deleteTableCommand(), CommandResult::done);
+  document().setViewMode(ViewMode::queries);
+  EXPECT_THAT(window().queries->items, IsEmpty());
+  EXPECT_FALSE((window().bar.inMenu[{PopupMenu::queries, ID_QUERY_EDIT}]));
 }
 
 TEST_F(DocumentFilesTest, ATableIsNotDeletedFromAnotherPage) {

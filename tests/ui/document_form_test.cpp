@@ -224,9 +224,9 @@ TEST_F(DocumentFormTest, ClosingStoresWhatWasChangedFirst) {
   showForm();
   window().form.changed = true;
   EXPECT_EQ(document().closeDatabase(), 0);
-  EXPECT_THAT(window().takeCalls(),
-              ElementsAre("form.takeChange", "form.writeRecord", "tables.deleteAllItems",
-                          "tables.clearRememberedSelection", "queries.setSelectedIndex 0", "form.tearDown"));
+  EXPECT_THAT(window().takeCalls(), ElementsAre("form.takeChange", "form.writeRecord", "form.tearDown",
+                                                "tables.deleteAllItems", "tables.clearRememberedSelection",
+                                                "queries.deleteAllItems", "queries.setSelectedIndex 0"));
 }
 
 }  // namespace

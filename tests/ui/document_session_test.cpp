@@ -2,6 +2,7 @@
 #include <windows.h>
 
 #include "base/settings_store.h"
+#include "resources/command_ids.h"
 #include "tests/ui/document_fixture.h"
 
 namespace {
@@ -94,6 +95,25 @@ TEST_F(DocumentSessionTest, TheTableIsBackOnTheForm) {
   EXPECT_EQ(document().viewMode(), ViewMode::form);
   EXPECT_STREQ(document().tableName().text(), L"Second");
   EXPECT_EQ(value(), L"1");
+}
+
+TEST_F(DocumentSessionTest, TheCommandsOfARestoredTableFollowItsRecords) {
+  leaveTable(1);
+  ASSERT_EQ(document().restoreSession(), RestoreResult::records);
+  document().updateMenusForDatabase(true);
+  const auto inMenu = [this](PopupMenu menu, int command) { return window().bar.inMenu[{menu, command}]; };
+  EXPECT_FALSE(inMenu(PopupMenu::record, ID_RECORD_NUMBER));
+  EXPECT_TRUE(inMenu(PopupMenu::record, ID_RECORD_DELETE));
+  EXPECT_TRUE(inMenu(PopupMenu::edit, ID_FIND));
+  document().closeDatabase();
+  restart();
+  runStatements(path(), {L"DELETE FROM Second"});
+  ASSERT_EQ(document().restoreSession(), RestoreResult::records);
+  document().updateMenusForDatabase(true);
+  EXPECT_FALSE(inMenu(PopupMenu::record, ID_RECORD_NUMBER));
+  EXPECT_FALSE(inMenu(PopupMenu::record, ID_RECORD_DELETE));
+  EXPECT_FALSE(inMenu(PopupMenu::edit, ID_FIND));
+  EXPECT_TRUE(inMenu(PopupMenu::record, ID_RECORD_NEW));
 }
 
 TEST_F(DocumentSessionTest, TheTablesPageThenSelectsTheTable) {

@@ -1,3 +1,7 @@
+#include <functional>
+
+#include "base/options.h"
+#include "resources/command_ids.h"
 #include "tests/ui/document_fixture.h"
 
 using testing::ElementsAre;
@@ -35,9 +39,9 @@ TEST_F(DocumentTest, ClosingForgetsEverything) {
   document().setViewMode(ViewMode::form);
   window().takeCalls();
   EXPECT_EQ(document().closeDatabase(), 0);
-  EXPECT_THAT(window().takeCalls(),
-              ElementsAre("form.takeChange", "tables.deleteAllItems", "tables.clearRememberedSelection",
-                          "queries.setSelectedIndex 0", "form.tearDown"));
+  EXPECT_THAT(window().takeCalls(), ElementsAre("form.takeChange", "form.tearDown", "tables.deleteAllItems",
+                                                "tables.clearRememberedSelection", "queries.deleteAllItems",
+                                                "queries.setSelectedIndex 0"));
   EXPECT_FALSE(document().isDatabaseOpen());
   EXPECT_FALSE(document().isRecordsetOpen());
   EXPECT_EQ(theAppSettings->databaseOpen, 0u);
@@ -55,10 +59,11 @@ TEST_F(DocumentTest, ClosingOnTheListPageClearsTheGridAndGoesToTheTables) {
   window().takeCalls();
   EXPECT_EQ(document().closeDatabase(), 0);
   const Calls calls = window().takeCalls();
-  ASSERT_GE(calls.size(), 3u);
-  EXPECT_EQ(calls[0], "grid.clear");
-  EXPECT_EQ(calls[1], "grid.hide");
-  EXPECT_EQ(calls[2], "tables.show");
+  ASSERT_GE(calls.size(), 4u);
+  EXPECT_EQ(calls[0], "form.tearDown");
+  EXPECT_EQ(calls[1], "grid.clear");
+  EXPECT_EQ(calls[2], "grid.hide");
+  EXPECT_EQ(calls[3], "tables.show");
   EXPECT_EQ(document().viewMode(), ViewMode::tables);
   EXPECT_EQ(currentRecord, 0u);
 }
@@ -74,7 +79,87 @@ TEST_F(DocumentTest, ADatabaseOpensAgainAfterClosing) {
   EXPECT_EQ(currentRecord, 1u);
 }
 
+TEST_F(DocumentTest, OpeningAndMakingLeaveThePageOfTheClosedDatabaseAndEmptyBothLists) {
+  addQueries();
+  struct Row {
+    ViewMode mode;
+    const char* left;
+  };
+  constexpr Row kRows[] = {{ViewMode::tables, "tables.hide"},
+                           {ViewMode::form, "form.hide"},
+                           {ViewMode::list, "grid.hide"},
+                           {ViewMode::queries, "queries.hide"},
+                           {ViewMode::none, "form.hide"}};
+  const auto openOther = [this] { return document().openDatabaseCommand(); };
+  const auto makeOther = [this] { return document().newDatabaseCommand(); };
+  const auto closeAndOpen = [this] {
+    document().closeDatabase();
+    EXPECT_THAT(window().tables->items, IsEmpty());
+    EXPECT_THAT(window().queries->items, IsEmpty());
+    return document().openDatabaseCommand();
+  };
+  makeDatabase(file("other.cdb"), {});
+  for (const std::function<CommandResult()>& command :
+       {std::function<CommandResult()>(openOther), std::function<CommandResult()>(makeOther),
+        std::function<CommandResult()>(closeAndOpen)}) {
+    for (const Row& row : kRows) {
+      ASSERT_NO_FATAL_FAILURE(open());
+      document().setViewMode(ViewMode::queries);
+      document().setViewMode(ViewMode::tables);
+      document().setViewMode(row.mode);
+      window().takeCalls();
+      window().prompts.file = String(file("other.cdb").c_str());
+      EXPECT_EQ(command(), CommandResult::done);
+      EXPECT_THAT(window().takeCalls(), testing::Contains(row.left));
+      EXPECT_EQ(document().viewMode(), ViewMode::tables);
+      EXPECT_THAT(window().tables->items, IsEmpty());
+      EXPECT_THAT(window().queries->items, IsEmpty());
+      document().closeDatabase();
+    }
+  }
+}
+
 // ---- Choosing
+
+TEST_F(DocumentTest, WhatAListReportsWhileItIsFilledIsNobodysChoice) {
+  addQueries();
+  open();
+  window().queries->report = [this] { document().openQuerySelection(0); };
+  document().setViewMode(ViewMode::queries);
+  EXPECT_STREQ(document().tableName().text(), L"First One");
+  EXPECT_TRUE(document().queryName().isEmpty());
+  document().setViewMode(ViewMode::list);
+  EXPECT_EQ(recordCount, 3u);
+}
+
+TEST_F(DocumentTest, AfterANewQueryATapOnTheSelectedTableTakesTheTable) {
+  open();
+  document().setViewMode(ViewMode::queries);
+  ASSERT_TRUE(document().addQuery({L"big", L"Select * from [First One] where a > 10"}));
+  window().tables->report = [this] { document().openTableSelection(0); };
+  document().setViewMode(ViewMode::tables);
+  EXPECT_THAT(window().takeCalls(), testing::Contains("tables.fill 5")) << "the table of the queries is new";
+  document().setViewMode(ViewMode::list);
+  EXPECT_EQ(recordCount, 2u) << "the new query is in use until a table is tapped";
+  document().setViewMode(ViewMode::tables);
+  document().openTableSelection(0);
+  document().setViewMode(ViewMode::list);
+  EXPECT_EQ(recordCount, 3u);
+  EXPECT_TRUE(document().queryName().isEmpty());
+}
+
+TEST_F(DocumentTest, AChoiceThatIsNotServedYetOutlastsEverySwitch) {
+  open();
+  document().setViewMode(ViewMode::list);
+  document().setViewMode(ViewMode::tables);
+  document().openTableSelection(1);
+  String reason;
+  document().returnsRecords(L"Select nothing", reason);
+  document().setViewMode(ViewMode::queries);
+  document().setViewMode(ViewMode::form);
+  EXPECT_EQ(recordCount, 1u);
+  EXPECT_STREQ(document().fieldName(0).text(), L"b");
+}
 
 TEST_F(DocumentTest, TheRecordsFollowAtTheNextSwitch) {
   open();
@@ -150,7 +235,7 @@ TEST_F(DocumentTest, AQueryThatDoesNotRunLeavesNoRecordset) {
   window().takeCalls();
   document().setViewMode(ViewMode::list);
   EXPECT_FALSE(document().isRecordsetOpen());
-  EXPECT_THAT(window().takeCalls(), ElementsAre("queries.hide", "form.tearDown"));
+  EXPECT_THAT(window().takeCalls(), ElementsAre("queries.hide", "form.tearDown", "grid.updateColumnButtons"));
   document().setViewMode(ViewMode::form);
   EXPECT_FALSE(document().isRecordsetOpen());
 }
@@ -230,6 +315,48 @@ TEST_F(DocumentTest, AFormThatIsEnteredFromElsewhereGoesToTheFirstRecord) {
   document().setViewMode(ViewMode::form);
   EXPECT_EQ(currentRecord, 1u);
   EXPECT_EQ(value(), L"10");
+}
+
+TEST_F(DocumentTest, OnlyTheFormThatGoesToTheChosenRowForgetsIt) {
+  runStatements(path(), {L"INSERT INTO Second VALUES (2)"});
+  open();
+  document().setViewMode(ViewMode::list);
+  window().grid.row = 2;
+  document().setViewMode(ViewMode::tables);
+  document().openTableSelection(1);
+  document().setViewMode(ViewMode::form);
+  EXPECT_EQ(currentRecord, 1u) << "a row of another table";
+  document().moveNextRecord();
+  document().setViewMode(ViewMode::tables);
+  document().setViewMode(ViewMode::form);
+  EXPECT_EQ(currentRecord, 2u);
+  document().setViewMode(ViewMode::tables);
+  document().setViewMode(ViewMode::form);
+  EXPECT_EQ(currentRecord, 1u);
+}
+
+TEST_F(DocumentTest, EnteringTheFormAgainWithoutRecordsClearsTheEditors) {
+  theAppSettings->options().setGenUpdateRights(kNewRecordsAndDeletions);
+  theAppSettings->options().setWarningOnDeletion(0);
+  open();
+  document().openTableSelection(1);
+  document().setViewMode(ViewMode::form);
+  document().deleteRecord();
+  ASSERT_EQ(recordCount, 0u);
+  document().setViewMode(ViewMode::tables);
+  window().takeCalls();
+  document().setViewMode(ViewMode::form);
+  EXPECT_THAT(window().takeCalls(), testing::Contains("form.clearEditors"));
+}
+
+TEST_F(DocumentTest, LayingTheFormOutAnewUpdatesItsPageCommands) {
+  open();
+  document().setViewMode(ViewMode::form);
+  EXPECT_FALSE(window().bar.onToolbar[ID_PAGE_NEXT]);
+  window().form.pages = 2;
+  document().layOutForm(false);
+  EXPECT_TRUE(window().bar.onToolbar[ID_PAGE_NEXT]);
+  EXPECT_TRUE((window().bar.inMenu[{PopupMenu::record, ID_PAGE_NEXT}]));
 }
 
 TEST_F(DocumentTest, TheGridIsFilledAtTheCurrentRecord) {

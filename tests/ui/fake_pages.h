@@ -25,6 +25,7 @@ struct FakeForm final : FormPage {
   void tearDown() override { calls.push_back("form.tearDown"); }
   void showEditors() override { calls.push_back("form.showEditors"); }
   void hideEditors() override { calls.push_back("form.hideEditors"); }
+  void clearEditors() override { calls.push_back("form.clearEditors"); }
   void loadRecord() override { calls.push_back("form.loadRecord"); }
   bool takeChange() override {
     calls.push_back("form.takeChange");
@@ -104,12 +105,14 @@ struct FakeNames : Page {
   void take(const NameList& names) {
     items.clear();
     for (std::uint32_t i = 0; i < names.size(); ++i) items.emplace_back(names[i].text());
+    if (report) report();
   }
 
   Calls& calls;
   std::string name;
   std::vector<std::wstring> items;
   int selected = 0;
+  std::function<void()> report;  ///< what the list reports while it is filled
 };
 
 struct FakeTables final : FakeNames<TablesPage> {

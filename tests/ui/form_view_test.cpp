@@ -112,6 +112,15 @@ TEST_F(FormViewTest, WithoutRecordsNoPageIsShownAndNothingIsLoaded) {
   EXPECT_FALSE(view().takeChange());
 }
 
+TEST_F(FormViewTest, ClearedEditorsHoldNothingAndCountAsUnchanged) {
+  showTable(L"CREATE TABLE 'T' (abc Text, n Integer)", {L"INSERT INTO T VALUES ('left over', 7)"});
+  ASSERT_EQ(textOf(textEditor(0)), L"left over");
+  view().clearEditors();
+  EXPECT_EQ(textOf(textEditor(0)), L"");
+  EXPECT_EQ(textOf(textEditor(1)), L"");
+  EXPECT_FALSE(view().takeChange());
+}
+
 TEST_F(FormViewTest, TheFocusGoesToTheFirstFieldAlsoFromAnotherPage) {
   showFields(20, L"Text");
   EXPECT_EQ(GetFocus(), textEditor(0));

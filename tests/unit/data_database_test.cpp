@@ -168,6 +168,16 @@ TEST_F(DatabaseCallsTest, DroppingRunsItsStatementAsARecordsetOfTheStoreWithoutA
                           "Open DROP DATABASE 'a b.cdb' cursor 2 lock 3 options 1", "Close", "disconnect"));
 }
 
+TEST_F(DatabaseCallsTest, AfterAFailedDropTheConnectionStaysWithTheStoreAndAfterAFailedCreateItDoesNot) {
+  store_.statementResult = E_FAIL;
+  store_.calls.clear();
+  EXPECT_FALSE(database_.dropDatabase(L"a.cdb"));
+  EXPECT_THAT(store_.calls, testing::Contains("connect options -1"));
+  EXPECT_NE(store_.calls.back(), "disconnect");
+  EXPECT_FALSE(database_.createDatabase(L"a.cdb"));
+  EXPECT_EQ(store_.calls.back(), "disconnect");
+}
+
 /// The path with which the statement fills its 199 characters.
 std::wstring longestPath(const wchar_t* verb) {
   return std::wstring(199 - std::wstring(verb).size() - std::wstring(L" DATABASE ''").size(), L'x');

@@ -126,7 +126,7 @@ class FakeRecordsetObject final : public FakeObject<IAdoceRecordset> {
                        std::to_string(lockType) + " options " + std::to_string(options);
     if (!activeConnection.pdispVal) call += " without connection";
     store_.calls.push_back(call);
-    return store_.openResult;
+    return FAILED(store_.openResult) ? store_.openResult : store_.statementResult;
   }
   HRESULT STDMETHODCALLTYPE Close() override { return note("Close", S_OK); }
   HRESULT STDMETHODCALLTYPE MoveFirst() override { return note("MoveFirst", store_.moveResult); }

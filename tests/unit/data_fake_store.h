@@ -29,6 +29,7 @@ struct FakeStore {
   int fieldsFetched = 0;   ///< how often the collection was asked for
   int recordsetsLive = 0;  ///< Recordset objects not yet released
   HRESULT openResult = S_OK;
+  HRESULT statementResult = S_OK;  ///< of opening a recordset, where openResult is a success
   HRESULT moveResult = S_OK;
   HRESULT addNewResult = S_OK;
   HRESULT updateResult = S_OK;

@@ -110,12 +110,12 @@ TEST_F(RefusalTest, ATableThatCantBeMadeSaysWhy) {
 TEST_F(RefusalTest, AnotherFileIsDeletedAndTheOpenOneGoesOn) {
   makeDatabase(pathOf("other.cdb"), {});
   openTable(L"a integer", {L"1", L"2"});
-  EXPECT_TRUE(database_.dropOtherDatabase(pathOf("other.cdb").c_str()));
+  EXPECT_TRUE(database_.dropDatabase(pathOf("other.cdb").c_str()));
   EXPECT_FALSE(std::filesystem::exists(pathOf("other.cdb")));
   EXPECT_TRUE(database_.isOpen());
   EXPECT_TRUE(database_.moveNext());
   EXPECT_EQ(value(), L"2");
-  EXPECT_FALSE(database_.dropOtherDatabase(pathOf("other.cdb").c_str()));
+  EXPECT_FALSE(database_.dropDatabase(pathOf("other.cdb").c_str()));
   EXPECT_FALSE(reason().empty());
   EXPECT_EQ(database_.recordCount(), 2u);
 }

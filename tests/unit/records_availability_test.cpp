@@ -66,15 +66,16 @@ TEST(FormPageStates, FollowThePage) {
     Commands expected;
   };
   const Row rows[] = {
-      {{true, true, ViewMode::form, 0, 0}, {}},
-      {{true, true, ViewMode::form, 0, 1}, {}},
-      {{true, true, ViewMode::form, 0, 3}, {ID_PAGE_NEXT}},
-      {{true, true, ViewMode::form, 1, 3}, {ID_PAGE_NEXT, ID_PAGE_PREVIOUS}},
-      {{true, true, ViewMode::form, 2, 3}, {ID_PAGE_PREVIOUS}},
-      {{false, true, ViewMode::form, 1, 3}, {}},
-      {{true, false, ViewMode::form, 1, 3}, {}},
-      {{true, true, ViewMode::list, 1, 3}, {}},
-      {{true, true, ViewMode::none, 1, 3}, {}},
+      {{true, true, true, ViewMode::form, 0, 0}, {}},
+      {{true, true, true, ViewMode::form, 0, 1}, {}},
+      {{true, true, true, ViewMode::form, 0, 3}, {ID_PAGE_NEXT}},
+      {{true, true, true, ViewMode::form, 1, 3}, {ID_PAGE_NEXT, ID_PAGE_PREVIOUS}},
+      {{true, true, true, ViewMode::form, 2, 3}, {ID_PAGE_PREVIOUS}},
+      {{false, true, true, ViewMode::form, 1, 3}, {}},
+      {{true, false, true, ViewMode::form, 1, 3}, {}},
+      {{true, true, false, ViewMode::form, 1, 3}, {}},
+      {{true, true, true, ViewMode::list, 1, 3}, {}},
+      {{true, true, true, ViewMode::none, 1, 3}, {}},
   };
   for (const Row& row : rows) {
     EXPECT_EQ(all(formPageStates(row.facts), &CommandState::enabled), row.expected)

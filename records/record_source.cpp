@@ -1,0 +1,39 @@
+#include "records/record_source.h"
+
+#include <cwchar>
+#include <string>
+#include <utility>
+
+void RecordSource::chooseTable(const String& name) {
+  // The brackets are always written, so that names with blanks work.
+  String sql = (std::wstring(L"Select * from [") + name.text() + L"]").c_str();
+  tableName_ = name;
+  queryName_.clear();
+  sqlText_ = std::move(sql);
+  kind_ = Kind::table;
+  ++generation_;
+}
+
+void RecordSource::chooseQuery(const String& name, const String& sql, const String& table) {
+  tableName_ = table;
+  queryName_ = name;
+  sqlText_ = sql;
+  kind_ = Kind::query;
+  ++generation_;
+}
+
+void RecordSource::chooseNone() {
+  kind_ = Kind::none;
+  tableName_.clear();
+  queryName_.clear();
+  sqlText_.clear();
+  ++generation_;
+}
+
+void RecordSource::chooseAgain() {
+  ++generation_;
+}
+
+bool RecordSource::isTable(const String& name) const {
+  return kind_ == Kind::table && std::wcscmp(tableName_.text(), name.text()) == 0;
+}
