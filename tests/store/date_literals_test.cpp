@@ -122,8 +122,8 @@ TEST(DateLiteralTextsTest, PartsOfLargerValuesStay) {
        "SELECT a FROM t WHERE '2001/03/09' = Born || ''", "SELECT a FROM t WHERE a || '2001/03/09' = Born",
        "SELECT a FROM t WHERE '2001/03/09' = t.Born + 1", "SELECT a FROM t WHERE 1 + t.Born = '2001/03/09'",
        "SELECT a FROM t WHERE Born BETWEEN '2001/03/09' || a AND '2001/03/09' || a",
-       "SELECT a FROM t WHERE Born = max('3/9/2001', a)", "SELECT a FROM t WHERE abs(Born) = '3/9/2001'",
-       "SELECT a FROM t WHERE Born IN (date('2001/01/01'))",
+       "SELECT a FROM t WHERE Born = max('3/9/2001', a)", "SELECT a FROM t WHERE max(Born, a) = '3/9/2001'",
+       "SELECT a FROM t WHERE abs(Born) = '3/9/2001'", "SELECT a FROM t WHERE Born IN (date('2001/01/01'))",
        "SELECT a FROM t WHERE Born IN ('2001/01/01' || '')",
        "INSERT INTO t (Born) VALUES ('2001/03/09' || 'a')",
        "INSERT INTO t (Born) VALUES (date('2001/03/09'))"});
@@ -313,6 +313,28 @@ TEST_F(DateLiteralsTest, ADateIsOneThroughViewsSubqueriesAndAliases) {
   EXPECT_EQ(columnOf("SELECT sum(CASE WHEN Born = '3/9/2001' THEN 1 ELSE 0 END) FROM t"), "5");
   EXPECT_EQ(columnOf("SELECT count(*) FROM t GROUP BY Born HAVING Born = '3/9/2001' ORDER BY 1"),
             "1 1 1 1 1");
+}
+
+TEST_F(DateLiteralsTest, TheNameOfAResultHidesTheColumnsOfTablesAround) {
+  const std::string texts = "(SELECT a AS D FROM t WHERE D = '2001-03-09 00:00:00')";
+  EXPECT_EQ(columnOf("SELECT count(*) FROM u JOIN " + texts + " ON u.Id = 1"), "1");
+  EXPECT_EQ(columnOf("SELECT count(*) FROM u WHERE Id IN (SELECT count(*) FROM " + texts + ")"), "1");
+  EXPECT_EQ(columnOf("SELECT (SELECT count(*) FROM (SELECT 1) WHERE D = '3/9/2001') FROM u WHERE Id < 2"),
+            "1");
+  EXPECT_EQ(
+      columnOf(
+          "SELECT count(*) FROM u WHERE EXISTS (SELECT a AS D FROM t WHERE D = '2001-03-09 00:00:00' AND "
+          "Id = 1)"),
+      "0");
+}
+
+TEST_F(DateLiteralsTest, TheLeastAndTheGreatestOfADateColumnAreDates) {
+  run("UPDATE t SET Born = '2001-03-08T10:00' WHERE Id > 5");
+  EXPECT_EQ(columnOf("SELECT 1 FROM t GROUP BY Id > 5 HAVING max(Born) < '3/9/2001'"), "1");
+  EXPECT_EQ(columnOf("SELECT count(*) FROM t GROUP BY Id HAVING '3/9/2001' = (MIN(t.[Born])) LIMIT 1"), "1");
+  EXPECT_EQ(columnOf("SELECT count(*) FROM t HAVING max(Born) BETWEEN '3/9/2001' AND '3/9/2001'"), "10");
+  EXPECT_EQ(columnOf("SELECT count(*) FROM t HAVING min(Born) IN ('3/9/2001')"), "10");
+  EXPECT_EQ(tryRun("SELECT 1 FROM t HAVING max(Born) < 'March 9, 2001'").code(), ErrorCode::errorsInCommand);
 }
 
 TEST_F(DateLiteralsTest, AnIndexOnTheColumnStaysOfUse) {

@@ -160,7 +160,7 @@ Status DateComparisons::compare(std::size_t index, Span literal, const Operand& 
   statement_.replace(index, momentLiteral(read.moment));
   const Span whole =
       columnIsFirst ? Span{column.whole.first, literal.last} : Span{literal.first, column.whole.last};
-  if (!standsAlone(whole)) return {};
+  if (!standsAlone(whole) || column.isExtreme) return {};
   const bool hasUpper =
       comparison.isEqual || (comparison.isRelation && comparison.pointsDown == columnIsFirst);
   const bool hasLower =
@@ -225,7 +225,7 @@ Status DateComparisons::readBetween(std::size_t between, std::size_t conjunction
     statement_.replace(index, momentLiteral(read.moment));
     moments[isHigh ? 1 : 0] = std::move(read.moment);
   }
-  const bool isWhole = !isNegated && !moments[0].empty() && !moments[1].empty();
+  const bool isWhole = !isNegated && !column->isExtreme && !moments[0].empty() && !moments[1].empty();
   if (isWhole && standsAlone({column->whole.first, highSpan.last})) {
     wrap({column->whole.first, highSpan.last}, column->name, moments[0], moments[1]);
   }
@@ -280,7 +280,7 @@ Status DateComparisons::readIn(std::size_t open) {
   // Of the operands of IN the left one says how they are compared.
   statement_.insertBehind(column->whole.last, std::string(" COLLATE ") + kMomentCollation);
   const Span whole{column->whole.first, operands_.closeOf(open)};
-  if (momentCount == elements.size() && !isNegated && standsAlone(whole)) {
+  if (momentCount == elements.size() && !isNegated && !column->isExtreme && standsAlone(whole)) {
     wrap(whole, column->name, lowest, highest);
   }
   return {};

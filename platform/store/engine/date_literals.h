@@ -27,8 +27,8 @@ class DeclaredTypes {
 /// Makes the dates of a statement mean moments. A date literal is a text in single or double quotes, maybe in
 /// parentheses, that isoOfLocalDate or parseIsoDate reads as a day with or without a time. `sql` becomes the
 /// same statement in which
-///  - a date literal that is compared with a date column by = == <> != < <= > >= IS, IS DISTINCT FROM,
-///  BETWEEN
+///  - a date literal that is compared with a date column, or its MIN or MAX, by = == <> != < <= > >= IS, IS
+///  DISTINCT FROM, BETWEEN
 ///    or IN is compared by the collation kMomentCollation, on either side. Where the comparison stands for
 ///    itself, bounds are added that let an index on the column's plain texts be used;
 ///  - a date literal that is stored in a date column by UPDATE or INSERT is written in ISO 8601 by the shape

@@ -63,6 +63,12 @@ Span SqlOperands::withParentheses(Span span) const {
   return span;
 }
 
+/// Whether the name is the only argument of MIN or MAX.
+bool SqlOperands::isExtremeOf(Span name) const {
+  return tokens_[name.first - 1].kind == TokenKind::open && closeOf(name.first - 1) == name.last + 1 &&
+         isOneOfWords(tokens_[name.first - 2], {"MIN", "MAX"});
+}
+
 /// The tokens [first, last] as a name, alone or with those of its table and schema, maybe in parentheses.
 std::optional<Operand> SqlOperands::nameIn(std::size_t first, std::size_t last) const {
   for (std::size_t i = first; i <= last; ++i) {
@@ -72,9 +78,10 @@ std::optional<Operand> SqlOperands::nameIn(std::size_t first, std::size_t last) 
   }
   if ((last - first) % 2 != 0) return std::nullopt;
   const Span name{first, last};
-  const Span whole = withParentheses(name);
+  const bool isExtreme = isExtremeOf(name);
+  const Span whole = withParentheses(isExtreme ? Span{first - 2, last + 1} : name);
   if (isTight(tokens_[whole.first - 1]) || isTight(tokens_[whole.last + 1])) return std::nullopt;
-  return Operand{whole, name};
+  return Operand{whole, name, isExtreme};
 }
 
 std::optional<Operand> SqlOperands::operandEndingAt(std::size_t index) const {
@@ -89,7 +96,10 @@ std::optional<Operand> SqlOperands::operandEndingAt(std::size_t index) const {
 
 std::optional<Operand> SqlOperands::operandBeginningAt(std::size_t index) const {
   std::size_t first = index;
-  while (tokens_[first].kind == TokenKind::open) ++first;
+  while (tokens_[first].kind == TokenKind::open ||
+         (isOneOfWords(tokens_[first], {"MIN", "MAX"}) && tokens_[first + 1].kind == TokenKind::open)) {
+    ++first;
+  }
   std::size_t last = first;
   while (tokens_[last + 1].kind == TokenKind::dot) last += 2;
   if (last >= tokens_.count()) return std::nullopt;

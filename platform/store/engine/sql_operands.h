@@ -14,10 +14,12 @@ struct Span {
   std::size_t last = 0;
 };
 
-/// A column as a statement names it, alone or with its table and schema.
+/// A column as a statement names it, alone or with its table and schema, or the least or greatest of its
+/// values.
 struct Operand {
   Span whole;  ///< with parentheses around it
   Span name;
+  bool isExtreme = false;  ///< MIN(name) or MAX(name)
 };
 
 /// Whether the token is a dot, or an operator that binds its operands more tightly than a comparison: what
@@ -52,6 +54,7 @@ class SqlOperands {
 
  private:
   bool isGrouping(std::size_t open) const;
+  bool isExtremeOf(Span name) const;
   std::optional<Operand> nameIn(std::size_t first, std::size_t last) const;
 
   const Tokens& tokens_;

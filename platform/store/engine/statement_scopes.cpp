@@ -127,15 +127,16 @@ std::string StatementScopes::sourceOf(const Scope& scope) const {
   return table + (table.empty() || from.empty() ? "" : ", ") + from;
 }
 
-/// `select` inside all that surrounds the scope.
-std::string StatementScopes::within(std::size_t scope, std::string select) const {
+/// `select` inside all that surrounds the scope: the WITH clauses, and the tables if it sees them.
+std::string StatementScopes::within(std::size_t scope, std::string select, bool seesTables) const {
   for (; scope != kNone; scope = scopes_[scope].parent) {
     const std::size_t parent = scopes_[scope].parent;
     if (parent == kNone) break;
     const Scope& around = scopes_[parent];
     if (around.with.isWhole()) {
       select = text(around.with) + " SELECT (" + select + ")";
-    } else if (const std::string source = sourceOf(around); scopes_[scope].seesParent && !source.empty()) {
+    } else if (const std::string source = sourceOf(around);
+               seesTables && scopes_[scope].seesParent && !source.empty()) {
       select = "SELECT (" + select + ") FROM " + source;
     }
   }
@@ -153,15 +154,18 @@ std::vector<std::string> StatementScopes::questions(std::size_t scope, std::stri
   const std::string select = "SELECT " + std::string(name);
   const std::string source = sourceOf(own);
   std::vector<std::string> texts;
-  texts.push_back(within(scope, source.empty() ? select : select + " FROM " + source));
-  if (own.results.isWhole() && !source.empty()) {
-    texts.push_back(within(scope, select + " FROM (SELECT " + text(own.results) + " FROM " + source + ")"));
+  // The names of a SELECT's own results hide those of the tables around it.
+  for (const bool seesTables : {false, true}) {
+    texts.push_back(within(scope, source.empty() ? select : select + " FROM " + source, seesTables));
+    if (!own.results.isWhole() || source.empty()) continue;
+    const std::string results = "(SELECT " + text(own.results) + " FROM " + source + ")";
+    texts.push_back(within(scope, select + " FROM " + results, seesTables));
   }
   if (own.isInsert && own.table.isWhole()) {
     const bool hasAlias = isWord(tokens_[own.table.last - 2], "AS");
     const std::size_t last = hasAlias ? own.table.last - 2 : own.table.last;
     texts.push_back(within(
-        scope, select + " FROM " + std::string(tokens_.slice(own.table.first, last)) + " AS excluded"));
+        scope, select + " FROM " + std::string(tokens_.slice(own.table.first, last)) + " AS excluded", true));
   }
   return texts;
 }

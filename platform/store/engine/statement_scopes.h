@@ -63,7 +63,7 @@ class StatementScopes {
   bool startsTable(std::size_t open) const;
   std::string sourceOf(const Scope& scope) const;
   std::string text(const Range& range) const;
-  std::string within(std::size_t scope, std::string select) const;
+  std::string within(std::size_t scope, std::string select, bool seesTables) const;
 
   const Tokens& tokens_;
   std::vector<Scope> scopes_;
