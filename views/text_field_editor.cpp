@@ -13,6 +13,8 @@
 
 namespace {
 
+constexpr wchar_t kBackspace = L'\b';
+
 bool sameText(const String& one, const String& other) {
   return std::wcscmp(one.text(), other.text()) == 0;
 }
