@@ -17,7 +17,9 @@ void showFirstPage() {
       currentPage = kNoPage;
       const int page = restored == RestoreResult::tables ? kTablesPageIndex : kFormPageIndex;
       switchPage(page);
-      theDocument->loadRecord();
+      // One that can't be read was told when its page was entered.
+      if (theDocument->isRecordShown()) theDocument->loadRecord();
+      theDocument->updatePositionText();
       selectTab(page);
     }
   }

@@ -18,16 +18,13 @@ Database::Database()
 
 Database::~Database() = default;
 
-bool Database::open(const String& path) {
+Outcome Database::open(const String& path) {
   close();
   connection_->setConnectionString(path.text());
-  if (connection_->open() != ConnectionHandle::kOpened) {
-    refusalText_ = takeLastErrorText();
-    return false;
-  }
+  if (connection_->open() != ConnectionHandle::kOpened) return Outcome::failure(takeLastErrorText());
   path_ = path;
   isOpen_ = true;
-  return true;
+  return {};
 }
 
 bool Database::close() {
@@ -40,51 +37,44 @@ bool Database::close() {
   return true;
 }
 
-bool Database::createDatabase(const String& path) {
+Outcome Database::createDatabase(const String& path) {
   StatementText statement;
-  if (!joinStatement({L"CREATE DATABASE '", path.text(), L"'"}, statement)) {
-    refusalText_ = kTooLong;
-    close();
-    return false;
-  }
-  const bool created = openStore() && runInStore(statement.data());
-  if (!created) refusalText_ = takeLastErrorText();
+  Outcome created = joinStatement({L"CREATE DATABASE '", path.text(), L"'"}, statement)
+                        ? openStore()
+                        : Outcome::failure(kTooLong);
+  if (created) created = runInStore(statement.data());
   close();
   return created;
 }
 
-bool Database::dropDatabase(const String& path) {
+Outcome Database::dropDatabase(const String& path) {
   close();
   StatementText statement;
-  if (!joinStatement({L"DROP DATABASE '", path.text(), L"'"}, statement)) return false;
-  if (!openStore() || !runInStore(statement.data())) return false;
+  if (!joinStatement({L"DROP DATABASE '", path.text(), L"'"}, statement)) return Outcome::failure(kTooLong);
+  if (Outcome opened = openStore(); !opened) return opened;
+  if (Outcome dropped = runInStore(statement.data()); !dropped) return dropped;
   connection_->close();
-  return true;
+  return {};
 }
 
-bool Database::dropOtherDatabase(const String& path) {
+Outcome Database::dropOtherDatabase(const String& path) {
   StatementText statement;
-  if (!joinStatement({L"DROP DATABASE '", path.text(), L"'"}, statement)) {
-    refusalText_ = kTooLong;
-    return false;
-  }
+  if (!joinStatement({L"DROP DATABASE '", path.text(), L"'"}, statement)) return Outcome::failure(kTooLong);
   ConnectionHandle store;
   store.setConnectionString(L"");
+  if (store.open() != ConnectionHandle::kOpened) return Outcome::failure(takeLastErrorText());
   RecordsetHandle recordset;
-  const bool dropped = store.open() == ConnectionHandle::kOpened &&
-                       recordset.open(statement.data(), &store, CursorType::dynamic, SourceKind::text);
-  if (!dropped) refusalText_ = takeLastErrorText();
-  return dropped;
+  return recordset.open(statement.data(), &store, CursorType::dynamic, SourceKind::text);
 }
 
 /// Connects to the store without a file; the open file is closed.
-bool Database::openStore() {
+Outcome Database::openStore() {
   connection_->setConnectionString(L"");
-  return connection_->open() == ConnectionHandle::kOpened;
+  return connection_->open() == ConnectionHandle::kOpened ? Outcome() : Outcome::failure(takeLastErrorText());
 }
 
 /// Runs a statement that makes or deletes a file, as the source of a recordset.
-bool Database::runInStore(const wchar_t* statement) {
+Outcome Database::runInStore(const wchar_t* statement) {
   RecordsetHandle recordset;
   return recordset.open(statement, connection_.get(), CursorType::dynamic, SourceKind::text);
 }

@@ -40,13 +40,9 @@ std::wstring notStored(const SavedQuery& query) {
 
 }  // namespace
 
-void Document::tellFailure(const std::wstring& what) {
-  tellFailure(what, database_.refusalText());
-}
-
-void Document::tellFailure(const std::wstring& what, const String& reason) {
+void Document::tellFailure(const std::wstring& what, const String& reason, PromptOwner owner) {
   const std::wstring text = what + L"\n" + reason.text();
-  refuse(PromptOwner::mainWindow, text.c_str());
+  refuse(owner, text.c_str());
 }
 
 bool Document::confirmDeletion(const std::wstring& what) {
@@ -60,26 +56,27 @@ bool Document::confirmDeletion(const std::wstring& what) {
 CommandResult Document::openDatabaseCommand() {
   const std::optional<String> path = pages_.prompts.chooseFile(FileChoice::open);
   if (!path) return CommandResult::cancelled;
-  if (!finishEditing()) return CommandResult::cancelled;
+  if (!canLeaveRecord()) return CommandResult::cancelled;
   closeDatabase();
   return openChosen(*path);
 }
 
 CommandResult Document::newDatabaseCommand() {
-  if (!finishEditing()) return CommandResult::cancelled;
+  if (!canLeaveRecord()) return CommandResult::cancelled;
   closeDatabase();
   const std::optional<String> path = pages_.prompts.chooseFile(FileChoice::create);
   if (!path) return CommandResult::cancelled;
-  if (!database_.createDatabase(*path)) {
-    tellFailure(std::wstring(L"Database ") + path->text() + L" could not be created.");
+  if (const Outcome created = database_.createDatabase(*path); !created) {
+    tellFailure(std::wstring(L"Database ") + path->text() + L" could not be created.", created.reason());
     return CommandResult::failed;
   }
   return openChosen(*path);
 }
 
 CommandResult Document::openChosen(const String& path) {
-  if (openDatabase(path)) return CommandResult::done;
-  tellFailure(std::wstring(L"Database ") + path.text() + L" could not be opened.");
+  const Outcome opened = openDatabase(path);
+  if (opened) return CommandResult::done;
+  tellFailure(std::wstring(L"Database ") + path.text() + L" could not be opened.", opened.reason());
   return CommandResult::failed;
 }
 
@@ -93,8 +90,9 @@ CommandResult Document::deleteDatabaseCommand() {
     return CommandResult::failed;
   }
   if (!confirmDeletion(std::wstring(L"database file ") + path->text())) return CommandResult::cancelled;
-  if (database_.dropOtherDatabase(*path)) return CommandResult::done;
-  tellFailure(std::wstring(L"Database ") + path->text() + L" could not be deleted.");
+  const Outcome dropped = database_.dropOtherDatabase(*path);
+  if (dropped) return CommandResult::done;
+  tellFailure(std::wstring(L"Database ") + path->text() + L" could not be deleted.", dropped.reason());
   return CommandResult::failed;
 }
 
@@ -110,9 +108,9 @@ CommandResult Document::deleteTableCommand() {
   database_.closeRecordset();
   recordsetOpen_ = false;
   recordCount = 0;
-  if (!database_.dropTable(name)) {
+  if (const Outcome dropped = database_.dropTable(name); !dropped) {
     sqlPending_ = true;
-    tellFailure(std::wstring(L"Table '") + name.text() + L"' could not be deleted.");
+    tellFailure(std::wstring(L"Table '") + name.text() + L"' could not be deleted.", dropped.reason());
     return CommandResult::failed;
   }
   sqlPending_ = false;
@@ -125,8 +123,8 @@ CommandResult Document::deleteTableCommand() {
 }
 
 bool Document::createTable(const String& name, const String& columns) {
-  if (!database_.createTable(name, columns)) {
-    tellFailure(std::wstring(L"Table '") + name.text() + L"' could not be created.");
+  if (const Outcome created = database_.createTable(name, columns); !created) {
+    tellFailure(std::wstring(L"Table '") + name.text() + L"' could not be created.", created.reason());
     return false;
   }
   database_.listTables(tableNames_);
@@ -150,9 +148,10 @@ CommandResult Document::deleteQueryCommand() {
     reloadQueries();
     return CommandResult::failed;
   }
-  database_.deleteQuery(*place);
-  if (database_.isQueryRefused()) {
-    tellFailure(failure);
+  Outcome deleted;
+  database_.deleteQuery(*place, &deleted);
+  if (!deleted) {
+    tellFailure(failure, deleted.reason());
     return CommandResult::failed;
   }
   reloadQueries();
@@ -187,9 +186,10 @@ bool Document::chosenQuery(SavedQuery& query) {
 }
 
 bool Document::addQuery(const SavedQuery& query) {
-  database_.addQuery(query);
-  if (database_.isQueryRefused()) {
-    tellFailure(notStored(query));
+  Outcome added;
+  database_.addQuery(query, &added);
+  if (!added) {
+    tellFailure(notStored(query), added.reason());
     return false;
   }
   // The first query makes the table that they are kept in.
@@ -205,9 +205,10 @@ bool Document::changeChosenQuery(const SavedQuery& query) {
     tellFailure(notStored(query), kGoneElsewhere);
     return false;
   }
-  database_.updateQuery(*place, query);
-  if (database_.isQueryRefused()) {
-    tellFailure(notStored(query));
+  Outcome changed;
+  database_.updateQuery(*place, query, &changed);
+  if (!changed) {
+    tellFailure(notStored(query), changed.reason());
     return false;
   }
   showQueries(query.name);
@@ -227,12 +228,12 @@ void Document::showQueries(const String& chosen) {
 }
 
 bool Document::returnsRecords(const String& sql, String& reason) {
-  const bool returns = database_.checkSql(sql);
-  if (!returns) reason = database_.refusalText();
+  const Outcome returns = database_.checkSql(sql);
+  if (!returns) reason = returns.reason();
   // The statement that was tried has taken the place of the records in use.
   recordsetOpen_ = false;
   sqlPending_ = !sqlText_.isEmpty();
-  return returns;
+  return static_cast<bool>(returns);
 }
 
 void Document::reloadQueries() {

@@ -5,7 +5,8 @@ void Document::setViewMode(ViewMode mode) {
   if (mode != viewMode_) {
     leaveMode();
     if (database_.isOpen()) {
-      if (sqlPending_) openPendingRecordset();
+      // Why it did not open is not told: the page says that there are no records.
+      if (sqlPending_) static_cast<void>(openPendingRecordset());
       enterMode(mode);
       sqlPending_ = false;
     }
@@ -47,13 +48,15 @@ void Document::leaveMode() {
   }
 }
 
-void Document::openPendingRecordset() {
+Outcome Document::openPendingRecordset() {
   pages_.bar.setPositionText(L"");
   pages_.form.tearDown();
-  recordsetOpen_ = database_.openRecordset(sqlText_);
+  shown_ = {};
+  Outcome opened = database_.openRecordset(sqlText_);
+  recordsetOpen_ = static_cast<bool>(opened);
   if (!recordsetOpen_) recordCount = 0;
   formStale_ = true;
-  shownRecord_ = 0;
+  return opened;
 }
 
 void Document::enterMode(ViewMode mode) {

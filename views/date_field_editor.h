@@ -29,8 +29,10 @@ class DateFieldEditor final : public FieldEditor {
   void openCalendar();
 
   /// In a new record today is shown.
-  void load(const String& valueText, bool isNewRecord) override;
-  bool takeChange() override { return isChanged(); }
+  void load(const FieldSnapshot& field, bool isNewRecord) override;
+  bool takeChange() override { return !isLocked_ && isChanged(); }
+  /// A text that names the moment which was shown before is no other value.
+  bool isEdited() const override;
   String text() const override { return windowText(window()); }
   std::optional<double> date() const override;
 
@@ -41,6 +43,7 @@ class DateFieldEditor final : public FieldEditor {
  private:
   ControlPlace place_;
   String shownText_;
+  bool isLocked_ = false;  // nothing is known of the field's value
   String fieldName_;
 };
 

@@ -63,15 +63,24 @@ void TextFieldEditor::setValue(const String& value) {
   keystrokes_.textLength = static_cast<std::uint32_t>(shown.length());
 }
 
-void TextFieldEditor::load(const String& valueText, bool) {
-  setValue(valueText);
+void TextFieldEditor::load(const FieldSnapshot& field, bool) {
+  setValue(field.text);
+  loaded_ = field.text;
   changed_ = false;
+  hasValue_ = !isUnread(field);
+  if (isLocked_ == isUnread(field)) return;
+  isLocked_ = isUnread(field);
+  SendMessageW(window(), EM_SETREADONLY, isLocked_ || readOnly_, 0);
 }
 
 bool TextFieldEditor::takeChange() {
   const bool changed = changed_ || (hasValue_ && !sameText(text(), shownText(value_)));
   changed_ = false;
-  return changed;
+  return changed && !isLocked_;
+}
+
+bool TextFieldEditor::isEdited() const {
+  return !isLocked_ && !sameText(text(), loaded_);
 }
 
 void TextFieldEditor::position(const ControlPlace& place, UINT flags) {
@@ -84,6 +93,7 @@ void TextFieldEditor::setSelection(int start, int end) {
 }
 
 bool TextFieldEditor::takeCharacter(wchar_t character) {
+  if (isLocked_) return false;
   const KeystrokeVerdict verdict = filterKeystroke(character, rules_, keystrokes_);
   if (verdict == KeystrokeVerdict::accept) {
     if (!isCommandCharacter(character)) changed_ = true;

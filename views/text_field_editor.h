@@ -34,11 +34,13 @@ class TextFieldEditor final : public FieldEditor {
   /// What the window shows.
   String text() const override { return windowText(window()); }
 
-  void load(const String& valueText, bool isNewRecord) override;
+  void load(const FieldSnapshot& field, bool isNewRecord) override;
   /// A key that was taken, a confirmed zoom and a content that is not what was loaded all count: the
   /// Delete key and the clipboard send no character.
   bool takeChange() override;
   bool isChanged() const { return changed_; }
+  /// Line breaks, which are shown as commas, are written as such when their record is written.
+  bool isEdited() const override;
 
   // ---- The window
 
@@ -73,8 +75,10 @@ class TextFieldEditor final : public FieldEditor {
   bool zoomOpened_ = false;
   bool readOnly_ = false;
   bool hasValue_ = false;
+  bool isLocked_ = false;  // nothing is known of the field's value
   String fieldName_;
   String value_;
+  String loaded_;  // the value that was given to show
 };
 
 using TextEditorRegistry = EditorRegistry<TextFieldEditor>;
