@@ -18,20 +18,21 @@ String waitingPath;
 
 /// The program was asked for this file and shows nothing instead: without a word the user would take
 /// the empty window for an empty database.
-void tellNotOpened(const String& path) {
-  const std::wstring text = std::wstring(L"Database ") + path.text() + L" could not be opened.\n" +
-                            theDocument->refusalText().text();
+void tellNotOpened(const String& path, const String& reason) {
+  const std::wstring text =
+      std::wstring(L"Database ") + path.text() + L" could not be opened.\n" + reason.text();
   showBox(mainWindow, text.c_str(), L"Quivane", MB_ICONEXCLAMATION);
 }
 
 /// In place of the database that is open, unless what was typed into that can't be stored.
 void openNamedDatabase(const String& path) {
-  if (!theDocument->finishEditing()) return;
+  if (!theDocument->canLeaveRecord()) return;
   if (theDocument->closeDatabase() == 0) switchPage(kNoPage);
-  if (theDocument->openDatabase(fullPath(path))) {
+  const Outcome opened = theDocument->openDatabase(fullPath(path));
+  if (opened) {
     showDatabasePage();
   } else {
-    tellNotOpened(path);
+    tellNotOpened(path, opened.reason());
   }
 }
 

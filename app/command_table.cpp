@@ -52,7 +52,7 @@ LRESULT deleteDatabase(HWND, WORD, LPARAM, WORD) {
 }
 
 LRESULT closeDatabase(HWND, WORD, LPARAM, WORD) {
-  if (theDocument->finishEditing() && theDocument->closeDatabase() == 0) switchPage(kNoPage);
+  if (theDocument->canLeaveRecord() && theDocument->closeDatabase() == 0) switchPage(kNoPage);
   return 0;
 }
 
@@ -190,7 +190,7 @@ LRESULT toggleFormScroll(HWND, WORD, LPARAM, WORD) {
 }
 
 LRESULT exitProgram(HWND, WORD, LPARAM, WORD) {
-  if (theDocument->finishEditing()) PostQuitMessage(0);
+  if (theDocument->canLeaveRecord()) PostQuitMessage(0);
   return 0;
 }
 

@@ -48,7 +48,7 @@ LRESULT windowDestroyed(HWND, UINT, WPARAM, LPARAM) {
 
 /// What can't be stored keeps the window open.
 LRESULT closeAsked(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-  if (theDocument && (theDocument->isSearching() || !theDocument->finishEditing())) return 0;
+  if (theDocument && (theDocument->isSearching() || !theDocument->canLeaveRecord())) return 0;
   return DefWindowProcW(window, message, wParam, lParam);
 }
 

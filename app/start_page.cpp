@@ -15,7 +15,9 @@ void showFirstPage() {
       // Without tables Close stays grey until a page is switched.
       open = restored != RestoreResult::noTables;
       showPageAnew(restored == RestoreResult::tables ? kTablesPageIndex : kFormPageIndex);
-      theDocument->loadRecord();
+      // One that can't be read was told when its page was entered.
+      if (theDocument->isRecordShown()) theDocument->loadRecord();
+      theDocument->updatePositionText();
     }
   }
   theDocument->updateMenusForDatabase(open);

@@ -107,7 +107,7 @@ void enterPage(int page) {
 void switchPage(int page) {
   if (page == currentPage) return;
   // What can't be stored keeps the user on the form.
-  if (theDocument && currentPage == kFormPageIndex && !theDocument->finishEditing()) {
+  if (theDocument && currentPage == kFormPageIndex && !theDocument->canLeaveRecord()) {
     selectTab(currentPage);
     return;
   }

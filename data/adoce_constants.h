@@ -17,6 +17,11 @@ enum class MoveOrigin : LONG { current = 0, first = 1 };
 inline constexpr LONG kConnectUnspecified = -1;
 inline constexpr LONG kAffectCurrent = 1;
 
+/// Results of calls that callers tell from other failures.
+inline constexpr HRESULT kNoCurrentRecord = static_cast<HRESULT>(0x800A0BCD);
+inline constexpr HRESULT kStructureChanged = static_cast<HRESULT>(0x800A0E94);
+inline constexpr HRESULT kChangedElsewhere = static_cast<HRESULT>(0x80040E38);
+
 /// Bits of Field.Attributes.
 inline constexpr LONG kFieldUpdatable = 4;
 inline constexpr LONG kFieldMayBeUpdatable = 8;

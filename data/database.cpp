@@ -20,16 +20,13 @@ Database::Database()
 
 Database::~Database() = default;
 
-bool Database::open(const String& path) {
+Outcome Database::open(const String& path) {
   close();
   connection_->setConnectionString(path.text());
-  if (connection_->open() != ConnectionHandle::kOpened) {
-    refusalText_ = takeLastErrorText();
-    return false;
-  }
+  if (connection_->open() != ConnectionHandle::kOpened) return Outcome::failure(takeLastErrorText());
   path_ = path;
   isOpen_ = true;
-  return true;
+  return {};
 }
 
 bool Database::close() {
@@ -42,56 +39,45 @@ bool Database::close() {
   return true;
 }
 
-bool Database::createDatabase(const String& path) {
+Outcome Database::createDatabase(const String& path) {
   StatementText statement;
-  if (!joinStatement({L"CREATE DATABASE '", path.text(), L"'"}, statement)) {
-    refusalText_ = kTooLong;
-    close();
-    return false;
-  }
-  const bool created = openStore() && runInStore(statement.data());
+  Outcome created = joinStatement({L"CREATE DATABASE '", path.text(), L"'"}, statement)
+                        ? openStore()
+                        : Outcome::failure(kTooLong);
+  if (created) created = runInStore(statement.data());
   close();
   return created;
 }
 
-bool Database::dropDatabase(const String& path) {
+Outcome Database::dropDatabase(const String& path) {
   StatementText statement;
-  if (!joinStatement({L"DROP DATABASE '", path.text(), L"'"}, statement)) {
-    refusalText_ = kTooLong;
-    return false;
-  }
+  if (!joinStatement({L"DROP DATABASE '", path.text(), L"'"}, statement)) return Outcome::failure(kTooLong);
   const bool isOther = isOpen_ && CompareStringOrdinal(path_.text(), -1, path.text(), -1, TRUE) != CSTR_EQUAL;
   if (isOther) return dropBeside(statement.data());
   close();
-  if (!openStore() || !runInStore(statement.data())) return false;
+  if (Outcome opened = openStore(); !opened) return opened;
+  if (Outcome dropped = runInStore(statement.data()); !dropped) return dropped;
   connection_->close();
-  return true;
+  return {};
 }
 
 /// By a connection of its own.
-bool Database::dropBeside(const wchar_t* statement) {
+Outcome Database::dropBeside(const wchar_t* statement) {
   ConnectionHandle store;
   store.setConnectionString(L"");
+  if (store.open() != ConnectionHandle::kOpened) return Outcome::failure(takeLastErrorText());
   RecordsetHandle recordset;
-  const bool dropped = store.open() == ConnectionHandle::kOpened &&
-                       recordset.open(statement, &store, CursorType::dynamic, SourceKind::text);
-  if (!dropped) refusalText_ = takeLastErrorText();
-  return dropped;
+  return recordset.open(statement, &store, CursorType::dynamic, SourceKind::text);
 }
 
 /// Connects to the store without a file; the open file is closed.
-bool Database::openStore() {
+Outcome Database::openStore() {
   connection_->setConnectionString(L"");
-  if (connection_->open() == ConnectionHandle::kOpened) return true;
-  refusalText_ = takeLastErrorText();
-  return false;
+  return connection_->open() == ConnectionHandle::kOpened ? Outcome() : Outcome::failure(takeLastErrorText());
 }
 
 /// Runs a statement that makes or deletes a file, as the source of a recordset.
-bool Database::runInStore(const wchar_t* statement) {
+Outcome Database::runInStore(const wchar_t* statement) {
   RecordsetHandle recordset;
-  if (recordset.open(statement, connection_.get(), CursorType::dynamic, SourceKind::text)) return true;
-  // Before the recordset's end, whose closing fails too and has a reason of its own.
-  refusalText_ = takeLastErrorText();
-  return false;
+  return recordset.open(statement, connection_.get(), CursorType::dynamic, SourceKind::text);
 }

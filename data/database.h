@@ -2,12 +2,16 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
+#include <vector>
 
 #include "base/growable_array.h"
 #include "base/name_list.h"
 #include "base/string.h"
 #include "data/field_value_source.h"
+#include "data/outcome.h"
 #include "data/record_counters.h"
+#include "data/record_snapshot.h"
 #include "data/saved_query.h"
 #include "data/schema.h"
 
@@ -18,8 +22,9 @@ class RecordsetHandle;
 /// table or query that the form and the list show. There is one Database in the program, used by one
 /// thread; it keeps the program-wide counters of record_counters.h.
 ///
-/// A bool result says whether the operation succeeded; nothing here shows a message. After a failure
-/// out-parameters and counters are as before unless an operation says otherwise. Field indexes are
+/// An Outcome says whether the operation succeeded and why not, a bool result only whether; nothing here
+/// shows a message. After a failure out-parameters and counters are as before unless an operation says
+/// otherwise. Field indexes are
 /// 0-based, record positions 1-based. std::bad_alloc passes through when memory runs out.
 ///
 /// CREATE and DROP statements have room for 199 characters. A name or path that does not fit is
@@ -37,17 +42,17 @@ class Database {
 
   /// Opens the file at `path` after closing the one that is open. Opens no recordset. A failure leaves
   /// no file open.
-  bool open(const String& path);
+  Outcome open(const String& path);
   /// Closes the file and forgets its path, fields and records. Always true.
   bool close();
   /// Makes a new database file. Whatever the result, no file is open afterwards.
-  bool createDatabase(const String& path);
+  Outcome createDatabase(const String& path);
   /// The same, also in place of a file that exists: the new one is made beside it and takes its name, so
   /// that a failure leaves the old one. One that another program has unfinished work in is not replaced.
-  bool replaceDatabase(const String& path);
+  Outcome replaceDatabase(const String& path);
   /// Deletes a database file. Another file that is open stays so; the file itself is closed first. With no
   /// file open the connection stays with the store after a failed statement.
-  bool dropDatabase(const String& path);
+  Outcome dropDatabase(const String& path);
 
   bool isOpen() const { return isOpen_; }
   /// The path of the open file, empty when none is open.
@@ -56,8 +61,8 @@ class Database {
   // ---- Tables (database_tables.cpp)
 
   /// `columns` is the column list as SQL spells it, without the parentheses around it.
-  bool createTable(const String& name, const String& columns);
-  bool dropTable(const String& name);
+  Outcome createTable(const String& name, const String& columns);
+  Outcome dropTable(const String& name);
   /// Fills `names` with the tables of the file in the catalogue's order, the catalogue's own tables left
   /// out. Always true; `names` is left as it was when the catalogue can't be read.
   bool listTables(NameList& names);
@@ -70,11 +75,16 @@ class Database {
   /// Opens `sql` as the current recordset, in place of the former one, and loads its fields. The first
   /// record is current in the recordset; currentRecord is left to the caller. After a failure no
   /// recordset is open and the fields of the former one are still named.
-  bool openRecordset(const String& sql);
+  Outcome openRecordset(const String& sql);
   /// Whether `sql` opens. It is opened as the current recordset and stays so, but the fields are not
   /// loaded: openRecordset is to be called before records are read again.
-  bool checkSql(const String& sql);
+  Outcome checkSql(const String& sql);
   void closeRecordset();
+  /// After another program has changed the structure of the file: opens the current recordset anew in its
+  /// place, if its fields are still the same. The first record is then current in the recordset, a new
+  /// record that was begun is begun again, currentRecord is left to the caller. False otherwise, and then
+  /// everything is as before.
+  bool reopenSameFields();
 
   /// Whether fields were ever loaded.
   bool fieldsLoaded() const { return fieldsLoaded_; }
@@ -119,28 +129,33 @@ class Database {
 
   /// Begins a new record behind the last one and makes it current; `update` stores it. Fails when there
   /// are records and the last can't be reached.
-  bool addNew();
+  Outcome addNew();
   /// Stores what was written into the current record. Always true. What the store refuses stays
   /// written: a move tries again and fails until it can be stored.
   bool update();
-  /// The last update did not store the record: it stays written and unstored.
-  bool isUpdateRefused() const { return updateRefused_; }
-  /// Why the last update, deletion, opening, statement or change of a query was refused, in the store's
-  /// words; empty when it gave none.
-  const String& refusalText() const { return refusalText_; }
   /// Takes back what was written into the current record and not stored, a new record with it; the record
   /// that was current before the new one is current then.
   void abandonUpdate();
   /// Abandons the new record, or else deletes the current one from the file; it then stays current,
   /// unreadable, until a move. currentRecord shrinks by 1 with a deleted record.
-  bool deleteCurrent();
+  Outcome deleteCurrent();
 
-  // ---- Values of the current record (value_text.cpp, value_writing.cpp)
+  /// Changes the record that was read as `seen`, whatever the current one is, and makes it current: writes
+  /// what the editors hold, one for each field in field order, and stores it. A record that is not stored
+  /// yet is added so. Fails, and nothing is written, when the record can't be read again or no longer
+  /// holds what was seen; a change that the store refuses is taken back, a new record stays begun.
+  /// `leftOut` receives the names of the fields that were cleared because the content of their editors
+  /// could not be converted.
+  Outcome storeRecord(const RecordSnapshot& seen, const FieldEditors& editors, NameList& leftOut);
+  /// Deletes the record that was read as `seen`, as deleteCurrent does, whatever the current one is. Fails
+  /// when it no longer holds what was seen; one that another program has deleted counts as deleted.
+  Outcome deleteRecord(const RecordSnapshot& seen);
 
-  /// The value as the user reads it; for a boolean the automation's wording, "-1" for true. The empty
-  /// text for a null and for a value that can't be read; "None" for a date field without a date;
-  /// "<not recognised>" for a field of a type that is not known. A value that is not of its field's type
-  /// (in files of other programs) is shown as the text that it converts to.
+  // ---- Values of the current record (record_reading.cpp, value_writing.cpp)
+
+  /// Reads the current record, which waits at most once for another program's lock.
+  RecordSnapshot readRecord();
+  /// The value as the user reads it (field_text.h); the empty text for one that can't be fetched.
   String valueText(std::uint32_t field);
   /// The value converted to a 32-bit integer is not 0.
   bool fieldIsSet(std::uint32_t field);
@@ -150,6 +165,9 @@ class Database {
   /// `foundField` is then the first such field, otherwise untouched.
   bool matchRecord(bool allFields, bool matchCase, std::uint32_t firstField, String text,
                    std::uint32_t& foundField);
+  /// The same, and says why when the record can't be read. `foundField` is empty when nothing was found.
+  Outcome searchRecord(bool allFields, bool matchCase, std::uint32_t firstField, String text,
+                       std::optional<std::uint32_t>& foundField);
 
   // ---- The search through many records (database_search.cpp). It only spares matchRecord the records for
   // which it would say no: who tests each record with matchRecord and moves on finds the same without it.
@@ -166,41 +184,42 @@ class Database {
   /// when fields of this type are not written. True otherwise, also when the content could not be
   /// converted, which clears the field, and when the store refused it.
   ///
-  /// An editor whose content is what the field shows writes nothing, so that a value which its text
-  /// does not hold in full (a double beyond six decimals, a value of another type) survives the saving
-  /// of its neighbours. In a new record every field is written.
+  /// An editor that holds what it was given writes nothing, so that a value which its text does not hold
+  /// in full (a double beyond six decimals, a value of another type) survives the saving of its
+  /// neighbours. In a new record every field is written.
   bool setValueFromEditor(std::uint32_t field, const FieldValueSource& editor);
-  /// The names of the fields that were cleared since this was last asked, because the content of their
-  /// editors could not be converted.
-  NameList takeClearedFields();
 
   // ---- Saved queries (saved_queries.cpp). They live in the table QuivaneQueries of the file. Indexes are
   // 0-based, in the order of the names; names may repeat. The current recordset is not touched.
 
   /// Always true; `names` is left as it was when there is no such table.
   bool listQueries(NameList& names);
-  /// Each of the three is true when the table could be read and has that index.
+  /// True when the table could be read and has that index.
   bool getQuery(std::uint32_t index, SavedQuery& query);
-  bool updateQuery(std::uint32_t index, const SavedQuery& query);
-  bool deleteQuery(std::uint32_t index);
-  /// Makes the table when there is none yet.
-  bool addQuery(const SavedQuery& query);
-  /// The last updateQuery, deleteQuery or addQuery has changed nothing, whatever its result was.
-  bool isQueryRefused() const { return queryRefused_; }
+  /// Each is true when the table could be read and has that index, whether or not the query was changed:
+  /// that is what `change` says, unless it is null.
+  bool updateQuery(std::uint32_t index, const SavedQuery& query, Outcome* change = nullptr);
+  bool deleteQuery(std::uint32_t index, Outcome* change = nullptr);
+  /// Makes the table when there is none yet; true when the table is there. `change` as above.
+  bool addQuery(const SavedQuery& query, Outcome* change = nullptr);
 
  private:
-  bool openStore();
-  bool runTableStatement(bool fits, const wchar_t* statement);
-  bool runInStore(const wchar_t* statement);
-  bool dropBeside(const wchar_t* statement);
-  bool openCurrent(const String& sql);
+  Outcome openStore();
+  Outcome runTableStatement(bool fits, const wchar_t* statement);
+  Outcome runInStore(const wchar_t* statement);
+  Outcome dropBeside(const wchar_t* statement);
+  Outcome openCurrent(const String& sql);
   void loadFields();
   void clearFields();
   void setRecordCount(std::uint32_t count);
-  bool showsStoredValue(std::uint32_t field, const FieldValueSource& editor);
-  void noteQueryChange(bool done);
-  bool openQueries(RecordsetHandle& queries);
-  bool openQueryAt(std::uint32_t index, RecordsetHandle& queries);
+  bool hasSameFields(RecordsetHandle& other) const;
+  bool holds(const RecordSnapshot& present, const RecordSnapshot& seen) const;
+  Outcome returnTo(const RecordSnapshot& seen);
+  Outcome returnOrReopen(const RecordSnapshot& seen);
+  Outcome writeAndStore(const FieldEditors& editors, NameList& leftOut);
+  Outcome writeField(std::uint32_t field, const FieldValueSource& editor, NameList& leftOut);
+  Outcome openQueries(RecordsetHandle& queries);
+  Outcome openQueryAt(std::uint32_t index, RecordsetHandle& queries);
 
   bool isOpen_ = false;
   std::unique_ptr<RecordsetHandle> recordset_;
@@ -209,10 +228,7 @@ class Database {
   bool fieldsLoaded_ = false;
   String path_;
   bool newRecordPending_ = false;
-  bool updateRefused_ = false;
-  bool queryRefused_ = false;
-  String refusalText_;
-  NameList clearedFields_;
+  String recordsetSql_;  // what the current recordset was opened from
   std::uint32_t recordCount_ = 0;
   std::uint32_t fieldCount_ = 0;
   NameList fieldNames_;

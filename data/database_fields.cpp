@@ -1,9 +1,10 @@
 #include <algorithm>
 #include <cwchar>
+#include <memory>
+#include <utility>
 
 #include "data/adoce_constants.h"
 #include "data/database.h"
-#include "data/last_error.h"
 #include "data/recordset_handle.h"
 
 namespace {
@@ -15,13 +16,13 @@ constexpr FieldType kUncountedType{48};
 
 }  // namespace
 
-bool Database::openRecordset(const String& sql) {
-  if (!openCurrent(sql)) return false;
+Outcome Database::openRecordset(const String& sql) {
+  if (Outcome opened = openCurrent(sql); !opened) return opened;
   loadFields();
-  return true;
+  return {};
 }
 
-bool Database::checkSql(const String& sql) {
+Outcome Database::checkSql(const String& sql) {
   return openCurrent(sql);
 }
 
@@ -55,11 +56,33 @@ std::uint32_t Database::fieldIndexByName(const String& name) const {
   return fieldCount_;
 }
 
-bool Database::openCurrent(const String& sql) {
+Outcome Database::openCurrent(const String& sql) {
   closeRecordset();
-  if (recordset_->open(sql.text(), connection_.get(), CursorType::keyset, SourceKind::text)) return true;
-  refusalText_ = takeLastErrorText();
-  return false;
+  recordsetSql_ = sql;
+  return recordset_->open(sql.text(), connection_.get(), CursorType::keyset, SourceKind::text);
+}
+
+bool Database::reopenSameFields() {
+  auto reopened = std::make_unique<RecordsetHandle>();
+  const Outcome opened =
+      reopened->open(recordsetSql_.text(), connection_.get(), CursorType::keyset, SourceKind::text);
+  if (!opened || !hasSameFields(*reopened)) return false;
+  if (newRecordPending_ && !reopened->addNew()) return false;
+  const auto count = static_cast<std::uint32_t>(std::max(reopened->recordCount(), 0L));
+  recordset_ = std::move(reopened);
+  isAtListPosition_ = false;
+  setRecordCount(count + (newRecordPending_ ? 1 : 0));
+  return true;
+}
+
+bool Database::hasSameFields(RecordsetHandle& other) const {
+  if (other.fieldCount() != static_cast<LONG>(fieldCount_)) return false;
+  for (std::uint32_t field = 0; field < fieldCount_; ++field) {
+    FieldHandle& handle = other.field(static_cast<LONG>(field));
+    if (FieldType{handle.type()} != fieldType(field)) return false;
+    if (std::wcscmp(handle.name().text(), fieldName(field).text()) != 0) return false;
+  }
+  return true;
 }
 
 void Database::loadFields() {

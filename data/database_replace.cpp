@@ -51,7 +51,7 @@ bool hasUnfinishedWork(const std::wstring& path) {
 
 }  // namespace
 
-bool Database::replaceDatabase(const String& path) {
+Outcome Database::replaceDatabase(const String& path) {
   const std::wstring wanted = path.text();
   if (!exists(wanted)) return createDatabase(path);
   // Opened and closed, a database has no unfinished work of programs that have ended.
@@ -59,14 +59,13 @@ bool Database::replaceDatabase(const String& path) {
   if (open(path)) listTables(tables);
   close();
   if (hasUnfinishedWork(wanted)) {
-    refusalText_ = L"Another program is using the file.";
-    return false;
+    return Outcome::failure(L"Another program is using the file.");
   }
   const std::wstring beside = freeNameBeside(wanted);
-  if (!createDatabase(beside.c_str())) return false;
+  if (Outcome created = createDatabase(beside.c_str()); !created) return created;
   if (MoveFileExW(beside.c_str(), wanted.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH))
-    return true;
-  refusalText_ = systemReason();
+    return {};
+  Outcome failure = Outcome::failure(systemReason());
   DeleteFileW(beside.c_str());
-  return false;
+  return failure;
 }

@@ -30,26 +30,21 @@ LONG tableNameField(RecordsetHandle& catalogue) {
 
 }  // namespace
 
-bool Database::createTable(const String& name, const String& columns) {
+Outcome Database::createTable(const String& name, const String& columns) {
   StatementText statement;
   return runTableStatement(
       joinStatement({L"CREATE TABLE '", name.text(), L"' (", columns.text(), L")"}, statement),
       statement.data());
 }
 
-bool Database::dropTable(const String& name) {
+Outcome Database::dropTable(const String& name) {
   StatementText statement;
   return runTableStatement(joinStatement({L"DROP TABLE '", name.text(), L"'"}, statement), statement.data());
 }
 
-bool Database::runTableStatement(bool fits, const wchar_t* statement) {
-  if (!fits) {
-    refusalText_ = L"Its name and fields are too long for one statement.";
-    return false;
-  }
-  if (connection_->execute(statement)) return true;
-  refusalText_ = takeLastErrorText();
-  return false;
+Outcome Database::runTableStatement(bool fits, const wchar_t* statement) {
+  if (!fits) return Outcome::failure(L"Its name and fields are too long for one statement.");
+  return connection_->execute(statement) ? Outcome() : Outcome::failure(takeLastErrorText());
 }
 
 bool Database::listTables(NameList& names) {

@@ -4,7 +4,16 @@
 #include <utility>
 
 #include "data/date_value.h"
+#include "data/last_error.h"
 #include "data/value_conversion.h"
+
+namespace {
+
+Outcome noField() {
+  return Outcome::failure(L"There is no such field.");
+}
+
+}  // namespace
 
 void FieldHandle::attach(ComPtr<IAdoceField> field) {
   field_ = std::move(field);
@@ -27,6 +36,14 @@ LONG FieldHandle::type() {
 LONG FieldHandle::attributes() {
   LONG attributes = 0;
   return field_ && SUCCEEDED(field_->get_Attributes(&attributes)) ? attributes : 0;
+}
+
+Outcome FieldHandle::read(Variant& value) {
+  if (!field_) return noField();
+  Variant fetched;
+  Outcome outcome = outcomeOf(field_->get_Value(fetched.put()));
+  if (outcome) value = std::move(fetched);
+  return outcome;
 }
 
 const Variant& FieldHandle::value() {
@@ -52,6 +69,6 @@ bool FieldHandle::valueAsDate(SYSTEMTIME& date) {
   return true;
 }
 
-bool FieldHandle::setValue(const Variant& value) {
-  return field_ && SUCCEEDED(field_->put_Value(value.get()));
+Outcome FieldHandle::setValue(const Variant& value) {
+  return field_ ? outcomeOf(field_->put_Value(value.get())) : noField();
 }

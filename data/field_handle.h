@@ -7,6 +7,7 @@
 #include "base/com_handles.h"
 #include "base/string.h"
 #include "base/variant.h"
+#include "data/outcome.h"
 
 /// One field of a recordset, or no field, which reads as a value that can't be fetched. Results that are
 /// references hold until the next call of the same handle.
@@ -27,7 +28,9 @@ class FieldHandle {
   /// The bits of adoce_constants.h; none when they can't be read.
   LONG attributes();
 
-  /// Fetches the value. VT_EMPTY when that fails.
+  /// Fetches the value into `value`, which is untouched when that fails.
+  Outcome read(Variant& value);
+  /// The same without a reason: VT_EMPTY when it fails.
   const Variant& value();
   /// The value as text (value_conversion.h); empty when it can't be fetched or converted.
   const String& valueAsText();
@@ -36,7 +39,7 @@ class FieldHandle {
   /// The calendar fields of a value that is a date. False, with `date` untouched, for any other.
   bool valueAsDate(SYSTEMTIME& date);
 
-  bool setValue(const Variant& value);
+  Outcome setValue(const Variant& value);
 
  private:
   ComPtr<IAdoceField> field_;

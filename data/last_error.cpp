@@ -5,7 +5,25 @@
 #include <oleauto.h>
 
 #include "base/com_handles.h"
+#include "data/adoce_constants.h"
 #include "data/value_conversion.h"
+
+namespace {
+
+Outcome::Cause causeOf(HRESULT result) {
+  switch (result) {
+    case kNoCurrentRecord:
+      return Outcome::Cause::recordGone;
+    case kChangedElsewhere:
+      return Outcome::Cause::changedElsewhere;
+    case kStructureChanged:
+      return Outcome::Cause::structureChanged;
+    default:
+      return Outcome::Cause::other;
+  }
+}
+
+}  // namespace
 
 void leaveLastErrorText(const wchar_t* text) {
   ComPtr<ICreateErrorInfo> made;
@@ -20,4 +38,8 @@ String takeLastErrorText() {
   UniqueBstr text;
   if (GetErrorInfo(0, info.put()) != S_OK || FAILED(info->GetDescription(text.put()))) return String();
   return textOfBstr(text.get());
+}
+
+Outcome outcomeOf(HRESULT result) {
+  return SUCCEEDED(result) ? Outcome() : Outcome::failure(takeLastErrorText(), causeOf(result));
 }

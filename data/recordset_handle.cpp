@@ -6,7 +6,16 @@
 
 #include "base/variant.h"
 #include "data/adoce_classes.h"
+#include "data/last_error.h"
 #include "data/value_conversion.h"
+
+namespace {
+
+Outcome noObject() {
+  return Outcome::failure(L"The data-access components are not there.");
+}
+
+}  // namespace
 
 RecordsetHandle::RecordsetHandle(const ConnectionHandle* activeConnection)
     : recordset_(createAdoceRecordset()) {
@@ -24,14 +33,14 @@ void RecordsetHandle::attach(ComPtr<IAdoceRecordset> recordset) {
   recordset_ = std::move(recordset);
 }
 
-bool RecordsetHandle::open(const wchar_t* source, const ConnectionHandle* connection, CursorType cursor,
-                           SourceKind kind, LockType lock) {
+Outcome RecordsetHandle::open(const wchar_t* source, const ConnectionHandle* connection, CursorType cursor,
+                              SourceKind kind, LockType lock) {
   close();
-  if (!recordset_) return false;
+  if (!recordset_) return noObject();
   if (kind == SourceKind::text) OutputDebugStringW(source);
   const Variant text = Variant::fromText(source);
   const Variant active = Variant::fromDispatch(connection ? connection->get() : activeConnection_.get());
-  return SUCCEEDED(recordset_->Open(text.get(), active.get(), static_cast<LONG>(cursor),
+  return outcomeOf(recordset_->Open(text.get(), active.get(), static_cast<LONG>(cursor),
                                     static_cast<LONG>(lock), static_cast<LONG>(kind)));
 }
 
@@ -68,22 +77,22 @@ LONG RecordsetHandle::recordCount() {
   return recordset_ && SUCCEEDED(recordset_->get_RecordCount(&count)) ? count : -1;
 }
 
-bool RecordsetHandle::addNew() {
+Outcome RecordsetHandle::addNew() {
   const Variant none;
-  return recordset_ && SUCCEEDED(recordset_->AddNew(none.get(), none.get()));
+  return recordset_ ? outcomeOf(recordset_->AddNew(none.get(), none.get())) : noObject();
 }
 
-bool RecordsetHandle::update() {
+Outcome RecordsetHandle::update() {
   const Variant none;
-  return recordset_ && SUCCEEDED(recordset_->Update(none.get(), none.get()));
+  return recordset_ ? outcomeOf(recordset_->Update(none.get(), none.get())) : noObject();
 }
 
 bool RecordsetHandle::cancelUpdate() {
   return recordset_ && SUCCEEDED(recordset_->CancelUpdate());
 }
 
-bool RecordsetHandle::deleteCurrent() {
-  return recordset_ && SUCCEEDED(recordset_->Delete(kAffectCurrent));
+Outcome RecordsetHandle::deleteCurrent() {
+  return recordset_ ? outcomeOf(recordset_->Delete(kAffectCurrent)) : noObject();
 }
 
 bool RecordsetHandle::beginTextSearch(const wchar_t* text, std::optional<LONG> field, bool matchCase) {

@@ -9,6 +9,7 @@
 #include "data/adoce_constants.h"
 #include "data/connection_handle.h"
 #include "data/field_handle.h"
+#include "data/outcome.h"
 
 /// A recordset of the data-access components; closes it at the end. Without registered components there
 /// is no object behind it and every operation fails.
@@ -26,8 +27,8 @@ class RecordsetHandle {
   void attach(ComPtr<IAdoceRecordset> recordset);
 
   /// Closes what is open first. `connection` may be null. A statement is written to the debug output.
-  bool open(const wchar_t* source, const ConnectionHandle* connection, CursorType cursor, SourceKind kind,
-            LockType lock = LockType::optimistic);
+  Outcome open(const wchar_t* source, const ConnectionHandle* connection, CursorType cursor, SourceKind kind,
+               LockType lock = LockType::optimistic);
   void close();
 
   bool moveFirst();
@@ -40,13 +41,13 @@ class RecordsetHandle {
   /// -1 when it can't be had.
   LONG recordCount();
 
-  bool addNew();
+  Outcome addNew();
   /// Stores what was written into the current record. When the store refuses, it stays written.
-  bool update();
+  Outcome update();
   /// Drops what was written since the last update; a new record gives way to the former current one.
   bool cancelUpdate();
   /// The current record only.
-  bool deleteCurrent();
+  Outcome deleteCurrent();
 
   /// Begins a search for `text` in all fields, or in the one at `field` (0-based), which ends the one before.
   /// False when the component has no such search, and then there is none.

@@ -1,3 +1,5 @@
+#include <utility>
+
 #include "data/connection_handle.h"
 #include "data/database.h"
 #include "data/last_error.h"
@@ -10,10 +12,15 @@ constexpr wchar_t kSelectAll[] = L"Select * from QuivaneQueries ORDER BY QueryNa
 constexpr LONG kNameField = 0;
 constexpr LONG kSqlField = 1;
 
-bool writeQuery(const SavedQuery& query, RecordsetHandle& queries) {
-  queries.field(kNameField).setValue(Variant::fromText(query.name.text()));
-  queries.field(kSqlField).setValue(Variant::fromText(query.sql.text()));
-  return queries.update();
+Outcome writeQuery(const SavedQuery& query, RecordsetHandle& queries) {
+  const Outcome named = queries.field(kNameField).setValue(Variant::fromText(query.name.text()));
+  if (!named) return named;
+  const Outcome written = queries.field(kSqlField).setValue(Variant::fromText(query.sql.text()));
+  return written ? queries.update() : written;
+}
+
+void tell(Outcome* change, Outcome outcome) {
+  if (change) *change = std::move(outcome);
 }
 
 }  // namespace
@@ -39,56 +46,53 @@ bool Database::getQuery(std::uint32_t index, SavedQuery& query) {
   return true;
 }
 
-bool Database::addQuery(const SavedQuery& query) {
+bool Database::addQuery(const SavedQuery& query, Outcome* change) {
   RecordsetHandle queries;
   if (!openQueries(queries)) {
-    const bool made = connection_->execute(kCreateTable);
-    if (!made || !openQueries(queries)) {
-      noteQueryChange(false);
-      return made;
+    if (!connection_->execute(kCreateTable)) {
+      tell(change, Outcome::failure(takeLastErrorText()));
+      return false;
+    }
+    if (Outcome opened = openQueries(queries); !opened) {
+      tell(change, std::move(opened));
+      return true;
     }
   }
   queries.moveLast();
-  noteQueryChange(queries.addNew() && writeQuery(query, queries));
+  Outcome added = queries.addNew();
+  tell(change, added ? writeQuery(query, queries) : std::move(added));
   return true;
 }
 
-bool Database::updateQuery(std::uint32_t index, const SavedQuery& query) {
+bool Database::updateQuery(std::uint32_t index, const SavedQuery& query, Outcome* change) {
   RecordsetHandle queries;
-  if (!openQueryAt(index, queries)) {
-    noteQueryChange(false);
-    return false;
-  }
-  noteQueryChange(writeQuery(query, queries));
-  return true;
+  Outcome opened = openQueryAt(index, queries);
+  const bool isOpened = static_cast<bool>(opened);
+  tell(change, isOpened ? writeQuery(query, queries) : std::move(opened));
+  return isOpened;
 }
 
-bool Database::deleteQuery(std::uint32_t index) {
+bool Database::deleteQuery(std::uint32_t index, Outcome* change) {
   RecordsetHandle queries;
-  if (!openQueryAt(index, queries)) {
-    noteQueryChange(false);
-    return false;
-  }
-  noteQueryChange(queries.deleteCurrent());
-  return true;
-}
-
-void Database::noteQueryChange(bool done) {
-  queryRefused_ = !done;
-  if (queryRefused_) refusalText_ = takeLastErrorText();
+  Outcome opened = openQueryAt(index, queries);
+  const bool isOpened = static_cast<bool>(opened);
+  tell(change, isOpened ? queries.deleteCurrent() : std::move(opened));
+  return isOpened;
 }
 
 /// Clears the connection string, which the open connection does not heed, before every use of the table.
-bool Database::openQueries(RecordsetHandle& queries) {
+Outcome Database::openQueries(RecordsetHandle& queries) {
   connection_->setConnectionString(L"");
   return queries.open(kSelectAll, connection_.get(), CursorType::keyset, SourceKind::text);
 }
 
-/// Opens the table and moves to the query at `index`. False when there is none.
-bool Database::openQueryAt(std::uint32_t index, RecordsetHandle& queries) {
-  if (!openQueries(queries)) return false;
+/// Opens the table and moves to the query at `index`. Fails when there is none.
+Outcome Database::openQueryAt(std::uint32_t index, RecordsetHandle& queries) {
+  if (Outcome opened = openQueries(queries); !opened) return opened;
   const LONG count = queries.recordCount();
-  if (count < 0 || index >= static_cast<std::uint32_t>(count)) return false;
+  if (count < 0 || index >= static_cast<std::uint32_t>(count)) {
+    return Outcome::failure(L"There is no such query.");
+  }
   queries.move(static_cast<LONG>(index), MoveOrigin::first);
-  return true;
+  return {};
 }

@@ -13,9 +13,6 @@
 
 namespace {
 
-/// What the automation shows for true.
-constexpr wchar_t kTrueText[] = L"-1";
-
 /// Stored where the automation's own true would be -1; it reads back as true.
 constexpr VARIANT_BOOL kStoredTrue = 1;
 
@@ -94,42 +91,25 @@ bool saysSomething(FieldType type, const FieldValueSource& editor) {
   return !text.isEmpty() && (type != FieldType::date || !sameText(text, kNoDateText));
 }
 
-/// Whether a date editor still stands on what its field shows: it has the shown text or names the same
-/// moment. The text of a date leaves out fractions of a second.
-bool isSameDate(const String& shown, const FieldValueSource& editor, const Variant& stored) {
-  if (sameText(editor.text(), shown)) return true;
-  const std::optional<double> date = editor.date();
-  if (!date) return sameText(shown, kNoDateText);
-  return date == dateFromText(shown) || (stored.type() == VT_DATE && *date == stored.get().date);
-}
-
 }  // namespace
 
 bool Database::setValueFromEditor(std::uint32_t field, const FieldValueSource& editor) {
+  NameList leftOut;
   if (!isWritten(fieldType(field))) return false;
-  if (!newRecordPending_ && showsStoredValue(field, editor)) return true;
-  FieldHandle& handle = recordset_->field(static_cast<LONG>(field));
-  const Variant value = editedValue(fieldType(field), editor, handle.value());
-  handle.setValue(value);
-  if (value.type() == VT_EMPTY && saysSomething(fieldType(field), editor))
-    clearedFields_.append(fieldName(field));
+  // Whether the store took it shows when the record is stored.
+  static_cast<void>(writeField(field, editor, leftOut));
   return true;
 }
 
-NameList Database::takeClearedFields() {
-  NameList cleared;
-  cleared.swap(clearedFields_);
-  return cleared;
-}
-
-bool Database::showsStoredValue(std::uint32_t field, const FieldValueSource& editor) {
-  const String shown = valueText(field);
-  switch (fieldType(field)) {
-    case FieldType::bit:
-      return editor.isChecked() == sameText(shown, kTrueText);
-    case FieldType::date:
-      return isSameDate(shown, editor, recordset_->field(static_cast<LONG>(field)).value());
-    default:
-      return sameText(editor.text(), shown);
-  }
+/// Does nothing for a field whose editor has nothing to write. `leftOut` receives the name of a field that
+/// was cleared because the content could not be converted.
+Outcome Database::writeField(std::uint32_t field, const FieldValueSource& editor, NameList& leftOut) {
+  if (!isWritten(fieldType(field))) return {};
+  // In a new record, too, a field that can't be written is left to the database.
+  if (!editor.isEdited() && (!newRecordPending_ || isFieldReadOnly(field))) return {};
+  FieldHandle& handle = recordset_->field(static_cast<LONG>(field));
+  const Variant value = editedValue(fieldType(field), editor, handle.value());
+  if (Outcome put = handle.setValue(value); !put) return put;
+  if (value.type() == VT_EMPTY && saysSomething(fieldType(field), editor)) leftOut.append(fieldName(field));
+  return {};
 }

@@ -55,13 +55,11 @@ class Document {
   // ---- The database (document_database.cpp)
 
   /// Opens the file, lists its tables on the Tables page and chooses the first. No database is open
-  /// when this is called. False when it can't be opened; nothing has changed then.
-  bool openDatabase(const String& path);
+  /// when this is called. Not done when it can't be opened; nothing has changed then.
+  Outcome openDatabase(const String& path);
   /// Stores what was changed on the form and the session, and closes the file. 0 on success, -1 when no
   /// database is open or the connection would not close.
   int closeDatabase();
-  /// Why the store refused last what it was asked to do.
-  const String& refusalText() const { return database_.refusalText(); }
 
   // The commands of the File, Tables and Queries menus (document_files.cpp). They tell the user themselves
   // what can't be done.
@@ -137,14 +135,20 @@ class Document {
   int nextFormPage();
   int previousFormPage();
 
-  /// Writes the current record if the user changed it on the form, or if it is new. Always 1.
+  /// The one veto against leaving the record that the form shows, to be asked before every move, switch of
+  /// the page and close. What was changed there is stored. When the store refuses it the user is told why
+  /// and asked whether to discard what was typed; false when not, and the form stays as it is. After true
+  /// the form has nothing more to store: who stays on the page shows a record with loadRecord.
+  bool canLeaveRecord();
+  /// Writes the record that the form shows if the user changed it there, or if it is new. Always 1; what
+  /// the store refuses is told.
   int commitCurrentRecord();
-  /// Before anything that leaves the record on the form: stores it. When the store refuses it the user is
-  /// told why and asked whether to discard what was typed; false when not, and the form stays as it is.
-  bool finishEditing();
-  /// Shows the current record on the form, and the position. Nothing happens when no database is open;
+  /// Reads the current record and shows it on the form, and the position. One that can't be read is told,
+  /// and opened anew where the structure of the file has changed. Nothing happens when no database is open;
   /// without records only the position is written.
   void loadRecord();
+  /// Whether the form shows a record that was read.
+  bool isRecordShown() const { return shown_.isReadable(); }
 
   // ---- New and deleted records (document_records.cpp). Each returns 0 and tells the user itself what
   // can't be done.
@@ -206,28 +210,21 @@ class Document {
   bool moveToCurrentRecord() { return database_.moveTo(currentRecord); }
   /// The value of a field of the record that was made current.
   String valueText(std::uint32_t field) { return database_.valueText(field); }
-  /// Writes the content of an editor into the field of the current record, as
-  /// Database::setValueFromEditor does.
-  void setValueFromEditor(std::uint32_t field, const FieldValueSource& editor) {
-    database_.setValueFromEditor(field, editor);
-  }
 
  private:
-  bool openConnection(const String& path);
+  Outcome openConnection(const String& path);
   void forgetDatabase();
   void closeRecords();
   void forgetRecords();
   bool sqlPending() const { return !wanted_.isNone() && wanted_.generation() != openGeneration_; }
   bool formStale() const { return formGeneration_ != openGeneration_; }
   bool restoreRecords(const String& table, const String& query, bool asQuery);
-  /// The one place for a veto against leaving the record that the form shows.
-  bool canLeaveRecord() const { return true; }
   /// The count of the former recordset outlasts one that did not open.
   std::uint32_t openRecordCount() const { return recordsetOpen_ ? database_.recordCount() : 0; }
   void refuse(PromptOwner owner, const wchar_t* text);
-  /// Tells what failed and why: for the store's last reason, or for a given one.
-  void tellFailure(const std::wstring& what);
-  void tellFailure(const std::wstring& what, const String& reason);
+  /// Tells what failed and why.
+  void tellFailure(const std::wstring& what, const String& reason,
+                   PromptOwner owner = PromptOwner::mainWindow);
   std::optional<std::uint32_t> placeOfChosenQuery();
   void readQueries();
   void reloadQueries();
@@ -238,34 +235,35 @@ class Document {
   CommandResult openChosen(const String& path);
   class SearchStep;
   enum class SearchEnd { found, notFound, stopped };
-  SearchEnd runSearch();
+  Outcome runSearch(SearchEnd& end);
   void standAt(std::uint32_t position);
-  bool searchBothPasses();
-  bool searchAll();
+  Outcome searchBothPasses(bool& found);
+  Outcome searchAll(bool& found);
   void beginSearch();
-  bool searchUpTo(std::uint32_t end, std::uint32_t& field);
-  bool searchLeftOut(std::uint32_t first, std::uint32_t& field);
+  Outcome searchUpTo(std::uint32_t end, std::optional<std::uint32_t>& field);
+  Outcome searchLeftOut(std::uint32_t first, std::optional<std::uint32_t>& field);
   void tellSearchEnd(bool found);
-  bool returnToShownRecord();
-  bool storeRecord();
-  void tellClearedFields();
+  void breakSearchOff(const Outcome& failure);
+  Outcome storeShownRecord();
+  void tellLeftOut(const NameList& fields);
+  void readAndShow();
+  void reopenRecords();
   void addRecord();
   bool isRecordsetUpdatable() const;
   bool mayDelete();
-  void tellNotDeleted();
+  void tellNotDeleted(const Outcome& failure);
   void deleteOnForm();
   void deleteInGrid();
   template <typename Move>
   void moveOnForm(Move move);
   void selectInGrid(std::uint32_t position);
   void leaveMode();
-  void openPendingRecordset();
+  Outcome openPendingRecordset();
   void enterMode(ViewMode mode, bool opensRecords);
   void enterForm(bool opensRecords);
   void enterList(bool opensRecords);
   void enterQueries();
   void enterTables();
-  void buildForm();
   void goToFirstRecordOfForm(bool opensRecords);
 
   DocumentPages pages_;
@@ -285,7 +283,7 @@ class Document {
   bool reselectTable_ = false;  // the Tables page is filled and keeps its selection when it is entered next
   bool freshlyOpened_ = false;  // the Tables page does not show the catalogue yet
   bool talksToPages_ = false;   // what the lists report is the Document's own doing
-  std::uint32_t shownRecord_ = 0;  // the record whose values the form shows, 0 for none
+  RecordSnapshot shown_;        // the reading that the form shows; empty when what stands there is none
 
   FindState find_;
   std::uint32_t findStartRecord_ = 0;    // currentRecord when the dialog was opened

@@ -21,9 +21,9 @@ Document::~Document() {
   closeDatabase();
 }
 
-bool Document::openConnection(const String& path) {
+Outcome Document::openConnection(const String& path) {
   const WaitCursor wait;
-  if (!database_.open(path)) return false;
+  if (Outcome opened = database_.open(path); !opened) return opened;
   database_.listTables(tableNames_);
   freshlyOpened_ = true;
   leaveMode();
@@ -32,16 +32,16 @@ bool Document::openConnection(const String& path) {
   databasePath_ = path;
   repositionFromList_ = false;
   viewMode_ = ViewMode::none;
-  return true;
+  return {};
 }
 
-bool Document::openDatabase(const String& path) {
-  if (!openConnection(path)) return false;
+Outcome Document::openDatabase(const String& path) {
+  if (Outcome opened = openConnection(path); !opened) return opened;
   setViewMode(ViewMode::tables);
   if (!tableNames_.isEmpty()) openTableSelection(0);
   databaseOpen_ = true;
   updateMenusForDatabase(true);
-  return true;
+  return {};
 }
 
 int Document::closeDatabase() {
@@ -58,6 +58,8 @@ int Document::closeDatabase() {
   pages_.tables->clearRememberedSelection();
   pages_.queries->deleteAllItems();
   pages_.queries->setSelectedIndex(0);
+  pages_.form.tearDown();
+  shown_ = {};
   tableNames_.clear();
   queryNames_.clear();
   markDatabaseOpen(false);

@@ -48,13 +48,9 @@ std::wstring notStored(const SavedQuery& query) {
 
 }  // namespace
 
-void Document::tellFailure(const std::wstring& what) {
-  tellFailure(what, database_.refusalText());
-}
-
-void Document::tellFailure(const std::wstring& what, const String& reason) {
+void Document::tellFailure(const std::wstring& what, const String& reason, PromptOwner owner) {
   const std::wstring text = what + L"\n" + reason.text();
-  refuse(PromptOwner::mainWindow, text.c_str());
+  refuse(owner, text.c_str());
 }
 
 bool Document::confirmDeletion(const std::wstring& what) {
@@ -68,26 +64,27 @@ bool Document::confirmDeletion(const std::wstring& what) {
 CommandResult Document::openDatabaseCommand() {
   const std::optional<String> path = pages_.prompts.chooseFile(FileChoice::open);
   if (!path) return CommandResult::cancelled;
-  if (!finishEditing()) return CommandResult::cancelled;
+  if (!canLeaveRecord()) return CommandResult::cancelled;
   closeDatabase();
   return openChosen(*path);
 }
 
 CommandResult Document::newDatabaseCommand() {
-  if (!finishEditing()) return CommandResult::cancelled;
+  if (!canLeaveRecord()) return CommandResult::cancelled;
   closeDatabase();
   const std::optional<String> path = pages_.prompts.chooseFile(FileChoice::create);
   if (!path) return CommandResult::cancelled;
-  if (!database_.replaceDatabase(*path)) {
-    tellFailure(std::wstring(L"Database ") + path->text() + L" could not be created.");
+  if (const Outcome created = database_.replaceDatabase(*path); !created) {
+    tellFailure(std::wstring(L"Database ") + path->text() + L" could not be created.", created.reason());
     return CommandResult::failed;
   }
   return openChosen(*path);
 }
 
 CommandResult Document::openChosen(const String& path) {
-  if (openDatabase(path)) return CommandResult::done;
-  tellFailure(std::wstring(L"Database ") + path.text() + L" could not be opened.");
+  const Outcome opened = openDatabase(path);
+  if (opened) return CommandResult::done;
+  tellFailure(std::wstring(L"Database ") + path.text() + L" could not be opened.", opened.reason());
   return CommandResult::failed;
 }
 
@@ -101,8 +98,9 @@ CommandResult Document::deleteDatabaseCommand() {
     return CommandResult::failed;
   }
   if (!confirmDeletion(std::wstring(L"database file ") + path->text())) return CommandResult::cancelled;
-  if (database_.dropDatabase(*path)) return CommandResult::done;
-  tellFailure(std::wstring(L"Database ") + path->text() + L" could not be deleted.");
+  const Outcome dropped = database_.dropDatabase(*path);
+  if (dropped) return CommandResult::done;
+  tellFailure(std::wstring(L"Database ") + path->text() + L" could not be deleted.", dropped.reason());
   return CommandResult::failed;
 }
 
@@ -116,8 +114,8 @@ CommandResult Document::deleteTableCommand() {
   if (name.isEmpty()) return CommandResult::failed;
   if (!confirmDeletion(std::wstring(L"table '") + name.text() + L"'")) return CommandResult::cancelled;
   closeRecords();
-  if (!database_.dropTable(name)) {
-    tellFailure(std::wstring(L"Table '") + name.text() + L"' could not be deleted.");
+  if (const Outcome dropped = database_.dropTable(name); !dropped) {
+    tellFailure(std::wstring(L"Table '") + name.text() + L"' could not be deleted.", dropped.reason());
     return CommandResult::failed;
   }
   wanted_.chooseNone();
@@ -129,8 +127,8 @@ CommandResult Document::deleteTableCommand() {
 }
 
 bool Document::createTable(const String& name, const String& columns) {
-  if (!database_.createTable(name, columns)) {
-    tellFailure(std::wstring(L"Table '") + name.text() + L"' could not be created.");
+  if (const Outcome created = database_.createTable(name, columns); !created) {
+    tellFailure(std::wstring(L"Table '") + name.text() + L"' could not be created.", created.reason());
     return false;
   }
   database_.listTables(tableNames_);
@@ -155,9 +153,10 @@ CommandResult Document::deleteQueryCommand() {
     reloadQueries();
     return CommandResult::failed;
   }
-  database_.deleteQuery(*place);
-  if (database_.isQueryRefused()) {
-    tellFailure(failure);
+  Outcome deleted;
+  database_.deleteQuery(*place, &deleted);
+  if (!deleted) {
+    tellFailure(failure, deleted.reason());
     return CommandResult::failed;
   }
   reloadQueries();
@@ -192,9 +191,10 @@ bool Document::chosenQuery(SavedQuery& query) {
 }
 
 bool Document::addQuery(const SavedQuery& query) {
-  database_.addQuery(query);
-  if (database_.isQueryRefused()) {
-    tellFailure(notStored(query));
+  Outcome added;
+  database_.addQuery(query, &added);
+  if (!added) {
+    tellFailure(notStored(query), added.reason());
     return false;
   }
   // The first query makes the table that they are kept in.
@@ -210,9 +210,10 @@ bool Document::changeChosenQuery(const SavedQuery& query) {
     tellFailure(notStored(query), kGoneElsewhere);
     return false;
   }
-  database_.updateQuery(*place, query);
-  if (database_.isQueryRefused()) {
-    tellFailure(notStored(query));
+  Outcome changed;
+  database_.updateQuery(*place, query, &changed);
+  if (!changed) {
+    tellFailure(notStored(query), changed.reason());
     return false;
   }
   showQueries(query.name);
@@ -232,11 +233,11 @@ void Document::showQueries(const String& chosen) {
 }
 
 bool Document::returnsRecords(const String& sql, String& reason) {
-  const bool returns = database_.checkSql(sql);
-  if (!returns) reason = database_.refusalText();
+  const Outcome returns = database_.checkSql(sql);
+  if (!returns) reason = returns.reason();
   // The statement that was tried has taken the place of the records in use.
   forgetRecords();
-  return returns;
+  return static_cast<bool>(returns);
 }
 
 /// The list stays as it is where the queries can't be read, unless their table has gone.

@@ -2,6 +2,7 @@
 #include <windows.h>
 
 #include <algorithm>
+#include <optional>
 #include <string>
 #include <utility>
 
@@ -14,7 +15,9 @@ int Document::openFind() {
     refuse(PromptOwner::mainWindow, L"Cannot find text when a database is not open!");
     return 0;
   }
-  if (!finishEditing()) return 0;
+  if (!canLeaveRecord()) return 0;
+  // The form stays in sight: after a change it shows what the file holds now.
+  if (shown_.isEmpty()) loadRecord();
   // A match in the last record has left the cursor behind it.
   findStartRecord_ = std::min(currentRecord, openRecordCount());
   NameList names;
@@ -29,10 +32,18 @@ int Document::findNext() {
   // The windows are listened to during a step.
   if (isSearching_) return 0;
   if (viewMode_ != ViewMode::form || !database_.isOpen()) return 0;
-  // What was typed on the form between two steps belongs to the record that is shown.
-  if (!finishEditing()) return 0;
-  const SearchEnd end = runSearch();
-  if (end != SearchEnd::stopped) tellSearchEnd(end == SearchEnd::found);
+  // What was typed on the form between two steps belongs to the record that is shown; storing it goes back
+  // there.
+  const std::uint32_t place = currentRecord;
+  if (!canLeaveRecord()) return 0;
+  if (shown_.isEmpty()) loadRecord();
+  if (currentRecord != place) standAt(place);
+  SearchEnd end = SearchEnd::notFound;
+  if (const Outcome searched = runSearch(end); !searched) {
+    breakSearchOff(searched);
+  } else if (end != SearchEnd::stopped) {
+    tellSearchEnd(end == SearchEnd::found);
+  }
   updateNavigationState();
   updatePageState();
   pages_.prompts.refillFindDialog(find_);
@@ -40,19 +51,22 @@ int Document::findNext() {
 }
 
 /// One step. When the user stops it, everything is as it was before it.
-Document::SearchEnd Document::runSearch() {
+Outcome Document::runSearch(SearchEnd& end) {
   const std::uint32_t shown = currentRecord;
   const std::uint32_t field = findField_;
   const std::uint32_t counter = findRecordCounter_;
   const bool isNew = find_.newSearch;
   searchStopped_ = false;
-  const bool found = searchBothPasses();
-  if (!searchStopped_) return found ? SearchEnd::found : SearchEnd::notFound;
+  bool found = false;
+  if (Outcome searched = searchBothPasses(found); !searched) return searched;
+  end = found ? SearchEnd::found : SearchEnd::notFound;
+  if (!searchStopped_) return {};
   findField_ = field;
   findRecordCounter_ = counter;
   find_.newSearch = isNew;
   standAt(shown);
-  return SearchEnd::stopped;
+  end = SearchEnd::stopped;
+  return {};
 }
 
 /// What holds during a step, however it ends.
@@ -80,45 +94,49 @@ void Document::standAt(std::uint32_t position) {
 }
 
 /// From where the search stands to the end, and if nothing was found from the first record to the start.
-bool Document::searchBothPasses() {
+Outcome Document::searchBothPasses(bool& found) {
   const WaitCursor wait;
   const SearchStep step(*this);
   beginSearch();
-  return searchAll();
+  return searchAll(found);
 }
 
-bool Document::searchAll() {
+Outcome Document::searchAll(bool& found) {
   database_.beginSearch(find_.checkAllFields != 0, find_.matchCase != 0, findField_, find_.text);
   searchedRecords_ = 0;
-  std::uint32_t field = 0;
-  bool found = searchUpTo(openRecordCount(), field);
-  if (!found && !searchStopped_) {
+  std::optional<std::uint32_t> field;
+  Outcome searched = searchUpTo(openRecordCount(), field);
+  if (searched && !field && !searchStopped_) {
     const std::uint32_t leftOut = currentRecord;
     database_.moveFirst();
     findRecordCounter_ = 0;
-    found = searchUpTo(findStartRecord_, field) || (!searchStopped_ && searchLeftOut(leftOut, field));
+    searched = searchUpTo(findStartRecord_, field);
+    if (searched && !field && !searchStopped_) searched = searchLeftOut(leftOut, field);
   }
-  if (searchStopped_) return false;
+  if (!searched || searchStopped_) return searched;
+  found = field.has_value();
   if (found) {
-    findField_ = field;
-    pages_.form.focusField(field);
+    findField_ = *field;
+    pages_.form.focusField(findField_);
   } else {
     if (findStartRecord_ != 0) database_.moveTo(findStartRecord_);
     loadRecord();
   }
-  return found;
+  return {};
 }
 
 /// The pass to the end stops before the last record, and earlier when the search was continued; the pass
 /// from the first record ends at the start. Tests what lies behind both, from where the former stopped:
 /// what is told afterwards speaks of all records.
-bool Document::searchLeftOut(std::uint32_t first, std::uint32_t& field) {
+Outcome Document::searchLeftOut(std::uint32_t first, std::optional<std::uint32_t>& field) {
   const std::uint32_t counter = findRecordCounter_;
   findRecordCounter_ = std::max(first, findStartRecord_ + 1);
   const std::uint32_t end = openRecordCount() + 1;
-  if (findRecordCounter_ < end && database_.moveTo(findRecordCounter_) && searchUpTo(end, field)) return true;
+  if (findRecordCounter_ < end && database_.moveTo(findRecordCounter_)) {
+    if (Outcome searched = searchUpTo(end, field); !searched || field) return searched;
+  }
   findRecordCounter_ = counter;
-  return false;
+  return {};
 }
 
 /// Where the search begins: anew at the current record, or behind the last match.
@@ -140,29 +158,37 @@ void Document::beginSearch() {
 
 /// Tests the record of the cursor and those behind it while the counter is below `end`. A match is shown
 /// on the form; the cursor then stands behind it, as behind every record that was tested. Records that can't
-/// match are passed over in between, which changes nothing but the time.
-bool Document::searchUpTo(std::uint32_t end, std::uint32_t& field) {
+/// match are passed over in between, which changes nothing but the time. A record that another program has
+/// deleted holds nothing; one that can't be read ends the search.
+Outcome Document::searchUpTo(std::uint32_t end, std::optional<std::uint32_t>& field) {
   // So long the windows are neither painted nor listened to.
   constexpr std::uint32_t kSliceMilliseconds = 40;
-  bool found = false;
-  while (findRecordCounter_ < end && !found) {
+  while (findRecordCounter_ < end && !field) {
     const std::uint32_t passed = database_.passOver(end - findRecordCounter_, kSliceMilliseconds);
     findRecordCounter_ += passed;
     searchedRecords_ += passed;
     if (!pages_.prompts.keepSearching(std::min(searchedRecords_, openRecordCount()), openRecordCount())) {
       searchStopped_ = true;
-      return false;
+      return {};
     }
     if (findRecordCounter_ >= end) break;
     if (find_.checkAllFields != 0) findField_ = 0;
-    found =
-        database_.matchRecord(find_.checkAllFields != 0, find_.matchCase != 0, findField_, find_.text, field);
-    if (found) loadRecord();
+    Outcome read = database_.searchRecord(find_.checkAllFields != 0, find_.matchCase != 0, findField_,
+                                          find_.text, field);
+    if (!read && read.cause() != Outcome::Cause::recordGone) return read;
+    if (field) loadRecord();
     database_.moveNext();
     ++findRecordCounter_;
     ++searchedRecords_;
   }
-  return found;
+  return {};
+}
+
+/// The form goes on showing what it shows, and the next step begins there.
+void Document::breakSearchOff(const Outcome& failure) {
+  find_.newSearch = true;
+  tellFailure(L"The search could not go on.", failure.reason(), PromptOwner::findDialog);
+  if (!shown_.isEmpty()) database_.moveTo(shown_.position());
 }
 
 void Document::tellSearchEnd(bool found) {

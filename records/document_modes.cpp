@@ -26,7 +26,8 @@ void Document::setViewMode(ViewMode mode) {
     leaveMode();
     if (database_.isOpen()) {
       const bool opensRecords = sqlPending();
-      if (opensRecords) openPendingRecordset();
+      // Why it did not open is not told: the page says that there are no records.
+      if (opensRecords) static_cast<void>(openPendingRecordset());
       enterMode(mode, opensRecords);
     }
     viewMode_ = mode;
@@ -64,11 +65,13 @@ void Document::leaveMode() {
   }
 }
 
-void Document::openPendingRecordset() {
+Outcome Document::openPendingRecordset() {
   pages_.bar.setPositionText(L"");
   forgetRecords();
-  recordsetOpen_ = database_.openRecordset(wanted_.sqlText());
+  Outcome opened = database_.openRecordset(wanted_.sqlText());
+  recordsetOpen_ = static_cast<bool>(opened);
   openGeneration_ = wanted_.generation();
+  return opened;
 }
 
 void Document::closeRecords() {
@@ -83,7 +86,7 @@ void Document::forgetRecords() {
   formGeneration_ = RecordSource::kNeverChosen;
   recordCount = 0;
   currentRecord = 0;
-  shownRecord_ = 0;
+  shown_ = {};
   pages_.form.tearDown();
 }
 

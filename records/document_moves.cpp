@@ -1,13 +1,14 @@
 // The record cursor. On the form a move takes the recordset along; in the grid it only chooses another
 // row, and the recordset follows when the form is entered.
+#include <algorithm>
 #include <optional>
 
 #include "records/document.h"
 
-/// Stores what was changed, moves, and shows the record that is current then.
+/// Leaves the record, moves, and shows the one that is current then.
 template <typename Move>
 void Document::moveOnForm(Move move) {
-  if (!canLeaveRecord() || !storeRecord()) return;
+  if (!canLeaveRecord()) return;
   move();
   database_.setNewRecordPending(false);
   loadRecord();
@@ -75,7 +76,7 @@ int Document::movePreviousRecord() {
 }
 
 int Document::goToRecordNumber() {
-  if (!recordsetOpen_ || !canLeaveRecord()) return 0;
+  if (!recordsetOpen_) return 0;
   if (viewMode_ != ViewMode::form && viewMode_ != ViewMode::list) return 0;
   const std::optional<std::uint32_t> number = pages_.prompts.askRecordNumber(database_.recordCount());
   if (!number) return 0;
@@ -98,9 +99,56 @@ int Document::previousFormPage() {
 }
 
 void Document::loadRecord() {
+  readAndShow();
+  if (shown_.isEmpty() || shown_.isReadable()) return;
+  if (shown_.outcome().cause() == Outcome::Cause::structureChanged) {
+    reopenRecords();
+  } else {
+    tellFailure(L"The record could not be read.", shown_.outcome().reason());
+  }
+}
+
+void Document::readAndShow() {
+  shown_ = {};
   if (!database_.isOpen()) return;
   recordCount = openRecordCount();
   updatePositionText();
-  shownRecord_ = recordCount != 0 ? currentRecord : 0;
-  if (recordCount != 0) pages_.form.loadRecord();
+  if (!recordsetOpen_ || recordCount == 0) return;
+  shown_ = database_.readRecord();
+  pages_.form.showRecord(shown_);
+}
+
+/// Where the file has got another structure, only opening the records anew makes them readable again. The
+/// form is made anew as well, unless their fields are what they were.
+void Document::reopenRecords() {
+  const std::uint32_t wanted = currentRecord;
+  if (database_.reopenSameFields() && database_.recordCount() != 0) {
+    database_.moveTo(std::clamp(wanted, 1u, database_.recordCount()));
+    readAndShow();
+    if (!shown_.isEmpty() && !shown_.isReadable()) {
+      tellFailure(L"The record could not be read.", shown_.outcome().reason());
+    }
+    return;
+  }
+  Outcome opened = openPendingRecordset();
+  if (opened) {
+    pages_.form.build();
+    formGeneration_ = openGeneration_;
+    recordCount = database_.recordCount();
+    if (recordCount != 0) {
+      database_.moveTo(std::clamp(wanted, 1u, recordCount));
+      pages_.form.showEditors();
+    }
+    readAndShow();
+    pages_.form.layOut(true);
+    updatePageState();
+    refuse(PromptOwner::mainWindow,
+           L"Another program has changed the structure of the database.\nThe records were opened anew.");
+  } else {
+    currentRecord = 0;
+    updatePositionText();
+    updateNavigationState();
+    updatePageState();
+    tellFailure(L"The records can no longer be read.", opened.reason());
+  }
 }

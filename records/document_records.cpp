@@ -28,52 +28,46 @@ void Document::refuse(PromptOwner owner, const wchar_t* text) {
 // ---- Storing
 
 int Document::commitCurrentRecord() {
-  const bool changed = pages_.form.takeChange();
-  if (!changed && !database_.newRecordPending()) return 1;
-  if (!returnToShownRecord()) {
-    refuse(PromptOwner::mainWindow, L"The record could not be written.\nIt can no longer be reached.");
-    return 1;
-  }
-  pages_.form.writeRecord();
-  database_.update();
+  const Outcome stored = storeShownRecord();
+  if (!stored) tellFailure(L"The record could not be written.", stored.reason());
   return 1;
 }
 
-/// A search leaves the cursor behind the record that it shows, and what the user does means that record.
-/// False when it can't be reached: no other may be written or deleted in its place.
-bool Document::returnToShownRecord() {
-  if (database_.newRecordPending() || shownRecord_ == 0 || shownRecord_ == currentRecord) return true;
-  return database_.moveTo(shownRecord_);
-}
-
-bool Document::storeRecord() {
-  commitCurrentRecord();
-  tellClearedFields();
-  if (!database_.isUpdateRefused()) return true;
-  const std::wstring text = std::wstring(L"The record could not be written.\n") +
-                            database_.refusalText().text() + L"\n\nDo you want to discard what was typed?";
+bool Document::canLeaveRecord() {
+  if (viewMode_ != ViewMode::form || !recordsetOpen_) return true;
+  const Outcome stored = storeShownRecord();
+  if (stored) return true;
+  const std::wstring text = std::wstring(L"The record could not be written.\n") + stored.reason().text() +
+                            L"\n\nDo you want to discard what was typed?";
   const int answer = pages_.prompts.showMessage(PromptOwner::mainWindow, text.c_str(), kCaption,
                                                 MB_YESNO | MB_DEFBUTTON2 | MB_ICONEXCLAMATION);
   if (answer != IDYES) return false;
+  shown_ = {};
   database_.abandonUpdate();
   if (currentRecord > database_.recordCount()) database_.moveLast();
-  loadRecord();
   return true;
 }
 
-void Document::tellClearedFields() {
-  const NameList cleared = database_.takeClearedFields();
-  if (cleared.isEmpty()) return;
-  std::wstring text = L"What was typed does not fit and was left out:";
-  for (std::uint32_t i = 0; i < cleared.size(); ++i) {
-    text += std::wstring(L"\nField '") + cleared[i].text() + L"'";
-  }
-  refuse(PromptOwner::mainWindow, text.c_str());
+/// Done also when there is nothing to store: what was not read whole is never written.
+Outcome Document::storeShownRecord() {
+  if (!shown_.isReadable()) return {};
+  const bool changed = pages_.form.takeChange();
+  if (!changed && !database_.newRecordPending()) return {};
+  NameList leftOut;
+  Outcome stored = database_.storeRecord(shown_, pages_.form.editors(), leftOut);
+  // From here on the file holds something else than what was read.
+  if (stored) shown_ = {};
+  tellLeftOut(leftOut);
+  return stored;
 }
 
-bool Document::finishEditing() {
-  if (viewMode_ != ViewMode::form || !recordsetOpen_ || recordCount == 0) return true;
-  return storeRecord();
+void Document::tellLeftOut(const NameList& fields) {
+  if (fields.isEmpty()) return;
+  std::wstring text = L"What was typed does not fit and was left out:";
+  for (std::uint32_t i = 0; i < fields.size(); ++i) {
+    text += std::wstring(L"\nField '") + fields[i].text() + L"'";
+  }
+  refuse(PromptOwner::mainWindow, text.c_str());
 }
 
 // ---- New records
@@ -99,12 +93,16 @@ void Document::addRecord() {
     return;
   }
   if (database_.recordCount() != 0) {
-    if (!storeRecord()) return;
+    if (!canLeaveRecord()) return;
   } else {
     pages_.form.build();
     database_.moveFirst();
   }
-  if (!database_.addNew()) return;
+  if (const Outcome begun = database_.addNew(); !begun) {
+    tellFailure(L"The new record could not be made.", begun.reason());
+    loadRecord();
+    return;
+  }
   pages_.prompts.raiseInputPanel();
   loadRecord();
   pages_.form.showEditors();
@@ -147,15 +145,16 @@ bool Document::mayDelete() {
                                     L"Delete this record?", MB_YESNO | MB_ICONQUESTION) == IDYES;
 }
 
-void Document::tellNotDeleted() {
-  const std::wstring text =
-      std::wstring(L"The record could not be deleted.\n") + database_.refusalText().text();
-  refuse(PromptOwner::mainWindow, text.c_str());
+void Document::tellNotDeleted(const Outcome& failure) {
+  tellFailure(L"The record could not be deleted.", failure.reason());
 }
 
 void Document::deleteOnForm() {
-  if (!returnToShownRecord() || !database_.deleteCurrent()) {
-    tellNotDeleted();
+  if (const Outcome deleted = database_.deleteRecord(shown_); !deleted) {
+    tellNotDeleted(deleted);
+    // What it holds now is shown, so that the user can decide anew; what was typed stays.
+    const bool isOther = deleted.cause() == Outcome::Cause::changedElsewhere;
+    if (isOther && !pages_.form.takeChange()) loadRecord();
     return;
   }
   // By one more record than the one that has gone.
@@ -175,8 +174,10 @@ void Document::deleteOnForm() {
 
 void Document::deleteInGrid() {
   // Where the move fails another record is current, and must not go in this one's place.
-  if (!database_.moveTo(currentRecord) || !database_.deleteCurrent()) {
-    tellNotDeleted();
+  const Outcome deleted = database_.moveTo(currentRecord) ? database_.deleteCurrent()
+                                                          : Outcome::failure(L"It can no longer be reached.");
+  if (!deleted) {
+    tellNotDeleted(deleted);
     return;
   }
   recordCount = database_.recordCount();

@@ -4,6 +4,8 @@
 
 #include "base/name_list.h"
 #include "base/string.h"
+#include "data/field_value_source.h"
+#include "data/record_snapshot.h"
 
 /// What the Document asks of the window's pages. The pages know the Document; it knows them only by
 /// these interfaces, which the views implement, so that no dependency points upwards.
@@ -68,7 +70,7 @@ class QueriesPage : public NamesPage {
 };
 
 /// The form of the current record: an editor for each field of the recordset, on pages of which one is
-/// shown. It reads the fields and their values through the Document, and writes values through it.
+/// shown. It reads the fields through the Document, which gives it the records.
 class FormPage {
  public:
   virtual ~FormPage() = default;
@@ -87,13 +89,14 @@ class FormPage {
   /// The editors hold nothing, as there is no record.
   virtual void clearEditors() = 0;
 
-  /// Shows the values of the current record in the editors, and gives the focus to that of field 0.
-  virtual void loadRecord() = 0;
+  /// Shows a reading in the editors, and gives the focus to that of field 0. Of one that failed nothing is
+  /// shown, and nothing can be typed until another is shown.
+  virtual void showRecord(const RecordSnapshot& record) = 0;
   /// Whether the user changed a value since the last loading, as far as the first changed editor in
   /// field order; that editor's mark is taken away.
   virtual bool takeChange() = 0;
-  /// Writes the content of every editor, in field order, into the current record.
-  virtual void writeRecord() = 0;
+  /// What stands in the editors. They live until the form is torn down or built anew.
+  virtual FieldEditors editors() const = 0;
   /// Shows the page of this field, whose editor takes the focus; of a text editor all text is selected.
   virtual void focusField(std::uint32_t field) = 0;
 

@@ -19,6 +19,10 @@ bool CheckFieldEditor::isChecked() const {
   return SendMessageW(window(), BM_GETCHECK, 0, 0) == BST_CHECKED;
 }
 
-void CheckFieldEditor::load(const String& valueText, bool) {
-  setChecked(std::wcscmp(valueText.text(), L"-1") == 0);
+void CheckFieldEditor::load(const FieldSnapshot& field, bool) {
+  setChecked(std::wcscmp(field.text.text(), L"-1") == 0);
+  if (isLocked_ == isUnread(field)) return;
+  isLocked_ = isUnread(field);
+  // A box that does not check itself keeps the focus and its look, and stays as it is.
+  SendMessageW(window(), BM_SETSTYLE, (isLocked_ ? BS_CHECKBOX : BS_AUTOCHECKBOX) | BS_LEFTTEXT, TRUE);
 }

@@ -13,11 +13,13 @@ class CheckFieldEditor final : public FieldEditor {
   bool isChanged() const { return checked_ != isChecked(); }
 
   /// Checked by "-1" alone, the text of a true boolean.
-  void load(const String& valueText, bool isNewRecord) override;
-  bool takeChange() override { return isChanged(); }
+  void load(const FieldSnapshot& field, bool isNewRecord) override;
+  bool takeChange() override { return isEdited(); }
+  bool isEdited() const override { return !isLocked_ && isChanged(); }
   /// The field's name, as it stands beside the box.
   String text() const override { return windowText(window()); }
 
  private:
   bool checked_ = false;
+  bool isLocked_ = false;  // nothing is known of the field's value
 };

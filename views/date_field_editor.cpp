@@ -73,12 +73,19 @@ bool DateFieldEditor::isChanged() const {
   return std::wcscmp(text().text(), shownText_.text()) != 0;
 }
 
-void DateFieldEditor::load(const String& valueText, bool isNewRecord) {
+void DateFieldEditor::load(const FieldSnapshot& field, bool isNewRecord) {
+  isLocked_ = isUnread(field);
   if (isNewRecord) {
     showToday();
   } else {
-    setText(valueText);
+    setText(field.text);
   }
+}
+
+bool DateFieldEditor::isEdited() const {
+  if (isLocked_ || !isChanged()) return false;
+  const std::optional<double> chosen = date();
+  return !chosen || chosen != dateFromText(shownText_);
 }
 
 std::optional<double> DateFieldEditor::date() const {
@@ -87,6 +94,7 @@ std::optional<double> DateFieldEditor::date() const {
 }
 
 void DateFieldEditor::openCalendar() {
+  if (isLocked_) return;
   const HWND control = window();
   CalendarPopup popup(fieldName_, calendarStart(shownText_));
   const CalendarPopup::Choice choice = popup.run(GetAncestor(control, GA_ROOT));

@@ -29,8 +29,10 @@ class DateFieldEditor final : public FieldEditor {
   void openCalendar();
 
   /// In a new record today is shown.
-  void load(const String& valueText, bool isNewRecord) override;
-  bool takeChange() override { return isChanged(); }
+  void load(const FieldSnapshot& field, bool isNewRecord) override;
+  bool takeChange() override { return !isLocked_ && isChanged(); }
+  /// A text that names the moment which was shown before is no other value.
+  bool isEdited() const override;
   /// What setText or showToday gave it, as long as the window shows that.
   String text() const override;
   std::optional<double> date() const override;
@@ -42,7 +44,8 @@ class DateFieldEditor final : public FieldEditor {
  private:
   ControlPlace place_;
   String shownText_;
-  String givenText_;  // what the window was given to show of it
+  String givenText_;       // what the window was given to show of it
+  bool isLocked_ = false;  // nothing is known of the field's value
   String fieldName_;
 };
 

@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "data/field_value_source.h"
+#include "data/record_snapshot.h"
 #include "views/child_control.h"
 
 /// The editor of one field of the form: what the form asks of every kind.
@@ -15,9 +16,9 @@ class FieldEditor : public FieldValueSource {
   void takeFocus() const { SetFocus(window()); }
   virtual void position(const ControlPlace& place, UINT flags) { moveControl(place, flags); }
 
-  /// Shows the value of a record that was made current, given as its text. From here on the editor is
-  /// unchanged.
-  virtual void load(const String& valueText, bool isNewRecord) = 0;
+  /// Shows what the field was read as. From here on the editor is unchanged. Where nothing is known of the
+  /// value nothing is shown, and the editor takes nothing from the user until it is loaded again.
+  virtual void load(const FieldSnapshot& field, bool isNewRecord) = 0;
   /// Whether the user changed the content since the last loading. An editor that keeps a mark for that
   /// takes it away.
   virtual bool takeChange() = 0;
@@ -33,6 +34,7 @@ class FieldEditor : public FieldValueSource {
     return control_.create(className, text, creation);
   }
   bool moveControl(const ControlPlace& place, UINT flags) const { return control_.position(place, flags); }
+  static bool isUnread(const FieldSnapshot& field) { return field.state == FieldSnapshot::State::unreadable; }
 
  private:
   ChildControl control_;

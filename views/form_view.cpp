@@ -134,17 +134,19 @@ FormView::Row FormView::createRow(std::uint32_t field, NextIds& ids) const {
 
 // ---- Records
 
-void FormView::loadRecord() {
-  if (!document_ || !document_->isRecordsetOpen() || recordCount == 0) return;
+void FormView::showRecord(const RecordSnapshot& record) {
+  const FieldSnapshot unread;
   for (std::uint32_t field = 0; field < rowCount(); ++field) {
-    rows_[field].editor->load(document_->valueText(field), document_->isNewRecordPending());
+    const bool isRead = field < record.fields().size();
+    rows_[field].editor->load(isRead ? record.fields()[field] : unread, record.isNew());
   }
   // Also when another page is shown.
   if (!rows_.empty()) rows_.front().editor->takeFocus();
 }
 
 void FormView::clearEditors() {
-  for (Row& row : rows_) row.editor->load(String(), false);
+  const FieldSnapshot none;
+  for (Row& row : rows_) row.editor->load(none, false);
 }
 
 bool FormView::takeChange() {
@@ -154,11 +156,11 @@ bool FormView::takeChange() {
   return false;
 }
 
-void FormView::writeRecord() {
-  if (!document_ || recordCount == 0) return;
-  for (std::uint32_t field = 0; field < rowCount(); ++field) {
-    document_->setValueFromEditor(field, *rows_[field].editor);
-  }
+FieldEditors FormView::editors() const {
+  FieldEditors editors;
+  editors.reserve(rows_.size());
+  for (const Row& row : rows_) editors.push_back(row.editor.get());
+  return editors;
 }
 
 void FormView::focusField(std::uint32_t field) {

@@ -30,9 +30,9 @@ class FormView final : public FormPage {
   void showEditors() override { showPage(true); }
   void hideEditors() override { showPage(false); }
   void clearEditors() override;
-  void loadRecord() override;
+  void showRecord(const RecordSnapshot& record) override;
   bool takeChange() override;
-  void writeRecord() override;
+  FieldEditors editors() const override;
   void focusField(std::uint32_t field) override;
   void layOut(bool force) override;
   bool showNextPage() override;

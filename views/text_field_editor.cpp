@@ -58,24 +58,28 @@ void TextFieldEditor::setValue(const String& value) {
   hasValue_ = true;
   ShownText shown = textForLine(value_.text());
   loadedText_ = shown.text.c_str();
-  const bool showsAll = shown.isExact && isEditable(value_, binary_);
-  if (showsAll != showsAll_) {
-    showsAll_ = showsAll;
-    SendMessageW(window(), EM_SETREADONLY, readOnly_ || !showsAll_, 0);
-  }
+  showsAll_ = shown.isExact && isEditable(value_, binary_);
+  SendMessageW(window(), EM_SETREADONLY, readOnly_ || isLocked_ || !showsAll_, 0);
   SetWindowTextW(window(), loadedText_.text());
   keystrokes_.textLength = static_cast<std::uint32_t>(shown.text.size());
 }
 
-void TextFieldEditor::load(const String& valueText, bool) {
-  setValue(valueText);
+void TextFieldEditor::load(const FieldSnapshot& field, bool) {
+  isLocked_ = isUnread(field);
+  setValue(field.text);
+  loaded_ = field.text;
   changed_ = false;
+  hasValue_ = !isLocked_;
 }
 
 bool TextFieldEditor::takeChange() {
   const bool changed = changed_ || (hasValue_ && showsAll_ && !sameText(text(), loadedText_));
   changed_ = false;
-  return changed;
+  return changed && !isLocked_;
+}
+
+bool TextFieldEditor::isEdited() const {
+  return !isLocked_ && !sameText(text(), loaded_);
 }
 
 void TextFieldEditor::position(const ControlPlace& place, UINT flags) {
@@ -88,6 +92,7 @@ void TextFieldEditor::setSelection(int start, int end) {
 }
 
 bool TextFieldEditor::takeCharacter(wchar_t character) {
+  if (isLocked_) return false;
   if (!showsAll_) return isCommandCharacter(character);
   const KeystrokeVerdict verdict = filterKeystroke(character, rules_, keystrokes_);
   if (verdict == KeystrokeVerdict::accept) {

@@ -37,11 +37,13 @@ class TextFieldEditor final : public FieldEditor {
   /// What the window shows; the value where the window does not show all of it.
   String text() const override { return showsAll_ ? windowText(window()) : value_; }
 
-  void load(const String& valueText, bool isNewRecord) override;
+  void load(const FieldSnapshot& field, bool isNewRecord) override;
   /// A key that was taken, a confirmed zoom and a content that is not what was loaded all count: the
   /// Delete key and the clipboard send no character.
   bool takeChange() override;
   bool isChanged() const { return changed_; }
+  /// Line breaks, which are shown as commas, are written as such when their record is written.
+  bool isEdited() const override;
 
   // ---- The window
 
@@ -77,9 +79,11 @@ class TextFieldEditor final : public FieldEditor {
   bool readOnly_ = false;
   bool binary_ = false;
   bool hasValue_ = false;
-  bool showsAll_ = true;  // but for the commas
+  bool showsAll_ = true;   // but for the commas
+  bool isLocked_ = false;  // nothing is known of the field's value
   String fieldName_;
   String value_;
+  String loaded_;      // the value that was given to show
   String loadedText_;  // what the window was given to show of it
 };
 

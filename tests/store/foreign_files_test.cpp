@@ -387,8 +387,8 @@ TEST_F(ForeignFilesTest, AColumnThatAnotherProgramTakesAwayIsNotShownAsTheNext) 
   other.run("ALTER TABLE t DROP COLUMN a");
   ASSERT_TRUE(t->moveNext());
   Cell cell;
-  EXPECT_EQ(ErrorCode::noCurrentRecord, t->cell(1, &cell).code());
-  EXPECT_EQ(ErrorCode::noCurrentRecord, t->cell(2, &cell).code());
+  EXPECT_EQ(ErrorCode::structureChanged, t->cell(1, &cell).code());
+  EXPECT_EQ(ErrorCode::structureChanged, t->cell(2, &cell).code());
   EXPECT_EQ("B D", columnOf("Select b from [t]"));
 }
 

@@ -60,7 +60,7 @@ TEST_F(DocumentFindTest, AMatchIsShownAndTheCursorGoesOnBehindIt) {
   EXPECT_EQ(window().bar.position, L"    2 / 5");
   EXPECT_EQ(currentRecord, 3u);
   const Calls calls = window().takeCalls();
-  EXPECT_THAT(calls, Contains("form.loadRecord"));
+  EXPECT_THAT(calls, Contains("form.showRecord"));
   EXPECT_THAT(calls, Contains("form.focusField 0"));
   EXPECT_EQ(calls.back(), "prompts.refillFindDialog");
   EXPECT_THAT(texts(), IsEmpty());

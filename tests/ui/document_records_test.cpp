@@ -24,8 +24,8 @@ class DocumentRecordsTest : public DocumentTest {
     Database database;
     const auto position = currentRecord;
     const auto count = recordCount;
-    database.open(path().c_str());
-    database.openRecordset(document().sqlText());
+    EXPECT_TRUE(database.open(path().c_str()));
+    EXPECT_TRUE(database.openRecordset(document().sqlText()));
     const std::size_t stored = database.recordCount();
     database.closeRecordset();
     database.close();
@@ -83,7 +83,7 @@ TEST_F(DocumentRecordsTest, ANewRecordIsShownAtTheEndAndThePanelRaised) {
   allow(kNewRecords);
   document().newRecord();
   EXPECT_THAT(window().takeCalls(), ElementsAre("form.takeChange", "prompts.raiseInputPanel",
-                                                "form.loadRecord", "form.showEditors"));
+                                                "form.showRecord", "form.showEditors"));
   EXPECT_EQ(window().bar.position, L"    4 / 4");
   EXPECT_TRUE(document().isNewRecordPending());
 }
@@ -103,7 +103,7 @@ TEST_F(DocumentRecordsTest, TheFirstRecordOfATableBuildsTheForm) {
   allow(kNewRecords);
   document().newRecord();
   EXPECT_THAT(window().takeCalls(),
-              ElementsAre("form.build", "prompts.raiseInputPanel", "form.loadRecord", "form.showEditors"));
+              ElementsAre("form.build", "prompts.raiseInputPanel", "form.showRecord", "form.showEditors"));
   EXPECT_EQ(currentRecord, 1u);
   EXPECT_EQ(recordCount, 1u);
 }
@@ -248,10 +248,10 @@ TEST_F(RefusedRecordTest, KeepsTheFormAndSaysWhy) {
   EXPECT_THAT(messages()[0].text, testing::StartsWith(L"The record could not be written.\n"));
   EXPECT_THAT(messages()[0].text, testing::HasSubstr(L"Strict.k"));
   EXPECT_EQ(messages()[0].flags, UINT{MB_YESNO | MB_DEFBUTTON2 | MB_ICONEXCLAMATION});
-  EXPECT_THAT(window().takeCalls(), Not(Contains("form.loadRecord")));
+  EXPECT_THAT(window().takeCalls(), Not(Contains("form.showRecord")));
   EXPECT_EQ(currentRecord, 3u);
   EXPECT_TRUE(document().isNewRecordPending());
-  EXPECT_FALSE(document().finishEditing());
+  EXPECT_FALSE(document().canLeaveRecord());
 }
 
 TEST_F(RefusedRecordTest, CanBeDiscarded) {
@@ -262,7 +262,7 @@ TEST_F(RefusedRecordTest, CanBeDiscarded) {
   EXPECT_FALSE(document().isNewRecordPending());
   EXPECT_EQ(recordCount, 2u);
   EXPECT_EQ(storedCount(), 2u);
-  EXPECT_TRUE(document().finishEditing());
+  EXPECT_TRUE(document().canLeaveRecord());
 }
 
 TEST_F(RefusedRecordTest, CanBeDeleted) {
@@ -280,7 +280,7 @@ TEST_F(DocumentRecordsTest, ANumberLeadsTheFormThere) {
   window().prompts.number = 3;
   document().goToRecordNumber();
   EXPECT_THAT(window().takeCalls(),
-              ElementsAre("prompts.askRecordNumber 3", "form.takeChange", "form.loadRecord"));
+              ElementsAre("prompts.askRecordNumber 3", "form.takeChange", "form.showRecord"));
   EXPECT_EQ(value(), L"30");
 }
 

@@ -262,7 +262,7 @@ TEST_F(DocumentTest, EachPageIsLeftBeforeTheNextIsEntered) {
   open();
   document().setViewMode(ViewMode::form);
   EXPECT_THAT(window().takeCalls(), ElementsAre("tables.hide", "form.tearDown", "form.show", "form.build",
-                                                "form.showEditors", "form.loadRecord", "form.layOut forced"));
+                                                "form.showEditors", "form.showRecord", "form.layOut forced"));
   document().setViewMode(ViewMode::list);
   EXPECT_THAT(window().takeCalls(),
               ElementsAre("form.hide", "form.hideEditors", "form.takeChange", "grid.show", "grid.fill"));

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <functional>
 #include <map>
@@ -10,6 +11,7 @@
 #include <utility>
 #include <vector>
 
+#include "data/date_value.h"
 #include "records/document.h"
 #include "records/pages.h"
 
@@ -17,6 +19,18 @@
 
 using Calls = std::vector<std::string>;
 
+/// An editor without a window.
+struct FakeFieldEditor final : FieldValueSource {
+  bool isEdited() const override { return content != shown; }
+  String text() const override { return content.c_str(); }
+  bool isChecked() const override { return content == L"-1"; }
+  std::optional<double> date() const override { return dateFromText(content.c_str()); }
+
+  std::wstring shown;    ///< what it was given
+  std::wstring content;  ///< what the user left in it
+};
+
+/// Shows records as a form does, and takes what a test types.
 struct FakeForm final : FormPage {
   explicit FakeForm(Calls& list) : calls(list) {}
   void show() override { calls.push_back("form.show"); }
@@ -26,12 +40,23 @@ struct FakeForm final : FormPage {
   void showEditors() override { calls.push_back("form.showEditors"); }
   void hideEditors() override { calls.push_back("form.hideEditors"); }
   void clearEditors() override { calls.push_back("form.clearEditors"); }
-  void loadRecord() override { calls.push_back("form.loadRecord"); }
+  void showRecord(const RecordSnapshot& record) override {
+    calls.push_back(record.isReadable() ? "form.showRecord" : "form.showRecord unread");
+    fields.assign(record.fields().size(), {});
+    for (std::size_t i = 0; i < fields.size(); ++i) {
+      fields[i].shown = fields[i].content = record.fields()[i].text.text();
+    }
+  }
   bool takeChange() override {
     calls.push_back("form.takeChange");
-    return changed;
+    return changed ||
+           std::any_of(fields.begin(), fields.end(), [](const auto& field) { return field.isEdited(); });
   }
-  void writeRecord() override { calls.push_back("form.writeRecord"); }
+  FieldEditors editors() const override {
+    FieldEditors all;
+    for (const FakeFieldEditor& field : fields) all.push_back(&field);
+    return all;
+  }
   void focusField(std::uint32_t field) override {
     calls.push_back("form.focusField " + std::to_string(field));
   }
@@ -42,7 +67,8 @@ struct FakeForm final : FormPage {
   std::uint32_t pageCount() const override { return pages; }
 
   Calls& calls;
-  bool changed = false;  ///< what takeChange answers
+  bool changed = false;  ///< a mark of a change, whatever stands in the editors
+  std::vector<FakeFieldEditor> fields;
   std::uint32_t pages = 1;
 };
 

@@ -14,6 +14,10 @@
 
 namespace {
 
+FieldSnapshot readAs(const wchar_t* text) {
+  return {.state = FieldSnapshot::State::value, .text = text, .value = {}};
+}
+
 using testing::ElementsAre;
 
 using FieldEditorsTest = FormFixture;
@@ -206,11 +210,11 @@ TEST_F(LoneEditorsTest, ACheckBoxKnowsWhatItWasSetTo) {
   EXPECT_FALSE(editor.isChanged());
   SendMessageW(editor.window(), BM_SETCHECK, BST_UNCHECKED, 0);
   EXPECT_TRUE(editor.isChanged());
-  editor.load(L"1", false);
+  editor.load(readAs(L"1"), false);
   EXPECT_FALSE(editor.isChecked());
-  editor.load(L"-1", false);
+  editor.load(readAs(L"-1"), false);
   EXPECT_TRUE(editor.isChecked());
-  editor.load(L"", false);
+  editor.load(readAs(L""), false);
   EXPECT_FALSE(editor.isChecked());
 }
 
@@ -238,10 +242,10 @@ TEST_F(LoneEditorsTest, ADateEditorShowsTodayInANewRecord) {
   DateFieldEditor editor;
   ASSERT_TRUE(editor.create({WS_CHILD, {41, 30, 80, 18}, host(), 1600}));
   const std::wstring before = todayText();
-  editor.load(L"None", true);
+  editor.load(readAs(L"None"), true);
   EXPECT_THAT(textOf(editor.window()), testing::AnyOf(before, todayText()));
   EXPECT_FALSE(editor.isChanged());
-  editor.load(L"3/9/2001", false);
+  editor.load(readAs(L"3/9/2001"), false);
   EXPECT_EQ(textOf(editor.window()), L"3/9/2001");
 }
 
@@ -266,20 +270,20 @@ class FiveCharactersTest : public LoneEditorsTest {
 };
 
 TEST_F(FiveCharactersTest, ASixthCharacterIsTakenAndTheSeventhIsNot) {
-  editor().load(L"", false);
+  editor().load(readAs(L""), false);
   type(L"1234567");
   EXPECT_EQ(shown(), L"123456");
 }
 
 TEST_F(FiveCharactersTest, WhatIsLoadedCounts) {
-  editor().load(L"a\r\nb\r\n", false);
+  editor().load(readAs(L"a\r\nb\r\n"), false);
   editor().setSelection(4, 4);
   type(L"123");
   EXPECT_EQ(shown(), L"a,b,12");
 }
 
 TEST_F(FiveCharactersTest, CharactersAreCountedAnewWhenTheFocusLeaves) {
-  editor().load(L"12345", false);
+  editor().load(readAs(L"12345"), false);
   type(L"6");
   editor().selectAll();
   type(L"x");
@@ -293,7 +297,7 @@ TEST_F(FiveCharactersTest, CharactersAreCountedAnewWhenTheFocusLeaves) {
 }
 
 TEST_F(FiveCharactersTest, OnlyTheFirstLossOfTheFocusCounts) {
-  editor().load(L"12345", false);
+  editor().load(readAs(L"12345"), false);
   SetWindowTextW(editor().window(), L"1");
   SendMessageW(editor().window(), WM_KILLFOCUS, 0, 0);
   SetWindowTextW(editor().window(), L"");
@@ -322,7 +326,7 @@ TEST_F(LoneEditorsTest, TheEditMenuActsOnTheFocusAlone) {
   theTextEditors.reset();
   TextFieldEditor editor;
   ASSERT_TRUE(editor.create({WS_CHILD | ES_AUTOHSCROLL, {41, 30, 80, 18}, host(), 1200}));
-  editor.load(L"abc", false);
+  editor.load(readAs(L"abc"), false);
   editor.takeFocus();
   ASSERT_EQ(GetFocus(), editor.window());
   editor.selectAll();

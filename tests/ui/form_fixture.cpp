@@ -62,9 +62,8 @@ std::wstring FormFixture::storedText(std::uint32_t field, std::uint32_t record) 
 }
 
 void FormFixture::commit() {
-  if (view_.takeChange()) view_.writeRecord();
-  // Moving on stores what was written.
-  document_->moveToCurrentRecord();
+  document_->commitCurrentRecord();
+  document_->loadRecord();
 }
 
 HWND FormFixture::label(const std::wstring& text) const {

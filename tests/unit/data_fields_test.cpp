@@ -140,9 +140,9 @@ TEST_F(FieldsTest, EveryStatementOfARecordsetIsWrittenToTheDebugOutput) {
   openTable(L"a integer", {L"1"});
   debugTexts.clear();
   void* const handler = AddVectoredExceptionHandler(1, &keepDebugText);
-  database_.openRecordset(L"Select * from [t]");
-  database_.openRecordset(L"Select * from [missing]");
-  database_.checkSql(L"Select a from t");
+  EXPECT_TRUE(database_.openRecordset(L"Select * from [t]"));
+  EXPECT_FALSE(database_.openRecordset(L"Select * from [missing]"));
+  EXPECT_TRUE(database_.checkSql(L"Select a from t"));
   NameList names;
   database_.listFieldNames(L"Select 1 from t", names);
   database_.listTables(names);

@@ -115,9 +115,9 @@ TEST_F(MovesTest, MovesForTheListFindTheirRowsAfterAnyOtherMove) {
       case 4:
         return database_.moveTo(4);
       case 5:
-        return database_.openRecordset(L"Select * from [t]");
+        return static_cast<bool>(database_.openRecordset(L"Select * from [t]"));
       default:
-        return database_.checkSql(L"Select * from [t]");
+        return static_cast<bool>(database_.checkSql(L"Select * from [t]"));
     }
   };
   for (int kind = 0; kind <= 6; ++kind) {

@@ -254,7 +254,7 @@ TEST_F(RecordCallsTest, ANewRecordAmongNoneIsAddedAlthoughTheMoveFails) {
 
 TEST_F(RecordCallsTest, DeletingAPendingRecordDeletesNothing) {
   open(2);
-  database_.addNew();
+  ASSERT_TRUE(database_.addNew());
   store_.calls.clear();
   EXPECT_TRUE(database_.deleteCurrent());
   EXPECT_THAT(store_.calls, ElementsAre("CancelUpdate"));

@@ -83,7 +83,7 @@ TEST_F(DataSearchTest, WithoutASearchNothingIsPassedOver) {
 
 TEST_F(DataSearchTest, ANewRecordIsNotPassedOver) {
   openTable(L"w Text", {L"'a'", L"'b'"});
-  database_.addNew();
+  ASSERT_TRUE(database_.addNew());
   database_.beginSearch(true, false, 0, L"z");
   EXPECT_EQ(database_.passOver(5, kLongTime), 0u);
 }

@@ -73,12 +73,21 @@ class FakeEditor final : public FieldValueSource {
     return editor;
   }
 
+  /// It holds what it was given to show.
+  FakeEditor unedited() const {
+    FakeEditor editor = *this;
+    editor.edited_ = false;
+    return editor;
+  }
+
+  bool isEdited() const override { return edited_; }
   String text() const override { return text_; }
   bool isChecked() const override { return checked_; }
   std::optional<double> date() const override { return date_; }
 
  private:
   String text_;
+  bool edited_ = true;
   bool checked_ = false;
   std::optional<double> date_;
 };

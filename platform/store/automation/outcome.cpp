@@ -53,6 +53,8 @@ HRESULT resultOf(store::ErrorCode code) {
       return objectModelError(3719);
     case ErrorCode::locked:
       return objectModelError(3730);
+    case ErrorCode::structureChanged:
+      return objectModelError(3732);
     case ErrorCode::fileExists:
       return objectModelError(3731);
     case ErrorCode::fileGone:

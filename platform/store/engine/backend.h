@@ -46,8 +46,8 @@ class RowSource {
   virtual Status readKeys(KeySet* keys) = 0;
 
   /// Copies the values of the row with the key at `index` of `keys` into `row`, one for each column.
-  /// Fails with noCurrentRecord when the row is gone or can no longer be told to be the same row;
-  /// `row` is then empty.
+  /// Fails with noCurrentRecord when the row is gone, and with structureChanged when it can no longer be
+  /// told to be the same row; `row` is then empty.
   virtual Status fetch(const KeySet& keys, std::size_t index, Row* row) = 0;
 
   /// The quickest way through the rows that this source has (row_scan.h); at worst makeFetchingScan(). The
@@ -60,9 +60,9 @@ class RowSource {
 
   /// Changes columns of the row with the key at `index` as one durable transaction; when the change
   /// moves the row to another key, the set follows. noCurrentRecord when the row is gone;
-  /// changedElsewhere when `read`, which is what fetch() gave for it, is no longer what the columns of
-  /// the table hold; constraint when a rule of the database kept the row as it is. On failure nothing
-  /// has changed.
+  /// structureChanged as for fetch(); changedElsewhere when `read`, which is what fetch() gave for it, is no
+  /// longer what the columns of the table hold; constraint when a rule of the database kept the row as it is.
+  /// On failure nothing has changed.
   virtual Status update(const std::vector<Change>& changes, KeySet* keys, std::size_t index,
                         const Row& read) = 0;
 

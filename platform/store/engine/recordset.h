@@ -79,7 +79,8 @@ class Recordset {
 
   /// The value of the current record's field: what was written into the field and not yet stored, else
   /// what the database holds. `cell` holds until the next call of any other operation. Fails with
-  /// noCurrentRecord off the records, on a deleted row and on a row that another program deleted.
+  /// noCurrentRecord off the records, on a deleted row and on a row that another program deleted, with
+  /// structureChanged when the tables became others: this recordset is then to be opened anew.
   Status cell(std::size_t column, Cell* cell);
 
   /// Writes into the current record's field; stored by `update`. A value equal to the one that the

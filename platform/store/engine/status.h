@@ -25,6 +25,7 @@ enum class ErrorCode {
   fileExists,        ///< CREATE DATABASE on a path that is taken
   locked,            ///< another program held the database for longer than the wait
   readOnly,          ///< the file, the table or the field can't be written
+  structureChanged,  ///< the tables became others: the records are to be opened anew
   changedElsewhere,  ///< another program changed or replaced the record since it was read
   constraint,        ///< a NOT NULL, UNIQUE, CHECK or foreign key rule was broken
   damaged,           ///< the database's content contradicts itself

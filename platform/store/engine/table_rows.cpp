@@ -365,7 +365,7 @@ Status TableRows::checkSameRows() {
     isSame = name != nullptr && columns_[index].name == name;
   }
   if (!isSame) {
-    return {ErrorCode::noCurrentRecord,
+    return {ErrorCode::structureChanged,
             "The structure of the database was changed meanwhile: the table must be opened again."};
   }
   fetch_ = std::move(fetch);

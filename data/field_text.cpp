@@ -1,8 +1,8 @@
+#include "data/field_text.h"
+
 #include <optional>
 
-#include "data/database.h"
 #include "data/date_value.h"
-#include "data/recordset_handle.h"
 #include "data/value_conversion.h"
 
 namespace {
@@ -24,10 +24,8 @@ String textOfDateField(const Variant& value) {
 
 }  // namespace
 
-String Database::valueText(std::uint32_t field) {
-  if (field >= fieldCount_) return {};
-  const Variant& value = recordset_->field(static_cast<LONG>(field)).value();
-  switch (fieldType(field)) {
+String fieldText(FieldType type, const Variant& value) {
+  switch (type) {
     case FieldType::real:
       return textOfDoubleField(value);
     case FieldType::date:
@@ -45,25 +43,4 @@ String Database::valueText(std::uint32_t field) {
     default:
       return kUnknownTypeText;
   }
-}
-
-bool Database::fieldIsSet(std::uint32_t field) {
-  return recordset_->field(static_cast<LONG>(field)).valueAsInteger() != 0;
-}
-
-bool Database::matchRecord(bool allFields, bool matchCase, std::uint32_t firstField, String text,
-                           std::uint32_t& foundField) {
-  if (!matchCase) text.toUpperCase();
-  const std::uint32_t end = allFields ? fieldCount_ : firstField + 1;
-  for (std::uint32_t field = firstField; field < end; ++field) {
-    const FieldType type = fieldType(field);
-    if (type == FieldType::bit || type == FieldType::date) continue;
-    String value = valueText(field);
-    if (!matchCase) value.toUpperCase();
-    if (value.find(text.text()) >= 0) {
-      foundField = field;
-      return true;
-    }
-  }
-  return false;
 }
