@@ -96,7 +96,8 @@ TEST_F(LongTextsTest, SoIsALineOfDigitsButNotOneOfManyNumbers) {
 TEST_F(LongTextsTest, AnEditorThatShowedPartOfATextTakesTheNextOne) {
   showText(repeated(L"x", 200'000));
   ASSERT_TRUE(isReadOnly(textEditor()));
-  theTextEditors.find(textEditor())->load(L"short", false);
+  theTextEditors.find(textEditor())
+      ->load({.state = FieldSnapshot::State::value, .text = L"short", .value = {}}, false);
   EXPECT_FALSE(isReadOnly(textEditor()));
   EXPECT_EQ(textOf(textEditor()), L"short");
 }
