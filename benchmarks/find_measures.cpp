@@ -186,6 +186,15 @@ void prepareFind(const std::string& path) {
   bare.runToEnd("INSERT INTO [Bench keyed] SELECT * FROM Measurements");
 }
 
+std::vector<BareSearch> bareSearches() {
+  const auto statement = [](const char* text, bool matchCase) {
+    return "SELECT 1 FROM Measurements WHERE " + condition(text, matchCase, nullptr);
+  };
+  return {{"Find, letters", kLetters, false, statement(kLetters, false), 0.6},
+          {"Find, digits", kDigits, false, statement(kDigits, false), 1.0},
+          {"Find, with case", kLetters, true, statement(kLetters, true), 0.6}};
+}
+
 double secondsOfMatch(const std::string& path) {
   FindBench bench(path);
   return bench.finder(kAllRecords).searchMatches(kEverywhere) / kMatches;

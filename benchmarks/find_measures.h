@@ -15,6 +15,16 @@ std::vector<Measure> makeFindMeasures(const std::string& path);
 /// ids.
 void prepareFind(const std::string& path);
 
+/// A search for which there is a bare statement: in all fields of the table, for a text that no record holds.
+struct BareSearch {
+  std::string name;
+  std::string text;
+  bool matchCase;
+  std::string statement;
+  double limit;  ///< the program may take this many times the statement's time
+};
+std::vector<BareSearch> bareSearches();
+
 /// Seconds from one match to the next, where every record is one.
 double secondsOfMatch(const std::string& path);
 constexpr double kMostSecondsOfMatch = 0.005;

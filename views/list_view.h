@@ -47,6 +47,10 @@ inline int itemCount(HWND list) {
   return static_cast<int>(SendMessageW(list, LVM_GETITEMCOUNT, 0, 0));
 }
 
+inline int selectedCount(HWND list) {
+  return static_cast<int>(SendMessageW(list, LVM_GETSELECTEDCOUNT, 0, 0));
+}
+
 /// Of a list that holds no data itself.
 inline void setItemCount(HWND list, int count) {
   SendMessageW(list, LVM_SETITEMCOUNT, static_cast<WPARAM>(count), 0);

@@ -33,8 +33,10 @@ int rowCount() {
 WNDPROC listOldProc = nullptr;
 
 /// Before row `next` is selected. Some lists walk over every row to take the former selection away by
-/// themselves: half a second for a million.
+/// themselves: half a second for a million. They also walk over all rows to find that none is selected,
+/// and know the number of those that are without that.
 void takeSelectionAway(HWND list, int next) {
+  if (listview::selectedCount(list) == 0) return;
   const int former = listview::nextItem(list, listview::kFirstOfAll, LVNI_SELECTED);
   if (former >= 0 && former != next) listview::setItemState(list, former, 0, LVIS_SELECTED);
 }
@@ -54,6 +56,12 @@ int rowBehindKey(HWND list, WPARAM key, int row) {
     default:
       return -1;
   }
+}
+
+/// Some lists go through their rows when these are deleted, though they hold nothing of them.
+void deleteAllRows(HWND list) {
+  listview::setItemCount(list, 0);
+  listview::deleteAllItems(list);
 }
 
 UniqueFont createFont(HWND window, int points) {
@@ -204,7 +212,7 @@ void RecordListView::fill() {
     createList(tabControl_);
     show();
   }
-  listview::deleteAllItems(list_);
+  deleteAllRows(list_);
   deleteColumns();
   fieldCount_ = static_cast<int>(document_->fieldCount());
   columnCount_ = std::min(fieldCount_, kMaxColumnCount);
@@ -217,7 +225,7 @@ void RecordListView::fill() {
 }
 
 void RecordListView::clear() {
-  listview::deleteAllItems(list_);
+  deleteAllRows(list_);
   deleteColumns();
   columnCount_ = 0;
   fieldCount_ = 0;
@@ -241,7 +249,7 @@ void RecordListView::deleteColumns() {
 }
 
 void RecordListView::rebuildColumns() {
-  listview::deleteAllItems(list_);
+  deleteAllRows(list_);
   deleteColumns();
   insertColumns();
   cachedRow_ = kNoRow;
@@ -251,7 +259,7 @@ void RecordListView::rebuildColumns() {
 }
 
 void RecordListView::resetItems() {
-  listview::deleteAllItems(list_);
+  deleteAllRows(list_);
   document_->moveToCurrentRecord();
   listview::setItemCount(list_, rowCount());
 }

@@ -21,6 +21,10 @@ class RowTest {
   /// The columns whose values decide, each once.
   virtual const std::vector<std::size_t>& columns() const = 0;
 
+  /// Whether no value of this kind in the column `columns()[number]` is looked for, so that none need be
+  /// read.
+  virtual bool ignores(std::size_t number, CellKind kind) const noexcept = 0;
+
   /// Whether a row is looked for because of this value of its column `columns()[number]`. `cell` holds until
   /// the return.
   virtual bool isWanted(std::size_t number, const Cell& cell) noexcept = 0;

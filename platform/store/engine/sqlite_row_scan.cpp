@@ -27,21 +27,36 @@ constexpr std::size_t kMostWords = 1 << 19;  // 4 MiB
 
 constexpr std::size_t kSampleCount = 1000;
 
-Cell cellOf(sqlite3_value* value) {
-  Cell cell;
+constexpr std::size_t kKindCount = static_cast<std::size_t>(CellKind::blob) + 1;
+
+CellKind kindOf(sqlite3_value* value) {
   switch (sqlite3_value_type(value)) {
     case SQLITE_INTEGER:
-      cell.kind = CellKind::integer;
+      return CellKind::integer;
+    case SQLITE_FLOAT:
+      return CellKind::real;
+    case SQLITE_TEXT:
+      return CellKind::text;
+    case SQLITE_BLOB:
+      return CellKind::blob;
+    default:
+      return CellKind::null;
+  }
+}
+
+Cell cellOf(sqlite3_value* value, CellKind kind) {
+  Cell cell;
+  cell.kind = kind;
+  switch (kind) {
+    case CellKind::integer:
       cell.integer = sqlite3_value_int64(value);
       break;
-    case SQLITE_FLOAT:
-      cell.kind = CellKind::real;
+    case CellKind::real:
       cell.real = sqlite3_value_double(value);
       break;
-    case SQLITE_TEXT:
-    case SQLITE_BLOB: {
-      const bool isText = sqlite3_value_type(value) == SQLITE_TEXT;
-      cell.kind = isText ? CellKind::text : CellKind::blob;
+    case CellKind::text:
+    case CellKind::blob: {
+      const bool isText = kind == CellKind::text;
       const void* bytes = isText ? sqlite3_value_text(value) : sqlite3_value_blob(value);
       const int length = sqlite3_value_bytes(value);
       if (bytes != nullptr && length > 0) {
@@ -49,7 +64,7 @@ Cell cellOf(sqlite3_value* value) {
       }
       break;
     }
-    default:
+    case CellKind::null:
       break;
   }
   return cell;
@@ -69,6 +84,7 @@ bool growsOnTheWhole(const KeySet& keys) {
 /// One run of a statement, which its test function is given.
 struct SqliteRowScan::Run {
   RowTest& test;
+  const std::vector<char>& ignored;  // of each column, for each kind of value
   Clock::time_point until;
   std::uint64_t mostRows;
   std::uint64_t rowCount = 0;
@@ -88,7 +104,10 @@ struct SqliteRowScan::Run {
     return isStopped;
   }
 
-  bool isWanted(std::size_t number, const Cell& cell) {
+  bool isWanted(std::size_t number, sqlite3_value* value) {
+    const CellKind kind = kindOf(value);
+    if (ignored[number * kKindCount + static_cast<std::size_t>(kind)] != 0) return false;
+    const Cell cell = cellOf(value, kind);
     bytesToLook -= std::min(bytesToLook, cell.bytes.size());
     return test.isWanted(number, cell);
   }
@@ -104,7 +123,7 @@ struct SqliteRowScan::Run {
     const auto first = static_cast<std::size_t>(sqlite3_value_int64(values[1]));
     bool isWanted = run->isStopped || (first == 0 && run->stopsBeforeRow());
     for (int index = 2; index < count && !isWanted; ++index) {
-      isWanted = run->isWanted(first + static_cast<std::size_t>(index) - 2, cellOf(values[index]));
+      isWanted = run->isWanted(first + static_cast<std::size_t>(index) - 2, values[index]);
     }
     sqlite3_result_int(context, isWanted ? 1 : 0);
   }
@@ -127,7 +146,13 @@ SqliteRowScan::SqliteRowScan(SqliteConnection& connection, RowSource& source, Ro
       test_(test),
       rows_(std::move(rows)),
       checkRows_(std::move(checkRows)),
-      oneByOne_(makeFetchingScan(source, test)) {}
+      oneByOne_(makeFetchingScan(source, test)) {
+  for (std::size_t number = 0; number < test.columns().size(); ++number) {
+    for (std::size_t kind = 0; kind < kKindCount; ++kind) {
+      ignored_.push_back(test.ignores(number, static_cast<CellKind>(kind)) ? 1 : 0);
+    }
+  }
+}
 
 SqliteRowScan::~SqliteRowScan() {
   ConnectionGuard::Use use(connection_.guard());
@@ -189,7 +214,7 @@ Status SqliteRowScan::goAlong(const KeySet& keys, std::size_t end, Clock::time_p
   sqlite3_stmt* statement = from_.get();
   const std::uint64_t mostRows = rows_.areWholeTable ? std::numeric_limits<std::uint64_t>::max()
                                                      : kMostStrangers * (end - *next) + kFewRows;
-  Run run{test_, until, mostRows};
+  Run run{test_, ignored_, until, mostRows};
   const StatementRun ended(statement);
   sqlite3_bind_pointer(statement, 1, &run, kRunPointer, nullptr);
   sqlite3_bind_int64(statement, 2, keys.rowIdAt(*next));
@@ -219,7 +244,7 @@ Status SqliteRowScan::goThrough(const KeySet& keys, Clock::time_point until) {
   }
   sqlite3_stmt* statement = rows_.areTupleKeyed && !resumeAt_ ? whole_.get() : from_.get();
   const std::uint64_t mostRows = 4 * kMostStrangers * keys.count() + kPart;
-  Run run{test_, until, mostRows, rowsSeen_};
+  Run run{test_, ignored_, until, mostRows, rowsSeen_};
   const StatementRun ended(statement);
   sqlite3_bind_pointer(statement, 1, &run, kRunPointer, nullptr);
   if (!rows_.areTupleKeyed) {

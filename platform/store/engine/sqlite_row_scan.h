@@ -63,6 +63,7 @@ class SqliteRowScan : public RowScan {
   SqliteConnection& connection_;
   RowTest& test_;
   ScannedRows rows_;
+  std::vector<char> ignored_;  // what the test ignores
   std::function<Status()> checkRows_;
   std::unique_ptr<RowScan> oneByOne_;
   SqliteStatement from_;   // from a key on, for row ids up to another one

@@ -21,7 +21,7 @@ bool isExactReal(std::int64_t number) {
 
 }  // namespace
 
-// The three flags spare numbers the making of a text in which the needle can't occur, because it has a unit
+// The flags spare numbers the making of a text in which the needle can't occur, because it has a unit
 // that none of those texts is made of. Most texts that are looked for have a letter.
 TextTest::TextTest(const std::vector<Column>& all, std::vector<std::size_t> columns, TextNeedle needle,
                    ValueTexts& texts)
@@ -30,6 +30,7 @@ TextTest::TextTest(const std::vector<Column>& all, std::vector<std::size_t> colu
       texts_(texts),
       fitsInteger_(!texts.writesPlainIntegers() || canOccurIn(u"-")),
       fitsDecimal_(canOccurIn(u"-.")),
+      fitsInfinite_(canOccurIn(u"-infa")),
       fitsSystemsNumber_(canOccurIn(texts.numberSigns())) {
   for (const std::size_t column : columns_) types_.push_back(all[column].type);
 }
@@ -43,6 +44,20 @@ bool TextTest::canOccurIn(std::u16string_view signs) const {
     if (!isFound) return false;
   }
   return true;
+}
+
+bool TextTest::ignores(std::size_t number, CellKind kind) const noexcept {
+  const bool isReal = types_[number].code == TypeCode::real;
+  switch (kind) {
+    case CellKind::null:
+      return !needle_.isEmpty();
+    case CellKind::integer:  // small ones are shown as doubles in a column of these
+      return !fitsInteger_ && !(isReal && fitsDecimal_);
+    case CellKind::real:
+      return !fitsInfinite_ && !(isReal ? fitsDecimal_ : fitsSystemsNumber_);
+    default:
+      return false;
+  }
 }
 
 bool TextTest::isWanted(std::size_t number, const Cell& cell) noexcept {

@@ -35,6 +35,7 @@ class TextTest : public RowTest {
            ValueTexts& texts);
 
   const std::vector<std::size_t>& columns() const override { return columns_; }
+  bool ignores(std::size_t number, CellKind kind) const noexcept override;
   bool isWanted(std::size_t number, const Cell& cell) noexcept override;
 
  private:
@@ -50,6 +51,7 @@ class TextTest : public RowTest {
   std::u16string text_;
   bool fitsInteger_;
   bool fitsDecimal_;
+  bool fitsInfinite_;
   bool fitsSystemsNumber_;
 };
 
