@@ -261,7 +261,7 @@ class Document {
   Outcome openPendingRecordset();
   void enterMode(ViewMode mode, bool opensRecords);
   void enterForm(bool opensRecords);
-  void enterList(bool opensRecords);
+  void enterList();
   void enterQueries();
   void enterTables();
   void goToFirstRecordOfForm(bool opensRecords);

@@ -58,8 +58,6 @@ int Document::closeDatabase() {
   pages_.tables->clearRememberedSelection();
   pages_.queries->deleteAllItems();
   pages_.queries->setSelectedIndex(0);
-  pages_.form.tearDown();
-  shown_ = {};
   tableNames_.clear();
   queryNames_.clear();
   markDatabaseOpen(false);

@@ -71,6 +71,8 @@ Outcome Document::openPendingRecordset() {
   Outcome opened = database_.openRecordset(wanted_.sqlText());
   recordsetOpen_ = static_cast<bool>(opened);
   openGeneration_ = wanted_.generation();
+  // Also on a page of names: the grid may be the next to show the records.
+  if (opened) currentRecord = 1;
   return opened;
 }
 
@@ -99,7 +101,7 @@ void Document::enterMode(ViewMode mode, bool opensRecords) {
       enterForm(opensRecords);
       break;
     case ViewMode::list:
-      enterList(opensRecords);
+      enterList();
       break;
     case ViewMode::queries:
       enterQueries();
@@ -139,14 +141,12 @@ void Document::goToFirstRecordOfForm(bool opensRecords) {
   if (chosen > 1) database_.moveTo(std::min(chosen, recordCount));
 }
 
-void Document::enterList(bool opensRecords) {
+void Document::enterList() {
   if (!recordsetOpen_) {
     pages_.grid.updateColumnButtons();
     updatePositionText();
     return;
   }
-  // The position in the former recordset means nothing in the one that was opened just now.
-  if (opensRecords) currentRecord = 1;
   recordCount = database_.recordCount();
   pages_.grid.show();
   pages_.grid.fill();

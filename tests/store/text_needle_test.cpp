@@ -17,7 +17,6 @@ TEST(TextNeedleTest, TheEmptyTextOccursEverywhere) {
   EXPECT_TRUE(occurs(u"", ""));
   EXPECT_TRUE(occurs(u"", "a"));
   EXPECT_TRUE(TextNeedle(u"", nullptr).occursInUnits(u""));
-  EXPECT_TRUE(TextNeedle(u"", nullptr).occursInUnitBytes(""));
   EXPECT_FALSE(occurs(u"a", ""));
 }
 
@@ -117,15 +116,6 @@ TEST(TextNeedleTest, LongTextsAreDecodedWholeWhereverTheirSequencesEnd) {
     EXPECT_TRUE(occurs(std::u16string(1500, u'\uFFFD') + u"!", stray + "!")) << offset;
     EXPECT_FALSE(occurs(std::u16string(1501, u'\uFFFD'), stray)) << offset;
   }
-}
-
-TEST(TextNeedleTest, BytesAreSearchedAsTheUnitsThatTheyMake) {
-  const TextNeedle needle(u"ab", &oddFolding());
-  EXPECT_TRUE(needle.occursInUnitBytes(std::string_view("\0\0A\0B\0", 6)));
-  EXPECT_FALSE(needle.occursInUnitBytes(std::string_view("\0A\0B\0\0", 6)));
-  EXPECT_TRUE(needle.occursInUnitBytes(std::string_view("A\0B", 3)));
-  EXPECT_FALSE(needle.occursInUnitBytes(std::string_view("A\0BB", 4)));
-  EXPECT_TRUE(TextNeedle(u"\u2400", nullptr).occursInUnitBytes(std::string_view("\0\0", 2)));
 }
 
 /// Random texts of few different signs, so that needles are found often, and nearly found more often.

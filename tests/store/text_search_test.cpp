@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <cmath>
+#include <cstdio>
 #include <cstdlib>
 #include <gtest/gtest.h>
 #include <limits>
@@ -84,11 +85,14 @@ class TextSearchTest : public StoreTest {
       case CellKind::text:
         return decoded(cell.bytes);
       case CellKind::blob:
-        for (std::size_t at = 0; at < cell.bytes.size(); at += 2) {
-          const auto low = static_cast<unsigned char>(cell.bytes[at]);
-          const int high = at + 1 < cell.bytes.size() ? static_cast<unsigned char>(cell.bytes[at + 1]) : 0;
-          text += static_cast<char16_t>(low + 256 * high);
+        for (std::size_t at = 0; at < cell.bytes.size() && at < 256; ++at) {
+          char pair[4];
+          std::snprintf(pair, sizeof pair, " %02X",
+                        static_cast<unsigned>(static_cast<unsigned char>(cell.bytes[at])));
+          text += decoded(at == 0 ? pair + 1 : pair);
         }
+        if (cell.bytes.size() > 256)
+          text += u" \u2026 (" + decoded(std::to_string(cell.bytes.size())) + u" bytes)";
         return text;
       case CellKind::integer: {
         const bool isReal = type.code == TypeCode::real && std::abs(cell.integer) <= 1LL << 53;
@@ -106,6 +110,20 @@ class TextSearchTest : public StoreTest {
 
   OddTexts texts_;
 };
+
+TEST_F(TextSearchTest, BytesAreFoundByTheirPairsOfDigits) {
+  prepare("CREATE TABLE T (A Image)");
+  prepare("INSERT INTO T VALUES (x'4142'), (x'00FF7F'), (zeroblob(300)), (x'ABCD')");
+  open();
+  const std::unique_ptr<Recordset> rows = records("Select * from [T]");
+  EXPECT_EQ((Found{1, 2}), search(*rows, u"ff 7f"));
+  ASSERT_TRUE(rows->moveFirst());
+  EXPECT_EQ((Found{2, 3}), search(*rows, u"300 bytes"));
+  ASSERT_TRUE(rows->moveFirst());
+  EXPECT_EQ((Found{3, 4}), search(*rows, u"B C"));
+  ASSERT_TRUE(rows->moveFirst());
+  EXPECT_EQ((Found{3, 4}), search(*rows, u"AB")) << "not the characters that the first bytes are";
+}
 
 TEST_F(TextSearchTest, PassesOverRecordsWithoutTheText) {
   prepare("CREATE TABLE T (A Varchar (20), B Integer)");

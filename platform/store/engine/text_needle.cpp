@@ -213,15 +213,4 @@ bool TextNeedle::occursInUnits(std::u16string_view text) const noexcept {
   return std::any_of(text.begin(), text.end(), [&](char16_t unit) { return matcher.take(unit); });
 }
 
-bool TextNeedle::occursInUnitBytes(std::string_view bytes) const noexcept {
-  if (units_.empty()) return true;
-  Matcher matcher(*this);
-  for (std::size_t at = 0; at < bytes.size(); at += 2) {
-    const unsigned low = static_cast<unsigned char>(bytes[at]);
-    const unsigned high = at + 1 < bytes.size() ? static_cast<unsigned char>(bytes[at + 1]) : 0;
-    if (matcher.take(static_cast<char16_t>(high << 8 | low))) return true;
-  }
-  return false;
-}
-
 }  // namespace store

@@ -30,8 +30,6 @@ class TextNeedle {
   /// `utf8` may be ill-formed.
   bool occursIn(std::string_view utf8) const noexcept;
   bool occursInUnits(std::u16string_view text) const noexcept;
-  /// The units lie in `bytes`, the lower byte first; an odd byte at the end is one, too.
-  bool occursInUnitBytes(std::string_view bytes) const noexcept;
 
  private:
   class Matcher;

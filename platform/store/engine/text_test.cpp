@@ -13,6 +13,25 @@ constexpr std::u16string_view kDigits = u"0123456789";
 /// The longest double: a sign, 309 digits, the point and six decimals.
 constexpr std::size_t kLongestDouble = 1 + std::numeric_limits<double>::max_exponent10 + 1 + 1 + 6;
 
+/// Of so many bytes the user sees the pairs of digits.
+constexpr std::size_t kMostShownByteCount = 256;
+constexpr std::u16string_view kBytesSigns = u"ABCDEF \u2026(bytes)";
+
+/// The text by which the user knows bytes: pairs of hexadecimal digits with blanks between them; of many the
+/// first pairs, an ellipsis and how many they are.
+std::string textOfBytes(std::string_view bytes) {
+  constexpr std::string_view kHexDigits = "0123456789ABCDEF";
+  std::string text;
+  for (const char byte : bytes.substr(0, kMostShownByteCount)) {
+    const auto value = static_cast<unsigned char>(byte);
+    if (!text.empty()) text += ' ';
+    text += kHexDigits[value >> 4];
+    text += kHexDigits[value & 15];
+  }
+  if (bytes.size() > kMostShownByteCount) text += " \u2026 (" + std::to_string(bytes.size()) + " bytes)";
+  return text;
+}
+
 /// Whether a double holds the number exactly. In a column of doubles it is shown as one then.
 bool isExactReal(std::int64_t number) {
   constexpr std::int64_t kMostExact = std::int64_t{1} << 53;
@@ -31,7 +50,8 @@ TextTest::TextTest(const std::vector<Column>& all, std::vector<std::size_t> colu
       fitsInteger_(!texts.writesPlainIntegers() || canOccurIn(u"-")),
       fitsDecimal_(canOccurIn(u"-.")),
       fitsInfinite_(canOccurIn(u"-infa")),
-      fitsSystemsNumber_(canOccurIn(texts.numberSigns())) {
+      fitsSystemsNumber_(canOccurIn(texts.numberSigns())),
+      fitsBytes_(canOccurIn(kBytesSigns)) {
   for (const std::size_t column : columns_) types_.push_back(all[column].type);
 }
 
@@ -67,13 +87,22 @@ bool TextTest::isWanted(std::size_t number, const Cell& cell) noexcept {
     case CellKind::text:
       return needle_.occursIn(cell.bytes);
     case CellKind::blob:
-      return needle_.occursInUnitBytes(cell.bytes);
+      return occursInBytes(cell.bytes);
     case CellKind::integer:
       return occursInInteger(cell.integer, types_[number]);
     case CellKind::real:
       return occursInReal(cell.real, types_[number]);
   }
   return true;
+}
+
+bool TextTest::occursInBytes(std::string_view bytes) noexcept {
+  if (!fitsBytes_) return false;
+  try {
+    return needle_.occursIn(textOfBytes(bytes));
+  } catch (...) {
+    return true;  // who looks at the row itself will see
+  }
 }
 
 bool TextTest::occursInInteger(std::int64_t integer, const FieldType& type) noexcept {

@@ -25,8 +25,8 @@ class ValueTexts {
 };
 
 /// Looks for the rows in which a text occurs in the text of a value, the one by which the user knows it: a
-/// text as it is; a whole number's digits; a double in a column of doubles with six decimals; bytes as the
-/// UTF-16 units that they make; any other number as the system writes it. Null has no text.
+/// text as it is; a whole number's digits; a double in a column of doubles with six decimals; bytes as
+/// pairs of hexadecimal digits; any other number as the system writes it. Null has no text.
 class TextTest : public RowTest {
  public:
   /// `columns` are the indexes in `all` of those to be looked at; the rest outlives the test. May throw
@@ -40,6 +40,7 @@ class TextTest : public RowTest {
 
  private:
   bool canOccurIn(std::u16string_view units) const;
+  bool occursInBytes(std::string_view bytes) noexcept;
   bool occursInInteger(std::int64_t integer, const FieldType& type) noexcept;
   bool occursInReal(double real, const FieldType& type) noexcept;
   bool occursInSystemsText(const Cell& cell, const FieldType& type) noexcept;
@@ -53,6 +54,7 @@ class TextTest : public RowTest {
   bool fitsDecimal_;
   bool fitsInfinite_;
   bool fitsSystemsNumber_;
+  bool fitsBytes_;
 };
 
 }  // namespace store
