@@ -60,8 +60,8 @@ TEST_F(SharedRowsTest, ARebuiltFileNeverShowsAnotherRow) {
   OtherProgram(path_).run("VACUUM");
   ASSERT_TRUE(numbers_->moveNext());
   Cell cell;
-  EXPECT_EQ(ErrorCode::noCurrentRecord, numbers_->cell(0, &cell).code());
-  EXPECT_EQ(ErrorCode::noCurrentRecord, numbers_->remove().code());
+  EXPECT_EQ(ErrorCode::structureChanged, numbers_->cell(0, &cell).code());
+  EXPECT_EQ(ErrorCode::structureChanged, numbers_->remove().code());
   EXPECT_EQ("4", inFile("SELECT count(*) FROM Numbers"));
   EXPECT_EQ("20 30 40 50", columnOf("Select * from [Numbers]"));
 }
@@ -72,7 +72,7 @@ TEST_F(SharedRowsTest, ARebuildingBetweenReadingAndWritingChangesNoOtherRow) {
   ASSERT_TRUE(numbers_->setValue(0, std::int64_t{21}));
   OtherProgram(path_).run("DELETE FROM Numbers WHERE N = 10");
   OtherProgram(path_).run("VACUUM");
-  EXPECT_EQ(ErrorCode::noCurrentRecord, numbers_->update().code());
+  EXPECT_EQ(ErrorCode::structureChanged, numbers_->update().code());
   EXPECT_EQ("140", inFile("SELECT sum(N) FROM Numbers"));
 }
 

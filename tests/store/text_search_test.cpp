@@ -288,7 +288,7 @@ TEST_F(TextSearchTest, ATableThatWasDroppedIsLeftToThePlainWay) {
   prepare("DROP TABLE T");
   TextSearch search(*rows, {0}, TextNeedle(u"b", nullptr), texts_);
   std::int64_t passed = 7;
-  EXPECT_EQ(ErrorCode::noCurrentRecord, search.passOver(9, never(), &passed).code());
+  EXPECT_EQ(ErrorCode::structureChanged, search.passOver(9, never(), &passed).code());
   EXPECT_EQ(0, passed);
   EXPECT_EQ(1, rows->position());
 }
