@@ -93,7 +93,15 @@ LRESULT windowActivated(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
     ShowWindow(currentDialog, SW_SHOWNORMAL);
     UpdateWindow(currentDialog);
   }
+  // Not from here: a question is no part of an activation.
+  if (LOWORD(wParam) != WA_INACTIVE) PostMessageW(window, kCameToFrontMessage, 0, 0);
   return DefWindowProcW(window, message, wParam, lParam);
+}
+
+/// As long as a dialog is open the window is disabled; it comes to the front once more after that.
+LRESULT cameToFront(HWND window, UINT, WPARAM, LPARAM) {
+  if (theDocument && IsWindowEnabled(window) && !theDocument->isSearching()) theDocument->lookAfterFile();
+  return 0;
 }
 
 /// The window itself has no use for the keyboard: who comes back to it goes on where he was.
@@ -175,6 +183,7 @@ constexpr std::array kMessages = {
     MessageRow{WM_CTLCOLORSTATIC, staticColored},
     MessageRow{kStartedMessage, programStarted},
     // What a desktop needs besides.
+    MessageRow{kCameToFrontMessage, cameToFront},
     MessageRow{WM_SETFOCUS, focusGained},
     MessageRow{WM_SIZE, sizeChanged},
     MessageRow{WM_CLOSE, closeAsked},

@@ -15,3 +15,6 @@ inline constexpr ULONG_PTR kPathForLater = 1;
 
 /// Posted once, before the message loop begins: start-up is over.
 inline constexpr UINT kStartedMessage = WM_USER + 206;
+
+/// Posted when the window has come to the front: another program may have taken the open file away.
+inline constexpr UINT kCameToFrontMessage = WM_USER + 207;

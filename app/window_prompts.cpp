@@ -75,6 +75,10 @@ FileDialog fileDialog(FileChoice choice) {
   switch (choice) {
     case FileChoice::create:
       return {L"New Database", kCreateFilter, kNew, GetSaveFileNameW};
+    case FileChoice::copy:
+      // Nothing is replaced: who names a file that exists is told so by the store.
+      return {L"Save Database As", kCreateFilter, OFN_EXPLORER | OFN_PATHMUSTEXIST | OFN_HIDEREADONLY,
+              GetSaveFileNameW};
     case FileChoice::remove:
       return {L"Delete Database", kOpenFilter, kExisting, GetOpenFileNameW};
     case FileChoice::open:
@@ -109,6 +113,23 @@ std::optional<String> WindowPrompts::chooseFile(FileChoice choice) {
   isChoosingFile_ = false;
   if (!chosen) return std::nullopt;
   return String(path);
+}
+
+LostFileChoice WindowPrompts::askAboutLostFile(const String& path, bool isReplaced) {
+  const std::wstring gone = std::wstring(L"The file was deleted or renamed while it was open:\n") +
+                            path.text() +
+                            L"\n\nNo change can be stored there any more.\n\n"
+                            L"Do you want to save what is open under another name and go on there?";
+  const std::wstring replaced =
+      std::wstring(L"Another file has taken the place of the one that is open:\n") + path.text() +
+      L"\n\nNo change can be stored in the one that is open.\n\n"
+      L"Yes: save what is open under another name and go on there.\n"
+      L"No: open the file that is there now. What was typed and not stored is lost.\n"
+      L"Cancel: decide later.";
+  const int answer = showMessage(PromptOwner::findDialog, isReplaced ? replaced.c_str() : gone.c_str(),
+                                 L"Quivane", (isReplaced ? MB_YESNOCANCEL : MB_YESNO) | MB_ICONEXCLAMATION);
+  if (answer == IDYES) return LostFileChoice::saveCopy;
+  return isReplaced && answer == IDNO ? LostFileChoice::openPresent : LostFileChoice::later;
 }
 
 std::optional<std::uint32_t> WindowPrompts::askRecordNumber(std::uint32_t highest) {

@@ -9,6 +9,7 @@ class WindowPrompts final : public UserPrompts {
   int showMessage(PromptOwner owner, const wchar_t* text, const wchar_t* caption, UINT flags) override;
   /// While it is open the main window's title names its purpose.
   std::optional<String> chooseFile(FileChoice choice) override;
+  LostFileChoice askAboutLostFile(const String& path, bool isReplaced) override;
   std::optional<std::uint32_t> askRecordNumber(std::uint32_t highest) override;
   void showFindDialog(FindState& state, NameList fieldNames) override;
   void refillFindDialog(const FindState& state) override;

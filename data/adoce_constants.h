@@ -25,3 +25,7 @@ inline constexpr HRESULT kChangedElsewhere = static_cast<HRESULT>(0x80040E38);
 /// Bits of Field.Attributes.
 inline constexpr LONG kFieldUpdatable = 4;
 inline constexpr LONG kFieldMayBeUpdatable = 8;
+
+/// What CheckFile says of a file that has lost its name.
+inline constexpr HRESULT kFileGone = static_cast<HRESULT>(0x800A0FA1);
+inline constexpr HRESULT kFileReplaced = static_cast<HRESULT>(0x800A0FA2);

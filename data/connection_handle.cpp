@@ -35,6 +35,16 @@ void ConnectionHandle::close() {
   if (connection_) connection_->Close();
 }
 
+FileState ConnectionHandle::fileState() {
+  const HRESULT result = connection_ ? connection_->CheckFile() : S_OK;
+  if (result == kFileGone) return FileState::gone;
+  return result == kFileReplaced ? FileState::replaced : FileState::present;
+}
+
+bool ConnectionHandle::saveCopy(const wchar_t* path) {
+  return connection_ && SUCCEEDED(connection_->SaveCopy(makeBstr(path).get()));
+}
+
 bool ConnectionHandle::execute(const wchar_t* command, LONG* recordsAffected, RecordsetHandle* recordset) {
   if (!connection_) return false;
   Variant affected;

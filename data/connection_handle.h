@@ -5,6 +5,7 @@
 #include <adoce.h>
 
 #include "base/com_handles.h"
+#include "data/file_state.h"
 
 class RecordsetHandle;
 
@@ -31,6 +32,14 @@ class ConnectionHandle {
   /// Runs a statement. `recordsAffected`, if given, receives how many records it changed (untouched
   /// when the store gives no number); `recordset`, if given, receives the records that it yields.
   bool execute(const wchar_t* command, LONG* recordsAffected = nullptr, RecordsetHandle* recordset = nullptr);
+
+  /// Cheap: nothing of the file is read. FileState::present also for a closed connection, and where the
+  /// system does not tell.
+  FileState fileState();
+  /// Writes what is open into a new file, also when the open one has lost its name; the connection stays
+  /// with what it has open. False, and no file was made, when something stands at `path` already or it can't
+  /// be written there.
+  bool saveCopy(const wchar_t* path);
 
   /// May be null. Valid while this handle lives.
   IAdoceConnection* get() const { return connection_.get(); }

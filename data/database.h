@@ -9,6 +9,7 @@
 #include "base/name_list.h"
 #include "base/string.h"
 #include "data/field_value_source.h"
+#include "data/file_state.h"
 #include "data/outcome.h"
 #include "data/record_counters.h"
 #include "data/record_snapshot.h"
@@ -53,6 +54,22 @@ class Database {
   /// Deletes a database file. Another file that is open stays so; the file itself is closed first. With no
   /// file open the connection stays with the store after a failed statement.
   Outcome dropDatabase(const String& path);
+
+  // ---- The file that loses its name while it is open (database_file_state.cpp)
+
+  /// Cheap: nothing of the file is read. FileState::present also when none is open. From the loss on the
+  /// store refuses every change, and reading goes on.
+  FileState fileState();
+  /// Writes what is open into a new file, without records that were begun and not stored; the open file
+  /// stays open. Fails, and no file was made, when something stands at `path` already or it can't be written.
+  Outcome saveCopy(const String& path);
+  /// Whether the file at `path` opens as a database. The open one stays open.
+  Outcome tryOpening(const String& path);
+  /// Goes on in `copy`, which saveCopy has made, in place of the open file: currentRecord and the fields
+  /// stay. With `keepsRecords` the current recordset is opened there in its place, a new record that was
+  /// begun is begun anew. Fails when the copy does not open, or when the current record is not the same
+  /// there; the open file stays open then.
+  Outcome goOnIn(const String& copy, bool keepsRecords);
 
   bool isOpen() const { return isOpen_; }
   /// The path of the open file, empty when none is open.
@@ -209,6 +226,7 @@ class Database {
   Outcome runInStore(const wchar_t* statement);
   Outcome dropBeside(const wchar_t* statement);
   Outcome openCurrent(const String& sql);
+  Outcome takeOver(std::unique_ptr<RecordsetHandle>& records);
   void loadFields();
   void clearFields();
   void setRecordCount(std::uint32_t count);

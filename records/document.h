@@ -61,6 +61,13 @@ class Document {
   /// database is open or the connection would not close.
   int closeDatabase();
 
+  /// Looks whether the open file still stands under its name (document_gone_file.cpp), to be asked when the
+  /// window comes to the front and before a file is left: each loss is told once, and the user chooses
+  /// whether to go on in a copy under another name, in the file that stands there now, or to decide later.
+  /// What is typed stays on the form unless he opens the other file. False when he did: what asked for this
+  /// was meant for the former one.
+  bool lookAfterFile();
+
   // The commands of the File, Tables and Queries menus (document_files.cpp). They tell the user themselves
   // what can't be done.
 
@@ -213,6 +220,15 @@ class Document {
 
  private:
   Outcome openConnection(const String& path);
+  /// What came of the choice: `settled` also when there was none to make, `open` when it was put off.
+  enum class LostFileEnd { settled, open, otherFile };
+  LostFileEnd settleLostFile();
+  /// Before a change that is not of the form's record. False when it can't be stored, which was told, or
+  /// was meant for a file that is not open any more.
+  bool canChangeFile();
+  bool goOnInCopy();
+  bool openPresentFile();
+  bool hasTable(const String& name) const;
   void forgetDatabase();
   void closeRecords();
   void forgetRecords();
@@ -269,8 +285,9 @@ class Document {
   DocumentPages pages_;
   Database database_;
 
-  String databasePath_;  // empty when none is open
-  RecordSource wanted_;  // whose records the next page shows
+  String databasePath_;                           // empty when none is open
+  FileState toldFileState_ = FileState::present;  // what the user knows of the file
+  RecordSource wanted_;                           // whose records the next page shows
   NameList tableNames_;
   NameList queryNames_;
   ViewMode viewMode_ = ViewMode::none;

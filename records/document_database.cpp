@@ -30,6 +30,7 @@ Outcome Document::openConnection(const String& path) {
   pages_.form.hide();
   markDatabaseOpen(true);
   databasePath_ = path;
+  toldFileState_ = FileState::present;
   repositionFromList_ = false;
   viewMode_ = ViewMode::none;
   return {};

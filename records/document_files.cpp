@@ -113,6 +113,7 @@ CommandResult Document::deleteTableCommand() {
       wanted_.isTable() ? wanted_.tableName() : pages_.tables->itemText(pages_.tables->selectedIndex());
   if (name.isEmpty()) return CommandResult::failed;
   if (!confirmDeletion(std::wstring(L"table '") + name.text() + L"'")) return CommandResult::cancelled;
+  if (!canChangeFile()) return CommandResult::cancelled;
   closeRecords();
   if (const Outcome dropped = database_.dropTable(name); !dropped) {
     tellFailure(std::wstring(L"Table '") + name.text() + L"' could not be deleted.", dropped.reason());
@@ -127,6 +128,7 @@ CommandResult Document::deleteTableCommand() {
 }
 
 bool Document::createTable(const String& name, const String& columns) {
+  if (!canChangeFile()) return false;
   if (const Outcome created = database_.createTable(name, columns); !created) {
     tellFailure(std::wstring(L"Table '") + name.text() + L"' could not be created.", created.reason());
     return false;
@@ -146,6 +148,7 @@ CommandResult Document::deleteQueryCommand() {
   const String name = pages_.queries->itemText(index);
   if (name.isEmpty()) return CommandResult::failed;
   if (!confirmDeletion(std::wstring(L"query '") + name.text() + L"'")) return CommandResult::cancelled;
+  if (!canChangeFile()) return CommandResult::cancelled;
   const std::wstring failure = std::wstring(L"Query '") + name.text() + L"' could not be deleted.";
   const std::optional<std::uint32_t> place = placeOfChosenQuery();
   if (!place) {
@@ -191,6 +194,7 @@ bool Document::chosenQuery(SavedQuery& query) {
 }
 
 bool Document::addQuery(const SavedQuery& query) {
+  if (!canChangeFile()) return false;
   Outcome added;
   database_.addQuery(query, &added);
   if (!added) {
@@ -205,6 +209,7 @@ bool Document::addQuery(const SavedQuery& query) {
 }
 
 bool Document::changeChosenQuery(const SavedQuery& query) {
+  if (!canChangeFile()) return false;
   const std::optional<std::uint32_t> place = placeOfChosenQuery();
   if (!place) {
     tellFailure(notStored(query), kGoneElsewhere);

@@ -34,9 +34,14 @@ int Document::commitCurrentRecord() {
 }
 
 bool Document::canLeaveRecord() {
-  if (viewMode_ != ViewMode::form || !recordsetOpen_) return true;
-  const Outcome stored = storeShownRecord();
-  if (stored) return true;
+  if (viewMode_ != ViewMode::form || !recordsetOpen_) return lookAfterFile();
+  Outcome stored = storeShownRecord();
+  if (!stored && database_.fileState() != FileState::present) {
+    const LostFileEnd end = settleLostFile();
+    if (end == LostFileEnd::otherFile) return false;
+    if (end == LostFileEnd::settled) stored = storeShownRecord();
+  }
+  if (stored) return lookAfterFile();
   const std::wstring text = std::wstring(L"The record could not be written.\n") + stored.reason().text() +
                             L"\n\nDo you want to discard what was typed?";
   const int answer = pages_.prompts.showMessage(PromptOwner::mainWindow, text.c_str(), kCaption,
@@ -57,7 +62,7 @@ Outcome Document::storeShownRecord() {
   Outcome stored = database_.storeRecord(shown_, pages_.form.editors(), leftOut);
   // From here on the file holds something else than what was read.
   if (stored) shown_ = {};
-  tellLeftOut(leftOut);
+  if (stored || database_.fileState() == FileState::present) tellLeftOut(leftOut);
   return stored;
 }
 
@@ -140,6 +145,7 @@ bool Document::mayDelete() {
     return false;
   }
   if (!recordsetOpen_ || database_.recordCount() == 0) return false;
+  if (!database_.newRecordPending() && !canChangeFile()) return false;
   return !warnsOnDeletion() ||
          pages_.prompts.showMessage(PromptOwner::mainWindow, L"Are you sure you want to\ndelete this record?",
                                     L"Delete this record?", MB_YESNO | MB_ICONQUESTION) == IDYES;

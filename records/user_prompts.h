@@ -17,6 +17,14 @@ enum class FileChoice {
   open,    ///< a database to be opened
   create,  ///< the name of a new database
   remove,  ///< a database to be deleted
+  copy,    ///< the name under which the open database is saved
+};
+
+/// What is to become of an open database whose file has lost its name.
+enum class LostFileChoice {
+  saveCopy,     ///< it is saved under another name and gone on with there
+  openPresent,  ///< the file that has taken its place is opened instead
+  later,
 };
 
 /// What the Document asks of the user. Every call returns when the user has answered.
@@ -29,6 +37,9 @@ class UserPrompts {
   /// The full path; none when the user cancels. A file that exists is given for FileChoice::create only
   /// when the user wants it replaced.
   virtual std::optional<String> chooseFile(FileChoice choice) = 0;
+  /// The file at `path` was deleted or renamed while it was open, or with `isReplaced` another one stands
+  /// there now, which alone can be opened.
+  virtual LostFileChoice askAboutLostFile(const String& path, bool isReplaced) = 0;
   /// Runs the Find dialog, which posts message 1225 to the main window for each step of the search.
   virtual void showFindDialog(FindState& state, NameList fieldNames) = 0;
   /// After a step of the search, if the dialog is still open.

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <deque>
 #include <functional>
 #include <map>
 #include <memory>
@@ -199,6 +200,14 @@ struct FakePrompts final : UserPrompts {
     calls.push_back("prompts.chooseFile " + std::to_string(static_cast<int>(choice)));
     return file;
   }
+  LostFileChoice askAboutLostFile(const String& path, bool isReplaced) override {
+    calls.push_back(isReplaced ? "prompts.fileReplaced" : "prompts.fileGone");
+    lostFile = path.text();
+    if (lostFileChoices.empty()) return LostFileChoice::later;
+    const LostFileChoice choice = lostFileChoices.front();
+    lostFileChoices.pop_front();
+    return choice;
+  }
   std::optional<std::uint32_t> askRecordNumber(std::uint32_t highest) override {
     calls.push_back("prompts.askRecordNumber " + std::to_string(highest));
     return number;
@@ -225,6 +234,8 @@ struct FakePrompts final : UserPrompts {
   Calls& calls;
   std::vector<Message> messages;
   int answer = IDOK;
+  std::deque<LostFileChoice> lostFileChoices;  ///< one for each question, later behind the last
+  std::wstring lostFile;                       ///< what was asked about
   std::function<bool(std::uint32_t, std::uint32_t)> goesOnSearching = [](std::uint32_t, std::uint32_t) {
     return true;
   };

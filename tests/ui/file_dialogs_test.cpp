@@ -124,9 +124,16 @@ TEST_F(FileDialogsTest, MakingAsksForANameAndBeforeAFileIsReplaced) {
   expectCall(true, 0x82002, L"New Database", L"Databases (*.cdb)|*.cdb");
 }
 
+TEST_F(FileDialogsTest, SavingACopyAsksForANameAndReplacesNothing) {
+  EXPECT_TRUE(thePrompts.chooseFile(FileChoice::copy));
+  constexpr DWORD kFlags = OFN_EXPLORER | OFN_PATHMUSTEXIST | OFN_HIDEREADONLY;
+  expectCall(true, kFlags, L"Save Database As", L"Databases (*.cdb)|*.cdb");
+}
+
 TEST_F(FileDialogsTest, WhoCancelsHasChosenNothing) {
   userConfirms = false;
-  for (const FileChoice choice : {FileChoice::open, FileChoice::create, FileChoice::remove}) {
+  for (const FileChoice choice :
+       {FileChoice::open, FileChoice::create, FileChoice::remove, FileChoice::copy}) {
     EXPECT_FALSE(thePrompts.chooseFile(choice));
   }
 }
