@@ -205,7 +205,7 @@ class Document {
   std::uint32_t fieldCount() const { return database_.fieldCount(); }
   const String& fieldName(std::uint32_t field) const { return database_.fieldName(field); }
   FieldType fieldType(std::uint32_t field) const { return database_.fieldType(field); }
-  /// The most characters that a text of the field has by its declaration.
+  /// 65535 for every field, whatever its declaration says: the most characters that an editor takes.
   std::uint32_t fieldWidth(std::uint32_t field) const { return database_.fieldWidth(field); }
   bool isFieldReadOnly(std::uint32_t field) const { return database_.isFieldReadOnly(field); }
   /// In characters.
