@@ -124,29 +124,52 @@ void openSelection(int index) {
   }
 }
 
+void nameChanged(const NMHDR& notification) {
+  const auto& change = reinterpret_cast<const NMLISTVIEW&>(notification);
+  // The item that loses the selection is reported too, and nobody has chosen that. One that is selected
+  // already is chosen when a key brings it the list's own focus.
+  constexpr UINT kChoosing = LVIS_SELECTED | LVIS_FOCUSED;
+  const bool gains = (change.uNewState & ~change.uOldState & kChoosing) != 0;
+  if (gains && (change.uNewState & LVIS_SELECTED) != 0) openSelection(change.iItem);
+}
+
+void nameHeld(const NMHDR& notification) {
+  const auto& tap = reinterpret_cast<const NMRGINFO&>(notification);
+  showNamesContextMenu(instanceHandle, mainWindow, currentPage, tap.ptAction);
+}
+
+void nameKeyPressed(const NMHDR& notification) {
+  const WORD key = reinterpret_cast<const NMLVKEYDOWN&>(notification).wVKey;
+  const int selected = listview::nextItem(notification.hwndFrom, listview::kFirstOfAll, LVNI_SELECTED);
+  // The keyboard's tap.
+  if (key == VK_SPACE && selected >= 0) openSelection(selected);
+  const int command = commandOfNamesKey(currentPage, key);
+  if (command != 0) PostMessageW(mainWindow, WM_COMMAND, static_cast<WPARAM>(command), 0);
+}
+
+/// A tap on the item that is selected already changes nothing in the list and is a choice all the same: of
+/// the table, say, after a query was looked at.
+void nameTapped(const NMHDR& notification) {
+  const auto& click = reinterpret_cast<const NMITEMACTIVATE&>(notification);
+  if (click.iItem >= 0) openSelection(click.iItem);
+}
+
+/// What the lists of names report.
+struct NamesRow {
+  UINT code;
+  void (*handler)(const NMHDR& notification);
+};
+
+constexpr std::array kNamesReports = {
+    NamesRow{static_cast<UINT>(LVN_ITEMCHANGED), nameChanged},
+    NamesRow{GN_CONTEXTMENU, nameHeld},
+    NamesRow{static_cast<UINT>(LVN_KEYDOWN), nameKeyPressed},
+    NamesRow{static_cast<UINT>(NM_CLICK), nameTapped},
+};
+
 void namesListReported(const NMHDR& notification) {
-  if (notification.code == LVN_ITEMCHANGED) {
-    const auto& change = reinterpret_cast<const NMLISTVIEW&>(notification);
-    // The item that loses the selection is reported too, and nobody has chosen that. One that is selected
-    // already is chosen when a key brings it the list's own focus.
-    constexpr UINT kChoosing = LVIS_SELECTED | LVIS_FOCUSED;
-    const bool gains = (change.uNewState & ~change.uOldState & kChoosing) != 0;
-    if (gains && (change.uNewState & LVIS_SELECTED) != 0) openSelection(change.iItem);
-  } else if (notification.code == GN_CONTEXTMENU) {
-    const auto& tap = reinterpret_cast<const NMRGINFO&>(notification);
-    showNamesContextMenu(instanceHandle, mainWindow, currentPage, tap.ptAction);
-  } else if (notification.code == LVN_KEYDOWN) {
-    const WORD key = reinterpret_cast<const NMLVKEYDOWN&>(notification).wVKey;
-    const int selected = listview::nextItem(notification.hwndFrom, listview::kFirstOfAll, LVNI_SELECTED);
-    // The keyboard's tap.
-    if (key == VK_SPACE && selected >= 0) openSelection(selected);
-    const int command = commandOfNamesKey(currentPage, key);
-    if (command != 0) PostMessageW(mainWindow, WM_COMMAND, static_cast<WPARAM>(command), 0);
-  } else if (notification.code == NM_CLICK) {
-    // A tap on the item that is selected already changes nothing in the list and is a choice all the
-    // same: of the table, say, after a query was looked at.
-    const auto& click = reinterpret_cast<const NMITEMACTIVATE&>(notification);
-    if (click.iItem >= 0) openSelection(click.iItem);
+  for (const NamesRow& row : kNamesReports) {
+    if (row.code == notification.code) return row.handler(notification);
   }
 }
 
