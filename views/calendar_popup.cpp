@@ -6,8 +6,8 @@
 
 #include "base/showable_text.h"
 #include "platform/pocketshell/handheld_windows.h"
-#include "views/calendar_keys.h"
 #include "views/dialog_place.h"
+#include "views/month_calendar.h"
 #include "views/popup_ids.h"
 
 namespace {
@@ -70,6 +70,10 @@ void CalendarPopup::opened() {
   SetFocus(calendar_);
 }
 
+void CalendarPopup::ended() {
+  putMonthCalendarBack(calendar_, GetWindow(window(), GW_OWNER));
+}
+
 bool CalendarPopup::command(WORD id, WORD notification) {
   static constexpr DialogCommand<CalendarPopup> kCommands[] = {
       {IDOK, BN_CLICKED, &CalendarPopup::confirm},
@@ -90,9 +94,8 @@ void CalendarPopup::takeNoDate() {
 
 void CalendarPopup::createControls() {
   const HWND dialog = window();
-  calendar_ = createChild(dialog, MONTHCAL_CLASSW, L"Calender ctrl", WS_BORDER, {}, IDC_CALENDAR);
+  calendar_ = takeMonthCalendar(dialog, IDC_CALENDAR);
   SendMessageW(calendar_, MCM_SETCURSEL, 0, reinterpret_cast<LPARAM>(&initialDate_));
-  addCalendarKeys(calendar_);
   const SIZE size = calendarSize(calendar_);
   growFor(dialog, size);
 

@@ -24,6 +24,7 @@ class CalendarPopup final : private ModalDialog {
 
  private:
   void opened() override;
+  void ended() override;
   bool command(WORD id, WORD notification) override;
   void confirm();
   void takeNoDate();
@@ -34,5 +35,5 @@ class CalendarPopup final : private ModalDialog {
   SYSTEMTIME selectedDate_{};
   SYSTEMTIME initialDate_{};
   String caption_;
-  HWND calendar_ = nullptr;  // the dialog's own, as its buttons are
+  HWND calendar_ = nullptr;  // the dialog's for as long as that is open
 };

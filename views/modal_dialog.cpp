@@ -79,5 +79,6 @@ INT_PTR ModalDialog::settingChanged(WPARAM, LPARAM) {
 
 INT_PTR ModalDialog::destroyed(WPARAM, LPARAM) {
   currentDialog = dialogBelow_;
+  ended();
   return FALSE;
 }

@@ -40,6 +40,8 @@ class ModalDialog {
   /// A button was pressed (BN_CLICKED), by Enter (IDOK) or Esc (IDCANCEL) too, or a control reports
   /// something. False for what has no handler.
   virtual bool command(WORD id, WORD notification) = 0;
+  /// The window is about to be destroyed, and its controls with it.
+  virtual void ended() {}
   /// The settings of the system have changed: the input panel went up or down, say.
   virtual void settingsChanged() {}
   /// The controls have their new places and fonts already.

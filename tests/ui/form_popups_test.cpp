@@ -8,6 +8,7 @@
 #include "gmock/gmock.h"
 #include "tests/ui/dialog_script.h"
 #include "tests/ui/form_fixture.h"
+#include "tests/ui/graphics_objects.h"
 #include "tests/ui/window_reading.h"
 #include "views/calendar_keys.h"
 #include "views/calendar_popup.h"
@@ -248,6 +249,42 @@ TEST_F(CalendarTest, ItsControlsHaveTheirPlaces) {
   });
   tap(dateEditor());
   EXPECT_EQ(script.count(), 1);
+}
+
+TEST_F(CalendarTest, ManyOfThemLeaveNothingOfTheGraphicsSystemBehind) {
+  showDate(L"'2001-03-09'");
+  const auto showOnce = [this] {
+    DialogScript script([](HWND dialog) {
+      UpdateWindow(GetDlgItem(dialog, kCalendar));
+      DialogScript::close(dialog, IDCANCEL);
+    });
+    tap(dateEditor());
+    EXPECT_EQ(script.count(), 1);
+  };
+  // What is made once for all.
+  for (int i = 0; i < 2; ++i) showOnce();
+  const int before = graphicsObjectCount();
+  ASSERT_GT(before, 0);
+  for (int i = 0; i < 8; ++i) showOnce();
+  EXPECT_EQ(graphicsObjectCount(), before);
+}
+
+TEST_F(CalendarTest, AfterAnotherDateOneWithoutADateBeginsWithToday) {
+  showTable(L"CREATE TABLE 'T' (born Datetime, died Datetime)",
+            {L"INSERT INTO T VALUES ('2001-03-09', NULL)"});
+  SYSTEMTIME seen{};
+  DialogScript script([&](HWND dialog) {
+    seen = chosenDate(dialog);
+    DialogScript::close(dialog, IDCANCEL);
+  });
+  tap(dateEditor(0));
+  EXPECT_EQ(seen.wYear, 2001);
+  SetWindowTextW(dateEditor(1), L"no date");
+  tap(dateEditor(1));
+  SYSTEMTIME today{};
+  GetLocalTime(&today);
+  EXPECT_EQ(seen.wYear, today.wYear);
+  EXPECT_EQ(script.count(), 2);
 }
 
 TEST_F(CalendarTest, AChosenDateIsShownAndStored) {
