@@ -177,7 +177,7 @@ LRESULT controlReported(HWND, UINT, WPARAM, LPARAM lParam) {
   const auto& notification = *reinterpret_cast<const NMHDR*>(lParam);
   if (!theDocument) return 0;
   if (notification.hwndFrom == tabControl && notification.code == TCN_SELCHANGE) {
-    switchPage(selectedTab());
+    tabChosen();
   } else if (notification.idFrom == NameListView::kControlId) {
     namesListReported(notification);
   }

@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include <commctrl.h>
+#include <windowsx.h>
 
 #include "app/context_menus.h"
 #include "app/program_state.h"
@@ -20,6 +21,25 @@ constexpr COLORREF kTransparent = RGB(0, 0, 0);
 
 UniqueImageList tabImages;
 
+/// How often the control has reported another tab.
+unsigned reportCount = 0;
+
+/// -1 beside the tabs.
+int tabAt(LPARAM point) {
+  TCHITTESTINFO hit{};
+  hit.pt = {GET_X_LPARAM(point), GET_Y_LPARAM(point)};
+  return static_cast<int>(SendMessageW(tabControl, TCM_HITTEST, 0, reinterpret_cast<LPARAM>(&hit)));
+}
+
+/// Some systems' tab control reports no tap any more after an arrow key has switched the page.
+LRESULT tabTapped(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+  const int tapped = tabAt(lParam);
+  const unsigned before = reportCount;
+  const LRESULT result = CallWindowProcW(tabOldProc, window, message, wParam, lParam);
+  if (reportCount == before && tapped >= 0 && tapped != currentPage) showPage(tapped);
+  return result;
+}
+
 /// The grid's list is a child of the tab control: the grid sees what it reports before the tab control.
 LRESULT CALLBACK tabProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
   if (message == WM_NOTIFY && wParam == RecordListView::kListId) {
@@ -30,6 +50,7 @@ LRESULT CALLBACK tabProcedure(HWND window, UINT message, WPARAM wParam, LPARAM l
       theRecordListView.handleNotification(notification);
     }
   }
+  if (message == WM_LBUTTONDOWN) return tabTapped(window, message, wParam, lParam);
   return CallWindowProcW(tabOldProc, window, message, wParam, lParam);
 }
 
@@ -86,6 +107,11 @@ void selectTab(int page) {
 
 int selectedTab() {
   return static_cast<int>(SendMessageW(tabControl, TCM_GETCURSEL, 0, 0));
+}
+
+void tabChosen() {
+  ++reportCount;
+  switchPage(selectedTab());
 }
 
 namespace {

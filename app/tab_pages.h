@@ -17,6 +17,9 @@ void selectTab(int page);
 /// The tab that is chosen, -1 for none.
 int selectedTab();
 
+/// The control reports that the user has chosen another tab: its page is shown.
+void tabChosen();
+
 /// Shows another page: its bars, the menu bar that belongs to it, currentPage, and with it the
 /// Document's mode. Nothing happens for the page that is shown already. -1 only takes the bars away.
 void switchPage(int page);
