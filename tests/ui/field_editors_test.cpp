@@ -168,13 +168,13 @@ TEST_F(FieldEditorsTest, LineBreaksAtTheEndsAndInRowsShowAsCommas) {
 
 // ---- Read-only
 
-TEST_F(FieldEditorsTest, AFieldThatIsReadOnlyGetsAReadOnlyEditor) {
+TEST_F(FieldEditorsTest, TheMessageForReadingOnlyGoesToTheEditorThatHadTheFocusLast) {
   showTable(L"CREATE TABLE 'T' (a Text, b Text)", {L"INSERT INTO T VALUES ('x', 'y')"});
   EXPECT_EQ(styleOf(textEditor()) & ES_READONLY, 0u);
   SendMessageW(textEditor(), kSetReadOnlyMessage, TRUE, 0);
   EXPECT_EQ(styleOf(textEditor(0)) & ES_READONLY, static_cast<DWORD>(ES_READONLY));
   SendMessageW(textEditor(1), kSetReadOnlyMessage, FALSE, 0);
-  EXPECT_EQ(styleOf(textEditor(0)) & ES_READONLY, 0u) << "it goes to the editor that had the focus last";
+  EXPECT_EQ(styleOf(textEditor(0)) & ES_READONLY, 0u);
   EXPECT_EQ(styleOf(textEditor(1)) & ES_READONLY, 0u);
 }
 

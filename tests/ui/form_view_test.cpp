@@ -184,6 +184,14 @@ TEST_F(FormViewTest, LoadingARecordForgetsTheMarksOfTheFormerOne) {
   EXPECT_FALSE(view().takeChange());
 }
 
+TEST_F(FormViewTest, AFieldThatIsReadOnlyGetsAReadOnlyEditor) {
+  showTable(L"CREATE TABLE 'T' (a Text, b Text GENERATED ALWAYS AS (a || '!') VIRTUAL)",
+            {L"INSERT INTO T (a) VALUES ('x')"});
+  EXPECT_EQ(textOf(textEditor(1)), L"x!");
+  EXPECT_EQ(styleOf(textEditor(0)) & ES_READONLY, 0u);
+  EXPECT_EQ(styleOf(textEditor(1)) & ES_READONLY, static_cast<DWORD>(ES_READONLY));
+}
+
 TEST_F(FormViewTest, WhatTheDeleteKeyAndTheClipboardDoIsAChange) {
   showFields(2, L"Text");
   SendMessageW(textEditor(1), EM_SETSEL, 0, -1);
