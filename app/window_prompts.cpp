@@ -155,6 +155,10 @@ void WindowPrompts::endSearching() {
   progress_.end();
 }
 
+void WindowPrompts::returnToFindDialog(const FindState& state) {
+  if (state.dialog) SetFocus(state.dialog);
+}
+
 void WindowPrompts::raiseInputPanel() {
   SHSipPreference(mainWindow, SIP_UP);
 }

@@ -15,6 +15,7 @@ class WindowPrompts final : public UserPrompts {
   void refillFindDialog(const FindState& state) override;
   bool keepSearching(std::uint32_t tested, std::uint32_t all) override;
   void endSearching() override;
+  void returnToFindDialog(const FindState& state) override;
   void raiseInputPanel() override;
 
   /// A file dialog is open.

@@ -4,8 +4,8 @@
 #include <utility>
 
 #include "base/app_settings.h"
+#include "base/wait_cursor.h"
 #include "records/document.h"
-#include "records/wait_cursor.h"
 
 namespace {
 

@@ -6,7 +6,7 @@
 #include <optional>
 #include <string>
 
-#include "base/handles.h"
+#include "data/file_identity.h"
 #include "records/document.h"
 
 namespace {
@@ -14,26 +14,6 @@ namespace {
 constexpr wchar_t kCaption[] = L"Quivane";
 constexpr wchar_t kQueriesTable[] = L"QuivaneQueries";
 constexpr wchar_t kGoneElsewhere[] = L"Another program has renamed or deleted it.";
-
-/// What tells the file from every other; none for one that can't be looked at.
-std::optional<BY_HANDLE_FILE_INFORMATION> identity(const String& path) {
-  constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
-  constexpr DWORD kNoAccess = 0;
-  const UniqueFile file(
-      CreateFileW(path.text(), kNoAccess, kShareAll, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
-  BY_HANDLE_FILE_INFORMATION found{};
-  if (!file || !GetFileInformationByHandle(file.get(), &found)) return std::nullopt;
-  return found;
-}
-
-/// One file can be spelled in several ways, by letter case, by a folder that stands for another.
-bool isSameFile(const String& one, const String& other) {
-  if (CompareStringOrdinal(one.text(), -1, other.text(), -1, TRUE) == CSTR_EQUAL) return true;
-  const auto first = identity(one);
-  const auto second = identity(other);
-  return first && second && first->dwVolumeSerialNumber == second->dwVolumeSerialNumber &&
-         first->nFileIndexHigh == second->nFileIndexHigh && first->nFileIndexLow == second->nFileIndexLow;
-}
 
 bool contains(const NameList& names, const wchar_t* wanted) {
   for (std::uint32_t i = 0; i < names.size(); ++i) {

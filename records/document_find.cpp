@@ -6,8 +6,8 @@
 #include <string>
 #include <utility>
 
+#include "base/wait_cursor.h"
 #include "records/document.h"
-#include "records/wait_cursor.h"
 
 int Document::openFind() {
   if (viewMode_ != ViewMode::form) return 0;
@@ -199,7 +199,7 @@ void Document::tellSearchEnd(bool found) {
                                                          : std::wstring(L" was not found in field '") +
                                                                find_.fieldName.text() + L"'";
     pages_.prompts.showMessage(PromptOwner::findDialog, (quoted + where).c_str(), L"Text not found", kFlags);
-    if (find_.dialog) SetFocus(find_.dialog);
+    pages_.prompts.returnToFindDialog(find_);
   }
   if (findRecordCounter_ == findStartRecord_) {
     pages_.prompts.showMessage(PromptOwner::findDialog, (L"All records searched for " + quoted).c_str(),

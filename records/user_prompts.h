@@ -50,6 +50,8 @@ class UserPrompts {
   virtual bool keepSearching(std::uint32_t tested, std::uint32_t all) = 0;
   /// The step is over: nothing of it is shown any more.
   virtual void endSearching() = 0;
+  /// Gives the keyboard back to the dialog after a message, if it is still open.
+  virtual void returnToFindDialog(const FindState& state) = 0;
   /// The user is going to type: the input panel is raised, where there is one.
   virtual void raiseInputPanel() = 0;
   /// A number from 1 to `highest`; none when the user cancels.

@@ -222,6 +222,7 @@ struct FakePrompts final : UserPrompts {
     return goesOnSearching(tested, all);
   }
   void endSearching() override { ++searchesEnded; }
+  void returnToFindDialog(const FindState&) override {}
   void raiseInputPanel() override { calls.push_back("prompts.raiseInputPanel"); }
 
   struct Message {
