@@ -21,22 +21,25 @@ constexpr COLORREF kTransparent = RGB(0, 0, 0);
 
 UniqueImageList tabImages;
 
-/// How often the control has reported another tab.
-unsigned reportCount = 0;
+constexpr int kNoTab = -1;
 
-/// -1 beside the tabs.
+/// The tab that the control has reported as chosen during the present tap.
+int reportedTab = kNoTab;
+
+/// kNoTab beside the tabs.
 int tabAt(LPARAM point) {
   TCHITTESTINFO hit{};
   hit.pt = {GET_X_LPARAM(point), GET_Y_LPARAM(point)};
   return static_cast<int>(SendMessageW(tabControl, TCM_HITTEST, 0, reinterpret_cast<LPARAM>(&hit)));
 }
 
-/// Some systems' tab control reports no tap any more after an arrow key has switched the page.
+/// Some systems' tab control takes a tap for the end of the former choice, and reports the present tab or
+/// none, after an arrow key has switched the page from a tab that was tapped.
 LRESULT tabTapped(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
   const int tapped = tabAt(lParam);
-  const unsigned before = reportCount;
+  reportedTab = kNoTab;
   const LRESULT result = CallWindowProcW(tabOldProc, window, message, wParam, lParam);
-  if (reportCount == before && tapped >= 0 && tapped != currentPage) showPage(tapped);
+  if (tapped != kNoTab && tapped != currentPage && tapped != reportedTab) showPage(tapped);
   return result;
 }
 
@@ -110,8 +113,8 @@ int selectedTab() {
 }
 
 void tabChosen() {
-  ++reportCount;
-  switchPage(selectedTab());
+  reportedTab = selectedTab();
+  if (reportedTab != kNoTab) switchPage(reportedTab);
 }
 
 namespace {

@@ -25,11 +25,13 @@ TEST_F(TabsTest, AfterAnArrowKeyHasSwitchedThePageATapStillDoes) {
   const HWND main = opened.main();
   ASSERT_NE(opened.tables(), nullptr);
   const HWND tab = remote::tabControl(main);
+  // Only a tab that was tapped is left by the arrow key in such a way that the control counts wrong.
+  ASSERT_TRUE(remote::switchToPage(main, OpenedDatabase::kFormPage));
   focus(tab);
   ASSERT_TRUE(remote::waitUntil([=] { return remote::focus(main) == tab; }));
   remote::pressKey(tab, VK_RIGHT);
-  ASSERT_TRUE(remote::waitUntil([=] { return remote::selectedTab(tab) == OpenedDatabase::kFormPage; }));
-  ASSERT_TRUE(remote::waitUntil([=] { return remote::shownPage(main) == remote::control(main, 6); }));
+  ASSERT_TRUE(remote::waitUntil([=] { return remote::selectedTab(tab) == OpenedDatabase::kListPage; }));
+  ASSERT_TRUE(remote::waitUntil([=] { return remote::isList(remote::shownPage(main)); }));
   for (const int page : {OpenedDatabase::kQueriesPage, OpenedDatabase::kTablesPage, OpenedDatabase::kListPage,
                          OpenedDatabase::kFormPage}) {
     EXPECT_TRUE(remote::switchToPage(main, page)) << page;
