@@ -269,9 +269,9 @@ TEST_F(CalendarTest, ManyOfThemLeaveNothingOfTheGraphicsSystemBehind) {
   EXPECT_EQ(graphicsObjectCount(), before);
 }
 
-TEST_F(CalendarTest, AfterAnotherDateOneWithoutADateBeginsWithToday) {
+TEST_F(CalendarTest, AfterAnotherDateATextThatIsNoDateBeginsWithToday) {
   showTable(L"CREATE TABLE 'T' (born Datetime, died Datetime)",
-            {L"INSERT INTO T VALUES ('2001-03-09', NULL)"});
+            {L"INSERT INTO T VALUES ('2001-03-09', 'someday')"});
   SYSTEMTIME seen{};
   DialogScript script([&](HWND dialog) {
     seen = chosenDate(dialog);
@@ -279,7 +279,7 @@ TEST_F(CalendarTest, AfterAnotherDateOneWithoutADateBeginsWithToday) {
   });
   tap(dateEditor(0));
   EXPECT_EQ(seen.wYear, 2001);
-  SetWindowTextW(dateEditor(1), L"no date");
+  ASSERT_EQ(textOf(dateEditor(1)), L"someday");
   tap(dateEditor(1));
   SYSTEMTIME today{};
   GetLocalTime(&today);
