@@ -82,6 +82,60 @@ TEST_P(RecordsStory, ARecordIsChangedAndStoredWhenTheProgramIsLeft) {
               ElementsAre("Ada", "Grace Hopper", "Barbara"));
 }
 
+TEST_P(RecordsStory, ARecordThatIsLockedIsToldOnceAndKeepsItsValues) {
+  makePeople();
+  User& user = startOnForm();
+  awaitShown(user, kName, L"Ada");
+  {
+    automationtest::SqliteFile other(path().wstring());
+    other.run("PRAGMA busy_timeout = 5000");
+    other.run("BEGIN EXCLUSIVE");
+    user.useButton(ID_RECORD_NEXT, 'T', VK_CONTROL);
+    user.answer(L"Quivane", L"The record could not be read.\nAnother program is using the database.", IDOK);
+    awaitPosition(user, L"    2 / 3");
+    EXPECT_EQ(shown(user, kName), L"");
+    const HWND born = remote::control(user.main(), kBorn);
+    EXPECT_NE(GetWindowLongW(born, GWL_STYLE) & ES_READONLY, 0);
+    SendMessageW(born, WM_CHAR, '7', 1);
+    EXPECT_EQ(shown(user, kBorn), L"");
+  }
+  user.useButton(ID_RECORD_NEXT, 'T', VK_CONTROL);
+  awaitShown(user, kName, L"Barbara");
+  user.useButton(ID_RECORD_PREVIOUS, 'P', VK_CONTROL);
+  awaitShown(user, kName, L"Grace");
+  user.fillEditor(kBorn, L"1907");
+  end();
+  EXPECT_THAT(stored("SELECT Name || ' ' || Alive || ' ' || Born FROM People ORDER BY rowid"),
+              ElementsAre("Ada 0 1815", "Grace 0 1907", "Barbara 1 1939"));
+}
+
+TEST_P(RecordsStory, AColumnThatAnotherProgramRenamesAndATableThatItDropsAreTold) {
+  makePeople();
+  User& user = startOnForm();
+  awaitShown(user, kName, L"Ada");
+  automationtest::SqliteFile other(path().wstring());
+  other.run("PRAGMA busy_timeout = 5000");
+  other.run("ALTER TABLE People RENAME COLUMN Born TO Birth");
+  user.useButton(ID_RECORD_NEXT, 'T', VK_CONTROL);
+  user.answer(L"Quivane",
+              L"Another program has changed the structure of the database.\nThe records were opened anew.",
+              IDOK);
+  awaitShown(user, kName, L"Grace");
+  user.fillEditor(kBorn, L"1907");
+  user.useButton(ID_RECORD_PREVIOUS, 'P', VK_CONTROL);
+  awaitShown(user, kName, L"Ada");
+  EXPECT_THAT(stored("SELECT Birth FROM People ORDER BY rowid"), ElementsAre("1815", "1907", "1939"));
+  other.run("DROP TABLE People");
+  user.useButton(ID_RECORD_NEXT, 'T', VK_CONTROL);
+  const HWND box = user.dialog(L"Quivane");
+  const std::wstring text = remote::messageBoxText(box);
+  EXPECT_THAT(text, testing::StartsWith(L"The records can no longer be read.\n"));
+  user.answer(L"Quivane", text, IDOK);
+  awaitPosition(user, L"No Records");
+  EXPECT_EQ(remote::control(user.main(), kName), nullptr) << "something to type into";
+  end();
+}
+
 TEST_P(RecordsStory, ARecordIsDeletedAfterAQuestion) {
   makePeople();
   User& user = startOnForm();
