@@ -238,6 +238,26 @@ TEST_F(GoneFileTest, ACopyThatCantBeMadeIsToldAndAskedForAgain) {
   EXPECT_EQ(currentRecord, 2u);
 }
 
+TEST_F(GoneFileTest, ACopyWithOtherRecordsInTheirPlacesIsNotGoneOnWith) {
+  showForm();
+  runStatements(ours_, {L"DELETE FROM T WHERE a = 10"});
+  type(L"21");
+  take();
+  answerWith({LostFileChoice::saveCopy, LostFileChoice::later});
+  saveAs(copy_);
+  window().prompts.answer = IDNO;
+  document().moveNextRecord();
+  ASSERT_EQ(messages().size(), 2u);
+  EXPECT_THAT(messages()[0].text, HasSubstr(L"copy.cdb, but can't be gone on with there.\n"));
+  EXPECT_THAT(stored(copy_), ElementsAre(L"20", L"30")) << "what is open is saved all the same";
+  EXPECT_STREQ(document().databasePath().text(), ours_.c_str());
+  EXPECT_EQ(currentRecord, 2u);
+  EXPECT_EQ(window().form.fields.at(0).content, L"21") << "what was typed is kept";
+  giveBack();
+  document().moveNextRecord();
+  EXPECT_THAT(stored(ours_), ElementsAre(L"21", L"30"));
+}
+
 TEST_F(GoneFileTest, WhoNamesNoFileIsAskedAgain) {
   showForm();
   take();
