@@ -30,6 +30,7 @@ Outcome Database::open(const String& path) {
 }
 
 bool Database::close() {
+  dropListRows();
   connection_->close();
   clearFields();
   isOpen_ = false;

@@ -134,9 +134,16 @@ class Database {
   bool movePrevious();
   /// currentRecord becomes `position`.
   bool moveTo(std::uint32_t position);
-  /// Makes the record in row `row` (0-based) current for reading, by the shortest way from the row that
-  /// was last read so. Leaves currentRecord alone: the list reads rows that are not the chosen one.
+
+  // ---- The rows of the list (database_list.cpp), from 0. A cursor of their own reads them, a copy of the
+  // recordset that is made when it is needed and dropped with every change: the current record stays current,
+  // with everything that was written into it and is not stored. A new record has no row before it is stored.
+
+  /// Moves that cursor to a row, by the shortest way from the row where it stands.
   bool moveForList(std::uint32_t row);
+  /// What valueText gives for the field in that row; empty where there is no such row or field. When it
+  /// can't be read `text` is untouched.
+  Outcome readForList(std::uint32_t row, std::uint32_t field, String& text);
 
   // ---- Records (database_records.cpp)
 
@@ -221,6 +228,8 @@ class Database {
   bool addQuery(const SavedQuery& query, Outcome* change = nullptr);
 
  private:
+  bool prepareListRows();
+  void dropListRows();
   Outcome openStore();
   Outcome runTableStatement(bool fits, const wchar_t* statement);
   Outcome runInStore(const wchar_t* statement);
@@ -254,6 +263,7 @@ class Database {
   GrowableArray<std::uint32_t> fieldWidths_;
   GrowableArray<std::uint32_t> fieldReadOnly_;
 
-  std::uint32_t listPosition_ = 1;  // of the record that moveForList last made current
-  bool isAtListPosition_ = false;   // nothing else moved the recordset since
+  std::unique_ptr<RecordsetHandle> listRows_;  // behind recordset_ and connection_: it goes first
+  std::uint32_t listPosition_ = 1;  // of the record that moveForList last made current in listRows_
+  bool isAtListPosition_ = false;   // listRows_ stands there
 };

@@ -27,9 +27,9 @@ Outcome Database::checkSql(const String& sql) {
 }
 
 void Database::closeRecordset() {
+  dropListRows();
   recordset_->close();
   newRecordPending_ = false;
-  isAtListPosition_ = false;
 }
 
 const String& Database::fieldName(std::uint32_t field) const {
@@ -69,8 +69,8 @@ bool Database::reopenSameFields() {
   if (!opened || !hasSameFields(*reopened)) return false;
   if (newRecordPending_ && !reopened->addNew()) return false;
   const auto count = static_cast<std::uint32_t>(std::max(reopened->recordCount(), 0L));
+  dropListRows();
   recordset_ = std::move(reopened);
-  isAtListPosition_ = false;
   setRecordCount(count + (newRecordPending_ ? 1 : 0));
   return true;
 }

@@ -23,12 +23,13 @@ Outcome Database::addNew() {
 }
 
 bool Database::update() {
+  dropListRows();
   if (recordset_->update()) newRecordPending_ = false;
   return true;
 }
 
 void Database::abandonUpdate() {
-  isAtListPosition_ = false;
+  dropListRows();
   recordset_->cancelUpdate();
   if (!newRecordPending_) return;
   newRecordPending_ = false;
@@ -37,7 +38,7 @@ void Database::abandonUpdate() {
 }
 
 Outcome Database::deleteCurrent() {
-  isAtListPosition_ = false;
+  dropListRows();
   if (newRecordPending_) {
     // Without this the next move would store the record, as it does with every unfinished one.
     recordset_->cancelUpdate();
@@ -110,6 +111,7 @@ Outcome Database::writeAndStore(const FieldEditors& editors, NameList& leftOut) 
     if (Outcome written = writeField(field, *editors[field], cleared); !written) return written;
   }
   leftOut.swap(cleared);
+  dropListRows();
   Outcome stored = recordset_->update();
   if (stored) newRecordPending_ = false;
   return stored;

@@ -16,7 +16,6 @@ std::uint32_t Database::passOver(std::uint32_t most, std::uint32_t milliseconds)
   const LONG passed =
       recordset_->passOver(static_cast<LONG>(std::min(most, kMost)), static_cast<LONG>(milliseconds));
   if (passed <= 0) return 0;
-  isAtListPosition_ = false;
   currentRecord += static_cast<std::uint32_t>(passed);
   return static_cast<std::uint32_t>(passed);
 }

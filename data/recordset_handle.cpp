@@ -51,6 +51,12 @@ void RecordsetHandle::close() {
   if (recordset_) recordset_->Close();
 }
 
+std::unique_ptr<RecordsetHandle> RecordsetHandle::clone() {
+  ComPtr<IAdoceRecordset> copy;
+  if (!recordset_ || FAILED(recordset_->Clone(copy.put()))) return nullptr;
+  return std::make_unique<RecordsetHandle>(std::move(copy));
+}
+
 bool RecordsetHandle::moveFirst() {
   return recordset_ && SUCCEEDED(recordset_->MoveFirst());
 }

@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include <adoce.h>
+#include <memory>
 #include <optional>
 
 #include "base/com_handles.h"
@@ -30,6 +31,9 @@ class RecordsetHandle {
   Outcome open(const wchar_t* source, const ConnectionHandle* connection, CursorType cursor, SourceKind kind,
                LockType lock = LockType::optimistic);
   void close();
+  /// A second cursor over the same records, standing at the first one, without what was written here and not
+  /// stored. Null when there can't be one; nothing is open then, for example.
+  std::unique_ptr<RecordsetHandle> clone();
 
   bool moveFirst();
   bool moveLast();

@@ -211,8 +211,14 @@ class Document {
   /// In characters.
   std::uint32_t longestFieldName() const { return database_.longestFieldName(); }
   bool isNewRecordPending() const { return database_.newRecordPending(); }
-  /// Makes a row current for reading; currentRecord stays. False when it can't be reached.
+  /// A row of the grid, as Database::moveForList and readForList have it.
   bool moveToRow(std::uint32_t row) { return database_.moveForList(row); }
+  Outcome readRow(std::uint32_t row, std::uint32_t field, String& text) {
+    return database_.readForList(row, field, text);
+  }
+  /// Rows of the grid could not be read: tells so, or fills it anew where the records only had to be opened
+  /// anew (document_moves.cpp). Shows a message box, so not to be called while drawing.
+  void rowsUnreadable(const Outcome& failure);
   /// Makes the record currentRecord current in the recordset.
   bool moveToCurrentRecord() { return database_.moveTo(currentRecord); }
   /// The value of a field of the record that was made current.

@@ -88,6 +88,18 @@ int Document::goToRecordNumber() {
   return 0;
 }
 
+void Document::rowsUnreadable(const Outcome& failure) {
+  if (failure.cause() == Outcome::Cause::structureChanged && database_.reopenSameFields()) {
+    recordCount = database_.recordCount();
+    currentRecord = std::clamp(currentRecord, std::min(1u, recordCount), recordCount);
+    pages_.grid.fill();
+    updatePositionText();
+    updateNavigationState();
+    return;
+  }
+  tellFailure(L"Records could not be read.", failure.reason());
+}
+
 int Document::nextFormPage() {
   if (recordsetOpen_ && viewMode_ == ViewMode::form && pages_.form.showNextPage()) updatePageState();
   return 0;

@@ -10,6 +10,14 @@
 
 namespace {
 
+/// How long no row is read after one that could not be, in milliseconds.
+constexpr ULONGLONG kPauseAfterFailure = 1000;
+
+/// Even if what it lies in is hidden.
+bool isShown(HWND list) {
+  return (static_cast<DWORD>(GetWindowLongW(list, GWL_STYLE)) & WS_VISIBLE) != 0;
+}
+
 /// Copies as much as fits with a terminator. `capacity` counts characters.
 void copyCut(const wchar_t* text, wchar_t* buffer, int capacity) {
   if (!buffer || capacity < 1) return;
@@ -48,24 +56,57 @@ void RecordListView::handleNotification(NMHDR& notification) noexcept {
   }
 }
 
+// ---- Texts
+
 void RecordListView::giveText(LVITEMW& item) {
   if ((item.mask & LVIF_TEXT) == 0 || item.iItem < 0) return;
   if (item.iSubItem < 0 || item.iSubItem >= columnCount_) return;
-  // A list that redraws a part of a row asks for the later columns alone, so each moves the cursor.
-  if (item.iItem != cachedRow_ && document_->moveToRow(static_cast<std::uint32_t>(item.iItem))) {
-    cachedRow_ = item.iItem;
-  }
+  const auto row = static_cast<std::uint32_t>(item.iItem);
   const int field = item.iSubItem == 0 ? 0 : firstSlidingColumn_ + item.iSubItem - 1;
   // The buffer is the list's own and can't be replaced by a longer one.
-  copyCut(cellText(static_cast<std::uint32_t>(field)).text(), item.pszText, item.cchTextMax);
+  copyCut(cellText(row, static_cast<std::uint32_t>(field)).text(), item.pszText, item.cchTextMax);
   showOnlyShowable(item);
 }
 
-String RecordListView::cellText(std::uint32_t field) {
-  String text = document_->valueText(field);
+String RecordListView::cellText(std::uint32_t row, std::uint32_t field) {
+  if (GetTickCount64() < noReadingBefore_) return kNotReadable;
+  // A list that redraws a part of a row asks for the later columns alone, so each moves the cursor.
+  if (row != cachedRow_ && document_->moveToRow(row)) cachedRow_ = row;
+  String text;
+  if (const Outcome read = document_->readRow(row, field, text); !read) {
+    noteFailure(read);
+    return kNotReadable;
+  }
   if (document_->fieldType(field) != FieldType::bit) return text;
   return std::wcscmp(text.text(), L"-1") == 0 ? L"True" : L"False";
 }
+
+/// A message box can't be shown in the middle of drawing, and another program may be waiting for the text.
+void RecordListView::noteFailure(const Outcome& reading) {
+  // A single record that is gone says nothing of the others. Behind a lock each of them would wait as long.
+  if (reading.cause() != Outcome::Cause::recordGone) {
+    noReadingBefore_ = GetTickCount64() + kPauseAfterFailure;
+  }
+  if (!failure_ || !isShown(list_)) return;
+  failure_ = reading;
+  PostMessageW(list_, kFailureNoted, 0, 0);
+}
+
+LRESULT RecordListView::failureNoted(HWND window, UINT, WPARAM, LPARAM) {
+  reinterpret_cast<RecordListView*>(GetWindowLongPtrW(window, GWLP_USERDATA))->tellFailure();
+  return 0;
+}
+
+void RecordListView::tellFailure() {
+  if (!document_ || !isShown(list_)) return;
+  document_->rowsUnreadable(Outcome(failure_));
+  // What stood in the way may be over by now.
+  noReadingBefore_ = 0;
+  cachedRow_ = kNoRow;
+  InvalidateRect(list_, nullptr, TRUE);
+}
+
+// ---- Keys and the selection
 
 void RecordListView::keyPressed(WORD key) {
   // The list moves its selection after this, and reports a row that is then current already.

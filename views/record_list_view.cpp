@@ -120,6 +120,7 @@ bool RecordListView::createList(HWND tabControl) {
   if (!list_) return false;
   hide();
   listview::setExtendedStyle(list_, LVS_EX_FULLROWSELECT);
+  SetWindowLongPtrW(list_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
   listOldProc = reinterpret_cast<WNDPROC>(
       SetWindowLongPtrW(list_, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(listProcedure)));
   return true;
@@ -161,6 +162,7 @@ LRESULT CALLBACK RecordListView::listProcedure(HWND window, UINT message, WPARAM
       MessageRow{WM_LBUTTONDBLCLK, doubleTapped},
       MessageRow{WM_LBUTTONUP, tapped},
       MessageRow{WM_KEYDOWN, keyPressedInList},
+      MessageRow{kFailureNoted, failureNoted},
   };
   return answerFromTable(kMessages, window, message, wParam, lParam,
                          [](HWND list, UINT number, WPARAM first, LPARAM second) {
@@ -218,6 +220,8 @@ void RecordListView::fill() {
   columnCount_ = std::min(fieldCount_, kMaxColumnCount);
   insertColumns();
   cachedRow_ = kNoRow;
+  failure_ = {};
+  noReadingBefore_ = 0;
   applyColors();
   resetItems();
   selectCurrent();

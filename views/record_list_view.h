@@ -8,13 +8,15 @@
 
 #include "base/handles.h"
 #include "base/string.h"
+#include "data/outcome.h"
 #include "records/pages.h"
 
 class Document;
 
 /// The List page: a grid with a row for each record and up to three columns, the first field and two
 /// further fields that the user moves over the others. The grid holds no data: it asks for each text
-/// when it draws, and the record cursor is moved to the row that is drawn.
+/// when it draws, and the list's own cursor over the records is moved to the row that is drawn. What can't be
+/// read is drawn as kNotReadable, and told once for each filling.
 ///
 /// The list control is a child of the tab control, so its notifications come through the tab control's
 /// procedure to handleNotification. The window of class "Record List View", also a child of the tab
@@ -24,6 +26,7 @@ class RecordListView final : public RecordGrid {
   static constexpr int kListId = 2010;
   static constexpr int kMaxColumnCount = 3;
   static constexpr int kColumnWidth = 75;
+  static constexpr wchar_t kNotReadable[] = L"<not readable>";
 
   /// Called once, before create.
   static bool registerClass(HINSTANCE instance);
@@ -76,18 +79,22 @@ class RecordListView final : public RecordGrid {
 
   // record_list_notifications.cpp
   void giveText(LVITEMW& item);
-  String cellText(std::uint32_t field);
+  String cellText(std::uint32_t row, std::uint32_t field);
+  void noteFailure(const Outcome& reading);
+  void tellFailure();
   void keyPressed(WORD key);
   void itemChanged(const NMLISTVIEW& change);
 
   static LRESULT doubleTapped(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
   static LRESULT tapped(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+  static LRESULT failureNoted(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
   static LRESULT keyPressedInList(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
   static LRESULT CALLBACK listProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
   static LRESULT windowCreated(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
   static LRESULT CALLBACK windowProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
 
   static constexpr std::int64_t kNoRow = -1;
+  static constexpr UINT kFailureNoted = WM_APP;  ///< to the list, from itself
 
   Document* document_ = nullptr;
   HWND tabControl_ = nullptr;
@@ -97,5 +104,7 @@ class RecordListView final : public RecordGrid {
   int fieldCount_ = 0;
   int columnCount_ = 0;
   int firstSlidingColumn_ = 1;       // the field in column 1
-  std::int64_t cachedRow_ = kNoRow;  // the row that the record cursor was last moved to for drawing
+  std::int64_t cachedRow_ = kNoRow;  // the row that the list's cursor was last moved to for drawing
+  Outcome failure_;                  // the first since the grid was filled
+  ULONGLONG noReadingBefore_ = 0;    // by GetTickCount64
 };

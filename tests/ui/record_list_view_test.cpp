@@ -8,6 +8,7 @@
 #include "base/app_colors.h"
 #include "base/live_resources.h"
 #include "gmock/gmock.h"
+#include "tests/support/exclusive_lock.h"
 #include "tests/support/paths.h"
 #include "tests/ui/fake_pages.h"
 #include "tests/ui/host_window.h"
@@ -15,6 +16,8 @@
 #include "views/list_view.h"
 
 using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::StartsWith;
 
 namespace {
 
@@ -89,6 +92,16 @@ class RecordListViewTest : public testing::Test {
   HWND window() const { return window_; }
   HWND list() const { return GetDlgItem(host(), RecordListView::kListId); }
   FakeBar& bar() { return bar_; }
+  std::wstring cell(int row, int column) { return answer(row, column, 32).c_str(); }
+  /// What the grid has told since the last time, with the posted telling done.
+  std::vector<std::wstring> told() {
+    MSG message{};
+    while (PeekMessageW(&message, list(), WM_APP, WM_APP, PM_REMOVE)) DispatchMessageW(&message);
+    std::vector<std::wstring> texts;
+    for (const FakePrompts::Message& shown : prompts_.messages) texts.push_back(shown.text);
+    prompts_.messages.clear();
+    return texts;
+  }
 
  private:
   testsupport::TempFolder folder_;
@@ -224,6 +237,86 @@ TEST_F(RecordListViewTest, FillingAgainAndAgainKeepsNothing) {
     view().showPreviousColumn();
   }
   EXPECT_EQ(LiveResources::countOfAll(), before);
+}
+
+TEST_F(RecordListViewTest, DrawingLeavesTheCurrentRecordWhereItIs) {
+  showFiveFields();
+  ASSERT_TRUE(document().moveToCurrentRecord());
+  EXPECT_EQ(cell(1, 0), L"10");
+  EXPECT_STREQ(document().valueText(0).text(), L"0");
+  EXPECT_EQ(currentRecord, 1u);
+}
+
+TEST_F(RecordListViewTest, ARecordThatIsGoneIsNotReadableAndToldOnce) {
+  showFiveFields();
+  runStatements(path(), {L"DELETE FROM T WHERE f0 = 10"});
+  EXPECT_EQ(cell(1, 0), L"<not readable>");
+  EXPECT_EQ(cell(1, 2), L"<not readable>");
+  EXPECT_EQ(cell(0, 0), L"0");
+  EXPECT_THAT(told(), ElementsAre(StartsWith(L"Records could not be read.\n")));
+  EXPECT_EQ(cell(1, 0), L"<not readable>");
+  EXPECT_THAT(told(), IsEmpty());
+  view().fill();
+  EXPECT_EQ(cell(1, 1), L"<not readable>");
+  EXPECT_EQ(told().size(), 1u);
+}
+
+TEST_F(RecordListViewTest, OfATableThatIsGoneNoRowIsReadable) {
+  showFiveFields();
+  runStatements(path(), {L"DROP TABLE T"});
+  for (const int row : {0, 1, 0}) {
+    for (const int column : {0, 1, 2}) EXPECT_EQ(cell(row, column), L"<not readable>") << row;
+  }
+  EXPECT_EQ(told().size(), 1u);
+  EXPECT_EQ(cell(1, 2), L"<not readable>");
+  EXPECT_THAT(told(), IsEmpty());
+}
+
+TEST_F(RecordListViewTest, OfATableWithARenamedColumnNoRowIsReadable) {
+  showFiveFields();
+  EXPECT_EQ(cell(0, 0), L"0");
+  runStatements(path(), {L"ALTER TABLE T RENAME COLUMN f1 TO other"});
+  EXPECT_EQ(cell(1, 0), L"<not readable>");
+  EXPECT_EQ(cell(1, 1), L"<not readable>");
+  EXPECT_EQ(told().size(), 1u);
+}
+
+TEST_F(RecordListViewTest, WhereOnlyAnotherTableChangedTheRecordsAreOpenedAnew) {
+  showFiveFields();
+  runStatements(path(), {L"CREATE TABLE 'Other' (a Integer)", L"INSERT INTO T VALUES (20, 21, 22, 23, 24)"});
+  cell(0, 0);
+  EXPECT_THAT(told(), IsEmpty());
+  EXPECT_EQ(cell(0, 0), L"0");
+  EXPECT_EQ(cell(1, 1), L"11");
+}
+
+TEST_F(RecordListViewTest, BehindALockOneRowIsWaitedForAndNoneIsEmpty) {
+  showFiveFields();
+  {
+    const auto lock = lockExclusively(path().wstring());
+    ASSERT_TRUE(lock->isHeld());
+    const ULONGLONG before = GetTickCount64();
+    EXPECT_EQ(cell(0, 0), L"<not readable>");
+    const ULONGLONG oneWait = GetTickCount64() - before;
+    EXPECT_GT(oneWait, 1000u);
+    for (const int row : {0, 1}) {
+      for (const int column : {0, 1, 2}) EXPECT_EQ(cell(row, column), L"<not readable>") << row;
+    }
+    EXPECT_LT(GetTickCount64() - before, oneWait + 1000);
+  }
+  // Told, it is tried again at once.
+  EXPECT_THAT(told(), ElementsAre(StartsWith(L"Records could not be read.\n")));
+  EXPECT_EQ(cell(0, 0), L"0");
+  EXPECT_EQ(cell(1, 2), L"12");
+  EXPECT_THAT(told(), IsEmpty());
+}
+
+TEST_F(RecordListViewTest, AHiddenGridTellsNothing) {
+  showFiveFields();
+  view().hide();
+  runStatements(path(), {L"DROP TABLE T"});
+  EXPECT_EQ(cell(0, 0), L"<not readable>");
+  EXPECT_THAT(told(), IsEmpty());
 }
 
 TEST_F(RecordListViewTest, OfAMillionRowsThoseInViewAreRead) {

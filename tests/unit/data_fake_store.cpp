@@ -157,7 +157,10 @@ class FakeRecordsetObject final : public FakeObject<IAdoceRecordset> {
   }
   HRESULT STDMETHODCALLTYPE GetRows(LONG, VARIANT, VARIANT, VARIANT*) override { return E_NOTIMPL; }
   HRESULT STDMETHODCALLTYPE Supports(LONG, VARIANT_BOOL*) override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE Clone(IAdoceRecordset**) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE Clone(IAdoceRecordset** copy) override {
+    *copy = new FakeRecordsetObject(store_);
+    return note("Clone", S_OK);
+  }
   HRESULT STDMETHODCALLTYPE get_AbsolutePosition(LONG*) override { return E_NOTIMPL; }
   HRESULT STDMETHODCALLTYPE put_AbsolutePosition(LONG) override { return E_NOTIMPL; }
   HRESULT STDMETHODCALLTYPE get_ActiveConnection(VARIANT*) override { return E_NOTIMPL; }

@@ -14,6 +14,11 @@ class MovesTest : public DataTest {
     currentRecord = 1;
   }
   std::wstring value() { return database_.valueText(0).text(); }
+  /// What the list shows in a row; "?" when it can't be read.
+  std::wstring rowText(std::uint32_t row) {
+    String text;
+    return database_.readForList(row, 0, text) ? text.text() : L"?";
+  }
 };
 
 TEST_F(MovesTest, TheFirstRecordIsCurrentAtOnceAndTheCounterIsTheCallers) {
@@ -91,16 +96,20 @@ TEST_F(MovesTest, AnEmptyRecordsetMovesNowhereButCountsFromTheFirst) {
   EXPECT_EQ(currentRecord, 1u);
 }
 
-TEST_F(MovesTest, MovesForTheListReadTheirRowsAndLeaveTheCounterAlone) {
+TEST_F(MovesTest, MovesForTheListReadTheirRowsAndLeaveTheCurrentRecord) {
   openFive();
+  ASSERT_TRUE(database_.moveTo(2));
   for (const std::uint32_t row : {0u, 1u, 2u, 3u, 4u, 4u, 0u, 3u, 1u}) {
     EXPECT_TRUE(database_.moveForList(row)) << row;
-    EXPECT_EQ(value(), std::to_wstring((row + 1) * 10)) << row;
+    EXPECT_EQ(rowText(row), std::to_wstring((row + 1) * 10)) << row;
+    EXPECT_EQ(value(), L"20") << row;
   }
-  EXPECT_EQ(currentRecord, 1u);
+  EXPECT_EQ(currentRecord, 2u);
+  EXPECT_TRUE(database_.moveNext());
+  EXPECT_EQ(value(), L"30");
 }
 
-TEST_F(MovesTest, MovesForTheListFindTheirRowsAfterAnyOtherMove) {
+TEST_F(MovesTest, RowsOfTheListAreReadWhateverMovesOrReplacesTheRecordset) {
   openFive();
   const auto moveElsewhere = [&](int kind) {
     switch (kind) {
@@ -123,20 +132,80 @@ TEST_F(MovesTest, MovesForTheListFindTheirRowsAfterAnyOtherMove) {
   for (int kind = 0; kind <= 6; ++kind) {
     ASSERT_TRUE(database_.moveForList(2)) << kind;
     ASSERT_TRUE(moveElsewhere(kind)) << kind;
-    ASSERT_TRUE(database_.moveForList(3)) << kind;
-    EXPECT_EQ(value(), L"40") << kind;
+    EXPECT_EQ(rowText(2), L"30") << kind;
+    EXPECT_EQ(rowText(3), L"40") << kind;
   }
 }
 
-TEST_F(MovesTest, MovesForTheListFindTheirRowsAfterADeletion) {
+TEST_F(MovesTest, RowsOfTheListFollowADeletion) {
   openFive();
-  ASSERT_TRUE(database_.moveForList(1));
+  EXPECT_EQ(rowText(1), L"20");
   ASSERT_TRUE(database_.moveTo(1));
   ASSERT_TRUE(database_.deleteCurrent());
-  for (const std::uint32_t row : {3u, 0u, 2u}) {
-    ASSERT_TRUE(database_.moveForList(row)) << row;
-    EXPECT_EQ(value(), std::to_wstring((row + 2) * 10)) << row;
-  }
+  for (const std::uint32_t row : {3u, 0u, 2u})
+    EXPECT_EQ(rowText(row), std::to_wstring((row + 2) * 10)) << row;
+  EXPECT_EQ(rowText(4), L"");
+}
+
+TEST_F(MovesTest, RowsOfTheListFollowWhatIsStored) {
+  openFive();
+  EXPECT_EQ(rowText(0), L"10");
+  ASSERT_TRUE(database_.setValueFromEditor(0, FakeEditor::withText(L"11")));
+  EXPECT_EQ(rowText(0), L"10");
+  database_.update();
+  EXPECT_EQ(rowText(0), L"11");
+}
+
+TEST_F(MovesTest, ANewRecordHasARowInTheListOnceItIsStored) {
+  openFive();
+  EXPECT_EQ(rowText(4), L"50");
+  ASSERT_TRUE(database_.addNew());
+  ASSERT_TRUE(database_.setValueFromEditor(0, FakeEditor::withText(L"60")));
+  for (const std::uint32_t row : {0u, 4u, 3u})
+    EXPECT_EQ(rowText(row), std::to_wstring((row + 1) * 10)) << row;
+  EXPECT_EQ(rowText(5), L"");
+  EXPECT_TRUE(database_.newRecordPending());
+  EXPECT_EQ(value(), L"60");
+  EXPECT_EQ(stored(L"Select count(*) from t"), L"5");
+  // A move stores it as well as an update.
+  ASSERT_TRUE(database_.moveFirst());
+  EXPECT_EQ(rowText(5), L"60");
+  EXPECT_EQ(stored(L"Select count(*) from t"), L"6");
+}
+
+TEST_F(MovesTest, WhatWasTypedAndIsRefusedOutlastsTheReadingOfTheList) {
+  openTable(L"k integer CHECK (k < 10)", {L"1", L"2"});
+  ASSERT_TRUE(database_.setValueFromEditor(0, FakeEditor::withText(L"77")));
+  database_.update();
+  EXPECT_EQ(rowText(0), L"1");
+  EXPECT_EQ(rowText(1), L"2");
+  EXPECT_EQ(value(), L"77");
+}
+
+TEST_F(MovesTest, ARowThatCantBeReadSaysWhy) {
+  openFive();
+  runOn(path_, {L"DELETE FROM t WHERE a = 30"});
+  String text = L"untouched";
+  const Outcome read = database_.readForList(2, 0, text);
+  EXPECT_EQ(read.cause(), Outcome::Cause::recordGone);
+  EXPECT_FALSE(read.reason().isEmpty());
+  EXPECT_STREQ(text.text(), L"untouched");
+  EXPECT_EQ(rowText(3), L"40");
+}
+
+TEST_F(MovesTest, WithoutRecordsTheListHasNoRows) {
+  String text = L"untouched";
+  EXPECT_FALSE(database_.readForList(0, 0, text));
+  openFive();
+  EXPECT_EQ(rowText(0), L"10");
+  database_.closeRecordset();
+  EXPECT_FALSE(database_.readForList(0, 0, text));
+  EXPECT_FALSE(database_.moveForList(0));
+  ASSERT_TRUE(database_.openRecordset(L"Select * from [t]"));
+  EXPECT_EQ(rowText(0), L"10");
+  database_.close();
+  EXPECT_FALSE(database_.moveForList(0));
+  EXPECT_STREQ(text.text(), L"untouched");
 }
 
 // ---- What is sent
@@ -159,13 +228,14 @@ TEST_F(MoveCallsTest, TheListMovesByTheDistanceFromItsLastRow) {
   EXPECT_TRUE(database_.moveForList(5));
   EXPECT_TRUE(database_.moveForList(6));
   EXPECT_TRUE(database_.moveForList(2));
-  EXPECT_THAT(store_.calls, ElementsAre("Move 0 from 1", "Move 5 from 0", "Move 1 from 0", "Move -4 from 0"));
+  EXPECT_THAT(store_.calls,
+              ElementsAre("Clone", "Move 0 from 1", "Move 5 from 0", "Move 1 from 0", "Move -4 from 0"));
 }
 
 TEST_F(MoveCallsTest, TheListMovesFromTheFirstRecordWhenItStaysOnItsRow) {
   EXPECT_TRUE(database_.moveForList(7));
   EXPECT_TRUE(database_.moveForList(7));
-  EXPECT_THAT(store_.calls, ElementsAre("Move 7 from 1", "Move 7 from 1"));
+  EXPECT_THAT(store_.calls, ElementsAre("Clone", "Move 7 from 1", "Move 7 from 1"));
 }
 
 TEST_F(MoveCallsTest, AMoveForTheListThatFailsKeepsTheListPosition) {
@@ -176,7 +246,8 @@ TEST_F(MoveCallsTest, AMoveForTheListThatFailsKeepsTheListPosition) {
   // Where the failed move left the recordset is not known.
   EXPECT_TRUE(database_.moveForList(3));
   EXPECT_TRUE(database_.moveForList(4));
-  EXPECT_THAT(store_.calls, ElementsAre("Move 3 from 1", "Move 2 from 0", "Move 3 from 1", "Move 1 from 0"));
+  EXPECT_THAT(store_.calls,
+              ElementsAre("Clone", "Move 3 from 1", "Move 2 from 0", "Move 3 from 1", "Move 1 from 0"));
 }
 
 TEST_F(MoveCallsTest, MoveToSendsItsDistanceFromTheFirstRecord) {

@@ -1,0 +1,49 @@
+// The rows of the list.
+#include "data/database.h"
+#include "data/field_text.h"
+#include "data/recordset_handle.h"
+
+bool Database::moveForList(std::uint32_t row) {
+  if (!prepareListRows()) return false;
+  const LONG distance = static_cast<LONG>(row - listPosition_ + 1);
+  // The list position says nothing about a cursor that was just made, or whose last move failed.
+  const bool moved = isAtListPosition_ && distance != 0
+                         ? listRows_->move(distance, MoveOrigin::current)
+                         : listRows_->move(static_cast<LONG>(row), MoveOrigin::first);
+  isAtListPosition_ = moved;
+  if (moved) listPosition_ = row + 1;
+  return moved;
+}
+
+Outcome Database::readForList(std::uint32_t row, std::uint32_t field, String& text) {
+  if (!prepareListRows()) return Outcome::failure(L"No records are open.");
+  if (field >= fieldCount_ || static_cast<LONG>(row) >= listRows_->recordCount()) {
+    text.clear();
+    return {};
+  }
+  const bool isAtRow = isAtListPosition_ && listPosition_ == row + 1;
+  if (!isAtRow && !moveForList(row)) return Outcome::failure(L"The record can't be reached.");
+  Variant value;
+  Outcome read = listRows_->field(static_cast<LONG>(field)).read(value);
+  if (read) {
+    text = fieldText(fieldType(field), value);
+  } else {
+    isAtListPosition_ = false;  // a move back to it reads it anew
+  }
+  return read;
+}
+
+/// A new record that a move has stored is in the recordset and not in the copy.
+bool Database::prepareListRows() {
+  if (listRows_ && listRows_->recordCount() != recordset_->recordCount()) dropListRows();
+  if (!listRows_) {
+    listRows_ = recordset_->clone();
+    isAtListPosition_ = false;
+  }
+  return listRows_ != nullptr;
+}
+
+void Database::dropListRows() {
+  listRows_.reset();
+  isAtListPosition_ = false;
+}
