@@ -37,9 +37,11 @@ int tabAt(LPARAM point) {
 /// none, after an arrow key has switched the page from a tab that was tapped.
 LRESULT tabTapped(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
   const int tapped = tabAt(lParam);
+  // Of the tab that is chosen already, also when its page is not shown, a tap chooses nothing.
+  const bool isChosen = tapped == selectedTab();
   reportedTab = kNoTab;
   const LRESULT result = CallWindowProcW(tabOldProc, window, message, wParam, lParam);
-  if (tapped != kNoTab && tapped != currentPage && tapped != reportedTab) showPage(tapped);
+  if (tapped != kNoTab && !isChosen && tapped != currentPage && tapped != reportedTab) showPage(tapped);
   return result;
 }
 
