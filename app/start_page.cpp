@@ -9,7 +9,7 @@ void showFirstPage() {
   // Another message came first, and the database of the command line with it.
   if (theDocument->isDatabaseOpen()) return;
   bool open = false;
-  if (theAppSettings->options().OpenLastTableOnStartup() != 0) {
+  if (theAppSettings->options().openLastTableOnStartup() != 0) {
     const RestoreResult restored = theDocument->restoreSession();
     if (restored != RestoreResult::nothing) {
       // Without tables Close stays grey until a page is switched.

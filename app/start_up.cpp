@@ -60,7 +60,7 @@ void createDocument() {
                                                std::make_unique<QueriesListView>(mainWindow, *theCommandBar),
                                                theRecordListView, theFormView, *theCommandBar, thePrompts});
   appUnlocked = true;
-  if (theAppSettings->options().UsePassword() != 0) checkPassword(mainWindow);
+  if (theAppSettings->options().usePassword() != 0) checkPassword(mainWindow);
   if (!appUnlocked) return;
   theRecordListView.prepare(theDocument.get());
   theFormView.prepare(theDocument.get());

@@ -84,7 +84,7 @@ void createTabControl() {
 void buildTabPages() {
   if (SendMessageW(tabControl, TCM_GETITEMCOUNT, 0, 0) > 0)
     SendMessageW(tabControl, TCM_DELETEALLITEMS, 0, 0);
-  const std::uint32_t labels = theAppSettings->options().TabLabelStyle();
+  const std::uint32_t labels = theAppSettings->options().tabLabelStyle();
   TCITEMW item{};
   if (labels != kTabIconOnly) item.mask |= TCIF_TEXT;
   if (labels == kTabIconOnly || labels == kTabTextAndIcon) {

@@ -31,20 +31,20 @@ class Options {
   /// Reads the six values and the live colour table from the registry. A value that is missing reads
   /// as 0, colours that can't be read become the defaults; with no "Options" key at all the values
   /// stay as they are. Returns true in every case.
-  bool Load() noexcept;
+  bool load() noexcept;
 
   /// Writes the six values and the live colour table. Returns the result of the last write.
-  bool Save() const noexcept;
+  bool save() const noexcept;
 
   /// Copies the default colours into the live table.
-  void ResetColors() noexcept;
+  void resetColors() noexcept;
 
-  std::uint32_t GenUpdateRights() const noexcept { return genUpdateRights_; }
-  std::uint32_t WarningOnDeletion() const noexcept { return warningOnDeletion_; }
-  std::uint32_t UsePassword() const noexcept { return usePassword_; }
-  std::uint32_t OpenLastTableOnStartup() const noexcept { return openLastTableOnStartup_; }
-  std::uint32_t RebarsAtTop() const noexcept { return rebarsAtTop_; }
-  std::uint32_t TabLabelStyle() const noexcept { return tabLabelStyle_; }
+  std::uint32_t genUpdateRights() const noexcept { return genUpdateRights_; }
+  std::uint32_t warningOnDeletion() const noexcept { return warningOnDeletion_; }
+  std::uint32_t usePassword() const noexcept { return usePassword_; }
+  std::uint32_t openLastTableOnStartup() const noexcept { return openLastTableOnStartup_; }
+  std::uint32_t rebarsAtTop() const noexcept { return rebarsAtTop_; }
+  std::uint32_t tabLabelStyle() const noexcept { return tabLabelStyle_; }
 
   void setGenUpdateRights(std::uint32_t value) noexcept { genUpdateRights_ = value; }
   void setWarningOnDeletion(std::uint32_t value) noexcept { warningOnDeletion_ = value; }

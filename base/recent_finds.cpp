@@ -20,12 +20,12 @@ class FindName {
 /// The empty text when the value is missing, as it is at position 0.
 String read(int position) {
   String text;
-  SettingsStore::ReadString(SettingsStore::kRecentUserFinds, FindName(position).text(), text);
+  SettingsStore::readString(SettingsStore::kRecentUserFinds, FindName(position).text(), text);
   return text;
 }
 
 void write(int position, const String& text) noexcept {
-  SettingsStore::WriteString(SettingsStore::kRecentUserFinds, FindName(position).text(), text);
+  SettingsStore::writeString(SettingsStore::kRecentUserFinds, FindName(position).text(), text);
 }
 
 bool isEqual(const String& a, const String& b) noexcept {
@@ -41,7 +41,7 @@ bool isStored(const String& text) {
 
 }  // namespace
 
-void RecentFinds::List(NameList& finds) {
+void RecentFinds::list(NameList& finds) {
   NameList found;
   for (int position = 1; position <= kCount; ++position) {
     String text = read(position);
@@ -50,7 +50,7 @@ void RecentFinds::List(NameList& finds) {
   finds.swap(found);
 }
 
-void RecentFinds::Remember(const String& text) {
+void RecentFinds::remember(const String& text) {
   int source = isStored(text) ? kCount : kCount - 1;
   int destination = kCount;
   bool dropped = false;

@@ -10,9 +10,9 @@ class RecentFinds {
   static constexpr int kCount = 5;
 
   /// Replaces the content of `finds` by the texts, newest first; empty and missing ones are skipped.
-  static void List(NameList& finds);
+  static void list(NameList& finds);
 
   /// Makes `text` the newest. One that is in the list (the same letter for letter) moves to the front,
   /// else the oldest falls off. The empty text is one like the others, which a free place counts as.
-  static void Remember(const String& text);
+  static void remember(const String& text);
 };

@@ -46,12 +46,12 @@ bool writeValue(const wchar_t* subkey, const wchar_t* name, DWORD type, const vo
 
 }  // namespace
 
-bool SettingsStore::ReadString(const wchar_t* subkey, const wchar_t* name, String& value) {
+bool SettingsStore::readString(const wchar_t* subkey, const wchar_t* name, String& value) {
   const KeyPath path(subkey);
   return path.fits() && readRegistryText(HKEY_CURRENT_USER, path.text(), name, value);
 }
 
-bool SettingsStore::ReadDword(const wchar_t* subkey, const wchar_t* name, std::uint32_t defaultValue,
+bool SettingsStore::readDword(const wchar_t* subkey, const wchar_t* name, std::uint32_t defaultValue,
                               std::uint32_t& value) noexcept {
   const UniqueRegistryKey key = openForReading(subkey);
   if (!key) return false;
@@ -64,7 +64,7 @@ bool SettingsStore::ReadDword(const wchar_t* subkey, const wchar_t* name, std::u
   return result == ERROR_SUCCESS;
 }
 
-bool SettingsStore::ReadBinary(const wchar_t* subkey, const wchar_t* name, std::uint32_t* words,
+bool SettingsStore::readBinary(const wchar_t* subkey, const wchar_t* name, std::uint32_t* words,
                                std::uint32_t wordCount) noexcept {
   const UniqueRegistryKey key = openForReading(subkey);
   if (!key) return false;
@@ -75,15 +75,15 @@ bool SettingsStore::ReadBinary(const wchar_t* subkey, const wchar_t* name, std::
   return result == ERROR_SUCCESS && byteCount == wanted;
 }
 
-bool SettingsStore::WriteString(const wchar_t* subkey, const wchar_t* name, const String& value) noexcept {
+bool SettingsStore::writeString(const wchar_t* subkey, const wchar_t* name, const String& value) noexcept {
   return writeValue(subkey, name, REG_SZ, value.text(), (value.length() + 1) * sizeof(wchar_t));
 }
 
-bool SettingsStore::WriteDword(const wchar_t* subkey, const wchar_t* name, std::uint32_t value) noexcept {
+bool SettingsStore::writeDword(const wchar_t* subkey, const wchar_t* name, std::uint32_t value) noexcept {
   return writeValue(subkey, name, REG_DWORD, &value, sizeof value);
 }
 
-bool SettingsStore::WriteBinary(const wchar_t* subkey, const wchar_t* name, const std::uint32_t* words,
+bool SettingsStore::writeBinary(const wchar_t* subkey, const wchar_t* name, const std::uint32_t* words,
                                 std::uint32_t wordCount) noexcept {
   return writeValue(subkey, name, REG_BINARY, words, std::size_t{wordCount} * sizeof *words);
 }

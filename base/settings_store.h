@@ -10,7 +10,7 @@
 /// subkeys named here. Stateless: each call opens the key, reads or writes one value and closes it.
 ///
 /// `subkey` and `name` are not null. A subkey whose full path does not fit kPathBufferCount characters
-/// counts as a key that can't be opened. ReadString throws std::bad_alloc; nothing else throws.
+/// counts as a key that can't be opened. readString throws std::bad_alloc; nothing else throws.
 class SettingsStore {
  public:
   static constexpr const wchar_t* kRoot = L"Software\\MorvaleSoftware\\Quivane for Pocket PC";
@@ -23,26 +23,26 @@ class SettingsStore {
 
   /// The registered type is not checked: the value's bytes up to the first zero character. False when
   /// the key or the value can't be read; `value` is then as before.
-  static bool ReadString(const wchar_t* subkey, const wchar_t* name, String& value);
+  static bool readString(const wchar_t* subkey, const wchar_t* name, String& value);
 
   /// The registered type is not checked; a value shorter than 4 bytes is completed with zeros. False
   /// when the key can't be opened, `value` being as before, and when the value is missing or longer
   /// than 4 bytes, `value` being `defaultValue`.
-  static bool ReadDword(const wchar_t* subkey, const wchar_t* name, std::uint32_t defaultValue,
+  static bool readDword(const wchar_t* subkey, const wchar_t* name, std::uint32_t defaultValue,
                         std::uint32_t& value) noexcept;
 
   /// Reads a value of exactly wordCount x 4 bytes. False for every other length, and when the key or
   /// the value can't be read; what `words` holds is then undefined.
-  static bool ReadBinary(const wchar_t* subkey, const wchar_t* name, std::uint32_t* words,
+  static bool readBinary(const wchar_t* subkey, const wchar_t* name, std::uint32_t* words,
                          std::uint32_t wordCount) noexcept;
 
   /// Each creates the key where it is missing. False when it can't be opened for writing; true
   /// otherwise, whatever became of the value.
   /// REG_SZ with the terminator.
-  static bool WriteString(const wchar_t* subkey, const wchar_t* name, const String& value) noexcept;
+  static bool writeString(const wchar_t* subkey, const wchar_t* name, const String& value) noexcept;
   /// REG_DWORD.
-  static bool WriteDword(const wchar_t* subkey, const wchar_t* name, std::uint32_t value) noexcept;
+  static bool writeDword(const wchar_t* subkey, const wchar_t* name, std::uint32_t value) noexcept;
   /// REG_BINARY of wordCount x 4 bytes.
-  static bool WriteBinary(const wchar_t* subkey, const wchar_t* name, const std::uint32_t* words,
+  static bool writeBinary(const wchar_t* subkey, const wchar_t* name, const std::uint32_t* words,
                           std::uint32_t wordCount) noexcept;
 };

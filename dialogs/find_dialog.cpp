@@ -17,7 +17,7 @@ constexpr wchar_t kMatchCase[] = L"MatchCase";
 /// 0 when it is missing.
 std::uint32_t readFlag(const wchar_t* name) {
   std::uint32_t value = 0;
-  SettingsStore::ReadDword(SettingsStore::kOptions, name, 0, value);
+  SettingsStore::readDword(SettingsStore::kOptions, name, 0, value);
   return value != 0 ? 1 : 0;
 }
 
@@ -63,7 +63,7 @@ void FindDialog::refill(HWND dialog) {
 
 void FindDialog::refillControls() {
   NameList finds;
-  RecentFinds::List(finds);
+  RecentFinds::list(finds);
   combobox::fill(control(IDC_FIND_TEXT), finds);
   state_.checkAllFields = readFlag(kCheckAllFields);
   state_.matchCase = readFlag(kMatchCase);
@@ -80,14 +80,14 @@ void FindDialog::enableField() const {
 
 void FindDialog::storeAllFields() {
   state_.checkAllFields = IsDlgButtonChecked(window(), IDC_FIND_ALL_FIELDS);
-  SettingsStore::WriteDword(SettingsStore::kOptions, kCheckAllFields, state_.checkAllFields);
+  SettingsStore::writeDword(SettingsStore::kOptions, kCheckAllFields, state_.checkAllFields);
   enableField();
 }
 
 void FindDialog::storeCheckBoxes() {
   storeAllFields();
   state_.matchCase = IsDlgButtonChecked(window(), IDC_FIND_MATCH_CASE);
-  SettingsStore::WriteDword(SettingsStore::kOptions, kMatchCase, state_.matchCase);
+  SettingsStore::writeDword(SettingsStore::kOptions, kMatchCase, state_.matchCase);
 }
 
 void FindDialog::next() {
@@ -99,7 +99,7 @@ void FindDialog::next() {
   state_.fieldName = std::move(fieldName);
   panel_.release(window());
   state_.fieldPosition = static_cast<std::uint32_t>(combobox::selection(control(IDC_FIND_FIELD)) + 1);
-  RecentFinds::Remember(state_.text);
+  RecentFinds::remember(state_.text);
   PostMessageW(owner_, kFindNextMessage, 0, 0);
 }
 

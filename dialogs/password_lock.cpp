@@ -21,12 +21,12 @@ bool isSamePassword(const String& one, const String& other) {
 }
 
 bool readPassword(String& password) {
-  return SettingsStore::ReadString(SettingsStore::kPassword, kValueName, password);
+  return SettingsStore::readString(SettingsStore::kPassword, kValueName, password);
 }
 
 /// Writes it and looks whether it is there: the settings do not say what became of a value.
 bool storePassword(const String& password) {
-  SettingsStore::WriteString(SettingsStore::kPassword, kValueName, password);
+  SettingsStore::writeString(SettingsStore::kPassword, kValueName, password);
   String stored;
   return readPassword(stored) && std::wcscmp(stored.text(), password.text()) == 0;
 }

@@ -7,12 +7,12 @@
 namespace {
 
 void fillPages(Options& options) {
-  options.generalPage().updateRights = options.GenUpdateRights();
-  options.generalPage().openLastTable = options.OpenLastTableOnStartup();
-  options.securityPage().usePassword = options.UsePassword();
-  options.securityPage().warningOnDeletion = options.WarningOnDeletion();
-  options.viewPage().rebarsAtTop = options.RebarsAtTop();
-  options.viewPage().tabLabelStyle = options.TabLabelStyle();
+  options.generalPage().updateRights = options.genUpdateRights();
+  options.generalPage().openLastTable = options.openLastTableOnStartup();
+  options.securityPage().usePassword = options.usePassword();
+  options.securityPage().warningOnDeletion = options.warningOnDeletion();
+  options.viewPage().rebarsAtTop = options.rebarsAtTop();
+  options.viewPage().tabLabelStyle = options.tabLabelStyle();
 }
 
 void takePages(Options& options) {
@@ -33,6 +33,6 @@ void showOptions(HWND owner, Options& options, const std::function<void()>& appl
   runOptionsSheet(owner);
   if (panelWasUp) SHSipPreference(owner, SIP_UP);
   takePages(options);
-  options.Save();
+  options.save();
   applyToScreen();
 }

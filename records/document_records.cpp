@@ -11,12 +11,12 @@ namespace {
 constexpr wchar_t kCaption[] = L"Quivane";
 
 std::uint32_t updateRights() {
-  return theAppSettings ? theAppSettings->options().GenUpdateRights()
+  return theAppSettings ? theAppSettings->options().genUpdateRights()
                         : std::uint32_t{kNoNewRecordsOrDeletions};
 }
 
 bool warnsOnDeletion() {
-  return theAppSettings && theAppSettings->options().WarningOnDeletion() != 0;
+  return theAppSettings && theAppSettings->options().warningOnDeletion() != 0;
 }
 
 }  // namespace

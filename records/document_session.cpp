@@ -13,13 +13,13 @@ constexpr wchar_t kLastSql[] = L"LastSQLQuery";
 constexpr wchar_t kOpenQuery[] = L"OpenQueryOnStartup";
 
 void writeText(const wchar_t* name, const String& text) {
-  SettingsStore::WriteString(SettingsStore::kOptions, name, text);
+  SettingsStore::writeString(SettingsStore::kOptions, name, text);
 }
 
 /// Empty for a value that can't be read.
 String readText(const wchar_t* name) {
   String text;
-  SettingsStore::ReadString(SettingsStore::kOptions, name, text);
+  SettingsStore::readString(SettingsStore::kOptions, name, text);
   return text;
 }
 
@@ -30,7 +30,7 @@ void Document::saveSession() {
   writeText(kLastTable, tableName());
   writeText(kLastQuery, queryName());
   writeText(kLastSql, sqlText());
-  SettingsStore::WriteDword(SettingsStore::kOptions, kOpenQuery, openedFromQuery() ? 1 : 0);
+  SettingsStore::writeDword(SettingsStore::kOptions, kOpenQuery, openedFromQuery() ? 1 : 0);
 }
 
 RestoreResult Document::restoreSession() {
@@ -38,8 +38,8 @@ RestoreResult Document::restoreSession() {
   std::uint32_t openQuery = 0;
   const String table = readText(kLastTable);
   const String query = readText(kLastQuery);
-  if (!SettingsStore::ReadString(SettingsStore::kOptions, kLastDatabase, path) ||
-      !SettingsStore::ReadDword(SettingsStore::kOptions, kOpenQuery, 0, openQuery) || !openConnection(path)) {
+  if (!SettingsStore::readString(SettingsStore::kOptions, kLastDatabase, path) ||
+      !SettingsStore::readDword(SettingsStore::kOptions, kOpenQuery, 0, openQuery) || !openConnection(path)) {
     return RestoreResult::nothing;
   }
   databaseOpen_ = true;
@@ -56,7 +56,7 @@ RestoreResult Document::restoreSession() {
 bool Document::restoreRecords(const String& table, const String& query, bool asQuery) {
   if (asQuery && !query.isEmpty()) {
     String sql;
-    if (!SettingsStore::ReadString(SettingsStore::kOptions, kLastSql, sql)) return false;
+    if (!SettingsStore::readString(SettingsStore::kOptions, kLastSql, sql)) return false;
     wanted_.chooseQuery(query, sql, table);
     setViewMode(ViewMode::form);
     return recordsetOpen_;

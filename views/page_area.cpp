@@ -3,7 +3,7 @@
 #include "base/app_settings.h"
 
 bool bandsAtTop() {
-  return theAppSettings && theAppSettings->options().RebarsAtTop() != 0;
+  return theAppSettings && theAppSettings->options().rebarsAtTop() != 0;
 }
 
 int pageOffset() {

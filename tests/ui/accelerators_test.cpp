@@ -12,7 +12,7 @@ class AcceleratorsTest : public UiTest {
  protected:
   void SetUp() override {
     RegDeleteTreeW(HKEY_CURRENT_USER, SettingsStore::kRoot);
-    ASSERT_TRUE(SettingsStore::WriteDword(SettingsStore::kOptions, L"GenUpdateRights", kNewRecords));
+    ASSERT_TRUE(SettingsStore::writeDword(SettingsStore::kOptions, L"GenUpdateRights", kNewRecords));
     makeDatabase(file("a.cdb"),
                  {L"CREATE TABLE 'T' (f0 Text, f1 Integer, f2 Integer, f3 Integer, f4 Integer, f5 Integer, "
                   L"f6 Integer, f7 Integer, f8 Integer, f9 Integer)",

@@ -30,16 +30,16 @@ class DocumentSessionTest : public DocumentTest {
   }
   static std::wstring saved(const wchar_t* name) {
     String text(L"missing");
-    SettingsStore::ReadString(SettingsStore::kOptions, name, text);
+    SettingsStore::readString(SettingsStore::kOptions, name, text);
     return text.text();
   }
   static std::uint32_t savedNumber() {
     std::uint32_t number = 99;
-    SettingsStore::ReadDword(SettingsStore::kOptions, kNames[4], 99, number);
+    SettingsStore::readDword(SettingsStore::kOptions, kNames[4], 99, number);
     return number;
   }
   static void save(const wchar_t* name, const wchar_t* text) {
-    SettingsStore::WriteString(SettingsStore::kOptions, name, text);
+    SettingsStore::writeString(SettingsStore::kOptions, name, text);
   }
 
   /// A session in which this table or query was on the form.
@@ -173,7 +173,7 @@ TEST_F(DocumentSessionTest, EachMissingValueEndsTheRestoreWhereItIsNeeded) {
   forget(kNames[4]);
   EXPECT_EQ(document().restoreSession(), RestoreResult::nothing);
 
-  SettingsStore::WriteDword(SettingsStore::kOptions, kNames[4], 0);
+  SettingsStore::writeDword(SettingsStore::kOptions, kNames[4], 0);
   forget(kNames[1]);
   EXPECT_EQ(document().restoreSession(), RestoreResult::tables);
 }
@@ -186,7 +186,7 @@ TEST_F(DocumentSessionTest, AQueryWithoutItsTextFallsBackToTheFirstTable) {
 
 TEST_F(DocumentSessionTest, AQueryWithoutANameFallsBackToTheTable) {
   leaveTable(1);
-  SettingsStore::WriteDword(SettingsStore::kOptions, kNames[4], 1);
+  SettingsStore::writeDword(SettingsStore::kOptions, kNames[4], 1);
   EXPECT_EQ(document().restoreSession(), RestoreResult::records);
   EXPECT_STREQ(document().tableName().text(), L"Second");
 }

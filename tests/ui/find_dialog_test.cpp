@@ -45,18 +45,18 @@ class FindDialogTest : public TypedDialogTest {
 
   static std::uint32_t stored(const wchar_t* name) {
     std::uint32_t value = kMissing;
-    return SettingsStore::ReadDword(SettingsStore::kOptions, name, kMissing, value) ? value : kMissing;
+    return SettingsStore::readDword(SettingsStore::kOptions, name, kMissing, value) ? value : kMissing;
   }
   static void store(const wchar_t* name, std::uint32_t value) {
-    ASSERT_TRUE(SettingsStore::WriteDword(SettingsStore::kOptions, name, value));
+    ASSERT_TRUE(SettingsStore::writeDword(SettingsStore::kOptions, name, value));
   }
   /// The last becomes the newest.
   static void remember(std::initializer_list<const wchar_t*> texts) {
-    for (const wchar_t* const each : texts) RecentFinds::Remember(each);
+    for (const wchar_t* const each : texts) RecentFinds::remember(each);
   }
   static std::vector<std::wstring> recent() {
     NameList finds;
-    RecentFinds::List(finds);
+    RecentFinds::list(finds);
     std::vector<std::wstring> texts;
     for (std::uint32_t i = 0; i < finds.size(); ++i) texts.emplace_back(finds[i].text());
     return texts;

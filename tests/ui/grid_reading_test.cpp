@@ -19,7 +19,7 @@ constexpr int kFirstTextEditor = 1200;
 class GridReadingTest : public UiTest {
  protected:
   GridReadingTest() {
-    SettingsStore::WriteDword(SettingsStore::kOptions, L"GenUpdateRights", kNewRecordsAndDeletions);
+    SettingsStore::writeDword(SettingsStore::kOptions, L"GenUpdateRights", kNewRecordsAndDeletions);
     makeDatabase(path(), {L"CREATE TABLE 'T' (a Integer, t VarChar(20))",
                           L"INSERT INTO T VALUES (1, 'one'), (2, 'two'), (3, 'three')"});
     opened_.emplace(path());

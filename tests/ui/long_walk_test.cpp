@@ -134,8 +134,8 @@ class LongWalkTest : public testing::Test {
 // ---- The program
 
 void LongWalkTest::start(bool restoresSession) {
-  SettingsStore::WriteDword(SettingsStore::kOptions, L"OpenLastTableOnStartup", restoresSession ? 1 : 0);
-  SettingsStore::WriteDword(SettingsStore::kOptions, L"RebarsAtTop", static_cast<std::uint32_t>(below(2)));
+  SettingsStore::writeDword(SettingsStore::kOptions, L"OpenLastTableOnStartup", restoresSession ? 1 : 0);
+  SettingsStore::writeDword(SettingsStore::kOptions, L"RebarsAtTop", static_cast<std::uint32_t>(below(2)));
   chosen_.reset();
   program_ = std::make_unique<ProgramThread>(restoresSession ? std::wstring()
                                                              : L"\"" + database_->path.wstring() + L"\"");
@@ -434,7 +434,7 @@ void LongWalkTest::step() {
 TEST_F(LongWalkTest, TheDatabaseOfTheCommandLineStaysWhenAnotherMessageComesBeforeTheRestore) {
   ASSERT_NO_FATAL_FAILURE(start(false));
   end();
-  SettingsStore::WriteDword(SettingsStore::kOptions, L"OpenLastTableOnStartup", 1);
+  SettingsStore::writeDword(SettingsStore::kOptions, L"OpenLastTableOnStartup", 1);
   ProgramThread program(L"\"" + databases_[1].path.wstring() + L"\"", WM_APP);
   const HWND main = program.waitForPage();
   ASSERT_NE(main, nullptr);

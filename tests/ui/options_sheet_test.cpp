@@ -55,7 +55,7 @@ TEST_P(ClosingTest, ClosingTheSheetByAnyMeansKeepsTheChangesOfAllPagesAndWritesT
     GetParam()(sheet);
   });
   ASSERT_EQ(sheetCount(), 1);
-  EXPECT_EQ(options().GenUpdateRights(), 2u);
+  EXPECT_EQ(options().genUpdateRights(), 2u);
   EXPECT_EQ(stored(L"GenUpdateRights"), dwordValue(2));
   EXPECT_EQ(stored(L"OpenLastTableOnStartup"), dwordValue(1));
   EXPECT_EQ(stored(L"UsePassword"), dwordValue(1));
@@ -81,20 +81,20 @@ TEST_F(OptionsSheetTest, ThePagesShowWhatTheRecordHolds) {
     closeByOk(sheet);
   });
   EXPECT_EQ(sheetCount(), 1);
-  EXPECT_EQ(options().GenUpdateRights(), 1u);
-  EXPECT_EQ(options().TabLabelStyle(), 2u);
+  EXPECT_EQ(options().genUpdateRights(), 1u);
+  EXPECT_EQ(options().tabLabelStyle(), 2u);
 }
 
 TEST_F(OptionsSheetTest, TheRecordStaysAsItWasWhileTheSheetIsOpen) {
   show([&](HWND sheet) {
     click(pageOf(sheet, kGeneralPage), 1013);
-    EXPECT_EQ(options().GenUpdateRights(), 0u);
+    EXPECT_EQ(options().genUpdateRights(), 0u);
     EXPECT_EQ(options().generalPage().updateRights, 1u);
     EXPECT_FALSE(keyExists(L"Options"));
     EXPECT_EQ(appliedCount(), 0);
     closeByOk(sheet);
   });
-  EXPECT_EQ(options().GenUpdateRights(), 1u);
+  EXPECT_EQ(options().genUpdateRights(), 1u);
 }
 
 TEST_F(OptionsSheetTest, UpdateRightsOf3ShowNoButtonCheckedAndStay3WhenNothingIsTouched) {
@@ -103,7 +103,7 @@ TEST_F(OptionsSheetTest, UpdateRightsOf3ShowNoButtonCheckedAndStay3WhenNothingIs
     EXPECT_THAT(checkedRights(pageOf(sheet, kGeneralPage)), IsEmpty());
     closeByOk(sheet);
   });
-  EXPECT_EQ(options().GenUpdateRights(), 3u);
+  EXPECT_EQ(options().genUpdateRights(), 3u);
   EXPECT_EQ(stored(L"GenUpdateRights"), dwordValue(3));
 }
 
@@ -126,8 +126,8 @@ TEST_F(OptionsSheetTest, UpdateRightsOf3StayWhenTheKeyboardPassesThroughThePageO
       closeByOk(sheet);
     });
   });
-  EXPECT_EQ(options().GenUpdateRights(), 3u);
-  EXPECT_EQ(options().OpenLastTableOnStartup(), 1u);
+  EXPECT_EQ(options().genUpdateRights(), 3u);
+  EXPECT_EQ(options().openLastTableOnStartup(), 1u);
 }
 
 TEST_F(OptionsSheetTest, ValuesThatNoControlShowsStayUntilTheyAreChanged) {
@@ -140,9 +140,9 @@ TEST_F(OptionsSheetTest, ValuesThatNoControlShowsStayUntilTheyAreChanged) {
     click(pageOf(sheet, kSecurityPage), 1013);
     closeByOk(sheet);
   });
-  EXPECT_EQ(options().TabLabelStyle(), 7u);
-  EXPECT_EQ(options().RebarsAtTop(), 5u);
-  EXPECT_EQ(options().UsePassword(), 0u);
+  EXPECT_EQ(options().tabLabelStyle(), 7u);
+  EXPECT_EQ(options().rebarsAtTop(), 5u);
+  EXPECT_EQ(options().usePassword(), 0u);
 }
 
 TEST_F(OptionsSheetTest, ItsTextsAndIdentifiers) {

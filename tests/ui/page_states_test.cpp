@@ -484,8 +484,8 @@ class PageStatesTest : public testing::Test {
  protected:
   void SetUp() override {
     setPanelPolicy(kPanelAlways);
-    SettingsStore::WriteDword(SettingsStore::kOptions, L"GenUpdateRights", kNewRecordsAndDeletions);
-    SettingsStore::WriteDword(SettingsStore::kOptions, L"WarningOnDeletion", 0);
+    SettingsStore::writeDword(SettingsStore::kOptions, L"GenUpdateRights", kNewRecordsAndDeletions);
+    SettingsStore::writeDword(SettingsStore::kOptions, L"WarningOnDeletion", 0);
     pages_.emplace(folder_.path());
     program_ = std::make_unique<ProgramThread>(L"\"" + (folder_.path() / L"plain.cdb").wstring() + L"\"");
     const HWND main = program_->waitForPage();

@@ -85,7 +85,7 @@ TEST_F(PanelTest, EveryPageEndsAboveThePanel) {
 }
 
 TEST_F(PanelTest, WithTheBandsAtTheTopThePagesEndAtTheTabs) {
-  ASSERT_TRUE(SettingsStore::WriteDword(SettingsStore::kOptions, L"RebarsAtTop", 1));
+  ASSERT_TRUE(SettingsStore::writeDword(SettingsStore::kOptions, L"RebarsAtTop", 1));
   OpenedDatabase opened(file("a.cdb"));
   const HWND main = opened.main();
   ASSERT_NE(opened.tables(), nullptr);

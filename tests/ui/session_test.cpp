@@ -13,7 +13,7 @@ class SessionTest : public UiTest {
  protected:
   void SetUp() override {
     forgetAll();
-    SettingsStore::WriteDword(SettingsStore::kOptions, L"OpenLastTableOnStartup", 1);
+    SettingsStore::writeDword(SettingsStore::kOptions, L"OpenLastTableOnStartup", 1);
     makeDatabase(path(), {L"CREATE TABLE 'One' (a Integer)", L"INSERT INTO One VALUES (1)",
                           L"CREATE TABLE 'Two' (b Integer)", L"INSERT INTO Two VALUES (2)"});
   }
@@ -78,7 +78,7 @@ TEST_F(SessionTest, TheQueryStaysInUseUntilATableIsTapped) {
 
 TEST_F(SessionTest, WithTheOptionOffNothingIsOpened) {
   useSecondTable();
-  SettingsStore::WriteDword(SettingsStore::kOptions, L"OpenLastTableOnStartup", 0);
+  SettingsStore::writeDword(SettingsStore::kOptions, L"OpenLastTableOnStartup", 0);
   RunningProgram program(L"");
   const HWND main = program.mainWindow();
   ASSERT_NE(main, nullptr);

@@ -74,7 +74,7 @@ TEST_F(StartTest, APathFromTheCurrentFolderIsRememberedInFull) {
   EXPECT_NE(program.tablesList(), nullptr);
   EXPECT_EQ(remote::close(program.mainWindow()), 0u);
   String remembered;
-  EXPECT_TRUE(SettingsStore::ReadString(SettingsStore::kOptions, L"LastDBOnStartup", remembered));
+  EXPECT_TRUE(SettingsStore::readString(SettingsStore::kOptions, L"LastDBOnStartup", remembered));
   EXPECT_EQ(fs::path(remembered.text()), path);
 }
 

@@ -22,12 +22,12 @@ class OptionsStory : public StoryTest {
 
   static std::wstring password() {
     String value;
-    SettingsStore::ReadString(SettingsStore::kPassword, L"PasswordItem", value);
+    SettingsStore::readString(SettingsStore::kPassword, L"PasswordItem", value);
     return value.text();
   }
   static COLORREF storedColor(AppColor color) {
     std::uint32_t colors[15] = {};
-    SettingsStore::ReadBinary(SettingsStore::kOptions, L"GeneralAppColors", colors, 15);
+    SettingsStore::readBinary(SettingsStore::kOptions, L"GeneralAppColors", colors, 15);
     return colors[color];
   }
   static void enterPassword(User& user, const wchar_t* typed) {
@@ -85,7 +85,7 @@ TEST_P(OptionsStory, ThePasswordIsSetAskedForAndChanged) {
   end();
   EXPECT_EQ(password(), L"FIRST");
 
-  SettingsStore::WriteDword(SettingsStore::kOptions, L"UsePassword", 1);
+  SettingsStore::writeDword(SettingsStore::kOptions, L"UsePassword", 1);
   user = &launch(path());
   enterPassword(*user, L"wrong");
   user->answer(L"Incorrect Password!", L"You have entered the incorrect Password,\nplease try again", IDOK);
@@ -102,8 +102,8 @@ TEST_P(OptionsStory, ThePasswordIsSetAskedForAndChanged) {
 }
 
 TEST_P(OptionsStory, WhoLeavesThePasswordOutLeavesTheProgram) {
-  SettingsStore::WriteDword(SettingsStore::kOptions, L"UsePassword", 1);
-  SettingsStore::WriteString(SettingsStore::kPassword, L"PasswordItem", L"SECRET");
+  SettingsStore::writeDword(SettingsStore::kOptions, L"UsePassword", 1);
+  SettingsStore::writeString(SettingsStore::kPassword, L"PasswordItem", L"SECRET");
   User& user = launch(path());
   enterPassword(user, L"guess");
   user.answer(L"Incorrect Password!", L"You have entered the incorrect Password,\nplease try again", IDOK);
@@ -112,7 +112,7 @@ TEST_P(OptionsStory, WhoLeavesThePasswordOutLeavesTheProgram) {
 }
 
 TEST_P(OptionsStory, APasswordThatIsNotChangedStays) {
-  SettingsStore::WriteString(SettingsStore::kPassword, L"PasswordItem", L"SECRET");
+  SettingsStore::writeString(SettingsStore::kPassword, L"PasswordItem", L"SECRET");
   User& user = start();
   user.choose(ID_PASSWORD_CHANGE);
   user.leave(user.dialog(L"Change Password"));

@@ -18,8 +18,8 @@ class RecordsStory : public StoryTest {
  protected:
   void SetUp() override {
     StoryTest::SetUp();
-    SettingsStore::WriteDword(SettingsStore::kOptions, L"GenUpdateRights", kNewRecordsAndDeletions);
-    SettingsStore::WriteDword(SettingsStore::kOptions, L"WarningOnDeletion", 1);
+    SettingsStore::writeDword(SettingsStore::kOptions, L"GenUpdateRights", kNewRecordsAndDeletions);
+    SettingsStore::writeDword(SettingsStore::kOptions, L"WarningOnDeletion", 1);
   }
 
   void makePeople() {

@@ -58,7 +58,7 @@ class StoryTest : public UiTest, public testing::WithParamInterface<User::Hand> 
 
   static std::uint32_t setting(const wchar_t* name) {
     std::uint32_t value = 0;
-    SettingsStore::ReadDword(SettingsStore::kOptions, name, 0, value);
+    SettingsStore::readDword(SettingsStore::kOptions, name, 0, value);
     return value;
   }
 

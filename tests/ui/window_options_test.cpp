@@ -98,7 +98,7 @@ TEST_F(OptionsTest, TabsShowTheirNamesByDefault) {
 }
 
 TEST_F(OptionsTest, TabsWithTextAndImageFitBesideEachOther) {
-  ASSERT_TRUE(SettingsStore::WriteDword(SettingsStore::kOptions, L"TabLabelStyle", kTabTextAndIcon));
+  ASSERT_TRUE(SettingsStore::writeDword(SettingsStore::kOptions, L"TabLabelStyle", kTabTextAndIcon));
   OpenedDatabase opened(file("a.cdb"));
   ASSERT_NE(opened.tables(), nullptr);
   const HWND tab = remote::tabControl(opened.main());
@@ -110,7 +110,7 @@ TEST_F(OptionsTest, TabsWithTextAndImageFitBesideEachOther) {
 }
 
 TEST_F(OptionsTest, TabsWithImagesAloneHaveNoText) {
-  ASSERT_TRUE(SettingsStore::WriteDword(SettingsStore::kOptions, L"TabLabelStyle", kTabIconOnly));
+  ASSERT_TRUE(SettingsStore::writeDword(SettingsStore::kOptions, L"TabLabelStyle", kTabIconOnly));
   OpenedDatabase opened(file("a.cdb"));
   ASSERT_NE(opened.tables(), nullptr);
   const HWND tab = remote::tabControl(opened.main());
@@ -119,7 +119,7 @@ TEST_F(OptionsTest, TabsWithImagesAloneHaveNoText) {
 }
 
 TEST_F(OptionsTest, WithTheBandsAtTheTopThePagesBeginBelowThem) {
-  ASSERT_TRUE(SettingsStore::WriteDword(SettingsStore::kOptions, L"RebarsAtTop", 1));
+  ASSERT_TRUE(SettingsStore::writeDword(SettingsStore::kOptions, L"RebarsAtTop", 1));
   OpenedDatabase opened(file("a.cdb"));
   ASSERT_NE(opened.tables(), nullptr);
   const auto placeIn = [](HWND window, HWND parent) {
@@ -138,7 +138,7 @@ TEST_F(OptionsTest, WithTheBandsAtTheTopThePagesBeginBelowThem) {
 TEST_F(OptionsTest, ThePagesHaveTheStoredColours) {
   AppColorTable colors{};
   for (std::size_t i = 0; i < colors.size(); ++i) colors[i] = static_cast<std::uint32_t>(0x101010 + i);
-  ASSERT_TRUE(SettingsStore::WriteBinary(SettingsStore::kOptions, L"GeneralAppColors", colors.data(),
+  ASSERT_TRUE(SettingsStore::writeBinary(SettingsStore::kOptions, L"GeneralAppColors", colors.data(),
                                          kAppColorCount));
   OpenedDatabase opened(file("a.cdb"));
   const HWND grid = opened.showRecords(0);

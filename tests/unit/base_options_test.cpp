@@ -22,12 +22,12 @@ class OptionsTest : public RegistryTest {
   }
 
   static void expectAllZero(const Options& options) {
-    EXPECT_EQ(options.GenUpdateRights(), kNoNewRecordsOrDeletions);
-    EXPECT_EQ(options.WarningOnDeletion(), 0u);
-    EXPECT_EQ(options.UsePassword(), 0u);
-    EXPECT_EQ(options.OpenLastTableOnStartup(), 0u);
-    EXPECT_EQ(options.RebarsAtTop(), 0u);
-    EXPECT_EQ(options.TabLabelStyle(), kTabTextOnly);
+    EXPECT_EQ(options.genUpdateRights(), kNoNewRecordsOrDeletions);
+    EXPECT_EQ(options.warningOnDeletion(), 0u);
+    EXPECT_EQ(options.usePassword(), 0u);
+    EXPECT_EQ(options.openLastTableOnStartup(), 0u);
+    EXPECT_EQ(options.rebarsAtTop(), 0u);
+    EXPECT_EQ(options.tabLabelStyle(), kTabTextOnly);
   }
 
   static void setAll(Options& options, std::uint32_t first) {
@@ -40,12 +40,12 @@ class OptionsTest : public RegistryTest {
   }
 
   static void expectAll(const Options& options, std::uint32_t first) {
-    EXPECT_EQ(options.GenUpdateRights(), first);
-    EXPECT_EQ(options.WarningOnDeletion(), first + 1);
-    EXPECT_EQ(options.UsePassword(), first + 2);
-    EXPECT_EQ(options.OpenLastTableOnStartup(), first + 3);
-    EXPECT_EQ(options.RebarsAtTop(), first + 4);
-    EXPECT_EQ(options.TabLabelStyle(), first + 5);
+    EXPECT_EQ(options.genUpdateRights(), first);
+    EXPECT_EQ(options.warningOnDeletion(), first + 1);
+    EXPECT_EQ(options.usePassword(), first + 2);
+    EXPECT_EQ(options.openLastTableOnStartup(), first + 3);
+    EXPECT_EQ(options.rebarsAtTop(), first + 4);
+    EXPECT_EQ(options.tabLabelStyle(), first + 5);
   }
 
   static void expectDefaultColors() {
@@ -61,7 +61,7 @@ TEST_F(OptionsTest, ANewRecordIsAllZero) {
 TEST_F(OptionsTest, WithoutTheKeyEveryOptionIsZeroAndTheColorsAreTheDefaults) {
   appColors.fill(0x00123456);
   Options options;
-  EXPECT_TRUE(options.Load());
+  EXPECT_TRUE(options.load());
   expectAllZero(options);
   expectDefaultColors();
 }
@@ -71,7 +71,7 @@ TEST_F(OptionsTest, WithTheKeyButNoValuesEveryOptionIsZeroAndTheColorsAreTheDefa
   appColors.fill(0x00123456);
   Options options;
   setAll(options, 10);
-  EXPECT_TRUE(options.Load());
+  EXPECT_TRUE(options.load());
   expectAllZero(options);
   expectDefaultColors();
 }
@@ -79,14 +79,14 @@ TEST_F(OptionsTest, WithTheKeyButNoValuesEveryOptionIsZeroAndTheColorsAreTheDefa
 TEST_F(OptionsTest, WithoutTheKeyLoadingAgainLeavesTheValues) {
   Options options;
   setAll(options, 10);
-  EXPECT_TRUE(options.Load());
+  EXPECT_TRUE(options.load());
   expectAll(options, 10);
 }
 
 TEST_F(OptionsTest, SavesEachValueUnderItsName) {
   Options options;
   setAll(options, 10);
-  EXPECT_TRUE(options.Save());
+  EXPECT_TRUE(options.save());
   EXPECT_EQ(raw(kOptions, L"GenUpdateRights"), dwordValue(10));
   EXPECT_EQ(raw(kOptions, L"WarningOnDeletion"), dwordValue(11));
   EXPECT_EQ(raw(kOptions, L"UsePassword"), dwordValue(12));
@@ -98,7 +98,7 @@ TEST_F(OptionsTest, SavesEachValueUnderItsName) {
 TEST_F(OptionsTest, SavesTheColorsInTableOrder) {
   appColors[kTablesViewBackground] = 0x00010203;
   appColors[kQueryViewText] = 0x00A0B0C0;
-  EXPECT_TRUE(Options().Save());
+  EXPECT_TRUE(Options().save());
   const Value stored = raw(kOptions, L"GeneralAppColors");
   EXPECT_EQ(stored.type, static_cast<DWORD>(REG_BINARY));
   ASSERT_EQ(stored.bytes.size(), 60u);
@@ -111,10 +111,10 @@ TEST_F(OptionsTest, LoadsWhatWasSaved) {
   Options saved;
   setAll(saved, 20);
   appColors[kListViewText] = 0x00445566;
-  ASSERT_TRUE(saved.Save());
+  ASSERT_TRUE(saved.save());
   appColors.fill(0);
   Options loaded;
-  EXPECT_TRUE(loaded.Load());
+  EXPECT_TRUE(loaded.load());
   expectAll(loaded, 20);
   EXPECT_EQ(appColors[kListViewText], 0x00445566u);
   EXPECT_EQ(appColors[kTablesViewBackground], 0x0080FFFFu);
@@ -124,47 +124,47 @@ TEST_F(OptionsTest, AMissingValueAmongOthersIsZero) {
   setRaw(kOptions, L"RebarsAtTop", REG_DWORD, {1, 0, 0, 0});
   Options options;
   setAll(options, 10);
-  EXPECT_TRUE(options.Load());
-  EXPECT_EQ(options.RebarsAtTop(), 1u);
-  EXPECT_EQ(options.TabLabelStyle(), 0u);
-  EXPECT_EQ(options.UsePassword(), 0u);
+  EXPECT_TRUE(options.load());
+  EXPECT_EQ(options.rebarsAtTop(), 1u);
+  EXPECT_EQ(options.tabLabelStyle(), 0u);
+  EXPECT_EQ(options.usePassword(), 0u);
 }
 
 TEST_F(OptionsTest, UpdateRightsOutOfRangeAreKept) {
   setRaw(kOptions, L"GenUpdateRights", REG_DWORD, {3, 0, 0, 0});
   Options options;
-  EXPECT_TRUE(options.Load());
-  EXPECT_EQ(options.GenUpdateRights(), 3u);
-  EXPECT_TRUE(options.Save());
+  EXPECT_TRUE(options.load());
+  EXPECT_EQ(options.genUpdateRights(), 3u);
+  EXPECT_TRUE(options.save());
   EXPECT_EQ(raw(kOptions, L"GenUpdateRights"), dwordValue(3));
 }
 
 TEST_F(OptionsTest, ColorsOf64BytesAreNotReadAndTheNextSaveWrites60) {
   setRaw(kOptions, L"GeneralAppColors", REG_BINARY, Bytes(64, 0x11));
   Options options;
-  EXPECT_TRUE(options.Load());
+  EXPECT_TRUE(options.load());
   expectDefaultColors();
-  EXPECT_TRUE(options.Save());
+  EXPECT_TRUE(options.save());
   EXPECT_EQ(raw(kOptions, L"GeneralAppColors").bytes.size(), 60u);
 }
 
 TEST_F(OptionsTest, ColorsOf56BytesAreNotRead) {
   setRaw(kOptions, L"GeneralAppColors", REG_BINARY, Bytes(56, 0x11));
   Options options;
-  EXPECT_TRUE(options.Load());
+  EXPECT_TRUE(options.load());
   expectDefaultColors();
 }
 
 TEST_F(OptionsTest, SaveSaysThatNothingCouldBeWritten) {
   forbidWriting();
-  EXPECT_FALSE(Options().Save());
+  EXPECT_FALSE(Options().save());
 }
 
 TEST_F(OptionsTest, ResetColorsRestoresTheDefaultsInMemoryOnly) {
   Options options;
   appColors.fill(0x00123456);
-  ASSERT_TRUE(options.Save());
-  options.ResetColors();
+  ASSERT_TRUE(options.save());
+  options.resetColors();
   expectDefaultColors();
   EXPECT_EQ(raw(kOptions, L"GeneralAppColors").bytes[0], 0x56);
 }
@@ -201,7 +201,7 @@ TEST_F(OptionsTest, TheProgramsSettingsAreLoadedWhenTheyAreCreated) {
   setRaw(kOptions, L"TabLabelStyle", REG_DWORD, {2, 0, 0, 0});
   EXPECT_EQ(theAppSettings, nullptr);
   theAppSettings = std::make_unique<AppSettings>();
-  EXPECT_EQ(theAppSettings->options().TabLabelStyle(), kTabTextAndIcon);
+  EXPECT_EQ(theAppSettings->options().tabLabelStyle(), kTabTextAndIcon);
   EXPECT_EQ(theAppSettings->databaseOpen, 0u);
   EXPECT_STREQ(theAppSettings->text.text(), L"");
   EXPECT_EQ(theGeneralOptionsPage, &theAppSettings->options().generalPage());
