@@ -1,5 +1,7 @@
 #include "base/name_list.h"
 
+#include <windows.h>
+
 #include <utility>
 
 const String& NameList::operator[](std::uint32_t index) const noexcept {
@@ -22,4 +24,11 @@ void NameList::setSize(std::uint32_t size) {
 
 void NameList::clear() noexcept {
   names_.setSize(0);
+}
+
+bool NameList::holds(const String& name) const noexcept {
+  for (std::uint32_t i = 0; i < size(); ++i) {
+    if (CompareStringOrdinal((*this)[i].text(), -1, name.text(), -1, TRUE) == CSTR_EQUAL) return true;
+  }
+  return false;
 }

@@ -17,6 +17,9 @@ class NameList {
   /// removed; growing the list does not move the Strings.
   const String& operator[](std::uint32_t index) const noexcept;
 
+  /// Whether a name is in the list, in whatever case of its letters.
+  bool holds(const String& name) const noexcept;
+
   /// Each throws std::bad_alloc when memory runs out; the list is then as before.
   void append(String name);
   void set(std::uint32_t index, String name);

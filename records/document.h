@@ -234,7 +234,6 @@ class Document {
   bool canChangeFile();
   bool goOnInCopy();
   bool openPresentFile();
-  bool hasTable(const String& name) const;
   void forgetDatabase();
   void closeRecords();
   void forgetRecords();

@@ -15,13 +15,6 @@ constexpr wchar_t kCaption[] = L"Quivane";
 constexpr wchar_t kQueriesTable[] = L"QuivaneQueries";
 constexpr wchar_t kGoneElsewhere[] = L"Another program has renamed or deleted it.";
 
-bool contains(const NameList& names, const wchar_t* wanted) {
-  for (std::uint32_t i = 0; i < names.size(); ++i) {
-    if (CompareStringOrdinal(names[i].text(), -1, wanted, -1, TRUE) == CSTR_EQUAL) return true;
-  }
-  return false;
-}
-
 std::wstring notStored(const SavedQuery& query) {
   return std::wstring(L"Query '") + query.name.text() + L"' could not be stored.";
 }
@@ -230,7 +223,7 @@ void Document::readQueries() {
   NameList tables;
   for (std::uint32_t i = 0; i < tableNames_.size(); ++i) tables.append(tableNames_[i]);
   database_.listTables(tables);
-  if (!contains(tables, kQueriesTable)) queryNames_.clear();
+  if (!tables.holds(kQueriesTable)) queryNames_.clear();
   database_.listQueries(queryNames_);
 }
 

@@ -85,17 +85,10 @@ bool Document::openPresentFile() {
   databaseOpen_ = true;
   reselectTable_ = true;
   wanted_ = wanted;
-  if (wanted.isTable() && !hasTable(wanted.tableName())) {
+  if (wanted.isTable() && !tableNames_.holds(wanted.tableName())) {
     wanted_.chooseNone();
     if (!tableNames_.isEmpty()) wanted_.chooseTable(tableNames_[0]);
   }
   setViewMode(mode);
   return true;
-}
-
-bool Document::hasTable(const String& name) const {
-  for (std::uint32_t i = 0; i < tableNames_.size(); ++i) {
-    if (CompareStringOrdinal(tableNames_[i].text(), -1, name.text(), -1, TRUE) == CSTR_EQUAL) return true;
-  }
-  return false;
 }

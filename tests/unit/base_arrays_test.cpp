@@ -169,6 +169,17 @@ TEST(NameListTest, KeepsTheOrderAndDuplicates) {
   EXPECT_STREQ(names[2].text(), L"Loans");
 }
 
+TEST(NameListTest, HoldsANameInAnyCaseOfItsLetters) {
+  NameList names;
+  EXPECT_FALSE(names.holds(L"Orders"));
+  names.append(L"Orders");
+  names.append(L"\u00C4rzte");
+  EXPECT_TRUE(names.holds(L"ORDERS"));
+  EXPECT_TRUE(names.holds(L"\u00E4RZTE"));
+  EXPECT_FALSE(names.holds(L"Order"));
+  EXPECT_FALSE(names.holds(L""));
+}
+
 TEST(NameListTest, EmptyingDeletesEveryString) {
   const AllocationProbe probe;
   NameList names;
