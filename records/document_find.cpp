@@ -16,8 +16,10 @@ int Document::openFind() {
     return 0;
   }
   if (!canLeaveRecord()) return 0;
-  // The form stays in sight: after a change it shows what the file holds now.
+  // The form stays in sight: after a change it shows what the file holds now. A record that was new is one
+  // of the others.
   if (shown_.isEmpty()) loadRecord();
+  updateNavigationState();
   // A match in the last record has left the cursor behind it.
   findStartRecord_ = std::min(currentRecord, openRecordCount());
   NameList names;

@@ -1,4 +1,5 @@
 // The search for text: its two passes, where they begin and end, and what the user is told.
+#include "resources/command_ids.h"
 #include "tests/ui/document_fixture.h"
 
 using testing::Contains;
@@ -52,6 +53,17 @@ TEST_F(DocumentFindTest, IsForTheFormAndAnOpenDatabase) {
   document().setViewMode(ViewMode::form);
   document().openFind();
   EXPECT_THAT(texts(), ElementsAre(L"Cannot find text when a database is not open!"));
+}
+
+TEST_F(DocumentFindTest, OpeningItStoresANewRecordAndTheBarsSayThatItIsOne) {
+  theAppSettings->options().setGenUpdateRights(kNewRecordsAndDeletions);
+  document().newRecord();
+  ASSERT_TRUE(document().isNewRecordPending());
+  const std::pair first(PopupMenu::record, static_cast<std::uint32_t>(ID_RECORD_FIRST));
+  ASSERT_FALSE(window().bar.inMenu[first]);
+  find(L"pear");
+  EXPECT_FALSE(document().isNewRecordPending());
+  EXPECT_TRUE(window().bar.inMenu[first]);
 }
 
 TEST_F(DocumentFindTest, AMatchIsShownAndTheCursorGoesOnBehindIt) {

@@ -339,6 +339,10 @@ void PageModel::newRecord() {
   formPageKnown_ = false;
 }
 
+void PageModel::openFind() {
+  if (mode_ == kForm && hasRecords()) commit();
+}
+
 void PageModel::deleteRecord() {
   if ((mode_ != kForm && mode_ != kList) || !hasRecords() || readOnly_) return;
   isTyped_ = false;

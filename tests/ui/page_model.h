@@ -77,6 +77,8 @@ class PageModel {
   void moveTo(std::uint32_t position);
   void newRecord();
   void deleteRecord();
+  /// What stands on the form is stored before the dialog comes.
+  void openFind();
   void turnFormPage(int step, bool panelUp);
   void slideColumns(int step);
   void createTable(const std::wstring& name);
