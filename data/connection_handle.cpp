@@ -9,6 +9,16 @@
 #include "data/recordset_handle.h"
 #include "data/value_conversion.h"
 
+namespace {
+
+Outcome noObject() {
+  return Outcome::failure(
+      L"The data-access components (adoce31.dll) could not be loaded. Please put them into the folder of "
+      L"the program again and start it anew.");
+}
+
+}  // namespace
+
 ConnectionHandle::ConnectionHandle() : connection_(createAdoceConnection()) {
   if (connection_) connection_->put_Provider(makeBstr(L"CEDB").get());
 }
@@ -22,13 +32,15 @@ bool ConnectionHandle::setConnectionString(const wchar_t* text) {
 
 int ConnectionHandle::open() {
   close();
-  if (!connection_) {
-    leaveLastErrorText(
-        L"The data-access components (adoce31.dll) could not be loaded. Please put them into the folder of "
-        L"the program again and start it anew.");
-    return kOpenFailed;
-  }
-  return SUCCEEDED(connection_->Open(nullptr, nullptr, nullptr, kConnectUnspecified)) ? kOpened : kOpenFailed;
+  const bool opened =
+      connection_ && SUCCEEDED(connection_->Open(nullptr, nullptr, nullptr, kConnectUnspecified));
+  return opened ? kOpened : kOpenFailed;
+}
+
+Outcome ConnectionHandle::open(const wchar_t* path) {
+  if (!connection_) return noObject();
+  setConnectionString(path);
+  return open() == kOpened ? Outcome() : Outcome::failure(takeLastErrorText());
 }
 
 void ConnectionHandle::close() {
@@ -41,19 +53,18 @@ FileState ConnectionHandle::fileState() {
   return result == kFileReplaced ? FileState::replaced : FileState::present;
 }
 
-bool ConnectionHandle::saveCopy(const wchar_t* path) {
-  return connection_ && SUCCEEDED(connection_->SaveCopy(makeBstr(path).get()));
+Outcome ConnectionHandle::saveCopy(const wchar_t* path) {
+  return connection_ ? outcomeOf(connection_->SaveCopy(makeBstr(path).get())) : noObject();
 }
 
-bool ConnectionHandle::execute(const wchar_t* command, LONG* recordsAffected, RecordsetHandle* recordset) {
-  if (!connection_) return false;
+Outcome ConnectionHandle::execute(const wchar_t* command, LONG* recordsAffected, RecordsetHandle* recordset) {
+  if (!connection_) return noObject();
   Variant affected;
   ComPtr<IAdoceRecordset> records;
-  if (FAILED(connection_->Execute(makeBstr(command).get(), affected.put(),
-                                  static_cast<LONG>(SourceKind::text), records.put()))) {
-    return false;
-  }
+  Outcome executed = outcomeOf(connection_->Execute(makeBstr(command).get(), affected.put(),
+                                                    static_cast<LONG>(SourceKind::text), records.put()));
+  if (!executed) return executed;
   if (recordsAffected) *recordsAffected = integerOf(affected).value_or(*recordsAffected);
   if (recordset) recordset->attach(std::move(records));
-  return true;
+  return executed;
 }

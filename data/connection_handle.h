@@ -6,6 +6,7 @@
 
 #include "base/com_handles.h"
 #include "data/file_state.h"
+#include "data/outcome.h"
 
 class RecordsetHandle;
 
@@ -28,18 +29,21 @@ class ConnectionHandle {
   bool setConnectionString(const wchar_t* text);
   /// Closes the connection first if it is open. kOpened or kOpenFailed.
   int open();
+  /// The same with `path` as the connection string, and says why it failed.
+  Outcome open(const wchar_t* path);
   void close();
   /// Runs a statement. `recordsAffected`, if given, receives how many records it changed (untouched
   /// when the store gives no number); `recordset`, if given, receives the records that it yields.
-  bool execute(const wchar_t* command, LONG* recordsAffected = nullptr, RecordsetHandle* recordset = nullptr);
+  Outcome execute(const wchar_t* command, LONG* recordsAffected = nullptr,
+                  RecordsetHandle* recordset = nullptr);
 
   /// Cheap: nothing of the file is read. FileState::present also for a closed connection, and where the
   /// system does not tell.
   FileState fileState();
   /// Writes what is open into a new file, also when the open one has lost its name; the connection stays
-  /// with what it has open. False, and no file was made, when something stands at `path` already or it can't
+  /// with what it has open. Fails, and no file was made, when something stands at `path` already or it can't
   /// be written there.
-  bool saveCopy(const wchar_t* path);
+  Outcome saveCopy(const wchar_t* path);
 
   /// May be null. Valid while this handle lives.
   IAdoceConnection* get() const { return connection_.get(); }

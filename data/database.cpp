@@ -3,7 +3,6 @@
 #include <windows.h>
 
 #include "data/connection_handle.h"
-#include "data/last_error.h"
 #include "data/recordset_handle.h"
 #include "data/statement_text.h"
 
@@ -22,8 +21,7 @@ Database::~Database() = default;
 
 Outcome Database::open(const String& path) {
   close();
-  connection_->setConnectionString(path.text());
-  if (connection_->open() != ConnectionHandle::kOpened) return Outcome::failure(takeLastErrorText());
+  if (Outcome opened = connection_->open(path.text()); !opened) return opened;
   path_ = path;
   isOpen_ = true;
   return {};
@@ -65,16 +63,14 @@ Outcome Database::dropDatabase(const String& path) {
 /// By a connection of its own.
 Outcome Database::dropBeside(const wchar_t* statement) {
   ConnectionHandle store;
-  store.setConnectionString(L"");
-  if (store.open() != ConnectionHandle::kOpened) return Outcome::failure(takeLastErrorText());
+  if (Outcome opened = store.open(L""); !opened) return opened;
   RecordsetHandle recordset;
   return recordset.open(statement, &store, CursorType::dynamic, SourceKind::text);
 }
 
 /// Connects to the store without a file; the open file is closed.
 Outcome Database::openStore() {
-  connection_->setConnectionString(L"");
-  return connection_->open() == ConnectionHandle::kOpened ? Outcome() : Outcome::failure(takeLastErrorText());
+  return connection_->open(L"");
 }
 
 /// Runs a statement that makes or deletes a file, as the source of a recordset.

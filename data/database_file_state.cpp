@@ -6,7 +6,6 @@
 #include "data/adoce_constants.h"
 #include "data/connection_handle.h"
 #include "data/database.h"
-#include "data/last_error.h"
 #include "data/recordset_handle.h"
 
 FileState Database::fileState() {
@@ -14,19 +13,16 @@ FileState Database::fileState() {
 }
 
 Outcome Database::saveCopy(const String& path) {
-  return connection_->saveCopy(path.text()) ? Outcome() : Outcome::failure(takeLastErrorText());
+  return connection_->saveCopy(path.text());
 }
 
 Outcome Database::tryOpening(const String& path) {
-  ConnectionHandle connection;
-  connection.setConnectionString(path.text());
-  return connection.open() == ConnectionHandle::kOpened ? Outcome() : Outcome::failure(takeLastErrorText());
+  return ConnectionHandle().open(path.text());
 }
 
 Outcome Database::goOnIn(const String& copy, bool keepsRecords) {
   auto connection = std::make_unique<ConnectionHandle>();
-  connection->setConnectionString(copy.text());
-  if (connection->open() != ConnectionHandle::kOpened) return Outcome::failure(takeLastErrorText());
+  if (Outcome opened = connection->open(copy.text()); !opened) return opened;
   auto records = std::make_unique<RecordsetHandle>();
   if (keepsRecords) {
     if (Outcome opened =

@@ -4,7 +4,6 @@
 
 #include "data/connection_handle.h"
 #include "data/database.h"
-#include "data/last_error.h"
 #include "data/recordset_handle.h"
 #include "data/statement_text.h"
 
@@ -44,7 +43,7 @@ Outcome Database::dropTable(const String& name) {
 
 Outcome Database::runTableStatement(bool fits, const wchar_t* statement) {
   if (!fits) return Outcome::failure(L"Its name and fields are too long for one statement.");
-  return connection_->execute(statement) ? Outcome() : Outcome::failure(takeLastErrorText());
+  return connection_->execute(statement);
 }
 
 bool Database::listTables(NameList& names) {

@@ -25,14 +25,6 @@ Outcome::Cause causeOf(HRESULT result) {
 
 }  // namespace
 
-void leaveLastErrorText(const wchar_t* text) {
-  ComPtr<ICreateErrorInfo> made;
-  ComPtr<IErrorInfo> info;
-  if (FAILED(CreateErrorInfo(made.put()))) return;
-  made->SetDescription(const_cast<wchar_t*>(text));
-  if (SUCCEEDED(made.query(info))) SetErrorInfo(0, info.get());
-}
-
 String takeLastErrorText() {
   ComPtr<IErrorInfo> info;
   UniqueBstr text;

@@ -12,6 +12,3 @@ String takeLastErrorText();
 /// What a data-access call came to that returned `result`, with the reason that it left. To be asked at
 /// once after the call.
 Outcome outcomeOf(HRESULT result);
-
-/// Leaves a reason for takeLastErrorText where the components can't: when there are none.
-void leaveLastErrorText(const wchar_t* text);

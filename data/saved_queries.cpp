@@ -2,7 +2,6 @@
 
 #include "data/connection_handle.h"
 #include "data/database.h"
-#include "data/last_error.h"
 #include "data/recordset_handle.h"
 
 namespace {
@@ -49,8 +48,8 @@ bool Database::getQuery(std::uint32_t index, SavedQuery& query) {
 bool Database::addQuery(const SavedQuery& query, Outcome* change) {
   RecordsetHandle queries;
   if (!openQueries(queries)) {
-    if (!connection_->execute(kCreateTable)) {
-      tell(change, Outcome::failure(takeLastErrorText()));
+    if (Outcome created = connection_->execute(kCreateTable); !created) {
+      tell(change, std::move(created));
       return false;
     }
     if (Outcome opened = openQueries(queries); !opened) {

@@ -221,8 +221,6 @@ class Document {
   void rowsUnreadable(const Outcome& failure);
   /// Makes the record currentRecord current in the recordset.
   bool moveToCurrentRecord() { return database_.moveTo(currentRecord); }
-  /// The value of a field of the record that was made current.
-  String valueText(std::uint32_t field) { return database_.valueText(field); }
 
  private:
   Outcome openConnection(const String& path);

@@ -4,6 +4,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "base/app_settings.h"
 #include "gmock/gmock.h"
@@ -49,8 +50,11 @@ class DocumentTest : public testing::Test {
                    L"INSERT INTO QuivaneQueries VALUES ('big', 'Select * from [First One] where a > 10')",
                    L"INSERT INTO QuivaneQueries VALUES ('wrong', 'Select nothing')"});
   }
-  /// The first field of the record that is current.
-  std::wstring value() { return document().valueText(0).text(); }
+  /// The first field of the record that the form shows.
+  std::wstring value() {
+    const std::vector<FakeFieldEditor>& fields = window().form.fields;
+    return fields.empty() ? L"(none)" : fields.front().shown;
+  }
 
  private:
   testsupport::TempFolder folder_;

@@ -1,5 +1,6 @@
 // The three handles over the data-access components, against a fake that writes down what it is asked.
 #include <cmath>
+#include <cwchar>
 #include <limits>
 #include <utility>
 
@@ -298,8 +299,12 @@ TEST_F(HandlesTest, EveryCallThroughANullInterfaceFails) {
   ConnectionHandle connection{ComPtr<IAdoceConnection>()};
   EXPECT_FALSE(connection.setConnectionString(L"a"));
   EXPECT_EQ(connection.open(), -13);
+  for (const Outcome& refused :
+       {connection.open(L"a"), connection.execute(L"x"), connection.saveCopy(L"a")}) {
+    EXPECT_FALSE(refused);
+    EXPECT_NE(std::wcsstr(refused.reason().text(), L"adoce31.dll"), nullptr);
+  }
   connection.close();
-  EXPECT_FALSE(connection.execute(L"x"));
   RecordsetHandle recordset{ComPtr<IAdoceRecordset>()};
   EXPECT_FALSE(recordset.open(L"x", &connection, CursorType::keyset, SourceKind::text));
   EXPECT_FALSE(recordset.moveFirst());
@@ -324,7 +329,7 @@ TEST_F(HandlesTest, HandlesReleaseAllThatTheyHeld) {
     ConnectionHandle connection;
     RecordsetHandle recordset(&connection);
     addField(L"a", 3, asText(L"b"));
-    connection.execute(L"x", nullptr, &recordset);
+    EXPECT_TRUE(connection.execute(L"x", nullptr, &recordset));
     recordset.field(0).valueAsText();
     store_.fields.clear();
   }
