@@ -3,36 +3,30 @@
 #include "base/app_colors.h"
 #include "base/settings_store.h"
 
-namespace {
+struct Options::Row {
+  Setting setting;
+  std::uint32_t Options::*value;
+};
 
-constexpr const wchar_t* kSubkey = SettingsStore::kOptions;
-constexpr const wchar_t* kColorsName = L"GeneralAppColors";
-
-void readOption(const wchar_t* name, std::uint32_t& value) noexcept {
-  SettingsStore::readDword(kSubkey, name, 0, value);
-}
-
-}  // namespace
+/// In the order in which they are read and written.
+constexpr Options::Row Options::kRows[] = {
+    {Setting::usePassword, &Options::usePassword_},
+    {Setting::warningOnDeletion, &Options::warningOnDeletion_},
+    {Setting::updateRights, &Options::genUpdateRights_},
+    {Setting::openLastTable, &Options::openLastTableOnStartup_},
+    {Setting::rebarsAtTop, &Options::rebarsAtTop_},
+    {Setting::tabLabelStyle, &Options::tabLabelStyle_},
+};
 
 bool Options::load() noexcept {
-  readOption(L"UsePassword", usePassword_);
-  readOption(L"WarningOnDeletion", warningOnDeletion_);
-  readOption(L"GenUpdateRights", genUpdateRights_);
-  readOption(L"OpenLastTableOnStartup", openLastTableOnStartup_);
-  readOption(L"RebarsAtTop", rebarsAtTop_);
-  readOption(L"TabLabelStyle", tabLabelStyle_);
-  if (!SettingsStore::readBinary(kSubkey, kColorsName, appColors.data(), kAppColorCount)) resetColors();
+  for (const Row& row : kRows) SettingsStore::read(row.setting, this->*row.value);
+  if (!SettingsStore::read(Setting::colors, appColors)) resetColors();
   return true;
 }
 
 bool Options::save() const noexcept {
-  SettingsStore::writeDword(kSubkey, L"UsePassword", usePassword_);
-  SettingsStore::writeDword(kSubkey, L"WarningOnDeletion", warningOnDeletion_);
-  SettingsStore::writeDword(kSubkey, L"GenUpdateRights", genUpdateRights_);
-  SettingsStore::writeDword(kSubkey, L"OpenLastTableOnStartup", openLastTableOnStartup_);
-  SettingsStore::writeDword(kSubkey, L"RebarsAtTop", rebarsAtTop_);
-  SettingsStore::writeDword(kSubkey, L"TabLabelStyle", tabLabelStyle_);
-  return SettingsStore::writeBinary(kSubkey, kColorsName, appColors.data(), kAppColorCount);
+  for (const Row& row : kRows) SettingsStore::write(row.setting, this->*row.value);
+  return SettingsStore::write(Setting::colors, appColors);
 }
 
 void Options::resetColors() noexcept {

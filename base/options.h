@@ -59,6 +59,9 @@ class Options {
   ColorOptionsPage& colorPage() noexcept { return colorPage_; }
 
  private:
+  struct Row;
+  static const Row kRows[6];
+
   std::uint32_t genUpdateRights_ = 0;
   std::uint32_t warningOnDeletion_ = 0;
   std::uint32_t usePassword_ = 0;

@@ -7,25 +7,20 @@
 
 namespace {
 
-/// The name of a value, "FI1" for the newest text.
-class FindName {
- public:
-  explicit FindName(int position) noexcept { wsprintfW(name_, L"FI%d", position); }
-  const wchar_t* text() const noexcept { return name_; }
+/// Of a place from 1 for the newest text.
+Setting settingAt(int position) noexcept {
+  return static_cast<Setting>(static_cast<int>(Setting::recentFind) + position - 1);
+}
 
- private:
-  wchar_t name_[16] = {};
-};
-
-/// The empty text when the value is missing, as it is at position 0.
+/// The empty text when the value is missing; there is none at position 0.
 String read(int position) {
   String text;
-  SettingsStore::readString(SettingsStore::kRecentUserFinds, FindName(position).text(), text);
+  if (position > 0) SettingsStore::read(settingAt(position), text);
   return text;
 }
 
 void write(int position, const String& text) noexcept {
-  SettingsStore::writeString(SettingsStore::kRecentUserFinds, FindName(position).text(), text);
+  SettingsStore::write(settingAt(position), text);
 }
 
 bool isEqual(const String& a, const String& b) noexcept {

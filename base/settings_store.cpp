@@ -1,5 +1,6 @@
 #include "base/settings_store.h"
 
+#include <cassert>
 #include <cwchar>
 
 #include "base/handles.h"
@@ -44,6 +45,12 @@ bool writeValue(const wchar_t* subkey, const wchar_t* name, DWORD type, const vo
   return true;
 }
 
+const SettingRow& rowOf(Setting setting, [[maybe_unused]] SettingKind kind) noexcept {
+  const SettingRow& row = settings::rowOf(setting);
+  assert(row.kind == kind);
+  return row;
+}
+
 }  // namespace
 
 bool SettingsStore::readString(const wchar_t* subkey, const wchar_t* name, String& value) {
@@ -86,4 +93,34 @@ bool SettingsStore::writeDword(const wchar_t* subkey, const wchar_t* name, std::
 bool SettingsStore::writeBinary(const wchar_t* subkey, const wchar_t* name, const std::uint32_t* words,
                                 std::uint32_t wordCount) noexcept {
   return writeValue(subkey, name, REG_BINARY, words, std::size_t{wordCount} * sizeof *words);
+}
+
+bool SettingsStore::read(Setting setting, String& text) {
+  const SettingRow& row = rowOf(setting, SettingKind::text);
+  return readString(row.subkey, row.name, text);
+}
+
+bool SettingsStore::read(Setting setting, std::uint32_t& number) noexcept {
+  const SettingRow& row = rowOf(setting, SettingKind::number);
+  return readDword(row.subkey, row.name, 0, number);
+}
+
+bool SettingsStore::read(Setting setting, std::span<std::uint32_t> words) noexcept {
+  const SettingRow& row = rowOf(setting, SettingKind::words);
+  return readBinary(row.subkey, row.name, words.data(), static_cast<std::uint32_t>(words.size()));
+}
+
+bool SettingsStore::write(Setting setting, const String& text) noexcept {
+  const SettingRow& row = rowOf(setting, SettingKind::text);
+  return writeString(row.subkey, row.name, text);
+}
+
+bool SettingsStore::write(Setting setting, std::uint32_t number) noexcept {
+  const SettingRow& row = rowOf(setting, SettingKind::number);
+  return writeDword(row.subkey, row.name, number);
+}
+
+bool SettingsStore::write(Setting setting, std::span<const std::uint32_t> words) noexcept {
+  const SettingRow& row = rowOf(setting, SettingKind::words);
+  return writeBinary(row.subkey, row.name, words.data(), static_cast<std::uint32_t>(words.size()));
 }

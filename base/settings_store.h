@@ -2,21 +2,24 @@
 
 #include <windows.h>
 
+#include <cstddef>
 #include <cstdint>
+#include <span>
 
+#include "base/settings_table.h"
 #include "base/string.h"
 
-/// The program's settings in the registry: single values below HKEY_CURRENT_USER, kRoot, in the
-/// subkeys named here. Stateless: each call opens the key, reads or writes one value and closes it.
+/// The program's settings in the registry: single values below HKEY_CURRENT_USER, kRoot. What there is says
+/// base/settings_table.h. Stateless: each call opens the key, reads or writes one value and closes it.
 ///
 /// `subkey` and `name` are not null. A subkey whose full path does not fit kPathBufferCount characters
 /// counts as a key that can't be opened. readString throws std::bad_alloc; nothing else throws.
 class SettingsStore {
  public:
   static constexpr const wchar_t* kRoot = L"Software\\MorvaleSoftware\\Quivane for Pocket PC";
-  static constexpr const wchar_t* kOptions = L"Options";
-  static constexpr const wchar_t* kRecentUserFinds = L"RecentUserFinds";
-  static constexpr const wchar_t* kPassword = L"Password";
+  static constexpr const wchar_t* kOptions = settings::kOptions;
+  static constexpr const wchar_t* kRecentUserFinds = settings::kRecentUserFinds;
+  static constexpr const wchar_t* kPassword = settings::kPassword;
 
   /// Room for the path of a key, the terminator included.
   static constexpr std::size_t kPathBufferCount = 260;
@@ -45,4 +48,13 @@ class SettingsStore {
   /// REG_BINARY of wordCount x 4 bytes.
   static bool writeBinary(const wchar_t* subkey, const wchar_t* name, const std::uint32_t* words,
                           std::uint32_t wordCount) noexcept;
+
+  // ---- The same for a row of the table, which is of that kind. A number that is missing is 0.
+
+  static bool read(Setting setting, String& text);
+  static bool read(Setting setting, std::uint32_t& number) noexcept;
+  static bool read(Setting setting, std::span<std::uint32_t> words) noexcept;
+  static bool write(Setting setting, const String& text) noexcept;
+  static bool write(Setting setting, std::uint32_t number) noexcept;
+  static bool write(Setting setting, std::span<const std::uint32_t> words) noexcept;
 };

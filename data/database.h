@@ -117,8 +117,9 @@ class Database {
   FieldType fieldType(std::uint32_t field) const;
   std::uint32_t fieldWidth(std::uint32_t field) const;
   bool isFieldReadOnly(std::uint32_t field) const;
-  bool isNumeric(std::uint32_t field) const { return isNumericType(fieldType(field)); }
-  bool isSignedInteger(std::uint32_t field) const { return isSignedIntegerType(fieldType(field)); }
+  /// A field of whole numbers, and of such as may be negative.
+  bool isNumeric(std::uint32_t field) const;
+  bool isSignedInteger(std::uint32_t field) const;
   /// The first field of exactly that name, or fieldCount() when there is none.
   std::uint32_t fieldIndexByName(const String& name) const;
 
@@ -179,7 +180,7 @@ class Database {
 
   /// Reads the current record, which waits at most once for another program's lock.
   RecordSnapshot readRecord();
-  /// The value as the user reads it (field_text.h); the empty text for one that can't be fetched.
+  /// The value as the user reads it (FieldKind::textOf); the empty text for one that can't be fetched.
   String valueText(std::uint32_t field);
   /// The value converted to a 32-bit integer is not 0.
   bool fieldIsSet(std::uint32_t field);

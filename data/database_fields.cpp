@@ -5,6 +5,7 @@
 
 #include "data/adoce_constants.h"
 #include "data/database.h"
+#include "data/field_kinds.h"
 #include "data/recordset_handle.h"
 
 namespace {
@@ -47,6 +48,14 @@ std::uint32_t Database::fieldWidth(std::uint32_t field) const {
 
 bool Database::isFieldReadOnly(std::uint32_t field) const {
   return field >= fieldReadOnly_.size() || fieldReadOnly_[field] != 0;
+}
+
+bool Database::isNumeric(std::uint32_t field) const {
+  return isSignedInteger(field) || fieldKind(fieldType(field)).editor == FieldEditorKind::digits;
+}
+
+bool Database::isSignedInteger(std::uint32_t field) const {
+  return fieldKind(fieldType(field)).editor == FieldEditorKind::signedDigits;
 }
 
 std::uint32_t Database::fieldIndexByName(const String& name) const {

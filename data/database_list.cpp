@@ -1,6 +1,6 @@
 // The rows of the list.
 #include "data/database.h"
-#include "data/field_text.h"
+#include "data/field_kinds.h"
 #include "data/recordset_handle.h"
 
 bool Database::moveForList(std::uint32_t row) {
@@ -26,7 +26,7 @@ Outcome Database::readForList(std::uint32_t row, std::uint32_t field, String& te
   Variant value;
   Outcome read = listRows_->field(static_cast<LONG>(field)).read(value);
   if (read) {
-    text = fieldText(fieldType(field), value);
+    text = fieldKind(fieldType(field)).textOf(value);
   } else {
     isAtListPosition_ = false;  // a move back to it reads it anew
   }

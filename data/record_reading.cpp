@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "data/database.h"
-#include "data/field_text.h"
+#include "data/field_kinds.h"
 #include "data/recordset_handle.h"
 
 namespace {
@@ -25,7 +25,7 @@ RecordSnapshot Database::readRecord() {
     // The first field that can't be fetched ends it: each further one would wait for the same lock again.
     Outcome read = recordset_->field(static_cast<LONG>(index)).read(field.value);
     if (!read) return {currentRecord, std::move(read)};
-    field.text = fieldText(fieldType(index), field.value);
+    field.text = fieldKind(fieldType(index)).textOf(field.value);
     field.state = stateOf(field.value, field.text);
   }
   return {currentRecord, newRecordPending_, std::move(fields)};
@@ -33,7 +33,7 @@ RecordSnapshot Database::readRecord() {
 
 String Database::valueText(std::uint32_t field) {
   if (field >= fieldCount_) return {};
-  return fieldText(fieldType(field), recordset_->field(static_cast<LONG>(field)).value());
+  return fieldKind(fieldType(field)).textOf(recordset_->field(static_cast<LONG>(field)).value());
 }
 
 bool Database::fieldIsSet(std::uint32_t field) {
@@ -54,11 +54,11 @@ Outcome Database::searchRecord(bool allFields, bool matchCase, std::uint32_t fir
   if (!matchCase) text.toUpperCase();
   const std::uint32_t end = allFields ? fieldCount_ : firstField + 1;
   for (std::uint32_t field = firstField; field < end && field < fieldCount_; ++field) {
-    const FieldType type = fieldType(field);
-    if (type == FieldType::bit || type == FieldType::date) continue;
+    const FieldKind& kind = fieldKind(fieldType(field));
+    if (!kind.isSearched) continue;
     Variant value;
     if (Outcome read = recordset_->field(static_cast<LONG>(field)).read(value); !read) return read;
-    String shown = fieldText(type, value);
+    String shown = kind.textOf(value);
     if (!matchCase) shown.toUpperCase();
     if (shown.find(text.text()) < 0) continue;
     foundField = field;

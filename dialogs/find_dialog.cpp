@@ -11,13 +11,10 @@
 
 namespace {
 
-constexpr wchar_t kCheckAllFields[] = L"CheckAllFields";
-constexpr wchar_t kMatchCase[] = L"MatchCase";
-
 /// 0 when it is missing.
-std::uint32_t readFlag(const wchar_t* name) {
+std::uint32_t readFlag(Setting setting) {
   std::uint32_t value = 0;
-  SettingsStore::readDword(SettingsStore::kOptions, name, 0, value);
+  SettingsStore::read(setting, value);
   return value != 0 ? 1 : 0;
 }
 
@@ -65,8 +62,8 @@ void FindDialog::refillControls() {
   NameList finds;
   RecentFinds::list(finds);
   combobox::fill(control(IDC_FIND_TEXT), finds);
-  state_.checkAllFields = readFlag(kCheckAllFields);
-  state_.matchCase = readFlag(kMatchCase);
+  state_.checkAllFields = readFlag(Setting::checkAllFields);
+  state_.matchCase = readFlag(Setting::matchCase);
   CheckDlgButton(window(), IDC_FIND_ALL_FIELDS, state_.checkAllFields);
   CheckDlgButton(window(), IDC_FIND_MATCH_CASE, state_.matchCase);
   enableField();
@@ -80,14 +77,14 @@ void FindDialog::enableField() const {
 
 void FindDialog::storeAllFields() {
   state_.checkAllFields = IsDlgButtonChecked(window(), IDC_FIND_ALL_FIELDS);
-  SettingsStore::writeDword(SettingsStore::kOptions, kCheckAllFields, state_.checkAllFields);
+  SettingsStore::write(Setting::checkAllFields, state_.checkAllFields);
   enableField();
 }
 
 void FindDialog::storeCheckBoxes() {
   storeAllFields();
   state_.matchCase = IsDlgButtonChecked(window(), IDC_FIND_MATCH_CASE);
-  SettingsStore::writeDword(SettingsStore::kOptions, kMatchCase, state_.matchCase);
+  SettingsStore::write(Setting::matchCase, state_.matchCase);
 }
 
 void FindDialog::next() {

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "data/field_kinds.h"
 #include "dialogs/new_field_ids.h"
 #include "dialogs/table_design.h"
 #include "views/child_control.h"
@@ -33,7 +34,7 @@ int NewFieldDialog::run(HWND owner) {
 
 void NewFieldDialog::opened() {
   const HWND types = control(IDC_NEW_FIELD_TYPE);
-  for (const FieldTypeRow& row : kFieldTypeRows) addType(types, row.label);
+  for (const FieldKind& kind : offeredFieldKinds()) addType(types, kind.label);
   selectType(types, kShortTextRow);
   panel_.raise(window());
   centreDialog(window(), kPopupRaise);
@@ -61,7 +62,7 @@ void NewFieldDialog::confirm() {
     tell(L"Please select a type!");
     SetFocus(control(IDC_NEW_FIELD_TYPE));
   } else {
-    field = {std::move(name), kFieldTypeRows[static_cast<std::size_t>(row)].sqlType, false};
+    field = {std::move(name), offeredFieldKinds()[static_cast<std::size_t>(row)].sqlType, false};
     leave(IDOK);
   }
 }

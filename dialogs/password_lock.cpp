@@ -9,8 +9,6 @@
 
 namespace {
 
-constexpr wchar_t kValueName[] = L"PasswordItem";
-
 String inUpperCase(String text) {
   text.toUpperCase();
   return text;
@@ -21,12 +19,12 @@ bool isSamePassword(const String& one, const String& other) {
 }
 
 bool readPassword(String& password) {
-  return SettingsStore::readString(SettingsStore::kPassword, kValueName, password);
+  return SettingsStore::read(Setting::password, password);
 }
 
 /// Writes it and looks whether it is there: the settings do not say what became of a value.
 bool storePassword(const String& password) {
-  SettingsStore::writeString(SettingsStore::kPassword, kValueName, password);
+  SettingsStore::write(Setting::password, password);
   String stored;
   return readPassword(stored) && std::wcscmp(stored.text(), password.text()) == 0;
 }

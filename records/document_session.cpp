@@ -6,40 +6,30 @@
 
 namespace {
 
-constexpr wchar_t kLastDatabase[] = L"LastDBOnStartup";
-constexpr wchar_t kLastTable[] = L"LastTableOnStartup";
-constexpr wchar_t kLastQuery[] = L"LastQueryOnStartup";
-constexpr wchar_t kLastSql[] = L"LastSQLQuery";
-constexpr wchar_t kOpenQuery[] = L"OpenQueryOnStartup";
-
-void writeText(const wchar_t* name, const String& text) {
-  SettingsStore::writeString(SettingsStore::kOptions, name, text);
-}
-
 /// Empty for a value that can't be read.
-String readText(const wchar_t* name) {
+String readText(Setting setting) {
   String text;
-  SettingsStore::readString(SettingsStore::kOptions, name, text);
+  SettingsStore::read(setting, text);
   return text;
 }
 
 }  // namespace
 
 void Document::saveSession() {
-  writeText(kLastDatabase, databasePath_);
-  writeText(kLastTable, tableName());
-  writeText(kLastQuery, queryName());
-  writeText(kLastSql, sqlText());
-  SettingsStore::writeDword(SettingsStore::kOptions, kOpenQuery, openedFromQuery() ? 1 : 0);
+  SettingsStore::write(Setting::lastDatabase, databasePath_);
+  SettingsStore::write(Setting::lastTable, tableName());
+  SettingsStore::write(Setting::lastQuery, queryName());
+  SettingsStore::write(Setting::lastSql, sqlText());
+  SettingsStore::write(Setting::openQuery, openedFromQuery() ? 1u : 0u);
 }
 
 RestoreResult Document::restoreSession() {
   String path;
   std::uint32_t openQuery = 0;
-  const String table = readText(kLastTable);
-  const String query = readText(kLastQuery);
-  if (!SettingsStore::readString(SettingsStore::kOptions, kLastDatabase, path) ||
-      !SettingsStore::readDword(SettingsStore::kOptions, kOpenQuery, 0, openQuery) || !openConnection(path)) {
+  const String table = readText(Setting::lastTable);
+  const String query = readText(Setting::lastQuery);
+  if (!SettingsStore::read(Setting::lastDatabase, path) ||
+      !SettingsStore::read(Setting::openQuery, openQuery) || !openConnection(path)) {
     return RestoreResult::nothing;
   }
   databaseOpen_ = true;
@@ -56,7 +46,7 @@ RestoreResult Document::restoreSession() {
 bool Document::restoreRecords(const String& table, const String& query, bool asQuery) {
   if (asQuery && !query.isEmpty()) {
     String sql;
-    if (!SettingsStore::readString(SettingsStore::kOptions, kLastSql, sql)) return false;
+    if (!SettingsStore::read(Setting::lastSql, sql)) return false;
     wanted_.chooseQuery(query, sql, table);
     setViewMode(ViewMode::form);
     return recordsetOpen_;

@@ -3,6 +3,7 @@
 #include <string>
 #include <utility>
 
+#include "data/field_kinds.h"
 #include "platform/pocketshell/handheld_windows.h"
 #include "records/document.h"
 #include "views/check_field_editor.h"
@@ -42,15 +43,15 @@ std::unique_ptr<FieldEditor> createDateEditor(const String& name, const ControlC
 
 std::unique_ptr<FieldEditor> createTextEditor(const Document& document, std::uint32_t field,
                                               ControlCreation creation) {
-  const FieldType type = document.fieldType(field);
+  const FieldEditorKind kind = fieldKind(document.fieldType(field)).editor;
   const bool readOnly = document.isFieldReadOnly(field);
   if (readOnly) creation.style |= ES_READONLY;
   auto editor = std::make_unique<TextFieldEditor>();
   editor->setFieldName(document.fieldName(field));
-  editor->setNumeric(isNumericType(type));
-  editor->setMinusAllowed(isSignedIntegerType(type));
+  editor->setNumeric(kind == FieldEditorKind::digits || kind == FieldEditorKind::signedDigits);
+  editor->setMinusAllowed(kind == FieldEditorKind::signedDigits);
   editor->setMaximumLength(document.fieldWidth(field));
-  editor->setBinary(type == FieldType::varBinary || type == FieldType::longVarBinary);
+  editor->setBinary(kind == FieldEditorKind::bytes);
   editor->setReadOnlyField(readOnly);
   editor->create(creation);
   return editor;
@@ -111,15 +112,16 @@ FormView::Row FormView::createRow(std::uint32_t field, NextIds& ids) const {
   const String& name = document_->fieldName(field);
   const std::wstring caption = std::wstring(name.text()) + L":";
 
+  const FieldEditorKind kind = fieldKind(document_->fieldType(field)).editor;
   Row row;
-  if (document_->fieldType(field) == FieldType::bit) {
+  if (kind == FieldEditorKind::checkBox) {
     constexpr DWORD kStyle = WS_CHILD | WS_TABSTOP | BS_AUTOCHECKBOX | BS_LEFTTEXT;
     row.editor = createCheckBox(caption, {kStyle, checkBoxPlace(y), parent, ids.checkBox++});
     return row;
   }
   row.label = std::make_unique<FieldLabel>();
   row.label->create(caption.c_str(), {WS_CHILD, labelPlace(y, metrics_), parent, kLabelId});
-  if (document_->fieldType(field) == FieldType::date) {
+  if (kind == FieldEditorKind::date) {
     // A text is told of taps with SS_NOTIFY only. A date with a time of day is too long for the editor.
     constexpr DWORD kStyle =
         WS_CHILD | WS_TABSTOP | WS_BORDER | SS_NOTIFY | SS_CENTER | SS_CENTERIMAGE | SS_ENDELLIPSIS;

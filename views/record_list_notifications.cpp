@@ -4,6 +4,7 @@
 #include <string>
 
 #include "base/showable_text.h"
+#include "data/field_kinds.h"
 #include "records/document.h"
 #include "views/list_view.h"
 #include "views/record_list_view.h"
@@ -77,7 +78,7 @@ String RecordListView::cellText(std::uint32_t row, std::uint32_t field) {
     noteFailure(read);
     return kNotReadable;
   }
-  if (document_->fieldType(field) != FieldType::bit) return text;
+  if (fieldKind(document_->fieldType(field)).editor != FieldEditorKind::checkBox) return text;
   return std::wcscmp(text.text(), L"-1") == 0 ? L"True" : L"False";
 }
 

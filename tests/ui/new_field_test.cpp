@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "data/field_kinds.h"
 #include "dialogs/new_field_ids.h"
 #include "platform/pocketshell/handheld_windows.h"
 #include "tests/ui/modal_dialog_fixture.h"
@@ -80,7 +81,8 @@ TEST_F(NewFieldTest, TheBoxSortsAndKeepsTheOrderOfTheTable) {
     const HWND box = GetDlgItem(dialog, IDC_NEW_FIELD_TYPE);
     EXPECT_EQ(styleOf(box) & (CBS_SORT | CBS_DROPDOWNLIST), static_cast<DWORD>(CBS_SORT | CBS_DROPDOWNLIST));
     ASSERT_EQ(SendMessageW(box, CB_GETCOUNT, 0, 0), 7);
-    for (std::size_t row = 0; row < 7; ++row) EXPECT_EQ(typeLabel(dialog, row), kFieldTypeRows[row].label);
+    for (std::size_t row = 0; row < 7; ++row)
+      EXPECT_EQ(typeLabel(dialog, row), offeredFieldKinds()[row].label);
     press(dialog, IDCANCEL);
   });
   field.run(owner());

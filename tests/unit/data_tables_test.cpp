@@ -1,6 +1,7 @@
 // Tables: create, drop, list; field names of a statement.
 #include <string>
 
+#include "data/field_kinds.h"
 #include "gmock/gmock.h"
 #include "tests/unit/data_fake_store.h"
 #include "tests/unit/data_store_fixture.h"
@@ -81,9 +82,11 @@ TEST_F(TablesTest, EveryDesignedTypeMakesAFieldOfItsCode) {
   const FieldType expected[] = {FieldType::bit,         FieldType::date,    FieldType::real,
                                 FieldType::smallInt,    FieldType::integer, FieldType::varWChar,
                                 FieldType::longVarWChar};
-  for (std::size_t row = 0; row < kFieldTypeRows.size(); ++row) {
+  ASSERT_EQ(offeredFieldKinds().size(), std::size(expected));
+  for (std::size_t row = 0; row < std::size(expected); ++row) {
+    EXPECT_EQ(offeredFieldKinds()[row].type, expected[row]) << row;
     const std::wstring name = L"t" + std::to_wstring(row);
-    const std::wstring columns = std::wstring(L"a ") + kFieldTypeRows[row].sqlType;
+    const std::wstring columns = std::wstring(L"a ") + offeredFieldKinds()[row].sqlType;
     ASSERT_TRUE(database_.createTable(name.c_str(), columns.c_str())) << row;
     ASSERT_TRUE(database_.openRecordset((L"Select * from [" + name + L"]").c_str())) << row;
     EXPECT_EQ(database_.fieldType(0), expected[row]) << row;
