@@ -1,6 +1,10 @@
 #include "views/shown_text.h"
 
+#include <windows.h>
+
 #include <algorithm>
+#include <array>
+#include <usp10.h>
 
 #include "base/showable_text.h"
 
@@ -26,9 +30,30 @@ Run runOf(wchar_t unit, Run before) {
   return isShaped ? Run::shaped : Run::plain;
 }
 
+/// The characters before the one with which the runs, as the system itself divides a text, become more than
+/// a line draws.
+std::size_t countInRuns(std::wstring_view text) {
+  constexpr std::size_t kPieceCount = 500;
+  // Of each character one, and the end.
+  std::array<SCRIPT_ITEM, kPieceCount + 1> items;
+  std::size_t left = kMostLineRunCount;
+  for (std::size_t place = 0; place < text.size(); place += kPieceCount) {
+    const std::wstring_view piece = text.substr(place, kPieceCount);
+    int count = 0;
+    if (FAILED(ScriptItemize(piece.data(), static_cast<int>(piece.size()), static_cast<int>(items.size()),
+                             nullptr, nullptr, items.data(), &count))) {
+      return place;
+    }
+    const auto found = static_cast<std::size_t>(count);
+    if (found > left) return place + static_cast<std::size_t>(items[left].iCharPos);
+    left -= found;
+  }
+  return text.size();
+}
+
 /// How much of the text a single line gets.
 std::size_t lineCount(std::wstring_view text) {
-  const std::size_t most = std::min(text.size(), kMostShownCount);
+  const std::size_t most = countInRuns(text.substr(0, kMostShownCount));
   Run run = Run::plain;
   std::size_t length = 0;
   std::size_t cost = 0;

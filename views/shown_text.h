@@ -10,6 +10,10 @@
 /// The most characters that any edit control gets.
 inline constexpr std::size_t kMostShownCount = 100'000;
 
+/// The most runs of one kind (of letters of a script, of digits, of signs) in a single line: some systems
+/// draw nothing at all of a line of more than 256.
+inline constexpr std::size_t kMostLineRunCount = 250;
+
 struct ShownText {
   std::wstring text;
   std::size_t shownCount = 0;  ///< of the value's characters
@@ -20,8 +24,8 @@ struct ShownText {
   bool isCut() const { return shownCount < wholeCount; }
 };
 
-/// For one line: "\r\n" becomes a comma, which counts as exact. Of digits and of
-/// letters that change their shapes a line holds fewer in a row, because such a row is slow to lay out.
+/// For one line: "\r\n" becomes a comma, which counts as exact. It holds kMostLineRunCount runs, and of
+/// digits and of letters that change their shapes fewer in a row, because such a row is slow to lay out.
 ShownText textForLine(std::wstring_view value);
 
 /// A line end that counts as none.

@@ -38,10 +38,17 @@ LRESULT focusLost(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
   return callPrevious(window, message, wParam, lParam);
 }
 
+/// The control changes what stands in it.
+LRESULT changed(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+  const LRESULT result = callPrevious(window, message, wParam, lParam);
+  if (TextFieldEditor* const editor = theTextEditors.find(window)) editor->cutShownText();
+  return result;
+}
+
 LRESULT characterTyped(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
   TextFieldEditor* const editor = state.current;
   if (editor && !editor->takeCharacter(static_cast<wchar_t>(LOWORD(wParam)))) return 0;
-  return callPrevious(window, message, wParam, lParam);
+  return changed(window, message, wParam, lParam);
 }
 
 LRESULT tapped(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
@@ -72,13 +79,10 @@ LRESULT readOnlyAsked(HWND, UINT, WPARAM wParam, LPARAM) {
 
 /// The second of two quick taps arrives as a double click.
 constexpr std::array kMessages = {
-    MessageRow{WM_SETFOCUS, focusGained},
-    MessageRow{WM_KILLFOCUS, focusLost},
-    MessageRow{WM_CHAR, characterTyped},
-    MessageRow{WM_LBUTTONDOWN, tapped},
-    MessageRow{WM_LBUTTONDBLCLK, tapped},
-    MessageRow{kZoomMessage, zoomAsked},
-    MessageRow{kSetReadOnlyMessage, readOnlyAsked},
+    MessageRow{WM_SETFOCUS, focusGained}, MessageRow{WM_KILLFOCUS, focusLost},
+    MessageRow{WM_CHAR, characterTyped},  MessageRow{WM_PASTE, changed},
+    MessageRow{WM_LBUTTONDOWN, tapped},   MessageRow{WM_LBUTTONDBLCLK, tapped},
+    MessageRow{kZoomMessage, zoomAsked},  MessageRow{kSetReadOnlyMessage, readOnlyAsked},
 };
 
 LRESULT CALLBACK textEditorProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {

@@ -104,6 +104,15 @@ bool TextFieldEditor::takeCharacter(wchar_t character) {
   return false;
 }
 
+void TextFieldEditor::cutShownText() {
+  const auto count = static_cast<std::size_t>(GetWindowTextLengthW(window()));
+  if (!showsAll_ || count <= kMostLineRunCount) return;
+  const String typed = windowText(window());
+  if (!textForLine(typed.text()).isCut()) return;
+  setValue(typed);
+  changed_ = true;
+}
+
 void TextFieldEditor::recountText() {
   const String shown = windowText(window());
   SetWindowTextW(window(), shown.text());

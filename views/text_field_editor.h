@@ -59,6 +59,9 @@ class TextFieldEditor final : public FieldEditor {
   /// Judges a character from the keyboard, and tells the user of one that a number can't have. True when
   /// the control shall get it.
   bool takeCharacter(wchar_t character);
+  /// After the user has typed or pasted. Of a text that has become more than a line draws the beginning is
+  /// shown, as setValue does it.
+  void cutShownText();
   /// The editor has lost the focus: its text is written back and its characters are counted anew.
   void recountText();
   /// Shows the whole text in a dialog, to be edited unless the field is read-only. Nothing happens while
