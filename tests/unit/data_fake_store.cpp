@@ -227,6 +227,8 @@ class FakeConnectionObject final : public FakeObject<IAdoceConnection> {
   HRESULT STDMETHODCALLTYPE get_Version(BSTR*) override { return E_NOTIMPL; }
   HRESULT STDMETHODCALLTYPE CheckFile() override { return E_NOTIMPL; }
   HRESULT STDMETHODCALLTYPE SaveCopy(BSTR) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE AskWhileBusy(IDispatch*) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE Stop() override { return E_NOTIMPL; }
 
  private:
   FakeStore& store_;

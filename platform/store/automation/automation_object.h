@@ -7,6 +7,7 @@
 #include <atomic>
 #include <utility>
 
+#include "platform/store/automation/busy_question.h"
 #include "platform/store/automation/com_values.h"
 #include "platform/store/automation/error_report.h"
 #include "platform/store/automation/module.h"
@@ -88,6 +89,10 @@ class AutomationObject : public Interface, public ISupportErrorInfo {
   HRESULT call(Body&& body) noexcept {
     const ModuleLock lock;
     try {
+      if (BusyQuestion::isBeingAsked()) {
+        return reportFailure({objectModelError(3219), "The database is busy: it asks whether to go on."},
+                             __uuidof(Interface), source_, nullptr);
+      }
       const Outcome outcome = std::forward<Body>(body)();
       if (outcome) return outcome.result();
       return reportFailure(outcome, __uuidof(Interface), source_, errorsForReport());

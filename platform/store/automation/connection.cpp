@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "platform/store/automation/busy_question.h"
 #include "platform/store/automation/connection_string.h"
 #include "platform/store/automation/database_location.h"
 #include "platform/store/automation/execute_arguments.h"
@@ -138,6 +139,8 @@ Outcome ConnectionObject::open(const std::wstring& connectionString) {
   }
   connectionString_ = connectionString;
   backend_ = std::move(backend);
+  const std::lock_guard<std::mutex> lock(stopMutex_);
+  stoppable_ = backend_.get();
   return {};
 }
 
@@ -152,6 +155,11 @@ HRESULT ConnectionObject::Close() {
 void ConnectionObject::close() {
   for (const std::weak_ptr<Cursor>& remembered : std::exchange(cursors_, {})) {
     if (const std::shared_ptr<Cursor> cursor = remembered.lock()) cursor->close();
+  }
+  if (backend_ != nullptr) backend_->askWhileBusy({});
+  {
+    const std::lock_guard<std::mutex> lock(stopMutex_);
+    stoppable_ = nullptr;
   }
   backend_.reset();
 }
@@ -208,6 +216,21 @@ Outcome ConnectionObject::openCursor(std::unique_ptr<store::RowSource> rows, sto
 void ConnectionObject::remember(const std::shared_ptr<Cursor>& cursor) {
   std::erase_if(cursors_, [](const std::weak_ptr<Cursor>& known) { return known.expired(); });
   cursors_.push_back(cursor);
+}
+
+HRESULT ConnectionObject::AskWhileBusy(IDispatch* question) {
+  return call([&]() -> Outcome {
+    if (!isOpen()) return closedConnection();
+    backend_->askWhileBusy(question != nullptr ? BusyQuestion(ComPtr<IDispatch>::share(question))
+                                               : std::function<bool()>());
+    return {};
+  });
+}
+
+HRESULT ConnectionObject::Stop() {
+  const std::lock_guard<std::mutex> lock(stopMutex_);
+  if (stoppable_ != nullptr) stoppable_->stop();
+  return S_OK;
 }
 
 HRESULT ConnectionObject::get_Errors(IAdoceErrors** errors) {

@@ -3,6 +3,7 @@
 #include <adoce.h>
 #include <cstdint>
 #include <memory>
+#include <mutex>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -53,6 +54,8 @@ class ConnectionObject final : public AutomationObject<IAdoceConnection> {
   HRESULT STDMETHODCALLTYPE get_Version(BSTR* version) override;
   HRESULT STDMETHODCALLTYPE CheckFile() override;
   HRESULT STDMETHODCALLTYPE SaveCopy(BSTR path) override;
+  HRESULT STDMETHODCALLTYPE AskWhileBusy(IDispatch* question) override;
+  HRESULT STDMETHODCALLTYPE Stop() override;
 
   // For the module's own objects, which hold the module's lock and hand failures on.
 
@@ -83,6 +86,8 @@ class ConnectionObject final : public AutomationObject<IAdoceConnection> {
   std::wstring connectionString_;
   std::wstring provider_;
   std::shared_ptr<store::Backend> backend_;  // while open
+  std::mutex stopMutex_;                 // Stop can't wait for the module's lock, which the statement holds
+  store::Backend* stoppable_ = nullptr;  // the backend, under that mutex
   ComPtr<ErrorsObject> errors_;
   std::vector<std::weak_ptr<Cursor>> cursors_;
 };

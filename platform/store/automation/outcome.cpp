@@ -63,6 +63,8 @@ HRESULT resultOf(store::ErrorCode code) {
       return kFileReplaced;
     case ErrorCode::inputOutput:
       return objectModelError(3000);
+    case ErrorCode::stopped:
+      return oleDbError(0x4E);
     case ErrorCode::outOfMemory:
       return E_OUTOFMEMORY;
   }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -86,6 +87,16 @@ class Backend {
 
   /// Whether the database could only be opened for reading.
   virtual bool isReadOnly() const = 0;
+
+  /// Asks `question` again and again, on the thread that called, while an operation on the database or on
+  /// rows of it takes its time; null asks nobody. The answer true stops the operation, which then fails with
+  /// stopped and has changed nothing. Not asked any more once a change is being made durable. The question
+  /// doesn't use the database and doesn't throw.
+  virtual void askWhileBusy(std::function<bool()> question) = 0;
+
+  /// Stops the operation that runs at the moment of the call, like the answer true; without one nothing
+  /// happens. May be called from any thread as long as the database is open.
+  virtual void stop() = 0;
 
   /// Opens the rows of `source`. A statement that yields no rows by its nature (DDL, INSERT, …) is run
   /// instead, at once and durably, and leaves `*rows` null. Refuses several statements whole. On

@@ -9,6 +9,7 @@
 #include "platform/store/engine/field_type.h"
 #include "platform/store/engine/sqlite_connection.h"
 #include "platform/store/engine/sqlite_statement.h"
+#include "platform/store/engine/table_kind.h"
 
 namespace store {
 
@@ -23,13 +24,14 @@ struct CatalogueTable {
 
 // The identifiers 1 to 4 are the catalogue's own, a table's is its place in SQLite's schema behind them.
 // A table that serves a virtual one, and SQLite's own tables, are not for the user.
-#define QUIVANE_TABLES                                                            \
-  "tables(TableName, TableID, TableFlags) AS ("                                   \
-  "SELECT 'MSysFields', 1, 3 UNION ALL SELECT 'MSysTables', 2, 3 UNION ALL "      \
-  "SELECT 'MSysIndexes', 3, 3 UNION ALL SELECT 'MSysProcs', 4, 3 UNION ALL "      \
-  "SELECT s.name, 4 + s.rowid, iif(t.type = 'table', 0, 2) FROM sqlite_schema s " \
-  "JOIN pragma_table_list t ON t.schema = 'main' AND t.name = s.name "            \
-  "WHERE s.type IN ('table', 'view') AND t.type <> 'shadow' AND substr(s.name, 1, 7) <> 'sqlite_') "
+#define QUIVANE_TABLES                                                       \
+  "tables(TableName, TableID, TableFlags) AS ("                              \
+  "SELECT 'MSysFields', 1, 3 UNION ALL SELECT 'MSysTables', 2, 3 UNION ALL " \
+  "SELECT 'MSysIndexes', 3, 3 UNION ALL SELECT 'MSysProcs', 4, 3 UNION ALL " \
+  "SELECT name, 4 + rowid, iif(kind = 'table', 0, 2) FROM ("                 \
+  "SELECT s.rowid, s.name, " QUIVANE_KIND_OF_TABLE                           \
+  " AS kind FROM sqlite_schema s "                                           \
+  "WHERE s.type IN ('table', 'view') AND substr(s.name, 1, 7) <> 'sqlite_') WHERE kind <> 'shadow') "
 
 // A view whose tables are gone, or a table of an unknown module, can't be described: it has no fields here.
 #define QUIVANE_READABLE "iif(t.TableFlags <> 2 OR quivane_readable(t.TableName), t.TableName, '')"
@@ -55,6 +57,9 @@ constexpr std::array<CatalogueTable, 4> kTables{{
 }};
 #undef QUIVANE_TABLES
 #undef QUIVANE_READABLE
+
+// Views can stand on views, twofold and again twofold, until nobody lives to see them understood.
+constexpr std::chrono::milliseconds kViewPatience{100};
 
 // Type numbers of ODBC's SQL data types (sql.h, sqlext.h).
 int odbcTypeOf(TypeCode code) {
@@ -99,6 +104,7 @@ void odbcTypeFunction(sqlite3_context* context, int, sqlite3_value** arguments) 
 void readableFunction(sqlite3_context* context, int, sqlite3_value** arguments) {
   const auto* name = reinterpret_cast<const char*>(sqlite3_value_text(arguments[0]));
   sqlite3* connection = sqlite3_context_db_handle(context);
+  const StatementWatch::Limit limit(*static_cast<StatementWatch*>(sqlite3_user_data(context)), kViewPatience);
   sqlite3_stmt* statement = nullptr;
   char* sql = sqlite3_mprintf("SELECT * FROM main.\"%w\"", name);
   const int result =
@@ -212,17 +218,18 @@ const sqlite3_module kModule = [] {
 
 }  // namespace
 
-Status addCatalogue(sqlite3* connection) {
-  constexpr int kFlags = SQLITE_UTF8 | SQLITE_DETERMINISTIC | SQLITE_INNOCUOUS;
-  int result = sqlite3_create_function_v2(connection, "quivane_length", 1, kFlags, nullptr, lengthFunction,
-                                          nullptr, nullptr, nullptr);
+Status addCatalogue(sqlite3* connection, StatementWatch& watch) {
+  // For the catalogue's own statements, not for what a file brings along.
+  constexpr int kFlags = SQLITE_UTF8 | SQLITE_DIRECTONLY;
+  int result = sqlite3_create_function_v2(connection, "quivane_length", 1, kFlags | SQLITE_DETERMINISTIC,
+                                          nullptr, lengthFunction, nullptr, nullptr, nullptr);
   if (result == SQLITE_OK) {
-    result = sqlite3_create_function_v2(connection, "quivane_odbc_type", 1, kFlags, nullptr, odbcTypeFunction,
-                                        nullptr, nullptr, nullptr);
+    result = sqlite3_create_function_v2(connection, "quivane_odbc_type", 1, kFlags | SQLITE_DETERMINISTIC,
+                                        nullptr, odbcTypeFunction, nullptr, nullptr, nullptr);
   }
   if (result == SQLITE_OK) {
-    result = sqlite3_create_function_v2(connection, "quivane_readable", 1, SQLITE_UTF8 | SQLITE_INNOCUOUS,
-                                        nullptr, readableFunction, nullptr, nullptr, nullptr);
+    result = sqlite3_create_function_v2(connection, "quivane_readable", 1, kFlags, &watch, readableFunction,
+                                        nullptr, nullptr, nullptr);
   }
   for (const CatalogueTable& table : kTables) {
     for (const char* name : {table.name, table.secondName}) {

@@ -3,6 +3,7 @@
 #include <sqlite3.h>
 #include <string_view>
 
+#include "platform/store/engine/statement_watch.h"
 #include "platform/store/engine/status.h"
 
 namespace store {
@@ -16,8 +17,9 @@ namespace store {
 ///  - MSysProcs: ProcName, SQLText; without rows
 /// Tables stand in the order of their making, the catalogue itself before all others. TableID joins them.
 /// A table of the file that has such a name, in any letter case, hides the one of the catalogue from SELECT;
-/// by the name that catalogueSourceOf() gives it is still found.
-Status addCatalogue(sqlite3* connection);
+/// by the name that catalogueSourceOf() gives it is still found. A view that takes too long to be understood
+/// has no fields there. `watch` watches over the connection and outlives it.
+Status addCatalogue(sqlite3* connection, StatementWatch& watch);
 
 /// Whether `name`, in any letter case (ASCII), is one of the four.
 bool isCatalogueTable(const char* name);

@@ -49,6 +49,9 @@ bool isSameFile(const std::string& left, const std::string& right) {
 class StoreWithoutDatabase : public Backend {
  public:
   bool isReadOnly() const override { return true; }
+  // What it does, the making and deleting of files, is done at once.
+  void askWhileBusy(std::function<bool()>) override {}
+  void stop() override {}
 
   Status openRows(std::string_view source, SourceKind, std::unique_ptr<RowSource>* rows) override {
     std::int64_t affected = 0;

@@ -11,10 +11,21 @@ namespace {
 constexpr std::string_view kMagic{"SQLite format 3\0", 16};
 constexpr int kHeadBytes = 100;
 constexpr std::size_t kPageSizeOffset = 16;
+constexpr std::size_t kReadVersionOffset = 19;
+constexpr std::size_t kChangesOffset = 24;
+constexpr std::size_t kPageCountOffset = 28;
+constexpr std::size_t kCountValidForOffset = 92;
+constexpr unsigned char kWriteAheadVersion = 2;
 
 struct Head {
   std::array<unsigned char, kHeadBytes> bytes{};
   sqlite3_int64 fileLength = 0;
+
+  sqlite3_int64 number(std::size_t offset, std::size_t length) const {
+    sqlite3_int64 value = 0;
+    for (std::size_t index = 0; index < length; ++index) value = value << 8 | bytes[offset + index];
+    return value;
+  }
 };
 
 bool readHead(sqlite3* connection, Head* head) {
@@ -25,6 +36,14 @@ bool readHead(sqlite3* connection, Head* head) {
   // Bytes that a short file lacks are zero.
   const int read = file->pMethods->xRead(file, head->bytes.data(), kHeadBytes, 0);
   return read == SQLITE_OK || read == SQLITE_IOERR_SHORT_READ;
+}
+
+bool hasLog(sqlite3* connection) {
+  sqlite3_file* log = nullptr;
+  const int result = sqlite3_file_control(connection, "main", SQLITE_FCNTL_JOURNAL_POINTER, &log);
+  if (result != SQLITE_OK || log == nullptr || log->pMethods == nullptr) return false;
+  sqlite3_int64 length = 0;
+  return log->pMethods->xFileSize(log, &length) == SQLITE_OK && length > 0;
 }
 
 Status refusal(std::string reason) {
@@ -70,12 +89,15 @@ Status checkFileHead(sqlite3* connection) {
   return {};
 }
 
-bool hasWholePages(sqlite3* connection) {
+bool endsWithinPage(sqlite3* connection) {
   Head head;
-  if (!readHead(connection, &head) || head.fileLength < kHeadBytes) return true;
-  sqlite3_int64 pageSize = head.bytes[kPageSizeOffset] << 8 | head.bytes[kPageSizeOffset + 1];
+  if (!readHead(connection, &head) || head.fileLength < kHeadBytes) return false;
+  // The number of pages counts only if who wrote it was the last to write.
+  if (head.number(kChangesOffset, 4) != head.number(kCountValidForOffset, 4)) return false;
+  if (head.bytes[kReadVersionOffset] == kWriteAheadVersion && hasLog(connection)) return false;
+  sqlite3_int64 pageSize = head.number(kPageSizeOffset, 2);
   if (pageSize == 1) pageSize = 65536;  // which does not fit into the two bytes
-  return pageSize == 0 || head.fileLength % pageSize == 0;
+  return head.fileLength < pageSize * head.number(kPageCountOffset, 4);
 }
 
 bool isMarkedReadOnly(const std::string& path) {

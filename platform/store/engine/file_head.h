@@ -28,9 +28,12 @@ Status checkNewFile(const std::string& path);
 /// kind. Source of the format: "Database File Format", section 1.3, in SQLite's documentation.
 Status checkFileHead(sqlite3* connection);
 
-/// Whether the length of the file that `connection` has opened is a whole number of its pages. A whole
-/// database's is, between transactions; a file that was cut short seldom. True when it can't be read.
-bool hasWholePages(sqlite3* connection);
+/// Whether the file that `connection` has opened and read from ends within its last page, so that a part of
+/// that page is lost. (Whole pages that are missing SQLite notices by itself.) What stands behind the last
+/// page belongs to nobody and is no damage. False when it can't be told: when the file can't be read, when
+/// its head doesn't say how many pages it has (before SQLite 3.7.0), and as long as there is a write-ahead
+/// log, in which the page may still be.
+bool endsWithinPage(sqlite3* connection);
 
 /// Whether the file carries a mark that nobody is to write it.
 bool isMarkedReadOnly(const std::string& path);

@@ -24,9 +24,7 @@ void ReadLease::handOver() {
 void ReadLease::end() {
   if (!isActive_) return;
   isActive_ = false;
-  if (runKept(connection_, commit_, "COMMIT") != SQLITE_OK) {
-    sqlite3_exec(connection_, "ROLLBACK", nullptr, nullptr, nullptr);
-  }
+  if (runKept(connection_, commit_, "COMMIT") != SQLITE_OK) undo(connection_);
 }
 
 }  // namespace store

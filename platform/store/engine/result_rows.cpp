@@ -44,6 +44,7 @@ Status ResultRows::takeRows(sqlite3_stmt* statement) {
       !status) {
     return status;
   }
+  const StatementWatch::Asked asked(connection_.watch());
   const int columnCount = static_cast<int>(columns_.size());
   int result = SQLITE_ROW;
   while ((result = sqlite3_step(statement)) == SQLITE_ROW) {

@@ -58,6 +58,16 @@ bool startsWithWord(std::string_view sql, std::string_view word) {
 
 }  // namespace
 
+void SqliteBackend::askWhileBusy(std::function<bool()> question) {
+  ConnectionGuard::Use use(connection_->guard());
+  connection_->watch().ask(std::move(question));
+}
+
+void SqliteBackend::stop() {
+  // Not inside a Use, which whoever is to be stopped holds.
+  sqlite3_interrupt(connection_->handle());
+}
+
 Status SqliteBackend::openRows(std::string_view source, SourceKind kind, std::unique_ptr<RowSource>* rows) {
   ConnectionGuard::Use use(connection_->guard());
   if (kind == SourceKind::table) return openTable(source, rows);
@@ -172,6 +182,7 @@ Status SqliteBackend::runText(std::string_view text, std::int64_t* affected,
 Status SqliteBackend::makesOneRowOfAll(const SingleTableSelect& select, bool* makesOne) {
   *makesOne = false;
   if (select.isPlainTable) return {};
+  const StatementWatch::Asked asked(connection_->watch());
   SqliteStatement statement;
   const std::string sql =
       "SELECT " + select.columnList + " FROM " + select.tableClause + " WHERE 0 " + select.order;

@@ -1,5 +1,6 @@
 #include "platform/store/engine/sqlite_connection.h"
 
+#include <array>
 #include <chrono>
 #include <utility>
 
@@ -15,6 +16,20 @@ namespace {
 
 // A statement longer than this is not a question that a person asks.
 constexpr int kMostStatementBytes = 1'000'000;
+
+// Files come from anywhere. What other programs can make is read; what only serves to exhaust memory, stack
+// or patience is not. Lengths of values, numbers of columns and all else keep SQLite's own limits.
+struct Limit {
+  int what;
+  int most;
+};
+constexpr std::array<Limit, 4> kLimits{{
+    {SQLITE_LIMIT_SQL_LENGTH, 10 * kMostStatementBytes},  // of the definition of a table or view
+    {SQLITE_LIMIT_EXPR_DEPTH, 1000},                      // the most that SQLite's own tools can make
+    {SQLITE_LIMIT_VDBE_OP, 5'000'000},                    // steps of one statement, 24 bytes each
+    {SQLITE_LIMIT_TRIGGER_DEPTH, 1000},
+}};
+
 constexpr const char* kPageCacheKibibytes = "PRAGMA cache_size=-65536";
 
 // SQLite has one code for all that is wrong with a statement; its sentence tells which.
@@ -68,6 +83,8 @@ ErrorCode codeOf(int result, std::string_view message) {
       return ErrorCode::inputOutput;
     case SQLITE_NOMEM:
       return ErrorCode::outOfMemory;
+    case SQLITE_INTERRUPT:
+      return ErrorCode::stopped;
     default:
       return codeOfStatementError(message);
   }
@@ -92,6 +109,7 @@ Status statusOf(sqlite3* connection, int result) {
   std::string message = text != nullptr ? text : "The database can't be used.";
   const ErrorCode code = codeOf(result, message);
   if (code == ErrorCode::locked) message = "Another program is using the database.";
+  if (code == ErrorCode::stopped) message = "The statement was stopped.";
   return {code, std::move(message)};
 }
 
@@ -132,12 +150,11 @@ Status SqliteConnection::openFile(const std::string& path) {
 
 Status SqliteConnection::configure() {
   sqlite3* connection = handle_.get();
-  // The engine's own statements are made around those from outside.
-  sqlite3_limit(connection, SQLITE_LIMIT_SQL_LENGTH, 2 * kMostStatementBytes);
+  for (const Limit& limit : kLimits) sqlite3_limit(connection, limit.what, limit.most);
   sqlite3_db_config(connection, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
   sqlite3_db_config(connection, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
   sqlite3_db_config(connection, SQLITE_DBCONFIG_ENABLE_FKEY, 1, nullptr);
-  for (const char* setting : {"PRAGMA synchronous=FULL", kPageCacheKibibytes}) {
+  for (const char* setting : {"PRAGMA synchronous=FULL", "PRAGMA cell_size_check=ON", kPageCacheKibibytes}) {
     if (Status status = run(connection, setting); !status) return status;
   }
   return {};
@@ -148,7 +165,20 @@ Status SqliteConnection::checkWhole() {
   if (Status status = prepare("SELECT count(*) FROM sqlite_schema", &statement); !status) return status;
   if (const int result = sqlite3_step(statement.get()); result != SQLITE_ROW)
     return statusOf(handle(), result);
-  if (!hasWholePages(handle())) return {ErrorCode::damaged, "The file is cut short."};
+  if (endsWithinPage(handle())) return {ErrorCode::damaged, "The file is cut short."};
+  return {};
+}
+
+// Only pages hold rows, and even the smallest row takes six bytes of one: its cell and where that stands. A
+// damaged tree that leads to the same pages again and again has more, without end.
+Status SqliteConnection::readMostRows(std::uint64_t* most) {
+  SqliteStatement statement;
+  Status status = prepare(
+      "SELECT p.page_count * s.page_size / 6 FROM pragma_page_count p, pragma_page_size s", &statement);
+  if (!status) return status;
+  const int result = sqlite3_step(statement.get());
+  if (result != SQLITE_ROW) return statusOf(handle(), result);
+  *most = static_cast<std::uint64_t>(sqlite3_column_int64(statement.get(), 0));
   return {};
 }
 
@@ -157,13 +187,14 @@ Status SqliteConnection::open(const std::string& path, const OpenOptions& option
   path_ = path;
   if (Status status = openFile(path); !status) return status;
   if (Status status = checkFileHead(handle()); !status) return status;
+  watch_.emplace(handle());
   guard_.emplace(handle(), std::chrono::milliseconds(options.lockWait), [this] { letGo(); });
   lease_.emplace(handle(), *guard_);
   journal_.emplace(handle());
   ConnectionGuard::Use use(*guard_);
   Status status = configure();
   if (status) status = statusOf(handle(), addMomentCollation(handle()));
-  if (status) status = addCatalogue(handle());
+  if (status) status = addCatalogue(handle(), *watch_);
   if (status) status = SqliteRowScan::addFunction(handle());
   if (status) status = checkWhole();
   if (status) status = readSchemaVersion(&schemaVersion_);
@@ -196,6 +227,7 @@ Status SqliteConnection::prepareUser(std::string_view sql, UserStatement* statem
   if (sql.find('\0') != std::string_view::npos) {
     return {ErrorCode::errorsInCommand, "A statement can't hold a zero character."};
   }
+  const StatementWatch::Asked asked(*watch_);
   permissions_.beginOutside();
   sqlite3_stmt* prepared = nullptr;
   const char* tail = nullptr;
@@ -264,9 +296,7 @@ Status SqliteConnection::failRead(int result) {
 SqliteConnection::WriteTransaction::~WriteTransaction() {
   // SQLite undoes by itself what fails beyond repair, and is then outside a transaction already.
   sqlite3* connection = connection_.handle();
-  if (open_ && sqlite3_get_autocommit(connection) == 0) {
-    sqlite3_exec(connection, "ROLLBACK", nullptr, nullptr, nullptr);
-  }
+  if (open_) undo(connection);
 }
 
 Status SqliteConnection::WriteTransaction::begin(sqlite3_stmt* claim) {
@@ -298,6 +328,7 @@ bool SqliteConnection::WriteTransaction::takeOverReading(sqlite3_stmt* claim) {
 
 Status SqliteConnection::WriteTransaction::run(sqlite3_stmt* statement,
                                                const std::function<void(sqlite3_stmt*)>& onRow) {
+  const StatementWatch::Asked asked(connection_.watch());
   int result = SQLITE_ROW;
   while ((result = sqlite3_step(statement)) == SQLITE_ROW) {
     if (onRow) onRow(statement);
@@ -327,6 +358,7 @@ Status SqliteConnection::WriteTransaction::commitStructure(bool tablesChange) {
 Status SqliteConnection::runAlone(sqlite3_stmt* statement) {
   if (Status status = checkFile(); !status) return status;
   letGo();
+  const StatementWatch::Asked asked(*watch_);
   int result = SQLITE_ROW;
   while (result == SQLITE_ROW) result = sqlite3_step(statement);
   Status status = statusOf(handle(), result);

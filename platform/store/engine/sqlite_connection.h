@@ -14,6 +14,7 @@
 #include "platform/store/engine/rollback_journal.h"
 #include "platform/store/engine/sqlite_statement.h"
 #include "platform/store/engine/statement_permissions.h"
+#include "platform/store/engine/statement_watch.h"
 #include "platform/store/engine/status.h"
 
 namespace store {
@@ -35,6 +36,7 @@ class SqliteConnection {
 
   sqlite3* handle() const { return handle_.get(); }
   ConnectionGuard& guard() { return *guard_; }
+  StatementWatch& watch() { return *watch_; }
   const std::string& path() const { return path_; }
   bool isReadOnly() const { return readOnly_; }
 
@@ -61,6 +63,8 @@ class SqliteConnection {
   Status beginRead();
   /// A read failed with SQLite's `result`: ends the transaction and returns what happened.
   Status failRead(int result);
+  /// Inside a read transaction: more rows than any table of the file can have.
+  Status readMostRows(std::uint64_t* most);
   /// Ends the read transaction if there is one.
   void endRead() { lease_->end(); }
 
@@ -109,7 +113,8 @@ class SqliteConnection {
 
   std::string path_;
   std::unique_ptr<sqlite3, Closer> handle_;
-  // Made without taking memory, so that all three are there or none.
+  // Made without taking memory, so that all of them are there or none.
+  std::optional<StatementWatch> watch_;
   std::optional<ConnectionGuard> guard_;
   std::optional<ReadLease> lease_;
   std::optional<RollbackJournal> journal_;

@@ -47,6 +47,13 @@ int runKept(sqlite3* connection, SqliteStatement& statement, const char* sql) {
   return result == SQLITE_DONE || result == SQLITE_ROW ? SQLITE_OK : result;
 }
 
+void undo(sqlite3* connection) {
+  int result = SQLITE_INTERRUPT;
+  while ((result & 0xFF) == SQLITE_INTERRUPT && sqlite3_get_autocommit(connection) == 0) {
+    result = sqlite3_exec(connection, "ROLLBACK", nullptr, nullptr, nullptr);
+  }
+}
+
 int bindValue(sqlite3_stmt* statement, int position, const Value& value) {
   return std::visit(Binder{statement, position, SQLITE_STATIC}, value);
 }

@@ -22,6 +22,9 @@ int prepareKept(sqlite3* connection, SqliteStatement& statement, const char* sql
 /// for success.
 int runKept(sqlite3* connection, SqliteStatement& statement, const char* sql);
 
+/// Undoes the open transaction, if there is one, also while another thread stops what runs.
+void undo(sqlite3* connection);
+
 /// Ends a run of a statement when the scope ends: it holds no lock and no row afterwards.
 class StatementRun {
  public:

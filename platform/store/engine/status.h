@@ -33,6 +33,7 @@ enum class ErrorCode {
   fileReplaced,      ///< another program put another file in the place of the open one
   inputOutput,       ///< the system failed to read or write, or the disk is full
   outOfMemory,
+  stopped,  ///< who watched over the statement stopped it
 };
 
 /// The outcome of an operation: a code, and for a failure a sentence in English for the user.

@@ -23,6 +23,26 @@ std::string keyAlias(std::size_t number) {
   return "[quivane key " + std::to_string(number) + "]";
 }
 
+/// Tells a table that has no end. What that would be is asked only of tables that are not small.
+class RowBound {
+ public:
+  explicit RowBound(SqliteConnection& connection) : connection_(connection) {}
+
+  bool isReached(std::size_t count) const { return count >= next_; }
+
+  Status check(std::size_t count) {
+    std::uint64_t most = 0;
+    if (Status status = connection_.readMostRows(&most); !status) return status;
+    if (count > most) return {ErrorCode::damaged, "The database is damaged: a table has no end."};
+    next_ = static_cast<std::size_t>(most) + 1;
+    return {};
+  }
+
+ private:
+  SqliteConnection& connection_;
+  std::size_t next_ = 100'000;
+};
+
 std::string joined(const std::vector<std::string>& parts, const char* separator) {
   std::string text;
   for (const std::string& part : parts) {
@@ -105,18 +125,27 @@ Status TableRows::readKeys(KeySet* keys) {
     connection_.endRead();
     return prepared;
   }
+  const StatementWatch::Asked asked(connection_.watch());
   const int firstKey = sqlite3_column_count(statement.get()) - static_cast<int>(keyNames_.size());
   const bool byRowId = !isTupleKeyed();
   KeySet read(byRowId ? KeySet::Kind::rowId : KeySet::Kind::tuple);
   sqlite3_stmt* rows = statement.get();
   int result = SQLITE_ROW;
+  Status status;
+  RowBound bound(connection_);
   if (byRowId) {
-    while ((result = sqlite3_step(rows)) == SQLITE_ROW) read.append(sqlite3_column_int64(rows, firstKey));
+    while (status && (result = sqlite3_step(rows)) == SQLITE_ROW) {
+      read.append(sqlite3_column_int64(rows, firstKey));
+      if (bound.isReached(read.count())) status = bound.check(read.count());
+    }
   } else {
-    while ((result = sqlite3_step(rows)) == SQLITE_ROW) read.append(returnedKey(rows, firstKey));
+    while (status && (result = sqlite3_step(rows)) == SQLITE_ROW) {
+      read.append(returnedKey(rows, firstKey));
+      if (bound.isReached(read.count())) status = bound.check(read.count());
+    }
   }
-  if (result != SQLITE_DONE) {
-    Status status = statusOf(connection_.handle(), result);
+  if (status) status = statusOf(connection_.handle(), result);
+  if (!status) {
     statement.reset();
     connection_.endRead();
     return status;
@@ -135,6 +164,7 @@ Status TableRows::fetch(const KeySet& keys, std::size_t index, Row* row) {
 }
 
 Status TableRows::readRow(const KeySet& keys, std::size_t index, Row* row) {
+  const StatementWatch::Asked asked(connection_.watch());
   StatementRun run(fetch_.get());
   if (bindKey(fetch_.get(), 1, keys, index) != SQLITE_OK) return outOfMemory();
   const int result = sqlite3_step(fetch_.get());

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "platform/store/engine/table_kind.h"
+
 namespace store {
 
 namespace {
@@ -23,9 +25,10 @@ constexpr std::string_view kOwnPrefix = "sqlite_";
 
 Status readKind(SqliteConnection& connection, std::string_view name, TableSchema* schema) {
   SqliteStatement statement;
-  Status status = connection.prepare(
-      "SELECT type, wr FROM pragma_table_list WHERE schema = 'main' AND name = ?1 COLLATE NOCASE",
-      &statement);
+  Status status = connection.prepare("SELECT " QUIVANE_KIND_OF_TABLE
+                                     " FROM sqlite_schema s WHERE s.type IN ('table', 'view') AND s.name = "
+                                     "?1 COLLATE NOCASE",
+                                     &statement);
   if (!status) return status;
   if (!bindText(statement.get(), name)) return {ErrorCode::outOfMemory, "Out of memory."};
   const int result = sqlite3_step(statement.get());
@@ -34,7 +37,6 @@ Status readKind(SqliteConnection& connection, std::string_view name, TableSchema
   const bool isOwn = name.size() >= kOwnPrefix.size() &&
                      sameName(std::string(kOwnPrefix), name.substr(0, kOwnPrefix.size()));
   schema->ordinary = columnText(statement.get(), 0) == "table" && !isOwn;
-  schema->withoutRowId = sqlite3_column_int(statement.get(), 1) != 0;
   return {};
 }
 
@@ -59,15 +61,19 @@ Status readColumns(SqliteConnection& connection, std::string_view name, TableSch
   return statusOf(connection.handle(), result);
 }
 
-// An INTEGER PRIMARY KEY has no index of its own when it is the row id itself. (With DESC it is not.)
-Status readHasKeyIndex(SqliteConnection& connection, std::string_view name, bool* hasKeyIndex) {
+// An INTEGER PRIMARY KEY has no index of its own when it is the row id itself. (With DESC it is not.) The
+// index of a table without row ids is the table, and nothing in it leads to a row id.
+Status readKeyIndex(SqliteConnection& connection, std::string_view name, bool* hasKeyIndex, bool* hasRowId) {
   SqliteStatement statement;
-  Status status =
-      connection.prepare("SELECT 1 FROM pragma_index_list(?1, 'main') WHERE origin = 'pk'", &statement);
+  Status status = connection.prepare(
+      "SELECT EXISTS (SELECT 1 FROM pragma_index_xinfo(i.name, 'main') WHERE cid = -1) "
+      "FROM pragma_index_list(?1, 'main') i WHERE i.origin = 'pk'",
+      &statement);
   if (!status) return status;
   if (!bindText(statement.get(), name)) return {ErrorCode::outOfMemory, "Out of memory."};
   const int result = sqlite3_step(statement.get());
   *hasKeyIndex = result == SQLITE_ROW;
+  *hasRowId = !*hasKeyIndex || sqlite3_column_int(statement.get(), 0) != 0;
   return statusOf(connection.handle(), result);
 }
 
@@ -101,11 +107,15 @@ const TableSchema::Column* TableSchema::find(std::string_view name) const {
 }
 
 Status readTableSchema(SqliteConnection& connection, std::string_view name, TableSchema* schema) {
+  // To know the columns of a view is to understand what it stands on.
+  const StatementWatch::Asked asked(connection.watch());
   TableSchema read;
   if (Status status = readKind(connection, name, &read); !status) return status;
   if (Status status = readColumns(connection, name, &read); !status) return status;
   bool hasKeyIndex = false;
-  if (Status status = readHasKeyIndex(connection, name, &hasKeyIndex); !status) return status;
+  bool hasRowId = true;
+  if (Status status = readKeyIndex(connection, name, &hasKeyIndex, &hasRowId); !status) return status;
+  read.withoutRowId = !hasRowId;
   const std::vector<std::string> keys = read.keyColumns();
   read.rowIdIsColumn = !read.withoutRowId && keys.size() == 1 && !hasKeyIndex;
   *schema = std::move(read);

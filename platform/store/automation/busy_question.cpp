@@ -1,0 +1,40 @@
+#include "platform/store/automation/busy_question.h"
+
+namespace automation {
+
+namespace {
+
+constexpr std::chrono::milliseconds kBetween{20};
+
+thread_local bool t_isBeingAsked = false;
+
+class Asking {
+ public:
+  Asking() { t_isBeingAsked = true; }
+  ~Asking() { t_isBeingAsked = false; }
+  Asking(const Asking&) = delete;
+  Asking& operator=(const Asking&) = delete;
+};
+
+}  // namespace
+
+bool BusyQuestion::isBeingAsked() {
+  return t_isBeingAsked;
+}
+
+bool BusyQuestion::operator()() {
+  const auto now = std::chrono::steady_clock::now();
+  if (t_isBeingAsked || now < next_) return false;
+  const Asking asking;
+  DISPPARAMS none{};
+  OwnedVariant answer;
+  const HRESULT result =
+      object_->Invoke(DISPID_VALUE, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD | DISPATCH_PROPERTYGET,
+                      &none, answer.get(), nullptr, nullptr);
+  // Counted from the end: an object that takes its time is not asked without a pause.
+  next_ = std::chrono::steady_clock::now() + kBetween;
+  OwnedVariant stops;
+  return SUCCEEDED(result) && stops.convert(*answer, VT_BOOL) && V_BOOL(stops.get()) != VARIANT_FALSE;
+}
+
+}  // namespace automation

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <windows.h>
+
+#include <oaidl.h>
+
+#include <chrono>
+
+#include "platform/store/automation/com_values.h"
+
+namespace automation {
+
+/// A client's object that says, while a statement takes its time, whether to stop it: by its default member,
+/// without arguments. Copies ask the same object.
+class BusyQuestion {
+ public:
+  explicit BusyQuestion(ComPtr<IDispatch> object) : object_(std::move(object)) {}
+
+  /// Whether to stop. Bothers the object at most 50 times a second; one that fails stops nothing.
+  bool operator()();
+
+  /// Whether the calling thread is inside such a question. Then the database is in the midst of something,
+  /// and the objects of this module can't be used.
+  static bool isBeingAsked();
+
+ private:
+  ComPtr<IDispatch> object_;
+  std::chrono::steady_clock::time_point next_{};
+};
+
+}  // namespace automation

@@ -1,0 +1,135 @@
+// Statements that take their time: whom the connection asks, and what stops them.
+#include <atomic>
+#include <functional>
+#include <memory>
+#include <thread>
+#include <utility>
+#include <vector>
+
+#include "tests/automation/automation_test.h"
+
+namespace automationtest {
+namespace {
+
+constexpr HRESULT kStopped = static_cast<HRESULT>(0x80040E4Eu);
+constexpr wchar_t kEndless[] =
+    L"WITH RECURSIVE s(n) AS (SELECT 1 UNION ALL SELECT n + 1 FROM s) SELECT count(*) FROM s, T";
+
+/// A script's function.
+class Question final : public IDispatch {
+ public:
+  using Answer = std::function<OwnedVariant(int asked)>;
+  explicit Question(Answer answer) : answer_(std::move(answer)) {}
+  virtual ~Question() = default;
+
+  int asked() const { return asked_; }
+  long references() const { return references_; }
+
+  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID interfaceId, void** object) override {
+    const bool known = interfaceId == IID_IUnknown || interfaceId == IID_IDispatch;
+    *object = known ? this : nullptr;
+    if (known) AddRef();
+    return known ? S_OK : E_NOINTERFACE;
+  }
+  ULONG STDMETHODCALLTYPE AddRef() override { return static_cast<ULONG>(++references_); }
+  ULONG STDMETHODCALLTYPE Release() override { return static_cast<ULONG>(--references_); }
+  HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT*) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override {
+    return E_NOTIMPL;
+  }
+  HRESULT STDMETHODCALLTYPE Invoke(DISPID member, REFIID, LCID, WORD, DISPPARAMS* arguments, VARIANT* result,
+                                   EXCEPINFO*, UINT*) override {
+    EXPECT_EQ(DISPID_VALUE, member);
+    EXPECT_EQ(0u, arguments->cArgs);
+    *result = answer_(++asked_).detach();
+    return S_OK;
+  }
+
+ private:
+  Answer answer_;
+  int asked_ = 0;
+  long references_ = 1;
+};
+
+class StopTest : public AutomationTest {
+ protected:
+  StopTest() {
+    EXPECT_EQ(execute(connection_.get(), L"CREATE TABLE 'T' (N Integer)"), S_OK);
+    EXPECT_EQ(execute(connection_.get(), L"INSERT INTO T VALUES (1), (2)"), S_OK);
+  }
+
+  void expectUsable() {
+    EXPECT_THAT(columnTexts(recordsOf(connection_.get(), L"Select * from [T]").get(), 0),
+                testing::ElementsAre(L"1", L"2"));
+  }
+
+  /// Has the connection ask a function that answers so.
+  Question& ask(Question::Answer answer) {
+    questions_.push_back(std::make_unique<Question>(std::move(answer)));
+    EXPECT_EQ(connection_->AskWhileBusy(questions_.back().get()), S_OK);
+    return *questions_.back();
+  }
+
+ private:
+  // In front of the connection, which lets go of them at its end.
+  std::vector<std::unique_ptr<Question>> questions_;
+
+ protected:
+  ComPtr<IAdoceConnection> connection_ = openNewDatabase();
+};
+
+TEST_F(StopTest, AnAnswerThatIsTrueStopsAnEndlessStatement) {
+  const Question& question = ask([](int asked) { return variant(asked >= 3 ? -1L : 0L); });
+  ComPtr<IAdoceRecordset> records = newRecordset();
+  EXPECT_EQ(openOn(records.get(), connection_.get(), kEndless), kStopped);
+  EXPECT_EQ(question.asked(), 3);
+  EXPECT_EQ(execute(connection_.get(),
+                    L"INSERT INTO T SELECT a.N FROM T a, (WITH RECURSIVE s(n) AS (SELECT 1 "
+                    L"UNION ALL SELECT n + 1 FROM s) SELECT n FROM s)"),
+            kStopped);
+  expectUsable();
+}
+
+TEST_F(StopTest, TheQuestionCantUseTheDatabase) {
+  HRESULT used = S_OK;
+  ask([&](int) {
+    used = execute(connection_.get(), L"DELETE FROM T");
+    return variant(-1L);
+  });
+  EXPECT_EQ(execute(connection_.get(), kEndless), kStopped);
+  EXPECT_EQ(used, objectModelError(3219));
+  expectUsable();
+}
+
+TEST_F(StopTest, NobodyIsAskedAfterNullAndAfterClose) {
+  Question& question = ask([](int) { return variant(-1L); });
+  EXPECT_EQ(question.references(), 2);
+  ASSERT_EQ(connection_->AskWhileBusy(nullptr), S_OK);
+  EXPECT_EQ(question.references(), 1);
+  ASSERT_EQ(connection_->AskWhileBusy(&question), S_OK);
+  ASSERT_EQ(connection_->Close(), S_OK);
+  EXPECT_EQ(question.references(), 1);
+  EXPECT_EQ(connection_->AskWhileBusy(&question), objectModelError(3709));
+  EXPECT_EQ(question.references(), 1);
+}
+
+TEST_F(StopTest, AnotherThreadStopsWhatRuns) {
+  std::atomic<bool> isDone = false;
+  std::thread stopper([&] {
+    while (!isDone) {
+      EXPECT_EQ(connection_->Stop(), S_OK);
+      std::this_thread::yield();
+    }
+  });
+  EXPECT_EQ(execute(connection_.get(), kEndless), kStopped);
+  isDone = true;
+  stopper.join();
+  EXPECT_EQ(connection_->Stop(), S_OK);
+  expectUsable();
+  ASSERT_EQ(connection_->Close(), S_OK);
+  EXPECT_EQ(connection_->Stop(), S_OK);
+}
+
+}  // namespace
+}  // namespace automationtest
