@@ -16,6 +16,7 @@ packages_display=(xvfb imagemagick)
 packages_native=(g++)
 packages_test=(googletest)
 packages_benchmark=(libbenchmark-dev)
+packages_fuzz=(cmake ninja-build ccache clang)
 packages_npm=(npm nodejs)
 
 # --- SQLite ----------------------------------------------------------------------------------------
