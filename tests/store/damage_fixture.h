@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdio>
 #include <ctime>
 #include <filesystem>
 #include <string>
@@ -25,6 +26,10 @@ class DamageTest : public StoreTest {
         "WITH RECURSIVE s(n) AS (VALUES (1) UNION ALL SELECT n + 1 FROM s WHERE n < 25) "
         "INSERT INTO t SELECT n, 'text ' || n, zeroblob(n * 45) FROM s; INSERT INTO p SELECT a, id FROM t;"
         "INSERT INTO gone SELECT printf('%0400d', id) FROM t; DELETE FROM gone WHERE rowid > 2");
+  }
+
+  void TearDown() override {
+    if (refused_ + opened_ > 0) std::printf("%d files refused, %d opened\n", refused_, opened_);
   }
 
   /// Walks over the damaged file. `writes` changes it, too; it is then not compared.
