@@ -13,7 +13,6 @@
 #include "dialogs/options_page_procedures.h"
 #include "dialogs/options_page_window.h"
 #include "platform/pocketshell/handheld_windows.h"
-#include "views/message_table.h"
 
 namespace {
 
@@ -24,21 +23,22 @@ constexpr int kListWidth = 228;
 constexpr int kListHeight = 161;
 
 /// The selected entry of the live colour table, null for none.
-std::uint32_t* selectedColor() {
-  const auto index = static_cast<std::size_t>(theColorOptionsPage->selectedIndex);
+std::uint32_t* selectedColor(HWND page) {
+  const auto index = static_cast<std::size_t>(optionspage::objectOf<ColorOptionsPage>(page).selectedIndex);
   return index < appColors.size() ? &appColors[index] : nullptr;
 }
 
 void refreshSwatch(HWND page) {
-  theColorOptionsPage->selectedIndex = listbox::selectedIndex(GetDlgItem(page, IDC_COLORS));
-  if (!selectedColor()) return;
+  optionspage::objectOf<ColorOptionsPage>(page).selectedIndex =
+      listbox::selectedIndex(GetDlgItem(page, IDC_COLORS));
+  if (!selectedColor(page)) return;
   const RECT swatch = swatchPlace();
   InvalidateRect(page, &swatch, TRUE);
   UpdateWindow(page);
 }
 
 void pickColor(HWND page) {
-  std::uint32_t* const color = selectedColor();
+  std::uint32_t* const color = selectedColor(page);
   if (!color) return;
   CHOOSECOLORW choice{};
   choice.lStructSize = sizeof(choice);
@@ -66,11 +66,11 @@ void fillList(HWND list) {
   listbox::select(list, 0);
 }
 
-LRESULT opened(HWND page, UINT, WPARAM, LPARAM) {
-  theColorOptionsPage->window = page;
-  optionspage::open(page);
+LRESULT opened(HWND page, UINT, WPARAM, LPARAM lParam) {
+  optionspage::open(page, lParam);
+  optionspage::objectOf<ColorOptionsPage>(page).window = page;
   fillList(GetDlgItem(page, IDC_COLORS));
-  theColorOptionsPage->selectedIndex = 0;
+  optionspage::objectOf<ColorOptionsPage>(page).selectedIndex = 0;
   PostMessageW(page, kRedrawSwatchMessage, 0, 0);
   return TRUE;
 }
@@ -96,14 +96,14 @@ LRESULT notified(HWND page, UINT message, WPARAM wParam, LPARAM lParam) {
 LRESULT painted(HWND page, UINT, WPARAM, LPARAM) {
   PAINTSTRUCT paint{};
   const HDC dc = BeginPaint(page, &paint);
-  if (const std::uint32_t* const color = selectedColor()) drawSwatch(dc, *color);
+  if (const std::uint32_t* const color = selectedColor(page)) drawSwatch(dc, *color);
   EndPaint(page, &paint);
   return TRUE;
 }
 
 LRESULT closed(HWND page, UINT, WPARAM, LPARAM) {
   listbox::clear(GetDlgItem(page, IDC_COLORS));
-  theColorOptionsPage->window = nullptr;
+  optionspage::objectOf<ColorOptionsPage>(page).window = nullptr;
   return FALSE;
 }
 
@@ -116,5 +116,5 @@ constexpr MessageRow kMessages[] = {
 }  // namespace
 
 INT_PTR CALLBACK colorOptionsProcedure(HWND page, UINT message, WPARAM wParam, LPARAM lParam) noexcept {
-  return answerFromTable(kMessages, page, message, wParam, lParam, optionspage::answerAsAnyPage);
+  return optionspage::answer(kMessages, page, message, wParam, lParam);
 }

@@ -3,22 +3,22 @@
 #include "dialogs/options_page_procedures.h"
 #include "dialogs/options_page_window.h"
 #include "dialogs/radio_choice.h"
-#include "views/message_table.h"
 
 namespace {
 
 constexpr RadioChoice kRights = {IDC_RIGHTS_NONE, IDC_RIGHTS_NEW_AND_DELETE};
 
-LRESULT opened(HWND page, UINT, WPARAM, LPARAM) {
-  theGeneralOptionsPage->window = page;
-  optionspage::open(page);
-  checkRadioChoice(page, kRights, theGeneralOptionsPage->updateRights);
-  optionspage::setCheckState(page, IDC_OPEN_LAST_TABLE, theGeneralOptionsPage->openLastTable);
+LRESULT opened(HWND page, UINT, WPARAM, LPARAM lParam) {
+  optionspage::open(page, lParam);
+  auto& values = optionspage::objectOf<GeneralOptionsPage>(page);
+  values.window = page;
+  checkRadioChoice(page, kRights, values.updateRights);
+  optionspage::setCheckState(page, IDC_OPEN_LAST_TABLE, values.openLastTable);
   return TRUE;
 }
 
 LRESULT commanded(HWND page, UINT, WPARAM wParam, LPARAM) {
-  GeneralOptionsPage& values = *theGeneralOptionsPage;
+  auto& values = optionspage::objectOf<GeneralOptionsPage>(page);
   values.updateRights = checkedRadioChoice(page, kRights).value_or(values.updateRights);
   if (optionspage::isClick(wParam, IDC_OPEN_LAST_TABLE)) {
     values.openLastTable = optionspage::checkState(page, IDC_OPEN_LAST_TABLE);
@@ -26,8 +26,8 @@ LRESULT commanded(HWND page, UINT, WPARAM wParam, LPARAM) {
   return FALSE;
 }
 
-LRESULT closed(HWND, UINT, WPARAM, LPARAM) {
-  theGeneralOptionsPage->window = nullptr;
+LRESULT closed(HWND page, UINT, WPARAM, LPARAM) {
+  optionspage::objectOf<GeneralOptionsPage>(page).window = nullptr;
   return FALSE;
 }
 
@@ -40,5 +40,5 @@ constexpr MessageRow kMessages[] = {
 }  // namespace
 
 INT_PTR CALLBACK generalOptionsProcedure(HWND page, UINT message, WPARAM wParam, LPARAM lParam) noexcept {
-  return answerFromTable(kMessages, page, message, wParam, lParam, optionspage::answerAsAnyPage);
+  return optionspage::answer(kMessages, page, message, wParam, lParam);
 }

@@ -6,7 +6,6 @@
 #include "platform/pocketshell/handheld_windows.h"
 #include "views/dialog_colors.h"
 #include "views/dialog_place.h"
-#include "views/message_table.h"
 
 namespace {
 
@@ -31,16 +30,25 @@ constexpr MessageRow kMessages[] = {
     {WM_CTLCOLORDLG, colorDialog},
 };
 
+LRESULT answerAsAnyPage(HWND page, UINT message, WPARAM wParam, LPARAM lParam) noexcept {
+  return answerFromTable(kMessages, page, message, wParam, lParam, leaveToSystem);
+}
+
 }  // namespace
 
-void optionspage::open(HWND page) {
+void optionspage::open(HWND page, LPARAM lParam) {
+  SetWindowLongPtrW(page, DWLP_USER, reinterpret_cast<const PROPSHEETPAGEW*>(lParam)->lParam);
   fillScreen(page, SHIDIF_SIPDOWN);
   layOutControls(page);
   HandheldMoveWindow(page, 0, 0, kWidth, kHeight, FALSE);
 }
 
-LRESULT optionspage::answerAsAnyPage(HWND page, UINT message, WPARAM wParam, LPARAM lParam) noexcept {
-  return answerFromTable(kMessages, page, message, wParam, lParam, leaveToSystem);
+INT_PTR optionspage::answer(std::span<const MessageRow> table, HWND page, UINT message, WPARAM wParam,
+                            LPARAM lParam) noexcept {
+  // What comes before the page has its object is nothing of its own.
+  const bool isOpen = message == WM_INITDIALOG || GetWindowLongPtrW(page, DWLP_USER) != 0;
+  return answerFromTable(isOpen ? table : std::span<const MessageRow>(), page, message, wParam, lParam,
+                         answerAsAnyPage);
 }
 
 LRESULT optionspage::answerSheet(HWND page, UINT, WPARAM, LPARAM lParam) {

@@ -2,6 +2,10 @@
 
 #include <windows.h>
 
+#include <span>
+
+#include "views/message_table.h"
+
 /// What the windows of the options sheet's pages have in common.
 namespace optionspage {
 
@@ -9,13 +13,22 @@ namespace optionspage {
 inline constexpr int kWidth = 240;
 inline constexpr int kHeight = 246;
 
-/// To be called first in WM_INITDIALOG: lays the page and its controls out.
-void open(HWND page);
+/// To be called first in WM_INITDIALOG, with its lParam: finds the object of the page and lays the page and
+/// its controls out.
+void open(HWND page, LPARAM lParam);
 
-/// For the messages that a page's own table has no row for: the page keeps its place and its colours.
-LRESULT answerAsAnyPage(HWND page, UINT message, WPARAM wParam, LPARAM lParam) noexcept;
+/// What a page works on (base/options_pages.h), as its description in the sheet names it; from open on.
+template <typename Page>
+Page& objectOf(HWND page) {
+  return *reinterpret_cast<Page*>(GetWindowLongPtrW(page, DWLP_USER));
+}
 
-/// For WM_NOTIFY, of which answerAsAnyPage is one caller: nothing keeps the sheet from closing.
+/// The dialog procedure of a page: by the page's own table, and what that has no row for as any page does,
+/// which keeps its place and its colours.
+INT_PTR answer(std::span<const MessageRow> table, HWND page, UINT message, WPARAM wParam,
+               LPARAM lParam) noexcept;
+
+/// For WM_NOTIFY, unless the page's own table has a row for it: nothing keeps the sheet from closing.
 LRESULT answerSheet(HWND page, UINT message, WPARAM wParam, LPARAM lParam);
 
 /// Whether a WM_COMMAND with this wParam is a click on the button `id`.

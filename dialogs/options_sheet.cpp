@@ -23,18 +23,6 @@ constexpr RECT kOkPlace = {187, 271, 237, 291};
 
 constexpr UINT_PTR kSubclassId = 1;
 
-struct PageTemplate {
-  WORD id;
-  DLGPROC procedure;
-};
-
-constexpr std::array<PageTemplate, 4> kPages = {{
-    {IDD_OPTIONS_GENERAL, generalOptionsProcedure},
-    {IDD_OPTIONS_SECURITY, securityOptionsProcedure},
-    {IDD_OPTIONS_VIEW, viewOptionsProcedure},
-    {IDD_OPTIONS_COLOR, colorOptionsProcedure},
-}};
-
 HWND tabsOf(HWND sheet) {
   return reinterpret_cast<HWND>(SendMessageW(sheet, PSM_GETTABCONTROL, 0, 0));
 }
@@ -92,20 +80,27 @@ int CALLBACK sheetCallback(HWND sheet, UINT message, LPARAM) noexcept {
   return 0;
 }
 
-PROPSHEETPAGEW descriptionOf(const PageTemplate& page) {
+/// A page that works on `object`.
+template <typename Page>
+PROPSHEETPAGEW descriptionOf(WORD templateId, DLGPROC procedure, Page& object) {
   PROPSHEETPAGEW description{};
   description.dwSize = sizeof(description);
   description.hInstance = GetModuleHandleW(nullptr);
-  description.pszTemplate = MAKEINTRESOURCEW(page.id);
-  description.pfnDlgProc = page.procedure;
+  description.pszTemplate = MAKEINTRESOURCEW(templateId);
+  description.pfnDlgProc = procedure;
+  description.lParam = reinterpret_cast<LPARAM>(&object);
   return description;
 }
 
 }  // namespace
 
-bool runOptionsSheet(HWND owner) {
-  std::array<PROPSHEETPAGEW, kPages.size()> pages{};
-  for (std::size_t i = 0; i < pages.size(); ++i) pages[i] = descriptionOf(kPages[i]);
+bool runOptionsSheet(HWND owner, Options& options) {
+  const std::array pages = {
+      descriptionOf(IDD_OPTIONS_GENERAL, generalOptionsProcedure, options.generalPage()),
+      descriptionOf(IDD_OPTIONS_SECURITY, securityOptionsProcedure, options.securityPage()),
+      descriptionOf(IDD_OPTIONS_VIEW, viewOptionsProcedure, options.viewPage()),
+      descriptionOf(IDD_OPTIONS_COLOR, colorOptionsProcedure, options.colorPage()),
+  };
   PROPSHEETHEADERW sheet{};
   sheet.dwSize = sizeof(sheet);
   // The handheld's flag for a maximised sheet is the desktop's for an assistant: the layout does it.

@@ -2,23 +2,24 @@
 #include "dialogs/options_ids.h"
 #include "dialogs/options_page_procedures.h"
 #include "dialogs/options_page_window.h"
-#include "views/message_table.h"
 
 namespace {
 
-LRESULT opened(HWND page, UINT, WPARAM, LPARAM) {
-  optionspage::open(page);
-  optionspage::setCheckState(page, IDC_USE_PASSWORD, theSecurityOptionsPage->usePassword);
-  optionspage::setCheckState(page, IDC_WARNING_ON_DELETION, theSecurityOptionsPage->warningOnDeletion);
+LRESULT opened(HWND page, UINT, WPARAM, LPARAM lParam) {
+  optionspage::open(page, lParam);
+  const auto& values = optionspage::objectOf<SecurityOptionsPage>(page);
+  optionspage::setCheckState(page, IDC_USE_PASSWORD, values.usePassword);
+  optionspage::setCheckState(page, IDC_WARNING_ON_DELETION, values.warningOnDeletion);
   return TRUE;
 }
 
 LRESULT commanded(HWND page, UINT, WPARAM wParam, LPARAM) {
+  auto& values = optionspage::objectOf<SecurityOptionsPage>(page);
   if (optionspage::isClick(wParam, IDC_USE_PASSWORD)) {
-    theSecurityOptionsPage->usePassword = optionspage::checkState(page, IDC_USE_PASSWORD);
+    values.usePassword = optionspage::checkState(page, IDC_USE_PASSWORD);
   }
   if (optionspage::isClick(wParam, IDC_WARNING_ON_DELETION)) {
-    theSecurityOptionsPage->warningOnDeletion = optionspage::checkState(page, IDC_WARNING_ON_DELETION);
+    values.warningOnDeletion = optionspage::checkState(page, IDC_WARNING_ON_DELETION);
   }
   return FALSE;
 }
@@ -31,5 +32,5 @@ constexpr MessageRow kMessages[] = {
 }  // namespace
 
 INT_PTR CALLBACK securityOptionsProcedure(HWND page, UINT message, WPARAM wParam, LPARAM lParam) noexcept {
-  return answerFromTable(kMessages, page, message, wParam, lParam, optionspage::answerAsAnyPage);
+  return optionspage::answer(kMessages, page, message, wParam, lParam);
 }

@@ -30,7 +30,7 @@ void showOptions(HWND owner, Options& options, const std::function<void()>& appl
   fillPages(options);
   const bool panelWasUp = isInputPanelUp();
   SHSipPreference(owner, SIP_FORCEDOWN);
-  runOptionsSheet(owner);
+  runOptionsSheet(owner, options);
   if (panelWasUp) SHSipPreference(owner, SIP_UP);
   takePages(options);
   options.save();

@@ -1,5 +1,7 @@
 #include "views/date_editor_subclass.h"
 
+#include <commctrl.h>
+
 #include <array>
 
 #include "base/handles.h"
@@ -9,31 +11,25 @@ DateEditorRegistry theDateEditors;
 
 namespace {
 
-WNDPROC previous = DefWindowProcW;  // of the STATIC class
-
-LRESULT callPrevious(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-  return CallWindowProcW(previous, window, message, wParam, lParam);
-}
-
 LRESULT tapped(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
   if (DateFieldEditor* const editor = theDateEditors.find(window)) editor->openCalendar();
-  return callPrevious(window, message, wParam, lParam);
+  return DefSubclassProc(window, message, wParam, lParam);
 }
 
 /// The keyboard's tap.
 LRESULT characterTyped(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
   return wParam == L' ' ? tapped(window, message, wParam, lParam)
-                        : callPrevious(window, message, wParam, lParam);
+                        : DefSubclassProc(window, message, wParam, lParam);
 }
 
 LRESULT focusChanged(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
   InvalidateRect(window, nullptr, TRUE);
-  return callPrevious(window, message, wParam, lParam);
+  return DefSubclassProc(window, message, wParam, lParam);
 }
 
 /// A text does not show by itself that it has the focus.
 LRESULT painted(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-  const LRESULT result = callPrevious(window, message, wParam, lParam);
+  const LRESULT result = DefSubclassProc(window, message, wParam, lParam);
   if (GetFocus() != window) return result;
   RECT client{};
   GetClientRect(window, &client);
@@ -48,16 +44,17 @@ constexpr std::array kMessages = {
     MessageRow{WM_PAINT, painted},
 };
 
-LRESULT CALLBACK dateEditorProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-  return answerFromTable(kMessages, window, message, wParam, lParam, callPrevious);
+LRESULT CALLBACK dateEditorProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR,
+                                     DWORD_PTR) noexcept {
+  return answerFromTable(kMessages, window, message, wParam, lParam, DefSubclassProc);
 }
 
 }  // namespace
 
 void attachDateEditor(DateFieldEditor& editor) {
-  if (!theDateEditors.add(editor.window(), editor)) return;
-  previous = reinterpret_cast<WNDPROC>(
-      SetWindowLongPtrW(editor.window(), GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(dateEditorProcedure)));
+  if (theDateEditors.add(editor.window(), editor)) {
+    SetWindowSubclass(editor.window(), dateEditorProcedure, 0, 0);
+  }
 }
 
 void detachDateEditor(const DateFieldEditor& editor) {

@@ -28,3 +28,20 @@ LRESULT answerFromTable(std::span<const MessageRow> table, HWND window, UINT mes
   }
   return otherwise(window, message, wParam, lParam);
 }
+
+/// The same for the messages of a window whose procedure has an object. What a handler throws goes on to the
+/// caller.
+template <typename Object>
+struct ObjectMessageRow {
+  UINT message;
+  LRESULT (Object::*handler)(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+};
+
+template <typename Object, typename Otherwise>
+LRESULT answerFromTable(Object& object, std::span<const ObjectMessageRow<Object>> table, HWND window,
+                        UINT message, WPARAM wParam, LPARAM lParam, Otherwise otherwise) {
+  for (const ObjectMessageRow<Object>& row : table) {
+    if (row.message == message) return (object.*row.handler)(window, message, wParam, lParam);
+  }
+  return otherwise(window, message, wParam, lParam);
+}

@@ -93,8 +93,8 @@ void RecordListView::noteFailure(const Outcome& reading) {
   PostMessageW(list_, kFailureNoted, 0, 0);
 }
 
-LRESULT RecordListView::failureNoted(HWND window, UINT, WPARAM, LPARAM) {
-  reinterpret_cast<RecordListView*>(GetWindowLongPtrW(window, GWLP_USERDATA))->tellFailure();
+LRESULT RecordListView::failureNoted(HWND, UINT, WPARAM, LPARAM) {
+  tellFailure();
   return 0;
 }
 

@@ -29,9 +29,6 @@ int rowCount() {
   return static_cast<int>(std::min(recordCount, kMaxRowCount));
 }
 
-/// Of the control class, in whose place listProcedure stands.
-WNDPROC listOldProc = nullptr;
-
 /// Before row `next` is selected. Some lists walk over every row to take the former selection away by
 /// themselves: half a second for a million. They also walk over all rows to find that none is selected,
 /// and know the number of those that are without that.
@@ -120,10 +117,7 @@ bool RecordListView::createList(HWND tabControl) {
   if (!list_) return false;
   hide();
   listview::setExtendedStyle(list_, LVS_EX_FULLROWSELECT);
-  SetWindowLongPtrW(list_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
-  listOldProc = reinterpret_cast<WNDPROC>(
-      SetWindowLongPtrW(list_, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(listProcedure)));
-  return true;
+  return listSubclass_.attach(list_);
 }
 
 RECT RecordListView::listRectangle() const {
@@ -140,7 +134,7 @@ void RecordListView::layOut() {
 
 LRESULT RecordListView::doubleTapped(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
   SendMessageW(GetAncestor(window, GA_ROOT), WM_COMMAND, ID_RECORD_EDIT, 0);
-  return CallWindowProcW(listOldProc, window, message, wParam, lParam);
+  return DefSubclassProc(window, message, wParam, lParam);
 }
 
 /// The selection is about to move, by one row at least.
@@ -148,26 +142,24 @@ LRESULT RecordListView::keyPressedInList(HWND window, UINT message, WPARAM wPara
   const int row = listview::nextItem(window, listview::kFirstOfAll, LVNI_FOCUSED);
   const int next = row < 0 ? -1 : rowBehindKey(window, wParam, row);
   if (next >= 0) takeSelectionAway(window, next == row ? row : -1);
-  return CallWindowProcW(listOldProc, window, message, wParam, lParam);
+  return DefSubclassProc(window, message, wParam, lParam);
 }
 
 LRESULT RecordListView::tapped(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
   const int row = listview::itemAt(window, {GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)});
   if (row >= 0) takeSelectionAway(window, row);
-  return CallWindowProcW(listOldProc, window, message, wParam, lParam);
+  return DefSubclassProc(window, message, wParam, lParam);
 }
 
-LRESULT CALLBACK RecordListView::listProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+LRESULT RecordListView::listMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+  using Row = ObjectMessageRow<RecordListView>;
   static constexpr std::array kMessages = {
-      MessageRow{WM_LBUTTONDBLCLK, doubleTapped},
-      MessageRow{WM_LBUTTONUP, tapped},
-      MessageRow{WM_KEYDOWN, keyPressedInList},
-      MessageRow{kFailureNoted, failureNoted},
+      Row{WM_LBUTTONDBLCLK, &RecordListView::doubleTapped},
+      Row{WM_LBUTTONUP, &RecordListView::tapped},
+      Row{WM_KEYDOWN, &RecordListView::keyPressedInList},
+      Row{kFailureNoted, &RecordListView::failureNoted},
   };
-  return answerFromTable(kMessages, window, message, wParam, lParam,
-                         [](HWND list, UINT number, WPARAM first, LPARAM second) {
-                           return CallWindowProcW(listOldProc, list, number, first, second);
-                         });
+  return answerFromTable<RecordListView>(*this, kMessages, window, message, wParam, lParam, DefSubclassProc);
 }
 
 void RecordListView::prepare(Document* document) {

@@ -10,6 +10,7 @@
 #include "base/string.h"
 #include "data/outcome.h"
 #include "records/pages.h"
+#include "views/window_subclass.h"
 
 class Document;
 
@@ -85,11 +86,13 @@ class RecordListView final : public RecordGrid {
   void keyPressed(WORD key);
   void itemChanged(const NMLISTVIEW& change);
 
-  static LRESULT doubleTapped(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
-  static LRESULT tapped(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
-  static LRESULT failureNoted(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
-  static LRESULT keyPressedInList(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
-  static LRESULT CALLBACK listProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+  // Of the list, before itself.
+  LRESULT listMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+  LRESULT doubleTapped(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+  LRESULT tapped(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+  LRESULT keyPressedInList(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+  LRESULT failureNoted(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+
   static LRESULT windowCreated(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
   static LRESULT CALLBACK windowProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
 
@@ -99,6 +102,9 @@ class RecordListView final : public RecordGrid {
   Document* document_ = nullptr;
   HWND tabControl_ = nullptr;
   HWND list_ = nullptr;
+  WindowSubclass listSubclass_{[this](HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    return listMessage(window, message, wParam, lParam);
+  }};
   UniqueFont smallFont_;  // 8 point
   UniqueFont largeFont_;  // 10 point
   int fieldCount_ = 0;

@@ -1,12 +1,14 @@
 #include "views/tab_key.h"
 
+#include <commctrl.h>
+
 namespace {
 
 /// The message loop is not that of a dialog, so the controls of the form pass the focus on themselves.
-LRESULT CALLBACK tabKeyProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-  const auto former = reinterpret_cast<WNDPROC>(GetWindowLongPtrW(window, GWLP_USERDATA));
+LRESULT CALLBACK tabKeyProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR,
+                                 DWORD_PTR) noexcept {
   const bool leaves = message == WM_CHAR && wParam == L'\t' && GetFocus() == window;
-  const LRESULT result = CallWindowProcW(former, window, message, wParam, lParam);
+  const LRESULT result = DefSubclassProc(window, message, wParam, lParam);
   if (leaves && IsWindow(window)) {
     const HWND next = GetNextDlgTabItem(GetParent(window), window, GetKeyState(VK_SHIFT) < 0 ? TRUE : FALSE);
     if (next) SetFocus(next);
@@ -17,6 +19,5 @@ LRESULT CALLBACK tabKeyProcedure(HWND window, UINT message, WPARAM wParam, LPARA
 }  // namespace
 
 void moveFocusByTabKey(HWND control) {
-  SetWindowLongPtrW(control, GWLP_USERDATA, GetWindowLongPtrW(control, GWLP_WNDPROC));
-  SetWindowLongPtrW(control, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(tabKeyProcedure));
+  SetWindowSubclass(control, tabKeyProcedure, 0, 0);
 }

@@ -1,5 +1,7 @@
 #include "views/text_editor_subclass.h"
 
+#include <commctrl.h>
+
 #include <array>
 
 #include "views/message_table.h"
@@ -10,7 +12,6 @@ namespace {
 
 /// The control that was tapped or focused last, and what happened since.
 struct TextSubclassState {
-  WNDPROC previous = DefWindowProcW;  ///< of the EDIT class
   TextFieldEditor* current = nullptr;
   unsigned killFocusCount = 0;
   unsigned tapCount = 0;
@@ -19,28 +20,24 @@ struct TextSubclassState {
 
 TextSubclassState state;
 
-LRESULT callPrevious(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-  return CallWindowProcW(state.previous, window, message, wParam, lParam);
-}
-
 LRESULT focusGained(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
   state.killFocusCount = 0;
   state.current = theTextEditors.find(window);
   ShowCaret(window);
   state.lastWindow = window;
-  return callPrevious(window, message, wParam, lParam);
+  return DefSubclassProc(window, message, wParam, lParam);
 }
 
 LRESULT focusLost(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
   ++state.killFocusCount;
   state.tapCount = 0;
   if (state.killFocusCount < 2 && state.current) state.current->recountText();
-  return callPrevious(window, message, wParam, lParam);
+  return DefSubclassProc(window, message, wParam, lParam);
 }
 
 /// The control changes what stands in it.
 LRESULT changed(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-  const LRESULT result = callPrevious(window, message, wParam, lParam);
+  const LRESULT result = DefSubclassProc(window, message, wParam, lParam);
   if (TextFieldEditor* const editor = theTextEditors.find(window)) editor->cutShownText();
   return result;
 }
@@ -63,7 +60,7 @@ LRESULT tapped(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
     state.tapCount = 0;
   }
   state.lastWindow = window;
-  return callPrevious(window, message, wParam, lParam);
+  return DefSubclassProc(window, message, wParam, lParam);
 }
 
 LRESULT zoomAsked(HWND window, UINT, WPARAM, LPARAM) {
@@ -85,16 +82,17 @@ constexpr std::array kMessages = {
     MessageRow{kZoomMessage, zoomAsked},  MessageRow{kSetReadOnlyMessage, readOnlyAsked},
 };
 
-LRESULT CALLBACK textEditorProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-  return answerFromTable(kMessages, window, message, wParam, lParam, callPrevious);
+LRESULT CALLBACK textEditorProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR,
+                                     DWORD_PTR) noexcept {
+  return answerFromTable(kMessages, window, message, wParam, lParam, DefSubclassProc);
 }
 
 }  // namespace
 
 void attachTextEditor(TextFieldEditor& editor) {
-  if (!theTextEditors.add(editor.window(), editor)) return;
-  state.previous = reinterpret_cast<WNDPROC>(
-      SetWindowLongPtrW(editor.window(), GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(textEditorProcedure)));
+  if (theTextEditors.add(editor.window(), editor)) {
+    SetWindowSubclass(editor.window(), textEditorProcedure, 0, 0);
+  }
 }
 
 void detachTextEditor(const TextFieldEditor& editor) {

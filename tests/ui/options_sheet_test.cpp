@@ -97,6 +97,23 @@ TEST_F(OptionsSheetTest, TheRecordStaysAsItWasWhileTheSheetIsOpen) {
   EXPECT_EQ(options().genUpdateRights(), 1u);
 }
 
+TEST_F(OptionsSheetTest, TheSheetEditsTheRecordThatItWasGivenWhateverOthersThereAre) {
+  Options other;
+  show([&](HWND sheet) {
+    click(pageOf(sheet, kGeneralPage), 1014);
+    click(pageOf(sheet, kSecurityPage), 1011);
+    click(pageOf(sheet, kViewPage), 1060);
+    select(pageOf(sheet, kColorPage), 3);
+    EXPECT_EQ(options().colorPage().selectedIndex, 3);
+    closeByOk(sheet);
+  });
+  EXPECT_EQ(options().genUpdateRights(), 2u);
+  EXPECT_EQ(options().warningOnDeletion(), 1u);
+  EXPECT_EQ(options().tabLabelStyle(), 1u);
+  EXPECT_EQ(other.generalPage().updateRights, 0u);
+  EXPECT_EQ(other.colorPage().selectedIndex, -1);
+}
+
 TEST_F(OptionsSheetTest, UpdateRightsOf3ShowNoButtonCheckedAndStay3WhenNothingIsTouched) {
   options().setGenUpdateRights(3);
   show([&](HWND sheet) {

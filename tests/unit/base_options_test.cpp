@@ -169,21 +169,6 @@ TEST_F(OptionsTest, ResetColorsRestoresTheDefaultsInMemoryOnly) {
   EXPECT_EQ(raw(kOptions, L"GeneralAppColors").bytes[0], 0x56);
 }
 
-TEST_F(OptionsTest, ThePagesRegisterThemselvesForTheLifeOfTheRecord) {
-  EXPECT_EQ(theGeneralOptionsPage, nullptr);
-  {
-    Options options;
-    EXPECT_EQ(theGeneralOptionsPage, &options.generalPage());
-    EXPECT_EQ(theSecurityOptionsPage, &options.securityPage());
-    EXPECT_EQ(theViewOptionsPage, &options.viewPage());
-    EXPECT_EQ(theColorOptionsPage, &options.colorPage());
-  }
-  EXPECT_EQ(theGeneralOptionsPage, nullptr);
-  EXPECT_EQ(theSecurityOptionsPage, nullptr);
-  EXPECT_EQ(theViewOptionsPage, nullptr);
-  EXPECT_EQ(theColorOptionsPage, nullptr);
-}
-
 TEST_F(OptionsTest, ThePagesBeginWithNothingChosen) {
   Options options;
   EXPECT_EQ(options.generalPage().updateRights, 0u);
@@ -204,9 +189,7 @@ TEST_F(OptionsTest, TheProgramsSettingsAreLoadedWhenTheyAreCreated) {
   EXPECT_EQ(theAppSettings->options().tabLabelStyle(), kTabTextAndIcon);
   EXPECT_EQ(theAppSettings->databaseOpen, 0u);
   EXPECT_STREQ(theAppSettings->text.text(), L"");
-  EXPECT_EQ(theGeneralOptionsPage, &theAppSettings->options().generalPage());
   theAppSettings.reset();
-  EXPECT_EQ(theGeneralOptionsPage, nullptr);
 }
 
 TEST_F(OptionsTest, CreatingTheProgramsSettingsWritesNothing) {
