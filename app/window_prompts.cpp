@@ -7,7 +7,6 @@
 
 #include "app/main_window.h"
 #include "app/program_state.h"
-#include "dialogs/find_dialog.h"
 #include "dialogs/go_to.h"
 #include "platform/pocketshell/aygshell.h"
 #include "resources/resource_ids.h"
@@ -16,21 +15,6 @@
 namespace {
 
 constexpr DWORD kFileBufferCount = 260;
-
-HWND ownerWindow(PromptOwner owner) {
-  switch (owner) {
-    case PromptOwner::none:
-      return nullptr;
-    case PromptOwner::mainWindow:
-      return mainWindow;
-    case PromptOwner::tabControl:
-      return tabControl;
-    case PromptOwner::findDialog:
-      // The search that confirming the dialog starts runs after its end.
-      return theDocument->findState().dialog ? theDocument->findState().dialog : mainWindow;
-  }
-  return nullptr;
-}
 
 /// Names the purpose of a file dialog in the main window's title as long as it lives.
 class TitleOfPurpose {
@@ -89,9 +73,57 @@ FileDialog fileDialog(FileChoice choice) {
 
 }  // namespace
 
-int WindowPrompts::showMessage(PromptOwner owner, const wchar_t* text, const wchar_t* caption, UINT flags) {
+UINT boxFlags(Notice notice) {
+  switch (notice) {
+    case Notice::remark:
+      return MB_SETFOREGROUND;
+    case Notice::searchEnd:
+      return MB_ICONEXCLAMATION | MB_TOPMOST;
+    case Notice::refusal:
+      break;
+  }
+  return MB_ICONEXCLAMATION;
+}
+
+UINT boxFlags(Question question) {
+  switch (question) {
+    case Question::dropObject:
+      return MB_YESNO | MB_SETFOREGROUND;
+    case Question::deleteRecord:
+      return MB_YESNO | MB_ICONQUESTION;
+    case Question::discardTyped:
+      break;
+  }
+  return MB_YESNO | MB_DEFBUTTON2 | MB_ICONEXCLAMATION;
+}
+
+HWND WindowPrompts::ownerWindow(PromptOwner owner) const {
+  switch (owner) {
+    case PromptOwner::none:
+      return nullptr;
+    case PromptOwner::mainWindow:
+      return mainWindow;
+    case PromptOwner::tabControl:
+      return tabControl;
+    case PromptOwner::findDialog:
+      // The search that confirming the dialog starts runs after its end.
+      return findWindow() ? findWindow() : mainWindow;
+  }
+  return nullptr;
+}
+
+int WindowPrompts::showMessage(PromptOwner owner, const wchar_t* text, const wchar_t* caption,
+                               UINT flags) const {
   const HWND window = ownerWindow(owner);
   return window ? showBox(window, text, caption, flags) : showUnownedBox(mainWindow, text, caption, flags);
+}
+
+void WindowPrompts::tell(PromptOwner owner, Notice notice, const wchar_t* text, const wchar_t* caption) {
+  showMessage(owner, text, caption, boxFlags(notice));
+}
+
+bool WindowPrompts::ask(PromptOwner owner, Question question, const wchar_t* text, const wchar_t* caption) {
+  return showMessage(owner, text, caption, boxFlags(question)) == IDYES;
 }
 
 std::optional<String> WindowPrompts::chooseFile(FileChoice choice) {
@@ -126,8 +158,9 @@ LostFileChoice WindowPrompts::askAboutLostFile(const String& path, bool isReplac
       L"Yes: save what is open under another name and go on there.\n"
       L"No: open the file that is there now. What was typed and not stored is lost.\n"
       L"Cancel: decide later.";
-  const int answer = showMessage(PromptOwner::findDialog, isReplaced ? replaced.c_str() : gone.c_str(),
-                                 L"Quivane", (isReplaced ? MB_YESNOCANCEL : MB_YESNO) | MB_ICONEXCLAMATION);
+  const int answer =
+      showMessage(PromptOwner::findDialog, isReplaced ? replaced.c_str() : gone.c_str(), kPromptCaption,
+                  (isReplaced ? MB_YESNOCANCEL : MB_YESNO) | MB_ICONEXCLAMATION);
   if (answer == IDYES) return LostFileChoice::saveCopy;
   return isReplaced && answer == IDNO ? LostFileChoice::openPresent : LostFileChoice::later;
 }
@@ -140,11 +173,14 @@ std::optional<std::uint32_t> WindowPrompts::askRecordNumber(std::uint32_t highes
 }
 
 void WindowPrompts::showFindDialog(FindState& state, NameList fieldNames) {
-  FindDialog(state, std::move(fieldNames)).run(mainWindow);
+  FindDialog dialog(state, std::move(fieldNames));
+  find_ = &dialog;
+  dialog.run(mainWindow);
+  find_ = nullptr;
 }
 
-void WindowPrompts::refillFindDialog(const FindState& state) {
-  FindDialog::refill(state.dialog);
+void WindowPrompts::refillFindDialog() {
+  if (find_) find_->refill();
 }
 
 bool WindowPrompts::keepSearching(std::uint32_t tested, std::uint32_t all) {
@@ -155,8 +191,8 @@ void WindowPrompts::endSearching() {
   progress_.end();
 }
 
-void WindowPrompts::returnToFindDialog(const FindState& state) {
-  if (state.dialog) SetFocus(state.dialog);
+void WindowPrompts::returnToFindDialog() {
+  if (findWindow()) SetFocus(findWindow());
 }
 
 void WindowPrompts::raiseInputPanel() {

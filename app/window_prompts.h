@@ -1,27 +1,40 @@
 #pragma once
 
+#include <windows.h>
+
 #include "app/search_progress.h"
+#include "dialogs/find_dialog.h"
 #include "records/user_prompts.h"
+
+/// How a message of that kind looks, as flags of MessageBoxW.
+UINT boxFlags(Notice notice);
+UINT boxFlags(Question question);
 
 /// The Document's questions as message boxes and dialogs over the program's windows.
 class WindowPrompts final : public UserPrompts {
  public:
-  int showMessage(PromptOwner owner, const wchar_t* text, const wchar_t* caption, UINT flags) override;
+  void tell(PromptOwner owner, Notice notice, const wchar_t* text, const wchar_t* caption) override;
+  bool ask(PromptOwner owner, Question question, const wchar_t* text, const wchar_t* caption) override;
   /// While it is open the main window's title names its purpose.
   std::optional<String> chooseFile(FileChoice choice) override;
   LostFileChoice askAboutLostFile(const String& path, bool isReplaced) override;
   std::optional<std::uint32_t> askRecordNumber(std::uint32_t highest) override;
   void showFindDialog(FindState& state, NameList fieldNames) override;
-  void refillFindDialog(const FindState& state) override;
+  void refillFindDialog() override;
   bool keepSearching(std::uint32_t tested, std::uint32_t all) override;
   void endSearching() override;
-  void returnToFindDialog(const FindState& state) override;
+  void returnToFindDialog() override;
   void raiseInputPanel() override;
 
   /// A file dialog is open.
   bool isChoosingFile() const { return isChoosingFile_; }
 
  private:
+  HWND ownerWindow(PromptOwner owner) const;
+  HWND findWindow() const { return find_ ? find_->window() : nullptr; }
+  int showMessage(PromptOwner owner, const wchar_t* text, const wchar_t* caption, UINT flags) const;
+
   bool isChoosingFile_ = false;
+  FindDialog* find_ = nullptr;  // the one that runs
   SearchProgress progress_;
 };

@@ -25,10 +25,7 @@ FindDialog::FindDialog(FindState& state, NameList fieldNames)
 
 int FindDialog::run(HWND owner) {
   owner_ = owner;
-  const int result = runTemplate(IDD_FIND, owner);
-  // Before the search that confirming it asked for, which is only posted.
-  state_.dialog = nullptr;
-  return result;
+  return runTemplate(IDD_FIND, owner);
 }
 
 bool FindDialog::command(WORD id, WORD notification) {
@@ -44,21 +41,17 @@ bool FindDialog::command(WORD id, WORD notification) {
 void FindDialog::opened() {
   centreDialog(window());
   panel_.raise(window());
-  state_.dialog = window();
   state_.newSearch = true;
   combobox::fitHeight(control(IDC_FIND_TEXT));
   combobox::fitHeight(control(IDC_FIND_FIELD));
   combobox::removeTextLimit(control(IDC_FIND_TEXT));
   SetFocus(control(IDC_FIND_TEXT));
   combobox::fill(control(IDC_FIND_FIELD), fieldNames_);
-  refillControls();
+  refill();
 }
 
-void FindDialog::refill(HWND dialog) {
-  if (auto* const open = static_cast<FindDialog*>(of(dialog))) open->refillControls();
-}
-
-void FindDialog::refillControls() {
+void FindDialog::refill() {
+  if (!window()) return;
   NameList finds;
   RecentFinds::list(finds);
   combobox::fill(control(IDC_FIND_TEXT), finds);

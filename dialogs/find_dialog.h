@@ -25,14 +25,17 @@ class FindDialog final : private ModalDialog {
   /// also when it can't be made.
   int run(HWND owner);
 
-  /// Shows the recent texts, the newest of them to be searched for, and the check boxes as they are in the
-  /// registry. `dialog` is FindState::dialog; nothing happens when it is null.
-  static void refill(HWND dialog);
+  /// The dialog's window, null while it is not open: confirming it starts a last search, which runs when the
+  /// dialog is already closed.
+  using ModalDialog::window;
+
+  /// While it is open: shows the recent texts, the newest of them to be searched for, and the check boxes as
+  /// they are in the registry.
+  void refill();
 
  private:
   void opened() override;
   bool command(WORD id, WORD notification) override;
-  void refillControls();
   void storeAllFields();
   void next();
   void confirm();

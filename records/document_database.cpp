@@ -1,6 +1,4 @@
 // Opening and closing the database file.
-#include <windows.h>
-
 #include <utility>
 
 #include "base/app_settings.h"

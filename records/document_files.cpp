@@ -1,6 +1,4 @@
 // The commands for whole databases, tables and saved queries.
-#include <windows.h>
-
 #include <algorithm>
 #include <cwchar>
 #include <optional>
@@ -11,7 +9,6 @@
 
 namespace {
 
-constexpr wchar_t kCaption[] = L"Quivane";
 constexpr wchar_t kQueriesTable[] = L"QuivaneQueries";
 constexpr wchar_t kGoneElsewhere[] = L"Another program has renamed or deleted it.";
 
@@ -28,8 +25,7 @@ void Document::tellFailure(const std::wstring& what, const String& reason, Promp
 
 bool Document::confirmDeletion(const std::wstring& what) {
   const std::wstring text = L"Are you sure you want to delete " + what + L" ?";
-  return pages_.prompts.showMessage(PromptOwner::tabControl, text.c_str(), kCaption,
-                                    MB_YESNO | MB_SETFOREGROUND) == IDYES;
+  return pages_.prompts.ask(PromptOwner::tabControl, Question::dropObject, text.c_str());
 }
 
 // ---- Databases
@@ -67,7 +63,7 @@ CommandResult Document::deleteDatabaseCommand() {
   if (database_.isOpen() && isSameFile(*path, databasePath_)) {
     const std::wstring text =
         std::wstring(L"Database ") + path->text() + L" cannot be deleted\nas it is currently open!";
-    pages_.prompts.showMessage(PromptOwner::none, text.c_str(), kCaption, MB_SETFOREGROUND);
+    pages_.prompts.tell(PromptOwner::none, Notice::remark, text.c_str());
     return CommandResult::failed;
   }
   if (!confirmDeletion(std::wstring(L"database file ") + path->text())) return CommandResult::cancelled;

@@ -1,6 +1,4 @@
 // The search for text in the records, a step for each press of the Find dialog's button.
-#include <windows.h>
-
 #include <algorithm>
 #include <optional>
 #include <string>
@@ -48,7 +46,7 @@ int Document::findNext() {
   }
   updateNavigationState();
   updatePageState();
-  pages_.prompts.refillFindDialog(find_);
+  pages_.prompts.refillFindDialog();
   return 0;
 }
 
@@ -194,17 +192,17 @@ void Document::breakSearchOff(const Outcome& failure) {
 }
 
 void Document::tellSearchEnd(bool found) {
-  constexpr UINT kFlags = MB_ICONEXCLAMATION | MB_TOPMOST;
   const std::wstring quoted = std::wstring(L"'") + find_.text.text() + L"'";
   if (!found && findRecordCounter_ != findStartRecord_) {
     const std::wstring where = find_.checkAllFields != 0 ? std::wstring(L" was not found in any field")
                                                          : std::wstring(L" was not found in field '") +
                                                                find_.fieldName.text() + L"'";
-    pages_.prompts.showMessage(PromptOwner::findDialog, (quoted + where).c_str(), L"Text not found", kFlags);
-    pages_.prompts.returnToFindDialog(find_);
+    pages_.prompts.tell(PromptOwner::findDialog, Notice::searchEnd, (quoted + where).c_str(),
+                        L"Text not found");
+    pages_.prompts.returnToFindDialog();
   }
   if (findRecordCounter_ == findStartRecord_) {
-    pages_.prompts.showMessage(PromptOwner::findDialog, (L"All records searched for " + quoted).c_str(),
-                               L"Searched all records", kFlags);
+    pages_.prompts.tell(PromptOwner::findDialog, Notice::searchEnd,
+                        (L"All records searched for " + quoted).c_str(), L"Searched all records");
   }
 }

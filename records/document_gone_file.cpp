@@ -1,6 +1,4 @@
 // The open file was deleted, or another one has taken its place: what the user wants to do about it.
-#include <windows.h>
-
 #include <optional>
 #include <string>
 

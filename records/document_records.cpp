@@ -1,14 +1,10 @@
 // New and deleted records, and what happens to one that the store refuses.
-#include <windows.h>
-
 #include <string>
 
 #include "base/app_settings.h"
 #include "records/document.h"
 
 namespace {
-
-constexpr wchar_t kCaption[] = L"Quivane";
 
 std::uint32_t updateRights() {
   return theAppSettings ? theAppSettings->options().genUpdateRights()
@@ -22,7 +18,7 @@ bool warnsOnDeletion() {
 }  // namespace
 
 void Document::refuse(PromptOwner owner, const wchar_t* text) {
-  pages_.prompts.showMessage(owner, text, kCaption, MB_ICONEXCLAMATION);
+  pages_.prompts.tell(owner, Notice::refusal, text);
 }
 
 // ---- Storing
@@ -44,9 +40,7 @@ bool Document::canLeaveRecord() {
   if (stored) return lookAfterFile();
   const std::wstring text = std::wstring(L"The record could not be written.\n") + stored.reason().text() +
                             L"\n\nDo you want to discard what was typed?";
-  const int answer = pages_.prompts.showMessage(PromptOwner::mainWindow, text.c_str(), kCaption,
-                                                MB_YESNO | MB_DEFBUTTON2 | MB_ICONEXCLAMATION);
-  if (answer != IDYES) return false;
+  if (!pages_.prompts.ask(PromptOwner::mainWindow, Question::discardTyped, text.c_str())) return false;
   shown_ = {};
   database_.abandonUpdate();
   if (currentRecord > database_.recordCount()) database_.moveLast();
@@ -147,8 +141,8 @@ bool Document::mayDelete() {
   if (!recordsetOpen_ || database_.recordCount() == 0) return false;
   if (!database_.newRecordPending() && !canChangeFile()) return false;
   return !warnsOnDeletion() ||
-         pages_.prompts.showMessage(PromptOwner::mainWindow, L"Are you sure you want to\ndelete this record?",
-                                    L"Delete this record?", MB_YESNO | MB_ICONQUESTION) == IDYES;
+         pages_.prompts.ask(PromptOwner::mainWindow, Question::deleteRecord,
+                            L"Are you sure you want to\ndelete this record?", L"Delete this record?");
 }
 
 void Document::tellNotDeleted(const Outcome& failure) {

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <windows.h>
-
 #include <cstdint>
 
 #include "base/string.h"
@@ -21,7 +19,4 @@ struct FindState {
   /// Set when the dialog opens: the next search begins at the current record. Later ones go on behind the
   /// last match.
   bool newSearch = false;
-  /// The owner of the search's messages. Null while no Find dialog is open: confirming it starts a last
-  /// search, which runs when the dialog is already closed.
-  HWND dialog = nullptr;
 };

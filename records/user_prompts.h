@@ -1,7 +1,5 @@
 #pragma once
 
-#include <windows.h>
-
 #include <cstdint>
 #include <optional>
 
@@ -11,6 +9,20 @@
 
 /// Over which window a message box lies; without one it lies over none. The main window waits in any case.
 enum class PromptOwner { none, mainWindow, tabControl, findDialog };
+
+/// What a message is, which decides how it looks.
+enum class Notice {
+  refusal,    ///< a warning: something is not done
+  remark,     ///< of what the user can see himself
+  searchEnd,  ///< a warning that stays above every other window
+};
+
+/// What the user is asked, with Yes and No for an answer.
+enum class Question {
+  dropObject,    ///< whether a file, a table or a query is to be deleted
+  deleteRecord,  ///< whether the record is to be deleted
+  discardTyped,  ///< whether what was typed is to be lost; No is what Enter answers
+};
 
 /// For what a file is chosen.
 enum class FileChoice {
@@ -27,13 +39,18 @@ enum class LostFileChoice {
   later,
 };
 
+inline constexpr wchar_t kPromptCaption[] = L"Quivane";
+
 /// What the Document asks of the user. Every call returns when the user has answered.
 class UserPrompts {
  public:
   virtual ~UserPrompts() = default;
 
-  /// As MessageBoxW, whose flags and result it has.
-  virtual int showMessage(PromptOwner owner, const wchar_t* text, const wchar_t* caption, UINT flags) = 0;
+  virtual void tell(PromptOwner owner, Notice notice, const wchar_t* text,
+                    const wchar_t* caption = kPromptCaption) = 0;
+  /// True for Yes.
+  virtual bool ask(PromptOwner owner, Question question, const wchar_t* text,
+                   const wchar_t* caption = kPromptCaption) = 0;
   /// The full path; none when the user cancels. A file that exists is given for FileChoice::create only
   /// when the user wants it replaced.
   virtual std::optional<String> chooseFile(FileChoice choice) = 0;
@@ -43,7 +60,7 @@ class UserPrompts {
   /// Runs the Find dialog, which posts message 1225 to the main window for each step of the search.
   virtual void showFindDialog(FindState& state, NameList fieldNames) = 0;
   /// After a step of the search, if the dialog is still open.
-  virtual void refillFindDialog(const FindState& state) = 0;
+  virtual void refillFindDialog() = 0;
   /// Called again and again during a step of the search, which has looked at `tested` of `all` records. From
   /// half a second on it shows that, and keeps the windows painted; nothing else is done meanwhile. False
   /// when the user wants the search to stop.
@@ -51,7 +68,7 @@ class UserPrompts {
   /// The step is over: nothing of it is shown any more.
   virtual void endSearching() = 0;
   /// Gives the keyboard back to the dialog after a message, if it is still open.
-  virtual void returnToFindDialog(const FindState& state) = 0;
+  virtual void returnToFindDialog() = 0;
   /// The user is going to type: the input panel is raised, where there is one.
   virtual void raiseInputPanel() = 0;
   /// A number from 1 to `highest`; none when the user cancels.

@@ -10,6 +10,7 @@
 #include "base/handles.h"
 #include "base/showable_text.h"
 #include "views/clipboard_text.h"
+#include "views/escaped_exception.h"
 #include "views/message_table.h"
 #include "views/shown_text.h"
 #include "views/unowned_box.h"
@@ -165,6 +166,7 @@ LRESULT CALLBACK guardedEdit(HWND edit, UINT message, WPARAM wParam, LPARAM lPar
     return row->handler(edit, message, wParam, lParam);
   } catch (...) {
     // A text that there was no memory to look at does not reach the control.
+    tellEscapedException(edit);
     return message == WM_CREATE ? -1 : 0;
   }
 }

@@ -4,6 +4,8 @@
 
 #include <span>
 
+#include "views/escaped_exception.h"
+
 /// Window procedures as tables: the first row whose number is that of the message answers it.
 
 using MessageHandler = LRESULT (*)(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
@@ -13,8 +15,8 @@ struct MessageRow {
   MessageHandler handler;
 };
 
-/// Answers a message from the table, and a message without a row by `otherwise`. No exception leaves:
-/// a handler that runs out of memory leaves its message to `otherwise` too.
+/// Answers a message from the table, and a message without a row by `otherwise`. No exception leaves: what a
+/// handler throws is told, and its message left to `otherwise` too.
 template <typename Otherwise>
 LRESULT answerFromTable(std::span<const MessageRow> table, HWND window, UINT message, WPARAM wParam,
                         LPARAM lParam, Otherwise otherwise) noexcept {
@@ -23,6 +25,7 @@ LRESULT answerFromTable(std::span<const MessageRow> table, HWND window, UINT mes
     try {
       return row.handler(window, message, wParam, lParam);
     } catch (...) {
+      tellEscapedException(window);
       break;
     }
   }

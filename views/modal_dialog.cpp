@@ -6,6 +6,7 @@
 #include "platform/pocketshell/handheld_windows.h"
 #include "views/current_dialog.h"
 #include "views/dialog_colors.h"
+#include "views/escaped_exception.h"
 #include "views/unowned_box.h"
 
 const std::span<const ModalDialog::MessageRow> ModalDialog::kMessages = [] {
@@ -41,7 +42,7 @@ INT_PTR CALLBACK ModalDialog::procedure(HWND window, UINT message, WPARAM wParam
   try {
     return dialog->answer(message, wParam, lParam);
   } catch (...) {
-    MessageBeep(MB_ICONEXCLAMATION);
+    tellEscapedException(window);
     if (message != WM_INITDIALOG) return TRUE;
     EndDialog(window, IDCANCEL);
     return FALSE;

@@ -8,8 +8,8 @@
 /// in the resources of the program. While it is open it is the currentDialog of views/current_dialog.h.
 /// Its ground is white, its texts are blue. An object runs one dialog at a time.
 ///
-/// No exception leaves: a dialog that runs out of memory in a command beeps and stays open as it is, one
-/// that does so at its opening is cancelled.
+/// No exception leaves: what is thrown is told. A dialog that runs out of memory in a command stays open as
+/// it is, one that does so at its opening is cancelled.
 class ModalDialog {
  public:
   virtual ~ModalDialog() = default;

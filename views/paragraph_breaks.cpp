@@ -6,6 +6,7 @@
 
 #include "views/child_control.h"
 #include "views/clipboard_text.h"
+#include "views/escaped_exception.h"
 #include "views/shown_text.h"
 
 namespace {
@@ -54,6 +55,7 @@ LRESULT CALLBACK procedure(HWND edit, UINT message, WPARAM wParam, LPARAM lParam
     if (message == WM_NCDESTROY) RemoveWindowSubclass(edit, procedure, kSubclassId);
     return result;
   } catch (...) {
+    tellEscapedException(edit);
     return 0;
   }
 }

@@ -6,6 +6,7 @@
 #include "base/showable_text.h"
 #include "data/field_kinds.h"
 #include "records/document.h"
+#include "views/escaped_exception.h"
 #include "views/list_view.h"
 #include "views/record_list_view.h"
 
@@ -53,7 +54,12 @@ void RecordListView::handleNotification(NMHDR& notification) noexcept {
         break;
     }
   } catch (...) {
-    // Out of memory: a cell stays empty this time.
+    // A cell stays empty this time. What is told in the middle of drawing has the grid drawn again.
+    if (notification.code == static_cast<UINT>(LVN_GETDISPINFOW)) {
+      noteNoMemory();
+    } else {
+      tellEscapedException(list_);
+    }
   }
 }
 
@@ -91,6 +97,15 @@ void RecordListView::noteFailure(const Outcome& reading) {
   if (!failure_ || !isShown(list_)) return;
   failure_ = reading;
   PostMessageW(list_, kFailureNoted, 0, 0);
+}
+
+void RecordListView::noteNoMemory() noexcept {
+  try {
+    noteFailure(Outcome::failure(L"There is not enough memory."));
+  } catch (...) {
+    // Not even for that. The next cell that is drawn tries again.
+    return;
+  }
 }
 
 LRESULT RecordListView::failureNoted(HWND, UINT, WPARAM, LPARAM) {

@@ -82,6 +82,7 @@ class RecordListView final : public RecordGrid {
   void giveText(LVITEMW& item);
   String cellText(std::uint32_t row, std::uint32_t field);
   void noteFailure(const Outcome& reading);
+  void noteNoMemory() noexcept;
   void tellFailure();
   void keyPressed(WORD key);
   void itemChanged(const NMLISTVIEW& change);

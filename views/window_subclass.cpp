@@ -4,6 +4,8 @@
 
 #include <utility>
 
+#include "views/escaped_exception.h"
+
 WindowSubclass::WindowSubclass(Handler handler) : handler_(std::move(handler)) {}
 
 bool WindowSubclass::attach(HWND window) noexcept {
@@ -30,6 +32,7 @@ LRESULT CALLBACK WindowSubclass::procedure(HWND window, UINT message, WPARAM wPa
   try {
     return subclass.handler_(window, message, wParam, lParam);
   } catch (...) {
+    tellEscapedException(window);
     return DefSubclassProc(window, message, wParam, lParam);
   }
 }

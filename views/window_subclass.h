@@ -9,7 +9,8 @@
 /// with this object, whichever goes first. For one window at a time, on the thread of the window.
 class WindowSubclass {
  public:
-  /// Passes on what it does not answer itself with DefSubclassProc. When it throws, the message is passed on.
+  /// Passes on what it does not answer itself with DefSubclassProc. What it throws is told, and
+  /// the message passed on.
   using Handler = std::function<LRESULT(HWND window, UINT message, WPARAM wParam, LPARAM lParam)>;
 
   explicit WindowSubclass(Handler handler);

@@ -102,13 +102,13 @@ TEST_F(DocumentFilesTest, TheOpenFileIsNotDeleted) {
               ElementsAre(FakePrompts::Message{
                   PromptOwner::none,
                   L"Database " + path().wstring() + L" cannot be deleted\nas it is currently open!",
-                  L"Quivane", MB_SETFOREGROUND}));
+                  L"Quivane", Notice::remark}));
   EXPECT_TRUE(std::filesystem::exists(path()));
 }
 
 TEST_F(DocumentFilesTest, TheOpenFileIsNotDeletedUnderAnotherSpelling) {
   open();
-  window().prompts.answer = IDYES;
+  window().prompts.agrees = true;
   for (const std::wstring& spelling : {path().parent_path().wstring() + L"\\.\\DOCUMENT.cdb",
                                        L"\\\\?\\" + path().wstring(), path().generic_wstring()}) {
     messages().clear();
@@ -125,16 +125,16 @@ TEST_F(DocumentFilesTest, AnotherFileIsDeletedAndTheOpenOneStaysOpen) {
   open();
   document().setViewMode(ViewMode::form);
   choose(file("other.cdb"));
-  window().prompts.answer = IDNO;
+  window().prompts.agrees = false;
   EXPECT_EQ(document().deleteDatabaseCommand(), CommandResult::cancelled);
   EXPECT_TRUE(std::filesystem::exists(file("other.cdb")));
-  window().prompts.answer = IDYES;
+  window().prompts.agrees = true;
   EXPECT_EQ(document().deleteDatabaseCommand(), CommandResult::done);
   EXPECT_FALSE(std::filesystem::exists(file("other.cdb")));
   EXPECT_EQ(messages()[0], (FakePrompts::Message{PromptOwner::tabControl,
                                                  L"Are you sure you want to delete database file " +
                                                      file("other.cdb").wstring() + L" ?",
-                                                 L"Quivane", MB_YESNO | MB_SETFOREGROUND}));
+                                                 L"Quivane", Question::dropObject}));
   EXPECT_TRUE(document().isDatabaseOpen());
   document().moveNextRecord();
   EXPECT_EQ(value(), L"20");
@@ -144,7 +144,7 @@ TEST_F(DocumentFilesTest, AnotherFileIsDeletedAndTheOpenOneStaysOpen) {
 TEST_F(DocumentFilesTest, AFileThatIsNoDatabaseIsNotDeleted) {
   writeText(file("text.cdb"));
   choose(file("text.cdb"));
-  window().prompts.answer = IDYES;
+  window().prompts.agrees = true;
   EXPECT_EQ(document().deleteDatabaseCommand(), CommandResult::failed);
   EXPECT_TRUE(std::filesystem::exists(file("text.cdb")));
   EXPECT_EQ(messages().size(), 2u);
@@ -153,7 +153,7 @@ TEST_F(DocumentFilesTest, AFileThatIsNoDatabaseIsNotDeleted) {
 TEST_F(DocumentFilesTest, TheChosenTableIsDeleted) {
   open();
   document().openTableSelection(1);
-  window().prompts.answer = IDYES;
+  window().prompts.agrees = true;
   EXPECT_EQ(document().deleteTableCommand(), CommandResult::done);
   EXPECT_EQ(messages()[0].text, L"Are you sure you want to delete table 'Second' ?");
   EXPECT_THAT(window().tables->items, ElementsAre(L"First One", L"Empty"));
@@ -164,7 +164,7 @@ TEST_F(DocumentFilesTest, AfterTheLastTableThereAreNoRecords) {
   ASSERT_TRUE(document().openDatabase(file("one.cdb").c_str()));
   document().setViewMode(ViewMode::form);
   document().setViewMode(ViewMode::tables);
-  window().prompts.answer = IDYES;
+  window().prompts.agrees = true;
   ASSERT_EQ(document().deleteTableCommand(), CommandResult::done);
   document().setViewMode(ViewMode::form);
   EXPECT_EQ(window().bar.position, L"No Records");
@@ -178,7 +178,7 @@ TEST_F(DocumentFilesTest, TheFormGoesWithItsRecordset) {
   EXPECT_TRUE(window().bar.onToolbar[ID_PAGE_NEXT]);
   document().setViewMode(ViewMode::tables);
   window().takeCalls();
-  window().prompts.answer = IDYES;
+  window().prompts.agrees = true;
   ASSERT_EQ(document().deleteTableCommand(), CommandResult::done);
   EXPECT_THAT(window().takeCalls(), Contains("form.tearDown"));
   document().setViewMode(ViewMode::form);
@@ -192,7 +192,7 @@ TEST_F(DocumentFilesTest, WhoDoesNotDeleteTheTableKeepsTheQueryInUse) {
   document().setViewMode(ViewMode::queries);
   document().openQuerySelection(0);
   document().setViewMode(ViewMode::tables);
-  window().prompts.answer = IDNO;
+  window().prompts.agrees = false;
   EXPECT_EQ(document().deleteTableCommand(), CommandResult::cancelled);
   EXPECT_EQ(messages()[0].text, L"Are you sure you want to delete table 'First One' ?");
   EXPECT_STREQ(document().queryName().text(), L"big");
@@ -205,7 +205,7 @@ TEST_F(DocumentFilesTest, WithTheirTableTheQueriesAreGone) {
   ASSERT_THAT(window().queries->items, ElementsAre(L"big", L"wrong"));
   document().setViewMode(ViewMode::tables);
   document().openTableSelection(3);
-  window().prompts.answer = IDYES;
+  window().prompts.agrees = true;
   ASSERT_EQ(document().deleteTableCommand(), CommandResult::done);
   document().setViewMode(ViewMode::queries);
   EXPECT_THAT(window().queries->items, IsEmpty());
@@ -225,7 +225,7 @@ TEST_F(DocumentFilesTest, ATableThatCantBeDeletedIsStillThere) {
                          L"INSERT INTO Parent VALUES (1)", L"INSERT INTO Child VALUES (1)"});
   open();
   document().openTableSelection(3);
-  window().prompts.answer = IDYES;
+  window().prompts.agrees = true;
   EXPECT_EQ(document().deleteTableCommand(), CommandResult::failed);
   ASSERT_EQ(messages().size(), 2u);
   EXPECT_THAT(messages()[1].text, HasSubstr(L"Table 'Parent' could not be deleted.\n"));
@@ -252,7 +252,7 @@ TEST_F(DocumentFilesTest, TheChosenQueryIsDeleted) {
   open();
   document().setViewMode(ViewMode::queries);
   document().openQuerySelection(0);
-  window().prompts.answer = IDYES;
+  window().prompts.agrees = true;
   EXPECT_EQ(document().deleteQueryCommand(), CommandResult::done);
   EXPECT_EQ(messages()[0].text, L"Are you sure you want to delete query 'big' ?");
   EXPECT_THAT(window().queries->items, ElementsAre(L"wrong"));
@@ -293,7 +293,7 @@ TEST_F(DocumentFilesTest, AQueryThatCantBeDeletedIsStillThere) {
   open();
   document().setViewMode(ViewMode::queries);
   document().openQuerySelection(0);
-  window().prompts.answer = IDYES;
+  window().prompts.agrees = true;
   EXPECT_EQ(document().deleteQueryCommand(), CommandResult::failed);
   ASSERT_EQ(messages().size(), 2u);
   EXPECT_THAT(messages()[1].text, testing::StartsWith(L"Query 'used' could not be deleted.\n"));
@@ -313,7 +313,7 @@ TEST_F(DocumentFilesTest, AQueryThatAnotherProgramMovedIsFollowedByItsName) {
   ASSERT_TRUE(document().chosenQuery(stored));
   EXPECT_STREQ(stored.sql.text(), L"Select 2");
   runStatements(path(), {L"INSERT INTO QuivaneQueries VALUES ('a newer first', 'Select 1')"});
-  window().prompts.answer = IDYES;
+  window().prompts.agrees = true;
   EXPECT_EQ(document().deleteQueryCommand(), CommandResult::done);
   EXPECT_THAT(window().queries->items, ElementsAre(L"a new first", L"a newer first", L"wrong"));
 }
@@ -326,7 +326,7 @@ TEST_F(DocumentFilesTest, InThePlaceOfAQueryThatAnotherProgramDeletedNoOtherIsTo
   runStatements(path(), {L"DELETE FROM QuivaneQueries WHERE QueryName = 'big'",
                          L"INSERT INTO QuivaneQueries VALUES ('beside', 'Select 1')"});
   EXPECT_FALSE(document().changeChosenQuery({L"big", L"Select 2"}));
-  window().prompts.answer = IDYES;
+  window().prompts.agrees = true;
   EXPECT_EQ(document().deleteQueryCommand(), CommandResult::failed);
   ASSERT_EQ(messages().size(), 3u);
   EXPECT_EQ(messages()[0].text,
@@ -343,7 +343,7 @@ TEST_F(DocumentFilesTest, AfterTheLastQueryTheTableIsInUseAgain) {
   open();
   document().setViewMode(ViewMode::queries);
   document().openQuerySelection(0);
-  window().prompts.answer = IDYES;
+  window().prompts.agrees = true;
   ASSERT_EQ(document().deleteQueryCommand(), CommandResult::done);
   document().setViewMode(ViewMode::form);
   EXPECT_TRUE(document().isRecordsetOpen());

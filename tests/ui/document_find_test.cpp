@@ -163,7 +163,7 @@ TEST_F(DocumentFindTest, ATextThatOccursNowhereEndsAtTheStart) {
   EXPECT_EQ(window().bar.position, L"    2 / 5");
   EXPECT_THAT(messages(),
               ElementsAre(FakePrompts::Message{PromptOwner::findDialog, L"All records searched for 'zebra'",
-                                               L"Searched all records", MB_ICONEXCLAMATION | MB_TOPMOST}));
+                                               L"Searched all records", Notice::searchEnd}));
 }
 
 TEST_F(DocumentFindTest, BooleansAreNotSearched) {

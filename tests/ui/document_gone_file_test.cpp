@@ -115,7 +115,7 @@ TEST_F(GoneFileTest, AChangeIsNotAcknowledgedAndStaysOnTheForm) {
   showForm();
   type(L"21");
   take();
-  window().prompts.answer = IDNO;
+  window().prompts.agrees = false;
   document().moveNextRecord();
   EXPECT_EQ(currentRecord, 2u);
   const Calls calls = window().takeCalls();
@@ -228,7 +228,7 @@ TEST_F(GoneFileTest, ACopyThatCantBeMadeIsToldAndAskedForAgain) {
   take();
   answerWith({LostFileChoice::saveCopy, LostFileChoice::later});
   saveAs(copy_);
-  window().prompts.answer = IDNO;
+  window().prompts.agrees = false;
   document().moveNextRecord();
   ASSERT_EQ(messages().size(), 2u);
   EXPECT_THAT(messages()[0].text, HasSubstr(L"copy.cdb.\n"));
@@ -245,7 +245,7 @@ TEST_F(GoneFileTest, ACopyWithOtherRecordsInTheirPlacesIsNotGoneOnWith) {
   take();
   answerWith({LostFileChoice::saveCopy, LostFileChoice::later});
   saveAs(copy_);
-  window().prompts.answer = IDNO;
+  window().prompts.agrees = false;
   document().moveNextRecord();
   ASSERT_EQ(messages().size(), 2u);
   EXPECT_THAT(messages()[0].text, HasSubstr(L"copy.cdb, but can't be gone on with there.\n"));

@@ -6,6 +6,7 @@ using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Not;
+using testing::VariantWith;
 
 namespace {
 
@@ -44,7 +45,7 @@ TEST_F(DocumentRecordsTest, NewWithoutADatabaseIsRefused) {
   EXPECT_THAT(messages(),
               ElementsAre(FakePrompts::Message{PromptOwner::mainWindow,
                                                L"Cannot create a new record when a database is not open!",
-                                               L"Quivane", MB_ICONEXCLAMATION}));
+                                               L"Quivane", Notice::refusal}));
 }
 
 TEST_F(DocumentRecordsTest, WithoutRightsBothNewAndDeleteAreRefused) {
@@ -140,20 +141,20 @@ TEST_F(DocumentRecordsTest, DeleteWithoutADatabaseIsRefused) {
   document().deleteRecord();
   EXPECT_THAT(messages(), ElementsAre(FakePrompts::Message{
                               PromptOwner::none, L"Cannot delete a record when a database is not open!",
-                              L"Quivane", MB_ICONEXCLAMATION}));
+                              L"Quivane", Notice::refusal}));
 }
 
 TEST_F(DocumentRecordsTest, ADeletionThatIsNotConfirmedDeletesNothing) {
   showForm();
   allow(kNewRecordsAndDeletions);
   warn();
-  window().prompts.answer = IDNO;
+  window().prompts.agrees = false;
   document().deleteRecord();
-  EXPECT_THAT(messages(), ElementsAre(FakePrompts::Message{
-                              PromptOwner::mainWindow, L"Are you sure you want to\ndelete this record?",
-                              L"Delete this record?", MB_YESNO | MB_ICONQUESTION}));
+  EXPECT_THAT(messages(), ElementsAre(FakePrompts::Message{PromptOwner::mainWindow,
+                                                           L"Are you sure you want to\ndelete this record?",
+                                                           L"Delete this record?", Question::deleteRecord}));
   EXPECT_EQ(storedCount(), 3u);
-  window().prompts.answer = IDYES;
+  window().prompts.agrees = true;
   document().deleteRecord();
   EXPECT_EQ(storedCount(), 2u);
 }
@@ -242,12 +243,12 @@ class RefusedRecordTest : public DocumentRecordsTest {
 };
 
 TEST_F(RefusedRecordTest, KeepsTheFormAndSaysWhy) {
-  window().prompts.answer = IDNO;
+  window().prompts.agrees = false;
   document().moveFirstRecord();
   ASSERT_EQ(messages().size(), 1u);
   EXPECT_THAT(messages()[0].text, testing::StartsWith(L"The record could not be written.\n"));
   EXPECT_THAT(messages()[0].text, testing::HasSubstr(L"Strict.k"));
-  EXPECT_EQ(messages()[0].flags, UINT{MB_YESNO | MB_DEFBUTTON2 | MB_ICONEXCLAMATION});
+  EXPECT_THAT(messages()[0].kind, VariantWith<Question>(Question::discardTyped));
   EXPECT_THAT(window().takeCalls(), Not(Contains("form.showRecord")));
   EXPECT_EQ(currentRecord, 3u);
   EXPECT_TRUE(document().isNewRecordPending());
@@ -255,7 +256,7 @@ TEST_F(RefusedRecordTest, KeepsTheFormAndSaysWhy) {
 }
 
 TEST_F(RefusedRecordTest, CanBeDiscarded) {
-  window().prompts.answer = IDYES;
+  window().prompts.agrees = true;
   document().moveFirstRecord();
   EXPECT_EQ(currentRecord, 1u);
   EXPECT_EQ(value(), L"1");

@@ -77,13 +77,13 @@ constexpr wchar_t kAsMade[] = L"Ada London, Grace New York, Kurt Brno, Emmy Erla
 TEST_F(DocumentSnapshotTest, AChangeOfWhatAnotherProgramChangedIsRefused) {
   elsewhere(L"UPDATE People SET town = 'Paris' WHERE name = 'Ada'");
   type(0, L"Ada L.");
-  window().prompts.answer = IDNO;
+  window().prompts.agrees = false;
   document().moveNextRecord();
   EXPECT_THAT(takeTexts(), ElementsAre(HasSubstr(kChangedElsewhere)));
   EXPECT_EQ(currentRecord, 1u);
   EXPECT_EQ(shown(0), L"Ada L.") << "what was typed is kept";
   EXPECT_THAT(file(), StartsWith(L"Ada Paris,"));
-  window().prompts.answer = IDYES;
+  window().prompts.agrees = true;
   document().moveNextRecord();
   EXPECT_EQ(shown(0), L"Grace");
   document().movePreviousRecord();
@@ -96,7 +96,7 @@ TEST_F(DocumentSnapshotTest, AfterASearchTheGuardIsWhatTheFormShows) {
   ASSERT_EQ(shown(0), L"Grace");
   elsewhere(L"UPDATE People SET town = 'Paris' WHERE name = 'Grace'");
   type(0, L"Grace H.");
-  window().prompts.answer = IDNO;
+  window().prompts.agrees = false;
   document().moveNextRecord();
   EXPECT_THAT(takeTexts(), ElementsAre(HasSubstr(kChangedElsewhere)));
   EXPECT_THAT(file(), HasSubstr(L"Grace Paris"));
@@ -122,7 +122,7 @@ TEST_F(DocumentSnapshotTest, OpeningFindWithAChangedFieldReadsWhatWasStored) {
   EXPECT_THAT(file(), StartsWith(L"Ada Oxford,"));
   elsewhere(L"UPDATE People SET town = 'Paris' WHERE name = 'Ada'");
   type(0, L"Ada L.");
-  window().prompts.answer = IDNO;
+  window().prompts.agrees = false;
   EXPECT_FALSE(document().canLeaveRecord());
   EXPECT_THAT(takeTexts(), ElementsAre(HasSubstr(kChangedElsewhere)));
   EXPECT_THAT(file(), StartsWith(L"Ada Paris,"));
@@ -262,11 +262,11 @@ TEST_F(DocumentSnapshotTest, ARenamedColumnIsToldOnceAndTheTableOpenedAnew) {
 TEST_F(DocumentSnapshotTest, ADroppedColumnTakesNoOthersPlace) {
   elsewhere(L"ALTER TABLE People DROP COLUMN name");
   type(0, L"Ada L.");
-  window().prompts.answer = IDNO;
+  window().prompts.agrees = false;
   document().moveNextRecord();
   EXPECT_THAT(takeTexts(), ElementsAre(HasSubstr(L"Do you want to discard what was typed?")));
   EXPECT_EQ(shown(0), L"Ada L.");
-  window().prompts.answer = IDYES;
+  window().prompts.agrees = true;
   document().moveNextRecord();
   EXPECT_EQ(takeTexts().size(), 2u);
   EXPECT_EQ(document().fieldCount(), 1u);
@@ -320,7 +320,7 @@ TEST_F(DocumentSnapshotTest, WhateverTheOrderTheFileHoldsWhatWasAcknowledged) {
     read = model[seen];
     EXPECT_EQ(shown(1), read.second);
   };
-  window().prompts.answer = IDYES;
+  window().prompts.agrees = true;
   for (int step = 0; step < 40; ++step) {
     SCOPED_TRACE(step);
     if (upTo(3) == 0) {

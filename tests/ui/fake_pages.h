@@ -10,6 +10,7 @@
 #include <span>
 #include <string>
 #include <utility>
+#include <variant>
 #include <vector>
 
 #include "data/date_value.h"
@@ -192,9 +193,12 @@ struct FakeBar final : CommandBar {
 /// Answers as it was told, and writes down what it was asked.
 struct FakePrompts final : UserPrompts {
   explicit FakePrompts(Calls& list) : calls(list) {}
-  int showMessage(PromptOwner owner, const wchar_t* text, const wchar_t* caption, UINT flags) override {
-    messages.push_back({owner, text, caption, flags});
-    return answer;
+  void tell(PromptOwner owner, Notice notice, const wchar_t* text, const wchar_t* caption) override {
+    messages.push_back({owner, text, caption, notice});
+  }
+  bool ask(PromptOwner owner, Question question, const wchar_t* text, const wchar_t* caption) override {
+    messages.push_back({owner, text, caption, question});
+    return agrees;
   }
   std::optional<String> chooseFile(FileChoice choice) override {
     calls.push_back("prompts.chooseFile " + std::to_string(static_cast<int>(choice)));
@@ -217,24 +221,24 @@ struct FakePrompts final : UserPrompts {
     state.newSearch = true;
     setFind(state);
   }
-  void refillFindDialog(const FindState&) override { calls.push_back("prompts.refillFindDialog"); }
+  void refillFindDialog() override { calls.push_back("prompts.refillFindDialog"); }
   bool keepSearching(std::uint32_t tested, std::uint32_t all) override {
     return goesOnSearching(tested, all);
   }
   void endSearching() override { ++searchesEnded; }
-  void returnToFindDialog(const FindState&) override {}
+  void returnToFindDialog() override {}
   void raiseInputPanel() override { calls.push_back("prompts.raiseInputPanel"); }
 
   struct Message {
     PromptOwner owner;
     std::wstring text;
     std::wstring caption;
-    UINT flags;
+    std::variant<Notice, Question> kind;
     bool operator==(const Message&) const = default;
   };
   Calls& calls;
   std::vector<Message> messages;
-  int answer = IDOK;
+  bool agrees = false;                         ///< to what it is asked
   std::deque<LostFileChoice> lostFileChoices;  ///< one for each question, later behind the last
   std::wstring lostFile;                       ///< what was asked about
   std::function<bool(std::uint32_t, std::uint32_t)> goesOnSearching = [](std::uint32_t, std::uint32_t) {

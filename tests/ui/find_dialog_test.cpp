@@ -33,7 +33,15 @@ class FindDialogTest : public TypedDialogTest {
     NameList names;
     for (const wchar_t* const each : fields) names.append(each);
     FindDialog dialog(state, std::move(names));
-    return inDialog([&] { return dialog.run(top()); }, step);
+    dialog_ = &dialog;
+    const INT_PTR result = inDialog([&] { return dialog.run(top()); }, step);
+    dialog_ = nullptr;
+    return result;
+  }
+  /// The window of the dialog that runs, null when none is open.
+  HWND openWindow() const { return dialog_ ? dialog_->window() : nullptr; }
+  void refill() const {
+    if (dialog_) dialog_->refill();
   }
 
   static void cancel(HWND window) { SendMessageW(window, WM_COMMAND, IDCANCEL, 0); }
@@ -80,6 +88,9 @@ class FindDialogTest : public TypedDialogTest {
   }
 
   FindState state;  // NOLINT(misc-non-private-member-variables-in-classes)
+
+ private:
+  FindDialog* dialog_ = nullptr;
 };
 
 TEST_F(FindDialogTest, ItsControlsAreThoseOfTheHandheld) {
@@ -193,10 +204,20 @@ TEST_F(FindDialogTest, TheFieldsAreOfferedInTheirOrder) {
 TEST_F(FindDialogTest, OpeningBeginsANewSearchAndNamesTheDialog) {
   show([&](HWND window) {
     EXPECT_TRUE(state.newSearch);
-    EXPECT_EQ(state.dialog, window);
+    EXPECT_EQ(openWindow(), window);
     cancel(window);
   });
-  EXPECT_EQ(state.dialog, nullptr);
+}
+
+TEST_F(FindDialogTest, ADialogThatIsNotOpenHasNoWindowAndIsNotRefilled) {
+  remember({L"a"});
+  FindDialog dialog(state, NameList());
+  EXPECT_EQ(dialog.window(), nullptr);
+  dialog.refill();
+  EXPECT_EQ(inDialog([&] { return dialog.run(top()); }, [&](HWND window) { cancel(window); }), IDCANCEL);
+  EXPECT_EQ(dialog.window(), nullptr);
+  dialog.refill();
+  EXPECT_EQ(state.checkAllFields, 0u);
 }
 
 TEST_F(FindDialogTest, TheCheckBoxesAreAsTheyWereStored) {
@@ -272,7 +293,7 @@ TEST_F(FindDialogTest, NextStoresTheInputAsksForASearchAndStays) {
     EXPECT_EQ(searches(), 1);
     EXPECT_EQ(parameterOfSearch(), 0);
     EXPECT_TRUE(IsWindow(window));
-    EXPECT_EQ(state.dialog, window);
+    EXPECT_EQ(openWindow(), window);
     EXPECT_TRUE(state.newSearch) << "the search clears it";
     state.newSearch = false;
     click(window, kNext);
@@ -334,7 +355,7 @@ TEST_F(FindDialogTest, OkWithoutNextSearchesForTheTextOfThePreviousUse) {
   state.newSearch = false;
   HWND during = top();
   onMessage([&](const Got& message) {
-    if (message.message == kFindNext) during = state.dialog;
+    if (message.message == kFindNext) during = openWindow();
   });
   EXPECT_EQ(show([&](HWND window) {
               SetDlgItemTextW(window, kText, L"not read");
@@ -359,7 +380,7 @@ TEST_F(FindDialogTest, CancelSearchesNothing) {
 TEST_F(FindDialogTest, AfterASearchTheTextHeadsTheListAndTheBoxesAreAsStored) {
   remember({L"b", L"a"});
   onMessage([&](const Got& message) {
-    if (message.message == kFindNext) FindDialog::refill(state.dialog);
+    if (message.message == kFindNext) refill();
   });
   show([&](HWND window) {
     SetDlgItemTextW(window, kText, L"new");
@@ -442,7 +463,7 @@ TEST_F(FindDialogTest, HostileTextsGoThroughWhole) {
           SendMessageW(edit, EM_SETSEL, 0, -1);
           SendMessageW(edit, EM_REPLACESEL, 0, reinterpret_cast<LPARAM>(text.c_str()));
           click(window, kNext);
-          FindDialog::refill(window);
+          refill();
           EXPECT_EQ(textIn(window, kText), text);
           cancel(window);
         },

@@ -190,6 +190,10 @@ TEST_F(QueryDialogTest, HostileNamesAreListedAndInsertedAsTheyAre) {
   });
 }
 
+std::vector<MessageBoxSpy::Box> notEnoughMemory(HWND window) {
+  return {{window, L"There is not enough memory.", L"Quivane", MB_ICONEXCLAMATION}};
+}
+
 TEST_F(QueryDialogTest, RunningOutOfMemoryKeepsWhatWasTyped) {
   show([&](HWND window) {
     SetDlgItemTextW(window, kName, L"q");
@@ -197,6 +201,7 @@ TEST_F(QueryDialogTest, RunningOutOfMemoryKeepsWhatWasTyped) {
     for (const int id : {IDOK, kCheck}) {
       SendMessageW(window, WM_COMMAND, static_cast<WPARAM>(id), 0);
       EXPECT_EQ(textIn(window, kSql), L"SELECT * FROM");
+      EXPECT_EQ(takeBoxes(), notEnoughMemory(window));
     }
     EXPECT_STREQ(dialog.sql.text(), L"SELECT * FROM");
     cancel(window);
@@ -205,7 +210,9 @@ TEST_F(QueryDialogTest, RunningOutOfMemoryKeepsWhatWasTyped) {
 
 TEST_F(QueryDialogTest, WithoutTheMemoryToOpenItSaysSo) {
   outOfMemory = true;
-  EXPECT_EQ(show([](HWND) {}), IDCANCEL);
+  HWND opened = nullptr;
+  EXPECT_EQ(show([&](HWND window) { opened = window; }), IDCANCEL);
+  EXPECT_EQ(takeBoxes(), notEnoughMemory(opened));
   EXPECT_EQ(currentDialog, nullptr);
 }
 
