@@ -1,0 +1,84 @@
+#!/usr/bin/env python3
+"""Tests the built programs and modules: how they are hardened, and what they take from the system.
+
+Usage: product_test.py FOLDER [unittest's arguments]; FOLDER is where they were built.
+"""
+
+import pathlib
+import sys
+import unittest
+
+import pe_file
+
+HERE = pathlib.Path(__file__).resolve().parent
+KNOWN_IMPORTS = HERE / 'system_functions.txt'
+PRODUCT = ('Quivane Pocket PC.exe', 'adoce31.dll', 'aygshell.dll', 'peghelp.exe')
+
+folder = None  # set by main
+
+
+def product():
+    for name in PRODUCT:
+        yield name, pe_file.PeFile((folder / name).read_bytes())
+
+
+def known_functions():
+    lines = KNOWN_IMPORTS.read_text(encoding='utf-8').splitlines()
+    return [tuple(line.split()) for line in lines if line and not line.startswith('#')]
+
+
+class HardeningTest(unittest.TestCase):
+    def test_each_is_loaded_at_an_address_that_nobody_can_guess(self):
+        for name, module in product():
+            self.assertTrue(module.marks & pe_file.MOVABLE, name)
+            self.assertTrue(module.marks & pe_file.HIGH_ENTROPY_ADDRESSES, name)
+            self.assertTrue(module.has_relocations(), name)
+
+    def test_data_is_never_run(self):
+        for name, module in product():
+            self.assertTrue(module.marks & pe_file.NO_EXECUTABLE_DATA, name)
+
+    def test_no_section_can_be_written_and_run(self):
+        for name, module in product():
+            for section in module.sections:
+                both = pe_file.EXECUTABLE | pe_file.WRITABLE
+                self.assertNotEqual(section.characteristics & both, both, f'{name}: {section.name}')
+
+
+class ImportsTest(unittest.TestCase):
+    def setUp(self):
+        self.maxDiff = None
+
+    def imports(self):
+        own = {name.lower() for name in PRODUCT}
+        return {entry for _, module in product() for entry in module.imports() if entry[0] not in own}
+
+    def test_nothing_but_what_windows_10_1809_has_is_taken_from_the_system(self):
+        new = sorted(self.imports() - set(known_functions()))
+        self.assertEqual(new, [], f'look up since when Windows has these, as {KNOWN_IMPORTS.name} says')
+
+    def test_the_list_is_in_order(self):
+        self.assertEqual(known_functions(), sorted(set(known_functions())))
+
+    def test_nothing_has_to_be_installed(self):
+        # The compiler's own libraries are linked in; what stays are modules that every Windows has.
+        compilers_own = ('libgcc', 'libstdc++', 'libwinpthread', 'libssp', 'vcruntime', 'msvcp')
+        for module, function in self.imports():
+            self.assertFalse(module.startswith(compilers_own), f'{module} {function}')
+
+
+class PeFileTest(unittest.TestCase):
+    def test_what_is_no_program_is_refused(self):
+        for data in (b'', b'MZ', b'MZ' + bytes(200), b'PK' + bytes(200)):
+            with self.assertRaises(ValueError):
+                pe_file.PeFile(data)
+
+    def test_known_functions_of_the_program_are_found(self):
+        imports = pe_file.PeFile((folder / PRODUCT[0]).read_bytes()).imports()
+        self.assertIn(('user32.dll', 'GetMessageW'), imports)
+        self.assertIn(('aygshell.dll', 'SHInitDialog'), imports)
+
+
+if __name__ == '__main__':
+    folder = pathlib.Path(sys.argv.pop(1))
+    unittest.main()
