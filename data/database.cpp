@@ -4,6 +4,7 @@
 
 #include "data/connection_handle.h"
 #include "data/recordset_handle.h"
+#include "data/sql_names.h"
 #include "data/statement_text.h"
 
 namespace {
@@ -40,7 +41,7 @@ bool Database::close() {
 
 Outcome Database::createDatabase(const String& path) {
   StatementText statement;
-  Outcome created = joinStatement({L"CREATE DATABASE '", path.text(), L"'"}, statement)
+  Outcome created = joinStatement({L"CREATE DATABASE ", quotedName(path).c_str()}, statement)
                         ? openStore()
                         : Outcome::failure(kTooLong);
   if (created) created = runInStore(statement.data());
@@ -50,7 +51,8 @@ Outcome Database::createDatabase(const String& path) {
 
 Outcome Database::dropDatabase(const String& path) {
   StatementText statement;
-  if (!joinStatement({L"DROP DATABASE '", path.text(), L"'"}, statement)) return Outcome::failure(kTooLong);
+  if (!joinStatement({L"DROP DATABASE ", quotedName(path).c_str()}, statement))
+    return Outcome::failure(kTooLong);
   const bool isOther = isOpen_ && CompareStringOrdinal(path_.text(), -1, path.text(), -1, TRUE) != CSTR_EQUAL;
   if (isOther) return dropBeside(statement.data());
   close();

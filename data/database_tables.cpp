@@ -5,6 +5,7 @@
 #include "data/connection_handle.h"
 #include "data/database.h"
 #include "data/recordset_handle.h"
+#include "data/sql_names.h"
 #include "data/statement_text.h"
 
 namespace {
@@ -32,13 +33,14 @@ LONG tableNameField(RecordsetHandle& catalogue) {
 Outcome Database::createTable(const String& name, const String& columns) {
   StatementText statement;
   return runTableStatement(
-      joinStatement({L"CREATE TABLE '", name.text(), L"' (", columns.text(), L")"}, statement),
+      joinStatement({L"CREATE TABLE ", quotedName(name).c_str(), L" (", columns.text(), L")"}, statement),
       statement.data());
 }
 
 Outcome Database::dropTable(const String& name) {
   StatementText statement;
-  return runTableStatement(joinStatement({L"DROP TABLE '", name.text(), L"'"}, statement), statement.data());
+  return runTableStatement(joinStatement({L"DROP TABLE ", quotedName(name).c_str()}, statement),
+                           statement.data());
 }
 
 Outcome Database::runTableStatement(bool fits, const wchar_t* statement) {

@@ -5,6 +5,7 @@
 #include <string>
 #include <utility>
 
+#include "data/sql_names.h"
 #include "dialogs/combo_box.h"
 #include "dialogs/query_dialog_ids.h"
 #include "platform/pocketshell/handheld_windows.h"
@@ -95,7 +96,7 @@ void QueryDialog::fillFields() {
   NameList names;
   if (combobox::selection(control(IDC_QUERY_TABLES)) != combobox::kNoSelection) {
     const String table = combobox::selectedText(control(IDC_QUERY_TABLES));
-    host_.listFieldNames((std::wstring(L"Select * from [") + table.text() + L"]").c_str(), names);
+    host_.listFieldNames((L"Select * from " + selectedName(table)).c_str(), names);
   }
   combobox::fill(control(IDC_QUERY_FIELDS), names);
 }

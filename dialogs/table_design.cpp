@@ -3,6 +3,8 @@
 #include <cwchar>
 #include <string>
 
+#include "data/sql_names.h"
+
 bool hasForbiddenCharacter(const String& name) {
   constexpr wchar_t kForbidden[] = L"`.!\u2019[]\"*?";
   return std::wcspbrk(name.text(), kForbidden) != nullptr;
@@ -24,9 +26,8 @@ String columnDefinition(const std::vector<NewField>& fields) {
   std::wstring columns;
   for (const NewField& field : fields) {
     const String name = cutText(field.name, kLimit);
-    const wchar_t* const quote = name.find(L" ") >= 0 ? L"'" : L"";
     if (!columns.empty()) columns += L" ,";
-    columns.append(quote).append(name.text()).append(quote);
+    columns.append(columnName(name));
     columns.append(L" ").append(cutText(field.sqlType, kLimit).text());
   }
   return columns.c_str();

@@ -15,7 +15,7 @@ bool hasForbiddenCharacter(const String& name);
 bool isNameTaken(const String& name, const NameList& names);
 
 /// The columns as CREATE TABLE lists them: name and SQL type of each field in order, parted by " ,". A
-/// name with a blank in it is in single quotes. Names and types are cut at 64 characters.
+/// name that is no word is in single quotes. Names and types are cut at 64 characters.
 String columnDefinition(const std::vector<NewField>& fields);
 
 /// At most `limit` characters of the text, one less where that would cut a pair of surrogates in two.

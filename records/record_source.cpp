@@ -4,9 +4,10 @@
 #include <string>
 #include <utility>
 
+#include "data/sql_names.h"
+
 void RecordSource::chooseTable(const String& name) {
-  // The brackets are always written, so that names with blanks work.
-  String sql = (std::wstring(L"Select * from [") + name.text() + L"]").c_str();
+  String sql = (L"Select * from " + selectedName(name)).c_str();
   tableName_ = name;
   queryName_.clear();
   sqlText_ = std::move(sql);

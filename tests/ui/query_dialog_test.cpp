@@ -1,3 +1,4 @@
+#include "data/sql_names.h"
 #include "tests/ui/query_fixture.h"
 #include "views/current_dialog.h"
 
@@ -176,7 +177,7 @@ TEST_F(QueryDialogTest, HostileNamesAreListedAndInsertedAsTheyAre) {
   const std::wstring field = kHostile + std::wstring(300, L'f');
   tables.clear();
   tables.append(table.c_str());
-  fields[L"Select * from [" + table + L"]"] = {field};
+  fields[L"Select * from " + selectedName(table.c_str())] = {field};
   show([&](HWND window) {
     EXPECT_EQ(selected(window, kTables), table);
     EXPECT_EQ(selected(window, kFields), field);

@@ -49,12 +49,12 @@ TEST(TableDesignTest, ADefinitionListsNamesAndTypesInOrder) {
       L"Id Integer ,'Full name' Varchar (255) ,Born Datetime");
 }
 
-TEST(TableDesignTest, ANameWithABlankIsQuotedAndAnyOtherIsBare) {
+TEST(TableDesignTest, ANameThatIsAWordIsBareAndAnyOtherIsQuoted) {
   EXPECT_STREQ(columnDefinition({{L"Full name", L"Text"}}).text(), L"'Full name' Text");
   EXPECT_STREQ(columnDefinition({{L" ", L"Text"}}).text(), L"' ' Text");
   EXPECT_STREQ(columnDefinition({{L"Id", L"Bit"}}).text(), L"Id Bit");
-  EXPECT_STREQ(columnDefinition({{L"Customer's", L"Bit"}}).text(), L"Customer's Bit");
-  EXPECT_STREQ(columnDefinition({{L"100%s", L"Bit"}}).text(), L"100%s Bit");
+  EXPECT_STREQ(columnDefinition({{L"Customer's", L"Bit"}}).text(), L"'Customer''s' Bit");
+  EXPECT_STREQ(columnDefinition({{L"100%s", L"Bit"}}).text(), L"'100%s' Bit");
 }
 
 TEST(TableDesignTest, FieldsOfOneNameAreAllListed) {
