@@ -1,6 +1,5 @@
 #include "app/command_bar.h"
 
-#include <algorithm>
 #include <string>
 #include <utility>
 
@@ -41,7 +40,7 @@ bool MainCommandBar::buildMenuBar() {
     MessageBoxW(mainWindow_, L"SHCreateMenuBar Failed", L"Error", MB_OK);
     return false;
   }
-  showRemembered();
+  menuBar_.showCommands(commandFacts_);
   return true;
 }
 
@@ -59,7 +58,7 @@ void MainCommandBar::showPageBars(int page) {
   barsPage_ = page;
   pageBars_.create(instance_, page, pageParent(), mainWindow_);
   placePageBars();
-  showRemembered();
+  pageBars_.showCommands(commandFacts_);
 }
 
 void MainCommandBar::destroyPageBars() {
@@ -88,32 +87,10 @@ void MainCommandBar::destroy() {
   mainWindow_ = nullptr;
 }
 
-void MainCommandBar::apply(std::span<const CommandState> states) {
-  for (const CommandState& state : states) {
-    remember(state);
-    show(state);
-  }
-}
-
-void MainCommandBar::remember(const CommandState& state) {
-  const auto same = [&](const CommandState& other) {
-    return other.command == state.command && other.menu == state.menu && other.onToolbar == state.onToolbar;
-  };
-  // The latest goes to the end: where two rules name the same item, the later one holds.
-  applied_.erase(std::remove_if(applied_.begin(), applied_.end(), same), applied_.end());
-  applied_.push_back(state);
-}
-
-void MainCommandBar::show(const CommandState& state) {
-  if (const HMENU popup = menuBar_.popup(state.menu)) {
-    EnableMenuItem(popup, static_cast<UINT>(state.command),
-                   MF_BYCOMMAND | (state.enabled ? MF_ENABLED : MF_GRAYED));
-  }
-  if (state.onToolbar) pageBars_.setEnabled(state.command, state.enabled);
-}
-
-void MainCommandBar::showRemembered() {
-  for (const CommandState& state : applied_) show(state);
+void MainCommandBar::showCommands(const CommandFacts& facts) {
+  commandFacts_ = facts;
+  menuBar_.showCommands(facts);
+  pageBars_.showCommands(facts);
 }
 
 void MainCommandBar::setPositionText(const wchar_t* text) {

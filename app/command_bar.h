@@ -3,15 +3,14 @@
 #include <windows.h>
 
 #include <functional>
-#include <vector>
 
 #include "app/bar_facts.h"
 #include "app/menu_bar.h"
 #include "app/page_bars.h"
+#include "records/availability.h"
 #include "records/command_bar.h"
 
-/// The menu bar of the main window and the bands of the page that is shown. What was applied last holds
-/// for bars that are made later too.
+/// The menu bar of the main window and the bands of the page that is shown.
 class MainCommandBar final : public CommandBar {
  public:
   /// `facts` is asked whenever the menu bar is made. The resources are those of `instance`.
@@ -35,7 +34,7 @@ class MainCommandBar final : public CommandBar {
   /// Destroys bands and menu bar, before the windows that carry them.
   void destroy();
 
-  void apply(std::span<const CommandState> states) override;
+  void showCommands(const CommandFacts& facts) override;
   void rebuildMenuBar() override;
   void setPositionText(const wchar_t* text) override;
 
@@ -49,9 +48,6 @@ class MainCommandBar final : public CommandBar {
  private:
   bool buildMenuBar();
   HWND pageParent() const;
-  void remember(const CommandState& state);
-  void show(const CommandState& state);
-  void showRemembered();
 
   HINSTANCE instance_;
   std::function<BarFacts()> facts_;
@@ -61,5 +57,5 @@ class MainCommandBar final : public CommandBar {
   int barsPage_ = -1;  // whose bands are shown, -1 for none
   MenuBar menuBar_;
   PageBars pageBars_;
-  std::vector<CommandState> applied_;  // one for each command and menu
+  CommandFacts commandFacts_;
 };

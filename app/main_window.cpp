@@ -30,7 +30,7 @@ HWND lastFocus = nullptr;
 
 LRESULT windowCreated(HWND window, UINT, WPARAM, LPARAM) {
   if (!theCommandBar->create(window)) return -1;
-  theCommandBar->apply(databaseStates({.open = false}));
+  theCommandBar->showCommands({});
   return 0;
 }
 

@@ -31,6 +31,21 @@ constexpr PopupRow kPopups[] = {
     {PopupMenu::queries, ID_QUERIES_MENU},
 };
 
+/// Those of submenus too.
+void showItems(HMENU popup, PopupMenu menu, const CommandFacts& facts) {
+  const int count = GetMenuItemCount(popup);
+  for (int place = 0; place < count; ++place) {
+    if (const HMENU below = GetSubMenu(popup, place)) {
+      showItems(below, menu, facts);
+      continue;
+    }
+    const UINT command = GetMenuItemID(popup, place);
+    const bool isEnabled = isAvailable(static_cast<int>(command), menu, facts);
+    EnableMenuItem(popup, static_cast<UINT>(place),
+                   MF_BYPOSITION | static_cast<UINT>(isEnabled ? MF_ENABLED : MF_GRAYED));
+  }
+}
+
 }  // namespace
 
 MenuBarLayout menuBarLayout(const BarFacts& facts) {
@@ -90,5 +105,11 @@ void MenuBar::fetchPopups() {
   for (const PopupRow& row : kPopups) {
     popups_[static_cast<std::size_t>(row.menu)] =
         reinterpret_cast<HMENU>(SendMessageW(window(), SHCMBM_GETSUBMENU, 0, row.dropDownCommand));
+  }
+}
+
+void MenuBar::showCommands(const CommandFacts& facts) const {
+  for (const PopupRow& row : kPopups) {
+    if (const HMENU shown = popup(row.menu)) showItems(shown, row.menu, facts);
   }
 }

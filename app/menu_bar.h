@@ -7,6 +7,7 @@
 
 #include "app/bar_facts.h"
 #include "base/handles.h"
+#include "records/availability.h"
 #include "records/command_bar.h"
 
 /// Which menu bar belongs to a state of the program.
@@ -31,6 +32,8 @@ class MenuBar {
   /// The popup menu of a drop-down button, null when the present bar has no such button. It belongs to
   /// the bar.
   HMENU popup(PopupMenu menu) const { return popups_[static_cast<std::size_t>(menu)]; }
+  /// Enables or greys each item of the popup menus.
+  void showCommands(const CommandFacts& facts) const;
 
  private:
   static constexpr std::size_t kPopupCount = static_cast<std::size_t>(PopupMenu::queries) + 1;

@@ -63,6 +63,7 @@ RebarPlace rebarPlace(SIZE client, bool atTop, bool lower, bool raise) {
 
 void PageBars::create(HINSTANCE instance, int page, HWND parent, HWND mainWindow) {
   destroy();
+  page_ = page;
   const std::span<const BandLayout> bands = pageBands(page);
   if (bands.empty() || !createRebar(instance, parent, mainWindow)) return;
   const bool onForm = page == 1;
@@ -150,6 +151,7 @@ void PageBars::destroy() {
   destroyBand(first_);
   destroyBand(second_);
   rebar_.reset();
+  page_ = -1;
 }
 
 void PageBars::place(HWND parent, bool lower, bool raise) {
@@ -166,9 +168,13 @@ HWND PageBars::positionBox() const {
   return rebar_ ? GetDlgItem(rebar(), kPositionId) : nullptr;
 }
 
-void PageBars::setEnabled(int command, bool enabled) const {
-  const int state = enabled ? TBSTATE_ENABLED : TBSTATE_INDETERMINATE;
-  // The position box is no toolbar and would take the message's number for one of its own.
-  if (first_.images) toolbar::setState(firstBand(), command, state);
-  if (second_.images) toolbar::setState(secondBand(), command, state);
+void PageBars::showCommands(const CommandFacts& facts) const {
+  const std::span<const BandLayout> bands = pageBands(page_);
+  for (std::size_t i = 0; i < bands.size(); ++i) {
+    const HWND bar = i == 0 ? firstBand() : secondBand();
+    for (const BarButton& button : bands[i].buttons) {
+      const bool isEnabled = isAvailable(button.command, PopupMenu::none, facts);
+      toolbar::setState(bar, button.command, isEnabled ? TBSTATE_ENABLED : TBSTATE_INDETERMINATE);
+    }
+  }
 }

@@ -6,6 +6,7 @@
 
 #include "base/control_handles.h"
 #include "base/handles.h"
+#include "records/availability.h"
 
 /// The rebar of a page: one or two bands with the position box and toolbars.
 
@@ -60,8 +61,8 @@ class PageBars {
   HWND secondBand() const { return second_.window.get(); }
   HWND positionBox() const;
 
-  /// Of the buttons with this command, if there is one: enabled, or shown indeterminate.
-  void setEnabled(int command, bool enabled) const;
+  /// Each button enabled, or shown indeterminate.
+  void showCommands(const CommandFacts& facts) const;
 
  private:
   /// The images outlive the toolbar that shows them.
@@ -77,6 +78,7 @@ class PageBars {
   void fillRow(int firstWidth) const;
   void destroyBand(BandWindow& band) const;
 
+  int page_ = -1;  // whose bands these are
   UniqueWindow rebar_;
   BandWindow first_;
   BandWindow second_;

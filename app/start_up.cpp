@@ -55,10 +55,9 @@ BarFacts barFacts() {
 }
 
 void createDocument() {
-  theDocument =
-      std::make_unique<Document>(DocumentPages{std::make_unique<TablesListView>(mainWindow, *theCommandBar),
-                                               std::make_unique<QueriesListView>(mainWindow, *theCommandBar),
-                                               theRecordListView, theFormView, *theCommandBar, thePrompts});
+  theDocument = std::make_unique<Document>(DocumentPages{
+      std::make_unique<TablesListView>(mainWindow), std::make_unique<QueriesListView>(mainWindow),
+      theRecordListView, theFormView, *theCommandBar, thePrompts});
   appUnlocked = true;
   if (theAppSettings->options().usePassword() != 0) checkPassword(mainWindow);
   if (!appUnlocked) return;

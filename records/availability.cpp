@@ -1,105 +1,154 @@
 #include "records/availability.h"
 
+#include <array>
+
 #include "resources/command_ids.h"
 
 namespace {
 
+// ---- Rules
+
+bool databaseCounts(const CommandFacts& facts) {
+  return facts.countsAsOpen;
+}
+
+bool hasTables(const CommandFacts& facts) {
+  return facts.countsAsOpen && facts.tableCount >= 1;
+}
+
+bool isOnTables(const CommandFacts& facts) {
+  return hasTables(facts) && facts.viewMode == ViewMode::tables;
+}
+
+bool isOnQueries(const CommandFacts& facts) {
+  return facts.countsAsOpen && facts.queryCount >= 1 && facts.viewMode == ViewMode::queries;
+}
+
+bool hasColumns(const CommandFacts& facts) {
+  return facts.countsAsOpen && facts.fieldCount >= 1 && facts.viewMode == ViewMode::list;
+}
+
+bool isTableChosen(const CommandFacts& facts) {
+  return facts.tableChosen;
+}
+
+bool isQueryChosen(const CommandFacts& facts) {
+  return facts.queryChosen;
+}
+
+bool isDatabaseOpen(const CommandFacts& facts) {
+  return facts.databaseOpen;
+}
+
+bool hasRecordset(const CommandFacts& facts) {
+  return facts.recordsetOpen;
+}
+
+bool hasRecords(const CommandFacts& facts) {
+  return facts.recordsetOpen && facts.recordCount != 0;
+}
+
+bool hasManyRecords(const CommandFacts& facts) {
+  return facts.unlocked && facts.databaseOpen && facts.recordCount > 1;
+}
+
+bool hasNext(const CommandFacts& facts) {
+  return hasManyRecords(facts) && facts.currentRecord < facts.recordCount;
+}
+
+/// A pending new record stands behind the last one: Previous leaves it.
+bool hasPrevious(const CommandFacts& facts) {
+  return facts.unlocked && facts.databaseOpen && (facts.currentRecord >= 2 || facts.newRecordPending);
+}
+
+bool isBehindFirst(const CommandFacts& facts) {
+  return hasManyRecords(facts) && facts.currentRecord != 1 && !facts.newRecordPending;
+}
+
+bool isBeforeLast(const CommandFacts& facts) {
+  return hasManyRecords(facts) && facts.currentRecord != facts.recordCount;
+}
+
+bool isOnForm(const CommandFacts& facts) {
+  return facts.unlocked && facts.databaseOpen && facts.recordsetOpen && facts.viewMode == ViewMode::form;
+}
+
+bool hasNextPage(const CommandFacts& facts) {
+  return isOnForm(facts) && facts.formPage + 1 < facts.formPageCount;
+}
+
+bool hasPreviousPage(const CommandFacts& facts) {
+  return isOnForm(facts) && facts.formPage != 0;
+}
+
+bool hasNextColumn(const CommandFacts& facts) {
+  return facts.firstSlidingColumn + 2 < facts.fieldCount;
+}
+
+bool hasPreviousColumn(const CommandFacts& facts) {
+  return facts.fieldCount > 0 && facts.firstSlidingColumn > 1;
+}
+
+// ---- The table
+
+struct Row {
+  int command;
+  PopupMenu menu;
+  bool onToolbar;
+  bool (*rule)(const CommandFacts& facts);
+};
+
 constexpr bool kOnToolbar = true;
 constexpr bool kMenuOnly = false;
 
+constexpr std::array kRows = {
+    Row{ID_DATABASE_CLOSE, PopupMenu::file, kMenuOnly, databaseCounts},
+
+    Row{ID_CUT, PopupMenu::edit, kMenuOnly, hasTables},
+    Row{ID_COPY, PopupMenu::edit, kMenuOnly, hasTables},
+    Row{ID_PASTE, PopupMenu::edit, kMenuOnly, hasTables},
+    Row{ID_UNDO, PopupMenu::edit, kMenuOnly, hasTables},
+    Row{ID_FIND, PopupMenu::edit, kMenuOnly, hasRecords},
+
+    Row{ID_RECORD_EDIT, PopupMenu::record, kMenuOnly, hasTables},
+    Row{ID_RECORD_NEW, PopupMenu::record, kMenuOnly, hasRecordset},
+    Row{ID_RECORD_DELETE, PopupMenu::record, kMenuOnly, hasRecords},
+    Row{ID_RECORD_NEXT, PopupMenu::record, kOnToolbar, hasNext},
+    Row{ID_RECORD_PREVIOUS, PopupMenu::record, kOnToolbar, hasPrevious},
+    Row{ID_RECORD_FIRST, PopupMenu::record, kMenuOnly, isBehindFirst},
+    Row{ID_RECORD_LAST, PopupMenu::record, kMenuOnly, isBeforeLast},
+    Row{ID_RECORD_NUMBER, PopupMenu::record, kOnToolbar, hasManyRecords},
+    Row{ID_PAGE_NEXT, PopupMenu::record, kOnToolbar, hasNextPage},
+    Row{ID_PAGE_PREVIOUS, PopupMenu::record, kOnToolbar, hasPreviousPage},
+    Row{ID_COLUMN_NEXT, PopupMenu::record, kMenuOnly, hasColumns},
+    Row{ID_COLUMN_PREVIOUS, PopupMenu::record, kMenuOnly, hasColumns},
+    Row{ID_COLUMN_NEXT, PopupMenu::none, kOnToolbar, hasNextColumn},
+    Row{ID_COLUMN_PREVIOUS, PopupMenu::none, kOnToolbar, hasPreviousColumn},
+
+    Row{ID_TABLE_NEW, PopupMenu::tables, kMenuOnly, isOnTables},
+    Row{ID_TABLE_DELETE, PopupMenu::tables, kMenuOnly, isOnTables},
+    Row{ID_VIEW_LARGE_ICONS, PopupMenu::tables, kMenuOnly, isOnTables},
+    Row{ID_VIEW_SMALL_ICONS, PopupMenu::tables, kMenuOnly, isOnTables},
+    Row{ID_VIEW_LIST, PopupMenu::tables, kMenuOnly, isOnTables},
+    Row{ID_TABLE_DELETE, PopupMenu::none, kOnToolbar, isTableChosen},
+
+    Row{ID_QUERY_NEW, PopupMenu::queries, kMenuOnly, isOnQueries},
+    Row{ID_QUERY_EDIT, PopupMenu::queries, kMenuOnly, isOnQueries},
+    Row{ID_QUERY_DELETE, PopupMenu::queries, kMenuOnly, isOnQueries},
+    Row{ID_VIEW_LARGE_ICONS, PopupMenu::queries, kMenuOnly, isOnQueries},
+    Row{ID_VIEW_SMALL_ICONS, PopupMenu::queries, kMenuOnly, isOnQueries},
+    Row{ID_VIEW_LIST, PopupMenu::queries, kMenuOnly, isOnQueries},
+    Row{ID_QUERY_NEW, PopupMenu::none, kOnToolbar, isDatabaseOpen},
+    Row{ID_QUERY_EDIT, PopupMenu::none, kOnToolbar, isQueryChosen},
+    Row{ID_QUERY_DELETE, PopupMenu::none, kOnToolbar, isQueryChosen},
+};
+
 }  // namespace
 
-std::array<CommandState, 5> navigationStates(const NavigationFacts& facts) {
-  const bool usable = facts.unlocked && facts.databaseOpen;
-  const bool many = usable && facts.recordCount > 1;
-  const bool isFirst = facts.currentRecord == 1;
-  const bool isLast = facts.currentRecord == facts.recordCount;
-  // A pending new record stands behind the last one: Previous leaves it.
-  const bool hasPrevious = usable && (facts.currentRecord >= 2 || facts.newRecordPending);
-  return {{
-      {ID_RECORD_NEXT, PopupMenu::record, kOnToolbar, many && facts.currentRecord < facts.recordCount},
-      {ID_RECORD_PREVIOUS, PopupMenu::record, kOnToolbar, hasPrevious},
-      {ID_RECORD_FIRST, PopupMenu::record, kMenuOnly, many && !isFirst && !facts.newRecordPending},
-      {ID_RECORD_LAST, PopupMenu::record, kMenuOnly, many && !isLast},
-      {ID_RECORD_NUMBER, PopupMenu::record, kOnToolbar, many},
-  }};
-}
-
-std::array<CommandState, 2> formPageStates(const FormPageFacts& facts) {
-  const bool usable =
-      facts.unlocked && facts.databaseOpen && facts.recordsetOpen && facts.viewMode == ViewMode::form;
-  return {{
-      {ID_PAGE_NEXT, PopupMenu::record, kOnToolbar, usable && facts.pageIndex + 1 < facts.pageCount},
-      {ID_PAGE_PREVIOUS, PopupMenu::record, kOnToolbar, usable && facts.pageIndex != 0},
-  }};
-}
-
-std::array<CommandState, 24> databaseStates(const DatabaseFacts& facts) {
-  const bool hasTables = facts.open && facts.tableCount >= 1;
-  const bool onTables = hasTables && facts.viewMode == ViewMode::tables;
-  const bool onQueries = facts.open && facts.queryCount >= 1 && facts.viewMode == ViewMode::queries;
-  const bool hasColumns = facts.open && facts.fieldCount >= 1 && facts.viewMode == ViewMode::list;
-  return {{
-      {ID_DATABASE_CLOSE, PopupMenu::file, kMenuOnly, facts.open},
-      {ID_DATABASE_INFO, PopupMenu::edit, kMenuOnly, true},
-      {ID_TABLE_NEW, PopupMenu::tables, kMenuOnly, onTables},
-      {ID_TABLE_DELETE, PopupMenu::tables, kMenuOnly, onTables},
-      {ID_VIEW_LARGE_ICONS, PopupMenu::tables, kMenuOnly, onTables},
-      {ID_VIEW_SMALL_ICONS, PopupMenu::tables, kMenuOnly, onTables},
-      {ID_VIEW_LIST, PopupMenu::tables, kMenuOnly, onTables},
-      {ID_RECORD_NUMBER, PopupMenu::record, kMenuOnly, hasTables},
-      {ID_RECORD_NEW, PopupMenu::record, kMenuOnly, hasTables},
-      {ID_RECORD_DELETE, PopupMenu::record, kMenuOnly, hasTables},
-      {ID_RECORD_EDIT, PopupMenu::record, kMenuOnly, hasTables},
-      {ID_CUT, PopupMenu::edit, kMenuOnly, hasTables},
-      {ID_COPY, PopupMenu::edit, kMenuOnly, hasTables},
-      {ID_PASTE, PopupMenu::edit, kMenuOnly, hasTables},
-      {ID_UNDO, PopupMenu::edit, kMenuOnly, hasTables},
-      {ID_FIND, PopupMenu::edit, kMenuOnly, hasTables},
-      {ID_COLUMN_PREVIOUS, PopupMenu::record, kMenuOnly, hasColumns},
-      {ID_COLUMN_NEXT, PopupMenu::record, kMenuOnly, hasColumns},
-      {ID_QUERY_NEW, PopupMenu::queries, kMenuOnly, onQueries},
-      {ID_QUERY_EDIT, PopupMenu::queries, kMenuOnly, onQueries},
-      {ID_QUERY_DELETE, PopupMenu::queries, kMenuOnly, onQueries},
-      {ID_VIEW_LARGE_ICONS, PopupMenu::queries, kMenuOnly, onQueries},
-      {ID_VIEW_SMALL_ICONS, PopupMenu::queries, kMenuOnly, onQueries},
-      {ID_VIEW_LIST, PopupMenu::queries, kMenuOnly, onQueries},
-  }};
-}
-
-std::array<CommandState, 3> recordStates(const RecordFacts& facts) {
-  const bool hasRecords = facts.recordsetOpen && facts.recordCount != 0;
-  return {{
-      {ID_RECORD_NEW, PopupMenu::record, kMenuOnly, facts.recordsetOpen},
-      {ID_RECORD_DELETE, PopupMenu::record, kMenuOnly, hasRecords},
-      {ID_FIND, PopupMenu::edit, kMenuOnly, hasRecords},
-  }};
-}
-
-std::array<CommandState, 2> gridRecordStates(const GridFacts& facts) {
-  return {{
-      {ID_RECORD_NEXT, PopupMenu::none, kOnToolbar, facts.position < facts.recordCount},
-      {ID_RECORD_PREVIOUS, PopupMenu::none, kOnToolbar, facts.position >= 2},
-  }};
-}
-
-std::array<CommandState, 2> columnStates(const ColumnFacts& facts) {
-  return {{
-      {ID_COLUMN_NEXT, PopupMenu::none, kOnToolbar, facts.firstSlidingColumn < facts.fieldCount - 2},
-      {ID_COLUMN_PREVIOUS, PopupMenu::none, kOnToolbar, facts.fieldCount > 0 && facts.firstSlidingColumn > 1},
-  }};
-}
-
-std::array<CommandState, 1> tableStates(const NamesFacts& facts) {
-  const bool chosen = facts.selectedIndex >= 0 && facts.itemCount >= 1;
-  return {{{ID_TABLE_DELETE, PopupMenu::none, kOnToolbar, chosen}}};
-}
-
-std::array<CommandState, 3> queryStates(const NamesFacts& facts, bool databaseOpen) {
-  const bool chosen = facts.selectedIndex >= 0 && facts.itemCount >= 1;
-  return {{
-      {ID_QUERY_NEW, PopupMenu::none, kOnToolbar, databaseOpen},
-      {ID_QUERY_DELETE, PopupMenu::none, kOnToolbar, chosen},
-      {ID_QUERY_EDIT, PopupMenu::none, kOnToolbar, chosen},
-  }};
+bool isAvailable(int command, PopupMenu menu, const CommandFacts& facts) {
+  for (const Row& row : kRows) {
+    const bool isHere = menu == PopupMenu::none ? row.onToolbar : row.menu == menu;
+    if (row.command == command && isHere) return row.rule(facts);
+  }
+  return true;
 }

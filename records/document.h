@@ -178,12 +178,11 @@ class Document {
 
   // ---- What the menus and toolbars show (document_bars.cpp)
 
-  CommandBar& commandBar() { return pages_.bar; }
-  /// Every item of the menus and every button of the record and its pages: first what depends on the
-  /// database and the page, for a database that counts as `open`, then what refines it.
+  /// Every item of the menus and every button, from now on for a database that counts as `open`.
   void updateMenusForDatabase(bool open);
-  /// On the Form and List pages only.
+  /// The same for the database as it counts now; on the Form and List pages only.
   void updateNavigationState();
+  /// The same on every page.
   void updatePageState();
   void updatePositionText();
   /// The menu bar is made anew, after which every item gets its state.
@@ -240,6 +239,8 @@ class Document {
   bool restoreRecords(const String& table, const String& query, bool asQuery);
   /// The count of the former recordset outlasts one that did not open.
   std::uint32_t openRecordCount() const { return recordsetOpen_ ? database_.recordCount() : 0; }
+  CommandFacts commandFacts() const;
+  void updateCommands();
   void refuse(PromptOwner owner, const wchar_t* text);
   /// Tells what failed and why.
   void tellFailure(const std::wstring& what, const String& reason,
@@ -295,6 +296,7 @@ class Document {
   NameList queryNames_;
   ViewMode viewMode_ = ViewMode::none;
   bool databaseOpen_ = false;
+  bool countsAsOpen_ = false;  // in the menus
   bool recordsetOpen_ = false;
   std::uint32_t openGeneration_ =
       RecordSource::kNeverChosen;  // of wanted_ when it was opened, or tried to be

@@ -5,33 +5,40 @@
 #include "records/document.h"
 #include "records/position_text.h"
 
+CommandFacts Document::commandFacts() const {
+  return {.unlocked = appUnlocked,
+          .databaseOpen = database_.isOpen(),
+          .countsAsOpen = countsAsOpen_,
+          .recordsetOpen = recordsetOpen_,
+          .viewMode = viewMode_,
+          .tableCount = tableNames_.size(),
+          .queryCount = queryNames_.size(),
+          .fieldCount = recordsetOpen_ ? database_.fieldCount() : 0,
+          .currentRecord = currentRecord,
+          .recordCount = openRecordCount(),
+          .newRecordPending = database_.newRecordPending(),
+          .formPage = pages_.form.pageIndex(),
+          .formPageCount = pages_.form.pageCount(),
+          .firstSlidingColumn = pages_.grid.firstSlidingColumn(),
+          .tableChosen = pages_.tables->hasChoice(),
+          .queryChosen = pages_.queries->hasChoice()};
+}
+
+void Document::updateCommands() {
+  pages_.bar.showCommands(commandFacts());
+}
+
 void Document::updateMenusForDatabase(bool open) {
-  pages_.bar.apply(databaseStates({.open = open,
-                                   .viewMode = viewMode_,
-                                   .tableCount = tableNames_.size(),
-                                   .queryCount = queryNames_.size(),
-                                   .fieldCount = recordsetOpen_ ? database_.fieldCount() : 0}));
-  pages_.bar.apply(recordStates({.recordsetOpen = recordsetOpen_, .recordCount = openRecordCount()}));
-  updateNavigationState();
-  updatePageState();
+  countsAsOpen_ = open;
+  updateCommands();
 }
 
 void Document::updateNavigationState() {
-  if (viewMode_ != ViewMode::form && viewMode_ != ViewMode::list) return;
-  pages_.bar.apply(navigationStates({.unlocked = appUnlocked,
-                                     .databaseOpen = database_.isOpen(),
-                                     .currentRecord = currentRecord,
-                                     .recordCount = openRecordCount(),
-                                     .newRecordPending = database_.newRecordPending()}));
+  if (viewMode_ == ViewMode::form || viewMode_ == ViewMode::list) updateCommands();
 }
 
 void Document::updatePageState() {
-  pages_.bar.apply(formPageStates({.unlocked = appUnlocked,
-                                   .databaseOpen = database_.isOpen(),
-                                   .recordsetOpen = recordsetOpen_,
-                                   .viewMode = viewMode_,
-                                   .pageIndex = pages_.form.pageIndex(),
-                                   .pageCount = pages_.form.pageCount()}));
+  updateCommands();
 }
 
 void Document::updatePositionText() {
@@ -46,8 +53,7 @@ void Document::updateCommandBar() {
 
 void Document::rowChosen() {
   updatePositionText();
-  updateNavigationState();
-  pages_.bar.apply(gridRecordStates({.position = currentRecord, .recordCount = openRecordCount()}));
+  updateCommands();
 }
 
 void Document::layOutPages() {

@@ -143,7 +143,6 @@ void Document::goToFirstRecordOfForm(bool opensRecords) {
 
 void Document::enterList() {
   if (!recordsetOpen_) {
-    pages_.grid.updateColumnButtons();
     updatePositionText();
     return;
   }
@@ -194,11 +193,15 @@ void Document::setNameStyle(NameStyle style) {
 }
 
 void Document::showPreviousColumn() {
-  if (viewMode_ == ViewMode::list && recordsetOpen_) pages_.grid.showPreviousColumn();
+  if (viewMode_ != ViewMode::list || !recordsetOpen_) return;
+  pages_.grid.showPreviousColumn();
+  updateCommands();
 }
 
 void Document::showNextColumn() {
-  if (viewMode_ == ViewMode::list && recordsetOpen_) pages_.grid.showNextColumn();
+  if (viewMode_ != ViewMode::list || !recordsetOpen_) return;
+  pages_.grid.showNextColumn();
+  updateCommands();
 }
 
 void Document::fitColumns() {

@@ -37,8 +37,8 @@ class NamesPage {
   virtual void setStyle(NameStyle style) = 0;
   /// The item that was chosen last, -1 for none.
   virtual int selectedIndex() const = 0;
-  /// The states of the page's buttons, which a new toolbar does not have yet.
-  virtual void updateCommandButtons() = 0;
+  /// Whether one of the items was chosen.
+  virtual bool hasChoice() const = 0;
 };
 
 /// Which item is selected after the tables were filled in, once one had been chosen before. Any other
@@ -139,6 +139,6 @@ class RecordGrid {
   virtual void fitColumns() = 0;
   /// Takes the row of currentRecord out, whose record was deleted.
   virtual void recordDeleted() = 0;
-  /// The states of the column buttons, which a new toolbar does not have yet.
-  virtual void updateColumnButtons() = 0;
+  /// The field that the second column shows.
+  virtual std::uint32_t firstSlidingColumn() const = 0;
 };

@@ -5,7 +5,6 @@
 #include "base/app_colors.h"
 #include "base/name_list.h"
 #include "base/string.h"
-#include "records/availability.h"
 #include "records/pages.h"
 
 /// The list control of a page of names: one item for each name, one icon for all of them. The control
@@ -51,12 +50,12 @@ class NameListView {
   int findItem(const String& name) const;
 
   int selectedIndex() const { return selectedIndex_; }
+  bool hasChoice() const { return selectedIndex_ >= 0 && count() >= 1; }
   void setSelectedIndex(int index) { selectedIndex_ = index; }
 
  protected:
   /// Replaces the items and selects none.
   void refill(const NameList& names);
-  NamesFacts facts() const { return {.selectedIndex = selectedIndex_, .itemCount = count()}; }
   /// Moves the view to the last and back to the first item, unseen.
   void scrollThrough();
 

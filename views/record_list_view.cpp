@@ -217,7 +217,6 @@ void RecordListView::fill() {
   applyColors();
   resetItems();
   selectCurrent();
-  updateColumnButtons();
 }
 
 void RecordListView::clear() {
@@ -251,7 +250,6 @@ void RecordListView::rebuildColumns() {
   cachedRow_ = kNoRow;
   listview::setItemCount(list_, rowCount());
   selectCurrent();
-  updateColumnButtons();
 }
 
 void RecordListView::resetItems() {
@@ -274,13 +272,6 @@ void RecordListView::showNextColumn() {
 
 void RecordListView::fitColumns() {
   for (int column = columnCount_ - 1; column >= 0; --column) listview::fitColumn(list_, column);
-}
-
-void RecordListView::updateColumnButtons() {
-  if (!document_) return;
-  const int shownFieldCount = document_->isRecordsetOpen() ? fieldCount_ : 0;
-  document_->commandBar().apply(
-      columnStates({.fieldCount = shownFieldCount, .firstSlidingColumn = firstSlidingColumn_}));
 }
 
 void RecordListView::recordDeleted() {

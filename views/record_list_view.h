@@ -64,7 +64,9 @@ class RecordListView final : public RecordGrid {
   void fitColumns() override;
   /// Takes the row of currentRecord, which was deleted, out of the grid.
   void recordDeleted() override;
-  void updateColumnButtons() override;
+  std::uint32_t firstSlidingColumn() const override {
+    return static_cast<std::uint32_t>(firstSlidingColumn_);
+  }
   /// Makes fonts and columns at the present zoom.
   void zoomChanged();
 

@@ -4,33 +4,13 @@
 
 #include "resources/resource_ids.h"
 
-TablesListView::TablesListView(HWND mainWindow, CommandBar& bar)
+TablesListView::TablesListView(HWND mainWindow)
     : NameListView(mainWindow, kTablesViewBackground, kTablesViewText, {IDI_TABLES_LARGE, IDI_TABLES_SMALL},
-                   -1),
-      bar_(bar) {}
-
-void TablesListView::addItem(int index, const String& name) {
-  NameListView::addItem(index, name);
-  updateCommandButtons();
-}
-
-void TablesListView::deleteItem(int index) {
-  NameListView::deleteItem(index);
-  updateCommandButtons();
-}
-
-void TablesListView::deleteAllItems() {
-  NameListView::deleteAllItems();
-  updateCommandButtons();
-}
+                   -1) {}
 
 void TablesListView::rememberSelection(int index) {
   setSelectedIndex(index);
   selectionRemembered_ = true;
-}
-
-void TablesListView::updateCommandButtons() {
-  bar_.apply(tableStates(facts()));
 }
 
 String TablesListView::itemText(int index) {
@@ -45,7 +25,6 @@ void TablesListView::fill(const NameList& names, Positioning positioning, const 
     scrollThrough();
     selectItem(selectedIndex());
   }
-  updateCommandButtons();
 }
 
 int TablesListView::positioned(Positioning positioning, const String& name) const {

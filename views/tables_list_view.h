@@ -1,22 +1,20 @@
 #pragma once
 
-#include "records/command_bar.h"
 #include "views/name_list_view.h"
 
 /// The Tables page: the tables of the open database.
 class TablesListView final : public TablesPage, private NameListView {
  public:
-  /// `bar` outlives the list; its button for deleting a table follows the selection.
-  TablesListView(HWND mainWindow, CommandBar& bar);
+  explicit TablesListView(HWND mainWindow);
 
   void show() override { NameListView::show(); }
   void hide() override { NameListView::hide(); }
   void layOut() override { NameListView::layOut(); }
   void refreshColors() override { NameListView::refreshColors(); }
   void loadImages() override { NameListView::loadImages(); }
-  void addItem(int index, const String& name) override;
-  void deleteItem(int index) override;
-  void deleteAllItems() override;
+  void addItem(int index, const String& name) override { NameListView::addItem(index, name); }
+  void deleteItem(int index) override { NameListView::deleteItem(index); }
+  void deleteAllItems() override { NameListView::deleteAllItems(); }
   /// Remembers the index as the selected one besides.
   String itemText(int index) override;
   void setStyle(NameStyle style) override { NameListView::setStyle(style); }
@@ -24,11 +22,10 @@ class TablesListView final : public TablesPage, private NameListView {
   void fill(const NameList& names, Positioning positioning, const String& name) override;
   void clearRememberedSelection() override { selectionRemembered_ = false; }
   void rememberSelection(int index) override;
-  void updateCommandButtons() override;
+  bool hasChoice() const override { return NameListView::hasChoice(); }
 
  private:
   int positioned(Positioning positioning, const String& name) const;
 
-  CommandBar& bar_;
   bool selectionRemembered_ = false;
 };

@@ -38,10 +38,18 @@ class CommandBarTest : public testing::Test {
     bar_.showPageBars(page);
     bar_.rebuildMenuBar();
   }
-  void apply(int command, PopupMenu menu, bool onToolbar, bool enabled) {
-    const CommandState states[] = {{command, menu, onToolbar, enabled}};
-    bar_.apply(states);
+  /// At the first or the last of five records, on whatever page.
+  static CommandFacts recordFacts(bool hasNext) {
+    return {.unlocked = true,
+            .databaseOpen = true,
+            .countsAsOpen = true,
+            .recordsetOpen = true,
+            .viewMode = ViewMode::form,
+            .tableCount = 1,
+            .currentRecord = hasNext ? 1u : 5u,
+            .recordCount = 5};
   }
+  void showNext(bool isAvailable) { bar_.showCommands(recordFacts(isAvailable)); }
   bool isGrey(PopupMenu menu, int command) const {
     const UINT state = GetMenuState(bar_.menuBar().popup(menu), static_cast<UINT>(command), MF_BYCOMMAND);
     EXPECT_NE(state, ~0u) << command;
@@ -99,66 +107,68 @@ HWND BoxAnswer::owner;
 
 TEST_F(CommandBarTest, ACommandIsGreyInItsMenuAndIndeterminateOnTheToolbar) {
   show(kForm);
-  apply(kNext, PopupMenu::record, true, false);
+  showNext(false);
   EXPECT_TRUE(isGrey(PopupMenu::record, kNext));
   EXPECT_EQ(toolbarState(kNext), TBSTATE_INDETERMINATE);
-  apply(kNext, PopupMenu::record, true, true);
+  showNext(true);
   EXPECT_FALSE(isGrey(PopupMenu::record, kNext));
   EXPECT_EQ(toolbarState(kNext), TBSTATE_ENABLED);
 }
 
-TEST_F(CommandBarTest, AMenuOnlyStateLeavesTheToolbar) {
-  show(kForm);
-  apply(kNext, PopupMenu::record, false, false);
-  EXPECT_TRUE(isGrey(PopupMenu::record, kNext));
-  EXPECT_EQ(toolbarState(kNext), TBSTATE_ENABLED);
-}
-
-TEST_F(CommandBarTest, AToolbarOnlyStateLeavesTheMenu) {
-  show(kForm);
-  apply(kNext, PopupMenu::none, true, false);
-  EXPECT_FALSE(isGrey(PopupMenu::record, kNext));
-  EXPECT_EQ(toolbarState(kNext), TBSTATE_INDETERMINATE);
+TEST_F(CommandBarTest, AnItemAndAButtonOfOneCommandMayHaveRulesOfTheirOwn) {
+  constexpr int kNextColumn = 40071;
+  show(kList);
+  CommandFacts facts = recordFacts(true);
+  facts.viewMode = ViewMode::list;
+  facts.fieldCount = 2;
+  bar_.showCommands(facts);
+  EXPECT_FALSE(isGrey(PopupMenu::record, kNextColumn));
+  EXPECT_EQ(toolbarState(kNextColumn), TBSTATE_INDETERMINATE);
+  facts.fieldCount = 5;
+  bar_.showCommands(facts);
+  EXPECT_EQ(toolbarState(kNextColumn), TBSTATE_ENABLED);
 }
 
 TEST_F(CommandBarTest, WhatThePageDoesNotHaveIsPassedOver) {
-  apply(kNext, PopupMenu::record, true, false);
+  showNext(false);
   show(kTables);
-  apply(kNext, PopupMenu::record, true, false);
-  apply(99, PopupMenu::file, true, false);
+  showNext(false);
   EXPECT_FALSE(isGrey(PopupMenu::file, kClose));
   EXPECT_EQ(toolbarState(32782), TBSTATE_ENABLED);
 }
 
-TEST_F(CommandBarTest, TheSameNumberInAnotherMenuStays) {
+TEST_F(CommandBarTest, TheSameNumberInAnotherMenuHasItsOwnRule) {
   constexpr int kLargeIcons = 40061;
+  CommandFacts facts = recordFacts(true);
+  facts.viewMode = ViewMode::tables;
+  facts.queryCount = 0;
+  bar_.showCommands(facts);
   show(kTables);
-  apply(kLargeIcons, PopupMenu::queries, false, false);
   EXPECT_FALSE(isGrey(PopupMenu::tables, kLargeIcons));
+  facts.viewMode = ViewMode::queries;
+  bar_.showCommands(facts);
+  show(kQueries);
+  EXPECT_TRUE(isGrey(PopupMenu::queries, kLargeIcons));
 }
 
-TEST_F(CommandBarTest, AMenuBarMadeAgainShowsWhatWasAppliedLast) {
+TEST_F(CommandBarTest, ItemsOfSubmenusAreShownToo) {
   show(kForm);
-  apply(kPageNext, PopupMenu::record, true, true);
-  apply(kNext, PopupMenu::record, true, true);
-  apply(kNext, PopupMenu::record, true, false);
-  bar_.rebuildMenuBar();
+  showNext(true);
+  EXPECT_TRUE(isGrey(PopupMenu::record, kPageNext));
+  CommandFacts facts = recordFacts(true);
+  facts.formPageCount = 2;
+  bar_.showCommands(facts);
   EXPECT_FALSE(isGrey(PopupMenu::record, kPageNext));
-  EXPECT_TRUE(isGrey(PopupMenu::record, 32791));
+}
+
+TEST_F(CommandBarTest, BarsThatAreMadeAgainShowTheLastFacts) {
+  show(kForm);
+  showNext(true);
+  showNext(false);
+  bar_.rebuildMenuBar();
   EXPECT_TRUE(isGrey(PopupMenu::record, kNext));
   bar_.showPageBars(kForm);
   EXPECT_EQ(toolbarState(kNext), TBSTATE_INDETERMINATE);
-}
-
-TEST_F(CommandBarTest, WhereTwoRulesNameAnItemTheLaterOneHolds) {
-  show(kForm);
-  apply(kNext, PopupMenu::record, true, false);
-  apply(kNext, PopupMenu::record, false, true);
-  bar_.rebuildMenuBar();
-  EXPECT_FALSE(isGrey(PopupMenu::record, kNext));
-  apply(kNext, PopupMenu::record, true, false);
-  bar_.rebuildMenuBar();
-  EXPECT_TRUE(isGrey(PopupMenu::record, kNext));
 }
 
 // ---- The menu bar
@@ -283,7 +293,7 @@ TEST_F(CommandBarTest, AtAnotherZoomAllIsMadeAgainInProportion) {
 TEST_F(CommandBarTest, MakingAllAgainKeepsTextAndStates) {
   show(kForm);
   bar_.setPositionText(L"    3 / 5");
-  apply(kNext, PopupMenu::record, true, false);
+  showNext(false);
   bar_.rebuildAll();
   EXPECT_EQ(positionText(), L"    3 / 5");
   EXPECT_EQ(toolbarState(kNext), TBSTATE_INDETERMINATE);

@@ -175,15 +175,15 @@ TEST_F(DocumentFilesTest, TheFormGoesWithItsRecordset) {
   ASSERT_TRUE(document().openDatabase(file("one.cdb").c_str()));
   window().form.pages = 2;
   document().setViewMode(ViewMode::form);
-  EXPECT_TRUE(window().bar.onToolbar[ID_PAGE_NEXT]);
+  EXPECT_TRUE(window().bar.onToolbar(ID_PAGE_NEXT));
   document().setViewMode(ViewMode::tables);
   window().takeCalls();
   window().prompts.agrees = true;
   ASSERT_EQ(document().deleteTableCommand(), CommandResult::done);
   EXPECT_THAT(window().takeCalls(), Contains("form.tearDown"));
   document().setViewMode(ViewMode::form);
-  EXPECT_FALSE(window().bar.onToolbar[ID_PAGE_NEXT]);
-  EXPECT_FALSE((window().bar.inMenu[{PopupMenu::record, ID_PAGE_NEXT}]));
+  EXPECT_FALSE(window().bar.onToolbar(ID_PAGE_NEXT));
+  EXPECT_FALSE(window().bar.inMenu(PopupMenu::record, ID_PAGE_NEXT));
 }
 
 TEST_F(DocumentFilesTest, WhoDoesNotDeleteTheTableKeepsTheQueryInUse) {
@@ -209,7 +209,7 @@ TEST_F(DocumentFilesTest, WithTheirTableTheQueriesAreGone) {
   ASSERT_EQ(document().deleteTableCommand(), CommandResult::done);
   document().setViewMode(ViewMode::queries);
   EXPECT_THAT(window().queries->items, IsEmpty());
-  EXPECT_FALSE((window().bar.inMenu[{PopupMenu::queries, ID_QUERY_EDIT}]));
+  EXPECT_FALSE(window().bar.inMenu(PopupMenu::queries, ID_QUERY_EDIT));
 }
 
 TEST_F(DocumentFilesTest, ATableIsNotDeletedFromAnotherPage) {

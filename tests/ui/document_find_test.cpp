@@ -59,11 +59,10 @@ TEST_F(DocumentFindTest, OpeningItStoresANewRecordAndTheBarsSayThatItIsOne) {
   theAppSettings->options().setGenUpdateRights(kNewRecordsAndDeletions);
   document().newRecord();
   ASSERT_TRUE(document().isNewRecordPending());
-  const std::pair first(PopupMenu::record, static_cast<std::uint32_t>(ID_RECORD_FIRST));
-  ASSERT_FALSE(window().bar.inMenu[first]);
+  ASSERT_FALSE(window().bar.inMenu(PopupMenu::record, ID_RECORD_FIRST));
   find(L"pear");
   EXPECT_FALSE(document().isNewRecordPending());
-  EXPECT_TRUE(window().bar.inMenu[first]);
+  EXPECT_TRUE(window().bar.inMenu(PopupMenu::record, ID_RECORD_FIRST));
 }
 
 TEST_F(DocumentFindTest, AMatchIsShownAndTheCursorGoesOnBehindIt) {

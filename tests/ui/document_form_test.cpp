@@ -15,8 +15,8 @@ class DocumentFormTest : public DocumentTest {
     document().setViewMode(ViewMode::form);
     window().takeCalls();
   }
-  bool inRecordMenu(int command) { return window().bar.inMenu.at({PopupMenu::record, command}); }
-  bool onToolbar(int command) { return window().bar.onToolbar.at(command); }
+  bool inRecordMenu(int command) { return window().bar.inMenu(PopupMenu::record, command); }
+  bool onToolbar(int command) { return window().bar.onToolbar(command); }
 };
 
 // ---- Entering and leaving
@@ -190,9 +190,9 @@ TEST_F(DocumentFormTest, PagesOfTheFormAreGreyOnOtherPages) {
 
 TEST_F(DocumentFormTest, CloseIsGreyWithoutADatabase) {
   document().setViewMode(ViewMode::tables);
-  EXPECT_FALSE(window().bar.inMenu.at({PopupMenu::file, ID_DATABASE_CLOSE}));
+  EXPECT_FALSE(window().bar.inMenu(PopupMenu::file, ID_DATABASE_CLOSE));
   open();
-  EXPECT_TRUE(window().bar.inMenu.at({PopupMenu::file, ID_DATABASE_CLOSE}));
+  EXPECT_TRUE(window().bar.inMenu(PopupMenu::file, ID_DATABASE_CLOSE));
 }
 
 TEST_F(DocumentFormTest, ChoosingARowWritesThePositionAndTheGridsButtons) {

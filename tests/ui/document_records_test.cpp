@@ -190,7 +190,7 @@ TEST_F(DocumentRecordsTest, DeletingTheOnlyRecordLeavesNoRecordsAndGreyNavigatio
   EXPECT_EQ(window().bar.position, L"No Records");
   EXPECT_THAT(window().takeCalls(), Contains("form.hideEditors"));
   for (const int command : {ID_RECORD_NEXT, ID_RECORD_PREVIOUS, ID_RECORD_NUMBER}) {
-    EXPECT_FALSE(window().bar.onToolbar.at(command)) << command;
+    EXPECT_FALSE(window().bar.onToolbar(command)) << command;
   }
   EXPECT_EQ(storedCount(), 0u);
   document().deleteRecord();

@@ -101,7 +101,7 @@ TEST_F(DocumentSessionTest, TheCommandsOfARestoredTableFollowItsRecords) {
   leaveTable(1);
   ASSERT_EQ(document().restoreSession(), RestoreResult::records);
   document().updateMenusForDatabase(true);
-  const auto inMenu = [this](PopupMenu menu, int command) { return window().bar.inMenu[{menu, command}]; };
+  const auto inMenu = [this](PopupMenu menu, int command) { return window().bar.inMenu(menu, command); };
   EXPECT_FALSE(inMenu(PopupMenu::record, ID_RECORD_NUMBER));
   EXPECT_TRUE(inMenu(PopupMenu::record, ID_RECORD_DELETE));
   EXPECT_TRUE(inMenu(PopupMenu::edit, ID_FIND));

@@ -81,7 +81,7 @@ struct FakeGrid final : RecordGrid {
   void layOut() override { calls.push_back("grid.layOut"); }
   void refreshColors() override { calls.push_back("grid.refreshColors"); }
   void recordDeleted() override { calls.push_back("grid.recordDeleted"); }
-  void updateColumnButtons() override { calls.push_back("grid.updateColumnButtons"); }
+  std::uint32_t firstSlidingColumn() const override { return slidingColumn; }
   void fill() override {
     calls.push_back("grid.fill");
     filledAt = currentRecord;
@@ -97,6 +97,7 @@ struct FakeGrid final : RecordGrid {
   Calls& calls;
   std::uint32_t row = 0;       ///< the row that is selected
   std::uint32_t filledAt = 0;  ///< currentRecord at the last fill
+  std::uint32_t slidingColumn = 1;
 };
 
 /// What both pages of names do.
@@ -116,7 +117,7 @@ struct FakeNames : Page {
     calls.push_back(name + ".deleteItem " + std::to_string(index));
     items.erase(items.begin() + index);
   }
-  void updateCommandButtons() override { calls.push_back(name + ".updateCommandButtons"); }
+  bool hasChoice() const override { return selected >= 0 && !items.empty(); }
   int selectedIndex() const override { return selected; }
   void deleteAllItems() override {
     calls.push_back(name + ".deleteAllItems");
@@ -170,23 +171,17 @@ struct FakeQueries final : FakeNames<QueriesPage> {
   }
 };
 
-/// Keeps the state that each command was last given, and the position text.
+/// Keeps the facts that it was last given, and the position text.
 struct FakeBar final : CommandBar {
-  void apply(std::span<const CommandState> states) override {
-    for (const CommandState& state : states) {
-      if (state.menu != PopupMenu::none) inMenu[{state.menu, state.command}] = state.enabled;
-      if (state.onToolbar) onToolbar[state.command] = state.enabled;
-    }
-  }
-  void rebuildMenuBar() override {
-    ++rebuilt;
-    inMenu.clear();
-  }
+  void showCommands(const CommandFacts& shown) override { facts = shown; }
+  void rebuildMenuBar() override { ++rebuilt; }
   void setPositionText(const wchar_t* text) override { position = text; }
 
   int rebuilt = 0;  ///< how often
-  std::map<std::pair<PopupMenu, int>, bool> inMenu;
-  std::map<int, bool> onToolbar;
+  bool inMenu(PopupMenu menu, int command) const { return isAvailable(command, menu, facts); }
+  bool onToolbar(int command) const { return isAvailable(command, PopupMenu::none, facts); }
+
+  CommandFacts facts;
   std::wstring position;
 };
 

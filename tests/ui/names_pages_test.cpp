@@ -47,8 +47,7 @@ class TablesListViewTest : public testing::Test {
 
  private:
   HostWindow host_;
-  FakeBar bar_;
-  TablesListView view_{host_.get(), bar_};
+  TablesListView view_{host_.get()};
   const NameList three_ = names({L"a", L"b", L"c"});
 };
 
@@ -127,8 +126,7 @@ TEST_F(TablesListViewTest, FillingAgainAndAgainKeepsNothing) {
 
 TEST(QueriesListViewTest, AFillSelectsTheStoredIndexWhichStartsAtTheFirst) {
   HostWindow host;
-  FakeBar bar;
-  QueriesListView view(host.get(), bar);
+  QueriesListView view(host.get());
   const HWND list = GetDlgItem(host.get(), kControlId);
   ASSERT_NE(list, nullptr);
   view.fill(names({L"a", L"b"}));
@@ -142,21 +140,19 @@ TEST(QueriesListViewTest, AFillSelectsTheStoredIndexWhichStartsAtTheFirst) {
 
 TEST(QueriesListViewTest, TheColoursAreItsOwn) {
   HostWindow host;
-  FakeBar bar;
-  QueriesListView view(host.get(), bar);
+  QueriesListView view(host.get());
   view.show();
   EXPECT_EQ(SendMessageW(GetDlgItem(host.get(), kControlId), LVM_GETBKCOLOR, 0, 0), RGB(255, 128, 0));
 }
 
 TEST(NameListViewTest, ThePageEndsWithItsWindowOrBeforeIt) {
   auto host = std::make_unique<HostWindow>();
-  FakeBar bar;
   {
-    const TablesListView view(host->get(), bar);
+    const TablesListView view(host->get());
     EXPECT_NE(GetDlgItem(host->get(), kControlId), nullptr);
   }
   EXPECT_EQ(GetDlgItem(host->get(), kControlId), nullptr);
-  const auto survivor = std::make_unique<TablesListView>(host->get(), bar);
+  const auto survivor = std::make_unique<TablesListView>(host->get());
   host.reset();
   EXPECT_STREQ(survivor->itemText(0).text(), L"");
 }

@@ -331,16 +331,24 @@ TEST_F(PageBarsTest, AClickOnAButtonGivesTheMainWindowItsCommand) {
 }
 
 TEST_F(PageBarsTest, AButtonThatIsNotAvailableIsIndeterminate) {
+  CommandFacts facts{.unlocked = true, .databaseOpen = true, .currentRecord = 3, .recordCount = 3};
   create(kForm);
-  bars_.setEnabled(32781, false);
+  bars_.showCommands(facts);
   EXPECT_EQ(buttonState(bars_.secondBand(), 32781), TBSTATE_INDETERMINATE);
   EXPECT_EQ(buttonState(bars_.secondBand(), 32780), TBSTATE_ENABLED);
-  bars_.setEnabled(32781, true);
+  facts.currentRecord = 1;
+  bars_.showCommands(facts);
   EXPECT_EQ(buttonState(bars_.secondBand(), 32781), TBSTATE_ENABLED);
-  bars_.setEnabled(40065, false);  // there is no such button
+  EXPECT_EQ(buttonState(bars_.secondBand(), 32780), TBSTATE_INDETERMINATE);
   create(kTables);
-  bars_.setEnabled(40065, false);
-  EXPECT_EQ(buttonState(bars_.firstBand(), 40065), TBSTATE_INDETERMINATE);
+  bars_.showCommands(facts);
+  EXPECT_EQ(buttonState(bars_.firstBand(), 40074), TBSTATE_INDETERMINATE);
+  EXPECT_EQ(buttonState(bars_.firstBand(), 40065), TBSTATE_ENABLED);
+  facts.tableChosen = true;
+  bars_.showCommands(facts);
+  EXPECT_EQ(buttonState(bars_.firstBand(), 40074), TBSTATE_ENABLED);
+  bars_.destroy();
+  bars_.showCommands(facts);
 }
 
 TEST_F(PageBarsTest, WithoutAPageOrAParentNothingIsMade) {

@@ -91,7 +91,6 @@ class RecordListViewTest : public testing::Test {
   HostWindow& hostWindow() { return host_; }
   HWND window() const { return window_; }
   HWND list() const { return GetDlgItem(host(), RecordListView::kListId); }
-  FakeBar& bar() { return bar_; }
   /// The first field of the record that was loaded.
   std::wstring shownOnForm() const { return form_.fields.empty() ? L"(none)" : form_.fields.front().shown; }
   std::wstring cell(int row, int column) { return answer(row, column, 32).c_str(); }

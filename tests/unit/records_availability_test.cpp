@@ -1,7 +1,6 @@
 // Every rule of availability as a table of facts and the commands that are enabled by them.
-#include <algorithm>
+#include <initializer_list>
 #include <set>
-#include <span>
 
 #include "gtest/gtest.h"
 #include "records/availability.h"
@@ -11,160 +10,238 @@ namespace {
 
 using Commands = std::set<int>;
 
-Commands enabled(std::span<const CommandState> states, PopupMenu menu) {
-  Commands commands;
-  for (const CommandState& state : states) {
-    if (state.enabled && state.menu == menu) commands.insert(state.command);
+constexpr PopupMenu kToolbar = PopupMenu::none;
+
+Commands available(const Commands& asked, PopupMenu place, const CommandFacts& facts) {
+  Commands found;
+  for (const int command : asked) {
+    if (isAvailable(command, place, facts)) found.insert(command);
   }
-  return commands;
+  return found;
 }
-
-Commands all(std::span<const CommandState> states, bool CommandState::*property) {
-  Commands commands;
-  for (const CommandState& state : states) {
-    if (state.*property) commands.insert(state.command);
-  }
-  return commands;
-}
-
-TEST(NavigationStates, FollowTheCursor) {
-  struct Row {
-    NavigationFacts facts;
-    Commands expected;
-  };
-  const int next = ID_RECORD_NEXT, previous = ID_RECORD_PREVIOUS, first = ID_RECORD_FIRST,
-            last = ID_RECORD_LAST, number = ID_RECORD_NUMBER;
-  const Row rows[] = {
-      {{true, true, 0, 0, false}, {}},
-      {{true, true, 1, 1, false}, {}},
-      {{true, true, 1, 1, true}, {previous}},
-      {{true, true, 2, 2, true}, {previous, number}},
-      {{true, true, 1, 2, false}, {next, last, number}},
-      {{true, true, 2, 2, false}, {previous, first, number}},
-      {{true, true, 2, 3, false}, {next, previous, first, last, number}},
-      {{true, true, 2, 3, true}, {next, previous, last, number}},
-      {{true, true, 0, 3, false}, {next, first, last, number}},
-      {{false, true, 2, 3, false}, {}},
-      {{true, false, 2, 3, true}, {}},
-  };
-  for (const Row& row : rows) {
-    EXPECT_EQ(all(navigationStates(row.facts), &CommandState::enabled), row.expected)
-        << row.facts.currentRecord << " of " << row.facts.recordCount << row.facts.newRecordPending;
-  }
-}
-
-TEST(NavigationStates, FirstAndLastAreInTheMenuOnly) {
-  const auto states = navigationStates({});
-  EXPECT_EQ(all(states, &CommandState::onToolbar),
-            (Commands{ID_RECORD_NEXT, ID_RECORD_PREVIOUS, ID_RECORD_NUMBER}));
-  for (const CommandState& state : states) EXPECT_EQ(state.menu, PopupMenu::record);
-}
-
-TEST(FormPageStates, FollowThePage) {
-  struct Row {
-    FormPageFacts facts;
-    Commands expected;
-  };
-  const Row rows[] = {
-      {{true, true, true, ViewMode::form, 0, 0}, {}},
-      {{true, true, true, ViewMode::form, 0, 1}, {}},
-      {{true, true, true, ViewMode::form, 0, 3}, {ID_PAGE_NEXT}},
-      {{true, true, true, ViewMode::form, 1, 3}, {ID_PAGE_NEXT, ID_PAGE_PREVIOUS}},
-      {{true, true, true, ViewMode::form, 2, 3}, {ID_PAGE_PREVIOUS}},
-      {{false, true, true, ViewMode::form, 1, 3}, {}},
-      {{true, false, true, ViewMode::form, 1, 3}, {}},
-      {{true, true, false, ViewMode::form, 1, 3}, {}},
-      {{true, true, true, ViewMode::list, 1, 3}, {}},
-      {{true, true, true, ViewMode::none, 1, 3}, {}},
-  };
-  for (const Row& row : rows) {
-    EXPECT_EQ(all(formPageStates(row.facts), &CommandState::enabled), row.expected)
-        << row.facts.pageIndex << " of " << row.facts.pageCount;
-  }
-}
-
-const Commands kViews = {ID_VIEW_LARGE_ICONS, ID_VIEW_SMALL_ICONS, ID_VIEW_LIST};
 
 Commands with(Commands commands, std::initializer_list<int> more) {
   commands.insert(more);
   return commands;
 }
 
-TEST(DatabaseStates, AreAllGreyWithoutADatabaseButItsInformation) {
-  const auto states = databaseStates({false, ViewMode::tables, 5, 5, 5});
-  EXPECT_EQ(all(states, &CommandState::enabled), Commands{ID_DATABASE_INFO});
-  EXPECT_EQ(all(states, &CommandState::onToolbar), Commands{});
+// ---- The record
+
+const Commands kMoves = {ID_RECORD_NEXT, ID_RECORD_PREVIOUS, ID_RECORD_FIRST, ID_RECORD_LAST,
+                         ID_RECORD_NUMBER};
+const Commands kMoveButtons = {ID_RECORD_NEXT, ID_RECORD_PREVIOUS, ID_RECORD_NUMBER};
+
+CommandFacts atRecord(std::uint32_t position, std::uint32_t count, bool isNew = false) {
+  return {.unlocked = true,
+          .databaseOpen = true,
+          .recordsetOpen = true,
+          .viewMode = ViewMode::form,
+          .currentRecord = position,
+          .recordCount = count,
+          .newRecordPending = isNew};
 }
 
-TEST(DatabaseStates, OfAnEmptyDatabaseLeaveOnlyClosing) {
-  for (const ViewMode mode : {ViewMode::tables, ViewMode::form, ViewMode::list, ViewMode::queries}) {
-    const auto states = databaseStates({true, mode, 0, 0, 0});
-    EXPECT_EQ(all(states, &CommandState::enabled), (Commands{ID_DATABASE_INFO, ID_DATABASE_CLOSE}));
+TEST(AvailabilityTest, MovesFollowTheCursor) {
+  struct Row {
+    CommandFacts facts;
+    Commands expected;
+  };
+  const int next = ID_RECORD_NEXT, previous = ID_RECORD_PREVIOUS, first = ID_RECORD_FIRST,
+            last = ID_RECORD_LAST, number = ID_RECORD_NUMBER;
+  const Row rows[] = {
+      {atRecord(0, 0), {}},
+      {atRecord(1, 1), {}},
+      {atRecord(1, 1, true), {previous}},
+      {atRecord(2, 2, true), {previous, number}},
+      {atRecord(1, 2), {next, last, number}},
+      {atRecord(2, 2), {previous, first, number}},
+      {atRecord(2, 3), {next, previous, first, last, number}},
+      {atRecord(2, 3, true), {next, previous, last, number}},
+      {atRecord(0, 3), {next, first, last, number}},
+  };
+  for (const Row& row : rows) {
+    SCOPED_TRACE(testing::Message() << row.facts.currentRecord << " of " << row.facts.recordCount
+                                    << row.facts.newRecordPending);
+    EXPECT_EQ(available(kMoves, PopupMenu::record, row.facts), row.expected);
+    Commands buttons;
+    for (const int command : row.expected) {
+      if (kMoveButtons.contains(command)) buttons.insert(command);
+    }
+    EXPECT_EQ(available(kMoveButtons, kToolbar, row.facts), buttons);
+    CommandFacts locked = row.facts;
+    locked.unlocked = false;
+    EXPECT_EQ(available(kMoves, PopupMenu::record, locked), Commands{});
+    CommandFacts closed = row.facts;
+    closed.databaseOpen = false;
+    EXPECT_EQ(available(kMoves, PopupMenu::record, closed), Commands{});
   }
 }
 
-TEST(DatabaseStates, OfTheTablesMenuNeedTheTablesPage) {
-  const Commands items = with(kViews, {ID_TABLE_NEW, ID_TABLE_DELETE});
-  EXPECT_EQ(enabled(databaseStates({true, ViewMode::tables, 1, 0, 0}), PopupMenu::tables), items);
-  EXPECT_EQ(enabled(databaseStates({true, ViewMode::queries, 1, 1, 0}), PopupMenu::tables), Commands{});
+TEST(AvailabilityTest, TheGridsRecordButtonsStopAtBothEnds) {
+  const auto inGrid = [](std::uint32_t position, std::uint32_t count) {
+    CommandFacts facts = atRecord(position, count);
+    facts.viewMode = ViewMode::list;
+    return available({ID_RECORD_NEXT, ID_RECORD_PREVIOUS}, kToolbar, facts);
+  };
+  EXPECT_EQ(inGrid(0, 0), Commands{});
+  EXPECT_EQ(inGrid(1, 3), Commands{ID_RECORD_NEXT});
+  EXPECT_EQ(inGrid(2, 3), (Commands{ID_RECORD_NEXT, ID_RECORD_PREVIOUS}));
+  EXPECT_EQ(inGrid(3, 3), Commands{ID_RECORD_PREVIOUS});
 }
 
-TEST(DatabaseStates, OfTheQueriesMenuNeedTheQueriesPageAndAQuery) {
-  const Commands items = with(kViews, {ID_QUERY_NEW, ID_QUERY_EDIT, ID_QUERY_DELETE});
-  EXPECT_EQ(enabled(databaseStates({true, ViewMode::queries, 0, 1, 0}), PopupMenu::queries), items);
-  EXPECT_EQ(enabled(databaseStates({true, ViewMode::queries, 1, 0, 0}), PopupMenu::queries), Commands{});
-  EXPECT_EQ(enabled(databaseStates({true, ViewMode::tables, 1, 1, 0}), PopupMenu::queries), Commands{});
+TEST(AvailabilityTest, NewNeedsARecordsetDeletingAndFindingARecord) {
+  const auto both = [](bool recordsetOpen, std::uint32_t count) {
+    const CommandFacts facts{.recordsetOpen = recordsetOpen, .recordCount = count};
+    Commands found = available({ID_RECORD_NEW, ID_RECORD_DELETE}, PopupMenu::record, facts);
+    found.merge(available({ID_FIND}, PopupMenu::edit, facts));
+    return found;
+  };
+  EXPECT_EQ(both(false, 5), Commands{});
+  EXPECT_EQ(both(true, 0), Commands{ID_RECORD_NEW});
+  EXPECT_EQ(both(true, 1), (Commands{ID_RECORD_NEW, ID_RECORD_DELETE, ID_FIND}));
 }
 
-TEST(DatabaseStates, OfRecordsDependOnTablesNotOnRecords) {
-  const Commands record = {ID_RECORD_NUMBER, ID_RECORD_NEW, ID_RECORD_DELETE, ID_RECORD_EDIT};
-  const Commands edit = {ID_CUT, ID_COPY, ID_PASTE, ID_UNDO, ID_FIND, ID_DATABASE_INFO};
-  const auto states = databaseStates({true, ViewMode::form, 1, 0, 0});
-  EXPECT_EQ(enabled(states, PopupMenu::record), record);
-  EXPECT_EQ(enabled(states, PopupMenu::edit), edit);
+// ---- The pages of the form
+
+CommandFacts onFormPage(std::uint32_t page, std::uint32_t count) {
+  return {.unlocked = true,
+          .databaseOpen = true,
+          .recordsetOpen = true,
+          .viewMode = ViewMode::form,
+          .formPage = page,
+          .formPageCount = count};
 }
 
-TEST(DatabaseStates, OfColumnsNeedTheListPageAndFields) {
+TEST(AvailabilityTest, FormPagesFollowThePage) {
+  struct Row {
+    CommandFacts facts;
+    Commands expected;
+  };
+  const auto changed = [](auto change) {
+    CommandFacts facts = onFormPage(1, 3);
+    change(facts);
+    return facts;
+  };
+  const Row rows[] = {
+      {onFormPage(0, 0), {}},
+      {onFormPage(0, 1), {}},
+      {onFormPage(0, 3), {ID_PAGE_NEXT}},
+      {onFormPage(1, 3), {ID_PAGE_NEXT, ID_PAGE_PREVIOUS}},
+      {onFormPage(2, 3), {ID_PAGE_PREVIOUS}},
+      {changed([](CommandFacts& facts) { facts.unlocked = false; }), {}},
+      {changed([](CommandFacts& facts) { facts.databaseOpen = false; }), {}},
+      {changed([](CommandFacts& facts) { facts.recordsetOpen = false; }), {}},
+      {changed([](CommandFacts& facts) { facts.viewMode = ViewMode::list; }), {}},
+      {changed([](CommandFacts& facts) { facts.viewMode = ViewMode::none; }), {}},
+  };
+  const Commands pages = {ID_PAGE_NEXT, ID_PAGE_PREVIOUS};
+  for (const Row& row : rows) {
+    SCOPED_TRACE(testing::Message() << row.facts.formPage << " of " << row.facts.formPageCount);
+    EXPECT_EQ(available(pages, PopupMenu::record, row.facts), row.expected);
+    EXPECT_EQ(available(pages, kToolbar, row.facts), row.expected);
+  }
+}
+
+// ---- The menus of the database and of the pages of names
+
+const Commands kViews = {ID_VIEW_LARGE_ICONS, ID_VIEW_SMALL_ICONS, ID_VIEW_LIST};
+const Commands kTablesMenu = with(kViews, {ID_TABLE_NEW, ID_TABLE_DELETE});
+const Commands kQueriesMenu = with(kViews, {ID_QUERY_NEW, ID_QUERY_EDIT, ID_QUERY_DELETE});
+const Commands kEditMenu = {ID_CUT, ID_COPY, ID_PASTE, ID_UNDO};
+
+CommandFacts counted(ViewMode mode, std::uint32_t tables, std::uint32_t queries, std::uint32_t fields) {
+  return {.countsAsOpen = true,
+          .viewMode = mode,
+          .tableCount = tables,
+          .queryCount = queries,
+          .fieldCount = fields};
+}
+
+TEST(AvailabilityTest, WithoutADatabaseAllIsGreyButItsInformation) {
+  for (const ViewMode mode : {ViewMode::tables, ViewMode::form, ViewMode::list, ViewMode::queries}) {
+    CommandFacts facts = counted(mode, 5, 5, 5);
+    facts.countsAsOpen = false;
+    EXPECT_EQ(available({ID_DATABASE_CLOSE}, PopupMenu::file, facts), Commands{});
+    EXPECT_EQ(available(with(kEditMenu, {ID_FIND, ID_DATABASE_INFO}), PopupMenu::edit, facts),
+              Commands{ID_DATABASE_INFO});
+    EXPECT_EQ(available(kTablesMenu, PopupMenu::tables, facts), Commands{});
+    EXPECT_EQ(available(kQueriesMenu, PopupMenu::queries, facts), Commands{});
+    EXPECT_EQ(available({ID_RECORD_EDIT, ID_COLUMN_NEXT, ID_COLUMN_PREVIOUS}, PopupMenu::record, facts),
+              Commands{});
+  }
+}
+
+TEST(AvailabilityTest, AnEmptyDatabaseLeavesOnlyClosing) {
+  for (const ViewMode mode : {ViewMode::tables, ViewMode::form, ViewMode::list, ViewMode::queries}) {
+    const CommandFacts facts = counted(mode, 0, 0, 0);
+    EXPECT_EQ(available({ID_DATABASE_CLOSE}, PopupMenu::file, facts), Commands{ID_DATABASE_CLOSE});
+    EXPECT_EQ(available(kEditMenu, PopupMenu::edit, facts), Commands{});
+    EXPECT_EQ(available(kTablesMenu, PopupMenu::tables, facts), Commands{});
+    EXPECT_EQ(available(kQueriesMenu, PopupMenu::queries, facts), Commands{});
+    EXPECT_EQ(available({ID_RECORD_EDIT}, PopupMenu::record, facts), Commands{});
+  }
+}
+
+TEST(AvailabilityTest, TheTablesMenuNeedsTheTablesPage) {
+  EXPECT_EQ(available(kTablesMenu, PopupMenu::tables, counted(ViewMode::tables, 1, 0, 0)), kTablesMenu);
+  EXPECT_EQ(available(kTablesMenu, PopupMenu::tables, counted(ViewMode::queries, 1, 1, 0)), Commands{});
+}
+
+TEST(AvailabilityTest, TheQueriesMenuNeedsTheQueriesPageAndAQuery) {
+  EXPECT_EQ(available(kQueriesMenu, PopupMenu::queries, counted(ViewMode::queries, 0, 1, 0)), kQueriesMenu);
+  EXPECT_EQ(available(kQueriesMenu, PopupMenu::queries, counted(ViewMode::queries, 1, 0, 0)), Commands{});
+  EXPECT_EQ(available(kQueriesMenu, PopupMenu::queries, counted(ViewMode::tables, 1, 1, 0)), Commands{});
+}
+
+TEST(AvailabilityTest, EditingDependsOnTablesNotOnRecords) {
+  const CommandFacts facts = counted(ViewMode::form, 1, 0, 0);
+  EXPECT_EQ(available({ID_RECORD_EDIT}, PopupMenu::record, facts), Commands{ID_RECORD_EDIT});
+  EXPECT_EQ(available(kEditMenu, PopupMenu::edit, facts), kEditMenu);
+}
+
+TEST(AvailabilityTest, TheColumnsMenuNeedsTheListPageAndFields) {
   const Commands columns = {ID_COLUMN_PREVIOUS, ID_COLUMN_NEXT};
-  EXPECT_EQ(enabled(databaseStates({true, ViewMode::list, 0, 0, 1}), PopupMenu::record), columns);
-  EXPECT_EQ(enabled(databaseStates({true, ViewMode::list, 0, 0, 0}), PopupMenu::record), Commands{});
-  EXPECT_EQ(enabled(databaseStates({true, ViewMode::form, 0, 0, 1}), PopupMenu::record), Commands{});
+  EXPECT_EQ(available(columns, PopupMenu::record, counted(ViewMode::list, 0, 0, 1)), columns);
+  EXPECT_EQ(available(columns, PopupMenu::record, counted(ViewMode::list, 0, 0, 0)), Commands{});
+  EXPECT_EQ(available(columns, PopupMenu::record, counted(ViewMode::form, 0, 0, 1)), Commands{});
 }
 
-TEST(RecordStates, NeedARecordsetAndForDeletingARecord) {
-  EXPECT_EQ(all(recordStates({false, 5}), &CommandState::enabled), Commands{});
-  EXPECT_EQ(all(recordStates({true, 0}), &CommandState::enabled), Commands{ID_RECORD_NEW});
-  EXPECT_EQ(all(recordStates({true, 1}), &CommandState::enabled),
-            (Commands{ID_RECORD_NEW, ID_RECORD_DELETE, ID_FIND}));
+// ---- Buttons whose rule is not their menu item's
+
+TEST(AvailabilityTest, TheColumnButtonsFollowTheSlidingColumns) {
+  const auto buttons = [](std::uint32_t fields, std::uint32_t first) {
+    return available({ID_COLUMN_NEXT, ID_COLUMN_PREVIOUS}, kToolbar,
+                     {.fieldCount = fields, .firstSlidingColumn = first});
+  };
+  EXPECT_EQ(buttons(0, 1), Commands{});
+  EXPECT_EQ(buttons(0, 2), Commands{});
+  EXPECT_EQ(buttons(3, 1), Commands{});
+  EXPECT_EQ(buttons(5, 1), Commands{ID_COLUMN_NEXT});
+  EXPECT_EQ(buttons(5, 2), (Commands{ID_COLUMN_NEXT, ID_COLUMN_PREVIOUS}));
+  EXPECT_EQ(buttons(5, 3), Commands{ID_COLUMN_PREVIOUS});
 }
 
-TEST(GridRecordStates, StopAtBothEnds) {
-  EXPECT_EQ(all(gridRecordStates({0, 0}), &CommandState::enabled), Commands{});
-  EXPECT_EQ(all(gridRecordStates({1, 3}), &CommandState::enabled), Commands{ID_RECORD_NEXT});
-  EXPECT_EQ(all(gridRecordStates({2, 3}), &CommandState::enabled),
-            (Commands{ID_RECORD_NEXT, ID_RECORD_PREVIOUS}));
-  EXPECT_EQ(all(gridRecordStates({3, 3}), &CommandState::enabled), Commands{ID_RECORD_PREVIOUS});
+TEST(AvailabilityTest, TheButtonsOfNamesNeedAChoice) {
+  const auto buttons = [](const CommandFacts& facts) {
+    return available({ID_TABLE_DELETE, ID_QUERY_NEW, ID_QUERY_EDIT, ID_QUERY_DELETE}, kToolbar, facts);
+  };
+  EXPECT_EQ(buttons({}), Commands{});
+  EXPECT_EQ(buttons({.tableChosen = true}), Commands{ID_TABLE_DELETE});
+  EXPECT_EQ(buttons({.databaseOpen = true}), Commands{ID_QUERY_NEW});
+  EXPECT_EQ(buttons({.queryChosen = true}), (Commands{ID_QUERY_EDIT, ID_QUERY_DELETE}));
 }
 
-TEST(ColumnStates, FollowTheSlidingColumns) {
-  EXPECT_EQ(all(columnStates({0, 1}), &CommandState::enabled), Commands{});
-  EXPECT_EQ(all(columnStates({0, 2}), &CommandState::enabled), Commands{});
-  EXPECT_EQ(all(columnStates({3, 1}), &CommandState::enabled), Commands{});
-  EXPECT_EQ(all(columnStates({5, 1}), &CommandState::enabled), Commands{ID_COLUMN_NEXT});
-  EXPECT_EQ(all(columnStates({5, 2}), &CommandState::enabled),
-            (Commands{ID_COLUMN_NEXT, ID_COLUMN_PREVIOUS}));
-  EXPECT_EQ(all(columnStates({5, 3}), &CommandState::enabled), Commands{ID_COLUMN_PREVIOUS});
-}
-
-TEST(NamesStates, NeedAnItemAndASelection) {
-  EXPECT_EQ(all(tableStates({-1, 3}), &CommandState::enabled), Commands{});
-  EXPECT_EQ(all(tableStates({0, 0}), &CommandState::enabled), Commands{});
-  EXPECT_EQ(all(tableStates({0, 1}), &CommandState::enabled), Commands{ID_TABLE_DELETE});
-  EXPECT_EQ(all(queryStates({0, 0}, false), &CommandState::enabled), Commands{});
-  EXPECT_EQ(all(queryStates({0, 0}, true), &CommandState::enabled), Commands{ID_QUERY_NEW});
-  EXPECT_EQ(all(queryStates({-1, 2}, true), &CommandState::enabled), Commands{ID_QUERY_NEW});
-  EXPECT_EQ(all(queryStates({1, 2}, true), &CommandState::enabled),
-            (Commands{ID_QUERY_NEW, ID_QUERY_EDIT, ID_QUERY_DELETE}));
+TEST(AvailabilityTest, WhatHasNoRuleInAPlaceIsAlwaysAvailable) {
+  for (const int command :
+       {ID_DATABASE_INFO, ID_TABLE_NEW, ID_VIEW_LARGE_ICONS, ID_VIEW_SMALL_ICONS, ID_VIEW_LIST}) {
+    EXPECT_TRUE(isAvailable(command, kToolbar, {})) << command;
+  }
+  for (const int command : {ID_DATABASE_NEW, ID_DATABASE_OPEN, ID_DATABASE_DELETE, ID_EXIT}) {
+    EXPECT_TRUE(isAvailable(command, PopupMenu::file, {})) << command;
+  }
+  for (const int command : {ID_OPTIONS, ID_PASSWORD_CHANGE, ID_DATABASE_INFO, ID_ABOUT}) {
+    EXPECT_TRUE(isAvailable(command, PopupMenu::edit, {})) << command;
+  }
 }
 
 }  // namespace
