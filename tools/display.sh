@@ -1,5 +1,21 @@
-# A virtual display; sourced, never run.
+# Displays, the user's and virtual ones; sourced, never run.
 # shellcheck shell=bash
+
+# Whether Wine can show windows here: an X server answers, or Wine has a Wayland driver to use. Without Python the name
+# of the X server is believed.
+has_display() {
+  if [[ ${DISPLAY:-} ]]; then
+    if [[ ! -x /usr/bin/python3 ]]; then
+      return
+    fi
+    timeout 10 /usr/bin/python3 -S -I -c '
+import ctypes
+display = ctypes.CDLL("libX11.so.6").XOpenDisplay(None)
+raise SystemExit(0 if display else 1)' 2>/dev/null && return
+  fi
+  [[ ${WAYLAND_DISPLAY:-} && -S ${XDG_RUNTIME_DIR:-}/$WAYLAND_DISPLAY ]] &&
+    compgen -G '/usr/lib/*/wine/*/winewayland.so' >/dev/null
+}
 
 # Starts Xvfb on a free display and exports its name as DISPLAY. The folder $1 keeps what belongs to it.
 start_display() {

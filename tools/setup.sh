@@ -183,19 +183,7 @@ make_example() {
   "$root/examples/make-library" "$root/build/library.cdb" && mv "$root/build/library.cdb" "$1"
 }
 
-# --- Display and paths -----------------------------------------------------------------------------
-
-# Whether Wine can show windows here: an X server answers, or Wine has a Wayland driver to use.
-has_display() {
-  if [[ ${DISPLAY:-} ]]; then
-    timeout 10 /usr/bin/python3 -S -I -c '
-import ctypes
-display = ctypes.CDLL("libX11.so.6").XOpenDisplay(None)
-raise SystemExit(0 if display else 1)' 2>/dev/null && return
-  fi
-  [[ ${WAYLAND_DISPLAY:-} && -S ${XDG_RUNTIME_DIR:-}/$WAYLAND_DISPLAY ]] &&
-    compgen -G '/usr/lib/*/wine/*/winewayland.so' >/dev/null
-}
+# --- Paths ----------------------------------------------------------------------------------------
 
 # The Windows path of the absolute path $1.
 windows_path() {
