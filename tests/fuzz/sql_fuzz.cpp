@@ -42,7 +42,7 @@ void readAll(const std::shared_ptr<Backend>& backend, std::unique_ptr<store::Row
 }
 
 bool isSound(const std::shared_ptr<Backend>& backend) {
-  backend->askWhileBusy({});
+  backend->askWhileBusy(nullptr);
   std::unique_ptr<store::RowSource> rows;
   if (!backend->openRows("PRAGMA integrity_check", store::SourceKind::text, &rows) || rows == nullptr)
     return false;
@@ -69,7 +69,7 @@ int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t length) {
                 "it opens again");
   const std::shared_ptr<Backend> backend = std::move(opened);
   const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(200);
-  backend->askWhileBusy([end] { return std::chrono::steady_clock::now() >= end; });
+  backend->askWhileBusy([end](store::Busy) { return std::chrono::steady_clock::now() >= end; });
   std::unique_ptr<store::RowSource> rows;
   if (backend->openRows(sql, store::SourceKind::unknown, &rows) && rows != nullptr) {
     readAll(backend, std::move(rows));

@@ -35,7 +35,7 @@ class Walk {
   std::unique_ptr<Recordset> open(std::string_view source, SourceKind kind) {
     if (limits_.patience.count() > 0) {
       const auto end = std::chrono::steady_clock::now() + limits_.patience;
-      backend_->askWhileBusy([end] { return std::chrono::steady_clock::now() >= end; });
+      backend_->askWhileBusy([end](Busy) { return std::chrono::steady_clock::now() >= end; });
     }
     std::unique_ptr<RowSource> rows;
     if (!backend_->openRows(source, kind, &rows) || rows == nullptr) return nullptr;

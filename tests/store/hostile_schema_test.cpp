@@ -45,7 +45,7 @@ class HostileSchemaTest : public StoreTest {
   }
   void stopAfter(std::chrono::milliseconds patience) {
     const auto end = std::chrono::steady_clock::now() + patience;
-    backend_->askWhileBusy([end] { return std::chrono::steady_clock::now() >= end; });
+    backend_->askWhileBusy([end](Busy) { return std::chrono::steady_clock::now() >= end; });
   }
 
   /// Changes the description itself behind SQLite's back.
@@ -172,7 +172,7 @@ TEST_F(HostileSchemaTest, AChainOfManyViewsLeavesTheTablesReadable) {
   stopAfter(300ms);
   std::unique_ptr<Recordset> rows;
   static_cast<void>(tryOpen("v1000", &rows, SourceKind::table));
-  backend_->askWhileBusy({});
+  backend_->askWhileBusy(nullptr);
   EXPECT_EQ("1 2", columnOf("Select * from [t]"));
 }
 
@@ -270,7 +270,7 @@ TEST_F(HostileSchemaTest, ATableWithoutEndIsToldAndWhatGoesOnInItCanBeStopped) {
   // What SQLite puts in order first is stopped by who waits for it.
   stopAfter(300ms);
   EXPECT_EQ(ErrorCode::stopped, tryOpen("SELECT a FROM t WHERE a > 0 ORDER BY b", &rows).code());
-  backend_->askWhileBusy({});
+  backend_->askWhileBusy(nullptr);
 
   std::atomic<bool> isDone = false;
   std::thread stopper([&] {

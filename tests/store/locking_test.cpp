@@ -147,6 +147,35 @@ TEST_F(LockingTest, AllWaitsOfOneUseTogetherTakeTheLockWait) {
   EXPECT_GE(waits(), kMost) << "the next use waits by itself";
 }
 
+TEST_F(LockingTest, WhoIsAskedWhileAnotherProgramIsWaitedForCanGiveUp) {
+  open({.lockWait = 60'000});
+  const auto rows = records("Select * from [t]");
+  ASSERT_TRUE(rows->setValue(1, std::string("mine")));
+  int asked = 0;
+  const BusyQuestion question = [&](Busy busy) {
+    EXPECT_EQ(Busy::waiting, busy);
+    return ++asked >= 3;
+  };
+  backend_->askWhileBusy(question);
+  {
+    OtherProgram other(path_);
+    other.run("BEGIN EXCLUSIVE");
+    EXPECT_EQ(ErrorCode::locked, rows->update().code());
+    EXPECT_EQ(3, asked);
+    EXPECT_EQ(ErrorCode::locked, rows->update().code()) << "and again at once";
+    EXPECT_EQ(4, asked);
+    asked = 0;
+    std::unique_ptr<Backend> second;
+    const OpenOptions options{.lockWait = 60'000, .question = question};
+    EXPECT_EQ(ErrorCode::locked, openDatabase(utf8Of(path_), options, &second).code());
+    EXPECT_EQ(3, asked) << "at the opening";
+  }
+  asked = 0;
+  EXPECT_TRUE(rows->update());
+  EXPECT_EQ(0, asked);
+  EXPECT_EQ("mine", inFile("SELECT b FROM t WHERE a = 1"));
+}
+
 TEST_F(LockingTest, AChangeThatCannotBeCommittedIsUndone) {
   open({.lockWait = 200});
   const auto rows = records("Select * from [t]");

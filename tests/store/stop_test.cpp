@@ -26,11 +26,14 @@ class StopTest : public StoreTest {
   /// Answers true from the `count`th question on.
   void stopAtQuestion(int count) {
     asked_ = 0;
-    backend_->askWhileBusy([this, count] { return ++asked_ >= count; });
+    backend_->askWhileBusy([this, count](Busy busy) {
+      EXPECT_EQ(Busy::working, busy);
+      return ++asked_ >= count;
+    });
   }
 
   void expectUsable() {
-    backend_->askWhileBusy({});
+    backend_->askWhileBusy(nullptr);
     EXPECT_EQ("20000", columnOf("SELECT count(*) FROM t"));
     run("UPDATE t SET b = 'changed' WHERE a = 1");
     EXPECT_EQ("changed", columnOf("SELECT b FROM t WHERE a = 1"));
@@ -65,7 +68,7 @@ TEST_F(StopTest, AChangeThatIsStoppedHasChangedNothing) {
     SCOPED_TRACE(sql);
     stopAtQuestion(4);
     EXPECT_EQ(ErrorCode::stopped, tryRun(sql).code());
-    backend_->askWhileBusy({});
+    backend_->askWhileBusy(nullptr);
     EXPECT_EQ("0", columnOf("SELECT count(*) FROM t WHERE b LIKE '%x'"));
     EXPECT_EQ("t", columnOf("SELECT name FROM sqlite_schema"));
   }
@@ -74,7 +77,7 @@ TEST_F(StopTest, AChangeThatIsStoppedHasChangedNothing) {
 
 TEST_F(StopTest, AnUpdateOfARecordAsksNobodyOnceItIsBeingStored) {
   const auto rows = records("Select * from [t]");
-  backend_->askWhileBusy([] { return true; });
+  backend_->askWhileBusy([](Busy) { return true; });
   // Each of them is short, and together they come to the point at which somebody is asked: at any step, but
   // not at one after which the change is in the file.
   int refused = 0;
@@ -113,12 +116,29 @@ TEST_F(StopTest, StoppingWhatDoesNotRunStopsNothing) {
 
 TEST_F(StopTest, TheQuestionIsAskedOnTheThreadThatCalled) {
   std::thread::id asker;
-  backend_->askWhileBusy([&] {
+  backend_->askWhileBusy([&](Busy) {
     asker = std::this_thread::get_id();
     return true;
   });
   EXPECT_FALSE(tryRun("DELETE FROM t WHERE a > 0"));
   EXPECT_EQ(std::this_thread::get_id(), asker);
+  expectUsable();
+}
+
+TEST_F(StopTest, TheTemporaryFilesOfASelectAreBoundedAndNobodyElses) {
+  open({.mostTemporaryBytes = 1 << 20});
+  std::unique_ptr<Recordset> rows;
+  const Status status = tryOpen("SELECT x.b, y.b FROM t x, t y", &rows);
+  EXPECT_EQ(ErrorCode::tooLarge, status.code());
+  EXPECT_EQ("The statement was stopped: its result takes more than 1 MB of temporary files.",
+            status.message());
+  EXPECT_EQ(nullptr, rows);
+  EXPECT_EQ("20000", columnOf("SELECT count(*) FROM t")) << "a small result has room";
+  EXPECT_EQ(20000, records("SELECT x.b FROM t x, (SELECT 1)")->recordCount());
+
+  open({.mostTemporaryBytes = 0});
+  run("CREATE INDEX i ON t (b)");
+  run("VACUUM");
   expectUsable();
 }
 

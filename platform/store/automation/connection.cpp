@@ -134,7 +134,9 @@ Outcome ConnectionObject::open(const std::wstring& connectionString) {
     backend = store::storeWithoutDatabase();
   } else {
     const std::wstring path = fullPathOf(target.path);
-    store::Status status = store::openDatabase(utf8Of(path), userOptions(), &backend);
+    store::OpenOptions options = userOptions();
+    options.question = question_;
+    store::Status status = store::openDatabase(utf8Of(path), options, &backend);
     if (!status) return status;
   }
   connectionString_ = connectionString;
@@ -156,6 +158,7 @@ void ConnectionObject::close() {
   for (const std::weak_ptr<Cursor>& remembered : std::exchange(cursors_, {})) {
     if (const std::shared_ptr<Cursor> cursor = remembered.lock()) cursor->close();
   }
+  // Recordsets of scripts may keep it open for a while.
   if (backend_ != nullptr) backend_->askWhileBusy({});
   {
     const std::lock_guard<std::mutex> lock(stopMutex_);
@@ -220,9 +223,9 @@ void ConnectionObject::remember(const std::shared_ptr<Cursor>& cursor) {
 
 HRESULT ConnectionObject::AskWhileBusy(IDispatch* question) {
   return call([&]() -> Outcome {
-    if (!isOpen()) return closedConnection();
-    backend_->askWhileBusy(question != nullptr ? BusyQuestion(ComPtr<IDispatch>::share(question))
-                                               : std::function<bool()>());
+    question_ = question != nullptr ? store::BusyQuestion(BusyQuestion(ComPtr<IDispatch>::share(question)))
+                                    : store::BusyQuestion();
+    if (backend_ != nullptr) backend_->askWhileBusy(question_);
     return {};
   });
 }

@@ -86,6 +86,7 @@ class ConnectionObject final : public AutomationObject<IAdoceConnection> {
   std::wstring connectionString_;
   std::wstring provider_;
   std::shared_ptr<store::Backend> backend_;  // while open
+  store::BusyQuestion question_;
   std::mutex stopMutex_;                 // Stop can't wait for the module's lock, which the statement holds
   store::Backend* stoppable_ = nullptr;  // the backend, under that mutex
   ComPtr<ErrorsObject> errors_;

@@ -57,6 +57,8 @@ HRESULT resultOf(store::ErrorCode code) {
       return objectModelError(3732);
     case ErrorCode::fileExists:
       return objectModelError(3731);
+    case ErrorCode::tooLarge:
+      return objectModelError(3733);
     case ErrorCode::fileGone:
       return kFileGone;
     case ErrorCode::fileReplaced:

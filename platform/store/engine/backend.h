@@ -1,12 +1,12 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "platform/store/engine/busy.h"
 #include "platform/store/engine/field_type.h"
 #include "platform/store/engine/keyset.h"
 #include "platform/store/engine/row_scan.h"
@@ -88,11 +88,10 @@ class Backend {
   /// Whether the database could only be opened for reading.
   virtual bool isReadOnly() const = 0;
 
-  /// Asks `question` again and again, on the thread that called, while an operation on the database or on
-  /// rows of it takes its time; null asks nobody. The answer true stops the operation, which then fails with
-  /// stopped and has changed nothing. Not asked any more once a change is being made durable. The question
-  /// doesn't use the database and doesn't throw.
-  virtual void askWhileBusy(std::function<bool()> question) = 0;
+  /// Whom to ask while an operation on the database or on rows of it takes its time. One that is stopped has
+  /// changed nothing, and fails with locked when it was waiting, else with stopped. While a change is being
+  /// made durable nobody is asked but about the waiting for other programs.
+  virtual void askWhileBusy(BusyQuestion question) = 0;
 
   /// Stops the operation that runs at the moment of the call, like the answer true; without one nothing
   /// happens. May be called from any thread as long as the database is open.

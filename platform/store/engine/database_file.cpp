@@ -50,7 +50,7 @@ class StoreWithoutDatabase : public Backend {
  public:
   bool isReadOnly() const override { return true; }
   // What it does, the making and deleting of files, is done at once.
-  void askWhileBusy(std::function<bool()>) override {}
+  void askWhileBusy(BusyQuestion) override {}
   void stop() override {}
 
   Status openRows(std::string_view source, SourceKind, std::unique_ptr<RowSource>* rows) override {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -14,6 +15,10 @@ struct OpenOptions {
   /// How long to wait, in milliseconds, for a lock that another program holds.
   int lockWait = 5000;
   DateOrder dateOrder = DateOrder::monthDayYear;
+  /// What one SELECT may put into temporary files. More is refused with tooLarge.
+  std::int64_t mostTemporaryBytes = std::int64_t{1} << 30;
+  /// Whom to ask from the opening on, as Backend::askWhileBusy() does.
+  BusyQuestion question = nullptr;
 };
 
 /// Opens the database in the file at `path` (UTF-8). Never creates a file. A file that can't be

@@ -4,6 +4,8 @@
 #include <new>
 #include <string_view>
 
+#include "platform/store/engine/temporary_bound.h"
+
 namespace store {
 
 namespace {
@@ -21,6 +23,10 @@ struct File {
   const char* writeAheadName;
   std::optional<FileIdentity> identity;
   File* next;  // in the list of open databases
+
+  // Of the files that SQLite makes for itself while it sorts, and for temporary tables.
+  bool isTemporary;
+  sqlite3_int64 length;
 };
 
 // SQLite asks for a file beside a database by the very name that it gave with the database.
@@ -78,7 +84,16 @@ int closeFile(sqlite3_file* file) {
 int readFile(sqlite3_file* file, void* data, int length, sqlite3_int64 offset) {
   return methodsOf(file)->xRead(systemOf(file), data, length, offset);
 }
+/// A temporary file is about to be as long as that.
+bool mayGrow(File* file, sqlite3_int64 length) {
+  if (!file->isTemporary || length <= file->length) return true;
+  if (!TemporaryBound::allowsGrowth(length - file->length)) return false;
+  file->length = length;
+  return true;
+}
+
 int writeFile(sqlite3_file* file, const void* data, int length, sqlite3_int64 offset) {
+  if (!mayGrow(fileOf(file), offset + length)) return SQLITE_FULL;
   return methodsOf(file)->xWrite(systemOf(file), data, length, offset);
 }
 int truncateFile(sqlite3_file* file, sqlite3_int64 length) {
@@ -181,6 +196,8 @@ int openFile(sqlite3_vfs*, const char* name, sqlite3_file* file, int flags, int*
   }
   file->pMethods = &kMethods;
   if (result != SQLITE_OK) return result;
+  opened->isTemporary =
+      (flags & (SQLITE_OPEN_TEMP_DB | SQLITE_OPEN_TRANSIENT_DB | SQLITE_OPEN_TEMP_JOURNAL)) != 0;
   if ((flags & SQLITE_OPEN_MAIN_DB) != 0) rememberDatabase(opened, name);
   if ((flags & (SQLITE_OPEN_MAIN_JOURNAL | SQLITE_OPEN_WAL)) != 0 && isBesideAnother(name)) {
     closeFile(file);

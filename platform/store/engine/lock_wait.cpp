@@ -34,7 +34,7 @@ bool LockWait::waitOnce(int count) {
     end_ = now + most_;
   }
   const auto left = std::chrono::ceil<std::chrono::milliseconds>(end_ - now).count();
-  if (left <= 0) return false;
+  if (left <= 0 || (question_ && question_(Busy::waiting))) return false;
   const int nap = std::min(kFirstNap << std::min(count, kMostDoublings), kLongestNap);
   sqlite3_sleep(static_cast<int>(std::min<decltype(left)>(left, nap)));
   return true;

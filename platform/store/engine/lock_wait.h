@@ -2,6 +2,9 @@
 
 #include <chrono>
 #include <sqlite3.h>
+#include <utility>
+
+#include "platform/store/engine/busy.h"
 
 namespace store {
 
@@ -15,6 +18,9 @@ class LockWait {
   ~LockWait();
   LockWait(const LockWait&) = delete;
   LockWait& operator=(const LockWait&) = delete;
+
+  /// Whom to ask, some twenty times a second and more at first, whether to give up what waits.
+  void ask(BusyQuestion question) { question_ = std::move(question); }
 
   /// Gives the whole time again.
   void renew() { hasWaited_ = false; }
@@ -36,6 +42,7 @@ class LockWait {
   bool waitOnce(int count);
 
   sqlite3* connection_;
+  BusyQuestion question_;
   std::chrono::milliseconds most_;
   std::chrono::steady_clock::time_point end_;  // once something has waited
   bool hasWaited_ = false;

@@ -3,6 +3,7 @@
 #include <atomic>
 
 #include "platform/store/engine/sqlite_row_scan.h"
+#include "platform/store/engine/temporary_bound.h"
 
 namespace store {
 
@@ -62,7 +63,8 @@ Status ResultRows::takeRows(sqlite3_stmt* statement) {
 
 Status ResultRows::take(sqlite3_stmt* statement) {
   if (Status status = makeTable(); !status) return status;
-  Status status = takeRows(statement);
+  const TemporaryBound bound(connection_.mostTemporaryBytes());
+  Status status = bound.explain(takeRows(statement));
   sqlite3_reset(statement);
   if (status) status = connection_.prepare("SELECT * FROM " + table_ + " WHERE rowid = ?", &fetch_);
   return status;

@@ -58,9 +58,9 @@ bool startsWithWord(std::string_view sql, std::string_view word) {
 
 }  // namespace
 
-void SqliteBackend::askWhileBusy(std::function<bool()> question) {
+void SqliteBackend::askWhileBusy(BusyQuestion question) {
   ConnectionGuard::Use use(connection_->guard());
-  connection_->watch().ask(std::move(question));
+  connection_->askWhileBusy(std::move(question));
 }
 
 void SqliteBackend::stop() {

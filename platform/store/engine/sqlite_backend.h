@@ -21,7 +21,7 @@ class SqliteBackend : public Backend, private DeclaredTypes {
       : connection_(std::move(connection)), dateOrder_(dateOrder) {}
 
   bool isReadOnly() const override { return connection_->isReadOnly(); }
-  void askWhileBusy(std::function<bool()> question) override;
+  void askWhileBusy(BusyQuestion question) override;
   void stop() override;
   Status openRows(std::string_view source, SourceKind kind, std::unique_ptr<RowSource>* rows) override;
   Status run(std::string_view sql, std::int64_t* affected, std::unique_ptr<RowSource>* rows) override;

@@ -125,6 +125,11 @@ SqliteConnection::~SqliteConnection() {
   guard_.reset();
 }
 
+void SqliteConnection::askWhileBusy(BusyQuestion question) {
+  watch_->ask(question);
+  guard_->lockWait().ask(std::move(question));
+}
+
 void SqliteConnection::letGo() {
   const ConnectionGuard::Use use(*guard_);
   lease_->end();
@@ -185,6 +190,7 @@ Status SqliteConnection::readMostRows(std::uint64_t* most) {
 Status SqliteConnection::open(const std::string& path, const OpenOptions& options) {
   if (Status status = checkOrdinaryFile(path); !status) return status;
   path_ = path;
+  mostTemporaryBytes_ = options.mostTemporaryBytes;
   if (Status status = openFile(path); !status) return status;
   if (Status status = checkFileHead(handle()); !status) return status;
   watch_.emplace(handle());
@@ -192,6 +198,7 @@ Status SqliteConnection::open(const std::string& path, const OpenOptions& option
   lease_.emplace(handle(), *guard_);
   journal_.emplace(handle());
   ConnectionGuard::Use use(*guard_);
+  askWhileBusy(options.question);
   Status status = configure();
   if (status) status = statusOf(handle(), addMomentCollation(handle()));
   if (status) status = addCatalogue(handle(), *watch_);

@@ -37,8 +37,12 @@ class SqliteConnection {
   sqlite3* handle() const { return handle_.get(); }
   ConnectionGuard& guard() { return *guard_; }
   StatementWatch& watch() { return *watch_; }
+  /// Whom to ask while a statement is being run, and while another program's lock is waited for.
+  void askWhileBusy(BusyQuestion question);
   const std::string& path() const { return path_; }
   bool isReadOnly() const { return readOnly_; }
+  /// What one SELECT may put into temporary files.
+  std::int64_t mostTemporaryBytes() const { return mostTemporaryBytes_; }
 
   /// Counts the times that the rows of a table may have come to other row ids or columns than before, or
   /// gone with it: another program changed the structure or rebuilt the file, or a statement of ours did.
@@ -123,6 +127,7 @@ class SqliteConnection {
   SqliteStatement commitStatement_;
   std::int64_t schemaVersion_ = 0;
   unsigned rebuilds_ = 0;
+  std::int64_t mostTemporaryBytes_ = 0;
   bool readOnly_ = false;
   StatementPermissions permissions_;
 };

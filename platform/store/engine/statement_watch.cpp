@@ -23,7 +23,7 @@ int StatementWatch::onProgress(void* self) {
       std::chrono::steady_clock::now() >= watch->end_) {
     return 1;
   }
-  return watch->asked_ > 0 && watch->question_ && watch->question_() ? 1 : 0;
+  return watch->asked_ > 0 && watch->question_ && watch->question_(Busy::working) ? 1 : 0;
 }
 
 }  // namespace store

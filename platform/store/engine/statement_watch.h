@@ -1,9 +1,10 @@
 #pragma once
 
 #include <chrono>
-#include <functional>
 #include <sqlite3.h>
 #include <utility>
+
+#include "platform/store/engine/busy.h"
 
 namespace store {
 
@@ -12,18 +13,14 @@ namespace store {
 /// All functions are called inside a Use of the connection's guard.
 class StatementWatch {
  public:
-  /// True to stop. Asked on the thread that uses the connection, up to some ten thousand times a second. It
-  /// neither uses the connection nor throws.
-  using Question = std::function<bool()>;
-
   /// `connection` outlives the watch.
   explicit StatementWatch(sqlite3* connection);
   ~StatementWatch();
   StatementWatch(const StatementWatch&) = delete;
   StatementWatch& operator=(const StatementWatch&) = delete;
 
-  /// Null asks nobody.
-  void ask(Question question) { question_ = std::move(question); }
+  /// Whom to ask, up to some ten thousand times a second.
+  void ask(BusyQuestion question) { question_ = std::move(question); }
 
   /// What may be stopped, for a scope. Elsewhere nobody is asked: the statements that begin and end
   /// transactions could be told to have been stopped after they were done.
@@ -57,7 +54,7 @@ class StatementWatch {
   static int onProgress(void* self);
 
   sqlite3* connection_;
-  Question question_;
+  BusyQuestion question_;
   std::chrono::steady_clock::time_point end_ = std::chrono::steady_clock::time_point::max();
   int asked_ = 0;
 };

@@ -31,6 +31,7 @@ enum class ErrorCode {
   damaged,           ///< the database's content contradicts itself
   fileGone,          ///< the open file was deleted or renamed by another program
   fileReplaced,      ///< another program put another file in the place of the open one
+  tooLarge,          ///< a result that takes more temporary files than it may
   inputOutput,       ///< the system failed to read or write, or the disk is full
   outOfMemory,
   stopped,  ///< who watched over the statement stopped it

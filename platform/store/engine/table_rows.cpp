@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "platform/store/engine/temporary_bound.h"
+
 namespace store {
 
 namespace {
@@ -133,6 +135,7 @@ Status TableRows::readKeys(KeySet* keys) {
   int result = SQLITE_ROW;
   Status status;
   RowBound bound(connection_);
+  const TemporaryBound temporaryBound(connection_.mostTemporaryBytes());
   if (byRowId) {
     while (status && (result = sqlite3_step(rows)) == SQLITE_ROW) {
       read.append(sqlite3_column_int64(rows, firstKey));
@@ -144,7 +147,7 @@ Status TableRows::readKeys(KeySet* keys) {
       if (bound.isReached(read.count())) status = bound.check(read.count());
     }
   }
-  if (status) status = statusOf(connection_.handle(), result);
+  if (status) status = temporaryBound.explain(statusOf(connection_.handle(), result));
   if (!status) {
     statement.reset();
     connection_.endRead();
