@@ -289,7 +289,7 @@ constexpr CommandRow kCommands[] = {
 
 LRESULT runCommand(HWND window, WORD id, LPARAM lParam, WORD notification) {
   // Before the Document exists and after its end there is nothing that a command could act on.
-  if (!theDocument || theDocument->isSearching()) return 0;
+  if (!theDocument || theDocument->isBusy()) return 0;
   for (const CommandRow& row : kCommands) {
     if (row.id == id) return row.handler(window, id, lParam, notification);
   }

@@ -48,7 +48,7 @@ LRESULT windowDestroyed(HWND, UINT, WPARAM, LPARAM) {
 
 /// What can't be stored keeps the window open.
 LRESULT closeAsked(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-  if (theDocument && (theDocument->isSearching() || !theDocument->canLeaveRecord())) return 0;
+  if (theDocument && (theDocument->isBusy() || !theDocument->canLeaveRecord())) return 0;
   return DefWindowProcW(window, message, wParam, lParam);
 }
 
@@ -100,7 +100,12 @@ LRESULT windowActivated(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
 
 /// As long as a dialog is open the window is disabled; it comes to the front once more after that.
 LRESULT cameToFront(HWND window, UINT, WPARAM, LPARAM) {
-  if (theDocument && IsWindowEnabled(window) && !theDocument->isSearching()) theDocument->lookAfterFile();
+  if (theDocument && IsWindowEnabled(window) && !theDocument->isBusy()) theDocument->lookAfterFile();
+  return 0;
+}
+
+LRESULT busyOver(HWND, UINT, WPARAM, LPARAM) {
+  if (theDocument) theDocument->busyOver();
   return 0;
 }
 
@@ -207,6 +212,7 @@ constexpr std::array kMessages = {
     MessageRow{kStartedMessage, programStarted},
     // What a desktop needs besides.
     MessageRow{kCameToFrontMessage, cameToFront},
+    MessageRow{kBusyOverMessage, busyOver},
     MessageRow{WM_SETFOCUS, focusGained},
     MessageRow{WM_SIZE, sizeChanged},
     MessageRow{WM_CLOSE, closeAsked},

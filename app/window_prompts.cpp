@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "app/main_window.h"
+#include "app/messages.h"
 #include "app/program_state.h"
 #include "dialogs/go_to.h"
 #include "platform/pocketshell/aygshell.h"
@@ -69,6 +70,19 @@ FileDialog fileDialog(FileChoice choice) {
       break;
   }
   return {L"Open Database", kOpenFilter, kExisting, GetOpenFileNameW};
+}
+
+std::wstring progressText(const Progress& progress) {
+  switch (progress.what) {
+    case Progress::What::waiting:
+      return L"Another program is using the file. Esc gives up.";
+    case Progress::What::working:
+      return L"The database is working. Esc stops.";
+    case Progress::What::searching:
+      break;
+  }
+  return std::to_wstring(progress.tested) + L" of " + std::to_wstring(progress.all) +
+         L" records searched. Esc stops.";
 }
 
 }  // namespace
@@ -183,12 +197,20 @@ void WindowPrompts::refillFindDialog() {
   if (find_) find_->refill();
 }
 
-bool WindowPrompts::keepSearching(std::uint32_t tested, std::uint32_t all) {
-  return progress_.goesOn(ownerWindow(PromptOwner::findDialog), tested, all);
+bool WindowPrompts::keepGoing(const Progress& progress) {
+  constexpr ULONGLONG kQuietMilliseconds = 500;
+  constexpr ULONGLONG kQuietWaitMilliseconds = 1000;
+  const bool waits = progress.what == Progress::What::waiting;
+  return progress_.goesOn(GetLastActivePopup(mainWindow), progressText(progress),
+                          waits ? kQuietWaitMilliseconds : kQuietMilliseconds);
 }
 
-void WindowPrompts::endSearching() {
+void WindowPrompts::endProgress() {
   progress_.end();
+}
+
+void WindowPrompts::tellWhenOver() {
+  PostMessageW(mainWindow, kBusyOverMessage, 0, 0);
 }
 
 void WindowPrompts::returnToFindDialog() {

@@ -2,7 +2,7 @@
 
 #include <windows.h>
 
-#include "app/search_progress.h"
+#include "app/progress_line.h"
 #include "dialogs/find_dialog.h"
 #include "records/user_prompts.h"
 
@@ -21,8 +21,9 @@ class WindowPrompts final : public UserPrompts {
   std::optional<std::uint32_t> askRecordNumber(std::uint32_t highest) override;
   void showFindDialog(FindState& state, NameList fieldNames) override;
   void refillFindDialog() override;
-  bool keepSearching(std::uint32_t tested, std::uint32_t all) override;
-  void endSearching() override;
+  bool keepGoing(const Progress& progress) override;
+  void endProgress() override;
+  void tellWhenOver() override;
   void returnToFindDialog() override;
   void raiseInputPanel() override;
 
@@ -36,5 +37,5 @@ class WindowPrompts final : public UserPrompts {
 
   bool isChoosingFile_ = false;
   FindDialog* find_ = nullptr;  // the one that runs
-  SearchProgress progress_;
+  ProgressLine progress_;
 };

@@ -19,6 +19,8 @@ inline constexpr LONG kAffectCurrent = 1;
 
 /// Results of calls that callers tell from other failures.
 inline constexpr HRESULT kNoCurrentRecord = static_cast<HRESULT>(0x800A0BCD);
+inline constexpr HRESULT kLocked = static_cast<HRESULT>(0x800A0E92);
+inline constexpr HRESULT kTooLarge = static_cast<HRESULT>(0x800A0E95);
 inline constexpr HRESULT kStructureChanged = static_cast<HRESULT>(0x800A0E94);
 inline constexpr HRESULT kChangedElsewhere = static_cast<HRESULT>(0x80040E38);
 

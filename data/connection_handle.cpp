@@ -5,6 +5,7 @@
 #include "base/variant.h"
 #include "data/adoce_classes.h"
 #include "data/adoce_constants.h"
+#include "data/busy_question.h"
 #include "data/last_error.h"
 #include "data/recordset_handle.h"
 #include "data/value_conversion.h"
@@ -45,6 +46,12 @@ Outcome ConnectionHandle::open(const wchar_t* path) {
 
 void ConnectionHandle::close() {
   if (connection_) connection_->Close();
+}
+
+void ConnectionHandle::setBusyListener(BusyListener* listener) {
+  if (!connection_) return;
+  const ComPtr<IDispatch> question = listener ? makeBusyQuestion(*listener) : ComPtr<IDispatch>();
+  connection_->AskWhileBusy(question.get());
 }
 
 FileState ConnectionHandle::fileState() {

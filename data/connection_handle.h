@@ -8,6 +8,7 @@
 #include "data/file_state.h"
 #include "data/outcome.h"
 
+class BusyListener;
 class RecordsetHandle;
 
 /// A connection of the data-access components to a database file, or to the store without a file.
@@ -36,6 +37,10 @@ class ConnectionHandle {
   /// when the store gives no number); `recordset`, if given, receives the records that it yields.
   Outcome execute(const wchar_t* command, LONG* recordsAffected = nullptr,
                   RecordsetHandle* recordset = nullptr);
+
+  /// Who is told while the connection, and what is opened by it, takes its time; it outlives both. Null tells
+  /// nobody.
+  void setBusyListener(BusyListener* listener);
 
   /// Cheap: nothing of the file is read. FileState::present also for a closed connection, and where the
   /// system does not tell.

@@ -20,6 +20,11 @@ Database::Database()
 
 Database::~Database() = default;
 
+void Database::setBusyListener(BusyListener* listener) {
+  busyListener_ = listener;
+  connection_->setBusyListener(listener);
+}
+
 Outcome Database::open(const String& path) {
   close();
   if (Outcome opened = connection_->open(path.text()); !opened) return opened;
@@ -65,6 +70,7 @@ Outcome Database::dropDatabase(const String& path) {
 /// By a connection of its own.
 Outcome Database::dropBeside(const wchar_t* statement) {
   ConnectionHandle store;
+  store.setBusyListener(busyListener_);
   if (Outcome opened = store.open(L""); !opened) return opened;
   RecordsetHandle recordset;
   return recordset.open(statement, &store, CursorType::dynamic, SourceKind::text);

@@ -16,6 +16,7 @@
 #include "data/saved_query.h"
 #include "data/schema.h"
 
+class BusyListener;
 class ConnectionHandle;
 class RecordsetHandle;
 
@@ -38,6 +39,9 @@ class Database {
   ~Database();
   Database(const Database&) = delete;
   Database& operator=(const Database&) = delete;
+
+  /// Who is told while an operation takes its time; it outlives this object. Null, at first, tells nobody.
+  void setBusyListener(BusyListener* listener);
 
   // ---- The file (database.cpp)
 
@@ -250,6 +254,7 @@ class Database {
   Outcome openQueryAt(std::uint32_t index, RecordsetHandle& queries);
 
   bool isOpen_ = false;
+  BusyListener* busyListener_ = nullptr;
   std::unique_ptr<RecordsetHandle> recordset_;
   std::unique_ptr<ConnectionHandle> connection_;
   std::uint32_t longestFieldName_ = 0;

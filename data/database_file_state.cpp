@@ -17,11 +17,14 @@ Outcome Database::saveCopy(const String& path) {
 }
 
 Outcome Database::tryOpening(const String& path) {
-  return ConnectionHandle().open(path.text());
+  ConnectionHandle connection;
+  connection.setBusyListener(busyListener_);
+  return connection.open(path.text());
 }
 
 Outcome Database::goOnIn(const String& copy, bool keepsRecords) {
   auto connection = std::make_unique<ConnectionHandle>();
+  connection->setBusyListener(busyListener_);
   if (Outcome opened = connection->open(copy.text()); !opened) return opened;
   auto records = std::make_unique<RecordsetHandle>();
   if (keepsRecords) {

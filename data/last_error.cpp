@@ -18,6 +18,9 @@ Outcome::Cause causeOf(HRESULT result) {
       return Outcome::Cause::changedElsewhere;
     case kStructureChanged:
       return Outcome::Cause::structureChanged;
+    case kLocked:
+    case kTooLarge:
+      return Outcome::Cause::notNow;
     default:
       return Outcome::Cause::other;
   }

@@ -14,6 +14,7 @@ class [[nodiscard]] Outcome {
     recordGone,        ///< there is no such record any more, or none is current
     changedElsewhere,  ///< another program has changed the record since it was read
     structureChanged,  ///< the tables became others since the recordset was opened: it is to be opened anew
+    notNow,            ///< another program holds the file, or it would take more than there may be
     other,
   };
 

@@ -1,11 +1,13 @@
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <memory>
 #include <string>
 
 #include "base/name_list.h"
 #include "base/string.h"
+#include "data/busy_listener.h"
 #include "data/database.h"
 #include "data/record_counters.h"
 #include "records/availability.h"
@@ -44,11 +46,11 @@ enum class RestoreResult : std::uint32_t {
 /// Showing a page makes its controls report their selection, which comes back here: what a list reports while
 /// the Document itself changes pages or fills it is nobody's choice and changes nothing.
 /// std::bad_alloc passes through.
-class Document {
+class Document : private BusyListener {
  public:
   explicit Document(DocumentPages pages);
   /// Closes the database.
-  ~Document();
+  ~Document() override;
   Document(const Document&) = delete;
   Document& operator=(const Document&) = delete;
 
@@ -173,8 +175,14 @@ class Document {
   /// form, the cursor stands behind it.
   int findNext();
   const FindState& findState() const { return find_; }
-  /// A step of the search is under way: no command may run now.
-  bool isSearching() const { return isSearching_; }
+
+  // ---- What takes its time (document_busy.cpp)
+
+  /// A step of the search is under way, or an operation of the database, which can't be used then: no command
+  /// may run now.
+  bool isBusy() const { return isSearching_ || isAsked_; }
+  /// What the user did is over; for the next thing the whole time is waited again.
+  void busyOver();
 
   // ---- What the menus and toolbars show (document_bars.cpp)
 
@@ -274,6 +282,9 @@ class Document {
   void tellNotDeleted(const Outcome& failure);
   void deleteOnForm();
   void deleteInGrid();
+  bool goesOn(BusyWith busy) override;
+  bool mayWaitOn();
+  Outcome switchMode(ViewMode mode);
   template <typename Move>
   void moveOnForm(Move move);
   void selectInGrid(std::uint32_t position);
@@ -314,4 +325,11 @@ class Document {
   bool isSearching_ = false;
   bool searchStopped_ = false;   // by the user, in the present step
   std::uint32_t findField_ = 0;  // where the last match was, or where the search goes on
+
+  using BusyClock = std::chrono::steady_clock;
+  bool isAsked_ = false;                 // whether something is to go on
+  bool isTold_ = false;                  // when what the user did is over
+  bool gaveUp_ = false;                  // other programs, in what the user did
+  BusyClock::duration waited_{};         // for other programs, in what the user did
+  BusyClock::time_point askedToWait_{};  // when it was asked last
 };

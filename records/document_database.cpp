@@ -13,7 +13,9 @@ void markDatabaseOpen(bool isOpen) {
 
 }  // namespace
 
-Document::Document(DocumentPages pages) : pages_(std::move(pages)) {}
+Document::Document(DocumentPages pages) : pages_(std::move(pages)) {
+  database_.setBusyListener(this);
+}
 
 Document::~Document() {
   closeDatabase();

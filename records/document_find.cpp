@@ -75,7 +75,7 @@ class Document::SearchStep {
   explicit SearchStep(Document& document) : document_(document) { document_.isSearching_ = true; }
   ~SearchStep() {
     document_.database_.endSearch();
-    document_.pages_.prompts.endSearching();
+    document_.pages_.prompts.endProgress();
     document_.isSearching_ = false;
   }
   SearchStep(const SearchStep&) = delete;
@@ -167,7 +167,8 @@ Outcome Document::searchUpTo(std::uint32_t end, std::optional<std::uint32_t>& fi
     const std::uint32_t passed = database_.passOver(end - findRecordCounter_, kSliceMilliseconds);
     findRecordCounter_ += passed;
     searchedRecords_ += passed;
-    if (!pages_.prompts.keepSearching(std::min(searchedRecords_, openRecordCount()), openRecordCount())) {
+    const std::uint32_t all = openRecordCount();
+    if (!pages_.prompts.keepGoing({Progress::What::searching, std::min(searchedRecords_, all), all})) {
       searchStopped_ = true;
       return {};
     }

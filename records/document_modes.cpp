@@ -20,20 +20,29 @@ class Raised {
 
 }  // namespace
 
+/// That a statement is none is not told: the page says that there are no records.
 void Document::setViewMode(ViewMode mode) {
+  if (const Outcome opened = switchMode(mode); opened.cause() == Outcome::Cause::notNow) {
+    tellFailure(L"The records could not be read.", opened.reason());
+  }
+}
+
+/// Returns what became of the records that are wanted.
+Outcome Document::switchMode(ViewMode mode) {
+  Outcome opened;
   if (mode != viewMode_) {
     const Raised talks(talksToPages_);
     leaveMode();
     if (database_.isOpen()) {
       const bool opensRecords = sqlPending();
-      // Why it did not open is not told: the page says that there are no records.
-      if (opensRecords) static_cast<void>(openPendingRecordset());
+      if (opensRecords) opened = openPendingRecordset();
       enterMode(mode, opensRecords);
     }
     viewMode_ = mode;
     if (mode == ViewMode::form) pages_.form.layOut(true);
   }
   updateCommandBar();
+  return opened;
 }
 
 void Document::leaveMode() {
@@ -70,7 +79,9 @@ Outcome Document::openPendingRecordset() {
   forgetRecords();
   Outcome opened = database_.openRecordset(wanted_.sqlText());
   recordsetOpen_ = static_cast<bool>(opened);
-  openGeneration_ = wanted_.generation();
+  // What is only not to be had now is tried again at the next switch.
+  const bool isTried = opened.cause() != Outcome::Cause::notNow;
+  openGeneration_ = isTried ? wanted_.generation() : RecordSource::kNeverChosen;
   // Also on a page of names: the grid may be the next to show the records.
   if (opened) currentRecord = 1;
   return opened;

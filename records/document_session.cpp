@@ -48,11 +48,11 @@ bool Document::restoreRecords(const String& table, const String& query, bool asQ
     String sql;
     if (!SettingsStore::read(Setting::lastSql, sql)) return false;
     wanted_.chooseQuery(query, sql, table);
-    setViewMode(ViewMode::form);
+    static_cast<void>(switchMode(ViewMode::form));
     return recordsetOpen_;
   }
   if (table.isEmpty()) return false;
   wanted_.chooseTable(table);
-  setViewMode(ViewMode::form);
+  static_cast<void>(switchMode(ViewMode::form));
   return recordsetOpen_;
 }

@@ -41,6 +41,18 @@ enum class LostFileChoice {
 
 inline constexpr wchar_t kPromptCaption[] = L"Quivane";
 
+/// What takes its time.
+struct Progress {
+  enum class What {
+    searching,  ///< a step of the search, which has looked at `tested` of `all` records
+    working,    ///< a statement
+    waiting,    ///< another program holds the file
+  };
+  What what;
+  std::uint32_t tested = 0;
+  std::uint32_t all = 0;
+};
+
 /// What the Document asks of the user. Every call returns when the user has answered.
 class UserPrompts {
  public:
@@ -61,12 +73,15 @@ class UserPrompts {
   virtual void showFindDialog(FindState& state, NameList fieldNames) = 0;
   /// After a step of the search, if the dialog is still open.
   virtual void refillFindDialog() = 0;
-  /// Called again and again during a step of the search, which has looked at `tested` of `all` records. From
-  /// half a second on it shows that, and keeps the windows painted; nothing else is done meanwhile. False
-  /// when the user wants the search to stop.
-  virtual bool keepSearching(std::uint32_t tested, std::uint32_t all) = 0;
-  /// The step is over: nothing of it is shown any more.
-  virtual void endSearching() = 0;
+  /// Called again and again while something takes its time. From half a second on, or one second when it
+  /// waits, it shows what, and keeps the windows painted; nothing else is done meanwhile. False when the user
+  /// wants it to end.
+  virtual bool keepGoing(const Progress& progress) = 0;
+  /// It is over: nothing of it is shown any more.
+  virtual void endProgress() = 0;
+  /// Has Document::busyOver() called when what the user did is over: as soon as the program listens for what
+  /// he does next.
+  virtual void tellWhenOver() = 0;
   /// Gives the keyboard back to the dialog after a message, if it is still open.
   virtual void returnToFindDialog() = 0;
   /// The user is going to type: the input panel is raised, where there is one.

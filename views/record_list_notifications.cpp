@@ -77,6 +77,11 @@ void RecordListView::giveText(LVITEMW& item) {
 
 String RecordListView::cellText(std::uint32_t row, std::uint32_t field) {
   if (GetTickCount64() < noReadingBefore_) return kNotReadable;
+  if (document_->isBusy()) {
+    // Drawn as it is, and once more when the database can be read again.
+    if (!isDrawnWhileBusy_) isDrawnWhileBusy_ = PostMessageW(list_, kDrawnWhileBusy, 0, 0) != FALSE;
+    return {};
+  }
   // A list that redraws a part of a row asks for the later columns alone, so each moves the cursor.
   if (row != cachedRow_ && document_->moveToRow(row)) cachedRow_ = row;
   String text;
@@ -110,6 +115,12 @@ void RecordListView::noteNoMemory() noexcept {
 
 LRESULT RecordListView::failureNoted(HWND, UINT, WPARAM, LPARAM) {
   tellFailure();
+  return 0;
+}
+
+LRESULT RecordListView::drawnWhileBusy(HWND window, UINT, WPARAM, LPARAM) {
+  isDrawnWhileBusy_ = false;
+  InvalidateRect(window, nullptr, TRUE);
   return 0;
 }
 

@@ -158,6 +158,7 @@ LRESULT RecordListView::listMessage(HWND window, UINT message, WPARAM wParam, LP
       Row{WM_LBUTTONUP, &RecordListView::tapped},
       Row{WM_KEYDOWN, &RecordListView::keyPressedInList},
       Row{kFailureNoted, &RecordListView::failureNoted},
+      Row{kDrawnWhileBusy, &RecordListView::drawnWhileBusy},
   };
   return answerFromTable<RecordListView>(*this, kMessages, window, message, wParam, lParam, DefSubclassProc);
 }

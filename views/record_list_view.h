@@ -94,13 +94,16 @@ class RecordListView final : public RecordGrid {
   LRESULT doubleTapped(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
   LRESULT tapped(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
   LRESULT keyPressedInList(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+  LRESULT drawnWhileBusy(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
   LRESULT failureNoted(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
 
   static LRESULT windowCreated(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
   static LRESULT CALLBACK windowProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
 
   static constexpr std::int64_t kNoRow = -1;
-  static constexpr UINT kFailureNoted = WM_APP;  ///< to the list, from itself
+  // To the list, from itself.
+  static constexpr UINT kFailureNoted = WM_APP;
+  static constexpr UINT kDrawnWhileBusy = WM_APP + 1;
 
   Document* document_ = nullptr;
   HWND tabControl_ = nullptr;
@@ -112,6 +115,7 @@ class RecordListView final : public RecordGrid {
   UniqueFont largeFont_;  // 10 point
   int fieldCount_ = 0;
   int columnCount_ = 0;
+  bool isDrawnWhileBusy_ = false;    // texts were left out, to be drawn once more
   int firstSlidingColumn_ = 1;       // the field in column 1
   std::int64_t cachedRow_ = kNoRow;  // the row that the list's cursor was last moved to for drawing
   Outcome failure_;                  // the first since the grid was filled

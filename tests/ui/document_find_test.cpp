@@ -105,7 +105,7 @@ TEST_F(DocumentFindTest, AStepThatIsStoppedChangesNothing) {
   EXPECT_EQ(window().bar.position, L"    1 / 5");
   EXPECT_THAT(texts(), IsEmpty());
   EXPECT_THAT(window().takeCalls(), ElementsAre("form.takeChange", "prompts.refillFindDialog"));
-  EXPECT_FALSE(document().isSearching());
+  EXPECT_FALSE(document().isBusy());
   window().prompts.goesOnSearching = [](std::uint32_t, std::uint32_t) { return true; };
   document().findNext();
   EXPECT_EQ(window().bar.position, L"    3 / 5");
@@ -125,7 +125,7 @@ TEST_F(DocumentFindTest, NoCommandOfTheSearchRunsDuringAStep) {
   find(L"zebra");
   int asked = 0;
   window().prompts.goesOnSearching = [&](std::uint32_t tested, std::uint32_t all) {
-    EXPECT_TRUE(document().isSearching());
+    EXPECT_TRUE(document().isBusy());
     EXPECT_LE(tested, all);
     EXPECT_EQ(all, 5u);
     if (++asked == 1) document().findNext();
@@ -134,7 +134,7 @@ TEST_F(DocumentFindTest, NoCommandOfTheSearchRunsDuringAStep) {
   document().findNext();
   EXPECT_GT(asked, 0);
   EXPECT_THAT(texts(), ElementsAre(L"All records searched for 'zebra'"));
-  EXPECT_EQ(window().prompts.searchesEnded, 1);
+  EXPECT_EQ(window().prompts.progressesEnded, 1);
 }
 
 TEST_F(DocumentFindTest, TheCaseOfLettersCountsWhenItIsAskedFor) {

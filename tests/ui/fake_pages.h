@@ -217,10 +217,12 @@ struct FakePrompts final : UserPrompts {
     setFind(state);
   }
   void refillFindDialog() override { calls.push_back("prompts.refillFindDialog"); }
-  bool keepSearching(std::uint32_t tested, std::uint32_t all) override {
-    return goesOnSearching(tested, all);
+  bool keepGoing(const Progress& progress) override {
+    if (progress.what == Progress::What::searching) return goesOnSearching(progress.tested, progress.all);
+    return goesOnBusy(progress.what);
   }
-  void endSearching() override { ++searchesEnded; }
+  void endProgress() override { ++progressesEnded; }
+  void tellWhenOver() override { ++toldWhenOver; }
   void returnToFindDialog() override {}
   void raiseInputPanel() override { calls.push_back("prompts.raiseInputPanel"); }
 
@@ -239,7 +241,9 @@ struct FakePrompts final : UserPrompts {
   std::function<bool(std::uint32_t, std::uint32_t)> goesOnSearching = [](std::uint32_t, std::uint32_t) {
     return true;
   };
-  int searchesEnded = 0;
+  std::function<bool(Progress::What)> goesOnBusy = [](Progress::What) { return true; };
+  int progressesEnded = 0;
+  int toldWhenOver = 0;
   std::function<void(FindState&)> setFind = [](FindState&) {};  ///< what the user enters for a search
   std::optional<String> file;
   std::optional<std::uint32_t> number;

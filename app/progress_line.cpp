@@ -1,19 +1,13 @@
-#include "app/search_progress.h"
+#include "app/progress_line.h"
 
 #include <algorithm>
-#include <string>
 
 namespace {
 
-constexpr ULONGLONG kQuietMilliseconds = 500;
 constexpr ULONGLONG kBetweenLines = 200;
 // A window that does not validate itself would otherwise be painted for ever.
 constexpr int kMostPaintings = 64;
 constexpr int kLineMargin = 3;
-
-std::wstring lineText(std::uint32_t tested, std::uint32_t all) {
-  return std::to_wstring(tested) + L" of " + std::to_wstring(all) + L" records searched. Esc stops.";
-}
 
 /// Under the owner and as wide; over its lower edge where the screen ends there.
 RECT linePlace(HWND owner, HFONT font) {
@@ -35,23 +29,22 @@ RECT linePlace(HWND owner, HFONT font) {
 
 }  // namespace
 
-bool SearchProgress::goesOn(HWND owner, std::uint32_t tested, std::uint32_t all) {
+bool ProgressLine::goesOn(HWND owner, const std::wstring& text, ULONGLONG quietMilliseconds) {
   const ULONGLONG now = GetTickCount64();
   if (begin_ == 0) begin_ = now;
-  if (now - begin_ < kQuietMilliseconds) return true;
-  if (!line_ || now - shown_ >= kBetweenLines) show(owner, tested, all);
+  if (now - begin_ < quietMilliseconds) return true;
+  if (!line_ || now - shown_ >= kBetweenLines) show(owner, text);
   paintWindows();
   return !isStopAsked();
 }
 
-void SearchProgress::end() {
+void ProgressLine::end() {
   if (line_) DestroyWindow(line_);
   line_ = nullptr;
   begin_ = 0;
 }
 
-void SearchProgress::show(HWND owner, std::uint32_t tested, std::uint32_t all) {
-  const std::wstring text = lineText(tested, all);
+void ProgressLine::show(HWND owner, const std::wstring& text) {
   shown_ = GetTickCount64();
   if (line_) {
     SetWindowTextW(line_, text.c_str());
@@ -70,7 +63,7 @@ void SearchProgress::show(HWND owner, std::uint32_t tested, std::uint32_t all) {
   ShowWindow(line_, SW_SHOWNOACTIVATE);
 }
 
-bool SearchProgress::isStopAsked() {
+bool ProgressLine::isStopAsked() {
   MSG message{};
   while (PeekMessageW(&message, nullptr, WM_KEYFIRST, WM_KEYLAST, PM_REMOVE)) {
     // It comes whatever was asked for, and is the message loop's.
@@ -83,7 +76,7 @@ bool SearchProgress::isStopAsked() {
   return false;
 }
 
-void SearchProgress::paintWindows() {
+void ProgressLine::paintWindows() {
   MSG message{};
   for (int count = 0; count < kMostPaintings; ++count) {
     if (!PeekMessageW(&message, nullptr, WM_PAINT, WM_PAINT, PM_REMOVE)) return;

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+
+/// What the user sees and can do while something takes longer: what it is, in a line under the window or
+/// dialog, and Esc, which stops it. The windows are painted meanwhile; all other keys are dropped, and
+/// whatever else the user does waits for the end.
+class ProgressLine {
+ public:
+  ProgressLine() = default;
+  ~ProgressLine() { end(); }
+  ProgressLine(const ProgressLine&) = delete;
+  ProgressLine& operator=(const ProgressLine&) = delete;
+
+  /// To be called often, the first time at the beginning. Nothing is shown or heard before it has lasted for
+  /// `quietMilliseconds`. The line then says `text` and lies over `owner`, under it. False once Esc was
+  /// pressed.
+  bool goesOn(HWND owner, const std::wstring& text, ULONGLONG quietMilliseconds);
+  /// It is over.
+  void end();
+
+ private:
+  void show(HWND owner, const std::wstring& text);
+  static bool isStopAsked();
+  static void paintWindows();
+
+  ULONGLONG begin_ = 0;  // 0 before it
+  ULONGLONG shown_ = 0;  // when the line was written last
+  HWND line_ = nullptr;
+};
