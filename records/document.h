@@ -273,6 +273,9 @@ class Document : private BusyListener {
   void tellSearchEnd(bool found);
   void breakSearchOff(const Outcome& failure);
   Outcome storeShownRecord();
+  bool settleRecord();
+  void discardTyped();
+  void showNoRecords();
   void tellLeftOut(const NameList& fields);
   void readAndShow();
   void reopenRecords();

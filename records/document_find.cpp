@@ -13,11 +13,7 @@ int Document::openFind() {
     refuse(PromptOwner::mainWindow, L"Cannot find text when a database is not open!");
     return 0;
   }
-  if (!canLeaveRecord()) return 0;
-  // The form stays in sight: after a change it shows what the file holds now. A record that was new is one
-  // of the others.
-  if (shown_.isEmpty()) loadRecord();
-  updateNavigationState();
+  if (!settleRecord()) return 0;
   // A match in the last record has left the cursor behind it.
   findStartRecord_ = std::min(currentRecord, openRecordCount());
   NameList names;
@@ -35,8 +31,7 @@ int Document::findNext() {
   // What was typed on the form between two steps belongs to the record that is shown; storing it goes back
   // there.
   const std::uint32_t place = currentRecord;
-  if (!canLeaveRecord()) return 0;
-  if (shown_.isEmpty()) loadRecord();
+  if (!settleRecord()) return 0;
   if (currentRecord != place) standAt(place);
   SearchEnd end = SearchEnd::notFound;
   if (const Outcome searched = runSearch(end); !searched) {

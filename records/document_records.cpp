@@ -41,10 +41,32 @@ bool Document::canLeaveRecord() {
   const std::wstring text = std::wstring(L"The record could not be written.\n") + stored.reason().text() +
                             L"\n\nDo you want to discard what was typed?";
   if (!pages_.prompts.ask(PromptOwner::mainWindow, Question::discardTyped, text.c_str())) return false;
+  discardTyped();
+  return true;
+}
+
+/// For what needs nothing unstored on a form that stays in sight: it shows what the file holds now, and a
+/// record that was new is one of the others. False as canLeaveRecord.
+bool Document::settleRecord() {
+  if (!canLeaveRecord()) return false;
+  if (shown_.isEmpty()) loadRecord();
+  updateNavigationState();
+  return true;
+}
+
+/// A new record goes with what was typed. Where it was the only one, nothing is left to be typed into.
+void Document::discardTyped() {
   shown_ = {};
   database_.abandonUpdate();
   if (currentRecord > database_.recordCount()) database_.moveLast();
-  return true;
+  if (database_.recordCount() != 0) return;
+  showNoRecords();
+  updateCommandBar();
+}
+
+void Document::showNoRecords() {
+  loadRecord();
+  pages_.form.hideEditors();
 }
 
 /// Done also when there is nothing to store: what was not read whole is never written.
@@ -91,9 +113,9 @@ void Document::addRecord() {
     refuse(PromptOwner::mainWindow, L"Cannot create new records!\nThese records are read-only");
     return;
   }
-  if (database_.recordCount() != 0) {
-    if (!canLeaveRecord()) return;
-  } else {
+  if (database_.recordCount() != 0 && !canLeaveRecord()) return;
+  // Also when the only record was a new one that has just been discarded.
+  if (database_.recordCount() == 0) {
     pages_.form.build();
     database_.moveFirst();
   }
@@ -163,11 +185,11 @@ void Document::deleteOnForm() {
   } else {
     database_.moveFirst();
   }
-  loadRecord();
-  if (recordCount != 0) {
+  if (database_.recordCount() != 0) {
+    loadRecord();
     pages_.form.showEditors();
   } else {
-    pages_.form.hideEditors();
+    showNoRecords();
   }
   updateNavigationState();
 }

@@ -274,15 +274,102 @@ TEST_F(RefusedRecordTest, CanBeDeleted) {
   EXPECT_EQ(value(), L"1");
 }
 
+TEST_F(RefusedRecordTest, IsDecidedAboutBeforeANumberIsAskedFor) {
+  window().prompts.number = 3;
+  window().prompts.agrees = false;
+  document().goToRecordNumber();
+  EXPECT_THAT(window().takeCalls(), Not(Contains(testing::StartsWith("prompts.askRecordNumber"))));
+  EXPECT_TRUE(document().isNewRecordPending());
+  window().prompts.agrees = true;
+  window().prompts.number = 2;
+  document().goToRecordNumber();
+  EXPECT_THAT(window().takeCalls(), Contains("prompts.askRecordNumber 2")) << "without the discarded one";
+  EXPECT_EQ(currentRecord, 2u);
+  EXPECT_EQ(value(), L"2");
+}
+
+TEST_F(RefusedRecordTest, GivesWayToAnotherNewOneWhenItIsDiscarded) {
+  window().prompts.agrees = true;
+  document().newRecord();
+  EXPECT_THAT(window().takeCalls(), Not(Contains("form.build")));
+  EXPECT_EQ(window().bar.position, L"    3 / 3");
+  EXPECT_TRUE(document().isNewRecordPending());
+}
+
+/// The first record of a table, which the store refuses.
+class RefusedFirstRecordTest : public DocumentRecordsTest {
+ protected:
+  void SetUp() override {
+    DocumentRecordsTest::SetUp();
+    runStatements(path(), {L"CREATE TABLE 'Strict' (k Integer NOT NULL)"});
+    showForm(3);
+    allow(kNewRecordsAndDeletions);
+    document().newRecord();
+    window().takeCalls();
+    window().prompts.agrees = true;
+  }
+  /// What the form is without a record.
+  void expectNoRecord() {
+    EXPECT_EQ(window().bar.position, L"No Records");
+    EXPECT_FALSE(document().isNewRecordPending());
+    EXPECT_FALSE(document().isRecordShown());
+    const Calls calls = window().takeCalls();
+    EXPECT_THAT(calls, Contains("form.hideEditors"));
+    EXPECT_THAT(calls, Not(Contains("form.showEditors")));
+    EXPECT_FALSE(window().bar.inMenu(PopupMenu::record, ID_RECORD_DELETE));
+    EXPECT_FALSE(window().bar.inMenu(PopupMenu::edit, ID_FIND));
+    for (const int command : {ID_RECORD_NEXT, ID_RECORD_PREVIOUS, ID_RECORD_NUMBER})
+      EXPECT_FALSE(window().bar.onToolbar(command)) << command;
+    EXPECT_EQ(storedCount(), 0u);
+  }
+};
+
+TEST_F(RefusedFirstRecordTest, DiscardedByAMoveItLeavesNothingToTypeInto) {
+  const int rebuilt = window().bar.rebuilt;
+  document().movePreviousRecord();
+  EXPECT_GT(window().bar.rebuilt, rebuilt) << "the menu bar offers what there is without records";
+  expectNoRecord();
+}
+
+TEST_F(RefusedFirstRecordTest, DiscardedByWhatStaysOnTheFormItLeavesNothingToTypeInto) {
+  document().openFind();
+  expectNoRecord();
+}
+
+TEST_F(RefusedFirstRecordTest, DiscardedByAnotherNewOneItGivesWayToThat) {
+  document().newRecord();
+  EXPECT_EQ(window().bar.position, L"    1 / 1");
+  EXPECT_EQ(currentRecord, 1u);
+  EXPECT_TRUE(document().isNewRecordPending());
+  const Calls calls = window().takeCalls();
+  EXPECT_THAT(calls, Contains("form.build"));
+  EXPECT_EQ(calls.back(), "form.showEditors");
+  window().form.fields.front().content = L"5";
+  document().movePreviousRecord();
+  EXPECT_EQ(storedCount(), 1u);
+}
+
 // ---- Going to a number
 
 TEST_F(DocumentRecordsTest, ANumberLeadsTheFormThere) {
   showForm();
   window().prompts.number = 3;
   document().goToRecordNumber();
-  EXPECT_THAT(window().takeCalls(),
-              ElementsAre("prompts.askRecordNumber 3", "form.takeChange", "form.showRecord"));
+  EXPECT_THAT(window().takeCalls(), ElementsAre("form.takeChange", "prompts.askRecordNumber 3",
+                                                "form.takeChange", "form.showRecord"));
   EXPECT_EQ(value(), L"30");
+}
+
+TEST_F(DocumentRecordsTest, AskingForANumberStoresANewRecordWhichIsThenOneOfTheOthers) {
+  showForm();
+  allow(kNewRecords);
+  document().newRecord();
+  document().goToRecordNumber();
+  EXPECT_FALSE(document().isNewRecordPending());
+  EXPECT_EQ(currentRecord, 4u);
+  EXPECT_EQ(storedCount(), 4u);
+  EXPECT_TRUE(document().isRecordShown());
+  EXPECT_TRUE(window().bar.inMenu(PopupMenu::record, ID_RECORD_FIRST));
 }
 
 TEST_F(DocumentRecordsTest, ANumberLeadsTheGridThere) {
@@ -298,7 +385,7 @@ TEST_F(DocumentRecordsTest, ANumberLeadsTheGridThere) {
 TEST_F(DocumentRecordsTest, WithoutAnAnswerTheRecordStays) {
   showForm();
   document().goToRecordNumber();
-  EXPECT_THAT(window().takeCalls(), ElementsAre("prompts.askRecordNumber 3"));
+  EXPECT_THAT(window().takeCalls(), ElementsAre("form.takeChange", "prompts.askRecordNumber 3"));
   EXPECT_EQ(currentRecord, 1u);
   document().setViewMode(ViewMode::tables);
   window().takeCalls();
