@@ -56,6 +56,8 @@ void Document::leaveMode() {
         pages_.form.hideEditors();
         commitCurrentRecord();
       }
+      // Behind a match stands the cursor; the user means the record that he sees.
+      if (!shown_.isEmpty()) currentRecord = shown_.position();
       break;
     case ViewMode::list:
       pages_.grid.hide();

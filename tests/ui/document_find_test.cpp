@@ -201,6 +201,28 @@ TEST_F(DocumentFindTest, ADeletionAfterAMatchDeletesTheRecordThatIsShown) {
   EXPECT_EQ(window().bar.position, L"    2 / 4");
 }
 
+TEST_F(DocumentFindTest, AfterAMatchTheListSelectsTheRecordThatIsShown) {
+  find(L"pear");
+  document().findNext();
+  ASSERT_EQ(currentRecord, 3u);
+  document().setViewMode(ViewMode::list);
+  EXPECT_EQ(window().grid.filledAt, 2u);
+  EXPECT_EQ(window().bar.position, L"    2 / 5");
+  window().grid.row = 1;
+  document().setViewMode(ViewMode::form);
+  EXPECT_EQ(value(), L"Pear");
+  EXPECT_EQ(window().bar.position, L"    2 / 5");
+}
+
+TEST_F(DocumentFindTest, AfterAMatchInTheLastRecordTheListSelectsThat) {
+  find(L"plum");
+  document().findNext();
+  ASSERT_EQ(currentRecord, 6u);
+  document().setViewMode(ViewMode::list);
+  EXPECT_EQ(window().grid.filledAt, 5u);
+  EXPECT_EQ(window().bar.position, L"    5 / 5");
+}
+
 TEST_F(DocumentFindTest, ASearchThatBeginsBehindTheLastRecordEndsOnIt) {
   document().moveLastRecord();
   find(L"plum");
