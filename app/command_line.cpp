@@ -13,6 +13,9 @@ namespace {
 
 constexpr wchar_t kQuote = L'"';
 
+/// Waits until start-up is over.
+String commandLinePath;
+
 /// Waits until the message that is being answered has been.
 String waitingPath;
 
@@ -27,11 +30,12 @@ void tellNotOpened(const String& path, const String& reason) {
 /// In place of the database that is open, unless what was typed into that can't be stored.
 void openNamedDatabase(const String& path) {
   if (!theDocument->canLeaveRecord()) return;
-  if (theDocument->closeDatabase() == 0) switchPage(kNoPage);
+  theDocument->closeDatabase();
   const Outcome opened = theDocument->openDatabase(fullPath(path));
   if (opened) {
     showDatabasePage();
   } else {
+    showNoDatabase();
     tellNotOpened(path, opened.reason());
   }
 }
@@ -54,6 +58,14 @@ String normalisedPath(const String& commandLine) {
   const std::size_t length = path.length();
   if (length != 0 && path.text()[length - 1] == kQuote) path.left(length - 1, path);
   return path;
+}
+
+void keepCommandLinePath(const String& path) {
+  commandLinePath = path;
+}
+
+void openKeptDatabaseLater() {
+  if (!commandLinePath.isEmpty()) openDatabaseLater(std::exchange(commandLinePath, String()));
 }
 
 void openDatabaseLater(const String& path) {

@@ -11,10 +11,15 @@ String normalisedPath(const String& commandLine);
 /// can't tell.
 String fullPath(const String& path);
 
+/// Keeps the path that the command line names until start-up is over.
+void keepCommandLinePath(const String& path);
+/// Start-up is over: has the database of the command line opened as openDatabaseLater does.
+void openKeptDatabaseLater();
+
 /// Has the database opened when the message that is being answered has been, in place of one that waits
 /// already. An empty path is none.
 void openDatabaseLater(const String& path);
 
 /// Opens the database that waits, if one does, in place of the one that is open, and shows its tables.
-/// When that fails the user is told, and no database is open.
+/// When that fails the user is told, and no database is open; the page stays then.
 void openWaitingDatabase();

@@ -24,14 +24,12 @@ struct CommandRow {
   CommandHandler handler;
 };
 
-/// The Tables page of a database that was opened. Where none could be, the page stays and the bars of the
-/// closed database go.
+/// The Tables page of a database that was opened. Where none could be, the page stays.
 LRESULT showOpened(CommandResult result) {
   if (result == CommandResult::done) {
     showDatabasePage();
   } else if (!theDocument->isDatabaseOpen()) {
-    theCommandBar->destroyPageBars();
-    theDocument->updateCommandBar();
+    showNoDatabase();
   }
   return 0;
 }

@@ -195,6 +195,7 @@ LRESULT staticColored(HWND, UINT, WPARAM, LPARAM lParam) {
 
 LRESULT programStarted(HWND, UINT, WPARAM, LPARAM) {
   showFirstPage();
+  openKeptDatabaseLater();
   return 0;
 }
 

@@ -6,7 +6,7 @@
 
 void showFirstPage() {
   if (!theDocument) return;
-  // Another message came first, and the database of the command line with it.
+  // A command that another program has sent in the meantime may have opened one.
   if (theDocument->isDatabaseOpen()) return;
   bool open = false;
   if (theAppSettings->options().openLastTableOnStartup() != 0) {

@@ -68,10 +68,10 @@ void createDocument() {
 }
 
 /// Until the quit message, whose exit code is the result. The database of the command line is opened
-/// after the first message, so that the window stands already.
+/// after the message that ends start-up, and so in place of what that has restored.
 int runMessageLoop(const wchar_t* commandLine) {
   const HACCEL accelerators = LoadAcceleratorsW(instanceHandle, MAKEINTRESOURCEW(IDR_ACCELERATORS));
-  openDatabaseLater(normalisedPath(commandLine));
+  keepCommandLinePath(normalisedPath(commandLine));
   PostMessageW(mainWindow, kStartedMessage, 0, 0);
   MSG message{};
   while (GetMessageW(&message, nullptr, 0, 0) > 0) {

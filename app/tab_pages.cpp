@@ -158,3 +158,8 @@ void showPageAnew(int page) {
 void showDatabasePage() {
   showPageAnew(kTablesPageIndex);
 }
+
+void showNoDatabase() {
+  theCommandBar->destroyPageBars();
+  theDocument->updateCommandBar();
+}

@@ -32,3 +32,6 @@ void showPageAnew(int page);
 
 /// The same for the Tables page, with which a database that was just opened begins.
 void showDatabasePage();
+
+/// The bars of a database that was closed go, and the page stays, because none came in its place.
+void showNoDatabase();

@@ -8,6 +8,8 @@
 namespace {
 
 constexpr int kFirstTextEditor = 1200;
+constexpr int kPositionBox = 1012;
+constexpr int kNamesList = 61206;
 
 class SessionTest : public UiTest {
  protected:
@@ -109,6 +111,24 @@ TEST_F(SessionTest, ADatabaseOfTheCommandLineComesInItsPlace) {
   ASSERT_TRUE(remote::waitUntil([&] { return remote::itemText(tables, 0) == L"Other"; }));
   EXPECT_EQ(remote::selectedTab(remote::tabControl(program.mainWindow())), OpenedDatabase::kTablesPage);
   EXPECT_EQ(remote::close(program.mainWindow()), 0u);
+}
+
+/// The message that restores comes first: what it has opened makes room for the file that was asked for.
+TEST_F(SessionTest, ADatabaseOfTheCommandLineThatDoesNotOpenLeavesNoneOpen) {
+  useSecondTable();
+  RunningProgram program(quoted(file("missing.cdb")));
+  const HWND box = program.messageBox();
+  ASSERT_NE(box, nullptr);
+  const HWND main = program.mainWindow();
+  const auto tables = [&] { return remote::itemTexts(GetDlgItem(main, kNamesList)); };
+  EXPECT_TRUE(tables().empty()) << "under the message";
+  PostMessageW(box, WM_COMMAND, IDOK, 0);
+  ASSERT_TRUE(remote::waitUntil([&] { return remote::messageBox(program.processId()) == nullptr; }));
+  sendCommand(main, ID_RECORD_NEXT);
+  EXPECT_TRUE(tables().empty());
+  EXPECT_EQ(remote::control(main, kPositionBox), nullptr) << "the bars of the restored one have gone";
+  EXPECT_EQ(remote::control(main, kFirstTextEditor), nullptr);
+  EXPECT_EQ(remote::close(main), 0u);
 }
 
 }  // namespace

@@ -18,6 +18,7 @@ constexpr DWORD kExitNoWindow = 16;
 constexpr WORD kExitCommand = 40022;
 constexpr WORD kOpenCommand = 32772;
 constexpr UINT kPathFromSecondCopy = WM_USER + 205;
+constexpr int kRebar = 1000;
 
 const wchar_t* const kOneTable[] = {L"CREATE TABLE 'Books' (Title Varchar (255))"};
 
@@ -167,6 +168,30 @@ TEST_F(StartTest, WhileAFileIsChosenASecondCopyShowsThatAndItsPathIsOpenedAfterw
   EXPECT_TRUE(remote::waitUntil(
       [&] { return remote::itemTexts(opened.tables()) == std::vector<std::wstring>{L"Other"}; }));
   EXPECT_EQ(remote::text(opened.main()), L"Quivane");
+  EXPECT_EQ(remote::close(opened.main()), 0u);
+}
+
+TEST_F(StartTest, APathHandedOverThatDoesNotOpenLeavesThePage) {
+  OpenedDatabase opened(database("first.cdb"));
+  ASSERT_NE(opened.tables(), nullptr);
+  ASSERT_TRUE(remote::switchToPage(opened.main(), OpenedDatabase::kQueriesPage));
+  const HWND page = remote::shownPage(opened.main());
+  PostMessageW(opened.main(), WM_COMMAND, kOpenCommand, 0);
+  HWND dialog = nullptr;
+  ASSERT_TRUE(remote::waitUntil(
+      [&] { return (dialog = remote::dialog(opened.program().processId(), nullptr)) != nullptr; }));
+  RunningProgram copy(quoted(file("missing.cdb")));
+  EXPECT_EQ(copy.exitCode(), kExitNoWindow);
+  PostMessageW(dialog, WM_COMMAND, IDCANCEL, 0);
+  ASSERT_TRUE(remote::waitUntil([&] { return IsWindow(dialog) == FALSE; }));
+  const HWND box = opened.program().messageBox();
+  ASSERT_NE(box, nullptr);
+  EXPECT_THAT(remote::messageBoxText(box), HasSubstr(L"missing.cdb could not be opened."));
+  PostMessageW(box, WM_COMMAND, IDOK, 0);
+  ASSERT_TRUE(remote::waitUntil([&] { return remote::messageBox(opened.program().processId()) == nullptr; }));
+  EXPECT_EQ(remote::selectedTab(remote::tabControl(opened.main())), OpenedDatabase::kQueriesPage);
+  EXPECT_EQ(remote::shownPage(opened.main()), page);
+  EXPECT_EQ(remote::control(opened.main(), kRebar), nullptr) << "the bars of the former database have gone";
   EXPECT_EQ(remote::close(opened.main()), 0u);
 }
 
