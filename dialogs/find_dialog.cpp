@@ -83,12 +83,15 @@ void FindDialog::storeCheckBoxes() {
 void FindDialog::next() {
   // Nothing of the state is changed before both texts are there.
   String text = windowText(control(IDC_FIND_TEXT));
-  String fieldName = combobox::selectedText(control(IDC_FIND_FIELD));
+  const int field = combobox::selection(control(IDC_FIND_FIELD));
+  // Not the text of the entry, which shows what the control can show of the name.
+  String fieldName =
+      field == combobox::kNoSelection ? String() : fieldNames_[static_cast<std::uint32_t>(field)];
   storeCheckBoxes();
   state_.text = std::move(text);
   state_.fieldName = std::move(fieldName);
   panel_.release(window());
-  state_.fieldPosition = static_cast<std::uint32_t>(combobox::selection(control(IDC_FIND_FIELD)) + 1);
+  state_.fieldPosition = static_cast<std::uint32_t>(field + 1);
   RecentFinds::remember(state_.text);
   PostMessageW(owner_, kFindNextMessage, 0, 0);
 }

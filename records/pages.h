@@ -32,7 +32,7 @@ class NamesPage {
   virtual void addItem(int index, const String& name) = 0;
   virtual void deleteItem(int index) = 0;
   virtual void deleteAllItems() = 0;
-  /// The text of an item, cut at 99 characters; empty for an index that is no item's.
+  /// The name of an item as the page was given it; empty for an index that is no item's.
   virtual String itemText(int index) = 0;
   virtual void setStyle(NameStyle style) = 0;
   /// The item that was chosen last, -1 for none.

@@ -84,15 +84,6 @@ inline int itemText(HWND list, int index, wchar_t* text, int capacity) {
       SendMessageW(list, LVM_GETITEMTEXTW, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(&item)));
 }
 
-/// The first item behind `after` whose whole text is `text`, -1 when there is none.
-inline int findText(HWND list, int after, const wchar_t* text) {
-  LVFINDINFOW what{};
-  what.flags = LVFI_STRING;
-  what.psz = text;
-  return static_cast<int>(
-      SendMessageW(list, LVM_FINDITEMW, static_cast<WPARAM>(after), reinterpret_cast<LPARAM>(&what)));
-}
-
 inline void setItemState(HWND list, int index, UINT state, UINT mask) {
   LVITEMW item{};
   item.state = state;

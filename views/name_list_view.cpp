@@ -2,6 +2,8 @@
 
 #include <commctrl.h>
 
+#include <algorithm>
+
 #include "base/control_handles.h"
 #include "base/handles.h"
 #include "platform/pocketshell/handheld_windows.h"
@@ -106,15 +108,20 @@ void NameListView::setStyle(NameStyle style) {
 }
 
 void NameListView::addItem(int index, const String& name) {
+  // Before the item, whose coming may be reported.
+  names_.insert(names_.begin() + std::clamp(index, 0, static_cast<int>(names_.size())), name);
   listview::insertItem(window_, index, name.text(), 0);
 }
 
 void NameListView::deleteItem(int index) {
+  if (index < 0 || index >= static_cast<int>(names_.size())) return;
   listview::deleteItem(window_, index);
+  names_.erase(names_.begin() + index);
 }
 
 void NameListView::deleteAllItems() {
   listview::deleteAllItems(window_);
+  names_.clear();
 }
 
 int NameListView::count() const {
@@ -129,13 +136,15 @@ void NameListView::selectItem(int index) {
 }
 
 String NameListView::itemText(int index) const {
-  wchar_t text[100] = L"";
-  if (index >= 0) listview::itemText(window_, index, text, ARRAYSIZE(text));
-  return text;
+  if (index < 0 || index >= count() || index >= static_cast<int>(names_.size())) return {};
+  return names_[static_cast<std::size_t>(index)];
 }
 
 int NameListView::findItem(const String& name) const {
-  return listview::findText(window_, listview::kFirstOfAll, name.text());
+  const auto found = std::find_if(names_.begin(), names_.end(), [&](const String& each) {
+    return CompareStringOrdinal(each.text(), -1, name.text(), -1, TRUE) == CSTR_EQUAL;
+  });
+  return found == names_.end() ? -1 : static_cast<int>(found - names_.begin());
 }
 
 void NameListView::refill(const NameList& names) {

@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include <vector>
+
 #include "base/app_colors.h"
 #include "base/name_list.h"
 #include "base/string.h"
@@ -45,8 +47,9 @@ class NameListView {
   /// Takes the focus, selects the item and scrolls it into view. An index that is no item's selects
   /// nothing.
   void selectItem(int index);
-  /// At most 99 characters; empty for an index that is no item's.
+  /// The name as it was given, which the control may show only in part; empty for an index that is no item's.
   String itemText(int index) const;
+  /// The first item of this name, in whatever case of its letters; -1 when there is none.
   int findItem(const String& name) const;
 
   int selectedIndex() const { return selectedIndex_; }
@@ -62,6 +65,7 @@ class NameListView {
  private:
   HWND window_ = nullptr;
   HWND mainWindow_;
+  std::vector<String> names_;  // one for each item
   int selectedIndex_;
   AppColor background_;
   AppColor text_;

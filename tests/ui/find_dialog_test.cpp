@@ -304,6 +304,23 @@ TEST_F(FindDialogTest, NextStoresTheInputAsksForASearchAndStays) {
   EXPECT_EQ(searches(), 2);
 }
 
+TEST_F(FindDialogTest, AFieldIsNamedAsTheFileNamesItWhateverTheListShows) {
+  // Marks that stand on no letter.
+  constexpr wchar_t kUnshowable[] = L"\x05B0\x05B1";
+  show(
+      [&](HWND window) {
+        chooseField(window, 1);
+        wchar_t shown[10] = L"";
+        SendDlgItemMessageW(window, kField, CB_GETLBTEXT, 1, reinterpret_cast<LPARAM>(shown));
+        EXPECT_STREQ(shown, L"\xFFFD\xFFFD");
+        click(window, kNext);
+        cancel(window);
+      },
+      {L"\xFFFD\xFFFD", kUnshowable});
+  EXPECT_STREQ(state.fieldName.text(), kUnshowable);
+  EXPECT_EQ(state.fieldPosition, 2u);
+}
+
 TEST_F(FindDialogTest, WithoutFieldsNoneIsChosen) {
   state.fieldName = L"of another table";
   state.fieldPosition = 3;

@@ -65,6 +65,26 @@ TEST_F(NameBarsTest, OfANamedTableAndAQueryEverythingIsOffered) {
     EXPECT_EQ(state(queries, command), kEnabled);
 }
 
+/// The controls show U+FFFD in the place of a mark that stands on no letter.
+TEST_F(NameBarsTest, ATableWhoseNameCanNotBeShownIsUsedAndDeletedLikeAnyOther) {
+  makeDatabase(file("a.cdb"), {L"CREATE TABLE 'T' (a Integer)", L"CREATE TABLE '\x05B0' (a Integer)",
+                               L"INSERT INTO [\x05B0] VALUES (42)"});
+  OpenedDatabase opened(file("a.cdb"));
+  ASSERT_NE(opened.tables(), nullptr);
+  ASSERT_EQ(remote::itemText(opened.tables(), 1), L"\xFFFD");
+  const HWND grid = opened.showRecords(1);
+  ASSERT_NE(grid, nullptr);
+  EXPECT_EQ(remote::itemTexts(grid), std::vector<std::wstring>{L"42"});
+  ASSERT_TRUE(remote::switchToPage(opened.main(), OpenedDatabase::kTablesPage));
+  PostMessageW(opened.main(), WM_COMMAND, kDeleteTable, 0);
+  const HWND question = opened.program().messageBox();
+  ASSERT_NE(question, nullptr);
+  PostMessageW(question, WM_COMMAND, IDYES, 0);
+  EXPECT_TRUE(remote::waitUntil(
+      [&] { return remote::itemTexts(opened.tables()) == std::vector<std::wstring>{L"T"}; }));
+  EXPECT_EQ(remote::close(opened.main()), 0u);
+}
+
 TEST_F(NameBarsTest, TheColumnButtonsFollowTheColumnsThatAreShown) {
   makeDatabase(file("a.cdb"), {L"CREATE TABLE 'T' (a Integer, b Integer, c Integer, d Integer)",
                                L"INSERT INTO T VALUES (1, 2, 3, 4)"});

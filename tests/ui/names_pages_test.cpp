@@ -98,13 +98,42 @@ TEST_F(TablesListViewTest, AForgottenSelectionStartsAtTheFirst) {
   EXPECT_EQ(selected(list()), 0);
 }
 
-TEST_F(TablesListViewTest, TextsAreCutAt99Characters) {
+TEST_F(TablesListViewTest, NamesComeBackInFullWhateverTheControlShowsOfThem) {
   const std::wstring longName(150, L'n');
-  view().fill(names({longName.c_str(), L"short"}), Positioning::first, L"");
-  EXPECT_EQ(view().itemText(0).length(), 99u);
-  EXPECT_STREQ(view().itemText(1).text(), L"short");
-  EXPECT_STREQ(view().itemText(2).text(), L"");
+  // A mark that stands on no letter.
+  constexpr wchar_t kUnshowable[] = L"\x05B0 table";
+  view().fill(names({longName.c_str(), kUnshowable, L"short"}), Positioning::first, L"");
+  wchar_t shown[20] = L"";
+  listview::itemText(list(), 1, shown, ARRAYSIZE(shown));
+  ASSERT_STREQ(shown, L"\xFFFD table");
+  EXPECT_EQ(view().itemText(0).text(), longName);
+  EXPECT_STREQ(view().itemText(1).text(), kUnshowable);
+  EXPECT_STREQ(view().itemText(2).text(), L"short");
+  EXPECT_STREQ(view().itemText(3).text(), L"");
   EXPECT_STREQ(view().itemText(-1).text(), L"");
+}
+
+TEST_F(TablesListViewTest, AnItemIsFoundByItsNameAndNotByWhatIsShown) {
+  const NameList alike = names({L"\xFFFD", L"\x05B0", L"Third"});
+  view().fill(alike, Positioning::first, L"");
+  view().itemText(0);
+  view().fill(alike, Positioning::byName, L"\x05B0");
+  EXPECT_EQ(selected(list()), 1);
+  view().fill(alike, Positioning::byName, L"THIRD");
+  EXPECT_EQ(selected(list()), 2);
+}
+
+TEST_F(TablesListViewTest, NamesFollowTheItemsThatComeAndGo) {
+  view().fill(three(), Positioning::first, L"");
+  view().deleteItem(1);
+  view().addItem(0, L"first");
+  view().deleteItem(7);
+  EXPECT_STREQ(view().itemText(0).text(), L"first");
+  EXPECT_STREQ(view().itemText(1).text(), L"a");
+  EXPECT_STREQ(view().itemText(2).text(), L"c");
+  EXPECT_STREQ(view().itemText(3).text(), L"");
+  view().deleteAllItems();
+  EXPECT_STREQ(view().itemText(0).text(), L"");
 }
 
 TEST_F(TablesListViewTest, ShowingAppliesTheColours) {
