@@ -8,6 +8,7 @@
 #include <string>
 
 #include "base/handles.h"
+#include "base/program_folder.h"
 #include "base/registry_text.h"
 #include "base/string.h"
 
@@ -34,12 +35,7 @@ String registeredModule() {
 
 /// The path of adoce31.dll beside this program; empty when there is none.
 std::wstring ownModule() {
-  wchar_t program[MAX_PATH];
-  const DWORD length = GetModuleFileNameW(nullptr, program, ARRAYSIZE(program));
-  if (length == 0 || length >= ARRAYSIZE(program)) return {};
-  std::wstring path(program, length);
-  path.resize(path.rfind(L'\\') + 1);
-  path += kComponentLibraries[0];
+  const std::wstring path = programFolder() / kComponentLibraries[0];
   return GetFileAttributesW(path.c_str()) == INVALID_FILE_ATTRIBUTES ? std::wstring() : path;
 }
 

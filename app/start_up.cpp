@@ -10,6 +10,7 @@
 #include "app/main_window.h"
 #include "app/messages.h"
 #include "app/page_keys.h"
+#include "app/portable.h"
 #include "app/program_state.h"
 #include "app/screen.h"
 #include "app/single_instance.h"
@@ -104,16 +105,16 @@ void shutDown() {
 }
 
 /// From the first window on: what was created is taken down again in every case.
-int runWithWindow(const wchar_t* commandLine, int showCommand) {
+int runWithWindow(const wchar_t* commandLine, int showCommand, bool isPortable) {
   theCommandBar = std::make_unique<MainCommandBar>(instanceHandle, barFacts);
   createMainWindow(showCommand);
-  registerFileAssociation();
+  if (!isPortable) registerFileAssociation();
   theAppSettings = std::make_unique<AppSettings>();
   if (!mainWindow) return kExitNoWindow;
   initialiseControls();
   createTabControl();
   createPageWindows();
-  registerComponents();
+  if (!isPortable) registerComponents();
   createDocument();
   // Who does not know the password sees the window and no more.
   return appUnlocked ? runMessageLoop(commandLine) : 0;
@@ -125,6 +126,7 @@ int runProgram(HINSTANCE instance, const wchar_t* commandLine, int showCommand) 
   // A library lying beside the database that is opened must not be loaded in the place of a component.
   SetDllDirectoryW(L"");
   instanceHandle = instance;
+  const PortableMode portable;
   appUnlocked = true;
   currentPage = kBeforeFirstPage;
   const SingleInstance single;
@@ -136,7 +138,7 @@ int runProgram(HINSTANCE instance, const wchar_t* commandLine, int showCommand) 
   guardEditControls();
   RecordListView::registerClass(instance);
   FormWrapper::registerClass(instance);
-  const int exitCode = runWithWindow(commandLine, showCommand);
+  const int exitCode = runWithWindow(commandLine, showCommand, portable.isOn());
   shutDown();
   return exitCode;
 }

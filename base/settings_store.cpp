@@ -1,12 +1,18 @@
 #include "base/settings_store.h"
 
+#include <algorithm>
 #include <cassert>
+#include <cstring>
 #include <cwchar>
+#include <string>
 
 #include "base/handles.h"
 #include "base/registry_text.h"
 
 namespace {
+
+/// Null for the registry.
+const SettingsFile* file = nullptr;
 
 /// The full path of a subkey, in a buffer of its own.
 class KeyPath {
@@ -37,12 +43,25 @@ bool writeValue(const wchar_t* subkey, const wchar_t* name, DWORD type, const vo
                 std::size_t byteCount) noexcept {
   const KeyPath path(subkey);
   if (!path.fits()) return false;
+  if (file) return file->write(path.text(), name, type, bytes, byteCount);
   UniqueRegistryKey key;
   const LSTATUS opened = RegCreateKeyExW(HKEY_CURRENT_USER, path.text(), 0, nullptr, REG_OPTION_NON_VOLATILE,
                                          KEY_WRITE, nullptr, key.put(), nullptr);
   if (opened != ERROR_SUCCESS) return false;
   RegSetValueExW(key.get(), name, 0, type, static_cast<const BYTE*>(bytes), static_cast<DWORD>(byteCount));
   return true;
+}
+
+/// The bytes up to the first zero character.
+std::wstring textOfBytes(const std::vector<BYTE>& bytes) {
+  std::wstring text(bytes.size() / sizeof(wchar_t), L'\0');
+  std::memcpy(text.data(), bytes.data(), text.size() * sizeof(wchar_t));
+  return text.c_str();
+}
+
+SettingsFile::Found findInFile(const wchar_t* subkey, const wchar_t* name, settings::Value& value) noexcept {
+  const KeyPath path(subkey);
+  return path.fits() ? file->read(path.text(), name, value) : SettingsFile::Found::noKey;
 }
 
 const SettingRow& rowOf(Setting setting, [[maybe_unused]] SettingKind kind) noexcept {
@@ -53,13 +72,33 @@ const SettingRow& rowOf(Setting setting, [[maybe_unused]] SettingKind kind) noex
 
 }  // namespace
 
+void SettingsStore::keepIn(const SettingsFile* settingsFile) noexcept {
+  file = settingsFile;
+}
+
 bool SettingsStore::readString(const wchar_t* subkey, const wchar_t* name, String& value) {
+  if (file) {
+    settings::Value found;
+    if (findInFile(subkey, name, found) != SettingsFile::Found::value) return false;
+    value = textOfBytes(found.bytes).c_str();
+    return true;
+  }
   const KeyPath path(subkey);
   return path.fits() && readRegistryText(HKEY_CURRENT_USER, path.text(), name, value);
 }
 
 bool SettingsStore::readDword(const wchar_t* subkey, const wchar_t* name, std::uint32_t defaultValue,
                               std::uint32_t& value) noexcept {
+  if (file) {
+    settings::Value found;
+    const SettingsFile::Found result = findInFile(subkey, name, found);
+    if (result == SettingsFile::Found::noKey) return false;
+    value = defaultValue;
+    if (result == SettingsFile::Found::noValue || found.bytes.size() > sizeof value) return false;
+    value = 0;
+    std::copy(found.bytes.begin(), found.bytes.end(), reinterpret_cast<BYTE*>(&value));
+    return true;
+  }
   const UniqueRegistryKey key = openForReading(subkey);
   if (!key) return false;
   // Read aside, because a value that is too long may leave part of it behind.
@@ -73,9 +112,16 @@ bool SettingsStore::readDword(const wchar_t* subkey, const wchar_t* name, std::u
 
 bool SettingsStore::readBinary(const wchar_t* subkey, const wchar_t* name, std::uint32_t* words,
                                std::uint32_t wordCount) noexcept {
+  const DWORD wanted = wordCount * static_cast<DWORD>(sizeof *words);
+  if (file) {
+    settings::Value found;
+    if (findInFile(subkey, name, found) != SettingsFile::Found::value || found.bytes.size() != wanted)
+      return false;
+    std::memcpy(words, found.bytes.data(), wanted);
+    return true;
+  }
   const UniqueRegistryKey key = openForReading(subkey);
   if (!key) return false;
-  const DWORD wanted = wordCount * static_cast<DWORD>(sizeof *words);
   DWORD byteCount = wanted;
   const LSTATUS result =
       RegQueryValueExW(key.get(), name, nullptr, nullptr, reinterpret_cast<BYTE*>(words), &byteCount);

@@ -6,11 +6,13 @@
 #include <cstdint>
 #include <span>
 
+#include "base/settings_file.h"
 #include "base/settings_table.h"
 #include "base/string.h"
 
-/// The program's settings in the registry: single values below HKEY_CURRENT_USER, kRoot. What there is says
-/// base/settings_table.h. Stateless: each call opens the key, reads or writes one value and closes it.
+/// The program's settings: single values below HKEY_CURRENT_USER, kRoot, in the registry or in a file in its
+/// place. What there is says base/settings_table.h. Each call opens the key, reads or writes one value and
+/// closes it.
 ///
 /// `subkey` and `name` are not null. A subkey whose full path does not fit kPathBufferCount characters
 /// counts as a key that can't be opened. readString throws std::bad_alloc; nothing else throws.
@@ -23,6 +25,9 @@ class SettingsStore {
 
   /// Room for the path of a key, the terminator included.
   static constexpr std::size_t kPathBufferCount = 260;
+
+  /// From now on the keys and values are in `file`, which outlives its use; with null in the registry.
+  static void keepIn(const SettingsFile* file) noexcept;
 
   /// The registered type is not checked: the value's bytes up to the first zero character. False when
   /// the key or the value can't be read; `value` is then as before.

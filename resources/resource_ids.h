@@ -35,3 +35,6 @@
 #define IDR_GRID_CONTEXT 244
 
 #define IDR_ACCELERATORS 128
+
+// Beside the program's own manifest, which is number 1.
+#define IDR_COMPONENTS_MANIFEST 10

@@ -1,5 +1,6 @@
 #include "platform/pocketshell/shell_settings.h"
 
+#include "platform/pocketshell/kept_settings.h"
 #include "platform/pocketshell/owners.h"
 #include "platform/pocketshell/zoom_figures.h"
 
@@ -11,8 +12,12 @@ constexpr wchar_t kKey[] = L"Software\\MorvaleSoftware\\Pocket Shell";
 constexpr wchar_t kZoomValue[] = L"Zoom";
 constexpr wchar_t kPanelValue[] = L"InputPanel";
 
+/// Without functions for the registry.
+HandheldSettings keeper{};
+
 DWORD readNumber(const wchar_t* name) {
   DWORD number = 0;
+  if (keeper.read) return keeper.read(name, &number) ? number : 0;
   DWORD size = sizeof(number);
   if (RegGetValueW(HKEY_CURRENT_USER, kKey, name, RRF_RT_REG_DWORD, nullptr, &number, &size) !=
       ERROR_SUCCESS) {
@@ -29,13 +34,14 @@ int readZoomSetting() {
 }
 
 bool writeZoomSetting(int percent) {
+  const auto number = static_cast<DWORD>(percent);
+  if (keeper.write) return keeper.write(kZoomValue, number) != FALSE;
   HKEY opened = nullptr;
   if (RegCreateKeyExW(HKEY_CURRENT_USER, kKey, 0, nullptr, 0, KEY_SET_VALUE, nullptr, &opened, nullptr) !=
       ERROR_SUCCESS) {
     return false;
   }
   const OwnedKey key(opened);
-  const auto number = static_cast<DWORD>(percent);
   return RegSetValueExW(key.get(), kZoomValue, 0, REG_DWORD, reinterpret_cast<const BYTE*>(&number),
                         sizeof(number)) == ERROR_SUCCESS;
 }
@@ -46,3 +52,7 @@ PanelPolicy readPanelPolicy() {
 }
 
 }  // namespace pocketshell
+
+void HandheldKeepSettings(const HandheldSettings* settings) {
+  pocketshell::keeper = settings ? *settings : HandheldSettings{};
+}

@@ -17,11 +17,11 @@ SHOWING_FOLDERS = ('app', 'dialogs', 'views', 'records', 'data')
 # Of these only whole sentences are.
 SPEAKING_FOLDERS = ('base', 'platform/help', 'platform/store', 'platform/pocketshell')
 
-# Texts of several words that nobody is shown: names of window classes, filters of the file dialogs, SQL.
+# Texts of several words that nobody is shown: names of window classes and keys, filters of the file dialogs, SQL.
 NOT_SHOWN = {
     'All (*.cdb)\0*.cdb\0', 'Databases (*.cdb)\0*.cdb\0', 'Calender ctrl', 'Edit window', 'Form Wrapper Wnd',
     'Record List View', 'Select * from [', 'Select * from QuivaneQueries ORDER BY QueryName',
-    "CREATE TABLE 'QuivaneQueries' (QueryName Text ,SQL Text)",
+    "CREATE TABLE 'QuivaneQueries' (QueryName Text ,SQL Text)", 'Software\\MorvaleSoftware\\Pocket Shell',
 }
 # What Windows itself shows or names: the type of the file, and titles of the file dialogs.
 SYSTEM_TEXTS = {'Quivane Document', 'Quivane Pocket PC.exe', 'New Database', 'Open Database', 'Delete Database',
