@@ -56,7 +56,9 @@ fail_step() {
 
 # Keeps a second ./run or ./test in this folder waiting until end_setup, or until this script ends.
 begin_setup() {
-  mkdir -p "$logs"
+  if ! mkdir -p "$logs" 2>/dev/null || [[ ! -w $logs ]]; then
+    fail "there is no writing into $root, where what is built belongs: copy it to a folder of your own"
+  fi
   exec 5>"$root/build/lock"
   if ! flock -n 5; then
     say "waiting for another run or test that is building in this folder"

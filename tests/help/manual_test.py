@@ -14,8 +14,9 @@ MANUAL = ROOT / 'help' / 'Quivane.htm'
 
 # Every text of these is meant for the user, but for those below.
 SHOWING_FOLDERS = ('app', 'dialogs', 'views', 'records', 'data')
-# Of these only whole sentences are.
-SPEAKING_FOLDERS = ('base', 'platform/help', 'platform/store', 'platform/pocketshell')
+# Of these only whole sentences are. What only the command line says is told by itself.
+SPEAKING_FOLDERS = ('base', 'platform/help', 'platform/pocketshell', 'platform/store/automation',
+                    'platform/store/engine')
 
 # Texts of several words that nobody is shown: names of window classes and keys, filters of the file dialogs, SQL.
 NOT_SHOWN = {
