@@ -20,7 +20,7 @@ make_root() {
 # in_root FOLDER COMMAND...: runs it with the root's own /proc, /dev and /tmp; what it starts ends with it. The folder
 # of this project is there under its own name.
 in_root() {
-  unshare --mount --pid --fork bash -c '
+  unshare --mount --pid --fork --kill-child bash -c '
     set -e
     folder=$1 project=$2
     shift 2
