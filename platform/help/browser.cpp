@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include <objbase.h>
 #include <shellapi.h>
 
 #include <memory>
@@ -44,13 +45,17 @@ bool showOutside(const std::filesystem::path& browser, const std::filesystem::pa
 }
 
 bool showByAssociation(const std::filesystem::path& page) {
+  // Some of the system's ways to a browser are objects.
+  const bool hasCom = SUCCEEDED(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED | COINIT_DISABLE_OLE1DDE));
   SHELLEXECUTEINFOW task{};
   task.cbSize = sizeof(task);
   // The process ends at once, and what could not be shown is told by its own message.
   task.fMask = SEE_MASK_NOASYNC | SEE_MASK_FLAG_NO_UI;
   task.lpFile = page.c_str();
   task.nShow = SW_SHOWNORMAL;
-  return ShellExecuteExW(&task) != FALSE;
+  const bool shown = ShellExecuteExW(&task) != FALSE;
+  if (hasCom) CoUninitialize();
+  return shown;
 }
 
 }  // namespace
