@@ -11,6 +11,7 @@ source "$root/tools/prefix.sh"
 
 # The libraries are those that Wine's X driver loads only if it finds them.
 packages_program=(cmake ninja-build g++-mingw-w64-x86-64-posix mingw-w64-tools ccache
+  libcli11-dev nlohmann-json3-dev
   wine wine64 libwine-dev fonts-wine libxrender1 libxcursor1 libxi6 libxrandr2 libxinerama1 libxcomposite1 python3)
 packages_display=(xvfb imagemagick)
 packages_native=(g++)

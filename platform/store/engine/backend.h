@@ -10,7 +10,10 @@
 #include "platform/store/engine/field_type.h"
 #include "platform/store/engine/keyset.h"
 #include "platform/store/engine/row_scan.h"
+#include "platform/store/engine/row_stream.h"
 #include "platform/store/engine/status.h"
+#include "platform/store/engine/table_load.h"
+#include "platform/store/engine/table_schema.h"
 #include "platform/store/engine/value.h"
 
 namespace store {
@@ -21,6 +24,7 @@ namespace store {
 struct Column {
   std::string name;  ///< UTF-8, as the statement names it
   FieldType type;
+  std::string declaredType;  ///< as the table spells it; empty for an expression
   bool updatable = false;
   bool nullable = true;
 };
@@ -106,6 +110,17 @@ class Backend {
   /// changed in `*affected` (0 for any other statement). A SELECT is opened as by openRows. On failure
   /// both out-parameters are untouched and nothing has changed.
   virtual Status run(std::string_view sql, std::int64_t* affected, std::unique_ptr<RowSource>* rows) = 0;
+
+  /// Opens the rows of `source` to be gone through once. Fails with illegalOperation for a statement that
+  /// would change anything, which is then not run. On failure `*stream` is untouched.
+  virtual Status openStream(std::string_view source, SourceKind kind, std::unique_ptr<RowStream>* stream) = 0;
+
+  /// Stores what is known of the table or view `name` (any letter case); without columns when there is none.
+  virtual Status describeTable(std::string_view name, TableSchema* schema) = 0;
+
+  /// Begins to add rows to a table. On failure (noTable, readOnly, tableExists and what else can be wrong
+  /// with the statement that makes the table, locked) `*load` is untouched and nothing has changed.
+  virtual Status beginLoad(const LoadTarget& target, std::unique_ptr<TableLoad>* load) = 0;
 
   /// Whether what is open still stands under the name by which it was opened: fileGone when it was deleted or
   /// renamed, fileReplaced when another file has taken its place, inputOutput when the system doesn't tell.

@@ -67,6 +67,15 @@ class StoreWithoutDatabase : public Backend {
     return {};
   }
 
+  Status openStream(std::string_view, SourceKind, std::unique_ptr<RowStream>*) override {
+    return {ErrorCode::noTable, "No database is open."};
+  }
+  Status describeTable(std::string_view, TableSchema*) override {
+    return {ErrorCode::noTable, "No database is open."};
+  }
+  Status beginLoad(const LoadTarget&, std::unique_ptr<TableLoad>*) override {
+    return {ErrorCode::noTable, "No database is open."};
+  }
   Status checkFile() override { return {}; }
   Status saveCopy(const std::string&) override { return {ErrorCode::noTable, "No database is open."}; }
 };

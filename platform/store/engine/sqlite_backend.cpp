@@ -3,6 +3,8 @@
 #include "platform/store/engine/catalogue.h"
 #include "platform/store/engine/file_copy.h"
 #include "platform/store/engine/result_rows.h"
+#include "platform/store/engine/sqlite_row_stream.h"
+#include "platform/store/engine/sqlite_table_load.h"
 #include "platform/store/engine/table_rows.h"
 #include "platform/store/engine/table_schema.h"
 
@@ -21,7 +23,8 @@ std::vector<Column> columnsOf(sqlite3_stmt* statement) {
   for (int index = 0; index < sqlite3_column_count(statement); ++index) {
     Column column;
     column.name = textOrEmpty(sqlite3_column_name(statement, index));
-    column.type = fieldTypeOf(textOrEmpty(sqlite3_column_decltype(statement, index)));
+    column.declaredType = textOrEmpty(sqlite3_column_decltype(statement, index));
+    column.type = fieldTypeOf(column.declaredType);
     columns.push_back(std::move(column));
   }
   return columns;
@@ -48,6 +51,12 @@ std::vector<SelectedColumn> selectedColumnsOf(sqlite3_stmt* statement, const Tab
 bool mayHoldDate(std::string_view sql) {
   const std::size_t quote = sql.find_first_of("'\"");
   return quote != std::string_view::npos && sql.find_first_of("0123456789", quote) != std::string_view::npos;
+}
+
+// EXPLAIN only tells, whatever the statement behind it would do.
+bool yieldsRows(sqlite3_stmt* statement) {
+  const bool onlyReads = sqlite3_stmt_readonly(statement) != 0 || sqlite3_stmt_isexplain(statement) != 0;
+  return sqlite3_column_count(statement) > 0 && onlyReads;
 }
 
 bool startsWithWord(std::string_view sql, std::string_view word) {
@@ -113,6 +122,13 @@ Status SqliteBackend::isTable(std::string_view name, bool* found) {
 }
 
 Status SqliteBackend::openTable(std::string_view name, std::unique_ptr<RowSource>* rows) {
+  std::string select;
+  if (Status status = selectAllOf(name, &select); !status) return status;
+  std::int64_t affected = 0;
+  return runText(select, &affected, rows);
+}
+
+Status SqliteBackend::selectAllOf(std::string_view name, std::string* select) {
   bool found = false;
   if (Status status = isTable(name, &found); !status) return status;
   if (!found) return {ErrorCode::noTable, "no such table: " + std::string(name)};
@@ -122,8 +138,8 @@ Status SqliteBackend::openTable(std::string_view name, std::unique_ptr<RowSource
     if (Status status = isInFile(name, &found); !status) return status;
     if (!found) catalogue = catalogueSourceOf(name, true);
   }
-  std::int64_t affected = 0;
-  return runText("SELECT * FROM " + quotedName(catalogue != nullptr ? catalogue : name), &affected, rows);
+  *select = "SELECT * FROM " + quotedName(catalogue != nullptr ? catalogue : name);
+  return {};
 }
 
 Status SqliteBackend::isInFile(std::string_view name, bool* found) {
@@ -140,6 +156,73 @@ Status SqliteBackend::isInFile(std::string_view name, bool* found) {
   return statusOf(connection_->handle(), result);
 }
 
+Status SqliteBackend::prepareText(Statement* statement, UserStatement* prepared) {
+  if (Status status = connection_->beginRead(); !status) return status;
+  const bool meansDates = statement->kind == StatementKind::select ||
+                          statement->kind == StatementKind::change ||
+                          startsWithWord(statement->sql, "EXPLAIN");
+  if (meansDates && mayHoldDate(statement->sql)) {
+    if (Status status = makeDatesMoments(&statement->sql, dateOrder_, *this); !status) return status;
+  }
+  if (Status status = connection_->prepareUser(statement->sql, prepared); !status) return status;
+  if (sqlite3_bind_parameter_count(prepared->statement.get()) > 0) {
+    return {ErrorCode::errorsInCommand, "A statement can't have parameters."};
+  }
+  return {};
+}
+
+Status SqliteBackend::openStream(std::string_view source, SourceKind kind,
+                                 std::unique_ptr<RowStream>* stream) {
+  ConnectionGuard::Use use(connection_->guard());
+  bool isName = kind == SourceKind::table;
+  if (kind == SourceKind::unknown) {
+    if (Status status = isTable(source, &isName); !status) return status;
+  }
+  std::string text(source);
+  if (isName) {
+    if (Status status = selectAllOf(source, &text); !status) return status;
+  }
+  Statement statement;
+  if (Status status = readStatement(text, &statement); !status) return status;
+  const bool isOfDatabase =
+      statement.kind == StatementKind::createDatabase || statement.kind == StatementKind::dropDatabase;
+  if (isOfDatabase) return {ErrorCode::illegalOperation, "The statement has no records."};
+  UserStatement prepared;
+  if (Status status = prepareText(&statement, &prepared); !status) return status;
+  if (!yieldsRows(prepared.statement.get())) {
+    return {ErrorCode::illegalOperation, "The statement has no records."};
+  }
+  std::vector<Column> columns = columnsOf(prepared.statement.get());
+  *stream =
+      std::make_unique<SqliteRowStream>(*connection_, std::move(columns), std::move(prepared.statement));
+  return {};
+}
+
+Status SqliteBackend::describeTable(std::string_view name, TableSchema* schema) {
+  ConnectionGuard::Use use(connection_->guard());
+  if (Status status = connection_->beginRead(); !status) return status;
+  TableSchema read;
+  if (Status status = readTableSchema(*connection_, name, &read); !status) return status;
+  *schema = std::move(read);
+  return {};
+}
+
+Status SqliteBackend::beginLoad(const LoadTarget& target, std::unique_ptr<TableLoad>* load) {
+  std::string createSql;
+  if (!target.createStatement.empty()) {
+    Statement statement;
+    if (Status status = readStatement(target.createStatement, &statement); !status) return status;
+    if (statement.kind != StatementKind::definition) {
+      return {ErrorCode::invalidArgument, "The statement makes no table."};
+    }
+    createSql = statement.sql;
+  }
+  auto made = std::make_unique<SqliteTableLoad>(*connection_);
+  if (Status status = made->begin(target, createSql); !status) return status;
+  *load = std::move(made);
+  return {};
+}
+
 Status SqliteBackend::runText(std::string_view text, std::int64_t* affected,
                               std::unique_ptr<RowSource>* rows) {
   Statement statement;
@@ -152,21 +235,10 @@ Status SqliteBackend::runText(std::string_view text, std::int64_t* affected,
     }
     return status;
   }
-  if (Status status = connection_->beginRead(); !status) return status;
-  const bool meansDates = statement.kind == StatementKind::select ||
-                          statement.kind == StatementKind::change || startsWithWord(statement.sql, "EXPLAIN");
-  if (meansDates && mayHoldDate(statement.sql)) {
-    if (Status status = makeDatesMoments(&statement.sql, dateOrder_, *this); !status) return status;
-  }
   UserStatement prepared;
-  if (Status status = connection_->prepareUser(statement.sql, &prepared); !status) return status;
+  if (Status status = prepareText(&statement, &prepared); !status) return status;
   sqlite3_stmt* handle = prepared.statement.get();
-  if (sqlite3_bind_parameter_count(handle) > 0) {
-    return {ErrorCode::errorsInCommand, "A statement can't have parameters."};
-  }
-  // EXPLAIN only tells, whatever the statement behind it would do.
-  const bool onlyReads = sqlite3_stmt_readonly(handle) != 0 || sqlite3_stmt_isexplain(handle) != 0;
-  if (sqlite3_column_count(handle) > 0 && onlyReads) {
+  if (yieldsRows(handle)) {
     if (Status status = openSelect(statement.sql, std::move(prepared), rows); !status) return status;
     *affected = 0;
     return {};

@@ -25,6 +25,9 @@ class SqliteBackend : public Backend, private DeclaredTypes {
   void stop() override;
   Status openRows(std::string_view source, SourceKind kind, std::unique_ptr<RowSource>* rows) override;
   Status run(std::string_view sql, std::int64_t* affected, std::unique_ptr<RowSource>* rows) override;
+  Status openStream(std::string_view source, SourceKind kind, std::unique_ptr<RowStream>* stream) override;
+  Status describeTable(std::string_view name, TableSchema* schema) override;
+  Status beginLoad(const LoadTarget& target, std::unique_ptr<TableLoad>* load) override;
   Status checkFile() override;
   Status saveCopy(const std::string& path) override;
 
@@ -32,8 +35,10 @@ class SqliteBackend : public Backend, private DeclaredTypes {
   using UserStatement = SqliteConnection::UserStatement;
 
   Status openTable(std::string_view name, std::unique_ptr<RowSource>* rows);
+  Status selectAllOf(std::string_view name, std::string* select);
   Status isTable(std::string_view name, bool* found);
   Status isInFile(std::string_view name, bool* found);
+  Status prepareText(Statement* statement, UserStatement* prepared);
   Status runText(std::string_view text, std::int64_t* affected, std::unique_ptr<RowSource>* rows);
   Status makesOneRowOfAll(const SingleTableSelect& select, bool* makesOne);
   Status openKeyedRows(const SingleTableSelect& select, sqlite3_stmt* prepared,

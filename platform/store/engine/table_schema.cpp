@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "platform/store/engine/sqlite_connection.h"
 #include "platform/store/engine/table_kind.h"
 
 namespace store {

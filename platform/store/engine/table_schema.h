@@ -4,10 +4,11 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/store/engine/sqlite_connection.h"
 #include "platform/store/engine/status.h"
 
 namespace store {
+
+class SqliteConnection;
 
 /// What SQLite knows of one table.
 struct TableSchema {

@@ -1,0 +1,67 @@
+#pragma once
+
+#include <array>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "platform/store/exchange/csv_format.h"
+#include "platform/store/exchange/encoding.h"
+#include "platform/store/exchange/record_reader.h"
+
+namespace store::exchange {
+
+/// Reads separated values: records end with a line, fields at the separator; between quotes both are text,
+/// and a doubled quote is one. A quote inside a field that did not begin with one is text as well. A line
+/// without a character is no record, unless there is only one column. Keeps one record and a block of the
+/// file in memory.
+class CsvReader : public RecordReader {
+ public:
+  /// Begins at the first byte of `source`, which outlives the reader.
+  static Status open(ByteSource& source, Encoding encoding, const CsvFormat& format,
+                     std::unique_ptr<CsvReader>* reader);
+
+  Status next(bool* hasRecord) override;
+  const Record& record() const override { return record_; }
+  /// Those of the header, else "Field1", "Field2" and so on.
+  const std::vector<std::string>& names() const override { return names_; }
+  bool hasFixedFields() const override { return true; }
+  std::int64_t bytesRead() const override { return source_.bytesRead(); }
+
+ private:
+  CsvReader(ByteSource& source, Encoding encoding, const CsvFormat& format);
+
+  Status readFirst();
+  void readRecord();
+  bool readField();
+  bool readQuoted();
+  bool endField();
+  void skipToEndOfLine();
+  void checkCharacters();
+  void addField(const char* first, const char* end, FieldForm form);
+  void countLines(const char* first, const char* end);
+  bool refill();
+  void reject(std::string problem);
+
+  TextSource source_;
+  CsvFormat format_;
+  std::array<bool, 256> endsField_{};
+  Status status_;
+
+  // The bytes [place_, end_) of the buffer are to be read yet; one more behind them ends every search. What
+  // belongs to the present record begins at start_.
+  std::vector<char> buffer_;
+  char* start_;
+  char* place_;
+  char* end_;
+  bool isAtEnd_ = false;
+  bool isAscii_ = true;  // what is in the buffer
+
+  std::int64_t line_ = 1;
+  bool endedWithReturn_ = false;  // the last line, so that a line feed behind it belongs to it
+  Record record_;
+  std::vector<std::string> names_;
+  bool hasPending_ = false;  // the present record was read ahead and is the next one
+};
+
+}  // namespace store::exchange

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "platform/store/exchange/csv_format.h"
+#include "platform/store/exchange/row_writer.h"
+
+namespace store::exchange {
+
+/// Writes separated values. Quotes stand around what would be read as something else without them: texts with
+/// separators, quotes, line ends or blanks at an end, empty ones, and those that look like a number, a date,
+/// a truth value or bytes. Truth values are true and false, bytes x'...', null is nothing.
+class CsvWriter : public RowWriter {
+ public:
+  struct Options {
+    CsvFormat format;
+    std::string_view lineEnd = "\r\n";
+    bool hasMark = false;  ///< a byte-order mark in front
+  };
+  explicit CsvWriter(const Options& options);
+
+  void begin(const std::vector<Column>& columns, TextOutput& output) override;
+  void writeRow(RowStream& rows, TextOutput& output) override;
+  void end(TextOutput& output) override;
+
+ private:
+  void writeCell(const Cell& cell, ValueKind kind, TextOutput& output);
+  void writeText(std::string_view text, ValueKind kind, TextOutput& output);
+  bool needsQuotes(std::string_view text) const;
+
+  Options options_;
+  bool isSpecial_[256] = {};  // makes quotes necessary wherever it stands
+  std::vector<ValueKind> kinds_;
+};
+
+}  // namespace store::exchange

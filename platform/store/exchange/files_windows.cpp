@@ -1,0 +1,40 @@
+#include <windows.h>
+
+#include <array>
+#include <cerrno>
+#include <fcntl.h>
+#include <io.h>
+
+#include "platform/store/engine/file_head.h"
+#include "platform/store/exchange/byte_source.h"
+
+namespace store::exchange {
+
+FileHandle openToRead(const std::string& path) {
+  return FileHandle(_wfopen(pathOf(path).c_str(), L"rbN"));
+}
+
+FileHandle createToWrite(const std::string& path) {
+  const int number = _wopen(pathOf(path).c_str(), _O_WRONLY | _O_CREAT | _O_EXCL | _O_BINARY | _O_NOINHERIT,
+                            _S_IREAD | _S_IWRITE);
+  if (number < 0) return nullptr;
+  FileHandle file(_fdopen(number, "wb"));
+  if (file == nullptr) _close(number);
+  return file;
+}
+
+bool flushToDisk(std::FILE* file) {
+  if (std::fflush(file) != 0) return false;
+  return _commit(_fileno(file)) == 0 || errno == EBADF || errno == EINVAL;
+}
+
+FileHandle openTemporary() {
+  std::array<wchar_t, MAX_PATH + 1> folder{};
+  std::array<wchar_t, MAX_PATH + 1> name{};
+  if (GetTempPathW(static_cast<DWORD>(folder.size()), folder.data()) == 0) return nullptr;
+  if (GetTempFileNameW(folder.data(), L"qvn", 0, name.data()) == 0) return nullptr;
+  // D: the system deletes the file with its last handle.
+  return FileHandle(_wfopen(name.data(), L"w+bDN"));
+}
+
+}  // namespace store::exchange

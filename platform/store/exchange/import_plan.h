@@ -1,0 +1,89 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "platform/store/engine/backend.h"
+#include "platform/store/exchange/csv_format.h"
+#include "platform/store/exchange/encoding.h"
+#include "platform/store/exchange/record_reader.h"
+#include "platform/store/exchange/value_kind.h"
+
+namespace store::exchange {
+
+/// What the user has chosen; everything else is found out.
+struct ImportOptions {
+  enum class Target { any, newTable, existingTable };
+
+  std::string table;
+  Target target = Target::any;
+  std::optional<bool> isJson;
+  std::optional<Encoding> encoding;
+  std::optional<char> separator;
+  std::optional<bool> hasHeader;
+  std::string nullText;
+  /// Columns of the file with the types that they are to have in a new table.
+  std::vector<std::pair<std::string, std::string>> types;
+  /// Columns of the file with the names that they are to have in the table.
+  std::vector<std::pair<std::string, std::string>> map;
+  std::vector<std::string> skipped;  ///< columns of the file that are to be left out
+  /// A record takes the place of the one with the same key: the given columns of the table, or its primary
+  /// key.
+  bool replaces = false;
+  std::vector<std::string> keyColumns;
+};
+
+struct PlannedColumn {
+  std::string source;           ///< its name in the file
+  std::size_t sourceIndex = 0;  ///< its place among the reader's names
+  std::string target;
+  std::string declaredType;
+  ValueKind kind = ValueKind::text;
+};
+
+/// How a file is to go into a table.
+struct ImportPlan {
+  bool isJson = false;
+  Encoding encoding = Encoding::utf8;
+  CsvFormat csv;
+  std::string table;
+  bool isNewTable = false;
+  std::vector<PlannedColumn> columns;
+  std::vector<std::string> keyColumns;  ///< empty unless records are replaced
+
+  /// The statement that makes the new table.
+  std::string createStatement() const;
+};
+
+/// Hears of an import while it goes on.
+class ImportObserver {
+ public:
+  virtual ~ImportObserver() = default;
+  /// Called every now and then; false cancels the import. `isStoring` is false while the file is only looked
+  /// through.
+  virtual bool goesOn(bool isStoring, std::int64_t bytesDone, std::int64_t bytesTotal) = 0;
+  /// A record that can't be taken, and why. Fails when that can't be noted, which ends the import.
+  virtual Status rejected(const Record& record, const std::string& reason) = 0;
+};
+
+/// Opens `source` from its beginning as the plan says.
+Status openReader(ByteSource& source, const ImportPlan& plan, std::unique_ptr<RecordReader>* reader);
+
+/// What an import that was cancelled fails with.
+Status cancelled();
+
+/// Looks through all of `source` as far as that is needed and finds out what the user has not chosen. Changes
+/// nothing. Fails with
+///  - invalidArgument: a table's name or a type that can't be one, a choice that names no column;
+///  - tableExists, noTable: the table is not as `target` says;
+///  - badColumn: a column of the file that has no place in the table, or two that have the same;
+///  - conversion: no columns are found in the file;
+///  - illegalOperation when the observer has cancelled it;
+///  - whatever can happen to files.
+Status planImport(Backend& backend, ByteSource& source, const ImportOptions& options,
+                  ImportObserver& observer, ImportPlan* plan);
+
+}  // namespace store::exchange

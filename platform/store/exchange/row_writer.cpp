@@ -1,0 +1,65 @@
+#include "platform/store/exchange/row_writer.h"
+
+#include <charconv>
+
+#include "platform/store/exchange/number_text.h"
+
+namespace store::exchange {
+
+namespace {
+
+constexpr std::int64_t kRowsBetweenLooks = 1024;
+constexpr std::size_t kMostDigits = 24;
+
+}  // namespace
+
+std::vector<ValueKind> kindsOf(const std::vector<Column>& columns) {
+  std::vector<ValueKind> kinds;
+  for (const Column& column : columns) kinds.push_back(kindOf(column.declaredType));
+  return kinds;
+}
+
+void putInteger(std::int64_t value, TextOutput& output) {
+  char* place = output.room(kMostDigits);
+  output.used(static_cast<std::size_t>(std::to_chars(place, place + kMostDigits, value).ptr - place));
+}
+
+void putReal(double value, bool keepsPoint, TextOutput& output) {
+  const RealText real(value);
+  const std::string_view text = real;
+  output.put(text);
+  if (keepsPoint && text.find_first_of(".e") == std::string_view::npos) output.put(".0");
+}
+
+void putHex(std::string_view bytes, TextOutput& output) {
+  constexpr std::string_view kHex = "0123456789ABCDEF";
+  for (const char character : bytes) {
+    const auto byte = static_cast<unsigned char>(character);
+    output.put(kHex[byte >> 4]);
+    output.put(kHex[byte & 15]);
+  }
+}
+
+Status exportRows(RowStream& rows, RowWriter& writer, ByteSink& sink, ExportObserver& observer,
+                  ExportResult* result) {
+  TextOutput output(sink);
+  ExportResult counts;
+  writer.begin(rows.columns(), output);
+  for (;;) {
+    bool hasRow = false;
+    if (Status status = rows.next(&hasRow); !status) return status;
+    if (!hasRow) break;
+    writer.writeRow(rows, output);
+    ++counts.rows;
+    if (counts.rows % kRowsBetweenLooks != 0) continue;
+    if (!output.status()) return output.status();
+    if (!observer.goesOn(counts.rows)) return {ErrorCode::illegalOperation, "The export was cancelled."};
+  }
+  writer.end(output);
+  if (Status status = output.flush(); !status) return status;
+  counts.changed = writer.changedCount();
+  *result = counts;
+  return {};
+}
+
+}  // namespace store::exchange

@@ -1,0 +1,129 @@
+#include "platform/store/exchange/sql_writer.h"
+
+#include "platform/store/engine/dialect.h"
+#include "platform/store/exchange/encoding.h"
+
+namespace store::exchange {
+
+namespace {
+
+/// `text` as a string of SQL.
+void putString(std::string_view text, TextOutput& output) {
+  output.put('\'');
+  std::size_t quote = 0;
+  while ((quote = text.find('\'')) != std::string_view::npos) {
+    output.put(text.substr(0, quote + 1));
+    output.put('\'');
+    text.remove_prefix(quote + 1);
+  }
+  output.put(text);
+  output.put('\'');
+}
+
+std::string stringOf(std::string_view text) {
+  std::string quoted = "'";
+  for (const char character : text) {
+    quoted += character;
+    if (character == '\'') quoted += character;
+  }
+  return quoted + "'";
+}
+
+Status readTexts(Backend& backend, const std::string& sql, std::vector<std::string>* texts) {
+  std::unique_ptr<RowStream> rows;
+  if (Status status = backend.openStream(sql, SourceKind::text, &rows); !status) return status;
+  for (bool hasRow = true;;) {
+    if (Status status = rows->next(&hasRow); !status) return status;
+    if (!hasRow) return {};
+    texts->emplace_back(rows->cell(0).bytes);
+  }
+}
+
+}  // namespace
+
+Status readTableStatements(Backend& backend, const std::string& name, TableStatements* statements) {
+  TableStatements read;
+  TableSchema schema;
+  if (Status status = backend.describeTable(name, &schema); !status) return status;
+  std::vector<std::string> create;
+  if (schema.ordinary) {
+    const std::string ofTable = " FROM sqlite_schema WHERE sql IS NOT NULL AND tbl_name = " + stringOf(name) +
+                                " COLLATE NOCASE AND type ";
+    if (Status status = readTexts(backend, "SELECT sql" + ofTable + "= 'table'", &create); !status)
+      return status;
+    Status status = readTexts(
+        backend, "SELECT sql" + ofTable + "IN ('index', 'trigger') ORDER BY type, rowid", &read.behind);
+    if (!status) return status;
+    for (const TableSchema::Column& column : schema.columns) {
+      if (!column.generated) read.columns.push_back(column.name);
+    }
+  }
+  if (!create.empty()) read.create = create.front();
+  *statements = std::move(read);
+  return {};
+}
+
+void SqlWriter::begin(const std::vector<Column>& columns, TextOutput& output) {
+  columnCount_ = columns.size();
+  std::string names;
+  std::string definitions;
+  for (const Column& column : columns) {
+    if (!names.empty()) names += ", ";
+    names += quotedName(column.name);
+    if (!definitions.empty()) definitions += ", ";
+    definitions += quotedName(column.name);
+    if (!column.declaredType.empty()) definitions += " " + column.declaredType;
+  }
+  output.put("PRAGMA foreign_keys=OFF;\nBEGIN TRANSACTION;\n");
+  output.put(statements_.create.empty() ? "CREATE TABLE " + quotedName(table_) + " (" + definitions + ")"
+                                        : statements_.create);
+  output.put(";\n");
+  insert_ = "INSERT INTO " + quotedName(table_) + " (" + names + ") VALUES (";
+}
+
+void SqlWriter::writeRow(RowStream& rows, TextOutput& output) {
+  output.put(insert_);
+  for (std::size_t index = 0; index < columnCount_; ++index) {
+    if (index > 0) output.put(',');
+    writeCell(rows.cell(index), output);
+  }
+  output.put(");\n");
+}
+
+void SqlWriter::writeCell(const Cell& cell, TextOutput& output) {
+  switch (cell.kind) {
+    case CellKind::integer:
+      putInteger(cell.integer, output);
+      break;
+    case CellKind::real:
+      putReal(cell.real, true, output);
+      break;
+    case CellKind::text:
+      // SQL ends at a zero, and a shell may not take what is no character.
+      if (cell.bytes.find('\0') != std::string_view::npos || !isWellFormed(cell.bytes)) {
+        output.put("CAST(X'");
+        putHex(cell.bytes, output);
+        output.put("' AS TEXT)");
+      } else {
+        putString(cell.bytes, output);
+      }
+      break;
+    case CellKind::blob:
+      output.put("X'");
+      putHex(cell.bytes, output);
+      output.put('\'');
+      break;
+    default:
+      output.put("NULL");
+  }
+}
+
+void SqlWriter::end(TextOutput& output) {
+  for (const std::string& statement : statements_.behind) {
+    output.put(statement);
+    output.put(";\n");
+  }
+  output.put("COMMIT;\n");
+}
+
+}  // namespace store::exchange

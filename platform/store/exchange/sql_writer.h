@@ -1,0 +1,37 @@
+#pragma once
+
+#include "platform/store/exchange/row_writer.h"
+
+namespace store::exchange {
+
+/// What makes a table again and what belongs to it.
+struct TableStatements {
+  std::string create;                ///< in front of the rows
+  std::vector<std::string> behind;   ///< indexes and triggers
+  std::vector<std::string> columns;  ///< those that take values
+};
+
+/// Reads the statements of the table `name` from the database. Without any for what is no table: its columns
+/// then make one.
+Status readTableStatements(Backend& backend, const std::string& name, TableStatements* statements);
+
+/// Writes statements that make the table and its rows again in any SQLite database, every value to the bit.
+class SqlWriter : public RowWriter {
+ public:
+  SqlWriter(std::string table, TableStatements statements)
+      : table_(std::move(table)), statements_(std::move(statements)) {}
+
+  void begin(const std::vector<Column>& columns, TextOutput& output) override;
+  void writeRow(RowStream& rows, TextOutput& output) override;
+  void end(TextOutput& output) override;
+
+ private:
+  void writeCell(const Cell& cell, TextOutput& output);
+
+  std::string table_;
+  TableStatements statements_;
+  std::string insert_;
+  std::size_t columnCount_ = 0;
+};
+
+}  // namespace store::exchange

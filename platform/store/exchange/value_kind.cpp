@@ -1,0 +1,53 @@
+#include "platform/store/exchange/value_kind.h"
+
+#include <string>
+
+#include "platform/store/engine/field_type.h"
+#include "platform/store/engine/sql_tokens.h"
+
+namespace store::exchange {
+
+namespace {
+
+enum class Affinity { integer, text, none, real, numeric };
+
+/// Source: "Datatypes In SQLite", section 3.1.
+Affinity affinityOf(std::string_view declaredType) {
+  const std::string type = lowerCase(declaredType);
+  const auto has = [&type](std::string_view part) { return type.find(part) != std::string::npos; };
+  if (has("int")) return Affinity::integer;
+  if (has("char") || has("clob") || has("text")) return Affinity::text;
+  if (has("blob") || type.empty()) return Affinity::none;
+  if (has("real") || has("floa") || has("doub")) return Affinity::real;
+  return Affinity::numeric;
+}
+
+}  // namespace
+
+ValueKind kindOf(std::string_view declaredType) {
+  const FieldType type = fieldTypeOf(declaredType);
+  const Affinity affinity = affinityOf(declaredType);
+  if (!type.isTyped) return ValueKind::any;
+  switch (type.code) {
+    case TypeCode::smallInt:
+    case TypeCode::integer:
+    case TypeCode::unsignedSmallInt:
+    case TypeCode::unsignedInt:
+      return ValueKind::integer;
+    case TypeCode::real:
+      return affinity == Affinity::real ? ValueKind::real : ValueKind::numeric;
+    case TypeCode::date:
+      return ValueKind::date;
+    case TypeCode::boolean:
+      return ValueKind::boolean;
+    case TypeCode::varBinary:
+    case TypeCode::longVarBinary:
+      return ValueKind::bytes;
+    default:
+      if (affinity == Affinity::integer) return ValueKind::integer;
+      return affinity == Affinity::text || affinity == Affinity::none ? ValueKind::text
+                                                                      : ValueKind::numericText;
+  }
+}
+
+}  // namespace store::exchange
