@@ -15,6 +15,8 @@ struct OpenOptions {
   /// How long to wait, in milliseconds, for a lock that another program holds.
   int lockWait = 5000;
   DateOrder dateOrder = DateOrder::monthDayYear;
+  /// How much of the file is kept in memory at most.
+  int pageCacheKibibytes = 65536;
   /// What one SELECT may put into temporary files. More is refused with tooLarge.
   std::int64_t mostTemporaryBytes = std::int64_t{1} << 30;
   /// Whom to ask from the opening on, as Backend::askWhileBusy() does.

@@ -1,15 +1,12 @@
 #pragma once
 
-#include <filesystem>
 #include <sqlite3.h>
 #include <string>
 
+#include "platform/store/engine/file_path.h"
 #include "platform/store/engine/status.h"
 
 namespace store {
-
-/// The path of a UTF-8 text.
-std::filesystem::path pathOf(const std::string& utf8);
 
 /// Whether SQLite takes `path` for a file's: not for a database in memory, and whole.
 bool isFileName(const std::string& path);

@@ -30,8 +30,6 @@ constexpr std::array<Limit, 4> kLimits{{
     {SQLITE_LIMIT_TRIGGER_DEPTH, 1000},
 }};
 
-constexpr const char* kPageCacheKibibytes = "PRAGMA cache_size=-65536";
-
 // SQLite has one code for all that is wrong with a statement; its sentence tells which.
 ErrorCode codeOfStatementError(std::string_view message) {
   if (message.starts_with("no such table") || message.starts_with("no such view")) return ErrorCode::noTable;
@@ -153,13 +151,14 @@ Status SqliteConnection::openFile(const std::string& path) {
   return {};
 }
 
-Status SqliteConnection::configure() {
+Status SqliteConnection::configure(const OpenOptions& options) {
   sqlite3* connection = handle_.get();
   for (const Limit& limit : kLimits) sqlite3_limit(connection, limit.what, limit.most);
   sqlite3_db_config(connection, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
   sqlite3_db_config(connection, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
   sqlite3_db_config(connection, SQLITE_DBCONFIG_ENABLE_FKEY, 1, nullptr);
-  for (const char* setting : {"PRAGMA synchronous=FULL", "PRAGMA cell_size_check=ON", kPageCacheKibibytes}) {
+  const std::string pageCache = "PRAGMA cache_size=-" + std::to_string(options.pageCacheKibibytes);
+  for (const char* setting : {"PRAGMA synchronous=FULL", "PRAGMA cell_size_check=ON", pageCache.c_str()}) {
     if (Status status = run(connection, setting); !status) return status;
   }
   return {};
@@ -199,7 +198,7 @@ Status SqliteConnection::open(const std::string& path, const OpenOptions& option
   journal_.emplace(handle());
   ConnectionGuard::Use use(*guard_);
   askWhileBusy(options.question);
-  Status status = configure();
+  Status status = configure(options);
   if (status) status = statusOf(handle(), addMomentCollation(handle()));
   if (status) status = addCatalogue(handle(), *watch_);
   if (status) status = SqliteRowScan::addFunction(handle());

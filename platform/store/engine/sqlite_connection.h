@@ -109,7 +109,7 @@ class SqliteConnection {
   };
 
   Status openFile(const std::string& path);
-  Status configure();
+  Status configure(const OpenOptions& options);
   void letGo();
   Status readSchemaVersion(std::int64_t* version);
   Status noticeSchemaVersion();

@@ -15,7 +15,10 @@ std::string_view bytesOf(sqlite3_stmt* statement, int index, const void* data) {
 Status SqliteRowStream::next(bool* hasRow) {
   int result = SQLITE_DONE;
   // A statement that has ended would begin anew.
-  if (!isAtEnd_) result = sqlite3_step(statement_.get());
+  if (!isAtEnd_) {
+    const StatementWatch::Asked asked(connection_.watch());
+    result = sqlite3_step(statement_.get());
+  }
   if (result != SQLITE_ROW) isAtEnd_ = true;
   if (Status status = statusOf(connection_.handle(), result); !status) return status;
   *hasRow = result == SQLITE_ROW;

@@ -4,8 +4,9 @@
 #include <cerrno>
 #include <fcntl.h>
 #include <io.h>
+#include <sys/stat.h>
 
-#include "platform/store/engine/file_head.h"
+#include "platform/store/engine/file_path.h"
 #include "platform/store/exchange/byte_source.h"
 
 namespace store::exchange {
@@ -16,7 +17,7 @@ FileHandle openToRead(const std::string& path) {
 
 FileHandle createToWrite(const std::string& path) {
   const int number = _wopen(pathOf(path).c_str(), _O_WRONLY | _O_CREAT | _O_EXCL | _O_BINARY | _O_NOINHERIT,
-                            _S_IREAD | _S_IWRITE);
+                            S_IREAD | S_IWRITE);
   if (number < 0) return nullptr;
   FileHandle file(_fdopen(number, "wb"));
   if (file == nullptr) _close(number);

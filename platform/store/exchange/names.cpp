@@ -2,7 +2,6 @@
 
 #include <set>
 
-#include "platform/store/engine/catalogue.h"
 #include "platform/store/engine/sql_tokens.h"
 #include "platform/store/exchange/encoding.h"
 
@@ -51,7 +50,9 @@ std::string valid(std::string_view text, std::size_t most) {
 std::string validTableName(std::string_view text) {
   std::string name = valid(text, kMostTableCharacters);
   if (name.empty()) return "Table1";
-  const bool isReserved = isCatalogueTable(name.c_str()) || lowerCase(name).starts_with("sqlite_");
+  // The catalogue's tables and SQLite's own begin so.
+  const std::string lower = lowerCase(name);
+  const bool isReserved = lower.starts_with("msys") || lower.starts_with("sqlite_");
   return isReserved ? valid("Table " + name, kMostTableCharacters) : name;
 }
 

@@ -1,0 +1,90 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "platform/store/cdbtool/console.h"
+#include "platform/store/engine/backend.h"
+#include "platform/store/exchange/import_plan.h"
+
+namespace cdbtool {
+
+/// One function for each sub-command. It is given what the user has asked for and returns the exit code;
+/// failures it has told itself.
+
+/// Opens the database at `path` (UTF-8).
+store::Status openFile(const std::string& path, std::unique_ptr<store::Backend>* backend);
+
+int listTables(const std::string& file, bool withCounts);
+
+/// How rows are shown or written.
+enum class RowFormat { text, csv, json, jsonLines, html, sql };
+
+struct ShowRequest {
+  std::string file;
+  std::string what;  ///< a table, a view, a saved query or a SELECT
+  RowFormat format = RowFormat::text;
+};
+int show(const ShowRequest& request);
+
+/// Runs one statement: shows its rows, or tells how many records it has changed.
+int query(const std::string& file, const std::string& statement, RowFormat format, bool isQuiet);
+
+struct FindRequest {
+  std::string file;
+  std::string text;
+  std::string table;  ///< all of them when it is empty
+  bool matchesCase = false;
+};
+int find(const FindRequest& request);
+
+struct ImportRequest {
+  std::string file;
+  std::string source;  ///< "-" for the standard input
+  store::exchange::ImportOptions options;
+  bool keepsGoodRows = false;
+  bool isTrial = false;
+  std::string rejectsFile;
+  bool replacesFiles = false;
+  bool isQuiet = false;
+};
+int import(const ImportRequest& request);
+
+struct ExportRequest {
+  std::string file;
+  std::string what;
+  std::string target = "-";
+  std::optional<RowFormat> format;  ///< by the name of the target when it is not given
+  char separator = ',';
+  bool hasHeader = true;
+  std::string nullText;
+  std::string lineEnd = "crlf";
+  bool hasMark = false;
+  bool replacesFiles = false;
+  bool isQuiet = false;
+};
+int exportRows(const ExportRequest& request);
+
+int makeDatabase(const std::string& file);
+int backUp(const std::string& file, const std::string& target);
+int check(const std::string& file, bool isQuiet);
+int info(const std::string& file);
+
+/// What the user means by `what`: the name of a table or view, the statement of the saved query of that name,
+/// or a statement.
+store::Status resolveRows(store::Backend& backend, const std::string& what, std::string* source,
+                          store::SourceKind* kind);
+/// Writes the rows to the standard output.
+store::Status writeRows(store::Backend& backend, const std::string& source, store::SourceKind kind,
+                        RowFormat format);
+/// The texts in the first column of a statement.
+store::Status readTexts(store::Backend& backend, const std::string& sql, std::vector<std::string>* texts);
+/// `text` as a string of SQL.
+std::string stringOf(const std::string& text);
+/// The names of the tables that are the user's, in the order of their making.
+store::Status userTables(store::Backend& backend, std::vector<std::string>* names);
+
+}  // namespace cdbtool

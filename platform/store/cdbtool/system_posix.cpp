@@ -1,0 +1,54 @@
+#include <csignal>
+#include <cwctype>
+#include <locale.h>
+#include <unistd.h>
+
+#include "platform/store/cdbtool/system.h"
+
+namespace cdbtool {
+
+namespace {
+
+volatile std::sig_atomic_t interrupted = 0;
+
+void onInterrupt(int /*signal*/) {
+  interrupted = 1;
+}
+
+}  // namespace
+
+std::vector<std::string> argumentsOf(int argc, char** argv) {
+  return {argv + (argc > 0 ? 1 : 0), argv + argc};
+}
+
+void prepareStreams() {
+  std::signal(SIGPIPE, SIG_IGN);
+}
+
+bool isTerminal(std::FILE* stream) {
+  return isatty(fileno(stream)) == 1;
+}
+
+void noteInterrupts() {
+  struct sigaction action {};
+  action.sa_handler = onInterrupt;
+  // Reading that waits is to end, too, and the second one finds the system's own way.
+  action.sa_flags = static_cast<int>(SA_RESETHAND);
+  for (const int signal : {SIGINT, SIGTERM, SIGHUP}) sigaction(signal, &action, nullptr);
+}
+
+bool wasInterrupted() {
+  return interrupted != 0;
+}
+
+char16_t foldedUnit(char16_t unit) {
+  static const locale_t locale = newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
+  const wint_t upper = locale != nullptr ? towupper_l(unit, locale) : std::towupper(unit);
+  return upper < 0x10000 ? static_cast<char16_t>(upper) : unit;
+}
+
+unsigned long processNumber() {
+  return static_cast<unsigned long>(getpid());
+}
+
+}  // namespace cdbtool

@@ -1,0 +1,354 @@
+#!/bin/bash
+# cdbtool_test.sh native TOOL
+# cdbtool_test.sh windows TOOL.EXE TOOLS/WINE
+#
+# Runs every command of cdbtool as a user would, and looks at its output, its messages and its exit code. As a
+# native program also what signals, pipes and full disks do to it.
+set -uo pipefail
+
+kind=$1
+program=$2
+root=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
+
+folder=$(mktemp -d)
+trap 'rm -rf "$folder"' EXIT
+if [[ $kind == windows ]]; then
+  # One prefix for all of the runs.
+  source "$root/tools/prefix.sh"
+  find_wine
+  set_wine_environment
+  ensure_prefix "$template_prefix" test
+  make_fresh_prefix
+  trap 'remove_fresh_prefix "$fresh_prefix"; rm -rf "$folder"' EXIT
+  unset QUIVANE_PREFIX DISPLAY WAYLAND_DISPLAY
+  export WINEPREFIX=$fresh_prefix
+  cdbtool() { "$root/tools/wine" "$program" "$@"; }
+else
+  cdbtool() { "$program" "$@"; }
+fi
+cd "$folder" || exit 1
+
+failures=0
+checks=0
+fail() {
+  echo "FAILED: $*" >&2
+  failures=$((failures + 1))
+}
+
+# run EXIT-CODE ARGUMENT...: runs the tool; what it writes is in $out and $err. Standard input is the test's.
+run() {
+  local expected=$1 code=0
+  shift
+  checks=$((checks + 1))
+  cdbtool "$@" >out.txt 2>err.txt || code=$?
+  out=$(<out.txt)
+  err=$(<err.txt)
+  [[ $code == "$expected" ]] || fail "cdbtool $* ended with $code instead of $expected; it said: $err"
+}
+shows() { [[ $out == "$1" ]] || fail "${FUNCNAME[1]}: the output is: $out"$'\n'"instead of: $1"; }
+has() { [[ $out == *"$1"* ]] || fail "\"$1\" is missing in the output: $out"; }
+says() { [[ $err == *"$1"* ]] || fail "\"$1\" is missing in the messages: $err"; }
+is_silent() { [[ ! $err ]] || fail "it said: $err"; }
+ask() { cdbtool query "$@" --csv 2>&1 | tail -n +2; }
+same() { [[ $1 == "$2" ]] || fail "\"$1\" instead of \"$2\""; }
+
+printf 'Name,Zip,Age,Born\nAnn,007,5,2001-03-09\n"Bob, Jr",12,,\n' >people.csv
+
+test_usage() {
+  run 2
+  says "subcommand"
+  run 2 nonsense
+  run 2 tables
+  run 2 import a.cdb people.csv --delimiter ab
+  says "not one character"
+  run 2 import a.cdb people.csv --encoding klingon
+  run 2 import a.cdb people.csv --type Zip
+  run 2 import a.cdb people.csv --new --append
+  run 2 import a.cdb people.csv --key Name
+  run 2 import a.cdb - </dev/null
+  says "--table"
+  run 2 export a.cdb people --format xml
+  run 0 --help
+  is_silent
+  run 0 --version
+  has "cdbtool "
+  local command
+  for command in tables show find query import export new backup check info; do
+    run 0 "$command" --help
+    has "Example:"
+    has "cdbtool $command "
+    is_silent
+  done
+}
+
+test_new_and_info() {
+  run 0 new a.cdb
+  is_silent
+  run 1 new a.cdb
+  says "a.cdb exists already."
+  run 0 info a.cdb
+  has "tables: 0"
+  run 1 info missing.cdb
+  says "missing.cdb: "
+  run 1 tables people.csv
+}
+
+test_import_and_show() {
+  run 0 import a.cdb people.csv
+  shows ""
+  says "people: 2 records added"
+  run 0 tables --counts a.cdb
+  shows $'people\t2'
+  run 0 show a.cdb people
+  has "Name     Zip  Age  Born"
+  has "Ann      007    5  2001-03-09"
+  run 0 show a.cdb people --csv
+  shows $'Name,Zip,Age,Born\nAnn,"007",5,2001-03-09\n"Bob, Jr","12",,'
+  run 0 show a.cdb "SELECT Age FROM people WHERE Age > 1" --json
+  shows $'[\n{"Age":5}\n]'
+  run 1 show a.cdb nothing
+  says "There is no table, view or saved query called nothing."
+  run 0 import a.cdb people.csv --quiet
+  is_silent
+  run 1 import a.cdb people.csv --new
+  run 1 import a.cdb people.csv --append --table other
+  run 1 import a.cdb missing.csv
+  says "missing.csv"
+  run 0 query a.cdb "DELETE FROM people WHERE rowid > 2"
+  says "2 records changed"
+}
+
+test_dry_run() {
+  run 0 import a.cdb people.csv --dry-run --table Other
+  has "table: Other (new)"
+  has "column: Zip -> Zip Text"
+  says "2 records would be added"
+  run 0 tables a.cdb
+  shows people
+}
+
+test_rejects() {
+  printf 'Name,Zip,Age,Born\nCy,1,x,\nDi,2,3,\nEd,1\n' >bad.csv
+  run 1 import a.cdb bad.csv --table people
+  says 'line 2: Age: "x" is no whole number'
+  says "line 4: there are 2 fields instead of 4"
+  says "nothing was imported"
+  run 3 import a.cdb bad.csv --table people --keep-good --rejects rejects.csv
+  says "people: 1 record added, 2 left out"
+  same "$(<rejects.csv)" $'Line,Reason,Fields\r\n2,"Age: ""x"" is no whole number that the column holds","Cy","1","x",""\r\n4,"there are 2 fields instead of 4","Ed","1"\r'
+  run 1 import a.cdb bad.csv --table people --keep-good --rejects rejects.csv
+  says "exists already"
+  same "$(ask a.cdb "SELECT count(*) FROM people")" 3
+  run 1 import a.cdb bad.csv --table people --rejects a.cdb --force --keep-good
+  says "is in use"
+  run 3 import a.cdb bad.csv --table people --keep-good --dry-run --rejects rejects.csv --force
+  run 0 query a.cdb "DELETE FROM people WHERE Name = 'Di'"
+}
+
+test_choices() {
+  printf 'M\xfcller;1,5\n' >umlaut.csv
+  run 0 import a.cdb umlaut.csv --no-header --delimiter semicolon --encoding windows-1252 --map Field1=Name --type "Field2=Varchar (10)"
+  run 0 show a.cdb umlaut --csv
+  shows $'Name,Field2\nM\xc3\xbcller,"1,5"'
+  run 0 import a.cdb - --table nulls --null NULL --type a=Text --type b=Text --header < <(printf 'a,b\nNULL,\n')
+  same "$(ask a.cdb "SELECT a IS NULL, b = '' FROM nulls")" 1,1
+  run 0 import a.cdb - --table people --replace --key Name < <(printf '[{"Name":"Ann","Age":6},{"Name":"Fay","Age":7}]')
+  says "1 record added, 1 replaced"
+  same "$(ask a.cdb "SELECT Zip, Age FROM people WHERE Name = 'Ann'")" '"007",6'
+  run 1 import a.cdb - --table people < <(printf 'Name,Extra\nGus,1\n')
+  says "Extra"
+  run 0 import a.cdb - --table people --skip Extra < <(printf 'Name,Extra\nGus,1\n')
+  run 0 import a.cdb - --table people --map x=Name < <(printf 'x\nGus\n')
+  says "x -> Name"
+}
+
+test_query_and_find() {
+  run 0 query a.cdb "SELECT Name FROM people WHERE Age = 6"
+  has "Ann"
+  run 1 query a.cdb "SELECT nothing FROM people"
+  run 1 query a.cdb "SELECT Name FROM nowhere"
+  run 0 find a.cdb BOB
+  shows $'people\t2\tName\tBob, Jr'
+  run 0 find a.cdb M$'\xc3\x9c'LLER
+  shows $'umlaut\t1\tName\tM\xc3\xbcller'
+  run 0 find a.cdb BOB --case
+  shows ""
+  run 0 find a.cdb 007 --table people
+  has "Zip"
+  run 1 find a.cdb 007 --table nowhere
+}
+
+test_saved_query() {
+  run 0 query a.cdb "CREATE TABLE QuivaneQueries (QueryName Text ,SQL Text)"
+  run 0 query a.cdb "INSERT INTO QuivaneQueries VALUES ('the old ones', 'SELECT Name FROM people WHERE Age > 6')"
+  run 0 show a.cdb "the old ones" --csv
+  shows $'Name\nFay'
+}
+
+test_export() {
+  run 0 export a.cdb "SELECT Name, Age FROM people WHERE Age > 5 ORDER BY Age" -o out.csv
+  same "$(<out.csv)" $'Name,Age\r\nAnn,6\r\nFay,7\r'
+  says "2 records exported"
+  run 1 export a.cdb people -o out.csv
+  says "--force"
+  run 0 export a.cdb "SELECT Age FROM people WHERE Age = 6" -o out.csv --force --no-header --line-end lf --bom
+  same "$(<out.csv)" $'\xef\xbb\xbf6'
+  run 1 export a.cdb people -o a.cdb --force
+  says "is in use"
+  run 0 export a.cdb people -o out.json
+  has ""
+  grep -q '^{"Name":"Ann","Zip":"007","Age":6,"Born":"2001-03-09"},$' out.json || fail "out.json: $(<out.json)"
+  run 0 export a.cdb people -o out.jsonl --quiet
+  is_silent
+  run 0 export a.cdb people -o out.html
+  grep -q '<th>Name</th>' out.html || fail "out.html: $(<out.html)"
+  run 0 export a.cdb people --format sql
+  has "INSERT INTO"
+  run 0 export a.cdb people --delimiter tab --line-end lf --null NONE
+  has $'Bob, Jr\t"12"\tNONE\tNONE'
+  run 1 export a.cdb "DELETE FROM people"
+  run 1 export a.cdb people -o nowhere/out.csv
+  [[ ! -e nowhere ]] || fail "nowhere was made"
+  run 0 new back.cdb
+  run 0 import back.cdb out.json --table people
+  same "$(ask back.cdb "SELECT Name, Zip, Age, Born FROM people WHERE Age = 6")" 'Ann,"007",6,2001-03-09'
+}
+
+test_backup_and_check() {
+  run 0 backup a.cdb copy.cdb
+  is_silent
+  run 1 backup a.cdb copy.cdb
+  says "exists already"
+  run 0 check copy.cdb
+  shows ok
+  same "$(ask copy.cdb "SELECT count(*) FROM people")" "$(ask a.cdb "SELECT count(*) FROM people")"
+  run 0 query copy.cdb "CREATE TABLE Parent (Id INTEGER PRIMARY KEY)"
+  run 0 query copy.cdb "CREATE TABLE Child (P INTEGER REFERENCES Parent)"
+  # Another program that keeps to no rules.
+  /usr/bin/python3 -c "
+import sqlite3
+c = sqlite3.connect('copy.cdb')
+c.execute('INSERT INTO Child VALUES (5)')
+c.commit()"
+  run 1 check copy.cdb
+  has "Child: record 1 refers to a record of Parent that is not there"
+  says "The file is sound, but"
+  /usr/bin/python3 -c "
+import sqlite3
+c = sqlite3.connect('copy.cdb')
+c.execute('CREATE INDEX Names ON people (Name)')
+c.execute('PRAGMA writable_schema = ON')
+c.execute('''UPDATE sqlite_schema SET sql = 'CREATE INDEX Names ON people (Zip)' WHERE name = 'Names' ''')
+c.commit()"
+  run 1 check copy.cdb
+  says "The file is damaged"
+}
+
+# --- What only systems with signals have -------------------------------------------------------------
+
+make_large() {
+  /usr/bin/python3 -c "
+text = 'some text ' * 25
+for i in range(100000):
+    print(f'{i},{text}{i},{i * 7}.5')" >large.csv
+}
+
+is_unchanged() {
+  same "$(ask a.cdb "SELECT count(*) FROM sqlite_schema WHERE name = 'large'")" 0
+  run 0 check a.cdb
+}
+
+test_pipe_that_nobody_reads() {
+  run 0 import a.cdb large.csv --table Many --quiet
+  (cdbtool export a.cdb Many 2>pipe.txt; echo $? >code.txt) | head -n 1 >first.txt
+  same "$(<code.txt)" 1
+  same "$(<first.txt)" $'Field1,Field2,Field3\r'
+  run 0 query a.cdb "DROP TABLE Many"
+}
+
+test_full_disk() {
+  if [[ -e /dev/full ]]; then
+    local code=0
+    cdbtool export a.cdb people >/dev/full 2>err.txt || code=$?
+    same "$code" 1
+    err=$(<err.txt)
+    says "can't be written"
+  fi
+  # (Larger than what is kept in memory, so that it is written to the file before its end.) No file may grow beyond 2 MB here: neither the database nor an output.
+  local limited=0
+  (trap '' XFSZ; ulimit -f 2048; cdbtool import a.cdb large.csv >out.txt 2>err.txt) || limited=$?
+  same "$limited" 1
+  is_unchanged
+  [[ ! -s a.cdb-journal ]] || fail "a journal was left"
+  limited=0
+  (trap '' XFSZ; ulimit -f 100; cdbtool export a.cdb "WITH n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 100000) SELECT i FROM n" -o big.csv >out.txt 2>err.txt) || limited=$?
+  same "$limited" 1
+  [[ ! -e big.csv ]] || fail "half a file was left"
+}
+
+# interrupt SIGNAL: sends it to an import that has begun to write.
+interrupt() {
+  local child code=0
+  "$program" import a.cdb large.csv >out.txt 2>err.txt &
+  child=$!
+  until [[ -s a.cdb-journal ]] || ! kill -0 "$child" 2>/dev/null; do :; done
+  kill -s "$1" "$child" 2>/dev/null
+  wait "$child" || code=$?
+  echo "$code"
+}
+
+test_interrupts() {
+  same "$(interrupt INT)" 1
+  err=$(<err.txt)
+  says "Nothing was changed."
+  is_unchanged
+  same "$(interrupt TERM)" 1
+  is_unchanged
+  same "$(interrupt KILL)" 137
+  is_unchanged
+  run 0 import a.cdb people.csv --table people --quiet
+}
+
+test_interrupt_while_waiting_for_input() {
+  local code=0 child
+  mkfifo pipe
+  "$program" import a.cdb - --table waiting <pipe >out.txt 2>err.txt &
+  child=$!
+  exec 7>pipe
+  # A signal that comes before it reads would be noted, and it would go on to wait.
+  until [[ $(<"/proc/$child/syscall") == "0 0x0 "* ]] || ! kill -0 "$child" 2>/dev/null; do :; done
+  kill -s INT "$child"
+  wait "$child" || code=$?
+  exec 7>&-
+  same "$code" 1
+}
+
+test_progress() {
+  run 0 import a.cdb large.csv --table Shown
+  [[ $err != *%* ]] || fail "there was a bar: $err"
+  /usr/bin/python3 - "$program" <<'END' >shown.txt || fail "there was no bar on a terminal"
+import os, pty, sys
+shown = b""
+def read(fd):
+    global shown
+    data = os.read(fd, 4096)
+    shown += data
+    return data
+status = pty.spawn([sys.argv[1], "import", "a.cdb", "large.csv", "--table", "Bar"], read)
+sys.exit(0 if status == 0 and b"%" in shown else 1)
+END
+}
+
+tests=(test_usage test_new_and_info test_import_and_show test_dry_run test_rejects test_choices test_query_and_find
+  test_saved_query test_export test_backup_and_check)
+if [[ $kind == native ]]; then
+  make_large
+  tests+=(test_pipe_that_nobody_reads test_full_disk test_interrupts test_interrupt_while_waiting_for_input test_progress)
+fi
+for test in "${tests[@]}"; do
+  before=$failures
+  "$test"
+  if [[ $failures == "$before" ]]; then echo "ok $test"; else echo "not ok $test"; fi
+done
+echo "$checks runs, $failures failures"
+[[ $failures == 0 ]]
