@@ -16,7 +16,7 @@ packages_program=(cmake ninja-build g++-mingw-w64-x86-64-posix mingw-w64-tools c
 packages_display=(xvfb imagemagick)
 packages_native=(g++)
 packages_test=(googletest)
-packages_benchmark=(libbenchmark-dev)
+packages_benchmark=(libbenchmark-dev sqlite3)
 packages_fuzz=(cmake ninja-build ccache clang)
 packages_npm=(npm nodejs)
 
