@@ -1,13 +1,16 @@
 # What the packages have in common; sourced after tools/setup.sh, never run.
 # shellcheck shell=bash
 
-product_modules=("Quivane Pocket PC.exe" adoce31.dll aygshell.dll peghelp.exe)
-product_targets=(quivane adoce31 aygshell peghelp manual)
+product_modules=("Quivane Pocket PC.exe" adoce31.dll aygshell.dll peghelp.exe cdbtool.exe)
+product_targets=(quivane adoce31 aygshell peghelp cdbtool manual)
 product_version=$(sed -n 's/^project(Quivane VERSION \([0-9.]*\) .*/\1/p' "$root/CMakeLists.txt")
 
-# The compiler's run-time is in our modules: its licences, and SQLite's, as this system's packages have them.
+# The compiler's run-time and two libraries of headers are in our modules: their licences, and SQLite's, as this system's
+# packages have them.
 licence_of_compiler=/usr/share/doc/gcc-mingw-w64-base/copyright
 licence_of_runtime=/usr/share/doc/mingw-w64-common/copyright
+licence_of_json=/usr/share/doc/nlohmann-json3-dev/copyright
+licence_of_options=/usr/share/doc/libcli11-dev/copyright
 licence_gpl=/usr/share/common-licenses/GPL-3
 
 # Builds the commit that is checked out in a folder of its own, so that what is not committed takes no part, and leaves
@@ -49,6 +52,8 @@ stage_licences() {
   mkdir -p "$1"
   cp "$root/LICENSE" "$1/Quivane.txt"
   cp "$licence_of_compiler" "$1/GCC run-time.txt"
+  cp "$licence_of_json" "$1/nlohmann-json.txt"
+  cp "$licence_of_options" "$1/CLI11.txt"
   cp "$licence_gpl" "$1/GPL 3.txt"
   cp "$licence_of_runtime" "$1/mingw-w64 run-time.txt"
   sed -n '/^\*\* The author disclaims/,/^\*\*    May you share/s/^\*\* \{0,1\}//p;/^\*\*    May you share/q' \

@@ -244,6 +244,33 @@ c.commit()"
   says "The file is damaged"
 }
 
+# complete WORD...: what the completion offers for the last word.
+offered() {
+  COMP_WORDS=(cdbtool "$@")
+  COMP_CWORD=$#
+  _cdbtool
+  echo "${COMPREPLY[*]}"
+}
+
+# The manual page and the completion know every option that the program knows, and no other.
+test_manual_and_completion() {
+  local command option manual
+  manual=$(sed 's/\\-/-/g' "$root/packaging/cdbtool.1")
+  source "$root/packaging/cdbtool.bash"
+  same "$(offered ex)" export
+  same "$(offered tables a.cd)" a.cdb
+  same "$(offered show a.cdb peo)" people
+  same "$(offered import a.cdb people.csv --encoding win)" windows-1252
+  for command in tables show find query import export new backup check info; do
+    run 0 "$command" --help
+    mapfile -t options < <(grep -oE '^ *(-[a-z],)?--[a-z-]+' out.txt | grep -oE -- '--[a-z-]+' | sort -u)
+    same "$(offered "$command" -- | tr ' ' '\n' | sort -u | tr '\n' ' ')" "$(printf '%s ' "${options[@]}")"
+    for option in "${options[@]}"; do
+      [[ $option == --help || $manual == *"$option"* ]] || fail "the manual page lacks $option of $command"
+    done
+  done
+}
+
 # --- What only systems with signals have -------------------------------------------------------------
 
 make_large() {
@@ -343,7 +370,7 @@ tests=(test_usage test_new_and_info test_import_and_show test_dry_run test_rejec
   test_saved_query test_export test_backup_and_check)
 if [[ $kind == native ]]; then
   make_large
-  tests+=(test_pipe_that_nobody_reads test_full_disk test_interrupts test_interrupt_while_waiting_for_input test_progress)
+  tests+=(test_manual_and_completion test_pipe_that_nobody_reads test_full_disk test_interrupts test_interrupt_while_waiting_for_input test_progress)
 fi
 for test in "${tests[@]}"; do
   before=$failures

@@ -12,7 +12,7 @@ import pe_file
 
 HERE = pathlib.Path(__file__).resolve().parent
 KNOWN_IMPORTS = HERE / 'system_functions.txt'
-PRODUCT = ('Quivane Pocket PC.exe', 'adoce31.dll', 'aygshell.dll', 'peghelp.exe')
+PRODUCT = ('Quivane Pocket PC.exe', 'adoce31.dll', 'aygshell.dll', 'peghelp.exe', 'cdbtool.exe')
 
 folder = None  # set by main
 
