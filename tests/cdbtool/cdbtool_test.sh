@@ -271,6 +271,20 @@ test_manual_and_completion() {
   done
 }
 
+# The examples of the user's manual, as they stand there, one after the other.
+test_examples_of_the_manual() {
+  local example count=0
+  cp "$QUIVANE_EXAMPLE" library.cdb
+  while IFS= read -r example; do
+    count=$((count + 1))
+    eval "run 0 ${example#cdbtool }"
+  done < <(sed -n 's/^<pre class="tool">\(.*\)<\/pre>$/\1/p' "$root/help/Quivane.htm" | sed 's/&gt;/>/g; s/&lt;/</g')
+  [[ $count -ge 8 ]] || fail "the manual has only $count examples"
+  same "$(ask library.cdb "SELECT count(*) FROM Guests")" "$(ask library.cdb "SELECT count(*) FROM Members")"
+  run 0 import library.cdb members.csv --table Members2 --dry-run
+  has "header: yes"
+}
+
 # --- What only systems with signals have -------------------------------------------------------------
 
 make_large() {
@@ -367,7 +381,7 @@ END
 }
 
 tests=(test_usage test_new_and_info test_import_and_show test_dry_run test_rejects test_choices test_query_and_find
-  test_saved_query test_export test_backup_and_check)
+  test_saved_query test_export test_backup_and_check test_examples_of_the_manual)
 if [[ $kind == native ]]; then
   make_large
   tests+=(test_manual_and_completion test_pipe_that_nobody_reads test_full_disk test_interrupts test_interrupt_while_waiting_for_input test_progress)
