@@ -187,7 +187,9 @@ TEST_F(ImportTest, AnotherProgramsLockIsToldAndNothingIsStored) {
 
 TEST_F(ImportTest, AFileThatWasReplacedMeanwhileIsNotWritten) {
   open();
-  std::filesystem::rename(path_, folder_.file("moved.cdb"));
+  std::error_code error;
+  std::filesystem::rename(path_, folder_.file("moved.cdb"), error);
+  if (error) GTEST_SKIP() << "this system keeps the name of an open file: " << error.message();
   EXPECT_EQ(tryImport("a\n1\n").code(), ErrorCode::fileGone);
   std::filesystem::rename(folder_.file("moved.cdb"), path_);
 }

@@ -136,7 +136,7 @@ Status StoredDates::readInsert(std::size_t into) {
 Status StoredDates::readInsertedSelect(std::size_t select, const Types& types) {
   const std::size_t first = isOneOfWords(tokens_[select + 1], {"ALL", "DISTINCT"}) ? select + 2 : select + 1;
   std::size_t last = first;
-  const auto ends = [this](const Token& token) {
+  const auto ends = [](const Token& token) {
     return token.kind == TokenKind::end || token.kind == TokenKind::semicolon ||
            (token.depth == 0 && isOneOfWords(token, {"FROM", "WHERE", "GROUP", "HAVING", "ORDER", "LIMIT",
                                                      "UNION", "INTERSECT", "EXCEPT", "RETURNING", "WINDOW"}));
