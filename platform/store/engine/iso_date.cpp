@@ -1,5 +1,6 @@
 #include "platform/store/engine/iso_date.h"
 
+#include <chrono>
 #include <cmath>
 #include <cstdint>
 
@@ -11,42 +12,23 @@ constexpr std::int64_t kMillisecondsPerMinute = 60 * kMillisecondsPerSecond;
 constexpr std::int64_t kMillisecondsPerHour = 60 * kMillisecondsPerMinute;
 constexpr std::int64_t kMillisecondsPerDay = 24 * kMillisecondsPerHour;
 
-struct CivilDay {
-  int year;
-  int month;
-  int day;
-};
+using std::chrono::sys_days;
+using std::chrono::year_month_day;
 
-// Both conversions count years from March, so that the leap day is the last one of its year, and in
-// cycles of 400 years, after which the Gregorian calendar repeats. Years are positive throughout.
-constexpr std::int64_t kDaysPer4Years = 1461;
-constexpr std::int64_t kDaysPer100Years = 36524;
-constexpr std::int64_t kDaysPer400Years = 146097;
-
-/// Days since 1 March of the year 0.
-constexpr std::int64_t dayNumberOf(const CivilDay& date) {
-  const std::int64_t year = date.month > 2 ? date.year : date.year - 1;
-  const std::int64_t month = date.month > 2 ? date.month - 3 : date.month + 9;
-  return year * 365 + year / 4 - year / 100 + year / 400 + (153 * month + 2) / 5 + date.day - 1;
+constexpr year_month_day dateOf(int year, int month, int day) {
+  return {std::chrono::year(year), std::chrono::month(static_cast<unsigned>(month)),
+          std::chrono::day(static_cast<unsigned>(day))};
 }
 
-constexpr CivilDay civilDayOf(std::int64_t dayNumber) {
-  const std::int64_t cycle = dayNumber / kDaysPer400Years;
-  const std::int64_t dayOfCycle = dayNumber % kDaysPer400Years;
-  const std::int64_t leapDays =
-      dayOfCycle / (kDaysPer4Years - 1) - dayOfCycle / kDaysPer100Years + dayOfCycle / (kDaysPer400Years - 1);
-  const std::int64_t yearOfCycle = (dayOfCycle - leapDays) / 365;
-  const std::int64_t dayOfYear = dayOfCycle - (365 * yearOfCycle + yearOfCycle / 4 - yearOfCycle / 100);
-  const std::int64_t month = (5 * dayOfYear + 2) / 153;
-  const std::int64_t day = dayOfYear - (153 * month + 2) / 5 + 1;
-  const std::int64_t year = cycle * 400 + yearOfCycle + (month < 10 ? 0 : 1);
-  return {static_cast<int>(year), static_cast<int>(month < 10 ? month + 3 : month - 9),
-          static_cast<int>(day)};
+constexpr sys_days kEpoch = dateOf(1899, 12, 30);
+
+/// Since the epoch.
+constexpr std::int64_t dayNumberOf(const year_month_day& date) {
+  return (sys_days(date) - kEpoch).count();
 }
 
-constexpr std::int64_t kEpoch = dayNumberOf({1899, 12, 30});
-constexpr std::int64_t kFirstDay = dayNumberOf({100, 1, 1}) - kEpoch;
-constexpr std::int64_t kLastDay = dayNumberOf({9999, 12, 31}) - kEpoch;
+constexpr std::int64_t kFirstDay = dayNumberOf(dateOf(100, 1, 1));
+constexpr std::int64_t kLastDay = dayNumberOf(dateOf(9999, 12, 31));
 static_assert(kFirstDay == -657434 && kLastDay == 2958465);
 
 /// A point in time as both directions handle it: whole days since the epoch (of either sign) and the
@@ -62,11 +44,6 @@ Moment withinDay(Moment moment) {
   if (moment.millisecond < kMillisecondsPerDay) return moment;
   if (moment.day == kLastDay) return {kLastDay, kMillisecondsPerDay - 1};
   return {moment.day + 1, 0};
-}
-
-int dayCountOf(int year, int month) {
-  if (month == 2) return year % 4 == 0 && (year % 100 != 0 || year % 400 == 0) ? 29 : 28;
-  return month == 4 || month == 6 || month == 9 || month == 11 ? 30 : 31;
 }
 
 /// Takes parts from the front of a text.
@@ -96,13 +73,15 @@ class DateReader {
   }
 
   bool readDay(std::int64_t* day) {
-    CivilDay date{};
-    if (!readNumber(4, &date.year) || !skip('-') || !readNumber(2, &date.month) || !skip('-') ||
-        !readNumber(2, &date.day))
+    int year = 0;
+    int month = 0;
+    int dayOfMonth = 0;
+    if (!readNumber(4, &year) || !skip('-') || !readNumber(2, &month) || !skip('-') ||
+        !readNumber(2, &dayOfMonth))
       return false;
-    if (date.year < 100 || date.month < 1 || date.month > 12) return false;
-    if (date.day < 1 || date.day > dayCountOf(date.year, date.month)) return false;
-    *day = dayNumberOf(date) - kEpoch;
+    const year_month_day date = dateOf(year, month, dayOfMonth);
+    if (year < 100 || !date.ok()) return false;
+    *day = dayNumberOf(date);
     return true;
   }
 
@@ -152,12 +131,12 @@ void appendNumber(std::string* text, std::int64_t number, int digitCount) {
 }
 
 void appendDay(std::string* text, std::int64_t day) {
-  const CivilDay date = civilDayOf(day + kEpoch);
-  appendNumber(text, date.year, 4);
+  const year_month_day date = kEpoch + std::chrono::days(day);
+  appendNumber(text, static_cast<int>(date.year()), 4);
   text->push_back('-');
-  appendNumber(text, date.month, 2);
+  appendNumber(text, static_cast<unsigned>(date.month()), 2);
   text->push_back('-');
-  appendNumber(text, date.day, 2);
+  appendNumber(text, static_cast<unsigned>(date.day()), 2);
 }
 
 void appendTime(std::string* text, std::int64_t millisecond) {
