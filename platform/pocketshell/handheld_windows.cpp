@@ -4,11 +4,11 @@
 #include <array>
 #include <string_view>
 
-#include "platform/pocketshell/menu_bar.h"
-#include "platform/pocketshell/present_zoom.h"
-#include "platform/pocketshell/shell_window.h"
-#include "platform/pocketshell/tap_and_hold.h"
-#include "platform/pocketshell/window_places.h"
+#include "platform/pocketshell/menu/menu_bar.h"
+#include "platform/pocketshell/window/shell_window.h"
+#include "platform/pocketshell/window/tap_and_hold.h"
+#include "platform/pocketshell/window/window_places.h"
+#include "platform/pocketshell/zoom/present_zoom.h"
 
 using namespace pocketshell;
 

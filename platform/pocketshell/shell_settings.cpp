@@ -2,7 +2,7 @@
 
 #include "platform/pocketshell/kept_settings.h"
 #include "platform/pocketshell/owners.h"
-#include "platform/pocketshell/zoom_figures.h"
+#include "platform/pocketshell/zoom/zoom_figures.h"
 
 namespace pocketshell {
 

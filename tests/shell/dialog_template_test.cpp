@@ -1,4 +1,4 @@
-#include "platform/pocketshell/dialog_template.h"
+#include "platform/pocketshell/window/dialog_template.h"
 
 #include <algorithm>
 #include <cstring>

@@ -1,4 +1,4 @@
-#include "platform/pocketshell/image_strip.h"
+#include "platform/pocketshell/menu/image_strip.h"
 
 #include "platform/pocketshell/owners.h"
 #include "tests/shell/shell_fixture.h"

@@ -1,8 +1,8 @@
-#include "platform/pocketshell/input_panel.h"
+#include "platform/pocketshell/panel/input_panel.h"
 
 #include <string>
 
-#include "platform/pocketshell/panel_keys.h"
+#include "platform/pocketshell/panel/panel_keys.h"
 #include "tests/shell/shell_fixture.h"
 #include "tests/shell/shell_resources.h"
 #include "tests/shell/shell_settings.h"

@@ -1,4 +1,4 @@
-#include "platform/pocketshell/menu_bar.h"
+#include "platform/pocketshell/menu/menu_bar.h"
 
 #include <array>
 

@@ -1,10 +1,10 @@
-#include "platform/pocketshell/menu_keys.h"
+#include "platform/pocketshell/menu/menu_keys.h"
 
 #include <array>
 #include <functional>
 #include <vector>
 
-#include "platform/pocketshell/menu_walk.h"
+#include "platform/pocketshell/menu/menu_walk.h"
 #include "platform/pocketshell/shell_settings.h"
 #include "tests/shell/shell_fixture.h"
 #include "tests/shell/shell_resources.h"

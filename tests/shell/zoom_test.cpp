@@ -2,7 +2,7 @@
 #include <string>
 
 #include "platform/pocketshell/shell_settings.h"
-#include "platform/pocketshell/zoom_menu.h"
+#include "platform/pocketshell/zoom/zoom_menu.h"
 #include "tests/shell/shell_fixture.h"
 
 namespace {

@@ -1,4 +1,4 @@
-#include "platform/pocketshell/shell_window.h"
+#include "platform/pocketshell/window/shell_window.h"
 
 #include <windowsx.h>
 
@@ -6,15 +6,15 @@
 #include <array>
 
 #include "platform/pocketshell/handheld_windows.h"
-#include "platform/pocketshell/input_panel.h"
-#include "platform/pocketshell/menu_bar.h"
-#include "platform/pocketshell/menu_keys.h"
-#include "platform/pocketshell/menu_walk.h"
-#include "platform/pocketshell/present_zoom.h"
+#include "platform/pocketshell/menu/menu_bar.h"
+#include "platform/pocketshell/menu/menu_keys.h"
+#include "platform/pocketshell/menu/menu_walk.h"
+#include "platform/pocketshell/panel/input_panel.h"
 #include "platform/pocketshell/shell_settings.h"
-#include "platform/pocketshell/zoom_change.h"
-#include "platform/pocketshell/zoom_figures.h"
-#include "platform/pocketshell/zoom_menu.h"
+#include "platform/pocketshell/zoom/present_zoom.h"
+#include "platform/pocketshell/zoom/zoom_change.h"
+#include "platform/pocketshell/zoom/zoom_figures.h"
+#include "platform/pocketshell/zoom/zoom_menu.h"
 
 namespace pocketshell {
 

@@ -1,8 +1,8 @@
 #include "platform/pocketshell/handheld_windows.h"
-#include "platform/pocketshell/input_panel.h"
-#include "platform/pocketshell/shell_window.h"
-#include "platform/pocketshell/window_places.h"
-#include "platform/pocketshell/zoom_figures.h"
+#include "platform/pocketshell/panel/input_panel.h"
+#include "platform/pocketshell/window/shell_window.h"
+#include "platform/pocketshell/window/window_places.h"
+#include "platform/pocketshell/zoom/zoom_figures.h"
 
 using namespace pocketshell;
 

@@ -1,4 +1,4 @@
-#include "platform/pocketshell/menu_bar_resource.h"
+#include "platform/pocketshell/menu/menu_bar_resource.h"
 
 #include <cstring>
 

@@ -1,16 +1,16 @@
-#include "platform/pocketshell/menu_bar.h"
+#include "platform/pocketshell/menu/menu_bar.h"
 
 #include <algorithm>
 #include <iterator>
 #include <utility>
 
 #include "platform/pocketshell/handheld_windows.h"
-#include "platform/pocketshell/menu_keys.h"
-#include "platform/pocketshell/menu_walk.h"
-#include "platform/pocketshell/panel_button.h"
-#include "platform/pocketshell/present_zoom.h"
-#include "platform/pocketshell/shell_window.h"
-#include "platform/pocketshell/zoom_figures.h"
+#include "platform/pocketshell/menu/menu_keys.h"
+#include "platform/pocketshell/menu/menu_walk.h"
+#include "platform/pocketshell/panel/panel_button.h"
+#include "platform/pocketshell/window/shell_window.h"
+#include "platform/pocketshell/zoom/present_zoom.h"
+#include "platform/pocketshell/zoom/zoom_figures.h"
 
 namespace pocketshell {
 

@@ -1,11 +1,11 @@
-#include "platform/pocketshell/menu_keys.h"
+#include "platform/pocketshell/menu/menu_keys.h"
 
-#include "platform/pocketshell/menu_bar.h"
-#include "platform/pocketshell/menu_walk.h"
+#include "platform/pocketshell/menu/menu_bar.h"
+#include "platform/pocketshell/menu/menu_walk.h"
 #include "platform/pocketshell/owners.h"
-#include "platform/pocketshell/present_zoom.h"
-#include "platform/pocketshell/shell_window.h"
-#include "platform/pocketshell/zoom_menu.h"
+#include "platform/pocketshell/window/shell_window.h"
+#include "platform/pocketshell/zoom/present_zoom.h"
+#include "platform/pocketshell/zoom/zoom_menu.h"
 
 namespace pocketshell {
 

@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "platform/pocketshell/handheld_windows.h"
-#include "platform/pocketshell/window_layer.h"
+#include "platform/pocketshell/window/window_layer.h"
 
 using namespace pocketshell;
 

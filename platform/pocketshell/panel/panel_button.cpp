@@ -1,9 +1,9 @@
-#include "platform/pocketshell/panel_button.h"
+#include "platform/pocketshell/panel/panel_button.h"
 
-#include "platform/pocketshell/input_panel.h"
 #include "platform/pocketshell/module.h"
-#include "platform/pocketshell/present_zoom.h"
-#include "platform/pocketshell/zoom_figures.h"
+#include "platform/pocketshell/panel/input_panel.h"
+#include "platform/pocketshell/zoom/present_zoom.h"
+#include "platform/pocketshell/zoom/zoom_figures.h"
 
 namespace pocketshell {
 

@@ -1,4 +1,4 @@
-#include "platform/pocketshell/tap_and_hold.h"
+#include "platform/pocketshell/window/tap_and_hold.h"
 
 #include <commctrl.h>
 #include <windowsx.h>

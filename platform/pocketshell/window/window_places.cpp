@@ -1,6 +1,6 @@
-#include "platform/pocketshell/window_places.h"
+#include "platform/pocketshell/window/window_places.h"
 
-#include "platform/pocketshell/present_zoom.h"
+#include "platform/pocketshell/zoom/present_zoom.h"
 
 namespace pocketshell {
 

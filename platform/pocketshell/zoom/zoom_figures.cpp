@@ -1,4 +1,4 @@
-#include "platform/pocketshell/zoom_figures.h"
+#include "platform/pocketshell/zoom/zoom_figures.h"
 
 #include <algorithm>
 

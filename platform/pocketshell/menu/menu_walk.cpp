@@ -1,6 +1,6 @@
-#include "platform/pocketshell/menu_walk.h"
+#include "platform/pocketshell/menu/menu_walk.h"
 
-#include "platform/pocketshell/menu_bar.h"
+#include "platform/pocketshell/menu/menu_bar.h"
 #include "platform/pocketshell/owners.h"
 
 namespace pocketshell {

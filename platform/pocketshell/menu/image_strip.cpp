@@ -1,4 +1,4 @@
-#include "platform/pocketshell/image_strip.h"
+#include "platform/pocketshell/menu/image_strip.h"
 
 #include <algorithm>
 #include <array>

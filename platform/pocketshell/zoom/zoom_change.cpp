@@ -1,14 +1,14 @@
-#include "platform/pocketshell/zoom_change.h"
+#include "platform/pocketshell/zoom/zoom_change.h"
 
 #include <vector>
 
 #include "platform/pocketshell/handheld_windows.h"
-#include "platform/pocketshell/input_panel.h"
-#include "platform/pocketshell/menu_bar.h"
-#include "platform/pocketshell/present_zoom.h"
+#include "platform/pocketshell/menu/menu_bar.h"
+#include "platform/pocketshell/panel/input_panel.h"
 #include "platform/pocketshell/shell_settings.h"
-#include "platform/pocketshell/shell_window.h"
-#include "platform/pocketshell/window_places.h"
+#include "platform/pocketshell/window/shell_window.h"
+#include "platform/pocketshell/window/window_places.h"
+#include "platform/pocketshell/zoom/present_zoom.h"
 
 namespace pocketshell {
 

@@ -1,11 +1,11 @@
-#include "platform/pocketshell/present_zoom.h"
+#include "platform/pocketshell/zoom/present_zoom.h"
 
 #include <algorithm>
 #include <shellscalingapi.h>
 
 #include "platform/pocketshell/shell_settings.h"
-#include "platform/pocketshell/shell_window.h"
-#include "platform/pocketshell/zoom_figures.h"
+#include "platform/pocketshell/window/shell_window.h"
+#include "platform/pocketshell/zoom/zoom_figures.h"
 
 namespace pocketshell {
 

@@ -4,7 +4,7 @@
 
 #include <optional>
 
-#include "platform/pocketshell/zoom_figures.h"
+#include "platform/pocketshell/zoom/zoom_figures.h"
 
 /// What child windows were told last of their place, in handheld pixels. It is kept in a property of the
 /// window, one number without memory, and goes with the window.

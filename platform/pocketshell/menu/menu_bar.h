@@ -8,7 +8,7 @@
 
 #include "platform/pocketshell/aygshell.h"
 #include "platform/pocketshell/owners.h"
-#include "platform/pocketshell/window_layer.h"
+#include "platform/pocketshell/window/window_layer.h"
 
 namespace pocketshell {
 

@@ -3,11 +3,11 @@
 #include <utility>
 #include <vector>
 
-#include "platform/pocketshell/dialog_template.h"
 #include "platform/pocketshell/handheld_windows.h"
-#include "platform/pocketshell/input_panel.h"
-#include "platform/pocketshell/present_zoom.h"
-#include "platform/pocketshell/window_places.h"
+#include "platform/pocketshell/panel/input_panel.h"
+#include "platform/pocketshell/window/dialog_template.h"
+#include "platform/pocketshell/window/window_places.h"
+#include "platform/pocketshell/zoom/present_zoom.h"
 
 using namespace pocketshell;
 

@@ -1,6 +1,6 @@
 #include "platform/pocketshell/aygshell.h"
-#include "platform/pocketshell/input_panel.h"
-#include "platform/pocketshell/zoom_figures.h"
+#include "platform/pocketshell/panel/input_panel.h"
+#include "platform/pocketshell/zoom/zoom_figures.h"
 
 using namespace pocketshell;
 

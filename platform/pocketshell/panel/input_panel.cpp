@@ -1,20 +1,20 @@
-#include "platform/pocketshell/input_panel.h"
+#include "platform/pocketshell/panel/input_panel.h"
 
 #include <optional>
 #include <utility>
 #include <vector>
 
 #include "platform/pocketshell/aygshell.h"
-#include "platform/pocketshell/menu_bar.h"
+#include "platform/pocketshell/menu/menu_bar.h"
 #include "platform/pocketshell/module.h"
 #include "platform/pocketshell/owners.h"
-#include "platform/pocketshell/panel_button.h"
-#include "platform/pocketshell/panel_keys.h"
-#include "platform/pocketshell/panel_window.h"
-#include "platform/pocketshell/present_zoom.h"
+#include "platform/pocketshell/panel/panel_button.h"
+#include "platform/pocketshell/panel/panel_keys.h"
+#include "platform/pocketshell/panel/panel_window.h"
 #include "platform/pocketshell/shell_settings.h"
-#include "platform/pocketshell/shell_window.h"
-#include "platform/pocketshell/zoom_figures.h"
+#include "platform/pocketshell/window/shell_window.h"
+#include "platform/pocketshell/zoom/present_zoom.h"
+#include "platform/pocketshell/zoom/zoom_figures.h"
 
 namespace pocketshell {
 

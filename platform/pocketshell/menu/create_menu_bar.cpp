@@ -5,10 +5,10 @@
 #include <vector>
 
 #include "platform/pocketshell/handheld_windows.h"
-#include "platform/pocketshell/menu_bar.h"
-#include "platform/pocketshell/menu_bar_resource.h"
-#include "platform/pocketshell/panel_button.h"
-#include "platform/pocketshell/shell_window.h"
+#include "platform/pocketshell/menu/menu_bar.h"
+#include "platform/pocketshell/menu/menu_bar_resource.h"
+#include "platform/pocketshell/panel/panel_button.h"
+#include "platform/pocketshell/window/shell_window.h"
 
 using namespace pocketshell;
 

@@ -1,4 +1,4 @@
-#include "platform/pocketshell/zoom_menu.h"
+#include "platform/pocketshell/zoom/zoom_menu.h"
 
 #include <algorithm>
 #include <array>

@@ -1,4 +1,4 @@
-#include "platform/pocketshell/panel_keys.h"
+#include "platform/pocketshell/panel/panel_keys.h"
 
 #include <array>
 #include <string_view>

@@ -4,10 +4,10 @@
 #include <vector>
 
 #include "platform/pocketshell/handheld_windows.h"
-#include "platform/pocketshell/image_strip.h"
+#include "platform/pocketshell/menu/image_strip.h"
 #include "platform/pocketshell/owners.h"
-#include "platform/pocketshell/present_zoom.h"
-#include "platform/pocketshell/zoom_figures.h"
+#include "platform/pocketshell/zoom/present_zoom.h"
+#include "platform/pocketshell/zoom/zoom_figures.h"
 
 using namespace pocketshell;
 

@@ -1,4 +1,4 @@
-#include "platform/pocketshell/panel_window.h"
+#include "platform/pocketshell/panel/panel_window.h"
 
 #include <windowsx.h>
 
@@ -6,12 +6,12 @@
 #include <optional>
 #include <utility>
 
-#include "platform/pocketshell/input_panel.h"
 #include "platform/pocketshell/module.h"
 #include "platform/pocketshell/owners.h"
-#include "platform/pocketshell/panel_keys.h"
-#include "platform/pocketshell/present_zoom.h"
-#include "platform/pocketshell/zoom_figures.h"
+#include "platform/pocketshell/panel/input_panel.h"
+#include "platform/pocketshell/panel/panel_keys.h"
+#include "platform/pocketshell/zoom/present_zoom.h"
+#include "platform/pocketshell/zoom/zoom_figures.h"
 
 namespace pocketshell {
 

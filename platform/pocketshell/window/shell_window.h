@@ -2,7 +2,7 @@
 
 #include <windows.h>
 
-#include "platform/pocketshell/window_layer.h"
+#include "platform/pocketshell/window/window_layer.h"
 
 namespace pocketshell {
 
