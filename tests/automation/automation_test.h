@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "gmock/gmock.h"
-#include "platform/store/automation/com_values.h"
+#include "platform/store/automation/values/com_values.h"
 #include "tests/automation/values.h"
 #include "tests/support/paths.h"
 

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/store/automation/com_values.h"
+#include "platform/store/automation/values/com_values.h"
 #include "tests/automation/values.h"
 
 namespace automationtest {

@@ -10,7 +10,7 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/store/automation/com_values.h"
+#include "platform/store/automation/values/com_values.h"
 
 namespace automationtest {
 

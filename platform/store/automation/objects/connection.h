@@ -1,0 +1,96 @@
+#pragma once
+
+#include <adoce.h>
+#include <cstdint>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/store/automation/objects/automation_object.h"
+#include "platform/store/automation/objects/cursor.h"
+#include "platform/store/automation/objects/errors.h"
+#include "platform/store/engine/backend.h"
+
+namespace automation {
+
+/// The commands that the Execute and Open methods know, ADO's "CommandTypeEnum".
+inline constexpr long kTextCommand = 1;
+inline constexpr long kTableCommand = 2;
+inline constexpr long kProcedureCommand = 4;
+inline constexpr long kUnknownCommand = 8;
+
+/// What a statement came to: the open records of a SELECT, or null and the number of changed rows.
+struct CommandResult {
+  std::unique_ptr<store::RowSource> rows;
+  std::int64_t affected = 0;
+};
+
+/// A connection to one database, or to the store without a database. Opens again after Close, any
+/// number of times. Close closes the recordsets that were opened on it, and nothing of the file is held
+/// afterwards.
+class ConnectionObject final : public AutomationObject<IAdoceConnection> {
+ public:
+  ConnectionObject();
+
+  /// The object behind an interface that a client passes; empty when it is none of this module's
+  /// connections.
+  static ComPtr<ConnectionObject> of(IUnknown* object);
+
+  HRESULT STDMETHODCALLTYPE Invoke(DISPID member, REFIID reserved, LCID locale, WORD flags,
+                                   DISPPARAMS* arguments, VARIANT* result, EXCEPINFO* exception,
+                                   UINT* badArgument) override;
+  HRESULT STDMETHODCALLTYPE get_ConnectionString(BSTR* text) override;
+  HRESULT STDMETHODCALLTYPE put_ConnectionString(BSTR text) override;
+  HRESULT STDMETHODCALLTYPE get_Provider(BSTR* name) override;
+  HRESULT STDMETHODCALLTYPE put_Provider(BSTR name) override;
+  HRESULT STDMETHODCALLTYPE Open(BSTR connectionString, BSTR user, BSTR password, long options) override;
+  HRESULT STDMETHODCALLTYPE Close() override;
+  HRESULT STDMETHODCALLTYPE Execute(BSTR commandText, VARIANT* recordsAffected, long options,
+                                    IAdoceRecordset** recordset) override;
+  HRESULT STDMETHODCALLTYPE get_Errors(IAdoceErrors** errors) override;
+  HRESULT STDMETHODCALLTYPE get_State(long* state) override;
+  HRESULT STDMETHODCALLTYPE get_Version(BSTR* version) override;
+  HRESULT STDMETHODCALLTYPE CheckFile() override;
+  HRESULT STDMETHODCALLTYPE SaveCopy(BSTR path) override;
+  HRESULT STDMETHODCALLTYPE AskWhileBusy(IDispatch* question) override;
+  HRESULT STDMETHODCALLTYPE Stop() override;
+
+  // For the module's own objects, which hold the module's lock and hand failures on.
+
+  bool isOpen() const { return backend_ != nullptr; }
+  /// The connection string by which `open` opens.
+  void setConnectionString(std::wstring_view text) { connectionString_ = text; }
+  Outcome open() { return open(connectionString_); }
+  void close();
+  const ComPtr<ErrorsObject>& errors() const { return errors_; }
+
+  /// Runs a statement or opens a table, `options` being one of the commands above. On failure
+  /// `*result` is untouched.
+  Outcome run(std::wstring_view source, long options, CommandResult* result);
+  /// Opens a cursor over rows that `run` gave.
+  Outcome openCursor(std::unique_ptr<store::RowSource> rows, store::CursorType cursorType,
+                     store::LockType lockType, std::shared_ptr<Cursor>* cursor);
+  /// Has Close close this cursor too.
+  void remember(const std::shared_ptr<Cursor>& cursor);
+
+ protected:
+  ErrorsObject* errorsForReport() override { return errors_.get(); }
+  void* findOwnInterface(REFIID interfaceId) override;
+
+ private:
+  /// Opens by the text; it is the connection string afterwards when that succeeds.
+  Outcome open(const std::wstring& connectionString);
+
+  std::wstring connectionString_;
+  std::wstring provider_;
+  std::shared_ptr<store::Backend> backend_;  // while open
+  store::BusyQuestion question_;
+  std::mutex stopMutex_;                 // Stop can't wait for the module's lock, which the statement holds
+  store::Backend* stoppable_ = nullptr;  // the backend, under that mutex
+  ComPtr<ErrorsObject> errors_;
+  std::vector<std::weak_ptr<Cursor>> cursors_;
+};
+
+}  // namespace automation

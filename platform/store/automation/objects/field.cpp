@@ -1,0 +1,129 @@
+#include "platform/store/automation/objects/field.h"
+
+#include <algorithm>
+#include <limits>
+
+#include "platform/store/automation/values/field_values.h"
+#include "platform/store/automation/values/text.h"
+#include "platform/store/automation/values/variant_values.h"
+
+namespace automation {
+
+namespace {
+
+// ADO's "FieldAttributeEnum".
+constexpr long kUpdatable = 4;
+constexpr long kFixedSize = 16;
+constexpr long kNullable = 32;
+constexpr long kMayBeNull = 64;
+constexpr long kLong = 128;
+
+long attributesOf(const store::Recordset& records, const store::Column& column) {
+  long attributes = 0;
+  if (column.updatable && records.isUpdatable()) attributes |= kUpdatable;
+  if (column.type.fixedSize) attributes |= kFixedSize;
+  if (column.nullable) attributes |= kNullable | kMayBeNull;
+  if (column.type.isLong) attributes |= kLong;
+  return attributes;
+}
+
+std::size_t sizeOf(const VARIANT& value) {
+  switch (V_VT(&value)) {
+    case VT_BSTR:
+      return SysStringByteLen(V_BSTR(&value));
+    case VT_ARRAY | VT_UI1:
+      return V_ARRAY(&value)->rgsabound[0].cElements;
+    case VT_I2:
+    case VT_UI2:
+    case VT_BOOL:
+      return sizeof(SHORT);
+    case VT_I4:
+    case VT_UI4:
+      return sizeof(LONG);
+    case VT_R8:
+    case VT_DATE:
+      return sizeof(double);
+    case VT_DECIMAL:
+      return sizeof(LONGLONG);  // it stands for a whole number of 64 bits
+    default:
+      return 0;
+  }
+}
+
+}  // namespace
+
+template <class Read>
+HRESULT FieldObject::withRecords(Read&& read) {
+  return call([&]() -> Outcome {
+    store::Recordset* records = cursor_->records();
+    if (records == nullptr) return closedRecordset();
+    return read(*records, records->columns()[column_]);
+  });
+}
+
+HRESULT FieldObject::get_Value(VARIANT* value) {
+  return withRecords([&](store::Recordset& records, const store::Column&) -> Outcome {
+    if (value == nullptr) return nullPointer();
+    OwnedVariant read;
+    if (Outcome outcome = readField(records, column_, &read); !outcome) return outcome;
+    *value = read.detach();
+    return {};
+  });
+}
+
+HRESULT FieldObject::put_Value(VARIANT value) {
+  return call([&]() -> Outcome {
+    // First, because an object that is asked for its value could close this one's cursor.
+    OwnedVariant holder;
+    const VARIANT* plain = nullptr;
+    if (Outcome outcome = plainVariant(value, &holder, &plain); !outcome) return outcome;
+    store::Recordset* records = cursor_->records();
+    if (records == nullptr) return closedRecordset();
+    return writeField(*records, column_, *plain);
+  });
+}
+
+HRESULT FieldObject::get_Name(BSTR* name) {
+  return withRecords([&](store::Recordset&, const store::Column& column) -> Outcome {
+    if (name == nullptr) return nullPointer();
+    *name = newText(column.name);
+    return {};
+  });
+}
+
+HRESULT FieldObject::get_Type(long* type) {
+  return withRecords([&](store::Recordset&, const store::Column& column) -> Outcome {
+    if (type == nullptr) return nullPointer();
+    *type = static_cast<long>(column.type.code);
+    return {};
+  });
+}
+
+HRESULT FieldObject::get_Attributes(long* attributes) {
+  return withRecords([&](store::Recordset& records, const store::Column& column) -> Outcome {
+    if (attributes == nullptr) return nullPointer();
+    *attributes = attributesOf(records, column);
+    return {};
+  });
+}
+
+HRESULT FieldObject::get_DefinedSize(long* size) {
+  return withRecords([&](store::Recordset&, const store::Column& column) -> Outcome {
+    if (size == nullptr) return nullPointer();
+    *size = column.type.definedSize;
+    return {};
+  });
+}
+
+HRESULT FieldObject::get_ActualSize(long* size) {
+  return withRecords([&](store::Recordset& records, const store::Column&) -> Outcome {
+    if (size == nullptr) return nullPointer();
+    OwnedVariant value;
+    if (Outcome outcome = readField(records, column_, &value); !outcome) return outcome;
+    constexpr std::size_t kMost = std::numeric_limits<long>::max();
+    *size = static_cast<long>(std::min(sizeOf(*value), kMost));
+    return {};
+  });
+}
+
+}  // namespace automation
