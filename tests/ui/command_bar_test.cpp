@@ -1,4 +1,4 @@
-#include "app/command_bar.h"
+#include "app/bars/command_bar.h"
 
 #include "base/app_settings.h"
 #include "base/live_resources.h"

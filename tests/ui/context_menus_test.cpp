@@ -1,4 +1,4 @@
-#include "app/context_menus.h"
+#include "app/window/context_menus.h"
 
 #include "base/live_resources.h"
 #include "gmock/gmock.h"

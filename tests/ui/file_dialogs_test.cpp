@@ -6,8 +6,8 @@
 #include <filesystem>
 #include <string>
 
-#include "app/program_state.h"
-#include "app/window_prompts.h"
+#include "app/window/program_state.h"
+#include "app/window/window_prompts.h"
 #include "gtest/gtest.h"
 #include "tests/support/paths.h"
 #include "tests/ui/bar_host.h"

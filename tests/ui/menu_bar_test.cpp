@@ -1,4 +1,4 @@
-#include "app/menu_bar.h"
+#include "app/bars/menu_bar.h"
 
 #include "gmock/gmock.h"
 #include "platform/pocketshell/aygshell.h"

@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <string>
 
-#include "app/program_state.h"
+#include "app/window/program_state.h"
 #include "tests/ui/dialog_script.h"
 
 void openMissing(Pages& pages) {

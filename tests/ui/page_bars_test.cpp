@@ -1,4 +1,4 @@
-#include "app/page_bars.h"
+#include "app/bars/page_bars.h"
 
 #include <commctrl.h>
 

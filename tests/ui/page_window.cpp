@@ -7,8 +7,8 @@
 #include <cwchar>
 #include <utility>
 
-#include "app/program_state.h"
-#include "app/tab_pages.h"
+#include "app/window/program_state.h"
+#include "app/window/tab_pages.h"
 #include "resources/command_ids.h"
 #include "tests/ui/window_reading.h"
 #include "views/form_ids.h"

@@ -3,7 +3,7 @@
 #include <atomic>
 #include <utility>
 
-#include "app/start_up.h"
+#include "app/start/start_up.h"
 #include "gtest/gtest.h"
 #include "tests/ui/remote_window.h"
 #include "tests/ui/window_reading.h"

@@ -1,5 +1,5 @@
 // How each kind of message and question looks.
-#include "app/window_prompts.h"
+#include "app/window/window_prompts.h"
 #include "gtest/gtest.h"
 
 namespace {

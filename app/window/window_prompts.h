@@ -2,7 +2,7 @@
 
 #include <windows.h>
 
-#include "app/progress_line.h"
+#include "app/window/progress_line.h"
 #include "dialogs/find_dialog.h"
 #include "records/user_prompts.h"
 

@@ -1,13 +1,13 @@
-#include "app/window_prompts.h"
+#include "app/window/window_prompts.h"
 
 #include <commdlg.h>
 
 #include <string>
 #include <utility>
 
-#include "app/main_window.h"
-#include "app/messages.h"
-#include "app/program_state.h"
+#include "app/window/main_window.h"
+#include "app/window/messages.h"
+#include "app/window/program_state.h"
 #include "dialogs/go_to.h"
 #include "platform/pocketshell/aygshell.h"
 #include "resources/resource_ids.h"

@@ -1,4 +1,4 @@
-#include "app/component_registration.h"
+#include "app/start/component_registration.h"
 
 #include <windows.h>
 

@@ -1,4 +1,4 @@
-#include "app/portable.h"
+#include "app/start/portable.h"
 
 #include <cstring>
 

@@ -1,20 +1,20 @@
-#include "app/main_window.h"
+#include "app/window/main_window.h"
 
 #include <commctrl.h>
 
 #include <array>
 #include <string>
 
-#include "app/command_line.h"
-#include "app/command_table.h"
-#include "app/context_menus.h"
-#include "app/help.h"
-#include "app/messages.h"
-#include "app/page_keys.h"
-#include "app/page_layout.h"
-#include "app/program_state.h"
-#include "app/start_page.h"
-#include "app/tab_pages.h"
+#include "app/start/command_line.h"
+#include "app/start/start_page.h"
+#include "app/window/command_table.h"
+#include "app/window/context_menus.h"
+#include "app/window/help.h"
+#include "app/window/messages.h"
+#include "app/window/page_keys.h"
+#include "app/window/page_layout.h"
+#include "app/window/program_state.h"
+#include "app/window/tab_pages.h"
 #include "dialogs/find_dialog.h"
 #include "platform/pocketshell/handheld_windows.h"
 #include "resources/resource_ids.h"

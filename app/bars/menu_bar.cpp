@@ -1,6 +1,6 @@
-#include "app/menu_bar.h"
+#include "app/bars/menu_bar.h"
 
-#include "app/toolbar.h"
+#include "app/bars/toolbar.h"
 #include "platform/pocketshell/handheld_windows.h"
 #include "records/view_mode.h"
 #include "resources/command_ids.h"

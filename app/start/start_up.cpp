@@ -1,20 +1,20 @@
-#include "app/start_up.h"
+#include "app/start/start_up.h"
 
 #include <commctrl.h>
 
 #include <memory>
 
-#include "app/command_line.h"
-#include "app/component_registration.h"
-#include "app/file_association.h"
-#include "app/main_window.h"
-#include "app/messages.h"
-#include "app/page_keys.h"
-#include "app/portable.h"
-#include "app/program_state.h"
-#include "app/screen.h"
-#include "app/single_instance.h"
-#include "app/tab_pages.h"
+#include "app/start/command_line.h"
+#include "app/start/component_registration.h"
+#include "app/start/file_association.h"
+#include "app/start/portable.h"
+#include "app/start/single_instance.h"
+#include "app/window/main_window.h"
+#include "app/window/messages.h"
+#include "app/window/page_keys.h"
+#include "app/window/program_state.h"
+#include "app/window/screen.h"
+#include "app/window/tab_pages.h"
 #include "base/app_settings.h"
 #include "dialogs/password_lock.h"
 #include "platform/pocketshell/handheld_windows.h"

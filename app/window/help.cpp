@@ -1,4 +1,4 @@
-#include "app/help.h"
+#include "app/window/help.h"
 
 #include <windows.h>
 

@@ -1,4 +1,4 @@
-#include "app/progress_line.h"
+#include "app/window/progress_line.h"
 
 #include <algorithm>
 

@@ -1,8 +1,8 @@
-#include "app/single_instance.h"
+#include "app/start/single_instance.h"
 
-#include "app/command_line.h"
-#include "app/main_window.h"
-#include "app/messages.h"
+#include "app/start/command_line.h"
+#include "app/window/main_window.h"
+#include "app/window/messages.h"
 
 namespace {
 

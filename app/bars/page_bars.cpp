@@ -1,10 +1,10 @@
-#include "app/page_bars.h"
+#include "app/bars/page_bars.h"
 
 #include <array>
 #include <vector>
 
-#include "app/rebar.h"
-#include "app/toolbar.h"
+#include "app/bars/rebar.h"
+#include "app/bars/toolbar.h"
 #include "platform/pocketshell/handheld_windows.h"
 #include "views/page_area.h"
 

@@ -5,7 +5,7 @@
 #include <array>
 #include <cstddef>
 
-#include "app/bar_facts.h"
+#include "app/bars/bar_facts.h"
 #include "base/handles.h"
 #include "records/availability.h"
 #include "records/command_bar.h"

@@ -1,4 +1,4 @@
-#include "app/command_bar.h"
+#include "app/bars/command_bar.h"
 
 #include <string>
 #include <utility>

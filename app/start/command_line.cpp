@@ -1,12 +1,12 @@
-#include "app/command_line.h"
+#include "app/start/command_line.h"
 
 #include <windows.h>
 
 #include <string>
 #include <utility>
 
-#include "app/program_state.h"
-#include "app/tab_pages.h"
+#include "app/window/program_state.h"
+#include "app/window/tab_pages.h"
 #include "views/unowned_box.h"
 
 namespace {

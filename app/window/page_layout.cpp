@@ -1,8 +1,8 @@
-#include "app/page_layout.h"
+#include "app/window/page_layout.h"
 
-#include "app/program_state.h"
-#include "app/screen.h"
-#include "app/tab_pages.h"
+#include "app/window/program_state.h"
+#include "app/window/screen.h"
+#include "app/window/tab_pages.h"
 #include "platform/pocketshell/handheld_windows.h"
 #include "views/sip_state.h"
 

@@ -1,7 +1,7 @@
 #include <array>
 #include <cstddef>
 
-#include "app/page_bars.h"
+#include "app/bars/page_bars.h"
 #include "resources/command_ids.h"
 #include "resources/resource_ids.h"
 

@@ -4,8 +4,8 @@
 
 #include <memory>
 
-#include "app/command_bar.h"
-#include "app/window_prompts.h"
+#include "app/bars/command_bar.h"
+#include "app/window/window_prompts.h"
 #include "records/document.h"
 #include "views/form_view.h"
 #include "views/record_list_view.h"

@@ -1,4 +1,4 @@
-#include "app/file_association.h"
+#include "app/start/file_association.h"
 
 #include <windows.h>
 

@@ -1,7 +1,7 @@
-#include "app/start_page.h"
+#include "app/start/start_page.h"
 
-#include "app/program_state.h"
-#include "app/tab_pages.h"
+#include "app/window/program_state.h"
+#include "app/window/tab_pages.h"
 #include "base/app_settings.h"
 
 void showFirstPage() {

@@ -1,4 +1,4 @@
-#include "app/context_menus.h"
+#include "app/window/context_menus.h"
 
 #include "base/handles.h"
 #include "records/view_mode.h"

@@ -4,9 +4,9 @@
 
 #include <functional>
 
-#include "app/bar_facts.h"
-#include "app/menu_bar.h"
-#include "app/page_bars.h"
+#include "app/bars/bar_facts.h"
+#include "app/bars/menu_bar.h"
+#include "app/bars/page_bars.h"
 #include "records/availability.h"
 #include "records/command_bar.h"
 

@@ -1,7 +1,7 @@
-#include "app/page_keys.h"
+#include "app/window/page_keys.h"
 
-#include "app/program_state.h"
-#include "app/tab_pages.h"
+#include "app/window/program_state.h"
+#include "app/window/tab_pages.h"
 #include "resources/command_ids.h"
 
 namespace {

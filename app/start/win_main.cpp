@@ -2,7 +2,7 @@
 
 #include <new>
 
-#include "app/start_up.h"
+#include "app/start/start_up.h"
 
 int WINAPI wWinMain(HINSTANCE hInstance, HINSTANCE, LPWSTR lpCmdLine, int nShowCmd) {
   try {

@@ -1,4 +1,4 @@
-#include "app/program_state.h"
+#include "app/window/program_state.h"
 
 HINSTANCE instanceHandle = nullptr;
 HWND mainWindow = nullptr;

@@ -1,13 +1,13 @@
-#include "app/tab_pages.h"
+#include "app/window/tab_pages.h"
 
 #include <windows.h>
 
 #include <commctrl.h>
 #include <windowsx.h>
 
-#include "app/context_menus.h"
-#include "app/program_state.h"
-#include "app/screen.h"
+#include "app/window/context_menus.h"
+#include "app/window/program_state.h"
+#include "app/window/screen.h"
 #include "base/app_settings.h"
 #include "base/control_handles.h"
 #include "platform/pocketshell/handheld_windows.h"
