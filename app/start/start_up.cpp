@@ -16,7 +16,7 @@
 #include "app/window/screen.h"
 #include "app/window/tab_pages.h"
 #include "base/app_settings.h"
-#include "dialogs/password_lock.h"
+#include "dialogs/password/password_lock.h"
 #include "platform/pocketshell/handheld_windows.h"
 #include "resources/resource_ids.h"
 #include "views/edit_guard.h"

@@ -15,7 +15,7 @@
 #include "app/window/page_layout.h"
 #include "app/window/program_state.h"
 #include "app/window/tab_pages.h"
-#include "dialogs/find_dialog.h"
+#include "dialogs/find/find_dialog.h"
 #include "platform/pocketshell/handheld_windows.h"
 #include "resources/resource_ids.h"
 #include "views/current_dialog.h"

@@ -17,7 +17,7 @@ inline constexpr ULONG_PTR kPathForLater = 1;
 inline constexpr UINT kStartedMessage = WM_USER + 206;
 
 /// Posted when the window has come to the front: another program may have taken the open file away.
-/// (WM_USER + 207 is the colour swatch's, dialogs/options_page_procedures.h.)
+/// (WM_USER + 207 is the colour swatch's, dialogs/options/options_page_procedures.h.)
 inline constexpr UINT kCameToFrontMessage = WM_USER + 209;
 
 /// Posted when the database begins to take its time: what the user did is over when it arrives.

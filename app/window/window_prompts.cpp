@@ -8,7 +8,7 @@
 #include "app/window/main_window.h"
 #include "app/window/messages.h"
 #include "app/window/program_state.h"
-#include "dialogs/go_to.h"
+#include "dialogs/small/go_to.h"
 #include "platform/pocketshell/aygshell.h"
 #include "resources/resource_ids.h"
 #include "views/unowned_box.h"

@@ -3,7 +3,7 @@
 #include <windows.h>
 
 #include "app/window/progress_line.h"
-#include "dialogs/find_dialog.h"
+#include "dialogs/find/find_dialog.h"
 #include "records/user_prompts.h"
 
 /// How a message of that kind looks, as flags of MessageBoxW.

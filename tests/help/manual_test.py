@@ -156,7 +156,7 @@ class ManualTest(unittest.TestCase):
     def test_every_menu_dialog_and_control_is_in_the_manual(self):
         missing = {}
         for folder in ('resources', 'dialogs', 'views'):
-            for path in sorted((ROOT / folder).glob('*.rc')):
+            for path in sorted((ROOT / folder).rglob('*.rc')):
                 for text in source_texts.resource_texts(path.read_text(encoding='utf-8')):
                     if text not in HIDDEN_CONTROLS and plain(text) not in self.text:
                         missing.setdefault(str(path.relative_to(ROOT)), []).append(plain(text))

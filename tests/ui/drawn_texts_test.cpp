@@ -5,7 +5,7 @@
 
 #include <string>
 
-#include "dialogs/combo_box.h"
+#include "dialogs/controls/combo_box.h"
 #include "tests/ui/control_texts_fixture.h"
 #include "tests/ui/dialog_script.h"
 #include "views/field_label.h"

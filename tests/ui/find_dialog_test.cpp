@@ -1,4 +1,4 @@
-#include "dialogs/find_dialog.h"
+#include "dialogs/find/find_dialog.h"
 
 #include <utility>
 

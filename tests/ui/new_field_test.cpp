@@ -1,9 +1,9 @@
-#include "dialogs/new_field.h"
+#include "dialogs/table/new_field.h"
 
 #include <string>
 
 #include "data/field_kinds.h"
-#include "dialogs/new_field_ids.h"
+#include "dialogs/table/new_field_ids.h"
 #include "platform/pocketshell/handheld_windows.h"
 #include "tests/ui/modal_dialog_fixture.h"
 #include "views/current_dialog.h"

@@ -10,9 +10,9 @@
 #include <utility>
 #include <vector>
 
-#include "dialogs/new_field_ids.h"
-#include "dialogs/new_table.h"
-#include "dialogs/new_table_ids.h"
+#include "dialogs/table/new_field_ids.h"
+#include "dialogs/table/new_table.h"
+#include "dialogs/table/new_table_ids.h"
 #include "tests/ui/modal_dialog_fixture.h"
 #include "views/list_view.h"
 

@@ -8,7 +8,7 @@
 #include <functional>
 
 #include "base/options.h"
-#include "dialogs/show_options.h"
+#include "dialogs/options/show_options.h"
 #include "tests/ui/dialog_fixture.h"
 #include "tests/ui/dialog_reading.h"
 

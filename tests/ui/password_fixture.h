@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "base/app_settings.h"
-#include "dialogs/password_lock.h"
+#include "dialogs/password/password_lock.h"
 #include "tests/ui/dialog_fixture.h"
 #include "tests/ui/dialog_reading.h"
 

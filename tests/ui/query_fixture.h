@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "dialogs/query_dialog.h"
+#include "dialogs/query/query_dialog.h"
 #include "gmock/gmock.h"
 #include "tests/ui/typed_dialog_fixture.h"
 #include "tests/ui/window_reading.h"

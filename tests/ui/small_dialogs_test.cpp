@@ -4,12 +4,12 @@
 
 #include <string>
 
-#include "dialogs/about.h"
-#include "dialogs/about_ids.h"
-#include "dialogs/database_info.h"
-#include "dialogs/database_info_ids.h"
-#include "dialogs/go_to.h"
-#include "dialogs/go_to_ids.h"
+#include "dialogs/small/about.h"
+#include "dialogs/small/about_ids.h"
+#include "dialogs/small/database_info.h"
+#include "dialogs/small/database_info_ids.h"
+#include "dialogs/small/go_to.h"
+#include "dialogs/small/go_to_ids.h"
 #include "platform/pocketshell/handheld_windows.h"
 #include "tests/ui/modal_dialog_fixture.h"
 #include "views/current_dialog.h"

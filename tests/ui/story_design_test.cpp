@@ -1,9 +1,9 @@
 // Stories of databases, tables and queries.
 #include <fstream>
 
-#include "dialogs/new_field_ids.h"
-#include "dialogs/new_table_ids.h"
-#include "dialogs/query_dialog_ids.h"
+#include "dialogs/query/query_dialog_ids.h"
+#include "dialogs/table/new_field_ids.h"
+#include "dialogs/table/new_table_ids.h"
 #include "resources/command_ids.h"
 #include "tests/ui/story_test.h"
 #include "tests/ui/user_input.h"

@@ -1,8 +1,8 @@
 // Stories of the options and of the password.
 #include "base/app_colors.h"
 #include "base/options.h"
-#include "dialogs/options_ids.h"
-#include "dialogs/password_ids.h"
+#include "dialogs/options/options_ids.h"
+#include "dialogs/password/password_ids.h"
 #include "resources/command_ids.h"
 #include "tests/ui/story_test.h"
 

@@ -1,8 +1,8 @@
 // Stories of records: on the form, found, gone to, refused.
 #include "base/options.h"
-#include "dialogs/database_info_ids.h"
-#include "dialogs/find_dialog_ids.h"
-#include "dialogs/go_to_ids.h"
+#include "dialogs/find/find_dialog_ids.h"
+#include "dialogs/small/database_info_ids.h"
+#include "dialogs/small/go_to_ids.h"
 #include "resources/command_ids.h"
 #include "tests/ui/story_test.h"
 

@@ -1,4 +1,4 @@
-#include "dialogs/table_design.h"
+#include "dialogs/table/table_design.h"
 
 #include <string>
 

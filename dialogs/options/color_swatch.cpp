@@ -1,0 +1,30 @@
+#include "dialogs/options/color_swatch.h"
+
+#include "base/handles.h"
+#include "platform/pocketshell/handheld_windows.h"
+
+namespace {
+
+constexpr RECT kFrame = {130, 208, 192, 230};
+constexpr RECT kInside = {131, 209, 191, 229};
+
+RECT onMonitor(const RECT& handheld) {
+  return {HandheldToMonitor(static_cast<int>(handheld.left)),
+          HandheldToMonitor(static_cast<int>(handheld.top)),
+          HandheldToMonitor(static_cast<int>(handheld.right)),
+          HandheldToMonitor(static_cast<int>(handheld.bottom))};
+}
+
+}  // namespace
+
+RECT swatchPlace() {
+  return onMonitor(kFrame);
+}
+
+void drawSwatch(HDC dc, COLORREF color) {
+  const RECT frame = onMonitor(kFrame);
+  const RECT inside = onMonitor(kInside);
+  FillRect(dc, &frame, static_cast<HBRUSH>(GetStockObject(BLACK_BRUSH)));
+  const UniqueBrush brush(CreateSolidBrush(color));
+  FillRect(dc, &inside, brush.get());
+}

@@ -1,0 +1,26 @@
+#include "dialogs/small/database_info.h"
+
+#include "dialogs/small/database_info_ids.h"
+#include "views/dialog_place.h"
+
+int DatabaseInfoDialog::run(HWND owner) {
+  return runTemplate(IDD_DATABASE_INFO, owner);
+}
+
+void DatabaseInfoDialog::opened() {
+  centreDialog(window());
+  SetDlgItemTextW(window(), IDC_INFO_DATABASE, databasePath.text());
+  SetDlgItemTextW(window(), IDC_INFO_TABLE, tableName.text());
+  SetDlgItemTextW(window(), IDC_INFO_QUERY, queryName.text());
+  SetDlgItemTextW(window(), IDC_INFO_SQL, sqlText.text());
+  // In one of the texts the caret would have selected the whole of it.
+  SetFocus(control(IDOK));
+}
+
+bool DatabaseInfoDialog::command(WORD id, WORD notification) {
+  static constexpr DialogCommand<DatabaseInfoDialog> kCommands[] = {
+      {IDOK, BN_CLICKED, &DatabaseInfoDialog::confirm},
+      {IDCANCEL, BN_CLICKED, &DatabaseInfoDialog::cancel},
+  };
+  return answerCommand<DatabaseInfoDialog>(*this, kCommands, id, notification);
+}
