@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "records/view_mode.h"
-#include "views/page_area.h"
+#include "views/shared/page_area.h"
 
 namespace {
 

@@ -6,7 +6,7 @@
 #include "app/bars/rebar.h"
 #include "app/bars/toolbar.h"
 #include "platform/pocketshell/handheld_windows.h"
-#include "views/page_area.h"
+#include "views/shared/page_area.h"
 
 namespace {
 

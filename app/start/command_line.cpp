@@ -7,7 +7,7 @@
 
 #include "app/window/program_state.h"
 #include "app/window/tab_pages.h"
-#include "views/unowned_box.h"
+#include "views/shared/unowned_box.h"
 
 namespace {
 

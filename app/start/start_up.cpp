@@ -19,9 +19,9 @@
 #include "dialogs/password/password_lock.h"
 #include "platform/pocketshell/handheld_windows.h"
 #include "resources/resource_ids.h"
-#include "views/edit_guard.h"
-#include "views/queries_list_view.h"
-#include "views/tables_list_view.h"
+#include "views/names/queries_list_view.h"
+#include "views/names/tables_list_view.h"
+#include "views/shared/edit_guard.h"
 
 namespace {
 

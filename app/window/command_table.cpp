@@ -13,7 +13,7 @@
 #include "dialogs/table/new_table.h"
 #include "platform/pocketshell/aygshell.h"
 #include "resources/command_ids.h"
-#include "views/focused_edit.h"
+#include "views/shared/focused_edit.h"
 
 namespace {
 

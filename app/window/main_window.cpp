@@ -18,10 +18,10 @@
 #include "dialogs/find/find_dialog.h"
 #include "platform/pocketshell/handheld_windows.h"
 #include "resources/resource_ids.h"
-#include "views/current_dialog.h"
-#include "views/list_view.h"
-#include "views/message_table.h"
-#include "views/name_list_view.h"
+#include "views/dialog/current_dialog.h"
+#include "views/names/name_list_view.h"
+#include "views/shared/list_view.h"
+#include "views/shared/message_table.h"
 
 namespace {
 

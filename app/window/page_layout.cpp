@@ -4,7 +4,7 @@
 #include "app/window/screen.h"
 #include "app/window/tab_pages.h"
 #include "platform/pocketshell/handheld_windows.h"
-#include "views/sip_state.h"
+#include "views/shared/sip_state.h"
 
 namespace {
 

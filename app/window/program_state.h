@@ -7,8 +7,8 @@
 #include "app/bars/command_bar.h"
 #include "app/window/window_prompts.h"
 #include "records/document.h"
-#include "views/form_view.h"
-#include "views/record_list_view.h"
+#include "views/form/form_view.h"
+#include "views/grid/record_list_view.h"
 
 /// What exists once in the program. Window procedures receive no context of their own and find it here.
 /// Set by start-up (start_up.h), used on the user-interface thread only.

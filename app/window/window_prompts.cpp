@@ -11,7 +11,7 @@
 #include "dialogs/small/go_to.h"
 #include "platform/pocketshell/aygshell.h"
 #include "resources/resource_ids.h"
-#include "views/unowned_box.h"
+#include "views/shared/unowned_box.h"
 
 namespace {
 

@@ -6,8 +6,8 @@
 #include "base/settings_store.h"
 #include "dialogs/controls/combo_box.h"
 #include "dialogs/find/find_dialog_ids.h"
-#include "views/child_control.h"
-#include "views/dialog_place.h"
+#include "views/dialog/dialog_place.h"
+#include "views/shared/child_control.h"
 
 namespace {
 

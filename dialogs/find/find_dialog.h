@@ -6,8 +6,8 @@
 
 #include "base/name_list.h"
 #include "records/find_state.h"
-#include "views/input_panel_hold.h"
-#include "views/modal_dialog.h"
+#include "views/dialog/input_panel_hold.h"
+#include "views/dialog/modal_dialog.h"
 
 /// The dialog that says what is searched for in the records. It is modal and stays open between the steps
 /// of a search, each of which it asks its owner for; it searches nothing itself. Its check boxes and the

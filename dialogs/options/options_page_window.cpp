@@ -4,8 +4,8 @@
 
 #include "dialogs/controls/dialog_layout.h"
 #include "platform/pocketshell/handheld_windows.h"
-#include "views/dialog_colors.h"
-#include "views/dialog_place.h"
+#include "views/dialog/dialog_colors.h"
+#include "views/dialog/dialog_place.h"
 
 namespace {
 

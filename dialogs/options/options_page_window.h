@@ -4,7 +4,7 @@
 
 #include <span>
 
-#include "views/message_table.h"
+#include "views/shared/message_table.h"
 
 /// What the windows of the options sheet's pages have in common.
 namespace optionspage {

@@ -9,8 +9,8 @@
 #include "dialogs/options/options_page_procedures.h"
 #include "dialogs/options/options_page_window.h"
 #include "platform/pocketshell/handheld_windows.h"
-#include "views/current_dialog.h"
-#include "views/dialog_place.h"
+#include "views/dialog/current_dialog.h"
+#include "views/dialog/dialog_place.h"
 
 namespace {
 

@@ -2,7 +2,7 @@
 
 #include "dialogs/options/options_sheet.h"
 #include "platform/pocketshell/aygshell.h"
-#include "views/input_panel_hold.h"
+#include "views/dialog/input_panel_hold.h"
 
 namespace {
 

@@ -3,7 +3,7 @@
 #include <utility>
 
 #include "dialogs/password/password_ids.h"
-#include "views/dialog_place.h"
+#include "views/dialog/dialog_place.h"
 
 namespace {
 

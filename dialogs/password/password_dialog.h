@@ -7,8 +7,8 @@
 #include <span>
 
 #include "base/string.h"
-#include "views/input_panel_hold.h"
-#include "views/modal_dialog.h"
+#include "views/dialog/input_panel_hold.h"
+#include "views/dialog/modal_dialog.h"
 
 /// The dialogs with password edits, centred over the window that opens them: "Enter Password" with one
 /// and "Change Password" with three. The input panel is up while one is open, as far as the user's setting

@@ -5,7 +5,7 @@
 #include "base/app_settings.h"
 #include "base/settings_store.h"
 #include "dialogs/password/password_dialog.h"
-#include "views/unowned_box.h"
+#include "views/shared/unowned_box.h"
 
 namespace {
 

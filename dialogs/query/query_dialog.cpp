@@ -9,9 +9,9 @@
 #include "dialogs/controls/combo_box.h"
 #include "dialogs/query/query_dialog_ids.h"
 #include "platform/pocketshell/handheld_windows.h"
-#include "views/child_control.h"
-#include "views/dialog_place.h"
-#include "views/sip_state.h"
+#include "views/dialog/dialog_place.h"
+#include "views/shared/child_control.h"
+#include "views/shared/sip_state.h"
 
 namespace {
 

@@ -6,8 +6,8 @@
 
 #include "base/name_list.h"
 #include "base/string.h"
-#include "views/input_panel_hold.h"
-#include "views/modal_dialog.h"
+#include "views/dialog/input_panel_hold.h"
+#include "views/dialog/modal_dialog.h"
 
 /// What the Query dialog needs of the program. All of it is set, and lasts as long as the dialog runs.
 struct QueryDialogHost {

@@ -5,7 +5,7 @@
 #include "dialogs/small/about_ids.h"
 #include "platform/pocketshell/handheld_windows.h"
 #include "resources/resource_ids.h"
-#include "views/dialog_place.h"
+#include "views/dialog/dialog_place.h"
 
 namespace {
 

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "base/handles.h"
-#include "views/input_panel_hold.h"
-#include "views/modal_dialog.h"
+#include "views/dialog/input_panel_hold.h"
+#include "views/dialog/modal_dialog.h"
 
 /// "About Quivane for Pocket PC": the program's icon, name and version, full screen. The icon is the
 /// program's resource.

@@ -1,7 +1,7 @@
 #include "dialogs/small/database_info.h"
 
 #include "dialogs/small/database_info_ids.h"
-#include "views/dialog_place.h"
+#include "views/dialog/dialog_place.h"
 
 int DatabaseInfoDialog::run(HWND owner) {
   return runTemplate(IDD_DATABASE_INFO, owner);

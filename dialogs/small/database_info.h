@@ -1,7 +1,7 @@
 #pragma once
 
 #include "base/string.h"
-#include "views/modal_dialog.h"
+#include "views/dialog/modal_dialog.h"
 
 /// "Database Information": shows what is open. The fields are in: the texts that it shows, each empty
 /// where there is none.

@@ -3,7 +3,7 @@
 #include <string>
 
 #include "dialogs/small/go_to_ids.h"
-#include "views/dialog_place.h"
+#include "views/dialog/dialog_place.h"
 
 int GoToDialog::run(HWND owner) {
   return runTemplate(IDD_GO_TO, owner);

@@ -2,8 +2,8 @@
 
 #include <cstdint>
 
-#include "views/input_panel_hold.h"
-#include "views/modal_dialog.h"
+#include "views/dialog/input_panel_hold.h"
+#include "views/dialog/modal_dialog.h"
 
 /// "Move to Record...": asks for the number of a record.
 class GoToDialog final : private ModalDialog {

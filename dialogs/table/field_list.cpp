@@ -6,7 +6,7 @@
 #include "base/showable_text.h"
 #include "dialogs/table/table_design.h"
 #include "platform/pocketshell/handheld_windows.h"
-#include "views/list_view.h"
+#include "views/shared/list_view.h"
 
 namespace {
 

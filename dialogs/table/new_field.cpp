@@ -5,8 +5,8 @@
 #include "data/field_kinds.h"
 #include "dialogs/table/new_field_ids.h"
 #include "dialogs/table/table_design.h"
-#include "views/child_control.h"
-#include "views/dialog_place.h"
+#include "views/dialog/dialog_place.h"
+#include "views/shared/child_control.h"
 
 namespace {
 

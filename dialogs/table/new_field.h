@@ -1,8 +1,8 @@
 #pragma once
 
 #include "data/schema.h"
-#include "views/input_panel_hold.h"
-#include "views/modal_dialog.h"
+#include "views/dialog/input_panel_hold.h"
+#include "views/dialog/modal_dialog.h"
 
 /// "New Field": asks for the name and the type of one field of a new table.
 class NewFieldDialog final : private ModalDialog {

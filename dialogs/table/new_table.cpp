@@ -8,8 +8,8 @@
 #include "dialogs/table/new_table_ids.h"
 #include "dialogs/table/table_design.h"
 #include "platform/pocketshell/handheld_windows.h"
-#include "views/child_control.h"
-#include "views/dialog_place.h"
+#include "views/dialog/dialog_place.h"
+#include "views/shared/child_control.h"
 
 namespace {
 

@@ -6,8 +6,8 @@
 #include "base/string.h"
 #include "data/schema.h"
 #include "dialogs/table/field_list.h"
-#include "views/input_panel_hold.h"
-#include "views/modal_dialog.h"
+#include "views/dialog/input_panel_hold.h"
+#include "views/dialog/modal_dialog.h"
 
 /// "New Table": the name of a new table and its fields. The dialog creates nothing.
 class NewTableDialog final : private ModalDialog {

@@ -5,7 +5,7 @@
 #include "gmock/gmock.h"
 #include "platform/pocketshell/handheld_windows.h"
 #include "tests/ui/bar_host.h"
-#include "views/page_area.h"
+#include "views/shared/page_area.h"
 
 using testing::ElementsAre;
 

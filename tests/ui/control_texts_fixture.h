@@ -8,8 +8,8 @@
 #include "gtest/gtest.h"
 #include "tests/ui/host_window.h"
 #include "tests/ui/random_texts.h"
-#include "views/edit_guard.h"
-#include "views/form_layout.h"
+#include "views/form/form_layout.h"
+#include "views/shared/edit_guard.h"
 
 /// Shows any text whatever in controls of a window of this process. One that the system's layout does not
 /// survive ends the test program.

@@ -14,7 +14,7 @@
 #include "tests/ui/shell_frame.h"
 #include "tests/ui/window_reading.h"
 #include "tests/unit/base_registry_fixture.h"
-#include "views/current_dialog.h"
+#include "views/dialog/current_dialog.h"
 
 /// Dialogs over a main window of the test, with a registry of their own, the default colours, zoom 100 and
 /// the input panel of the handheld, which is down.

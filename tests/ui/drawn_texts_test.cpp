@@ -8,9 +8,9 @@
 #include "dialogs/controls/combo_box.h"
 #include "tests/ui/control_texts_fixture.h"
 #include "tests/ui/dialog_script.h"
-#include "views/field_label.h"
-#include "views/list_view.h"
-#include "views/unowned_box.h"
+#include "views/form/field_label.h"
+#include "views/shared/list_view.h"
+#include "views/shared/unowned_box.h"
 
 namespace {
 

@@ -6,7 +6,7 @@
 #include "base/showable_text.h"
 #include "tests/ui/control_texts_fixture.h"
 #include "tests/ui/window_reading.h"
-#include "views/text_field_editor.h"
+#include "views/form/text_field_editor.h"
 
 namespace {
 

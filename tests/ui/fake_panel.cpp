@@ -1,7 +1,7 @@
 #include "tests/ui/fake_panel.h"
 
 #include "platform/pocketshell/aygshell.h"
-#include "views/sip_state.h"
+#include "views/shared/sip_state.h"
 
 // The import that the program calls through, as the compiler names it.
 extern "C" decltype(&SHSipInfo) __imp_SHSipInfo;  // NOLINT(bugprone-reserved-identifier)

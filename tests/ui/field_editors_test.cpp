@@ -6,11 +6,11 @@
 #include "tests/ui/dialog_script.h"
 #include "tests/ui/form_fixture.h"
 #include "tests/ui/window_reading.h"
-#include "views/check_field_editor.h"
-#include "views/date_field_editor.h"
-#include "views/field_label.h"
-#include "views/focused_edit.h"
-#include "views/text_field_editor.h"
+#include "views/form/check_field_editor.h"
+#include "views/form/date_field_editor.h"
+#include "views/form/field_label.h"
+#include "views/form/text_field_editor.h"
+#include "views/shared/focused_edit.h"
 
 namespace {
 

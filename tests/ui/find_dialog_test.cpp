@@ -8,7 +8,7 @@
 #include "tests/ui/dialog_script.h"
 #include "tests/ui/typed_dialog_fixture.h"
 #include "tests/ui/window_reading.h"
-#include "views/current_dialog.h"
+#include "views/dialog/current_dialog.h"
 
 using testing::ElementsAre;
 using testing::IsEmpty;

@@ -5,7 +5,7 @@
 #include "base/handles.h"
 #include "gmock/gmock.h"
 #include "tests/ui/host_window.h"
-#include "views/form_wrapper.h"
+#include "views/form/form_wrapper.h"
 
 namespace {
 

@@ -12,8 +12,8 @@
 #include "tests/ui/fake_pages.h"
 #include "tests/ui/fake_panel.h"
 #include "tests/ui/host_window.h"
-#include "views/form_view.h"
-#include "views/form_wrapper.h"
+#include "views/form/form_view.h"
+#include "views/form/form_wrapper.h"
 
 /// A form in a hidden window of this process, over a database of its own.
 class FormFixture : public testing::Test {

@@ -1,4 +1,4 @@
-#include "views/form_layout.h"
+#include "views/form/form_layout.h"
 
 #include "gtest/gtest.h"
 

@@ -10,12 +10,12 @@
 #include "tests/ui/form_fixture.h"
 #include "tests/ui/graphics_objects.h"
 #include "tests/ui/window_reading.h"
-#include "views/calendar_keys.h"
-#include "views/calendar_popup.h"
-#include "views/current_dialog.h"
-#include "views/date_field_editor.h"
-#include "views/field_zoom.h"
-#include "views/text_field_editor.h"
+#include "views/dialog/current_dialog.h"
+#include "views/form/calendar_keys.h"
+#include "views/form/calendar_popup.h"
+#include "views/form/date_field_editor.h"
+#include "views/form/field_zoom.h"
+#include "views/form/text_field_editor.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "views/form_view.h"
+#include "views/form/form_view.h"
 
 #include "base/app_settings.h"
 #include "base/live_resources.h"
@@ -6,8 +6,8 @@
 #include "gmock/gmock.h"
 #include "tests/ui/form_fixture.h"
 #include "tests/ui/window_reading.h"
-#include "views/date_field_editor.h"
-#include "views/text_field_editor.h"
+#include "views/form/date_field_editor.h"
+#include "views/form/text_field_editor.h"
 
 namespace {
 

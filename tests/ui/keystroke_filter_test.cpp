@@ -1,9 +1,9 @@
-#include "views/keystroke_filter.h"
+#include "views/form/keystroke_filter.h"
 
 #include <string>
 
 #include "gtest/gtest.h"
-#include "views/editor_registry.h"
+#include "views/form/editor_registry.h"
 
 namespace {
 

@@ -8,9 +8,9 @@
 #include "tests/ui/dialog_script.h"
 #include "tests/ui/form_fixture.h"
 #include "tests/ui/window_reading.h"
-#include "views/field_zoom.h"
-#include "views/shown_text.h"
-#include "views/text_field_editor.h"
+#include "views/form/field_zoom.h"
+#include "views/form/text_field_editor.h"
+#include "views/shared/shown_text.h"
 
 namespace {
 

@@ -18,10 +18,10 @@
 #include "tests/ui/remote_window.h"
 #include "tests/ui/walk_model.h"
 #include "tests/ui/window_reading.h"
-#include "views/form_ids.h"
-#include "views/list_view.h"
-#include "views/popup_ids.h"
-#include "views/text_field_editor.h"
+#include "views/form/form_ids.h"
+#include "views/form/popup_ids.h"
+#include "views/form/text_field_editor.h"
+#include "views/shared/list_view.h"
 
 namespace {
 

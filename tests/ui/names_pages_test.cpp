@@ -11,9 +11,9 @@
 #include "gtest/gtest.h"
 #include "tests/ui/fake_pages.h"
 #include "tests/ui/host_window.h"
-#include "views/list_view.h"
-#include "views/queries_list_view.h"
-#include "views/tables_list_view.h"
+#include "views/names/queries_list_view.h"
+#include "views/names/tables_list_view.h"
+#include "views/shared/list_view.h"
 
 namespace {
 

@@ -6,7 +6,7 @@
 #include "dialogs/table/new_field_ids.h"
 #include "platform/pocketshell/handheld_windows.h"
 #include "tests/ui/modal_dialog_fixture.h"
-#include "views/current_dialog.h"
+#include "views/dialog/current_dialog.h"
 
 using testing::ElementsAre;
 using testing::IsEmpty;

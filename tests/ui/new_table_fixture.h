@@ -14,7 +14,7 @@
 #include "dialogs/table/new_table.h"
 #include "dialogs/table/new_table_ids.h"
 #include "tests/ui/modal_dialog_fixture.h"
-#include "views/list_view.h"
+#include "views/shared/list_view.h"
 
 /// Name and type of a row.
 using TableRow = std::pair<std::wstring, std::wstring>;

@@ -1,7 +1,7 @@
 // How the dialog for a new table lies on the screen, with the input panel and at every zoom.
 #include "platform/pocketshell/handheld_windows.h"
 #include "tests/ui/new_table_fixture.h"
-#include "views/current_dialog.h"
+#include "views/dialog/current_dialog.h"
 
 using testing::ElementsAre;
 using testing::IsEmpty;

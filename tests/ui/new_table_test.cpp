@@ -2,7 +2,7 @@
 #include "tests/support/paths.h"
 #include "tests/ui/new_table_fixture.h"
 #include "tests/ui/test_database.h"
-#include "views/current_dialog.h"
+#include "views/dialog/current_dialog.h"
 
 using testing::ElementsAre;
 using testing::IsEmpty;

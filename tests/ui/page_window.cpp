@@ -11,10 +11,10 @@
 #include "app/window/tab_pages.h"
 #include "resources/command_ids.h"
 #include "tests/ui/window_reading.h"
-#include "views/form_ids.h"
-#include "views/input_panel_hold.h"
-#include "views/list_view.h"
-#include "views/name_list_view.h"
+#include "views/dialog/input_panel_hold.h"
+#include "views/form/form_ids.h"
+#include "views/names/name_list_view.h"
+#include "views/shared/list_view.h"
 
 // The imports that the program calls through, as the compiler names them.
 extern "C" decltype(&MessageBoxW) __imp_MessageBoxW;            // NOLINT(bugprone-reserved-identifier)

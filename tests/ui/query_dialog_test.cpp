@@ -1,6 +1,6 @@
 #include "data/sql_names.h"
 #include "tests/ui/query_fixture.h"
-#include "views/current_dialog.h"
+#include "views/dialog/current_dialog.h"
 
 using testing::ElementsAre;
 using testing::IsEmpty;

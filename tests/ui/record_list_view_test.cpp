@@ -1,4 +1,4 @@
-#include "views/record_list_view.h"
+#include "views/grid/record_list_view.h"
 
 #include <commctrl.h>
 
@@ -13,7 +13,7 @@
 #include "tests/ui/fake_pages.h"
 #include "tests/ui/host_window.h"
 #include "tests/ui/test_database.h"
-#include "views/list_view.h"
+#include "views/shared/list_view.h"
 
 using testing::ElementsAre;
 using testing::IsEmpty;

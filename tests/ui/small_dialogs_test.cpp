@@ -12,8 +12,8 @@
 #include "dialogs/small/go_to_ids.h"
 #include "platform/pocketshell/handheld_windows.h"
 #include "tests/ui/modal_dialog_fixture.h"
-#include "views/current_dialog.h"
-#include "views/field_zoom.h"
+#include "views/dialog/current_dialog.h"
+#include "views/form/field_zoom.h"
 
 using testing::ElementsAre;
 using testing::IsEmpty;

@@ -8,7 +8,7 @@
 #include "gtest/gtest.h"
 #include "tests/automation/sqlite_file.h"
 #include "tests/ui/test_database.h"
-#include "views/form_ids.h"
+#include "views/form/form_ids.h"
 
 using automationtest::SqliteFile;
 

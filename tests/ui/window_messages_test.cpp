@@ -14,7 +14,7 @@
 #include "tests/ui/program_thread.h"
 #include "tests/ui/remote_window.h"
 #include "tests/ui/test_database.h"
-#include "views/form_ids.h"
+#include "views/form/form_ids.h"
 
 using testing::ElementsAre;
 

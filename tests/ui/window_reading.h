@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "views/form_layout.h"
+#include "views/form/form_layout.h"
 
 /// Reads windows of this process.
 

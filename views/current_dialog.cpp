@@ -1,3 +1,0 @@
-#include "views/current_dialog.h"
-
-HWND currentDialog = nullptr;

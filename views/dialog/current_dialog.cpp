@@ -1,0 +1,3 @@
+#include "views/dialog/current_dialog.h"
+
+HWND currentDialog = nullptr;

@@ -1,0 +1,85 @@
+#include "views/dialog/modal_dialog.h"
+
+#include <array>
+#include <utility>
+
+#include "platform/pocketshell/handheld_windows.h"
+#include "views/dialog/current_dialog.h"
+#include "views/dialog/dialog_colors.h"
+#include "views/shared/escaped_exception.h"
+#include "views/shared/unowned_box.h"
+
+const std::span<const ModalDialog::MessageRow> ModalDialog::kMessages = [] {
+  static constexpr std::array kRows = {
+      MessageRow{WM_INITDIALOG, &ModalDialog::initialised},
+      MessageRow{WM_COMMAND, &ModalDialog::commandGiven},
+      MessageRow{WM_CTLCOLORDLG, &ModalDialog::colorAsked},
+      MessageRow{WM_CTLCOLORSTATIC, &ModalDialog::colorAsked},
+      MessageRow{WM_SETTINGCHANGE, &ModalDialog::settingChanged},
+      MessageRow{WM_DESTROY, &ModalDialog::destroyed},
+  };
+  return std::span<const MessageRow>(kRows);
+}();
+
+int ModalDialog::runTemplate(WORD templateId, HWND owner) {
+  const INT_PTR result = HandheldDialogBox(GetModuleHandleW(nullptr), templateId, owner, procedure,
+                                           reinterpret_cast<LPARAM>(this));
+  window_ = nullptr;
+  return result > 0 ? static_cast<int>(result) : IDCANCEL;
+}
+
+void ModalDialog::tell(const wchar_t* text, const wchar_t* caption) const {
+  showBox(window_, text, caption, MB_SETFOREGROUND);
+}
+
+INT_PTR CALLBACK ModalDialog::procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept {
+  if (message == WM_INITDIALOG) {
+    SetWindowLongPtrW(window, DWLP_USER, lParam);
+    reinterpret_cast<ModalDialog*>(lParam)->window_ = window;
+  }
+  ModalDialog* const dialog = of(window);
+  if (!dialog) return FALSE;
+  try {
+    return dialog->answer(message, wParam, lParam);
+  } catch (...) {
+    tellEscapedException(window);
+    if (message != WM_INITDIALOG) return TRUE;
+    EndDialog(window, IDCANCEL);
+    return FALSE;
+  }
+}
+
+INT_PTR ModalDialog::answer(UINT message, WPARAM wParam, LPARAM lParam) {
+  for (const MessageRow& row : kMessages) {
+    if (row.message == message) return (this->*row.handler)(wParam, lParam);
+  }
+  // A number that the system gives out at run time has no place in the table.
+  if (message == HandheldZoomMessage()) zoomChanged();
+  return FALSE;
+}
+
+INT_PTR ModalDialog::initialised(WPARAM, LPARAM) {
+  dialogBelow_ = std::exchange(currentDialog, window_);
+  opened();
+  return FALSE;
+}
+
+INT_PTR ModalDialog::commandGiven(WPARAM wParam, LPARAM) {
+  return command(LOWORD(wParam), HIWORD(wParam)) ? TRUE : FALSE;
+}
+
+INT_PTR ModalDialog::colorAsked(WPARAM wParam, LPARAM lParam) {
+  return reinterpret_cast<INT_PTR>(
+      dialogBrush(reinterpret_cast<HDC>(wParam), reinterpret_cast<HWND>(lParam)));
+}
+
+INT_PTR ModalDialog::settingChanged(WPARAM, LPARAM) {
+  settingsChanged();
+  return FALSE;
+}
+
+INT_PTR ModalDialog::destroyed(WPARAM, LPARAM) {
+  currentDialog = dialogBelow_;
+  ended();
+  return FALSE;
+}

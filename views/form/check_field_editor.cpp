@@ -1,0 +1,28 @@
+#include "views/form/check_field_editor.h"
+
+#include <cwchar>
+
+#include "views/form/tab_key.h"
+
+bool CheckFieldEditor::create(const wchar_t* text, const ControlCreation& creation) {
+  if (!createControl(L"BUTTON", text, creation)) return false;
+  moveFocusByTabKey(window());
+  return true;
+}
+
+void CheckFieldEditor::setChecked(bool checked) {
+  SendMessageW(window(), BM_SETCHECK, checked ? BST_CHECKED : BST_UNCHECKED, 0);
+  checked_ = checked;
+}
+
+bool CheckFieldEditor::isChecked() const {
+  return SendMessageW(window(), BM_GETCHECK, 0, 0) == BST_CHECKED;
+}
+
+void CheckFieldEditor::load(const FieldSnapshot& field, bool) {
+  setChecked(std::wcscmp(field.text.text(), L"-1") == 0);
+  if (isLocked_ == isUnread(field)) return;
+  isLocked_ = isUnread(field);
+  // A box that does not check itself keeps the focus and its look, and stays as it is.
+  SendMessageW(window(), BM_SETSTYLE, (isLocked_ ? BS_CHECKBOX : BS_AUTOCHECKBOX) | BS_LEFTTEXT, TRUE);
+}

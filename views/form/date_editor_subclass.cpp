@@ -1,0 +1,62 @@
+#include "views/form/date_editor_subclass.h"
+
+#include <commctrl.h>
+
+#include <array>
+
+#include "base/handles.h"
+#include "views/shared/message_table.h"
+
+DateEditorRegistry theDateEditors;
+
+namespace {
+
+LRESULT tapped(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+  if (DateFieldEditor* const editor = theDateEditors.find(window)) editor->openCalendar();
+  return DefSubclassProc(window, message, wParam, lParam);
+}
+
+/// The keyboard's tap.
+LRESULT characterTyped(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+  return wParam == L' ' ? tapped(window, message, wParam, lParam)
+                        : DefSubclassProc(window, message, wParam, lParam);
+}
+
+LRESULT focusChanged(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+  InvalidateRect(window, nullptr, TRUE);
+  return DefSubclassProc(window, message, wParam, lParam);
+}
+
+/// A text does not show by itself that it has the focus.
+LRESULT painted(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+  const LRESULT result = DefSubclassProc(window, message, wParam, lParam);
+  if (GetFocus() != window) return result;
+  RECT client{};
+  GetClientRect(window, &client);
+  const UniqueWindowDc dc(window);
+  DrawFocusRect(dc.dc(), &client);
+  return result;
+}
+
+constexpr std::array kMessages = {
+    MessageRow{WM_LBUTTONDOWN, tapped},    MessageRow{WM_CHAR, characterTyped},
+    MessageRow{WM_SETFOCUS, focusChanged}, MessageRow{WM_KILLFOCUS, focusChanged},
+    MessageRow{WM_PAINT, painted},
+};
+
+LRESULT CALLBACK dateEditorProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR,
+                                     DWORD_PTR) noexcept {
+  return answerFromTable(kMessages, window, message, wParam, lParam, DefSubclassProc);
+}
+
+}  // namespace
+
+void attachDateEditor(DateFieldEditor& editor) {
+  if (theDateEditors.add(editor.window(), editor)) {
+    SetWindowSubclass(editor.window(), dateEditorProcedure, 0, 0);
+  }
+}
+
+void detachDateEditor(const DateFieldEditor& editor) {
+  theDateEditors.remove(editor);
+}

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <windows.h>
+
+#include <optional>
+
+#include "data/field_value_source.h"
+#include "data/record_snapshot.h"
+#include "views/shared/child_control.h"
+
+/// The editor of one field of the form: what the form asks of every kind.
+class FieldEditor : public FieldValueSource {
+ public:
+  HWND window() const { return control_.window(); }
+  void show(bool visible) const { control_.show(visible); }
+  void takeFocus() const { SetFocus(window()); }
+  virtual void position(const ControlPlace& place, UINT flags) { moveControl(place, flags); }
+
+  /// Shows what the field was read as. From here on the editor is unchanged. Where nothing is known of the
+  /// value nothing is shown, and the editor takes nothing from the user until it is loaded again.
+  virtual void load(const FieldSnapshot& field, bool isNewRecord) = 0;
+  /// Whether the user changed the content since the last loading. An editor that keeps a mark for that
+  /// takes it away.
+  virtual bool takeChange() = 0;
+  /// Selects what a search found; nothing but for editors of text.
+  virtual void selectAll() {}
+
+  bool isChecked() const override { return false; }
+  std::optional<double> date() const override { return std::nullopt; }
+
+ protected:
+  /// Each is true when the system did it.
+  bool createControl(const wchar_t* className, const wchar_t* text, const ControlCreation& creation) {
+    return control_.create(className, text, creation);
+  }
+  bool moveControl(const ControlPlace& place, UINT flags) const { return control_.position(place, flags); }
+  static bool isUnread(const FieldSnapshot& field) { return field.state == FieldSnapshot::State::unreadable; }
+
+ private:
+  ChildControl control_;
+};

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+#include <utility>
+
+#include "base/string.h"
+#include "views/dialog/modal_dialog.h"
+#include "views/shared/shown_text.h"
+
+/// The dialog that shows the whole text of a field, with its line breaks. Of a text that is too long for
+/// that, or has what no control can show, the title says so, and it can't be edited.
+class FieldZoom final : private ModalDialog {
+ public:
+  FieldZoom(String caption, String text, bool readOnly)
+      : caption_(std::move(caption)), text_(std::move(text)), readOnly_(readOnly) {}
+
+  /// Runs the dialog over `owner`. True when the user confirmed it; text() is then what it held.
+  bool run(HWND owner);
+
+  const String& text() const { return text_; }
+
+ private:
+  void opened() override;
+  bool command(WORD id, WORD notification) override;
+  void confirm();
+  std::wstring title(const ShownText& shown) const;
+  void cancel() { close(IDCANCEL); }
+
+  String caption_;
+  String text_;
+  bool readOnly_;
+  bool hasOwnBreaks_ = false;  // the text has itself what soft line ends are made of
+};

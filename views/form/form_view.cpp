@@ -1,0 +1,233 @@
+#include "views/form/form_view.h"
+
+#include <string>
+#include <utility>
+
+#include "data/field_kinds.h"
+#include "platform/pocketshell/handheld_windows.h"
+#include "records/document.h"
+#include "views/form/check_field_editor.h"
+#include "views/form/date_field_editor.h"
+#include "views/form/form_ids.h"
+#include "views/form/text_field_editor.h"
+#include "views/shared/page_area.h"
+#include "views/shared/sip_state.h"
+
+namespace {
+
+/// Without a panel the layout remembers the place where its closed bar would be.
+int sipTopWithoutPanel() {
+  constexpr int kClosedBarHeight = 20;
+  return HandheldGetSystemMetrics(SM_CYSCREEN) - kClosedBarHeight;
+}
+
+void moveTo(FieldLabel* label, FieldEditor& editor, const ControlPlace& labelAt,
+            const ControlPlace& editorAt) {
+  constexpr UINT kFlags = SWP_NOSIZE | SWP_NOZORDER;
+  if (label) label->position({labelAt.x, labelAt.y, 0, 0}, kFlags);
+  editor.position({editorAt.x, editorAt.y, 0, 0}, kFlags);
+}
+
+std::unique_ptr<FieldEditor> createCheckBox(const std::wstring& caption, const ControlCreation& creation) {
+  auto editor = std::make_unique<CheckFieldEditor>();
+  editor->create(caption.c_str(), creation);
+  return editor;
+}
+
+std::unique_ptr<FieldEditor> createDateEditor(const String& name, const ControlCreation& creation) {
+  auto editor = std::make_unique<DateFieldEditor>();
+  editor->setFieldName(name);
+  editor->create(creation);
+  return editor;
+}
+
+std::unique_ptr<FieldEditor> createTextEditor(const Document& document, std::uint32_t field,
+                                              ControlCreation creation) {
+  const FieldEditorKind kind = fieldKind(document.fieldType(field)).editor;
+  const bool readOnly = document.isFieldReadOnly(field);
+  if (readOnly) creation.style |= ES_READONLY;
+  auto editor = std::make_unique<TextFieldEditor>();
+  editor->setFieldName(document.fieldName(field));
+  editor->setNumeric(kind == FieldEditorKind::digits || kind == FieldEditorKind::signedDigits);
+  editor->setMinusAllowed(kind == FieldEditorKind::signedDigits);
+  editor->setMaximumLength(document.fieldWidth(field));
+  editor->setBinary(kind == FieldEditorKind::bytes);
+  editor->setReadOnlyField(readOnly);
+  editor->create(creation);
+  return editor;
+}
+
+}  // namespace
+
+struct FormView::NextIds {
+  int textEditor = kFirstTextEditorId;
+  int checkBox = kFirstCheckBoxId;
+  int dateEditor = kFirstDateEditorId;
+};
+
+void FormView::prepare(Document* document) {
+  document_ = document;
+  if (!document) tearDown();
+}
+
+void FormView::show() {
+  ShowWindow(wrapper_.window(), SW_SHOW);
+}
+
+void FormView::hide() {
+  ShowWindow(wrapper_.window(), SW_HIDE);
+}
+
+// ---- Building
+
+void FormView::build() {
+  tearDown();
+  theTextEditors.reset();
+  theDateEditors.reset();
+  if (!document_ || !wrapper_.window()) return;
+
+  refreshSipState();
+  layoutSipTop_ = sipState.top == kNoSipTop ? sipTopWithoutPanel() : sipState.top;
+  metrics_ =
+      formMetrics(HandheldGetSystemMetrics(SM_CXSCREEN), sipState.height, document_->longestFieldName());
+  NextIds ids;
+  rows_.reserve(document_->fieldCount());
+  for (std::uint32_t field = 0; field < document_->fieldCount(); ++field) {
+    rows_.push_back(createRow(field, ids));
+  }
+  pageCount_ = formPageCount(rowCount(), metrics_.fieldsPerPage);
+  // With its children: the bars are painted over otherwise.
+  RedrawWindow(GetParent(wrapper_.window()), nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
+}
+
+void FormView::tearDown() {
+  rows_.clear();
+  pageIndex_ = 0;
+  pageCount_ = 0;
+}
+
+FormView::Row FormView::createRow(std::uint32_t field, NextIds& ids) const {
+  const HWND parent = wrapper_.window();
+  const int y = rowTop(field);
+  const String& name = document_->fieldName(field);
+  const std::wstring caption = std::wstring(name.text()) + L":";
+
+  const FieldEditorKind kind = fieldKind(document_->fieldType(field)).editor;
+  Row row;
+  if (kind == FieldEditorKind::checkBox) {
+    constexpr DWORD kStyle = WS_CHILD | WS_TABSTOP | BS_AUTOCHECKBOX | BS_LEFTTEXT;
+    row.editor = createCheckBox(caption, {kStyle, checkBoxPlace(y), parent, ids.checkBox++});
+    return row;
+  }
+  row.label = std::make_unique<FieldLabel>();
+  row.label->create(caption.c_str(), {WS_CHILD, labelPlace(y, metrics_), parent, kLabelId});
+  if (kind == FieldEditorKind::date) {
+    // A text is told of taps with SS_NOTIFY only. A date with a time of day is too long for the editor.
+    constexpr DWORD kStyle =
+        WS_CHILD | WS_TABSTOP | WS_BORDER | SS_NOTIFY | SS_CENTER | SS_CENTERIMAGE | SS_ENDELLIPSIS;
+    row.editor = createDateEditor(name, {kStyle, dateEditorPlace(y, metrics_), parent, ids.dateEditor++});
+  } else {
+    constexpr DWORD kStyle = WS_CHILD | WS_VISIBLE | WS_BORDER | WS_TABSTOP | ES_AUTOHSCROLL;
+    row.editor =
+        createTextEditor(*document_, field, {kStyle, textEditorPlace(y, metrics_), parent, ids.textEditor++});
+  }
+  return row;
+}
+
+// ---- Records
+
+void FormView::showRecord(const RecordSnapshot& record) {
+  const FieldSnapshot unread;
+  for (std::uint32_t field = 0; field < rowCount(); ++field) {
+    const bool isRead = field < record.fields().size();
+    rows_[field].editor->load(isRead ? record.fields()[field] : unread, record.isNew());
+  }
+  // Also when another page is shown.
+  if (!rows_.empty()) rows_.front().editor->takeFocus();
+}
+
+void FormView::clearEditors() {
+  const FieldSnapshot none;
+  for (Row& row : rows_) row.editor->load(none, false);
+}
+
+bool FormView::takeChange() {
+  for (Row& row : rows_) {
+    if (row.editor->takeChange()) return true;
+  }
+  return false;
+}
+
+FieldEditors FormView::editors() const {
+  FieldEditors editors;
+  editors.reserve(rows_.size());
+  for (const Row& row : rows_) editors.push_back(row.editor.get());
+  return editors;
+}
+
+void FormView::focusField(std::uint32_t field) {
+  if (field >= rowCount()) return;
+  // What was found on another page would be out of sight.
+  const std::uint32_t page = field / metrics_.fieldsPerPage;
+  if (page != pageIndex_) turnPage(page);
+  rows_[field].editor->takeFocus();
+  rows_[field].editor->selectAll();
+}
+
+// ---- Pages
+
+int FormView::rowTop(std::uint32_t field) const {
+  return formRowTop(field % metrics_.fieldsPerPage, formTopMargin());
+}
+
+void FormView::showPage(bool visible) {
+  const FieldRange range = pageRange();
+  for (std::uint32_t field = range.first; field < range.end; ++field) {
+    if (rows_[field].label) rows_[field].label->show(visible);
+    rows_[field].editor->show(visible);
+  }
+}
+
+void FormView::turnPage(std::uint32_t page) {
+  hideEditors();
+  pageIndex_ = page;
+  showEditors();
+}
+
+bool FormView::showNextPage() {
+  if (pageIndex_ + 1 >= pageCount_) return false;
+  turnPage(pageIndex_ + 1);
+  return true;
+}
+
+bool FormView::showPreviousPage() {
+  if (pageIndex_ == 0) return false;
+  turnPage(pageIndex_ - 1);
+  return true;
+}
+
+void FormView::layOut(bool force) {
+  if (!document_ || !document_->isRecordsetOpen()) return;
+  refreshSipState();
+  if (sipState.top == kNoSipTop) sipState.top = sipTopWithoutPanel();
+  if (sipState.top == layoutSipTop_ && !force) return;
+  layoutSipTop_ = sipState.top;
+  if (document_->viewMode() != ViewMode::form) return;
+
+  const std::uint32_t firstShown = pageRange().first;
+  metrics_.fieldsPerPage = fieldsAbovePanel(sipState.height);
+  pageCount_ = formPageCount(rowCount(), metrics_.fieldsPerPage);
+  moveRows();
+  pageIndex_ = firstShown / metrics_.fieldsPerPage;
+  // A control that was visible and belongs to another page now stays so until that page is left.
+  showPage(recordCount != 0 || document_->isNewRecordPending());
+}
+
+void FormView::moveRows() {
+  for (std::uint32_t field = 0; field < rowCount(); ++field) {
+    const int y = rowTop(field);
+    const bool isCheckBox = !rows_[field].label;
+    moveTo(rows_[field].label.get(), *rows_[field].editor, labelPlace(y, metrics_),
+           isCheckBox ? checkBoxPlace(y) : textEditorPlace(y, metrics_));
+  }
+}

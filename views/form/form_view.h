@@ -1,0 +1,65 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+#include "records/pages.h"
+#include "views/form/field_editor.h"
+#include "views/form/field_label.h"
+#include "views/form/form_layout.h"
+#include "views/form/form_wrapper.h"
+
+class Document;
+
+/// The form of the current record in the window of a FormWrapper.
+class FormView final : public FormPage {
+ public:
+  /// `wrapper` outlives the view.
+  explicit FormView(const FormWrapper& wrapper) : wrapper_(wrapper) {}
+
+  /// Names the Document whose record is shown, which may be null again when it ends; the editors go
+  /// then. Nothing is shown without one.
+  void prepare(Document* document);
+
+  void show() override;
+  void hide() override;
+  /// Takes down the editors that there are before.
+  void build() override;
+  void tearDown() override;
+  void showEditors() override { showPage(true); }
+  void hideEditors() override { showPage(false); }
+  void clearEditors() override;
+  void showRecord(const RecordSnapshot& record) override;
+  bool takeChange() override;
+  FieldEditors editors() const override;
+  void focusField(std::uint32_t field) override;
+  void layOut(bool force) override;
+  bool showNextPage() override;
+  bool showPreviousPage() override;
+  std::uint32_t pageIndex() const override { return pageIndex_; }
+  std::uint32_t pageCount() const override { return pageCount_; }
+
+ private:
+  struct Row {
+    std::unique_ptr<FieldLabel> label;  ///< none for a boolean, whose check box carries the name
+    std::unique_ptr<FieldEditor> editor;
+  };
+  struct NextIds;
+
+  std::uint32_t rowCount() const { return static_cast<std::uint32_t>(rows_.size()); }
+  FieldRange pageRange() const { return formPageRange(pageIndex_, metrics_.fieldsPerPage, rowCount()); }
+  int rowTop(std::uint32_t field) const;
+  Row createRow(std::uint32_t field, NextIds& ids) const;
+  void showPage(bool visible);
+  void moveRows();
+  void turnPage(std::uint32_t page);
+
+  const FormWrapper& wrapper_;
+  Document* document_ = nullptr;
+  std::vector<Row> rows_;  // by field
+  FormMetrics metrics_;
+  int layoutSipTop_ = 0;  // where the input panel was when the pages were laid out
+  std::uint32_t pageIndex_ = 0;
+  std::uint32_t pageCount_ = 0;
+};

@@ -1,0 +1,49 @@
+#include "views/form/month_calendar.h"
+
+#include <commctrl.h>
+
+#include <utility>
+
+#include "platform/pocketshell/handheld_windows.h"
+#include "views/form/calendar_keys.h"
+
+namespace {
+
+HWND waiting = nullptr;  // between two popups
+
+LRESULT CALLBACK forgetDestroyed(HWND calendar, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR,
+                                 DWORD_PTR) {
+  if (message == WM_NCDESTROY && waiting == calendar) waiting = nullptr;
+  return DefSubclassProc(calendar, message, wParam, lParam);
+}
+
+HWND createMonthCalendar(HWND dialog, int id) {
+  const HWND calendar = HandheldCreateWindow(
+      0, MONTHCAL_CLASSW, L"Calender ctrl", WS_CHILD | WS_VISIBLE | WS_BORDER, 0, 0, 0, 0, dialog,
+      reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), GetModuleHandleW(nullptr), nullptr);
+  if (!calendar) return nullptr;
+  SetWindowSubclass(calendar, forgetDestroyed, 1, 0);
+  addCalendarKeys(calendar);
+  return calendar;
+}
+
+}  // namespace
+
+HWND takeMonthCalendar(HWND dialog, int id) {
+  const HWND calendar = std::exchange(waiting, nullptr);
+  if (!calendar) return createMonthCalendar(dialog, id);
+  SetParent(calendar, dialog);
+  // As a new one begins.
+  SYSTEMTIME today{};
+  GetLocalTime(&today);
+  SendMessageW(calendar, MCM_SETCURSEL, 0, reinterpret_cast<LPARAM>(&today));
+  ShowWindow(calendar, SW_SHOWNOACTIVATE);
+  return calendar;
+}
+
+void putMonthCalendarBack(HWND calendar, HWND owner) {
+  if (!IsWindow(calendar)) return;
+  ShowWindow(calendar, SW_HIDE);
+  // A window of another thread, or one that is about to go, can't take it: it ends with the dialog then.
+  if (SetParent(calendar, owner)) waiting = calendar;
+}

@@ -1,0 +1,23 @@
+#include "views/form/tab_key.h"
+
+#include <commctrl.h>
+
+namespace {
+
+/// The message loop is not that of a dialog, so the controls of the form pass the focus on themselves.
+LRESULT CALLBACK tabKeyProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR,
+                                 DWORD_PTR) noexcept {
+  const bool leaves = message == WM_CHAR && wParam == L'\t' && GetFocus() == window;
+  const LRESULT result = DefSubclassProc(window, message, wParam, lParam);
+  if (leaves && IsWindow(window)) {
+    const HWND next = GetNextDlgTabItem(GetParent(window), window, GetKeyState(VK_SHIFT) < 0 ? TRUE : FALSE);
+    if (next) SetFocus(next);
+  }
+  return result;
+}
+
+}  // namespace
+
+void moveFocusByTabKey(HWND control) {
+  SetWindowSubclass(control, tabKeyProcedure, 0, 0);
+}

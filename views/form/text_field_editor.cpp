@@ -1,0 +1,132 @@
+#include "views/form/text_field_editor.h"
+
+#include <cwchar>
+#include <string>
+
+#include "data/binary_text.h"
+#include "views/form/field_zoom.h"
+#include "views/form/tab_key.h"
+#include "views/form/text_editor_subclass.h"
+#include "views/shared/edit_guard.h"
+#include "views/shared/shown_text.h"
+#include "views/shared/unowned_box.h"
+
+namespace {
+
+constexpr wchar_t kBackspace = L'\b';
+
+bool sameText(const String& one, const String& other) {
+  return std::wcscmp(one.text(), other.text()) == 0;
+}
+
+/// The characters that Ctrl and a letter send edit at most through the clipboard; looking at the content
+/// tells whether they did.
+bool isCommandCharacter(wchar_t character) {
+  return character < L' ' && character != kBackspace;
+}
+
+/// Of bytes that are too many to be shown the text says only how many they are.
+bool isEditable(const String& value, bool binary) {
+  return !binary || value.isEmpty() || bytesFromText(value.text()).type() != VT_EMPTY;
+}
+
+void tellOnlyNumbers(HWND editor, const String& fieldName) {
+  const std::wstring text = std::wstring(L"Only numbers are allowed\nField '") + fieldName.text() + L"'";
+  showUnownedBox(GetAncestor(editor, GA_ROOT), text.c_str(), L"Quivane", MB_ICONINFORMATION);
+}
+
+}  // namespace
+
+TextFieldEditor::~TextFieldEditor() {
+  detachTextEditor(*this);
+}
+
+bool TextFieldEditor::create(const ControlCreation& creation) {
+  place_ = creation.place;
+  guardEditControls();
+  if (!createControl(L"EDIT", L"Edit window", creation)) return false;
+  // The control's own limit, 30,000 characters by default, would shorten what is pasted. The filter
+  // keeps to the field's.
+  SendMessageW(window(), EM_SETLIMITTEXT, 0, 0);
+  attachTextEditor(*this);
+  moveFocusByTabKey(window());
+  return true;
+}
+
+void TextFieldEditor::setValue(const String& value) {
+  value_ = value;
+  hasValue_ = true;
+  ShownText shown = textForLine(value_.text());
+  loadedText_ = shown.text.c_str();
+  showsAll_ = shown.isExact && isEditable(value_, binary_);
+  SendMessageW(window(), EM_SETREADONLY, readOnly_ || isLocked_ || !showsAll_, 0);
+  SetWindowTextW(window(), loadedText_.text());
+  keystrokes_.textLength = static_cast<std::uint32_t>(shown.text.size());
+}
+
+void TextFieldEditor::load(const FieldSnapshot& field, bool) {
+  isLocked_ = isUnread(field);
+  setValue(field.text);
+  loaded_ = field.text;
+  changed_ = false;
+  hasValue_ = !isLocked_;
+}
+
+bool TextFieldEditor::takeChange() {
+  const bool changed = changed_ || (hasValue_ && showsAll_ && !sameText(text(), loadedText_));
+  changed_ = false;
+  return changed && !isLocked_;
+}
+
+bool TextFieldEditor::isEdited() const {
+  return !isLocked_ && !sameText(text(), loaded_);
+}
+
+void TextFieldEditor::position(const ControlPlace& place, UINT flags) {
+  FieldEditor::position(place, flags);
+  place_ = place;
+}
+
+void TextFieldEditor::setSelection(int start, int end) {
+  SendMessageW(window(), EM_SETSEL, static_cast<WPARAM>(start), end);
+}
+
+bool TextFieldEditor::takeCharacter(wchar_t character) {
+  if (isLocked_) return false;
+  if (!showsAll_) return isCommandCharacter(character);
+  const KeystrokeVerdict verdict = filterKeystroke(character, rules_, keystrokes_);
+  if (verdict == KeystrokeVerdict::accept) {
+    changed_ = true;
+    return true;
+  }
+  // The editor may be gone when the message is closed.
+  if (verdict == KeystrokeVerdict::rejectWithMessage) tellOnlyNumbers(window(), String(fieldName_));
+  return false;
+}
+
+void TextFieldEditor::cutShownText() {
+  const auto count = static_cast<std::size_t>(GetWindowTextLengthW(window()));
+  if (!showsAll_ || count <= kMostLineRunCount) return;
+  const String typed = windowText(window());
+  if (!textForLine(typed.text()).isCut()) return;
+  setValue(typed);
+  changed_ = true;
+}
+
+void TextFieldEditor::recountText() {
+  const String shown = windowText(window());
+  SetWindowTextW(window(), shown.text());
+  keystrokes_.textLength = static_cast<std::uint32_t>(shown.length());
+}
+
+void TextFieldEditor::openZoom() {
+  zoomOpened_ = true;
+  if (!hasValue_) return;
+  const HWND control = window();
+  FieldZoom zoom(fieldName_, value_, readOnly_ || !isEditable(value_, binary_));
+  if (!zoom.run(GetAncestor(control, GA_ROOT))) return;
+  // While the dialog was open, the form may have been taken down.
+  if (theTextEditors.find(control) != this || sameText(zoom.text(), value_)) return;
+  setValue(zoom.text());
+  changed_ = true;
+}

@@ -1,0 +1,302 @@
+#include "views/grid/record_list_view.h"
+
+#include <windowsx.h>
+
+#include <algorithm>
+#include <array>
+
+#include "base/app_colors.h"
+#include "platform/pocketshell/handheld_windows.h"
+#include "records/document.h"
+#include "resources/command_ids.h"
+#include "views/shared/list_view.h"
+#include "views/shared/message_table.h"
+#include "views/shared/page_area.h"
+
+namespace {
+
+constexpr wchar_t kClassName[] = L"Record List View";
+constexpr INT_PTR kControlId = 5;
+
+/// The state that marks the chosen row, and the mask it is set with.
+constexpr UINT kChosenState = 0x2002;
+constexpr UINT kWholeStateMask = 0xFFFF;
+
+/// A list view takes no more rows than this.
+constexpr std::uint32_t kMaxRowCount = 100'000'000;
+
+int rowCount() {
+  return static_cast<int>(std::min(recordCount, kMaxRowCount));
+}
+
+/// Before row `next` is selected. Some lists walk over every row to take the former selection away by
+/// themselves: half a second for a million. They also walk over all rows to find that none is selected,
+/// and know the number of those that are without that.
+void takeSelectionAway(HWND list, int next) {
+  if (listview::selectedCount(list) == 0) return;
+  const int former = listview::nextItem(list, listview::kFirstOfAll, LVNI_SELECTED);
+  if (former >= 0 && former != next) listview::setItemState(list, former, 0, LVIS_SELECTED);
+}
+
+/// Where an arrow or page key leads from a row; the row itself where it leads nowhere, -1 for other keys.
+int rowBehindKey(HWND list, WPARAM key, int row) {
+  const int last = listview::itemCount(list) - 1;
+  switch (key) {
+    case VK_UP:
+    case VK_PRIOR:
+    case VK_HOME:
+      return row > 0 ? row - 1 : row;
+    case VK_DOWN:
+    case VK_NEXT:
+    case VK_END:
+      return row < last ? row + 1 : row;
+    default:
+      return -1;
+  }
+}
+
+/// Some lists go through their rows when these are deleted, though they hold nothing of them.
+void deleteAllRows(HWND list) {
+  listview::setItemCount(list, 0);
+  listview::deleteAllItems(list);
+}
+
+UniqueFont createFont(HWND window, int points) {
+  const UniqueWindowDc dc(window);
+  LOGFONTW description{};
+  description.lfHeight = HandheldToMonitor(GetDeviceCaps(dc.dc(), LOGPIXELSY) * points / 72);
+  description.lfWeight = FW_NORMAL;
+  description.lfCharSet = DEFAULT_CHARSET;
+  description.lfPitchAndFamily = FF_SWISS;
+  return UniqueFont(CreateFontIndirectW(&description));
+}
+
+}  // namespace
+
+// ---- The windows
+
+bool RecordListView::registerClass(HINSTANCE instance) {
+  WNDCLASSW description{};
+  description.style = CS_HREDRAW | CS_VREDRAW;
+  description.lpfnWndProc = windowProcedure;
+  description.hInstance = instance;
+  description.hbrBackground = static_cast<HBRUSH>(GetStockObject(WHITE_BRUSH));
+  description.lpszClassName = kClassName;
+  return RegisterClassW(&description) != 0;
+}
+
+HWND RecordListView::create(HINSTANCE instance, HWND tabControl, const RECT& place) {
+  return HandheldCreateWindow(WS_EX_CLIENTEDGE, kClassName, L"", WS_CHILD, place.left, place.top,
+                              place.right - place.left, place.bottom - place.top, tabControl,
+                              reinterpret_cast<HMENU>(kControlId), instance, this);
+}
+
+LRESULT RecordListView::windowCreated(HWND window, UINT, WPARAM, LPARAM lParam) {
+  const auto& creation = *reinterpret_cast<const CREATESTRUCTW*>(lParam);
+  static_cast<RecordListView*>(creation.lpCreateParams)->createList(GetParent(window));
+  return 0;
+}
+
+LRESULT CALLBACK RecordListView::windowProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+  static constexpr std::array kMessages = {
+      MessageRow{WM_CREATE, windowCreated},
+  };
+  return answerFromTable(kMessages, window, message, wParam, lParam, DefWindowProcW);
+}
+
+bool RecordListView::createList(HWND tabControl) {
+  tabControl_ = tabControl;
+  constexpr DWORD kStyle = WS_CHILD | WS_VISIBLE | WS_TABSTOP | LVS_REPORT | LVS_SINGLESEL |
+                           LVS_SHOWSELALWAYS | LVS_OWNERDATA | LVS_NOSORTHEADER;
+  static_assert(kStyle == 0x5001900D);
+  const RECT place = listRectangle();
+  list_ = HandheldCreateWindow(WS_EX_TRANSPARENT, WC_LISTVIEWW, L"", kStyle, place.left, place.top,
+                               place.right - place.left, place.bottom - place.top, tabControl,
+                               reinterpret_cast<HMENU>(static_cast<INT_PTR>(kListId)),
+                               GetModuleHandleW(nullptr), nullptr);
+  if (!list_) return false;
+  hide();
+  listview::setExtendedStyle(list_, LVS_EX_FULLROWSELECT);
+  return listSubclass_.attach(list_);
+}
+
+RECT RecordListView::listRectangle() const {
+  RECT client{};
+  HandheldGetClientRect(tabControl_, &client);
+  const int top = pageOffset();
+  return {0, top, client.right, top + client.bottom - kBandAndTabsHeight};
+}
+
+void RecordListView::layOut() {
+  const RECT place = listRectangle();
+  HandheldMoveWindow(list_, place.left, place.top, place.right - place.left, place.bottom - place.top, TRUE);
+}
+
+LRESULT RecordListView::doubleTapped(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+  SendMessageW(GetAncestor(window, GA_ROOT), WM_COMMAND, ID_RECORD_EDIT, 0);
+  return DefSubclassProc(window, message, wParam, lParam);
+}
+
+/// The selection is about to move, by one row at least.
+LRESULT RecordListView::keyPressedInList(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+  const int row = listview::nextItem(window, listview::kFirstOfAll, LVNI_FOCUSED);
+  const int next = row < 0 ? -1 : rowBehindKey(window, wParam, row);
+  if (next >= 0) takeSelectionAway(window, next == row ? row : -1);
+  return DefSubclassProc(window, message, wParam, lParam);
+}
+
+LRESULT RecordListView::tapped(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+  const int row = listview::itemAt(window, {GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)});
+  if (row >= 0) takeSelectionAway(window, row);
+  return DefSubclassProc(window, message, wParam, lParam);
+}
+
+LRESULT RecordListView::listMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+  using Row = ObjectMessageRow<RecordListView>;
+  static constexpr std::array kMessages = {
+      Row{WM_LBUTTONDBLCLK, &RecordListView::doubleTapped},
+      Row{WM_LBUTTONUP, &RecordListView::tapped},
+      Row{WM_KEYDOWN, &RecordListView::keyPressedInList},
+      Row{kFailureNoted, &RecordListView::failureNoted},
+      Row{kDrawnWhileBusy, &RecordListView::drawnWhileBusy},
+  };
+  return answerFromTable<RecordListView>(*this, kMessages, window, message, wParam, lParam, DefSubclassProc);
+}
+
+void RecordListView::prepare(Document* document) {
+  document_ = document;
+  if (document) createFonts();
+}
+
+void RecordListView::createFonts() {
+  smallFont_ = createFont(list_, 8);
+  largeFont_ = createFont(list_, 10);
+}
+
+void RecordListView::zoomChanged() {
+  if (!document_) return;
+  createFonts();
+  if (columnCount_ > 0) rebuildColumns();
+}
+
+void RecordListView::show() {
+  ShowWindow(list_, SW_SHOW);
+}
+
+void RecordListView::hide() {
+  ShowWindow(list_, SW_HIDE);
+}
+
+void RecordListView::applyColors() {
+  listview::setColors(list_, appColors[kListViewBackground], appColors[kListViewText]);
+}
+
+void RecordListView::refreshColors() {
+  applyColors();
+  InvalidateRect(list_, nullptr, TRUE);
+  UpdateWindow(list_);
+}
+
+// ---- Rows and columns
+
+void RecordListView::fill() {
+  if (!document_) return;
+  // clear has destroyed the header, without which a list has no columns.
+  if (list_ && !IsWindow(listview::header(list_))) {
+    DestroyWindow(list_);
+    createList(tabControl_);
+    show();
+  }
+  deleteAllRows(list_);
+  deleteColumns();
+  fieldCount_ = static_cast<int>(document_->fieldCount());
+  columnCount_ = std::min(fieldCount_, kMaxColumnCount);
+  insertColumns();
+  cachedRow_ = kNoRow;
+  failure_ = {};
+  noReadingBefore_ = 0;
+  applyColors();
+  resetItems();
+  selectCurrent();
+}
+
+void RecordListView::clear() {
+  deleteAllRows(list_);
+  deleteColumns();
+  columnCount_ = 0;
+  fieldCount_ = 0;
+  if (list_) DestroyWindow(listview::header(list_));
+}
+
+void RecordListView::insertColumns() {
+  const UniqueWindowDc dc(list_);
+  const HGDIOBJ former = SelectObject(dc.dc(), smallFont_.get());
+  for (int column = 0; column < columnCount_; ++column) {
+    const int field = column == 0 ? 0 : firstSlidingColumn_ + column - 1;
+    if (field >= fieldCount_) break;
+    listview::insertColumn(list_, column, document_->fieldName(static_cast<std::uint32_t>(field)).text(),
+                           HandheldToMonitor(kColumnWidth));
+  }
+  SelectObject(dc.dc(), former);
+}
+
+void RecordListView::deleteColumns() {
+  for (int column = columnCount_ - 1; column >= 0; --column) listview::deleteColumn(list_, column);
+}
+
+void RecordListView::rebuildColumns() {
+  deleteAllRows(list_);
+  deleteColumns();
+  insertColumns();
+  cachedRow_ = kNoRow;
+  listview::setItemCount(list_, rowCount());
+  selectCurrent();
+}
+
+void RecordListView::resetItems() {
+  deleteAllRows(list_);
+  document_->moveToCurrentRecord();
+  listview::setItemCount(list_, rowCount());
+}
+
+void RecordListView::showPreviousColumn() {
+  if (firstSlidingColumn_ < 2) return;
+  --firstSlidingColumn_;
+  rebuildColumns();
+}
+
+void RecordListView::showNextColumn() {
+  if (firstSlidingColumn_ >= fieldCount_ - 2) return;
+  ++firstSlidingColumn_;
+  rebuildColumns();
+}
+
+void RecordListView::fitColumns() {
+  for (int column = columnCount_ - 1; column >= 0; --column) listview::fitColumn(list_, column);
+}
+
+void RecordListView::recordDeleted() {
+  listview::deleteItem(list_, static_cast<int>(currentRecord) - 1);
+  cachedRow_ = kNoRow;
+  resetItems();
+  selectCurrent();
+}
+
+// ---- The chosen row
+
+void RecordListView::selectCurrent() {
+  const int row = static_cast<int>(currentRecord) - 1;
+  // To the list -1 would mean every row.
+  if (row < 0) return;
+  listview::ensureVisible(list_, row);
+  SetFocus(list_);
+  takeSelectionAway(list_, row);
+  listview::setItemState(list_, row, kChosenState, kWholeStateMask);
+  // The arrow keys go on from the row that has the list's own focus, which the mask above takes away.
+  listview::setItemState(list_, row, LVIS_FOCUSED, LVIS_FOCUSED);
+}
+
+std::uint32_t RecordListView::selectedRow() {
+  const int row = listview::nextItem(list_, listview::kFirstOfAll, kChosenState);
+  return row < 0 ? 0 : static_cast<std::uint32_t>(row);
+}

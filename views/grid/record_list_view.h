@@ -1,0 +1,123 @@
+#pragma once
+
+#include <windows.h>
+
+#include <commctrl.h>
+
+#include <cstdint>
+
+#include "base/handles.h"
+#include "base/string.h"
+#include "data/outcome.h"
+#include "records/pages.h"
+#include "views/shared/window_subclass.h"
+
+class Document;
+
+/// The List page: a grid with a row for each record and up to three columns, the first field and two
+/// further fields that the user moves over the others. The grid holds no data: it asks for each text
+/// when it draws, and the list's own cursor over the records is moved to the row that is drawn. What can't be
+/// read is drawn as kNotReadable, and told once for each filling.
+///
+/// The list control is a child of the tab control, so its notifications come through the tab control's
+/// procedure to handleNotification. The window of class "Record List View", also a child of the tab
+/// control, makes the list at its creation and stays hidden.
+class RecordListView final : public RecordGrid {
+ public:
+  static constexpr int kListId = 2010;
+  static constexpr int kMaxColumnCount = 3;
+  static constexpr int kColumnWidth = 75;
+  static constexpr wchar_t kNotReadable[] = L"<not readable>";
+
+  /// Called once, before create.
+  static bool registerClass(HINSTANCE instance);
+
+  RecordListView() = default;
+  ~RecordListView() override = default;
+  RecordListView(const RecordListView&) = delete;
+  RecordListView& operator=(const RecordListView&) = delete;
+
+  /// Creates the window, hidden, at a place in the tab control, and in it the list, hidden too. The
+  /// windows live as long as the tab control. Null when the window can't be created; without the list
+  /// the page stays empty.
+  HWND create(HINSTANCE instance, HWND tabControl, const RECT& place);
+
+  /// Makes the fonts and names the Document whose records are shown, which may be null again when it
+  /// ends. Nothing is shown without one.
+  void prepare(Document* document);
+
+  /// A WM_NOTIFY message of the tab control; those of other controls change nothing. No exception
+  /// leaves.
+  void handleNotification(NMHDR& notification) noexcept;
+
+  void show() override;
+  void hide() override;
+  void layOut() override;
+  void refreshColors() override;
+  void fill() override;
+  void clear() override;
+  void resetColumns() override { firstSlidingColumn_ = 1; }
+  void selectCurrent() override;
+  std::uint32_t selectedRow() override;
+  void showPreviousColumn() override;
+  void showNextColumn() override;
+  void fitColumns() override;
+  /// Takes the row of currentRecord, which was deleted, out of the grid.
+  void recordDeleted() override;
+  std::uint32_t firstSlidingColumn() const override {
+    return static_cast<std::uint32_t>(firstSlidingColumn_);
+  }
+  /// Makes fonts and columns at the present zoom.
+  void zoomChanged();
+
+ private:
+  bool createList(HWND tabControl);
+  RECT listRectangle() const;
+  void createFonts();
+  void applyColors();
+  void insertColumns();
+  void deleteColumns();
+  void rebuildColumns();
+  void resetItems();
+
+  // record_list_notifications.cpp
+  void giveText(LVITEMW& item);
+  String cellText(std::uint32_t row, std::uint32_t field);
+  void noteFailure(const Outcome& reading);
+  void noteNoMemory() noexcept;
+  void tellFailure();
+  void keyPressed(WORD key);
+  void itemChanged(const NMLISTVIEW& change);
+
+  // Of the list, before itself.
+  LRESULT listMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+  LRESULT doubleTapped(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+  LRESULT tapped(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+  LRESULT keyPressedInList(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+  LRESULT drawnWhileBusy(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+  LRESULT failureNoted(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+
+  static LRESULT windowCreated(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+  static LRESULT CALLBACK windowProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+
+  static constexpr std::int64_t kNoRow = -1;
+  // To the list, from itself.
+  static constexpr UINT kFailureNoted = WM_APP;
+  static constexpr UINT kDrawnWhileBusy = WM_APP + 1;
+
+  Document* document_ = nullptr;
+  HWND tabControl_ = nullptr;
+  HWND list_ = nullptr;
+  WindowSubclass listSubclass_{[this](HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    return listMessage(window, message, wParam, lParam);
+  }};
+  UniqueFont smallFont_;  // 8 point
+  UniqueFont largeFont_;  // 10 point
+  int fieldCount_ = 0;
+  int columnCount_ = 0;
+  bool isDrawnWhileBusy_ = false;    // texts were left out, to be drawn once more
+  int firstSlidingColumn_ = 1;       // the field in column 1
+  std::int64_t cachedRow_ = kNoRow;  // the row that the list's cursor was last moved to for drawing
+  Outcome failure_;                  // the first since the grid was filled
+  ULONGLONG noReadingBefore_ = 0;    // by GetTickCount64
+};

@@ -1,0 +1,15 @@
+#include "views/names/queries_list_view.h"
+
+#include "resources/resource_ids.h"
+
+QueriesListView::QueriesListView(HWND mainWindow)
+    : NameListView(mainWindow, kQueryViewBackground, kQueryViewText, {IDI_QUERIES_LARGE, IDI_QUERIES_SMALL},
+                   0) {}
+
+void QueriesListView::fill(const NameList& names) {
+  refill(names);
+  if (!names.isEmpty()) {
+    selectItem(selectedIndex());
+    scrollThrough();
+  }
+}

@@ -1,0 +1,48 @@
+#include "views/shared/clipboard_text.h"
+
+namespace {
+
+/// The clipboard, while it is open.
+class OpenedClipboard {
+ public:
+  explicit OpenedClipboard(HWND window) : isOpen_(OpenClipboard(window) != FALSE) {}
+  ~OpenedClipboard() {
+    if (isOpen_) CloseClipboard();
+  }
+  OpenedClipboard(const OpenedClipboard&) = delete;
+  OpenedClipboard& operator=(const OpenedClipboard&) = delete;
+
+  bool isOpen() const { return isOpen_; }
+
+ private:
+  bool isOpen_;
+};
+
+/// The memory of a handle, while it is locked.
+class LockedText {
+ public:
+  explicit LockedText(HANDLE handle)
+      : handle_(handle), text_(handle ? static_cast<const wchar_t*>(GlobalLock(handle)) : nullptr) {}
+  ~LockedText() {
+    if (text_) GlobalUnlock(handle_);
+  }
+  LockedText(const LockedText&) = delete;
+  LockedText& operator=(const LockedText&) = delete;
+
+  std::wstring text() const {
+    return text_ ? std::wstring(text_, wcsnlen(text_, GlobalSize(handle_) / sizeof(wchar_t)))
+                 : std::wstring();
+  }
+
+ private:
+  HANDLE handle_;
+  const wchar_t* text_;
+};
+
+}  // namespace
+
+std::wstring clipboardText(HWND window) {
+  const OpenedClipboard clipboard(window);
+  if (!clipboard.isOpen()) return {};
+  return LockedText(GetClipboardData(CF_UNICODETEXT)).text();
+}
