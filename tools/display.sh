@@ -38,7 +38,7 @@ stop_display() {
   if [[ ! -s $1/display-server ]]; then
     return 0
   fi
-  server=$(<"$1/display-server")
+  read -r server <"$1/display-server"
   if [[ $(cat "/proc/$server/comm" 2>/dev/null) == Xvfb ]]; then
     kill "$server"
     timeout 30 tail --pid="$server" -f /dev/null || true

@@ -17,12 +17,15 @@ prefix=$XDG_DATA_HOME/quivane/wine
 
 clean_up() {
   trap '' INT TERM HUP
+  # All that it has started: it is in a group of its own.
   if [[ ${started:-} ]]; then
-    kill "$started" 2>/dev/null || true
+    kill -- "-$started" 2>/dev/null || true
   fi
-  if [[ -d $prefix ]]; then
-    stop_wine_server "$prefix" >/dev/null 2>&1
-  fi
+  for place in "$prefix" "$prefix.new"; do
+    if [[ -d $place ]]; then
+      stop_wine_server "$place" >/dev/null 2>&1
+    fi
+  done
   stop_display "$work"
   rm -rf "$work"
 }
@@ -68,7 +71,7 @@ drive() {
 
 await_prefix() {
   local second
-  for second in {1..600}; do
+  for second in {1..1500}; do
     if [[ -e $prefix/.quivane ]]; then
       return
     fi
@@ -86,7 +89,7 @@ await_end() {
 }
 
 mkfifo "$work/never"
-(cd "$work/home/a b ü" && exec "$work/bin/quivane" library.cdb) 2>"$work/said" &
+(cd "$work/home/a b ü" && exec setsid "$work/bin/quivane" library.cdb) 2>"$work/said" &
 started=$!
 await_prefix
 drive wait-window
@@ -100,7 +103,7 @@ expect 0 "" "$work/home/a b ü/library.cdb"
 drive close >>"$work/drive.log"
 await_end
 
-"$work/bin/quivane" 2>"$work/said" &
+setsid "$work/bin/quivane" 2>"$work/said" &
 started=$!
 drive wait-window
 drive close >>"$work/drive.log"
