@@ -66,7 +66,7 @@ void Document::discardTyped() {
 
 void Document::showNoRecords() {
   loadRecord();
-  pages_.form.hideEditors();
+  pages_.form.hideAllEditors();
 }
 
 /// Done also when there is nothing to store: what was not read whole is never written.

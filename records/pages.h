@@ -86,6 +86,8 @@ class FormPage {
   /// The editors of the current page.
   virtual void showEditors() = 0;
   virtual void hideEditors() = 0;
+  /// Those of every page: the panel's moving leaves some visible that belong to another page then.
+  virtual void hideAllEditors() = 0;
   /// The editors hold nothing, as there is no record.
   virtual void clearEditors() = 0;
 

@@ -188,7 +188,7 @@ TEST_F(DocumentRecordsTest, DeletingTheOnlyRecordLeavesNoRecordsAndGreyNavigatio
   allow(kNewRecordsAndDeletions);
   document().deleteRecord();
   EXPECT_EQ(window().bar.position, L"No Records");
-  EXPECT_THAT(window().takeCalls(), Contains("form.hideEditors"));
+  EXPECT_THAT(window().takeCalls(), Contains("form.hideAllEditors"));
   for (const int command : {ID_RECORD_NEXT, ID_RECORD_PREVIOUS, ID_RECORD_NUMBER}) {
     EXPECT_FALSE(window().bar.onToolbar(command)) << command;
   }
@@ -314,7 +314,7 @@ class RefusedFirstRecordTest : public DocumentRecordsTest {
     EXPECT_FALSE(document().isNewRecordPending());
     EXPECT_FALSE(document().isRecordShown());
     const Calls calls = window().takeCalls();
-    EXPECT_THAT(calls, Contains("form.hideEditors"));
+    EXPECT_THAT(calls, Contains("form.hideAllEditors"));
     EXPECT_THAT(calls, Not(Contains("form.showEditors")));
     EXPECT_FALSE(window().bar.inMenu(PopupMenu::record, ID_RECORD_DELETE));
     EXPECT_FALSE(window().bar.inMenu(PopupMenu::edit, ID_FIND));

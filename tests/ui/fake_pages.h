@@ -41,6 +41,7 @@ struct FakeForm final : FormPage {
   void tearDown() override { calls.push_back("form.tearDown"); }
   void showEditors() override { calls.push_back("form.showEditors"); }
   void hideEditors() override { calls.push_back("form.hideEditors"); }
+  void hideAllEditors() override { calls.push_back("form.hideAllEditors"); }
   void clearEditors() override { calls.push_back("form.clearEditors"); }
   void showRecord(const RecordSnapshot& record) override {
     calls.push_back(record.isReadable() ? "form.showRecord" : "form.showRecord unread");

@@ -29,7 +29,8 @@ struct Call {
   HWND owner = nullptr;
   std::wstring path;
   DWORD pathCount = 0;
-  std::wstring filter;  ///< its parts with a bar between them
+  std::wstring filter;     ///< its parts with a bar between them
+  std::wstring extension;  ///< for a name without one
   std::wstring titleOfWindow;
   bool isChoosingFile = false;
 };
@@ -54,6 +55,7 @@ BOOL answer(OPENFILENAMEW* question, bool isSave) {
           question->lpstrFile,
           question->nMaxFile,
           joined(question->lpstrFilter),
+          question->lpstrDefExt ? question->lpstrDefExt : L"",
           textOf(mainWindow),
           thePrompts.isChoosingFile()};
   SetCurrentDirectoryW(lookedAt.c_str());
@@ -95,6 +97,7 @@ class FileDialogsTest : public testing::Test {
     EXPECT_EQ(call.path, L"");
     EXPECT_EQ(call.pathCount, 260u);
     EXPECT_EQ(call.filter, filter);
+    EXPECT_EQ(call.extension, L"cdb");
     EXPECT_EQ(call.titleOfWindow, title);
     EXPECT_TRUE(call.isChoosingFile);
   }

@@ -187,9 +187,26 @@ TEST_F(FormViewTest, LoadingARecordForgetsTheMarksOfTheFormerOne) {
 TEST_F(FormViewTest, AFieldThatIsReadOnlyGetsAReadOnlyEditor) {
   showTable(L"CREATE TABLE 'T' (a Text, b Text GENERATED ALWAYS AS (a || '!') VIRTUAL)",
             {L"INSERT INTO T (a) VALUES ('x')"});
+  const auto expectStyles = [this] {
+    EXPECT_EQ(styleOf(textEditor(0)) & ES_READONLY, 0u);
+    EXPECT_EQ(styleOf(textEditor(1)) & ES_READONLY, static_cast<DWORD>(ES_READONLY));
+  };
   EXPECT_EQ(textOf(textEditor(1)), L"x!");
-  EXPECT_EQ(styleOf(textEditor(0)) & ES_READONLY, 0u);
-  EXPECT_EQ(styleOf(textEditor(1)) & ES_READONLY, static_cast<DWORD>(ES_READONLY));
+  expectStyles();
+  // The editor has it from its making on; loading a record sets it once more.
+  view().build();
+  ASSERT_NE(textOf(textEditor(1)), L"x!") << "nothing was loaded yet";
+  expectStyles();
+}
+
+TEST_F(FormViewTest, WithoutARecordNoEditorOfAnyPageIsShown) {
+  showFields(11, L"Integer");
+  panel().raise(214, 80);
+  view().layOut(false);
+  ASSERT_TRUE(isShown(textEditor(8))) << "of the second page now, and left visible";
+  view().hideAllEditors();
+  for (int field = 0; field < 11; ++field) EXPECT_FALSE(isShown(textEditor(field))) << field;
+  EXPECT_FALSE(isShown(label(L"f8:")));
 }
 
 TEST_F(FormViewTest, WhatTheDeleteKeyAndTheClipboardDoIsAChange) {

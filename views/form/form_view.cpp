@@ -181,11 +181,18 @@ int FormView::rowTop(std::uint32_t field) const {
 }
 
 void FormView::showPage(bool visible) {
-  const FieldRange range = pageRange();
+  showFields(pageRange(), visible);
+}
+
+void FormView::showFields(FieldRange range, bool visible) {
   for (std::uint32_t field = range.first; field < range.end; ++field) {
     if (rows_[field].label) rows_[field].label->show(visible);
     rows_[field].editor->show(visible);
   }
+}
+
+void FormView::hideAllEditors() {
+  showFields({0, rowCount()}, false);
 }
 
 void FormView::turnPage(std::uint32_t page) {

@@ -29,6 +29,7 @@ class FormView final : public FormPage {
   void tearDown() override;
   void showEditors() override { showPage(true); }
   void hideEditors() override { showPage(false); }
+  void hideAllEditors() override;
   void clearEditors() override;
   void showRecord(const RecordSnapshot& record) override;
   bool takeChange() override;
@@ -52,6 +53,7 @@ class FormView final : public FormPage {
   int rowTop(std::uint32_t field) const;
   Row createRow(std::uint32_t field, NextIds& ids) const;
   void showPage(bool visible);
+  void showFields(FieldRange range, bool visible);
   void moveRows();
   void turnPage(std::uint32_t page);
 
