@@ -10,14 +10,14 @@ source "$root/tools/prefix.sh"
 # --- Debian packages -------------------------------------------------------------------------------
 
 # The libraries are those that Wine's X driver loads only if it finds them.
-packages_program=(cmake ninja-build g++-mingw-w64-x86-64-posix mingw-w64-tools ccache
-  libcli11-dev nlohmann-json3-dev
+packages_headers=(libcli11-dev nlohmann-json3-dev)
+packages_program=(cmake ninja-build g++-mingw-w64-x86-64-posix mingw-w64-tools ccache "${packages_headers[@]}"
   wine wine64 libwine-dev fonts-wine libxrender1 libxcursor1 libxi6 libxrandr2 libxinerama1 libxcomposite1 python3)
 packages_display=(xvfb imagemagick)
-packages_native=(g++)
+packages_native=(g++ "${packages_headers[@]}")
 packages_test=(googletest)
 packages_benchmark=(libbenchmark-dev sqlite3)
-packages_fuzz=(cmake ninja-build ccache clang)
+packages_fuzz=(cmake ninja-build ccache clang "${packages_headers[@]}")
 packages_npm=(npm nodejs)
 
 # --- SQLite ----------------------------------------------------------------------------------------

@@ -1,9 +1,9 @@
 #!/bin/bash
-# cdbtool_test.sh native TOOL
-# cdbtool_test.sh windows TOOL.EXE TOOLS/WINE
+# cdbtool_test.sh native|windows TOOL [TEST...]
 #
 # Runs every command of cdbtool as a user would, and looks at its output, its messages and its exit code. As a
-# native program also what signals, pipes and full disks do to it.
+# native program also what signals, pipes and full disks do to it. Only the given tests, if any: they go on with
+# what those before them have made.
 set -uo pipefail
 
 kind=$1
@@ -72,6 +72,9 @@ test_usage() {
   is_silent
   run 0 --version
   has "cdbtool "
+}
+
+test_help() {
   local command
   for command in tables show find query import export new backup check info; do
     run 0 "$command" --help
@@ -380,12 +383,13 @@ sys.exit(0 if status == 0 and b"%" in shown else 1)
 END
 }
 
-tests=(test_usage test_new_and_info test_import_and_show test_dry_run test_rejects test_choices test_query_and_find
+tests=(test_usage test_help test_new_and_info test_import_and_show test_dry_run test_rejects test_choices test_query_and_find
   test_saved_query test_export test_backup_and_check test_examples_of_the_manual)
 if [[ $kind == native ]]; then
   make_large
   tests+=(test_manual_and_completion test_pipe_that_nobody_reads test_full_disk test_interrupts test_interrupt_while_waiting_for_input test_progress)
 fi
+if [[ $# -gt 2 ]]; then tests=("${@:3}"); fi
 for test in "${tests[@]}"; do
   before=$failures
   "$test"
