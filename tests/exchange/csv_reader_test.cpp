@@ -105,6 +105,15 @@ TEST(CsvReader, WhereTheBlocksEndMakesNoDifference) {
   }
 }
 
+TEST(CsvReader, LinesOfQuotedTextsAreCountedWhereverTheBlocksEnd) {
+  const std::string file = "\"1\r2\n3\r\n4\n\r6\r\"\"\n8\",a\nb,c\n";
+  for (std::size_t atOnce = 1; atOnce < 20; ++atOnce) {
+    EXPECT_EQ(readAll(file, {.hasHeader = false}, atOnce),
+              "1: \"1\r2\n3\r\n4\n\r6\r\"\n8\" [a]\n9: [b] [c]\n")
+        << atOnce << " bytes at once";
+  }
+}
+
 // Larger than the block that is read at once, so that the buffer grows and moves in the midst of a record.
 TEST(CsvReader, RecordsMayBeLargerThanABlock) {
   std::string file;

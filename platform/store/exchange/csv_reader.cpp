@@ -107,6 +107,7 @@ bool CsvReader::readField() {
 
 bool CsvReader::readQuoted() {
   ++place_;
+  isBehindReturn_ = false;
   const std::size_t first = static_cast<std::size_t>(place_ - start_);
   std::size_t used = first;  // where the next part of the text goes, relative to start_
   for (;;) {
@@ -127,6 +128,7 @@ bool CsvReader::readQuoted() {
     if ((place_ < end_ || refill()) && *place_ == kQuote) {
       start_[used++] = kQuote;
       ++place_;
+      isBehindReturn_ = false;
       continue;
     }
     break;
@@ -166,14 +168,18 @@ void CsvReader::addField(const char* first, const char* end, FieldForm form) {
   record_.fields.push_back({text, isNull ? FieldForm::missing : form});
 }
 
+/// Counts the ends of lines in a part of a quoted text, of which the part before may have had one half.
 void CsvReader::countLines(const char* first, const char* end) {
+  if (first == end) return;
   line_ += std::count(first, end, '\n');
-  for (const char* at = first; (at = static_cast<const char*>(
-                                    std::memchr(at, '\r', static_cast<std::size_t>(end - at)))) != nullptr;) {
-    ++at;
-    if (at < end && *at != '\n') ++line_;
-    if (at == end) break;
+  if (isBehindReturn_ && *first == '\n') --line_;
+  for (const char* at = first; at < end; ++at) {
+    at = static_cast<const char*>(std::memchr(at, '\r', static_cast<std::size_t>(end - at)));
+    if (at == nullptr) break;
+    ++line_;
+    if (at + 1 < end && at[1] == '\n') --line_;
   }
+  isBehindReturn_ = end[-1] == '\r';
 }
 
 void CsvReader::checkCharacters() {

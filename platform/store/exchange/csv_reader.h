@@ -59,6 +59,7 @@ class CsvReader : public RecordReader {
 
   std::int64_t line_ = 1;
   bool endedWithReturn_ = false;  // the last line, so that a line feed behind it belongs to it
+  bool isBehindReturn_ = false;   // in a quoted text, so that a line feed ends no other line
   Record record_;
   std::vector<std::string> names_;
   bool hasPending_ = false;  // the present record was read ahead and is the next one
