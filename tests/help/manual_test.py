@@ -156,7 +156,9 @@ class ManualTest(unittest.TestCase):
     def test_every_menu_dialog_and_control_is_in_the_manual(self):
         missing = {}
         for folder in ('resources', 'dialogs', 'views'):
-            for path in sorted((ROOT / folder).rglob('*.rc')):
+            scripts = sorted((ROOT / folder).rglob('*.rc'))
+            self.assertNotEqual(scripts, [], folder)
+            for path in scripts:
                 for text in source_texts.resource_texts(path.read_text(encoding='utf-8')):
                     if text not in HIDDEN_CONTROLS and plain(text) not in self.text:
                         missing.setdefault(str(path.relative_to(ROOT)), []).append(plain(text))
