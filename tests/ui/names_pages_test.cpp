@@ -3,8 +3,10 @@
 
 #include <commctrl.h>
 
+#include <algorithm>
 #include <initializer_list>
 #include <string>
+#include <vector>
 
 #include "base/app_colors.h"
 #include "base/live_resources.h"
@@ -134,6 +136,39 @@ TEST_F(TablesListViewTest, NamesFollowTheItemsThatComeAndGo) {
   EXPECT_STREQ(view().itemText(3).text(), L"");
   view().deleteAllItems();
   EXPECT_STREQ(view().itemText(0).text(), L"");
+}
+
+TEST_F(TablesListViewTest, FiveThousandNamesStandInRowsAndNoneOnAnother) {
+  NameList many;
+  for (int number = 0; number < 5000; ++number) many.append(std::to_wstring(number).c_str());
+  view().show();
+  view().fill(many, Positioning::first, L"");
+  EXPECT_EQ(listview::itemCount(list()), 5000);
+  EXPECT_NE(GetWindowLongW(list(), GWL_STYLE) & WS_VISIBLE, 0);
+  std::vector<POINT> places(5000);
+  for (int item = 0; item < 5000; ++item) {
+    SendMessageW(list(), LVM_GETITEMPOSITION, static_cast<WPARAM>(item),
+                 reinterpret_cast<LPARAM>(&places[static_cast<std::size_t>(item)]));
+  }
+  // In rows of as many as have room, none on another.
+  const auto inRow = static_cast<std::size_t>(std::count_if(
+      places.begin(), places.end(), [&](const POINT& place) { return place.y == places[0].y; }));
+  ASSERT_GT(inRow, 1u);
+  const LONG step = places[inRow].y - places[0].y;
+  EXPECT_GT(step, 0);
+  for (std::size_t item = 0; item < places.size(); ++item) {
+    ASSERT_EQ(places[item].x, places[item % inRow].x) << item;
+    ASSERT_EQ(places[item].y, places[0].y + step * static_cast<LONG>(item / inRow)) << item;
+  }
+}
+
+TEST_F(TablesListViewTest, AHiddenListStaysHiddenWhenItIsFilled) {
+  view().hide();
+  {
+    const listview::RedrawingOff off(list());
+    view().addItem(0, L"one");
+  }
+  EXPECT_EQ(GetWindowLongW(list(), GWL_STYLE) & WS_VISIBLE, 0);
 }
 
 TEST_F(TablesListViewTest, ShowingAppliesTheColours) {

@@ -39,6 +39,18 @@ inline void setIconSpacing(HWND list, int width, int height) {
   SendMessageW(list, LVM_SETICONSPACING, 0, MAKELPARAM(width, height));
 }
 
+/// Keeps a list from reckoning its scroll bars and drawing itself anew after each change, for a scope.
+class RedrawingOff {
+ public:
+  explicit RedrawingOff(HWND list) : list_(list) { SendMessageW(list_, WM_SETREDRAW, FALSE, 0); }
+  ~RedrawingOff() { SendMessageW(list_, WM_SETREDRAW, TRUE, 0); }
+  RedrawingOff(const RedrawingOff&) = delete;
+  RedrawingOff& operator=(const RedrawingOff&) = delete;
+
+ private:
+  HWND list_;
+};
+
 inline void setExtendedStyle(HWND list, DWORD style) {
   SendMessageW(list, LVM_SETEXTENDEDLISTVIEWSTYLE, 0, static_cast<LPARAM>(style));
 }
