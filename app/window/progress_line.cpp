@@ -4,6 +4,7 @@
 
 namespace {
 
+constexpr ULONGLONG kLongestSilence = 250;
 constexpr ULONGLONG kBetweenLines = 200;
 // A window that does not validate itself would otherwise be painted for ever.
 constexpr int kMostPaintings = 64;
@@ -31,7 +32,9 @@ RECT linePlace(HWND owner, HFONT font) {
 
 bool ProgressLine::goesOn(HWND owner, const std::wstring& text, ULONGLONG quietMilliseconds) {
   const ULONGLONG now = GetTickCount64();
-  if (begin_ == 0) begin_ = now;
+  // What did not ask for a while was over, and this is another thing of the same command.
+  if (!line_ && now - asked_ > kLongestSilence) begin_ = now;
+  asked_ = now;
   if (now - begin_ < quietMilliseconds) return true;
   if (!line_ || now - shown_ >= kBetweenLines) show(owner, text);
   paintWindows();
@@ -41,7 +44,7 @@ bool ProgressLine::goesOn(HWND owner, const std::wstring& text, ULONGLONG quietM
 void ProgressLine::end() {
   if (line_) DestroyWindow(line_);
   line_ = nullptr;
-  begin_ = 0;
+  asked_ = 0;
 }
 
 void ProgressLine::show(HWND owner, const std::wstring& text) {

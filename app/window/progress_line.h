@@ -26,7 +26,8 @@ class ProgressLine {
   static bool isStopAsked();
   static void paintWindows();
 
-  ULONGLONG begin_ = 0;  // 0 before it
+  ULONGLONG begin_ = 0;
+  ULONGLONG asked_ = 0;  // when it was called last; 0 before it
   ULONGLONG shown_ = 0;  // when the line was written last
   HWND line_ = nullptr;
 };
