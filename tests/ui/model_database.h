@@ -17,6 +17,7 @@ struct ModelTable {
   std::wstring name;
   std::vector<std::wstring> fields;
   ModelRecords records;
+  bool isStrict = false;  ///< takes no record without a first value
 };
 
 /// A statement that a query of the model may have, and what it selects: the records of a table from a

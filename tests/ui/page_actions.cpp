@@ -1,26 +1,31 @@
 #include "tests/ui/page_actions.h"
 
-#include <cstddef>
+#include <windows.h>
+
+#include <filesystem>
+#include <optional>
 #include <string>
 
 #include "app/window/program_state.h"
+#include "resources/command_ids.h"
 #include "tests/ui/dialog_script.h"
+#include "tests/ui/page_window.h"
 
 void openMissing(Pages& pages) {
   PromptAnswers::setFile(L"C:\\nowhere\\missing.cdb");
   pagewindow::command(ID_DATABASE_OPEN);
-  pages.model.closeOnly();
+  if (pages.model.leaveRecord()) pages.model.closeOnly();
+}
+
+void cancelOpen(Pages&) {
+  PromptAnswers::setFile(std::nullopt);
+  pagewindow::command(ID_DATABASE_OPEN);
 }
 
 void cancelNew(Pages& pages) {
   PromptAnswers::setFile(std::nullopt);
   pagewindow::command(ID_DATABASE_NEW);
-  pages.model.closeOnly();
-}
-
-void panel(Pages& pages) {
-  pagewindow::pressPanelButton();
-  pages.model.panelMoved();
+  if (pages.model.leaveRecord()) pages.model.closeOnly();
 }
 
 namespace {
@@ -52,9 +57,8 @@ void does(Pages& pages) {
 
 template <int kCommand, int kStep>
 void turns(Pages& pages) {
-  const bool panelUp = pagewindow::isPanelUp();
   pagewindow::command(kCommand);
-  pages.model.turnFormPage(kStep, panelUp);
+  pages.model.turnFormPage(kStep);
 }
 
 template <int kCommand, int kStep>
@@ -66,6 +70,14 @@ void slides(Pages& pages) {
 void edit(Pages& pages) {
   pagewindow::command(ID_RECORD_EDIT);
   pages.model.showPage(kForm);
+}
+
+void newRecord(Pages& pages) {
+  pages.newRecord();
+}
+
+void type(Pages& pages) {
+  pages.type();
 }
 
 /// Asks nothing where deletions need no warning.
@@ -89,21 +101,68 @@ void arrow(Pages& pages) {
   pages.model.arrowKey(kStep);
 }
 
-/// A dialog that is left by Cancel may have had the panel up meanwhile.
-template <int kCommand>
-void cancels(Pages& pages) {
-  const bool before = pagewindow::isPanelUp();
-  {
-    const DialogScript script([](HWND dialog) { DialogScript::close(dialog, IDCANCEL); });
-    pagewindow::command(kCommand);
-    dispatchPosted();
-  }
-  if (!before) pages.model.panelMoved();
+template <WORD kKey>
+void nameKey(Pages& pages) {
+  pages.pressKeyInNames(kKey);
 }
 
-void cancelFind(Pages& pages) {
-  cancels<ID_FIND>(pages);
-  pages.model.openFind();
+void panel(Pages& pages) {
+  pages.pressPanelButton();
+}
+
+template <int kCommand>
+void cancel() {
+  const DialogScript script([](HWND dialog) { DialogScript::close(dialog, IDCANCEL); });
+  pagewindow::command(kCommand);
+  dispatchPosted();
+}
+
+/// A dialog that leaves the panel alone, or is not of the form's page.
+template <int kCommand>
+void cancels(Pages&) {
+  cancel<kCommand>();
+}
+
+template <int kCommand, bool kPanelUp>
+void cancelsWithPanel(Pages& pages) {
+  cancel<kCommand>();
+  pages.model.holdPanel(kPanelUp);
+}
+
+template <int kCommand, void (PageModel::*kOpen)()>
+void cancelsOf(Pages& pages) {
+  cancel<kCommand>();
+  (pages.model.*kOpen)();
+}
+
+template <const wchar_t* kText>
+void finds(Pages& pages) {
+  pages.find(kText);
+}
+
+template <int kNumber>
+void number(Pages& pages) {
+  {
+    const DialogScript script([](HWND dialog) { pagewindow::enterNumber(dialog, kNumber); });
+    pagewindow::command(ID_RECORD_NUMBER);
+    dispatchPosted();
+  }
+  pages.model.confirmNumber(kNumber);
+}
+
+/// What the user is asked about he discards. Only a record that the store refuses brings a question.
+template <void (*kAction)(Pages&)>
+void discarding(Pages& pages) {
+  if (!pages.model.isRefused()) return;
+  pages.setDiscards(true);
+  kAction(pages);
+  pages.setDiscards(false);
+}
+
+/// What would end the program does nothing where the store refuses the record.
+template <UINT kMessage, WPARAM kParameter>
+void staysOpen(Pages& pages) {
+  if (pages.model.isRefused()) SendMessageW(mainWindow, kMessage, kParameter, 0);
 }
 
 template <int kCommand, int kAnswer, void (PageModel::*kDone)()>
@@ -118,14 +177,35 @@ void openOther(Pages& pages) {
   pages.openAgain();
 }
 
-void cancelOpen(Pages&) {
-  PromptAnswers::setFile(std::nullopt);
-  pagewindow::command(ID_DATABASE_OPEN);
+void makeNew(Pages& pages) {
+  pages.openNew();
 }
 
 void cancelDelete(Pages&) {
   PromptAnswers::setFile(std::nullopt);
   pagewindow::command(ID_DATABASE_DELETE);
+}
+
+template <int kAnswer>
+void deleteOther(Pages& pages) {
+  const std::filesystem::path other = pages.file(L"other.cdb");
+  constexpr BOOL kAlsoExisting = FALSE;
+  CopyFileW(pages.file(L"bare.cdb.kept").c_str(), other.c_str(), kAlsoExisting);
+  PromptAnswers::setFile(other.wstring());
+  PromptAnswers::setBox(kAnswer);
+  pagewindow::command(ID_DATABASE_DELETE);
+  PromptAnswers::setBox(IDOK);
+  pages.expect(std::filesystem::exists(other) == (kAnswer != IDYES), "the file that was to be deleted");
+}
+
+void deleteOpenOne(Pages& pages) {
+  if (!pages.model.isOpen()) return;
+  const std::wstring open = theDocument->databasePath().text();
+  PromptAnswers::setFile(open);
+  PromptAnswers::setBox(IDYES);
+  pagewindow::command(ID_DATABASE_DELETE);
+  PromptAnswers::setBox(IDOK);
+  pages.expect(std::filesystem::exists(open), "the open file was deleted");
 }
 
 void createTable(Pages& pages) {
@@ -154,6 +234,10 @@ void addQuery(Pages& pages) {
   pages.model.addQuery(name, kBig);
 }
 
+constexpr wchar_t kFirstMatch[] = L"r1";
+constexpr wchar_t kMiddleMatch[] = L"r3";
+constexpr wchar_t kNoMatch[] = L"zebra";
+
 constexpr Action kActions[] = {
     {"tab Tables", tab<kTables>},
     {"tab Form", tab<kForm>},
@@ -168,9 +252,9 @@ constexpr Action kActions[] = {
     {"Last", does<ID_RECORD_LAST, &PageModel::moveLast>},
     {"Next", does<ID_RECORD_NEXT, &PageModel::moveNext>},
     {"Previous", does<ID_RECORD_PREVIOUS, &PageModel::movePrevious>},
-    {"New", [](Pages& pages) { pages.newRecord(); }},
+    {"New", newRecord},
     {"Delete", deleteRecord},
-    {"type", [](Pages& pages) { pages.type(); }},
+    {"type", type},
     {"Edit", edit},
     {"Next page", turns<ID_PAGE_NEXT, 1>},
     {"Previous page", turns<ID_PAGE_PREVIOUS, -1>},
@@ -180,13 +264,21 @@ constexpr Action kActions[] = {
     {"row 2", row<2>},
     {"arrow up", arrow<VK_UP, -1>},
     {"arrow down", arrow<VK_DOWN, 1>},
+    {"Home", nameKey<VK_HOME>},
+    {"End", nameKey<VK_END>},
+    {"arrow right", nameKey<VK_RIGHT>},
+    {"arrow left", nameKey<VK_LEFT>},
     {"panel", panel},
     {"Close DB", does<ID_DATABASE_CLOSE, &PageModel::close>},
     {"Open DB", openOther},
     {"Open DB of a missing file", openMissing},
     {"Open DB cancelled", cancelOpen},
     {"New DB cancelled", cancelNew},
+    {"New DB", makeNew},
     {"Delete DB cancelled", cancelDelete},
+    {"Delete DB, No", deleteOther<IDNO>},
+    {"Delete DB", deleteOther<IDYES>},
+    {"Delete DB of the open one", deleteOpenOne},
     {"Delete table", answers<ID_TABLE_DELETE, IDYES, &PageModel::deleteTable>},
     {"Delete table, No", answers<ID_TABLE_DELETE, IDNO, &PageModel::deleteTable>},
     {"Delete query", answers<ID_QUERY_DELETE, IDYES, &PageModel::deleteQuery>},
@@ -197,12 +289,17 @@ constexpr Action kActions[] = {
     {"New table cancelled", cancels<ID_TABLE_NEW>},
     {"New query cancelled", cancels<ID_QUERY_NEW>},
     {"Edit query cancelled", cancels<ID_QUERY_EDIT>},
-    {"Find cancelled", cancelFind},
-    {"Number cancelled", cancels<ID_RECORD_NUMBER>},
+    {"Find cancelled", cancelsOf<ID_FIND, &PageModel::openFind>},
+    {"Find the first", finds<kFirstMatch>},
+    {"Find the third", finds<kMiddleMatch>},
+    {"Find nothing", finds<kNoMatch>},
+    {"Number cancelled", cancelsOf<ID_RECORD_NUMBER, &PageModel::openNumber>},
+    {"Number 1", number<1>},
+    {"Number 2", number<2>},
     {"DB Info", cancels<ID_DATABASE_INFO>},
-    {"About", cancels<ID_ABOUT>},
+    {"About", cancelsWithPanel<ID_ABOUT, false>},
     {"Options cancelled", cancels<ID_OPTIONS>},
-    {"Change password cancelled", cancels<ID_PASSWORD_CHANGE>},
+    {"Change password cancelled", cancelsWithPanel<ID_PASSWORD_CHANGE, true>},
     {"Copy", stray<ID_COPY>},
     {"Large Icons", stray<ID_VIEW_LARGE_ICONS>},
     {"Small Icons", stray<ID_VIEW_SMALL_ICONS>},
@@ -211,6 +308,17 @@ constexpr Action kActions[] = {
     {"Fit columns", stray<ID_COLUMNS_FIT>},
     {"scroll range", stray<ID_FORM_SCROLL_RANGE>},
     {"Enter", stray<ID_ENTER>},
+    {"closed, refused", staysOpen<WM_CLOSE, 0>},
+    {"Exit, refused", staysOpen<WM_COMMAND, ID_EXIT>},
+    {"Previous, discarding", discarding<does<ID_RECORD_PREVIOUS, &PageModel::movePrevious>>},
+    {"Last, discarding", discarding<does<ID_RECORD_LAST, &PageModel::moveLast>>},
+    {"New, discarding", discarding<newRecord>},
+    {"Find nothing, discarding", discarding<finds<kNoMatch>>},
+    {"Number 1, discarding", discarding<number<1>>},
+    {"tab List, discarding", discarding<tab<kList>>},
+    {"Close DB, discarding", discarding<does<ID_DATABASE_CLOSE, &PageModel::close>>},
+    {"Open DB, discarding", discarding<openOther>},
+    {"New DB, discarding", discarding<makeNew>},
 };
 
 }  // namespace

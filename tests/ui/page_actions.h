@@ -18,9 +18,9 @@ void tab(Pages& pages) {
   pages.showPage(kPage);
 }
 
-/// The input panel goes up or down.
-void panel(Pages& pages);
 /// A file that is not there is to be opened: no database is open then.
 void openMissing(Pages& pages);
+/// A file is to be opened, and its user cancels.
+void cancelOpen(Pages& pages);
 /// A new database is begun, for which the former one is closed, and its user cancels.
 void cancelNew(Pages& pages);

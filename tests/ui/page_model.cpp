@@ -1,15 +1,11 @@
 #include "tests/ui/page_model.h"
 
 #include <algorithm>
-#include <utility>
-
-#include "resources/command_ids.h"
 
 // ---- The database
 
 void PageModel::open(ModelDatabase* database) {
   closeOnly();
-  if (!database) return;
   leaveMode();
   mode_ = kNone;
   database_ = database;
@@ -23,7 +19,6 @@ void PageModel::open(ModelDatabase* database) {
 
 void PageModel::closeOnly() {
   if (!database_) return;
-  if (mode_ == kForm && hasRecords()) commit();
   dropRecords();
   pending_ = false;
   if (mode_ == kList) setMode(kTables);
@@ -37,7 +32,7 @@ void PageModel::closeOnly() {
 }
 
 void PageModel::close() {
-  if (!database_) return;
+  if (!database_ || !leaveRecord()) return;
   closeOnly();
   page_ = kNone;
   setMode(kNone);
@@ -50,11 +45,11 @@ void PageModel::tapTab(int page) {
 }
 
 void PageModel::showPage(int page) {
-  if (page != page_) {
+  if (page != page_ && leaveRecord()) {
     page_ = page;
     setMode(page);
   }
-  tab_ = page;
+  tab_ = page_;
 }
 
 void PageModel::setMode(int mode) {
@@ -67,10 +62,13 @@ void PageModel::setMode(int mode) {
     enterMode(mode);
   }
   mode_ = mode;
+  if (mode == kForm) layOutForm();
 }
 
 void PageModel::leaveMode() {
-  if (mode_ == kForm && hasRecords()) commit();
+  if (mode_ == kForm && hasRecords()) showFormPage(false);
+  // What the user sees is what he means.
+  isBehind_ = false;
   if (mode_ == kList) {
     // The selected row is the current one.
     if (!hasRecords()) current_ = 1;
@@ -106,10 +104,11 @@ void PageModel::enterMode(int mode) {
     for (const auto& query : database_->queries()) queryItems_.push_back(query->first);
   }
   if (mode == kForm && recordsetOpen_) {
-    if (!formBuilt_) formShows(0);
+    const bool builds = !formBuilt_;
     formBuilt_ = true;
     if (recordset_.empty()) return;
-    hasEditors_ = true;
+    if (builds) buildForm();
+    showFormPage(true);
     // What was chosen in the grid means nothing in another recordset.
     const bool repositions = reposition_ && !opensNow_;
     current_ = repositions ? std::max<std::uint32_t>(current_, 1) : 1;
@@ -143,15 +142,6 @@ void PageModel::wantQuery(int index) {
   firstSliding_ = 1;
 }
 
-int PageModel::nameCount() const {
-  if (page_ == kTables) return static_cast<int>(tableItems_.size());
-  return page_ == kQueries ? static_cast<int>(queryItems_.size()) : 0;
-}
-
-int PageModel::selectedName() const {
-  return page_ == kTables ? tableSelected_ : querySelected_;
-}
-
 void PageModel::tapName(int index) {
   if (page_ == kTables) {
     tableSelected_ = index;
@@ -167,8 +157,9 @@ void PageModel::dropRecords() {
   recordset_.clear();
   fields_.clear();
   formBuilt_ = false;
-  hasEditors_ = false;
-  formShows(0);
+  editorShown_.clear();
+  formPage_ = 0;
+  isBehind_ = false;
   newPending_ = false;
   typed_.clear();
   isTyped_ = false;
@@ -198,112 +189,6 @@ void PageModel::openRecords() {
     if (above < 0 || (!record->first.empty() && std::stoi(record->first) > above))
       recordset_.push_back(record);
   }
-}
-
-// ---- Records
-
-bool PageModel::canChangeRecords() const {
-  return recordsetOpen_ && !readOnly_ && base_->name != kModelQueryTable;
-}
-
-bool PageModel::canType() const {
-  return mode_ == kForm && hasRecords() && canChangeRecords() && fields_.size() > 1;
-}
-
-void PageModel::type(wchar_t character) {
-  if (!isTyped_) typed_ = recordset_[current_ - 1]->second;
-  isTyped_ = true;
-  typed_ += character;
-}
-
-void PageModel::commit() {
-  if (newPending_) base_->records.push_back(recordset_.back());
-  if (isTyped_) recordset_[current_ - 1]->second = typed_;
-  newPending_ = false;
-  isTyped_ = false;
-}
-
-void PageModel::moveTo(std::uint32_t position) {
-  if (!recordsetOpen_) return;
-  if (mode_ == kForm && hasRecords()) commit();
-  if (mode_ == kForm || mode_ == kList) current_ = position;
-}
-
-void PageModel::moveFirst() {
-  moveTo(1);
-}
-
-void PageModel::moveLast() {
-  moveTo(count());
-}
-
-void PageModel::moveNext() {
-  if (current_ < count()) moveTo(current_ + 1);
-}
-
-void PageModel::movePrevious() {
-  if (current_ > 1) {
-    moveTo(current_ - 1);
-  } else if (mode_ == kForm) {
-    moveTo(1);
-  }
-}
-
-void PageModel::tapRow(int row) {
-  current_ = static_cast<std::uint32_t>(row) + 1;
-}
-
-void PageModel::arrowKey(int step) {
-  if (step < 0 && current_ > 1) --current_;
-  if (step > 0 && current_ < count()) ++current_;
-}
-
-void PageModel::newRecord() {
-  if (mode_ != kForm || !recordsetOpen_ || readOnly_) return;
-  if (recordset_.empty()) {
-    hasEditors_ = true;
-    formPage_ = 0;
-  } else {
-    commit();
-  }
-  recordset_.push_back(std::make_shared<ModelRecord>());
-  current_ = count();
-  newPending_ = true;
-  formPageKnown_ = false;
-}
-
-void PageModel::openFind() {
-  if (mode_ == kForm && hasRecords()) commit();
-}
-
-void PageModel::deleteRecord() {
-  if ((mode_ != kForm && mode_ != kList) || !hasRecords() || readOnly_) return;
-  isTyped_ = false;
-  if (newPending_) {
-    recordset_.pop_back();
-    newPending_ = false;
-  } else {
-    const auto record = recordset_[current_ - 1];
-    std::erase(base_->records, record);
-    std::erase(recordset_, record);
-    --current_;
-  }
-  if (mode_ == kForm) {
-    current_ = current_ > 1 ? current_ - 1 : 1;
-  } else if (current_ == 0 && !recordset_.empty()) {
-    current_ = 1;
-  }
-}
-
-void PageModel::turnFormPage(int step, bool panelUp) {
-  if (mode_ != kForm || formPage_ + step < 0 || formPage_ + step >= formPageCount(panelUp)) return;
-  formPage_ += step;
-}
-
-void PageModel::slideColumns(int step) {
-  if (mode_ != kList || !recordsetOpen_) return;
-  const int next = firstSliding_ + step;
-  if (next >= 1 && next <= std::max(1, fieldCount() - 2)) firstSliding_ = next;
 }
 
 // ---- Tables and queries

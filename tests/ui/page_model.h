@@ -20,9 +20,15 @@ class PageModel {
  public:
   explicit PageModel(std::vector<ModelStatement> statements) : statements_(std::move(statements)) {}
 
-  // ---- What the user does
+  // ---- What the user does (page_model.cpp)
 
-  /// Null for a file that can't be opened.
+  /// Whether what asks for the writing of the form's record may go on, which is written then: not with a
+  /// record that the store refuses, unless the user discards it.
+  bool leaveRecord();
+  /// From here on the user answers that what was typed is to be discarded, or not.
+  void setDiscards(bool discards) { discards_ = discards; }
+
+  /// In place of the one that is open, whose record was left.
   void open(ModelDatabase* database);
   void close();
   /// The database is closed and none is opened in its place; the page stays.
@@ -31,6 +37,15 @@ class PageModel {
   void tapTab(int page);
   void showPage(int page);
   void tapName(int index);
+  void createTable(const std::wstring& name);
+  void deleteTable();
+  /// A statement is tried out on the Queries page.
+  void checkStatement();
+  void addQuery(const std::wstring& name, const std::wstring& sql);
+  void deleteQuery();
+
+  // ---- With records (page_model_records.cpp)
+
   void tapRow(int row);
   void arrowKey(int step);
   /// Types at the end of the second field's editor.
@@ -39,64 +54,69 @@ class PageModel {
   void moveLast();
   void moveNext();
   void movePrevious();
-  void moveTo(std::uint32_t position);
   void newRecord();
   void deleteRecord();
-  /// What stands on the form is stored before the dialog comes.
+  /// What stands on the form is stored before the dialog comes, which has the panel up as long as it is open.
   void openFind();
-  void turnFormPage(int step, bool panelUp);
+  /// One step in all fields from there, and the end of the dialog.
+  void find(const std::wstring& text);
+  void openNumber();
+  void confirmNumber(std::uint32_t number);
+  void turnFormPage(int step);
   void slideColumns(int step);
-  void createTable(const std::wstring& name);
-  void deleteTable();
-  /// A statement is tried out on the Queries page.
-  void checkStatement();
-  void addQuery(const std::wstring& name, const std::wstring& sql);
-  void deleteQuery();
-  /// The panel has moved: what page the form then shows is the form's to say.
-  void panelMoved() { formPageKnown_ = false; }
-  void formShows(int page) {
-    formPage_ = page;
-    formPageKnown_ = true;
-  }
+  void movePanel(bool up);
+  /// A dialog has the panel up, or down, as long as it is open.
+  void holdPanel(bool up);
 
-  // ---- What there has to be
+  // ---- What there has to be (page_model_facts.cpp)
 
-  Facts facts(bool panelUp) const;
+  Facts facts() const;
   /// Whether the second field's editor can be typed into.
   bool canType() const;
   bool canChangeRecords() const;
+  /// A new record that the store does not take stands on the form.
+  bool isRefused() const;
   int page() const { return page_; }
   bool isOpen() const { return database_ != nullptr; }
   bool isRecordsetOpen() const { return recordsetOpen_; }
   int nameCount() const;
   int selectedName() const;
   int recordCount() const { return static_cast<int>(recordset_.size()); }
-  int formPageCount(bool panelUp) const;
-  int formPage() const { return formPage_; }
-  bool isFormPageKnown() const { return formPageKnown_; }
-  int fieldCount() const { return static_cast<int>(fields_.size()); }
-  bool isNewPending() const { return newPending_; }
-  std::wstring typed() const { return typed_; }
-  std::wstring queryName() const { return queryName_; }
-  std::wstring tableName() const { return tableName_; }
+  bool isPanelUp() const { return panelUp_; }
 
  private:
   bool enabled(int command) const;
+  void barFacts(Facts& facts) const;
+  void formFacts(Facts& facts) const;
+  void gridFacts(Facts& facts) const;
   bool hasRecords() const { return recordsetOpen_ && !recordset_.empty(); }
   std::uint32_t count() const { return static_cast<std::uint32_t>(recordset_.size()); }
+  /// Where the cursor stands: at the record that is shown, or behind it after a match.
+  std::uint32_t cursor() const { return current_ + (isBehind_ ? 1 : 0); }
+  int fieldCount() const { return static_cast<int>(fields_.size()); }
+  int formPageCount() const;
+
   void enterMode(int mode);
   void setMode(int mode);
   void leaveMode();
-  void commit();
   void openRecords();
   void dropRecords();
   void wantTable(const std::wstring& name);
   void wantQuery(int index);
   const ModelStatement* statement(const std::wstring& sql) const;
-  void barFacts(Facts& facts) const;
+  void commit();
+  void discard();
+  void show(std::uint32_t position);
+  std::uint32_t searched(const std::wstring& text) const;
+
+  int fieldsAbovePanel() const { return panelUp_ ? 6 : 9; }
+  void buildForm();
+  void showFormPage(bool isShown);
+  void layOutForm();
 
   std::vector<ModelStatement> statements_;
   ModelDatabase* database_ = nullptr;
+  bool discards_ = false;
   int page_ = kBefore;
   int tab_ = 0;
   int mode_ = kNone;
@@ -118,15 +138,17 @@ class PageModel {
   std::vector<std::wstring> fields_;
   ModelRecords recordset_;
   std::uint32_t current_ = 0;
+  bool isBehind_ = false;
   bool newPending_ = false;
   std::wstring typed_;
   bool isTyped_ = false;
-
-  bool formBuilt_ = false;
-  bool hasEditors_ = false;
-  bool formPageKnown_ = true;
-  int formPage_ = 0;
   bool opensNow_ = false;  ///< the page that is entered is the first to show these records
   bool reposition_ = false;
   int firstSliding_ = 1;
+
+  bool panelUp_ = false;
+  bool formBuilt_ = false;
+  int fieldsPerPage_ = 9;
+  int formPage_ = 0;
+  std::vector<bool> editorShown_;  ///< one for each editor that there is
 };

@@ -1,6 +1,7 @@
-// What the model says that the window has to show.
+// What the model says that there has to be.
 #include <algorithm>
-#include <utility>
+#include <string>
+#include <vector>
 
 #include "resources/command_ids.h"
 #include "tests/ui/page_model.h"
@@ -37,6 +38,27 @@ std::wstring positionText(std::uint32_t current, std::uint32_t count) {
 
 }  // namespace
 
+bool PageModel::canChangeRecords() const {
+  return recordsetOpen_ && !readOnly_ && base_->name != kModelQueryTable;
+}
+
+bool PageModel::canType() const {
+  return mode_ == kForm && hasRecords() && canChangeRecords() && fields_.size() > 1;
+}
+
+bool PageModel::isRefused() const {
+  return mode_ == kForm && newPending_ && base_->isStrict;
+}
+
+int PageModel::nameCount() const {
+  if (page_ == kTables) return static_cast<int>(tableItems_.size());
+  return page_ == kQueries ? static_cast<int>(queryItems_.size()) : 0;
+}
+
+int PageModel::selectedName() const {
+  return page_ == kTables ? tableSelected_ : querySelected_;
+}
+
 bool PageModel::enabled(int command) const {
   const bool hasTables = database_ && !database_->tables.empty();
   const bool many = recordsetOpen_ && count() > 1;
@@ -66,13 +88,13 @@ bool PageModel::enabled(int command) const {
     case ID_QUERY_DELETE:
       return !queryItems_.empty();
     case ID_RECORD_NEXT:
-      return many && current_ < count();
+      return many && cursor() < count();
     case ID_RECORD_PREVIOUS:
-      return (hasRecords() && current_ >= 2) || newPending_;
+      return (hasRecords() && cursor() >= 2) || newPending_;
     case ID_RECORD_FIRST:
-      return many && current_ != 1 && !newPending_;
+      return many && cursor() != 1 && !newPending_;
     case ID_RECORD_LAST:
-      return many && current_ != count();
+      return many && cursor() != count();
     case ID_RECORD_NUMBER:
       return many;
     case ID_COLUMN_PREVIOUS:
@@ -138,14 +160,39 @@ void PageModel::barFacts(Facts& facts) const {
   }
 }
 
-int PageModel::formPageCount(bool panelUp) const {
-  const int perPage = panelUp ? 6 : 9;
-  return hasEditors_ ? (fieldCount() + perPage - 1) / perPage : 0;
+int PageModel::formPageCount() const {
+  return (static_cast<int>(editorShown_.size()) + fieldsPerPage_ - 1) / fieldsPerPage_;
 }
 
-Facts PageModel::facts(bool panelUp) const {
+void PageModel::formFacts(Facts& facts) const {
+  if (hasRecords()) {
+    const ModelRecord& record = *recordset_[current_ - 1];
+    facts["first editor"] = record.first;
+    facts["second editor"] = isTyped_ ? typed_ : fields_.size() < 2 ? L"" : record.second;
+  }
+  facts["editors"] = std::to_wstring(editorShown_.size());
+  facts["visible editors"] = std::to_wstring(std::count(editorShown_.begin(), editorShown_.end(), true));
+  facts["form page"] = std::to_wstring(formPage_);
+  for (const std::string where : {"menu record ", "button "}) {
+    facts[where + std::to_string(ID_PAGE_NEXT)] = formPage_ + 1 < formPageCount() ? L"on" : L"grey";
+    facts[where + std::to_string(ID_PAGE_PREVIOUS)] = formPage_ != 0 ? L"on" : L"grey";
+  }
+}
+
+void PageModel::gridFacts(Facts& facts) const {
+  facts["rows"] = std::to_wstring(count());
+  facts["selected row"] = recordset_.empty() ? L"-1" : std::to_wstring(current_ - 1);
+  facts["first cell"] = recordset_.empty() ? L"" : recordset_[current_ - 1]->first;
+  std::vector<std::wstring> titles(fields_.begin(), fields_.begin() + 1);
+  for (int field = firstSliding_; field < std::min(firstSliding_ + 2, fieldCount()); ++field)
+    titles.push_back(fields_[static_cast<std::size_t>(field)]);
+  facts["titles"] = joined(titles);
+}
+
+Facts PageModel::facts() const {
   Facts facts;
   barFacts(facts);
+  facts["panel"] = panelUp_ ? L"up" : L"down";
   facts["page"] = std::to_wstring(page_);
   facts["tab"] = std::to_wstring(tab_);
   std::vector<std::wstring> shown;
@@ -173,28 +220,7 @@ Facts PageModel::facts(bool panelUp) const {
                                                                                                   : 2)
                                                              : L"0";
   if (showsRecords) facts["position"] = positionText(current_, count());
-  if (showsRecords && page_ == kForm) {
-    if (hasRecords()) {
-      facts["first editor"] = recordset_[current_ - 1]->first;
-      facts["second editor"] = isTyped_             ? typed_
-                               : fields_.size() < 2 ? L""
-                                                    : recordset_[current_ - 1]->second;
-    }
-    facts["editors"] = std::to_wstring(hasEditors_ ? fieldCount() : 0);
-    facts["form page"] = std::to_wstring(formPage_);
-    for (const std::string where : {"menu record ", "button "}) {
-      facts[where + std::to_string(ID_PAGE_NEXT)] = formPage_ + 1 < formPageCount(panelUp) ? L"on" : L"grey";
-      facts[where + std::to_string(ID_PAGE_PREVIOUS)] = formPage_ != 0 ? L"on" : L"grey";
-    }
-  }
-  if (showsRecords && page_ == kList && recordsetOpen_) {
-    facts["rows"] = std::to_wstring(count());
-    facts["selected row"] = recordset_.empty() ? L"-1" : std::to_wstring(current_ - 1);
-    facts["first cell"] = recordset_.empty() ? L"" : recordset_[current_ - 1]->first;
-    std::vector<std::wstring> titles(fields_.begin(), fields_.begin() + 1);
-    for (int field = firstSliding_; field < std::min(firstSliding_ + 2, fieldCount()); ++field)
-      titles.push_back(fields_[static_cast<std::size_t>(field)]);
-    facts["titles"] = joined(titles);
-  }
+  if (showsRecords && page_ == kForm) formFacts(facts);
+  if (showsRecords && page_ == kList && recordsetOpen_) gridFacts(facts);
   return facts;
 }

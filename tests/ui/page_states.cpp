@@ -1,12 +1,10 @@
 #include "tests/ui/page_states.h"
 
+#include "resources/command_ids.h"
 #include "tests/ui/page_actions.h"
+#include "tests/ui/page_window.h"
 
 namespace {
-
-constexpr int kWideTable = 0;
-constexpr int kOneTable = 1;
-constexpr int kEmptyTable = 2;
 
 template <int kTable, int kPage>
 void tableOn(Pages& pages) {
@@ -29,25 +27,41 @@ void closedOn(Pages& pages) {
 
 template <int kPage>
 void panelOn(Pages& pages) {
-  pages.useTable(kWideTable);
+  pages.useTable(Pages::kWideTable);
   pages.showPage(kPage);
-  if (!pagewindow::isPanelUp()) panel(pages);
+  if (!pages.model.isPanelUp()) pages.pressPanelButton();
 }
 
 void newOnForm(Pages& pages) {
-  tableOn<kOneTable, kForm>(pages);
+  tableOn<Pages::kOneTable, kForm>(pages);
   pages.newRecord();
 }
 
 void newOnEmptyForm(Pages& pages) {
-  tableOn<kEmptyTable, kForm>(pages);
+  tableOn<Pages::kEmptyTable, kForm>(pages);
   pages.newRecord();
 }
 
+/// The store refuses it: its first field may not be empty.
+template <int kTable>
+void refusedOnForm(Pages& pages) {
+  tableOn<kTable, kForm>(pages);
+  pages.newRecord();
+}
+
+template <const wchar_t* kText>
+void matchOnForm(Pages& pages) {
+  tableOn<Pages::kWideTable, kForm>(pages);
+  pages.find(kText);
+}
+
 void changedOnForm(Pages& pages) {
-  tableOn<kWideTable, kForm>(pages);
+  tableOn<Pages::kWideTable, kForm>(pages);
   pages.type();
 }
+
+constexpr wchar_t kSecond[] = L"r2";
+constexpr wchar_t kLast[] = L"r6";
 
 constexpr State kStates[] = {
     {"no database", Pages::kPlain, closedOn<kNone>},
@@ -63,16 +77,16 @@ constexpr State kStates[] = {
     {"no queries, Form", Pages::kPlain, tab<kForm>},
     {"no queries, List", Pages::kPlain, tab<kList>},
     {"no queries, Queries", Pages::kPlain, tab<kQueries>},
-    {"empty table, Tables", Pages::kMany, tableOn<kEmptyTable, kTables>},
-    {"empty table, Form", Pages::kMany, tableOn<kEmptyTable, kForm>},
-    {"empty table, List", Pages::kMany, tableOn<kEmptyTable, kList>},
-    {"empty table, Queries", Pages::kMany, tableOn<kEmptyTable, kQueries>},
-    {"one record, Form", Pages::kMany, tableOn<kOneTable, kForm>},
-    {"one record, List", Pages::kMany, tableOn<kOneTable, kList>},
-    {"many records, Tables", Pages::kMany, tableOn<kWideTable, kTables>},
-    {"many records, Form", Pages::kMany, tableOn<kWideTable, kForm>},
-    {"many records, List", Pages::kMany, tableOn<kWideTable, kList>},
-    {"many records, Queries", Pages::kMany, tableOn<kWideTable, kQueries>},
+    {"empty table, Tables", Pages::kMany, tableOn<Pages::kEmptyTable, kTables>},
+    {"empty table, Form", Pages::kMany, tableOn<Pages::kEmptyTable, kForm>},
+    {"empty table, List", Pages::kMany, tableOn<Pages::kEmptyTable, kList>},
+    {"empty table, Queries", Pages::kMany, tableOn<Pages::kEmptyTable, kQueries>},
+    {"one record, Form", Pages::kMany, tableOn<Pages::kOneTable, kForm>},
+    {"one record, List", Pages::kMany, tableOn<Pages::kOneTable, kList>},
+    {"many records, Tables", Pages::kMany, tableOn<Pages::kWideTable, kTables>},
+    {"many records, Form", Pages::kMany, tableOn<Pages::kWideTable, kForm>},
+    {"many records, List", Pages::kMany, tableOn<Pages::kWideTable, kList>},
+    {"many records, Queries", Pages::kMany, tableOn<Pages::kWideTable, kQueries>},
     {"a query, Tables", Pages::kMany, queryOn<0, kTables>},
     {"a query, Form", Pages::kMany, queryOn<0, kForm>},
     {"a query, List", Pages::kMany, queryOn<0, kList>},
@@ -84,6 +98,10 @@ constexpr State kStates[] = {
     {"a query that does not run, List", Pages::kMany, queryOn<2, kList>},
     {"a new record, Form", Pages::kMany, newOnForm},
     {"a first record, Form", Pages::kMany, newOnEmptyForm},
+    {"a refused record, Form", Pages::kMany, refusedOnForm<Pages::kStrictTable>},
+    {"a refused first record, Form", Pages::kMany, refusedOnForm<Pages::kEmptyStrictTable>},
+    {"a match, Form", Pages::kMany, matchOnForm<kSecond>},
+    {"a match in the last record, Form", Pages::kMany, matchOnForm<kLast>},
     {"a changed editor, Form", Pages::kMany, changedOnForm},
     {"the panel up, Tables", Pages::kMany, panelOn<kTables>},
     {"the panel up, Form", Pages::kMany, panelOn<kForm>},

@@ -12,13 +12,17 @@
 #include <string>
 #include <vector>
 
+#include "app/window/program_state.h"
 #include "base/options.h"
 #include "base/settings_store.h"
 #include "gmock/gmock.h"
 #include "tests/shell/shell_settings.h"
 #include "tests/support/paths.h"
 #include "tests/ui/page_actions.h"
+#include "tests/ui/page_window.h"
 #include "tests/ui/program_thread.h"
+#include "tests/ui/window_reading.h"
+#include "views/form/form_ids.h"
 
 namespace {
 
@@ -61,7 +65,7 @@ class PageStatesTest : public testing::Test {
   /// The same after one action more.
   static bool act(Pages& pages, const Action& action);
   static void putPanelDown(Pages& pages) {
-    if (pagewindow::isPanelUp()) panel(pages);
+    if (pages.model.isPanelUp()) pages.pressPanelButton();
   }
   Pages& pages() { return *pages_; }
   void onProgram(const std::function<void()>& what) { caller_->call(what); }
@@ -75,10 +79,12 @@ class PageStatesTest : public testing::Test {
 };
 
 bool PageStatesTest::prepare(Pages& pages, const State& state) {
+  pages.setDiscards(true);
   putPanelDown(pages);
   pages.open(state.database);
   pages.trail = state.name;
   state.prepare(pages);
+  pages.setDiscards(false);
   return pages.agrees();
 }
 
@@ -142,6 +148,26 @@ TEST_F(PageStatesTest, AFailedOpeningAndACancelledNewLeaveThePageAndItsTab) {
     }
   });
   EXPECT_EQ(failure, "");
+}
+
+TEST_F(PageStatesTest, TheFormIsLaidOutAnewAfterOpenAlsoWhenItWasCancelled) {
+  ControlPlace before{};
+  ControlPlace moved{};
+  ControlPlace after{};
+  onProgram([&] {
+    pages().open(Pages::kMany);
+    pages().useTable(Pages::kWideTable);
+    pages().showPage(kForm);
+    const HWND editor = GetDlgItem(formWrapperWindow, kFirstTextEditorId);
+    before = placeOf(editor);
+    SetWindowPos(editor, nullptr, 0, 200, 0, 0, SWP_NOSIZE | SWP_NOZORDER);
+    moved = placeOf(editor);
+    cancelOpen(pages());
+    after = placeOf(editor);
+  });
+  EXPECT_NE(moved.y, before.y);
+  EXPECT_EQ(after.y, before.y);
+  EXPECT_EQ(after.x, before.x);
 }
 
 }  // namespace

@@ -9,6 +9,8 @@
 
 #include "app/window/program_state.h"
 #include "app/window/tab_pages.h"
+#include "dialogs/find/find_dialog_ids.h"
+#include "dialogs/small/go_to_ids.h"
 #include "resources/command_ids.h"
 #include "tests/ui/window_reading.h"
 #include "views/dialog/input_panel_hold.h"
@@ -81,6 +83,10 @@ Names nameLists() {
   return names;
 }
 
+HWND shownNames() {
+  return nameLists().list[currentPage == kTables ? 0 : 1];
+}
+
 std::wstring itemTexts(HWND list) {
   std::wstring texts;
   for (int i = 0; i < listview::itemCount(list); ++i) {
@@ -145,11 +151,15 @@ void addBarFacts(Facts& facts) {
 
 void addFormFacts(Facts& facts) {
   int editors = 0;
+  int visible = 0;
   for (HWND child = GetWindow(formWrapperWindow, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT)) {
-    if (GetDlgCtrlID(child) >= kFirstTextEditorId) ++editors;
+    if (GetDlgCtrlID(child) < kFirstTextEditorId) continue;
+    ++editors;
+    if (isShown(child)) ++visible;
   }
   facts["editors"] = std::to_wstring(editors);
-  facts["form page"] = std::to_wstring(pagewindow::formPage());
+  facts["visible editors"] = std::to_wstring(visible);
+  facts["form page"] = std::to_wstring(theFormView.pageIndex());
   if (!theDocument->isRecordsetOpen() || recordCount == 0) return;
   facts["first editor"] = textOf(GetDlgItem(formWrapperWindow, kFirstTextEditorId));
   const HWND second = GetDlgItem(formWrapperWindow, kFirstTextEditorId + 1);
@@ -226,6 +236,7 @@ namespace pagewindow {
 Facts facts() {
   Facts facts;
   addBarFacts(facts);
+  facts["panel"] = isInputPanelUp() ? L"up" : L"down";
   facts["page"] = std::to_wstring(currentPage);
   facts["tab"] = std::to_wstring(selectedTab());
   const Names names = nameLists();
@@ -270,12 +281,22 @@ void clickTab(int page) {
 }
 
 void tapName(int index) {
-  const HWND list = nameLists().list[currentPage == kTables ? 0 : 1];
+  const HWND list = shownNames();
   listview::setItemState(list, index, LVIS_SELECTED | LVIS_FOCUSED, LVIS_SELECTED | LVIS_FOCUSED);
   NMITEMACTIVATE click{};
   click.hdr = {list, static_cast<UINT_PTR>(NameListView::kControlId), NM_CLICK};
   click.iItem = index;
   SendMessageW(mainWindow, WM_NOTIFY, click.hdr.idFrom, reinterpret_cast<LPARAM>(&click));
+}
+
+ChosenName chosenName() {
+  const HWND list = shownNames();
+  const int selected = selectedItem(list);
+  return {selected, selected >= 0 && listview::nextItem(list, selected - 1, LVNI_FOCUSED) == selected};
+}
+
+void pressKeyInNames(WORD key) {
+  SendMessageW(shownNames(), WM_KEYDOWN, key, 1);
 }
 
 void tapRow(int row) {
@@ -310,12 +331,19 @@ void pressPanelButton() {
   SendMessageW(button, WM_LBUTTONDOWN, MK_LBUTTON, 0);
 }
 
-bool isPanelUp() {
-  return isInputPanelUp();
+void findInAllFields(HWND dialog, const wchar_t* text) {
+  SetDlgItemTextW(dialog, IDC_FIND_TEXT, text);
+  if (IsDlgButtonChecked(dialog, IDC_FIND_ALL_FIELDS) != BST_CHECKED)
+    SendDlgItemMessageW(dialog, IDC_FIND_ALL_FIELDS, BM_CLICK, 0, 0);
+  PostMessageW(dialog, WM_COMMAND, IDC_FIND_NEXT, 0);
+  PostMessageW(dialog, WM_COMMAND, IDCANCEL, 0);
 }
 
-int formPage() {
-  return static_cast<int>(theFormView.pageIndex());
+void enterNumber(HWND dialog, int number) {
+  SetDlgItemInt(dialog, IDC_GO_TO_NUMBER, static_cast<UINT>(number), FALSE);
+  PostMessageW(dialog, WM_COMMAND, IDOK, 0);
+  // After a number that was refused.
+  PostMessageW(dialog, WM_COMMAND, IDCANCEL, 0);
 }
 
 }  // namespace pagewindow

@@ -55,8 +55,18 @@ void tapRow(int row);
 void pressKeyInGrid(WORD key);
 void typeIntoSecondEditor(wchar_t character);
 void pressPanelButton();
-bool isPanelUp();
-/// The page that the form shows.
-int formPage();
+/// What the user does in the Find dialog: one step, after which he leaves it.
+void findInAllFields(HWND dialog, const wchar_t* text);
+/// What he does in the dialog that asks for a number; he leaves it when the number is refused.
+void enterNumber(HWND dialog, int number);
+
+/// In the list of names that is shown.
+struct ChosenName {
+  int index;  ///< -1 for none
+  bool hasFocus;
+  bool operator==(const ChosenName&) const = default;
+};
+ChosenName chosenName();
+void pressKeyInNames(WORD key);
 
 }  // namespace pagewindow
