@@ -46,6 +46,11 @@ bool isBytes(const Variant& value) {
 
 String textOfBytes(const Variant& value) {
   SAFEARRAY* const array = isBytes(value) ? value.get().parray : nullptr;
+  return array ? textOfBytes(value, array->rgsabound[0].cElements) : String();
+}
+
+String textOfBytes(const Variant& beginning, std::uint64_t wholeCount) {
+  SAFEARRAY* const array = isBytes(beginning) ? beginning.get().parray : nullptr;
   if (!array || SafeArrayGetDim(array) != 1) return {};
   const ULONG count = array->rgsabound[0].cElements;
   void* data = nullptr;
@@ -60,7 +65,7 @@ String textOfBytes(const Variant& value) {
     text += kDigits[bytes[index] & 15];
   }
   SafeArrayUnaccessData(array);
-  if (shown < count) text += L" \x2026 (" + std::to_wstring(count) + L" bytes)";
+  if (shown < wholeCount) text += L" \x2026 (" + std::to_wstring(wholeCount) + L" bytes)";
   return text.c_str();
 }
 

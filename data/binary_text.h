@@ -4,6 +4,8 @@
 
 #include <oleauto.h>
 
+#include <cstdint>
+
 #include "base/string.h"
 #include "base/variant.h"
 
@@ -17,6 +19,8 @@ bool isBytes(const Variant& value);
 
 /// The empty text for an array of none, and for a value that isBytes denies.
 String textOfBytes(const Variant& value);
+/// The same of the beginning, at least kMostShownByteCount, of so many bytes.
+String textOfBytes(const Variant& beginning, std::uint64_t wholeCount);
 
 /// Pairs of digits in either case, with or without blanks between them. VT_EMPTY for the empty text and
 /// for any other. Throws std::bad_alloc.

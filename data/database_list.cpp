@@ -3,6 +3,13 @@
 #include "data/field_kinds.h"
 #include "data/recordset_handle.h"
 
+namespace {
+
+/// Far more than a cell shows.
+constexpr LONG kMostListedBytes = 10'000;
+
+}  // namespace
+
 bool Database::moveForList(std::uint32_t row) {
   if (!prepareListRows()) return false;
   const LONG distance = static_cast<LONG>(row - listPosition_ + 1);
@@ -23,10 +30,10 @@ Outcome Database::readForList(std::uint32_t row, std::uint32_t field, String& te
   }
   const bool isAtRow = isAtListPosition_ && listPosition_ == row + 1;
   if (!isAtRow && !moveForList(row)) return Outcome::failure(L"The record can't be reached.");
-  Variant value;
-  Outcome read = listRows_->field(static_cast<LONG>(field)).read(value);
+  ValueBeginning beginning;
+  Outcome read = listRows_->field(static_cast<LONG>(field)).readBeginning(kMostListedBytes, beginning);
   if (read) {
-    text = fieldKind(fieldType(field)).textOf(value);
+    text = textOfBeginning(fieldType(field), beginning);
   } else {
     isAtListPosition_ = false;  // a move back to it reads it anew
   }

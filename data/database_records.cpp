@@ -97,7 +97,8 @@ Outcome Database::returnOrReopen(const RecordSnapshot& seen) {
 bool Database::holds(const RecordSnapshot& present, const RecordSnapshot& seen) const {
   if (present.fields().size() != seen.fields().size()) return false;
   for (std::uint32_t field = 0; field < present.fields().size(); ++field) {
-    if (!isFieldReadOnly(field) && !isSameValue(present.fields()[field].value, seen.fields()[field].value)) {
+    if (!isFieldReadOnly(field) &&
+        !isSameBeginning(present.fields()[field].read, seen.fields()[field].read)) {
       return false;
     }
   }

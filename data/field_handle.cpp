@@ -46,6 +46,18 @@ Outcome FieldHandle::read(Variant& value) {
   return outcome;
 }
 
+Outcome FieldHandle::readBeginning(LONG mostBytes, ValueBeginning& beginning) {
+  if (!field_) return noField();
+  Variant fetched;
+  hyper length = 0;
+  hyper fingerprint = 0;
+  Outcome outcome = outcomeOf(field_->ReadBeginning(mostBytes, fetched.put(), &length, &fingerprint));
+  if (!outcome) return outcome;
+  beginning = {std::move(fetched), static_cast<std::uint64_t>(length),
+               static_cast<std::uint64_t>(fingerprint)};
+  return outcome;
+}
+
 const Variant& FieldHandle::value() {
   if (!field_ || FAILED(field_->get_Value(value_.put()))) value_.clear();
   return value_;

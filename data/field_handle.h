@@ -8,6 +8,7 @@
 #include "base/string.h"
 #include "base/variant.h"
 #include "data/outcome.h"
+#include "data/value_beginning.h"
 
 /// One field of a recordset, or no field, which reads as a value that can't be fetched. Results that are
 /// references hold until the next call of the same handle.
@@ -30,6 +31,8 @@ class FieldHandle {
 
   /// Fetches the value into `value`, which is untouched when that fails.
   Outcome read(Variant& value);
+  /// The same of at most `mostBytes` of a text or of bytes, as they lie in the file.
+  Outcome readBeginning(LONG mostBytes, ValueBeginning& beginning);
   /// The same without a reason: VT_EMPTY when it fails.
   const Variant& value();
   /// The value as text (value_conversion.h); empty when it can't be fetched or converted.

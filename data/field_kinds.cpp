@@ -124,6 +124,11 @@ const FieldKind& fieldKind(FieldType type) {
   return found == kKinds.end() ? kUnknown : *found;
 }
 
+String textOfBeginning(FieldType type, const ValueBeginning& beginning) {
+  if (beginning.isCut() && isBytes(beginning.value)) return textOfBytes(beginning.value, beginning.length);
+  return fieldKind(type).textOf(beginning.value);
+}
+
 std::span<const FieldKind> offeredFieldKinds() {
   return std::span(kKinds).first(kOfferedCount);
 }

@@ -5,6 +5,7 @@
 
 #include "base/string.h"
 #include "data/schema.h"
+#include "data/value_beginning.h"
 
 class FieldValueSource;
 class Variant;
@@ -41,6 +42,9 @@ struct FieldKind {
 
 /// For a type that is not known a kind that shows "<not recognised>" and is not written.
 const FieldKind& fieldKind(FieldType type);
+
+/// A value of such a field as the user reads it; of one that was cut the beginning.
+String textOfBeginning(FieldType type, const ValueBeginning& beginning);
 
 /// Those that are offered when a table is designed, in that order, which is also the alphabetical order of
 /// the labels.

@@ -23,10 +23,10 @@ RecordSnapshot Database::readRecord() {
   for (std::uint32_t index = 0; index < fieldCount_; ++index) {
     FieldSnapshot& field = fields[index];
     // The first field that can't be fetched ends it: each further one would wait for the same lock again.
-    Outcome read = recordset_->field(static_cast<LONG>(index)).read(field.value);
+    Outcome read = recordset_->field(static_cast<LONG>(index)).readBeginning(kMostReadBytes, field.read);
     if (!read) return {currentRecord, std::move(read)};
-    field.text = fieldKind(fieldType(index)).textOf(field.value);
-    field.state = stateOf(field.value, field.text);
+    field.text = textOfBeginning(fieldType(index), field.read);
+    field.state = stateOf(field.read.value, field.text);
   }
   return {currentRecord, newRecordPending_, std::move(fields)};
 }

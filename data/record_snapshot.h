@@ -4,8 +4,12 @@
 #include <vector>
 
 #include "base/string.h"
-#include "base/variant.h"
 #include "data/outcome.h"
+#include "data/value_beginning.h"
+
+/// Of a text or of bytes no more than this is read, in the file's own length. It is more than any control
+/// shows.
+inline constexpr long kMostReadBytes = 1'000'000;
 
 /// What one field of a record was read as.
 struct FieldSnapshot {
@@ -16,10 +20,10 @@ struct FieldSnapshot {
   };
 
   State state = State::unreadable;
-  /// As Database::valueText gives it; empty where nothing is known.
+  /// As the user reads it; empty where nothing is known. Of a value that is cut it is the beginning.
   String text;
-  /// As the store gave it.
-  Variant value;
+  /// As the store gave it; kMostReadBytes at most.
+  ValueBeginning read;
 };
 
 /// One reading of one record, as a value: what the user sees, and what a change is measured against.
@@ -52,6 +56,3 @@ class RecordSnapshot {
   Outcome outcome_;
   std::vector<FieldSnapshot> fields_;
 };
-
-/// Whether both are the same value of the same type, to the last bit.
-bool isSameValue(const Variant& one, const Variant& other);

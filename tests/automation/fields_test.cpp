@@ -243,6 +243,65 @@ TEST_F(Fields, ActualSizeIsInBytes) {
   }
 }
 
+/// What ReadBeginning gives: the value, its whole length, and whether it was cut.
+std::string beginningOf(IAdoceRecordset* recordset, long index, long mostBytes) {
+  OwnedVariant value;
+  hyper length = -1;
+  hyper fingerprint = -1;
+  EXPECT_EQ(fieldOf(recordset, index)->ReadBeginning(mostBytes, value.get(), &length, &fingerprint), S_OK);
+  return described(value) + " of " + std::to_string(length) + (fingerprint != 0 ? " cut" : "");
+}
+
+TEST_F(Fields, OfALongValueTheBeginningCanBeHad) {
+  const ComPtr<IAdoceRecordset> recordset = openedOn(
+      "CREATE TABLE T (a text, b varbinary(9), c integer, d text);"
+      "INSERT INTO T VALUES ('x\xCE\xB1\xF0\x9F\x98\x80y', x'000102', 70000, NULL)",
+      L"SELECT * FROM T");
+  for (const long most : {8L, 100L}) {
+    EXPECT_EQ(beginningOf(recordset.get(), 0, most), described(valueOf(recordset.get(), 0)) + " of 5");
+  }
+  // Never inside a character.
+  EXPECT_EQ(beginningOf(recordset.get(), 0, 7), "BSTR x\\x03b1\\xd83d\\xde00 of 5 cut");
+  for (const long most : {6L, 5L, 4L, 3L})
+    EXPECT_EQ(beginningOf(recordset.get(), 0, most), "BSTR x\\x03b1 of 5 cut") << most;
+  EXPECT_EQ(beginningOf(recordset.get(), 0, 2), "BSTR x of 5 cut");
+  EXPECT_EQ(beginningOf(recordset.get(), 0, 0), "BSTR  of 5 cut");
+  EXPECT_EQ(beginningOf(recordset.get(), 0, -1), "BSTR  of 5 cut");
+  EXPECT_EQ(beginningOf(recordset.get(), 1, 3), described(valueOf(recordset.get(), 1)) + " of 3");
+  EXPECT_THAT(beginningOf(recordset.get(), 1, 2), testing::EndsWith(" of 3 cut"));
+  EXPECT_EQ(beginningOf(recordset.get(), 2, 0), "I4 70000 of 0");
+  EXPECT_EQ(beginningOf(recordset.get(), 3, 0), "NULL of 0");
+}
+
+TEST_F(Fields, TheFingerprintTellsTwoCutValuesApart) {
+  const ComPtr<IAdoceRecordset> recordset = openedOn(
+      "CREATE TABLE T (a text, b text, c text);"
+      "INSERT INTO T VALUES ('beginning 1', 'beginning 2', 'beginning 1')",
+      L"SELECT * FROM T");
+  const auto fingerprint = [&](long index) {
+    OwnedVariant value;
+    hyper length = 0;
+    hyper mark = 0;
+    EXPECT_EQ(fieldOf(recordset.get(), index)->ReadBeginning(9, value.get(), &length, &mark), S_OK);
+    return mark;
+  };
+  EXPECT_NE(fingerprint(0), fingerprint(1));
+  EXPECT_EQ(fingerprint(0), fingerprint(2));
+}
+
+TEST_F(Fields, TheBeginningOfAFieldThatCantBeReadIsUntouched) {
+  const ComPtr<IAdoceRecordset> recordset = openedOn("CREATE TABLE T (a text)", L"SELECT * FROM T");
+  OwnedVariant value;
+  hyper length = 17;
+  hyper fingerprint = 18;
+  EXPECT_EQ(fieldOf(recordset.get(), 0L)->ReadBeginning(9, value.get(), &length, &fingerprint),
+            objectModelError(3021));
+  EXPECT_EQ(V_VT(value.get()), VT_EMPTY);
+  EXPECT_EQ(length, 17);
+  EXPECT_EQ(fingerprint, 18);
+  EXPECT_EQ(fieldOf(recordset.get(), 0L)->ReadBeginning(9, value.get(), nullptr, &fingerprint), E_POINTER);
+}
+
 TEST_F(Fields, AreEnumerated) {
   const ComPtr<IAdoceFields> fields =
       fieldsOf(openedOn("CREATE TABLE T (A TEXT, B TEXT, C TEXT)", L"SELECT * FROM T").get());

@@ -14,7 +14,7 @@ TEST_F(ControlTextsTest, AFormEditorShowsEachAndGivesItBack) {
   TextFieldEditor editor;
   ASSERT_TRUE(editor.create({WS_CHILD | WS_BORDER | ES_AUTOHSCROLL, kPlace, host(), 1200}));
   showAll(kTextCount, [&](const std::wstring& text) {
-    editor.load({.state = FieldSnapshot::State::value, .text = text.c_str(), .value = {}}, false);
+    editor.load({.state = FieldSnapshot::State::value, .text = text.c_str(), .read = {}}, false);
     ASSERT_FALSE(editor.takeChange());
     if ((styleOf(editor.window()) & ES_READONLY) != 0) {
       ASSERT_STREQ(editor.text().text(), text.c_str());

@@ -15,7 +15,7 @@
 namespace {
 
 FieldSnapshot readAs(const wchar_t* text) {
-  return {.state = FieldSnapshot::State::value, .text = text, .value = {}};
+  return {.state = FieldSnapshot::State::value, .text = text, .read = {}};
 }
 
 using testing::ElementsAre;

@@ -168,7 +168,7 @@ TEST_F(LongTextsTest, AnEditorThatShowedPartOfATextTakesTheNextOne) {
   showText(repeated(L"x", 200'000));
   ASSERT_TRUE(isReadOnly(textEditor()));
   theTextEditors.find(textEditor())
-      ->load({.state = FieldSnapshot::State::value, .text = L"short", .value = {}}, false);
+      ->load({.state = FieldSnapshot::State::value, .text = L"short", .read = {}}, false);
   EXPECT_FALSE(isReadOnly(textEditor()));
   EXPECT_EQ(textOf(textEditor()), L"short");
 }
@@ -212,6 +212,43 @@ TEST_F(LongTextsTest, TheZoomSaysHowMuchItShowsAndKeepsTheRest) {
   EXPECT_EQ(title, L"name: the first 100000 of 250000 characters");
   EXPECT_EQ(withoutSoftBreaks(shown), text.substr(0, 100'000));
   EXPECT_TRUE(readOnly);
+}
+
+TEST_F(LongTextsTest, OfAValueThatWasNotReadWholeTheLineAndTheZoomSaySo) {
+  showTable(L"CREATE TABLE 'T' (a Text, b Integer)",
+            {L"INSERT INTO T VALUES (printf('%.*c', 3000000, 'x'), 1)"});
+  EXPECT_TRUE(isReadOnly(textEditor()));
+  std::wstring title;
+  bool readOnly = false;
+  DialogScript script([&](HWND dialog) {
+    title = textOf(dialog);
+    readOnly = isReadOnly(GetDlgItem(dialog, kZoomText));
+    DialogScript::close(dialog, IDOK);
+  });
+  theTextEditors.find(textEditor())->openZoom();
+  EXPECT_EQ(title, L"a: the first 100000 of 3000000 characters");
+  EXPECT_TRUE(readOnly);
+  replaceText(control(1201), L"2");
+  commit();
+  EXPECT_EQ(storedText(0).size(), 3'000'000u);
+  EXPECT_EQ(storedText(1), L"2");
+}
+
+TEST_F(LongTextsTest, BytesInAFieldOfTextCantBeEdited) {
+  showTable(L"CREATE TABLE 'T' (a Text, b Text, c Text)",
+            {L"INSERT INTO T VALUES (x'89504E', zeroblob(10240), 'x')"});
+  EXPECT_EQ(textOf(textEditor(0)), L"89 50 4E");
+  EXPECT_TRUE(isReadOnly(textEditor(0)));
+  EXPECT_TRUE(isReadOnly(textEditor(1)));
+  type(textEditor(0), L"4");
+  replaceText(textEditor(2), L"y");
+  commit();
+  Database database;
+  ASSERT_TRUE(database.open(path().c_str()));
+  ASSERT_TRUE(database.openRecordset(L"Select typeof(a) || length(a), typeof(b) || length(b), c From T"));
+  EXPECT_STREQ(database.valueText(0).text(), L"blob3");
+  EXPECT_STREQ(database.valueText(1).text(), L"blob10240");
+  EXPECT_STREQ(database.valueText(2).text(), L"y");
 }
 
 TEST_F(LongTextsTest, TheZoomSaysThatSomethingCantBeShown) {

@@ -79,6 +79,12 @@ class FakeFieldObject final : public FakeObject<IAdoceField> {
   }
   HRESULT STDMETHODCALLTYPE get_DefinedSize(LONG*) override { return E_NOTIMPL; }
   HRESULT STDMETHODCALLTYPE get_ActualSize(LONG*) override { return E_NOTIMPL; }
+  /// Cuts nothing.
+  HRESULT STDMETHODCALLTYPE ReadBeginning(LONG, VARIANT* value, hyper* length, hyper* fingerprint) override {
+    *length = 0;
+    *fingerprint = 0;
+    return get_Value(value);
+  }
 
  private:
   FakeField& field() { return store_.fields[index_]; }

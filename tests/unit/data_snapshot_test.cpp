@@ -156,9 +156,44 @@ TEST_F(SnapshotTest, EveryKindOfValueIsTheSameAsItself) {
   ASSERT_EQ(one.fields().size(), 8u);
   for (std::size_t i = 0; i < 8; ++i) {
     for (std::size_t k = 0; k < 8; ++k) {
-      EXPECT_EQ(isSameValue(one.fields()[i].value, other.fields()[k].value), i == k) << i << k;
+      EXPECT_EQ(isSameBeginning(one.fields()[i].read, other.fields()[k].read), i == k) << i << k;
     }
   }
+}
+
+TEST_F(SnapshotTest, OfAVeryLongTextTheBeginningIsReadAndTheRestIsGuarded) {
+  openTable(L"a integer, b text", {L"1, printf('%.*c', 3000000, 'x')"});
+  currentRecord = 1;
+  const RecordSnapshot seen = database_.readRecord();
+  ASSERT_TRUE(seen.isReadable());
+  EXPECT_EQ(seen.fields()[1].text.length(), kMostReadBytes);
+  EXPECT_TRUE(seen.fields()[1].read.isCut());
+  EXPECT_EQ(seen.fields()[1].read.length, 3'000'000u);
+  String listed;
+  EXPECT_TRUE(database_.readForList(0, 1, listed));
+  EXPECT_LT(listed.length(), 100'000);
+  EXPECT_GT(listed.length(), 260);
+
+  const FakeEditor number = FakeEditor::withText(L"2");
+  const FakeEditor untouched = FakeEditor::withText(L"").unedited();
+  NameList leftOut;
+  EXPECT_TRUE(database_.storeRecord(seen, {&number, &untouched}, leftOut));
+  EXPECT_EQ(stored(L"Select a || ' ' || length(b) from t"), L"2 3000000");
+
+  const RecordSnapshot again = database_.readRecord();
+  elsewhere(L"Update t set b = substr(b, 1, 2999999) || 'y'");
+  EXPECT_EQ(database_.storeRecord(again, {&number, &untouched}, leftOut).cause(), Cause::changedElsewhere);
+}
+
+TEST_F(SnapshotTest, OfManyBytesTheTextSaysHowManyThereAreInAll) {
+  openTable(L"a image", {L"zeroblob(3000000)"});
+  currentRecord = 1;
+  const RecordSnapshot seen = database_.readRecord();
+  ASSERT_TRUE(seen.isReadable());
+  EXPECT_THAT(seen.fields()[0].text.text(), testing::EndsWith(L"(3000000 bytes)"));
+  String listed;
+  EXPECT_TRUE(database_.readForList(0, 0, listed));
+  EXPECT_THAT(listed.text(), testing::EndsWith(L"(3000000 bytes)"));
 }
 
 // ---- Another structure

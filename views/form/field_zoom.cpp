@@ -16,7 +16,11 @@ void FieldZoom::opened() {
   centreDialog(window(), kPopupRaise);
   const HWND edit = control(IDC_ZOOM_TEXT);
   SendMessageW(edit, EM_SETLIMITTEXT, 0, 0);
-  const ShownText shown = textForLines(text_.text());
+  ShownText shown = textForLines(text_.text());
+  if (wholeLength_ > shown.wholeCount) {
+    shown.wholeCount = wholeLength_;
+    shown.isExact = false;
+  }
   readOnly_ = readOnly_ || !shown.isExact;
   hasOwnBreaks_ = !shown.hasSoftBreaks && shown.text.find(kSoftBreak) != std::wstring::npos;
   SetWindowTextW(edit, shown.text.c_str());

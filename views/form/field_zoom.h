@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include <cstdint>
 #include <string>
 #include <utility>
 
@@ -13,8 +14,12 @@
 /// that, or has what no control can show, the title says so, and it can't be edited.
 class FieldZoom final : private ModalDialog {
  public:
-  FieldZoom(String caption, String text, bool readOnly)
-      : caption_(std::move(caption)), text_(std::move(text)), readOnly_(readOnly) {}
+  /// `wholeLength` is how many characters the value has of which `text` is the beginning; 0 when it is all.
+  FieldZoom(String caption, String text, bool readOnly, std::uint64_t wholeLength = 0)
+      : caption_(std::move(caption)),
+        text_(std::move(text)),
+        wholeLength_(static_cast<std::size_t>(wholeLength)),
+        readOnly_(readOnly) {}
 
   /// Runs the dialog over `owner`. True when the user confirmed it; text() is then what it held.
   bool run(HWND owner);
@@ -30,6 +35,7 @@ class FieldZoom final : private ModalDialog {
 
   String caption_;
   String text_;
+  std::size_t wholeLength_;
   bool readOnly_;
   bool hasOwnBreaks_ = false;  // the text has itself what soft line ends are made of
 };

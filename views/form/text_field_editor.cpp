@@ -25,11 +25,6 @@ bool isCommandCharacter(wchar_t character) {
   return character < L' ' && character != kBackspace;
 }
 
-/// Of bytes that are too many to be shown the text says only how many they are.
-bool isEditable(const String& value, bool binary) {
-  return !binary || value.isEmpty() || bytesFromText(value.text()).type() != VT_EMPTY;
-}
-
 void tellOnlyNumbers(HWND editor, const String& fieldName) {
   const std::wstring text = std::wstring(L"Only numbers are allowed\nField '") + fieldName.text() + L"'";
   showUnownedBox(GetAncestor(editor, GA_ROOT), text.c_str(), L"Quivane", MB_ICONINFORMATION);
@@ -54,11 +49,16 @@ bool TextFieldEditor::create(const ControlCreation& creation) {
 }
 
 void TextFieldEditor::setValue(const String& value) {
+  showBeginning(value, 0);
+}
+
+void TextFieldEditor::showBeginning(const String& value, std::uint64_t wholeLength) {
   value_ = value;
+  wholeLength_ = wholeLength;
   hasValue_ = true;
   ShownText shown = textForLine(value_.text());
   loadedText_ = shown.text.c_str();
-  showsAll_ = shown.isExact && isEditable(value_, binary_);
+  showsAll_ = shown.isExact && wholeLength_ == 0 && isEditable();
   SendMessageW(window(), EM_SETREADONLY, readOnly_ || isLocked_ || !showsAll_, 0);
   SetWindowTextW(window(), loadedText_.text());
   keystrokes_.textLength = static_cast<std::uint32_t>(shown.text.size());
@@ -66,10 +66,20 @@ void TextFieldEditor::setValue(const String& value) {
 
 void TextFieldEditor::load(const FieldSnapshot& field, bool) {
   isLocked_ = isUnread(field);
-  setValue(field.text);
+  const bool isOfBytes = isBytes(field.read.value);
+  holdsForeignBytes_ = isOfBytes && !binary_;
+  // The text that stands for bytes says itself how many they are.
+  showBeginning(field.text, field.read.isCut() && !isOfBytes ? field.read.length : 0);
   loaded_ = field.text;
   changed_ = false;
   hasValue_ = !isLocked_;
+}
+
+/// Of bytes that are too many to be shown the text says only how many they are, and what is typed into a
+/// field of another type would be stored as that.
+bool TextFieldEditor::isEditable() const {
+  if (holdsForeignBytes_) return false;
+  return !binary_ || value_.isEmpty() || bytesFromText(value_.text()).type() != VT_EMPTY;
 }
 
 bool TextFieldEditor::takeChange() {
@@ -123,7 +133,7 @@ void TextFieldEditor::openZoom() {
   zoomOpened_ = true;
   if (!hasValue_) return;
   const HWND control = window();
-  FieldZoom zoom(fieldName_, value_, readOnly_ || !isEditable(value_, binary_));
+  FieldZoom zoom(fieldName_, value_, readOnly_ || !isEditable(), wholeLength_);
   if (!zoom.run(GetAncestor(control, GA_ROOT))) return;
   // While the dialog was open, the form may have been taken down.
   if (theTextEditors.find(control) != this || sameText(zoom.text(), value_)) return;

@@ -72,6 +72,9 @@ class TextFieldEditor final : public FieldEditor {
   bool zoomOpened() const { return zoomOpened_; }
 
  private:
+  bool isEditable() const;
+  void showBeginning(const String& value, std::uint64_t wholeLength);
+
   static constexpr std::uint32_t kDefaultMaximumLength = 30000;
 
   ControlPlace place_;
@@ -81,13 +84,15 @@ class TextFieldEditor final : public FieldEditor {
   bool zoomOpened_ = false;
   bool readOnly_ = false;
   bool binary_ = false;
+  bool holdsForeignBytes_ = false;  // bytes in a field of another type
   bool hasValue_ = false;
   bool showsAll_ = true;   // but for the commas
   bool isLocked_ = false;  // nothing is known of the field's value
   String fieldName_;
   String value_;
-  String loaded_;      // the value that was given to show
-  String loadedText_;  // what the window was given to show of it
+  std::uint64_t wholeLength_ = 0;  // of the field's value, of which value_ is the beginning; 0 if it is all
+  String loaded_;                  // the value that was given to show
+  String loadedText_;              // what the window was given to show of it
 };
 
 using TextEditorRegistry = EditorRegistry<TextFieldEditor>;

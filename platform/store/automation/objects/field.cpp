@@ -1,7 +1,9 @@
 #include "platform/store/automation/objects/field.h"
 
 #include <algorithm>
+#include <functional>
 #include <limits>
+#include <string_view>
 
 #include "platform/store/automation/values/field_values.h"
 #include "platform/store/automation/values/text.h"
@@ -48,6 +50,25 @@ std::size_t sizeOf(const VARIANT& value) {
     default:
       return 0;
   }
+}
+
+/// At most so many of the front bytes, not ending inside a character of UTF-8.
+std::string_view beginningOf(std::string_view text, std::size_t most) {
+  const auto continues = [](char byte) { return (static_cast<unsigned char>(byte) & 0xC0) == 0x80; };
+  std::size_t count = most;
+  // What is no UTF-8 is cut anywhere.
+  for (int steps = 0; steps < 3 && count > 0 && continues(text[count]); ++steps) --count;
+  return text.substr(0, continues(text[count]) ? most : count);
+}
+
+/// In UTF-16, of which each character takes a unit, those beyond the first 65,536 two.
+std::size_t unitCount(std::string_view utf8) {
+  std::size_t count = 0;
+  for (const char byte : utf8) {
+    const auto value = static_cast<unsigned char>(byte);
+    count += static_cast<std::size_t>((value & 0xC0) != 0x80) + static_cast<std::size_t>(value >= 0xF0);
+  }
+  return count;
 }
 
 }  // namespace
@@ -122,6 +143,30 @@ HRESULT FieldObject::get_ActualSize(long* size) {
     if (Outcome outcome = readField(records, column_, &value); !outcome) return outcome;
     constexpr std::size_t kMost = std::numeric_limits<long>::max();
     *size = static_cast<long>(std::min(sizeOf(*value), kMost));
+    return {};
+  });
+}
+
+HRESULT FieldObject::ReadBeginning(long mostBytes, VARIANT* value, hyper* length, hyper* fingerprint) {
+  return withRecords([&](store::Recordset& records, const store::Column& column) -> Outcome {
+    if (value == nullptr || length == nullptr || fingerprint == nullptr) return nullPointer();
+    store::Cell cell;
+    if (store::Status status = records.cell(column_, &cell); !status) return status;
+    const bool isText = cell.kind == store::CellKind::text;
+    std::size_t whole = 0;
+    std::size_t digest = 0;
+    if (isText || cell.kind == store::CellKind::blob) {
+      const auto most = static_cast<std::size_t>(std::max(mostBytes, 0L));
+      whole = isText ? unitCount(cell.bytes) : cell.bytes.size();
+      if (cell.bytes.size() > most) {
+        digest = std::hash<std::string_view>()(cell.bytes) | 1;  // never 0
+        cell.bytes = isText ? beginningOf(cell.bytes, most) : cell.bytes.substr(0, most);
+      }
+    }
+    OwnedVariant shown = shownValue(cell, column.type);
+    *value = shown.detach();
+    *length = static_cast<hyper>(whole);
+    *fingerprint = static_cast<hyper>(digest);
     return {};
   });
 }

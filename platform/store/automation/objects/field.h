@@ -25,6 +25,8 @@ class FieldObject final : public AutomationObject<IAdoceField> {
   HRESULT STDMETHODCALLTYPE get_DefinedSize(long* size) override;
   /// In bytes: of a text twice the UTF-16 units, of null 0.
   HRESULT STDMETHODCALLTYPE get_ActualSize(long* size) override;
+  HRESULT STDMETHODCALLTYPE ReadBeginning(long mostBytes, VARIANT* value, hyper* length,
+                                          hyper* fingerprint) override;
 
  protected:
   ErrorsObject* errorsForReport() override { return cursor_->errors().get(); }
