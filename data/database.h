@@ -150,6 +150,9 @@ class Database {
   /// can't be read `text` is untouched.
   Outcome readForList(std::uint32_t row, std::uint32_t field, String& text);
 
+  /// The record of that row as readRecord reads the current one; not readable where there is no such row.
+  RecordSnapshot readListRecord(std::uint32_t row);
+
   // ---- Records (database_records.cpp)
 
   /// Set by addNew; cleared when that record is stored or abandoned, or its recordset is replaced.
@@ -221,14 +224,17 @@ class Database {
   // ---- Saved queries (saved_queries.cpp). They live in the table QuivaneQueries of the file. Indexes are
   // 0-based, in the order of the names; names may repeat. The current recordset is not touched.
 
-  /// Always true; `names` is left as it was when there is no such table.
-  bool listQueries(NameList& names);
+  /// Always true; `names` is left as it was when there is no such table or it can't be read, which `read`
+  /// says unless it is null.
+  bool listQueries(NameList& names, Outcome* read = nullptr);
   /// True when the table could be read and has that index.
   bool getQuery(std::uint32_t index, SavedQuery& query);
   /// Each is true when the table could be read and has that index, whether or not the query was changed:
-  /// that is what `change` says, unless it is null.
-  bool updateQuery(std::uint32_t index, const SavedQuery& query, Outcome* change = nullptr);
-  bool deleteQuery(std::uint32_t index, Outcome* change = nullptr);
+  /// that is what `change` says, unless it is null. A query that is no longer what was `seen` is left alone;
+  /// of a query that is deleted the name is compared. Null compares nothing.
+  bool updateQuery(std::uint32_t index, const SavedQuery& query, Outcome* change = nullptr,
+                   const SavedQuery* seen = nullptr);
+  bool deleteQuery(std::uint32_t index, Outcome* change = nullptr, const String* seenName = nullptr);
   /// Makes the table when there is none yet; true when the table is there. `change` as above.
   bool addQuery(const SavedQuery& query, Outcome* change = nullptr);
 
@@ -250,6 +256,7 @@ class Database {
   Outcome returnOrReopen(const RecordSnapshot& seen);
   Outcome writeAndStore(const FieldEditors& editors, NameList& leftOut);
   Outcome writeField(std::uint32_t field, const FieldValueSource& editor, NameList& leftOut);
+  RecordSnapshot readFrom(RecordsetHandle& records, std::uint32_t position, bool isNew) const;
   Outcome openQueries(RecordsetHandle& queries);
   Outcome openQueryAt(std::uint32_t index, RecordsetHandle& queries);
 

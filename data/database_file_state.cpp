@@ -37,7 +37,7 @@ Outcome Database::goOnIn(const String& copy, bool keepsRecords) {
   } else {
     recordset_.swap(records);
   }
-  isAtListPosition_ = false;
+  dropListRows();
   // The former recordset before the connection that it reads by.
   records.reset();
   connection_ = std::move(connection);

@@ -40,6 +40,13 @@ Outcome Database::readForList(std::uint32_t row, std::uint32_t field, String& te
   return read;
 }
 
+RecordSnapshot Database::readListRecord(std::uint32_t row) {
+  if (!prepareListRows() || !moveForList(row)) {
+    return {row + 1, Outcome::failure(L"The record can't be reached.")};
+  }
+  return readFrom(*listRows_, row + 1, false);
+}
+
 /// A new record that a move has stored is in the recordset and not in the copy.
 bool Database::prepareListRows() {
   if (listRows_ && listRows_->recordCount() != recordset_->recordCount()) dropListRows();

@@ -18,6 +18,8 @@ Outcome::Cause causeOf(HRESULT result) {
       return Outcome::Cause::changedElsewhere;
     case kStructureChanged:
       return Outcome::Cause::structureChanged;
+    case kStopped:
+      return Outcome::Cause::stopped;
     case kLocked:
     case kTooLarge:
       return Outcome::Cause::notNow;

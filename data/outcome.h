@@ -15,6 +15,7 @@ class [[nodiscard]] Outcome {
     changedElsewhere,  ///< another program has changed the record since it was read
     structureChanged,  ///< the tables became others since the recordset was opened: it is to be opened anew
     notNow,            ///< another program holds the file, or it would take more than there may be
+    stopped,           ///< the user stopped it
     other,
   };
 

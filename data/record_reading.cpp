@@ -19,16 +19,20 @@ FieldSnapshot::State stateOf(const Variant& value, const String& text) {
 }  // namespace
 
 RecordSnapshot Database::readRecord() {
+  return readFrom(*recordset_, currentRecord, newRecordPending_);
+}
+
+RecordSnapshot Database::readFrom(RecordsetHandle& records, std::uint32_t position, bool isNew) const {
   std::vector<FieldSnapshot> fields(fieldCount_);
   for (std::uint32_t index = 0; index < fieldCount_; ++index) {
     FieldSnapshot& field = fields[index];
     // The first field that can't be fetched ends it: each further one would wait for the same lock again.
-    Outcome read = recordset_->field(static_cast<LONG>(index)).readBeginning(kMostReadBytes, field.read);
-    if (!read) return {currentRecord, std::move(read)};
+    Outcome read = records.field(static_cast<LONG>(index)).readBeginning(kMostReadBytes, field.read);
+    if (!read) return {position, std::move(read)};
     field.text = textOfBeginning(fieldType(index), field.read);
     field.state = stateOf(field.read.value, field.text);
   }
-  return {currentRecord, newRecordPending_, std::move(fields)};
+  return {position, isNew, std::move(fields)};
 }
 
 String Database::valueText(std::uint32_t field) {

@@ -1,8 +1,10 @@
+#include <cwchar>
 #include <utility>
 
 #include "data/connection_handle.h"
 #include "data/database.h"
 #include "data/recordset_handle.h"
+#include "data/value_conversion.h"
 
 namespace {
 
@@ -18,30 +20,63 @@ Outcome writeQuery(const SavedQuery& query, RecordsetHandle& queries) {
   return written ? queries.update() : written;
 }
 
+Outcome readText(RecordsetHandle& queries, LONG field, String& text) {
+  Variant value;
+  Outcome read = queries.field(field).read(value);
+  if (read) text = textOf(value);
+  return read;
+}
+
+Outcome readQuery(RecordsetHandle& queries, SavedQuery& query) {
+  Outcome read = readText(queries, kNameField, query.name);
+  return read ? readText(queries, kSqlField, query.sql) : read;
+}
+
+bool sameText(const String& one, const String& other) {
+  return std::wcscmp(one.text(), other.text()) == 0;
+}
+
+/// The store lets the query then be changed only as long as it holds what was read here.
+Outcome compareQuery(RecordsetHandle& queries, const String& name, const String* sql) {
+  SavedQuery present;
+  if (Outcome read = readQuery(queries, present); !read) return read;
+  if (sameText(present.name, name) && (!sql || sameText(present.sql, *sql))) return {};
+  return Outcome::failure(L"Another program has changed it meanwhile.", Outcome::Cause::changedElsewhere);
+}
+
 void tell(Outcome* change, Outcome outcome) {
   if (change) *change = std::move(outcome);
 }
 
 }  // namespace
 
-bool Database::listQueries(NameList& names) {
+bool Database::listQueries(NameList& names, Outcome* read) {
   RecordsetHandle queries;
-  if (!openQueries(queries)) return true;
+  if (Outcome opened = openQueries(queries); !opened) {
+    tell(read, std::move(opened));
+    return true;
+  }
   NameList found;
   const LONG count = queries.recordCount();
   for (LONG query = 0; query < count; ++query) {
-    found.append(queries.field(kNameField).valueAsText());
+    SavedQuery stored;
+    if (Outcome fetched = readText(queries, kNameField, stored.name); !fetched) {
+      tell(read, std::move(fetched));
+      return true;
+    }
+    found.append(stored.name);
     if (!queries.moveNext()) break;
   }
   names.swap(found);
+  tell(read, {});
   return true;
 }
 
 bool Database::getQuery(std::uint32_t index, SavedQuery& query) {
   RecordsetHandle queries;
-  if (!openQueryAt(index, queries)) return false;
-  query.name = queries.field(kNameField).valueAsText();
-  query.sql = queries.field(kSqlField).valueAsText();
+  SavedQuery stored;
+  if (!openQueryAt(index, queries) || !readQuery(queries, stored)) return false;
+  query = std::move(stored);
   return true;
 }
 
@@ -63,19 +98,22 @@ bool Database::addQuery(const SavedQuery& query, Outcome* change) {
   return true;
 }
 
-bool Database::updateQuery(std::uint32_t index, const SavedQuery& query, Outcome* change) {
+bool Database::updateQuery(std::uint32_t index, const SavedQuery& query, Outcome* change,
+                           const SavedQuery* seen) {
   RecordsetHandle queries;
   Outcome opened = openQueryAt(index, queries);
   const bool isOpened = static_cast<bool>(opened);
-  tell(change, isOpened ? writeQuery(query, queries) : std::move(opened));
+  if (opened && seen) opened = compareQuery(queries, seen->name, &seen->sql);
+  tell(change, opened ? writeQuery(query, queries) : std::move(opened));
   return isOpened;
 }
 
-bool Database::deleteQuery(std::uint32_t index, Outcome* change) {
+bool Database::deleteQuery(std::uint32_t index, Outcome* change, const String* seenName) {
   RecordsetHandle queries;
   Outcome opened = openQueryAt(index, queries);
   const bool isOpened = static_cast<bool>(opened);
-  tell(change, isOpened ? queries.deleteCurrent() : std::move(opened));
+  if (opened && seenName) opened = compareQuery(queries, *seenName, nullptr);
+  tell(change, opened ? queries.deleteCurrent() : std::move(opened));
   return isOpened;
 }
 

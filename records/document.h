@@ -85,10 +85,12 @@ class Document : private BusyListener {
   CommandResult deleteQueryCommand();
   /// `columns` as Database::createTable takes it. The new table is selected on the Tables page.
   bool createTable(const String& name, const String& columns);
-  /// The saved query that is chosen on the Queries page, to be edited. False when none is.
+  /// The saved query that is chosen on the Queries page, to be edited. False when none is, or when it can't
+  /// be read or another program has deleted it.
   bool chosenQuery(SavedQuery& query);
   /// Each shows the saved queries anew, with this one chosen.
   bool addQuery(const SavedQuery& query);
+  /// What chosenQuery gave last is changed, unless another program has changed it since.
   bool changeChosenQuery(const SavedQuery& query);
   /// For the writing of a query: the field names of a SELECT as Database::listFieldNames gives them, and
   /// whether a statement opens, with the store's reason where it does not. The records that are in use are
@@ -249,11 +251,13 @@ class Document : private BusyListener {
   std::uint32_t openRecordCount() const { return recordsetOpen_ ? database_.recordCount() : 0; }
   CommandFacts commandFacts() const;
   void updateCommands();
+  static std::uint32_t updateRights();
   void refuse(PromptOwner owner, const wchar_t* text);
   /// Tells what failed and why.
   void tellFailure(const std::wstring& what, const String& reason,
                    PromptOwner owner = PromptOwner::mainWindow);
-  std::optional<std::uint32_t> placeOfChosenQuery();
+  Outcome findListedQuery(int index, std::uint32_t& place);
+  bool readListedQuery(int index, SavedQuery& query);
   void readQueries();
   void reloadQueries();
   void showQueries(const String& chosen);
@@ -279,6 +283,8 @@ class Document : private BusyListener {
   void tellLeftOut(const NameList& fields);
   void readAndShow();
   void reopenRecords();
+  void showGridAnew();
+  void tellOpenedAnew();
   void addRecord();
   bool isRecordsetUpdatable() const;
   bool mayDelete();
@@ -320,6 +326,9 @@ class Document : private BusyListener {
   bool freshlyOpened_ = false;  // the Tables page does not show the catalogue yet
   bool talksToPages_ = false;   // what the lists report is the Document's own doing
   RecordSnapshot shown_;        // the reading that the form shows; empty when what stands there is none
+
+  SavedQuery editedQuery_;    // as it was read to be edited
+  RecordSnapshot chosenRow_;  // the row of the grid as it was read when it was chosen
 
   FindState find_;
   std::uint32_t findStartRecord_ = 0;    // currentRecord when the dialog was opened

@@ -52,6 +52,10 @@ void Document::updateCommandBar() {
 }
 
 void Document::rowChosen() {
+  // Only a deletion asks for it.
+  chosenRow_ = currentRecord != 0 && updateRights() == kNewRecordsAndDeletions
+                   ? database_.readListRecord(currentRecord - 1)
+                   : RecordSnapshot();
   updatePositionText();
   updateCommands();
 }

@@ -12,7 +12,7 @@ void Document::openTableSelection(int index) {
 void Document::openQuerySelection(int index) {
   if (talksToPages_ || index < 0) return;
   SavedQuery query;
-  if (!database_.getQuery(static_cast<std::uint32_t>(index), query)) return;
+  if (!readListedQuery(index, query)) return;
   wanted_.chooseQuery(pages_.queries->itemText(index), query.sql);
   pages_.queries->setSelectedIndex(index);
   pages_.grid.resetColumns();

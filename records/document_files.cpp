@@ -119,14 +119,14 @@ CommandResult Document::deleteQueryCommand() {
   if (!confirmDeletion(std::wstring(L"query '") + name.text() + L"'")) return CommandResult::cancelled;
   if (!canChangeFile()) return CommandResult::cancelled;
   const std::wstring failure = std::wstring(L"Query '") + name.text() + L"' could not be deleted.";
-  const std::optional<std::uint32_t> place = placeOfChosenQuery();
-  if (!place) {
-    tellFailure(failure, kGoneElsewhere);
+  std::uint32_t place = 0;
+  if (const Outcome found = findListedQuery(index, place); !found) {
+    tellFailure(failure, found.reason());
     reloadQueries();
     return CommandResult::failed;
   }
   Outcome deleted;
-  database_.deleteQuery(*place, &deleted);
+  database_.deleteQuery(place, &deleted, &name);
   if (!deleted) {
     tellFailure(failure, deleted.reason());
     return CommandResult::failed;
@@ -136,30 +136,44 @@ CommandResult Document::deleteQueryCommand() {
 }
 
 // The store addresses a query by its place, which another program may have given to another one meanwhile.
-std::optional<std::uint32_t> Document::placeOfChosenQuery() {
-  const int chosen = pages_.queries->selectedIndex();
-  if (chosen < 0 || static_cast<std::uint32_t>(chosen) >= queryNames_.size()) return std::nullopt;
-  const auto place = static_cast<std::uint32_t>(chosen);
-  const String& name = queryNames_[place];
-  // Stays as it is when the table can't be read; why then tells who asks for the place.
+Outcome Document::findListedQuery(int index, std::uint32_t& place) {
+  if (index < 0 || static_cast<std::uint32_t>(index) >= queryNames_.size()) {
+    return Outcome::failure(kGoneElsewhere);
+  }
+  const auto listed = static_cast<std::uint32_t>(index);
+  const String& name = queryNames_[listed];
   NameList present;
-  for (std::uint32_t i = 0; i < queryNames_.size(); ++i) present.append(queryNames_[i]);
-  database_.listQueries(present);
+  Outcome read;
+  database_.listQueries(present, &read);
+  if (!read) return read;
   const auto isHere = [&](std::uint32_t i) { return std::wcscmp(present[i].text(), name.text()) == 0; };
-  if (place < present.size() && isHere(place)) return place;
-  std::optional<std::uint32_t> found;
+  place = listed;
+  if (listed < present.size() && isHere(listed)) return {};
+  std::uint32_t count = 0;
   for (std::uint32_t i = 0; i < present.size(); ++i) {
     if (!isHere(i)) continue;
-    if (found) return std::nullopt;
-    found = i;
+    place = i;
+    ++count;
   }
-  return found;
+  return count == 1 ? Outcome() : Outcome::failure(kGoneElsewhere);
 }
 
 bool Document::chosenQuery(SavedQuery& query) {
   if (!database_.isOpen() || viewMode_ != ViewMode::queries) return false;
-  const int index = pages_.queries->selectedIndex();
-  return index >= 0 && database_.getQuery(static_cast<std::uint32_t>(index), query);
+  if (!readListedQuery(pages_.queries->selectedIndex(), query)) return false;
+  editedQuery_ = query;
+  return true;
+}
+
+bool Document::readListedQuery(int index, SavedQuery& query) {
+  std::uint32_t place = 0;
+  SavedQuery present;
+  if (!findListedQuery(index, place) || !database_.getQuery(place, present)) return false;
+  // It may have got another place since.
+  if (std::wcscmp(present.name.text(), queryNames_[static_cast<std::uint32_t>(index)].text()) != 0)
+    return false;
+  query = std::move(present);
+  return true;
 }
 
 bool Document::addQuery(const SavedQuery& query) {
@@ -179,13 +193,13 @@ bool Document::addQuery(const SavedQuery& query) {
 
 bool Document::changeChosenQuery(const SavedQuery& query) {
   if (!canChangeFile()) return false;
-  const std::optional<std::uint32_t> place = placeOfChosenQuery();
-  if (!place) {
-    tellFailure(notStored(query), kGoneElsewhere);
+  std::uint32_t place = 0;
+  if (const Outcome found = findListedQuery(pages_.queries->selectedIndex(), place); !found) {
+    tellFailure(notStored(query), found.reason());
     return false;
   }
   Outcome changed;
-  database_.updateQuery(*place, query, &changed);
+  database_.updateQuery(place, query, &changed, &editedQuery_);
   if (!changed) {
     tellFailure(notStored(query), changed.reason());
     return false;

@@ -18,12 +18,18 @@ class Raised {
   bool former_;
 };
 
+bool showsRecords(ViewMode mode) {
+  return mode == ViewMode::form || mode == ViewMode::list;
+}
+
 }  // namespace
 
-/// That a statement is none is not told: the page says that there are no records.
 void Document::setViewMode(ViewMode mode) {
-  if (const Outcome opened = switchMode(mode); opened.cause() == Outcome::Cause::notNow) {
-    tellFailure(L"The records could not be read.", opened.reason());
+  const Outcome opened = switchMode(mode);
+  if (opened.cause() == Outcome::Cause::stopped) return;
+  // Where no records are shown nobody misses them.
+  if (!opened && (showsRecords(mode) || opened.cause() == Outcome::Cause::notNow)) {
+    tellFailure(L"The records could not be opened.", opened.reason());
   }
 }
 
@@ -34,7 +40,8 @@ Outcome Document::switchMode(ViewMode mode) {
     const Raised talks(talksToPages_);
     leaveMode();
     if (database_.isOpen()) {
-      const bool opensRecords = sqlPending();
+      const bool triesAgain = showsRecords(mode) && !wanted_.isNone() && !recordsetOpen_;
+      const bool opensRecords = sqlPending() || triesAgain;
       if (opensRecords) opened = openPendingRecordset();
       enterMode(mode, opensRecords);
     }
@@ -102,6 +109,7 @@ void Document::forgetRecords() {
   recordCount = 0;
   currentRecord = 0;
   shown_ = {};
+  chosenRow_ = {};
   pages_.form.tearDown();
 }
 

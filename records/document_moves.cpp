@@ -91,15 +91,34 @@ int Document::goToRecordNumber() {
 }
 
 void Document::rowsUnreadable(const Outcome& failure) {
-  if (failure.cause() == Outcome::Cause::structureChanged && database_.reopenSameFields()) {
-    recordCount = database_.recordCount();
-    currentRecord = std::clamp(currentRecord, std::min(1u, recordCount), recordCount);
-    pages_.grid.fill();
+  if (failure.cause() != Outcome::Cause::structureChanged) {
+    tellFailure(L"Records could not be read.", failure.reason());
+  } else if (database_.reopenSameFields()) {
+    showGridAnew();
+  } else if (const Outcome opened = openPendingRecordset(); opened) {
+    pages_.grid.resetColumns();
+    showGridAnew();
+    tellOpenedAnew();
+  } else {
+    pages_.grid.hide();
     updatePositionText();
-    updateNavigationState();
-    return;
+    updateCommandBar();
+    tellFailure(L"Records could not be read.", opened.reason());
   }
-  tellFailure(L"Records could not be read.", failure.reason());
+}
+
+/// After the records were opened anew.
+void Document::showGridAnew() {
+  recordCount = database_.recordCount();
+  currentRecord = std::clamp(currentRecord, std::min(1u, recordCount), recordCount);
+  pages_.grid.fill();
+  updateCommandBar();
+  rowChosen();
+}
+
+void Document::tellOpenedAnew() {
+  refuse(PromptOwner::mainWindow,
+         L"Another program has changed the structure of the database.\nThe records were opened anew.");
 }
 
 int Document::nextFormPage() {
@@ -156,8 +175,7 @@ void Document::reopenRecords() {
     readAndShow();
     pages_.form.layOut(true);
     updatePageState();
-    refuse(PromptOwner::mainWindow,
-           L"Another program has changed the structure of the database.\nThe records were opened anew.");
+    tellOpenedAnew();
   } else {
     currentRecord = 0;
     updatePositionText();

@@ -6,16 +6,16 @@
 
 namespace {
 
-std::uint32_t updateRights() {
-  return theAppSettings ? theAppSettings->options().genUpdateRights()
-                        : std::uint32_t{kNoNewRecordsOrDeletions};
-}
-
 bool warnsOnDeletion() {
   return theAppSettings && theAppSettings->options().warningOnDeletion() != 0;
 }
 
 }  // namespace
+
+std::uint32_t Document::updateRights() {
+  return theAppSettings ? theAppSettings->options().genUpdateRights()
+                        : std::uint32_t{kNoNewRecordsOrDeletions};
+}
 
 void Document::refuse(PromptOwner owner, const wchar_t* text) {
   pages_.prompts.tell(owner, Notice::refusal, text);
@@ -194,12 +194,14 @@ void Document::deleteOnForm() {
   updateNavigationState();
 }
 
+/// What is deleted is what the row was when it was chosen.
 void Document::deleteInGrid() {
-  // Where the move fails another record is current, and must not go in this one's place.
-  const Outcome deleted = database_.moveTo(currentRecord) ? database_.deleteCurrent()
-                                                          : Outcome::failure(L"It can no longer be reached.");
-  if (!deleted) {
+  if (!chosenRow_.isReadable() || chosenRow_.position() != currentRecord) rowChosen();
+  if (const Outcome deleted = database_.deleteRecord(chosenRow_); !deleted) {
     tellNotDeleted(deleted);
+    // Shows what it holds now, so that the user can decide anew.
+    if (deleted.cause() == Outcome::Cause::changedElsewhere) pages_.grid.fill();
+    rowChosen();
     return;
   }
   recordCount = database_.recordCount();

@@ -52,6 +52,11 @@ LRESULT closeAsked(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
   return DefWindowProcW(window, message, wParam, lParam);
 }
 
+/// The user wants to log off: what can't be stored keeps the window open, as at its closing.
+LRESULT sessionEndAsked(HWND, UINT, WPARAM, LPARAM) {
+  return theDocument && (theDocument->isBusy() || !theDocument->canLeaveRecord()) ? FALSE : TRUE;
+}
+
 /// The user logs off or the system ends: what stands on the form is not lost.
 LRESULT sessionEnded(HWND, UINT, WPARAM wParam, LPARAM) {
   if (wParam != FALSE && theDocument) theDocument->closeDatabase();
@@ -217,6 +222,7 @@ constexpr std::array kMessages = {
     MessageRow{WM_SETFOCUS, focusGained},
     MessageRow{WM_SIZE, sizeChanged},
     MessageRow{WM_CLOSE, closeAsked},
+    MessageRow{WM_QUERYENDSESSION, sessionEndAsked},
     MessageRow{WM_ENDSESSION, sessionEnded},
     MessageRow{WM_COPYDATA, pathHandedOver},
 };

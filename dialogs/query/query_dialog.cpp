@@ -11,6 +11,8 @@
 #include "platform/pocketshell/handheld_windows.h"
 #include "views/dialog/dialog_place.h"
 #include "views/shared/child_control.h"
+#include "views/shared/paragraph_breaks.h"
+#include "views/shared/shown_text.h"
 #include "views/shared/sip_state.h"
 
 namespace {
@@ -41,9 +43,9 @@ LRESULT CALLBACK sqlProcedure(HWND edit, UINT message, WPARAM wParam, LPARAM lPa
 }
 
 /// Shows a text of any length, the caret behind it.
-void showText(HWND edit, const String& text) {
+void showText(HWND edit, const wchar_t* text) {
   SendMessageW(edit, EM_SETLIMITTEXT, 0, 0);
-  SetWindowTextW(edit, text.text());
+  SetWindowTextW(edit, text);
   const int end = GetWindowTextLengthW(edit);
   SendMessageW(edit, EM_SETSEL, static_cast<WPARAM>(end), end);
   SendMessageW(edit, EM_SCROLLCARET, 0, 0);
@@ -74,8 +76,8 @@ void QueryDialog::opened() {
   panel_.lower(window());
   fillScreen(window(), SHIDIF_SIPDOWN);
   SetWindowSubclass(control(IDC_QUERY_SQL), sqlProcedure, 0, 0);
-  showText(control(IDC_QUERY_NAME), name);
-  showText(control(IDC_QUERY_SQL), sql);
+  showName();
+  showSql();
   layOutSql();
   ShowWindow(control(IDC_QUERY_FILTER), SW_HIDE);
   combobox::fitHeight(control(IDC_QUERY_TABLES));
@@ -83,6 +85,33 @@ void QueryDialog::opened() {
   SetFocus(control(IDC_QUERY_NAME));
   combobox::fill(control(IDC_QUERY_TABLES), host_.tableNames);
   fillFields();
+}
+
+/// A text that can't be shown as it is can't be edited, and stays what it is.
+void QueryDialog::showName() {
+  const ShownText shown = textForLine(name.text());
+  isNameShown_ = shown.isExact;
+  showText(control(IDC_QUERY_NAME), shown.text.c_str());
+  SendMessageW(control(IDC_QUERY_NAME), EM_SETREADONLY, !isNameShown_, 0);
+}
+
+void QueryDialog::showSql() {
+  const ShownText shown = textForLines(sql.text());
+  isSqlShown_ = shown.isExact;
+  showText(control(IDC_QUERY_SQL), shown.text.c_str());
+  SendMessageW(control(IDC_QUERY_SQL), EM_SETREADONLY, !isSqlShown_, 0);
+  hasOwnBreaks_ = !shown.hasSoftBreaks && shown.text.find(kSoftBreak) != std::wstring::npos;
+  if (!hasOwnBreaks_) breakLongParagraphs(control(IDC_QUERY_SQL));
+}
+
+String QueryDialog::writtenName() const {
+  return isNameShown_ ? windowText(control(IDC_QUERY_NAME)) : name;
+}
+
+String QueryDialog::writtenSql() const {
+  if (!isSqlShown_) return sql;
+  const String text = windowText(control(IDC_QUERY_SQL));
+  return hasOwnBreaks_ ? text : String(withoutSoftBreaks(text.text()).c_str());
 }
 
 void QueryDialog::layOutSql() {
@@ -113,12 +142,12 @@ void QueryDialog::insertField() {
 /// The empty text inserts nothing, and spares what is selected.
 void QueryDialog::insert(const wchar_t* text) const {
   const HWND edit = control(IDC_QUERY_SQL);
-  if (*text != L'\0') SendMessageW(edit, EM_REPLACESEL, TRUE, reinterpret_cast<LPARAM>(text));
+  if (*text != L'\0' && isSqlShown_) SendMessageW(edit, EM_REPLACESEL, TRUE, reinterpret_cast<LPARAM>(text));
   SetFocus(edit);
 }
 
 void QueryDialog::check() {
-  const String text = windowText(control(IDC_QUERY_SQL));
+  const String text = writtenSql();
   if (!beginsWithSelect(text)) {
     tell(kNotASelect);
   } else if (returnsRecords(text)) {
@@ -146,8 +175,8 @@ void QueryDialog::confirm() {
     SetFocus(control(IDC_QUERY_NAME));
     return;
   }
-  name = windowText(control(IDC_QUERY_NAME));
-  String text = windowText(control(IDC_QUERY_SQL));
+  name = writtenName();
+  String text = writtenSql();
   if (!beginsWithSelect(text)) {
     tell(kNotASelect);
   } else if (returnsRecords(text)) {

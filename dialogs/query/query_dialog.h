@@ -44,6 +44,10 @@ class QueryDialog final : private ModalDialog {
   void opened() override;
   bool command(WORD id, WORD notification) override;
   void settingsChanged() override { layOutSql(); }
+  void showName();
+  void showSql();
+  String writtenName() const;
+  String writtenSql() const;
   void layOutSql();
   void fillFields();
   void insertTable();
@@ -59,4 +63,7 @@ class QueryDialog final : private ModalDialog {
 
   QueryDialogHost host_;
   InputPanelHold panel_;
+  bool isNameShown_ = true;  // as it is; else it can't be edited
+  bool isSqlShown_ = true;
+  bool hasOwnBreaks_ = false;  // the SQL has itself what soft line ends are made of
 };

@@ -2,6 +2,7 @@
 
 #include "dialogs/small/database_info_ids.h"
 #include "views/dialog/dialog_place.h"
+#include "views/shared/shown_text.h"
 
 int DatabaseInfoDialog::run(HWND owner) {
   return runTemplate(IDD_DATABASE_INFO, owner);
@@ -12,7 +13,7 @@ void DatabaseInfoDialog::opened() {
   SetDlgItemTextW(window(), IDC_INFO_DATABASE, databasePath.text());
   SetDlgItemTextW(window(), IDC_INFO_TABLE, tableName.text());
   SetDlgItemTextW(window(), IDC_INFO_QUERY, queryName.text());
-  SetDlgItemTextW(window(), IDC_INFO_SQL, sqlText.text());
+  SetDlgItemTextW(window(), IDC_INFO_SQL, textForLines(sqlText.text()).text.c_str());
   // In one of the texts the caret would have selected the whole of it.
   SetFocus(control(IDOK));
 }

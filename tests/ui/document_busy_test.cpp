@@ -122,7 +122,7 @@ TEST_F(DocumentBusyTest, RecordsThatAreLockedAreToldAtTheSwitchAndTriedAgain) {
   ASSERT_TRUE(lock()->isHeld());
   document().setViewMode(ViewMode::form);
   EXPECT_THAT(takeTexts(),
-              ElementsAre(L"The records could not be read.\nAnother program is using the database."));
+              ElementsAre(L"The records could not be opened.\nAnother program is using the database."));
   EXPECT_FALSE(document().isRecordsetOpen());
   lock_.reset();
   document().busyOver();

@@ -274,6 +274,8 @@ TEST_F(DocumentFilesTest, AQueryThatTheStoreRefusesIsNotTakenForStored) {
   open();
   document().setViewMode(ViewMode::queries);
   document().openQuerySelection(0);
+  SavedQuery chosen;
+  ASSERT_TRUE(document().chosenQuery(chosen));
   EXPECT_FALSE(document().addQuery({L"two", L"Select 3"}));
   EXPECT_FALSE(document().changeChosenQuery({L"two", L"Select 3"}));
   ASSERT_EQ(messages().size(), 2u);
@@ -307,15 +309,37 @@ TEST_F(DocumentFilesTest, AQueryThatAnotherProgramMovedIsFollowedByItsName) {
   document().setViewMode(ViewMode::queries);
   document().openQuerySelection(0);
   runStatements(path(), {L"INSERT INTO QuivaneQueries VALUES ('a new first', 'Select 1')"});
+  document().openQuerySelection(0);
+  EXPECT_STREQ(document().sqlText().text(), L"Select * from [First One] where a > 10");
+  SavedQuery stored;
+  ASSERT_TRUE(document().chosenQuery(stored));
+  EXPECT_STREQ(stored.name.text(), L"big");
+  EXPECT_STREQ(stored.sql.text(), L"Select * from [First One] where a > 10");
   EXPECT_TRUE(document().changeChosenQuery({L"big", L"Select 2"}));
   EXPECT_THAT(window().queries->items, ElementsAre(L"a new first", L"big", L"wrong"));
-  SavedQuery stored;
   ASSERT_TRUE(document().chosenQuery(stored));
   EXPECT_STREQ(stored.sql.text(), L"Select 2");
   runStatements(path(), {L"INSERT INTO QuivaneQueries VALUES ('a newer first', 'Select 1')"});
   window().prompts.agrees = true;
   EXPECT_EQ(document().deleteQueryCommand(), CommandResult::done);
   EXPECT_THAT(window().queries->items, ElementsAre(L"a new first", L"a newer first", L"wrong"));
+}
+
+TEST_F(DocumentFilesTest, AQueryThatAnotherProgramChangedWhileItWasEditedIsNotOverwritten) {
+  addQueries();
+  open();
+  document().setViewMode(ViewMode::queries);
+  document().openQuerySelection(0);
+  SavedQuery chosen;
+  ASSERT_TRUE(document().chosenQuery(chosen));
+  runStatements(path(), {L"UPDATE QuivaneQueries SET SQL = 'Select 7' WHERE QueryName = 'big'"});
+  EXPECT_FALSE(document().changeChosenQuery({L"big", L"Select 2"}));
+  ASSERT_EQ(messages().size(), 1u);
+  EXPECT_EQ(messages()[0].text,
+            L"Query 'big' could not be stored.\nAnother program has changed it meanwhile.");
+  ASSERT_TRUE(document().chosenQuery(chosen));
+  EXPECT_STREQ(chosen.sql.text(), L"Select 7");
+  EXPECT_TRUE(document().changeChosenQuery({L"big", L"Select 2"}));
 }
 
 TEST_F(DocumentFilesTest, InThePlaceOfAQueryThatAnotherProgramDeletedNoOtherIsTouched) {

@@ -283,15 +283,20 @@ TEST_F(GoneFileTest, ARecordIsDeletedInTheCopyOrNowhere) {
 TEST_F(GoneFileTest, TheGridGoesOnInTheCopy) {
   document().setViewMode(ViewMode::list);
   currentRecord = 2;
+  String cell;
+  ASSERT_TRUE(document().readRow(0, 0, cell));
   take();
   answerWith({LostFileChoice::saveCopy});
   saveAs(copy_);
   EXPECT_TRUE(document().lookAfterFile());
   EXPECT_THAT(window().takeCalls(), Contains("grid.fill"));
   EXPECT_EQ(window().grid.filledAt, 2u);
-  String cell;
   ASSERT_TRUE(document().readRow(2, 0, cell));
   EXPECT_STREQ(cell.text(), L"30");
+  runStatements(copy_, {L"UPDATE T SET a = 31 WHERE a = 30"});
+  ASSERT_TRUE(document().readRow(1, 0, cell));
+  ASSERT_TRUE(document().readRow(2, 0, cell));
+  EXPECT_STREQ(cell.text(), L"31");
 }
 
 TEST_F(GoneFileTest, TablesAndQueriesAreMadeInTheCopyOrNowhere) {

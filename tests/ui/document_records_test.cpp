@@ -393,4 +393,51 @@ TEST_F(DocumentRecordsTest, WithoutAnAnswerTheRecordStays) {
   EXPECT_THAT(window().takeCalls(), IsEmpty());
 }
 
+// ---- Deletions in the grid
+
+class GridDeletionTest : public DocumentRecordsTest {
+ protected:
+  void chooseSecondRow() {
+    open();
+    allow(kNewRecordsAndDeletions);
+    document().openTableSelection(0);
+    document().setViewMode(ViewMode::list);
+    currentRecord = 2;
+    document().rowChosen();
+  }
+};
+
+TEST_F(GridDeletionTest, WhatAnotherProgramChangedSinceTheRowWasChosenStays) {
+  chooseSecondRow();
+  runStatements(path(), {L"UPDATE [First One] SET a = 21 WHERE a = 20"});
+  document().deleteRecord();
+  EXPECT_EQ(storedCount(), 3u);
+  ASSERT_EQ(messages().size(), 1u);
+  EXPECT_THAT(messages()[0].text, testing::StartsWith(L"The record could not be deleted.\n"));
+  // What it is now was seen.
+  document().deleteRecord();
+  EXPECT_EQ(storedCount(), 2u);
+  EXPECT_EQ(messages().size(), 1u);
+}
+
+TEST_F(GridDeletionTest, ARowThatAnotherProgramDeletedCountsAsDeleted) {
+  chooseSecondRow();
+  runStatements(path(), {L"DELETE FROM [First One] WHERE a = 20"});
+  document().deleteRecord();
+  EXPECT_THAT(messages(), IsEmpty());
+  EXPECT_EQ(recordCount, 2u);
+}
+
+TEST_F(GridDeletionTest, AfterTheRightsWereGivenTheRowIsTheOneThatIsThere) {
+  open();
+  allow(kNoNewRecordsOrDeletions);
+  document().openTableSelection(0);
+  document().setViewMode(ViewMode::list);
+  currentRecord = 2;
+  document().rowChosen();
+  allow(kNewRecordsAndDeletions);
+  document().deleteRecord();
+  EXPECT_EQ(storedCount(), 2u);
+}
+
 }  // namespace

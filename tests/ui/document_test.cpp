@@ -457,4 +457,40 @@ TEST_F(DocumentTest, CommandsReachThePageThatIsServed) {
               ElementsAre("grid.showNextColumn", "grid.showPreviousColumn", "grid.fitColumns"));
 }
 
+// ---- Records that don't open
+
+TEST_F(DocumentTest, RecordsThatDontOpenAreToldAndTriedAgain) {
+  open();
+  document().openTableSelection(1);
+  runStatements(path(), {L"ALTER TABLE Second RENAME TO Hidden"});
+  document().setViewMode(ViewMode::form);
+  ASSERT_EQ(window().prompts.messages.size(), 1u);
+  EXPECT_THAT(window().prompts.messages[0].text,
+              testing::AllOf(testing::StartsWith(L"The records could not be opened.\n"),
+                             testing::HasSubstr(L"Second")));
+  document().setViewMode(ViewMode::tables);
+  EXPECT_EQ(window().prompts.messages.size(), 1u) << "nobody misses them there";
+  runStatements(path(), {L"ALTER TABLE Hidden RENAME TO Second"});
+  document().setViewMode(ViewMode::list);
+  EXPECT_TRUE(document().isRecordsetOpen());
+  EXPECT_EQ(recordCount, 1u);
+  EXPECT_EQ(window().prompts.messages.size(), 1u);
+}
+
+TEST_F(DocumentTest, RowsOfATableWithOtherFieldsAreReadAnew) {
+  open();
+  document().openTableSelection(0);
+  document().setViewMode(ViewMode::list);
+  runStatements(path(), {L"ALTER TABLE [First One] RENAME COLUMN a TO z"});
+  String text;
+  const Outcome read = document().readRow(1, 0, text);
+  ASSERT_FALSE(read);
+  document().rowsUnreadable(read);
+  ASSERT_EQ(window().prompts.messages.size(), 1u);
+  EXPECT_THAT(window().prompts.messages[0].text, testing::HasSubstr(L"The records were opened anew."));
+  EXPECT_STREQ(document().fieldName(0).text(), L"z");
+  EXPECT_TRUE(document().readRow(1, 0, text));
+  EXPECT_STREQ(text.text(), L"20");
+}
+
 }  // namespace

@@ -7,6 +7,7 @@
 #include "gtest/gtest.h"
 #include "tests/ui/dialog_script.h"
 #include "tests/ui/form_fixture.h"
+#include "tests/ui/test_database.h"
 #include "tests/ui/window_reading.h"
 #include "views/form/field_zoom.h"
 #include "views/form/text_field_editor.h"
@@ -232,6 +233,21 @@ TEST_F(LongTextsTest, OfAValueThatWasNotReadWholeTheLineAndTheZoomSaySo) {
   commit();
   EXPECT_EQ(storedText(0).size(), 3'000'000u);
   EXPECT_EQ(storedText(1), L"2");
+}
+
+TEST_F(LongTextsTest, AZoomedTextThatCouldNotBeStoredIsStoredAtTheNextTry) {
+  showText(L"before");
+  DialogScript script([](HWND dialog) {
+    SetWindowTextW(GetDlgItem(dialog, kZoomText), L"zoomed");
+    DialogScript::close(dialog, IDOK);
+  });
+  theTextEditors.find(textEditor())->openZoom();
+  runStatements(path(), {L"UPDATE T SET b = 2"});
+  document().commitCurrentRecord();
+  EXPECT_EQ(storedText(0), L"before");
+  runStatements(path(), {L"UPDATE T SET b = 1"});
+  document().commitCurrentRecord();
+  EXPECT_EQ(storedText(0), L"zoomed");
 }
 
 TEST_F(LongTextsTest, BytesInAFieldOfTextCantBeEdited) {

@@ -222,4 +222,34 @@ TEST_F(QueryDialogTest, AHundredOpeningsLeaveNothingBehind) {
 }
 
 }  // namespace
+// ---- What can't be shown
+
+TEST_F(QueryDialogTest, AStatementThatCantBeShownAsItIsStaysWhatItIs) {
+  dialog.name = L"n";
+  dialog.sql = L"Select '\x0636\x02A9\x05B0'";
+  EXPECT_EQ(show([&](HWND window) {
+              EXPECT_NE(styleOf(GetDlgItem(window, kSql)) & ES_READONLY, 0u);
+              EXPECT_EQ(textOf(GetDlgItem(window, kSql)), L"Select '\x0636\x02A9\xFFFD'");
+              SetDlgItemTextW(window, kName, L"renamed");
+              SendMessageW(window, WM_COMMAND, IDOK, 0);
+            }),
+            IDOK);
+  EXPECT_STREQ(dialog.name.text(), L"renamed");
+  EXPECT_STREQ(dialog.sql.text(), L"Select '\x0636\x02A9\x05B0'");
+}
+
+TEST_F(QueryDialogTest, ALongLineIsBrokenAndComesBackWhole) {
+  std::wstring sql = L"Select 1";
+  while (sql.size() < 20000) sql += L", 12345678";
+  dialog.name = L"n";
+  dialog.sql = sql.c_str();
+  EXPECT_EQ(show([&](HWND window) {
+              EXPECT_EQ(styleOf(GetDlgItem(window, kSql)) & ES_READONLY, 0u);
+              EXPECT_NE(textOf(GetDlgItem(window, kSql)).find(L"\r\r\n"), std::wstring::npos);
+              SendMessageW(window, WM_COMMAND, IDOK, 0);
+            }),
+            IDOK);
+  EXPECT_EQ(dialog.sql.text(), sql);
+}
+
 }  // namespace querytest

@@ -113,4 +113,12 @@ TEST_F(WindowMessagesTest, WhatStandsOnTheFormIsStoredWhenTheUserLogsOff) {
   EXPECT_THAT(storedNames(), ElementsAre("typed"));
 }
 
+TEST_F(WindowMessagesTest, WhatStandsOnTheFormIsStoredWhenTheUserWantsToLogOff) {
+  ASSERT_TRUE(remote::switchToPage(main(), kFormPage));
+  EXPECT_NE(send(WM_QUERYENDSESSION, 0, 0), FALSE);
+  SetWindowTextW(control(kFirstTextEditorId), L"typed");
+  EXPECT_NE(send(WM_QUERYENDSESSION, 0, 0), FALSE);
+  EXPECT_THAT(storedNames(), ElementsAre("typed"));
+}
+
 }  // namespace

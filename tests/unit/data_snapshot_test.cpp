@@ -255,7 +255,7 @@ TEST_F(SnapshotTest, AReadingWaitsOnceForALock) {
   EXPECT_STREQ(read.outcome().reason().text(), L"Another program is using the database.");
   EXPECT_GT(waited, std::chrono::milliseconds(4500));
   EXPECT_LT(waited, std::chrono::milliseconds(9000)) << "each field waited for itself";
-  EXPECT_EQ(change(read, L"changed").cause(), Cause::other) << "nothing is written over what was not read";
+  EXPECT_EQ(change(read, L"changed").cause(), Cause::notNow) << "nothing is written over what was not read";
   lock.reset();
   EXPECT_TRUE(database_.readRecord().isReadable());
 }

@@ -2,10 +2,10 @@
 
 #include "base/showable_text.h"
 #include "views/dialog/dialog_place.h"
-#include "views/form/paragraph_breaks.h"
 #include "views/form/popup_ids.h"
 #include "views/shared/child_control.h"
 #include "views/shared/edit_guard.h"
+#include "views/shared/paragraph_breaks.h"
 
 bool FieldZoom::run(HWND owner) {
   guardEditControls();

@@ -83,7 +83,9 @@ bool TextFieldEditor::isEditable() const {
 }
 
 bool TextFieldEditor::takeChange() {
-  const bool changed = changed_ || (hasValue_ && showsAll_ && !sameText(text(), loadedText_));
+  // A text that did not come from the line but from the zoom, or was cut there, is not what was loaded.
+  const bool isTyped = showsAll_ && !sameText(text(), loadedText_);
+  const bool changed = changed_ || (hasValue_ && (isTyped || !sameText(value_, loaded_)));
   changed_ = false;
   return changed && !isLocked_;
 }

@@ -38,8 +38,9 @@ class TextFieldEditor final : public FieldEditor {
   String text() const override { return showsAll_ ? windowText(window()) : value_; }
 
   void load(const FieldSnapshot& field, bool isNewRecord) override;
-  /// A key that was taken, a confirmed zoom and a content that is not what was loaded all count: the
-  /// Delete key and the clipboard send no character.
+  /// A key that was taken counts once; a confirmed zoom and a content that is not what was loaded do as long
+  /// as nothing else is loaded: the Delete key and the clipboard send no character, and what could not be
+  /// stored is tried again.
   bool takeChange() override;
   bool isChanged() const { return changed_; }
   /// Line breaks, which are shown as commas, are written as such when their record is written.

@@ -1,4 +1,4 @@
-#include "views/form/paragraph_breaks.h"
+#include "views/shared/paragraph_breaks.h"
 
 #include <commctrl.h>
 
