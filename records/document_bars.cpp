@@ -34,7 +34,7 @@ void Document::updateMenusForDatabase(bool open) {
 }
 
 void Document::updateNavigationState() {
-  if (viewMode_ == ViewMode::form || viewMode_ == ViewMode::list) updateCommands();
+  if (showsRecords(viewMode_)) updateCommands();
 }
 
 void Document::updatePageState() {

@@ -42,8 +42,7 @@ bool Document::goOnInCopy() {
     return false;
   }
   // The pages of names show none; the next switch opens them.
-  const bool showsRecords = viewMode_ == ViewMode::form || viewMode_ == ViewMode::list;
-  const bool keepsRecords = showsRecords && recordsetOpen_ && !sqlPending();
+  const bool keepsRecords = showsRecords(viewMode_) && recordsetOpen_ && !sqlPending();
   if (!keepsRecords) closeRecords();
   if (const Outcome gone = database_.goOnIn(*path, keepsRecords); !gone) {
     tellFailure(
@@ -54,7 +53,7 @@ bool Document::goOnInCopy() {
   databasePath_ = *path;
   toldFileState_ = FileState::present;
   if (viewMode_ == ViewMode::list && recordsetOpen_) pages_.grid.fill();
-  if (showsRecords) {
+  if (showsRecords(viewMode_)) {
     updatePositionText();
     updateNavigationState();
   }

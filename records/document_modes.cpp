@@ -18,10 +18,6 @@ class Raised {
   bool former_;
 };
 
-bool showsRecords(ViewMode mode) {
-  return mode == ViewMode::form || mode == ViewMode::list;
-}
-
 }  // namespace
 
 void Document::setViewMode(ViewMode mode) {

@@ -77,7 +77,7 @@ int Document::movePreviousRecord() {
 
 int Document::goToRecordNumber() {
   if (!recordsetOpen_) return 0;
-  if (viewMode_ != ViewMode::form && viewMode_ != ViewMode::list) return 0;
+  if (!showsRecords(viewMode_)) return 0;
   // First: a record that is discarded is none of those that can be gone to.
   if (viewMode_ == ViewMode::form && !settleRecord()) return 0;
   const std::optional<std::uint32_t> number = pages_.prompts.askRecordNumber(database_.recordCount());

@@ -10,3 +10,7 @@ enum class ViewMode : std::uint32_t {
   queries = 3,
   none = 4,  ///< no page yet: a database was just opened, or closed
 };
+
+constexpr bool showsRecords(ViewMode mode) {
+  return mode == ViewMode::form || mode == ViewMode::list;
+}

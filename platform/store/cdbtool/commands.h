@@ -82,8 +82,6 @@ store::Status writeRows(store::Backend& backend, const std::string& source, stor
                         RowFormat format);
 /// The texts in the first column of a statement.
 store::Status readTexts(store::Backend& backend, const std::string& sql, std::vector<std::string>* texts);
-/// `text` as a string of SQL.
-std::string stringOf(const std::string& text);
 /// The names of the tables that are the user's, in the order of their making.
 store::Status userTables(store::Backend& backend, std::vector<std::string>* names);
 

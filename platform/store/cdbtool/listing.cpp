@@ -47,15 +47,6 @@ Status openFile(const std::string& path, std::unique_ptr<Backend>* backend) {
   return {status.code(), path + ": " + status.message()};
 }
 
-std::string stringOf(const std::string& text) {
-  std::string quoted = "'";
-  for (const char character : text) {
-    quoted += character;
-    if (character == '\'') quoted += character;
-  }
-  return quoted + "'";
-}
-
 Status readTexts(Backend& backend, const std::string& sql, std::vector<std::string>* texts) {
   std::unique_ptr<RowStream> rows;
   if (Status status = backend.openStream(sql, SourceKind::text, &rows); !status) return status;
@@ -114,7 +105,7 @@ Status resolveRows(Backend& backend, const std::string& what, std::string* sourc
     std::string saved;
     std::unique_ptr<RowStream> found;
     Status status = backend.openStream(
-        std::string("SELECT SQL FROM ") + kSavedQueries + " WHERE QueryName = " + stringOf(what),
+        std::string("SELECT SQL FROM ") + kSavedQueries + " WHERE QueryName = " + store::quotedText(what),
         SourceKind::text, &found);
     bool hasRow = false;
     if (status) status = found->next(&hasRow);

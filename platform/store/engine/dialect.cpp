@@ -149,4 +149,13 @@ std::string quotedName(std::string_view name) {
   return quoted;
 }
 
+std::string quotedText(std::string_view text) {
+  std::string quoted = "'";
+  for (const char sign : text) {
+    quoted += sign;
+    if (sign == '\'') quoted += sign;
+  }
+  return quoted + "'";
+}
+
 }  // namespace store

@@ -57,6 +57,8 @@ Status readStatement(std::string_view text, Statement* statement);
 
 /// `name` as SQLite reads it back: in double quotes, inner ones doubled.
 std::string quotedName(std::string_view name);
+/// `text` as a string of SQL: in apostrophes, inner ones doubled.
+std::string quotedText(std::string_view text);
 
 /// A SELECT on one table whose rows can be told apart by the table's own keys, and therefore changed, unless
 /// an aggregate makes one row of all.

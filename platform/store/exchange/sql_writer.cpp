@@ -20,15 +20,6 @@ void putString(std::string_view text, TextOutput& output) {
   output.put('\'');
 }
 
-std::string stringOf(std::string_view text) {
-  std::string quoted = "'";
-  for (const char character : text) {
-    quoted += character;
-    if (character == '\'') quoted += character;
-  }
-  return quoted + "'";
-}
-
 Status readTexts(Backend& backend, const std::string& sql, std::vector<std::string>* texts) {
   std::unique_ptr<RowStream> rows;
   if (Status status = backend.openStream(sql, SourceKind::text, &rows); !status) return status;
@@ -47,8 +38,9 @@ Status readTableStatements(Backend& backend, const std::string& name, TableState
   if (Status status = backend.describeTable(name, &schema); !status) return status;
   std::vector<std::string> create;
   if (schema.ordinary) {
-    const std::string ofTable = " FROM sqlite_schema WHERE sql IS NOT NULL AND tbl_name = " + stringOf(name) +
-                                " COLLATE NOCASE AND type ";
+    const std::string ofTable =
+        " FROM sqlite_schema WHERE sql IS NOT NULL AND tbl_name = " + quotedText(name) +
+        " COLLATE NOCASE AND type ";
     if (Status status = readTexts(backend, "SELECT sql" + ofTable + "= 'table'", &create); !status)
       return status;
     Status status = readTexts(
