@@ -1,6 +1,10 @@
 #include "platform/store/engine/database_file.h"
 
+#include <atomic>
+#include <barrier>
 #include <chrono>
+#include <thread>
+#include <vector>
 
 #include "tests/store/store_fixture.h"
 
@@ -147,6 +151,27 @@ TEST_F(DatabaseFileTest, CreatingNeverTouchesWhatIsThere) {
   EXPECT_EQ(ErrorCode::fileExists, createDatabase(utf8Of(path_)).code());
   EXPECT_EQ(ErrorCode::fileExists, createDatabase(utf8Of(folder_.path())).code());
   EXPECT_EQ(ErrorCode::cannotOpen, createDatabase(utf8Of(folder_.path() / "no folder" / "x.cdb")).code());
+}
+
+TEST_F(DatabaseFileTest, OfManyWhoMakeAFileOfOneNameOneDoes) {
+  constexpr int kMakerCount = 4;
+  for (int round = 0; round < 50; ++round) {
+    const std::filesystem::path path = folder_.file("new " + std::to_string(round) + ".cdb");
+    std::atomic<int> madeCount = 0;
+    std::barrier start(kMakerCount);
+    std::vector<std::jthread> makers;
+    for (int maker = 0; maker < kMakerCount; ++maker) {
+      makers.emplace_back([&] {
+        start.arrive_and_wait();
+        const Status status = createDatabase(utf8Of(path));
+        if (status) ++madeCount;
+        EXPECT_TRUE(status || status.code() == ErrorCode::fileExists) << status.message();
+      });
+    }
+    makers.clear();
+    EXPECT_EQ(1, madeCount);
+    EXPECT_TRUE(tryOpenFile(path));
+  }
 }
 
 TEST_F(DatabaseFileTest, ACreatedDatabaseIsWholeAndEmpty) {

@@ -13,7 +13,8 @@ RunningProgram::RunningProgram(const std::filesystem::path& program, const std::
   startup.cb = sizeof(startup);
   if (!CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup,
                       &process_)) {
-    throw std::runtime_error("can't start " + program.string());
+    const DWORD error = GetLastError();
+    throw std::runtime_error("can't start " + program.string() + ", error " + std::to_string(error));
   }
 }
 

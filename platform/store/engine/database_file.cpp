@@ -5,6 +5,7 @@
 #include <system_error>
 
 #include "platform/store/engine/file_head.h"
+#include "platform/store/engine/new_file.h"
 #include "platform/store/engine/sqlite_backend.h"
 #include "platform/store/engine/sqlite_connection.h"
 
@@ -94,13 +95,14 @@ std::unique_ptr<Backend> storeWithoutDatabase() {
 }
 
 Status createDatabase(const std::string& path) {
-  if (Status status = checkNewFile(path); !status) return status;
+  if (Status status = createNewFile(path); !status) return status;
   Connection connection;
-  Status status = openConnection(path, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, &connection);
-  if (!status) return status;
-  const int result = sqlite3_exec(connection.get(), kApplicationId, nullptr, nullptr, nullptr);
-  if (result == SQLITE_OK) return {};
-  status = statusOf(connection.get(), result);
+  Status status = openConnection(path, SQLITE_OPEN_READWRITE, &connection);
+  if (status) {
+    const int result = sqlite3_exec(connection.get(), kApplicationId, nullptr, nullptr, nullptr);
+    if (result == SQLITE_OK) return {};
+    status = statusOf(connection.get(), result);
+  }
   connection.reset();
   std::error_code error;
   std::filesystem::remove(pathOf(path), error);

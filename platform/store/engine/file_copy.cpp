@@ -7,6 +7,7 @@
 #include "platform/store/engine/database_file.h"
 #include "platform/store/engine/file_head.h"
 #include "platform/store/engine/file_system.h"
+#include "platform/store/engine/new_file.h"
 
 namespace store {
 
@@ -34,20 +35,24 @@ int copyPages(sqlite3* source, sqlite3* target) {
 }  // namespace
 
 Status copyDatabase(SqliteConnection& source, const std::string& path) {
-  if (Status status = checkNewFile(path); !status) return status;
+  if (Status status = createNewFile(path); !status) return status;
   source.endRead();
   sqlite3* opened = nullptr;
   int result =
-      sqlite3_open_v2(path.c_str(), &opened,
-                      SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_EXRESCODE, fileSystemName());
+      sqlite3_open_v2(path.c_str(), &opened, SQLITE_OPEN_READWRITE | SQLITE_OPEN_EXRESCODE, fileSystemName());
   Connection target(opened);
-  if (result != SQLITE_OK) return {ErrorCode::cannotOpen, statusOf(opened, result).message()};
-  result = copyPages(source.handle(), opened);
+  Status status;
+  if (result != SQLITE_OK) {
+    status = {ErrorCode::cannotOpen, statusOf(opened, result).message()};
+  } else {
+    result = copyPages(source.handle(), opened);
+    status = statusOf(nullptr, result);
+  }
   target.reset();
   std::error_code error;
   std::filesystem::remove(pathOf(path + "-journal"), error);
-  if (result != SQLITE_OK) std::filesystem::remove(pathOf(path), error);
-  return statusOf(nullptr, result);
+  if (!status) std::filesystem::remove(pathOf(path), error);
+  return status;
 }
 
 }  // namespace store

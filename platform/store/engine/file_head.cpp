@@ -70,15 +70,6 @@ Status checkOrdinaryFile(const std::string& path) {
   return {};
 }
 
-Status checkNewFile(const std::string& path) {
-  if (!isFileName(path)) return refusal("This is not the name of a file.");
-  std::error_code error;
-  if (std::filesystem::exists(std::filesystem::symlink_status(pathOf(path), error))) {
-    return {ErrorCode::fileExists, "There is a file or folder of this name already."};
-  }
-  return {};
-}
-
 Status checkFileHead(sqlite3* connection) {
   Head head;
   if (!readHead(connection, &head)) return refusal("The file can't be read.");

@@ -16,10 +16,6 @@ bool isFileName(const std::string& path);
 /// on the file by another.
 Status checkOrdinaryFile(const std::string& path);
 
-/// Whether a new file may be made at `path`: cannotOpen when it is no file's name, fileExists when anything
-/// stands there already.
-Status checkNewFile(const std::string& path);
-
 /// Reads the head of the file that `connection` has opened, through the connection's own handle and
 /// without a lock. cannotOpen, with the reason for the user, when it is empty, too short or of another
 /// kind. Source of the format: "Database File Format", section 1.3, in SQLite's documentation.
