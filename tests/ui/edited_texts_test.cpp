@@ -7,6 +7,7 @@
 #include "tests/ui/control_texts_fixture.h"
 #include "tests/ui/window_reading.h"
 #include "views/form/text_field_editor.h"
+#include "views/shared/word_breaks.h"
 
 namespace {
 
@@ -24,7 +25,42 @@ TEST_F(ControlTextsTest, AFormEditorShowsEachAndGivesItBack) {
 
 TEST_F(ControlTextsTest, AnEditorOfManyLinesShowsEach) {
   const HWND edit = createControl(L"EDIT", ES_MULTILINE | ES_AUTOVSCROLL | WS_VSCROLL);
-  showAll(kTextCount / 8, [&](const std::wstring& text) { SetWindowTextW(edit, text.c_str()); });
+  showAll(kTextCount / 4, [&](const std::wstring& text) { SetWindowTextW(edit, text.c_str()); });
+}
+
+TEST_F(ControlTextsTest, NoLineBeginsInsideWhatBelongsTogether) {
+  std::wstring lao;
+  while (lao.size() < 300) lao += L"\x0EA2\x0ECD\x0EC2\x0EDA\x0EA1\x0EB5\x0EC9";
+  std::wstring pairs;
+  while (pairs.size() < 200) pairs += L"\xD83D\xDE00";
+  const HWND edit = createControl(L"EDIT", ES_MULTILINE | ES_AUTOVSCROLL | WS_VSCROLL);
+  for (const std::wstring& text : {lao, pairs, L"plain \r\n" + lao}) {
+    const auto expectWholeLines = [&](const char* way) {
+      SCOPED_TRACE(way);
+      const std::wstring held = textOf(edit);
+      const auto lines = static_cast<int>(SendMessageW(edit, EM_GETLINECOUNT, 0, 0));
+      ASSERT_GT(lines, 5);
+      for (int line = 1; line < lines; ++line) {
+        const auto start =
+            static_cast<std::size_t>(SendMessageW(edit, EM_LINEINDEX, static_cast<WPARAM>(line), 0));
+        EXPECT_EQ(wholeCharacterPlace(held, start), start) << "line " << line;
+      }
+    };
+    SetWindowTextW(edit, text.c_str());
+    expectWholeLines("set");
+    SetWindowTextW(edit, L"plain");
+    SendMessageW(edit, EM_REPLACESEL, TRUE, reinterpret_cast<LPARAM>(text.c_str()));
+    expectWholeLines("inserted");
+    SetWindowTextW(edit, L"");
+    for (const wchar_t unit : text) {
+      if (unit >= L' ') SendMessageW(edit, WM_CHAR, unit, 1);
+    }
+    expectWholeLines("typed");
+    const HWND created = CreateWindowExW(0, L"EDIT", text.c_str(), WS_CHILD | ES_MULTILINE, 2, 2, 220, 60,
+                                         host(), nullptr, GetModuleHandleW(nullptr), nullptr);
+    ASSERT_EQ(textOf(created), text);
+    DestroyWindow(created);
+  }
 }
 
 TEST_F(ControlTextsTest, WhatIsPutIntoAnEditorAndTakenOutInAnyOrderLeavesNothingHarmful) {

@@ -14,6 +14,7 @@
 #include "views/shared/message_table.h"
 #include "views/shared/shown_text.h"
 #include "views/shared/unowned_box.h"
+#include "views/shared/word_breaks.h"
 
 namespace {
 
@@ -74,23 +75,43 @@ bool selectWithMarks(HWND edit, Content content) {
   return true;
 }
 
-LRESULT created(HWND edit, UINT message, WPARAM wParam, LPARAM lParam) {
-  CREATESTRUCTW creation = *reinterpret_cast<const CREATESTRUCTW*>(lParam);
-  if (!creation.lpszName || isShowable(creation.lpszName)) return callOwn(edit, message, wParam, lParam);
-  const std::wstring name = showableText(creation.lpszName);
-  creation.lpszName = name.c_str();
-  return callOwn(edit, message, wParam, reinterpret_cast<LPARAM>(&creation));
+bool isBroken(HWND edit) {
+  const LONG style = GetWindowLongW(edit, GWL_STYLE);
+  return (style & ES_MULTILINE) != 0 && (style & ES_AUTOHSCROLL) == 0;
+}
+
+/// To be called before `text` gets into the control: it is laid out anew at once.
+void breakLinesFor(HWND edit, std::wstring_view text) {
+  if (!isBroken(edit) || !needsWordBreaks(text)) return;
+  callOwn(edit, EM_SETWORDBREAKPROC, 0, reinterpret_cast<LPARAM>(&breakWords));
 }
 
 LRESULT textSet(HWND edit, UINT message, WPARAM wParam, LPARAM lParam) {
   const auto* const text = reinterpret_cast<const wchar_t*>(lParam);
-  if (!text || isShowable(text)) return callOwn(edit, message, wParam, lParam);
-  return callOwn(edit, message, wParam, textArgument(showableText(text)));
+  if (!text) return callOwn(edit, message, wParam, lParam);
+  breakLinesFor(edit, text);
+  const LRESULT result = isShowable(text) ? callOwn(edit, message, wParam, lParam)
+                                          : callOwn(edit, message, wParam, textArgument(showableText(text)));
+  // The system's own way knows more places in texts of plain letters.
+  if (result && isBroken(edit) && !needsWordBreaks(text)) callOwn(edit, EM_SETWORDBREAKPROC, 0, 0);
+  return result;
+}
+
+LRESULT created(HWND edit, UINT message, WPARAM wParam, LPARAM lParam) {
+  CREATESTRUCTW creation = *reinterpret_cast<const CREATESTRUCTW*>(lParam);
+  if (!creation.lpszName) return callOwn(edit, message, wParam, lParam);
+  const std::wstring name = showableText(creation.lpszName);
+  const bool isSetLater = isBroken(edit) && needsWordBreaks(name);
+  creation.lpszName = isSetLater ? L"" : name.c_str();
+  const LRESULT result = callOwn(edit, message, wParam, reinterpret_cast<LPARAM>(&creation));
+  if (isSetLater && result >= 0) textSet(edit, WM_SETTEXT, 0, textArgument(name));
+  return result;
 }
 
 LRESULT replaced(HWND edit, UINT message, WPARAM wParam, LPARAM lParam) {
   const auto* const text = reinterpret_cast<const wchar_t*>(lParam);
   if (!text) return callOwn(edit, message, wParam, lParam);
+  breakLinesFor(edit, text);
   const Content content(edit);
   if (*text == L'\0' && !selectWithMarks(edit, content)) return 0;
   return callOwn(edit, message, wParam, textArgument(insertable(content, text)));
@@ -107,6 +128,7 @@ LRESULT pasted(HWND edit, UINT message, WPARAM wParam, LPARAM lParam) {
     return 0;
   }
   const std::wstring shown = insertable(content, text);
+  breakLinesFor(edit, shown);
   if (shown == text) return callOwn(edit, message, wParam, lParam);
   return callOwn(edit, EM_REPLACESEL, TRUE, textArgument(shown));
 }
@@ -123,6 +145,7 @@ LRESULT typed(HWND edit, UINT message, WPARAM wParam, LPARAM lParam) {
   const auto character = static_cast<wchar_t>(wParam);
   const bool isCommand = character < L' ' && character != kBackspace;
   if (isCommand) return callOwn(edit, message, wParam, lParam);
+  breakLinesFor(edit, {&character, 1});
   Content content(edit);
   if (character != kBackspace) {
     if (isShowable(content.with({&character, 1}))) return callOwn(edit, message, wParam, lParam);

@@ -7,6 +7,7 @@
 #include <usp10.h>
 
 #include "base/showable_text.h"
+#include "views/shared/word_breaks.h"
 
 namespace {
 
@@ -87,18 +88,11 @@ bool hasLongParagraph(std::wstring_view text) {
   return false;
 }
 
-/// Where a line that begins at the front of `rest` is best broken: behind its last blank, never before a
-/// mark or inside a pair of surrogates or a line end.
+/// Where a line that begins at the front of `rest` is best broken: behind its last blank, never inside what
+/// belongs together.
 std::size_t breakPlace(std::wstring_view rest) {
   const std::size_t blank = rest.substr(0, kSoftLineCount).rfind(L' ');
-  std::size_t place = blank == rest.npos || blank == 0 ? kSoftLineCount : blank + 1;
-  place = std::max(endOfMarks(rest, place), place);
-  while (place < rest.size() &&
-         ((rest[place] >= 0xDC00 && rest[place] < 0xE000) || rest[place] == L'\r' || rest[place] == L'\n' ||
-          rest[place] == 0x200C || rest[place] == 0x200D || rest[place - 1] == L'\r')) {
-    ++place;
-  }
-  return place;
+  return wholeCharacterPlace(rest, blank == rest.npos || blank == 0 ? kSoftLineCount : blank + 1);
 }
 
 ShownText cutTo(std::size_t count, std::wstring_view value) {
