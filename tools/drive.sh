@@ -58,7 +58,7 @@ await_program() {
   fi
 }
 
-# drive VERB [ARGUMENT...]: one step of tests/ui/drive.cpp, which waits until the program has done it.
+# drive VERB [ARGUMENT...]: one step of tests/ui/remote/drive.cpp, which waits until the program has done it.
 drive() {
   local code=0
   if "$WINELOADER" "$driver" "$@" 2>>"$drive_log" 8>&-; then

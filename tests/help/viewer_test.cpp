@@ -10,8 +10,8 @@
 #include "base/handles.h"
 #include "platform/help/help_address.h"
 #include "tests/support/paths.h"
-#include "tests/ui/remote_window.h"
-#include "tests/ui/running_program.h"
+#include "tests/ui/remote/remote_window.h"
+#include "tests/ui/remote/running_program.h"
 
 namespace {
 

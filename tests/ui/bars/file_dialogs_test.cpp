@@ -1,0 +1,144 @@
+// What the program asks of the system's file dialogs, which do not open here.
+#include <windows.h>
+
+#include <commdlg.h>
+
+#include <filesystem>
+#include <string>
+
+#include "app/window/program_state.h"
+#include "app/window/window_prompts.h"
+#include "gtest/gtest.h"
+#include "tests/support/paths.h"
+#include "tests/ui/bars/bar_host.h"
+#include "tests/ui/support/import_swap.h"
+#include "tests/ui/support/window_reading.h"
+
+// The imports that the program calls through, as the compiler names them.
+extern "C" decltype(&GetOpenFileNameW) __imp_GetOpenFileNameW;  // NOLINT(bugprone-reserved-identifier)
+extern "C" decltype(&GetSaveFileNameW) __imp_GetSaveFileNameW;  // NOLINT(bugprone-reserved-identifier)
+
+namespace {
+
+constexpr wchar_t kChosenPath[] = L"C:\\chosen.cdb";
+
+/// How a dialog was called, and what was the case meanwhile.
+struct Call {
+  bool isSave = false;
+  DWORD flags = 0;
+  HWND owner = nullptr;
+  std::wstring path;
+  DWORD pathCount = 0;
+  std::wstring filter;     ///< its parts with a bar between them
+  std::wstring extension;  ///< for a name without one
+  std::wstring titleOfWindow;
+  bool isChoosingFile = false;
+};
+
+Call call;
+std::filesystem::path lookedAt;
+bool userConfirms = true;
+
+std::wstring joined(const wchar_t* filter) {
+  std::wstring all;
+  for (const wchar_t* part = filter; *part != L'\0'; part += std::wcslen(part) + 1) {
+    all.append(all.empty() ? L"" : L"|").append(part);
+  }
+  return all;
+}
+
+/// As the system's dialogs do, it makes the folder that was looked at the program's current one.
+BOOL answer(OPENFILENAMEW* question, bool isSave) {
+  call = {isSave,
+          question->Flags,
+          question->hwndOwner,
+          question->lpstrFile,
+          question->nMaxFile,
+          joined(question->lpstrFilter),
+          question->lpstrDefExt ? question->lpstrDefExt : L"",
+          textOf(mainWindow),
+          thePrompts.isChoosingFile()};
+  SetCurrentDirectoryW(lookedAt.c_str());
+  if (userConfirms) lstrcpyW(question->lpstrFile, kChosenPath);
+  return userConfirms ? TRUE : FALSE;
+}
+
+BOOL WINAPI answerOpen(OPENFILENAMEW* question) {
+  return answer(question, false);
+}
+
+BOOL WINAPI answerSave(OPENFILENAMEW* question) {
+  return answer(question, true);
+}
+
+class FileDialogsTest : public testing::Test {
+ protected:
+  FileDialogsTest() {
+    mainWindow = host_.main();
+    tabControl = host_.tab();
+    SetWindowTextW(mainWindow, L"Quivane");
+    lookedAt = folder_.path();
+    userConfirms = true;
+    call = {};
+  }
+  ~FileDialogsTest() override {
+    EXPECT_EQ(textOf(mainWindow), L"Quivane");
+    EXPECT_FALSE(thePrompts.isChoosingFile());
+    EXPECT_EQ(std::filesystem::current_path(), before_) << "the current folder is kept";
+    mainWindow = nullptr;
+    tabControl = nullptr;
+    std::filesystem::current_path(before_);
+  }
+
+  static void expectCall(bool isSave, DWORD flags, const wchar_t* title, const wchar_t* filter) {
+    EXPECT_EQ(call.isSave, isSave);
+    EXPECT_EQ(call.flags, flags);
+    EXPECT_EQ(call.owner, tabControl);
+    EXPECT_EQ(call.path, L"");
+    EXPECT_EQ(call.pathCount, 260u);
+    EXPECT_EQ(call.filter, filter);
+    EXPECT_EQ(call.extension, L"cdb");
+    EXPECT_EQ(call.titleOfWindow, title);
+    EXPECT_TRUE(call.isChoosingFile);
+  }
+
+ private:
+  std::filesystem::path before_ = std::filesystem::current_path();
+  testsupport::TempFolder folder_;
+  BarHost host_;
+  ImportSwap<decltype(&GetOpenFileNameW)> open_{__imp_GetOpenFileNameW, answerOpen};
+  ImportSwap<decltype(&GetSaveFileNameW)> save_{__imp_GetSaveFileNameW, answerSave};
+};
+
+TEST_F(FileDialogsTest, OpeningAsksForAFileThatExists) {
+  const std::optional<String> path = thePrompts.chooseFile(FileChoice::open);
+  ASSERT_TRUE(path);
+  EXPECT_STREQ(path->text(), kChosenPath);
+  expectCall(false, 0x81000, L"Open Database", L"All (*.cdb)|*.cdb");
+}
+
+TEST_F(FileDialogsTest, DeletingAsksForAFileThatExists) {
+  EXPECT_TRUE(thePrompts.chooseFile(FileChoice::remove));
+  expectCall(false, 0x81000, L"Delete Database", L"All (*.cdb)|*.cdb");
+}
+
+TEST_F(FileDialogsTest, MakingAsksForANameAndBeforeAFileIsReplaced) {
+  EXPECT_TRUE(thePrompts.chooseFile(FileChoice::create));
+  expectCall(true, 0x82002, L"New Database", L"Databases (*.cdb)|*.cdb");
+}
+
+TEST_F(FileDialogsTest, SavingACopyAsksForANameAndReplacesNothing) {
+  EXPECT_TRUE(thePrompts.chooseFile(FileChoice::copy));
+  constexpr DWORD kFlags = OFN_EXPLORER | OFN_PATHMUSTEXIST | OFN_HIDEREADONLY;
+  expectCall(true, kFlags, L"Save Database As", L"Databases (*.cdb)|*.cdb");
+}
+
+TEST_F(FileDialogsTest, WhoCancelsHasChosenNothing) {
+  userConfirms = false;
+  for (const FileChoice choice :
+       {FileChoice::open, FileChoice::create, FileChoice::remove, FileChoice::copy}) {
+    EXPECT_FALSE(thePrompts.chooseFile(choice));
+  }
+}
+
+}  // namespace

@@ -1,0 +1,503 @@
+#include "dialogs/find/find_dialog.h"
+
+#include <utility>
+
+#include "base/recent_finds.h"
+#include "base/settings_store.h"
+#include "gmock/gmock.h"
+#include "tests/ui/support/dialog_script.h"
+#include "tests/ui/support/typed_dialog_fixture.h"
+#include "tests/ui/support/window_reading.h"
+#include "views/dialog/current_dialog.h"
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace {
+
+constexpr int kFieldLabel = 1000;
+constexpr int kAllFields = 1017;
+constexpr int kMatchCase = 1018;
+constexpr int kField = 1022;
+constexpr int kNext = 1023;
+constexpr int kText = 1026;
+constexpr UINT kFindNext = 1225;
+constexpr std::uint32_t kMissing = 99;
+
+/// Of a drop-down list at zoom 100.
+constexpr int kNormalComboHeight = 21;
+
+class FindDialogTest : public TypedDialogTest {
+ protected:
+  INT_PTR show(const Step& step, const std::vector<const wchar_t*>& fields = {L"title", L"Author", L"born"}) {
+    NameList names;
+    for (const wchar_t* const each : fields) names.append(each);
+    FindDialog dialog(state, std::move(names));
+    dialog_ = &dialog;
+    const INT_PTR result = inDialog([&] { return dialog.run(top()); }, step);
+    dialog_ = nullptr;
+    return result;
+  }
+  /// The window of the dialog that runs, null when none is open.
+  HWND openWindow() const { return dialog_ ? dialog_->window() : nullptr; }
+  void refill() const {
+    if (dialog_) dialog_->refill();
+  }
+
+  static void cancel(HWND window) { SendMessageW(window, WM_COMMAND, IDCANCEL, 0); }
+  static void confirm(HWND window) { SendMessageW(window, WM_COMMAND, IDOK, 0); }
+
+  static void chooseField(HWND window, WPARAM index) {
+    SendDlgItemMessageW(window, kField, CB_SETCURSEL, index, 0);
+  }
+
+  static std::uint32_t stored(const wchar_t* name) {
+    std::uint32_t value = kMissing;
+    return SettingsStore::readDword(SettingsStore::kOptions, name, kMissing, value) ? value : kMissing;
+  }
+  static void store(const wchar_t* name, std::uint32_t value) {
+    ASSERT_TRUE(SettingsStore::writeDword(SettingsStore::kOptions, name, value));
+  }
+  /// The last becomes the newest.
+  static void remember(std::initializer_list<const wchar_t*> texts) {
+    for (const wchar_t* const each : texts) RecentFinds::remember(each);
+  }
+  static std::vector<std::wstring> recent() {
+    NameList finds;
+    RecentFinds::list(finds);
+    std::vector<std::wstring> texts;
+    for (std::uint32_t i = 0; i < finds.size(); ++i) texts.emplace_back(finds[i].text());
+    return texts;
+  }
+
+  static bool isChecked(HWND window, int id) { return IsDlgButtonChecked(window, id) == BST_CHECKED; }
+  static bool isEnabled(HWND window, int id) { return IsWindowEnabled(GetDlgItem(window, id)) != FALSE; }
+
+  /// How many searches were asked for by now.
+  int searches() {
+    dispatchPosted();
+    return countOf(kFindNext, 0);
+  }
+  /// With what the last one was.
+  LPARAM parameterOfSearch() const {
+    LPARAM parameter = -1;
+    for (const Got& each : got()) {
+      if (each.message == kFindNext) parameter = each.lParam;
+    }
+    return parameter;
+  }
+
+  FindState state;  // NOLINT(misc-non-private-member-variables-in-classes)
+
+ private:
+  FindDialog* dialog_ = nullptr;
+};
+
+TEST_F(FindDialogTest, ItsControlsAreThoseOfTheHandheld) {
+  show([&](HWND window) {
+    EXPECT_EQ(textOf(window), L"Find");
+    EXPECT_EQ(GetParent(window), top());
+    EXPECT_FALSE(IsWindowEnabled(top())) << "it is modal";
+    EXPECT_EQ(currentDialog, window);
+    EXPECT_THAT(
+        controls(window),
+        ElementsAre(ControlFacts{-1, L"Static", L"Find &what:"}, ControlFacts{kText, L"ComboBox", L""},
+                    ControlFacts{kFieldLabel, L"Static", L"&Field to check:"},
+                    ControlFacts{kField, L"ComboBox", L""},
+                    ControlFacts{kAllFields, L"Button", L"&All fields"},
+                    ControlFacts{kMatchCase, L"Button", L"&Match case"},
+                    ControlFacts{kNext, L"Button", L"&Next"}, ControlFacts{IDOK, L"Button", L"OK"}));
+    EXPECT_THAT(tabOrder(window, kText), ElementsAre(kText, kField, kAllFields, kMatchCase, kNext, IDOK));
+    constexpr DWORD kKind = 3;
+    EXPECT_EQ(styleOf(GetDlgItem(window, kText)) & kKind, static_cast<DWORD>(CBS_DROPDOWN));
+    EXPECT_EQ(styleOf(GetDlgItem(window, kField)) & kKind, static_cast<DWORD>(CBS_DROPDOWNLIST));
+    EXPECT_EQ(LOWORD(SendMessageW(window, DM_GETDEFID, 0, 0)), kNext);
+    EXPECT_EQ(GetParent(GetFocus()), GetDlgItem(window, kText));
+    expectControlsApart(window);
+    expectColors(window, kFieldLabel, kMatchCase);
+    cancel(window);
+  });
+  EXPECT_EQ(currentDialog, nullptr);
+  EXPECT_TRUE(IsWindowEnabled(top()));
+}
+
+/// Centred in the owner's client area, and inside it.
+void expectCentred(HWND window, int width, int height) {
+  RECT frame{};
+  GetWindowRect(window, &frame);
+  MapWindowPoints(nullptr, GetParent(window), reinterpret_cast<POINT*>(&frame), 2);
+  EXPECT_EQ(frame.left, (width - (frame.right - frame.left)) / 2);
+  EXPECT_EQ(frame.top, (height - (frame.bottom - frame.top)) / 2);
+  EXPECT_GE(frame.left, 0);
+  EXPECT_GE(frame.top, 0);
+}
+
+TEST_F(FindDialogTest, ItIsCentredInItsOwner) {
+  show([&](HWND window) {
+    expectCentred(window, 240, 294);
+    cancel(window);
+  });
+}
+
+TEST_F(FindDialogTest, AtZoom200ItIsCentredAndTwiceAsLarge) {
+  RECT normal{};
+  show([&](HWND window) {
+    normal = clientRect(window);
+    cancel(window);
+  });
+  HandheldSetZoom(200);
+  show([&](HWND window) {
+    EXPECT_EQ(clientRect(window), (RECT{0, 0, 2 * normal.right, 2 * normal.bottom}));
+    expectCentred(window, 480, 588);
+    for (const int id : {kText, kField}) {
+      const RECT place = placeInParent(GetDlgItem(window, id));
+      EXPECT_GT(place.bottom - place.top, 2 * kNormalComboHeight * 4 / 5) << id;
+    }
+    expectControlsApart(window);
+    cancel(window);
+  });
+}
+
+TEST_F(FindDialogTest, InAnOwnerThatIsTooSmallItBeginsAtTheCorner) {
+  SetWindowPos(top(), nullptr, 0, 0, 60, 60, SWP_NOMOVE | SWP_NOZORDER);
+  show([&](HWND window) {
+    RECT frame{};
+    GetWindowRect(window, &frame);
+    POINT corner{};
+    ClientToScreen(top(), &corner);
+    EXPECT_EQ(frame.left, corner.x);
+    EXPECT_EQ(frame.top, corner.y);
+    cancel(window);
+  });
+}
+
+TEST_F(FindDialogTest, WithNothingStoredTheListAndTheEditAreEmpty) {
+  state.text = L"of the last use";
+  show([&](HWND window) {
+    EXPECT_THAT(entries(window, kText), IsEmpty());
+    EXPECT_EQ(textIn(window, kText), L"");
+    EXPECT_FALSE(isChecked(window, kAllFields));
+    EXPECT_FALSE(isChecked(window, kMatchCase));
+    EXPECT_TRUE(isEnabled(window, kField));
+    EXPECT_TRUE(isEnabled(window, kFieldLabel));
+    cancel(window);
+  });
+}
+
+TEST_F(FindDialogTest, TheRecentTextsAreOfferedNewestFirst) {
+  remember({L"a", L"b", L"c", L"d", L"e", L"f"});
+  show([&](HWND window) {
+    EXPECT_THAT(entries(window, kText), ElementsAre(L"f", L"e", L"d", L"c", L"b"));
+    EXPECT_EQ(textIn(window, kText), L"f");
+    cancel(window);
+  });
+}
+
+TEST_F(FindDialogTest, TheFieldsAreOfferedInTheirOrder) {
+  show([&](HWND window) {
+    EXPECT_THAT(entries(window, kField), ElementsAre(L"title", L"Author", L"born"));
+    EXPECT_EQ(selected(window, kField), L"title");
+    cancel(window);
+  });
+}
+
+TEST_F(FindDialogTest, OpeningBeginsANewSearchAndNamesTheDialog) {
+  show([&](HWND window) {
+    EXPECT_TRUE(state.newSearch);
+    EXPECT_EQ(openWindow(), window);
+    cancel(window);
+  });
+}
+
+TEST_F(FindDialogTest, ADialogThatIsNotOpenHasNoWindowAndIsNotRefilled) {
+  remember({L"a"});
+  FindDialog dialog(state, NameList());
+  EXPECT_EQ(dialog.window(), nullptr);
+  dialog.refill();
+  EXPECT_EQ(inDialog([&] { return dialog.run(top()); }, [&](HWND window) { cancel(window); }), IDCANCEL);
+  EXPECT_EQ(dialog.window(), nullptr);
+  dialog.refill();
+  EXPECT_EQ(state.checkAllFields, 0u);
+}
+
+TEST_F(FindDialogTest, TheCheckBoxesAreAsTheyWereStored) {
+  store(L"CheckAllFields", 1);
+  store(L"MatchCase", 7);
+  show([&](HWND window) {
+    EXPECT_TRUE(isChecked(window, kAllFields));
+    EXPECT_TRUE(isChecked(window, kMatchCase));
+    EXPECT_EQ(state.checkAllFields, 1u);
+    EXPECT_EQ(state.matchCase, 1u);
+    EXPECT_FALSE(isEnabled(window, kField));
+    EXPECT_FALSE(isEnabled(window, kFieldLabel));
+    cancel(window);
+  });
+}
+
+TEST_F(FindDialogTest, TickingAllFieldsGreysTheFieldAtOnceAndLasts) {
+  show([&](HWND window) {
+    click(window, kAllFields);
+    EXPECT_FALSE(isEnabled(window, kField));
+    EXPECT_FALSE(isEnabled(window, kFieldLabel));
+    EXPECT_EQ(stored(L"CheckAllFields"), 1u);
+    EXPECT_EQ(state.checkAllFields, 1u);
+    cancel(window);
+  });
+  state = {};
+  show([&](HWND window) {
+    EXPECT_TRUE(isChecked(window, kAllFields));
+    click(window, kAllFields);
+    EXPECT_TRUE(isEnabled(window, kField));
+    EXPECT_TRUE(isEnabled(window, kFieldLabel));
+    EXPECT_EQ(stored(L"CheckAllFields"), 0u);
+    EXPECT_EQ(state.checkAllFields, 0u);
+    cancel(window);
+  });
+}
+
+TEST_F(FindDialogTest, MatchCaseIsTakenWhenTheDialogIsUsedOrLeft) {
+  show([&](HWND window) {
+    click(window, kMatchCase);
+    EXPECT_EQ(stored(L"MatchCase"), kMissing);
+    EXPECT_EQ(state.matchCase, 0u);
+    click(window, kNext);
+    EXPECT_EQ(stored(L"MatchCase"), 1u);
+    EXPECT_EQ(state.matchCase, 1u);
+    click(window, kMatchCase);
+    cancel(window);
+  });
+  EXPECT_EQ(stored(L"MatchCase"), 0u);
+  EXPECT_EQ(state.matchCase, 0u);
+  show([&](HWND window) {
+    click(window, kMatchCase);
+    confirm(window);
+  });
+  EXPECT_EQ(stored(L"MatchCase"), 1u);
+  EXPECT_EQ(state.matchCase, 1u);
+  EXPECT_EQ(stored(L"CheckAllFields"), 0u) << "both are stored";
+}
+
+TEST_F(FindDialogTest, NextStoresTheInputAsksForASearchAndStays) {
+  show([&](HWND window) {
+    SetDlgItemTextW(window, kText, L"dune");
+    chooseField(window, 1);
+    EXPECT_EQ(searches(), 0);
+    click(window, kNext);
+    EXPECT_STREQ(state.text.text(), L"dune");
+    EXPECT_STREQ(state.fieldName.text(), L"Author");
+    EXPECT_EQ(state.fieldPosition, 2u);
+    EXPECT_EQ(stored(L"CheckAllFields"), 0u);
+    EXPECT_EQ(stored(L"MatchCase"), 0u);
+    EXPECT_THAT(recent(), ElementsAre(L"dune"));
+    EXPECT_EQ(countOf(kFindNext, 0), 0) << "the search is posted";
+    EXPECT_EQ(searches(), 1);
+    EXPECT_EQ(parameterOfSearch(), 0);
+    EXPECT_TRUE(IsWindow(window));
+    EXPECT_EQ(openWindow(), window);
+    EXPECT_TRUE(state.newSearch) << "the search clears it";
+    state.newSearch = false;
+    click(window, kNext);
+    EXPECT_FALSE(state.newSearch);
+    EXPECT_EQ(searches(), 2);
+    cancel(window);
+  });
+  EXPECT_EQ(searches(), 2);
+}
+
+TEST_F(FindDialogTest, AFieldIsNamedAsTheFileNamesItWhateverTheListShows) {
+  // Marks that stand on no letter.
+  constexpr wchar_t kUnshowable[] = L"\x05B0\x05B1";
+  show(
+      [&](HWND window) {
+        chooseField(window, 1);
+        wchar_t shown[10] = L"";
+        SendDlgItemMessageW(window, kField, CB_GETLBTEXT, 1, reinterpret_cast<LPARAM>(shown));
+        EXPECT_STREQ(shown, L"\xFFFD\xFFFD");
+        click(window, kNext);
+        cancel(window);
+      },
+      {L"\xFFFD\xFFFD", kUnshowable});
+  EXPECT_STREQ(state.fieldName.text(), kUnshowable);
+  EXPECT_EQ(state.fieldPosition, 2u);
+}
+
+TEST_F(FindDialogTest, WithoutFieldsNoneIsChosen) {
+  state.fieldName = L"of another table";
+  state.fieldPosition = 3;
+  show(
+      [&](HWND window) {
+        click(window, kNext);
+        cancel(window);
+      },
+      {});
+  EXPECT_STREQ(state.fieldName.text(), L"");
+  EXPECT_EQ(state.fieldPosition, 0u);
+}
+
+TEST_F(FindDialogTest, TheSecondOfTheListMovesToItsTopAtTheNextOpening) {
+  remember({L"c", L"b", L"a"});
+  show([&](HWND window) {
+    SendDlgItemMessageW(window, kText, CB_SETCURSEL, 1, 0);
+    click(window, kNext);
+    EXPECT_STREQ(state.text.text(), L"b");
+    cancel(window);
+  });
+  show([&](HWND window) {
+    EXPECT_THAT(entries(window, kText), ElementsAre(L"b", L"a", L"c"));
+    EXPECT_EQ(textIn(window, kText), L"b");
+    cancel(window);
+  });
+}
+
+TEST_F(FindDialogTest, OnlyNextRemembersATextAndReadsIt) {
+  remember({L"a"});
+  for (const int command : {IDOK, IDCANCEL}) {
+    show([&](HWND window) {
+      SetDlgItemTextW(window, kText, L"typed");
+      SendMessageW(window, WM_COMMAND, static_cast<WPARAM>(command), 0);
+    });
+    EXPECT_THAT(recent(), ElementsAre(L"a"));
+    EXPECT_STREQ(state.text.text(), L"");
+  }
+}
+
+TEST_F(FindDialogTest, OkWithoutNextSearchesForTheTextOfThePreviousUse) {
+  show([&](HWND window) {
+    SetDlgItemTextW(window, kText, L"earlier");
+    chooseField(window, 2);
+    click(window, kNext);
+    cancel(window);
+  });
+  EXPECT_EQ(searches(), 1);
+  state.newSearch = false;
+  HWND during = top();
+  onMessage([&](const Got& message) {
+    if (message.message == kFindNext) during = openWindow();
+  });
+  EXPECT_EQ(show([&](HWND window) {
+              SetDlgItemTextW(window, kText, L"not read");
+              confirm(window);
+            }),
+            IDOK);
+  EXPECT_EQ(searches(), 2);
+  EXPECT_EQ(during, nullptr) << "the dialog is closed when the search begins";
+  EXPECT_STREQ(state.text.text(), L"earlier");
+  EXPECT_STREQ(state.fieldName.text(), L"born");
+  EXPECT_EQ(state.fieldPosition, 3u);
+  EXPECT_TRUE(state.newSearch);
+}
+
+TEST_F(FindDialogTest, CancelSearchesNothing) {
+  EXPECT_EQ(show([&](HWND window) { cancel(window); }), IDCANCEL);
+  EXPECT_EQ(searches(), 0);
+  EXPECT_EQ(stored(L"CheckAllFields"), 0u);
+  EXPECT_EQ(stored(L"MatchCase"), 0u);
+}
+
+TEST_F(FindDialogTest, AfterASearchTheTextHeadsTheListAndTheBoxesAreAsStored) {
+  remember({L"b", L"a"});
+  onMessage([&](const Got& message) {
+    if (message.message == kFindNext) refill();
+  });
+  show([&](HWND window) {
+    SetDlgItemTextW(window, kText, L"new");
+    click(window, kMatchCase);
+    click(window, kAllFields);
+    chooseField(window, 2);
+    click(window, kNext);
+    EXPECT_EQ(searches(), 1);
+    EXPECT_THAT(entries(window, kText), ElementsAre(L"new", L"a", L"b"));
+    EXPECT_EQ(textIn(window, kText), L"new");
+    EXPECT_TRUE(isChecked(window, kMatchCase));
+    EXPECT_TRUE(isChecked(window, kAllFields));
+    EXPECT_FALSE(isEnabled(window, kField));
+    EXPECT_EQ(selected(window, kField), L"born");
+    confirm(window);
+  });
+  // The search that OK asked for finds the dialog closed.
+  EXPECT_EQ(searches(), 2);
+}
+
+TEST_F(FindDialogTest, ThePanelIsUpForTypingAndGoesDownForTheMatches) {
+  setPanelPolicy(kPanelAlways);
+  show([&](HWND window) {
+    EXPECT_TRUE(isPanelUp());
+    click(window, kNext);
+    EXPECT_FALSE(isPanelUp());
+    SHSipPreference(window, SIP_UP);
+    cancel(window);
+  });
+  EXPECT_FALSE(isPanelUp());
+  show([&](HWND window) { confirm(window); });
+  EXPECT_FALSE(isPanelUp());
+}
+
+TEST_F(FindDialogTest, ThePanelThatWasUpBeforeStaysUp) {
+  setPanelPolicy(kPanelAlways);
+  SHSipPreference(top(), SIP_UP);
+  show([&](HWND window) {
+    click(window, kNext);
+    EXPECT_TRUE(isPanelUp());
+    cancel(window);
+  });
+  EXPECT_TRUE(isPanelUp());
+}
+
+TEST_F(FindDialogTest, EnterIsNextAndEscapeCancels) {
+  EXPECT_EQ(show([&](HWND window) {
+              SetDlgItemTextW(window, kText, L"typed");
+              press(window, WM_KEYDOWN, VK_RETURN);
+              EXPECT_STREQ(state.text.text(), L"typed");
+              EXPECT_EQ(searches(), 1);
+              press(window, WM_KEYDOWN, VK_ESCAPE);
+            }),
+            IDCANCEL);
+}
+
+TEST_F(FindDialogTest, AccessKeysReachTheirControls) {
+  show([&](HWND window) {
+    pressAccessKey(window, L'f');
+    EXPECT_EQ(GetFocus(), GetDlgItem(window, kField));
+    pressAccessKey(window, L'w');
+    EXPECT_EQ(GetParent(GetFocus()), GetDlgItem(window, kText));
+    pressAccessKey(window, L'm');
+    EXPECT_TRUE(isChecked(window, kMatchCase));
+    pressAccessKey(window, L'a');
+    EXPECT_TRUE(isChecked(window, kAllFields));
+    pressAccessKey(window, L'n');
+    EXPECT_EQ(searches(), 1);
+    cancel(window);
+  });
+}
+
+TEST_F(FindDialogTest, HostileTextsGoThroughWhole) {
+  const std::wstring hostile = L"100% 'a' \"b\" [c] %s &d \x5E9\x5DC\x5D5\x5DD \xD83D\xDE00";
+  const std::wstring longName = hostile + std::wstring(300, L'f');
+  for (const std::wstring& text : {hostile, std::wstring(40000, L'x')}) {
+    show(
+        [&](HWND window) {
+          const HWND edit = GetFocus();
+          SendMessageW(edit, EM_SETSEL, 0, -1);
+          SendMessageW(edit, EM_REPLACESEL, 0, reinterpret_cast<LPARAM>(text.c_str()));
+          click(window, kNext);
+          refill();
+          EXPECT_EQ(textIn(window, kText), text);
+          cancel(window);
+        },
+        {longName.c_str()});
+    EXPECT_EQ(state.text.text(), text);
+    EXPECT_EQ(state.fieldName.text(), longName);
+    EXPECT_EQ(recent().front(), text);
+  }
+}
+
+TEST_F(FindDialogTest, AHundredOpeningsLeaveNothingBehind) {
+  FindDialog dialog(state, {});
+  leavesNothingBehind([&] { return dialog.run(top()); },
+                      [&](HWND window) {
+                        click(window, kNext);
+                        confirm(window);
+                      });
+}
+
+}  // namespace

@@ -1,0 +1,496 @@
+#include <functional>
+
+#include "base/options.h"
+#include "resources/command_ids.h"
+#include "tests/ui/document/document_fixture.h"
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace {
+
+// ---- Opening and closing
+
+TEST_F(DocumentTest, OpeningShowsTheTablesAndChoosesTheFirst) {
+  ASSERT_TRUE(document().openDatabase(path().c_str()));
+  EXPECT_THAT(window().takeCalls(),
+              ElementsAre("form.hide", "tables.show", "tables.fill 1", "grid.resetColumns"));
+  EXPECT_THAT(window().tables->items, ElementsAre(L"First One", L"Second", L"Empty"));
+  EXPECT_EQ(document().viewMode(), ViewMode::tables);
+  EXPECT_TRUE(document().isDatabaseOpen());
+  EXPECT_EQ(theAppSettings->databaseOpen, 1u);
+  EXPECT_STREQ(document().databasePath().text(), path().c_str());
+  EXPECT_STREQ(document().tableName().text(), L"First One");
+  EXPECT_STREQ(document().sqlText().text(), L"Select * from [First One]");
+  EXPECT_FALSE(document().isRecordsetOpen());
+}
+
+TEST_F(DocumentTest, AFileThatIsNotThereChangesNothing) {
+  EXPECT_FALSE(document().openDatabase(file("missing.cdb").c_str()));
+  EXPECT_THAT(window().takeCalls(), IsEmpty());
+  EXPECT_FALSE(document().isDatabaseOpen());
+  EXPECT_EQ(theAppSettings->databaseOpen, 0u);
+  EXPECT_STREQ(document().databasePath().text(), L"");
+  EXPECT_EQ(document().closeDatabase(), -1);
+}
+
+TEST_F(DocumentTest, ClosingForgetsEverything) {
+  open();
+  document().setViewMode(ViewMode::form);
+  window().takeCalls();
+  EXPECT_EQ(document().closeDatabase(), 0);
+  EXPECT_THAT(window().takeCalls(), ElementsAre("form.takeChange", "form.tearDown", "tables.deleteAllItems",
+                                                "tables.clearRememberedSelection", "queries.deleteAllItems",
+                                                "queries.setSelectedIndex 0"));
+  EXPECT_FALSE(document().isDatabaseOpen());
+  EXPECT_FALSE(document().isRecordsetOpen());
+  EXPECT_EQ(theAppSettings->databaseOpen, 0u);
+  EXPECT_TRUE(document().databasePath().isEmpty());
+  EXPECT_TRUE(document().tableName().isEmpty());
+  EXPECT_TRUE(document().sqlText().isEmpty());
+  EXPECT_EQ(currentRecord, 0u);
+  EXPECT_EQ(recordCount, 0u);
+  EXPECT_EQ(document().closeDatabase(), -1);
+}
+
+TEST_F(DocumentTest, ClosingOnTheListPageClearsTheGridAndGoesToTheTables) {
+  open();
+  document().setViewMode(ViewMode::list);
+  window().takeCalls();
+  EXPECT_EQ(document().closeDatabase(), 0);
+  const Calls calls = window().takeCalls();
+  ASSERT_GE(calls.size(), 4u);
+  EXPECT_EQ(calls[0], "form.tearDown");
+  EXPECT_EQ(calls[1], "grid.clear");
+  EXPECT_EQ(calls[2], "grid.hide");
+  EXPECT_EQ(calls[3], "tables.show");
+  EXPECT_EQ(document().viewMode(), ViewMode::tables);
+  EXPECT_EQ(currentRecord, 0u);
+}
+
+TEST_F(DocumentTest, ADatabaseOpensAgainAfterClosing) {
+  open();
+  document().setViewMode(ViewMode::list);
+  ASSERT_EQ(document().closeDatabase(), 0);
+  window().takeCalls();
+  ASSERT_TRUE(document().openDatabase(path().c_str()));
+  document().setViewMode(ViewMode::list);
+  EXPECT_EQ(recordCount, 3u);
+  EXPECT_EQ(currentRecord, 1u);
+}
+
+TEST_F(DocumentTest, OpeningAndMakingLeaveThePageOfTheClosedDatabaseAndEmptyBothLists) {
+  addQueries();
+  struct Row {
+    ViewMode mode;
+    const char* left;
+  };
+  constexpr Row kRows[] = {{ViewMode::tables, "tables.hide"},
+                           {ViewMode::form, "form.hide"},
+                           {ViewMode::list, "grid.hide"},
+                           {ViewMode::queries, "queries.hide"},
+                           {ViewMode::none, "form.hide"}};
+  const auto openOther = [this] { return document().openDatabaseCommand(); };
+  const auto makeOther = [this] { return document().newDatabaseCommand(); };
+  const auto closeAndOpen = [this] {
+    document().closeDatabase();
+    EXPECT_THAT(window().tables->items, IsEmpty());
+    EXPECT_THAT(window().queries->items, IsEmpty());
+    return document().openDatabaseCommand();
+  };
+  makeDatabase(file("other.cdb"), {});
+  for (const std::function<CommandResult()>& command :
+       {std::function<CommandResult()>(openOther), std::function<CommandResult()>(makeOther),
+        std::function<CommandResult()>(closeAndOpen)}) {
+    for (const Row& row : kRows) {
+      ASSERT_NO_FATAL_FAILURE(open());
+      document().setViewMode(ViewMode::queries);
+      document().setViewMode(ViewMode::tables);
+      document().setViewMode(row.mode);
+      window().takeCalls();
+      window().prompts.file = String(file("other.cdb").c_str());
+      EXPECT_EQ(command(), CommandResult::done);
+      EXPECT_THAT(window().takeCalls(), testing::Contains(row.left));
+      EXPECT_EQ(document().viewMode(), ViewMode::tables);
+      EXPECT_THAT(window().tables->items, IsEmpty());
+      EXPECT_THAT(window().queries->items, IsEmpty());
+      document().closeDatabase();
+    }
+  }
+}
+
+// ---- Choosing
+
+TEST_F(DocumentTest, WhatAListReportsWhileItIsFilledIsNobodysChoice) {
+  addQueries();
+  open();
+  window().queries->report = [this] { document().openQuerySelection(0); };
+  document().setViewMode(ViewMode::queries);
+  EXPECT_STREQ(document().tableName().text(), L"First One");
+  EXPECT_TRUE(document().queryName().isEmpty());
+  document().setViewMode(ViewMode::list);
+  EXPECT_EQ(recordCount, 3u);
+}
+
+TEST_F(DocumentTest, AfterANewQueryATapOnTheSelectedTableTakesTheTable) {
+  open();
+  document().setViewMode(ViewMode::queries);
+  ASSERT_TRUE(document().addQuery({L"big", L"Select * from [First One] where a > 10"}));
+  window().tables->report = [this] { document().openTableSelection(0); };
+  document().setViewMode(ViewMode::tables);
+  EXPECT_THAT(window().takeCalls(), testing::Contains("tables.fill 5")) << "the table of the queries is new";
+  document().setViewMode(ViewMode::list);
+  EXPECT_EQ(recordCount, 2u) << "the new query is in use until a table is tapped";
+  document().setViewMode(ViewMode::tables);
+  document().openTableSelection(0);
+  document().setViewMode(ViewMode::list);
+  EXPECT_EQ(recordCount, 3u);
+  EXPECT_TRUE(document().queryName().isEmpty());
+}
+
+TEST_F(DocumentTest, AChoiceThatIsNotServedYetOutlastsEverySwitch) {
+  open();
+  document().setViewMode(ViewMode::list);
+  document().setViewMode(ViewMode::tables);
+  document().openTableSelection(1);
+  String reason;
+  document().returnsRecords(L"Select nothing", reason);
+  document().setViewMode(ViewMode::queries);
+  document().setViewMode(ViewMode::form);
+  EXPECT_EQ(recordCount, 1u);
+  EXPECT_STREQ(document().fieldName(0).text(), L"b");
+}
+
+TEST_F(DocumentTest, TheRecordsFollowAtTheNextSwitch) {
+  open();
+  document().openTableSelection(1);
+  EXPECT_FALSE(document().isRecordsetOpen());
+  document().setViewMode(ViewMode::list);
+  EXPECT_TRUE(document().isRecordsetOpen());
+  EXPECT_EQ(recordCount, 1u);
+  EXPECT_STREQ(document().fieldName(0).text(), L"b");
+}
+
+TEST_F(DocumentTest, TheSameTableAgainIsNotReopened) {
+  open();
+  document().setViewMode(ViewMode::list);
+  ASSERT_EQ(recordCount, 3u);
+  runStatements(path(), {L"INSERT INTO [First One] VALUES (40)"});
+  document().setViewMode(ViewMode::tables);
+  document().openTableSelection(0);
+  document().setViewMode(ViewMode::list);
+  EXPECT_EQ(recordCount, 3u);
+}
+
+TEST_F(DocumentTest, AnotherTableAndBackIsReopened) {
+  open();
+  document().setViewMode(ViewMode::list);
+  runStatements(path(), {L"INSERT INTO [First One] VALUES (40)"});
+  document().setViewMode(ViewMode::tables);
+  document().openTableSelection(1);
+  document().openTableSelection(0);
+  document().setViewMode(ViewMode::list);
+  EXPECT_EQ(recordCount, 4u);
+}
+
+TEST_F(DocumentTest, AnIndexWithoutAnItemChoosesNothing) {
+  open();
+  for (const int index : {-1, 3, 1000}) document().openTableSelection(index);
+  EXPECT_STREQ(document().tableName().text(), L"First One");
+  EXPECT_THAT(window().takeCalls(), IsEmpty());
+}
+
+TEST_F(DocumentTest, AQueryTakesThePlaceOfTheTable) {
+  addQueries();
+  open();
+  document().setViewMode(ViewMode::queries);
+  document().openQuerySelection(0);
+  EXPECT_STREQ(document().queryName().text(), L"big");
+  EXPECT_TRUE(document().tableName().isEmpty());
+  EXPECT_TRUE(document().openedFromQuery());
+  document().setViewMode(ViewMode::list);
+  EXPECT_EQ(recordCount, 2u);
+  document().setViewMode(ViewMode::tables);
+  document().openTableSelection(0);
+  EXPECT_TRUE(document().queryName().isEmpty());
+  EXPECT_FALSE(document().openedFromQuery());
+  document().setViewMode(ViewMode::list);
+  EXPECT_EQ(recordCount, 3u);
+}
+
+TEST_F(DocumentTest, AnIndexWithoutAQueryChoosesNothing) {
+  addQueries();
+  open();
+  document().setViewMode(ViewMode::queries);
+  for (const int index : {-1, 2, 1000}) document().openQuerySelection(index);
+  EXPECT_TRUE(document().queryName().isEmpty());
+  EXPECT_STREQ(document().tableName().text(), L"First One");
+}
+
+TEST_F(DocumentTest, AQueryThatDoesNotRunLeavesNoRecordset) {
+  addQueries();
+  open();
+  document().setViewMode(ViewMode::queries);
+  document().openQuerySelection(1);
+  window().takeCalls();
+  document().setViewMode(ViewMode::list);
+  EXPECT_FALSE(document().isRecordsetOpen());
+  EXPECT_THAT(window().takeCalls(), ElementsAre("queries.hide", "form.tearDown"));
+  document().setViewMode(ViewMode::form);
+  EXPECT_FALSE(document().isRecordsetOpen());
+}
+
+// ---- Switching
+
+TEST_F(DocumentTest, TheModeThatIsServedIsNotEnteredAgain) {
+  open();
+  document().setViewMode(ViewMode::tables);
+  EXPECT_THAT(window().takeCalls(), IsEmpty());
+}
+
+TEST_F(DocumentTest, WithoutADatabaseOldPagesAreLeftAndNoneIsEntered) {
+  document().setViewMode(ViewMode::tables);
+  document().setViewMode(ViewMode::form);
+  document().setViewMode(ViewMode::list);
+  document().setViewMode(ViewMode::queries);
+  EXPECT_THAT(window().takeCalls(),
+              ElementsAre("tables.hide", "form.layOut forced", "form.hide", "grid.hide"));
+  EXPECT_EQ(document().viewMode(), ViewMode::queries);
+}
+
+TEST_F(DocumentTest, EachPageIsLeftBeforeTheNextIsEntered) {
+  open();
+  document().setViewMode(ViewMode::form);
+  EXPECT_THAT(window().takeCalls(), ElementsAre("tables.hide", "form.tearDown", "form.show", "form.build",
+                                                "form.showEditors", "form.showRecord", "form.layOut forced"));
+  document().setViewMode(ViewMode::list);
+  EXPECT_THAT(window().takeCalls(),
+              ElementsAre("form.hide", "form.hideEditors", "form.takeChange", "grid.show", "grid.fill"));
+  document().setViewMode(ViewMode::queries);
+  EXPECT_THAT(window().takeCalls(), ElementsAre("grid.hide", "queries.show", "queries.fill"));
+  document().setViewMode(ViewMode::tables);
+  EXPECT_THAT(window().takeCalls(), ElementsAre("queries.hide", "form.tearDown", "tables.show"));
+}
+
+TEST_F(DocumentTest, TheTablesAreFilledInOnceForEachDatabase) {
+  open();
+  document().setViewMode(ViewMode::form);
+  document().setViewMode(ViewMode::tables);
+  EXPECT_THAT(window().takeCalls(), testing::Not(testing::Contains(testing::StartsWith("tables.fill"))));
+}
+
+TEST_F(DocumentTest, TheFormStartsAtTheFirstRecord) {
+  open();
+  document().setViewMode(ViewMode::form);
+  EXPECT_EQ(currentRecord, 1u);
+  EXPECT_EQ(recordCount, 3u);
+  EXPECT_EQ(value(), L"10");
+}
+
+TEST_F(DocumentTest, TheFormOfAnEmptyTableHasNoRecord) {
+  open();
+  document().openTableSelection(2);
+  document().setViewMode(ViewMode::form);
+  EXPECT_EQ(currentRecord, 0u);
+  EXPECT_EQ(recordCount, 0u);
+}
+
+TEST_F(DocumentTest, TheFormGoesToTheRecordChosenInTheGrid) {
+  open();
+  document().setViewMode(ViewMode::form);
+  document().setViewMode(ViewMode::list);
+  window().grid.row = 2;
+  document().setViewMode(ViewMode::form);
+  EXPECT_EQ(currentRecord, 3u);
+  EXPECT_EQ(value(), L"30");
+}
+
+TEST_F(DocumentTest, AFormThatIsEnteredFromElsewhereGoesToTheFirstRecord) {
+  open();
+  document().setViewMode(ViewMode::form);
+  document().setViewMode(ViewMode::list);
+  window().grid.row = 2;
+  document().setViewMode(ViewMode::form);
+  document().setViewMode(ViewMode::tables);
+  document().setViewMode(ViewMode::form);
+  EXPECT_EQ(currentRecord, 1u);
+  EXPECT_EQ(value(), L"10");
+}
+
+TEST_F(DocumentTest, OnlyTheFormThatGoesToTheChosenRowForgetsIt) {
+  runStatements(path(), {L"INSERT INTO Second VALUES (2)"});
+  open();
+  document().setViewMode(ViewMode::list);
+  window().grid.row = 2;
+  document().setViewMode(ViewMode::tables);
+  document().openTableSelection(1);
+  document().setViewMode(ViewMode::form);
+  EXPECT_EQ(currentRecord, 1u) << "a row of another table";
+  document().moveNextRecord();
+  document().setViewMode(ViewMode::tables);
+  document().setViewMode(ViewMode::form);
+  EXPECT_EQ(currentRecord, 2u);
+  document().setViewMode(ViewMode::tables);
+  document().setViewMode(ViewMode::form);
+  EXPECT_EQ(currentRecord, 1u);
+}
+
+TEST_F(DocumentTest, EnteringTheFormAgainWithoutRecordsClearsTheEditors) {
+  theAppSettings->options().setGenUpdateRights(kNewRecordsAndDeletions);
+  theAppSettings->options().setWarningOnDeletion(0);
+  open();
+  document().openTableSelection(1);
+  document().setViewMode(ViewMode::form);
+  document().deleteRecord();
+  ASSERT_EQ(recordCount, 0u);
+  document().setViewMode(ViewMode::tables);
+  window().takeCalls();
+  document().setViewMode(ViewMode::form);
+  EXPECT_THAT(window().takeCalls(), testing::Contains("form.clearEditors"));
+}
+
+TEST_F(DocumentTest, LayingTheFormOutAnewUpdatesItsPageCommands) {
+  open();
+  document().setViewMode(ViewMode::form);
+  EXPECT_FALSE(window().bar.onToolbar(ID_PAGE_NEXT));
+  window().form.pages = 2;
+  document().layOutForm(false);
+  EXPECT_TRUE(window().bar.onToolbar(ID_PAGE_NEXT));
+  EXPECT_TRUE(window().bar.inMenu(PopupMenu::record, ID_PAGE_NEXT));
+}
+
+TEST_F(DocumentTest, TheGridIsFilledAtTheCurrentRecord) {
+  open();
+  document().setViewMode(ViewMode::list);
+  EXPECT_EQ(window().grid.filledAt, 1u);
+  window().grid.row = 1;
+  document().setViewMode(ViewMode::tables);
+  document().setViewMode(ViewMode::list);
+  EXPECT_EQ(window().grid.filledAt, 2u);
+  document().setViewMode(ViewMode::tables);
+  document().openTableSelection(1);
+  document().setViewMode(ViewMode::list);
+  EXPECT_EQ(window().grid.filledAt, 1u);
+}
+
+TEST_F(DocumentTest, WithoutQueriesTheirPageReopensTheLastTable) {
+  open();
+  document().setViewMode(ViewMode::list);
+  runStatements(path(), {L"INSERT INTO [First One] VALUES (40)"});
+  document().setViewMode(ViewMode::queries);
+  document().setViewMode(ViewMode::list);
+  EXPECT_EQ(recordCount, 4u);
+  EXPECT_EQ(currentRecord, 1u);
+}
+
+TEST_F(DocumentTest, WhenTheLastQueryIsGoneItsRecordsStay) {
+  addQueries();
+  open();
+  document().setViewMode(ViewMode::queries);
+  document().openQuerySelection(0);
+  document().setViewMode(ViewMode::list);
+  ASSERT_EQ(recordCount, 2u);
+  runStatements(path(), {L"DELETE FROM QuivaneQueries"});
+  document().setViewMode(ViewMode::queries);
+  document().setViewMode(ViewMode::list);
+  EXPECT_TRUE(document().isRecordsetOpen());
+  EXPECT_EQ(recordCount, 2u);
+}
+
+// ---- Moves and what the grid is told
+
+TEST_F(DocumentTest, MovesInTheListStopAtBothEnds) {
+  open();
+  document().setViewMode(ViewMode::list);
+  window().takeCalls();
+  EXPECT_EQ(document().movePreviousRecord(), 0);
+  EXPECT_EQ(currentRecord, 1u);
+  EXPECT_THAT(window().takeCalls(), IsEmpty());
+  EXPECT_EQ(document().moveNextRecord(), 0);
+  EXPECT_EQ(currentRecord, 2u);
+  EXPECT_THAT(window().takeCalls(), ElementsAre("grid.selectCurrent"));
+  EXPECT_EQ(document().moveLastRecord(), 0);
+  EXPECT_EQ(currentRecord, 3u);
+  window().takeCalls();
+  EXPECT_EQ(document().moveNextRecord(), 0);
+  EXPECT_EQ(currentRecord, 3u);
+  EXPECT_THAT(window().takeCalls(), IsEmpty());
+  EXPECT_EQ(document().movePreviousRecord(), 0);
+  EXPECT_EQ(currentRecord, 2u);
+  EXPECT_EQ(document().moveFirstRecord(), 0);
+  EXPECT_EQ(currentRecord, 1u);
+}
+
+TEST_F(DocumentTest, MovesOnThePagesOfNamesDoNothing) {
+  open();
+  document().setViewMode(ViewMode::list);
+  document().moveNextRecord();
+  window().grid.row = 1;
+  for (const ViewMode mode : {ViewMode::tables, ViewMode::none}) {
+    document().setViewMode(mode);
+    window().takeCalls();
+    for (const auto move : {&Document::moveFirstRecord, &Document::moveLastRecord, &Document::moveNextRecord,
+                            &Document::movePreviousRecord}) {
+      EXPECT_EQ((document().*move)(), 0);
+    }
+    EXPECT_EQ(currentRecord, 2u);
+    EXPECT_THAT(window().takeCalls(), IsEmpty());
+  }
+}
+
+TEST_F(DocumentTest, CommandsReachThePageThatIsServed) {
+  open();
+  document().setNameStyle(NameStyle::list);
+  EXPECT_THAT(window().takeCalls(), ElementsAre("tables.setStyle 3"));
+  document().setViewMode(ViewMode::queries);
+  window().takeCalls();
+  document().setNameStyle(NameStyle::smallIcons);
+  document().showNextColumn();
+  EXPECT_THAT(window().takeCalls(), ElementsAre("queries.setStyle 2"));
+  document().setViewMode(ViewMode::list);
+  window().takeCalls();
+  document().setNameStyle(NameStyle::smallIcons);
+  document().showNextColumn();
+  document().showPreviousColumn();
+  document().fitColumns();
+  EXPECT_THAT(window().takeCalls(),
+              ElementsAre("grid.showNextColumn", "grid.showPreviousColumn", "grid.fitColumns"));
+}
+
+// ---- Records that don't open
+
+TEST_F(DocumentTest, RecordsThatDontOpenAreToldAndTriedAgain) {
+  open();
+  document().openTableSelection(1);
+  runStatements(path(), {L"ALTER TABLE Second RENAME TO Hidden"});
+  document().setViewMode(ViewMode::form);
+  ASSERT_EQ(window().prompts.messages.size(), 1u);
+  EXPECT_THAT(window().prompts.messages[0].text,
+              testing::AllOf(testing::StartsWith(L"The records could not be opened.\n"),
+                             testing::HasSubstr(L"Second")));
+  document().setViewMode(ViewMode::tables);
+  EXPECT_EQ(window().prompts.messages.size(), 1u) << "nobody misses them there";
+  runStatements(path(), {L"ALTER TABLE Hidden RENAME TO Second"});
+  document().setViewMode(ViewMode::list);
+  EXPECT_TRUE(document().isRecordsetOpen());
+  EXPECT_EQ(recordCount, 1u);
+  EXPECT_EQ(window().prompts.messages.size(), 1u);
+}
+
+TEST_F(DocumentTest, RowsOfATableWithOtherFieldsAreReadAnew) {
+  open();
+  document().openTableSelection(0);
+  document().setViewMode(ViewMode::list);
+  runStatements(path(), {L"ALTER TABLE [First One] RENAME COLUMN a TO z"});
+  String text;
+  const Outcome read = document().readRow(1, 0, text);
+  ASSERT_FALSE(read);
+  document().rowsUnreadable(read);
+  ASSERT_EQ(window().prompts.messages.size(), 1u);
+  EXPECT_THAT(window().prompts.messages[0].text, testing::HasSubstr(L"The records were opened anew."));
+  EXPECT_STREQ(document().fieldName(0).text(), L"z");
+  EXPECT_TRUE(document().readRow(1, 0, text));
+  EXPECT_STREQ(text.text(), L"20");
+}
+
+}  // namespace

@@ -1,0 +1,353 @@
+#include "views/grid/record_list_view.h"
+
+#include <commctrl.h>
+
+#include <set>
+#include <string>
+
+#include "base/app_colors.h"
+#include "base/live_resources.h"
+#include "gmock/gmock.h"
+#include "tests/support/exclusive_lock.h"
+#include "tests/support/paths.h"
+#include "tests/ui/support/fake_pages.h"
+#include "tests/ui/support/host_window.h"
+#include "tests/ui/support/test_database.h"
+#include "views/shared/list_view.h"
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::StartsWith;
+
+namespace {
+
+class RecordListViewTest : public testing::Test {
+ protected:
+  void SetUp() override {
+    RecordListView::registerClass(GetModuleHandleW(nullptr));  // fails but for the first test
+    ASSERT_NE(host_.get(), nullptr);
+    host_.onNotification([this](NMHDR& notification) { view_.handleNotification(notification); });
+    window_ = view_.create(GetModuleHandleW(nullptr), host_.get(), RECT{2, 24, 242, 241});
+    ASSERT_NE(window_, nullptr);
+    ASSERT_NE(list(), nullptr);
+  }
+  void TearDown() override {
+    view_.prepare(nullptr);
+    document_.reset();
+  }
+
+  /// Opens a database with table T and shows the List page.
+  void showTable(const wchar_t* createTable, const wchar_t* insert) {
+    makeDatabase(path_, {createTable, insert});
+    document_ = std::make_unique<Document>(DocumentPages{std::make_unique<FakeTables>(calls_),
+                                                         std::make_unique<FakeQueries>(calls_), view_, form_,
+                                                         bar_, prompts_});
+    view_.prepare(document_.get());
+    ASSERT_TRUE(document_->openDatabase(path_.c_str()));
+    document_->setViewMode(ViewMode::list);
+    ASSERT_TRUE(document_->isRecordsetOpen());
+  }
+  void showFiveFields() {
+    showTable(L"CREATE TABLE 'T' (f0 Integer, f1 Integer, f2 Integer, f3 Integer, f4 Integer)",
+              L"INSERT INTO T VALUES (0, 1, 2, 3, 4), (10, 11, 12, 13, 14)");
+  }
+
+  std::vector<std::wstring> titles() {
+    std::vector<std::wstring> result;
+    const HWND header = listview::header(list());
+    for (int column = 0; column < SendMessageW(header, HDM_GETITEMCOUNT, 0, 0); ++column) {
+      wchar_t text[80] = L"";
+      LVCOLUMNW description{};
+      description.mask = LVCF_TEXT;
+      description.pszText = text;
+      description.cchTextMax = ARRAYSIZE(text);
+      SendMessageW(list(), LVM_GETCOLUMNW, static_cast<WPARAM>(column),
+                   reinterpret_cast<LPARAM>(&description));
+      result.emplace_back(text);
+    }
+    return result;
+  }
+
+  /// What the grid puts into a buffer of so many characters, the one behind it included, for a cell.
+  /// The buffer holds '#' before.
+  std::wstring answer(int row, int column, int capacity, UINT mask = LVIF_TEXT) {
+    std::wstring buffer(64, L'#');
+    NMLVDISPINFOW question{};
+    question.hdr = {list(), RecordListView::kListId, LVN_GETDISPINFOW};
+    question.item.mask = mask;
+    question.item.iItem = row;
+    question.item.iSubItem = column;
+    question.item.pszText = buffer.data();
+    question.item.cchTextMax = capacity;
+    view_.handleNotification(question.hdr);
+    EXPECT_EQ(question.item.pszText, buffer.data()) << "the buffer is the list's own";
+    return buffer.substr(0, static_cast<std::size_t>(capacity) + 1);
+  }
+
+  RecordListView& view() { return view_; }
+  Document& document() { return *document_; }
+  const std::filesystem::path& path() const { return path_; }
+  HWND host() const { return host_.get(); }
+  HostWindow& hostWindow() { return host_; }
+  HWND window() const { return window_; }
+  HWND list() const { return GetDlgItem(host(), RecordListView::kListId); }
+  /// The first field of the record that was loaded.
+  std::wstring shownOnForm() const { return form_.fields.empty() ? L"(none)" : form_.fields.front().shown; }
+  std::wstring cell(int row, int column) { return answer(row, column, 32).c_str(); }
+  /// What the grid has told since the last time, with the posted telling done.
+  std::vector<std::wstring> told() {
+    MSG message{};
+    while (PeekMessageW(&message, list(), WM_APP, WM_APP, PM_REMOVE)) DispatchMessageW(&message);
+    std::vector<std::wstring> texts;
+    for (const FakePrompts::Message& shown : prompts_.messages) texts.push_back(shown.text);
+    prompts_.messages.clear();
+    return texts;
+  }
+
+ private:
+  testsupport::TempFolder folder_;
+  std::filesystem::path path_ = folder_.file("grid.cdb");
+  HostWindow host_;
+  RecordListView view_;
+  Calls calls_;
+  FakeForm form_{calls_};
+  FakeBar bar_;
+  FakePrompts prompts_{calls_};
+  std::unique_ptr<Document> document_;
+  HWND window_ = nullptr;
+};
+
+TEST_F(RecordListViewTest, TheListIsMadeHiddenAboveTheBandAndTheTabs) {
+  EXPECT_EQ(
+      static_cast<DWORD>(GetWindowLongW(list(), GWL_STYLE)) & ~DWORD{WS_VISIBLE | WS_HSCROLL | WS_VSCROLL},
+      0x5001900Du & ~DWORD{WS_VISIBLE});
+  EXPECT_EQ(static_cast<DWORD>(GetWindowLongW(list(), GWL_STYLE)) & WS_VISIBLE, 0u);
+  EXPECT_EQ(SendMessageW(list(), LVM_GETEXTENDEDLISTVIEWSTYLE, 0, 0), LVS_EX_FULLROWSELECT);
+  RECT place{};
+  GetWindowRect(list(), &place);
+  MapWindowPoints(nullptr, host(), reinterpret_cast<POINT*>(&place), 2);
+  EXPECT_THAT((std::vector<LONG>{place.left, place.top, place.right, place.bottom}),
+              ElementsAre(0, 0, 240, 219));
+  EXPECT_FALSE(IsWindowVisible(window()));
+  EXPECT_EQ(GetDlgCtrlID(window()), 5);
+}
+
+TEST_F(RecordListViewTest, TextsAreCutToTheBufferOfTheList) {
+  showTable(L"CREATE TABLE 'T' (a Text)", L"INSERT INTO T VALUES ('abcde')");
+  EXPECT_EQ(answer(0, 0, 8), std::wstring(L"abcde\0###", 9));
+  EXPECT_EQ(answer(0, 0, 6), std::wstring(L"abcde\0#", 7));
+  EXPECT_EQ(answer(0, 0, 5), std::wstring(L"abcd\0#", 6));
+  EXPECT_EQ(answer(0, 0, 1), std::wstring(L"\0#", 2));
+  EXPECT_EQ(answer(0, 0, 0), L"#");
+}
+
+TEST_F(RecordListViewTest, WhatIsNoCellIsNotAnswered) {
+  showTable(L"CREATE TABLE 'T' (a Text)", L"INSERT INTO T VALUES ('abcde')");
+  EXPECT_EQ(answer(0, 1, 3), L"####");
+  EXPECT_EQ(answer(0, -1, 3), L"####");
+  EXPECT_EQ(answer(-1, 0, 3), L"####");
+  EXPECT_EQ(answer(0, 0, 3, LVIF_IMAGE), L"####");
+}
+
+TEST_F(RecordListViewTest, LaterColumnsAreReadFromTheirOwnRow) {
+  showFiveFields();
+  EXPECT_EQ(answer(0, 0, 3), std::wstring(L"0\0##", 4));
+  EXPECT_EQ(answer(1, 2, 3), std::wstring(L"12\0#", 4));
+  EXPECT_EQ(answer(0, 1, 3), std::wstring(L"1\0##", 4));
+}
+
+TEST_F(RecordListViewTest, AClearedGridIsFilledAgain) {
+  showFiveFields();
+  ASSERT_THAT(titles(), ElementsAre(L"f0", L"f1", L"f2"));
+  ASSERT_EQ(document().closeDatabase(), 0);
+  EXPECT_EQ(listview::itemCount(list()), 0);
+  ASSERT_TRUE(document().openDatabase(path().c_str()));
+  document().setViewMode(ViewMode::list);
+  ASSERT_NE(list(), nullptr);
+  EXPECT_THAT(titles(), ElementsAre(L"f0", L"f1", L"f2"));
+  EXPECT_EQ(listview::itemCount(list()), 2);
+  EXPECT_EQ(answer(1, 0, 3), std::wstring(L"10\0#", 4));
+  // Visible but for its parent.
+  EXPECT_NE(static_cast<DWORD>(GetWindowLongW(list(), GWL_STYLE)) & WS_VISIBLE, 0u);
+}
+
+TEST_F(RecordListViewTest, TheColoursAreThoseOfTheTable) {
+  appColors[kListViewBackground] = 0x00123456;
+  appColors[kListViewText] = 0x00654321;
+  showFiveFields();
+  EXPECT_EQ(SendMessageW(list(), LVM_GETBKCOLOR, 0, 0), 0x123456);
+  EXPECT_EQ(SendMessageW(list(), LVM_GETTEXTBKCOLOR, 0, 0), 0x123456);
+  EXPECT_EQ(SendMessageW(list(), LVM_GETTEXTCOLOR, 0, 0), 0x654321);
+  resetAppColors();
+}
+
+TEST_F(RecordListViewTest, OnlyTheRowThatGainsTheSelectionBecomesCurrent) {
+  showFiveFields();
+  NMLISTVIEW change{};
+  change.hdr = {list(), RecordListView::kListId, LVN_ITEMCHANGED};
+  change.iItem = 1;
+  change.uChanged = LVIF_STATE;
+  change.uOldState = LVIS_SELECTED;
+  view().handleNotification(change.hdr);
+  EXPECT_EQ(currentRecord, 1u);
+  change.iItem = -1;
+  change.uNewState = LVIS_SELECTED;
+  view().handleNotification(change.hdr);
+  EXPECT_EQ(currentRecord, 1u);
+  change.iItem = 1;
+  view().handleNotification(change.hdr);
+  EXPECT_EQ(currentRecord, 2u);
+}
+
+TEST_F(RecordListViewTest, UpAndDownStopAtBothEnds) {
+  showFiveFields();
+  NMLVKEYDOWN key{};
+  key.hdr = {list(), RecordListView::kListId, LVN_KEYDOWN};
+  const struct {
+    WORD key;
+    std::uint32_t record;
+  } steps[] = {{VK_UP, 1}, {VK_DOWN, 2}, {VK_DOWN, 2}, {VK_HOME, 2}, {VK_UP, 1}, {VK_UP, 1}};
+  for (const auto& step : steps) {
+    key.wVKey = step.key;
+    view().handleNotification(key.hdr);
+    EXPECT_EQ(currentRecord, step.record) << step.key;
+  }
+}
+
+TEST_F(RecordListViewTest, ReportsOfOtherControlsAndWithoutADocumentChangeNothing) {
+  showFiveFields();
+  NMLVKEYDOWN key{};
+  key.hdr = {host(), RecordListView::kListId, LVN_KEYDOWN};
+  key.wVKey = VK_DOWN;
+  view().handleNotification(key.hdr);
+  EXPECT_EQ(currentRecord, 1u);
+  view().prepare(nullptr);
+  key.hdr.hwndFrom = list();
+  view().handleNotification(key.hdr);
+  EXPECT_EQ(currentRecord, 1u);
+  EXPECT_EQ(answer(0, 0, 3), L"####");
+}
+
+TEST_F(RecordListViewTest, FillingAgainAndAgainKeepsNothing) {
+  showFiveFields();
+  view().fill();
+  const long before = LiveResources::countOfAll();
+  for (int i = 0; i < 100; ++i) {
+    view().fill();
+    view().showNextColumn();
+    view().showPreviousColumn();
+  }
+  EXPECT_EQ(LiveResources::countOfAll(), before);
+}
+
+TEST_F(RecordListViewTest, DrawingLeavesTheCurrentRecordWhereItIs) {
+  showFiveFields();
+  ASSERT_TRUE(document().moveToCurrentRecord());
+  EXPECT_EQ(cell(1, 0), L"10");
+  EXPECT_EQ(currentRecord, 1u);
+  document().loadRecord();
+  EXPECT_EQ(shownOnForm(), L"0");
+}
+
+TEST_F(RecordListViewTest, ARecordThatIsGoneIsNotReadableAndToldOnce) {
+  showFiveFields();
+  runStatements(path(), {L"DELETE FROM T WHERE f0 = 10"});
+  EXPECT_EQ(cell(1, 0), L"<not readable>");
+  EXPECT_EQ(cell(1, 2), L"<not readable>");
+  EXPECT_EQ(cell(0, 0), L"0");
+  EXPECT_THAT(told(), ElementsAre(StartsWith(L"Records could not be read.\n")));
+  EXPECT_EQ(cell(1, 0), L"<not readable>");
+  EXPECT_THAT(told(), IsEmpty());
+  view().fill();
+  EXPECT_EQ(cell(1, 1), L"<not readable>");
+  EXPECT_EQ(told().size(), 1u);
+}
+
+TEST_F(RecordListViewTest, OfATableThatIsGoneNoRowIsReadable) {
+  showFiveFields();
+  runStatements(path(), {L"DROP TABLE T"});
+  for (const int row : {0, 1, 0}) {
+    for (const int column : {0, 1, 2}) EXPECT_EQ(cell(row, column), L"<not readable>") << row;
+  }
+  EXPECT_EQ(told().size(), 1u);
+  EXPECT_EQ(cell(1, 2), L"<not readable>");
+  EXPECT_THAT(told(), IsEmpty());
+}
+
+TEST_F(RecordListViewTest, OfATableWithARenamedColumnNoRowIsReadable) {
+  showFiveFields();
+  EXPECT_EQ(cell(0, 0), L"0");
+  runStatements(path(), {L"ALTER TABLE T RENAME COLUMN f1 TO other"});
+  EXPECT_EQ(cell(1, 0), L"<not readable>");
+  EXPECT_EQ(cell(1, 1), L"<not readable>");
+  EXPECT_EQ(told().size(), 1u);
+}
+
+TEST_F(RecordListViewTest, WhereOnlyAnotherTableChangedTheRecordsAreOpenedAnew) {
+  showFiveFields();
+  runStatements(path(), {L"CREATE TABLE 'Other' (a Integer)", L"INSERT INTO T VALUES (20, 21, 22, 23, 24)"});
+  cell(0, 0);
+  EXPECT_THAT(told(), IsEmpty());
+  EXPECT_EQ(cell(0, 0), L"0");
+  EXPECT_EQ(cell(1, 1), L"11");
+}
+
+TEST_F(RecordListViewTest, BehindALockOneRowIsWaitedForAndNoneIsEmpty) {
+  showFiveFields();
+  {
+    const auto lock = lockExclusively(path().wstring());
+    ASSERT_TRUE(lock->isHeld());
+    const ULONGLONG before = GetTickCount64();
+    EXPECT_EQ(cell(0, 0), L"<not readable>");
+    const ULONGLONG oneWait = GetTickCount64() - before;
+    EXPECT_GT(oneWait, 1000u);
+    for (const int row : {0, 1}) {
+      for (const int column : {0, 1, 2}) EXPECT_EQ(cell(row, column), L"<not readable>") << row;
+    }
+    EXPECT_LT(GetTickCount64() - before, oneWait + 1000);
+  }
+  // Told, it is tried again at once.
+  EXPECT_THAT(told(), ElementsAre(StartsWith(L"Records could not be read.\n")));
+  EXPECT_EQ(cell(0, 0), L"0");
+  EXPECT_EQ(cell(1, 2), L"12");
+  EXPECT_THAT(told(), IsEmpty());
+}
+
+TEST_F(RecordListViewTest, AHiddenGridTellsNothing) {
+  showFiveFields();
+  view().hide();
+  runStatements(path(), {L"DROP TABLE T"});
+  EXPECT_EQ(cell(0, 0), L"<not readable>");
+  EXPECT_THAT(told(), IsEmpty());
+}
+
+TEST_F(RecordListViewTest, OfAMillionRowsThoseInViewAreRead) {
+  showTable(
+      L"CREATE TABLE 'T' (id Integer, name Varchar (255), b Bit)",
+      L"INSERT INTO T WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 1000000) "
+      L"SELECT i, 'row ' || i, i % 2 FROM n");
+  ASSERT_EQ(listview::itemCount(list()), 1'000'000);
+  std::set<int> rowsRead;
+  hostWindow().onNotification([&](NMHDR& notification) {
+    if (notification.code == LVN_GETDISPINFOW)
+      rowsRead.insert(reinterpret_cast<const NMLVDISPINFOW&>(notification).item.iItem);
+    view().handleNotification(notification);
+  });
+  ShowWindow(host(), SW_SHOW);
+  const auto inView = static_cast<std::size_t>(SendMessageW(list(), LVM_GETCOUNTPERPAGE, 0, 0));
+  for (const int row : {999'999, 0, 500'000, 123'456, 999'990, 1}) {
+    rowsRead.clear();
+    currentRecord = static_cast<std::uint32_t>(row) + 1;
+    view().selectCurrent();
+    RedrawWindow(list(), nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW);
+    EXPECT_EQ(rowsRead.count(row), 1u) << row;
+    // A row that is cut at the bottom, and what was in view before.
+    EXPECT_LE(rowsRead.size(), 2 * inView + 2) << row;
+    const std::wstring number = std::to_wstring(row + 1);
+    EXPECT_STREQ(answer(row, 0, 32).c_str(), number.c_str());
+    EXPECT_STREQ(answer(row, 1, 32).c_str(), (L"row " + number).c_str());
+    EXPECT_STREQ(answer(row, 2, 32).c_str(), row % 2 == 0 ? L"True" : L"False");
+  }
+}
+
+}  // namespace

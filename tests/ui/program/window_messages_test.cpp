@@ -1,0 +1,124 @@
+// What the main window answers to messages of the system, in the whole program on a thread of the test.
+#include <windows.h>
+
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "base/settings_store.h"
+#include "gmock/gmock.h"
+#include "resources/command_ids.h"
+#include "tests/automation/sqlite_file.h"
+#include "tests/support/paths.h"
+#include "tests/ui/remote/program_thread.h"
+#include "tests/ui/remote/remote_window.h"
+#include "tests/ui/support/test_database.h"
+#include "views/form/form_ids.h"
+
+using testing::ElementsAre;
+
+namespace {
+
+constexpr int kFormPage = 1;
+constexpr int kFormWindow = 6;
+
+class WindowMessagesTest : public testing::Test {
+ protected:
+  void SetUp() override {
+    makeDatabase(path_, {L"CREATE TABLE 'T' (Name Text, Born Datetime)",
+                         L"INSERT INTO T VALUES ('as it was', '2001-03-09')"});
+    program_ = std::make_unique<ProgramThread>(path_.wstring());
+    main_ = program_->waitForPage();
+    ASSERT_NE(main_, nullptr);
+  }
+  void TearDown() override {
+    program_.reset();
+    RegDeleteTreeW(HKEY_CURRENT_USER, SettingsStore::kRoot);
+  }
+
+  HWND main() const { return main_; }
+  HWND control(int id) const { return remote::control(main_, id); }
+  LRESULT send(UINT message, WPARAM wParam, LPARAM lParam) const {
+    return SendMessageW(main_, message, wParam, lParam);
+  }
+  std::vector<std::string> storedNames() const {
+    return automationtest::sqliteColumn(path_.wstring(), "SELECT Name FROM T");
+  }
+  /// Its size in the handheld's pixels.
+  static std::vector<LONG> sizeOf(HWND window) {
+    RECT place{};
+    GetWindowRect(window, &place);
+    return {place.right - place.left, place.bottom - place.top};
+  }
+
+ private:
+  testsupport::TempFolder folder_;
+  std::filesystem::path path_ = folder_.file("messages.cdb");
+  std::unique_ptr<ProgramThread> program_;
+  HWND main_ = nullptr;
+};
+
+TEST_F(WindowMessagesTest, OfTheSettingsOnlyThatOfTheInputPanelLaysThePagesOut) {
+  const HWND tab = remote::tabControl(main());
+  SetWindowPos(tab, nullptr, 0, 0, 200, 100, SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+  EXPECT_EQ(send(WM_SETTINGCHANGE, SPI_SETWORKAREA, 0), -1);
+  EXPECT_THAT(sizeOf(tab), ElementsAre(200, 100));
+  constexpr WPARAM kInputPanel = 224;
+  EXPECT_EQ(send(WM_SETTINGCHANGE, kInputPanel, 0), 0);
+  EXPECT_THAT(sizeOf(tab), ElementsAre(240, 269));
+}
+
+TEST_F(WindowMessagesTest, TheFormsScrollRangeIsToggledByItsCommand) {
+  const auto range = [this] {
+    int least = -1;
+    int most = -1;
+    GetScrollRange(control(kFormWindow), SB_VERT, &least, &most);
+    return std::vector<int>{least, most};
+  };
+  EXPECT_THAT(range(), ElementsAre(0, 0));
+  for (int i = 0; i < 2; ++i) {
+    send(WM_COMMAND, ID_FORM_SCROLL_RANGE, 0);
+    EXPECT_THAT(range(), ElementsAre(0, 4));
+    send(WM_COMMAND, ID_FORM_SCROLL_RANGE, 0);
+    EXPECT_THAT(range(), ElementsAre(0, 0));
+  }
+}
+
+TEST_F(WindowMessagesTest, AnItemToBeDrawnIsAnsweredWithZero) {
+  DRAWITEMSTRUCT item{};
+  EXPECT_EQ(send(WM_DRAWITEM, 0, reinterpret_cast<LPARAM>(&item)), 0);
+}
+
+TEST_F(WindowMessagesTest, WhoComesBackFindsTheCalendarShown) {
+  ASSERT_TRUE(remote::switchToPage(main(), kFormPage));
+  PostMessageW(control(kFirstDateEditorId), WM_LBUTTONDOWN, MK_LBUTTON, 0);
+  HWND calendar = nullptr;
+  ASSERT_TRUE(remote::waitUntil(
+      [&] { return (calendar = remote::dialog(GetCurrentProcessId(), L"Born")) != nullptr; }));
+  ShowWindow(calendar, SW_HIDE);
+  ASSERT_FALSE(IsWindowVisible(calendar));
+  send(WM_ACTIVATE, WA_CLICKACTIVE, 0);
+  EXPECT_TRUE(IsWindowVisible(calendar));
+  SendMessageW(calendar, WM_COMMAND, IDCANCEL, 0);
+  EXPECT_TRUE(remote::waitUntil([&] { return !IsWindow(calendar); }));
+}
+
+TEST_F(WindowMessagesTest, WhatStandsOnTheFormIsStoredWhenTheUserLogsOff) {
+  ASSERT_TRUE(remote::switchToPage(main(), kFormPage));
+  SetWindowTextW(control(kFirstTextEditorId), L"typed");
+  send(WM_ENDSESSION, FALSE, 0);
+  EXPECT_THAT(storedNames(), ElementsAre("as it was")) << "the session goes on";
+  send(WM_ENDSESSION, TRUE, 0);
+  EXPECT_THAT(storedNames(), ElementsAre("typed"));
+}
+
+TEST_F(WindowMessagesTest, WhatStandsOnTheFormIsStoredWhenTheUserWantsToLogOff) {
+  ASSERT_TRUE(remote::switchToPage(main(), kFormPage));
+  EXPECT_NE(send(WM_QUERYENDSESSION, 0, 0), FALSE);
+  SetWindowTextW(control(kFirstTextEditorId), L"typed");
+  EXPECT_NE(send(WM_QUERYENDSESSION, 0, 0), FALSE);
+  EXPECT_THAT(storedNames(), ElementsAre("typed"));
+}
+
+}  // namespace

@@ -1,0 +1,82 @@
+#include "tests/ui/remote/user_menu.h"
+
+#include <cwctype>
+#include <memory>
+#include <string>
+
+#include "tests/ui/remote/running_program.h"
+
+namespace {
+
+wchar_t accessKey(const std::wstring& text) {
+  const std::size_t mark = text.find(L'&');
+  const std::size_t place = mark == std::wstring::npos ? 0 : mark + 1;
+  return place < text.size() ? static_cast<wchar_t>(std::towupper(text[place])) : L'\0';
+}
+
+std::wstring itemText(HMENU menu, int index) {
+  wchar_t text[64] = L"";
+  GetMenuStringW(menu, static_cast<UINT>(index), text, ARRAYSIZE(text), MF_BYPOSITION);
+  return text;
+}
+
+bool isSeparator(HMENU menu, int index) {
+  return (GetMenuState(menu, static_cast<UINT>(index), MF_BYPOSITION) & MF_SEPARATOR) != 0;
+}
+
+MenuStep stepTo(HMENU menu, int index) {
+  MenuStep step;
+  step.letter = accessKey(itemText(menu, index));
+  step.index = index;
+  const int count = GetMenuItemCount(menu);
+  for (int i = 0; i < count; ++i) {
+    const int separator = isSeparator(menu, i) ? 1 : 0;
+    step.separatorCount += separator;
+    step.itemCount += 1 - separator;
+    if (i < index) step.separatorsAbove += separator;
+  }
+  return step;
+}
+
+bool findWay(HMENU menu, UINT command, std::vector<MenuStep>& way) {
+  for (int i = 0; i < GetMenuItemCount(menu); ++i) {
+    way.push_back(stepTo(menu, i));
+    const HMENU popup = GetSubMenu(menu, i);
+    if (popup ? findWay(popup, command, way) : GetMenuItemID(menu, i) == command) return true;
+    way.pop_back();
+  }
+  return false;
+}
+
+struct MenuCloser {
+  void operator()(HMENU menu) const { DestroyMenu(menu); }
+};
+struct LibraryCloser {
+  void operator()(HMODULE library) const { FreeLibrary(library); }
+};
+
+}  // namespace
+
+std::vector<MenuStep> menuWay(WORD menuBar, UINT command) {
+  std::vector<MenuStep> way;
+  const std::unique_ptr<std::remove_pointer_t<HMODULE>, LibraryCloser> program(
+      LoadLibraryExW(programFile().c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE));
+  const std::unique_ptr<std::remove_pointer_t<HMENU>, MenuCloser> menu(
+      LoadMenuW(program.get(), MAKEINTRESOURCEW(menuBar)));
+  if (menu) findWay(menu.get(), command, way);
+  return way;
+}
+
+POINT itemMiddle(HWND popup, const MenuStep& item) {
+  // How high an item is can only be asked by the program itself: the popup consists of equal ones, and
+  // of separators half as high as the buttons of a menu bar.
+  const int separator = GetSystemMetrics(SM_CYMENUSIZE) / 2;
+  RECT place{};
+  GetClientRect(popup, &place);
+  const int items = static_cast<int>(place.bottom) - item.separatorCount * separator;
+  const int above = item.index - item.separatorsAbove;
+  POINT middle = {place.right / 2,
+                  item.separatorsAbove * separator + items * (2 * above + 1) / (2 * item.itemCount)};
+  ClientToScreen(popup, &middle);
+  return middle;
+}
