@@ -10,8 +10,8 @@
 #include <utility>
 
 #include "benchmarks/bare_database.h"
-#include "platform/store/engine/database_file.h"
-#include "platform/store/engine/text_search.h"
+#include "platform/store/rows/text_search.h"
+#include "platform/store/sqlite/database_file.h"
 
 namespace bench {
 

@@ -11,9 +11,9 @@
 
 #include "benchmarks/bare_database.h"
 #include "benchmarks/heap_count.h"
-#include "platform/store/engine/database_file.h"
-#include "platform/store/engine/recordset.h"
-#include "platform/store/engine/utf.h"
+#include "platform/store/rows/recordset.h"
+#include "platform/store/rows/utf.h"
+#include "platform/store/sqlite/database_file.h"
 
 namespace bench {
 

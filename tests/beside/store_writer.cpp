@@ -14,8 +14,8 @@
 #include <string>
 #include <thread>
 
-#include "platform/store/engine/database_file.h"
-#include "platform/store/engine/recordset.h"
+#include "platform/store/rows/recordset.h"
+#include "platform/store/sqlite/database_file.h"
 
 namespace {
 

@@ -2,9 +2,9 @@
 #include <cmath>
 #include <random>
 
-#include "platform/store/engine/iso_date.h"
-#include "platform/store/engine/utf.h"
 #include "platform/store/exchange/json_writer.h"
+#include "platform/store/rows/iso_date.h"
+#include "platform/store/rows/utf.h"
 #include "tests/exchange/exchange_fixture.h"
 
 // Whatever is in a table comes back from a file the same, to the byte.

@@ -1,5 +1,5 @@
 // The bytes are a bookmark that a client hands back.
-#include "platform/store/engine/keyset.h"
+#include "platform/store/rows/keyset.h"
 #include "tests/fuzz/fuzz_target.h"
 
 int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t length) {

@@ -1,8 +1,8 @@
 // The bytes are a date as somebody may write it into a statement, or as another program may have stored it.
 #include <memory>
 
-#include "platform/store/engine/database_file.h"
-#include "platform/store/engine/iso_date.h"
+#include "platform/store/rows/iso_date.h"
+#include "platform/store/sqlite/database_file.h"
 #include "tests/fuzz/fuzz_target.h"
 
 namespace {

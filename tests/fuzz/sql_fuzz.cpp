@@ -2,8 +2,8 @@
 // file nor leave it locked.
 #include <memory>
 
-#include "platform/store/engine/database_file.h"
-#include "platform/store/engine/recordset.h"
+#include "platform/store/rows/recordset.h"
+#include "platform/store/sqlite/database_file.h"
 #include "tests/fuzz/fuzz_target.h"
 
 namespace {

@@ -1,9 +1,9 @@
 // The bytes are a text of a file, or of a client, or the type that another program gave to a column.
 #include <vector>
 
-#include "platform/store/engine/field_type.h"
-#include "platform/store/engine/utf.h"
-#include "platform/store/engine/value.h"
+#include "platform/store/rows/field_type.h"
+#include "platform/store/rows/utf.h"
+#include "platform/store/rows/value.h"
 #include "tests/fuzz/fuzz_target.h"
 
 namespace {

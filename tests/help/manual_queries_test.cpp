@@ -10,8 +10,8 @@
 #include <utility>
 #include <vector>
 
-#include "platform/store/engine/database_file.h"
-#include "platform/store/engine/recordset.h"
+#include "platform/store/rows/recordset.h"
+#include "platform/store/sqlite/database_file.h"
 
 namespace store {
 namespace {

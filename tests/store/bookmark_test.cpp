@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/store/engine/keyset.h"
+#include "platform/store/rows/keyset.h"
 #include "tests/store/allocation_probe.h"
 #include "tests/store/keyset_fixture.h"
 

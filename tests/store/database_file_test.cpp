@@ -1,4 +1,4 @@
-#include "platform/store/engine/database_file.h"
+#include "platform/store/sqlite/database_file.h"
 
 #include <atomic>
 #include <barrier>

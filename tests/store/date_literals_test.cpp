@@ -1,5 +1,5 @@
 // Dates in statements: what they find and store in a file, and what of a statement they leave alone.
-#include "platform/store/engine/date_literals.h"
+#include "platform/store/sql/date_literals.h"
 
 #include <initializer_list>
 #include <memory>

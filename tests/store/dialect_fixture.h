@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/store/engine/dialect.h"
+#include "platform/store/sql/dialect.h"
 #include "tests/store/memory_database.h"
 
 namespace store {

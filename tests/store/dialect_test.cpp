@@ -1,4 +1,4 @@
-#include "platform/store/engine/dialect.h"
+#include "platform/store/sql/dialect.h"
 
 #include <cstddef>
 #include <ctime>

@@ -1,4 +1,4 @@
-#include "platform/store/engine/field_type.h"
+#include "platform/store/rows/field_type.h"
 
 #include <cstdint>
 #include <gtest/gtest.h>

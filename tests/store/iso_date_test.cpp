@@ -1,4 +1,4 @@
-#include "platform/store/engine/iso_date.h"
+#include "platform/store/rows/iso_date.h"
 
 #include <chrono>
 #include <cmath>

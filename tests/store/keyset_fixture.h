@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/store/engine/keyset.h"
+#include "platform/store/rows/keyset.h"
 
 namespace store {
 

@@ -1,4 +1,4 @@
-#include "platform/store/engine/keyset.h"
+#include "platform/store/rows/keyset.h"
 
 #include <cstdint>
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "platform/store/engine/local_date.h"
+#include "platform/store/sql/local_date.h"
 
 #include <gtest/gtest.h>
 #include <initializer_list>

@@ -3,7 +3,7 @@
 #include <memory>
 #include <string>
 
-#include "platform/store/engine/recordset.h"
+#include "platform/store/rows/recordset.h"
 #include "tests/store/store_fixture.h"
 
 namespace store {

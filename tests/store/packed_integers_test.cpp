@@ -1,4 +1,4 @@
-#include "platform/store/engine/packed_integers.h"
+#include "platform/store/rows/packed_integers.h"
 
 #include <cstdint>
 #include <gtest/gtest.h>

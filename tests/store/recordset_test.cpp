@@ -1,4 +1,4 @@
-#include "platform/store/engine/recordset.h"
+#include "platform/store/rows/recordset.h"
 
 #include "tests/store/numbers_fixture.h"
 

@@ -4,9 +4,9 @@
 #include <string>
 #include <string_view>
 
-#include "platform/store/engine/case_folding.h"
-#include "platform/store/engine/text_test.h"
-#include "platform/store/engine/utf.h"
+#include "platform/store/rows/case_folding.h"
+#include "platform/store/rows/text_test.h"
+#include "platform/store/rows/utf.h"
 
 namespace store {
 

@@ -9,8 +9,8 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/store/engine/database_file.h"
-#include "platform/store/engine/recordset.h"
+#include "platform/store/rows/recordset.h"
+#include "platform/store/sqlite/database_file.h"
 #include "tests/support/paths.h"
 
 namespace store {

@@ -1,4 +1,4 @@
-#include "platform/store/engine/text_needle.h"
+#include "platform/store/rows/text_needle.h"
 
 #include <gtest/gtest.h>
 #include <random>

@@ -1,4 +1,4 @@
-#include "platform/store/engine/text_search.h"
+#include "platform/store/rows/text_search.h"
 
 #include <chrono>
 #include <cmath>

@@ -1,4 +1,4 @@
-#include "platform/store/engine/utf.h"
+#include "platform/store/rows/utf.h"
 
 #include <cstddef>
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "platform/store/engine/value.h"
+#include "platform/store/rows/value.h"
 
 #include <cmath>
 #include <cstdint>

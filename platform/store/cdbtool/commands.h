@@ -7,8 +7,8 @@
 #include <vector>
 
 #include "platform/store/cdbtool/console.h"
-#include "platform/store/engine/backend.h"
 #include "platform/store/exchange/import_plan.h"
+#include "platform/store/rows/backend.h"
 
 namespace cdbtool {
 

@@ -4,8 +4,8 @@
 #include <string>
 #include <string_view>
 
-#include "platform/store/engine/status.h"
 #include "platform/store/exchange/byte_sink.h"
+#include "platform/store/rows/status.h"
 
 namespace cdbtool {
 

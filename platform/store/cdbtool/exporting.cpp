@@ -5,12 +5,13 @@
 #include "platform/store/cdbtool/commands.h"
 #include "platform/store/cdbtool/output_file.h"
 #include "platform/store/cdbtool/system.h"
-#include "platform/store/engine/dialect.h"
-#include "platform/store/engine/sql_tokens.h"
 #include "platform/store/exchange/csv_writer.h"
 #include "platform/store/exchange/html_writer.h"
 #include "platform/store/exchange/json_writer.h"
 #include "platform/store/exchange/sql_writer.h"
+#include "platform/store/rows/ascii_case.h"
+#include "platform/store/sql/dialect.h"
+#include "platform/store/sql/sql_tokens.h"
 
 namespace cdbtool {
 

@@ -1,8 +1,8 @@
 #include "platform/store/cdbtool/commands.h"
 #include "platform/store/cdbtool/system.h"
 #include "platform/store/cdbtool/text_table.h"
-#include "platform/store/engine/text_needle.h"
-#include "platform/store/engine/utf.h"
+#include "platform/store/rows/text_needle.h"
+#include "platform/store/rows/utf.h"
 
 namespace cdbtool {
 

@@ -3,11 +3,12 @@
 #include "platform/store/cdbtool/commands.h"
 #include "platform/store/cdbtool/output_file.h"
 #include "platform/store/cdbtool/system.h"
-#include "platform/store/engine/file_path.h"
-#include "platform/store/engine/sql_tokens.h"
 #include "platform/store/exchange/csv_reader.h"
 #include "platform/store/exchange/import.h"
 #include "platform/store/exchange/names.h"
+#include "platform/store/rows/ascii_case.h"
+#include "platform/store/sql/sql_tokens.h"
+#include "platform/store/sqlite/file_path.h"
 
 namespace cdbtool {
 

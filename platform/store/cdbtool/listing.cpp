@@ -5,11 +5,11 @@
 #include "platform/store/cdbtool/commands.h"
 #include "platform/store/cdbtool/system.h"
 #include "platform/store/cdbtool/text_table.h"
-#include "platform/store/engine/database_file.h"
-#include "platform/store/engine/dialect.h"
-#include "platform/store/engine/file_path.h"
 #include "platform/store/exchange/csv_writer.h"
 #include "platform/store/exchange/json_writer.h"
+#include "platform/store/sql/dialect.h"
+#include "platform/store/sqlite/database_file.h"
+#include "platform/store/sqlite/file_path.h"
 
 namespace cdbtool {
 

@@ -6,7 +6,7 @@
 #include <system_error>
 
 #include "platform/store/cdbtool/system.h"
-#include "platform/store/engine/file_path.h"
+#include "platform/store/sqlite/file_path.h"
 
 namespace cdbtool {
 

@@ -7,7 +7,7 @@
 #include <io.h>
 
 #include "platform/store/cdbtool/system.h"
-#include "platform/store/engine/utf.h"
+#include "platform/store/rows/utf.h"
 
 namespace cdbtool {
 

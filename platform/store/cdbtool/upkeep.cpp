@@ -1,6 +1,6 @@
 #include "platform/store/cdbtool/commands.h"
 #include "platform/store/cdbtool/text_table.h"
-#include "platform/store/engine/database_file.h"
+#include "platform/store/sqlite/database_file.h"
 
 namespace cdbtool {
 

@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/store/engine/status.h"
+#include "platform/store/rows/status.h"
 
 namespace store::exchange {
 

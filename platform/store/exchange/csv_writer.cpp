@@ -2,9 +2,10 @@
 
 #include <algorithm>
 
-#include "platform/store/engine/iso_date.h"
-#include "platform/store/engine/sql_tokens.h"
 #include "platform/store/exchange/encoding.h"
+#include "platform/store/rows/ascii_case.h"
+#include "platform/store/rows/iso_date.h"
+#include "platform/store/sql/sql_tokens.h"
 
 namespace store::exchange {
 

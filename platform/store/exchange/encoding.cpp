@@ -5,7 +5,8 @@
 #include <cstdint>
 #include <cstring>
 
-#include "platform/store/engine/sql_tokens.h"
+#include "platform/store/rows/ascii_case.h"
+#include "platform/store/sql/sql_tokens.h"
 
 namespace store::exchange {
 

@@ -6,8 +6,8 @@
 #include <io.h>
 #include <sys/stat.h>
 
-#include "platform/store/engine/file_path.h"
 #include "platform/store/exchange/byte_source.h"
+#include "platform/store/sqlite/file_path.h"
 
 namespace store::exchange {
 

@@ -3,13 +3,14 @@
 #include <algorithm>
 #include <set>
 
-#include "platform/store/engine/dialect.h"
-#include "platform/store/engine/sql_tokens.h"
 #include "platform/store/exchange/column_guess.h"
 #include "platform/store/exchange/csv_detection.h"
 #include "platform/store/exchange/csv_reader.h"
 #include "platform/store/exchange/json_reader.h"
 #include "platform/store/exchange/names.h"
+#include "platform/store/rows/ascii_case.h"
+#include "platform/store/sql/dialect.h"
+#include "platform/store/sql/sql_tokens.h"
 
 namespace store::exchange {
 

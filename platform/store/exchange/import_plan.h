@@ -6,11 +6,11 @@
 #include <utility>
 #include <vector>
 
-#include "platform/store/engine/backend.h"
 #include "platform/store/exchange/csv_format.h"
 #include "platform/store/exchange/encoding.h"
 #include "platform/store/exchange/record_reader.h"
 #include "platform/store/exchange/value_kind.h"
+#include "platform/store/rows/backend.h"
 
 namespace store::exchange {
 

@@ -2,8 +2,8 @@
 
 #include <vector>
 
-#include "platform/store/engine/utf.h"
 #include "platform/store/exchange/encoding.h"
+#include "platform/store/rows/utf.h"
 
 namespace store::exchange {
 

@@ -2,8 +2,9 @@
 
 #include <set>
 
-#include "platform/store/engine/sql_tokens.h"
 #include "platform/store/exchange/encoding.h"
+#include "platform/store/rows/ascii_case.h"
+#include "platform/store/sql/sql_tokens.h"
 
 namespace store::exchange {
 

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/store/engine/status.h"
+#include "platform/store/rows/status.h"
 
 namespace store::exchange {
 

@@ -4,9 +4,9 @@
 #include <string>
 #include <vector>
 
-#include "platform/store/engine/backend.h"
 #include "platform/store/exchange/byte_sink.h"
 #include "platform/store/exchange/value_kind.h"
+#include "platform/store/rows/backend.h"
 
 namespace store::exchange {
 

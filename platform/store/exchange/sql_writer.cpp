@@ -1,7 +1,7 @@
 #include "platform/store/exchange/sql_writer.h"
 
-#include "platform/store/engine/dialect.h"
 #include "platform/store/exchange/encoding.h"
+#include "platform/store/sql/dialect.h"
 
 namespace store::exchange {
 

@@ -2,8 +2,9 @@
 
 #include <string>
 
-#include "platform/store/engine/field_type.h"
-#include "platform/store/engine/sql_tokens.h"
+#include "platform/store/rows/ascii_case.h"
+#include "platform/store/rows/field_type.h"
+#include "platform/store/sql/sql_tokens.h"
 
 namespace store::exchange {
 

@@ -1,8 +1,9 @@
 #include "platform/store/exchange/value_reading.h"
 
-#include "platform/store/engine/iso_date.h"
-#include "platform/store/engine/sql_tokens.h"
 #include "platform/store/exchange/number_text.h"
+#include "platform/store/rows/ascii_case.h"
+#include "platform/store/rows/iso_date.h"
+#include "platform/store/sql/sql_tokens.h"
 
 namespace store::exchange {
 

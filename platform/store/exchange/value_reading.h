@@ -3,9 +3,9 @@
 #include <string>
 #include <string_view>
 
-#include "platform/store/engine/value.h"
 #include "platform/store/exchange/record_reader.h"
 #include "platform/store/exchange/value_kind.h"
+#include "platform/store/rows/value.h"
 
 namespace store::exchange {
 

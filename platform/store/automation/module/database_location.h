@@ -3,7 +3,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/store/engine/database_file.h"
+#include "platform/store/sqlite/database_file.h"
 
 namespace automation {
 

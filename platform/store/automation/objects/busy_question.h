@@ -7,7 +7,7 @@
 #include <chrono>
 
 #include "platform/store/automation/values/com_values.h"
-#include "platform/store/engine/busy.h"
+#include "platform/store/rows/busy.h"
 
 namespace automation {
 

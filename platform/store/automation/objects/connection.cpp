@@ -10,8 +10,8 @@
 #include "platform/store/automation/objects/recordset.h"
 #include "platform/store/automation/values/text.h"
 #include "platform/store/automation/values/variant_values.h"
-#include "platform/store/engine/database_file.h"
-#include "platform/store/engine/dialect.h"
+#include "platform/store/sql/dialect.h"
+#include "platform/store/sqlite/database_file.h"
 
 namespace automation {
 

@@ -11,7 +11,7 @@
 #include "platform/store/automation/objects/automation_object.h"
 #include "platform/store/automation/objects/cursor.h"
 #include "platform/store/automation/objects/errors.h"
-#include "platform/store/engine/backend.h"
+#include "platform/store/rows/backend.h"
 
 namespace automation {
 

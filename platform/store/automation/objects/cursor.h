@@ -5,8 +5,8 @@
 
 #include "platform/store/automation/objects/errors.h"
 #include "platform/store/automation/values/com_values.h"
-#include "platform/store/engine/recordset.h"
-#include "platform/store/engine/text_search.h"
+#include "platform/store/rows/recordset.h"
+#include "platform/store/rows/text_search.h"
 
 namespace automation {
 

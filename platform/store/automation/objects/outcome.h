@@ -5,7 +5,7 @@
 #include <string>
 #include <utility>
 
-#include "platform/store/engine/status.h"
+#include "platform/store/rows/status.h"
 
 namespace automation {
 

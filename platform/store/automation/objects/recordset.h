@@ -9,7 +9,7 @@
 #include "platform/store/automation/objects/connection.h"
 #include "platform/store/automation/objects/cursor.h"
 #include "platform/store/automation/objects/fields.h"
-#include "platform/store/engine/recordset.h"
+#include "platform/store/rows/recordset.h"
 
 namespace automation {
 

@@ -9,7 +9,7 @@
 
 #include "platform/store/automation/objects/outcome.h"
 #include "platform/store/automation/values/com_values.h"
-#include "platform/store/engine/recordset.h"
+#include "platform/store/rows/recordset.h"
 
 namespace automation {
 

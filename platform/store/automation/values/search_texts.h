@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/store/engine/case_folding.h"
-#include "platform/store/engine/text_test.h"
+#include "platform/store/rows/case_folding.h"
+#include "platform/store/rows/text_test.h"
 
 namespace automation {
 

@@ -3,7 +3,7 @@
 #include <string>
 
 #include "platform/store/automation/values/variant_values.h"
-#include "platform/store/engine/iso_date.h"
+#include "platform/store/rows/iso_date.h"
 
 namespace automation {
 

@@ -8,7 +8,7 @@
 
 #include "platform/store/automation/values/text.h"
 #include "platform/store/automation/values/variant_values.h"
-#include "platform/store/engine/iso_date.h"
+#include "platform/store/rows/iso_date.h"
 
 namespace automation {
 

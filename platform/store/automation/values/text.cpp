@@ -5,7 +5,7 @@
 #include <limits>
 #include <new>
 
-#include "platform/store/engine/utf.h"
+#include "platform/store/rows/utf.h"
 
 namespace automation {
 

@@ -10,8 +10,8 @@
 
 #include "platform/store/automation/objects/outcome.h"
 #include "platform/store/automation/values/com_values.h"
-#include "platform/store/engine/field_type.h"
-#include "platform/store/engine/value.h"
+#include "platform/store/rows/field_type.h"
+#include "platform/store/rows/value.h"
 
 namespace automation {
 

@@ -1,0 +1,137 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/store/rows/busy.h"
+#include "platform/store/rows/field_type.h"
+#include "platform/store/rows/keyset.h"
+#include "platform/store/rows/row_scan.h"
+#include "platform/store/rows/row_stream.h"
+#include "platform/store/rows/status.h"
+#include "platform/store/rows/table_load.h"
+#include "platform/store/rows/table_schema.h"
+#include "platform/store/rows/value.h"
+
+namespace store {
+
+/// How the engine reaches rows, whatever holds them: a file or a server. Everything above knows only
+/// these two interfaces. All operations are made from one thread at a time.
+
+struct Column {
+  std::string name;  ///< UTF-8, as the statement names it
+  FieldType type;
+  std::string declaredType;  ///< as the table spells it; empty for an expression
+  bool updatable = false;
+  bool nullable = true;
+};
+
+/// A column of the row source and the value to write into it.
+struct Change {
+  std::size_t column;
+  Value value;
+};
+
+/// The rows of one SELECT: their keys in order, and each row by its key.
+/// Lives no longer than the Backend that made it.
+class RowSource {
+ public:
+  virtual ~RowSource() = default;
+
+  virtual const std::vector<Column>& columns() const = 0;
+
+  /// Whether rows can be added, changed and deleted at all; a single column may still be read-only.
+  virtual bool isUpdatable() const = 0;
+
+  /// Replaces `keys` by the keys of all rows, in the statement's order and of the kind that this source
+  /// uses. On failure `keys` is untouched.
+  virtual Status readKeys(KeySet* keys) = 0;
+
+  /// Copies the values of the row with the key at `index` of `keys` into `row`, one for each column.
+  /// Fails with noCurrentRecord when the row is gone, and with structureChanged when it can no longer be
+  /// told to be the same row; `row` is then empty.
+  virtual Status fetch(const KeySet& keys, std::size_t index, Row* row) = 0;
+
+  /// The quickest way through the rows that this source has (row_scan.h); at worst makeFetchingScan(). The
+  /// source and `test` outlive it. May throw std::bad_alloc.
+  virtual std::unique_ptr<RowScan> makeScan(RowTest& test) = 0;
+
+  /// Adds a row with the given values, the others being their defaults, as one durable transaction,
+  /// and appends its key to `keys`. On failure nothing has changed.
+  virtual Status insert(const std::vector<Change>& changes, KeySet* keys) = 0;
+
+  /// Changes columns of the row with the key at `index` as one durable transaction; when the change
+  /// moves the row to another key, the set follows. noCurrentRecord when the row is gone;
+  /// structureChanged as for fetch(); changedElsewhere when `read`, which is what fetch() gave for it, is no
+  /// longer what the columns of the table hold; constraint when a rule of the database kept the row as it is.
+  /// On failure nothing has changed.
+  virtual Status update(const std::vector<Change>& changes, KeySet* keys, std::size_t index,
+                        const Row& read) = 0;
+
+  /// Deletes the row with the key at `index` as one durable transaction and takes the key out of the
+  /// set. A row that is gone already leaves the set too and is no failure. `read` is what fetch() gave
+  /// for the row, or null when it was not read; failures are those of update().
+  virtual Status remove(KeySet* keys, std::size_t index, const Row* read) = 0;
+};
+
+/// What a row source is opened from.
+enum class SourceKind {
+  text,     ///< a SELECT in the components' dialect
+  table,    ///< the name of a table, view or catalogue table
+  unknown,  ///< the name of a table if there is one so called, else a SELECT
+};
+
+/// One open database.
+class Backend {
+ public:
+  virtual ~Backend() = default;
+
+  /// Whether the database could only be opened for reading.
+  virtual bool isReadOnly() const = 0;
+
+  /// Whom to ask while an operation on the database or on rows of it takes its time. One that is stopped has
+  /// changed nothing, and fails with locked when it was waiting, else with stopped. While a change is being
+  /// made durable nobody is asked but about the waiting for other programs.
+  virtual void askWhileBusy(BusyQuestion question) = 0;
+
+  /// Stops the operation that runs at the moment of the call, like the answer true; without one nothing
+  /// happens. May be called from any thread as long as the database is open.
+  virtual void stop() = 0;
+
+  /// Opens the rows of `source`. A statement that yields no rows by its nature (DDL, INSERT, …) is run
+  /// instead, at once and durably, and leaves `*rows` null. Refuses several statements whole. On
+  /// failure `*rows` is untouched and nothing has changed.
+  virtual Status openRows(std::string_view source, SourceKind kind, std::unique_ptr<RowSource>* rows) = 0;
+
+  /// Runs one statement, at once and durably, and stores how many rows an INSERT, UPDATE or DELETE
+  /// changed in `*affected` (0 for any other statement). A SELECT is opened as by openRows. On failure
+  /// both out-parameters are untouched and nothing has changed.
+  virtual Status run(std::string_view sql, std::int64_t* affected, std::unique_ptr<RowSource>* rows) = 0;
+
+  /// Opens the rows of `source` to be gone through once. Fails with illegalOperation for a statement that
+  /// would change anything, which is then not run. On failure `*stream` is untouched.
+  virtual Status openStream(std::string_view source, SourceKind kind, std::unique_ptr<RowStream>* stream) = 0;
+
+  /// Stores what is known of the table or view `name` (any letter case); without columns when there is none.
+  virtual Status describeTable(std::string_view name, TableSchema* schema) = 0;
+
+  /// Begins to add rows to a table. On failure (noTable, readOnly, tableExists and what else can be wrong
+  /// with the statement that makes the table, locked) `*load` is untouched and nothing has changed.
+  virtual Status beginLoad(const LoadTarget& target, std::unique_ptr<TableLoad>* load) = 0;
+
+  /// Whether what is open still stands under the name by which it was opened: fileGone when it was deleted or
+  /// renamed, fileReplaced when another file has taken its place, inputOutput when the system doesn't tell.
+  /// Then no change is acknowledged any more (each fails in the same way, and one that met the deletion
+  /// halfway may be in the nameless file); reading goes on. Reads nothing of the file and waits for nobody.
+  virtual Status checkFile() = 0;
+
+  /// Writes what is open, as it is at the moment, durably into a new file at `path` (UTF-8), also when the
+  /// open one has lost its name. The backend stays with the file that it has open. On failure (fileExists,
+  /// cannotOpen, locked, inputOutput, outOfMemory; noTable without a database) no file has been made.
+  virtual Status saveCopy(const std::string& path) = 0;
+};
+
+}  // namespace store

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "platform/store/rows/status.h"
+#include "platform/store/rows/value.h"
+
+namespace store {
+
+/// Where many rows are to go.
+struct LoadTarget {
+  /// A CREATE TABLE in the components' dialect that makes the table first, within the same transaction; empty
+  /// when the table is there.
+  std::string createStatement = {};
+  std::string table = {};
+  std::vector<std::string> columns = {};  ///< those that get values, each once; the others get their defaults
+  /// Unless empty: a row takes the place of the one that has the same values in these columns, which are
+  /// among `columns`; what the others hold stays.
+  std::vector<std::string> keyColumns = {};
+};
+
+/// Many rows added to one table, all of them in one durable transaction. What is not committed is undone.
+///
+/// While it lives its thread alone can use the backend, and other programs can neither write nor, at times,
+/// read. It is destroyed on the thread that made it.
+class TableLoad {
+ public:
+  virtual ~TableLoad() = default;
+
+  /// Adds a row, or replaces one by its key; `values` are those of the columns in their order, and their
+  /// bytes hold until the return. constraint when this row can't be in the table (a rule of the database, a
+  /// value of another kind than the key's column takes, several rows with this key): nothing has changed then
+  /// and others may follow. After any other failure nothing can follow and nothing will be stored.
+  virtual Status add(std::span<const Cell> values) = 0;
+
+  /// After it nothing is undone any more. To be called once, as the last operation; on failure nothing has
+  /// been stored.
+  virtual Status commit() = 0;
+
+  /// How many rows took the place of another one.
+  virtual std::int64_t replacedCount() const = 0;
+};
+
+}  // namespace store

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace store {
+
+/// What is known of one table.
+struct TableSchema {
+  struct Column {
+    std::string name;
+    std::string declaredType;
+    int keyPosition = 0;  ///< 1-based place in the primary key, 0 outside it
+    bool notNull = false;
+    bool generated = false;
+  };
+
+  bool ordinary = false;  ///< a table of its own rows: not a view, not virtual
+  bool withoutRowId = false;
+  bool rowIdIsColumn = false;   ///< an INTEGER PRIMARY KEY: row ids survive a rebuilding of the file
+  std::vector<Column> columns;  ///< empty when there is no such table
+
+  /// A name under which the row id can be read, i.e. one that no column takes. Empty when all are taken.
+  std::string rowIdName() const;
+  /// The columns of the primary key in its order.
+  std::vector<std::string> keyColumns() const;
+  const Column* find(std::string_view name) const;
+};
+
+}  // namespace store

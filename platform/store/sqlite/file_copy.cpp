@@ -1,0 +1,58 @@
+#include "platform/store/sqlite/file_copy.h"
+
+#include <filesystem>
+#include <memory>
+#include <system_error>
+
+#include "platform/store/sqlite/database_file.h"
+#include "platform/store/sqlite/file_head.h"
+#include "platform/store/sqlite/file_system.h"
+#include "platform/store/sqlite/new_file.h"
+
+namespace store {
+
+namespace {
+
+struct Closer {
+  void operator()(sqlite3* connection) const { sqlite3_close_v2(connection); }
+};
+using Connection = std::unique_ptr<sqlite3, Closer>;
+
+constexpr const char* kMain = "main";
+
+int copyPages(sqlite3* source, sqlite3* target) {
+  // As with every change, an emptied journal is durable where a deleted one is not.
+  int result = sqlite3_exec(target, "PRAGMA journal_mode=TRUNCATE", nullptr, nullptr, nullptr);
+  if (result != SQLITE_OK) return result;
+  sqlite3_backup* backup = sqlite3_backup_init(target, kMain, source, kMain);
+  if (backup == nullptr) return sqlite3_extended_errcode(target);
+  constexpr int kAllPages = -1;
+  result = sqlite3_backup_step(backup, kAllPages);
+  const int finished = sqlite3_backup_finish(backup);
+  return result != SQLITE_DONE ? result : finished;
+}
+
+}  // namespace
+
+Status copyDatabase(SqliteConnection& source, const std::string& path) {
+  if (Status status = createNewFile(path); !status) return status;
+  source.endRead();
+  sqlite3* opened = nullptr;
+  int result =
+      sqlite3_open_v2(path.c_str(), &opened, SQLITE_OPEN_READWRITE | SQLITE_OPEN_EXRESCODE, fileSystemName());
+  Connection target(opened);
+  Status status;
+  if (result != SQLITE_OK) {
+    status = {ErrorCode::cannotOpen, statusOf(opened, result).message()};
+  } else {
+    result = copyPages(source.handle(), opened);
+    status = statusOf(nullptr, result);
+  }
+  target.reset();
+  std::error_code error;
+  std::filesystem::remove(pathOf(path + "-journal"), error);
+  if (!status) std::filesystem::remove(pathOf(path), error);
+  return status;
+}
+
+}  // namespace store
