@@ -18,7 +18,7 @@
 
 /// A window without WS_CHILD and a parent whose size is CW_USEDEFAULT gets a fixed frame with caption,
 /// system menu and minimise box, whatever else `style` says, around the handheld's work area, 240 x 294,
-/// and the choice of the zoom in its system menu. A list view also reports taps that are held
+/// and the desktop menu (desktop_entries.h). A list view also reports taps that are held
 /// (GN_CONTEXTMENU). Other windows without WS_CHILD are placed on the monitor with the origin unscaled,
 /// here and by the two functions that follow.
 AYGSHELL_API HWND HandheldCreateWindow(DWORD extendedStyle, const wchar_t* className, const wchar_t* title,

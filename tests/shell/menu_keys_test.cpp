@@ -32,6 +32,10 @@ TEST(MenuKeyEffectTest, LeavesByEscapeAltAndF10) {
   }
 }
 
+/// What stands for the first item of the desktop menu, which is the submenu of the zooms.
+constexpr UINT kDesktopMenu = static_cast<UINT>(-1);
+constexpr UINT kFirstZoom = 0xE010;
+
 /// A window with a menu bar and an edit control that has the keyboard. Each popup that opens gets the
 /// next keys.
 class MenuKeysTest : public ShellTest {
@@ -86,18 +90,19 @@ TEST_F(MenuKeysTest, DownWalksTheItems) {
 }
 
 TEST_F(MenuKeysTest, RightWalksFromPopupToPopupRoundTheEnd) {
-  keys_ = {{VK_RIGHT}, {VK_RIGHT}, {VK_RIGHT}, {VK_RETURN}};
+  // In the last one the first item is a submenu.
+  keys_ = {{VK_RIGHT}, {VK_RIGHT}, {VK_RIGHT}, {VK_RIGHT}, {VK_RIGHT}, {VK_RETURN}};
   pressAltAnd(L'f');
   pump();
-  EXPECT_EQ(opened_, (std::vector<UINT>{ID_NEW, ID_UNDO, ID_DELETE, ID_NEW}));
+  EXPECT_EQ(opened_, (std::vector<UINT>{ID_NEW, ID_UNDO, ID_DELETE, kDesktopMenu, kFirstZoom, ID_NEW}));
   EXPECT_EQ(commandCount(ID_NEW), 1);
 }
 
 TEST_F(MenuKeysTest, LeftWalksBack) {
-  keys_ = {{VK_LEFT}, {VK_LEFT}, {VK_RETURN}};
+  keys_ = {{VK_LEFT}, {VK_LEFT}, {VK_LEFT}, {VK_RETURN}};
   pressAltAnd(L'f');
   pump();
-  EXPECT_EQ(opened_, (std::vector<UINT>{ID_NEW, ID_DELETE, ID_UNDO}));
+  EXPECT_EQ(opened_, (std::vector<UINT>{ID_NEW, kDesktopMenu, ID_DELETE, ID_UNDO}));
   EXPECT_EQ(commandCount(ID_UNDO), 1);
 }
 
@@ -113,7 +118,7 @@ TEST_F(MenuKeysTest, RightInASubmenuGoesToTheNextPopup) {
   keys_ = {{VK_DOWN, VK_RIGHT}, {VK_RIGHT}, {VK_ESCAPE}};
   pressAltAnd(L'r');
   pump();
-  EXPECT_EQ(opened_, (std::vector<UINT>{ID_DELETE, ID_FIRST, ID_NEW}));
+  EXPECT_EQ(opened_, (std::vector<UINT>{ID_DELETE, ID_FIRST, kDesktopMenu}));
 }
 
 TEST_F(MenuKeysTest, EscapeClosesWithoutACommand) {
@@ -190,10 +195,10 @@ TEST_F(MenuKeysTest, APressedButtonOpensItsPopup) {
 }
 
 TEST_F(MenuKeysTest, ARightClickOnTheBarOffersTheZoom) {
-  keys_ = {{VK_DOWN, VK_DOWN, VK_DOWN, VK_RETURN}};
+  keys_ = {{'Z'}, {VK_DOWN, VK_DOWN, VK_RETURN}};
   SendMessageW(bar_, WM_RBUTTONUP, 0, MAKELPARAM(200, 5));
   pump();
-  EXPECT_EQ(opened_.size(), 1U);
+  EXPECT_EQ(opened_.size(), 2U);
   EXPECT_EQ(HandheldGetZoom(), 200);
 }
 

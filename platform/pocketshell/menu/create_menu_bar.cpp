@@ -89,7 +89,9 @@ BOOL SHCreateMenuBar(SHMENUBARINFO* info) {
   const HWND bar = toolbar.release();
   MenuBar& layer = MenuBar::attach(bar, parent, std::move(*parts));
   PanelButton::create(bar);
-  ShellWindow::attach(parent).setMenuBar(bar);
+  ShellWindow& shell = ShellWindow::attach(parent);
+  shell.setMenuBar(bar);
+  if (shell.desktopMenu()) layer.addMenuButton();
   layer.applyZoom();
   ShowWindow(bar, SW_SHOWNA);
   info->hwndMB = bar;

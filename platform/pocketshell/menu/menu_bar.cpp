@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "platform/pocketshell/handheld_windows.h"
+#include "platform/pocketshell/menu/menu_button.h"
 #include "platform/pocketshell/menu/menu_keys.h"
 #include "platform/pocketshell/menu/menu_walk.h"
 #include "platform/pocketshell/panel/panel_button.h"
@@ -20,6 +21,8 @@ constexpr int kImageSize = 16;
 /// What a button adds to its image and to its label.
 constexpr int kImageMargin = 8;
 constexpr int kLabelMargin = 16;
+/// That of the desktop menu, where no drop-down button has the letter.
+constexpr wchar_t kMenuMnemonic = L'M';
 
 wchar_t upper(wchar_t character) {
   return static_cast<wchar_t>(
@@ -44,6 +47,21 @@ MenuBar::~MenuBar() {
   MenuKeys::unwatch();
 }
 
+void MenuBar::addMenuButton() {
+  MenuButton::create(window());
+  layOut();
+}
+
+int MenuBar::buttonCount() const {
+  return static_cast<int>(parts_.dropDowns.size()) + (MenuButton::of(window()) ? 1 : 0);
+}
+
+HMENU MenuBar::popupOf(int index) const {
+  if (!isMenuButton(index)) return parts_.dropDowns[static_cast<std::size_t>(index)].popup;
+  const ShellWindow* const shell = ShellWindow::of(parent_);
+  return shell && shell->desktopMenu() ? shell->desktopMenu()->popup() : nullptr;
+}
+
 int MenuBar::indexOfCommand(int command) const {
   const auto found = std::find_if(parts_.dropDowns.begin(), parts_.dropDowns.end(),
                                   [=](const DropDown& each) { return each.command == command; });
@@ -55,7 +73,7 @@ int MenuBar::indexAt(POINT screen) const {
   RECT bar{};
   GetWindowRect(window(), &bar);
   if (!PtInRect(&bar, screen)) return -1;
-  for (int i = 0; i < static_cast<int>(parts_.dropDowns.size()); ++i) {
+  for (int i = 0; i < buttonCount(); ++i) {
     const RECT button = buttonOnScreen(i);
     if (PtInRect(&button, screen)) return i;
   }
@@ -67,29 +85,40 @@ int MenuBar::indexOfMnemonic(wchar_t character) const {
   for (int i = 0; i < static_cast<int>(parts_.dropDowns.size()); ++i) {
     if (mnemonicOf(parts_.dropDowns[static_cast<std::size_t>(i)].label) == wanted && isEnabled(i)) return i;
   }
-  return -1;
+  return wanted == kMenuMnemonic && MenuButton::of(window()) ? buttonCount() - 1 : -1;
 }
 
 bool MenuBar::isEnabled(int index) const {
+  if (isMenuButton(index)) return true;
   const auto command = static_cast<WPARAM>(parts_.dropDowns[static_cast<std::size_t>(index)].command);
   return SendMessageW(window(), TB_ISBUTTONENABLED, command, 0) != 0;
 }
 
 RECT MenuBar::buttonOnScreen(int index) const {
   RECT button{};
+  if (isMenuButton(index)) {
+    GetWindowRect(MenuButton::of(window()), &button);
+    return button;
+  }
   SendMessageW(window(), TB_GETITEMRECT, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(&button));
   MapWindowPoints(window(), nullptr, reinterpret_cast<POINT*>(&button), 2);
   return button;
 }
 
 void MenuBar::press(int index, bool pressed) {
+  if (isMenuButton(index)) {
+    MenuButton::mark(window(), pressed);
+    return;
+  }
   const auto command = static_cast<WPARAM>(parts_.dropDowns[static_cast<std::size_t>(index)].command);
   SendMessageW(window(), TB_PRESSBUTTON, command, MAKELPARAM(pressed, 0));
   UpdateWindow(window());
 }
 
 void MenuBar::highlight(int index) {
-  SendMessageW(window(), TB_SETHOTITEM, static_cast<WPARAM>(index), 0);
+  const bool isMenu = isMenuButton(index);
+  SendMessageW(window(), TB_SETHOTITEM, static_cast<WPARAM>(isMenu ? -1 : index), 0);
+  MenuButton::mark(window(), isMenu);
 }
 
 void MenuBar::layOut() {
@@ -99,7 +128,7 @@ void MenuBar::layOut() {
   const int bottom = static_cast<int>(client.bottom);
   const int top = toMonitor(fromMonitor(bottom, zoom) - kMenuBarHeight, zoom);
   SetWindowPos(window(), HWND_TOP, 0, top, static_cast<int>(client.right), bottom - top, SWP_NOACTIVATE);
-  PanelButton::layOut(window());
+  MenuButton::layOut(window(), PanelButton::layOut(window()));
 }
 
 void MenuBar::applyZoom() {

@@ -38,11 +38,18 @@ class MenuBar : public WindowLayer<MenuBar> {
 
   HWND parent() const { return parent_; }
   const std::vector<DropDown>& dropDowns() const { return parts_.dropDowns; }
+  /// Gives it the button that opens the desktop menu of its parent, a frame.
+  void addMenuButton();
+  /// How many buttons open menus: the drop-down buttons and, as the last, that of the desktop menu.
+  int buttonCount() const;
+  bool isMenuButton(int index) const { return index == static_cast<int>(parts_.dropDowns.size()); }
+  /// What the button opens; null when there is nothing.
+  HMENU popupOf(int index) const;
   /// Index of the drop-down button with the command, -1 for none.
   int indexOfCommand(int command) const;
-  /// Index of the drop-down button at a point of the screen, -1 for none.
+  /// Index of the button at a point of the screen, -1 for none.
   int indexAt(POINT screen) const;
-  /// Index of the drop-down button that Alt and `character` open, -1 for none.
+  /// Index of the button that Alt and `character` open, -1 for none.
   int indexOfMnemonic(wchar_t character) const;
   bool isEnabled(int index) const;
   RECT buttonOnScreen(int index) const;

@@ -111,7 +111,7 @@ void MenuKeys::unwatch() {
 }
 
 void MenuKeys::enter(MenuBar& bar) {
-  if (bar.dropDowns().empty()) return;
+  if (bar.buttonCount() == 0) return;
   walkedBar = bar.window();
   walkedIndex = 0;
   bar.highlight(walkedIndex);
@@ -132,7 +132,7 @@ void MenuKeys::keyPressed(WPARAM key) {
   MenuBar* const bar = MenuBar::of(walkedBar);
   if (!bar) return;
   const auto character = static_cast<wchar_t>(MapVirtualKeyW(static_cast<UINT>(key), MAPVK_VK_TO_CHAR));
-  const MenuKeyEffect effect = menuKeyEffect(key, walkedIndex, static_cast<int>(bar->dropDowns().size()),
+  const MenuKeyEffect effect = menuKeyEffect(key, walkedIndex, bar->buttonCount(),
                                              character != 0 ? bar->indexOfMnemonic(character) : -1);
   if (effect.action == Action::move) {
     walkedIndex = effect.index;

@@ -22,13 +22,9 @@ struct Walk {
 
 Walk* walk = nullptr;
 
-const DropDown& openDropDown(const MenuBar& bar) {
-  return bar.dropDowns()[static_cast<std::size_t>(walk->index)];
-}
-
 /// The next enabled button in the direction, round the ends.
 int neighbour(const MenuBar& bar, int step) {
-  const int count = static_cast<int>(bar.dropDowns().size());
+  const int count = bar.buttonCount();
   int index = walk->index;
   do {
     index = (index + step + count) % count;
@@ -81,9 +77,12 @@ void openPopup(MenuBar& bar) {
   kept.rcExclude = bar.buttonOnScreen(walk->index);
   // A popup selects nothing by itself; this is the key that selects the first item.
   if (walk->byKeyboard) PostMessageW(bar.parent(), WM_KEYDOWN, VK_DOWN, 0);
-  TrackPopupMenuEx(openDropDown(bar).popup, TPM_LEFTALIGN | TPM_BOTTOMALIGN | TPM_VERTICAL,
-                   static_cast<int>(kept.rcExclude.left), static_cast<int>(kept.rcExclude.top), bar.parent(),
-                   &kept);
+  // The last button is at the window's right edge, and its popup over the window all the same.
+  const bool isLast = bar.isMenuButton(walk->index);
+  const LONG x = isLast ? kept.rcExclude.right : kept.rcExclude.left;
+  TrackPopupMenuEx(bar.popupOf(walk->index),
+                   (isLast ? TPM_RIGHTALIGN : TPM_LEFTALIGN) | TPM_BOTTOMALIGN | TPM_VERTICAL,
+                   static_cast<int>(x), static_cast<int>(kept.rcExclude.top), bar.parent(), &kept);
 }
 
 }  // namespace

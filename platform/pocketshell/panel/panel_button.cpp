@@ -78,14 +78,16 @@ void PanelButton::create(HWND menuBar) {
                   nullptr);
 }
 
-void PanelButton::layOut(HWND menuBar) {
-  const HWND button = buttonOf(menuBar);
-  if (!button) return;
+int PanelButton::layOut(HWND menuBar) {
   RECT bar{};
   GetClientRect(menuBar, &bar);
+  const int right = static_cast<int>(bar.right);
+  const HWND button = buttonOf(menuBar);
+  if (!button) return right;
   const int width = toMonitor(kWidth, presentZoom());
-  SetWindowPos(button, nullptr, static_cast<int>(bar.right) - width, 0, width, static_cast<int>(bar.bottom),
+  SetWindowPos(button, nullptr, right - width, 0, width, static_cast<int>(bar.bottom),
                SWP_NOZORDER | SWP_NOACTIVATE);
+  return right - width;
 }
 
 void PanelButton::refresh(HWND menuBar) {

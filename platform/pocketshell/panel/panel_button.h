@@ -7,8 +7,8 @@ namespace pocketshell::PanelButton {
 
 /// Makes one, if the user wants the panel at all.
 void create(HWND menuBar);
-/// Puts the bar's button, if it has one, in its place.
-void layOut(HWND menuBar);
+/// Puts the bar's button, if it has one, in its place. Where what is left of the bar ends.
+int layOut(HWND menuBar);
 /// Shows whether the panel is up.
 void refresh(HWND menuBar);
 

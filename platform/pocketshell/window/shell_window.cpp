@@ -60,7 +60,9 @@ MenuBar* ShellWindow::menuBar() const {
 
 void ShellWindow::becomeFrame() {
   isFrame_ = true;
-  zoomMenu_ = addZoomMenu(window());
+  desktopMenu_ = std::make_unique<DesktopMenu>(window());
+  // It may have been made before, when the window was.
+  if (MenuBar* const bar = menuBar()) bar->addMenuButton();
 }
 
 void ShellWindow::fitToZoom() {
@@ -109,10 +111,14 @@ LRESULT ShellWindow::notified(UINT message, WPARAM wParam, LPARAM lParam) {
 /// Wine's submenus of a system menu send ordinary commands.
 LRESULT ShellWindow::commandGiven(UINT message, WPARAM wParam, LPARAM lParam) {
   const bool isFromMenu = lParam == 0 && HIWORD(wParam) == 0;
-  const auto zoom = isFromMenu ? zoomOfCommand(LOWORD(wParam)) : std::nullopt;
-  if (!zoom) return passOn(message, wParam, lParam);
-  HandheldSetZoom(*zoom);
-  return 0;
+  if (!isFromMenu) return passOn(message, wParam, lParam);
+  const UINT command = LOWORD(wParam);
+  if (const auto zoom = zoomOfCommand(command)) {
+    HandheldSetZoom(*zoom);
+    return 0;
+  }
+  const bool isEntry = desktopMenu_ && desktopMenu_->has(command);
+  return isEntry && !desktopMenu_->isAvailable(command) ? 0 : passOn(message, wParam, lParam);
 }
 
 LRESULT ShellWindow::systemCommandGiven(UINT message, WPARAM wParam, LPARAM lParam) {
@@ -120,8 +126,10 @@ LRESULT ShellWindow::systemCommandGiven(UINT message, WPARAM wParam, LPARAM lPar
     HandheldSetZoom(*zoom);
     return 0;
   }
+  const UINT command = static_cast<UINT>(wParam) & kSystemCommandMask;
+  if (desktopMenu_ && desktopMenu_->has(command)) return SendMessageW(window(), WM_COMMAND, command, 0);
   MenuBar* const bar = menuBar();
-  if ((wParam & kSystemCommandMask) != SC_KEYMENU || !bar || IsIconic(window())) {
+  if (command != SC_KEYMENU || !bar || IsIconic(window())) {
     return passOn(message, wParam, lParam);
   }
   if (lParam == 0) {
@@ -146,20 +154,20 @@ LRESULT ShellWindow::limitsAsked(UINT message, WPARAM wParam, LPARAM lParam) {
   return answered;
 }
 
-/// A window manager shows a menu of its own instead of the system menu: the bar offers the zoom, too.
+/// A window manager shows a menu of its own instead of the system menu: the bar offers what is in that, too.
 LRESULT ShellWindow::contextMenuAsked(UINT message, WPARAM wParam, LPARAM lParam) {
   const MenuBar* const bar = menuBar();
-  if (!bar || !zoomMenu_ || reinterpret_cast<HWND>(wParam) != bar->window()) {
+  if (!bar || !desktopMenu_ || reinterpret_cast<HWND>(wParam) != bar->window()) {
     return passOn(message, wParam, lParam);
   }
-  TrackPopupMenuEx(zoomMenu_, TPM_RIGHTBUTTON, GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam), window(), nullptr);
+  TrackPopupMenuEx(desktopMenu_->popup(), TPM_RIGHTBUTTON, GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam),
+                   window(), nullptr);
   return 0;
 }
 
 LRESULT ShellWindow::popupOpening(UINT message, WPARAM wParam, LPARAM lParam) {
   notePopupOpened();
-  auto* const popup = reinterpret_cast<HMENU>(wParam);
-  if (zoomMenu_ && popup == zoomMenu_) markZoom(zoomMenu_, readZoomSetting());
+  if (desktopMenu_) desktopMenu_->refresh(reinterpret_cast<HMENU>(wParam));
   return passOn(message, wParam, lParam);
 }
 

@@ -2,6 +2,9 @@
 
 #include <windows.h>
 
+#include <memory>
+
+#include "platform/pocketshell/menu/desktop_menu.h"
 #include "platform/pocketshell/window/window_layer.h"
 
 namespace pocketshell {
@@ -16,7 +19,7 @@ inline constexpr DWORD kShellWindowStyle =
 SIZE shellFrameSize();
 
 /// A top-level window as the shell sees it: it may have a menu bar, and when it is the shell's frame it
-/// keeps the handheld's work area inside and offers the zoom in its system menu.
+/// keeps the handheld's work area inside and has a desktop menu.
 class ShellWindow : public WindowLayer<ShellWindow> {
  public:
   explicit ShellWindow(HWND window) : WindowLayer(window) {}
@@ -27,6 +30,8 @@ class ShellWindow : public WindowLayer<ShellWindow> {
   void setMenuBar(HWND bar) { menuBar_ = bar; }
 
   bool isFrame() const { return isFrame_; }
+  /// Null when it is no frame.
+  DesktopMenu* desktopMenu() const { return desktopMenu_.get(); }
   void becomeFrame();
   /// Gives the client area the handheld's work area at the present zoom, and keeps the window within the
   /// work area of its monitor where it fits.
@@ -50,7 +55,7 @@ class ShellWindow : public WindowLayer<ShellWindow> {
   LRESULT destroyed(UINT message, WPARAM wParam, LPARAM lParam);
 
   HWND menuBar_ = nullptr;
-  HMENU zoomMenu_ = nullptr;  ///< in the system menu, which owns it
+  std::unique_ptr<DesktopMenu> desktopMenu_;
   bool isFrame_ = false;
 };
 

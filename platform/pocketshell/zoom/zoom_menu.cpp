@@ -25,24 +25,16 @@ constexpr UINT kCommandMask = 0xFFF0;
 
 }  // namespace
 
-HMENU addZoomMenu(HWND window) {
-  const HMENU system = GetSystemMenu(window, FALSE);
-  OwnedMenu menu(CreatePopupMenu());
-  if (!system || !menu) return nullptr;
+bool appendZoomMenu(HMENU menu) {
+  OwnedMenu zooms(CreatePopupMenu());
+  if (!zooms) return false;
   for (const Entry& entry : kEntries) {
-    if (!AppendMenuW(menu.get(), MF_STRING, entry.command, entry.text)) return nullptr;
+    if (!AppendMenuW(zooms.get(), MF_STRING, entry.command, entry.text)) return false;
   }
-  if (!AppendMenuW(system, MF_SEPARATOR, 0, nullptr) ||
-      !AppendMenuW(system, MF_POPUP, reinterpret_cast<UINT_PTR>(menu.get()), L"&Zoom")) {
-    return nullptr;
-  }
-  return menu.release();
-}
-
-void markZoom(HMENU menu, int setting) {
-  for (const Entry& entry : kEntries) {
-    CheckMenuItem(menu, entry.command, entry.setting == setting ? MF_CHECKED : MF_UNCHECKED);
-  }
+  if (!AppendMenuW(menu, MF_POPUP, reinterpret_cast<UINT_PTR>(zooms.get()), L"&Zoom")) return false;
+  // The menu owns it from here on.
+  static_cast<void>(zooms.release());
+  return true;
 }
 
 std::optional<int> zoomOfCommand(UINT command) {
