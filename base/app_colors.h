@@ -57,6 +57,14 @@ inline constexpr std::array<AppColorDefault, kAppColorCount> kAppColorDefaults =
 /// The table that the views paint with: the defaults until the options are loaded.
 extern AppColorTable appColors;
 
+/// Tables to start from.
+enum class ColorSet {
+  own,     ///< the defaults
+  system,  ///< what the user has set for all programs, as it is at the moment
+  dark,
+};
+AppColorTable colorsOfSet(ColorSet set) noexcept;
+
 /// Copies the defaults into the live table.
 void resetAppColors() noexcept;
 

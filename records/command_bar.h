@@ -2,8 +2,8 @@
 
 struct CommandFacts;
 
-/// A popup menu of the menu bar. Which of them there are depends on the page.
-enum class PopupMenu { none, file, edit, record, tables, queries };
+/// A popup menu of the menu bar, of which there are those that the page has, or the desktop menu.
+enum class PopupMenu { none, file, edit, record, tables, queries, desktop };
 
 /// What the Document asks of the window's menus and toolbars.
 class CommandBar {

@@ -190,6 +190,8 @@ class Document : private BusyListener {
 
   /// Every item of the menus and every button, from now on for a database that counts as `open`.
   void updateMenusForDatabase(bool open);
+  /// Whether a command of the desktop menu is available.
+  bool isOffered(int command) const { return isAvailable(command, PopupMenu::desktop, commandFacts()); }
   /// The same for the database as it counts now; on the Form and List pages only.
   void updateNavigationState();
   /// The same on every page.

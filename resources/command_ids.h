@@ -52,6 +52,12 @@
 #define ID_QUERIES_MENU 40080
 #define IDS_QUERIES_MENU 40081
 
+// Of the desktop menu, which has numbers of its own (platform/pocketshell/desktop_entries.h): multiples of 16
+// from 53248 on.
+#define ID_COLORS_OWN 53248
+#define ID_COLORS_SYSTEM 53264
+#define ID_COLORS_DARK 53280
+
 // Accelerators send these four; nothing answers them.
 #define ID_ENTER 40004
 #define ID_CUT_KEY 57635

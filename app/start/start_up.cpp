@@ -9,6 +9,7 @@
 #include "app/start/file_association.h"
 #include "app/start/portable.h"
 #include "app/start/single_instance.h"
+#include "app/window/desktop_commands.h"
 #include "app/window/main_window.h"
 #include "app/window/messages.h"
 #include "app/window/page_keys.h"
@@ -111,6 +112,7 @@ int runWithWindow(const wchar_t* commandLine, int showCommand, bool isPortable) 
   if (!isPortable) registerFileAssociation();
   theAppSettings = std::make_unique<AppSettings>();
   if (!mainWindow) return kExitNoWindow;
+  offerDesktopCommands();
   initialiseControls();
   createTabControl();
   createPageWindows();

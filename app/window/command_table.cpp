@@ -1,5 +1,6 @@
 #include "app/window/command_table.h"
 
+#include "app/window/desktop_commands.h"
 #include "app/window/help.h"
 #include "app/window/page_layout.h"
 #include "app/window/program_state.h"
@@ -291,5 +292,6 @@ LRESULT runCommand(HWND window, WORD id, LPARAM lParam, WORD notification) {
   for (const CommandRow& row : kCommands) {
     if (row.id == id) return row.handler(window, id, lParam, notification);
   }
+  runDesktopCommand(id);
   return 0;
 }

@@ -34,11 +34,15 @@ void applyOptions() {
   selectTab(currentPage);
   if (!theDocument) return;
   theDocument->layOutPages();
-  theDocument->refreshColors();
   theCommandBar->placePageBars();
   theDocument->layOutForm(true);
-  RedrawWindow(formWrapperWindow, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
+  showColors();
   theDocument->updateCommandBar();
+}
+
+void showColors() {
+  if (theDocument) theDocument->refreshColors();
+  RedrawWindow(formWrapperWindow, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
 }
 
 void layOutForZoom() {

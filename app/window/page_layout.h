@@ -7,5 +7,8 @@ void layOutForInputPanel();
 /// beside them, the colours.
 void applyOptions();
 
+/// Shows the colours as they are now.
+void showColors();
+
 /// Replaces images, bars and columns after the zoom has changed.
 void layOutForZoom();

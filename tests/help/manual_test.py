@@ -32,8 +32,8 @@ HIDDEN_CONTROLS = {'Filter'}
 
 
 def plain(text):
-    """With one blank for each run of blanks and line ends."""
-    return ' '.join(text.split())
+    """With one blank for each run of blanks and line ends, without the marks of access keys."""
+    return ' '.join(re.sub(r'&(?=\w)', '', text).split())
 
 
 def is_words(text):

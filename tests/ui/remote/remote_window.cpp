@@ -176,6 +176,10 @@ bool toolbarButton(HWND window, int command, int index, HWND& toolbar, RECT& pla
   return true;
 }
 
+HWND menuButton(HWND main) {
+  return findBelow(main, [](HWND window) { return className(window) == L"Pocket Shell Menu Button"; });
+}
+
 HWND tabControl(HWND main) {
   return GetDlgItem(main, kTabControlId);
 }

@@ -60,6 +60,9 @@ HWND dropDownList(DWORD processId);
 /// button, or with `index` 0 and above of another one beside it. False when there is no such button.
 bool toolbarButton(HWND window, int command, int index, HWND& toolbar, RECT& place);
 
+/// The button of the desktop menu in a main window's menu bar; null when there is none.
+HWND menuButton(HWND main);
+
 /// The tab control of a main window.
 HWND tabControl(HWND main);
 /// The window of the page that is shown (a list of names, the form, the grid), null when none is.

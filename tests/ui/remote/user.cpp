@@ -151,9 +151,28 @@ void User::choose(int command) {
   } else {
     userinput::press(static_cast<WORD>(way.front().letter), VK_MENU);
   }
+  walkMenu(way, 1);
+}
+
+void User::chooseDesktop(int command) {
+  waitForInput(main_);
+  const std::vector<MenuStep> way = desktopWay(static_cast<UINT>(command));
+  if (way.empty()) fail("the desktop menu has the command");
+  if (hasMouse()) {
+    HWND button = nullptr;
+    await([&] { return (button = remote::menuButton(main_)) != nullptr; }, "the menu's button is there");
+    userinput::click(button);
+  } else {
+    userinput::press('M', VK_MENU);
+  }
+  walkMenu(way, 0);
+}
+
+/// From the first of these steps on, whose popup is about to open.
+void User::walkMenu(const std::vector<MenuStep>& way, std::size_t first) const {
   const DWORD process = program_.processId();
-  for (std::size_t depth = 1; depth < way.size(); ++depth) {
-    await([=] { return remote::popups(process).size() == depth; }, "a menu opens");
+  for (std::size_t depth = first; depth < way.size(); ++depth) {
+    await([=] { return remote::popups(process).size() == depth - first + 1; }, "a menu opens");
     if (hasMouse()) {
       userinput::click(itemMiddle(remote::popups(process).front(), way[depth]));
     } else {

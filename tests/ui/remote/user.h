@@ -5,8 +5,10 @@
 #include <filesystem>
 #include <initializer_list>
 #include <string>
+#include <vector>
 
 #include "tests/ui/remote/running_program.h"
+#include "tests/ui/remote/user_menu.h"
 
 /// Someone who uses the running program with the mouse alone or with the keyboard alone; texts are typed
 /// in either case. Each operation waits until the program has come to where it can be done, and until it
@@ -24,6 +26,8 @@ class User {
 
   /// Chooses a command of the present page's menu bar.
   void choose(int command);
+  /// Chooses a command of the desktop menu.
+  void chooseDesktop(int command);
   /// Clicks a button of the bands or of the menu bar, or presses the key that does the same.
   void useButton(int command, WORD key, WORD held = 0);
   void showPage(int page);
@@ -62,6 +66,7 @@ class User {
   Hand hand_;
   HWND main_ = nullptr;
 
+  void walkMenu(const std::vector<MenuStep>& way, std::size_t first) const;
   void waitForInput(HWND window) const;
   void reach(HWND root, HWND control) const;
   void replaceText(HWND edit, const std::wstring& text) const;

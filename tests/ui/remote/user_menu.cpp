@@ -4,6 +4,7 @@
 #include <memory>
 #include <string>
 
+#include "resources/command_ids.h"
 #include "tests/ui/remote/running_program.h"
 
 namespace {
@@ -64,6 +65,20 @@ std::vector<MenuStep> menuWay(WORD menuBar, UINT command) {
   const std::unique_ptr<std::remove_pointer_t<HMENU>, MenuCloser> menu(
       LoadMenuW(program.get(), MAKEINTRESOURCEW(menuBar)));
   if (menu) findWay(menu.get(), command, way);
+  return way;
+}
+
+std::vector<MenuStep> desktopWay(UINT command) {
+  // Another program's menus can't be read.
+  const std::unique_ptr<std::remove_pointer_t<HMENU>, MenuCloser> menu(CreatePopupMenu());
+  const HMENU colors = CreatePopupMenu();
+  AppendMenuW(colors, MF_STRING, ID_COLORS_OWN, L"&Quivane's own");
+  AppendMenuW(colors, MF_STRING, ID_COLORS_SYSTEM, L"The &system's");
+  AppendMenuW(colors, MF_STRING, ID_COLORS_DARK, L"&Dark");
+  AppendMenuW(menu.get(), MF_POPUP, reinterpret_cast<UINT_PTR>(colors), L"&Colors");
+  AppendMenuW(menu.get(), MF_STRING, 0, L"&Zoom");
+  std::vector<MenuStep> way;
+  findWay(menu.get(), command, way);
   return way;
 }
 

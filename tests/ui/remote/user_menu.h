@@ -18,5 +18,8 @@ struct MenuStep {
 /// bar does not have the command.
 std::vector<MenuStep> menuWay(WORD menuBar, UINT command);
 
+/// The same for a command of the desktop menu, from the menu's own items on.
+std::vector<MenuStep> desktopWay(UINT command);
+
 /// The middle of an item on the screen; `popup` is the window of the open popup.
 POINT itemMiddle(HWND popup, const MenuStep& item);

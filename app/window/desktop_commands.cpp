@@ -1,0 +1,79 @@
+#include "app/window/desktop_commands.h"
+
+#include <array>
+
+#include "app/window/page_layout.h"
+#include "app/window/program_state.h"
+#include "base/app_colors.h"
+#include "base/app_settings.h"
+#include "platform/pocketshell/desktop_entries.h"
+#include "resources/command_ids.h"
+
+namespace {
+
+struct EntryRow {
+  WORD id;
+  const wchar_t* group;  ///< the submenu, null for the menu itself
+  const wchar_t* text;   ///< null for a separator
+  void (*run)(WORD id);
+  bool (*isChosen)(WORD id);  ///< null for what is never marked
+};
+
+constexpr wchar_t kColors[] = L"&Colors";
+
+ColorSet colorSetOf(WORD id) {
+  switch (id) {
+    case ID_COLORS_SYSTEM:
+      return ColorSet::system;
+    case ID_COLORS_DARK:
+      return ColorSet::dark;
+    default:
+      return ColorSet::own;
+  }
+}
+
+void chooseColors(WORD id) {
+  appColors = colorsOfSet(colorSetOf(id));
+  theAppSettings->options().save();
+  showColors();
+}
+
+bool areColorsChosen(WORD id) {
+  return appColors == colorsOfSet(colorSetOf(id));
+}
+
+constexpr EntryRow kEntries[] = {
+    {ID_COLORS_OWN, kColors, L"&Quivane's own", chooseColors, areColorsChosen},
+    {ID_COLORS_SYSTEM, kColors, L"The &system's", chooseColors, areColorsChosen},
+    {ID_COLORS_DARK, kColors, L"&Dark", chooseColors, areColorsChosen},
+};
+
+const EntryRow* rowOf(WORD id) {
+  for (const EntryRow& row : kEntries) {
+    if (row.text && row.id == id) return &row;
+  }
+  return nullptr;
+}
+
+HandheldEntryState stateOf(UINT command) {
+  const EntryRow* const row = rowOf(static_cast<WORD>(command));
+  if (!row || !theDocument || theDocument->isBusy() || !theDocument->isOffered(row->id)) {
+    return HANDHELD_ENTRY_GREY;
+  }
+  return row->isChosen && row->isChosen(row->id) ? HANDHELD_ENTRY_CHOSEN : HANDHELD_ENTRY_AVAILABLE;
+}
+
+}  // namespace
+
+void offerDesktopCommands() {
+  std::array<HandheldMenuEntry, std::size(kEntries)> entries{};
+  for (std::size_t i = 0; i < entries.size(); ++i) {
+    entries[i] = {kEntries[i].id, kEntries[i].group, kEntries[i].text, stateOf};
+  }
+  HandheldSetDesktopMenu(mainWindow, entries.data(), static_cast<UINT>(entries.size()));
+}
+
+void runDesktopCommand(WORD id) {
+  const EntryRow* const row = rowOf(id);
+  if (row && stateOf(id) != HANDHELD_ENTRY_GREY) row->run(id);
+}

@@ -1,0 +1,146 @@
+// The desktop menu's commands, in the whole program on a thread of the test.
+#include <windows.h>
+
+#include <commctrl.h>
+
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "base/app_colors.h"
+#include "base/settings_store.h"
+#include "gmock/gmock.h"
+#include "resources/command_ids.h"
+#include "tests/automation/sqlite_file.h"
+#include "tests/support/paths.h"
+#include "tests/ui/remote/program_thread.h"
+#include "tests/ui/remote/remote_window.h"
+#include "tests/ui/support/test_database.h"
+#include "views/form/form_ids.h"
+
+using testing::ElementsAre;
+
+namespace {
+
+constexpr int kFormPage = 1;
+constexpr int kPages = 4;
+
+class DesktopCommandsTest : public testing::Test {
+ protected:
+  void SetUp() override {
+    makeDatabase(path_, {L"CREATE TABLE 'T' (Name Text)", L"INSERT INTO T VALUES ('as it was')"});
+    program_ = std::make_unique<ProgramThread>(path_.wstring());
+    main_ = program_->waitForPage();
+    ASSERT_NE(main_, nullptr);
+  }
+  void TearDown() override {
+    program_.reset();
+    resetAppColors();
+    RegDeleteTreeW(HKEY_CURRENT_USER, SettingsStore::kRoot);
+  }
+
+  HWND main() const { return main_; }
+  HWND control(int id) const { return remote::control(main_, id); }
+  void give(int command) const { SendMessageW(main_, WM_COMMAND, static_cast<WPARAM>(command), 0); }
+  static AppColorTable storedColors() {
+    AppColorTable colors{};
+    SettingsStore::readBinary(SettingsStore::kOptions, L"GeneralAppColors", colors.data(), kAppColorCount);
+    return colors;
+  }
+  /// Whether the system menu, once it opens, offers a command.
+  bool isOffered(int command) const {
+    const HMENU system = GetSystemMenu(main_, FALSE);
+    for (int i = 0; i < GetMenuItemCount(system); ++i) {
+      const HMENU below = GetSubMenu(system, i);
+      SendMessageW(main_, WM_INITMENUPOPUP, reinterpret_cast<WPARAM>(below ? below : system), 0);
+    }
+    const UINT state = GetMenuState(system, static_cast<UINT>(command), MF_BYCOMMAND);
+    return state != static_cast<UINT>(-1) && (state & MF_GRAYED) == 0;
+  }
+  bool isMarked(int command) const {
+    isOffered(command);
+    return (GetMenuState(GetSystemMenu(main_, FALSE), static_cast<UINT>(command), MF_BYCOMMAND) &
+            MF_CHECKED) != 0;
+  }
+  HWND waitForDialog(const wchar_t* title) const {
+    HWND dialog = nullptr;
+    EXPECT_TRUE(remote::waitUntil(
+        [&] { return (dialog = remote::dialog(GetCurrentProcessId(), title)) != nullptr; }));
+    return dialog;
+  }
+  std::vector<std::string> storedNames() const {
+    return automationtest::sqliteColumn(path_.wstring(), "SELECT Name FROM T");
+  }
+
+ private:
+  testsupport::TempFolder folder_;
+  std::filesystem::path path_ = folder_.file("desktop.cdb");
+  std::unique_ptr<ProgramThread> program_;
+  HWND main_ = nullptr;
+};
+
+TEST_F(DesktopCommandsTest, EachSetOfColorsIsSetStoredAndMarked) {
+  struct Row {
+    int command;
+    ColorSet set;
+  };
+  EXPECT_TRUE(isMarked(ID_COLORS_OWN));
+  for (const Row& row : {Row{ID_COLORS_DARK, ColorSet::dark}, Row{ID_COLORS_SYSTEM, ColorSet::system},
+                         Row{ID_COLORS_OWN, ColorSet::own}}) {
+    EXPECT_FALSE(isMarked(row.command));
+    give(row.command);
+    EXPECT_EQ(appColors, colorsOfSet(row.set)) << row.command;
+    EXPECT_EQ(storedColors(), colorsOfSet(row.set)) << row.command;
+    EXPECT_TRUE(isMarked(row.command));
+  }
+  appColors[kListViewText] ^= 1;
+  EXPECT_FALSE(isMarked(ID_COLORS_OWN)) << "one of the fifteen is another one";
+}
+
+TEST_F(DesktopCommandsTest, TheListsShowTheColorsAtOnce) {
+  const HWND list = remote::shownPage(main());
+  give(ID_COLORS_DARK);
+  EXPECT_EQ(static_cast<COLORREF>(SendMessageW(list, LVM_GETBKCOLOR, 0, 0)),
+            appColors[kTablesViewBackground]);
+  EXPECT_EQ(static_cast<COLORREF>(SendMessageW(list, LVM_GETTEXTCOLOR, 0, 0)), appColors[kTablesViewText]);
+}
+
+TEST_F(DesktopCommandsTest, TheyAreThereOnEachPageAndWithoutADatabase) {
+  for (int page = 0; page < kPages; ++page) {
+    ASSERT_TRUE(remote::switchToPage(main(), page));
+    for (const int command : {ID_COLORS_DARK, ID_COLORS_OWN}) {
+      EXPECT_TRUE(isOffered(command)) << page;
+      give(command);
+    }
+    EXPECT_EQ(appColors, colorsOfSet(ColorSet::own)) << page;
+  }
+  give(ID_DATABASE_CLOSE);
+  EXPECT_TRUE(isOffered(ID_COLORS_DARK));
+  give(ID_COLORS_DARK);
+  EXPECT_EQ(appColors, colorsOfSet(ColorSet::dark));
+}
+
+TEST_F(DesktopCommandsTest, WhatIsTypedStaysAsItIs) {
+  ASSERT_TRUE(remote::switchToPage(main(), kFormPage));
+  SetWindowTextW(control(kFirstTextEditorId), L"typed");
+  give(ID_COLORS_DARK);
+  EXPECT_EQ(remote::text(control(kFirstTextEditorId)), L"typed");
+  EXPECT_THAT(storedNames(), ElementsAre("as it was")) << "nobody has left the record";
+  ASSERT_TRUE(remote::switchToPage(main(), 0));
+  EXPECT_THAT(storedNames(), ElementsAre("typed"));
+}
+
+TEST_F(DesktopCommandsTest, UnderADialogNothingIsDone) {
+  PostMessageW(main(), WM_COMMAND, ID_ABOUT, 0);
+  const HWND about = waitForDialog(L"About Quivane for Pocket PC");
+  give(ID_COLORS_DARK);
+  SendMessageW(main(), WM_SYSCOMMAND, ID_COLORS_DARK, 0);
+  EXPECT_EQ(appColors, colorsOfSet(ColorSet::own));
+  PostMessageW(about, WM_COMMAND, IDOK, 0);
+  EXPECT_TRUE(remote::waitUntil([&] { return !IsWindow(about) && IsWindowEnabled(main()); }));
+  SendMessageW(main(), WM_SYSCOMMAND, ID_COLORS_DARK, 0);
+  EXPECT_EQ(appColors, colorsOfSet(ColorSet::dark));
+}
+
+}  // namespace
