@@ -7,7 +7,6 @@
 #include <sqlite3.h>
 #include <string>
 #include <string_view>
-#include <utility>
 
 namespace store {
 
@@ -33,10 +32,15 @@ bool fails(Operation operation) {
 }
 
 std::mutex g_logMutex;
+// It takes no memory while SQLite works, which may be refused just then: what nobody has taken for long is
+// dropped.
+constexpr std::size_t kLogLength = 4096;
 std::string g_journalLog;
 
-void logOfJournal(const char* operation) {
+void logOfJournal(std::string_view operation) {
   const std::lock_guard<std::mutex> lock(g_logMutex);
+  if (g_journalLog.size() + operation.size() + 1 > g_journalLog.capacity()) g_journalLog.clear();
+  if (operation.size() + 1 > g_journalLog.capacity()) return;
   g_journalLog += operation;
   g_journalLog += ' ';
 }
@@ -134,14 +138,17 @@ int openFile(sqlite3_vfs*, const char* name, sqlite3_file* file, int flags, int*
   return result;
 }
 
-int deleteFile(sqlite3_vfs*, const char* name, int syncFolder) {
+int deleteFile(sqlite3_vfs*, const char* name, int) {
+  if (fails(Operation::remove)) return SQLITE_IOERR_DELETE;
   if (std::string_view(name).ends_with("-journal")) logOfJournal("delete");
-  return g_system->xDelete(g_system, name, syncFolder);
+  constexpr int kWithoutFlushing = 0;
+  return g_system->xDelete(g_system, name, kWithoutFlushing);
 }
 
 }  // namespace
 
 void FailingFileSystem::install() {
+  g_journalLog.reserve(kLogLength);
   g_system = sqlite3_vfs_find(nullptr);
   ASSERT_NE(nullptr, g_system);
   // Version 2 has no memory mapping, so that every reading comes through here.
@@ -191,7 +198,9 @@ bool FailingFileSystem::heal() {
 
 std::string FailingFileSystem::takeJournalLog() {
   const std::lock_guard<std::mutex> lock(g_logMutex);
-  return std::exchange(g_journalLog, {});
+  std::string taken = g_journalLog;
+  g_journalLog.clear();
+  return taken;
 }
 
 }  // namespace store

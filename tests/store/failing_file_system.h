@@ -9,7 +9,7 @@ namespace store {
 /// flushed to the disk then.
 class FailingFileSystem {
  public:
-  enum class Operation { read, write, fullDisk, sync, lock, truncate, open };
+  enum class Operation { read, write, fullDisk, sync, lock, truncate, open, remove };
 
   static void install();
   static void uninstall();

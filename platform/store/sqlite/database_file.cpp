@@ -95,18 +95,15 @@ std::unique_ptr<Backend> storeWithoutDatabase() {
 }
 
 Status createDatabase(const std::string& path) {
+  NewFileRemoval removal(path);
   if (Status status = createNewFile(path); !status) return status;
+  removal.begin();
   Connection connection;
-  Status status = openConnection(path, SQLITE_OPEN_READWRITE, &connection);
-  if (status) {
-    const int result = sqlite3_exec(connection.get(), kApplicationId, nullptr, nullptr, nullptr);
-    if (result == SQLITE_OK) return {};
-    status = statusOf(connection.get(), result);
-  }
-  connection.reset();
-  std::error_code error;
-  std::filesystem::remove(pathOf(path), error);
-  return status;
+  if (Status status = openConnection(path, SQLITE_OPEN_READWRITE, &connection); !status) return status;
+  const int result = sqlite3_exec(connection.get(), kApplicationId, nullptr, nullptr, nullptr);
+  if (result != SQLITE_OK) return statusOf(connection.get(), result);
+  removal.cancel();
+  return {};
 }
 
 Status dropDatabase(const std::string& path) {

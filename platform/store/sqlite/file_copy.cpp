@@ -35,24 +35,23 @@ int copyPages(sqlite3* source, sqlite3* target) {
 }  // namespace
 
 Status copyDatabase(SqliteConnection& source, const std::string& path) {
+  NewFileRemoval removal(path);
+  const std::filesystem::path journal = pathOf(path + "-journal");
   if (Status status = createNewFile(path); !status) return status;
+  removal.begin();
   source.endRead();
   sqlite3* opened = nullptr;
   int result =
       sqlite3_open_v2(path.c_str(), &opened, SQLITE_OPEN_READWRITE | SQLITE_OPEN_EXRESCODE, fileSystemName());
   Connection target(opened);
-  Status status;
-  if (result != SQLITE_OK) {
-    status = {ErrorCode::cannotOpen, statusOf(opened, result).message()};
-  } else {
-    result = copyPages(source.handle(), opened);
-    status = statusOf(nullptr, result);
-  }
+  if (result != SQLITE_OK) return {ErrorCode::cannotOpen, statusOf(opened, result).message()};
+  result = copyPages(source.handle(), opened);
+  if (result != SQLITE_OK) return statusOf(nullptr, result);
   target.reset();
-  std::error_code error;
-  std::filesystem::remove(pathOf(path + "-journal"), error);
-  if (!status) std::filesystem::remove(pathOf(path), error);
-  return status;
+  std::error_code ignored;
+  std::filesystem::remove(journal, ignored);
+  removal.cancel();
+  return {};
 }
 
 }  // namespace store

@@ -30,4 +30,8 @@ std::optional<FileIdentity> identityOf(sqlite3_file* file, const char* path);
 /// What became of the file with `identity` that was opened at `path`.
 FileState stateOf(const FileIdentity& identity, const char* path);
 
+/// Makes an empty file at `path` (UTF-8). False when it can't be made, or when anything stands there already,
+/// and then nothing was made.
+bool makeEmptyFile(const char* path);
+
 }  // namespace store

@@ -1,5 +1,7 @@
 #include <cerrno>
+#include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include "platform/store/sqlite/file_identity.h"
 
@@ -30,6 +32,14 @@ FileState stateOf(const FileIdentity& identity, const char* path) {
   const std::optional<FileIdentity> found = identityAt(path);
   if (found.has_value()) return *found == identity ? FileState::same : FileState::replaced;
   return errno == ENOENT || errno == ENOTDIR ? FileState::gone : FileState::unknown;
+}
+
+bool makeEmptyFile(const char* path) {
+  constexpr mode_t kPermissions = 0644;
+  const int file = open(path, O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, kPermissions);
+  if (file < 0) return false;
+  close(file);
+  return true;
 }
 
 }  // namespace store

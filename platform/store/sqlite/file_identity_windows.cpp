@@ -59,4 +59,14 @@ FileState stateOf(const FileIdentity& identity, const char* path) {
                                                                         : FileState::unknown;
 }
 
+bool makeEmptyFile(const char* path) {
+  const std::unique_ptr<wchar_t[]> systemPath = systemPathOf(path);
+  if (systemPath == nullptr) return false;
+  const HANDLE file =
+      CreateFileW(systemPath.get(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr);
+  if (file == INVALID_HANDLE_VALUE) return false;
+  CloseHandle(file);
+  return true;
+}
+
 }  // namespace store

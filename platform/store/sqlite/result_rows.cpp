@@ -1,6 +1,7 @@
 #include "platform/store/sqlite/result_rows.h"
 
 #include <atomic>
+#include <utility>
 
 #include "platform/store/sqlite/sqlite_row_scan.h"
 #include "platform/store/sqlite/temporary_bound.h"
@@ -19,21 +20,22 @@ ResultRows::~ResultRows() {
   ConnectionGuard::Use use(connection_.guard());
   fetch_.reset();
   if (!table_.empty()) {
-    sqlite3_exec(connection_.handle(), ("DROP TABLE " + table_).c_str(), nullptr, nullptr, nullptr);
+    sqlite3_exec(connection_.handle(), dropStatement_.c_str(), nullptr, nullptr, nullptr);
   }
 }
 
 Status ResultRows::makeTable() {
   static std::atomic<unsigned> made{0};
-  const std::string table = "temp.[quivane result " + std::to_string(++made) + "]";
+  std::string table = "temp.[quivane result " + std::to_string(++made) + "]";
   std::string definition;
   for (std::size_t index = 0; index < columns_.size(); ++index) {
     // Without a type, so that each value stays as it is.
     definition += (index == 0 ? "c" : ", c") + std::to_string(index);
   }
   const std::string sql = "CREATE TABLE " + table + " (" + definition + ")";
+  dropStatement_ = "DROP TABLE " + table;
   const int result = sqlite3_exec(connection_.handle(), sql.c_str(), nullptr, nullptr, nullptr);
-  if (result == SQLITE_OK) table_ = table;
+  if (result == SQLITE_OK) table_ = std::move(table);
   return statusOf(connection_.handle(), result);
 }
 

@@ -40,7 +40,8 @@ class ResultRows : public RowSource {
 
   SqliteConnection& connection_;
   std::vector<Column> columns_;
-  std::string table_;  // quoted, with its schema; empty until it is made
+  std::string table_;          // quoted, with its schema; empty until it is made
+  std::string dropStatement_;  // made beforehand, because at the end memory may be short
   std::int64_t count_ = 0;
   SqliteStatement fetch_;
 };
