@@ -4,6 +4,9 @@
 
 #include <memory>
 
+#include "app/recovery/fault_watch.h"
+#include "app/recovery/recovery_files.h"
+#include "app/recovery/typed_text.h"
 #include "app/start/command_line.h"
 #include "app/start/component_registration.h"
 #include "app/start/file_association.h"
@@ -136,6 +139,8 @@ int runProgram(HINSTANCE instance, const wchar_t* commandLine, int showCommand) 
     single.callFirst(normalisedPath(commandLine));
     return kExitNoWindow;
   }
+  const FaultWatch watch(recoveryFiles(portable.isOn()));
+  const TypedTextKeeper typed;
   if (!registerMainWindowClass()) return kExitCannotStart;
   guardEditControls();
   RecordListView::registerClass(instance);

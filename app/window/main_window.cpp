@@ -5,6 +5,8 @@
 #include <array>
 #include <string>
 
+#include "app/recovery/fault_watch.h"
+#include "app/recovery/recovery_offer.h"
 #include "app/start/command_line.h"
 #include "app/start/start_page.h"
 #include "app/window/command_table.h"
@@ -198,9 +200,15 @@ LRESULT staticColored(HWND, UINT, WPARAM, LPARAM lParam) {
   return reinterpret_cast<LRESULT>(theCommandBar->backgroundOf(reinterpret_cast<HWND>(lParam)));
 }
 
-LRESULT programStarted(HWND, UINT, WPARAM, LPARAM) {
+LRESULT programStarted(HWND window, UINT, WPARAM, LPARAM) {
   showFirstPage();
   openKeptDatabaseLater();
+  PostMessageW(window, kOfferRecoveredMessage, 0, 0);
+  return 0;
+}
+
+LRESULT recoveredOffered(HWND, UINT, WPARAM, LPARAM) {
+  offerRecovered(FaultWatch::typedFile());
   return 0;
 }
 
@@ -219,6 +227,7 @@ constexpr std::array kMessages = {
     // What a desktop needs besides.
     MessageRow{kCameToFrontMessage, cameToFront},
     MessageRow{kBusyOverMessage, busyOver},
+    MessageRow{kOfferRecoveredMessage, recoveredOffered},
     MessageRow{WM_SETFOCUS, focusGained},
     MessageRow{WM_SIZE, sizeChanged},
     MessageRow{WM_CLOSE, closeAsked},

@@ -20,5 +20,8 @@ inline constexpr UINT kStartedMessage = WM_USER + 206;
 /// (WM_USER + 207 is the colour swatch's, dialogs/options/options_page_procedures.h.)
 inline constexpr UINT kCameToFrontMessage = WM_USER + 209;
 
+/// Posted when start-up is over and the first page is shown: what an end by a fault has left is offered.
+inline constexpr UINT kOfferRecoveredMessage = WM_USER + 210;
+
 /// Posted when the database begins to take its time: what the user did is over when it arrives.
 inline constexpr UINT kBusyOverMessage = WM_USER + 208;

@@ -27,6 +27,8 @@ NOT_SHOWN = {
 # What Windows itself shows or names: the type of the file, and titles of the file dialogs.
 SYSTEM_TEXTS = {'Quivane Document', 'Quivane Pocket PC.exe', 'New Database', 'Open Database', 'Delete Database',
                 'Save Database As'}
+# What is written for those who make the program.
+NOT_FOR_USERS = {'app/recovery/fault_report.cpp'}
 # What resource scripts name and nobody sees: a button that is hidden when its dialog opens.
 HIDDEN_CONTROLS = {'Filter'}
 
@@ -49,7 +51,7 @@ def is_sentence(text):
 def sources(*folders):
     for folder in folders:
         for path in sorted((ROOT / folder).rglob('*')):
-            if path.suffix in ('.cpp', '.h'):
+            if path.suffix in ('.cpp', '.h') and path.relative_to(ROOT).as_posix() not in NOT_FOR_USERS:
                 yield path, source_texts.cpp_texts(path.read_text(encoding='utf-8'))
 
 
