@@ -82,7 +82,7 @@ bool hasPreviousPage(const CommandFacts& facts) {
 }
 
 bool hasNextColumn(const CommandFacts& facts) {
-  return facts.firstSlidingColumn + 2 < facts.fieldCount;
+  return facts.firstSlidingColumn + facts.columnRoom - 1 < facts.fieldCount;
 }
 
 bool hasPreviousColumn(const CommandFacts& facts) {

@@ -20,6 +20,7 @@ CommandFacts Document::commandFacts() const {
           .formPage = pages_.form.pageIndex(),
           .formPageCount = pages_.form.pageCount(),
           .firstSlidingColumn = pages_.grid.firstSlidingColumn(),
+          .columnRoom = pages_.grid.columnRoom(),
           .tableChosen = pages_.tables->hasChoice(),
           .queryChosen = pages_.queries->hasChoice()};
 }

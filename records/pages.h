@@ -102,8 +102,9 @@ class FormPage {
   /// Shows the page of this field, whose editor takes the focus; of a text editor all text is selected.
   virtual void focusField(std::uint32_t field) = 0;
 
-  /// Lays the pages out for the input panel as it stands now. Without `force` nothing happens when the
-  /// panel is where it was.
+  /// Lays the pages out for the window's size and the input panel as they are now. Without `force` nothing
+  /// happens when both are as they were. With another size the page is shown that has the field with the
+  /// keyboard.
   virtual void layOut(bool force) = 0;
   /// False, and nothing happens, where there is no such page.
   virtual bool showNextPage() = 0;
@@ -143,4 +144,6 @@ class RecordGrid {
   virtual void recordDeleted() = 0;
   /// The field that the second column shows.
   virtual std::uint32_t firstSlidingColumn() const = 0;
+  /// How many columns there is room for, the first one included; there may be fewer fields.
+  virtual std::uint32_t columnRoom() const = 0;
 };

@@ -17,11 +17,13 @@ raise SystemExit(0 if display else 1)' 2>/dev/null && return
     compgen -G '/usr/lib/*/wine/*/winewayland.so' >/dev/null
 }
 
-# Starts Xvfb on a free display and exports its name as DISPLAY. The folder $1 keeps what belongs to it.
+# Starts Xvfb on a free display and exports its name as DISPLAY. The folder $1 keeps what belongs to it; $2 is the
+# size of the screen when it is not the usual one.
 start_display() {
   local number=
+  rm -f "$1/display-number"
   mkfifo "$1/display-number"
-  Xvfb -displayfd 6 -screen 0 1024x768x24 -nolisten tcp -noreset \
+  Xvfb -displayfd 6 -screen 0 "${2:-1024x768}x24" -nolisten tcp -noreset \
     6>"$1/display-number" >"$1/display.log" 2>&1 8>&- &
   echo $! >"$1/display-server"
   read -r -t 60 number <"$1/display-number" || true

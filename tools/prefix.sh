@@ -236,6 +236,8 @@ make_fresh_prefix() {
   flock 8
   exec 7>&-
   cp -a "$template_prefix/." "$fresh_prefix/"
+  # The window has the handheld's size unless a test says otherwise.
+  printf '\n[Software\\\\MorvaleSoftware\\\\Pocket Shell]\n"Size"=dword:00000001\n' >>"$fresh_prefix/user.reg"
 }
 
 # Gives the fresh prefix $1 a virtual display.

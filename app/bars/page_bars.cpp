@@ -71,7 +71,7 @@ void PageBars::create(HINSTANCE instance, int page, HWND parent, HWND mainWindow
   if (!createBand(instance, bands[1], mainWindow, onForm, second_)) return;
   rebar::showBand(rebar(), 0);
   rebar::showBand(rebar(), 1);
-  fillRow(bandWidth(bands[0], onForm));
+  fillRow();
 }
 
 bool PageBars::createRebar(HINSTANCE instance, HWND parent, HWND mainWindow) {
@@ -131,13 +131,15 @@ bool PageBars::createToolbar(HINSTANCE instance, const BandLayout& layout, HWND 
 
 /// The system gives what is left of a row to its first band; on the handheld it is the last one's, whose
 /// buttons need it.
-void PageBars::fillRow(int firstWidth) const {
+void PageBars::fillRow() const {
+  if (!second_.window) return;
+  const int firstWidth = bandWidth(pageBands(page_)[0], page_ == 1);
   const RECT first = rebar::bandRectangle(rebar(), 0);
   const RECT last = rebar::bandRectangle(rebar(), 1);
   const RECT borders = rebar::bandBorders(rebar(), 0);
   const LONG needed = HandheldToMonitor(firstWidth) + borders.left + borders.right;
   const LONG left = last.right - needed - (last.left - first.right);
-  if (left > last.right - last.left) rebar::setBandWidth(rebar(), 1, left);
+  if (left != last.right - last.left) rebar::setBandWidth(rebar(), 1, left);
 }
 
 void PageBars::destroyBand(BandWindow& band) const {
@@ -160,6 +162,7 @@ void PageBars::place(HWND parent, bool lower, bool raise) {
   HandheldGetClientRect(parent, &client);
   const RebarPlace wanted = rebarPlace({client.right, client.bottom}, bandsAtTop(), lower, raise);
   HandheldMoveWindow(rebar(), 0, wanted.y, wanted.width, wanted.height, TRUE);
+  fillRow();
   // While the bands take their places they count as painted, though they were not.
   RedrawWindow(rebar(), nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
 }

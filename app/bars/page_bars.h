@@ -75,7 +75,7 @@ class PageBars {
   bool createBand(HINSTANCE instance, const BandLayout& layout, HWND mainWindow, bool onForm,
                   BandWindow& band);
   bool createToolbar(HINSTANCE instance, const BandLayout& layout, HWND mainWindow, BandWindow& band) const;
-  void fillRow(int firstWidth) const;
+  void fillRow() const;
   void destroyBand(BandWindow& band) const;
 
   int page_ = -1;  // whose bands these are

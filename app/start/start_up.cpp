@@ -16,6 +16,7 @@
 #include "app/window/main_window.h"
 #include "app/window/messages.h"
 #include "app/window/page_keys.h"
+#include "app/window/page_layout.h"
 #include "app/window/program_state.h"
 #include "app/window/screen.h"
 #include "app/window/tab_pages.h"
@@ -49,6 +50,7 @@ void createPageWindows() {
   formWrapperWindow = theFormWrapper.create(
       instanceHandle, tabControl, {client.right, client.bottom - screen::kBelowFormHeight}, tabOldProc);
   theCommandBar->setPageWindows(tabControl, formWrapperWindow);
+  notePageArea();
 }
 
 BarFacts barFacts() {

@@ -124,6 +124,7 @@ LRESULT focusGained(HWND window, UINT, WPARAM, LPARAM) {
 
 /// A minimised window can't give the keyboard on; a window manager may have given it that early.
 LRESULT sizeChanged(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+  if (wParam != SIZE_MINIMIZED) layOutForSize();
   if (wParam != SIZE_MINIMIZED && GetFocus() == window) focusGained(window, WM_SETFOCUS, 0, 0);
   return DefWindowProcW(window, message, wParam, lParam);
 }
@@ -265,6 +266,8 @@ void createMainWindow(int showCommand) {
                                     CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, nullptr,
                                     nullptr, instanceHandle, nullptr);
   if (!mainWindow) return;
-  ShowWindow(mainWindow, showCommand);
+  // The ordinary command would make one smaller that the user left maximised.
+  const bool isOrdinary = showCommand == SW_SHOWNORMAL || showCommand == SW_SHOWDEFAULT;
+  ShowWindow(mainWindow, isOrdinary && IsZoomed(mainWindow) ? SW_SHOW : showCommand);
   UpdateWindow(mainWindow);
 }

@@ -16,17 +16,35 @@ void layOutFormWindow() {
                      static_cast<int>(client.bottom) - screen::kBelowFormHeight - sipState.height, TRUE);
 }
 
+/// The page area that the pages were laid out for last.
+SIZE laidOutArea{};
+
 }  // namespace
+
+void notePageArea() {
+  laidOutArea = HandheldGetPageArea();
+}
 
 void layOutForInputPanel() {
   refreshSipState();
-  HandheldMoveWindow(tabControl, 0, 0, screen::kPageAreaWidth, screen::kPageAreaHeight - sipState.height,
-                     TRUE);
+  laidOutArea = HandheldGetPageArea();
+  HandheldMoveWindow(tabControl, 0, 0, static_cast<int>(laidOutArea.cx),
+                     static_cast<int>(laidOutArea.cy) - sipState.height, TRUE);
   layOutFormWindow();
   if (!theDocument) return;
   theDocument->layOutPages();
   theCommandBar->placePageBars();
   if (currentPage == kFormPageIndex) theDocument->layOutForm(false);
+}
+
+void layOutForSize() {
+  const SIZE area = HandheldGetPageArea();
+  if (!IsWindow(tabControl) || (area.cx == laidOutArea.cx && area.cy == laidOutArea.cy)) return;
+  HandheldBeginLayout();
+  layOutForInputPanel();
+  // There may be room for more columns, and none to move on to.
+  if (theDocument) theDocument->updateNavigationState();
+  HandheldEndLayout(mainWindow);
 }
 
 void applyOptions() {
@@ -46,6 +64,7 @@ void showColors() {
 }
 
 void layOutForZoom() {
+  layOutForSize();
   buildTabPages();
   selectTab(currentPage);
   if (!theDocument) return;

@@ -1,11 +1,7 @@
 #pragma once
 
-/// The handheld's figures, in its pixels. The screen is 240 wide; under the caption and above the menu
-/// bar it leaves an area of this size to the pages.
+/// The handheld's figures, in its pixels, beside those of the page area, which the shell supplies.
 namespace screen {
-
-inline constexpr int kPageAreaWidth = 240;
-inline constexpr int kPageAreaHeight = 269;
 
 /// What the main window has below the form: the row of tabs, and the menu bar over its last pixels.
 inline constexpr int kBelowFormHeight = 49;

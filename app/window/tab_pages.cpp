@@ -7,7 +7,6 @@
 
 #include "app/window/context_menus.h"
 #include "app/window/program_state.h"
-#include "app/window/screen.h"
 #include "base/app_settings.h"
 #include "base/control_handles.h"
 #include "platform/pocketshell/handheld_windows.h"
@@ -45,6 +44,26 @@ LRESULT tabTapped(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
   return result;
 }
 
+void keepClear(HDC dc, HWND window) {
+  if (!window || !IsWindowVisible(window)) return;
+  RECT place{};
+  GetWindowRect(window, &place);
+  MapWindowPoints(nullptr, tabControl, reinterpret_cast<POINT*>(&place), 2);
+  ExcludeClipRect(dc, static_cast<int>(place.left), static_cast<int>(place.top),
+                  static_cast<int>(place.right), static_cast<int>(place.bottom));
+}
+
+/// The tab control clips neither what lies in it nor what lies before it: while the window is sized, each
+/// step would show them erased.
+void keepPagesClear(HDC dc) {
+  for (HWND child = GetWindow(tabControl, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT)) {
+    keepClear(dc, child);
+  }
+  for (HWND before = GetWindow(tabControl, GW_HWNDPREV); before; before = GetWindow(before, GW_HWNDPREV)) {
+    keepClear(dc, before);
+  }
+}
+
 /// The grid's list is a child of the tab control: the grid sees what it reports before the tab control.
 LRESULT CALLBACK tabProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
   if (message == WM_NOTIFY && wParam == RecordListView::kListId) {
@@ -55,6 +74,9 @@ LRESULT CALLBACK tabProcedure(HWND window, UINT message, WPARAM wParam, LPARAM l
       theRecordListView.handleNotification(notification);
     }
   }
+  // Some systems' tab control loses its border, and the pages a pixel of their places, when it is sized.
+  if (message == WM_NCCALCSIZE) return DefWindowProcW(window, message, wParam, lParam);
+  if (message == WM_ERASEBKGND) keepPagesClear(reinterpret_cast<HDC>(wParam));
   if (message == WM_LBUTTONDOWN) return tabTapped(window, message, wParam, lParam);
   return CallWindowProcW(tabOldProc, window, message, wParam, lParam);
 }
@@ -71,8 +93,9 @@ void loadTabImages() {
 void createTabControl() {
   constexpr DWORD kStyle = WS_CHILD | WS_VISIBLE | WS_BORDER | WS_GROUP | TCS_BOTTOM;
   static_assert(kStyle == 0x50820002);
-  tabControl = HandheldCreateWindow(0, WC_TABCONTROLW, L"", kStyle, 0, 0, screen::kPageAreaWidth,
-                                    screen::kPageAreaHeight, mainWindow,
+  const SIZE area = HandheldGetPageArea();
+  tabControl = HandheldCreateWindow(0, WC_TABCONTROLW, L"", kStyle, 0, 0, static_cast<int>(area.cx),
+                                    static_cast<int>(area.cy), mainWindow,
                                     reinterpret_cast<HMENU>(kTabControlId), instanceHandle, nullptr);
   if (!tabControl) return;
   tabOldProc = reinterpret_cast<WNDPROC>(

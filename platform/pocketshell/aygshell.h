@@ -60,8 +60,9 @@ struct SHINITDLGINFO {
 
 /// To be called in WM_INITDIALOG. Gives the dialog a caption. One that is sized lies with its caption on
 /// the main window's, so that both have the same area inside: 240 x 294 for full screen, 240 x 268 above
-/// the menu bar, 240 x 188 above the panel. The OK stands at the lower right when the template has none,
-/// 50 x 20, and is the default button. The page of a property sheet only has the input panel put down.
+/// the menu bar, 240 x 188 above the panel, or as much more as the main window has. It follows that one's
+/// size and place; its WM_SIZE lays its controls out. The OK stands at the lower right when the template has
+/// none, 50 x 20, and is the default button. The page of a property sheet only has the input panel put down.
 /// False when the structure is not understood.
 AYGSHELL_API BOOL SHInitDialog(SHINITDLGINFO* info);
 

@@ -8,11 +8,15 @@
 #include "platform/pocketshell/window/shell_window.h"
 #include "platform/pocketshell/window/tap_and_hold.h"
 #include "platform/pocketshell/window/window_places.h"
+#include "platform/pocketshell/zoom/present_screen.h"
 #include "platform/pocketshell/zoom/present_zoom.h"
 
 using namespace pocketshell;
 
 namespace {
+
+/// Between HandheldBeginLayout and HandheldEndLayout.
+bool isLayingOut = false;
 
 bool isOfClass(HWND window, std::wstring_view wanted) {
   wchar_t name[64];
@@ -31,7 +35,7 @@ HWND createFrame(DWORD extendedStyle, const wchar_t* className, const wchar_t* t
                  HINSTANCE instance, void* parameter) {
   const DWORD visible = style & WS_VISIBLE;
   constexpr DWORD kResizing = WS_THICKFRAME | WS_MAXIMIZEBOX;
-  const DWORD hidden = (style & ~visible & ~kResizing) | kShellWindowStyle;
+  const DWORD hidden = (style & ~visible & ~kResizing) | shellWindowStyle();
   const SIZE frame = shellFrameSize();
   const int zoom = presentZoom();
   const HWND window =
@@ -40,10 +44,9 @@ HWND createFrame(DWORD extendedStyle, const wchar_t* className, const wchar_t* t
                       nullptr, menu, instance, parameter);
   if (!window) return nullptr;
   ShellWindow& shell = ShellWindow::attach(window);
-  shell.becomeFrame();
-  shell.fitToZoom();
+  const bool wasMaximised = shell.becomeFrame();
   equip(window);
-  if (visible) ShowWindow(window, SW_SHOW);
+  if (visible) ShowWindow(window, wasMaximised ? SW_SHOWMAXIMIZED : SW_SHOW);
   return window;
 }
 
@@ -116,6 +119,7 @@ BOOL HandheldMoveWindow(HWND window, int x, int y, int width, int height, BOOL r
 }
 
 BOOL HandheldSetWindowPos(HWND window, HWND after, int x, int y, int width, int height, UINT flags) {
+  if (isLayingOut) flags |= SWP_NOREDRAW;
   if (!IsWindow(window)) return SetWindowPos(window, after, x, y, width, height, flags);
   if (!isChild(window)) {
     RECT present{};
@@ -140,6 +144,16 @@ BOOL HandheldSetWindowPos(HWND window, HWND after, int x, int y, int width, int 
   return applyPlace(window, after, place, flags) ? TRUE : FALSE;
 }
 
+void HandheldBeginLayout() {
+  isLayingOut = true;
+}
+
+void HandheldEndLayout(HWND window) {
+  isLayingOut = false;
+  RedrawWindow(window, nullptr, nullptr,
+               RDW_INVALIDATE | RDW_ERASE | RDW_FRAME | RDW_ALLCHILDREN | RDW_UPDATENOW);
+}
+
 BOOL HandheldGetClientRect(HWND window, RECT* rectangle) {
   RECT client{};
   RECT outer{};
@@ -153,6 +167,11 @@ BOOL HandheldGetClientRect(HWND window, RECT* rectangle) {
     if (edges.bottom - edges.top == size.cy) {
       handheld.bottom = innerLength(told->height, size.cy, client.bottom);
     }
+  }
+  const ShellWindow* const shell = ShellWindow::of(window);
+  if (shell && shell->isFrame()) {
+    const SIZE inside = workAreaInside({client.right, client.bottom}, zoom);
+    handheld = {0, 0, inside.cx, inside.cy};
   }
   *rectangle = handheld;
   return TRUE;
@@ -174,10 +193,15 @@ BOOL HandheldGetWindowRect(HWND window, RECT* rectangle) {
 }
 
 int HandheldGetSystemMetrics(int index) {
-  if (index == SM_CXSCREEN) return kScreenWidth;
-  if (index == SM_CYSCREEN) return kScreenHeight;
+  if (index == SM_CXSCREEN) return static_cast<int>(presentScreen().cx);
+  if (index == SM_CYSCREEN) return static_cast<int>(presentScreen().cy);
   const int answer = GetSystemMetrics(index);
   return isLength(index) ? fromMonitor(answer, presentZoom()) : answer;
+}
+
+SIZE HandheldGetPageArea() {
+  const SIZE inside = presentWorkArea();
+  return {inside.cx, inside.cy - kBelowPagesHeight};
 }
 
 int HandheldToMonitor(int handheldPixels) {

@@ -7,7 +7,8 @@
 #include "platform/pocketshell/aygshell.h"
 
 /// The window calls of the handheld. A program thinks in the handheld's pixels: a screen of 240 x 320, of
-/// which the caption takes 26 at the top and the menu bar 26 at the bottom. These functions, and only
+/// which the caption takes 26 at the top and the menu bar 26 at the bottom. The user may make the program's
+/// window larger, never smaller; the screen is then as much larger. These functions, and only
 /// they, turn such pixels into the monitor's by the zoom, and give every control the interface font at
 /// that zoom. At zoom 100 the figures on the screen are the handheld's own.
 ///
@@ -16,9 +17,11 @@
 /// the figures it was last given and gets the new font; then its top-level window is sent
 /// HandheldZoomMessage, so that it can replace what it holds in images, columns and bands.
 
-/// A window without WS_CHILD and a parent whose size is CW_USEDEFAULT gets a fixed frame with caption,
-/// system menu and minimise box, whatever else `style` says, around the handheld's work area, 240 x 294,
-/// and the desktop menu (desktop_entries.h). A list view also reports taps that are held
+/// A window without WS_CHILD and a parent whose size is CW_USEDEFAULT gets a frame with caption, system menu,
+/// minimise and maximise box that the user can size, whatever else `style` says, and the desktop menu
+/// (desktop_entries.h). It stands where the user left it on these monitors; at first with a comfortable work
+/// area inside. Where the setting "Size" is 1 it has a fixed frame instead, without maximise box, around the
+/// handheld's work area, 240 x 294. A list view also reports taps that are held
 /// (GN_CONTEXTMENU). Other windows without WS_CHILD are placed on the monitor with the origin unscaled,
 /// here and by the two functions that follow.
 AYGSHELL_API HWND HandheldCreateWindow(DWORD extendedStyle, const wchar_t* className, const wchar_t* title,
@@ -27,12 +30,23 @@ AYGSHELL_API HWND HandheldCreateWindow(DWORD extendedStyle, const wchar_t* class
 AYGSHELL_API BOOL HandheldMoveWindow(HWND window, int x, int y, int width, int height, BOOL repaint);
 AYGSHELL_API BOOL HandheldSetWindowPos(HWND window, HWND after, int x, int y, int width, int height,
                                        UINT flags);
-/// A menu bar lies over the last 26 of the pixels of its window and takes none of them away.
+/// From the first of these two calls to the second the two functions above draw nothing; then `window` and
+/// all in it is drawn at once, each thing once and in its last place.
+AYGSHELL_API void HandheldBeginLayout();
+AYGSHELL_API void HandheldEndLayout(HWND window);
+/// A menu bar lies over the last 26 of the pixels of its window and takes none of them away. Of a frame whose
+/// inside is no whole number of handheld pixels the answer is the next larger, so that nothing stays
+/// uncovered.
 AYGSHELL_API BOOL HandheldGetClientRect(HWND window, RECT* rectangle);
 /// In its parent's client area, or for a top-level window on the monitor with the origin unscaled.
 AYGSHELL_API BOOL HandheldGetWindowRect(HWND window, RECT* rectangle);
-/// SM_CXSCREEN and SM_CYSCREEN are 240 and 320, and lengths the system's in handheld pixels.
+/// SM_CXSCREEN and SM_CYSCREEN are 240 and 320, or what the present size of the frame makes of them, and
+/// lengths the system's in handheld pixels.
 AYGSHELL_API int HandheldGetSystemMetrics(int index);
+/// What the screen leaves to pages: its width, and its height without the caption and the row of the menu
+/// bar. 240 x 269 at the handheld's size and while there is no frame. The frame's own WM_SIZE finds the new
+/// figures.
+AYGSHELL_API SIZE HandheldGetPageArea();
 
 /// For the messages of controls that carry lengths (columns, bands, images).
 AYGSHELL_API int HandheldToMonitor(int handheldPixels);

@@ -11,11 +11,15 @@ namespace {
 constexpr wchar_t kKey[] = L"Software\\MorvaleSoftware\\Pocket Shell";
 constexpr wchar_t kZoomValue[] = L"Zoom";
 constexpr wchar_t kPanelValue[] = L"InputPanel";
+constexpr wchar_t kSizeValue[] = L"Size";
+constexpr DWORD kHandheldSize = 1;
 
 /// Without functions for the registry.
 HandheldSettings keeper{};
 
-DWORD readNumber(const wchar_t* name) {
+}  // namespace
+
+DWORD readShellNumber(const wchar_t* name) {
   DWORD number = 0;
   if (keeper.read) return keeper.read(name, &number) ? number : 0;
   DWORD size = sizeof(number);
@@ -26,28 +30,33 @@ DWORD readNumber(const wchar_t* name) {
   return number;
 }
 
-}  // namespace
-
-int readZoomSetting() {
-  const DWORD percent = readNumber(kZoomValue);
-  return percent <= kLargestZoom && isZoom(static_cast<int>(percent)) ? static_cast<int>(percent) : 0;
-}
-
-bool writeZoomSetting(int percent) {
-  const auto number = static_cast<DWORD>(percent);
-  if (keeper.write) return keeper.write(kZoomValue, number) != FALSE;
+bool writeShellNumber(const wchar_t* name, DWORD number) {
+  if (keeper.write) return keeper.write(name, number) != FALSE;
   HKEY opened = nullptr;
   if (RegCreateKeyExW(HKEY_CURRENT_USER, kKey, 0, nullptr, 0, KEY_SET_VALUE, nullptr, &opened, nullptr) !=
       ERROR_SUCCESS) {
     return false;
   }
   const OwnedKey key(opened);
-  return RegSetValueExW(key.get(), kZoomValue, 0, REG_DWORD, reinterpret_cast<const BYTE*>(&number),
+  return RegSetValueExW(key.get(), name, 0, REG_DWORD, reinterpret_cast<const BYTE*>(&number),
                         sizeof(number)) == ERROR_SUCCESS;
 }
 
+int readZoomSetting() {
+  const DWORD percent = readShellNumber(kZoomValue);
+  return percent <= kLargestZoom && isZoom(static_cast<int>(percent)) ? static_cast<int>(percent) : 0;
+}
+
+bool writeZoomSetting(int percent) {
+  return writeShellNumber(kZoomValue, static_cast<DWORD>(percent));
+}
+
+bool readKeepsHandheldSize() {
+  return readShellNumber(kSizeValue) == kHandheldSize;
+}
+
 PanelPolicy readPanelPolicy() {
-  const auto policy = static_cast<PanelPolicy>(readNumber(kPanelValue));
+  const auto policy = static_cast<PanelPolicy>(readShellNumber(kPanelValue));
   return policy == PanelPolicy::asHandheld || policy == PanelPolicy::never ? policy : PanelPolicy::automatic;
 }
 

@@ -17,6 +17,14 @@ int readZoomSetting();
 /// False when it can't be written.
 bool writeZoomSetting(int percent);
 
+/// "Size": whether a frame always has the handheld's size, and can't be sized by the user.
+bool readKeepsHandheldSize();
+
+/// A number of the shell's own, 0 where there is none.
+DWORD readShellNumber(const wchar_t* name);
+/// False when it can't be written.
+bool writeShellNumber(const wchar_t* name, DWORD number);
+
 /// "InputPanel"; what is missing or not understood means automatic.
 PanelPolicy readPanelPolicy();
 

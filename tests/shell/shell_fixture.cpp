@@ -13,8 +13,9 @@ constexpr DWORD kPatience = 5000;
 
 }  // namespace
 
-ShellTest::ShellTest() {
+ShellTest::ShellTest(bool handheldSize) {
   forgetShellSettings();
+  setHandheldSize(handheldSize);
   HandheldSetZoom(100);
   WNDCLASSW description{};
   description.lpfnWndProc = procedure;
@@ -22,6 +23,11 @@ ShellTest::ShellTest() {
   description.hbrBackground = static_cast<HBRUSH>(GetStockObject(WHITE_BRUSH));
   description.lpszClassName = kClassName;
   RegisterClassW(&description);  // fails but for the first
+  makeTopAnew();
+}
+
+void ShellTest::makeTopAnew() {
+  if (IsWindow(top_)) DestroyWindow(top_);
   top_ =
       HandheldCreateWindow(0, kClassName, L"Shell", WS_VISIBLE, CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT,
                            CW_USEDEFAULT, nullptr, nullptr, GetModuleHandleW(nullptr), this);

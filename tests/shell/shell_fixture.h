@@ -18,13 +18,15 @@ struct Got {
 };
 
 /// A shell window at zoom 100 that notes what it gets, and the shell's settings as they are when nothing
-/// was set.
+/// was set, but for the window's size: that is the handheld's, unless the test is one of other sizes.
 class ShellTest : public testing::Test {
  protected:
-  ShellTest();
+  explicit ShellTest(bool handheldSize = true);
   ~ShellTest() override;
 
   HWND top() const { return top_; }
+  /// Ends the window and makes another, as the next start of a program does.
+  void makeTopAnew();
   const std::vector<Got>& got() const { return got_; }
   /// How often a message came.
   int countOf(UINT message, WPARAM wParam) const;

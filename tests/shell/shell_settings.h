@@ -19,8 +19,17 @@ inline void setPanelPolicy(DWORD policy) {
       ERROR_SUCCESS);
 }
 
+/// Whether the window always has the handheld's size, as in every test that does not say otherwise.
+inline void setHandheldSize(bool always) {
+  const DWORD size = always ? 1 : 0;
+  EXPECT_EQ(RegSetKeyValueW(HKEY_CURRENT_USER, kShellSettings, L"Size", REG_DWORD, &size, sizeof(size)),
+            ERROR_SUCCESS);
+}
+
+/// All but the size, which is the handheld's again.
 inline void forgetShellSettings() {
   RegDeleteTreeW(HKEY_CURRENT_USER, kShellSettings);
+  setHandheldSize(true);
 }
 
 inline bool isPanelUp() {

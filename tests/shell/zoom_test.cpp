@@ -205,7 +205,7 @@ TEST_F(ZoomTest, FailuresLeaveTheRectangleAlone) {
   EXPECT_EQ(rectangle, (RECT{1, 2, 3, 4}));
 }
 
-TEST_F(ZoomTest, AFrameIsNotResizable) {
+TEST_F(ZoomTest, AFrameOfTheHandheldsSizeCanNotBeSized) {
   const LONG_PTR style = GetWindowLongPtrW(top(), GWL_STYLE);
   constexpr LONG_PTR kWanted = WS_CAPTION | WS_SYSMENU | WS_MINIMIZEBOX | WS_VISIBLE;
   EXPECT_EQ(style & kWanted, kWanted);

@@ -221,6 +221,17 @@ TEST(AvailabilityTest, TheColumnButtonsFollowTheSlidingColumns) {
   EXPECT_EQ(buttons(5, 3), Commands{ID_COLUMN_PREVIOUS});
 }
 
+TEST(AvailabilityTest, WhereMoreColumnsHaveRoomTheNextOneEndsEarlier) {
+  const auto hasNext = [](std::uint32_t fields, std::uint32_t first, std::uint32_t room) {
+    return isAvailable(ID_COLUMN_NEXT, kToolbar,
+                       {.fieldCount = fields, .firstSlidingColumn = first, .columnRoom = room});
+  };
+  EXPECT_FALSE(hasNext(5, 1, 5));
+  EXPECT_TRUE(hasNext(6, 1, 5));
+  EXPECT_FALSE(hasNext(6, 2, 5));
+  EXPECT_FALSE(hasNext(2, 1, 17));
+}
+
 TEST(AvailabilityTest, TheButtonsOfNamesNeedAChoice) {
   const auto buttons = [](const CommandFacts& facts) {
     return available({ID_TABLE_DELETE, ID_QUERY_NEW, ID_QUERY_EDIT, ID_QUERY_DELETE}, kToolbar, facts);

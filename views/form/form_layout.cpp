@@ -9,9 +9,7 @@ constexpr int kMediumScreenWidth = 480;  // and below
 constexpr std::uint32_t kFieldsOnLargeScreen = 11;
 constexpr std::uint32_t kFieldsOnMediumScreen = 10;
 
-/// The page area without the input panel, and the height that a field is counted with. The rows
-/// themselves lie closer together.
-constexpr int kPageAreaHeight = 269;
+/// The height that a field is counted with. The rows themselves lie closer together.
 constexpr int kCountedFieldHeight = 28;
 
 constexpr int kRowHeight = 18;
@@ -34,7 +32,7 @@ ScreenSize screenSize(int width) {
 std::uint32_t fieldsPerPage(ScreenSize screen, int panelHeight) {
   if (screen == ScreenSize::large) return kFieldsOnLargeScreen;
   if (screen == ScreenSize::medium) return kFieldsOnMediumScreen;
-  return fieldsAbovePanel(panelHeight);
+  return fieldsAbovePanel(kHandheldPageArea.height, panelHeight);
 }
 
 int labelWidth(std::uint32_t longestName) {
@@ -58,8 +56,16 @@ FormMetrics formMetrics(int screenWidth, int panelHeight, std::uint32_t longestN
   return metrics;
 }
 
-std::uint32_t fieldsAbovePanel(int panelHeight) {
-  return static_cast<std::uint32_t>(std::max((kPageAreaHeight - panelHeight) / kCountedFieldHeight, 1));
+FormMetrics windowFormMetrics(PageArea area, int panelHeight, std::uint32_t longestName) {
+  FormMetrics metrics;
+  metrics.fieldsPerPage = fieldsAbovePanel(area.height, panelHeight);
+  metrics.labelWidth = labelWidth(longestName);
+  metrics.editorWidth = editorWidth(ScreenSize::small, area.width, metrics.labelWidth);
+  return metrics;
+}
+
+std::uint32_t fieldsAbovePanel(int pageAreaHeight, int panelHeight) {
+  return static_cast<std::uint32_t>(std::max((pageAreaHeight - panelHeight) / kCountedFieldHeight, 1));
 }
 
 std::uint32_t formPageCount(std::uint32_t fieldCount, std::uint32_t fieldsPerPage) {

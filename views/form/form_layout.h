@@ -24,13 +24,25 @@ struct FormMetrics {
   bool operator==(const FormMetrics&) const = default;
 };
 
-/// `panelHeight` is that of the input panel, 0 while it does not cover anything; `longestName` counts the
-/// characters of the longest field name.
+/// What the pages have of the screen.
+struct PageArea {
+  int width = 0;
+  int height = 0;
+  bool operator==(const PageArea&) const = default;
+};
+inline constexpr PageArea kHandheldPageArea = {240, 269};
+
+/// For a device with a screen of this width. `panelHeight` is that of the input panel, 0 while it does not
+/// cover anything; `longestName` counts the characters of the longest field name.
 FormMetrics formMetrics(int screenWidth, int panelHeight, std::uint32_t longestName);
 
-/// How many fields fit above the input panel on a small screen. A form that was built already is laid
-/// out by this figure on every screen. At least 1.
-std::uint32_t fieldsAbovePanel(int panelHeight);
+/// For a window with this page area: by the rules of the small screen at every width, so that the editors
+/// take what the labels leave and a higher page has more fields.
+FormMetrics windowFormMetrics(PageArea area, int panelHeight, std::uint32_t longestName);
+
+/// How many fields fit above the input panel by the rules of the small screen. A form that was built already
+/// is laid out by this figure on every screen. At least 1.
+std::uint32_t fieldsAbovePanel(int pageAreaHeight, int panelHeight);
 
 /// No field, no page. `fieldsPerPage` is not 0.
 std::uint32_t formPageCount(std::uint32_t fieldCount, std::uint32_t fieldsPerPage);

@@ -21,11 +21,19 @@ int sipTopWithoutPanel() {
   return HandheldGetSystemMetrics(SM_CYSCREEN) - kClosedBarHeight;
 }
 
-void moveTo(FieldLabel* label, FieldEditor& editor, const ControlPlace& labelAt,
-            const ControlPlace& editorAt) {
-  constexpr UINT kFlags = SWP_NOSIZE | SWP_NOZORDER;
-  if (label) label->position({labelAt.x, labelAt.y, 0, 0}, kFlags);
-  editor.position({editorAt.x, editorAt.y, 0, 0}, kFlags);
+PageArea presentPageArea() {
+  const SIZE area = HandheldGetPageArea();
+  return {static_cast<int>(area.cx), static_cast<int>(area.cy)};
+}
+
+template <typename Control>
+void moveTo(Control& control, const ControlPlace& place) {
+  control.position({place.x, place.y, 0, 0}, SWP_NOSIZE | SWP_NOZORDER);
+}
+
+ControlPlace editorPlace(FieldEditorKind kind, int y, const FormMetrics& metrics) {
+  if (kind == FieldEditorKind::checkBox) return checkBoxPlace(y);
+  return kind == FieldEditorKind::date ? dateEditorPlace(y, metrics) : textEditorPlace(y, metrics);
 }
 
 std::unique_ptr<FieldEditor> createCheckBox(const std::wstring& caption, const ControlCreation& creation) {
@@ -88,8 +96,8 @@ void FormView::build() {
 
   refreshSipState();
   layoutSipTop_ = sipState.top == kNoSipTop ? sipTopWithoutPanel() : sipState.top;
-  metrics_ =
-      formMetrics(HandheldGetSystemMetrics(SM_CXSCREEN), sipState.height, document_->longestFieldName());
+  layoutArea_ = presentPageArea();
+  metrics_ = windowFormMetrics(layoutArea_, sipState.height, document_->longestFieldName());
   NextIds ids;
   rows_.reserve(document_->fieldCount());
   for (std::uint32_t field = 0; field < document_->fieldCount(); ++field) {
@@ -112,24 +120,24 @@ FormView::Row FormView::createRow(std::uint32_t field, NextIds& ids) const {
   const String& name = document_->fieldName(field);
   const std::wstring caption = std::wstring(name.text()) + L":";
 
-  const FieldEditorKind kind = fieldKind(document_->fieldType(field)).editor;
   Row row;
-  if (kind == FieldEditorKind::checkBox) {
+  row.kind = fieldKind(document_->fieldType(field)).editor;
+  const ControlPlace place = editorPlace(row.kind, y, metrics_);
+  if (row.kind == FieldEditorKind::checkBox) {
     constexpr DWORD kStyle = WS_CHILD | WS_TABSTOP | BS_AUTOCHECKBOX | BS_LEFTTEXT;
-    row.editor = createCheckBox(caption, {kStyle, checkBoxPlace(y), parent, ids.checkBox++});
+    row.editor = createCheckBox(caption, {kStyle, place, parent, ids.checkBox++});
     return row;
   }
   row.label = std::make_unique<FieldLabel>();
   row.label->create(caption.c_str(), {WS_CHILD, labelPlace(y, metrics_), parent, kLabelId});
-  if (kind == FieldEditorKind::date) {
+  if (row.kind == FieldEditorKind::date) {
     // A text is told of taps with SS_NOTIFY only. A date with a time of day is too long for the editor.
     constexpr DWORD kStyle =
         WS_CHILD | WS_TABSTOP | WS_BORDER | SS_NOTIFY | SS_CENTER | SS_CENTERIMAGE | SS_ENDELLIPSIS;
-    row.editor = createDateEditor(name, {kStyle, dateEditorPlace(y, metrics_), parent, ids.dateEditor++});
+    row.editor = createDateEditor(name, {kStyle, place, parent, ids.dateEditor++});
   } else {
     constexpr DWORD kStyle = WS_CHILD | WS_VISIBLE | WS_BORDER | WS_TABSTOP | ES_AUTOHSCROLL;
-    row.editor =
-        createTextEditor(*document_, field, {kStyle, textEditorPlace(y, metrics_), parent, ids.textEditor++});
+    row.editor = createTextEditor(*document_, field, {kStyle, place, parent, ids.textEditor++});
   }
   return row;
 }
@@ -217,24 +225,53 @@ void FormView::layOut(bool force) {
   if (!document_ || !document_->isRecordsetOpen()) return;
   refreshSipState();
   if (sipState.top == kNoSipTop) sipState.top = sipTopWithoutPanel();
-  if (sipState.top == layoutSipTop_ && !force) return;
+  const PageArea area = presentPageArea();
+  const bool resized = area != layoutArea_;
+  if (sipState.top == layoutSipTop_ && !resized && !force) return;
   layoutSipTop_ = sipState.top;
+  // What another size asks for is done when the page is entered.
   if (document_->viewMode() != ViewMode::form) return;
 
-  const std::uint32_t firstShown = pageRange().first;
-  metrics_.fieldsPerPage = fieldsAbovePanel(sipState.height);
+  const std::uint32_t keptField = resized ? fieldToKeep() : pageRange().first;
+  layoutArea_ = area;
+  metrics_.fieldsPerPage = fieldsAbovePanel(area.height, sipState.height);
   pageCount_ = formPageCount(rowCount(), metrics_.fieldsPerPage);
-  moveRows();
-  pageIndex_ = firstShown / metrics_.fieldsPerPage;
-  // A control that was visible and belongs to another page now stays so until that page is left.
+  metrics_.editorWidth = windowFormMetrics(area, sipState.height, document_->longestFieldName()).editorWidth;
+  moveRows(resized);
+  pageIndex_ = keptField / metrics_.fieldsPerPage;
+  // Where only the panel has moved, a control that was visible and belongs to another page now stays so until
+  // that page is left.
+  if (resized) hideOtherPages();
   showPage(recordCount != 0 || document_->isNewRecordPending());
 }
 
-void FormView::moveRows() {
+/// The page that is shown goes on with the field that has the keyboard, or else with its first one.
+std::uint32_t FormView::fieldToKeep() const {
+  const FieldRange shown = pageRange();
+  const HWND focus = GetFocus();
+  for (std::uint32_t field = shown.first; field < shown.end; ++field) {
+    if (rows_[field].editor->window() == focus) return field;
+  }
+  return shown.first;
+}
+
+void FormView::hideOtherPages() {
+  const FieldRange shown = pageRange();
+  showFields({0, shown.first}, false);
+  showFields({shown.end, rowCount()}, false);
+}
+
+/// `sized` when the editors get another width, too.
+void FormView::moveRows(bool sized) {
   for (std::uint32_t field = 0; field < rowCount(); ++field) {
+    const Row& row = rows_[field];
     const int y = rowTop(field);
-    const bool isCheckBox = !rows_[field].label;
-    moveTo(rows_[field].label.get(), *rows_[field].editor, labelPlace(y, metrics_),
-           isCheckBox ? checkBoxPlace(y) : textEditorPlace(y, metrics_));
+    const ControlPlace place = editorPlace(row.kind, y, metrics_);
+    if (row.label) moveTo(*row.label, labelPlace(y, metrics_));
+    if (sized) {
+      row.editor->position(place, SWP_NOZORDER);
+    } else {
+      moveTo(*row.editor, place);
+    }
   }
 }

@@ -4,6 +4,7 @@
 #include <memory>
 #include <vector>
 
+#include "data/field_kinds.h"
 #include "records/pages.h"
 #include "views/form/field_editor.h"
 #include "views/form/field_label.h"
@@ -43,6 +44,7 @@ class FormView final : public FormPage {
 
  private:
   struct Row {
+    FieldEditorKind kind{};
     std::unique_ptr<FieldLabel> label;  ///< none for a boolean, whose check box carries the name
     std::unique_ptr<FieldEditor> editor;
   };
@@ -54,7 +56,9 @@ class FormView final : public FormPage {
   Row createRow(std::uint32_t field, NextIds& ids) const;
   void showPage(bool visible);
   void showFields(FieldRange range, bool visible);
-  void moveRows();
+  std::uint32_t fieldToKeep() const;
+  void hideOtherPages();
+  void moveRows(bool sized);
   void turnPage(std::uint32_t page);
 
   const FormWrapper& wrapper_;
@@ -62,6 +66,7 @@ class FormView final : public FormPage {
   std::vector<Row> rows_;  // by field
   FormMetrics metrics_;
   int layoutSipTop_ = 0;  // where the input panel was when the pages were laid out
+  PageArea layoutArea_;   // and how large the page area
   std::uint32_t pageIndex_ = 0;
   std::uint32_t pageCount_ = 0;
 };

@@ -15,11 +15,6 @@ namespace {
 /// How long no row is read after one that could not be, in milliseconds.
 constexpr ULONGLONG kPauseAfterFailure = 1000;
 
-/// Even if what it lies in is hidden.
-bool isShown(HWND list) {
-  return (static_cast<DWORD>(GetWindowLongW(list, GWL_STYLE)) & WS_VISIBLE) != 0;
-}
-
 /// Copies as much as fits with a terminator. `capacity` counts characters.
 void copyCut(const wchar_t* text, wchar_t* buffer, int capacity) {
   if (!buffer || capacity < 1) return;
@@ -99,7 +94,7 @@ void RecordListView::noteFailure(const Outcome& reading) {
   if (reading.cause() != Outcome::Cause::recordGone) {
     noReadingBefore_ = GetTickCount64() + kPauseAfterFailure;
   }
-  if (!failure_ || !isShown(list_)) return;
+  if (!failure_ || !listview::isShown(list_)) return;
   failure_ = reading;
   PostMessageW(list_, kFailureNoted, 0, 0);
 }
@@ -125,7 +120,7 @@ LRESULT RecordListView::drawnWhileBusy(HWND window, UINT, WPARAM, LPARAM) {
 }
 
 void RecordListView::tellFailure() {
-  if (!document_ || !isShown(list_)) return;
+  if (!document_ || !listview::isShown(list_)) return;
   document_->rowsUnreadable(Outcome(failure_));
   // What stood in the way may be over by now.
   noReadingBefore_ = 0;

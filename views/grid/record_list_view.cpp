@@ -55,6 +55,12 @@ int rowBehindKey(HWND list, WPARAM key, int row) {
   }
 }
 
+/// As many as fit beside a scroll bar; never fewer than the handheld's.
+int roomForColumns() {
+  const int width = static_cast<int>(HandheldGetPageArea().cx) - HandheldGetSystemMetrics(SM_CXVSCROLL);
+  return std::max(RecordListView::kLeastColumnRoom, width / RecordListView::kColumnWidth);
+}
+
 /// Some lists go through their rows when these are deleted, though they hold nothing of them.
 void deleteAllRows(HWND list) {
   listview::setItemCount(list, 0);
@@ -130,6 +136,28 @@ RECT RecordListView::listRectangle() const {
 void RecordListView::layOut() {
   const RECT place = listRectangle();
   HandheldMoveWindow(list_, place.left, place.top, place.right - place.left, place.bottom - place.top, TRUE);
+  fitColumnCount();
+}
+
+/// How many columns there are and which field the second one shows. No room is left empty as long as there
+/// are fields before those that are shown.
+void RecordListView::reckonColumns() {
+  columnRoom_ = roomForColumns();
+  columnCount_ = std::min(fieldCount_, columnRoom_);
+  firstSlidingColumn_ = std::clamp(firstSlidingColumn_, 1, std::max(1, fieldCount_ - (columnCount_ - 1)));
+}
+
+/// The rows, the chosen one and what is in view stay as they are. What is hidden is filled before it is
+/// shown.
+void RecordListView::fitColumnCount() {
+  const int formerCount = columnCount_;
+  const int formerFirst = firstSlidingColumn_;
+  if (formerCount == 0 || !listview::isShown(list_)) return;
+  reckonColumns();
+  if (columnCount_ == formerCount) return;
+  const int kept = formerFirst == firstSlidingColumn_ ? std::min(columnCount_, formerCount) : 1;
+  for (int column = formerCount - 1; column >= kept; --column) listview::deleteColumn(list_, column);
+  insertColumns(kept);
 }
 
 LRESULT RecordListView::doubleTapped(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
@@ -210,8 +238,8 @@ void RecordListView::fill() {
   deleteAllRows(list_);
   deleteColumns();
   fieldCount_ = static_cast<int>(document_->fieldCount());
-  columnCount_ = std::min(fieldCount_, kMaxColumnCount);
-  insertColumns();
+  reckonColumns();
+  insertColumns(0);
   cachedRow_ = kNoRow;
   failure_ = {};
   noReadingBefore_ = 0;
@@ -228,12 +256,11 @@ void RecordListView::clear() {
   if (list_) DestroyWindow(listview::header(list_));
 }
 
-void RecordListView::insertColumns() {
+void RecordListView::insertColumns(int from) {
   const UniqueWindowDc dc(list_);
   const HGDIOBJ former = SelectObject(dc.dc(), smallFont_.get());
-  for (int column = 0; column < columnCount_; ++column) {
+  for (int column = from; column < columnCount_; ++column) {
     const int field = column == 0 ? 0 : firstSlidingColumn_ + column - 1;
-    if (field >= fieldCount_) break;
     listview::insertColumn(list_, column, document_->fieldName(static_cast<std::uint32_t>(field)).text(),
                            HandheldToMonitor(kColumnWidth));
   }
@@ -247,7 +274,7 @@ void RecordListView::deleteColumns() {
 void RecordListView::rebuildColumns() {
   deleteAllRows(list_);
   deleteColumns();
-  insertColumns();
+  insertColumns(0);
   cachedRow_ = kNoRow;
   listview::setItemCount(list_, rowCount());
   selectCurrent();
@@ -266,7 +293,7 @@ void RecordListView::showPreviousColumn() {
 }
 
 void RecordListView::showNextColumn() {
-  if (firstSlidingColumn_ >= fieldCount_ - 2) return;
+  if (firstSlidingColumn_ >= fieldCount_ - (columnRoom_ - 1)) return;
   ++firstSlidingColumn_;
   rebuildColumns();
 }

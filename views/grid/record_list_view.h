@@ -15,9 +15,9 @@
 class Document;
 
 /// The List page: a grid with a row for each record and up to three columns, the first field and two
-/// further fields that the user moves over the others. The grid holds no data: it asks for each text
-/// when it draws, and the list's own cursor over the records is moved to the row that is drawn. What can't be
-/// read is drawn as kNotReadable, and told once for each filling.
+/// further fields that the user moves over the others; more where the window is wide enough. The grid holds
+/// no data: it asks for each text when it draws, and the list's own cursor over the records is moved to the
+/// row that is drawn. What can't be read is drawn as kNotReadable, and told once for each filling.
 ///
 /// The list control is a child of the tab control, so its notifications come through the tab control's
 /// procedure to handleNotification. The window of class "Record List View", also a child of the tab
@@ -25,7 +25,7 @@ class Document;
 class RecordListView final : public RecordGrid {
  public:
   static constexpr int kListId = 2010;
-  static constexpr int kMaxColumnCount = 3;
+  static constexpr int kLeastColumnRoom = 3;
   static constexpr int kColumnWidth = 75;
   static constexpr wchar_t kNotReadable[] = L"<not readable>";
 
@@ -67,6 +67,7 @@ class RecordListView final : public RecordGrid {
   std::uint32_t firstSlidingColumn() const override {
     return static_cast<std::uint32_t>(firstSlidingColumn_);
   }
+  std::uint32_t columnRoom() const override { return static_cast<std::uint32_t>(columnRoom_); }
   /// Makes fonts and columns at the present zoom.
   void zoomChanged();
 
@@ -75,7 +76,9 @@ class RecordListView final : public RecordGrid {
   RECT listRectangle() const;
   void createFonts();
   void applyColors();
-  void insertColumns();
+  void reckonColumns();
+  void fitColumnCount();
+  void insertColumns(int from);
   void deleteColumns();
   void rebuildColumns();
   void resetItems();
@@ -115,6 +118,7 @@ class RecordListView final : public RecordGrid {
   UniqueFont largeFont_;  // 10 point
   int fieldCount_ = 0;
   int columnCount_ = 0;
+  int columnRoom_ = kLeastColumnRoom;
   bool isDrawnWhileBusy_ = false;    // texts were left out, to be drawn once more
   int firstSlidingColumn_ = 1;       // the field in column 1
   std::int64_t cachedRow_ = kNoRow;  // the row that the list's cursor was last moved to for drawing

@@ -81,8 +81,12 @@ void NameListView::hide() {
 
 void NameListView::layOut() {
   const RECT place = listRectangle(mainWindow_);
+  RECT former{};
+  HandheldGetWindowRect(window_, &former);
   HandheldMoveWindow(window_, place.left, place.top, place.right - place.left, place.bottom - place.top,
                      TRUE);
+  // The icons stay in the rows that they had otherwise.
+  if (former.right - former.left != place.right - place.left) listview::arrange(window_);
 }
 
 void NameListView::refreshColors() {

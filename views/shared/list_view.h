@@ -142,6 +142,11 @@ inline void fitColumn(HWND list, int column) {
   SendMessageW(list, LVM_SETCOLUMNWIDTH, static_cast<WPARAM>(column), MAKELPARAM(LVSCW_AUTOSIZE, 0));
 }
 
+/// Even if what it lies in is hidden.
+inline bool isShown(HWND list) {
+  return (static_cast<DWORD>(GetWindowLongW(list, GWL_STYLE)) & WS_VISIBLE) != 0;
+}
+
 inline HWND header(HWND list) {
   return reinterpret_cast<HWND>(SendMessageW(list, LVM_GETHEADER, 0, 0));
 }

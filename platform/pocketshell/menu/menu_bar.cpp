@@ -126,7 +126,7 @@ void MenuBar::layOut() {
   GetClientRect(parent_, &client);
   const int zoom = presentZoom();
   const int bottom = static_cast<int>(client.bottom);
-  const int top = toMonitor(fromMonitor(bottom, zoom) - kMenuBarHeight, zoom);
+  const int top = toMonitor(coveringFigure(bottom, zoom) - kMenuBarHeight, zoom);
   SetWindowPos(window(), HWND_TOP, 0, top, static_cast<int>(client.right), bottom - top, SWP_NOACTIVATE);
   MenuButton::layOut(window(), PanelButton::layOut(window()));
 }

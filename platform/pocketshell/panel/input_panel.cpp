@@ -13,6 +13,7 @@
 #include "platform/pocketshell/panel/panel_window.h"
 #include "platform/pocketshell/shell_settings.h"
 #include "platform/pocketshell/window/shell_window.h"
+#include "platform/pocketshell/zoom/present_screen.h"
 #include "platform/pocketshell/zoom/present_zoom.h"
 #include "platform/pocketshell/zoom/zoom_figures.h"
 
@@ -140,8 +141,9 @@ void InputPanel::lower() {
 }
 
 RECT InputPanel::placeOnScreen() {
-  constexpr LONG kBottom = kScreenHeight - kMenuBarHeight;
-  return {0, kBottom - kPanelHeight, kPanelWidth, kBottom};
+  const SIZE screen = presentScreen();
+  const LONG bottom = screen.cy - kMenuBarHeight;
+  return {0, bottom - kPanelHeight, screen.cx, bottom};
 }
 
 void InputPanel::standOn(HWND topLevel) {

@@ -1,5 +1,6 @@
 #include "platform/pocketshell/aygshell.h"
 #include "platform/pocketshell/panel/input_panel.h"
+#include "platform/pocketshell/zoom/present_screen.h"
 #include "platform/pocketshell/zoom/zoom_figures.h"
 
 using namespace pocketshell;
@@ -11,8 +12,9 @@ SIPINFO presentState() {
   state.cbSize = sizeof(state);
   state.fdwFlags = SIPF_DOCKED | (InputPanel::isUp() ? SIPF_ON : SIPF_OFF);
   state.rcSipRect = InputPanel::placeOnScreen();
-  state.rcVisibleDesktop = {0, kCaptionHeight, kScreenWidth,
-                            InputPanel::isUp() ? state.rcSipRect.top : LONG{kScreenHeight}};
+  const SIZE screen = presentScreen();
+  state.rcVisibleDesktop = {0, kCaptionHeight, screen.cx,
+                            InputPanel::isUp() ? state.rcSipRect.top : screen.cy};
   return state;
 }
 

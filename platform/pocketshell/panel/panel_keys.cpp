@@ -75,6 +75,11 @@ const std::vector<PanelKey>& panelKeys() {
   return keys;
 }
 
+RECT keyPlace(const PanelKey& key, int panelWidth) {
+  return {key.place.left * panelWidth / kPanelWidth, key.place.top,
+          key.place.right * panelWidth / kPanelWidth, key.place.bottom};
+}
+
 wchar_t characterOf(const PanelKey& key, PanelShift state) {
   const bool locked = state.lock && isLetter(key.plain);
   return state.shift != locked ? key.shifted : key.plain;

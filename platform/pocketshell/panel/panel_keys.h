@@ -6,7 +6,7 @@
 
 namespace pocketshell {
 
-/// The input panel's size in handheld pixels.
+/// The input panel's size in handheld pixels, as long as the screen is not wider; its keys grow with it.
 inline constexpr int kPanelWidth = 240;
 inline constexpr int kPanelHeight = 80;
 
@@ -28,6 +28,9 @@ struct PanelKey {
 
 /// All keys; together they cover the panel without gaps.
 const std::vector<PanelKey>& panelKeys();
+
+/// Where a key is in a panel as wide as this.
+RECT keyPlace(const PanelKey& key, int panelWidth);
 
 /// What shift and lock make of the keys.
 struct PanelShift {

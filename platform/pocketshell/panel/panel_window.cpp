@@ -10,6 +10,7 @@
 #include "platform/pocketshell/owners.h"
 #include "platform/pocketshell/panel/input_panel.h"
 #include "platform/pocketshell/panel/panel_keys.h"
+#include "platform/pocketshell/zoom/present_screen.h"
 #include "platform/pocketshell/zoom/present_zoom.h"
 #include "platform/pocketshell/zoom/zoom_figures.h"
 
@@ -25,12 +26,15 @@ OwnedHook focusHook;
 PanelShift shift;
 std::optional<std::size_t> pressedKey;
 
+RECT placeOnMonitor(const PanelKey& key) {
+  return toMonitor(keyPlace(key, static_cast<int>(presentScreen().cx)), presentZoom());
+}
+
 std::optional<std::size_t> keyAt(LPARAM lParam) {
-  const int zoom = presentZoom();
   const std::vector<PanelKey>& keys = panelKeys();
   // By the edges on the monitor, as they are drawn.
   for (std::size_t i = 0; i < keys.size(); ++i) {
-    const RECT place = toMonitor(keys[i].place, zoom);
+    const RECT place = placeOnMonitor(keys[i]);
     if (PtInRect(&place, {GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)})) return i;
   }
   return std::nullopt;
@@ -69,7 +73,7 @@ void drawArrow(HDC dc, const RECT& key, WORD stroke) {
 }
 
 void drawKey(HDC dc, const PanelKey& key, bool sunken) {
-  RECT place = toMonitor(key.place, presentZoom());
+  RECT place = placeOnMonitor(key);
   DrawFrameControl(dc, &place, DFC_BUTTON, DFCS_BUTTONPUSH | (sunken ? DFCS_PUSHED : 0U));
   const std::array<wchar_t, 2> character = {characterOf(key, shift), 0};
   const wchar_t* const label = key.kind == PanelKey::Kind::character ? character.data() : key.label;

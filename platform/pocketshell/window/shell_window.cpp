@@ -11,6 +11,10 @@
 #include "platform/pocketshell/menu/menu_walk.h"
 #include "platform/pocketshell/panel/input_panel.h"
 #include "platform/pocketshell/shell_settings.h"
+#include "platform/pocketshell/window/covering_dialogs.h"
+#include "platform/pocketshell/window/frame_place.h"
+#include "platform/pocketshell/window/kept_places.h"
+#include "platform/pocketshell/zoom/present_screen.h"
 #include "platform/pocketshell/zoom/present_zoom.h"
 #include "platform/pocketshell/zoom/zoom_change.h"
 #include "platform/pocketshell/zoom/zoom_figures.h"
@@ -26,16 +30,33 @@ SIZE sizeOf(const RECT& rectangle) {
   return {rectangle.right - rectangle.left, rectangle.bottom - rectangle.top};
 }
 
-/// `low` within [first, last - length], and at `first` when it does not fit.
-LONG keptWithin(LONG low, LONG length, LONG first, LONG last) {
-  return std::max(first, std::min(low, last - length));
+SIZE sum(SIZE one, SIZE other) {
+  return {one.cx + other.cx, one.cy + other.cy};
+}
+
+SIZE onMonitor(SIZE inside) {
+  const int zoom = presentZoom();
+  return {toMonitor(static_cast<int>(inside.cx), zoom), toMonitor(static_cast<int>(inside.cy), zoom)};
+}
+
+/// What the monitor has free that a rectangle lies on or is next to. An empty one when it can't be had.
+RECT freeAreaAt(const RECT& place) {
+  MONITORINFO monitor{};
+  monitor.cbSize = sizeof(monitor);
+  GetMonitorInfoW(MonitorFromRect(&place, MONITOR_DEFAULTTONEAREST), &monitor);
+  return monitor.rcWork;
 }
 
 }  // namespace
 
+DWORD shellWindowStyle() {
+  constexpr DWORD kFixed = WS_OVERLAPPED | WS_CAPTION | WS_SYSMENU | WS_MINIMIZEBOX | WS_CLIPCHILDREN;
+  return readKeepsHandheldSize() ? kFixed : kFixed | WS_THICKFRAME | WS_MAXIMIZEBOX;
+}
+
 SIZE shellFrameSize() {
   RECT frame{};
-  AdjustWindowRectEx(&frame, kShellWindowStyle, FALSE, 0);
+  AdjustWindowRectEx(&frame, shellWindowStyle(), FALSE, 0);
   return sizeOf(frame);
 }
 
@@ -58,39 +79,97 @@ MenuBar* ShellWindow::menuBar() const {
   return bar && bar->parent() == window() ? bar : nullptr;
 }
 
-void ShellWindow::becomeFrame() {
+bool ShellWindow::becomeFrame() {
   isFrame_ = true;
+  canBeSized_ = (GetWindowLongPtrW(window(), GWL_STYLE) & WS_THICKFRAME) != 0;
   desktopMenu_ = std::make_unique<DesktopMenu>(window());
   // It may have been made before, when the window was.
   if (MenuBar* const bar = menuBar()) bar->addMenuButton();
+  bool wasMaximised = false;
+  if (canBeSized_) {
+    wasMaximised = standWhereLeft();
+  } else {
+    fitToZoom();
+  }
+  noteInside();
+  return wasMaximised;
 }
 
-void ShellWindow::fitToZoom() {
+SIZE ShellWindow::border() const {
   RECT outer{};
   RECT client{};
   GetWindowRect(window(), &outer);
   GetClientRect(window(), &client);
   const SIZE present = sizeOf(outer);
   // Minimised, there is no client area to measure the frame by.
-  const SIZE frame =
-      client.right > 0 ? SIZE{present.cx - client.right, present.cy - client.bottom} : shellFrameSize();
-  const int zoom = presentZoom();
-  const SIZE wanted = {toMonitor(kScreenWidth, zoom) + frame.cx, toMonitor(kWorkAreaHeight, zoom) + frame.cy};
-  MONITORINFO monitor{};
-  monitor.cbSize = sizeof(monitor);
-  POINT origin = {outer.left, outer.top};
-  if (GetMonitorInfoW(MonitorFromWindow(window(), MONITOR_DEFAULTTONEAREST), &monitor)) {
-    origin.x = keptWithin(outer.left, wanted.cx, monitor.rcWork.left, monitor.rcWork.right);
-    origin.y = keptWithin(outer.top, wanted.cy, monitor.rcWork.top, monitor.rcWork.bottom);
+  return client.right > 0 ? SIZE{present.cx - client.right, present.cy - client.bottom} : shellFrameSize();
+}
+
+void ShellWindow::placeAt(POINT corner, SIZE inside) {
+  const SIZE frame = border();
+  const SIZE wanted = sum(onMonitor(inside), frame);
+  // Of a size that can't be changed nothing is taken away.
+  const SIZE least = canBeSized_ ? sum(onMonitor(kLeastWorkArea), frame) : wanted;
+  const RECT free = freeAreaAt({corner.x, corner.y, corner.x + wanted.cx, corner.y + wanted.cy});
+  const RECT place = IsRectEmpty(&free) ? RECT{corner.x, corner.y, corner.x + wanted.cx, corner.y + wanted.cy}
+                                        : keptWithin(corner, wanted, free, least);
+  SetWindowPos(window(), nullptr, static_cast<int>(place.left), static_cast<int>(place.top),
+               static_cast<int>(place.right - place.left), static_cast<int>(place.bottom - place.top),
+               SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+bool ShellWindow::standWhereLeft() {
+  if (const auto kept = readKeptPlace(presentArrangement())) {
+    placeAt(kept->corner, kept->inside);
+    return kept->maximised;
   }
-  SetWindowPos(window(), nullptr, static_cast<int>(origin.x), static_cast<int>(origin.y),
-               static_cast<int>(wanted.cx), static_cast<int>(wanted.cy), SWP_NOZORDER | SWP_NOACTIVATE);
+  RECT outer{};
+  GetWindowRect(window(), &outer);
+  const RECT free = freeAreaAt(outer);
+  placeAt({outer.left, outer.top}, comfortableInside(sizeOf(free), border(), presentZoom()));
+  return false;
+}
+
+/// What the window has inside is the screen from now on.
+void ShellWindow::noteInside() {
+  RECT client{};
+  GetClientRect(window(), &client);
+  if (IsIconic(window()) || client.right <= 0) return;
+  if (!canBeSized_) {
+    setPresentWorkArea(kLeastWorkArea);
+    return;
+  }
+  const SIZE inside = workAreaInside({client.right, client.bottom}, presentZoom());
+  setPresentWorkArea(inside);
+  isMaximised_ = IsZoomed(window()) != FALSE;
+  if (isMaximised_) return;
+  RECT outer{};
+  GetWindowRect(window(), &outer);
+  corner_ = {outer.left, outer.top};
+  inside_ = inside;
+}
+
+void ShellWindow::keepPlace() const {
+  if (canBeSized_) writeKeptPlace(presentArrangement(), {corner_, inside_, isMaximised_});
+}
+
+void ShellWindow::fitToZoom() {
+  if (isMaximised_) {
+    noteInside();
+    return;
+  }
+  RECT outer{};
+  GetWindowRect(window(), &outer);
+  placeAt({outer.left, outer.top}, inside_);
 }
 
 LRESULT ShellWindow::positionChanged(UINT message, WPARAM wParam, LPARAM lParam) {
+  if (isFrame_) noteInside();
   if (MenuBar* const bar = menuBar()) bar->layOut();
   InputPanel::follow();
-  return passOn(message, wParam, lParam);
+  const LRESULT answered = passOn(message, wParam, lParam);
+  if (isFrame_) coverAgain(window());
+  return answered;
 }
 
 LRESULT ShellWindow::notified(UINT message, WPARAM wParam, LPARAM lParam) {
@@ -150,7 +229,12 @@ LRESULT ShellWindow::popupClosed(UINT message, WPARAM wParam, LPARAM lParam) {
 /// The system's own limit is the monitor; a zoom that the user chose is kept all the same.
 LRESULT ShellWindow::limitsAsked(UINT message, WPARAM wParam, LPARAM lParam) {
   const LRESULT answered = passOn(message, wParam, lParam);
-  if (isFrame_) reinterpret_cast<MINMAXINFO*>(lParam)->ptMaxTrackSize = {SHRT_MAX, SHRT_MAX};
+  auto& limits = *reinterpret_cast<MINMAXINFO*>(lParam);
+  if (isFrame_) limits.ptMaxTrackSize = {SHRT_MAX, SHRT_MAX};
+  if (canBeSized_) {
+    const SIZE least = sum(onMonitor(kLeastWorkArea), border());
+    limits.ptMinTrackSize = {least.cx, least.cy};
+  }
   return answered;
 }
 
@@ -198,8 +282,16 @@ LRESULT ShellWindow::activationChanged(UINT message, WPARAM wParam, LPARAM lPara
   return passOn(message, wParam, lParam);
 }
 
+/// The window may not be destroyed any more.
+LRESULT ShellWindow::sessionEnded(UINT message, WPARAM wParam, LPARAM lParam) {
+  if (wParam != FALSE) keepPlace();
+  return passOn(message, wParam, lParam);
+}
+
 LRESULT ShellWindow::destroyed(UINT message, WPARAM wParam, LPARAM lParam) {
   InputPanel::leave(window());
+  keepPlace();
+  if (isFrame_) setPresentWorkArea(kLeastWorkArea);
   return passOn(message, wParam, lParam);
 }
 
@@ -221,6 +313,7 @@ LRESULT ShellWindow::answer(UINT message, WPARAM wParam, LPARAM lParam) {
       Row{WM_DPICHANGED, &ShellWindow::resolutionChanged},
       Row{WM_CANCELMODE, &ShellWindow::leftMenu},
       Row{WM_ACTIVATE, &ShellWindow::activationChanged},
+      Row{WM_ENDSESSION, &ShellWindow::sessionEnded},
       Row{WM_DESTROY, &ShellWindow::destroyed},
   };
   for (const Row& row : kRows) {

@@ -6,20 +6,22 @@
 
 #include "platform/pocketshell/menu/desktop_menu.h"
 #include "platform/pocketshell/window/window_layer.h"
+#include "platform/pocketshell/zoom/zoom_figures.h"
 
 namespace pocketshell {
 
 class MenuBar;
 
-/// The style of a window that fills the handheld's screen, unless it has one of its own.
-inline constexpr DWORD kShellWindowStyle =
-    WS_OVERLAPPED | WS_CAPTION | WS_SYSMENU | WS_MINIMIZEBOX | WS_CLIPCHILDREN;
+/// The style of a window that stands for the handheld's screen, unless it has one of its own: the user may
+/// size it unless the settings keep it at the handheld's size.
+DWORD shellWindowStyle();
 
 /// What the frame of such a window adds to its client area.
 SIZE shellFrameSize();
 
-/// A top-level window as the shell sees it: it may have a menu bar, and when it is the shell's frame it
-/// keeps the handheld's work area inside and has a desktop menu.
+/// A top-level window as the shell sees it: it may have a menu bar, and when it is the shell's frame its
+/// inside is the screen that programs are told of (zoom/present_screen.h), and it has a desktop menu. One
+/// that the user may size stands where he left it.
 class ShellWindow : public WindowLayer<ShellWindow> {
  public:
   explicit ShellWindow(HWND window) : WindowLayer(window) {}
@@ -32,14 +34,21 @@ class ShellWindow : public WindowLayer<ShellWindow> {
   bool isFrame() const { return isFrame_; }
   /// Null when it is no frame.
   DesktopMenu* desktopMenu() const { return desktopMenu_.get(); }
-  void becomeFrame();
-  /// Gives the client area the handheld's work area at the present zoom, and keeps the window within the
-  /// work area of its monitor where it fits.
+  /// True when it is to be shown maximised, as the user left it.
+  bool becomeFrame();
+  /// Gives the inside its handheld pixels at the present zoom, and keeps the window within the work area of
+  /// its monitor where it fits. A maximised window keeps its size, and has more or less inside.
   void fitToZoom();
 
   LRESULT answer(UINT message, WPARAM wParam, LPARAM lParam);
 
  private:
+  SIZE border() const;
+  void placeAt(POINT corner, SIZE inside);
+  bool standWhereLeft();
+  void noteInside();
+  void keepPlace() const;
+
   LRESULT positionChanged(UINT message, WPARAM wParam, LPARAM lParam);
   LRESULT notified(UINT message, WPARAM wParam, LPARAM lParam);
   LRESULT systemCommandGiven(UINT message, WPARAM wParam, LPARAM lParam);
@@ -52,11 +61,17 @@ class ShellWindow : public WindowLayer<ShellWindow> {
   LRESULT resolutionChanged(UINT message, WPARAM wParam, LPARAM lParam);
   LRESULT leftMenu(UINT message, WPARAM wParam, LPARAM lParam);
   LRESULT activationChanged(UINT message, WPARAM wParam, LPARAM lParam);
+  LRESULT sessionEnded(UINT message, WPARAM wParam, LPARAM lParam);
   LRESULT destroyed(UINT message, WPARAM wParam, LPARAM lParam);
 
   HWND menuBar_ = nullptr;
   std::unique_ptr<DesktopMenu> desktopMenu_;
   bool isFrame_ = false;
+  bool canBeSized_ = false;
+  // As they are while the window is neither maximised nor minimised.
+  POINT corner_{};
+  SIZE inside_ = kLeastWorkArea;
+  bool isMaximised_ = false;  // or will be when it is minimised no longer
 };
 
 /// The zoom of the monitor on which a frame is, or else of the main monitor.

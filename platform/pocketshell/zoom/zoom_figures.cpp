@@ -56,6 +56,13 @@ RECT fromMonitor(const RECT& monitor, int zoom) {
           fromMonitor(static_cast<int>(monitor.bottom), zoom)};
 }
 
+int coveringFigure(int monitorPixels, int zoom) {
+  int figure = fromMonitor(monitorPixels, zoom);
+  while (toMonitor(figure, zoom) < monitorPixels) ++figure;
+  while (figure > 0 && toMonitor(figure - 1, zoom) >= monitorPixels) --figure;
+  return figure;
+}
+
 int automaticZoom(int dotsPerInch, SIZE workArea, SIZE frame) {
   const int wanted = scaled(dotsPerInch, kNormalZoom, kNormalDotsPerInch);
   int zoom = std::clamp(wanted / kStep * kStep, kNormalZoom, kLargestZoom);

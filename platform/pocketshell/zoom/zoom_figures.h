@@ -12,12 +12,15 @@ namespace pocketshell {
 inline constexpr int kNormalZoom = 100;
 inline constexpr int kLargestZoom = 400;
 
-/// The handheld's screen, and what caption and menu bar take of it.
+/// The handheld's screen, and what caption and menu bar take of it. A frame can be made larger, not smaller.
 inline constexpr int kScreenWidth = 240;
 inline constexpr int kScreenHeight = 320;
 inline constexpr int kCaptionHeight = 26;
 inline constexpr int kMenuBarHeight = 26;
 inline constexpr int kWorkAreaHeight = kScreenHeight - kCaptionHeight;
+inline constexpr SIZE kLeastWorkArea = {kScreenWidth, kWorkAreaHeight};
+/// What the row of the menu bar takes of the work area's height; the bar itself covers one pixel more.
+inline constexpr int kBelowPagesHeight = 25;
 
 bool isZoom(int percent);
 
@@ -26,6 +29,10 @@ int toMonitor(int handheldPixels, int zoom);
 int fromMonitor(int monitorPixels, int zoom);
 RECT toMonitor(const RECT& handheld, int zoom);
 RECT fromMonitor(const RECT& monitor, int zoom);
+
+/// The least figure that is not less than so many of the monitor's pixels; that of exactly these, where one
+/// is.
+int coveringFigure(int monitorPixels, int zoom);
 
 /// The largest zoom at most that of the monitor's dots per inch, in steps of 25, with which the
 /// handheld's work area in a frame of `frame` pixels fits into `workArea`.

@@ -29,10 +29,10 @@ TEST(FormLayout, ThreeSizesOfScreens) {
 }
 
 TEST(FormLayout, AFormThatStandsIsLaidOutByTheSmallScreensRule) {
-  EXPECT_EQ(fieldsAbovePanel(0), 9u);
-  EXPECT_EQ(fieldsAbovePanel(80), 6u);
-  EXPECT_EQ(fieldsAbovePanel(269 - 27), 1u) << "an empty page could not be turned";
-  EXPECT_EQ(fieldsAbovePanel(400), 1u);
+  EXPECT_EQ(fieldsAbovePanel(269, 0), 9u);
+  EXPECT_EQ(fieldsAbovePanel(269, 80), 6u);
+  EXPECT_EQ(fieldsAbovePanel(269, 269 - 27), 1u) << "an empty page could not be turned";
+  EXPECT_EQ(fieldsAbovePanel(269, 400), 1u);
 }
 
 TEST(FormLayout, ANameOf16And17CharactersGives119AndOneOf3Gives28) {

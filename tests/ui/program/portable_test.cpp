@@ -8,6 +8,7 @@
 #include "base/handles.h"
 #include "base/settings_file.h"
 #include "base/settings_store.h"
+#include "tests/shell/shell_settings.h"
 #include "tests/ui/support/ui_test.h"
 
 namespace {
@@ -35,6 +36,7 @@ class PortableTest : public UiTest {
   }
   void TearDown() override {
     forgetAll();
+    forgetShellSettings();
     EXPECT_TRUE(registerBinComponents());
   }
 

@@ -22,6 +22,13 @@ struct Arguments {
   int number = -1;
 };
 
+/// A whole number from 0; -1 for anything else.
+int parseNumber(const std::wstring& text) {
+  wchar_t* end = nullptr;
+  const long number = std::wcstol(text.c_str(), &end, 10);
+  return text.empty() || *end != L'\0' || number < 0 || number > 1'000'000 ? -1 : static_cast<int>(number);
+}
+
 int fail(const char* what) {
   std::fprintf(stderr, "drive: %s\n", what);
   return 1;
@@ -162,6 +169,12 @@ int raisePanel(HWND main, const Arguments&) {
   return remote::raisePanel(main) ? 0 : fail("the panel stays down");
 }
 
+int sizeWindow(HWND main, const Arguments& arguments) {
+  const int height = parseNumber(arguments.texts[1]);
+  if (height < 0) return fail("the height is no number");
+  return remote::sizeInside(main, {arguments.number, height}) ? 0 : fail("the window does not take the size");
+}
+
 int printArea(HWND main, const Arguments&) {
   const std::optional<RECT> area = remote::shownArea(main);
   if (!area) return fail("the window is not painted");
@@ -222,6 +235,7 @@ constexpr std::array kVerbs = {
     VerbRow{L"close-menus", L"", "leaves all menus", closeMenus},
     VerbRow{L"sheet-page", L"N", "shows page N of the sheet in front", turnSheet},
     VerbRow{L"raise-panel", L"", "raises the input panel by its button", raisePanel},
+    VerbRow{L"size", L"NT", "gives the main window N x T of the monitor's pixels inside", sizeWindow},
     VerbRow{L"area", L"", "prints the rectangle around all that is shown: x y width height", printArea},
     VerbRow{L"texts", L"", "prints the texts of the list that is shown, a grid's as far as in view",
             printTexts},
@@ -234,13 +248,6 @@ int usage() {
     std::fprintf(stderr, "  %-13ls %-3ls %s\n", verb.name, verb.parameters, verb.help);
   }
   return kUsageError;
-}
-
-/// A whole number from 0; -1 for anything else.
-int parseNumber(const std::wstring& text) {
-  wchar_t* end = nullptr;
-  const long number = std::wcstol(text.c_str(), &end, 10);
-  return text.empty() || *end != L'\0' || number < 0 || number > 1'000'000 ? -1 : static_cast<int>(number);
 }
 
 }  // namespace

@@ -332,6 +332,17 @@ HWND shownControl(HWND window, int id) {
                    [id](HWND child) { return IsWindowVisible(child) != FALSE && GetDlgCtrlID(child) == id; });
 }
 
+bool sizeInside(HWND window, SIZE inside) {
+  RECT outer{};
+  RECT client{};
+  GetWindowRect(window, &outer);
+  GetClientRect(window, &client);
+  SetWindowPos(window, nullptr, 0, 0, static_cast<int>(outer.right - outer.left - client.right + inside.cx),
+               static_cast<int>(outer.bottom - outer.top - client.bottom + inside.cy),
+               SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+  return GetClientRect(window, &client) && client.right == inside.cx && client.bottom == inside.cy;
+}
+
 std::wstring text(HWND window) {
   std::wstring content(static_cast<std::size_t>(SendMessageW(window, WM_GETTEXTLENGTH, 0, 0)) + 1, L'\0');
   content.resize(static_cast<std::size_t>(SendMessageW(

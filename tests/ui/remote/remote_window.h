@@ -109,6 +109,9 @@ void pressKey(HWND window, WORD key);
 HWND control(HWND window, int id);
 /// The same, shown.
 HWND shownControl(HWND window, int id);
+/// Gives a window so many of the monitor's pixels inside. It has laid itself out when this returns. False
+/// when it has another size then.
+bool sizeInside(HWND window, SIZE inside);
 /// The text of a window or control.
 std::wstring text(HWND window);
 /// Where a button is in a toolbar; none when it can't be had.

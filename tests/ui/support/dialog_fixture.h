@@ -16,13 +16,14 @@
 #include "tests/unit/base_registry_fixture.h"
 #include "views/dialog/current_dialog.h"
 
-/// Dialogs over a main window of the test, with a registry of their own, the default colours, zoom 100 and
-/// the input panel of the handheld, which is down.
+/// Dialogs over a main window of the test, with a registry of their own, the default colours, zoom 100, the
+/// handheld's size and its input panel, which is down.
 class DialogTest : public RegistryTest {
  protected:
   void SetUp() override {
     RegistryTest::SetUp();
     setPanelPolicy(kPanelAlways);
+    setHandheldSize(true);
     HandheldSetZoom(100);
     resetAppColors();
     frame_ = std::make_unique<ShellFrame>();

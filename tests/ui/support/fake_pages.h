@@ -83,6 +83,7 @@ struct FakeGrid final : RecordGrid {
   void refreshColors() override { calls.push_back("grid.refreshColors"); }
   void recordDeleted() override { calls.push_back("grid.recordDeleted"); }
   std::uint32_t firstSlidingColumn() const override { return slidingColumn; }
+  std::uint32_t columnRoom() const override { return 3; }
   void fill() override {
     calls.push_back("grid.fill");
     filledAt = currentRecord;
