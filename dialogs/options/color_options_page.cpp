@@ -13,6 +13,7 @@
 #include "dialogs/options/options_page_procedures.h"
 #include "dialogs/options/options_page_window.h"
 #include "platform/pocketshell/handheld_windows.h"
+#include "views/dialog/dialog_growth.h"
 
 namespace {
 
@@ -21,6 +22,16 @@ constexpr int kListLeft = 6;
 constexpr int kListTop = 16;
 constexpr int kListWidth = 228;
 constexpr int kListHeight = 161;
+
+constexpr ControlGrowth kGrowth[] = {
+    {.id = IDC_COLORS, .wider = true, .higher = true},
+    {.id = IDC_COLOR_PICK, .down = true},
+    {.id = IDC_COLOR_RESET, .down = true},
+    {.id = IDC_CURRENT_COLOR, .down = true},
+};
+
+/// There is one sheet at a time.
+DialogGrowth growth(kGrowth);
 
 /// The selected entry of the live colour table, null for none.
 std::uint32_t* selectedColor(HWND page) {
@@ -70,9 +81,17 @@ LRESULT opened(HWND page, UINT, WPARAM, LPARAM lParam) {
   optionspage::open(page, lParam);
   optionspage::objectOf<ColorOptionsPage>(page).window = page;
   fillList(GetDlgItem(page, IDC_COLORS));
+  growth.begin(page);
+  growth.layOut();
   optionspage::objectOf<ColorOptionsPage>(page).selectedIndex = 0;
   PostMessageW(page, kRedrawSwatchMessage, 0, 0);
   return TRUE;
+}
+
+LRESULT sized(HWND page, UINT, WPARAM, LPARAM) {
+  growth.layOut();
+  InvalidateRect(page, nullptr, TRUE);
+  return FALSE;
 }
 
 LRESULT redrawAsked(HWND page, UINT, WPARAM, LPARAM) {
@@ -104,13 +123,15 @@ LRESULT painted(HWND page, UINT, WPARAM, LPARAM) {
 LRESULT closed(HWND page, UINT, WPARAM, LPARAM) {
   listbox::clear(GetDlgItem(page, IDC_COLORS));
   optionspage::objectOf<ColorOptionsPage>(page).window = nullptr;
+  growth = DialogGrowth(kGrowth);
   return FALSE;
 }
 
 constexpr MessageRow kMessages[] = {
     {WM_INITDIALOG, opened}, {kRedrawSwatchMessage, redrawAsked},
     {WM_COMMAND, commanded}, {WM_NOTIFY, notified},
-    {WM_PAINT, painted},     {WM_DESTROY, closed},
+    {WM_PAINT, painted},     {WM_SIZE, sized},
+    {WM_DESTROY, closed},
 };
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include "base/handles.h"
 #include "platform/pocketshell/handheld_windows.h"
+#include "views/dialog/dialog_growth.h"
 
 namespace {
 
@@ -9,10 +10,11 @@ constexpr RECT kFrame = {130, 208, 192, 230};
 constexpr RECT kInside = {131, 209, 191, 229};
 
 RECT onMonitor(const RECT& handheld) {
+  const LONG lower = screenExcess().cy;
   return {HandheldToMonitor(static_cast<int>(handheld.left)),
-          HandheldToMonitor(static_cast<int>(handheld.top)),
+          HandheldToMonitor(static_cast<int>(handheld.top + lower)),
           HandheldToMonitor(static_cast<int>(handheld.right)),
-          HandheldToMonitor(static_cast<int>(handheld.bottom))};
+          HandheldToMonitor(static_cast<int>(handheld.bottom + lower))};
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include "dialogs/controls/dialog_layout.h"
 #include "platform/pocketshell/handheld_windows.h"
 #include "views/dialog/dialog_colors.h"
+#include "views/dialog/dialog_growth.h"
 #include "views/dialog/dialog_place.h"
 
 namespace {
@@ -14,8 +15,9 @@ LRESULT keepPlace(HWND, UINT, WPARAM, LPARAM lParam) {
   auto& place = *reinterpret_cast<WINDOWPOS*>(lParam);
   place.x = 0;
   place.y = 0;
-  place.cx = HandheldToMonitor(optionspage::kWidth);
-  place.cy = HandheldToMonitor(optionspage::kHeight);
+  const SIZE size = optionspage::pageSize();
+  place.cx = HandheldToMonitor(static_cast<int>(size.cx));
+  place.cy = HandheldToMonitor(static_cast<int>(size.cy));
   return TRUE;
 }
 
@@ -36,11 +38,18 @@ LRESULT answerAsAnyPage(HWND page, UINT message, WPARAM wParam, LPARAM lParam) n
 
 }  // namespace
 
+SIZE optionspage::pageSize() {
+  constexpr SIZE kAtHandheldSize = {240, 246};
+  const SIZE excess = screenExcess();
+  return {kAtHandheldSize.cx + excess.cx, kAtHandheldSize.cy + excess.cy};
+}
+
 void optionspage::open(HWND page, LPARAM lParam) {
   SetWindowLongPtrW(page, DWLP_USER, reinterpret_cast<const PROPSHEETPAGEW*>(lParam)->lParam);
   fillScreen(page, SHIDIF_SIPDOWN);
   layOutControls(page);
-  HandheldMoveWindow(page, 0, 0, kWidth, kHeight, FALSE);
+  const SIZE size = pageSize();
+  HandheldMoveWindow(page, 0, 0, static_cast<int>(size.cx), static_cast<int>(size.cy), FALSE);
 }
 
 INT_PTR optionspage::answer(std::span<const MessageRow> table, HWND page, UINT message, WPARAM wParam,

@@ -9,9 +9,9 @@
 /// What the windows of the options sheet's pages have in common.
 namespace optionspage {
 
-/// Where each page lies in the sheet, in handheld pixels: above the tabs, as wide as the screen.
-inline constexpr int kWidth = 240;
-inline constexpr int kHeight = 246;
+/// How large each page is in the sheet, in handheld pixels: above the tabs, as wide as the screen. 240 x 246
+/// at the handheld's size.
+SIZE pageSize();
 
 /// To be called first in WM_INITDIALOG, with its lParam: finds the object of the page and lays the page and
 /// its controls out.

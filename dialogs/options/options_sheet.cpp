@@ -10,6 +10,7 @@
 #include "dialogs/options/options_page_window.h"
 #include "platform/pocketshell/handheld_windows.h"
 #include "views/dialog/current_dialog.h"
+#include "views/dialog/dialog_growth.h"
 #include "views/dialog/dialog_place.h"
 
 namespace {
@@ -18,7 +19,6 @@ namespace {
 /// is.
 constexpr int kTabHeight = 20;
 constexpr int kLeastTabWidth = 54;
-constexpr int kTabControlHeight = optionspage::kHeight + kTabHeight + 2;
 constexpr RECT kOkPlace = {187, 271, 237, 291};
 
 constexpr UINT_PTR kSubclassId = 1;
@@ -43,16 +43,28 @@ void layOutTabs(HWND sheet) {
   SetWindowLongPtrW(tabs, GWL_STYLE, (style & ~LONG_PTR{TCS_MULTILINE}) | TCS_BOTTOM);
   setFont(tabs);
   setTabSize(sheet);
-  HandheldMoveWindow(tabs, 0, 0, optionspage::kWidth, kTabControlHeight, FALSE);
+}
+
+/// Of the tabs, the page below them and the OK, for the screen as it is now.
+void placeParts(HWND sheet) {
+  const SIZE page = optionspage::pageSize();
+  const SIZE excess = screenExcess();
+  HandheldMoveWindow(tabsOf(sheet), 0, 0, static_cast<int>(page.cx),
+                     static_cast<int>(page.cy) + kTabHeight + 2, TRUE);
+  HandheldMoveWindow(GetDlgItem(sheet, IDOK), static_cast<int>(kOkPlace.left + excess.cx),
+                     static_cast<int>(kOkPlace.top + excess.cy),
+                     static_cast<int>(kOkPlace.right - kOkPlace.left),
+                     static_cast<int>(kOkPlace.bottom - kOkPlace.top), TRUE);
+  for (HWND child = GetWindow(sheet, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT)) {
+    if (SendMessageW(sheet, PSM_HWNDTOINDEX, reinterpret_cast<WPARAM>(child), 0) < 0) continue;
+    HandheldMoveWindow(child, 0, 0, static_cast<int>(page.cx), static_cast<int>(page.cy), TRUE);
+  }
 }
 
 void layOutOk(HWND sheet) {
   const HWND ok = GetDlgItem(sheet, IDOK);
   SetWindowTextW(ok, L"OK");
   setFont(ok);
-  HandheldMoveWindow(ok, static_cast<int>(kOkPlace.left), static_cast<int>(kOkPlace.top),
-                     static_cast<int>(kOkPlace.right - kOkPlace.left),
-                     static_cast<int>(kOkPlace.bottom - kOkPlace.top), FALSE);
   ShowWindow(GetDlgItem(sheet, IDCANCEL), SW_HIDE);
 }
 
@@ -60,6 +72,7 @@ LRESULT CALLBACK sheetProcedure(HWND sheet, UINT message, WPARAM wParam, LPARAM 
                                 DWORD_PTR) noexcept {
   // The shell lays out what has a place; the size of a tab is the tab control's own.
   if (message == HandheldZoomMessage()) setTabSize(sheet);
+  if (message == WM_SIZE) placeParts(sheet);
   if (message == WM_NCDESTROY) {
     currentDialog = nullptr;
     RemoveWindowSubclass(sheet, sheetProcedure, kSubclassId);
@@ -73,6 +86,7 @@ void layOutSheet(HWND sheet) {
   fillScreen(sheet, SHIDIF_SIPDOWN);
   layOutTabs(sheet);
   layOutOk(sheet);
+  placeParts(sheet);
 }
 
 int CALLBACK sheetCallback(HWND sheet, UINT message, LPARAM) noexcept {

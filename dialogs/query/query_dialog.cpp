@@ -17,6 +17,8 @@
 
 namespace {
 
+constexpr ControlGrowth kGrowth[] = {{.id = IDC_QUERY_NAME, .wider = true}};
+
 constexpr int kSqlLeft = 2;
 constexpr int kSqlTop = 120;
 constexpr int kSqlWidthLess = 6;
@@ -53,7 +55,7 @@ void showText(HWND edit, const wchar_t* text) {
 
 }  // namespace
 
-QueryDialog::QueryDialog(QueryDialogHost host) : host_(std::move(host)) {}
+QueryDialog::QueryDialog(QueryDialogHost host) : host_(std::move(host)), growth_(kGrowth) {}
 
 int QueryDialog::run(HWND owner) {
   return runTemplate(IDD_QUERY, owner);
@@ -74,6 +76,7 @@ bool QueryDialog::command(WORD id, WORD notification) {
 
 void QueryDialog::opened() {
   panel_.lower(window());
+  growth_.begin(window());
   fillScreen(window(), SHIDIF_SIPDOWN);
   SetWindowSubclass(control(IDC_QUERY_SQL), sqlProcedure, 0, 0);
   showName();
@@ -118,7 +121,13 @@ void QueryDialog::layOutSql() {
   refreshSipState();
   const int height = sipState.height != 0 ? kSqlHeightAbovePanel : kSqlHeight;
   HandheldMoveWindow(control(IDC_QUERY_SQL), kSqlLeft, kSqlTop,
-                     HandheldGetSystemMetrics(SM_CXSCREEN) - kSqlWidthLess, height, TRUE);
+                     HandheldGetSystemMetrics(SM_CXSCREEN) - kSqlWidthLess,
+                     height + static_cast<int>(screenExcess().cy), TRUE);
+}
+
+void QueryDialog::sized() {
+  growth_.layOut();
+  layOutSql();
 }
 
 void QueryDialog::fillFields() {

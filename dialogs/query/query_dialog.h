@@ -6,6 +6,7 @@
 
 #include "base/name_list.h"
 #include "base/string.h"
+#include "views/dialog/dialog_growth.h"
 #include "views/dialog/input_panel_hold.h"
 #include "views/dialog/modal_dialog.h"
 
@@ -44,6 +45,7 @@ class QueryDialog final : private ModalDialog {
   void opened() override;
   bool command(WORD id, WORD notification) override;
   void settingsChanged() override { layOutSql(); }
+  void sized() override;
   void showName();
   void showSql();
   String writtenName() const;
@@ -63,6 +65,7 @@ class QueryDialog final : private ModalDialog {
 
   QueryDialogHost host_;
   InputPanelHold panel_;
+  DialogGrowth growth_;
   bool isNameShown_ = true;  // as it is; else it can't be edited
   bool isSqlShown_ = true;
   bool hasOwnBreaks_ = false;  // the SQL has itself what soft line ends are made of

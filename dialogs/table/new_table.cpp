@@ -13,6 +13,12 @@
 
 namespace {
 
+constexpr ControlGrowth kGrowth[] = {
+    {.id = IDC_NEW_TABLE_NAME, .wider = true},
+    {.id = IDC_NEW_TABLE_FIELDS, .wider = true},
+    {.id = IDCANCEL, .right = true, .down = true},
+};
+
 /// How much of the dialog the input panel leaves, the strip with the OK button not counted.
 int freeHeight(HWND dialog) {
   constexpr int kOkStrip = 26;
@@ -27,6 +33,8 @@ int freeHeight(HWND dialog) {
 
 }  // namespace
 
+NewTableDialog::NewTableDialog(const NameList& tables) : tables_(tables), growth_(kGrowth) {}
+
 int NewTableDialog::run(HWND owner) {
   return runTemplate(IDD_NEW_TABLE, owner);
 }
@@ -36,6 +44,7 @@ void NewTableDialog::opened() {
   SetDlgItemTextW(window(), IDC_NEW_TABLE_NAME, name.text());
   for (const NewField& field : fields) list_.append(field);
   panel_.raise(window());
+  growth_.begin(window());
   fillScreen(window());
   layOut();
   SetFocus(control(IDC_NEW_TABLE_NAME));
@@ -94,6 +103,7 @@ void NewTableDialog::refuseName(const wchar_t* reason) const {
 /// The list takes what the input panel leaves, with the buttons under it.
 void NewTableDialog::layOut() const {
   constexpr int kGap = 5;
+  growth_.layOut();
   const int free = freeHeight(window());
   RECT list{};
   RECT button{};

@@ -6,6 +6,7 @@
 #include "base/string.h"
 #include "data/schema.h"
 #include "dialogs/table/field_list.h"
+#include "views/dialog/dialog_growth.h"
 #include "views/dialog/input_panel_hold.h"
 #include "views/dialog/modal_dialog.h"
 
@@ -14,7 +15,7 @@ class NewTableDialog final : private ModalDialog {
  public:
   /// `tables` are the names of the tables of the open database, which have to outlive the dialog. A
   /// table that is called like one of them is refused.
-  explicit NewTableDialog(const NameList& tables) : tables_(tables) {}
+  explicit NewTableDialog(const NameList& tables);
 
   /// In: what the dialog shows first. Out, when the result is IDOK: a name that is not taken and has no
   /// forbidden character, and one field at least. Run again, the dialog shows the same design, so that
@@ -32,6 +33,7 @@ class NewTableDialog final : private ModalDialog {
   void opened() override;
   bool command(WORD id, WORD notification) override;
   void settingsChanged() override { layOut(); }
+  void sized() override { layOut(); }
   void zoomChanged() override { list_.fitColumns(); }
 
   void addField();
@@ -47,5 +49,6 @@ class NewTableDialog final : private ModalDialog {
 
   const NameList& tables_;
   FieldList list_;
+  DialogGrowth growth_;
   InputPanelHold panel_;
 };

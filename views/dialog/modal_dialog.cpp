@@ -16,6 +16,7 @@ const std::span<const ModalDialog::MessageRow> ModalDialog::kMessages = [] {
       MessageRow{WM_CTLCOLORDLG, &ModalDialog::colorAsked},
       MessageRow{WM_CTLCOLORSTATIC, &ModalDialog::colorAsked},
       MessageRow{WM_SETTINGCHANGE, &ModalDialog::settingChanged},
+      MessageRow{WM_SIZE, &ModalDialog::sizeChanged},
       MessageRow{WM_DESTROY, &ModalDialog::destroyed},
   };
   return std::span<const MessageRow>(kRows);
@@ -75,6 +76,11 @@ INT_PTR ModalDialog::colorAsked(WPARAM wParam, LPARAM lParam) {
 
 INT_PTR ModalDialog::settingChanged(WPARAM, LPARAM) {
   settingsChanged();
+  return FALSE;
+}
+
+INT_PTR ModalDialog::sizeChanged(WPARAM, LPARAM) {
+  sized();
   return FALSE;
 }
 

@@ -45,6 +45,8 @@ class ModalDialog {
   virtual void ended() {}
   /// The settings of the system have changed: the input panel went up or down, say.
   virtual void settingsChanged() {}
+  /// The dialog has another size; this may be in opened.
+  virtual void sized() {}
   /// The controls have their new places and fonts already.
   virtual void zoomChanged() {}
 
@@ -61,6 +63,7 @@ class ModalDialog {
   INT_PTR commandGiven(WPARAM wParam, LPARAM lParam);
   INT_PTR colorAsked(WPARAM wParam, LPARAM lParam);
   INT_PTR settingChanged(WPARAM wParam, LPARAM lParam);
+  INT_PTR sizeChanged(WPARAM wParam, LPARAM lParam);
   INT_PTR destroyed(WPARAM wParam, LPARAM lParam);
 
   HWND window_ = nullptr;

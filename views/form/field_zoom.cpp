@@ -1,11 +1,36 @@
 #include "views/form/field_zoom.h"
 
 #include "base/showable_text.h"
+#include "platform/pocketshell/handheld_windows.h"
 #include "views/dialog/dialog_place.h"
 #include "views/form/popup_ids.h"
 #include "views/shared/child_control.h"
 #include "views/shared/edit_guard.h"
 #include "views/shared/paragraph_breaks.h"
+
+namespace {
+
+/// By as much as the screen is larger than the handheld's.
+void growWithScreen(HWND dialog) {
+  const SIZE excess = screenExcess();
+  RECT frame{};
+  GetWindowRect(dialog, &frame);
+  SetWindowPos(dialog, nullptr, 0, 0,
+               static_cast<int>(frame.right - frame.left) + HandheldToMonitor(static_cast<int>(excess.cx)),
+               static_cast<int>(frame.bottom - frame.top) + HandheldToMonitor(static_cast<int>(excess.cy)),
+               SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+}  // namespace
+
+const std::span<const ControlGrowth> FieldZoom::kGrowth = [] {
+  static constexpr ControlGrowth kControls[] = {
+      {.id = IDC_ZOOM_TEXT, .wider = true, .higher = true},
+      {.id = IDOK, .right = true, .down = true},
+      {.id = IDCANCEL, .right = true, .down = true},
+  };
+  return std::span<const ControlGrowth>(kControls);
+}();
 
 bool FieldZoom::run(HWND owner) {
   guardEditControls();
@@ -13,6 +38,9 @@ bool FieldZoom::run(HWND owner) {
 }
 
 void FieldZoom::opened() {
+  growWithScreen(window());
+  growth_.begin(window());
+  growth_.layOut();
   centreDialog(window(), kPopupRaise);
   const HWND edit = control(IDC_ZOOM_TEXT);
   SendMessageW(edit, EM_SETLIMITTEXT, 0, 0);

@@ -3,10 +3,12 @@
 #include <windows.h>
 
 #include <cstdint>
+#include <span>
 #include <string>
 #include <utility>
 
 #include "base/string.h"
+#include "views/dialog/dialog_growth.h"
 #include "views/dialog/modal_dialog.h"
 #include "views/shared/shown_text.h"
 
@@ -19,7 +21,8 @@ class FieldZoom final : private ModalDialog {
       : caption_(std::move(caption)),
         text_(std::move(text)),
         wholeLength_(static_cast<std::size_t>(wholeLength)),
-        readOnly_(readOnly) {}
+        readOnly_(readOnly),
+        growth_(kGrowth) {}
 
   /// Runs the dialog over `owner`. True when the user confirmed it; text() is then what it held.
   bool run(HWND owner);
@@ -33,9 +36,12 @@ class FieldZoom final : private ModalDialog {
   std::wstring title(const ShownText& shown) const;
   void cancel() { close(IDCANCEL); }
 
+  static const std::span<const ControlGrowth> kGrowth;
+
   String caption_;
   String text_;
   std::size_t wholeLength_;
   bool readOnly_;
+  DialogGrowth growth_;
   bool hasOwnBreaks_ = false;  // the text has itself what soft line ends are made of
 };
