@@ -11,22 +11,24 @@
 namespace {
 
 constexpr wchar_t kByteOrderMark = L'\xFEFF';
-/// Far more than the program ever stores.
-constexpr LONGLONG kLargestByteCount = 4 * 1024 * 1024;
+/// Far more than the program ever stores, and enough for one that has been given a value of a megabyte.
+constexpr LONGLONG kLargestByteCount = 16 * 1024 * 1024;
 
-/// What a file holds. `text` is empty for one that is not there.
+/// What a file holds. `text` is empty for one that is not there, and for one that is too large to be ours.
 struct Content {
   bool isReadable = false;
-  std::wstring text;
+  bool isTooLarge = false;
+  std::wstring text = {};
 };
 
 Content contentOf(const std::filesystem::path& path) {
   const UniqueFile file(CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_DELETE, nullptr,
                                     OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
-  if (!file) return {.isReadable = GetLastError() == ERROR_FILE_NOT_FOUND, .text = {}};
+  if (!file) return {.isReadable = GetLastError() == ERROR_FILE_NOT_FOUND};
   LARGE_INTEGER length{};
-  if (!GetFileSizeEx(file.get(), &length) || length.QuadPart > kLargestByteCount) return {};
-  Content content{.isReadable = true, .text = {}};
+  if (!GetFileSizeEx(file.get(), &length)) return {};
+  if (length.QuadPart > kLargestByteCount) return {.isReadable = true, .isTooLarge = true};
+  Content content{.isReadable = true};
   content.text.resize(static_cast<std::size_t>(length.QuadPart) / sizeof(wchar_t));
   const auto byteCount = static_cast<DWORD>(content.text.size() * sizeof(wchar_t));
   DWORD read = 0;
@@ -86,7 +88,7 @@ bool SettingsFile::write(const wchar_t* key, const wchar_t* name, DWORD type, co
   const Content content = contentOf(path_);
   if (!content.isReadable) return false;
   std::optional<settings::Keys> keys = settings::keysOf(content.text);
-  const bool damaged = !keys && !content.text.empty();
+  const bool damaged = content.isTooLarge || (!keys && !content.text.empty());
   if (!keys) keys.emplace();
   const auto* const first = static_cast<const BYTE*>(bytes);
   settings::Value& stored = (*keys)[key][name];

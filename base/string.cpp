@@ -6,7 +6,8 @@
 #include <cwchar>
 #include <new>
 #include <utility>
-#include <vector>
+
+#include "base/string_layout.h"
 
 namespace {
 
@@ -73,34 +74,18 @@ void String::assign(const wchar_t* text) {
   buffer_ = copyOf(text);
 }
 
-String String::fromFile(HANDLE file) {
-  DWORD byteCount = 0;
-  if (readBytes(file, &byteCount, sizeof byteCount) != sizeof byteCount) return {};
-  if (byteCount > kMaxFileByteCount) return {};
+static_assert(String::kMaxFileByteCount == stringlayout::kMaxByteCount);
 
-  constexpr DWORD kUnitLength = sizeof(wchar_t);
-  constexpr DWORD kChunkUnits = 16 * 1024;
-  std::vector<wchar_t> units;
-  DWORD unitsLeft = byteCount / kUnitLength;
-  while (unitsLeft > 0) {
-    const DWORD asked = std::min(unitsLeft, kChunkUnits);
-    const std::size_t start = units.size();
-    units.resize(start + asked);
-    const DWORD arrived = readBytes(file, units.data() + start, asked * kUnitLength) / kUnitLength;
-    units.resize(start + arrived);
-    if (arrived < asked) break;
-    unitsLeft -= asked;
-  }
-  char terminator = 0;
-  if (byteCount % kUnitLength != 0) readBytes(file, &terminator, sizeof terminator);
-  units.push_back(L'\0');
-  return String(units.data());
+String String::fromFile(HANDLE file) {
+  const std::u16string units = stringlayout::read([file](void* bytes, std::size_t byteCount) {
+    return readBytes(file, bytes, static_cast<DWORD>(byteCount));
+  });
+  return String(reinterpret_cast<const wchar_t*>(units.c_str()));
 }
 
 bool String::writeToFile(HANDLE file) const noexcept {
-  const std::size_t count = length();
-  if (count > (kMaxFileByteCount - 1) / sizeof(wchar_t)) return false;
-  const auto byteCount = count == 0 ? DWORD{0} : static_cast<DWORD>(count * sizeof(wchar_t) + 1);
+  const std::uint32_t byteCount = stringlayout::byteCountOf(length());
+  if (byteCount == kMaxFileByteCount) return false;
   if (!writeBytes(file, &byteCount, sizeof byteCount)) return false;
   return byteCount == 0 || writeBytes(file, buffer_.get(), byteCount);
 }

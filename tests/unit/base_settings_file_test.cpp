@@ -201,12 +201,14 @@ TEST_F(SettingsFileTest, WithoutItsFolderNothingIsStored) {
   EXPECT_FALSE(file.write(kKey, L"a", REG_DWORD, "\1\0\0", 4));
 }
 
-TEST_F(SettingsFileTest, AVeryLargeFileIsNotRead) {
+TEST_F(SettingsFileTest, AVeryLargeFileIsNotReadAndIsKeptBeside) {
   put(L"x");
   fs::resize_file(path(), 64 * 1024 * 1024);
   EXPECT_EQ(read(L"a").type, 77u);
-  EXPECT_FALSE(write(L"a", numberValue(1)));
-  EXPECT_EQ(fs::file_size(path()), 64u * 1024 * 1024);
+  EXPECT_TRUE(write(L"a", numberValue(1)));
+  EXPECT_EQ(read(L"a"), numberValue(1));
+  EXPECT_EQ(fs::file_size(path().wstring() + L".damaged"), 64u * 1024 * 1024);
+  EXPECT_EQ(fileCount(), 2u);
 }
 
 /// The store keeps its promises with a file, too.
