@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <cctype>
 
+#include "platform/store/sql/dialect.h"
 #include "tests/store/store_fixture.h"
 
 namespace store {
@@ -86,7 +87,7 @@ TEST_F(StatementsTest, NamesWithAnApostropheOrABlankAreMadeReadAndDropped) {
   for (const char* name : {"Customer's", "It's Bob's", " ", "'", "1st", "select", "a-b", "a,b", "(x", "x)",
                            "\xCE\xB1\xCE\xB2", "a;b", "--", "/*", "50%", "Customer's (old)"}) {
     SCOPED_TRACE(name);
-    run("CREATE TABLE '" + std::string(name) + "' (Owner's Integer ,'Full name' Text)");
+    run("CREATE TABLE " + quotedText(name) + " ('Owner''s' Integer ,'Full name' Text)");
     EXPECT_EQ(name, tablesInFile());
     const auto rows = records("Select * from [" + std::string(name) + "]");
     ASSERT_NE(nullptr, rows);

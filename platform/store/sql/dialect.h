@@ -29,22 +29,19 @@ struct Statement {
       false;  ///< a definition that may take rows or columns from a table: ALTER, DROP TABLE
 };
 
-/// Reads one statement of the components' dialect (UTF-8). The application spells its names between
-/// plain quotes, without doubling an apostrophe in them. So where SQL can't read a statement as it
-/// stands, these are read as they were meant:
+/// Reads one statement of the components' dialect (UTF-8). Beyond SQL it has:
 ///  - In CREATE DATABASE, DROP DATABASE and DROP TABLE a quoted name reaches to the last quote of the
-///    statement, in CREATE TABLE to the quote before the column list, in "Select * from [name]" to the
-///    last bracket. A doubled quote stands for one. Any of ' " ` [ ] may be the quotes.
-///  - A column list of CREATE TABLE whose every entry is a name (bare, quoted or bracketed) and a type
-///    of the handheld is taken entry by entry: a bare name ends at its first blank, may be a word of
-///    SQL, begin with a digit and hold apostrophes and other signs; a quoted one may hold plain quotes.
-///    A comma may be in a bare name as well when the table's name is in single quotes and " ," parts
-///    the entries, as the application writes it. SQLite gets the names in double quotes and the types
-///    as spelled. One entry that doesn't fit lets the whole list pass unchanged.
+///    statement, in "Select * from [name]" to the last bracket, where SQL can't read the statement as it
+///    stands: plain quotes in a name need not be doubled there. Any of ' " ` [ ] may be the quotes.
+///  - A column list of CREATE TABLE whose every entry is a name (a word, quoted or bracketed) and a type
+///    of the handheld is taken entry by entry: a word may be one of SQL's own, or begin with a digit. SQLite
+///    gets the names in double quotes and the types as spelled. One entry that doesn't fit lets the whole
+///    list pass unchanged.
 ///  - The type memo of a column, in CREATE TABLE and ALTER TABLE, becomes text: SQLite would take it for
 ///    one of numbers and make 7 of the text "007".
-/// What SQL reads as one statement of these keeps its meaning: DROP TABLE 'it''s' drops it's, and a
-/// quote in a default value or a comment is no part of a name. Everything else passes unchanged.
+/// A doubled quote stands for one. What SQL reads as one statement of these keeps its meaning: DROP TABLE
+/// 'it''s' drops it's, and a quote in a default value or a comment is no part of a name. Everything else
+/// passes unchanged.
 ///
 /// Of several statements none is hidden: either the text as a whole is one quoted name that happens to
 /// hold semicolons (DROP TABLE 'a'; DROP TABLE 'b' drops at most the one table so called), or all of

@@ -4,6 +4,7 @@
 #include <new>
 #include <string_view>
 
+#include "platform/store/sqlite/read_ahead.h"
 #include "platform/store/sqlite/temporary_bound.h"
 
 namespace store {
@@ -22,7 +23,8 @@ struct File {
   const char* journalName;
   const char* writeAheadName;
   std::optional<FileIdentity> identity;
-  File* next;  // in the list of open databases
+  File* next;            // in the list of open databases
+  ReadAhead* readAhead;  // null when there was no memory for it
 
   // Of the files that SQLite makes for itself while it sorts, and for temporary tables.
   bool isTemporary;
@@ -44,6 +46,11 @@ const sqlite3_io_methods* methodsOf(sqlite3_file* file) {
 }
 sqlite3_vfs* systemFiles() {
   return sqlite3_vfs_find(nullptr);
+}
+
+/// What is read from now on comes from the file.
+void forgetReadAhead(sqlite3_file* file) {
+  if (fileOf(file)->readAhead != nullptr) fileOf(file)->readAhead->forget();
 }
 
 FileState stateOf(const File& database) {
@@ -78,10 +85,13 @@ int closeFile(sqlite3_file* file) {
   }
   const int result = methodsOf(file)->xClose(closed->system);
   sqlite3_free(closed->system);
+  delete closed->readAhead;
   file->pMethods = nullptr;
   return result;
 }
 int readFile(sqlite3_file* file, void* data, int length, sqlite3_int64 offset) {
+  ReadAhead* readAhead = fileOf(file)->readAhead;
+  if (readAhead != nullptr) return readAhead->read(systemOf(file), data, length, offset);
   return methodsOf(file)->xRead(systemOf(file), data, length, offset);
 }
 /// A temporary file is about to be as long as that.
@@ -94,9 +104,11 @@ bool mayGrow(File* file, sqlite3_int64 length) {
 
 int writeFile(sqlite3_file* file, const void* data, int length, sqlite3_int64 offset) {
   if (!mayGrow(fileOf(file), offset + length)) return SQLITE_FULL;
+  forgetReadAhead(file);
   return methodsOf(file)->xWrite(systemOf(file), data, length, offset);
 }
 int truncateFile(sqlite3_file* file, sqlite3_int64 length) {
+  forgetReadAhead(file);
   return methodsOf(file)->xTruncate(systemOf(file), length);
 }
 int syncFile(sqlite3_file* file, int flags) {
@@ -106,9 +118,11 @@ int fileSize(sqlite3_file* file, sqlite3_int64* length) {
   return methodsOf(file)->xFileSize(systemOf(file), length);
 }
 int lockFile(sqlite3_file* file, int level) {
+  forgetReadAhead(file);
   return methodsOf(file)->xLock(systemOf(file), level);
 }
 int unlockFile(sqlite3_file* file, int level) {
+  forgetReadAhead(file);
   return methodsOf(file)->xUnlock(systemOf(file), level);
 }
 int checkReservedLock(sqlite3_file* file, int* reserved) {
@@ -134,6 +148,8 @@ int mapSharedMemory(sqlite3_file* file, int page, int size, int extend, void vol
   return methodsOf(file)->xShmMap(systemOf(file), page, size, extend, memory);
 }
 int lockSharedMemory(sqlite3_file* file, int offset, int count, int flags) {
+  // In the write-ahead mode a transaction begins and ends so.
+  forgetReadAhead(file);
   return methodsOf(file)->xShmLock(systemOf(file), offset, count, flags);
 }
 void sharedMemoryBarrier(sqlite3_file* file) {
@@ -171,6 +187,7 @@ void rememberDatabase(File* file, const char* name) {
   file->journalName = sqlite3_filename_journal(name);
   file->writeAheadName = sqlite3_filename_wal(name);
   file->identity = identityOf(file->system, name);
+  file->readAhead = new (std::nothrow) ReadAhead;
   const std::lock_guard<std::mutex> lock(g_databasesMutex);
   file->next = g_databases;
   g_databases = file;

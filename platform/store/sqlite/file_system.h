@@ -8,7 +8,7 @@ namespace store {
 
 /// The name of the store's own layer over SQLite's layer over the system's files (sqlite3_open_v2 takes it).
 /// Registers it at the first call; null when SQLite refuses that. It adds two things that keep the store from
-/// harming other programs' work, and heeds TemporaryBound:
+/// harming other programs' work, heeds TemporaryBound, and reads ahead (ReadAhead):
 ///
 ///  - No journal stays open between two transactions. SQLite keeps an emptied one open where it takes it that
 ///    open files can't be deleted, which under Wine is not so: a native program commits by deleting it, and
