@@ -1,0 +1,196 @@
+// What the dialogs of the real program make of a window larger than the handheld's.
+#include <windows.h>
+
+#include <map>
+#include <string>
+#include <vector>
+
+#include "base/settings_store.h"
+#include "tests/shell/shell_settings.h"
+#include "tests/ui/remote/remote_dialog.h"
+#include "tests/ui/support/ui_test.h"
+
+namespace {
+
+constexpr SIZE kHandheld = {240, 294};
+constexpr SIZE kLarger = {611, 523};
+constexpr LONG kWider = kLarger.cx - kHandheld.cx;
+constexpr LONG kHigher = kLarger.cy - kHandheld.cy;
+
+/// By how much the edges of a control move with a larger window.
+struct Move {
+  LONG left;
+  LONG top;
+  LONG right;
+  LONG bottom;
+};
+constexpr Move kStays = {0, 0, 0, 0};
+constexpr Move kGetsWider = {0, 0, kWider, 0};
+constexpr Move kGrows = {0, 0, kWider, kHigher};
+constexpr Move kGoesDown = {0, kHigher, 0, kHigher};
+constexpr Move kGoesAlong = {kWider, kHigher, kWider, kHigher};
+
+using Moves = std::map<int, Move>;
+
+class DialogSizesTest : public UiTest {
+ protected:
+  void SetUp() override {
+    setHandheldSize(false);
+    makeDatabase(file("a.cdb"), {L"CREATE TABLE 'T' (a Text)", L"INSERT INTO T VALUES ('one')"});
+  }
+  void TearDown() override {
+    forgetShellSettings();
+    RegDeleteTreeW(HKEY_CURRENT_USER, SettingsStore::kRoot);
+  }
+
+  static HWND open(HWND main, int command, const wchar_t* title) {
+    PostMessageW(main, WM_COMMAND, static_cast<WPARAM>(command), 0);
+    return remote::waitForDialog(main, title) ? remote::frontWindow(main) : nullptr;
+  }
+  static void leave(HWND main, HWND dialog) {
+    PostMessageW(dialog, WM_CLOSE, 0, 0);
+    EXPECT_TRUE(remote::waitForMain(main));
+  }
+
+  static RECT place(HWND window, HWND parent) {
+    RECT rectangle{};
+    GetWindowRect(window, &rectangle);
+    MapWindowPoints(nullptr, parent, reinterpret_cast<POINT*>(&rectangle), 2);
+    return rectangle;
+  }
+  static std::map<int, RECT> places(HWND dialog, const Moves& moves) {
+    std::map<int, RECT> all;
+    for (const auto& [id, move] : moves) {
+      const HWND control = remote::control(dialog, id);
+      EXPECT_NE(control, nullptr) << id;
+      all[id] = place(control, dialog);
+    }
+    return all;
+  }
+
+  static void expectMoved(const std::map<int, RECT>& from, const std::map<int, RECT>& to,
+                          const Moves& moves) {
+    for (const auto& [id, move] : moves) {
+      const RECT& before = from.at(id);
+      const RECT& after = to.at(id);
+      EXPECT_EQ(after.left - before.left, move.left) << id;
+      EXPECT_EQ(after.top - before.top, move.top) << id;
+      EXPECT_EQ(after.right - before.right, move.right) << id;
+      EXPECT_EQ(after.bottom - before.bottom, move.bottom) << id;
+    }
+  }
+  static void expectCovers(HWND dialog, HWND main) {
+    RECT inside{};
+    RECT covered{};
+    GetClientRect(main, &inside);
+    GetClientRect(dialog, &covered);
+    MapWindowPoints(dialog, main, reinterpret_cast<POINT*>(&covered), 2);
+    EXPECT_TRUE(EqualRect(&inside, &covered)) << covered.right << " x " << covered.bottom;
+  }
+  static void size(HWND main, SIZE inside) { ASSERT_TRUE(remote::sizeInside(main, inside)); }
+
+  /// A full-screen dialog follows the window there and back while it is open.
+  static void expectFollows(HWND main, HWND dialog, const Moves& moves) {
+    expectCovers(dialog, main);
+    const auto atHandhelds = places(dialog, moves);
+    size(main, kLarger);
+    expectCovers(dialog, main);
+    expectMoved(atHandhelds, places(dialog, moves), moves);
+    SetWindowPos(main, nullptr, 33, 44, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+    expectCovers(dialog, main);
+    size(main, kHandheld);
+    expectCovers(dialog, main);
+    const auto again = places(dialog, moves);
+    for (const auto& [id, before] : atHandhelds) EXPECT_TRUE(EqualRect(&before, &again.at(id))) << id;
+  }
+};
+
+TEST_F(DialogSizesTest, NewTableGivesTheRoomToItsNameAndItsFields) {
+  OpenedDatabase opened(file("a.cdb"));
+  ASSERT_NE(opened.tables(), nullptr);
+  size(opened.main(), kHandheld);
+  const HWND dialog = open(opened.main(), 40065, L"New Table");
+  ASSERT_NE(dialog, nullptr);
+  expectFollows(opened.main(), dialog,
+                {{1024, kGetsWider},
+                 {1025, kGrows},
+                 {1027, kGoesDown},
+                 {1028, kGoesDown},
+                 {1036, kGoesDown},
+                 {1037, kGoesDown},
+                 {IDCANCEL, kGoesAlong},
+                 {IDOK, kGoesAlong}});
+  leave(opened.main(), dialog);
+}
+
+TEST_F(DialogSizesTest, AQueryGivesTheRoomToItsText) {
+  OpenedDatabase opened(file("a.cdb"));
+  ASSERT_NE(opened.tables(), nullptr);
+  size(opened.main(), kHandheld);
+  ASSERT_TRUE(remote::switchToPage(opened.main(), OpenedDatabase::kQueriesPage));
+  const HWND dialog = open(opened.main(), 40078, L"Query");
+  ASSERT_NE(dialog, nullptr);
+  const RECT sql = place(remote::control(dialog, 1050), dialog);
+  EXPECT_EQ(sql.bottom - sql.top, 140);
+  EXPECT_EQ(sql.right - sql.left, 234);
+  SendMessageW(remote::control(dialog, 1050), WM_SETTEXT, 0, reinterpret_cast<LPARAM>(L"SELECT a"));
+  expectFollows(opened.main(), dialog,
+                {{1049, kGetsWider},
+                 {1050, kGrows},
+                 {1055, kStays},
+                 {1071, kStays},
+                 {IDCANCEL, kStays},
+                 {IDOK, kGoesAlong}});
+  EXPECT_EQ(remote::text(remote::control(dialog, 1050)), L"SELECT a");
+  leave(opened.main(), dialog);
+}
+
+TEST_F(DialogSizesTest, TheOptionsGiveTheRoomToTheListOfColours) {
+  OpenedDatabase opened(file("a.cdb"));
+  ASSERT_NE(opened.tables(), nullptr);
+  size(opened.main(), kHandheld);
+  const HWND sheet = open(opened.main(), 32775, L"Options");
+  ASSERT_NE(sheet, nullptr);
+  ASSERT_TRUE(remote::turnSheet(sheet, 3));
+  const Moves moves = {{1063, kGoesDown}, {1064, kGoesDown}, {1065, kGoesDown}, {IDOK, kGoesAlong}};
+  const RECT list = place(remote::control(sheet, 1062), sheet);
+  expectFollows(opened.main(), sheet, moves);
+  size(opened.main(), kLarger);
+  const RECT larger = place(remote::control(sheet, 1062), sheet);
+  EXPECT_EQ(larger.right - list.right, kWider);
+  // The list shows whole lines.
+  EXPECT_GT(larger.bottom - list.bottom, kHigher - 20);
+  EXPECT_LE(larger.bottom - list.bottom, kHigher);
+  const RECT page = place(GetParent(remote::control(sheet, 1062)), sheet);
+  EXPECT_EQ(page.right, kLarger.cx);
+  EXPECT_EQ(page.bottom, kLarger.cy - 48);
+  ASSERT_TRUE(remote::turnSheet(sheet, 0));
+  const HWND general = GetParent(remote::control(sheet, 1046));
+  const RECT other = place(general, sheet);
+  EXPECT_TRUE(EqualRect(&page, &other)) << "a page that was not shown yet";
+  leave(opened.main(), sheet);
+}
+
+TEST_F(DialogSizesTest, TheZoomOfAFieldGrowsByWhatTheWindowHasMore) {
+  OpenedDatabase opened(file("a.cdb"));
+  ASSERT_NE(opened.tables(), nullptr);
+  ASSERT_TRUE(remote::switchToPage(opened.main(), OpenedDatabase::kFormPage));
+  const Moves moves = {{1015, kGrows}, {IDOK, kGoesAlong}, {IDCANCEL, kGoesAlong}};
+  std::vector<std::map<int, RECT>> found;
+  for (const SIZE& inside : {kHandheld, kLarger}) {
+    size(opened.main(), inside);
+    const HWND editor = remote::control(opened.main(), 1200);
+    PostMessageW(editor, WM_USER + 202, 0, 0);
+    ASSERT_TRUE(remote::waitForDialog(opened.main(), L"a"));
+    const HWND dialog = remote::frontWindow(opened.main());
+    found.push_back(places(dialog, moves));
+    const RECT over = place(dialog, opened.main());
+    EXPECT_GE(over.left, 0);
+    EXPECT_LE(over.right, inside.cx);
+    EXPECT_LE(over.bottom, inside.cy);
+    leave(opened.main(), dialog);
+  }
+  expectMoved(found[0], found[1], moves);
+}
+
+}  // namespace
