@@ -27,6 +27,7 @@ enum class Setting : std::uint8_t {
   recentFind4,
   recentFind5,
   password,
+  columnWidths,
 };
 
 enum class SettingKind : std::uint8_t { number, text, words };
@@ -43,6 +44,7 @@ namespace settings {
 inline constexpr const wchar_t* kOptions = L"Options";
 inline constexpr const wchar_t* kRecentUserFinds = L"RecentUserFinds";
 inline constexpr const wchar_t* kPassword = L"Password";
+inline constexpr const wchar_t* kColumnWidths = L"ColumnWidths";
 
 /// In the order of their numbers.
 inline constexpr std::array kTable = {
@@ -66,6 +68,7 @@ inline constexpr std::array kTable = {
     SettingRow{Setting::recentFind4, SettingKind::text, kRecentUserFinds, L"FI4"},
     SettingRow{Setting::recentFind5, SettingKind::text, kRecentUserFinds, L"FI5"},
     SettingRow{Setting::password, SettingKind::text, kPassword, L"PasswordItem"},
+    SettingRow{Setting::columnWidths, SettingKind::words, kColumnWidths, L"Widths"},
 };
 
 constexpr const SettingRow& rowOf(Setting setting) {
@@ -76,7 +79,7 @@ static_assert([] {
   for (std::size_t i = 0; i < kTable.size(); ++i) {
     if (kTable[i].setting != static_cast<Setting>(i)) return false;
   }
-  return kTable.size() == static_cast<std::size_t>(Setting::password) + 1;
+  return kTable.size() == static_cast<std::size_t>(Setting::columnWidths) + 1;
 }());
 
 }  // namespace settings

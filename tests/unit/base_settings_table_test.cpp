@@ -36,6 +36,7 @@ constexpr Expected kExpected[] = {
     {L"RecentUserFinds", L"FI4", SettingKind::text},
     {L"RecentUserFinds", L"FI5", SettingKind::text},
     {L"Password", L"PasswordItem", SettingKind::text},
+    {L"ColumnWidths", L"Widths", SettingKind::words},
 };
 
 using SettingsTableTest = RegistryTest;

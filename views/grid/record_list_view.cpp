@@ -185,6 +185,7 @@ LRESULT RecordListView::listMessage(HWND window, UINT message, WPARAM wParam, LP
       Row{WM_LBUTTONDBLCLK, &RecordListView::doubleTapped},
       Row{WM_LBUTTONUP, &RecordListView::tapped},
       Row{WM_KEYDOWN, &RecordListView::keyPressedInList},
+      Row{WM_NOTIFY, &RecordListView::headerReported},
       Row{kFailureNoted, &RecordListView::failureNoted},
       Row{kDrawnWhileBusy, &RecordListView::drawnWhileBusy},
   };
@@ -212,6 +213,7 @@ void RecordListView::show() {
 }
 
 void RecordListView::hide() {
+  widths_.keep();
   ShowWindow(list_, SW_HIDE);
 }
 
@@ -238,6 +240,7 @@ void RecordListView::fill() {
   deleteAllRows(list_);
   deleteColumns();
   fieldCount_ = static_cast<int>(document_->fieldCount());
+  readWidths();
   reckonColumns();
   insertColumns(0);
   cachedRow_ = kNoRow;
@@ -249,6 +252,7 @@ void RecordListView::fill() {
 }
 
 void RecordListView::clear() {
+  widths_.keep();
   deleteAllRows(list_);
   deleteColumns();
   columnCount_ = 0;
@@ -260,11 +264,23 @@ void RecordListView::insertColumns(int from) {
   const UniqueWindowDc dc(list_);
   const HGDIOBJ former = SelectObject(dc.dc(), smallFont_.get());
   for (int column = from; column < columnCount_; ++column) {
-    const int field = column == 0 ? 0 : firstSlidingColumn_ + column - 1;
+    const int field = fieldOfColumn(column);
     listview::insertColumn(list_, column, document_->fieldName(static_cast<std::uint32_t>(field)).text(),
-                           HandheldToMonitor(kColumnWidth));
+                           HandheldToMonitor(widthOf(field)));
   }
   SelectObject(dc.dc(), former);
+}
+
+void RecordListView::readWidths() {
+  widths_.keep();
+  const bool isQuery = document_->openedFromQuery();
+  const String& name = isQuery ? document_->queryName() : document_->tableName();
+  widths_ = ColumnWidths(document_->databasePath().text(), isQuery, name.text());
+}
+
+/// In handheld pixels.
+int RecordListView::widthOf(int field) const {
+  return widths_.of(document_->fieldName(static_cast<std::uint32_t>(field)).text()).value_or(kColumnWidth);
 }
 
 void RecordListView::deleteColumns() {

@@ -6,6 +6,7 @@
 
 #include <cstdint>
 
+#include "base/column_widths.h"
 #include "base/handles.h"
 #include "base/string.h"
 #include "data/outcome.h"
@@ -76,6 +77,9 @@ class RecordListView final : public RecordGrid {
   RECT listRectangle() const;
   void createFonts();
   void applyColors();
+  int fieldOfColumn(int column) const { return column == 0 ? 0 : firstSlidingColumn_ + column - 1; }
+  void readWidths();
+  int widthOf(int field) const;
   void reckonColumns();
   void fitColumnCount();
   void insertColumns(int from);
@@ -98,6 +102,9 @@ class RecordListView final : public RecordGrid {
   LRESULT tapped(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
   LRESULT keyPressedInList(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
   LRESULT drawnWhileBusy(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+  LRESULT headerReported(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+  void fitColumnToView(int column);
+  void noteWidth(int column);
   LRESULT failureNoted(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
 
   static LRESULT windowCreated(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
@@ -119,6 +126,7 @@ class RecordListView final : public RecordGrid {
   int fieldCount_ = 0;
   int columnCount_ = 0;
   int columnRoom_ = kLeastColumnRoom;
+  ColumnWidths widths_;              // of what the grid was filled with
   bool isDrawnWhileBusy_ = false;    // texts were left out, to be drawn once more
   int firstSlidingColumn_ = 1;       // the field in column 1
   std::int64_t cachedRow_ = kNoRow;  // the row that the list's cursor was last moved to for drawing

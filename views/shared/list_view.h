@@ -137,6 +137,31 @@ inline void deleteColumn(HWND list, int column) {
   SendMessageW(list, LVM_DELETECOLUMN, static_cast<WPARAM>(column), 0);
 }
 
+inline void setColumnWidth(HWND list, int column, int width) {
+  SendMessageW(list, LVM_SETCOLUMNWIDTH, static_cast<WPARAM>(column), MAKELPARAM(width, 0));
+}
+
+inline int columnWidth(HWND list, int column) {
+  return static_cast<int>(SendMessageW(list, LVM_GETCOLUMNWIDTH, static_cast<WPARAM>(column), 0));
+}
+
+/// Of what the list would draw of a text, as showableText makes it; of a long one of the beginning.
+inline int stringWidth(HWND list, const wchar_t* text) {
+  constexpr std::size_t kMostDrawnCount = 259;
+  const std::wstring shown = showableText(std::wstring(text).substr(0, kMostDrawnCount).c_str());
+  return static_cast<int>(
+      SendMessageW(list, LVM_GETSTRINGWIDTHW, 0, reinterpret_cast<LPARAM>(shown.c_str())));
+}
+
+inline int topRow(HWND list) {
+  return static_cast<int>(SendMessageW(list, LVM_GETTOPINDEX, 0, 0));
+}
+
+/// As many as are shown whole.
+inline int rowsInView(HWND list) {
+  return static_cast<int>(SendMessageW(list, LVM_GETCOUNTPERPAGE, 0, 0));
+}
+
 /// As wide as the widest text in view.
 inline void fitColumn(HWND list, int column) {
   SendMessageW(list, LVM_SETCOLUMNWIDTH, static_cast<WPARAM>(column), MAKELPARAM(LVSCW_AUTOSIZE, 0));
