@@ -58,6 +58,11 @@ int failed(const store::Status& status) {
   return kFailed;
 }
 
+store::Status withForceHint(const store::Status& status) {
+  if (status.code() != store::ErrorCode::fileExists) return status;
+  return {status.code(), status.message() + " --force replaces a file."};
+}
+
 store::Status StandardOutput::finish() {
   errno = 0;
   if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0) return {};

@@ -41,6 +41,9 @@ std::string countOfRecords(std::int64_t count);
 /// to be told.
 int failed(const store::Status& status);
 
+/// A failure to make a file, with what the user can do when one is there already.
+store::Status withForceHint(const store::Status& status);
+
 /// The standard output.
 class StandardOutput : public store::exchange::StreamSink {
  public:

@@ -1,23 +1,13 @@
-#include <algorithm>
-#include <array>
 #include <filesystem>
 
 #include "platform/store/cdbtool/commands.h"
-#include "platform/store/cdbtool/output_file.h"
 #include "platform/store/cdbtool/system.h"
-#include "platform/store/exchange/csv_writer.h"
-#include "platform/store/exchange/html_writer.h"
-#include "platform/store/exchange/json_writer.h"
-#include "platform/store/exchange/sql_writer.h"
-#include "platform/store/rows/ascii_case.h"
-#include "platform/store/sql/dialect.h"
-#include "platform/store/sql/sql_tokens.h"
+#include "platform/store/exchange/export.h"
+#include "platform/store/exchange/output_file.h"
 
 namespace cdbtool {
 
 using store::Backend;
-using store::RowStream;
-using store::SourceKind;
 using store::Status;
 namespace exchange = store::exchange;
 
@@ -35,82 +25,49 @@ class Progress : public exchange::ExportObserver {
   Console& console_;
 };
 
-RowFormat formatOf(const ExportRequest& request) {
-  if (request.format) return *request.format;
-  struct Ending {
-    const char* text;
-    RowFormat format;
-  };
-  static constexpr std::array<Ending, 7> kEndings{{{".csv", RowFormat::csv},
-                                                   {".json", RowFormat::json},
-                                                   {".jsonl", RowFormat::jsonLines},
-                                                   {".ndjson", RowFormat::jsonLines},
-                                                   {".html", RowFormat::html},
-                                                   {".htm", RowFormat::html},
-                                                   {".sql", RowFormat::sql}}};
-  const std::string target = store::lowerCase(request.target);
-  const auto* found = std::find_if(kEndings.begin(), kEndings.end(),
-                                   [&target](const Ending& ending) { return target.ends_with(ending.text); });
-  return found != kEndings.end() ? found->format : RowFormat::csv;
-}
-
-std::unique_ptr<exchange::RowWriter> makeWriter(const ExportRequest& request, RowFormat format,
-                                                exchange::TableStatements statements) {
-  switch (format) {
+exchange::ExportFormat formatOf(const ExportRequest& request) {
+  using exchange::ExportFormat;
+  if (!request.format) return exchange::formatOfName(request.target).value_or(ExportFormat::csv);
+  switch (*request.format) {
     case RowFormat::json:
-      return std::make_unique<exchange::JsonWriter>(exchange::JsonWriter::Shape::array);
+      return ExportFormat::json;
     case RowFormat::jsonLines:
-      return std::make_unique<exchange::JsonWriter>(exchange::JsonWriter::Shape::lines);
+      return ExportFormat::jsonLines;
     case RowFormat::html:
-      return std::make_unique<exchange::HtmlWriter>(request.what);
-    case RowFormat::sql: {
-      const bool isName = !statements.create.empty();
-      return std::make_unique<exchange::SqlWriter>(isName ? request.what : "Result", std::move(statements));
-    }
-    default: {
-      exchange::CsvWriter::Options options;
-      options.format = {request.separator, request.hasHeader, request.nullText};
-      options.lineEnd = request.lineEnd == "lf" ? "\n" : "\r\n";
-      options.hasMark = request.hasMark;
-      return std::make_unique<exchange::CsvWriter>(options);
-    }
+      return ExportFormat::html;
+    case RowFormat::sql:
+      return ExportFormat::sql;
+    case RowFormat::text:
+    case RowFormat::csv:
+      break;
   }
+  return ExportFormat::csv;
 }
 
-/// Only columns that take values can be in the statements that make the rows again.
-std::string selectOf(const std::string& table, const std::vector<std::string>& columns) {
-  std::string list;
-  for (const std::string& column : columns) list += (list.empty() ? "" : ", ") + store::quotedName(column);
-  return "SELECT " + list + " FROM " + store::quotedName(table);
+exchange::ExportOptions optionsOf(const ExportRequest& request) {
+  exchange::ExportOptions options;
+  options.format = formatOf(request);
+  options.csv = {request.separator, request.hasHeader, request.nullText};
+  options.lineEnd = request.lineEnd == "lf" ? "\n" : "\r\n";
+  options.hasMark = request.hasMark;
+  return options;
 }
 
 Status exportTo(const ExportRequest& request, Backend& backend, Console& console,
                 exchange::ExportResult* result) {
-  std::string source;
-  SourceKind kind = SourceKind::text;
-  if (Status status = resolveRows(backend, request.what, &source, &kind); !status) return status;
-  const RowFormat format = formatOf(request);
-  exchange::TableStatements statements;
-  if (format == RowFormat::sql && kind == SourceKind::table) {
-    if (Status status = exchange::readTableStatements(backend, source, &statements); !status) return status;
-    if (!statements.create.empty()) {
-      source = selectOf(source, statements.columns);
-      kind = SourceKind::text;
-    }
-  }
-  std::unique_ptr<RowStream> rows;
-  if (Status status = backend.openStream(source, kind, &rows); !status) return status;
-  const std::unique_ptr<exchange::RowWriter> writer = makeWriter(request, format, std::move(statements));
+  exchange::ExportSource rows;
+  rows.name = request.what;
+  if (Status status = resolveRows(backend, request.what, &rows.source, &rows.kind); !status) return status;
+  const exchange::ExportOptions options = optionsOf(request);
   Progress progress(console);
   if (request.target == "-") {
     StandardOutput output;
-    Status status = exchange::exportRows(*rows, *writer, output, progress, result);
+    Status status = exchange::exportSource(backend, rows, options, output, progress, result);
     return status ? StandardOutput::finish() : status;
   }
-  OutputFile output;
-  if (Status status = output.create(request.target, request.replacesFiles, {request.file}); !status)
-    return status;
-  Status status = exchange::exportRows(*rows, *writer, output, progress, result);
+  exchange::OutputFile output;
+  Status status = withForceHint(output.create(request.target, request.replacesFiles, {request.file}));
+  if (status) status = exchange::exportSource(backend, rows, options, output, progress, result);
   return status ? output.keep() : status;
 }
 

@@ -1,11 +1,11 @@
 #include <filesystem>
 
 #include "platform/store/cdbtool/commands.h"
-#include "platform/store/cdbtool/output_file.h"
 #include "platform/store/cdbtool/system.h"
 #include "platform/store/exchange/csv_reader.h"
 #include "platform/store/exchange/import.h"
 #include "platform/store/exchange/names.h"
+#include "platform/store/exchange/output_file.h"
 #include "platform/store/rows/ascii_case.h"
 #include "platform/store/sql/sql_tokens.h"
 #include "platform/store/sqlite/file_path.h"
@@ -49,7 +49,7 @@ class Observer : public exchange::ImportObserver {
     if (request_.rejectsFile.empty()) return {};
     if (!file_.isOpen()) {
       Status status =
-          file_.create(request_.rejectsFile, request_.replacesFiles, {request_.file, request_.source});
+          withForceHint(file_.create(request_.rejectsFile, request_.replacesFiles, {request_.file, request_.source}));
       if (status) status = file_.write("Line,Reason,Fields\r\n");
       if (!status) return status;
     }
@@ -71,7 +71,7 @@ class Observer : public exchange::ImportObserver {
  private:
   const ImportRequest& request_;
   Console& console_;
-  OutputFile file_;
+  exchange::OutputFile file_;
   std::int64_t count_ = 0;
 };
 

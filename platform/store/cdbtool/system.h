@@ -26,7 +26,4 @@ bool wasInterrupted();
 /// The unit that stands for `unit` where letter case makes no difference.
 char16_t foldedUnit(char16_t unit);
 
-/// A number that no other running program has.
-unsigned long processNumber();
-
 }  // namespace cdbtool

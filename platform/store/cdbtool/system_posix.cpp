@@ -47,8 +47,4 @@ char16_t foldedUnit(char16_t unit) {
   return upper < 0x10000 ? static_cast<char16_t>(upper) : unit;
 }
 
-unsigned long processNumber() {
-  return static_cast<unsigned long>(getpid());
-}
-
 }  // namespace cdbtool

@@ -58,8 +58,4 @@ char16_t foldedUnit(char16_t unit) {
   return static_cast<char16_t>(reinterpret_cast<ULONG_PTR>(CharUpperW(argument)));
 }
 
-unsigned long processNumber() {
-  return GetCurrentProcessId();
-}
-
 }  // namespace cdbtool

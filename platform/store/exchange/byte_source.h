@@ -36,6 +36,8 @@ FileHandle openToRead(const std::string& path);
 FileHandle createToWrite(const std::string& path);
 /// Takes care that `file` is on the disk and not only on its way. False when that failed.
 bool flushToDisk(std::FILE* file);
+/// A number that no other running program has, for names beside a file.
+unsigned long processNumber();
 /// A new, empty file without a name for writing and reading, that is gone when it is closed or the program
 /// ends. Null when there can be none.
 FileHandle openTemporary();

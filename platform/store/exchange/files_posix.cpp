@@ -27,6 +27,10 @@ bool flushToDisk(std::FILE* file) {
   return fsync(fileno(file)) == 0 || errno == EINVAL || errno == EROFS;
 }
 
+unsigned long processNumber() {
+  return static_cast<unsigned long>(getpid());
+}
+
 FileHandle openTemporary() {
   return FileHandle(std::tmpfile());
 }

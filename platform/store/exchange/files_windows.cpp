@@ -29,6 +29,10 @@ bool flushToDisk(std::FILE* file) {
   return _commit(_fileno(file)) == 0 || errno == EBADF || errno == EINVAL;
 }
 
+unsigned long processNumber() {
+  return GetCurrentProcessId();
+}
+
 FileHandle openTemporary() {
   std::array<wchar_t, MAX_PATH + 1> folder{};
   std::array<wchar_t, MAX_PATH + 1> name{};

@@ -1,17 +1,13 @@
-#include "platform/store/cdbtool/output_file.h"
+#include "platform/store/exchange/output_file.h"
 
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
 #include <system_error>
 
-#include "platform/store/cdbtool/system.h"
 #include "platform/store/sqlite/file_path.h"
 
-namespace cdbtool {
-
-using store::ErrorCode;
-using store::Status;
+namespace store::exchange {
 
 namespace {
 
@@ -25,28 +21,28 @@ OutputFile::~OutputFile() {
   if (file_ == nullptr) return;
   file_.reset();
   std::error_code error;
-  std::filesystem::remove(store::pathOf(writtenPath_), error);
+  std::filesystem::remove(pathOf(writtenPath_), error);
 }
 
 Status OutputFile::create(const std::string& path, bool replaces, const std::vector<std::string>& inUse) {
   std::error_code error;
-  const std::filesystem::path place = store::pathOf(path);
+  const std::filesystem::path place = pathOf(path);
   const bool exists = std::filesystem::exists(place, error);
   if (exists && !replaces) {
-    return {ErrorCode::fileExists, "The file " + path + " exists already; --force replaces it."};
+    return {ErrorCode::fileExists, "The file " + path + " exists already."};
   }
   if (exists && !std::filesystem::is_regular_file(place, error)) {
     return {ErrorCode::cannotOpen, path + " is not a file that can be replaced."};
   }
   for (const std::string& other : inUse) {
-    if (exists && std::filesystem::equivalent(place, store::pathOf(other), error)) {
+    if (exists && std::filesystem::equivalent(place, pathOf(other), error)) {
       return {ErrorCode::fileExists, "The file " + path + " is in use and is not replaced."};
     }
   }
   path_ = path;
   writtenPath_ = exists ? path + ".part" + std::to_string(processNumber()) : path;
   errno = 0;
-  file_ = store::exchange::createToWrite(writtenPath_);
+  file_ = createToWrite(writtenPath_);
   return file_ != nullptr ? Status() : failedToWrite(path);
 }
 
@@ -58,15 +54,15 @@ Status OutputFile::write(std::string_view bytes) {
 
 Status OutputFile::keep() {
   errno = 0;
-  if (!store::exchange::flushToDisk(file_.get())) return failedToWrite(path_);
+  if (!flushToDisk(file_.get())) return failedToWrite(path_);
   if (writtenPath_ != path_) {
     // An open file can't be renamed on every system.
     file_.reset();
     std::error_code error;
-    std::filesystem::rename(store::pathOf(writtenPath_), store::pathOf(path_), error);
+    std::filesystem::rename(pathOf(writtenPath_), pathOf(path_), error);
     if (error) {
       std::error_code ignored;
-      std::filesystem::remove(store::pathOf(writtenPath_), ignored);
+      std::filesystem::remove(pathOf(writtenPath_), ignored);
       return {ErrorCode::inputOutput, "The file " + path_ + " can't be replaced: " + error.message() + "."};
     }
   }
@@ -74,4 +70,4 @@ Status OutputFile::keep() {
   return {};
 }
 
-}  // namespace cdbtool
+}  // namespace store::exchange

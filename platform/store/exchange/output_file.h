@@ -5,10 +5,10 @@
 
 #include "platform/store/exchange/byte_sink.h"
 
-namespace cdbtool {
+namespace store::exchange {
 
 /// A file that is there whole or not at all.
-class OutputFile : public store::exchange::ByteSink {
+class OutputFile : public ByteSink {
  public:
   OutputFile() = default;
   /// Removes what was not kept.
@@ -18,16 +18,16 @@ class OutputFile : public store::exchange::ByteSink {
 
   /// Begins a file that is to stand at `path`. An existing one is refused (fileExists) unless `replaces`;
   /// then it stays until keep() puts this one into its place. None of `inUse` is ever replaced.
-  store::Status create(const std::string& path, bool replaces, const std::vector<std::string>& inUse);
-  store::Status write(std::string_view bytes) override;
+  Status create(const std::string& path, bool replaces, const std::vector<std::string>& inUse);
+  Status write(std::string_view bytes) override;
   /// Makes sure that all is on the disk, under its name.
-  store::Status keep();
+  Status keep();
   bool isOpen() const { return file_ != nullptr; }
 
  private:
   std::string path_;
   std::string writtenPath_;
-  store::exchange::FileHandle file_;
+  FileHandle file_;
 };
 
-}  // namespace cdbtool
+}  // namespace store::exchange
