@@ -42,6 +42,13 @@ bool isTypeName(std::string_view type) {
          std::count(type.begin(), type.end(), '(') == std::count(type.begin(), type.end(), ')');
 }
 
+/// Of a column of a new table.
+void giveType(PlannedColumn& column, const std::string& type) {
+  column.declaredType = type;
+  // The type of this name becomes another one in the statement that makes the table.
+  column.kind = kindOf(equalsIgnoringCase(type, "memo") ? "text" : type);
+}
+
 /// What is in a file.
 struct FileContents {
   Texts first;                       // the texts of the first record
@@ -120,6 +127,7 @@ class Planner {
   Status planNewTable();
   Status planExistingTable();
   Status matchColumns();
+  const TableSchema::Column* placeOf(const PlannedColumn& column) const;
   Status findKey();
 
   bool isSkipped(const std::string& name) const { return contains(options_.skipped, name); }
@@ -141,8 +149,9 @@ Status Planner::make(ImportPlan* plan) {
   if (Status status = checkChoices(); !status) return status;
   Status status = plan_.isNewTable ? planNewTable() : planExistingTable();
   if (!status) return status;
-  if (plan_.columns.empty()) return {ErrorCode::badColumn, "No column of the file is left."};
   if (status = findKey(); !status) return status;
+  if (status = checkColumns(plan_); !status) return status;
+  plan_.fileColumns = std::move(contents_.names);
   *plan = std::move(plan_);
   return {};
 }
@@ -242,9 +251,7 @@ Status Planner::planNewTable() {
     PlannedColumn column;
     column.source = name;
     column.sourceIndex = index;
-    column.declaredType = type != nullptr ? *type : std::string(contents_.guesses[index].declaredType());
-    // The type of this name becomes another one in the statement that makes the table.
-    column.kind = kindOf(equalsIgnoringCase(column.declaredType, "memo") ? "text" : column.declaredType);
+    giveType(column, type != nullptr ? *type : std::string(contents_.guesses[index].declaredType()));
     plan_.columns.push_back(std::move(column));
   }
   const Texts valid = validFieldNames(wanted);
@@ -261,14 +268,17 @@ Status Planner::planExistingTable() {
     plan_.columns.push_back(std::move(column));
   }
   if (Status status = matchColumns(); !status) return status;
+  if (options_.skipsUnknown) {
+    std::erase_if(plan_.columns, [this](const PlannedColumn& column) { return placeOf(column) == nullptr; });
+  }
   Texts taken;
   for (PlannedColumn& column : plan_.columns) {
     if (contains(taken, column.target)) {
       return {ErrorCode::badColumn, "Two columns of the file are for " + column.target + "."};
     }
     taken.push_back(column.target);
-    const TableSchema::Column* target = schema_.find(column.target);
-    if (target == nullptr || target->generated) {
+    const TableSchema::Column* target = placeOf(column);
+    if (target == nullptr) {
       return {ErrorCode::badColumn, "The table has no column called \"" + column.target +
                                         "\" that takes values; the file has one."};
     }
@@ -277,6 +287,12 @@ Status Planner::planExistingTable() {
     column.kind = kindOf(target->declaredType);
   }
   return {};
+}
+
+/// Null where the table has no column that takes its values.
+const TableSchema::Column* Planner::placeOf(const PlannedColumn& column) const {
+  const TableSchema::Column* place = schema_.find(column.target);
+  return place != nullptr && !place->generated ? place : nullptr;
 }
 
 /// By name; by order where the file has no names or none that the table has.
@@ -299,7 +315,7 @@ Status Planner::matchColumns() {
       column.target = column.source;
     } else if (next < inOrder.size()) {
       column.target = inOrder[next++];
-    } else {
+    } else if (!options_.skipsUnknown) {
       return {ErrorCode::badColumn, "The file has more columns than the table."};
     }
   }
@@ -313,16 +329,30 @@ Status Planner::findKey() {
   if (plan_.keyColumns.empty()) {
     return {ErrorCode::invalidArgument, "The table has no primary key: say which columns are the key."};
   }
-  for (const std::string& key : plan_.keyColumns) {
+  return {};
+}
+
+}  // namespace
+
+Status setColumnType(ImportPlan& plan, std::size_t column, const std::string& type) {
+  if (!plan.isNewTable) {
+    return {ErrorCode::invalidArgument, "The table is there already, and its types rule."};
+  }
+  if (!isTypeName(type)) return {ErrorCode::invalidArgument, "\"" + type + "\" is no type."};
+  giveType(plan.columns[column], type);
+  return {};
+}
+
+Status checkColumns(const ImportPlan& plan) {
+  if (plan.columns.empty()) return {ErrorCode::badColumn, "No column of the file is left."};
+  for (const std::string& key : plan.keyColumns) {
     const bool isGiven =
-        std::any_of(plan_.columns.begin(), plan_.columns.end(),
+        std::any_of(plan.columns.begin(), plan.columns.end(),
                     [&](const PlannedColumn& column) { return equalsIgnoringCase(column.target, key); });
     if (!isGiven) return {ErrorCode::badColumn, "The file has no values for the key " + key + "."};
   }
   return {};
 }
-
-}  // namespace
 
 Status cancelled() {
   return {ErrorCode::illegalOperation, "The import was cancelled. Nothing was changed."};

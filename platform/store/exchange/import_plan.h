@@ -30,6 +30,8 @@ struct ImportOptions {
   /// Columns of the file with the names that they are to have in the table.
   std::vector<std::pair<std::string, std::string>> map;
   std::vector<std::string> skipped;  ///< columns of the file that are to be left out
+  /// Those for which an existing table has no place are left out, too, instead of being told.
+  bool skipsUnknown = false;
   /// A record takes the place of the one with the same key: the given columns of the table, or its primary
   /// key.
   bool replaces = false;
@@ -51,12 +53,20 @@ struct ImportPlan {
   CsvFormat csv;
   std::string table;
   bool isNewTable = false;
+  std::vector<std::string> fileColumns;  ///< all that the file has, those too that are left out
   std::vector<PlannedColumn> columns;
   std::vector<std::string> keyColumns;  ///< empty unless records are replaced
 
   /// The statement that makes the new table.
   std::string createStatement() const;
 };
+
+/// Gives a column of a new table another type, in the place of the one that was found out. invalidArgument
+/// for a table that is there and for what is no type.
+Status setColumnType(ImportPlan& plan, std::size_t column, const std::string& type);
+
+/// Whether a plan whose columns became fewer still has some, and all of its key: badColumn if not.
+Status checkColumns(const ImportPlan& plan);
 
 /// Hears of an import while it goes on.
 class ImportObserver {

@@ -56,10 +56,15 @@ class ConnectionObject final : public AutomationObject<IAdoceConnection> {
   HRESULT STDMETHODCALLTYPE SaveCopy(BSTR path) override;
   HRESULT STDMETHODCALLTYPE AskWhileBusy(IDispatch* question) override;
   HRESULT STDMETHODCALLTYPE Stop() override;
+  HRESULT STDMETHODCALLTYPE ExportRows(BSTR source, long options, BSTR name, BSTR path, IDispatch* question,
+                                       hyper* changed, hyper* records) override;
+  HRESULT STDMETHODCALLTYPE OpenImport(BSTR path, IAdoceImport** import) override;
 
   // For the module's own objects, which hold the module's lock and hand failures on.
 
   bool isOpen() const { return backend_ != nullptr; }
+  /// Null while it is closed.
+  store::Backend* backend() const { return backend_.get(); }
   /// The connection string by which `open` opens.
   void setConnectionString(std::wstring_view text) { connectionString_ = text; }
   Outcome open() { return open(connectionString_); }

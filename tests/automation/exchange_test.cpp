@@ -1,0 +1,363 @@
+// Records between the database and other files.
+#include <array>
+#include <string>
+#include <vector>
+
+#include "tests/automation/automation_test.h"
+#include "tests/automation/sqlite_file.h"
+
+namespace automationtest {
+namespace {
+
+constexpr HRESULT kIllegal = objectModelError(3219);
+constexpr HRESULT kBadArgument = objectModelError(3001);
+constexpr HRESULT kNoItem = objectModelError(3265);
+constexpr HRESULT kCannotOpen = objectModelError(3002);
+constexpr long kAllOrNothing = 0;
+constexpr long kGoodRecords = 1;
+
+struct Counts {
+  hyper added = -1;
+  hyper replaced = -1;
+  hyper leftOut = -1;
+  bool operator==(const Counts&) const = default;
+};
+
+/// Stops what asks, and notes with what.
+class Stopper final : public IDispatch {
+ public:
+  explicit Stopper(IAdoceConnection* busy = nullptr) : used_(busy) {}
+  virtual ~Stopper() = default;
+
+  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID interfaceId, void** object) override {
+    const bool known = interfaceId == IID_IUnknown || interfaceId == IID_IDispatch;
+    *object = known ? this : nullptr;
+    return known ? S_OK : E_NOINTERFACE;
+  }
+  ULONG STDMETHODCALLTYPE AddRef() override { return 2; }
+  ULONG STDMETHODCALLTYPE Release() override { return 1; }
+  HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT*) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override {
+    return E_NOTIMPL;
+  }
+  HRESULT STDMETHODCALLTYPE Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS* arguments, VARIANT* result,
+                                   EXCEPINFO*, UINT*) override {
+    EXPECT_EQ(arguments->cArgs, 3u);
+    EXPECT_EQ(V_VT(&arguments->rgvarg[2]), VT_I4);
+    what.push_back(V_I4(&arguments->rgvarg[2]));
+    EXPECT_LE(V_R8(&arguments->rgvarg[1]), V_R8(&arguments->rgvarg[0]) + 1e9);
+    if (used_) used.push_back(execute(used_, L"SELECT 1"));
+    V_VT(result) = VT_BOOL;
+    V_BOOL(result) = VARIANT_TRUE;
+    return S_OK;
+  }
+
+  std::vector<long> what;     // NOLINT(misc-non-private-member-variables-in-classes)
+  std::vector<HRESULT> used;  // NOLINT(misc-non-private-member-variables-in-classes)
+
+ private:
+  IAdoceConnection* used_;
+};
+
+class Exchange : public AutomationTest {
+ protected:
+  void SetUp() override { connection_ = openNewDatabase(); }
+
+  ComPtr<IAdoceImport> open(const std::string& content, const std::wstring& name = L"People.csv") {
+    writeFile(pathOf(name), content);
+    ComPtr<IAdoceImport> import;
+    EXPECT_EQ(connection_->OpenImport(text(pathOf(name)).get(), import.receive()), S_OK);
+    return import;
+  }
+  ComPtr<IAdoceImport> examined(const std::string& content) {
+    ComPtr<IAdoceImport> import = open(content);
+    EXPECT_EQ(import->Examine(nullptr), S_OK);
+    return import;
+  }
+  static std::wstring columnOf(IAdoceImport* import, long index) {
+    OwnedText source;
+    OwnedText target;
+    OwnedText type;
+    if (FAILED(import->GetColumn(index, source.receive(), target.receive(), type.receive()))) return L"none";
+    return std::wstring(source.get()) + L">" + target.get() + L":" + type.get();
+  }
+  static Counts run(IAdoceImport* import, long mode = kAllOrNothing, HRESULT expected = S_OK) {
+    Counts counts;
+    EXPECT_EQ(import->Run(mode, nullptr, &counts.added, &counts.replaced, &counts.leftOut), expected);
+    return counts;
+  }
+  static std::vector<std::wstring> rejects(IAdoceImport* import) {
+    std::vector<std::wstring> all;
+    long count = -1;
+    EXPECT_EQ(import->get_RejectCount(&count), S_OK);
+    for (long i = 0; i < count; ++i) {
+      hyper line = 0;
+      OwnedText reason;
+      EXPECT_EQ(import->GetReject(i, &line, reason.receive()), S_OK);
+      all.push_back(std::to_wstring(line) + L": " + reason.get());
+    }
+    return all;
+  }
+  std::vector<std::string> stored(const std::string& sql) const {
+    return sqliteColumn(pathOf(L"test.cdb"), sql);
+  }
+  std::vector<std::string> tables() const {
+    return stored("SELECT name FROM sqlite_schema WHERE type = 'table'");
+  }
+  HRESULT exportRows(const std::wstring& source, long options, const std::wstring& name, hyper* records,
+                     IDispatch* question = nullptr) {
+    hyper changed = 0;
+    return connection_->ExportRows(text(source).get(), options, text(L"Title").get(),
+                                   text(pathOf(name)).get(), question, &changed, records);
+  }
+
+  ComPtr<IAdoceConnection> connection_;
+};
+
+TEST_F(Exchange, AFileIsExaminedAndStored) {
+  const auto import = examined("Name;Age;Zip\r\nAda;36;00123\r\nBo;;4567\r\n");
+  long header = -1;
+  VARIANT_BOOL isNew = VARIANT_FALSE;
+  OwnedText delimiter;
+  OwnedText table;
+  EXPECT_EQ(import->get_Header(&header), S_OK);
+  EXPECT_EQ(import->get_IsNewTable(&isNew), S_OK);
+  EXPECT_EQ(import->get_Delimiter(delimiter.receive()), S_OK);
+  EXPECT_EQ(import->get_Table(table.receive()), S_OK);
+  EXPECT_EQ(header, 1);
+  EXPECT_EQ(isNew, VARIANT_TRUE);
+  EXPECT_STREQ(delimiter.get(), L";");
+  EXPECT_STREQ(table.get(), L"People");
+  EXPECT_EQ(columnOf(import.get(), 0), L"Name>Name:Text");
+  EXPECT_EQ(columnOf(import.get(), 1), L"Age>Age:Integer");
+  EXPECT_EQ(columnOf(import.get(), 2), L"Zip>Zip:Text");
+  EXPECT_EQ(columnOf(import.get(), 3), L"none");
+  EXPECT_EQ(run(import.get()), (Counts{2, 0, 0}));
+  EXPECT_THAT(stored("SELECT Name || ifnull(Age, '-') || Zip FROM People"),
+              testing::ElementsAre("Ada3600123", "Bo-4567"));
+}
+
+TEST_F(Exchange, TypesAndColumnsAreChosen) {
+  const auto import = examined("Name,Age\nAda,36\n");
+  EXPECT_EQ(import->SetColumn(1, text(L"Text").get()), S_OK);
+  EXPECT_EQ(columnOf(import.get(), 1), L"Age>Age:Text");
+  EXPECT_EQ(import->SetColumn(0, text(L"").get()), S_OK);
+  EXPECT_EQ(columnOf(import.get(), 0), L"Name>:Text");
+  EXPECT_EQ(import->SetColumn(1, text(L"Text; DROP TABLE x").get()), kBadArgument);
+  EXPECT_EQ(import->SetColumn(2, text(L"Text").get()), kNoItem);
+  EXPECT_EQ(import->SetColumn(-1, text(L"Text").get()), kNoItem);
+  run(import.get());
+  EXPECT_THAT(stored("SELECT typeof(Age) FROM People"), testing::ElementsAre("text"));
+  EXPECT_THAT(stored("SELECT name FROM pragma_table_info('People')"), testing::ElementsAre("Age"));
+}
+
+TEST_F(Exchange, WhatWasChosenOfAColumnStaysForAnotherTable) {
+  const auto import = examined("Name,Age,Zip\nAda,36,1\n");
+  EXPECT_EQ(import->SetColumn(0, nullptr), S_OK);
+  EXPECT_EQ(import->SetColumn(1, text(L"Text").get()), S_OK);
+  EXPECT_EQ(import->put_Table(text(L"Guests").get()), S_OK);
+  EXPECT_EQ(import->Examine(nullptr), S_OK);
+  EXPECT_EQ(columnOf(import.get(), 0), L"Name>:Text");
+  EXPECT_EQ(columnOf(import.get(), 1), L"Age>Age:Text");
+  EXPECT_EQ(columnOf(import.get(), 2), L"Zip>Zip:Integer");
+  execute(connection_.get(), L"CREATE TABLE There (Age integer, Zip integer)");
+  EXPECT_EQ(import->put_Table(text(L"There").get()), S_OK);
+  EXPECT_EQ(import->Examine(nullptr), S_OK);
+  EXPECT_EQ(columnOf(import.get(), 1), L"Age>Age:INTEGER") << "its types rule";
+}
+
+TEST_F(Exchange, WithoutAnyColumnNothingIsStored) {
+  const auto import = examined("Name\nAda\n");
+  EXPECT_EQ(import->SetColumn(0, nullptr), S_OK);
+  run(import.get(), kAllOrNothing, kBadColumn);
+  EXPECT_THAT(tables(), testing::IsEmpty());
+}
+
+TEST_F(Exchange, WhatATableHasNoPlaceForIsLeftOut) {
+  execute(connection_.get(), L"CREATE TABLE People (Name varchar(20))");
+  const auto import = examined("Name,Age\nAda,36\n");
+  EXPECT_EQ(columnOf(import.get(), 1), L"Age>:");
+  EXPECT_EQ(import->SetColumn(1, text(L"Integer").get()), kBadArgument);
+  EXPECT_EQ(run(import.get()), (Counts{1, 0, 0}));
+  EXPECT_THAT(stored("SELECT Name FROM People"), testing::ElementsAre("Ada"));
+}
+
+TEST_F(Exchange, RecordsAreReplacedByTheirKey) {
+  SqliteFile(pathOf(L"test.cdb"))
+      .run(
+          "CREATE TABLE People (Id INTEGER PRIMARY KEY, Name TEXT);"
+          "INSERT INTO People VALUES (1, 'old'), (2, 'stays')");
+  const auto import = open("Id,Name\n1,new\n3,more\n");
+  EXPECT_EQ(import->put_Replaces(VARIANT_TRUE), S_OK);
+  EXPECT_EQ(import->Examine(nullptr), S_OK);
+  EXPECT_EQ(run(import.get()), (Counts{1, 1, 0}));
+  EXPECT_THAT(stored("SELECT Id || Name FROM People"), testing::ElementsAre("1new", "2stays", "3more"));
+}
+
+TEST_F(Exchange, WhatCannotBeTakenIsToldByItsLine) {
+  execute(connection_.get(), L"CREATE TABLE People (Name text, Age integer)");
+  const auto import = examined("Name,Age\nAda,36\nBo,old\n\"C\nD\",1\nE,2,3\n");
+  EXPECT_EQ(run(import.get()), (Counts{0, 0, 2}));
+  EXPECT_THAT(stored("SELECT Name FROM People"), testing::IsEmpty());
+  ASSERT_EQ(rejects(import.get()).size(), 2u);
+  EXPECT_THAT(rejects(import.get()).front(), testing::StartsWith(L"3: Age: \"old\""));
+  EXPECT_THAT(rejects(import.get()).back(), testing::StartsWith(L"6: there are 3 fields instead of 2"));
+  EXPECT_EQ(run(import.get(), kGoodRecords), (Counts{2, 0, 2}));
+  EXPECT_THAT(stored("SELECT Name FROM People"), testing::ElementsAre("Ada", "C\nD"));
+}
+
+TEST_F(Exchange, OnlyAThousandAreTold) {
+  execute(connection_.get(), L"CREATE TABLE People (Age integer)");
+  std::string content = "Age\n";
+  for (int i = 0; i < 1500; ++i) content += "x\n";
+  const auto import = examined(content);
+  EXPECT_EQ(run(import.get()), (Counts{0, 0, 1500}));
+  EXPECT_EQ(rejects(import.get()).size(), 1000u);
+}
+
+TEST_F(Exchange, ThePreviewHasTheColumnsFirst) {
+  const auto import = examined("Name,Age\nAda,36\nBo\n");
+  OwnedVariant texts;
+  EXPECT_EQ(import->Preview(5, texts.get()), S_OK);
+  ASSERT_EQ(V_VT(texts.get()), VT_ARRAY | VT_BSTR);
+  SAFEARRAY* const array = V_ARRAY(texts.get());
+  const auto at = [array](LONG column, LONG record) {
+    LONG place[] = {column, record};
+    OwnedText found;
+    EXPECT_EQ(SafeArrayGetElement(array, place, found.receive()), S_OK);
+    return std::wstring(found.get() ? found.get() : L"");
+  };
+  LONG last = 0;
+  SafeArrayGetUBound(array, 1, &last);
+  EXPECT_EQ(last, 1);
+  SafeArrayGetUBound(array, 2, &last);
+  EXPECT_EQ(last, 1);
+  EXPECT_EQ(at(0, 0), L"Ada");
+  EXPECT_EQ(at(1, 0), L"36");
+  EXPECT_EQ(at(0, 1), L"Bo");
+  EXPECT_EQ(at(1, 1), L"");
+  OwnedVariant none;
+  EXPECT_EQ(import->Preview(-3, none.get()), S_OK);
+}
+
+TEST_F(Exchange, ChoicesAreChecked) {
+  const auto import = open("a,b\n1,2\n");
+  EXPECT_EQ(import->put_Encoding(text(L"martian").get()), kBadArgument);
+  EXPECT_EQ(import->put_Delimiter(text(L"ab").get()), kBadArgument);
+  EXPECT_EQ(import->put_Delimiter(text(L"\"").get()), kBadArgument);
+  EXPECT_EQ(import->put_Header(2), kBadArgument);
+  EXPECT_EQ(import->put_Table(text(L"a[b").get()), S_OK);
+  EXPECT_EQ(import->Examine(nullptr), kBadArgument);
+  long count = 0;
+  EXPECT_EQ(import->get_ColumnCount(&count), kIllegal);
+  run(import.get(), kAllOrNothing, kIllegal);
+  EXPECT_EQ(import->get_ColumnCount(nullptr), E_POINTER);
+  EXPECT_EQ(import->put_Table(text(L"T").get()), S_OK);
+  EXPECT_EQ(import->put_Header(0), S_OK);
+  EXPECT_EQ(import->put_Delimiter(text(L"|").get()), S_OK);
+  EXPECT_EQ(import->Examine(nullptr), S_OK);
+  EXPECT_EQ(import->get_ColumnCount(&count), S_OK);
+  EXPECT_EQ(count, 1);
+  run(import.get(), 2, kBadArgument);
+}
+
+TEST_F(Exchange, AFileThatIsNotThereIsTold) {
+  ComPtr<IAdoceImport> import;
+  EXPECT_EQ(connection_->OpenImport(text(pathOf(L"none.csv")).get(), import.receive()), kCannotOpen);
+  EXPECT_EQ(import.get(), nullptr);
+}
+
+TEST_F(Exchange, AnImportEndsWithItsConnection) {
+  const auto import = examined("Name\nAda\n");
+  EXPECT_EQ(connection_->Close(), S_OK);
+  run(import.get(), kAllOrNothing, objectModelError(3709));
+  EXPECT_EQ(import->Examine(nullptr), objectModelError(3709));
+}
+
+TEST_F(Exchange, AStoppedImportHasChangedNothing) {
+  std::string content = "Name\n";
+  for (int i = 0; i < 5000; ++i) content += "some text\n";
+  const auto import = open(content);
+  Stopper looking;
+  EXPECT_EQ(import->Examine(&looking), kIllegal);
+  EXPECT_THAT(looking.what, testing::ElementsAre(0));
+  EXPECT_EQ(import->Examine(nullptr), S_OK);
+  Stopper storing(connection_.get());
+  Counts counts;
+  EXPECT_EQ(import->Run(kAllOrNothing, &storing, &counts.added, &counts.replaced, &counts.leftOut), kIllegal);
+  EXPECT_EQ(counts, Counts());
+  EXPECT_THAT(storing.what, testing::ElementsAre(1));
+  EXPECT_THAT(storing.used, testing::ElementsAre(kIllegal)) << "it is in the midst of something";
+  EXPECT_THAT(tables(), testing::IsEmpty());
+  EXPECT_EQ(run(import.get()).added, 5000);
+}
+
+TEST_F(Exchange, AnImportBesideOpenRecordsIsSeenWhenTheyAreOpenedAnew) {
+  SqliteFile(pathOf(L"test.cdb")).run("CREATE TABLE People (Name TEXT); INSERT INTO People VALUES ('first')");
+  const auto records = recordsOfTable(connection_.get(), L"People");
+  EXPECT_EQ(textOf(records.get(), 0), L"first");
+  const auto import = examined("Name\nsecond\n");
+  EXPECT_EQ(run(import.get()), (Counts{1, 0, 0}));
+  EXPECT_EQ(textOf(records.get(), 0), L"first");
+  EXPECT_EQ(recordCount(recordsOfTable(connection_.get(), L"People").get()), 2);
+}
+
+// ---- Out
+
+TEST_F(Exchange, TheEndingOfTheFileTellsTheFormat) {
+  SqliteFile(pathOf(L"test.cdb"))
+      .run(
+          "CREATE TABLE T (Name TEXT, Age INTEGER);"
+          "INSERT INTO T VALUES ('\xC3\x84\x64\x61', 36), (NULL, 1)");
+  hyper records = 0;
+  EXPECT_EQ(exportRows(L"T", kTable, L"t.csv", &records), S_OK);
+  EXPECT_EQ(records, 2);
+  EXPECT_EQ(contentOf(pathOf(L"t.csv")), "\xEF\xBB\xBFName,Age\r\n\xC3\x84\x64\x61,36\r\n,1\r\n");
+  EXPECT_EQ(exportRows(L"SELECT Age FROM T WHERE Age > 1", kText, L"t.JSON", &records), S_OK);
+  EXPECT_EQ(records, 1);
+  EXPECT_THAT(contentOf(pathOf(L"t.JSON")), testing::HasSubstr("\"Age\":36"));
+  EXPECT_EQ(exportRows(L"T", kTable, L"t.html", &records), S_OK);
+  EXPECT_THAT(contentOf(pathOf(L"t.html")), testing::HasSubstr("Title"));
+  EXPECT_EQ(exportRows(L"T", kTable, L"t.sql", &records), S_OK);
+  EXPECT_THAT(contentOf(pathOf(L"t.sql")), testing::HasSubstr("CREATE TABLE"));
+}
+
+TEST_F(Exchange, AFileIsReplacedOnlyWhenAllIsWritten) {
+  writeFile(pathOf(L"t.csv"), "what was there");
+  hyper records = -1;
+  EXPECT_EQ(exportRows(L"NoSuch", kTable, L"t.csv", &records), kNoTable);
+  EXPECT_EQ(records, -1);
+  EXPECT_EQ(contentOf(pathOf(L"t.csv")), "what was there");
+  Stopper stopper;
+  EXPECT_EQ(
+      exportRows(
+          L"WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 9000) SELECT i FROM n",
+          kText, L"t.csv", &records, &stopper),
+      kIllegal);
+  EXPECT_THAT(stopper.what, testing::ElementsAre(2));
+  EXPECT_EQ(contentOf(pathOf(L"t.csv")), "what was there");
+  EXPECT_EQ(exportRows(L"SELECT 1 AS A", kText, L"t.csv", &records), S_OK);
+  EXPECT_EQ(contentOf(pathOf(L"t.csv")),
+            "\xEF\xBB\xBF"
+            "A\r\n1\r\n");
+}
+
+TEST_F(Exchange, TheOpenFileIsNeverReplaced) {
+  const std::string before = contentOf(pathOf(L"test.cdb"));
+  hyper records = 0;
+  EXPECT_EQ(exportRows(L"SELECT 1", kText, L"test.cdb", &records), objectModelError(3731));
+  EXPECT_EQ(contentOf(pathOf(L"test.cdb")), before);
+}
+
+TEST_F(Exchange, AStatementThatChangesAnythingIsNotRun) {
+  SqliteFile(pathOf(L"test.cdb")).run("CREATE TABLE T (Name TEXT); INSERT INTO T VALUES ('stays')");
+  hyper records = 0;
+  EXPECT_EQ(exportRows(L"DELETE FROM T", kText, L"t.csv", &records), kIllegal);
+  EXPECT_EQ(exportRows(L"T", 7, L"t.csv", &records), kBadArgument);
+  EXPECT_THAT(stored("SELECT Name FROM T"), testing::ElementsAre("stays"));
+  EXPECT_FALSE(std::filesystem::exists(pathOf(L"t.csv")));
+}
+
+}  // namespace
+}  // namespace automationtest
