@@ -7,6 +7,7 @@
 #include "base/com_handles.h"
 #include "data/busy_listener.h"
 
-/// The object that the data-access components ask while they take their time. It asks `listener`, which
-/// outlives it.
+/// The objects that the data-access components ask while they take their time, and while they move records
+/// between the database and a file. Each asks `listener`, which outlives it.
 ComPtr<IDispatch> makeBusyQuestion(BusyListener& listener);
+ComPtr<IDispatch> makeMovingQuestion(BusyListener& listener);

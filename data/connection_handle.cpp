@@ -6,6 +6,7 @@
 #include "data/adoce_classes.h"
 #include "data/adoce_constants.h"
 #include "data/busy_question.h"
+#include "data/import_file.h"
 #include "data/last_error.h"
 #include "data/recordset_handle.h"
 #include "data/value_conversion.h"
@@ -62,6 +63,31 @@ FileState ConnectionHandle::fileState() {
 
 Outcome ConnectionHandle::saveCopy(const wchar_t* path) {
   return connection_ ? outcomeOf(connection_->SaveCopy(makeBstr(path).get())) : noObject();
+}
+
+Outcome ConnectionHandle::exportRows(const ExportedRecords& records, const wchar_t* path,
+                                     BusyListener* listener, ExportCounts& counts) {
+  if (!connection_) return noObject();
+  const ComPtr<IDispatch> question = listener ? makeMovingQuestion(*listener) : ComPtr<IDispatch>();
+  const SourceKind kind = records.isTable ? SourceKind::table : SourceKind::text;
+  hyper changed = 0;
+  hyper count = 0;
+  Outcome exported = outcomeOf(connection_->ExportRows(
+      makeBstr(records.source.text()).get(), static_cast<LONG>(kind), makeBstr(records.name.text()).get(),
+      makeBstr(path).get(), question.get(), &changed, &count));
+  if (exported) counts = {count, changed};
+  return exported;
+}
+
+Outcome ConnectionHandle::openImport(const wchar_t* path, BusyListener* listener,
+                                     std::unique_ptr<ImportFile>& file) {
+  if (!connection_) return noObject();
+  ComPtr<IAdoceImport> object;
+  if (Outcome opened = outcomeOf(connection_->OpenImport(makeBstr(path).get(), object.put())); !opened) {
+    return opened;
+  }
+  file = std::make_unique<ImportFile>(object.get(), listener);
+  return {};
 }
 
 Outcome ConnectionHandle::execute(const wchar_t* command, LONG* recordsAffected, RecordsetHandle* recordset) {

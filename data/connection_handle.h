@@ -3,12 +3,15 @@
 #include <windows.h>
 
 #include <adoce.h>
+#include <memory>
 
 #include "base/com_handles.h"
+#include "data/exported_records.h"
 #include "data/file_state.h"
 #include "data/outcome.h"
 
 class BusyListener;
+class ImportFile;
 class RecordsetHandle;
 
 /// A connection of the data-access components to a database file, or to the store without a file.
@@ -49,6 +52,11 @@ class ConnectionHandle {
   /// with what it has open. Fails, and no file was made, when something stands at `path` already or it can't
   /// be written there.
   Outcome saveCopy(const wchar_t* path);
+
+  /// As Database has them. `listener` hears how far it is; it may be null, and outlives the file.
+  Outcome exportRows(const ExportedRecords& records, const wchar_t* path, BusyListener* listener,
+                     ExportCounts& counts);
+  Outcome openImport(const wchar_t* path, BusyListener* listener, std::unique_ptr<ImportFile>& file);
 
   /// May be null. Valid while this handle lives.
   IAdoceConnection* get() const { return connection_.get(); }

@@ -8,6 +8,7 @@
 #include "base/growable_array.h"
 #include "base/name_list.h"
 #include "base/string.h"
+#include "data/exported_records.h"
 #include "data/field_value_source.h"
 #include "data/file_state.h"
 #include "data/outcome.h"
@@ -18,6 +19,7 @@
 
 class BusyListener;
 class ConnectionHandle;
+class ImportFile;
 class RecordsetHandle;
 
 /// The gateway to the open database file: its tables, its saved queries and one current recordset, the
@@ -78,6 +80,15 @@ class Database {
   bool isOpen() const { return isOpen_; }
   /// The path of the open file, empty when none is open.
   const String& path() const { return path_; }
+
+  // ---- Other files (database_exchange.cpp). A file is open.
+
+  /// Writes records into a file at `path`, in the format of its ending, else as separated values. A file that
+  /// is there is replaced, but only when all is written, and never the open one. After a failure nothing was
+  /// made or replaced.
+  Outcome exportRecords(const ExportedRecords& records, const String& path, ExportCounts& counts);
+  /// Opens a file of separated values or JSON, to be imported. It lives no longer than this object.
+  Outcome openImport(const String& path, std::unique_ptr<ImportFile>& file);
 
   // ---- Tables (database_tables.cpp)
 

@@ -40,6 +40,10 @@ bool isDatabaseOpen(const CommandFacts& facts) {
   return facts.databaseOpen;
 }
 
+bool areRecordsChosen(const CommandFacts& facts) {
+  return facts.databaseOpen && facts.recordsChosen;
+}
+
 bool hasRecordset(const CommandFacts& facts) {
   return facts.recordsetOpen;
 }
@@ -139,6 +143,9 @@ constexpr std::array kRows = {
     Row{ID_VIEW_SMALL_ICONS, PopupMenu::queries, kMenuOnly, isOnQueries},
     Row{ID_VIEW_LIST, PopupMenu::queries, kMenuOnly, isOnQueries},
     Row{ID_QUERY_NEW, PopupMenu::none, kOnToolbar, isDatabaseOpen},
+
+    Row{ID_IMPORT, PopupMenu::desktop, kMenuOnly, isDatabaseOpen},
+    Row{ID_EXPORT, PopupMenu::desktop, kMenuOnly, areRecordsChosen},
     Row{ID_QUERY_EDIT, PopupMenu::none, kOnToolbar, isQueryChosen},
     Row{ID_QUERY_DELETE, PopupMenu::none, kOnToolbar, isQueryChosen},
 };

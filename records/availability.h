@@ -24,6 +24,7 @@ struct CommandFacts {
   std::uint32_t formPageCount = 0;
   std::uint32_t firstSlidingColumn = 1;  ///< the field in the grid's second column
   std::uint32_t columnRoom = 3;          ///< how many columns the grid has room for
+  bool recordsChosen = false;            ///< a table or query is in use
   bool tableChosen = false;              ///< in the list of tables
   bool queryChosen = false;
   bool operator==(const CommandFacts&) const = default;

@@ -3,12 +3,14 @@
 #include <chrono>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "base/name_list.h"
 #include "base/string.h"
 #include "data/busy_listener.h"
 #include "data/database.h"
+#include "data/import_file.h"
 #include "data/record_counters.h"
 #include "records/availability.h"
 #include "records/command_bar.h"
@@ -105,6 +107,18 @@ class Document : private BusyListener {
   const String& queryName() const { return wanted_.queryName(); }
   const String& sqlText() const { return wanted_.sqlText(); }
   bool openedFromQuery() const { return wanted_.isQuery(); }
+
+  // ---- Records between the database and other files (document_exchange.cpp). What is typed on the form is
+  // stored first.
+
+  /// The user chooses the file that the records in use are written into, and is told what came of it.
+  void exportRecords();
+  /// A file to be imported; null when it can't be opened, which was told, or when what is typed can't be
+  /// stored.
+  std::unique_ptr<ImportFile> openImport(const String& path);
+  /// Stores the records of a file that was examined, as ImportFile::run does, and shows what there is now.
+  /// False when it could not be done, which was told.
+  bool runImport(ImportFile& file, bool keepsGood, ImportCounts& counts);
 
   // ---- The session (document_session.cpp), kept among the settings.
 
@@ -294,6 +308,10 @@ class Document : private BusyListener {
   void deleteOnForm();
   void deleteInGrid();
   bool goesOn(BusyWith busy) override;
+  bool movesOn(const MovingState& state) override;
+  bool keepsGoing(const Progress& progress);
+  void tellWhenOver();
+  void showEverythingAnew(const String& table);
   bool mayWaitOn();
   Outcome switchMode(ViewMode mode);
   template <typename Move>
@@ -343,6 +361,7 @@ class Document : private BusyListener {
   using BusyClock = std::chrono::steady_clock;
   bool isAsked_ = false;                 // whether something is to go on
   bool isTold_ = false;                  // when what the user did is over
+  std::optional<Progress> moved_;        // how far records were moved, in what the user did
   bool gaveUp_ = false;                  // other programs, in what the user did
   BusyClock::duration waited_{};         // for other programs, in what the user did
   BusyClock::time_point askedToWait_{};  // when it was asked last

@@ -21,6 +21,7 @@ CommandFacts Document::commandFacts() const {
           .formPageCount = pages_.form.pageCount(),
           .firstSlidingColumn = pages_.grid.firstSlidingColumn(),
           .columnRoom = pages_.grid.columnRoom(),
+          .recordsChosen = !wanted_.isNone(),
           .tableChosen = pages_.tables->hasChoice(),
           .queryChosen = pages_.queries->hasChoice()};
 }

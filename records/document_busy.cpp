@@ -11,19 +11,53 @@ constexpr std::chrono::seconds kMostWaiting{5};
 /// Between two questions of one wait at most; what lies further apart was spent with something else.
 constexpr std::chrono::milliseconds kBetweenQuestions{200};
 
+Progress progressOf(const MovingState& state) {
+  constexpr std::uint64_t kAll = 100;
+  const auto percent =
+      static_cast<std::uint32_t>(state.total == 0 ? 0 : std::min(kAll, state.done * kAll / state.total));
+  switch (state.what) {
+    case MovingState::What::looking:
+      return {Progress::What::examining, percent, kAll};
+    case MovingState::What::storing:
+      return {Progress::What::importing, percent, kAll};
+    case MovingState::What::writing:
+      break;
+  }
+  return {Progress::What::exporting, static_cast<std::uint32_t>(state.done)};
+}
+
 }  // namespace
 
 bool Document::goesOn(BusyWith busy) {
   // What is painted meanwhile does without the database.
   if (isAsked_) return true;
+  const bool waits = busy == BusyWith::otherProgram;
+  if (waits) {
+    tellWhenOver();
+    if (!mayWaitOn()) return false;
+    gaveUp_ = !keepsGoing({Progress::What::waiting});
+    return !gaveUp_;
+  }
+  // How far records were moved tells more.
+  return keepsGoing(moved_.value_or(Progress{Progress::What::working}));
+}
+
+bool Document::movesOn(const MovingState& state) {
+  if (isAsked_) return true;
+  moved_ = progressOf(state);
+  return keepsGoing(*moved_);
+}
+
+void Document::tellWhenOver() {
   if (!isTold_) pages_.prompts.tellWhenOver();
   isTold_ = true;
-  const bool waits = busy == BusyWith::otherProgram;
-  if (waits && !mayWaitOn()) return false;
+}
+
+bool Document::keepsGoing(const Progress& progress) {
+  tellWhenOver();
   isAsked_ = true;
-  const bool wanted = pages_.prompts.keepGoing({waits ? Progress::What::waiting : Progress::What::working});
+  const bool wanted = pages_.prompts.keepGoing(progress);
   isAsked_ = false;
-  if (waits) gaveUp_ = !wanted;
   return wanted;
 }
 
@@ -40,5 +74,6 @@ void Document::busyOver() {
   isTold_ = false;
   gaveUp_ = false;
   waited_ = {};
+  moved_.reset();
   if (!isSearching_) pages_.prompts.endProgress();
 }

@@ -26,10 +26,12 @@ enum class Question {
 
 /// For what a file is chosen.
 enum class FileChoice {
-  open,    ///< a database to be opened
-  create,  ///< the name of a new database
-  remove,  ///< a database to be deleted
-  copy,    ///< the name under which the open database is saved
+  open,        ///< a database to be opened
+  create,      ///< the name of a new database
+  remove,      ///< a database to be deleted
+  copy,        ///< the name under which the open database is saved
+  exportTo,    ///< the file that records are written into
+  importFrom,  ///< a file whose records are stored
 };
 
 /// What is to become of an open database whose file has lost its name.
@@ -47,6 +49,9 @@ struct Progress {
     searching,  ///< a step of the search, which has looked at `tested` of `all` records
     working,    ///< a statement
     waiting,    ///< another program holds the file
+    examining,  ///< a file that is looked through, `tested` per cent of it
+    importing,  ///< a file whose records are stored, `tested` per cent of it
+    exporting,  ///< `tested` records were written out
   };
   What what;
   std::uint32_t tested = 0;
@@ -63,8 +68,8 @@ class UserPrompts {
   /// True for Yes.
   virtual bool ask(PromptOwner owner, Question question, const wchar_t* text,
                    const wchar_t* caption = kPromptCaption) = 0;
-  /// The full path; none when the user cancels. A file that exists is given for FileChoice::create only
-  /// when the user wants it replaced.
+  /// The full path; none when the user cancels. A file that exists is given for FileChoice::create and
+  /// FileChoice::exportTo only when the user wants it replaced.
   virtual std::optional<String> chooseFile(FileChoice choice) = 0;
   /// The file at `path` was deleted or renamed while it was open, or with `isReplaced` another one stands
   /// there now, which alone can be opened.

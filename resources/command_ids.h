@@ -57,6 +57,8 @@
 #define ID_COLORS_OWN 53248
 #define ID_COLORS_SYSTEM 53264
 #define ID_COLORS_DARK 53280
+#define ID_IMPORT 53296
+#define ID_EXPORT 53312
 
 // Accelerators send these four; nothing answers them.
 #define ID_ENTER 40004

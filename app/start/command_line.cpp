@@ -5,6 +5,7 @@
 #include <string>
 #include <utility>
 
+#include "app/window/exchange_commands.h"
 #include "app/window/program_state.h"
 #include "app/window/tab_pages.h"
 #include "views/shared/unowned_box.h"
@@ -73,5 +74,11 @@ void openDatabaseLater(const String& path) {
 }
 
 void openWaitingDatabase() {
-  if (!waitingPath.isEmpty()) openNamedDatabase(std::exchange(waitingPath, String()));
+  if (waitingPath.isEmpty()) return;
+  const String path = std::exchange(waitingPath, String());
+  if (isImportable(path)) {
+    importFile(fullPath(path));
+  } else {
+    openNamedDatabase(path);
+  }
 }

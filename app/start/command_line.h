@@ -21,5 +21,6 @@ void openKeptDatabaseLater();
 void openDatabaseLater(const String& path);
 
 /// Opens the database that waits, if one does, in place of the one that is open, and shows its tables.
-/// When that fails the user is told, and no database is open; the page stays then.
+/// When that fails the user is told, and no database is open; the page stays then. A file of records is
+/// offered for import into the one that is open.
 void openWaitingDatabase();

@@ -2,6 +2,7 @@
 
 #include <array>
 
+#include "app/window/exchange_commands.h"
 #include "app/window/page_layout.h"
 #include "app/window/program_state.h"
 #include "base/app_colors.h"
@@ -42,7 +43,18 @@ bool areColorsChosen(WORD id) {
   return appColors == colorsOfSet(colorSetOf(id));
 }
 
+void import(WORD) {
+  importChosenFile();
+}
+
+void exportRecords(WORD) {
+  exportToChosenFile();
+}
+
 constexpr EntryRow kEntries[] = {
+    {ID_IMPORT, nullptr, L"&Import...", import, nullptr},
+    {ID_EXPORT, nullptr, L"&Export...", exportRecords, nullptr},
+    {0, nullptr, nullptr, nullptr, nullptr},
     {ID_COLORS_OWN, kColors, L"&Quivane's own", chooseColors, areColorsChosen},
     {ID_COLORS_SYSTEM, kColors, L"The &system's", chooseColors, areColorsChosen},
     {ID_COLORS_DARK, kColors, L"&Dark", chooseColors, areColorsChosen},

@@ -1,6 +1,7 @@
 #include "app/window/main_window.h"
 
 #include <commctrl.h>
+#include <shellapi.h>
 
 #include <array>
 #include <string>
@@ -76,6 +77,17 @@ LRESULT pathHandedOver(HWND, UINT, WPARAM, LPARAM lParam) {
   const std::wstring path(static_cast<const wchar_t*>(data.lpData), data.cbData / sizeof(wchar_t));
   openDatabaseLater(path.c_str());
   return TRUE;
+}
+
+/// The first of the files that were dropped is opened as one of the command line is. Not under a dialog, and
+/// not from here: the program that they come from waits for the answer.
+LRESULT filesDropped(HWND window, UINT, WPARAM wParam, LPARAM) {
+  const auto drop = reinterpret_cast<HDROP>(wParam);
+  std::wstring path(static_cast<std::size_t>(DragQueryFileW(drop, 0, nullptr, 0)) + 1, L'\0');
+  DragQueryFileW(drop, 0, path.data(), static_cast<UINT>(path.size()));
+  DragFinish(drop);
+  if (IsWindowEnabled(window) && theDocument && !theDocument->isBusy()) openDatabaseLater(path.c_str());
+  return 0;
 }
 
 LRESULT itemDrawn(HWND, UINT, WPARAM, LPARAM) {
@@ -235,6 +247,7 @@ constexpr std::array kMessages = {
     MessageRow{WM_QUERYENDSESSION, sessionEndAsked},
     MessageRow{WM_ENDSESSION, sessionEnded},
     MessageRow{WM_COPYDATA, pathHandedOver},
+    MessageRow{WM_DROPFILES, filesDropped},
 };
 
 LRESULT CALLBACK mainProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
@@ -266,6 +279,7 @@ void createMainWindow(int showCommand) {
                                     CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, nullptr,
                                     nullptr, instanceHandle, nullptr);
   if (!mainWindow) return;
+  DragAcceptFiles(mainWindow, TRUE);
   // The ordinary command would make one smaller that the user left maximised.
   const bool isOrdinary = showCommand == SW_SHOWNORMAL || showCommand == SW_SHOWDEFAULT;
   ShowWindow(mainWindow, isOrdinary && IsZoomed(mainWindow) ? SW_SHOW : showCommand);

@@ -45,10 +45,17 @@ class CurrentFolderKept {
 /// The parts of a filter are ended by a zero each.
 constexpr wchar_t kOpenFilter[] = L"All (*.cdb)\0*.cdb\0";
 constexpr wchar_t kCreateFilter[] = L"Databases (*.cdb)\0*.cdb\0";
+constexpr wchar_t kExportFilter[] =
+    L"Separated values (*.csv)\0*.csv\0JSON (*.json)\0*.json\0Web page (*.html)\0*.html\0SQL "
+    L"(*.sql)\0*.sql\0";
+constexpr wchar_t kImportFilter[] =
+    L"CSV and JSON (*.csv; *.tsv; *.txt; *.json; *.jsonl)\0*.csv;*.tsv;*.txt;*.json;*.jsonl\0"
+    L"All files (*.*)\0*.*\0";
 
 struct FileDialog {
   const wchar_t* title;
   const wchar_t* filter;
+  const wchar_t* ending;  // what a name without one gets, null for none
   DWORD flags;
   BOOL(WINAPI* run)(OPENFILENAMEW*);
 };
@@ -56,20 +63,26 @@ struct FileDialog {
 FileDialog fileDialog(FileChoice choice) {
   constexpr DWORD kExisting = OFN_EXPLORER | OFN_FILEMUSTEXIST;
   constexpr DWORD kNew = OFN_EXPLORER | OFN_CREATEPROMPT | OFN_OVERWRITEPROMPT;
+  constexpr wchar_t const* kDatabase = L"cdb";
   static_assert(kExisting == 0x81000 && kNew == 0x82002);
   switch (choice) {
     case FileChoice::create:
-      return {L"New Database", kCreateFilter, kNew, GetSaveFileNameW};
+      return {L"New Database", kCreateFilter, kDatabase, kNew, GetSaveFileNameW};
     case FileChoice::copy:
       // Nothing is replaced: who names a file that exists is told so by the store.
-      return {L"Save Database As", kCreateFilter, OFN_EXPLORER | OFN_PATHMUSTEXIST | OFN_HIDEREADONLY,
-              GetSaveFileNameW};
+      return {L"Save Database As", kCreateFilter, kDatabase,
+              OFN_EXPLORER | OFN_PATHMUSTEXIST | OFN_HIDEREADONLY, GetSaveFileNameW};
+    case FileChoice::exportTo:
+      return {L"Export", kExportFilter, L"csv",
+              OFN_EXPLORER | OFN_PATHMUSTEXIST | OFN_HIDEREADONLY | OFN_OVERWRITEPROMPT, GetSaveFileNameW};
+    case FileChoice::importFrom:
+      return {L"Import", kImportFilter, nullptr, kExisting | OFN_HIDEREADONLY, GetOpenFileNameW};
     case FileChoice::remove:
-      return {L"Delete Database", kOpenFilter, kExisting, GetOpenFileNameW};
+      return {L"Delete Database", kOpenFilter, kDatabase, kExisting, GetOpenFileNameW};
     case FileChoice::open:
       break;
   }
-  return {L"Open Database", kOpenFilter, kExisting, GetOpenFileNameW};
+  return {L"Open Database", kOpenFilter, kDatabase, kExisting, GetOpenFileNameW};
 }
 
 std::wstring progressText(const Progress& progress) {
@@ -78,6 +91,12 @@ std::wstring progressText(const Progress& progress) {
       return L"Another program is using the file. Esc gives up.";
     case Progress::What::working:
       return L"The database is working. Esc stops.";
+    case Progress::What::examining:
+      return L"The file is looked through: " + std::to_wstring(progress.tested) + L" %. Esc stops.";
+    case Progress::What::importing:
+      return L"The file is imported: " + std::to_wstring(progress.tested) + L" %. Esc stops.";
+    case Progress::What::exporting:
+      return L"Exported: " + std::to_wstring(progress.tested) + L" records. Esc stops.";
     case Progress::What::searching:
       break;
   }
@@ -150,7 +169,7 @@ std::optional<String> WindowPrompts::chooseFile(FileChoice choice) {
   question.lpstrFilter = dialog.filter;
   question.lpstrFile = path;
   question.nMaxFile = kFileBufferCount;
-  question.lpstrDefExt = L"cdb";
+  question.lpstrDefExt = dialog.ending;
   question.Flags = dialog.flags;
   const CurrentFolderKept folder;
   const TitleOfPurpose title(dialog.title);

@@ -21,7 +21,10 @@ SPEAKING_FOLDERS = ('base', 'platform/help', 'platform/pocketshell', 'platform/s
 # Texts of several words that nobody is shown: names of window classes and keys, filters of the file dialogs, SQL.
 NOT_SHOWN = {
     'All (*.cdb)\0*.cdb\0', 'Databases (*.cdb)\0*.cdb\0', 'Calender ctrl', 'Edit window', 'Form Wrapper Wnd',
-    'Record List View', 'Select * from [', 'Select * from QuivaneQueries ORDER BY QueryName',
+    'Record List View',
+    'Separated values (*.csv)\0*.csv\0JSON (*.json)\0*.json\0Web page (*.html)\0*.html\0SQL (*.sql)\0*.sql\0',
+    'CSV and JSON (*.csv; *.tsv; *.txt; *.json; *.jsonl)\0*.csv;*.tsv;*.txt;*.json;*.jsonl\0All files (*.*)\0*.*\0',
+    'Select * from [', 'Select * from QuivaneQueries ORDER BY QueryName',
     "CREATE TABLE 'QuivaneQueries' (QueryName Text ,SQL Text)", 'Software\\MorvaleSoftware\\Pocket Shell',
 }
 # What Windows itself shows or names: the type of the file, and titles of the file dialogs.

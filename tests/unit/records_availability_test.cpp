@@ -255,4 +255,15 @@ TEST(AvailabilityTest, WhatHasNoRuleInAPlaceIsAlwaysAvailable) {
   }
 }
 
+// ---- The desktop menu
+
+TEST(AvailabilityTest, ImportNeedsADatabaseAndExportATableOrQueryBesides) {
+  const Commands both = {ID_IMPORT, ID_EXPORT};
+  const int import = ID_IMPORT;
+  EXPECT_EQ(available(both, PopupMenu::desktop, {}), Commands{});
+  EXPECT_EQ(available(both, PopupMenu::desktop, {.recordsChosen = true}), Commands{});
+  EXPECT_EQ(available(both, PopupMenu::desktop, {.databaseOpen = true}), Commands{import});
+  EXPECT_EQ(available(both, PopupMenu::desktop, {.databaseOpen = true, .recordsChosen = true}), both);
+}
+
 }  // namespace

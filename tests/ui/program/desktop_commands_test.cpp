@@ -2,14 +2,19 @@
 #include <windows.h>
 
 #include <commctrl.h>
+#include <shellapi.h>
+#include <shlobj.h>
 
+#include <cstring>
 #include <filesystem>
+#include <fstream>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "base/app_colors.h"
 #include "base/settings_store.h"
+#include "dialogs/exchange/import_ids.h"
 #include "gmock/gmock.h"
 #include "resources/command_ids.h"
 #include "tests/automation/sqlite_file.h"
@@ -69,6 +74,7 @@ class DesktopCommandsTest : public testing::Test {
         [&] { return (dialog = remote::dialog(GetCurrentProcessId(), title)) != nullptr; }));
     return dialog;
   }
+  std::filesystem::path file(std::string_view name) const { return folder_.file(name); }
   std::vector<std::string> storedNames() const {
     return automationtest::sqliteColumn(path_.wstring(), "SELECT Name FROM T");
   }
@@ -141,6 +147,57 @@ TEST_F(DesktopCommandsTest, UnderADialogNothingIsDone) {
   EXPECT_TRUE(remote::waitUntil([&] { return !IsWindow(about) && IsWindowEnabled(main()); }));
   SendMessageW(main(), WM_SYSCOMMAND, ID_COLORS_DARK, 0);
   EXPECT_EQ(appColors, colorsOfSet(ColorSet::dark));
+}
+
+// ---- Files that are dropped
+
+/// A drop of one file, as the system describes it. The window that gets it frees it.
+HDROP dropOf(const std::filesystem::path& file) {
+  const std::wstring path = file.wstring();
+  const std::size_t length = sizeof(DROPFILES) + (path.size() + 2) * sizeof(wchar_t);
+  const HGLOBAL memory = GlobalAlloc(GMEM_MOVEABLE | GMEM_ZEROINIT, length);
+  auto* const drop = static_cast<DROPFILES*>(GlobalLock(memory));
+  drop->pFiles = sizeof(DROPFILES);
+  drop->fWide = TRUE;
+  std::memcpy(drop + 1, path.c_str(), path.size() * sizeof(wchar_t));
+  GlobalUnlock(memory);
+  return static_cast<HDROP>(memory);
+}
+
+TEST_F(DesktopCommandsTest, AFileOfRecordsThatIsDroppedIsOfferedForImport) {
+  std::ofstream(file("guests.csv")) << "Name\nBo\n";
+  PostMessageW(main(), WM_DROPFILES, reinterpret_cast<WPARAM>(dropOf(file("guests.csv"))), 0);
+  const HWND import = waitForDialog(L"Import");
+  EXPECT_EQ(remote::text(GetDlgItem(import, IDC_IMPORT_TABLE)), L"guests");
+  // What is dropped under a dialog is not taken.
+  SendMessageW(main(), WM_DROPFILES, reinterpret_cast<WPARAM>(dropOf(file("other.cdb"))), 0);
+  PostMessageW(import, WM_COMMAND, IDOK, 0);
+  const HWND told = waitForDialog(L"Quivane");
+  EXPECT_EQ(remote::messageBoxText(told), L"Table 'guests': 1 record added.");
+  PostMessageW(told, WM_COMMAND, IDOK, 0);
+  EXPECT_TRUE(remote::waitUntil([&] { return !IsWindow(told) && IsWindowEnabled(main()); }));
+  EXPECT_EQ(remote::itemCount(remote::shownPage(main())), 2);
+}
+
+TEST_F(DesktopCommandsTest, AnyOtherFileThatIsDroppedIsOpenedAsADatabase) {
+  makeDatabase(file("other.cdb"), {L"CREATE TABLE 'Other' (a Integer)"});
+  PostMessageW(main(), WM_DROPFILES, reinterpret_cast<WPARAM>(dropOf(file("other.cdb"))), 0);
+  EXPECT_TRUE(remote::waitUntil([&] {
+    const HWND list = remote::shownPage(main());
+    return list != nullptr && remote::itemText(list, 0) == L"Other";
+  }));
+}
+
+TEST_F(DesktopCommandsTest, WithoutADatabaseAnImportIsToldWhatItNeeds) {
+  std::ofstream(file("guests.csv")) << "Name\nBo\n";
+  give(ID_DATABASE_CLOSE);
+  EXPECT_FALSE(isOffered(ID_IMPORT));
+  EXPECT_FALSE(isOffered(ID_EXPORT));
+  PostMessageW(main(), WM_DROPFILES, reinterpret_cast<WPARAM>(dropOf(file("guests.csv"))), 0);
+  const HWND told = waitForDialog(L"Quivane");
+  EXPECT_THAT(remote::messageBoxText(told), testing::HasSubstr(L"can be imported into an open database."));
+  PostMessageW(told, WM_COMMAND, IDOK, 0);
+  EXPECT_TRUE(remote::waitUntil([&] { return !IsWindow(told); }));
 }
 
 }  // namespace

@@ -157,6 +157,15 @@ int openContextMenu(HWND main, const Arguments& arguments) {
   return page && remote::openContextMenu(main, page, arguments.number) ? 0 : fail("no menu opens");
 }
 
+int openDesktopMenu(HWND main, const Arguments&) {
+  const HWND button = remote::menuButton(main);
+  if (!button) return fail("there is no such button");
+  remote::clickControl(button);
+  return remote::waitUntil([=] { return !remote::popups(remote::processOf(main)).empty(); })
+             ? 0
+             : fail("no menu opens");
+}
+
 int closeMenus(HWND main, const Arguments&) {
   return remote::closeMenus(main) ? 0 : fail("a menu stays open");
 }
@@ -232,6 +241,7 @@ constexpr std::array kVerbs = {
     VerbRow{L"menu", L"N", "opens the menu bar's menu with command N", openMenu},
     VerbRow{L"submenu", L"T", "opens the submenu with access key T", openSubmenu},
     VerbRow{L"context", L"N", "opens the context menu of item N of the list that is shown", openContextMenu},
+    VerbRow{L"desktop-menu", L"", "opens the desktop menu", openDesktopMenu},
     VerbRow{L"close-menus", L"", "leaves all menus", closeMenus},
     VerbRow{L"sheet-page", L"N", "shows page N of the sheet in front", turnSheet},
     VerbRow{L"raise-panel", L"", "raises the input panel by its button", raisePanel},

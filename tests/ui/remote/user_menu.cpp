@@ -71,6 +71,9 @@ std::vector<MenuStep> menuWay(WORD menuBar, UINT command) {
 std::vector<MenuStep> desktopWay(UINT command) {
   // Another program's menus can't be read.
   const std::unique_ptr<std::remove_pointer_t<HMENU>, MenuCloser> menu(CreatePopupMenu());
+  AppendMenuW(menu.get(), MF_STRING, ID_IMPORT, L"&Import...");
+  AppendMenuW(menu.get(), MF_STRING, ID_EXPORT, L"&Export...");
+  AppendMenuW(menu.get(), MF_SEPARATOR, 0, nullptr);
   const HMENU colors = CreatePopupMenu();
   AppendMenuW(colors, MF_STRING, ID_COLORS_OWN, L"&Quivane's own");
   AppendMenuW(colors, MF_STRING, ID_COLORS_SYSTEM, L"The &system's");

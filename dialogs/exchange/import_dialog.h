@@ -1,0 +1,50 @@
+#pragma once
+
+#include <windows.h>
+
+#include "base/name_list.h"
+#include "base/string.h"
+#include "data/import_file.h"
+#include "views/dialog/input_panel_hold.h"
+#include "views/dialog/modal_dialog.h"
+
+/// In which the user sees how a file would go into a table, and changes what he wants otherwise. The dialog
+/// stores nothing.
+class ImportDialog final : private ModalDialog {
+ public:
+  /// `file` and the names of the tables of the open database outlive the dialog.
+  ImportDialog(ImportFile& file, const NameList& tables) : file_(file), tables_(tables) {}
+
+  /// Out, when the result is IDOK: whether the records that can be taken are stored where others can't.
+  bool keepsGoodRecords = false;
+
+  /// IDOK or IDCANCEL. After IDOK `file` has all that the user chose. Run again, the dialog shows the same.
+  int run(HWND owner);
+
+ private:
+  void opened() override;
+  bool command(WORD id, WORD notification) override;
+  void zoomChanged() override;
+
+  void fillLists();
+  bool examine();
+  void showFound();
+  void showColumns();
+  void showPreview();
+  void showType();
+  void typeChosen();
+  void tableChosen();
+  void encodingChosen();
+  void delimiterChosen();
+  void headerChosen();
+  void replaceChosen();
+  bool takeTable();
+  void confirm();
+  void cancel() { leave(IDCANCEL); }
+  void leave(int result);
+
+  ImportFile& file_;
+  const NameList& tables_;
+  bool isExamined_ = false;  // what the controls show was found
+  InputPanelHold panel_;
+};

@@ -1,0 +1,18 @@
+#pragma once
+
+// Numbers of the dialogs of an import and their controls.
+
+#define IDD_IMPORT 280
+#define IDC_IMPORT_TABLE 1100
+#define IDC_IMPORT_ENCODING 1101
+#define IDC_IMPORT_DELIMITER 1102
+#define IDC_IMPORT_HEADER 1103
+#define IDC_IMPORT_REPLACE 1104
+#define IDC_IMPORT_KEEP_GOOD 1105
+#define IDC_IMPORT_COLUMNS 1106
+#define IDC_IMPORT_TYPE 1107
+#define IDC_IMPORT_PREVIEW 1108
+
+#define IDD_IMPORT_RESULT 281
+#define IDC_IMPORT_RESULT_TEXT 1110
+#define IDC_IMPORT_REJECTS 1111

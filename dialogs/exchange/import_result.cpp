@@ -1,0 +1,37 @@
+#include "dialogs/exchange/import_result.h"
+
+#include <algorithm>
+
+#include "base/showable_text.h"
+#include "dialogs/controls/list_box.h"
+#include "dialogs/exchange/import_ids.h"
+#include "platform/pocketshell/aygshell.h"
+#include "views/dialog/dialog_place.h"
+
+void ImportResultDialog::run(HWND owner) {
+  runTemplate(IDD_IMPORT_RESULT, owner);
+}
+
+void ImportResultDialog::opened() {
+  fillScreen(window(), SHIDIF_SIPDOWN);
+  SetDlgItemTextW(window(), IDC_IMPORT_RESULT_TEXT, showableText(text_).c_str());
+  const HWND list = control(IDC_IMPORT_REJECTS);
+  constexpr WPARAM kWidth = 4000;  // room to scroll to the end of a long reason
+  SendMessageW(list, LB_SETHORIZONTALEXTENT, kWidth, 0);
+  for (const RejectedRecord& record : records_) {
+    const std::wstring line = L"line " + std::to_wstring(record.line) + L": " + record.reason.text();
+    listbox::append(list, showableText(line).c_str());
+  }
+  const std::int64_t more = all_ - static_cast<std::int64_t>(records_.size());
+  if (more > 0) listbox::append(list, (L"... and " + std::to_wstring(more) + L" more").c_str());
+  listbox::select(list, 0);
+  SetFocus(list);
+}
+
+bool ImportResultDialog::command(WORD id, WORD notification) {
+  static constexpr DialogCommand<ImportResultDialog> kCommands[] = {
+      {IDOK, BN_CLICKED, &ImportResultDialog::finish},
+      {IDCANCEL, BN_CLICKED, &ImportResultDialog::finish},
+  };
+  return answerCommand<ImportResultDialog>(*this, kCommands, id, notification);
+}

@@ -1,0 +1,141 @@
+// Stories of records that come from other files and go into them.
+#include <fstream>
+#include <sstream>
+
+#include "dialogs/exchange/import_ids.h"
+#include "resources/command_ids.h"
+#include "tests/support/exclusive_lock.h"
+#include "tests/ui/remote/story_test.h"
+#include "views/form/form_ids.h"
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+namespace {
+
+constexpr int kFormPage = 1;
+constexpr int kListPage = 2;
+
+class ExchangeStory : public StoryTest {
+ protected:
+  void SetUp() override {
+    StoryTest::SetUp();
+    makeDatabase(path(), {L"CREATE TABLE 'People' (Name VarChar(20), Age Integer)",
+                          L"INSERT INTO People VALUES ('Ada', 36)"});
+  }
+
+  std::filesystem::path write(const std::string& content, std::string_view name = "guests.csv") {
+    std::ofstream(file(name), std::ios::binary) << content;
+    return file(name);
+  }
+  static std::string contentOf(const std::filesystem::path& path) {
+    std::ostringstream content;
+    content << std::ifstream(path, std::ios::binary).rdbuf();
+    return content.str();
+  }
+  /// The Import dialog of a file, open.
+  HWND beginImport(User& user, const std::filesystem::path& file) {
+    user.chooseDesktop(ID_IMPORT);
+    user.chooseFile(file);
+    return importDialog(user);
+  }
+  HWND importDialog(User& user) const {
+    HWND found = nullptr;
+    // The file dialog has the same title.
+    EXPECT_TRUE(remote::waitUntil([&] {
+      found = remote::dialog(programId(), L"Import");
+      return found != nullptr && GetDlgItem(found, IDC_IMPORT_COLUMNS) != nullptr;
+    }));
+    return user.dialog(L"Import");
+  }
+  std::vector<std::wstring> columns(HWND dialog) const {
+    return entries(GetDlgItem(dialog, IDC_IMPORT_COLUMNS));
+  }
+  static std::vector<std::wstring> entries(HWND list) {
+    std::vector<std::wstring> all;
+    const auto count = static_cast<int>(SendMessageW(list, LB_GETCOUNT, 0, 0));
+    for (int i = 0; i < count; ++i) {
+      wchar_t text[256] = L"";
+      SendMessageW(list, LB_GETTEXT, static_cast<WPARAM>(i), reinterpret_cast<LPARAM>(text));
+      all.emplace_back(text);
+    }
+    return all;
+  }
+  DWORD programId() const { return const_cast<ExchangeStory*>(this)->program().processId(); }
+};
+
+TEST_P(ExchangeStory, ATableIsExportedAndImportedAgain) {
+  User& user = start();
+  user.chooseDesktop(ID_EXPORT);
+  user.chooseFile(file("people.csv"));
+  user.answer(L"Quivane", L"1 record exported to\n" + file("people.csv").wstring(), IDOK);
+  EXPECT_EQ(contentOf(file("people.csv")), "\xEF\xBB\xBFName,Age\r\nAda,36\r\n");
+  const HWND import = beginImport(user, file("people.csv"));
+  EXPECT_THAT(columns(import), ElementsAre(L"Name\tVarChar(20)", L"Age\tINTEGER"));
+  user.accept(import);
+  user.answer(L"Quivane", L"Table 'people': 1 record added.", IDOK);
+  end();
+  EXPECT_THAT(stored("SELECT Name || Age FROM People"), ElementsAre("Ada36", "Ada36"));
+}
+
+TEST_P(ExchangeStory, AnotherTypeAndTableAreChosen) {
+  User& user = start();
+  const HWND import = beginImport(user, write("Name;Zip\nBo;12345\n"));
+  EXPECT_THAT(columns(import), ElementsAre(L"Name\tText", L"Zip\tInteger"));
+  user.pick(import, IDC_IMPORT_COLUMNS, 1);
+  user.pick(import, IDC_IMPORT_TYPE, 0);
+  EXPECT_THAT(columns(import), ElementsAre(L"Name\tText", L"Zip\tText"));
+  user.fill(import, IDC_IMPORT_TABLE, L"Visitors");
+  user.accept(import);
+  user.answer(L"Quivane", L"Table 'Visitors': 1 record added.", IDOK);
+  end();
+  EXPECT_THAT(stored("SELECT Name || typeof(Zip) FROM Visitors"), ElementsAre("Botext"));
+}
+
+TEST_P(ExchangeStory, WhatCannotBeTakenIsShownAndTheGoodOnesAreKeptThen) {
+  User& user = start();
+  user.showPage(kListPage);
+  const HWND grid = remote::recordGrid(user.main());
+  HWND import = beginImport(user, write("Name,Age\nBo,old\nCy,3\n", "people.csv"));
+  user.accept(import);
+  HWND result = user.dialog(L"Import");
+  EXPECT_EQ(remote::text(GetDlgItem(result, IDC_IMPORT_RESULT_TEXT)),
+            L"1 record can't be taken, so nothing was imported.");
+  ASSERT_EQ(entries(GetDlgItem(result, IDC_IMPORT_REJECTS)).size(), 1u);
+  EXPECT_THAT(entries(GetDlgItem(result, IDC_IMPORT_REJECTS))[0],
+              testing::StartsWith(L"line 2: Age: \"old\""));
+  user.accept(result);
+  EXPECT_THAT(stored("SELECT Name FROM People"), ElementsAre("Ada"));
+  import = importDialog(user);
+  user.press(import, IDC_IMPORT_KEEP_GOOD);
+  user.accept(import);
+  result = user.dialog(L"Import");
+  EXPECT_EQ(remote::text(GetDlgItem(result, IDC_IMPORT_RESULT_TEXT)),
+            L"Table 'people': 1 record added, 1 left out.");
+  user.accept(result);
+  EXPECT_TRUE(remote::waitUntil([&] { return remote::itemCount(grid) == 2; })) << "the grid shows it at once";
+  end();
+  EXPECT_THAT(stored("SELECT Name FROM People"), ElementsAre("Ada", "Cy"));
+}
+
+TEST_P(ExchangeStory, WhoLeavesTheDialogHasChangedNothing) {
+  User& user = start();
+  user.leave(beginImport(user, write("Name,Age\nBo,1\n")));
+  end();
+  EXPECT_THAT(stored("SELECT count(*) FROM sqlite_schema"), ElementsAre("1"));
+}
+
+TEST_P(ExchangeStory, WhatIsTypedIsStoredFirst) {
+  User& user = start();
+  user.showPage(kFormPage);
+  user.fillEditor(kFirstTextEditorId, L"Grace");
+  user.chooseDesktop(ID_EXPORT);
+  user.chooseFile(file("people.json"));
+  user.answer(L"Quivane", L"1 record exported to\n" + file("people.json").wstring(), IDOK);
+  EXPECT_THAT(contentOf(file("people.json")), HasSubstr("Grace"));
+  end();
+}
+
+TELL_WITH_BOTH_HANDS(ExchangeStory);
+
+}  // namespace
