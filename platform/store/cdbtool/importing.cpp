@@ -48,8 +48,8 @@ class Observer : public exchange::ImportObserver {
     }
     if (request_.rejectsFile.empty()) return {};
     if (!file_.isOpen()) {
-      Status status =
-          withForceHint(file_.create(request_.rejectsFile, request_.replacesFiles, {request_.file, request_.source}));
+      Status status = withForceHint(
+          file_.create(request_.rejectsFile, request_.replacesFiles, {request_.file, request_.source}));
       if (status) status = file_.write("Line,Reason,Fields\r\n");
       if (!status) return status;
     }

@@ -6,12 +6,12 @@
 #include <utility>
 #include <vector>
 
-#include "platform/store/sql/dialect.h"
-#include "platform/store/rows/ascii_case.h"
 #include "platform/store/exchange/csv_writer.h"
 #include "platform/store/exchange/html_writer.h"
 #include "platform/store/exchange/json_writer.h"
 #include "platform/store/exchange/sql_writer.h"
+#include "platform/store/rows/ascii_case.h"
+#include "platform/store/sql/dialect.h"
 
 namespace store::exchange {
 
