@@ -39,7 +39,13 @@ class HostileSettingsTest : public UiTest, public testing::WithParamInterface<Sp
     makeDatabase(database(), {L"CREATE TABLE 'T' (Name Text)", L"INSERT INTO T VALUES ('Ada')"});
     forget();
   }
-  void TearDown() override { forget(); }
+  void TearDown() override {
+    forget();
+    // The tests of this program share their settings, and the others use the handheld's size.
+    constexpr DWORD kHandhelds = 1;
+    EXPECT_EQ(RegSetKeyValueW(HKEY_CURRENT_USER, kShell, L"Size", REG_DWORD, &kHandhelds, sizeof(kHandhelds)),
+              ERROR_SUCCESS);
+  }
 
   static void forget() {
     RegDeleteTreeW(HKEY_CURRENT_USER, SettingsStore::kRoot);
