@@ -2,7 +2,7 @@
 
 #include <vector>
 
-#include "base/handles.h"
+#include "owners/handles.h"
 
 bool readRegistryText(HKEY root, const wchar_t* path, const wchar_t* name, String& text) {
   UniqueRegistryKey key;

@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-#include "base/handles.h"
+#include "owners/handles.h"
 
 namespace {
 

@@ -6,8 +6,8 @@
 #include <cwchar>
 #include <string>
 
-#include "base/handles.h"
 #include "base/registry_text.h"
+#include "owners/handles.h"
 
 namespace {
 

@@ -3,7 +3,7 @@
 #include <new>
 #include <utility>
 
-#include "base/live_resources.h"
+#include "owners/live_resources.h"
 
 namespace {
 

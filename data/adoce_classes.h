@@ -2,7 +2,7 @@
 
 #include <adoce.h>
 
-#include "base/com_handles.h"
+#include "owners/com_handles.h"
 
 /// Makes the objects of the data-access components in this process. COM is initialised with the first
 /// one and stays so until the process ends; the class identifiers are looked up once. Null when the

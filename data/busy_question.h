@@ -4,8 +4,8 @@
 
 #include <oaidl.h>
 
-#include "base/com_handles.h"
 #include "data/busy_listener.h"
+#include "owners/com_handles.h"
 
 /// The objects that the data-access components ask while they take their time, and while they move records
 /// between the database and a file. Each asks `listener`, which outlives it.

@@ -5,10 +5,10 @@
 #include <adoce.h>
 #include <memory>
 
-#include "base/com_handles.h"
 #include "data/exported_records.h"
 #include "data/file_state.h"
 #include "data/outcome.h"
+#include "owners/com_handles.h"
 
 class BusyListener;
 class ImportFile;

@@ -4,9 +4,9 @@
 #include <array>
 #include <string>
 
-#include "base/handles.h"
 #include "base/name_list.h"
 #include "data/database.h"
+#include "owners/handles.h"
 
 namespace {
 

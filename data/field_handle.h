@@ -4,11 +4,11 @@
 
 #include <adoce.h>
 
-#include "base/com_handles.h"
 #include "base/string.h"
 #include "base/variant.h"
 #include "data/outcome.h"
 #include "data/value_beginning.h"
+#include "owners/com_handles.h"
 
 /// One field of a recordset, or no field, which reads as a value that can't be fetched. Results that are
 /// references hold until the next call of the same handle.

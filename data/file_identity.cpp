@@ -4,7 +4,7 @@
 
 #include <optional>
 
-#include "base/handles.h"
+#include "owners/handles.h"
 
 namespace {
 

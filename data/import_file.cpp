@@ -6,11 +6,11 @@
 #include <algorithm>
 #include <utility>
 
-#include "base/com_handles.h"
 #include "base/variant.h"
 #include "data/busy_question.h"
 #include "data/last_error.h"
 #include "data/value_conversion.h"
+#include "owners/com_handles.h"
 
 struct ImportFile::Object {
   ComPtr<IAdoceImport> import;

@@ -4,9 +4,9 @@
 
 #include <oleauto.h>
 
-#include "base/com_handles.h"
 #include "data/adoce_constants.h"
 #include "data/value_conversion.h"
+#include "owners/com_handles.h"
 
 namespace {
 

@@ -6,11 +6,11 @@
 #include <memory>
 #include <optional>
 
-#include "base/com_handles.h"
 #include "data/adoce_constants.h"
 #include "data/connection_handle.h"
 #include "data/field_handle.h"
 #include "data/outcome.h"
+#include "owners/com_handles.h"
 
 /// A recordset of the data-access components; closes it at the end. Without registered components there
 /// is no object behind it and every operation fails.

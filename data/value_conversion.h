@@ -6,9 +6,9 @@
 
 #include <optional>
 
-#include "base/com_handles.h"
 #include "base/string.h"
 #include "base/variant.h"
+#include "owners/com_handles.h"
 
 /// What automation values say as text and as numbers, converted as the system does in the user's
 /// language. Numbers that are not finite, which the system's conversions don't take, are kept from them.

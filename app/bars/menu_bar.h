@@ -6,7 +6,7 @@
 #include <cstddef>
 
 #include "app/bars/bar_facts.h"
-#include "base/handles.h"
+#include "owners/handles.h"
 #include "records/availability.h"
 #include "records/command_bar.h"
 

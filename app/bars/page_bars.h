@@ -4,8 +4,8 @@
 
 #include <span>
 
-#include "base/control_handles.h"
-#include "base/handles.h"
+#include "owners/control_handles.h"
+#include "owners/handles.h"
 #include "records/availability.h"
 
 /// The rebar of a page: one or two bands with the position box and toolbars.

@@ -6,7 +6,7 @@
 #include <string>
 
 #include "app/window/program_state.h"
-#include "base/handles.h"
+#include "owners/handles.h"
 #include "records/user_prompts.h"
 #include "views/form/field_zoom.h"
 #include "views/shared/unowned_box.h"

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "base/handles.h"
+#include "owners/handles.h"
 
 /// What the user has typed into the form and the dialogs that are open and what is stored nowhere yet, for
 /// him to read: the file, the table and the number of the record, and each text under its name. Empty when

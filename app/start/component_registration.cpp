@@ -7,10 +7,10 @@
 #include <cwchar>
 #include <string>
 
-#include "base/handles.h"
 #include "base/program_folder.h"
 #include "base/registry_text.h"
 #include "base/string.h"
+#include "owners/handles.h"
 
 namespace {
 

@@ -4,9 +4,9 @@
 
 #include <string>
 
-#include "base/handles.h"
 #include "base/install_folder.h"
 #include "base/string.h"
+#include "owners/handles.h"
 
 namespace {
 

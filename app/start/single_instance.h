@@ -1,7 +1,7 @@
 #pragma once
 
-#include "base/handles.h"
 #include "base/string.h"
+#include "owners/handles.h"
 
 /// Keeps the program to one copy in a user's session. The mutex decides who is first, also between
 /// copies that start at the same moment, when neither has a window yet.

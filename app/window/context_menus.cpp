@@ -1,6 +1,6 @@
 #include "app/window/context_menus.h"
 
-#include "base/handles.h"
+#include "owners/handles.h"
 #include "records/view_mode.h"
 #include "resources/resource_ids.h"
 

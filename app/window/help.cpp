@@ -5,8 +5,8 @@
 #include <filesystem>
 #include <string>
 
-#include "base/handles.h"
 #include "base/program_folder.h"
+#include "owners/handles.h"
 
 void showHelp(const wchar_t* topic) {
   const std::filesystem::path viewer = programFolder() / L"peghelp.exe";

@@ -8,7 +8,7 @@
 #include "app/window/context_menus.h"
 #include "app/window/program_state.h"
 #include "base/app_settings.h"
-#include "base/control_handles.h"
+#include "owners/control_handles.h"
 #include "platform/pocketshell/handheld_windows.h"
 #include "resources/resource_ids.h"
 

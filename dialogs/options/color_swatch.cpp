@@ -1,6 +1,6 @@
 #include "dialogs/options/color_swatch.h"
 
-#include "base/handles.h"
+#include "owners/handles.h"
 #include "platform/pocketshell/handheld_windows.h"
 #include "views/dialog/dialog_growth.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "base/handles.h"
+#include "owners/handles.h"
 #include "views/dialog/input_panel_hold.h"
 #include "views/dialog/modal_dialog.h"
 

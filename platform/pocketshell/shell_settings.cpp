@@ -1,7 +1,7 @@
 #include "platform/pocketshell/shell_settings.h"
 
+#include "owners/handles.h"
 #include "platform/pocketshell/kept_settings.h"
-#include "platform/pocketshell/owners.h"
 #include "platform/pocketshell/zoom/zoom_figures.h"
 
 namespace pocketshell {
@@ -37,7 +37,7 @@ bool writeShellNumber(const wchar_t* name, DWORD number) {
       ERROR_SUCCESS) {
     return false;
   }
-  const OwnedKey key(opened);
+  const UniqueRegistryKey key(opened);
   return RegSetValueExW(key.get(), name, 0, REG_DWORD, reinterpret_cast<const BYTE*>(&number),
                         sizeof(number)) == ERROR_SUCCESS;
 }

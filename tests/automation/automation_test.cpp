@@ -36,7 +36,7 @@ ComPtr<Interface> newObject(const wchar_t* programId) {
   ComPtr<Interface> object;
   EXPECT_EQ(CLSIDFromProgID(programId, &classId), S_OK);
   EXPECT_EQ(CoCreateInstance(classId, nullptr, CLSCTX_INPROC_SERVER, __uuidof(Interface),
-                             reinterpret_cast<void**>(object.receive())),
+                             reinterpret_cast<void**>(object.put())),
             S_OK);
   return object;
 }
@@ -98,7 +98,7 @@ ComPtr<IAdoceRecordset> recordsOfTable(IAdoceConnection* connection, const std::
 HRESULT execute(IAdoceConnection* connection, const std::wstring& statement) {
   OwnedVariant affected;
   ComPtr<IAdoceRecordset> recordset;
-  return connection->Execute(text(statement).get(), affected.get(), kText, recordset.receive());
+  return connection->Execute(text(statement).get(), affected.get(), kText, recordset.put());
 }
 
 long recordCount(IAdoceRecordset* recordset) {
@@ -144,7 +144,7 @@ namespace {
 ComPtr<IAdoceField> fieldBy(IAdoceRecordset* recordset, const VARIANT& index) {
   ComPtr<IAdoceFields> fields;
   ComPtr<IAdoceField> field;
-  if (recordset->get_Fields(fields.receive()) == S_OK) fields->get_Item(index, field.receive());
+  if (recordset->get_Fields(fields.put()) == S_OK) fields->get_Item(index, field.put());
   return field;
 }
 
@@ -159,8 +159,8 @@ ComPtr<IAdoceField> fieldOf(IAdoceRecordset* recordset, const wchar_t* name) {
 }
 
 std::wstring nameOf(IAdoceField* field) {
-  OwnedText name;
-  EXPECT_EQ(field->get_Name(name.receive()), S_OK);
+  UniqueBstr name;
+  EXPECT_EQ(field->get_Name(name.put()), S_OK);
   return name.get() == nullptr ? L"(null)" : std::wstring(name.get(), SysStringLen(name.get()));
 }
 

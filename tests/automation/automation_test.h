@@ -15,9 +15,6 @@
 #include "tests/support/paths.h"
 
 namespace automationtest {
-
-using automation::ComPtr;
-using automation::OwnedText;
 using automation::OwnedVariant;
 
 /// 0x800A0000 + number, a failure of the components' object model.

@@ -19,10 +19,10 @@ class BadFile : public AutomationTest {
     EXPECT_EQ(stateOf(connection.get()), 0);
     ComPtr<IAdoceErrors> errors;
     ComPtr<IAdoceError> error;
-    OwnedText description;
-    ASSERT_EQ(connection->get_Errors(errors.receive()), S_OK);
-    ASSERT_EQ(errors->get_Item(*variant(0L), error.receive()), S_OK);
-    ASSERT_EQ(error->get_Description(description.receive()), S_OK);
+    UniqueBstr description;
+    ASSERT_EQ(connection->get_Errors(errors.put()), S_OK);
+    ASSERT_EQ(errors->get_Item(*variant(0L), error.put()), S_OK);
+    ASSERT_EQ(error->get_Description(description.put()), S_OK);
     EXPECT_GT(SysStringLen(description.get()), 0u);
   }
   void expectRefusedAndUntouched(const std::string& content) {

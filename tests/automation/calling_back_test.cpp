@@ -68,9 +68,9 @@ TEST_F(CallingBack, AFieldsValueThatClosesTheRecordsetIsNotWritten) {
 TEST_F(CallingBack, AFieldThatIsFoundByAnObjectThatClosesTheRecordsetIsNone) {
   ComPtr<IAdoceFields> fields;
   ComPtr<IAdoceField> field;
-  ASSERT_EQ(records_->get_Fields(fields.receive()), S_OK);
+  ASSERT_EQ(records_->get_Fields(fields.put()), S_OK);
   ClosingObject zero(records_.get(), variant(0L));
-  EXPECT_EQ(fields->get_Item(*zero.asVariant(), field.receive()), objectModelError(3704));
+  EXPECT_EQ(fields->get_Item(*zero.asVariant(), field.put()), objectModelError(3704));
   EXPECT_TRUE(zero.wasAsked());
 }
 

@@ -27,7 +27,7 @@ class Threads : public AutomationTest {
     // A failure of one thread describes itself to that thread.
     if (recordset->MoveNext() != objectModelError(3021)) ++wrong_;
     ComPtr<IErrorInfo> info;
-    if (GetErrorInfo(0, info.receive()) != S_OK) ++wrong_;
+    if (GetErrorInfo(0, info.put()) != S_OK) ++wrong_;
   }
 
   std::atomic<long> wrong_ = 0;

@@ -18,8 +18,8 @@ class Connection : public AutomationTest {
 
 std::wstring propertyOf(IAdoceConnection* connection,
                         HRESULT (STDMETHODCALLTYPE IAdoceConnection::*getter)(BSTR*)) {
-  OwnedText value;
-  EXPECT_EQ((connection->*getter)(value.receive()), S_OK);
+  UniqueBstr value;
+  EXPECT_EQ((connection->*getter)(value.put()), S_OK);
   return value.get();
 }
 
@@ -146,9 +146,9 @@ TEST_F(Connection, CloseClosesItsRecordsetsAndAllThatHangsOnThem) {
   const ComPtr<IAdoceRecordset> first = recordsOf(connection.get(), L"Select * from [T]");
   const ComPtr<IAdoceRecordset> second = recordsOf(connection.get(), L"SELECT count(*) FROM T");
   ComPtr<IAdoceRecordset> copy;
-  ASSERT_EQ(first->Clone(copy.receive()), S_OK);
+  ASSERT_EQ(first->Clone(copy.put()), S_OK);
   ComPtr<IAdoceFields> fields;
-  ASSERT_EQ(first->get_Fields(fields.receive()), S_OK);
+  ASSERT_EQ(first->get_Fields(fields.put()), S_OK);
   const ComPtr<IAdoceField> field = fieldOf(first.get(), 0L);
 
   ASSERT_EQ(connection->Close(), S_OK);
@@ -163,8 +163,8 @@ TEST_F(Connection, CloseClosesItsRecordsetsAndAllThatHangsOnThem) {
   EXPECT_EQ(field->get_Value(value.get()), objectModelError(3704));
   EXPECT_EQ(field->put_Value(*variant(L"x")), objectModelError(3704));
   EXPECT_EQ(field->get_Type(&number), objectModelError(3704));
-  OwnedText name;
-  EXPECT_EQ(field->get_Name(name.receive()), objectModelError(3704));
+  UniqueBstr name;
+  EXPECT_EQ(field->get_Name(name.put()), objectModelError(3704));
   EXPECT_EQ(number, 17);
   EXPECT_EQ(described(value), "EMPTY");
 
@@ -192,7 +192,7 @@ TEST_F(Connection, RecordsetKeepsItsConnectionAlive) {
   ASSERT_EQ(recordset->get_ActiveConnection(active.get()), S_OK);
   ComPtr<IAdoceConnection> connection;
   ASSERT_EQ(V_DISPATCH(active.get())
-                ->QueryInterface(__uuidof(IAdoceConnection), reinterpret_cast<void**>(connection.receive())),
+                ->QueryInterface(__uuidof(IAdoceConnection), reinterpret_cast<void**>(connection.put())),
             S_OK);
   EXPECT_EQ(stateOf(connection.get()), 1);
 }
@@ -281,7 +281,7 @@ TEST_F(Execute, TellsTheNumberOfChangedRecords) {
         std::pair(L"DELETE FROM T", "I4 0"), std::pair(L"CREATE TABLE 'U' (A Text)", "I4 0")}) {
     OwnedVariant affected;
     ComPtr<IAdoceRecordset> recordset;
-    ASSERT_EQ(connection_->Execute(text(statement).get(), affected.get(), kText, recordset.receive()), S_OK);
+    ASSERT_EQ(connection_->Execute(text(statement).get(), affected.get(), kText, recordset.put()), S_OK);
     EXPECT_EQ(described(affected), expected) << statement;
     EXPECT_EQ(stateOf(recordset.get()), 0);
   }
@@ -293,7 +293,7 @@ TEST_F(Execute, WritesTheNumberThroughAReference) {
   V_VT(&reference) = VT_BYREF | VT_I4;
   V_I4REF(&reference) = &number;
   ComPtr<IAdoceRecordset> recordset;
-  ASSERT_EQ(connection_->Execute(text(L"DELETE FROM T").get(), &reference, kText, recordset.receive()), S_OK);
+  ASSERT_EQ(connection_->Execute(text(L"DELETE FROM T").get(), &reference, kText, recordset.put()), S_OK);
   EXPECT_EQ(number, 3);
 }
 
@@ -305,7 +305,7 @@ TEST_F(Execute, NeedsNoPlaceForNumberAndRecordset) {
 TEST_F(Execute, ReturnsTheRecordsOfASelect) {
   ComPtr<IAdoceRecordset> recordset;
   ASSERT_EQ(connection_->Execute(text(L"SELECT Name FROM T ORDER BY Name DESC").get(), nullptr, kText,
-                                 recordset.receive()),
+                                 recordset.put()),
             S_OK);
   ASSERT_EQ(stateOf(recordset.get()), 1);
   EXPECT_EQ(recordCount(recordset.get()), 3);
@@ -319,7 +319,7 @@ TEST_F(Execute, TakesTablesAndUnknownTexts) {
        {std::pair(L"T", kTable), std::pair(L"T", kUnknown), std::pair(L"SELECT * FROM T", kUnknown),
         std::pair(L"SELECT * FROM T", -1L)}) {
     ComPtr<IAdoceRecordset> recordset;
-    ASSERT_EQ(connection_->Execute(text(source).get(), nullptr, options, recordset.receive()), S_OK)
+    ASSERT_EQ(connection_->Execute(text(source).get(), nullptr, options, recordset.put()), S_OK)
         << source << " with " << options;
     EXPECT_EQ(recordCount(recordset.get()), 3);
   }
@@ -331,9 +331,8 @@ TEST_F(Execute, TakesTablesAndUnknownTexts) {
 TEST_F(Execute, FailureLeavesItsPlacesUntouched) {
   OwnedVariant affected = variant(17L);
   ComPtr<IAdoceRecordset> recordset;
-  EXPECT_EQ(
-      connection_->Execute(text(L"DELETE FROM Nowhere").get(), affected.get(), kText, recordset.receive()),
-      kNoTable);
+  EXPECT_EQ(connection_->Execute(text(L"DELETE FROM Nowhere").get(), affected.get(), kText, recordset.put()),
+            kNoTable);
   EXPECT_EQ(described(affected), "I4 17");
   EXPECT_FALSE(recordset);
 }

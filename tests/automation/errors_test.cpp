@@ -14,11 +14,11 @@ struct ErrorInfo {
 ErrorInfo takeErrorInfo() {
   ComPtr<IErrorInfo> info;
   ErrorInfo taken;
-  if (GetErrorInfo(0, info.receive()) != S_OK) return taken;
-  OwnedText description;
-  OwnedText source;
-  EXPECT_EQ(info->GetDescription(description.receive()), S_OK);
-  EXPECT_EQ(info->GetSource(source.receive()), S_OK);
+  if (GetErrorInfo(0, info.put()) != S_OK) return taken;
+  UniqueBstr description;
+  UniqueBstr source;
+  EXPECT_EQ(info->GetDescription(description.put()), S_OK);
+  EXPECT_EQ(info->GetSource(source.put()), S_OK);
   EXPECT_EQ(info->GetGUID(&taken.interfaceId), S_OK);
   taken.description = description.get();
   taken.source = source.get();
@@ -29,7 +29,7 @@ class Errors : public AutomationTest {
  protected:
   ComPtr<IAdoceErrors> errors() {
     ComPtr<IAdoceErrors> collection;
-    EXPECT_EQ(connection_->get_Errors(collection.receive()), S_OK);
+    EXPECT_EQ(connection_->get_Errors(collection.put()), S_OK);
     return collection;
   }
   long errorCount() {
@@ -39,7 +39,7 @@ class Errors : public AutomationTest {
   }
   ComPtr<IAdoceError> error(long index) {
     ComPtr<IAdoceError> found;
-    EXPECT_EQ(errors()->get_Item(*variant(index), found.receive()), S_OK);
+    EXPECT_EQ(errors()->get_Item(*variant(index), found.put()), S_OK);
     return found;
   }
   long numberOf(IAdoceError* error) {
@@ -54,7 +54,7 @@ class Errors : public AutomationTest {
 TEST_F(Errors, AreNoneAtFirst) {
   EXPECT_EQ(errorCount(), 0);
   ComPtr<IAdoceError> found;
-  EXPECT_EQ(errors()->get_Item(*variant(0L), found.receive()), objectModelError(3265));
+  EXPECT_EQ(errors()->get_Item(*variant(0L), found.put()), objectModelError(3265));
   EXPECT_FALSE(found);
 }
 
@@ -67,11 +67,11 @@ TEST_F(Errors, TellOfAFailedStatement) {
 
   ASSERT_EQ(errorCount(), 1);
   const ComPtr<IAdoceError> found = error(0);
-  OwnedText description;
-  OwnedText source;
+  UniqueBstr description;
+  UniqueBstr source;
   long native = 17;
-  EXPECT_EQ(found->get_Description(description.receive()), S_OK);
-  EXPECT_EQ(found->get_Source(source.receive()), S_OK);
+  EXPECT_EQ(found->get_Description(description.put()), S_OK);
+  EXPECT_EQ(found->get_Source(source.put()), S_OK);
   EXPECT_EQ(found->get_NativeError(&native), S_OK);
   EXPECT_EQ(numberOf(found.get()), kNoTable);
   EXPECT_EQ(std::wstring(description.get()), info.description);
@@ -125,9 +125,8 @@ TEST_F(Errors, TellOfARecordsetWithoutConnection) {
 
 TEST_F(Errors, EachObjectSaysThatItDescribesItsFailures) {
   ComPtr<ISupportErrorInfo> support;
-  ASSERT_EQ(
-      connection_.get()->QueryInterface(IID_ISupportErrorInfo, reinterpret_cast<void**>(support.receive())),
-      S_OK);
+  ASSERT_EQ(connection_.get()->QueryInterface(IID_ISupportErrorInfo, reinterpret_cast<void**>(support.put())),
+            S_OK);
   EXPECT_EQ(support->InterfaceSupportsErrorInfo(__uuidof(IAdoceConnection)), S_OK);
   EXPECT_EQ(support->InterfaceSupportsErrorInfo(__uuidof(IAdoceRecordset)), S_FALSE);
 }

@@ -67,7 +67,7 @@ class Exchange : public AutomationTest {
   ComPtr<IAdoceImport> open(const std::string& content, const std::wstring& name = L"People.csv") {
     writeFile(pathOf(name), content);
     ComPtr<IAdoceImport> import;
-    EXPECT_EQ(connection_->OpenImport(text(pathOf(name)).get(), import.receive()), S_OK);
+    EXPECT_EQ(connection_->OpenImport(text(pathOf(name)).get(), import.put()), S_OK);
     return import;
   }
   ComPtr<IAdoceImport> examined(const std::string& content) {
@@ -76,10 +76,10 @@ class Exchange : public AutomationTest {
     return import;
   }
   static std::wstring columnOf(IAdoceImport* import, long index) {
-    OwnedText source;
-    OwnedText target;
-    OwnedText type;
-    if (FAILED(import->GetColumn(index, source.receive(), target.receive(), type.receive()))) return L"none";
+    UniqueBstr source;
+    UniqueBstr target;
+    UniqueBstr type;
+    if (FAILED(import->GetColumn(index, source.put(), target.put(), type.put()))) return L"none";
     return std::wstring(source.get()) + L">" + target.get() + L":" + type.get();
   }
   static Counts run(IAdoceImport* import, long mode = kAllOrNothing, HRESULT expected = S_OK) {
@@ -93,8 +93,8 @@ class Exchange : public AutomationTest {
     EXPECT_EQ(import->get_RejectCount(&count), S_OK);
     for (long i = 0; i < count; ++i) {
       hyper line = 0;
-      OwnedText reason;
-      EXPECT_EQ(import->GetReject(i, &line, reason.receive()), S_OK);
+      UniqueBstr reason;
+      EXPECT_EQ(import->GetReject(i, &line, reason.put()), S_OK);
       all.push_back(std::to_wstring(line) + L": " + reason.get());
     }
     return all;
@@ -119,12 +119,12 @@ TEST_F(Exchange, AFileIsExaminedAndStored) {
   const auto import = examined("Name;Age;Zip\r\nAda;36;00123\r\nBo;;4567\r\n");
   long header = -1;
   VARIANT_BOOL isNew = VARIANT_FALSE;
-  OwnedText delimiter;
-  OwnedText table;
+  UniqueBstr delimiter;
+  UniqueBstr table;
   EXPECT_EQ(import->get_Header(&header), S_OK);
   EXPECT_EQ(import->get_IsNewTable(&isNew), S_OK);
-  EXPECT_EQ(import->get_Delimiter(delimiter.receive()), S_OK);
-  EXPECT_EQ(import->get_Table(table.receive()), S_OK);
+  EXPECT_EQ(import->get_Delimiter(delimiter.put()), S_OK);
+  EXPECT_EQ(import->get_Table(table.put()), S_OK);
   EXPECT_EQ(header, 1);
   EXPECT_EQ(isNew, VARIANT_TRUE);
   EXPECT_STREQ(delimiter.get(), L";");
@@ -224,8 +224,8 @@ TEST_F(Exchange, ThePreviewHasTheColumnsFirst) {
   SAFEARRAY* const array = V_ARRAY(texts.get());
   const auto at = [array](LONG column, LONG record) {
     LONG place[] = {column, record};
-    OwnedText found;
-    EXPECT_EQ(SafeArrayGetElement(array, place, found.receive()), S_OK);
+    UniqueBstr found;
+    EXPECT_EQ(SafeArrayGetElement(array, place, found.put()), S_OK);
     return std::wstring(found.get() ? found.get() : L"");
   };
   LONG last = 0;
@@ -264,7 +264,7 @@ TEST_F(Exchange, ChoicesAreChecked) {
 
 TEST_F(Exchange, AFileThatIsNotThereIsTold) {
   ComPtr<IAdoceImport> import;
-  EXPECT_EQ(connection_->OpenImport(text(pathOf(L"none.csv")).get(), import.receive()), kCannotOpen);
+  EXPECT_EQ(connection_->OpenImport(text(pathOf(L"none.csv")).get(), import.put()), kCannotOpen);
   EXPECT_EQ(import.get(), nullptr);
 }
 

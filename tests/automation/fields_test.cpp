@@ -25,12 +25,12 @@ class Fields : public AutomationTest {
   }
   ComPtr<IAdoceFields> fieldsOf(IAdoceRecordset* recordset) {
     ComPtr<IAdoceFields> fields;
-    EXPECT_EQ(recordset->get_Fields(fields.receive()), S_OK);
+    EXPECT_EQ(recordset->get_Fields(fields.put()), S_OK);
     return fields;
   }
   HRESULT item(IAdoceFields* fields, const OwnedVariant& index, std::wstring* name) {
     ComPtr<IAdoceField> field;
-    const HRESULT result = fields->get_Item(*index, field.receive());
+    const HRESULT result = fields->get_Item(*index, field.put());
     EXPECT_EQ(static_cast<bool>(field), result == S_OK);
     if (field) *name = nameOf(field.get());
     return result;
@@ -115,7 +115,7 @@ TEST_F(Fields, AreFetchedAnewAfterEveryClose) {
   const ComPtr<IAdoceField> oldField = fieldOf(recordset.get(), 0L);
   ASSERT_EQ(recordset->Close(), S_OK);
   ComPtr<IAdoceFields> none;
-  EXPECT_EQ(recordset->get_Fields(none.receive()), objectModelError(3704));
+  EXPECT_EQ(recordset->get_Fields(none.put()), objectModelError(3704));
   EXPECT_FALSE(none);
 
   ASSERT_EQ(openOn(recordset.get(), connection_.get(), L"U", kKeyset, kOptimistic, kTable), S_OK);
@@ -306,9 +306,9 @@ TEST_F(Fields, AreEnumerated) {
   const ComPtr<IAdoceFields> fields =
       fieldsOf(openedOn("CREATE TABLE T (A TEXT, B TEXT, C TEXT)", L"SELECT * FROM T").get());
   ComPtr<IUnknown> unknown;
-  ASSERT_EQ(fields->get__NewEnum(unknown.receive()), S_OK);
+  ASSERT_EQ(fields->get__NewEnum(unknown.put()), S_OK);
   ComPtr<IEnumVARIANT> enumerator;
-  ASSERT_EQ(unknown->QueryInterface(IID_IEnumVARIANT, reinterpret_cast<void**>(enumerator.receive())), S_OK);
+  ASSERT_EQ(unknown->QueryInterface(IID_IEnumVARIANT, reinterpret_cast<void**>(enumerator.put())), S_OK);
 
   const auto next = [](IEnumVARIANT* items) -> std::wstring {
     OwnedVariant item;
@@ -317,14 +317,14 @@ TEST_F(Fields, AreEnumerated) {
     EXPECT_EQ(fetched, result == S_OK ? 1u : 0u);
     if (result != S_OK) return L"(end)";
     ComPtr<IAdoceField> field;
-    EXPECT_EQ(V_DISPATCH(item.get())
-                  ->QueryInterface(__uuidof(IAdoceField), reinterpret_cast<void**>(field.receive())),
-              S_OK);
+    EXPECT_EQ(
+        V_DISPATCH(item.get())->QueryInterface(__uuidof(IAdoceField), reinterpret_cast<void**>(field.put())),
+        S_OK);
     return nameOf(field.get());
   };
   EXPECT_EQ(next(enumerator.get()), L"A");
   ComPtr<IEnumVARIANT> copy;
-  ASSERT_EQ(enumerator->Clone(copy.receive()), S_OK);
+  ASSERT_EQ(enumerator->Clone(copy.put()), S_OK);
   EXPECT_EQ(next(enumerator.get()), L"B");
   EXPECT_EQ(next(enumerator.get()), L"C");
   EXPECT_EQ(next(enumerator.get()), L"(end)");

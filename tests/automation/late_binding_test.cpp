@@ -289,9 +289,9 @@ TEST_F(LateBinding, EveryObjectTellsItsType) {
     EXPECT_EQ(object->object()->GetTypeInfoCount(&count), S_OK);
     EXPECT_EQ(count, 1u);
     ComPtr<ITypeInfo> info;
-    ASSERT_EQ(object->object()->GetTypeInfo(0, LOCALE_USER_DEFAULT, info.receive()), S_OK);
-    OwnedText found;
-    EXPECT_EQ(info->GetDocumentation(MEMBERID_NIL, found.receive(), nullptr, nullptr, nullptr), S_OK);
+    ASSERT_EQ(object->object()->GetTypeInfo(0, LOCALE_USER_DEFAULT, info.put()), S_OK);
+    UniqueBstr found;
+    EXPECT_EQ(info->GetDocumentation(MEMBERID_NIL, found.put(), nullptr, nullptr, nullptr), S_OK);
     EXPECT_EQ(std::wstring(found.get()), name);
   }
 }
@@ -306,9 +306,8 @@ TEST_F(LateBinding, ScriptsCanEnumerateFields) {
       S_OK);
   EXPECT_EQ(V_VT(unknown.get()), VT_UNKNOWN);
   ComPtr<IEnumVARIANT> items;
-  EXPECT_EQ(
-      V_UNKNOWN(unknown.get())->QueryInterface(IID_IEnumVARIANT, reinterpret_cast<void**>(items.receive())),
-      S_OK);
+  EXPECT_EQ(V_UNKNOWN(unknown.get())->QueryInterface(IID_IEnumVARIANT, reinterpret_cast<void**>(items.put())),
+            S_OK);
 }
 
 }  // namespace

@@ -13,7 +13,7 @@ namespace automationtest {
 namespace {
 
 std::wstring taken(BSTR value) {
-  const OwnedText owner(value);
+  const UniqueBstr owner(value);
   return value == nullptr ? std::wstring() : std::wstring(value, SysStringLen(value));
 }
 
@@ -21,10 +21,10 @@ std::wstring taken(BSTR value) {
 
 LateObject LateObject::create(const wchar_t* programId) {
   CLSID classId;
-  automation::ComPtr<IDispatch> object;
+  ComPtr<IDispatch> object;
   EXPECT_EQ(CLSIDFromProgID(programId, &classId), S_OK);
   EXPECT_EQ(CoCreateInstance(classId, nullptr, CLSCTX_INPROC_SERVER, IID_IDispatch,
-                             reinterpret_cast<void**>(object.receive())),
+                             reinterpret_cast<void**>(object.put())),
             S_OK);
   return LateObject(object.get());
 }

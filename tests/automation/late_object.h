@@ -22,7 +22,7 @@ struct LateFailure {
 /// An object used as a script uses it: by names alone.
 class LateObject {
  public:
-  explicit LateObject(IDispatch* object) : object_(automation::ComPtr<IDispatch>::share(object)) {}
+  explicit LateObject(IDispatch* object) : object_(ComPtr<IDispatch>::share(object)) {}
   /// Fails the running test when the object can't be made.
   static LateObject create(const wchar_t* programId);
 
@@ -47,7 +47,7 @@ class LateObject {
   DISPID memberOf(const wchar_t* name) const;
   OwnedVariant invoke(DISPID member, WORD flags, Arguments& arguments, bool isPut) const;
 
-  automation::ComPtr<IDispatch> object_;
+  ComPtr<IDispatch> object_;
 };
 
 /// Arguments for the methods above, because a list in braces would copy.

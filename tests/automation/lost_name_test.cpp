@@ -26,11 +26,11 @@ class LostName : public AutomationTest {
   std::wstring sentence() {
     ComPtr<IAdoceErrors> errors;
     ComPtr<IAdoceError> error;
-    OwnedText said;
-    EXPECT_EQ(connection_->get_Errors(errors.receive()), S_OK);
-    EXPECT_EQ(errors->get_Item(*variant(0L), error.receive()), S_OK);
+    UniqueBstr said;
+    EXPECT_EQ(connection_->get_Errors(errors.put()), S_OK);
+    EXPECT_EQ(errors->get_Item(*variant(0L), error.put()), S_OK);
     if (!error) return L"(none)";
-    EXPECT_EQ(error->get_Description(said.receive()), S_OK);
+    EXPECT_EQ(error->get_Description(said.put()), S_OK);
     return said.get();
   }
 

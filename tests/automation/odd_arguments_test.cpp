@@ -120,14 +120,14 @@ const std::vector<std::function<HRESULT(IAdoceConnection*, IAdoceRecordset*, con
     [](IAdoceConnection*, IAdoceRecordset* recordset, const VARIANT& odd) {
       ComPtr<IAdoceFields> fields;
       ComPtr<IAdoceField> field;
-      recordset->get_Fields(fields.receive());
-      return fields->get_Item(odd, field.receive());
+      recordset->get_Fields(fields.put());
+      return fields->get_Item(odd, field.put());
     },
     [](IAdoceConnection* connection, IAdoceRecordset*, const VARIANT& odd) {
       ComPtr<IAdoceErrors> errors;
       ComPtr<IAdoceError> error;
-      connection->get_Errors(errors.receive());
-      return errors->get_Item(odd, error.receive());
+      connection->get_Errors(errors.put());
+      return errors->get_Item(odd, error.put());
     },
     [](IAdoceConnection* connection, IAdoceRecordset*, const VARIANT& odd) {
       OwnedVariant place;

@@ -47,7 +47,7 @@ TEST_F(Recordset, BeginsClosed) {
   EXPECT_EQ(recordset->get_Bookmark(value.get()), objectModelError(3704));
   EXPECT_EQ(recordset->put_Bookmark(*bytes("x")), objectModelError(3704));
   EXPECT_EQ(recordset->Supports(0, &flag), objectModelError(3704));
-  EXPECT_EQ(recordset->Clone(copy.receive()), objectModelError(3704));
+  EXPECT_EQ(recordset->Clone(copy.put()), objectModelError(3704));
   EXPECT_EQ(recordset->GetRows(-1, *empty(), *empty(), value.get()), objectModelError(3704));
   EXPECT_EQ(number, 17);
   EXPECT_EQ(flag, 17);
@@ -99,8 +99,8 @@ TEST_F(Recordset, TakesItsConnectionInEveryForm) {
   IAdoceConnection* raw = connection_.get();
   IDispatch* dispatch = raw;
   IUnknown* unknown = raw;
-  BSTR pathText = text(path_).detach();
-  const OwnedText owner(pathText);
+  BSTR pathText = text(path_).release();
+  const UniqueBstr owner(pathText);
   OwnedVariant object = variant(raw);
   std::vector<VARIANT> forms(8);
   forms[0] = *object;
@@ -173,13 +173,13 @@ TEST_F(Recordset, SourceIsTheArgumentOrTheProperty) {
   EXPECT_EQ(recordset->Open(*empty(), *variant(connection_.get()), kKeyset, kOptimistic, kText), kNoCommand);
   ASSERT_EQ(recordset->put_Source(text(L"Select * from [T]").get()), S_OK);
   ASSERT_EQ(recordset->Open(*empty(), *variant(connection_.get()), kKeyset, kOptimistic, kText), S_OK);
-  OwnedText source;
-  ASSERT_EQ(recordset->get_Source(source.receive()), S_OK);
+  UniqueBstr source;
+  ASSERT_EQ(recordset->get_Source(source.put()), S_OK);
   EXPECT_EQ(std::wstring(source.get()), L"Select * from [T]");
   ASSERT_EQ(recordset->Close(), S_OK);
   ASSERT_EQ(openOn(recordset.get(), connection_.get(), L"T", kKeyset, kOptimistic, kTable), S_OK);
-  OwnedText table;
-  ASSERT_EQ(recordset->get_Source(table.receive()), S_OK);
+  UniqueBstr table;
+  ASSERT_EQ(recordset->get_Source(table.put()), S_OK);
   EXPECT_EQ(std::wstring(table.get()), L"T");
 }
 
@@ -357,7 +357,7 @@ TEST_F(Recordset, CloneStandsForItself) {
   const ComPtr<IAdoceRecordset> recordset = records();
   ASSERT_EQ(recordset->MoveLast(), S_OK);
   ComPtr<IAdoceRecordset> copy;
-  ASSERT_EQ(recordset->Clone(copy.receive()), S_OK);
+  ASSERT_EQ(recordset->Clone(copy.put()), S_OK);
   EXPECT_EQ(textOf(copy.get(), 0), L"a");
   EXPECT_EQ(textOf(recordset.get(), 0), L"d");
   OwnedVariant bookmark;

@@ -108,7 +108,7 @@ TEST_F(Registration, FollowsTheProgramIntoAnotherFolder) {
   ASSERT_EQ(callServer(moved.wstring(), "DllRegisterServer"), S_OK);
   ComPtr<IUnknown> object;
   ASSERT_EQ(CoCreateInstance(CLSID_AdoceConnection, nullptr, CLSCTX_INPROC_SERVER, IID_IUnknown,
-                             reinterpret_cast<void**>(object.receive())),
+                             reinterpret_cast<void**>(object.put())),
             S_OK);
   EXPECT_NE(GetModuleHandleW(moved.c_str()), nullptr);
 
@@ -144,7 +144,7 @@ TEST_F(Registration, ServesBothKindsOfApartments) {
 TEST_F(Registration, CoversNothingElse) {
   ComPtr<IUnknown> object;
   EXPECT_EQ(CoCreateInstance(CLSID_AdoceConnection, nullptr, CLSCTX_INPROC_SERVER, __uuidof(IAdoceRecordset),
-                             reinterpret_cast<void**>(object.receive())),
+                             reinterpret_cast<void**>(object.put())),
             E_NOINTERFACE);
   EXPECT_FALSE(object);
 }
@@ -170,13 +170,13 @@ class Doors : public testing::Test {
 
 TEST_F(Doors, UnknownClassHasNoFactory) {
   ComPtr<IClassFactory> factory;
-  EXPECT_EQ(factoryOf(IID_IUnknown, factory.receive()), CLASS_E_CLASSNOTAVAILABLE);
+  EXPECT_EQ(factoryOf(IID_IUnknown, factory.put()), CLASS_E_CLASSNOTAVAILABLE);
   EXPECT_FALSE(factory);
 }
 
 TEST_F(Doors, FactoryRefusesAggregation) {
   ComPtr<IClassFactory> factory;
-  ASSERT_EQ(factoryOf(CLSID_AdoceConnection, factory.receive()), S_OK);
+  ASSERT_EQ(factoryOf(CLSID_AdoceConnection, factory.put()), S_OK);
   const ComPtr<IAdoceConnection> outer = newConnection();
   void* object = this;
   EXPECT_EQ(factory->CreateInstance(outer.get(), IID_IUnknown, &object), CLASS_E_NOAGGREGATION);
@@ -186,19 +186,18 @@ TEST_F(Doors, FactoryRefusesAggregation) {
 TEST_F(Doors, UnloadingWaitsForObjectsAndLocks) {
   ASSERT_EQ(canUnload(), S_OK);
   ComPtr<IClassFactory> factory;
-  ASSERT_EQ(factoryOf(CLSID_AdoceConnection, factory.receive()), S_OK);
+  ASSERT_EQ(factoryOf(CLSID_AdoceConnection, factory.put()), S_OK);
   EXPECT_EQ(canUnload(), S_FALSE);
 
   ASSERT_EQ(factory->LockServer(TRUE), S_OK);
   ComPtr<IDispatch> object;
-  ASSERT_EQ(factory->CreateInstance(nullptr, IID_IDispatch, reinterpret_cast<void**>(object.receive())),
-            S_OK);
+  ASSERT_EQ(factory->CreateInstance(nullptr, IID_IDispatch, reinterpret_cast<void**>(object.put())), S_OK);
   ASSERT_EQ(factory->LockServer(FALSE), S_OK);
   factory = {};
   EXPECT_EQ(canUnload(), S_FALSE);
 
   ComPtr<ITypeInfo> info;
-  ASSERT_EQ(object->GetTypeInfo(0, LOCALE_USER_DEFAULT, info.receive()), S_OK);
+  ASSERT_EQ(object->GetTypeInfo(0, LOCALE_USER_DEFAULT, info.put()), S_OK);
   object = {};
   EXPECT_EQ(canUnload(), S_OK);
   info = {};

@@ -50,7 +50,7 @@ class Question final : public IDispatch {
     EXPECT_EQ(1u, arguments->cArgs);
     EXPECT_EQ(VT_I4, V_VT(&arguments->rgvarg[0]));
     EXPECT_EQ(expected_, V_I4(&arguments->rgvarg[0]));
-    *result = answer_(++asked_).detach();
+    *result = answer_(++asked_).release();
     return S_OK;
   }
 

@@ -207,8 +207,8 @@ class References : public AutomationTest {
 
 TEST_F(References, AreFollowed) {
   long number = 5;
-  BSTR value = text(L"abc").detach();
-  const OwnedText owner(value);
+  BSTR value = text(L"abc").release();
+  const UniqueBstr owner(value);
   OwnedVariant content = bytes("xy");
   SAFEARRAY* array = V_ARRAY(content.get());
   VARIANT given;
@@ -249,8 +249,8 @@ TEST_F(References, ToNowhereAreNoNumbersConnectionsOrPlaces) {
   V_I4REF(&nowhere) = nullptr;
   ComPtr<IAdoceErrors> errors;
   ComPtr<IAdoceError> error;
-  ASSERT_EQ(connection_->get_Errors(errors.receive()), S_OK);
-  EXPECT_EQ(errors->get_Item(nowhere, error.receive()), objectModelError(3265));
+  ASSERT_EQ(connection_->get_Errors(errors.put()), S_OK);
+  EXPECT_EQ(errors->get_Item(nowhere, error.put()), objectModelError(3265));
   EXPECT_EQ(connection_->Execute(text(L"DELETE FROM T").get(), &nowhere, kText, nullptr), S_OK);
 
   const ComPtr<IAdoceRecordset> recordset = newRecordset();

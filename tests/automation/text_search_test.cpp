@@ -24,14 +24,13 @@ class TextSearch : public AutomationTest {
 
   static ComPtr<IAdoceTextSearch> searchOf(IAdoceRecordset* recordset) {
     ComPtr<IAdoceTextSearch> search;
-    EXPECT_EQ(
-        recordset->QueryInterface(__uuidof(IAdoceTextSearch), reinterpret_cast<void**>(search.receive())),
-        S_OK);
+    EXPECT_EQ(recordset->QueryInterface(__uuidof(IAdoceTextSearch), reinterpret_cast<void**>(search.put())),
+              S_OK);
     return search;
   }
 
   HRESULT begin(const wchar_t* text, const OwnedVariant& field = empty(), bool matchCase = false) {
-    const OwnedText copy(SysAllocString(text));
+    const UniqueBstr copy(SysAllocString(text));
     return search_->BeginTextSearch(copy.get(), *field, matchCase ? VARIANT_TRUE : VARIANT_FALSE);
   }
   /// How many records it passed over, or -1.
@@ -51,12 +50,11 @@ class TextSearch : public AutomationTest {
 TEST_F(TextSearch, IsAnInterfaceOfTheSameObject) {
   ComPtr<IUnknown> first;
   ComPtr<IUnknown> second;
-  ASSERT_EQ(recordset_->QueryInterface(IID_IUnknown, reinterpret_cast<void**>(first.receive())), S_OK);
-  ASSERT_EQ(search_->QueryInterface(IID_IUnknown, reinterpret_cast<void**>(second.receive())), S_OK);
+  ASSERT_EQ(recordset_->QueryInterface(IID_IUnknown, reinterpret_cast<void**>(first.put())), S_OK);
+  ASSERT_EQ(search_->QueryInterface(IID_IUnknown, reinterpret_cast<void**>(second.put())), S_OK);
   EXPECT_EQ(first.get(), second.get());
   ComPtr<IAdoceRecordset> back;
-  EXPECT_EQ(search_->QueryInterface(__uuidof(IAdoceRecordset), reinterpret_cast<void**>(back.receive())),
-            S_OK);
+  EXPECT_EQ(search_->QueryInterface(__uuidof(IAdoceRecordset), reinterpret_cast<void**>(back.put())), S_OK);
 }
 
 TEST_F(TextSearch, StopsAtTheRecordWithTheText) {
@@ -140,8 +138,7 @@ TEST_F(TextSearch, AReadingThatFailsIsTold) {
 
 TEST_F(TextSearch, BothInterfacesDescribeTheirFailures) {
   ComPtr<ISupportErrorInfo> describes;
-  ASSERT_EQ(search_->QueryInterface(IID_ISupportErrorInfo, reinterpret_cast<void**>(describes.receive())),
-            S_OK);
+  ASSERT_EQ(search_->QueryInterface(IID_ISupportErrorInfo, reinterpret_cast<void**>(describes.put())), S_OK);
   EXPECT_EQ(describes->InterfaceSupportsErrorInfo(__uuidof(IAdoceTextSearch)), S_OK);
   EXPECT_EQ(describes->InterfaceSupportsErrorInfo(__uuidof(IAdoceRecordset)), S_OK);
   EXPECT_EQ(describes->InterfaceSupportsErrorInfo(IID_IDispatch), S_FALSE);

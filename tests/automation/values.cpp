@@ -54,8 +54,8 @@ std::string describedBytes(SAFEARRAY* array) {
 
 }  // namespace
 
-OwnedText text(std::wstring_view value) {
-  return OwnedText(SysAllocStringLen(value.data(), static_cast<UINT>(value.size())));
+UniqueBstr text(std::wstring_view value) {
+  return UniqueBstr(SysAllocStringLen(value.data(), static_cast<UINT>(value.size())));
 }
 
 OwnedVariant empty() {
@@ -73,7 +73,7 @@ OwnedVariant missing() {
 
 OwnedVariant variant(std::wstring_view value) {
   OwnedVariant result = ofType(VT_BSTR);
-  V_BSTR(result.get()) = text(value).detach();
+  V_BSTR(result.get()) = text(value).release();
   return result;
 }
 
@@ -187,7 +187,7 @@ OwnedVariant list(std::vector<OwnedVariant> elements) {
   void* data = nullptr;
   SafeArrayAccessData(V_ARRAY(result.get()), &data);
   auto* target = static_cast<VARIANT*>(data);
-  for (OwnedVariant& element : elements) *target++ = element.detach();
+  for (OwnedVariant& element : elements) *target++ = element.release();
   SafeArrayUnaccessData(V_ARRAY(result.get()));
   return result;
 }

@@ -13,11 +13,9 @@
 #include "platform/store/automation/values/com_values.h"
 
 namespace automationtest {
-
-using automation::OwnedText;
 using automation::OwnedVariant;
 
-OwnedText text(std::wstring_view value);
+UniqueBstr text(std::wstring_view value);
 
 /// VARIANTs of the types that their names say. `variant` makes VT_BSTR, VT_I4 and VT_DISPATCH.
 OwnedVariant empty();

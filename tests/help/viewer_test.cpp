@@ -7,7 +7,7 @@
 #include <optional>
 #include <string>
 
-#include "base/handles.h"
+#include "owners/handles.h"
 #include "platform/help/help_address.h"
 #include "tests/support/paths.h"
 #include "tests/ui/remote/remote_window.h"

@@ -5,10 +5,10 @@
 #include <string>
 #include <vector>
 
+#include "owners/live_resources.h"
 #include "platform/pocketshell/desktop_entries.h"
 #include "platform/pocketshell/menu/menu_button.h"
 #include "platform/pocketshell/menu/menu_walk.h"
-#include "platform/pocketshell/owners.h"
 #include "tests/shell/shell_fixture.h"
 #include "tests/shell/shell_resources.h"
 #include "tests/shell/shell_settings.h"
@@ -271,9 +271,9 @@ TEST_F(DesktopMenuTest, LeavesNothingBehindAfterManyRounds) {
     HandheldSetDesktopMenu(top(), kEntries.data(), static_cast<UINT>(kEntries.size()));
   };
   round();
-  const long handles = pocketshell::ownedHandleCount;
+  const long handles = LiveResources::countOfAll();
   for (int i = 0; i < 100; ++i) round();
-  EXPECT_EQ(pocketshell::ownedHandleCount, handles);
+  EXPECT_EQ(LiveResources::countOfAll(), handles);
 }
 
 }  // namespace

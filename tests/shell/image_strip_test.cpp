@@ -1,6 +1,6 @@
 #include "platform/pocketshell/menu/image_strip.h"
 
-#include "platform/pocketshell/owners.h"
+#include "owners/control_handles.h"
 #include "tests/shell/shell_fixture.h"
 #include "tests/shell/shell_resources.h"
 
@@ -55,7 +55,7 @@ TEST(ImageStripTest, TheNextLargerDrawingIsTaken) {
 class LoadedImagesTest : public ShellTest {
  protected:
   static SIZE sizeOfImages(WORD id) {
-    const OwnedImageList images(HandheldLoadImages(GetModuleHandleW(nullptr), id, RGB(192, 192, 192)));
+    const UniqueImageList images(HandheldLoadImages(GetModuleHandleW(nullptr), id, RGB(192, 192, 192)));
     if (!images) return {};
     int width = 0;
     int height = 0;

@@ -2,7 +2,7 @@
 
 #include <array>
 
-#include "platform/pocketshell/owners.h"
+#include "owners/live_resources.h"
 #include "tests/shell/shell_fixture.h"
 #include "tests/shell/shell_resources.h"
 
@@ -66,26 +66,26 @@ TEST_F(MenuBarTest, IsAboveASiblingThatOverlaps) {
 
 TEST_F(MenuBarTest, LeavesNothingBehindAfterManyRounds) {
   DestroyWindow(makeBar());
-  const long handles = pocketshell::ownedHandleCount;
+  const long handles = LiveResources::countOfAll();
   for (int i = 0; i < 200; ++i) {
     const HWND bar = makeBar();
     ASSERT_NE(bar, nullptr);
     ASSERT_TRUE(DestroyWindow(bar));
   }
-  EXPECT_EQ(pocketshell::ownedHandleCount, handles);
+  EXPECT_EQ(LiveResources::countOfAll(), handles);
   EXPECT_EQ(pocketshell::MenuBar::count(), 0U);
 }
 
 class MalformedBarTest : public ShellTest, public testing::WithParamInterface<UINT> {};
 
 TEST_P(MalformedBarTest, IsRefusedAndLeavesNothingBehind) {
-  const long handles = pocketshell::ownedHandleCount;
+  const long handles = LiveResources::countOfAll();
   SHMENUBARINFO info = barInfo(GetParam());
   info.hwndMB = top();
   EXPECT_FALSE(SHCreateMenuBar(&info));
   EXPECT_EQ(info.hwndMB, top());
   EXPECT_EQ(GetWindow(top(), GW_CHILD), nullptr);
-  EXPECT_EQ(pocketshell::ownedHandleCount, handles);
+  EXPECT_EQ(LiveResources::countOfAll(), handles);
 }
 
 INSTANTIATE_TEST_SUITE_P(Resources, MalformedBarTest,

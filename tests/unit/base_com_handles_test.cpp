@@ -1,8 +1,8 @@
 #include <utility>
 
-#include "base/com_handles.h"
 #include "base/variant.h"
 #include "gtest/gtest.h"
+#include "owners/com_handles.h"
 
 namespace {
 

@@ -1,9 +1,9 @@
 #include <utility>
 #include <vector>
 
-#include "base/control_handles.h"
-#include "base/handles.h"
 #include "gtest/gtest.h"
+#include "owners/control_handles.h"
+#include "owners/handles.h"
 
 namespace {
 

@@ -6,10 +6,10 @@
 #include <string>
 #include <vector>
 
-#include "base/handles.h"
-#include "base/live_resources.h"
 #include "base/settings_store.h"
 #include "gtest/gtest.h"
+#include "owners/handles.h"
+#include "owners/live_resources.h"
 
 /// A test with a registry of its own: while it runs, HKEY_CURRENT_USER and HKEY_LOCAL_MACHINE of this
 /// process lead to two fresh, empty keys below the real current user, which are removed afterwards. So

@@ -5,10 +5,10 @@
 #include <fstream>
 #include <string>
 
-#include "base/handles.h"
 #include "base/settings_file.h"
 #include "base/settings_store.h"
 #include "gtest/gtest.h"
+#include "owners/handles.h"
 #include "tests/support/paths.h"
 
 namespace {

@@ -4,9 +4,9 @@
 #include <thread>
 #include <vector>
 
-#include "base/handles.h"
 #include "base/string.h"
 #include "gtest/gtest.h"
+#include "owners/handles.h"
 #include "tests/support/paths.h"
 #include "tests/unit/base_allocation_probe.h"
 

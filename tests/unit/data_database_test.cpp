@@ -2,8 +2,8 @@
 #include <filesystem>
 #include <string>
 
-#include "base/live_resources.h"
 #include "gmock/gmock.h"
+#include "owners/live_resources.h"
 #include "tests/unit/data_fake_store.h"
 #include "tests/unit/data_store_fixture.h"
 

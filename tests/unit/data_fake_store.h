@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "base/com_handles.h"
 #include "base/variant.h"
+#include "owners/com_handles.h"
 
 /// A data-access component that obeys the test: what it is asked is written down, what it answers is
 /// set beforehand. For answers that the real one never gives, and for the arguments of calls.

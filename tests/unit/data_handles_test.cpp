@@ -4,11 +4,11 @@
 #include <limits>
 #include <utility>
 
-#include "base/live_resources.h"
 #include "data/connection_handle.h"
 #include "data/recordset_handle.h"
 #include "gmock/gmock.h"
 #include "gtest/gtest.h"
+#include "owners/live_resources.h"
 #include "tests/unit/data_fake_store.h"
 
 namespace {

@@ -1,8 +1,8 @@
 #include "tests/unit/data_store_fixture.h"
 
-#include "base/handles.h"
 #include "base/variant.h"
 #include "data/recordset_handle.h"
+#include "owners/handles.h"
 
 namespace {
 

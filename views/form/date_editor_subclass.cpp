@@ -4,7 +4,7 @@
 
 #include <array>
 
-#include "base/handles.h"
+#include "owners/handles.h"
 #include "views/shared/message_table.h"
 
 DateEditorRegistry theDateEditors;

@@ -7,9 +7,9 @@
 #include <cstdint>
 
 #include "base/column_widths.h"
-#include "base/handles.h"
 #include "base/string.h"
 #include "data/outcome.h"
+#include "owners/handles.h"
 #include "records/pages.h"
 #include "views/shared/window_subclass.h"
 

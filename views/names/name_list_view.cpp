@@ -4,8 +4,8 @@
 
 #include <algorithm>
 
-#include "base/control_handles.h"
-#include "base/handles.h"
+#include "owners/control_handles.h"
+#include "owners/handles.h"
 #include "platform/pocketshell/handheld_windows.h"
 #include "views/shared/list_view.h"
 #include "views/shared/page_area.h"

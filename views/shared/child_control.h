@@ -2,8 +2,8 @@
 
 #include <windows.h>
 
-#include "base/handles.h"
 #include "base/string.h"
+#include "owners/handles.h"
 #include "views/form/form_layout.h"
 
 /// What a control of the form is made with.

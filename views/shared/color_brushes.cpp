@@ -2,7 +2,7 @@
 
 #include <array>
 
-#include "base/handles.h"
+#include "owners/handles.h"
 
 HBRUSH appColorBrush(AppColor color) {
   struct Entry {

@@ -7,8 +7,8 @@
 #include <string>
 #include <string_view>
 
-#include "base/handles.h"
 #include "base/showable_text.h"
+#include "owners/handles.h"
 #include "views/shared/clipboard_text.h"
 #include "views/shared/escaped_exception.h"
 #include "views/shared/message_table.h"

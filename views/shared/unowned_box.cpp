@@ -3,8 +3,8 @@
 #include <string>
 #include <utility>
 
-#include "base/handles.h"
 #include "base/showable_text.h"
+#include "owners/handles.h"
 
 namespace {
 

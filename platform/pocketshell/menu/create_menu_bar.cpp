@@ -40,7 +40,7 @@ std::optional<DropDown> loadDropDown(HINSTANCE instance, const MenuBarButton& bu
 std::optional<MenuBarParts> loadParts(const SHMENUBARINFO& info, const MenuBarResource& description) {
   MenuBarParts parts;
   parts.instance = info.hInstRes;
-  parts.menu = OwnedMenu(LoadMenuW(info.hInstRes, MAKEINTRESOURCEW(description.menu)));
+  parts.menu = UniqueMenu(LoadMenuW(info.hInstRes, MAKEINTRESOURCEW(description.menu)));
   if (!parts.menu) return std::nullopt;
   for (const MenuBarButton& button : description.buttons) {
     auto dropDown = loadDropDown(info.hInstRes, button, parts.menu.get());
@@ -49,7 +49,7 @@ std::optional<MenuBarParts> loadParts(const SHMENUBARINFO& info, const MenuBarRe
   }
   if (info.nBmpId == 0) return parts;
   parts.bitmap = static_cast<WORD>(info.nBmpId);
-  parts.images = OwnedImageList(HandheldLoadImages(info.hInstRes, parts.bitmap, kTransparent));
+  parts.images = UniqueImageList(HandheldLoadImages(info.hInstRes, parts.bitmap, kTransparent));
   if (!parts.images || ImageList_GetImageCount(parts.images.get()) < info.cBmpImages) return std::nullopt;
   return parts;
 }
@@ -81,8 +81,8 @@ BOOL SHCreateMenuBar(SHMENUBARINFO* info) {
   INITCOMMONCONTROLSEX controls = {sizeof(controls), ICC_BAR_CLASSES};
   InitCommonControlsEx(&controls);
   const HWND parent = info->hwndParent;
-  OwnedWindow toolbar(CreateWindowExW(0, TOOLBARCLASSNAMEW, L"", kStyle & ~static_cast<DWORD>(WS_VISIBLE), 0,
-                                      0, 0, 0, parent, nullptr, info->hInstRes, nullptr));
+  UniqueWindow toolbar(CreateWindowExW(0, TOOLBARCLASSNAMEW, L"", kStyle & ~static_cast<DWORD>(WS_VISIBLE), 0,
+                                       0, 0, 0, parent, nullptr, info->hInstRes, nullptr));
   if (!toolbar) return FALSE;
   SendMessageW(toolbar.get(), TB_BUTTONSTRUCTSIZE, sizeof(TBBUTTON), 0);
   if (!addButtons(toolbar.get(), *description, parts->dropDowns)) return FALSE;

@@ -47,7 +47,7 @@ bool DesktopMenu::setEntries(std::span<const HandheldMenuEntry> entries) {
     wanted.push_back({entry.text ? entry.command : 0, entry.group ? entry.group : L"",
                       entry.text ? entry.text : L"", entry.state});
   }
-  OwnedMenu popup(CreatePopupMenu());
+  UniqueMenu popup(CreatePopupMenu());
   if (!popup || !append(popup.get(), wanted)) return false;
   if (!replaceSystemPart(wanted)) {
     replaceSystemPart(entries_);
@@ -75,7 +75,7 @@ bool DesktopMenu::append(HMENU menu, const Entries& entries) {
 }
 
 bool DesktopMenu::appendGroup(HMENU menu, const Entries& entries, const std::wstring& group) {
-  OwnedMenu submenu(CreatePopupMenu());
+  UniqueMenu submenu(CreatePopupMenu());
   if (!submenu) return false;
   for (const Entry& entry : entries) {
     if (entry.group != group) continue;

@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "owners/handles.h"
 #include "platform/pocketshell/desktop_entries.h"
-#include "platform/pocketshell/owners.h"
 
 namespace pocketshell {
 
@@ -48,7 +48,7 @@ class DesktopMenu {
 
   HWND window_;
   Entries entries_;
-  OwnedMenu popup_;
+  UniqueMenu popup_;
   int systemItemCount_;  // what the system menu had before
 };
 

@@ -3,9 +3,10 @@
 #include <utility>
 #include <vector>
 
+#include "owners/control_handles.h"
+#include "owners/handles.h"
 #include "platform/pocketshell/handheld_windows.h"
 #include "platform/pocketshell/menu/image_strip.h"
-#include "platform/pocketshell/owners.h"
 #include "platform/pocketshell/zoom/present_zoom.h"
 #include "platform/pocketshell/zoom/zoom_figures.h"
 
@@ -38,7 +39,7 @@ std::uint32_t asPixel(COLORREF color) {
 }
 
 std::optional<ImageStrip> loadStrip(HINSTANCE instance, WORD id, int size, COLORREF transparent) {
-  const OwnedBitmap bitmap(static_cast<HBITMAP>(
+  const UniqueBitmap bitmap(static_cast<HBITMAP>(
       LoadImageW(instance, MAKEINTRESOURCEW(id), IMAGE_BITMAP, 0, 0, LR_CREATEDIBSECTION)));
   BITMAP facts{};
   if (!bitmap || GetObjectW(bitmap.get(), sizeof(facts), &facts) == 0) return std::nullopt;
@@ -47,7 +48,7 @@ std::optional<ImageStrip> loadStrip(HINSTANCE instance, WORD id, int size, COLOR
   if (height != size || width < size || width % size != 0) return std::nullopt;
   std::vector<std::uint32_t> pixels(static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
   BITMAPINFO format = topDownFormat(width, height);
-  const OwnedMemoryDc dc(CreateCompatibleDC(nullptr));
+  const UniqueMemoryDc dc(CreateCompatibleDC(nullptr));
   if (GetDIBits(dc.get(), bitmap.get(), 0, static_cast<UINT>(height), pixels.data(), &format,
                 DIB_RGB_COLORS) != height) {
     return std::nullopt;
@@ -55,16 +56,16 @@ std::optional<ImageStrip> loadStrip(HINSTANCE instance, WORD id, int size, COLOR
   return keyedStrip(size, width / size, std::move(pixels), asPixel(transparent));
 }
 
-OwnedBitmap colorBitmap(const ImageStrip& strip) {
+UniqueBitmap colorBitmap(const ImageStrip& strip) {
   const BITMAPINFO format = topDownFormat(strip.size * strip.count, strip.size);
   void* bits = nullptr;
-  OwnedBitmap bitmap(CreateDIBSection(nullptr, &format, DIB_RGB_COLORS, &bits, nullptr, 0));
+  UniqueBitmap bitmap(CreateDIBSection(nullptr, &format, DIB_RGB_COLORS, &bits, nullptr, 0));
   if (bitmap) std::copy(strip.pixels.begin(), strip.pixels.end(), static_cast<std::uint32_t*>(bits));
   return bitmap;
 }
 
 /// One bit for each pixel, set where it is transparent; the rows are whole 16-bit words.
-OwnedBitmap maskBitmap(const ImageStrip& strip) {
+UniqueBitmap maskBitmap(const ImageStrip& strip) {
   const int width = strip.size * strip.count;
   const std::size_t rowLength = static_cast<std::size_t>((width + 15) / 16) * 2;
   std::vector<BYTE> bits(rowLength * static_cast<std::size_t>(strip.size));
@@ -73,13 +74,13 @@ OwnedBitmap maskBitmap(const ImageStrip& strip) {
     const std::size_t y = i / static_cast<std::size_t>(width);
     if (strip.transparent[i]) bits[y * rowLength + x / 8] |= static_cast<BYTE>(0x80U >> (x % 8));
   }
-  return OwnedBitmap(CreateBitmap(width, strip.size, 1, 1, bits.data()));
+  return UniqueBitmap(CreateBitmap(width, strip.size, 1, 1, bits.data()));
 }
 
-OwnedImageList imageListOf(const ImageStrip& strip) {
-  const OwnedBitmap color = colorBitmap(strip);
-  const OwnedBitmap mask = maskBitmap(strip);
-  OwnedImageList images(ImageList_Create(strip.size, strip.size, ILC_COLOR24 | ILC_MASK, strip.count, 0));
+UniqueImageList imageListOf(const ImageStrip& strip) {
+  const UniqueBitmap color = colorBitmap(strip);
+  const UniqueBitmap mask = maskBitmap(strip);
+  UniqueImageList images(ImageList_Create(strip.size, strip.size, ILC_COLOR24 | ILC_MASK, strip.count, 0));
   if (!color || !mask || !images || ImageList_Add(images.get(), color.get(), mask.get()) < 0) return {};
   return images;
 }

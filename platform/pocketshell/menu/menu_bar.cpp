@@ -137,7 +137,7 @@ void MenuBar::applyZoom() {
   SendMessageW(window(), WM_SETFONT, reinterpret_cast<WPARAM>(presentFont()), FALSE);
   SendMessageW(window(), TB_SETBITMAPSIZE, 0, MAKELPARAM(image, image));
   if (parts_.bitmap != 0) {
-    OwnedImageList images(HandheldLoadImages(parts_.instance, parts_.bitmap, RGB(192, 192, 192)));
+    UniqueImageList images(HandheldLoadImages(parts_.instance, parts_.bitmap, RGB(192, 192, 192)));
     if (images) {
       SendMessageW(window(), TB_SETIMAGELIST, 0, reinterpret_cast<LPARAM>(images.get()));
       parts_.images = std::move(images);
@@ -209,7 +209,7 @@ void MenuBar::drawImage(const NMTBCUSTOMDRAW& state) const {
   if (SendMessageW(window(), TB_GETBUTTONINFOW, state.nmcd.dwItemSpec, reinterpret_cast<LPARAM>(&info)) < 0) {
     return;
   }
-  const OwnedIcon icon(ImageList_GetIcon(parts_.images.get(), info.iImage, ILD_TRANSPARENT));
+  const UniqueIcon icon(ImageList_GetIcon(parts_.images.get(), info.iImage, ILD_TRANSPARENT));
   if (!icon) return;
   const int size = toMonitor(kImageSize, presentZoom());
   const int shift = pressed && !grey ? 1 : 0;

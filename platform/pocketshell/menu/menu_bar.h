@@ -6,8 +6,9 @@
 #include <string>
 #include <vector>
 
+#include "owners/control_handles.h"
+#include "owners/handles.h"
 #include "platform/pocketshell/aygshell.h"
-#include "platform/pocketshell/owners.h"
 #include "platform/pocketshell/window/window_layer.h"
 
 namespace pocketshell {
@@ -21,9 +22,9 @@ struct DropDown {
 
 /// What a menu bar is made of, loaded from resources.
 struct MenuBarParts {
-  OwnedMenu menu;
+  UniqueMenu menu;
   std::vector<DropDown> dropDowns;
-  OwnedImageList images;
+  UniqueImageList images;
   HINSTANCE instance = nullptr;
   WORD bitmap = 0;  ///< 0 for none
 };

@@ -1,8 +1,8 @@
 #include "platform/pocketshell/menu/menu_keys.h"
 
+#include "owners/handles.h"
 #include "platform/pocketshell/menu/menu_bar.h"
 #include "platform/pocketshell/menu/menu_walk.h"
-#include "platform/pocketshell/owners.h"
 #include "platform/pocketshell/window/shell_window.h"
 #include "platform/pocketshell/zoom/present_zoom.h"
 #include "platform/pocketshell/zoom/zoom_menu.h"
@@ -14,7 +14,7 @@ namespace {
 using Action = MenuKeyEffect::Action;
 
 int watcherCount = 0;
-OwnedHook hook;
+UniqueHook hook;
 /// The bar whose buttons are walked, null for none.
 HWND walkedBar = nullptr;
 int walkedIndex = 0;
@@ -102,12 +102,12 @@ MenuKeyEffect menuKeyEffect(WPARAM key, int index, int count, int mnemonic) {
 
 void MenuKeys::watch() {
   if (watcherCount++ == 0) {
-    hook = OwnedHook(SetWindowsHookExW(WH_GETMESSAGE, hookProcedure, nullptr, GetCurrentThreadId()));
+    hook = UniqueHook(SetWindowsHookExW(WH_GETMESSAGE, hookProcedure, nullptr, GetCurrentThreadId()));
   }
 }
 
 void MenuKeys::unwatch() {
-  if (--watcherCount == 0) hook = OwnedHook();
+  if (--watcherCount == 0) hook = UniqueHook();
 }
 
 void MenuKeys::enter(MenuBar& bar) {

@@ -1,7 +1,7 @@
 #include "platform/pocketshell/menu/menu_walk.h"
 
+#include "owners/handles.h"
 #include "platform/pocketshell/menu/menu_bar.h"
-#include "platform/pocketshell/owners.h"
 
 namespace pocketshell {
 
@@ -95,7 +95,7 @@ void walkMenus(MenuBar& bar, int index, bool byKeyboard) {
   state.byKeyboard = byKeyboard;
   walk = &state;
   {
-    const OwnedHook hook(SetWindowsHookExW(WH_MSGFILTER, filterProcedure, nullptr, GetCurrentThreadId()));
+    const UniqueHook hook(SetWindowsHookExW(WH_MSGFILTER, filterProcedure, nullptr, GetCurrentThreadId()));
     for (MenuBar* open = &bar; open != nullptr && state.next >= 0;) {
       state.index = std::exchange(state.next, -1);
       state.depth = 0;

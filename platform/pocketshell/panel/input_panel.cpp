@@ -4,10 +4,10 @@
 #include <utility>
 #include <vector>
 
+#include "owners/handles.h"
 #include "platform/pocketshell/aygshell.h"
 #include "platform/pocketshell/menu/menu_bar.h"
 #include "platform/pocketshell/module.h"
-#include "platform/pocketshell/owners.h"
 #include "platform/pocketshell/panel/panel_button.h"
 #include "platform/pocketshell/panel/panel_keys.h"
 #include "platform/pocketshell/panel/panel_window.h"

@@ -6,8 +6,8 @@
 #include <optional>
 #include <utility>
 
+#include "owners/handles.h"
 #include "platform/pocketshell/module.h"
-#include "platform/pocketshell/owners.h"
 #include "platform/pocketshell/panel/input_panel.h"
 #include "platform/pocketshell/panel/panel_keys.h"
 #include "platform/pocketshell/zoom/present_screen.h"
@@ -22,7 +22,7 @@ constexpr wchar_t kClassName[] = L"Pocket Shell Input Panel";
 constexpr UINT kLiftMessage = WM_USER;
 
 HWND panelWindow = nullptr;
-OwnedHook focusHook;
+UniqueHook focusHook;
 PanelShift shift;
 std::optional<std::size_t> pressedKey;
 
@@ -102,8 +102,8 @@ LRESULT paint(HWND window, WPARAM, LPARAM) {
   GetClientRect(window, &client);
   const int width = static_cast<int>(client.right);
   const int height = static_cast<int>(client.bottom);
-  const OwnedMemoryDc buffer(CreateCompatibleDC(dc));
-  const OwnedBitmap bitmap(CreateCompatibleBitmap(dc, width, height));
+  const UniqueMemoryDc buffer(CreateCompatibleDC(dc));
+  const UniqueBitmap bitmap(CreateCompatibleBitmap(dc, width, height));
   const HGDIOBJ before = SelectObject(buffer.get(), bitmap.get());
   FillRect(buffer.get(), &client, GetSysColorBrush(COLOR_BTNFACE));
   drawKeys(buffer.get());
@@ -163,7 +163,7 @@ LRESULT CALLBACK focusMoves(int code, WPARAM wParam, LPARAM lParam) {
 LRESULT destroyed(HWND window, WPARAM, LPARAM) {
   if (panelWindow == window) {
     panelWindow = nullptr;
-    focusHook = OwnedHook();
+    focusHook = UniqueHook();
     InputPanel::ownerGone();
   }
   return 0;
@@ -202,7 +202,7 @@ void create(HWND owner) {
   panelWindow = CreateWindowExW(WS_EX_NOACTIVATE | WS_EX_TOOLWINDOW, kClassName, L"", WS_POPUP | WS_SYSMENU,
                                 0, 0, 0, 0, owner, nullptr, thisModule(), nullptr);
   if (panelWindow)
-    focusHook = OwnedHook(SetWindowsHookExW(WH_CBT, focusMoves, nullptr, GetCurrentThreadId()));
+    focusHook = UniqueHook(SetWindowsHookExW(WH_CBT, focusMoves, nullptr, GetCurrentThreadId()));
 }
 
 }  // namespace
@@ -224,7 +224,7 @@ void PanelWindow::lift() {
 }
 
 void PanelWindow::hide() {
-  focusHook = OwnedHook();
+  focusHook = UniqueHook();
   if (const HWND window = std::exchange(panelWindow, nullptr)) DestroyWindow(window);
 }
 

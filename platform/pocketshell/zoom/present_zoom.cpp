@@ -17,14 +17,14 @@ constexpr int kFontPoints = 8;
 constexpr int kNormalDotsPerInch = 96;
 constexpr int kPointsPerInch = 72;
 
-OwnedFont makeFont(int zoom) {
+UniqueFont makeFont(int zoom) {
   LOGFONTW description{};
   description.lfHeight = -fontHeight(zoom);
   description.lfWeight = FW_NORMAL;
   description.lfCharSet = DEFAULT_CHARSET;
   description.lfPitchAndFamily = FF_SWISS;
   lstrcpynW(description.lfFaceName, kFontFace, LF_FACESIZE);
-  return OwnedFont(CreateFontIndirectW(&description));
+  return UniqueFont(CreateFontIndirectW(&description));
 }
 
 int zoomAtStart() {
@@ -34,7 +34,7 @@ int zoomAtStart() {
 
 struct Present {
   int zoom = zoomAtStart();
-  OwnedFont font = makeFont(zoom);
+  UniqueFont font = makeFont(zoom);
 };
 
 Present& present() {
@@ -52,7 +52,7 @@ HFONT presentFont() {
   return present().font.get();
 }
 
-OwnedFont changePresentZoom(int percent) {
+UniqueFont changePresentZoom(int percent) {
   Present& now = present();
   now.zoom = percent;
   return std::exchange(now.font, makeFont(percent));

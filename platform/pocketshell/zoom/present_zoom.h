@@ -2,7 +2,7 @@
 
 #include <windows.h>
 
-#include "platform/pocketshell/owners.h"
+#include "owners/handles.h"
 
 /// The zoom at present and the font that belongs to it. The first question settles them, by the user's
 /// setting or else by the main monitor.
@@ -12,7 +12,7 @@ int presentZoom();
 HFONT presentFont();
 
 /// From now on. Gives back the font until now, which windows may still use.
-[[nodiscard]] OwnedFont changePresentZoom(int percent);
+[[nodiscard]] UniqueFont changePresentZoom(int percent);
 
 /// The zoom for a monitor when the user has chosen none.
 int zoomOfMonitor(HMONITOR monitor);

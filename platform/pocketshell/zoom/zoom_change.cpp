@@ -74,7 +74,7 @@ void changeZoom(int percent) {
   const int before = presentZoom();
   if (percent == before) return;
   // The font until now lives until every window has the new one.
-  const OwnedFont replaced = changePresentZoom(percent);
+  const UniqueFont replaced = changePresentZoom(percent);
   const std::vector<HWND> windows = topLevelWindows();
   for (const HWND window : windows) layOutWindow(window, before, percent);
   InputPanel::applyZoom();

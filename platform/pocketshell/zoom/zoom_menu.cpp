@@ -4,7 +4,7 @@
 #include <array>
 #include <iterator>
 
-#include "platform/pocketshell/owners.h"
+#include "owners/handles.h"
 
 namespace pocketshell {
 
@@ -26,7 +26,7 @@ constexpr UINT kCommandMask = 0xFFF0;
 }  // namespace
 
 bool appendZoomMenu(HMENU menu) {
-  OwnedMenu zooms(CreatePopupMenu());
+  UniqueMenu zooms(CreatePopupMenu());
   if (!zooms) return false;
   for (const Entry& entry : kEntries) {
     if (!AppendMenuW(zooms.get(), MF_STRING, entry.command, entry.text)) return false;

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "base/handles.h"
+#include "owners/handles.h"
 
 /// The windows in which bars are tested in this process: a main window as large as the handheld leaves
 /// it, in it a tab control with the form's window. They are hidden.

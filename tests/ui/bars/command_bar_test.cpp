@@ -1,8 +1,8 @@
 #include "app/bars/command_bar.h"
 
 #include "base/app_settings.h"
-#include "base/live_resources.h"
 #include "gmock/gmock.h"
+#include "owners/live_resources.h"
 #include "platform/pocketshell/handheld_windows.h"
 #include "tests/ui/bars/bar_host.h"
 #include "views/shared/page_area.h"

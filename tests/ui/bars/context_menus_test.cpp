@@ -1,7 +1,7 @@
 #include "app/window/context_menus.h"
 
-#include "base/live_resources.h"
 #include "gmock/gmock.h"
+#include "owners/live_resources.h"
 #include "tests/ui/bars/bar_host.h"
 
 using testing::ElementsAre;

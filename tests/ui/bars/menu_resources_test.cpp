@@ -4,8 +4,8 @@
 
 #include <span>
 
-#include "base/handles.h"
 #include "gmock/gmock.h"
+#include "owners/handles.h"
 #include "tests/ui/bars/bar_host.h"
 #include "tests/ui/remote/menu_texts.h"
 

@@ -2,8 +2,8 @@
 #include <vector>
 
 #include "base/app_colors.h"
-#include "base/handles.h"
 #include "gmock/gmock.h"
+#include "owners/handles.h"
 #include "tests/ui/support/host_window.h"
 #include "views/form/form_wrapper.h"
 

@@ -1,9 +1,9 @@
 #include "views/form/form_view.h"
 
 #include "base/app_settings.h"
-#include "base/live_resources.h"
 #include "data/database.h"
 #include "gmock/gmock.h"
+#include "owners/live_resources.h"
 #include "tests/ui/form/form_fixture.h"
 #include "tests/ui/support/window_reading.h"
 #include "views/form/date_field_editor.h"

@@ -9,8 +9,8 @@
 #include <vector>
 
 #include "base/app_colors.h"
-#include "base/live_resources.h"
 #include "gtest/gtest.h"
+#include "owners/live_resources.h"
 #include "tests/ui/support/fake_pages.h"
 #include "tests/ui/support/host_window.h"
 #include "views/names/queries_list_view.h"

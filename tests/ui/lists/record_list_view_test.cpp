@@ -6,8 +6,8 @@
 #include <string>
 
 #include "base/app_colors.h"
-#include "base/live_resources.h"
 #include "gmock/gmock.h"
+#include "owners/live_resources.h"
 #include "tests/support/exclusive_lock.h"
 #include "tests/support/paths.h"
 #include "tests/ui/support/fake_pages.h"

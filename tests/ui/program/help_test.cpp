@@ -4,7 +4,7 @@
 #include <filesystem>
 #include <fstream>
 
-#include "base/handles.h"
+#include "owners/handles.h"
 #include "tests/ui/support/ui_test.h"
 
 namespace fs = std::filesystem;

@@ -8,9 +8,9 @@
 #include <memory>
 #include <optional>
 
-#include "base/live_resources.h"
 #include "base/settings_store.h"
 #include "gmock/gmock.h"
+#include "owners/live_resources.h"
 #include "resources/command_ids.h"
 #include "tests/shell/shell_settings.h"
 #include "tests/support/paths.h"

@@ -4,9 +4,9 @@
 #include <commctrl.h>
 
 #include "base/app_colors.h"
-#include "base/handles.h"
 #include "base/options.h"
 #include "base/settings_store.h"
+#include "owners/handles.h"
 #include "tests/ui/support/ui_test.h"
 
 using testing::ElementsAre;

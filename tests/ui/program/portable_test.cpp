@@ -5,9 +5,9 @@
 #include <fstream>
 #include <string>
 
-#include "base/handles.h"
 #include "base/settings_file.h"
 #include "base/settings_store.h"
+#include "owners/handles.h"
 #include "tests/shell/shell_settings.h"
 #include "tests/ui/support/ui_test.h"
 

@@ -3,8 +3,8 @@
 #include <chrono>
 #include <filesystem>
 
-#include "base/handles.h"
 #include "base/settings_store.h"
+#include "owners/handles.h"
 #include "tests/ui/support/ui_test.h"
 
 namespace fs = std::filesystem;

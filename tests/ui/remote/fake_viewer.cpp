@@ -1,7 +1,7 @@
 // Stands in for the help viewer: writes its command line beside itself, and stays until it is let go.
 #include <windows.h>
 
-#include "base/handles.h"
+#include "owners/handles.h"
 
 int WINAPI wWinMain(HINSTANCE, HINSTANCE, LPWSTR, int) {
   wchar_t path[MAX_PATH];

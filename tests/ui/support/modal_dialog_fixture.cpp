@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-#include "base/live_resources.h"
+#include "owners/live_resources.h"
 #include "platform/pocketshell/handheld_windows.h"
 
 namespace {

@@ -4,11 +4,11 @@
 
 #include <objbase.h>
 
-#include "base/handles.h"
 #include "base/registry_text.h"
 #include "data/connection_handle.h"
 #include "data/database.h"
 #include "gtest/gtest.h"
+#include "owners/handles.h"
 #include "tests/support/paths.h"
 
 namespace {

@@ -1,7 +1,7 @@
 #include "tests/ui/support/typed_dialog_fixture.h"
 
-#include "base/live_resources.h"
 #include "base/settings_store.h"
+#include "owners/live_resources.h"
 #include "tests/ui/support/dialog_reading.h"
 #include "tests/ui/support/dialog_script.h"
 #include "tests/ui/support/window_reading.h"

@@ -61,7 +61,7 @@ class ClassFactory final : public IClassFactory {
 HRESULT createFactory(const ClassEntry& entry, REFIID interfaceId, void** factory) {
   *factory = nullptr;
   try {
-    const auto made = ComPtr<ClassFactory>::adopt(new ClassFactory(entry));
+    const auto made = ComPtr<ClassFactory>(new ClassFactory(entry));
     return made->QueryInterface(interfaceId, factory);
   } catch (const std::bad_alloc&) {
     return E_OUTOFMEMORY;

@@ -76,10 +76,10 @@ HRESULT typeInfoOf(REFIID interfaceId, ComPtr<ITypeInfo>* info) {
     }
   }
   ComPtr<ITypeLib> library;
-  HRESULT result = LoadTypeLibEx(modulePath().c_str(), REGKIND_NONE, library.receive());
+  HRESULT result = LoadTypeLibEx(modulePath().c_str(), REGKIND_NONE, library.put());
   if (FAILED(result)) return result;
   ComPtr<ITypeInfo> found;
-  result = library->GetTypeInfoOfGuid(interfaceId, found.receive());
+  result = library->GetTypeInfoOfGuid(interfaceId, found.put());
   if (FAILED(result)) return result;
   infos.push_back({interfaceId, found});
   *info = std::move(found);

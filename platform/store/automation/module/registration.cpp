@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "owners/handles.h"
 #include "platform/store/automation/module/class_table.h"
 #include "platform/store/automation/module/module.h"
 
@@ -21,22 +22,6 @@ struct RegistryValue {
   std::wstring key;
   std::wstring name;
   std::wstring text;
-};
-
-/// Closes a registry key.
-class OwnedKey {
- public:
-  OwnedKey() = default;
-  OwnedKey(const OwnedKey&) = delete;
-  OwnedKey& operator=(const OwnedKey&) = delete;
-  ~OwnedKey() {
-    if (key_ != nullptr) RegCloseKey(key_);
-  }
-  HKEY get() const { return key_; }
-  HKEY* receive() { return &key_; }
-
- private:
-  HKEY key_ = nullptr;
 };
 
 std::wstring textOf(const CLSID& classId) {
@@ -74,9 +59,9 @@ std::vector<RegistryValue> valuesOf(const ClassEntry& entry, const std::wstring&
 }
 
 bool write(HKEY root, const RegistryValue& value) {
-  OwnedKey key;
-  if (RegCreateKeyExW(root, value.key.c_str(), 0, nullptr, 0, KEY_SET_VALUE, nullptr, key.receive(),
-                      nullptr) != ERROR_SUCCESS) {
+  UniqueRegistryKey key;
+  if (RegCreateKeyExW(root, value.key.c_str(), 0, nullptr, 0, KEY_SET_VALUE, nullptr, key.put(), nullptr) !=
+      ERROR_SUCCESS) {
     return false;
   }
   const auto length = static_cast<DWORD>((value.text.size() + 1) * sizeof(wchar_t));
@@ -111,10 +96,10 @@ bool removeAll(HKEY root) {
 
 /// Removes the key that holds all classes if nothing is in it any more.
 void removeIfEmpty(HKEY root, const wchar_t* name) {
-  OwnedKey key;
+  UniqueRegistryKey key;
   DWORD keys = 0;
   DWORD values = 0;
-  if (RegOpenKeyExW(root, name, 0, KEY_READ, key.receive()) != ERROR_SUCCESS) return;
+  if (RegOpenKeyExW(root, name, 0, KEY_READ, key.put()) != ERROR_SUCCESS) return;
   if (RegQueryInfoKeyW(key.get(), nullptr, nullptr, nullptr, &keys, nullptr, nullptr, &values, nullptr,
                        nullptr, nullptr, nullptr) == ERROR_SUCCESS &&
       keys == 0 && values == 0) {
@@ -122,8 +107,8 @@ void removeIfEmpty(HKEY root, const wchar_t* name) {
   }
 }
 
-HKEY openUserClasses(OwnedKey& owner) {
-  RegCreateKeyExW(HKEY_CURRENT_USER, kUserClasses, 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, owner.receive(),
+HKEY openUserClasses(UniqueRegistryKey& owner) {
+  RegCreateKeyExW(HKEY_CURRENT_USER, kUserClasses, 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, owner.put(),
                   nullptr);
   return owner.get();
 }
@@ -151,7 +136,7 @@ bool areSeen(const std::wstring& path) {
 }
 
 bool removeEverywhere() {
-  OwnedKey owner;
+  UniqueRegistryKey owner;
   const HKEY userClasses = openUserClasses(owner);
   const bool removedOwn = userClasses != nullptr && removeAll(userClasses);
   if (userClasses != nullptr) removeIfEmpty(userClasses, kClassIds);
@@ -164,7 +149,7 @@ HRESULT registerClasses() {
   try {
     const std::wstring path = modulePath();
     if (path.empty()) return SELFREG_E_CLASS;
-    OwnedKey owner;
+    UniqueRegistryKey owner;
     const HKEY userClasses = openUserClasses(owner);
     if (userClasses != nullptr) writeAll(userClasses, path);
     if (!areSeen(path)) writeAll(HKEY_CLASSES_ROOT, path);

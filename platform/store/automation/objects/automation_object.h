@@ -54,7 +54,7 @@ class AutomationObject : public Interface, public ISupportErrorInfo {
     if (info == nullptr) return E_POINTER;
     if (index != 0) return DISP_E_BADINDEX;
     return withTypeInfo([&](ComPtr<ITypeInfo> own) {
-      *info = own.detach();
+      *info = own.release();
       return S_OK;
     });
   }
@@ -137,7 +137,7 @@ class AutomationObject : public Interface, public ISupportErrorInfo {
 /// A new object; std::bad_alloc when there is no memory.
 template <class Object, class... Arguments>
 ComPtr<Object> makeObject(Arguments&&... arguments) {
-  return ComPtr<Object>::adopt(new Object(std::forward<Arguments>(arguments)...));
+  return ComPtr<Object>(new Object(std::forward<Arguments>(arguments)...));
 }
 
 /// The names by which objects sign their failures.

@@ -49,7 +49,7 @@ class Enumerator final : public IEnumVARIANT {
     for (; done < count && next_ < items_->size(); ++done, ++next_) {
       ComPtr<IDispatch> item = (*items_)[next_];
       V_VT(&values[done]) = VT_DISPATCH;
-      V_DISPATCH(&values[done]) = item.detach();
+      V_DISPATCH(&values[done]) = item.release();
     }
     if (fetched != nullptr) *fetched = done;
     return done == count ? S_OK : S_FALSE;

@@ -63,7 +63,7 @@ ConnectionObject::ConnectionObject()
 ComPtr<ConnectionObject> ConnectionObject::of(IUnknown* object) {
   void* own = nullptr;
   if (object == nullptr || FAILED(object->QueryInterface(kOwnConnection, &own))) return {};
-  return ComPtr<ConnectionObject>::adopt(static_cast<ConnectionObject*>(own));
+  return ComPtr<ConnectionObject>(static_cast<ConnectionObject*>(own));
 }
 
 void* ConnectionObject::findOwnInterface(REFIID interfaceId) {
@@ -179,7 +179,7 @@ HRESULT ConnectionObject::Execute(BSTR commandText, VARIANT* recordsAffected, lo
       if (Outcome outcome = made->show(std::move(result.rows)); !outcome) return outcome;
     }
     tellAffected(result.affected, recordsAffected);
-    if (recordset != nullptr) *recordset = made.detach();
+    if (recordset != nullptr) *recordset = made.release();
     return {};
   });
 }
@@ -239,7 +239,7 @@ HRESULT ConnectionObject::Stop() {
 HRESULT ConnectionObject::get_Errors(IAdoceErrors** errors) {
   return call([&]() -> Outcome {
     if (errors == nullptr) return nullPointer();
-    *errors = ComPtr<ErrorsObject>(errors_).detach();
+    *errors = ComPtr<ErrorsObject>::share(errors_.get()).release();
     return {};
   });
 }

@@ -79,7 +79,7 @@ HRESULT ConnectionObject::OpenImport(BSTR path, IAdoceImport** import) {
     if (store::Status status = exchange::openSource(file, &source); !status) return status;
     *import =
         makeObject<ImportObject>(ComPtr<ConnectionObject>::share(this), std::move(source), tableNameOf(file))
-            .detach();
+            .release();
     return {};
   });
 }

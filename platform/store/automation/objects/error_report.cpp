@@ -13,14 +13,14 @@ namespace {
 
 void setErrorInfo(const std::wstring& description, REFIID interfaceId, const wchar_t* source) {
   ComPtr<ICreateErrorInfo> creator;
-  if (FAILED(CreateErrorInfo(creator.receive()))) return;
+  if (FAILED(CreateErrorInfo(creator.put()))) return;
   std::wstring mutableText = description;  // the interface takes texts that it could change
   std::wstring mutableSource = source;
   creator->SetDescription(mutableText.data());
   creator->SetSource(mutableSource.data());
   creator->SetGUID(interfaceId);
   ComPtr<IErrorInfo> info;
-  if (FAILED(creator->QueryInterface(IID_IErrorInfo, reinterpret_cast<void**>(info.receive())))) return;
+  if (FAILED(creator->QueryInterface(IID_IErrorInfo, reinterpret_cast<void**>(info.put())))) return;
   SetErrorInfo(0, info.get());
 }
 

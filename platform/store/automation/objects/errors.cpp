@@ -17,7 +17,7 @@ HRESULT ErrorsObject::get_Item(VARIANT index, IAdoceError** error) {
     if (error == nullptr) return nullPointer();
     const std::optional<std::size_t> number = itemIndexOf(index, errors_.size());
     if (!number) return {kItemNotFound, "There is no such error in the collection."};
-    *error = ComPtr<ErrorObject>(errors_[*number]).detach();
+    *error = ComPtr<ErrorObject>(errors_[*number]).release();
     return {};
   });
 }

@@ -87,7 +87,7 @@ HRESULT FieldObject::get_Value(VARIANT* value) {
     if (value == nullptr) return nullPointer();
     OwnedVariant read;
     if (Outcome outcome = readField(records, column_, &read); !outcome) return outcome;
-    *value = read.detach();
+    *value = read.release();
     return {};
   });
 }
@@ -164,7 +164,7 @@ HRESULT FieldObject::ReadBeginning(long mostBytes, VARIANT* value, hyper* length
       }
     }
     OwnedVariant shown = shownValue(cell, column.type);
-    *value = shown.detach();
+    *value = shown.release();
     *length = static_cast<hyper>(whole);
     *fingerprint = static_cast<hyper>(digest);
     return {};

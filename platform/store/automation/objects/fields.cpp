@@ -18,7 +18,7 @@ HRESULT FieldsObject::get_Item(VARIANT index, IAdoceField** field) {
     if (records == nullptr) return closedRecordset();
     std::size_t column = 0;
     if (Outcome outcome = findColumn(*records, *plain, &column); !outcome) return outcome;
-    *field = makeObject<FieldObject>(cursor_, column).detach();
+    *field = makeObject<FieldObject>(cursor_, column).release();
     return {};
   });
 }
@@ -40,7 +40,7 @@ HRESULT FieldsObject::get__NewEnum(IUnknown** enumerator) {
     if (records == nullptr) return closedRecordset();
     std::vector<ComPtr<IDispatch>> items;
     for (std::size_t column = 0; column < records->columns().size(); ++column) {
-      items.push_back(ComPtr<IDispatch>::adopt(makeObject<FieldObject>(cursor_, column).detach()));
+      items.push_back(ComPtr<IDispatch>(makeObject<FieldObject>(cursor_, column).release()));
     }
     *enumerator = newEnumerator(std::move(items));
     return {};

@@ -272,11 +272,11 @@ HRESULT ImportObject::GetColumn(long index, BSTR* source, BSTR* target, BSTR* ty
     if (Outcome outcome = find(index, &column); !outcome) return outcome;
     const exchange::PlannedColumn none;
     const exchange::PlannedColumn& planned = column->hasPlace ? plan_->columns[column->planned] : none;
-    OwnedText sourceName(newText(column->name));
-    OwnedText targetName(newText(column->isLeftOut ? none.target : planned.target));
+    UniqueBstr sourceName(newText(column->name));
+    UniqueBstr targetName(newText(column->isLeftOut ? none.target : planned.target));
     *type = newText(planned.declaredType);
-    *source = sourceName.detach();
-    *target = targetName.detach();
+    *source = sourceName.release();
+    *target = targetName.release();
     return {};
   });
 }

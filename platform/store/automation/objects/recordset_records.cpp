@@ -47,7 +47,7 @@ HRESULT RecordsetObject::get_Fields(IAdoceFields** fields) {
   return withRecords([&](store::Recordset&) -> Outcome {
     if (fields == nullptr) return nullPointer();
     if (!fields_) fields_ = makeObject<FieldsObject>(cursor_);
-    *fields = ComPtr<FieldsObject>(fields_).detach();
+    *fields = ComPtr<FieldsObject>::share(fields_.get()).release();
     return {};
   });
 }
@@ -136,7 +136,7 @@ HRESULT RecordsetObject::GetRows(long rows, VARIANT start, VARIANT fields, VARIA
     }
     OwnedVariant read;
     if (Outcome outcome = readRows(records, columns, rows, &read); !outcome) return outcome;
-    *values = read.detach();
+    *values = read.release();
     return {};
   };
   return withRecords(readArguments, get);
@@ -163,7 +163,7 @@ HRESULT RecordsetObject::Clone(IAdoceRecordset** copy) {
     made->lockType_ = lockType_;
     made->cursor_ = std::make_shared<Cursor>(records.clone(), cursor_->errors());
     connection_->remember(made->cursor_);
-    *copy = made.detach();
+    *copy = made.release();
     return {};
   });
 }
@@ -201,7 +201,7 @@ HRESULT RecordsetObject::get_Bookmark(VARIANT* bookmark) {
     if (bookmark == nullptr) return nullPointer();
     std::string bytes;
     if (store::Status status = records.bookmark(&bytes); !status) return status;
-    *bookmark = arrayOf(bytes).detach();
+    *bookmark = arrayOf(bytes).release();
     return {};
   });
 }

@@ -31,7 +31,7 @@ OwnedVariant arrayOfRows(std::vector<OwnedVariant>& values, std::size_t columnCo
   if (FAILED(SafeArrayAccessData(array, &elements))) throw std::bad_alloc();
   // The first dimension varies fastest, so that the records stand one behind the other.
   auto* element = static_cast<VARIANT*>(elements);
-  for (OwnedVariant& value : values) *element++ = value.detach();
+  for (OwnedVariant& value : values) *element++ = value.release();
   SafeArrayUnaccessData(array);
   return variant;
 }

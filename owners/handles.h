@@ -2,7 +2,7 @@
 
 #include <windows.h>
 
-#include "base/unique_resource.h"
+#include "owners/unique_resource.h"
 
 /// Owners of the system's handles. What they promise is in unique_resource.h; COM's are in
 /// com_handles.h and those of the common controls in control_handles.h.

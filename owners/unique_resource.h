@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "base/live_resources.h"
+#include "owners/live_resources.h"
 
 namespace handles {
 

@@ -4,7 +4,7 @@
 
 #include <commctrl.h>
 
-#include "base/unique_resource.h"
+#include "owners/unique_resource.h"
 
 namespace handles {
 

@@ -5,7 +5,7 @@
 #include <objbase.h>
 #include <oleauto.h>
 
-#include "base/unique_resource.h"
+#include "owners/unique_resource.h"
 
 /// Owners of what COM and OLE Automation hand out. What they promise is in unique_resource.h.
 
@@ -23,11 +23,22 @@ struct BstrTraits : NullTraits<BSTR, ResourceKind::bstr> {
 }  // namespace handles
 
 /// One reference to a COM object. A plain pointer given to the constructor or to reset is taken over
-/// without AddRef.
+/// without AddRef. Copying takes a reference of its own.
 template <typename Interface>
 class ComPtr : public UniqueResource<handles::ComPointerTraits<Interface>> {
  public:
   using UniqueResource<handles::ComPointerTraits<Interface>>::UniqueResource;
+
+  ComPtr() noexcept = default;
+  ComPtr(const ComPtr& other) noexcept : ComPtr(share(other.get())) {}
+  ComPtr& operator=(const ComPtr& other) noexcept {
+    ComPtr copy(other);
+    this->swap(copy);
+    return *this;
+  }
+  ComPtr(ComPtr&&) noexcept = default;
+  ComPtr& operator=(ComPtr&&) noexcept = default;
+  ~ComPtr() = default;
 
   /// A reference of its own to `object`, which may be null.
   static ComPtr share(Interface* object) noexcept {
