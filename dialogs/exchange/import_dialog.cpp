@@ -21,6 +21,12 @@ constexpr std::size_t kMostColumns = 50;
 constexpr int kColumnWidth = 75;
 constexpr wchar_t kLeftOut[] = L"(left out)";
 
+constexpr ControlGrowth kGrowth[] = {
+    {.id = IDC_IMPORT_TABLE, .wider = true},       {.id = IDC_IMPORT_COLUMNS, .wider = true},
+    {.id = IDC_IMPORT_TYPE, .wider = true},        {.id = IDC_IMPORT_PREVIEW, .wider = true, .higher = true},
+    {.id = IDCANCEL, .right = true, .down = true},
+};
+
 /// A choice as the user reads it and as the file takes it.
 struct Choice {
   const wchar_t* shown;
@@ -86,6 +92,9 @@ void check(HWND box, bool checked) {
 
 }  // namespace
 
+ImportDialog::ImportDialog(ImportFile& file, const NameList& tables)
+    : file_(file), tables_(tables), growth_(kGrowth) {}
+
 int ImportDialog::run(HWND owner) {
   return runTemplate(IDD_IMPORT, owner);
 }
@@ -107,6 +116,7 @@ bool ImportDialog::command(WORD id, WORD notification) {
 
 void ImportDialog::opened() {
   panel_.lower(window());
+  growth_.begin(window());
   fillScreen(window(), SHIDIF_SIPDOWN);
   fillLists();
   check(control(IDC_IMPORT_KEEP_GOOD), keepsGoodRecords);

@@ -5,6 +5,7 @@
 #include "base/name_list.h"
 #include "base/string.h"
 #include "data/import_file.h"
+#include "views/dialog/dialog_growth.h"
 #include "views/dialog/input_panel_hold.h"
 #include "views/dialog/modal_dialog.h"
 
@@ -13,7 +14,7 @@
 class ImportDialog final : private ModalDialog {
  public:
   /// `file` and the names of the tables of the open database outlive the dialog.
-  ImportDialog(ImportFile& file, const NameList& tables) : file_(file), tables_(tables) {}
+  ImportDialog(ImportFile& file, const NameList& tables);
 
   /// Out, when the result is IDOK: whether the records that can be taken are stored where others can't.
   bool keepsGoodRecords = false;
@@ -24,6 +25,7 @@ class ImportDialog final : private ModalDialog {
  private:
   void opened() override;
   bool command(WORD id, WORD notification) override;
+  void sized() override { growth_.layOut(); }
   void zoomChanged() override;
 
   void fillLists();
@@ -47,4 +49,5 @@ class ImportDialog final : private ModalDialog {
   const NameList& tables_;
   bool isExamined_ = false;  // what the controls show was found
   InputPanelHold panel_;
+  DialogGrowth growth_;
 };

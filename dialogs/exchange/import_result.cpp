@@ -1,23 +1,37 @@
 #include "dialogs/exchange/import_result.h"
 
-#include <algorithm>
+#include <utility>
 
 #include "base/showable_text.h"
 #include "dialogs/controls/list_box.h"
 #include "dialogs/exchange/import_ids.h"
-#include "platform/pocketshell/aygshell.h"
+#include "platform/pocketshell/handheld_windows.h"
 #include "views/dialog/dialog_place.h"
+
+namespace {
+
+constexpr ControlGrowth kGrowth[] = {
+    {.id = IDC_IMPORT_RESULT_TEXT, .wider = true},
+    {.id = IDC_IMPORT_REJECTS, .wider = true, .higher = true},
+};
+
+}  // namespace
+
+ImportResultDialog::ImportResultDialog(std::wstring text, std::vector<RejectedRecord> records,
+                                       std::int64_t all)
+    : text_(std::move(text)), records_(std::move(records)), all_(all), growth_(kGrowth) {}
 
 void ImportResultDialog::run(HWND owner) {
   runTemplate(IDD_IMPORT_RESULT, owner);
 }
 
 void ImportResultDialog::opened() {
+  growth_.begin(window());
   fillScreen(window(), SHIDIF_SIPDOWN);
   SetDlgItemTextW(window(), IDC_IMPORT_RESULT_TEXT, showableText(text_).c_str());
   const HWND list = control(IDC_IMPORT_REJECTS);
-  constexpr WPARAM kWidth = 4000;  // room to scroll to the end of a long reason
-  SendMessageW(list, LB_SETHORIZONTALEXTENT, kWidth, 0);
+  constexpr int kWidth = 800;  // room to scroll to the end of a long reason
+  SendMessageW(list, LB_SETHORIZONTALEXTENT, static_cast<WPARAM>(HandheldToMonitor(kWidth)), 0);
   for (const RejectedRecord& record : records_) {
     const std::wstring line = L"line " + std::to_wstring(record.line) + L": " + record.reason.text();
     listbox::append(list, showableText(line).c_str());
