@@ -52,6 +52,10 @@ bool hasRecords(const CommandFacts& facts) {
   return facts.recordsetOpen && facts.recordCount != 0;
 }
 
+bool hasRows(const CommandFacts& facts) {
+  return hasRecords(facts) && facts.viewMode == ViewMode::list;
+}
+
 bool hasManyRecords(const CommandFacts& facts) {
   return facts.unlocked && facts.databaseOpen && facts.recordCount > 1;
 }
@@ -146,6 +150,8 @@ constexpr std::array kRows = {
 
     Row{ID_IMPORT, PopupMenu::desktop, kMenuOnly, isDatabaseOpen},
     Row{ID_EXPORT, PopupMenu::desktop, kMenuOnly, areRecordsChosen},
+    Row{ID_ROW_COPY, PopupMenu::desktop, kMenuOnly, hasRows},
+    Row{ID_TABLE_PASTE, PopupMenu::desktop, kMenuOnly, isDatabaseOpen},
     Row{ID_QUERY_EDIT, PopupMenu::none, kOnToolbar, isQueryChosen},
     Row{ID_QUERY_DELETE, PopupMenu::none, kOnToolbar, isQueryChosen},
 };

@@ -59,6 +59,8 @@
 #define ID_COLORS_DARK 53280
 #define ID_IMPORT 53296
 #define ID_EXPORT 53312
+#define ID_ROW_COPY 53328
+#define ID_TABLE_PASTE 53344
 
 // Accelerators send these four; nothing answers them.
 #define ID_ENTER 40004

@@ -51,9 +51,19 @@ void exportRecords(WORD) {
   exportToChosenFile();
 }
 
+void copyRow(WORD) {
+  copyChosenRow();
+}
+
+void pasteTable(WORD) {
+  importPastedText();
+}
+
 constexpr EntryRow kEntries[] = {
     {ID_IMPORT, nullptr, L"&Import...", import, nullptr},
     {ID_EXPORT, nullptr, L"&Export...", exportRecords, nullptr},
+    {ID_ROW_COPY, nullptr, L"Copy &row", copyRow, nullptr},
+    {ID_TABLE_PASTE, nullptr, L"&Paste...", pasteTable, nullptr},
     {0, nullptr, nullptr, nullptr, nullptr},
     {ID_COLORS_OWN, kColors, L"&Quivane's own", chooseColors, areColorsChosen},
     {ID_COLORS_SYSTEM, kColors, L"The &system's", chooseColors, areColorsChosen},

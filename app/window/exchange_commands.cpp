@@ -13,6 +13,8 @@
 #include "app/window/program_state.h"
 #include "dialogs/exchange/import_dialog.h"
 #include "dialogs/exchange/import_result.h"
+#include "owners/handles.h"
+#include "views/shared/clipboard_text.h"
 
 namespace {
 
@@ -21,6 +23,10 @@ constexpr std::array<std::wstring_view, 6> kImportable = {L".csv",  L".tsv",   L
 
 void remark(const std::wstring& text) {
   thePrompts.tell(PromptOwner::mainWindow, Notice::remark, text.c_str(), kPromptCaption);
+}
+
+void refuse(const std::wstring& text) {
+  thePrompts.tell(PromptOwner::mainWindow, Notice::refusal, text.c_str(), kPromptCaption);
 }
 
 std::wstring countOfRecords(std::int64_t count) {
@@ -35,6 +41,45 @@ std::wstring storedText(const String& table, const ImportCounts& counts) {
   return text + L".";
 }
 
+void tellNotCopied(const String& reason) {
+  const std::wstring text = std::wstring(L"The row could not be copied.\n") + reason.text();
+  refuse(text);
+}
+
+/// A text in a file of its own, in UTF-8, as long as this lives.
+class TemporaryText {
+ public:
+  explicit TemporaryText(const std::wstring& text) {
+    std::array<wchar_t, MAX_PATH + 1> folder{};
+    std::array<wchar_t, MAX_PATH + 1> name{};
+    if (GetTempPathW(static_cast<DWORD>(folder.size()), folder.data()) == 0) return;
+    if (GetTempFileNameW(folder.data(), L"qvn", 0, name.data()) == 0) return;
+    path_ = name.data();
+    const UniqueFile file(CreateFileW(path_.text(), GENERIC_WRITE, 0, nullptr, OPEN_EXISTING,
+                                      FILE_ATTRIBUTE_TEMPORARY, nullptr));
+    const auto count = static_cast<int>(text.size());
+    std::string bytes(text.size() * 3, '\0');
+    bytes.resize(static_cast<std::size_t>(WideCharToMultiByte(
+        CP_UTF8, 0, text.data(), count, bytes.data(), static_cast<int>(bytes.size()), nullptr, nullptr)));
+    DWORD written = 0;
+    isWritten_ = file &&
+                 WriteFile(file.get(), bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr) &&
+                 written == bytes.size();
+  }
+  ~TemporaryText() {
+    if (!path_.isEmpty()) DeleteFileW(path_.text());
+  }
+  TemporaryText(const TemporaryText&) = delete;
+  TemporaryText& operator=(const TemporaryText&) = delete;
+
+  bool isWritten() const { return isWritten_; }
+  const String& path() const { return path_; }
+
+ private:
+  String path_;
+  bool isWritten_ = false;
+};
+
 /// What came of an import. False when nothing was stored, and the user may want it otherwise.
 bool tellImported(const ImportFile& file, bool keepsGood, const ImportCounts& counts) {
   if (counts.leftOut == 0) {
@@ -46,6 +91,29 @@ bool tellImported(const ImportFile& file, bool keepsGood, const ImportCounts& co
                 : countOfRecords(counts.leftOut) + L" can't be taken, so nothing was imported.";
   ImportResultDialog(text, file.rejected(), counts.leftOut).run(mainWindow);
   return keepsGood;
+}
+
+/// `table` is the name that a new one gets, null for that of the file.
+void importOpened(const String& path, const wchar_t* table) {
+  if (!theDocument->isDatabaseOpen()) {
+    const std::wstring text =
+        std::wstring(L"File ") + path.text() +
+        L" can be imported into an open database.\nPlease open one or make a new one, and "
+        L"choose Import... in the menu.";
+    refuse(text);
+    return;
+  }
+  const std::unique_ptr<ImportFile> file = theDocument->openImport(path);
+  if (!file) return;
+  if (table) file->setTable(table);
+  ImportDialog dialog(*file, theDocument->tableNames());
+  bool isDone = false;
+  // What was not stored is shown again, so that nothing that was chosen is lost.
+  while (!isDone && dialog.run(mainWindow) == IDOK) {
+    ImportCounts counts;
+    isDone = theDocument->runImport(*file, dialog.keepsGoodRecords, counts) &&
+             tellImported(*file, dialog.keepsGoodRecords, counts);
+  }
 }
 
 }  // namespace
@@ -60,23 +128,29 @@ void importChosenFile() {
 }
 
 void importFile(const String& path) {
-  if (!theDocument->isDatabaseOpen()) {
-    const std::wstring text =
-        std::wstring(L"File ") + path.text() +
-        L" can be imported into an open database.\nPlease open one or make a new one, and "
-        L"choose Import... in the menu.";
-    thePrompts.tell(PromptOwner::mainWindow, Notice::refusal, text.c_str(), kPromptCaption);
+  importOpened(path, nullptr);
+}
+
+void copyChosenRow() {
+  std::wstring text;
+  if (const Outcome read = theDocument->readChosenRow(text); !read) {
+    tellNotCopied(read.reason());
+  } else if (!text.empty() && !setClipboardText(mainWindow, text)) {
+    tellNotCopied(L"Another program is using the clipboard.");
+  }
+}
+
+void importPastedText() {
+  const std::wstring text = clipboardText(mainWindow);
+  if (text.empty()) {
+    refuse(L"The clipboard holds no text.");
     return;
   }
-  const std::unique_ptr<ImportFile> file = theDocument->openImport(path);
-  if (!file) return;
-  ImportDialog dialog(*file, theDocument->tableNames());
-  bool isDone = false;
-  // What was not stored is shown again, so that nothing that was chosen is lost.
-  while (!isDone && dialog.run(mainWindow) == IDOK) {
-    ImportCounts counts;
-    isDone = theDocument->runImport(*file, dialog.keepsGoodRecords, counts) &&
-             tellImported(*file, dialog.keepsGoodRecords, counts);
+  const TemporaryText file(text);
+  if (file.isWritten()) {
+    importOpened(file.path(), L"Pasted");
+  } else {
+    refuse(L"The text could not be written into a temporary file.");
   }
 }
 

@@ -12,5 +12,10 @@ void importChosenFile();
 /// The same with this file. Without an open database the user is told to open one.
 void importFile(const String& path);
 
+/// The row that is chosen in the grid goes to the clipboard.
+void copyChosenRow();
+/// The text of the clipboard goes into a table, as a file would.
+void importPastedText();
+
 /// Whether a file is one to be imported, by the ending of its name.
 bool isImportable(const String& path);

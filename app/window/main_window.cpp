@@ -168,7 +168,7 @@ void nameKeyPressed(const NMHDR& notification) {
   const int selected = listview::nextItem(notification.hwndFrom, listview::kFirstOfAll, LVNI_SELECTED);
   // The keyboard's tap.
   if (key == VK_SPACE && selected >= 0) openSelection(selected);
-  const int command = commandOfNamesKey(currentPage, key);
+  const int command = commandOfListKey(currentPage, key);
   if (command != 0) PostMessageW(mainWindow, WM_COMMAND, static_cast<WPARAM>(command), 0);
 }
 

@@ -6,17 +6,19 @@
 
 namespace {
 
-struct NamesKeyRow {
+struct ListKeyRow {
   int page;
   WORD key;
   int command;
+  bool withControl = false;
 };
 
 /// The first table and the first query can't be made from the menus, which offer nothing on empty pages.
-constexpr NamesKeyRow kNamesKeys[] = {
+constexpr ListKeyRow kListKeys[] = {
     {kTablesPageIndex, VK_INSERT, ID_TABLE_NEW},     {kTablesPageIndex, VK_DELETE, ID_TABLE_DELETE},
     {kQueriesPageIndex, VK_INSERT, ID_QUERY_NEW},    {kQueriesPageIndex, VK_F2, ID_QUERY_EDIT},
-    {kQueriesPageIndex, VK_DELETE, ID_QUERY_DELETE},
+    {kQueriesPageIndex, VK_DELETE, ID_QUERY_DELETE}, {kTablesPageIndex, 'V', ID_TABLE_PASTE, true},
+    {kListPageIndex, 'C', ID_ROW_COPY, true},
 };
 
 }  // namespace
@@ -29,9 +31,10 @@ bool turnPageByKey(const MSG& message) {
   return true;
 }
 
-int commandOfNamesKey(int page, WORD key) {
-  for (const NamesKeyRow& row : kNamesKeys) {
-    if (row.page == page && row.key == key) return row.command;
+int commandOfListKey(int page, WORD key) {
+  for (const ListKeyRow& row : kListKeys) {
+    if (row.page != page || row.key != key) continue;
+    if (!row.withControl || GetKeyState(VK_CONTROL) < 0) return row.command;
   }
   return 0;
 }

@@ -6,5 +6,5 @@
 /// that key in the main window and is used up.
 bool turnPageByKey(const MSG& message);
 
-/// What a key does in the list of names of a page: what the buttons of its bands do. 0 for nothing.
-int commandOfNamesKey(int page, WORD key);
+/// What a key does in the list of a page: what a button or the desktop menu does. 0 for nothing.
+int commandOfListKey(int page, WORD key);

@@ -29,6 +29,7 @@ extern WNDPROC tabOldProc;
 extern int currentPage;
 inline constexpr int kTablesPageIndex = 0;
 inline constexpr int kFormPageIndex = 1;
+inline constexpr int kListPageIndex = 2;
 inline constexpr int kQueriesPageIndex = 3;
 inline constexpr int kPageCount = 4;
 inline constexpr int kNoPage = 4;            ///< none: the next switch enters its page in every case

@@ -6,6 +6,7 @@
 #include <windowsx.h>
 
 #include "app/window/context_menus.h"
+#include "app/window/page_keys.h"
 #include "app/window/program_state.h"
 #include "base/app_settings.h"
 #include "owners/control_handles.h"
@@ -71,6 +72,11 @@ LRESULT CALLBACK tabProcedure(HWND window, UINT message, WPARAM wParam, LPARAM l
     if (notification.code == GN_CONTEXTMENU) {
       showGridContextMenu(instanceHandle, mainWindow, reinterpret_cast<NMRGINFO&>(notification).ptAction);
     } else {
+      if (notification.code == static_cast<UINT>(LVN_KEYDOWN)) {
+        const int command =
+            commandOfListKey(kListPageIndex, reinterpret_cast<const NMLVKEYDOWN&>(notification).wVKey);
+        if (command != 0) PostMessageW(mainWindow, WM_COMMAND, static_cast<WPARAM>(command), 0);
+      }
       theRecordListView.handleNotification(notification);
     }
   }

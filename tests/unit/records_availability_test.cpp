@@ -257,6 +257,18 @@ TEST(AvailabilityTest, WhatHasNoRuleInAPlaceIsAlwaysAvailable) {
 
 // ---- The desktop menu
 
+TEST(AvailabilityTest, ARowIsCopiedOnTheListPageWithRecords) {
+  const Commands asked = {ID_ROW_COPY};
+  for (const ViewMode mode : {ViewMode::tables, ViewMode::form, ViewMode::list, ViewMode::queries}) {
+    CommandFacts facts = atRecord(1, 1);
+    facts.viewMode = mode;
+    EXPECT_EQ(available(asked, PopupMenu::desktop, facts), mode == ViewMode::list ? asked : Commands{});
+  }
+  CommandFacts empty = atRecord(0, 0);
+  empty.viewMode = ViewMode::list;
+  EXPECT_EQ(available(asked, PopupMenu::desktop, empty), Commands{});
+}
+
 TEST(AvailabilityTest, ImportNeedsADatabaseAndExportATableOrQueryBesides) {
   const Commands both = {ID_IMPORT, ID_EXPORT};
   const int import = ID_IMPORT;

@@ -1,5 +1,7 @@
 #include "views/shared/clipboard_text.h"
 
+#include <cstring>
+
 namespace {
 
 /// The clipboard, while it is open.
@@ -45,4 +47,20 @@ std::wstring clipboardText(HWND window) {
   const OpenedClipboard clipboard(window);
   if (!clipboard.isOpen()) return {};
   return LockedText(GetClipboardData(CF_UNICODETEXT)).text();
+}
+
+bool setClipboardText(HWND window, const std::wstring& text) {
+  const OpenedClipboard clipboard(window);
+  const std::size_t length = (text.size() + 1) * sizeof(wchar_t);
+  if (!clipboard.isOpen() || !EmptyClipboard()) return false;
+  const HGLOBAL memory = GlobalAlloc(GMEM_MOVEABLE, length);
+  if (!memory) return false;
+  if (void* const place = GlobalLock(memory)) {
+    std::memcpy(place, text.c_str(), length);
+    GlobalUnlock(memory);
+    // The system's from here on.
+    if (SetClipboardData(CF_UNICODETEXT, memory)) return true;
+  }
+  GlobalFree(memory);
+  return false;
 }

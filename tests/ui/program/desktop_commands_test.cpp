@@ -23,12 +23,15 @@
 #include "tests/ui/remote/remote_window.h"
 #include "tests/ui/support/test_database.h"
 #include "views/form/form_ids.h"
+#include "views/shared/clipboard_text.h"
 
+using automationtest::SqliteFile;
 using testing::ElementsAre;
 
 namespace {
 
 constexpr int kFormPage = 1;
+constexpr int kListPage = 2;
 constexpr int kPages = 4;
 
 class DesktopCommandsTest : public testing::Test {
@@ -74,6 +77,7 @@ class DesktopCommandsTest : public testing::Test {
         [&] { return (dialog = remote::dialog(GetCurrentProcessId(), title)) != nullptr; }));
     return dialog;
   }
+  const std::filesystem::path& database() const { return path_; }
   std::filesystem::path file(std::string_view name) const { return folder_.file(name); }
   std::vector<std::string> storedNames() const {
     return automationtest::sqliteColumn(path_.wstring(), "SELECT Name FROM T");
@@ -198,6 +202,32 @@ TEST_F(DesktopCommandsTest, WithoutADatabaseAnImportIsToldWhatItNeeds) {
   EXPECT_THAT(remote::messageBoxText(told), testing::HasSubstr(L"can be imported into an open database."));
   PostMessageW(told, WM_COMMAND, IDOK, 0);
   EXPECT_TRUE(remote::waitUntil([&] { return !IsWindow(told); }));
+}
+
+// ---- The clipboard
+
+TEST_F(DesktopCommandsTest, TheChosenRowIsCopiedAsSpreadsheetsTakeIt) {
+  EXPECT_FALSE(isOffered(ID_ROW_COPY)) << "the Tables page has no rows";
+  SqliteFile(database().wstring())
+      .run("ALTER TABLE T ADD COLUMN Note TEXT; UPDATE T SET Note = 'a\tb \"c\"'");
+  ASSERT_TRUE(remote::switchToPage(main(), kListPage));
+  EXPECT_TRUE(isOffered(ID_ROW_COPY));
+  give(ID_ROW_COPY);
+  EXPECT_EQ(clipboardText(nullptr), L"as it was\t\"a\tb \"\"c\"\"\"\r\n");
+}
+
+TEST_F(DesktopCommandsTest, WhatIsPastedIsOfferedForImport) {
+  ASSERT_TRUE(setClipboardText(nullptr, L"Name\tAge\r\n\u00C4da\t36\r\n"));
+  PostMessageW(main(), WM_COMMAND, ID_TABLE_PASTE, 0);
+  const HWND import = waitForDialog(L"Import");
+  EXPECT_EQ(remote::text(GetDlgItem(import, IDC_IMPORT_TABLE)), L"Pasted");
+  PostMessageW(import, WM_COMMAND, IDOK, 0);
+  const HWND told = waitForDialog(L"Quivane");
+  EXPECT_EQ(remote::messageBoxText(told), L"Table 'Pasted': 1 record added.");
+  PostMessageW(told, WM_COMMAND, IDOK, 0);
+  EXPECT_TRUE(remote::waitUntil([&] { return !IsWindow(told) && IsWindowEnabled(main()); }));
+  EXPECT_THAT(automationtest::sqliteColumn(database().wstring(), "SELECT Name || Age FROM Pasted"),
+              ElementsAre("\u00C4da36"));
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 #include "resources/command_ids.h"
 #include "tests/support/exclusive_lock.h"
 #include "tests/ui/remote/story_test.h"
+#include "tests/ui/remote/user_input.h"
 #include "views/form/form_ids.h"
 
 using testing::ElementsAre;
@@ -13,6 +14,7 @@ using testing::HasSubstr;
 
 namespace {
 
+constexpr int kTablesPage = 0;
 constexpr int kFormPage = 1;
 constexpr int kListPage = 2;
 
@@ -47,6 +49,17 @@ class ExchangeStory : public StoryTest {
       return found != nullptr && GetDlgItem(found, IDC_IMPORT_COLUMNS) != nullptr;
     }));
     return user.dialog(L"Import");
+  }
+  static std::wstring clipboard() {
+    std::wstring text;
+    if (!OpenClipboard(nullptr)) return text;
+    const HANDLE held = GetClipboardData(CF_UNICODETEXT);
+    if (const auto* const place = held ? static_cast<const wchar_t*>(GlobalLock(held)) : nullptr) {
+      text = place;
+      GlobalUnlock(held);
+    }
+    CloseClipboard();
+    return text;
   }
   std::vector<std::wstring> columns(HWND dialog) const {
     return entries(GetDlgItem(dialog, IDC_IMPORT_COLUMNS));
@@ -134,6 +147,40 @@ TEST_P(ExchangeStory, WhatIsTypedIsStoredFirst) {
   user.answer(L"Quivane", L"1 record exported to\n" + file("people.json").wstring(), IDOK);
   EXPECT_THAT(contentOf(file("people.json")), HasSubstr("Grace"));
   end();
+}
+
+TEST_P(ExchangeStory, AFileOfTheCommandLineGoesIntoTheDatabaseOfTheLastTime) {
+  SettingsStore::writeDword(SettingsStore::kOptions, L"OpenLastTableOnStartup", 1);
+  start();
+  end();
+  User& user = launch(write("Name,Age\nBo,1\n"));
+  user.accept(importDialog(user));
+  user.answer(L"Quivane", L"Table 'guests': 1 record added.", IDOK);
+  end();
+  EXPECT_THAT(stored("SELECT Name FROM guests"), ElementsAre("Bo"));
+}
+
+TEST_P(ExchangeStory, ARowIsCopiedAndPastedAsATable) {
+  User& user = start();
+  user.showPage(kListPage);
+  user.pickItem(0);
+  if (user.hasMouse()) {
+    user.chooseDesktop(ID_ROW_COPY);
+  } else {
+    userinput::press('C', VK_CONTROL);
+  }
+  EXPECT_TRUE(remote::waitUntil([] { return clipboard() == L"Ada\t36\r\n"; }));
+  user.showPage(kTablesPage);
+  user.pickItem(0);
+  if (user.hasMouse()) {
+    user.chooseDesktop(ID_TABLE_PASTE);
+  } else {
+    userinput::press('V', VK_CONTROL);
+  }
+  user.accept(importDialog(user));
+  user.answer(L"Quivane", L"Table 'Pasted': 1 record added.", IDOK);
+  end();
+  EXPECT_THAT(stored("SELECT count(*) FROM Pasted"), ElementsAre("1"));
 }
 
 TELL_WITH_BOTH_HANDS(ExchangeStory);

@@ -73,6 +73,8 @@ std::vector<MenuStep> desktopWay(UINT command) {
   const std::unique_ptr<std::remove_pointer_t<HMENU>, MenuCloser> menu(CreatePopupMenu());
   AppendMenuW(menu.get(), MF_STRING, ID_IMPORT, L"&Import...");
   AppendMenuW(menu.get(), MF_STRING, ID_EXPORT, L"&Export...");
+  AppendMenuW(menu.get(), MF_STRING, ID_ROW_COPY, L"Copy &row");
+  AppendMenuW(menu.get(), MF_STRING, ID_TABLE_PASTE, L"&Paste...");
   AppendMenuW(menu.get(), MF_SEPARATOR, 0, nullptr);
   const HMENU colors = CreatePopupMenu();
   AppendMenuW(colors, MF_STRING, ID_COLORS_OWN, L"&Quivane's own");
