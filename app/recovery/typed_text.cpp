@@ -6,12 +6,14 @@
 #include <exception>
 #include <iterator>
 #include <utility>
+#include <vector>
 
 #include "app/recovery/fault_watch.h"
 #include "app/window/program_state.h"
 #include "data/field_kinds.h"
 #include "data/record_counters.h"
 #include "views/dialog/current_dialog.h"
+#include "views/form/field_editor.h"
 #include "views/shared/child_control.h"
 #include "views/shared/shown_text.h"
 
@@ -29,16 +31,37 @@ std::wstring contentOf(std::uint32_t field, const FieldValueSource& editor) {
   return editor.text().text();
 }
 
+/// The fields of the form that may hold something else than their record: those that did when it was looked
+/// last, and the one that has the keyboard, which alone the user can change. To ask all of thousands takes
+/// too long.
+std::vector<std::uint32_t> fieldsInDoubt;
+
+void doubtFieldWithFocus(const FieldEditors& editors) {
+  const HWND focus = GetFocus();
+  for (std::uint32_t field = 0; field < editors.size(); ++field) {
+    // The editors of a form are windows.
+    if (static_cast<const FieldEditor*>(editors[field])->window() != focus) continue;
+    const auto place = std::lower_bound(fieldsInDoubt.begin(), fieldsInDoubt.end(), field);
+    if (place == fieldsInDoubt.end() || *place != field) fieldsInDoubt.insert(place, field);
+    return;
+  }
+}
+
 /// What the form's editors hold that is not in the record.
 std::wstring typedIntoForm() {
   std::wstring typed;
-  if (!theDocument || !theDocument->isRecordShown() || theDocument->viewMode() != ViewMode::form)
+  if (!theDocument || !theDocument->isRecordShown() || theDocument->viewMode() != ViewMode::form) {
+    fieldsInDoubt.clear();
     return typed;
-  const FieldEditors editors = theFormView.editors();
-  for (std::uint32_t field = 0; field < editors.size(); ++field) {
-    if (editors[field]->isEdited())
-      addItem(typed, theDocument->fieldName(field).text(), contentOf(field, *editors[field]));
   }
+  const FieldEditors editors = theFormView.editors();
+  doubtFieldWithFocus(editors);
+  std::erase_if(fieldsInDoubt, [&](std::uint32_t field) {
+    if (field >= editors.size()) return true;
+    const bool isEdited = editors[field]->isEdited();
+    if (isEdited) addItem(typed, theDocument->fieldName(field).text(), contentOf(field, *editors[field]));
+    return !isEdited;
+  });
   return typed;
 }
 

@@ -1,7 +1,11 @@
 // Files of a size that nobody would make by hand, in the real program.
+#include <cstdlib>
 #include <string>
 
+#include "base/settings_store.h"
+#include "resources/command_ids.h"
 #include "tests/automation/sqlite_file.h"
+#include "tests/ui/remote/remote_dialog.h"
 #include "tests/ui/support/ui_test.h"
 
 namespace {
@@ -24,6 +28,112 @@ TEST_F(HostileSizeTest, FiveThousandTablesAreListedWithoutAWait) {
   ASSERT_TRUE(remote::selectItem(opened.tables(), 4999));
   EXPECT_TRUE(remote::switchToPage(opened.main(), OpenedDatabase::kFormPage));
   EXPECT_TRUE(remote::switchToPage(opened.main(), OpenedDatabase::kTablesPage));
+}
+
+// ---- Names and values
+
+class HostileShapeTest : public UiTest {
+ protected:
+  void TearDown() override { RegDeleteTreeW(HKEY_CURRENT_USER, SettingsStore::kRoot); }
+
+  /// On an idle machine each step takes a tenth of that at most.
+  template <typename Step>
+  static void expectSoon(const char* what, Step step) {
+    const ULONGLONG begin = GetTickCount64();
+    EXPECT_TRUE(step()) << what;
+    const ULONGLONG took = GetTickCount64() - begin;
+    std::printf("%s: %llu ms\n", what, took);
+    EXPECT_LT(took, 30'000u) << what;
+  }
+};
+
+/// Three hundred characters of all that a name should not have.
+std::string hostileName(const std::string& start) {
+  std::string name = start;
+  int count = static_cast<int>(start.size());
+  for (; count + 7 <= 300; count += 7) name += "\"']`\xF0\x9F\x98\x80\n";
+  return name + std::string(static_cast<std::size_t>(300 - count), '[');
+}
+
+std::string quotedName(const std::string& name) {
+  std::string quoted = "\"";
+  for (const char character : name) quoted += character == '"' ? "\"\"" : std::string(1, character);
+  return quoted + "\"";
+}
+
+TEST_F(HostileShapeTest, NamesOfEverythingThatANameShouldNotHave) {
+  const std::filesystem::path path = file("names.cdb");
+  automationtest::SqliteFile(path.wstring())
+      .run("CREATE TABLE " + quotedName(hostileName("a")) + " (" + quotedName(hostileName("f")) +
+           " Text, \"b]c[d\" Text); INSERT INTO " + quotedName(hostileName("a")) +
+           " VALUES ('of the name', 'other'); CREATE TABLE \"a]b[c\" (Name Text); INSERT INTO \"a]b[c\" "
+           "VALUES "
+           "('in brackets'); CREATE TABLE Plain (Name Text); INSERT INTO Plain VALUES ('plain')");
+  OpenedDatabase opened(path);
+  ASSERT_TRUE(opened.tables());
+  ASSERT_EQ(remote::itemCount(opened.tables()), 3);
+  int shown = 0;
+  for (int table = 0; table < 3; ++table) {
+    ASSERT_TRUE(remote::switchToPage(opened.main(), OpenedDatabase::kTablesPage));
+    ASSERT_TRUE(remote::selectItem(opened.tables(), table));
+    ASSERT_TRUE(remote::clickTab(remote::tabControl(opened.main()), OpenedDatabase::kFormPage));
+    // Either its records are shown, or it is said that they can't be opened.
+    HWND box = nullptr;
+    std::wstring text;
+    ASSERT_TRUE(remote::waitUntil([&] {
+      box = remote::messageBox(opened.program().processId());
+      const HWND editor = remote::shownControl(opened.main(), 1200);
+      text = editor != nullptr ? remote::text(editor) : L"";
+      return box != nullptr || !text.empty();
+    })) << table;
+    if (box != nullptr) {
+      EXPECT_THAT(remote::messageBoxText(box), testing::StartsWith(L"The records could not be opened.\n"));
+      std::printf("table %d: %ls\n", table, remote::messageBoxText(box).c_str());
+      PostMessageW(box, WM_COMMAND, IDOK, 0);
+      ASSERT_TRUE(remote::waitForMain(opened.main()));
+    } else {
+      ++shown;
+      std::printf("table %d: shown\n", table);
+    }
+  }
+  EXPECT_GE(shown, 1);
+  EXPECT_EQ(remote::close(opened.main()), 0u);
+}
+
+/// 30; QUIVANE_TEXT_MEGABYTES makes it 300, which takes the disk long.
+std::string wantedMegabytes() {
+  const char* const megabytes = std::getenv("QUIVANE_TEXT_MEGABYTES");
+  return std::to_string(megabytes != nullptr ? std::atoi(megabytes) : 30);
+}
+
+TEST_F(HostileShapeTest, ATextOfManyMegabytes) {
+  const std::string length = wantedMegabytes() + "000000";
+  const std::filesystem::path path = file("long.cdb");
+  automationtest::SqliteFile(path.wstring())
+      .run(
+          "PRAGMA synchronous = OFF; CREATE TABLE Long (Name Text, Content Text); INSERT INTO Long VALUES "
+          "('short', "
+          "'x'), ('long', printf('%.*c', " +
+          length + ", 'x')), ('after', 'x')");
+  OpenedDatabase opened(path);
+  ASSERT_TRUE(opened.tables());
+  ASSERT_TRUE(remote::switchToPage(opened.main(), OpenedDatabase::kFormPage));
+  const HWND name = remote::control(opened.main(), 1200);
+  expectSoon("its record", [&] {
+    sendCommand(opened.main(), ID_RECORD_NEXT);
+    return remote::text(name) == L"long";
+  });
+  SendMessageW(name, EM_SETSEL, 0, -1);
+  for (const wchar_t character : std::wstring(L"changed")) SendMessageW(name, WM_CHAR, character, 1);
+  expectSoon("storing beside it", [&] {
+    sendCommand(opened.main(), ID_RECORD_NEXT);
+    return remote::text(name) == L"after";
+  });
+  EXPECT_THAT(
+      automationtest::sqliteColumn(path.wstring(), "SELECT Name || length(Content) FROM Long ORDER BY rowid"),
+      testing::ElementsAre("short1", "changed" + length, "after1"));
+  expectSoon("grid", [&] { return remote::switchToPage(opened.main(), OpenedDatabase::kListPage); });
+  EXPECT_EQ(remote::close(opened.main()), 0u);
 }
 
 }  // namespace
