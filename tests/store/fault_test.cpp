@@ -116,6 +116,20 @@ TEST_F(FaultTest, AChangeIsAcknowledgedWhenItsEmptiedJournalIsFlushed) {
   }
 }
 
+TEST_F(FaultTest, AFileThatCanNotBeMadeBesideTheDatabaseIsTold) {
+  remake("DELETE");
+  open();
+  const auto rows = records("Select * from [t]");
+  ASSERT_TRUE(rows->setValue(1, std::string("typed")));
+  FailingFileSystem::fail(FailingFileSystem::Operation::open, 0, true);
+  const Status refused = rows->update();
+  FailingFileSystem::heal();
+  EXPECT_EQ(ErrorCode::inputOutput, refused.code());
+  EXPECT_EQ("No file can be made beside the database: its folder may be read-only.", refused.message());
+  EXPECT_EQ("typed", textOf(*rows, 1));
+  EXPECT_TRUE(rows->update()) << "as soon as there is a way";
+}
+
 // What the program itself allocates, beside what SQLite does.
 TEST_F(FaultTest, NewRefusedAnywhereDuringTheOpeningIsTold) {
   remake("DELETE");

@@ -108,6 +108,7 @@ Status statusOf(sqlite3* connection, int result) {
   const ErrorCode code = codeOf(result, message);
   if (code == ErrorCode::locked) message = "Another program is using the database.";
   if (code == ErrorCode::stopped) message = "The statement was stopped.";
+  if (result == SQLITE_READONLY_DIRECTORY) message = "The folder of the database is read-only.";
   return {code, std::move(message)};
 }
 
@@ -340,6 +341,10 @@ Status SqliteConnection::WriteTransaction::run(sqlite3_stmt* statement,
     if (onRow) onRow(statement);
   }
   Status status = statusOf(connection_.handle(), result);
+  // What a change keeps beside the database can't be made. Not every system says why.
+  if ((result & 0xFF) == SQLITE_CANTOPEN)
+    status = {ErrorCode::inputOutput,
+              "No file can be made beside the database: its folder may be read-only."};
   sqlite3_reset(statement);
   return status;
 }
