@@ -5,8 +5,8 @@
 #include "base/recent_finds.h"
 #include "base/settings_store.h"
 #include "gmock/gmock.h"
+#include "tests/ui/support/dialog_fixture.h"
 #include "tests/ui/support/dialog_script.h"
-#include "tests/ui/support/typed_dialog_fixture.h"
 #include "tests/ui/support/window_reading.h"
 #include "views/dialog/current_dialog.h"
 
@@ -27,14 +27,25 @@ constexpr std::uint32_t kMissing = 99;
 /// Of a drop-down list at zoom 100.
 constexpr int kNormalComboHeight = 21;
 
-class FindDialogTest : public TypedDialogTest {
+class FindDialogTest : public DialogTest {
  protected:
+  void SetUp() override {
+    DialogTest::SetUp();
+    onMessage([this](UINT message, WPARAM wParam, LPARAM lParam) {
+      if (message != kFindNext) return;
+      EXPECT_EQ(wParam, 0u);
+      EXPECT_EQ(lParam, 0);
+      ++searches_;
+      onSearch();
+    });
+  }
+
   INT_PTR show(const Step& step, const std::vector<const wchar_t*>& fields = {L"title", L"Author", L"born"}) {
     NameList names;
     for (const wchar_t* const each : fields) names.append(each);
     FindDialog dialog(state, std::move(names));
     dialog_ = &dialog;
-    const INT_PTR result = inDialog([&] { return dialog.run(top()); }, step);
+    const INT_PTR result = inDialog([&] { return dialog.run(frame()); }, step);
     dialog_ = nullptr;
     return result;
   }
@@ -43,9 +54,6 @@ class FindDialogTest : public TypedDialogTest {
   void refill() const {
     if (dialog_) dialog_->refill();
   }
-
-  static void cancel(HWND window) { SendMessageW(window, WM_COMMAND, IDCANCEL, 0); }
-  static void confirm(HWND window) { SendMessageW(window, WM_COMMAND, IDOK, 0); }
 
   static void chooseField(HWND window, WPARAM index) {
     SendDlgItemMessageW(window, kField, CB_SETCURSEL, index, 0);
@@ -73,31 +81,28 @@ class FindDialogTest : public TypedDialogTest {
   static bool isChecked(HWND window, int id) { return IsDlgButtonChecked(window, id) == BST_CHECKED; }
   static bool isEnabled(HWND window, int id) { return IsWindowEnabled(GetDlgItem(window, id)) != FALSE; }
 
-  /// How many searches were asked for by now.
+  /// How many searches have begun, and how many were asked for by now.
+  int searchesBegun() const { return searches_; }
   int searches() {
     dispatchPosted();
-    return countOf(kFindNext, 0);
-  }
-  /// With what the last one was.
-  LPARAM parameterOfSearch() const {
-    LPARAM parameter = -1;
-    for (const Got& each : got()) {
-      if (each.message == kFindNext) parameter = each.lParam;
-    }
-    return parameter;
+    return searches_;
   }
 
-  FindState state;  // NOLINT(misc-non-private-member-variables-in-classes)
+  // NOLINTBEGIN(misc-non-private-member-variables-in-classes): the tests set and read them
+  FindState state;
+  std::function<void()> onSearch = [] {};  // what a search does
+                                           // NOLINTEND(misc-non-private-member-variables-in-classes)
 
  private:
+  int searches_ = 0;
   FindDialog* dialog_ = nullptr;
 };
 
 TEST_F(FindDialogTest, ItsControlsAreThoseOfTheHandheld) {
   show([&](HWND window) {
     EXPECT_EQ(textOf(window), L"Find");
-    EXPECT_EQ(GetParent(window), top());
-    EXPECT_FALSE(IsWindowEnabled(top())) << "it is modal";
+    EXPECT_EQ(GetParent(window), frame());
+    EXPECT_FALSE(IsWindowEnabled(frame())) << "it is modal";
     EXPECT_EQ(currentDialog, window);
     EXPECT_THAT(
         controls(window),
@@ -114,60 +119,49 @@ TEST_F(FindDialogTest, ItsControlsAreThoseOfTheHandheld) {
     EXPECT_EQ(LOWORD(SendMessageW(window, DM_GETDEFID, 0, 0)), kNext);
     EXPECT_EQ(GetParent(GetFocus()), GetDlgItem(window, kText));
     expectControlsApart(window);
-    expectColors(window, kFieldLabel, kMatchCase);
-    cancel(window);
+    expectColors(window);
+    press(window, IDCANCEL);
   });
   EXPECT_EQ(currentDialog, nullptr);
-  EXPECT_TRUE(IsWindowEnabled(top()));
-}
-
-/// Centred in the owner's client area, and inside it.
-void expectCentred(HWND window, int width, int height) {
-  RECT frame{};
-  GetWindowRect(window, &frame);
-  MapWindowPoints(nullptr, GetParent(window), reinterpret_cast<POINT*>(&frame), 2);
-  EXPECT_EQ(frame.left, (width - (frame.right - frame.left)) / 2);
-  EXPECT_EQ(frame.top, (height - (frame.bottom - frame.top)) / 2);
-  EXPECT_GE(frame.left, 0);
-  EXPECT_GE(frame.top, 0);
+  EXPECT_TRUE(IsWindowEnabled(frame()));
 }
 
 TEST_F(FindDialogTest, ItIsCentredInItsOwner) {
   show([&](HWND window) {
-    expectCentred(window, 240, 294);
-    cancel(window);
+    expectCentred(window);
+    press(window, IDCANCEL);
   });
 }
 
 TEST_F(FindDialogTest, AtZoom200ItIsCentredAndTwiceAsLarge) {
-  RECT normal{};
+  SIZE normal{};
   show([&](HWND window) {
-    normal = clientRect(window);
-    cancel(window);
+    normal = clientSize(window);
+    press(window, IDCANCEL);
   });
   HandheldSetZoom(200);
   show([&](HWND window) {
-    EXPECT_EQ(clientRect(window), (RECT{0, 0, 2 * normal.right, 2 * normal.bottom}));
-    expectCentred(window, 480, 588);
+    EXPECT_EQ(clientSize(window).cx, 2 * normal.cx);
+    EXPECT_EQ(clientSize(window).cy, 2 * normal.cy);
+    expectCentred(window);
     for (const int id : {kText, kField}) {
-      const RECT place = placeInParent(GetDlgItem(window, id));
-      EXPECT_GT(place.bottom - place.top, 2 * kNormalComboHeight * 4 / 5) << id;
+      EXPECT_GT(placeOf(GetDlgItem(window, id)).height, 2 * kNormalComboHeight * 4 / 5) << id;
     }
     expectControlsApart(window);
-    cancel(window);
+    press(window, IDCANCEL);
   });
 }
 
 TEST_F(FindDialogTest, InAnOwnerThatIsTooSmallItBeginsAtTheCorner) {
-  SetWindowPos(top(), nullptr, 0, 0, 60, 60, SWP_NOMOVE | SWP_NOZORDER);
+  SetWindowPos(frame(), nullptr, 0, 0, 60, 60, SWP_NOMOVE | SWP_NOZORDER);
   show([&](HWND window) {
-    RECT frame{};
-    GetWindowRect(window, &frame);
+    RECT outer{};
+    GetWindowRect(window, &outer);
     POINT corner{};
-    ClientToScreen(top(), &corner);
-    EXPECT_EQ(frame.left, corner.x);
-    EXPECT_EQ(frame.top, corner.y);
-    cancel(window);
+    ClientToScreen(frame(), &corner);
+    EXPECT_EQ(outer.left, corner.x);
+    EXPECT_EQ(outer.top, corner.y);
+    press(window, IDCANCEL);
   });
 }
 
@@ -175,12 +169,12 @@ TEST_F(FindDialogTest, WithNothingStoredTheListAndTheEditAreEmpty) {
   state.text = L"of the last use";
   show([&](HWND window) {
     EXPECT_THAT(entries(window, kText), IsEmpty());
-    EXPECT_EQ(textIn(window, kText), L"");
+    EXPECT_EQ(textOf(window, kText), L"");
     EXPECT_FALSE(isChecked(window, kAllFields));
     EXPECT_FALSE(isChecked(window, kMatchCase));
     EXPECT_TRUE(isEnabled(window, kField));
     EXPECT_TRUE(isEnabled(window, kFieldLabel));
-    cancel(window);
+    press(window, IDCANCEL);
   });
 }
 
@@ -188,16 +182,16 @@ TEST_F(FindDialogTest, TheRecentTextsAreOfferedNewestFirst) {
   remember({L"a", L"b", L"c", L"d", L"e", L"f"});
   show([&](HWND window) {
     EXPECT_THAT(entries(window, kText), ElementsAre(L"f", L"e", L"d", L"c", L"b"));
-    EXPECT_EQ(textIn(window, kText), L"f");
-    cancel(window);
+    EXPECT_EQ(textOf(window, kText), L"f");
+    press(window, IDCANCEL);
   });
 }
 
 TEST_F(FindDialogTest, TheFieldsAreOfferedInTheirOrder) {
   show([&](HWND window) {
     EXPECT_THAT(entries(window, kField), ElementsAre(L"title", L"Author", L"born"));
-    EXPECT_EQ(selected(window, kField), L"title");
-    cancel(window);
+    EXPECT_EQ(selectedEntry(window, kField), L"title");
+    press(window, IDCANCEL);
   });
 }
 
@@ -205,7 +199,7 @@ TEST_F(FindDialogTest, OpeningBeginsANewSearchAndNamesTheDialog) {
   show([&](HWND window) {
     EXPECT_TRUE(state.newSearch);
     EXPECT_EQ(openWindow(), window);
-    cancel(window);
+    press(window, IDCANCEL);
   });
 }
 
@@ -214,7 +208,8 @@ TEST_F(FindDialogTest, ADialogThatIsNotOpenHasNoWindowAndIsNotRefilled) {
   FindDialog dialog(state, NameList());
   EXPECT_EQ(dialog.window(), nullptr);
   dialog.refill();
-  EXPECT_EQ(inDialog([&] { return dialog.run(top()); }, [&](HWND window) { cancel(window); }), IDCANCEL);
+  EXPECT_EQ(inDialog([&] { return dialog.run(frame()); }, [&](HWND window) { press(window, IDCANCEL); }),
+            IDCANCEL);
   EXPECT_EQ(dialog.window(), nullptr);
   dialog.refill();
   EXPECT_EQ(state.checkAllFields, 0u);
@@ -230,7 +225,7 @@ TEST_F(FindDialogTest, TheCheckBoxesAreAsTheyWereStored) {
     EXPECT_EQ(state.matchCase, 1u);
     EXPECT_FALSE(isEnabled(window, kField));
     EXPECT_FALSE(isEnabled(window, kFieldLabel));
-    cancel(window);
+    press(window, IDCANCEL);
   });
 }
 
@@ -241,7 +236,7 @@ TEST_F(FindDialogTest, TickingAllFieldsGreysTheFieldAtOnceAndLasts) {
     EXPECT_FALSE(isEnabled(window, kFieldLabel));
     EXPECT_EQ(stored(L"CheckAllFields"), 1u);
     EXPECT_EQ(state.checkAllFields, 1u);
-    cancel(window);
+    press(window, IDCANCEL);
   });
   state = {};
   show([&](HWND window) {
@@ -251,7 +246,7 @@ TEST_F(FindDialogTest, TickingAllFieldsGreysTheFieldAtOnceAndLasts) {
     EXPECT_TRUE(isEnabled(window, kFieldLabel));
     EXPECT_EQ(stored(L"CheckAllFields"), 0u);
     EXPECT_EQ(state.checkAllFields, 0u);
-    cancel(window);
+    press(window, IDCANCEL);
   });
 }
 
@@ -264,13 +259,13 @@ TEST_F(FindDialogTest, MatchCaseIsTakenWhenTheDialogIsUsedOrLeft) {
     EXPECT_EQ(stored(L"MatchCase"), 1u);
     EXPECT_EQ(state.matchCase, 1u);
     click(window, kMatchCase);
-    cancel(window);
+    press(window, IDCANCEL);
   });
   EXPECT_EQ(stored(L"MatchCase"), 0u);
   EXPECT_EQ(state.matchCase, 0u);
   show([&](HWND window) {
     click(window, kMatchCase);
-    confirm(window);
+    press(window, IDOK);
   });
   EXPECT_EQ(stored(L"MatchCase"), 1u);
   EXPECT_EQ(state.matchCase, 1u);
@@ -289,9 +284,8 @@ TEST_F(FindDialogTest, NextStoresTheInputAsksForASearchAndStays) {
     EXPECT_EQ(stored(L"CheckAllFields"), 0u);
     EXPECT_EQ(stored(L"MatchCase"), 0u);
     EXPECT_THAT(recent(), ElementsAre(L"dune"));
-    EXPECT_EQ(countOf(kFindNext, 0), 0) << "the search is posted";
+    EXPECT_EQ(searchesBegun(), 0) << "the search is posted";
     EXPECT_EQ(searches(), 1);
-    EXPECT_EQ(parameterOfSearch(), 0);
     EXPECT_TRUE(IsWindow(window));
     EXPECT_EQ(openWindow(), window);
     EXPECT_TRUE(state.newSearch) << "the search clears it";
@@ -299,7 +293,7 @@ TEST_F(FindDialogTest, NextStoresTheInputAsksForASearchAndStays) {
     click(window, kNext);
     EXPECT_FALSE(state.newSearch);
     EXPECT_EQ(searches(), 2);
-    cancel(window);
+    press(window, IDCANCEL);
   });
   EXPECT_EQ(searches(), 2);
 }
@@ -314,7 +308,7 @@ TEST_F(FindDialogTest, AFieldIsNamedAsTheFileNamesItWhateverTheListShows) {
         SendDlgItemMessageW(window, kField, CB_GETLBTEXT, 1, reinterpret_cast<LPARAM>(shown));
         EXPECT_STREQ(shown, L"\xFFFD\xFFFD");
         click(window, kNext);
-        cancel(window);
+        press(window, IDCANCEL);
       },
       {L"\xFFFD\xFFFD", kUnshowable});
   EXPECT_STREQ(state.fieldName.text(), kUnshowable);
@@ -327,7 +321,7 @@ TEST_F(FindDialogTest, WithoutFieldsNoneIsChosen) {
   show(
       [&](HWND window) {
         click(window, kNext);
-        cancel(window);
+        press(window, IDCANCEL);
       },
       {});
   EXPECT_STREQ(state.fieldName.text(), L"");
@@ -340,12 +334,12 @@ TEST_F(FindDialogTest, TheSecondOfTheListMovesToItsTopAtTheNextOpening) {
     SendDlgItemMessageW(window, kText, CB_SETCURSEL, 1, 0);
     click(window, kNext);
     EXPECT_STREQ(state.text.text(), L"b");
-    cancel(window);
+    press(window, IDCANCEL);
   });
   show([&](HWND window) {
     EXPECT_THAT(entries(window, kText), ElementsAre(L"b", L"a", L"c"));
-    EXPECT_EQ(textIn(window, kText), L"b");
-    cancel(window);
+    EXPECT_EQ(textOf(window, kText), L"b");
+    press(window, IDCANCEL);
   });
 }
 
@@ -354,7 +348,7 @@ TEST_F(FindDialogTest, OnlyNextRemembersATextAndReadsIt) {
   for (const int command : {IDOK, IDCANCEL}) {
     show([&](HWND window) {
       SetDlgItemTextW(window, kText, L"typed");
-      SendMessageW(window, WM_COMMAND, static_cast<WPARAM>(command), 0);
+      press(window, command);
     });
     EXPECT_THAT(recent(), ElementsAre(L"a"));
     EXPECT_STREQ(state.text.text(), L"");
@@ -366,17 +360,15 @@ TEST_F(FindDialogTest, OkWithoutNextSearchesForTheTextOfThePreviousUse) {
     SetDlgItemTextW(window, kText, L"earlier");
     chooseField(window, 2);
     click(window, kNext);
-    cancel(window);
+    press(window, IDCANCEL);
   });
   EXPECT_EQ(searches(), 1);
   state.newSearch = false;
-  HWND during = top();
-  onMessage([&](const Got& message) {
-    if (message.message == kFindNext) during = openWindow();
-  });
+  HWND during = frame();
+  onSearch = [&] { during = openWindow(); };
   EXPECT_EQ(show([&](HWND window) {
               SetDlgItemTextW(window, kText, L"not read");
-              confirm(window);
+              press(window, IDOK);
             }),
             IDOK);
   EXPECT_EQ(searches(), 2);
@@ -388,7 +380,7 @@ TEST_F(FindDialogTest, OkWithoutNextSearchesForTheTextOfThePreviousUse) {
 }
 
 TEST_F(FindDialogTest, CancelSearchesNothing) {
-  EXPECT_EQ(show([&](HWND window) { cancel(window); }), IDCANCEL);
+  EXPECT_EQ(show([&](HWND window) { press(window, IDCANCEL); }), IDCANCEL);
   EXPECT_EQ(searches(), 0);
   EXPECT_EQ(stored(L"CheckAllFields"), 0u);
   EXPECT_EQ(stored(L"MatchCase"), 0u);
@@ -396,9 +388,7 @@ TEST_F(FindDialogTest, CancelSearchesNothing) {
 
 TEST_F(FindDialogTest, AfterASearchTheTextHeadsTheListAndTheBoxesAreAsStored) {
   remember({L"b", L"a"});
-  onMessage([&](const Got& message) {
-    if (message.message == kFindNext) refill();
-  });
+  onSearch = [&] { refill(); };
   show([&](HWND window) {
     SetDlgItemTextW(window, kText, L"new");
     click(window, kMatchCase);
@@ -407,38 +397,36 @@ TEST_F(FindDialogTest, AfterASearchTheTextHeadsTheListAndTheBoxesAreAsStored) {
     click(window, kNext);
     EXPECT_EQ(searches(), 1);
     EXPECT_THAT(entries(window, kText), ElementsAre(L"new", L"a", L"b"));
-    EXPECT_EQ(textIn(window, kText), L"new");
+    EXPECT_EQ(textOf(window, kText), L"new");
     EXPECT_TRUE(isChecked(window, kMatchCase));
     EXPECT_TRUE(isChecked(window, kAllFields));
     EXPECT_FALSE(isEnabled(window, kField));
-    EXPECT_EQ(selected(window, kField), L"born");
-    confirm(window);
+    EXPECT_EQ(selectedEntry(window, kField), L"born");
+    press(window, IDOK);
   });
   // The search that OK asked for finds the dialog closed.
   EXPECT_EQ(searches(), 2);
 }
 
 TEST_F(FindDialogTest, ThePanelIsUpForTypingAndGoesDownForTheMatches) {
-  setPanelPolicy(kPanelAlways);
   show([&](HWND window) {
     EXPECT_TRUE(isPanelUp());
     click(window, kNext);
     EXPECT_FALSE(isPanelUp());
     SHSipPreference(window, SIP_UP);
-    cancel(window);
+    press(window, IDCANCEL);
   });
   EXPECT_FALSE(isPanelUp());
-  show([&](HWND window) { confirm(window); });
+  show([&](HWND window) { press(window, IDOK); });
   EXPECT_FALSE(isPanelUp());
 }
 
 TEST_F(FindDialogTest, ThePanelThatWasUpBeforeStaysUp) {
-  setPanelPolicy(kPanelAlways);
-  SHSipPreference(top(), SIP_UP);
+  SHSipPreference(frame(), SIP_UP);
   show([&](HWND window) {
     click(window, kNext);
     EXPECT_TRUE(isPanelUp());
-    cancel(window);
+    press(window, IDCANCEL);
   });
   EXPECT_TRUE(isPanelUp());
 }
@@ -446,27 +434,27 @@ TEST_F(FindDialogTest, ThePanelThatWasUpBeforeStaysUp) {
 TEST_F(FindDialogTest, EnterIsNextAndEscapeCancels) {
   EXPECT_EQ(show([&](HWND window) {
               SetDlgItemTextW(window, kText, L"typed");
-              press(window, WM_KEYDOWN, VK_RETURN);
+              sendKey(window, WM_KEYDOWN, VK_RETURN);
               EXPECT_STREQ(state.text.text(), L"typed");
               EXPECT_EQ(searches(), 1);
-              press(window, WM_KEYDOWN, VK_ESCAPE);
+              sendKey(window, WM_KEYDOWN, VK_ESCAPE);
             }),
             IDCANCEL);
 }
 
 TEST_F(FindDialogTest, AccessKeysReachTheirControls) {
   show([&](HWND window) {
-    pressAccessKey(window, L'f');
+    sendAccessKey(window, L'f');
     EXPECT_EQ(GetFocus(), GetDlgItem(window, kField));
-    pressAccessKey(window, L'w');
+    sendAccessKey(window, L'w');
     EXPECT_EQ(GetParent(GetFocus()), GetDlgItem(window, kText));
-    pressAccessKey(window, L'm');
+    sendAccessKey(window, L'm');
     EXPECT_TRUE(isChecked(window, kMatchCase));
-    pressAccessKey(window, L'a');
+    sendAccessKey(window, L'a');
     EXPECT_TRUE(isChecked(window, kAllFields));
-    pressAccessKey(window, L'n');
+    sendAccessKey(window, L'n');
     EXPECT_EQ(searches(), 1);
-    cancel(window);
+    press(window, IDCANCEL);
   });
 }
 
@@ -481,8 +469,8 @@ TEST_F(FindDialogTest, HostileTextsGoThroughWhole) {
           SendMessageW(edit, EM_REPLACESEL, 0, reinterpret_cast<LPARAM>(text.c_str()));
           click(window, kNext);
           refill();
-          EXPECT_EQ(textIn(window, kText), text);
-          cancel(window);
+          EXPECT_EQ(textOf(window, kText), text);
+          press(window, IDCANCEL);
         },
         {longName.c_str()});
     EXPECT_EQ(state.text.text(), text);
@@ -492,12 +480,12 @@ TEST_F(FindDialogTest, HostileTextsGoThroughWhole) {
 }
 
 TEST_F(FindDialogTest, AHundredOpeningsLeaveNothingBehind) {
-  FindDialog dialog(state, {});
-  leavesNothingBehind([&] { return dialog.run(top()); },
-                      [&](HWND window) {
-                        click(window, kNext);
-                        confirm(window);
-                      });
+  leavesNothingBehind([&] {
+    show([&](HWND window) {
+      click(window, kNext);
+      press(window, IDOK);
+    });
+  });
 }
 
 }  // namespace

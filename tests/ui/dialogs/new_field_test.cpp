@@ -5,7 +5,7 @@
 #include "data/field_kinds.h"
 #include "dialogs/table/new_field_ids.h"
 #include "platform/pocketshell/handheld_windows.h"
-#include "tests/ui/support/modal_dialog_fixture.h"
+#include "tests/ui/support/dialog_fixture.h"
 #include "views/dialog/current_dialog.h"
 
 using testing::ElementsAre;
@@ -15,7 +15,7 @@ namespace {
 
 const std::wstring kForbiddenText = L"Field name cannot use characters:\n` . ! \u2019 [ ] \" * ?";
 
-class NewFieldTest : public ModalDialogFixture {
+class NewFieldTest : public DialogTest {
  protected:
   static void setName(HWND dialog, const wchar_t* name) { SetDlgItemTextW(dialog, IDC_NEW_FIELD_NAME, name); }
   static void selectType(HWND dialog, int row) {
@@ -24,21 +24,15 @@ class NewFieldTest : public ModalDialogFixture {
   static LRESULT selectedType(HWND dialog) {
     return SendDlgItemMessageW(dialog, IDC_NEW_FIELD_TYPE, CB_GETCURSEL, 0, 0);
   }
-  static std::wstring typeLabel(HWND dialog, std::size_t row) {
-    wchar_t label[80] = L"";
-    SendDlgItemMessageW(dialog, IDC_NEW_FIELD_TYPE, CB_GETLBTEXT, row, reinterpret_cast<LPARAM>(label));
-    return label;
-  }
-
   /// Confirms this name; it is to be taken.
   void expectTaken(const std::wstring& name) {
     NewFieldDialog field;
     DialogScript script([&](HWND dialog) {
       setName(dialog, name.c_str());
       press(dialog, IDOK);
-      EXPECT_THAT(refusals(dialog), IsEmpty());
+      EXPECT_THAT(takeBoxes(), IsEmpty());
     });
-    EXPECT_EQ(field.run(owner()), IDOK);
+    EXPECT_EQ(field.run(frame()), IDOK);
     EXPECT_EQ(field.field.name.text(), name);
   }
   /// Confirms this name; it is to be refused with that reason, and the dialog to stay as it is.
@@ -47,12 +41,12 @@ class NewFieldTest : public ModalDialogFixture {
     DialogScript script([&](HWND dialog) {
       setName(dialog, name.c_str());
       press(dialog, IDOK);
-      EXPECT_THAT(refusals(dialog), ElementsAre(Refusal{reason, L"Quivane"}));
+      EXPECT_THAT(takeBoxes(), ElementsAre(message(dialog, reason)));
       EXPECT_EQ(textOf(dialog, IDC_NEW_FIELD_NAME), name);
       EXPECT_EQ(selectedType(dialog), 5);
       press(dialog, IDCANCEL);
     });
-    EXPECT_EQ(field.run(owner()), IDCANCEL);
+    EXPECT_EQ(field.run(frame()), IDCANCEL);
     EXPECT_TRUE(field.field.name.isEmpty());
   }
 };
@@ -60,17 +54,17 @@ class NewFieldTest : public ModalDialogFixture {
 TEST_F(NewFieldTest, ItOpensWithTheShortTextChosen) {
   NewFieldDialog field;
   DialogScript script([&](HWND dialog) {
-    EXPECT_EQ(::textOf(dialog), L"New Field");
+    EXPECT_EQ(textOf(dialog), L"New Field");
     EXPECT_EQ(textOf(dialog, IDC_NEW_FIELD_NAME), L"");
     EXPECT_EQ(selectedType(dialog), 5);
     EXPECT_EQ(textOf(dialog, IDC_NEW_FIELD_TYPE), L"Text (to 255 characters)");
     EXPECT_EQ(textOf(dialog, IDOK), L"OK");
     EXPECT_EQ(GetFocus(), GetDlgItem(dialog, IDC_NEW_FIELD_NAME));
     EXPECT_EQ(currentDialog, dialog);
-    EXPECT_EQ(GetParent(dialog), owner());
+    EXPECT_EQ(GetParent(dialog), frame());
     press(dialog, IDCANCEL);
   });
-  EXPECT_EQ(field.run(owner()), IDCANCEL);
+  EXPECT_EQ(field.run(frame()), IDCANCEL);
   EXPECT_EQ(script.count(), 1);
   EXPECT_EQ(currentDialog, nullptr);
 }
@@ -80,12 +74,12 @@ TEST_F(NewFieldTest, TheBoxSortsAndKeepsTheOrderOfTheTable) {
   DialogScript script([](HWND dialog) {
     const HWND box = GetDlgItem(dialog, IDC_NEW_FIELD_TYPE);
     EXPECT_EQ(styleOf(box) & (CBS_SORT | CBS_DROPDOWNLIST), static_cast<DWORD>(CBS_SORT | CBS_DROPDOWNLIST));
-    ASSERT_EQ(SendMessageW(box, CB_GETCOUNT, 0, 0), 7);
-    for (std::size_t row = 0; row < 7; ++row)
-      EXPECT_EQ(typeLabel(dialog, row), offeredFieldKinds()[row].label);
+    const std::vector<std::wstring> labels = entries(dialog, IDC_NEW_FIELD_TYPE);
+    ASSERT_EQ(labels.size(), 7u);
+    for (std::size_t row = 0; row < 7; ++row) EXPECT_EQ(labels[row], offeredFieldKinds()[row].label);
     press(dialog, IDCANCEL);
   });
-  field.run(owner());
+  field.run(frame());
   EXPECT_EQ(script.count(), 1);
 }
 
@@ -99,7 +93,7 @@ TEST_F(NewFieldTest, EachTypeIsSpelledAsTheStatementNeedsIt) {
       selectType(dialog, row);
       press(dialog, IDOK);
     });
-    EXPECT_EQ(field.run(owner()), IDOK);
+    EXPECT_EQ(field.run(frame()), IDOK);
     EXPECT_STREQ(field.field.sqlType.text(), spelled[row]);
     EXPECT_FALSE(field.field.isUndecided);
   }
@@ -143,7 +137,7 @@ TEST_F(NewFieldTest, APastedBookIsTakenAsFarAsTheEditHoldsIt) {
     setName(dialog, book.c_str());
     press(dialog, IDOK);
   });
-  EXPECT_EQ(field.run(owner()), IDOK);
+  EXPECT_EQ(field.run(frame()), IDOK);
   EXPECT_EQ(field.field.name.length(), 40000u);
 }
 
@@ -153,11 +147,11 @@ TEST_F(NewFieldTest, WithoutATypeItIsRefused) {
     setName(dialog, L"a");
     selectType(dialog, -1);
     press(dialog, IDOK);
-    EXPECT_THAT(refusals(dialog), ElementsAre(Refusal{L"Please select a type!", L"Quivane"}));
+    EXPECT_THAT(takeBoxes(), ElementsAre(message(dialog, L"Please select a type!")));
     EXPECT_EQ(GetFocus(), GetDlgItem(dialog, IDC_NEW_FIELD_TYPE));
     press(dialog, IDCANCEL);
   });
-  EXPECT_EQ(field.run(owner()), IDCANCEL);
+  EXPECT_EQ(field.run(frame()), IDCANCEL);
 }
 
 TEST_F(NewFieldTest, TheNameIsLookedAtBeforeTheType) {
@@ -167,11 +161,11 @@ TEST_F(NewFieldTest, TheNameIsLookedAtBeforeTheType) {
     press(dialog, IDOK);
     setName(dialog, L"a.b");
     press(dialog, IDOK);
-    EXPECT_THAT(refusals(dialog), ElementsAre(Refusal{L"Please enter a field name!", L"Quivane"},
-                                              Refusal{kForbiddenText, L"Quivane"}));
+    EXPECT_THAT(takeBoxes(),
+                ElementsAre(message(dialog, L"Please enter a field name!"), message(dialog, kForbiddenText)));
     press(dialog, IDCANCEL);
   });
-  field.run(owner());
+  field.run(frame());
   EXPECT_EQ(script.count(), 1);
 }
 
@@ -182,14 +176,13 @@ TEST_F(NewFieldTest, EnterConfirmsAndEscapeCancels) {
       setName(dialog, L"a");
       postKey(GetDlgItem(dialog, IDC_NEW_FIELD_NAME), VK_RETURN);
     });
-    EXPECT_EQ(field.run(owner()), IDOK);
+    EXPECT_EQ(field.run(frame()), IDOK);
   }
   DialogScript script([&](HWND dialog) { postKey(GetDlgItem(dialog, IDC_NEW_FIELD_NAME), VK_ESCAPE); });
-  EXPECT_EQ(field.run(owner()), IDCANCEL);
+  EXPECT_EQ(field.run(frame()), IDCANCEL);
 }
 
 TEST_F(NewFieldTest, TheInputPanelIsUpWhileItIsOpen) {
-  setPanelPolicy(kPanelAlways);
   for (const int end : {IDOK, IDCANCEL}) {
     NewFieldDialog field;
     ASSERT_FALSE(isPanelUp());
@@ -198,17 +191,16 @@ TEST_F(NewFieldTest, TheInputPanelIsUpWhileItIsOpen) {
       setName(dialog, L"a");
       press(dialog, end);
     });
-    EXPECT_EQ(field.run(owner()), end);
+    EXPECT_EQ(field.run(frame()), end);
     EXPECT_FALSE(isPanelUp());
   }
 }
 
 TEST_F(NewFieldTest, AnInputPanelThatWasUpStays) {
-  setPanelPolicy(kPanelAlways);
-  SHSipPreference(owner(), SIP_UP);
+  SHSipPreference(frame(), SIP_UP);
   NewFieldDialog field;
   DialogScript script([&](HWND dialog) { press(dialog, IDCANCEL); });
-  field.run(owner());
+  field.run(frame());
   EXPECT_TRUE(isPanelUp());
 }
 
@@ -220,11 +212,11 @@ TEST_F(NewFieldTest, ItStandsAboveTheMiddleAtEveryZoom) {
       expectFits(dialog);
       expectCentred(dialog, 20);
       expectColors(dialog);
-      EXPECT_THAT(cutLabels(dialog), IsEmpty());
+      expectTextsFit(dialog);
       EXPECT_THAT(tabOrder(dialog), ElementsAre(IDC_NEW_FIELD_NAME, IDC_NEW_FIELD_TYPE, IDOK));
       press(dialog, IDCANCEL);
     });
-    field.run(owner());
+    field.run(frame());
     EXPECT_EQ(script.count(), 1);
   }
 }

@@ -13,25 +13,30 @@
 #include "dialogs/table/new_field_ids.h"
 #include "dialogs/table/new_table.h"
 #include "dialogs/table/new_table_ids.h"
-#include "tests/ui/support/modal_dialog_fixture.h"
+#include "tests/ui/support/dialog_fixture.h"
 #include "views/shared/list_view.h"
 
 /// Name and type of a row.
 using TableRow = std::pair<std::wstring, std::wstring>;
 
-class NewTableTest : public ModalDialogFixture {
+class NewTableTest : public DialogTest {
  protected:
+  NewTableTest() {
+    INITCOMMONCONTROLSEX controls{sizeof(controls), ICC_LISTVIEW_CLASSES};
+    InitCommonControlsEx(&controls);
+  }
+
   /// Runs the dialog; `inTable` is done once it stands. New Field dialogs that it opens are answered
   /// with what `nextField` names, and cancelled when it names nothing.
   INT_PTR run(const std::function<void(HWND dialog)>& inTable) {
     DialogScript script([&](HWND dialog) {
-      if (::textOf(dialog) == L"New Field") {
+      if (textOf(dialog) == L"New Field") {
         answerField(dialog);
       } else {
         inTable(dialog);
       }
     });
-    return table_.run(owner());
+    return table_.run(frame());
   }
 
   void add(HWND dialog, const wchar_t* name, int type) {
@@ -53,7 +58,7 @@ class NewTableTest : public ModalDialogFixture {
                 setName(dialog, name);
                 SetFocus(list(dialog));
                 press(dialog, IDOK);
-                EXPECT_THAT(refusals(dialog), testing::ElementsAre(Refusal{reason, L"Quivane"}));
+                EXPECT_THAT(takeBoxes(), testing::ElementsAre(message(dialog, reason)));
                 EXPECT_EQ(textOf(dialog, IDC_NEW_TABLE_NAME), name);
                 EXPECT_THAT(names(dialog), testing::ElementsAre(L"a"));
                 EXPECT_EQ(GetFocus(), GetDlgItem(dialog, IDC_NEW_TABLE_NAME));
@@ -68,7 +73,7 @@ class NewTableTest : public ModalDialogFixture {
                 if (list(dialog) && listview::itemCount(list(dialog)) == 0) addLetters(dialog, 1);
                 setName(dialog, name);
                 press(dialog, IDOK);
-                EXPECT_THAT(refusals(dialog), testing::IsEmpty());
+                EXPECT_THAT(takeBoxes(), testing::IsEmpty());
               }),
               IDOK);
     EXPECT_EQ(table_.name.text(), name);

@@ -126,19 +126,17 @@ class ResetTest : public OptionsColorsTest {
   void resetAnswering(int answer) {
     appColors[0] = kPicked;
     appColors[14] = kPicked;
-    int questions = 0;
-    showColors([&](HWND page) { click(page, kReset); },
-               [&](HWND box) {
-                 ++questions;
-                 EXPECT_EQ(textOf(box), L"Quivane");
-                 EXPECT_EQ(textOfBox(box), L"Reset all colors to their defaults?");
-                 EXPECT_NE(GetDlgItem(box, IDYES), nullptr);
-                 EXPECT_NE(GetDlgItem(box, IDNO), nullptr);
-                 EXPECT_EQ(iconOfBox(box), nullptr);
-                 EXPECT_EQ(GetWindow(box, GW_OWNER), currentDialog);
-                 DialogScript::close(box, answer);
-               });
-    EXPECT_EQ(questions, 1);
+    answerNextBox(answer);
+    HWND sheet = nullptr;
+    showColors([&](HWND page) {
+      sheet = GetParent(page);
+      click(page, kReset);
+    });
+    EXPECT_THAT(takeBoxes(), testing::ElementsAre(Box{.caption = L"Quivane",
+                                                      .text = L"Reset all colors to their defaults?",
+                                                      .buttons = {IDYES, IDNO},
+                                                      .owner = sheet,
+                                                      .comesToFront = true}));
   }
 };
 

@@ -7,22 +7,21 @@
 
 #include <functional>
 
+#include "base/app_colors.h"
 #include "base/options.h"
 #include "dialogs/options/show_options.h"
 #include "tests/ui/support/dialog_fixture.h"
-#include "tests/ui/support/dialog_reading.h"
+#include "views/dialog/current_dialog.h"
 
 /// The options sheet over a main window of the test.
 class OptionsDialogTest : public DialogTest {
  protected:
-  using Step = std::function<void(HWND)>;
-
   static constexpr int kGeneralPage = 0;
   static constexpr int kSecurityPage = 1;
   static constexpr int kViewPage = 2;
   static constexpr int kColorPage = 3;
 
-  /// Runs the sheet. `onSheet` is called when it opens, `onOther` for the boxes that it opens.
+  /// Runs the sheet. `onSheet` is called when it opens, `onOther` for the dialogs that it opens.
   void show(const Step& onSheet, const Step& onOther = nullptr) {
     DialogScript script([&](HWND dialog) {
       if ((styleOf(dialog) & WS_CHILD) != 0) return;  // a page
@@ -46,7 +45,6 @@ class OptionsDialogTest : public DialogTest {
   static HWND tabsOf(HWND sheet) {
     return reinterpret_cast<HWND>(SendMessageW(sheet, PSM_GETTABCONTROL, 0, 0));
   }
-  static void click(HWND page, int id) { SendDlgItemMessageW(page, id, BM_CLICK, 0, 0); }
   static void select(HWND page, int index) {
     SendDlgItemMessageW(page, 1062, LB_SETCURSEL, static_cast<WPARAM>(index), 0);
     SendMessageW(page, WM_COMMAND, MAKEWPARAM(1062, LBN_SELCHANGE),

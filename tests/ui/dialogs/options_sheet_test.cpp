@@ -227,13 +227,7 @@ TEST_F(OptionsSheetTest, NoAccessKeyIsThereTwiceAndEveryButtonHasOne) {
 TEST_F(OptionsSheetTest, TheTextsAreBlueOnWhite) {
   show([&](HWND sheet) {
     const HWND page = pageOf(sheet, kGeneralPage);
-    const HDC dc = GetDC(page);
-    const LRESULT brush = SendMessageW(page, WM_CTLCOLORSTATIC, reinterpret_cast<WPARAM>(dc),
-                                       reinterpret_cast<LPARAM>(GetDlgItem(page, 1012)));
-    EXPECT_EQ(brush, reinterpret_cast<LRESULT>(GetStockObject(WHITE_BRUSH)));
-    EXPECT_EQ(GetTextColor(dc), RGB(0, 0, 255));
-    EXPECT_EQ(GetBkColor(dc), RGB(255, 255, 255));
-    ReleaseDC(page, dc);
+    expectColors(page);
     closeByOk(sheet);
   });
   EXPECT_EQ(sheetCount(), 1);
@@ -253,7 +247,7 @@ class OptionsLayoutTest : public OptionsSheetTest, public testing::WithParamInte
     EXPECT_EQ(placeOf(GetDlgItem(sheet, IDOK)), scaled({187, 271, 50, 20}));
     EXPECT_TRUE(isShown(GetDlgItem(sheet, IDOK)));
     EXPECT_FALSE(isShown(GetDlgItem(sheet, IDCANCEL)));
-    EXPECT_TRUE(everythingFits(sheet));
+    EXPECT_THAT(controlsOutside(sheet), IsEmpty());
     EXPECT_EQ(styleOf(tabsOf(sheet)) & (TCS_BOTTOM | TCS_MULTILINE), static_cast<DWORD>(TCS_BOTTOM));
     RECT lastTab{};
     SendMessageW(tabsOf(sheet), TCM_GETITEMRECT, kColorPage, reinterpret_cast<LPARAM>(&lastTab));
@@ -266,11 +260,8 @@ class OptionsLayoutTest : public OptionsSheetTest, public testing::WithParamInte
     const HWND page = pageOf(sheet, index);
     ASSERT_NE(page, nullptr);
     EXPECT_EQ(placeOf(page), scaled({0, 0, 240, 246})) << index;
-    EXPECT_TRUE(everythingFits(page)) << index;
-    for (const HWND control : childrenOf(page)) {
-      EXPECT_EQ(SendMessageW(control, WM_GETFONT, 0, 0), reinterpret_cast<LRESULT>(HandheldGetFont()));
-      EXPECT_TRUE(textFits(control, HandheldGetFont())) << testing::PrintToString(textOf(control));
-    }
+    EXPECT_THAT(controlsOutside(page), IsEmpty()) << index;
+    expectTextsFit(page);
   }
 };
 
@@ -336,14 +327,14 @@ TEST_F(OptionsSheetTest, ThePageObjectsKnowTheirWindowsOnlyWhileTheseExist) {
 }
 
 TEST_F(OptionsSheetTest, OneHundredOpeningsLeaveNothingBehind) {
-  for (int i = 0; i < 100; ++i) {
+  leavesNothingBehind([&] {
     show([&](HWND sheet) {
       pageOf(sheet, kColorPage);
       closeByOk(sheet);
     });
-  }
-  EXPECT_EQ(sheetCount(), 100);
-  EXPECT_EQ(appliedCount(), 100);
+  });
+  EXPECT_EQ(sheetCount(), 101);
+  EXPECT_EQ(appliedCount(), 101);
 }
 
 }  // namespace

@@ -16,7 +16,6 @@ class SwatchTest : public OptionsDialogTest, public testing::WithParamInterface<
   /// Runs the sheet on its Color page until the step has been called for the painted page.
   void showPainted(const std::function<void(HWND sheet, HWND page)>& step, const Step& onOther = nullptr) {
     HandheldSetZoom(GetParam());
-    ShowWindow(frame(), SW_SHOW);
     show(
         [&](HWND sheet) {
           const WhenIdle shown([this, sheet, &step] {
@@ -99,15 +98,14 @@ TEST_P(SwatchTest, ItShowsAPickedColour) {
 }
 
 TEST_P(SwatchTest, ItShowsTheDefaultAfterAReset) {
-  showPainted(
-      [](HWND, HWND page) {
-        appColors[0] = RGB(1, 2, 3);
-        SendMessageW(page, WM_USER + 207, 0, 0);
-        expectSwatch(page, RGB(1, 2, 3));
-        click(page, 1064);
-        expectSwatch(page, kFirst);
-      },
-      [](HWND box) { DialogScript::close(box, IDYES); });
+  answerNextBox(IDYES);
+  showPainted([](HWND, HWND page) {
+    appColors[0] = RGB(1, 2, 3);
+    SendMessageW(page, WM_USER + 207, 0, 0);
+    expectSwatch(page, RGB(1, 2, 3));
+    click(page, 1064);
+    expectSwatch(page, kFirst);
+  });
 }
 
 }  // namespace

@@ -1,10 +1,9 @@
-#include <algorithm>
-#include <cstdlib>
 #include <string>
 #include <vector>
 
 #include "gmock/gmock.h"
 #include "tests/ui/dialogs/password_fixture.h"
+#include "views/dialog/current_dialog.h"
 
 namespace {
 
@@ -34,13 +33,6 @@ class PasswordDialogTest : public PasswordTest, public testing::WithParamInterfa
     std::vector<HWND> edits = childrenOf(dialog);
     std::erase_if(edits, [](HWND control) { return classOf(control) != L"Edit"; });
     return edits;
-  }
-
-  static RECT inOwner(HWND dialog) {
-    RECT frame{};
-    GetWindowRect(dialog, &frame);
-    MapWindowPoints(nullptr, GetWindow(dialog, GW_OWNER), reinterpret_cast<POINT*>(&frame), 2);
-    return frame;
   }
 };
 
@@ -89,12 +81,8 @@ TEST_P(PasswordDialogTest, TheyAreCentredInTheOwnersClientAreaAndRaiseTheInputPa
     EXPECT_TRUE(isPanelUp());
     EXPECT_EQ(GetWindow(dialog, GW_OWNER), frame());
     EXPECT_EQ(currentDialog, dialog);
-    const RECT place = inOwner(dialog);
-    const SIZE area = clientSize(frame());
-    EXPECT_LE(std::abs(place.left - (area.cx - place.right)), 3) << "as far from the left as from the right";
-    EXPECT_LE(std::abs(place.top - (area.cy - place.bottom)), 3) << "as far from the top as from the bottom";
-    EXPECT_GE(place.left, 0);
-    EXPECT_LE(place.right, area.cx) << "wider than the screen";
+    expectCentred(dialog);
+    expectFits(dialog);
   });
 }
 
@@ -111,26 +99,18 @@ TEST_P(PasswordDialogTest, AnInputPanelThatWasUpStaysUp) {
 
 TEST_P(PasswordDialogTest, EverythingFitsAndIsInTheInterfaceFont) {
   inBoth([](HWND dialog) {
-    EXPECT_TRUE(everythingFits(dialog));
-    for (const HWND control : childrenOf(dialog)) {
-      EXPECT_EQ(SendMessageW(control, WM_GETFONT, 0, 0), reinterpret_cast<LRESULT>(HandheldGetFont()));
-      EXPECT_TRUE(textFits(control, HandheldGetFont())) << testing::PrintToString(textOf(control));
-    }
+    expectFits(dialog);
+    expectTextsFit(dialog);
   });
 }
 
 TEST_P(PasswordDialogTest, TheTabKeyGoesThroughTheEditsToOkAndCancel) {
   inBoth([](HWND dialog) {
-    std::vector<HWND> expected = editsOf(dialog);
-    EXPECT_EQ(GetNextDlgTabItem(dialog, nullptr, FALSE), expected.front());
-    expected.push_back(GetDlgItem(dialog, IDOK));
-    expected.push_back(GetDlgItem(dialog, IDCANCEL));
-    std::vector<HWND> order;
-    for (HWND next = expected.front(); order.size() < expected.size();
-         next = GetNextDlgTabItem(dialog, next, FALSE)) {
-      order.push_back(next);
-    }
-    EXPECT_EQ(order, expected);
+    std::vector<int> expected;
+    for (const HWND edit : editsOf(dialog)) expected.push_back(GetDlgCtrlID(edit));
+    expected.push_back(IDOK);
+    expected.push_back(IDCANCEL);
+    EXPECT_EQ(tabOrder(dialog), expected);
   });
 }
 
@@ -153,35 +133,28 @@ TEST_P(PasswordDialogTest, TheFirstEditHasTheFocus) {
 }
 
 TEST_P(PasswordDialogTest, TheTextsAreBlueOnWhite) {
-  inBoth([](HWND dialog) {
-    const HDC dc = GetDC(dialog);
-    EXPECT_EQ(SendMessageW(dialog, WM_CTLCOLORSTATIC, reinterpret_cast<WPARAM>(dc), 0),
-              reinterpret_cast<LRESULT>(GetStockObject(WHITE_BRUSH)));
-    EXPECT_EQ(GetTextColor(dc), RGB(0, 0, 255));
-    EXPECT_EQ(GetBkColor(dc), RGB(255, 255, 255));
-    ReleaseDC(dialog, dc);
-  });
+  inBoth([](HWND dialog) { expectColors(dialog); });
 }
 
 TEST_P(PasswordDialogTest, EnterConfirmsAndEscapeCancels) {
   store(L"ABC");
   then([](HWND dialog) {
     SetDlgItemTextW(dialog, kPassword, L"abc");
-    PostMessageW(GetDlgItem(dialog, kPassword), WM_KEYDOWN, VK_RETURN, 1);
+    postKey(GetDlgItem(dialog, kPassword), VK_RETURN);
   });
   check();
   EXPECT_TRUE(appUnlocked);
-  then([](HWND dialog) { PostMessageW(GetDlgItem(dialog, kPassword), WM_KEYDOWN, VK_ESCAPE, 1); });
+  then([](HWND dialog) { postKey(GetDlgItem(dialog, kPassword), VK_ESCAPE); });
   check();
   EXPECT_FALSE(appUnlocked);
 }
 
 TEST_P(PasswordDialogTest, OneHundredOpeningsLeaveNothingBehind) {
-  for (int i = 0; i < 50; ++i) {
+  leavesNothingBehind([&] {
     check();
     change();
-  }
-  EXPECT_EQ(dialogCount(), 100);
+  });
+  EXPECT_EQ(dialogCount(), 202);
 }
 
 }  // namespace

@@ -24,7 +24,7 @@ TEST_F(PasswordCheckTest, UpperAndLowerCaseAreTheSame) {
     EXPECT_TRUE(appUnlocked) << testing::PrintToString(std::wstring(typed));
   }
   EXPECT_EQ(dialogCount(), 3);
-  EXPECT_THAT(boxes(), IsEmpty());
+  EXPECT_THAT(takeBoxes(), IsEmpty());
 }
 
 TEST_F(PasswordCheckTest, CaseIsFoldedInEveryScriptAndOnBothSides) {
@@ -40,7 +40,7 @@ TEST_F(PasswordCheckTest, CancelInTheFirstDialogLeavesTheProgramLockedAndSaysNot
   thenCancel();
   check();
   EXPECT_FALSE(appUnlocked);
-  EXPECT_THAT(boxes(), IsEmpty());
+  EXPECT_THAT(takeBoxes(), IsEmpty());
   EXPECT_EQ(dialogCount(), 1);
 }
 
@@ -67,7 +67,7 @@ TEST_F(PasswordCheckTest, WithoutAStoredPasswordTheDialogShowsOnceAndUnlocksWhat
   check();
   EXPECT_TRUE(appUnlocked) << "Cancel too";
   EXPECT_EQ(dialogCount(), 2);
-  EXPECT_THAT(boxes(), IsEmpty());
+  EXPECT_THAT(takeBoxes(), IsEmpty());
 }
 
 TEST_F(PasswordCheckTest, AWrongPasswordIsToldAndAskedForAgainUntilItIsRight) {
@@ -75,13 +75,13 @@ TEST_F(PasswordCheckTest, AWrongPasswordIsToldAndAskedForAgainUntilItIsRight) {
   thenEnter(L"ab");
   thenEnter(L"");
   then([](HWND dialog) {
-    EXPECT_EQ(textOf(GetDlgItem(dialog, kPassword)), L"") << "the wrong one is not offered again";
+    EXPECT_EQ(textOf(dialog, kPassword), L"") << "the wrong one is not offered again";
     SetDlgItemTextW(dialog, kPassword, L"abc");
     DialogScript::close(dialog, IDOK);
   });
   check();
   EXPECT_TRUE(appUnlocked);
-  EXPECT_THAT(boxes(), ElementsAre(incorrect(), incorrect()));
+  EXPECT_THAT(takeBoxes(), ElementsAre(incorrect(), incorrect()));
 }
 
 TEST_F(PasswordCheckTest, CancelAfterAWrongPasswordEndsTheCheckLocked) {
@@ -90,7 +90,7 @@ TEST_F(PasswordCheckTest, CancelAfterAWrongPasswordEndsTheCheckLocked) {
   thenCancel();
   check();
   EXPECT_FALSE(appUnlocked);
-  EXPECT_THAT(boxes(), ElementsAre(incorrect()));
+  EXPECT_THAT(takeBoxes(), ElementsAre(incorrect()));
 }
 
 TEST_F(PasswordCheckTest, AnEmptyStoredPasswordWantsAnEmptyEntry) {
@@ -99,7 +99,7 @@ TEST_F(PasswordCheckTest, AnEmptyStoredPasswordWantsAnEmptyEntry) {
   thenEnter(L"");
   check();
   EXPECT_TRUE(appUnlocked);
-  EXPECT_THAT(boxes(), ElementsAre(incorrect()));
+  EXPECT_THAT(takeBoxes(), ElementsAre(incorrect()));
 }
 
 TEST_F(PasswordCheckTest, TheProgramIsLockedWhileTheDialogIsOpen) {
@@ -122,14 +122,17 @@ class PasswordChangeTest : public PasswordTest {
     return warning(L"Password not changed!", L"The new password and confirmation must be the same");
   }
   static Box changed() {
-    return {L"Password", L"Password successfully changed", LoadIconW(nullptr, IDI_INFORMATION)};
+    return {.caption = L"Password",
+            .text = L"Password successfully changed",
+            .icon = LoadIconW(nullptr, IDI_INFORMATION),
+            .isTopmost = true};
   }
 };
 
 TEST_F(PasswordChangeTest, TheFirstPasswordIsSetWithAnEmptyOldOneAndStoredInUpperCase) {
   thenChange(L"", L"Secret \u00E4\u044F", L"sECRET \u00C4\u042F");
   change();
-  EXPECT_THAT(boxes(), ElementsAre(changed()));
+  EXPECT_THAT(takeBoxes(), ElementsAre(changed()));
   EXPECT_EQ(stored(), textValue(L"SECRET \u00C4\u042F"));
 }
 
@@ -137,7 +140,7 @@ TEST_F(PasswordChangeTest, TheFirstPasswordIsNotSetWithAnOldOne) {
   thenChange(L"something", L"a", L"a");
   thenCancel();
   change();
-  EXPECT_THAT(boxes(), ElementsAre(oldIncorrect()));
+  EXPECT_THAT(takeBoxes(), ElementsAre(oldIncorrect()));
   EXPECT_EQ(stored().type, static_cast<DWORD>(REG_NONE));
 }
 
@@ -147,7 +150,7 @@ TEST_F(PasswordChangeTest, AWrongOldPasswordIsReportedBeforeAMismatchOfNewAndCon
   thenChange(L"old", L"one", L"two");
   thenChange(L"old", L"one", L"ONE");
   change();
-  EXPECT_THAT(boxes(), ElementsAre(oldIncorrect(), notTheSame(), changed()));
+  EXPECT_THAT(takeBoxes(), ElementsAre(oldIncorrect(), notTheSame(), changed()));
   EXPECT_EQ(stored(), textValue(L"ONE"));
 }
 
@@ -155,7 +158,7 @@ TEST_F(PasswordChangeTest, EachDialogBeginsEmpty) {
   store(L"OLD");
   thenChange(L"wrong", L"one", L"one");
   then([](HWND dialog) {
-    for (const int id : {kOld, kNew, kConfirm}) EXPECT_EQ(textOf(GetDlgItem(dialog, id)), L"") << id;
+    for (const int id : {kOld, kNew, kConfirm}) EXPECT_EQ(textOf(dialog, id), L"") << id;
     DialogScript::close(dialog, IDCANCEL);
   });
   change();
@@ -171,7 +174,7 @@ TEST_F(PasswordChangeTest, CancelChangesNothingAndSaysNothing) {
     DialogScript::close(dialog, IDCANCEL);
   });
   change();
-  EXPECT_THAT(boxes(), IsEmpty());
+  EXPECT_THAT(takeBoxes(), IsEmpty());
   EXPECT_EQ(stored(), textValue(L"OLD"));
 }
 
@@ -179,7 +182,7 @@ TEST_F(PasswordChangeTest, AnEmptyNewPasswordIsStoredAsAnEmptyText) {
   store(L"OLD");
   thenChange(L"old", L"", L"");
   change();
-  EXPECT_THAT(boxes(), ElementsAre(changed()));
+  EXPECT_THAT(takeBoxes(), ElementsAre(changed()));
   EXPECT_EQ(stored(), textValue(L""));
 }
 
@@ -187,14 +190,14 @@ TEST_F(PasswordChangeTest, APasswordThatCantBeWrittenIsReported) {
   forbidWriting();
   thenChange(L"", L"new", L"new");
   change();
-  EXPECT_THAT(boxes(), ElementsAre(warning(L"Password", L"Password could not be changed")));
+  EXPECT_THAT(takeBoxes(), ElementsAre(warning(L"Password", L"Password could not be changed")));
 }
 
 TEST_F(PasswordChangeTest, AnEmptyPasswordThatCantBeWrittenIsReportedToo) {
   forbidWriting();
   thenChange(L"", L"", L"");
   change();
-  EXPECT_THAT(boxes(), ElementsAre(warning(L"Password", L"Password could not be changed")));
+  EXPECT_THAT(takeBoxes(), ElementsAre(warning(L"Password", L"Password could not be changed")));
 }
 
 TEST_F(PasswordChangeTest, ThePasswordThatWasSetUnlocksAndChangesAgain) {
@@ -206,7 +209,7 @@ TEST_F(PasswordChangeTest, ThePasswordThatWasSetUnlocksAndChangesAgain) {
   EXPECT_TRUE(appUnlocked);
   thenChange(odd, L"plain", L"plain");
   change();
-  EXPECT_THAT(boxes(), ElementsAre(changed(), changed()));
+  EXPECT_THAT(takeBoxes(), ElementsAre(changed(), changed()));
   EXPECT_EQ(stored(), textValue(L"PLAIN"));
 }
 
@@ -224,7 +227,7 @@ TEST_F(PasswordChangeTest, APasswordOf60CharactersIsCutToItsFirst49InEveryDialog
   thenChange(otherEnd, L"", L"");
   change();
   EXPECT_EQ(stored(), textValue(L""));
-  EXPECT_THAT(boxes(), ElementsAre(changed(), changed()));
+  EXPECT_THAT(takeBoxes(), ElementsAre(changed(), changed()));
 }
 
 TEST_F(PasswordChangeTest, FortyThousandCharactersAreCutToo) {

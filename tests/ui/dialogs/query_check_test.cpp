@@ -12,16 +12,16 @@ TEST_F(QueryDialogTest, CheckSaysWhatItFoundAndStoresNothing) {
     SetDlgItemTextW(window, kName, L"q");
     SetDlgItemTextW(window, kSql, L"DELETE FROM [Books]");
     click(window, kCheck);
-    EXPECT_EQ(takeBoxes(), says(window, L"Queries must begin with a SELECT keyword!"));
+    EXPECT_THAT(takeBoxes(), ElementsAre(message(window, L"Queries must begin with a SELECT keyword!")));
     EXPECT_THAT(asked, IsEmpty());
     SetDlgItemTextW(window, kSql, L"select 1");
     click(window, kCheck);
-    EXPECT_EQ(takeBoxes(), says(window, L"Query is OK"));
+    EXPECT_THAT(takeBoxes(), ElementsAre(message(window, L"Query is OK")));
     returnsRecords = false;
     click(window, kCheck);
-    EXPECT_EQ(takeBoxes(), says(window, L"Query does not return records"));
+    EXPECT_THAT(takeBoxes(), ElementsAre(message(window, L"Query does not return records")));
     EXPECT_THAT(asked, ElementsAre(L"select 1", L"select 1"));
-    cancel(window);
+    press(window, IDCANCEL);
   });
   EXPECT_STREQ(dialog.name.text(), L"");
   EXPECT_STREQ(dialog.sql.text(), L"SELECT * FROM");
@@ -41,14 +41,14 @@ TEST_P(BeginningTest, OnlyTheSixLettersCount) {
   dialog.name = L"q";
   show([&](HWND window) {
     SetDlgItemTextW(window, kSql, GetParam().sql);
-    confirm(window);
+    press(window, IDOK);
     if (GetParam().passes) {
       EXPECT_THAT(asked, ElementsAre(GetParam().sql));
       EXPECT_THAT(takeBoxes(), IsEmpty());
     } else {
       EXPECT_THAT(asked, IsEmpty());
-      EXPECT_EQ(takeBoxes(), says(window, L"Queries must begin with a SELECT keyword!"));
-      cancel(window);
+      EXPECT_THAT(takeBoxes(), ElementsAre(message(window, L"Queries must begin with a SELECT keyword!")));
+      press(window, IDCANCEL);
     }
   });
 }
@@ -68,19 +68,19 @@ TEST_F(QueryDialogTest, OkAsksForANameFirst) {
   show([&](HWND window) {
     SetDlgItemTextW(window, kSql, L"nonsense");
     SetFocus(GetDlgItem(window, kSql));
-    confirm(window);
-    EXPECT_EQ(takeBoxes(), says(window, L"Please enter a query name!"));
+    press(window, IDOK);
+    EXPECT_THAT(takeBoxes(), ElementsAre(message(window, L"Please enter a query name!")));
     EXPECT_EQ(GetFocus(), GetDlgItem(window, kName));
-    EXPECT_EQ(textIn(window, kSql), L"nonsense");
+    EXPECT_EQ(textOf(window, kSql), L"nonsense");
     EXPECT_THAT(asked, IsEmpty());
-    cancel(window);
+    press(window, IDCANCEL);
   });
 }
 
 TEST_F(QueryDialogTest, ANameOfBlanksIsAccepted) {
   EXPECT_EQ(show([&](HWND window) {
               SetDlgItemTextW(window, kName, L"   ");
-              confirm(window);
+              press(window, IDOK);
             }),
             IDOK);
   EXPECT_STREQ(dialog.name.text(), L"   ");
@@ -90,7 +90,7 @@ TEST_F(QueryDialogTest, OkHandsOverTheNameAndTheSql) {
   EXPECT_EQ(show([&](HWND window) {
               SetDlgItemTextW(window, kName, kHostile.c_str());
               SetDlgItemTextW(window, kSql, L"select '%s'\r\nfrom [a]");
-              confirm(window);
+              press(window, IDOK);
             }),
             IDOK);
   EXPECT_EQ(dialog.name.text(), kHostile);
@@ -105,17 +105,15 @@ TEST_F(QueryDialogTest, WhatIsRefusedStaysInTheDialog) {
     SetDlgItemTextW(window, kName, L"mine");
     for (const wchar_t* const sql : {L"DROP TABLE x", L"SELECT * FROM nowhere"}) {
       SetDlgItemTextW(window, kSql, sql);
-      confirm(window);
-      EXPECT_EQ(textIn(window, kName), L"mine");
-      EXPECT_EQ(textIn(window, kSql), sql);
+      press(window, IDOK);
+      EXPECT_EQ(textOf(window, kName), L"mine");
+      EXPECT_EQ(textOf(window, kSql), sql);
       EXPECT_STREQ(dialog.name.text(), L"mine");
       EXPECT_STREQ(dialog.sql.text(), L"SELECT * FROM");
     }
-    const auto seen = takeBoxes();
-    ASSERT_EQ(seen.size(), 2u);
-    EXPECT_EQ(seen[0], says(window, L"Queries must begin with a SELECT keyword!")[0]);
-    EXPECT_EQ(seen[1], says(window, L"Query does not return records")[0]);
-    cancel(window);
+    EXPECT_THAT(takeBoxes(), ElementsAre(message(window, L"Queries must begin with a SELECT keyword!"),
+                                         message(window, L"Query does not return records")));
+    press(window, IDCANCEL);
   });
 }
 
@@ -126,14 +124,10 @@ TEST_F(QueryDialogTest, TheStoresReasonComesFirst) {
     SetDlgItemTextW(window, kName, L"mine");
     SetDlgItemTextW(window, kSql, L"SELECT * FROM nowhere");
     click(window, kCheck);
-    confirm(window);
-    const auto seen = takeBoxes();
-    ASSERT_EQ(seen.size(), 4u);
-    for (const std::size_t first : {0u, 2u}) {
-      EXPECT_EQ(seen[first], says(window, reason)[0]);
-      EXPECT_EQ(seen[first + 1], says(window, L"Query does not return records")[0]);
-    }
-    cancel(window);
+    press(window, IDOK);
+    const Box none = message(window, L"Query does not return records");
+    EXPECT_THAT(takeBoxes(), ElementsAre(message(window, reason), none, message(window, reason), none));
+    press(window, IDCANCEL);
   });
 }
 

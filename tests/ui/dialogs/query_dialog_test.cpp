@@ -11,11 +11,11 @@ namespace {
 TEST_F(QueryDialogTest, ANewQueryHasNoNameAndBeginsWithSelect) {
   EXPECT_EQ(show([&](HWND window) {
               EXPECT_EQ(textOf(window), L"Query");
-              EXPECT_EQ(textIn(window, kName), L"");
-              EXPECT_EQ(textIn(window, kSql), L"SELECT * FROM");
-              EXPECT_EQ(GetParent(window), top());
+              EXPECT_EQ(textOf(window, kName), L"");
+              EXPECT_EQ(textOf(window, kSql), L"SELECT * FROM");
+              EXPECT_EQ(GetParent(window), frame());
               EXPECT_EQ(currentDialog, window);
-              cancel(window);
+              press(window, IDCANCEL);
             }),
             IDCANCEL);
   EXPECT_EQ(currentDialog, nullptr);
@@ -25,20 +25,20 @@ TEST_F(QueryDialogTest, AQueryIsShownAsItIs) {
   dialog.name = kHostile.c_str();
   dialog.sql = L"select *\r\nfrom [Books]\r\n";
   show([&](HWND window) {
-    EXPECT_EQ(textIn(window, kName), kHostile);
-    EXPECT_EQ(textIn(window, kSql), L"select *\r\nfrom [Books]\r\n");
-    cancel(window);
+    EXPECT_EQ(textOf(window, kName), kHostile);
+    EXPECT_EQ(textOf(window, kSql), L"select *\r\nfrom [Books]\r\n");
+    press(window, IDCANCEL);
   });
 }
 
 TEST_F(QueryDialogTest, TheListsAreSortedAndBeginWithTheirFirst) {
   show([&](HWND window) {
     EXPECT_THAT(entries(window, kTables), ElementsAre(L"authors", L"Books", L"Loans"));
-    EXPECT_EQ(selected(window, kTables), L"authors");
+    EXPECT_EQ(selectedEntry(window, kTables), L"authors");
     EXPECT_THAT(listed, ElementsAre(L"Select * from [authors]"));
     EXPECT_THAT(entries(window, kFields), ElementsAre(L"born", L"Died", L"name"));
-    EXPECT_EQ(selected(window, kFields), L"born");
-    cancel(window);
+    EXPECT_EQ(selectedEntry(window, kFields), L"born");
+    press(window, IDCANCEL);
   });
 }
 
@@ -47,10 +47,10 @@ TEST_F(QueryDialogTest, AnotherTableBringsItsFields) {
     chooseTable(window, L"Books");
     EXPECT_EQ(listed.back(), L"Select * from [Books]");
     EXPECT_THAT(entries(window, kFields), ElementsAre(L"title"));
-    EXPECT_EQ(selected(window, kFields), L"title");
+    EXPECT_EQ(selectedEntry(window, kFields), L"title");
     chooseTable(window, L"Loans");
     EXPECT_THAT(entries(window, kFields), IsEmpty()) << "its fields can't be listed";
-    cancel(window);
+    press(window, IDCANCEL);
   });
 }
 
@@ -62,19 +62,19 @@ TEST_F(QueryDialogTest, WithoutTablesNothingIsListedOrInserted) {
     for (const int button : {kInsertTable, kInsertField}) {
       SetFocus(GetDlgItem(window, kName));
       click(window, button);
-      EXPECT_EQ(textIn(window, kSql), L"SELECT * FROM");
+      EXPECT_EQ(textOf(window, kSql), L"SELECT * FROM");
       EXPECT_EQ(GetFocus(), GetDlgItem(window, kSql));
     }
-    cancel(window);
+    press(window, IDCANCEL);
   });
 }
 
 TEST_F(QueryDialogTest, NamesAreInsertedBehindTheTextAtFirst) {
   show([&](HWND window) {
     click(window, kInsertTable);
-    EXPECT_EQ(textIn(window, kSql), L"SELECT * FROM[authors]");
+    EXPECT_EQ(textOf(window, kSql), L"SELECT * FROM[authors]");
     EXPECT_EQ(GetFocus(), GetDlgItem(window, kSql));
-    cancel(window);
+    press(window, IDCANCEL);
   });
 }
 
@@ -83,15 +83,15 @@ TEST_F(QueryDialogTest, NamesReplaceTheSelectionTablesInBracketsAndFieldsBare) {
     SetDlgItemTextW(window, kSql, L"SELECT * FROM x");
     SendDlgItemMessageW(window, kSql, EM_SETSEL, 14, 15);
     click(window, kInsertTable);
-    EXPECT_EQ(textIn(window, kSql), L"SELECT * FROM [authors]");
+    EXPECT_EQ(textOf(window, kSql), L"SELECT * FROM [authors]");
     SendDlgItemMessageW(window, kSql, EM_SETSEL, 7, 8);
     SetFocus(GetDlgItem(window, kName));
     click(window, kInsertField);
-    EXPECT_EQ(textIn(window, kSql), L"SELECT born FROM [authors]");
+    EXPECT_EQ(textOf(window, kSql), L"SELECT born FROM [authors]");
     EXPECT_EQ(GetFocus(), GetDlgItem(window, kSql));
     SendDlgItemMessageW(window, kSql, EM_UNDO, 0, 0);
-    EXPECT_EQ(textIn(window, kSql), L"SELECT * FROM [authors]");
-    cancel(window);
+    EXPECT_EQ(textOf(window, kSql), L"SELECT * FROM [authors]");
+    press(window, IDCANCEL);
   });
 }
 
@@ -101,7 +101,7 @@ TEST_F(QueryDialogTest, TheTabKeyLeavesTheSelectionOfTheSqlAlone) {
     SendMessageW(window, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(GetDlgItem(window, kSql)), TRUE);
     EXPECT_EQ(GetFocus(), GetDlgItem(window, kSql));
     EXPECT_EQ(SendDlgItemMessageW(window, kSql, EM_GETSEL, 0, 0), MAKELRESULT(3, 3));
-    cancel(window);
+    press(window, IDCANCEL);
   });
 }
 
@@ -111,21 +111,21 @@ TEST_F(QueryDialogTest, HelpShowsTheTopicOnQueriesAndStays) {
     EXPECT_THAT(helpTopics, ElementsAre(L"\\Windows\\file:Quivane.htm#Queries"));
     EXPECT_TRUE(IsWindow(window));
     EXPECT_EQ(currentDialog, window);
-    cancel(window);
+    press(window, IDCANCEL);
   });
 }
 
 TEST_F(QueryDialogTest, EnterConfirmsOutsideTheSql) {
   dialog.name = L"q";
-  EXPECT_EQ(show([&](HWND window) { press(window, WM_KEYDOWN, VK_RETURN); }), IDOK);
+  EXPECT_EQ(show([&](HWND window) { sendKey(window, WM_KEYDOWN, VK_RETURN); }), IDOK);
 }
 
 TEST_F(QueryDialogTest, EnterInTheSqlBreaksTheLine) {
   show([&](HWND window) {
     SetFocus(GetDlgItem(window, kSql));
-    press(window, WM_CHAR, VK_RETURN);
-    EXPECT_EQ(textIn(window, kSql), L"SELECT * FROM\r\n");
-    cancel(window);
+    sendKey(window, WM_CHAR, VK_RETURN);
+    EXPECT_EQ(textOf(window, kSql), L"SELECT * FROM\r\n");
+    press(window, IDCANCEL);
   });
 }
 
@@ -133,7 +133,7 @@ TEST_F(QueryDialogTest, EscapeCancelsEverywhere) {
   for (const int id : {kName, kTables, kCheck, kSql}) {
     EXPECT_EQ(show([&](HWND window) {
                 SetFocus(GetDlgItem(window, id));
-                press(window, WM_KEYDOWN, VK_ESCAPE);
+                sendKey(window, WM_KEYDOWN, VK_ESCAPE);
               }),
               IDCANCEL)
         << id;
@@ -142,17 +142,17 @@ TEST_F(QueryDialogTest, EscapeCancelsEverywhere) {
 
 TEST_F(QueryDialogTest, AccessKeysReachTheirControls) {
   show([&](HWND window) {
-    pressAccessKey(window, L't');
+    sendAccessKey(window, L't');
     EXPECT_EQ(GetFocus(), GetDlgItem(window, kTables));
-    pressAccessKey(window, L'f');
+    sendAccessKey(window, L'f');
     EXPECT_EQ(GetFocus(), GetDlgItem(window, kFields));
-    pressAccessKey(window, L'n');
+    sendAccessKey(window, L'n');
     EXPECT_EQ(GetFocus(), GetDlgItem(window, kName));
-    pressAccessKey(window, L'h');
+    sendAccessKey(window, L'h');
     EXPECT_EQ(helpTopics.size(), 1u);
-    pressAccessKey(window, L'c');
-    EXPECT_EQ(takeBoxes(), says(window, L"Query is OK"));
-    cancel(window);
+    sendAccessKey(window, L'c');
+    EXPECT_THAT(takeBoxes(), ElementsAre(message(window, L"Query is OK")));
+    press(window, IDCANCEL);
   });
 }
 
@@ -165,7 +165,7 @@ TEST_F(QueryDialogTest, LongTextsGoThroughWhole) {
               for (const int id : {kName, kSql}) SendDlgItemMessageW(window, id, EM_SETSEL, 0, -1);
               SendDlgItemMessageW(window, kName, EM_REPLACESEL, 0, reinterpret_cast<LPARAM>(name.c_str()));
               SendDlgItemMessageW(window, kSql, EM_REPLACESEL, 0, reinterpret_cast<LPARAM>(sql.c_str()));
-              confirm(window);
+              press(window, IDOK);
             }),
             IDOK);
   EXPECT_EQ(dialog.name.text(), name);
@@ -179,20 +179,23 @@ TEST_F(QueryDialogTest, HostileNamesAreListedAndInsertedAsTheyAre) {
   tables.append(table.c_str());
   fields[L"Select * from " + selectedName(table.c_str())] = {field};
   show([&](HWND window) {
-    EXPECT_EQ(selected(window, kTables), table);
-    EXPECT_EQ(selected(window, kFields), field);
+    EXPECT_EQ(selectedEntry(window, kTables), table);
+    EXPECT_EQ(selectedEntry(window, kFields), field);
     SetDlgItemTextW(window, kSql, L"");
     click(window, kInsertTable);
-    EXPECT_EQ(textIn(window, kSql), L"[" + table + L"]");
+    EXPECT_EQ(textOf(window, kSql), L"[" + table + L"]");
     SetDlgItemTextW(window, kSql, L"");
     click(window, kInsertField);
-    EXPECT_EQ(textIn(window, kSql), field);
-    cancel(window);
+    EXPECT_EQ(textOf(window, kSql), field);
+    press(window, IDCANCEL);
   });
 }
 
-std::vector<MessageBoxSpy::Box> notEnoughMemory(HWND window) {
-  return {{window, L"There is not enough memory.", L"Quivane", MB_ICONEXCLAMATION}};
+MessageBoxes::Box notEnoughMemory(HWND window) {
+  return {.caption = L"Quivane",
+          .text = L"There is not enough memory.",
+          .icon = LoadIconW(nullptr, IDI_WARNING),
+          .owner = window};
 }
 
 TEST_F(QueryDialogTest, RunningOutOfMemoryKeepsWhatWasTyped) {
@@ -200,12 +203,12 @@ TEST_F(QueryDialogTest, RunningOutOfMemoryKeepsWhatWasTyped) {
     SetDlgItemTextW(window, kName, L"q");
     outOfMemory = true;
     for (const int id : {IDOK, kCheck}) {
-      SendMessageW(window, WM_COMMAND, static_cast<WPARAM>(id), 0);
-      EXPECT_EQ(textIn(window, kSql), L"SELECT * FROM");
-      EXPECT_EQ(takeBoxes(), notEnoughMemory(window));
+      press(window, id);
+      EXPECT_EQ(textOf(window, kSql), L"SELECT * FROM");
+      EXPECT_THAT(takeBoxes(), ElementsAre(notEnoughMemory(window)));
     }
     EXPECT_STREQ(dialog.sql.text(), L"SELECT * FROM");
-    cancel(window);
+    press(window, IDCANCEL);
   });
 }
 
@@ -213,12 +216,12 @@ TEST_F(QueryDialogTest, WithoutTheMemoryToOpenItSaysSo) {
   outOfMemory = true;
   HWND opened = nullptr;
   EXPECT_EQ(show([&](HWND window) { opened = window; }), IDCANCEL);
-  EXPECT_EQ(takeBoxes(), notEnoughMemory(opened));
+  EXPECT_THAT(takeBoxes(), ElementsAre(notEnoughMemory(opened)));
   EXPECT_EQ(currentDialog, nullptr);
 }
 
 TEST_F(QueryDialogTest, AHundredOpeningsLeaveNothingBehind) {
-  leavesNothingBehind([&] { return dialog.run(top()); }, [&](HWND window) { cancel(window); });
+  leavesNothingBehind([&] { show([&](HWND window) { press(window, IDCANCEL); }); });
 }
 
 }  // namespace
@@ -229,9 +232,9 @@ TEST_F(QueryDialogTest, AStatementThatCantBeShownAsItIsStaysWhatItIs) {
   dialog.sql = L"Select '\x0636\x02A9\x05B0'";
   EXPECT_EQ(show([&](HWND window) {
               EXPECT_NE(styleOf(GetDlgItem(window, kSql)) & ES_READONLY, 0u);
-              EXPECT_EQ(textOf(GetDlgItem(window, kSql)), L"Select '\x0636\x02A9\xFFFD'");
+              EXPECT_EQ(textOf(window, kSql), L"Select '\x0636\x02A9\xFFFD'");
               SetDlgItemTextW(window, kName, L"renamed");
-              SendMessageW(window, WM_COMMAND, IDOK, 0);
+              press(window, IDOK);
             }),
             IDOK);
   EXPECT_STREQ(dialog.name.text(), L"renamed");
@@ -245,8 +248,8 @@ TEST_F(QueryDialogTest, ALongLineIsBrokenAndComesBackWhole) {
   dialog.sql = sql.c_str();
   EXPECT_EQ(show([&](HWND window) {
               EXPECT_EQ(styleOf(GetDlgItem(window, kSql)) & ES_READONLY, 0u);
-              EXPECT_NE(textOf(GetDlgItem(window, kSql)).find(L"\r\r\n"), std::wstring::npos);
-              SendMessageW(window, WM_COMMAND, IDOK, 0);
+              EXPECT_NE(textOf(window, kSql).find(L"\r\r\n"), std::wstring::npos);
+              press(window, IDOK);
             }),
             IDOK);
   EXPECT_EQ(dialog.sql.text(), sql);

@@ -7,7 +7,7 @@
 
 #include "dialogs/query/query_dialog.h"
 #include "gmock/gmock.h"
-#include "tests/ui/support/typed_dialog_fixture.h"
+#include "tests/ui/support/dialog_fixture.h"
 #include "tests/ui/support/window_reading.h"
 
 /// The dialog of a query over tables of the test, whose fields and whose answers the test sets.
@@ -26,7 +26,7 @@ inline constexpr int kLabel = -1;
 
 inline const std::wstring kHostile = L"100% 'a' \"b\" [c] %s\t\x5E9\x5DC\x5D5\x5DD \xD83D\xDE00";
 
-class QueryDialogTest : public TypedDialogTest {
+class QueryDialogTest : public DialogTest {
  protected:
   QueryDialogTest() {
     for (const wchar_t* const name : {L"Loans", L"authors", L"Books"}) tables.append(name);
@@ -35,11 +35,7 @@ class QueryDialogTest : public TypedDialogTest {
   }
 
   INT_PTR show(const Step& step) {
-    return inDialog([&] { return dialog.run(top()); }, step);
-  }
-
-  std::vector<MessageBoxSpy::Box> says(HWND owner, const wchar_t* text) {
-    return {{owner, text, L"Quivane", MB_SETFOREGROUND}};
+    return inDialog([&] { return dialog.run(frame()); }, step);
   }
 
   void chooseTable(HWND window, const wchar_t* name) {
@@ -49,10 +45,7 @@ class QueryDialogTest : public TypedDialogTest {
                  reinterpret_cast<LPARAM>(GetDlgItem(window, kTables)));
   }
 
-  static RECT sqlPlace(HWND window) { return placeInParent(GetDlgItem(window, kSql)); }
-
-  static void cancel(HWND window) { SendMessageW(window, WM_COMMAND, IDCANCEL, 0); }
-  static void confirm(HWND window) { SendMessageW(window, WM_COMMAND, IDOK, 0); }
+  static ControlPlace sqlPlace(HWND window) { return placeOf(GetDlgItem(window, kSql)); }
 
   // NOLINTBEGIN(misc-non-private-member-variables-in-classes): the tests set and read them
   bool returnsRecords = true;

@@ -31,64 +31,57 @@ TEST_F(QueryDialogTest, ItsControlsAreThoseOfTheHandheld) {
     EXPECT_FALSE(isShown(GetDlgItem(window, kFilter)));
     EXPECT_EQ(LOWORD(SendMessageW(window, DM_GETDEFID, 0, 0)), IDOK);
     EXPECT_EQ(GetFocus(), GetDlgItem(window, kName));
-    cancel(window);
+    press(window, IDCANCEL);
   });
 }
 
 TEST_F(QueryDialogTest, ItCoversTheWindowBelowAndItsControlsStandApart) {
   show([&](HWND window) {
-    EXPECT_EQ(clientRect(window), (RECT{0, 0, 240, 294}));
-    POINT inside{};
-    POINT below{};
-    ClientToScreen(window, &inside);
-    ClientToScreen(top(), &below);
-    EXPECT_EQ(inside.x, below.x);
-    EXPECT_EQ(inside.y, below.y);
+    EXPECT_EQ(clientSize(window).cx, 240);
+    EXPECT_EQ(clientSize(window).cy, 294);
+    expectFullScreen(window);
     expectControlsApart(window);
-    expectColors(window, kLabel, kSql);
-    cancel(window);
+    expectColors(window);
+    press(window, IDCANCEL);
   });
 }
 
 TEST_F(QueryDialogTest, ThePanelShrinksTheSqlTo60AndGivesItBack140) {
-  setPanelPolicy(kPanelAlways);
   show([&](HWND window) {
-    EXPECT_EQ(sqlPlace(window), (RECT{2, 120, 236, 260}));
+    EXPECT_EQ(sqlPlace(window), (ControlPlace{2, 120, 234, 140}));
     SHSipPreference(window, SIP_UP);
-    EXPECT_EQ(sqlPlace(window), (RECT{2, 120, 236, 180}));
+    EXPECT_EQ(sqlPlace(window), (ControlPlace{2, 120, 234, 60}));
     expectControlsApart(window);
     SHSipPreference(window, SIP_DOWN);
-    EXPECT_EQ(sqlPlace(window), (RECT{2, 120, 236, 260}));
-    cancel(window);
+    EXPECT_EQ(sqlPlace(window), (ControlPlace{2, 120, 234, 140}));
+    press(window, IDCANCEL);
   });
 }
 
 TEST_F(QueryDialogTest, AtZoom200EveryLengthIsTwiceAsLong) {
-  setPanelPolicy(kPanelAlways);
   HandheldSetZoom(200);
   show([&](HWND window) {
-    EXPECT_EQ(clientRect(window), (RECT{0, 0, 480, 588}));
-    EXPECT_EQ(sqlPlace(window), (RECT{4, 240, 472, 520}));
+    EXPECT_EQ(clientSize(window).cx, 480);
+    EXPECT_EQ(clientSize(window).cy, 588);
+    EXPECT_EQ(sqlPlace(window), (ControlPlace{4, 240, 468, 280}));
     SHSipPreference(window, SIP_UP);
-    EXPECT_EQ(sqlPlace(window), (RECT{4, 240, 472, 360}));
+    EXPECT_EQ(sqlPlace(window), (ControlPlace{4, 240, 468, 120}));
     for (const int id : {kTables, kFields}) {
-      const RECT place = placeInParent(GetDlgItem(window, id));
-      EXPECT_GT(place.bottom - place.top, 2 * kNormalComboHeight * 4 / 5) << id;
+      EXPECT_GT(placeOf(GetDlgItem(window, id)).height, 2 * kNormalComboHeight * 4 / 5) << id;
     }
     expectControlsApart(window);
-    cancel(window);
+    press(window, IDCANCEL);
   });
 }
 
 TEST_F(QueryDialogTest, ThePanelThatWasUpIsPutDownAndComesBack) {
-  setPanelPolicy(kPanelAlways);
   for (const int command : {IDOK, IDCANCEL}) {
-    SHSipPreference(top(), SIP_UP);
+    SHSipPreference(frame(), SIP_UP);
     ASSERT_TRUE(isPanelUp());
     dialog.name = L"q";
     EXPECT_EQ(show([&](HWND window) {
                 EXPECT_FALSE(isPanelUp());
-                SendMessageW(window, WM_COMMAND, static_cast<WPARAM>(command), 0);
+                press(window, command);
               }),
               command);
     EXPECT_TRUE(isPanelUp());
@@ -96,8 +89,7 @@ TEST_F(QueryDialogTest, ThePanelThatWasUpIsPutDownAndComesBack) {
 }
 
 TEST_F(QueryDialogTest, ThePanelThatWasDownStaysDown) {
-  setPanelPolicy(kPanelAlways);
-  show([&](HWND window) { cancel(window); });
+  show([&](HWND window) { press(window, IDCANCEL); });
   EXPECT_FALSE(isPanelUp());
 }
 

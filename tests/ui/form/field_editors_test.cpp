@@ -5,6 +5,7 @@
 #include "gmock/gmock.h"
 #include "tests/ui/form/form_fixture.h"
 #include "tests/ui/support/dialog_script.h"
+#include "tests/ui/support/message_boxes.h"
 #include "tests/ui/support/window_reading.h"
 #include "views/form/check_field_editor.h"
 #include "views/form/date_field_editor.h"
@@ -31,7 +32,10 @@ std::wstring todayText() {
 }
 
 MessageBoxes::Box onlyNumbers(const std::wstring& field) {
-  return {L"Quivane", L"Only numbers are allowed\nField '" + field + L"'"};
+  return {.caption = L"Quivane",
+          .text = L"Only numbers are allowed\nField '" + field + L"'",
+          .icon = LoadIconW(nullptr, IDI_INFORMATION),
+          .isTopmost = true};
 }
 
 bool isTopmost(HWND window) {
@@ -48,9 +52,9 @@ LRESULT CALLBACK noteTopmost(HWND window, UINT message, WPARAM wParam, LPARAM lP
 
 TEST_F(FieldEditorsTest, Typing12aIntoANumberShowsTheMessageOnceAndLeaves12) {
   showTable(L"CREATE TABLE 'T' (n Integer)", {L"INSERT INTO T VALUES (NULL)"});
-  const MessageBoxes boxes;
+  MessageBoxes boxes;
   type(textEditor(), L"12a");
-  EXPECT_THAT(boxes.seen(), ElementsAre(onlyNumbers(L"n")));
+  EXPECT_THAT(boxes.take(), ElementsAre(onlyNumbers(L"n")));
   EXPECT_EQ(textOf(textEditor()), L"12");
 }
 
@@ -59,9 +63,9 @@ TEST_F(FieldEditorsTest, AMinusGoesIntoSignedNumbersOnly) {
             {L"INSERT INTO T VALUES (NULL, NULL, NULL, NULL)"});
   ASSERT_EQ(document().fieldType(2), FieldType::unsignedSmallInt);
   ASSERT_EQ(document().fieldType(3), FieldType::unsignedInt);
-  const MessageBoxes boxes;
+  MessageBoxes boxes;
   for (int i = 0; i < 4; ++i) type(textEditor(i), L"-");
-  EXPECT_THAT(boxes.seen(), ElementsAre(onlyNumbers(L"u"), onlyNumbers(L"v")));
+  EXPECT_THAT(boxes.take(), ElementsAre(onlyNumbers(L"u"), onlyNumbers(L"v")));
   EXPECT_EQ(textOf(textEditor(0)), L"-");
   EXPECT_EQ(textOf(textEditor(1)), L"-");
   EXPECT_EQ(textOf(textEditor(2)), L"");
@@ -81,9 +85,9 @@ TEST_F(FieldEditorsTest, ATabIsNotInsertedIntoATextAndSetsItsFlag) {
 
 TEST_F(FieldEditorsTest, ATabInANumberShowsTheMessage) {
   showFields(2, L"Integer");
-  const MessageBoxes boxes;
+  MessageBoxes boxes;
   type(textEditor(0), L"\t");
-  EXPECT_THAT(boxes.seen(), ElementsAre(onlyNumbers(L"f0")));
+  EXPECT_THAT(boxes.take(), ElementsAre(onlyNumbers(L"f0")));
   EXPECT_EQ(textOf(textEditor(0)), L"5");
 }
 
@@ -107,18 +111,18 @@ TEST_F(FieldEditorsTest, NothingElseCanBeUsedOrCoverTheMessageWhileItIsOpen) {
 
 TEST_F(FieldEditorsTest, TheCharactersOfAnEditorThatIsNotRegisteredAreNotJudged) {
   showFields(51, L"Integer");
-  const MessageBoxes boxes;
+  MessageBoxes boxes;
   SetFocus(textEditor(50));
   SetFocus(nullptr);
   type(textEditor(50), L"x");
-  EXPECT_TRUE(boxes.seen().empty());
+  EXPECT_TRUE(boxes.take().empty());
   EXPECT_EQ(textOf(textEditor(50)), L"x5");
 }
 
 TEST_F(FieldEditorsTest, TheTabKeyGoesThroughTheEditorsOfThePage) {
   showTable(L"CREATE TABLE 'T' (a Text, b Bit, c Datetime, d Integer, e Text)",
             {L"INSERT INTO T VALUES ('', 0, NULL, 1, '')"});
-  const MessageBoxes boxes;
+  MessageBoxes boxes;
   ShowWindow(form(), SW_SHOW);
   ShowWindow(host(), SW_SHOWNOACTIVATE);
   const HWND order[] = {textEditor(0), checkBox(), dateEditor(), textEditor(1), textEditor(2), textEditor(0)};
@@ -128,7 +132,7 @@ TEST_F(FieldEditorsTest, TheTabKeyGoesThroughTheEditorsOfThePage) {
     SendMessageW(order[i], WM_CHAR, L'\t', 1);
   }
   EXPECT_EQ(GetFocus(), textEditor(0));
-  EXPECT_EQ(boxes.seen().size(), 1u) << "the number's own";
+  EXPECT_EQ(boxes.take().size(), 1u) << "the number's own";
 }
 
 // ---- Line breaks

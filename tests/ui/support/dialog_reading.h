@@ -2,15 +2,38 @@
 
 #include <windows.h>
 
-#include <algorithm>
 #include <cwctype>
 #include <set>
 #include <string>
 #include <vector>
 
+#include "gtest/gtest.h"
 #include "tests/ui/support/window_reading.h"
 
 /// Reads the dialogs and message boxes of this process.
+
+inline std::wstring textOf(HWND dialog, int id) {
+  return textOf(GetDlgItem(dialog, id));
+}
+
+/// The texts in the list of a combo box.
+inline std::vector<std::wstring> entries(HWND dialog, int id) {
+  const HWND combo = GetDlgItem(dialog, id);
+  const LRESULT count = SendMessageW(combo, CB_GETCOUNT, 0, 0);
+  std::vector<std::wstring> found;
+  for (WPARAM i = 0; static_cast<LRESULT>(i) < count; ++i) {
+    std::wstring text(static_cast<std::size_t>(SendMessageW(combo, CB_GETLBTEXTLEN, i, 0)), L'\0');
+    SendMessageW(combo, CB_GETLBTEXT, i, reinterpret_cast<LPARAM>(text.data()));
+    found.push_back(text);
+  }
+  return found;
+}
+
+/// The chosen one of them; empty when none is.
+inline std::wstring selectedEntry(HWND dialog, int id) {
+  const LRESULT index = SendDlgItemMessageW(dialog, id, CB_GETCURSEL, 0, 0);
+  return index == CB_ERR ? L"" : entries(dialog, id)[static_cast<std::size_t>(index)];
+}
 
 /// A control's text as the user sees it, without the mark of its access key.
 inline std::wstring visibleText(HWND control) {
@@ -43,6 +66,28 @@ inline std::multiset<wchar_t> accessKeys(HWND dialog) {
     if (mark != std::wstring::npos) keys.insert(static_cast<wchar_t>(std::towupper(text.at(mark + 1))));
   }
   return keys;
+}
+
+/// A control as a dialog's resource gives it: identifier, class, text.
+struct ControlFacts {
+  int id = 0;
+  std::wstring className;
+  std::wstring text;
+  bool operator==(const ControlFacts&) const = default;
+};
+inline void PrintTo(const ControlFacts& facts, std::ostream* out) {
+  *out << "{" << facts.id << ", " << testing::PrintToString(facts.className) << ", "
+       << testing::PrintToString(facts.text) << "}";
+}
+
+/// In the order of the Tab key; the labels stand before what they name.
+inline std::vector<ControlFacts> controls(HWND dialog) {
+  std::vector<ControlFacts> found;
+  for (const HWND child : childrenOf(dialog)) {
+    const std::wstring name = classOf(child);
+    found.push_back({GetDlgCtrlID(child), name, name == L"ComboBox" ? L"" : textOf(child)});
+  }
+  return found;
 }
 
 /// Identifiers of the controls that the Tab key reaches, in its order: from `first` round, or from the one
@@ -78,14 +123,18 @@ inline SIZE clientSize(HWND window) {
   return {client.right, client.bottom};
 }
 
-/// Whether each visible child lies within the client area.
-inline bool everythingFits(HWND dialog) {
+/// Identifiers of the visible children that do not lie within the client area.
+inline std::vector<int> controlsOutside(HWND dialog) {
   const SIZE size = clientSize(dialog);
-  return std::ranges::all_of(childrenOf(dialog), [&](HWND child) {
+  std::vector<int> outside;
+  for (const HWND child : childrenOf(dialog)) {
     const ControlPlace place = placeOf(child);
-    return !isShown(child) || (place.x >= 0 && place.y >= 0 && place.x + place.width <= size.cx &&
-                               place.y + place.height <= size.cy);
-  });
+    if (isShown(child) &&
+        (place.x < 0 || place.y < 0 || place.x + place.width > size.cx || place.y + place.height > size.cy)) {
+      outside.push_back(GetDlgCtrlID(child));
+    }
+  }
+  return outside;
 }
 
 /// Whether a text in the interface font has room in a control, on as many lines as it has.

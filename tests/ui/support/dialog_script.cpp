@@ -2,11 +2,10 @@
 
 #include <utility>
 
-#include "tests/ui/support/window_reading.h"
-
 namespace {
 
 DialogScript* running = nullptr;
+bool (*isLeftOut)(HWND) = nullptr;
 
 }  // namespace
 
@@ -20,19 +19,22 @@ DialogScript::~DialogScript() {
   running = nullptr;
 }
 
-LRESULT CALLBACK DialogScript::hookProcedure(int code, WPARAM wParam, LPARAM lParam) {
-  const auto& done = *reinterpret_cast<const CWPRETSTRUCT*>(lParam);
-  if (code == HC_ACTION && done.message == WM_INITDIALOG && running) {
-    ++running->count_;
-    running->step_(done.hwnd);
-  }
-  return CallNextHookEx(nullptr, code, wParam, lParam);
+void DialogScript::leaveOut(bool (*isAnswered)(HWND dialog)) {
+  isLeftOut = isAnswered;
 }
 
-void MessageBoxes::answer(HWND dialog) {
-  constexpr int kMessageTextId = 0xFFFF;
-  seen_.push_back({textOf(dialog), textOf(GetDlgItem(dialog, kMessageTextId))});
-  DialogScript::close(dialog, IDOK);
+HWND DialogScript::openedDialog(int code, LPARAM lParam) {
+  const auto& done = *reinterpret_cast<const CWPRETSTRUCT*>(lParam);
+  return code == HC_ACTION && done.message == WM_INITDIALOG ? done.hwnd : nullptr;
+}
+
+LRESULT CALLBACK DialogScript::hookProcedure(int code, WPARAM wParam, LPARAM lParam) {
+  const HWND dialog = openedDialog(code, lParam);
+  if (dialog && running && !(isLeftOut && isLeftOut(dialog))) {
+    ++running->count_;
+    running->step_(dialog);
+  }
+  return CallNextHookEx(nullptr, code, wParam, lParam);
 }
 
 void dispatchPosted() {

@@ -3,11 +3,10 @@
 #include <windows.h>
 
 #include <functional>
-#include <string>
-#include <vector>
 
-/// What is done with the dialogs and message boxes that open on this thread while it lives. Each is
-/// handed to the script once its controls stand; the script posts what closes it (close below).
+/// What is done with the dialogs that open on this thread while it lives. Each is handed to the script once
+/// its controls stand; the script posts what closes it (close below). Message boxes are among them, unless a
+/// MessageBoxes answers these.
 class DialogScript {
  public:
   using Step = std::function<void(HWND dialog)>;
@@ -25,30 +24,19 @@ class DialogScript {
     PostMessageW(dialog, WM_COMMAND, static_cast<WPARAM>(command), 0);
   }
 
+  /// Dialogs of which `isAnswered` says so are from now on left to somebody else; none for null.
+  static void leaveOut(bool (*isAnswered)(HWND dialog));
+
+  /// The dialog whose controls stand now, by what a hook of WH_CALLWNDPROCRET is given; null when something
+  /// else has happened.
+  static HWND openedDialog(int code, LPARAM lParam);
+
  private:
   static LRESULT CALLBACK hookProcedure(int code, WPARAM wParam, LPARAM lParam);
 
   Step step_;
   HHOOK hook_ = nullptr;
   int count_ = 0;
-};
-
-/// Answers every message box with OK and keeps its texts.
-class MessageBoxes {
- public:
-  struct Box {
-    std::wstring caption;
-    std::wstring text;
-    bool operator==(const Box&) const = default;
-  };
-
-  const std::vector<Box>& seen() const { return seen_; }
-
- private:
-  std::vector<Box> seen_;
-  DialogScript script_{[this](HWND dialog) { answer(dialog); }};
-
-  void answer(HWND dialog);
 };
 
 /// Dispatches what is posted to this thread until nothing is left.
