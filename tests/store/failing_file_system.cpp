@@ -2,11 +2,12 @@
 
 #include <atomic>
 #include <cstdint>
-#include <gtest/gtest.h>
 #include <mutex>
 #include <sqlite3.h>
 #include <string>
 #include <string_view>
+
+#include "tests/store/wrapped_file_system.h"
 
 namespace store {
 
@@ -45,143 +46,79 @@ void logOfJournal(std::string_view operation) {
   g_journalLog += ' ';
 }
 
-sqlite3_vfs* g_system = nullptr;
-sqlite3_vfs g_failing;
-sqlite3_io_methods g_methods;
-
-/// The system's own file lies behind it.
-struct File {
-  sqlite3_file base;
-  bool isJournal;
+struct Facts {
+  bool isJournal = false;
 };
-
-bool isJournal(sqlite3_file* file) {
-  return reinterpret_cast<File*>(file)->isJournal;
-}
-
-sqlite3_file* systemFile(sqlite3_file* file) {
-  return reinterpret_cast<sqlite3_file*>(reinterpret_cast<File*>(file) + 1);
-}
-const sqlite3_io_methods* systemMethods(sqlite3_file* file) {
-  return systemFile(file)->pMethods;
-}
+using Files = WrappedFileSystem<Facts>;
 
 int closeFile(sqlite3_file* file) {
-  if (isJournal(file)) logOfJournal("close");
-  return systemMethods(file)->xClose(systemFile(file));
+  if (Files::factsOf(file).isJournal) logOfJournal("close");
+  return Files::close(file);
 }
 int readFile(sqlite3_file* file, void* data, int length, sqlite3_int64 offset) {
   if (fails(Operation::read)) return SQLITE_IOERR_READ;
-  return systemMethods(file)->xRead(systemFile(file), data, length, offset);
+  return Files::read(file, data, length, offset);
 }
 int writeFile(sqlite3_file* file, const void* data, int length, sqlite3_int64 offset) {
   if (fails(Operation::fullDisk)) return SQLITE_FULL;
   if (fails(Operation::write)) {
     // Half of it arrives, as when the power goes.
-    systemMethods(file)->xWrite(systemFile(file), data, length / 2, offset);
+    Files::write(file, data, length / 2, offset);
     return SQLITE_IOERR_WRITE;
   }
-  return systemMethods(file)->xWrite(systemFile(file), data, length, offset);
+  return Files::write(file, data, length, offset);
 }
 int truncateFile(sqlite3_file* file, sqlite3_int64 length) {
   if (fails(Operation::truncate)) return SQLITE_IOERR_TRUNCATE;
-  if (isJournal(file)) logOfJournal("truncate");
-  return systemMethods(file)->xTruncate(systemFile(file), length);
+  if (Files::factsOf(file).isJournal) logOfJournal("truncate");
+  return Files::truncate(file, length);
 }
 int syncFile(sqlite3_file* file, int) {
-  if (isJournal(file)) logOfJournal("sync");
+  if (Files::factsOf(file).isJournal) logOfJournal("sync");
   // No power goes here, and a test of hundreds of runs can't wait for the disk.
   return fails(Operation::sync) ? SQLITE_IOERR_FSYNC : SQLITE_OK;
 }
-int fileSize(sqlite3_file* file, sqlite3_int64* length) {
-  return systemMethods(file)->xFileSize(systemFile(file), length);
-}
 int lockFile(sqlite3_file* file, int level) {
   if (fails(Operation::lock)) return SQLITE_IOERR_LOCK;
-  return systemMethods(file)->xLock(systemFile(file), level);
-}
-int unlockFile(sqlite3_file* file, int level) {
-  return systemMethods(file)->xUnlock(systemFile(file), level);
-}
-int checkReservedLock(sqlite3_file* file, int* reserved) {
-  return systemMethods(file)->xCheckReservedLock(systemFile(file), reserved);
-}
-int controlFile(sqlite3_file* file, int code, void* argument) {
-  return systemMethods(file)->xFileControl(systemFile(file), code, argument);
-}
-int sectorSize(sqlite3_file* file) {
-  return systemMethods(file)->xSectorSize(systemFile(file));
-}
-int characteristics(sqlite3_file* file) {
-  return systemMethods(file)->xDeviceCharacteristics(systemFile(file));
-}
-int mapSharedMemory(sqlite3_file* file, int page, int size, int extend, void volatile** memory) {
-  return systemMethods(file)->xShmMap(systemFile(file), page, size, extend, memory);
+  return Files::lock(file, level);
 }
 int lockSharedMemory(sqlite3_file* file, int offset, int count, int flags) {
   if ((flags & SQLITE_SHM_LOCK) != 0 && fails(Operation::lock)) return SQLITE_IOERR_SHMLOCK;
-  return systemMethods(file)->xShmLock(systemFile(file), offset, count, flags);
-}
-void sharedMemoryBarrier(sqlite3_file* file) {
-  systemMethods(file)->xShmBarrier(systemFile(file));
-}
-int unmapSharedMemory(sqlite3_file* file, int remove) {
-  return systemMethods(file)->xShmUnmap(systemFile(file), remove);
+  return Files::lockSharedMemory(file, offset, count, flags);
 }
 
 int openFile(sqlite3_vfs*, const char* name, sqlite3_file* file, int flags, int* outFlags) {
-  file->pMethods = nullptr;
-  reinterpret_cast<File*>(file)->isJournal = (flags & SQLITE_OPEN_MAIN_JOURNAL) != 0;
+  Files::begin(file, {.isJournal = (flags & SQLITE_OPEN_MAIN_JOURNAL) != 0});
   if (fails(Operation::open)) return SQLITE_CANTOPEN;
-  const int result = g_system->xOpen(g_system, name, systemFile(file), flags, outFlags);
-  if (systemFile(file)->pMethods != nullptr) file->pMethods = &g_methods;
-  return result;
+  return Files::open(name, file, flags, outFlags);
 }
 
 int deleteFile(sqlite3_vfs*, const char* name, int) {
   if (fails(Operation::remove)) return SQLITE_IOERR_DELETE;
   if (std::string_view(name).ends_with("-journal")) logOfJournal("delete");
   constexpr int kWithoutFlushing = 0;
-  return g_system->xDelete(g_system, name, kWithoutFlushing);
+  return Files::system()->xDelete(Files::system(), name, kWithoutFlushing);
 }
 
 }  // namespace
 
 void FailingFileSystem::install() {
   g_journalLog.reserve(kLogLength);
-  g_system = sqlite3_vfs_find(nullptr);
-  ASSERT_NE(nullptr, g_system);
-  // Version 2 has no memory mapping, so that every reading comes through here.
-  g_methods = {};
-  g_methods.iVersion = 2;
-  g_methods.xClose = closeFile;
-  g_methods.xRead = readFile;
-  g_methods.xWrite = writeFile;
-  g_methods.xTruncate = truncateFile;
-  g_methods.xSync = syncFile;
-  g_methods.xFileSize = fileSize;
-  g_methods.xLock = lockFile;
-  g_methods.xUnlock = unlockFile;
-  g_methods.xCheckReservedLock = checkReservedLock;
-  g_methods.xFileControl = controlFile;
-  g_methods.xSectorSize = sectorSize;
-  g_methods.xDeviceCharacteristics = characteristics;
-  g_methods.xShmMap = mapSharedMemory;
-  g_methods.xShmLock = lockSharedMemory;
-  g_methods.xShmBarrier = sharedMemoryBarrier;
-  g_methods.xShmUnmap = unmapSharedMemory;
-  g_failing = *g_system;
-  g_failing.pNext = nullptr;
-  g_failing.zName = "failing";
-  g_failing.szOsFile = static_cast<int>(sizeof(File)) + g_system->szOsFile;
-  g_failing.xOpen = openFile;
-  g_failing.xDelete = deleteFile;
-  ASSERT_EQ(SQLITE_OK, sqlite3_vfs_register(&g_failing, 1));
+  Files::install("failing", [](sqlite3_vfs* layer, sqlite3_io_methods* methods) {
+    methods->xClose = closeFile;
+    methods->xRead = readFile;
+    methods->xWrite = writeFile;
+    methods->xTruncate = truncateFile;
+    methods->xSync = syncFile;
+    methods->xLock = lockFile;
+    methods->xShmLock = lockSharedMemory;
+    layer->xOpen = openFile;
+    layer->xDelete = deleteFile;
+  });
 }
 
 void FailingFileSystem::uninstall() {
-  sqlite3_vfs_unregister(&g_failing);
-  sqlite3_vfs_register(g_system, 1);
+  Files::uninstall();
 }
 
 void FailingFileSystem::fail(Operation operation, int number, bool forEver) {

@@ -4,7 +4,6 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
-#include <gtest/gtest.h>
 #include <map>
 #include <mutex>
 #include <random>
@@ -14,6 +13,7 @@
 #include <vector>
 
 #include "tests/store/store_fixture.h"
+#include "tests/store/wrapped_file_system.h"
 
 namespace store {
 
@@ -42,25 +42,10 @@ int g_cutAt = -1;
 int g_operations = 0;
 bool g_isCut = false;
 
-sqlite3_vfs* g_system = nullptr;
-sqlite3_vfs g_losing;
-sqlite3_io_methods g_methods;
-
-/// The system's own file lies behind it.
-struct File {
-  sqlite3_file base;
-  DiskFile* disk;  // null for temporary files
+struct Facts {
+  DiskFile* disk = nullptr;  // null for temporary files
 };
-
-File* fileOf(sqlite3_file* file) {
-  return reinterpret_cast<File*>(file);
-}
-sqlite3_file* systemFile(sqlite3_file* file) {
-  return reinterpret_cast<sqlite3_file*>(fileOf(file) + 1);
-}
-const sqlite3_io_methods* systemMethods(sqlite3_file* file) {
-  return systemFile(file)->pMethods;
-}
+using Files = WrappedFileSystem<Facts>;
 
 bool isCut() {
   const std::lock_guard<std::mutex> lock(g_mutex);
@@ -101,36 +86,33 @@ void applyPart(std::string* content, const Pending& operation, std::mt19937* ran
   }
 }
 
-int closeFile(sqlite3_file* file) {
-  return systemMethods(file)->xClose(systemFile(file));
-}
 int readFile(sqlite3_file* file, void* data, int length, sqlite3_int64 offset) {
   if (isCut()) return SQLITE_IOERR_READ;
-  return systemMethods(file)->xRead(systemFile(file), data, length, offset);
+  return Files::read(file, data, length, offset);
 }
 int writeFile(sqlite3_file* file, const void* data, int length, sqlite3_int64 offset) {
-  if (fileOf(file)->disk != nullptr) {
+  if (Files::factsOf(file).disk != nullptr) {
     const std::lock_guard<std::mutex> lock(g_mutex);
     // The write that the power goes at may arrive in part, too.
     if (!g_isCut) {
-      fileOf(file)->disk->pending.push_back(
+      Files::factsOf(file).disk->pending.push_back(
           {static_cast<std::size_t>(offset),
            std::string(static_cast<const char*>(data), static_cast<std::size_t>(length))});
     }
     if (!countOperation()) return SQLITE_IOERR_WRITE;
   }
-  return systemMethods(file)->xWrite(systemFile(file), data, length, offset);
+  return Files::write(file, data, length, offset);
 }
 int truncateFile(sqlite3_file* file, sqlite3_int64 length) {
-  if (fileOf(file)->disk != nullptr) {
+  if (Files::factsOf(file).disk != nullptr) {
     const std::lock_guard<std::mutex> lock(g_mutex);
-    if (!g_isCut) fileOf(file)->disk->pending.push_back({static_cast<std::size_t>(length), {}, true});
+    if (!g_isCut) Files::factsOf(file).disk->pending.push_back({static_cast<std::size_t>(length), {}, true});
     if (!countOperation()) return SQLITE_IOERR_TRUNCATE;
   }
-  return systemMethods(file)->xTruncate(systemFile(file), length);
+  return Files::truncate(file, length);
 }
 int syncFile(sqlite3_file* file, int) {
-  DiskFile* disk = fileOf(file)->disk;
+  DiskFile* disk = Files::factsOf(file).disk;
   if (disk == nullptr) return SQLITE_OK;
   const std::lock_guard<std::mutex> lock(g_mutex);
   if (!countOperation()) return SQLITE_IOERR_FSYNC;
@@ -141,37 +123,7 @@ int syncFile(sqlite3_file* file, int) {
 }
 int fileSize(sqlite3_file* file, sqlite3_int64* length) {
   if (isCut()) return SQLITE_IOERR_FSTAT;
-  return systemMethods(file)->xFileSize(systemFile(file), length);
-}
-int lockFile(sqlite3_file* file, int level) {
-  return systemMethods(file)->xLock(systemFile(file), level);
-}
-int unlockFile(sqlite3_file* file, int level) {
-  return systemMethods(file)->xUnlock(systemFile(file), level);
-}
-int checkReservedLock(sqlite3_file* file, int* reserved) {
-  return systemMethods(file)->xCheckReservedLock(systemFile(file), reserved);
-}
-int controlFile(sqlite3_file* file, int code, void* argument) {
-  return systemMethods(file)->xFileControl(systemFile(file), code, argument);
-}
-int sectorSize(sqlite3_file* file) {
-  return systemMethods(file)->xSectorSize(systemFile(file));
-}
-int characteristics(sqlite3_file* file) {
-  return systemMethods(file)->xDeviceCharacteristics(systemFile(file));
-}
-int mapSharedMemory(sqlite3_file* file, int page, int size, int extend, void volatile** memory) {
-  return systemMethods(file)->xShmMap(systemFile(file), page, size, extend, memory);
-}
-int lockSharedMemory(sqlite3_file* file, int offset, int count, int flags) {
-  return systemMethods(file)->xShmLock(systemFile(file), offset, count, flags);
-}
-void sharedMemoryBarrier(sqlite3_file* file) {
-  systemMethods(file)->xShmBarrier(systemFile(file));
-}
-int unmapSharedMemory(sqlite3_file* file, int remove) {
-  return systemMethods(file)->xShmUnmap(systemFile(file), remove);
+  return Files::size(file, length);
 }
 
 /// What the disk knows of a file that is opened.
@@ -192,16 +144,13 @@ DiskFile* diskFile(const char* name) {
 
 int openFile(sqlite3_vfs*, const char* name, sqlite3_file* file, int flags, int* outFlags) {
   constexpr int kKept = SQLITE_OPEN_MAIN_DB | SQLITE_OPEN_MAIN_JOURNAL | SQLITE_OPEN_WAL;
-  file->pMethods = nullptr;
-  fileOf(file)->disk = nullptr;
+  Files::begin(file, {});
   if (isCut()) return SQLITE_CANTOPEN;
   if (name != nullptr && (flags & kKept) != 0) {
     const std::lock_guard<std::mutex> lock(g_mutex);
-    fileOf(file)->disk = diskFile(name);
+    Files::factsOf(file).disk = diskFile(name);
   }
-  const int result = g_system->xOpen(g_system, name, systemFile(file), flags, outFlags);
-  if (systemFile(file)->pMethods != nullptr) file->pMethods = &g_methods;
-  return result;
+  return Files::open(name, file, flags, outFlags);
 }
 
 int deleteFile(sqlite3_vfs*, const char* name, int syncFolder) {
@@ -216,52 +165,31 @@ int deleteFile(sqlite3_vfs*, const char* name, int syncFolder) {
       found->second.isDeleted = true;
     }
   }
-  return g_system->xDelete(g_system, name, syncFolder);
+  return Files::system()->xDelete(Files::system(), name, syncFolder);
 }
 
 int accessFile(sqlite3_vfs*, const char* name, int flags, int* result) {
   if (isCut()) return SQLITE_IOERR_ACCESS;
-  return g_system->xAccess(g_system, name, flags, result);
+  return Files::system()->xAccess(Files::system(), name, flags, result);
 }
 
 }  // namespace
 
 void LosingFileSystem::install() {
-  g_system = sqlite3_vfs_find(nullptr);
-  ASSERT_NE(nullptr, g_system);
-  // Version 2 has no memory mapping, so that every reading comes through here.
-  g_methods = {2,
-               closeFile,
-               readFile,
-               writeFile,
-               truncateFile,
-               syncFile,
-               fileSize,
-               lockFile,
-               unlockFile,
-               checkReservedLock,
-               controlFile,
-               sectorSize,
-               characteristics,
-               mapSharedMemory,
-               lockSharedMemory,
-               sharedMemoryBarrier,
-               unmapSharedMemory,
-               nullptr,
-               nullptr};
-  g_losing = *g_system;
-  g_losing.pNext = nullptr;
-  g_losing.zName = "losing";
-  g_losing.szOsFile = static_cast<int>(sizeof(File)) + g_system->szOsFile;
-  g_losing.xOpen = openFile;
-  g_losing.xDelete = deleteFile;
-  g_losing.xAccess = accessFile;
-  ASSERT_EQ(SQLITE_OK, sqlite3_vfs_register(&g_losing, 1));
+  Files::install("losing", [](sqlite3_vfs* layer, sqlite3_io_methods* methods) {
+    methods->xRead = readFile;
+    methods->xWrite = writeFile;
+    methods->xTruncate = truncateFile;
+    methods->xSync = syncFile;
+    methods->xFileSize = fileSize;
+    layer->xOpen = openFile;
+    layer->xDelete = deleteFile;
+    layer->xAccess = accessFile;
+  });
 }
 
 void LosingFileSystem::uninstall() {
-  sqlite3_vfs_unregister(&g_losing);
-  sqlite3_vfs_register(g_system, 1);
+  Files::uninstall();
 }
 
 void LosingFileSystem::begin(int number) {
