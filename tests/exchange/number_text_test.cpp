@@ -105,7 +105,10 @@ TEST(NumberText, PeopleWriteNumbersInManyWays) {
   EXPECT_EQ(readReal("+1.50"), 1.5);
   EXPECT_EQ(readReal("inf"), std::numeric_limits<double>::infinity());
   EXPECT_EQ(readReal("9007199254740992"), 9007199254740992.0);
-  for (const char* text : {"", "1,5", "nan", "1.5x", "++1", "9007199254740993", "1e999"}) {
+  EXPECT_EQ(readReal("0.10000000000000001"), 0.1);
+  EXPECT_EQ(readReal("1.500000000000000000000"), 1.5);
+  for (const char* text : {"", "1,5", "nan", "1.5x", "++1", "9007199254740993", "1e999",
+                           "12345678901234567.25", "3.14159265358979323846"}) {
     EXPECT_EQ(readReal(text), std::nullopt) << text;
   }
 }

@@ -1,5 +1,6 @@
 #include "platform/store/exchange/number_text.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <limits>
@@ -96,6 +97,18 @@ std::optional<double> parsed(std::string_view text) {
   return value;
 }
 
+/// Of fractions and powers, programs write so many digits to have the very same double back.
+constexpr std::size_t kMostMeantDigits = 17;
+
+/// How many digits there are from the first that is not zero up to the exponent.
+std::size_t significantDigits(std::string_view text) {
+  text = text.substr(0, text.find_first_of("eE"));
+  const std::size_t first = text.find_first_of("123456789");
+  if (first == std::string_view::npos) return 0;
+  text.remove_prefix(first);
+  return static_cast<std::size_t>(std::count_if(text.begin(), text.end(), isDigit));
+}
+
 }  // namespace
 
 std::optional<std::int64_t> readPlainInteger(std::string_view text) {
@@ -144,7 +157,8 @@ std::optional<std::int64_t> readInteger(std::string_view text) {
 std::optional<double> readReal(std::string_view text) {
   const std::optional<double> value = parsed(text);
   const bool isWhole = text.find_first_of(".eEnN") == std::string_view::npos;
-  if (value && isWhole && text.size() > kSureDigits && !isSameDecimal(text, *value)) return std::nullopt;
+  const std::size_t sureDigits = isWhole ? kSureDigits : kMostMeantDigits;
+  if (value && significantDigits(text) > sureDigits && !isSameDecimal(text, *value)) return std::nullopt;
   return value;
 }
 

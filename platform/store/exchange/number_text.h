@@ -34,7 +34,8 @@ std::optional<double> readPlainReal(std::string_view text);
 std::optional<std::int64_t> readInteger(std::string_view text);
 
 /// What a person may write for a number: sign, digits, point, exponent, and the texts of infinity. Empty for
-/// all else, and for a whole number that a double can't hold exactly.
+/// all else, for a whole number that a double can't hold exactly, and for one of more than 17 digits that the
+/// double doesn't have.
 std::optional<double> readReal(std::string_view text);
 
 /// Whether `real` is `text`, a decimal number, to the last of its digits, however both are written.
