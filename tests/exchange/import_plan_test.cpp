@@ -44,6 +44,25 @@ TEST_F(ImportPlanTest, AHeaderIsMadeOfDifferentTexts) {
   EXPECT_EQ(planOf(",\n3,4\n"), "Field1>Field1 Integer, Field2>Field2 Integer");
 }
 
+TEST_F(ImportPlanTest, ARecordThatBeginsLikeANumberIsNoHeader) {
+  open();
+  EXPECT_EQ(planOf("Ann,007\nBob,8\n"), "Field1>Field1 Text, Field2>Field2 Text");
+  EXPECT_EQ(planOf("01/02/2003,x\n02/02/2003,y\n"), "Field1>Field1 Text, Field2>Field2 Text");
+  EXPECT_EQ(planOf("Ann,-x\nBob,8\n"), "Ann>Ann Text, -x>x Integer");
+}
+
+TEST_F(ImportPlanTest, IntoATableNoRecordIsTakenForNamesWithoutAReason) {
+  prepare("CREATE TABLE T (Name TEXT, Town TEXT)");
+  open();
+  EXPECT_EQ(planOf("Ann,Berlin\nBob,Rome\n"), "Field1>Name TEXT, Field2>Town TEXT");
+  EXPECT_EQ(planOf("Ann,Berlin\n"), "Field1>Name TEXT, Field2>Town TEXT");
+  EXPECT_EQ(planOf("Ann,town\nBob,Rome\n"),
+            "!The table has no column called \"Ann\" that takes values; the file has one.");
+  EXPECT_EQ(planOf("who,when\nBob,2001-03-09\n"), "who>Name TEXT, when>Town TEXT");
+  options_.map = {{"who", "Town"}};
+  EXPECT_EQ(planOf("who\nRome\n"), "who>Town TEXT");
+}
+
 TEST_F(ImportPlanTest, TheFirstRecordCountsWhereThereIsNoHeader) {
   open();
   options_.hasHeader = false;

@@ -93,23 +93,37 @@ Status lookThrough(RecordReader& reader, ByteSource& source, bool needsFirst, Im
   return {};
 }
 
-/// Whether the first record has the names of the columns: it is made of texts alone, and of different ones.
-bool isHeader(const FileContents& contents, const TableSchema* schema) {
-  if (schema != nullptr) {
-    for (const std::string& text : contents.first) {
-      if (schema->find(text) != nullptr) return true;
-    }
-  }
+/// As values often do, and names of columns seldom: "007", "1,5", "-3", "01/02/2003".
+bool beginsLikeANumber(std::string_view text) {
+  const std::size_t first = text.find_first_not_of("+-.,");
+  return first != std::string_view::npos && first <= 1 && text[first] >= '0' && text[first] <= '9';
+}
+
+/// The columns of the file that the user has named.
+Texts chosenColumns(const ImportOptions& options) {
+  Texts chosen = options.skipped;
+  for (const auto& [column, type] : options.types) chosen.push_back(column);
+  for (const auto& [column, target] : options.map) chosen.push_back(column);
+  return chosen;
+}
+
+/// Whether the first record has the names of the columns: it is made of words alone, and of different ones. A
+/// table that is there has to give a reason besides, because a record taken for names would be lost in it:
+/// one of its own names, one that the user has named, or values of another kind below a word.
+bool isHeader(const FileContents& contents, const TableSchema* schema, const Texts& chosen) {
   std::set<std::string> names;
-  bool hasName = false;
+  bool hasReason = schema == nullptr;
   for (std::size_t index = 0; index < contents.first.size(); ++index) {
-    if (contents.isFirstTyped[index]) return false;
     const std::string& text = contents.first[index];
-    if (text.empty()) continue;
-    hasName = true;
-    if (!names.insert(lowerCase(text)).second) return false;
+    if (contains(chosen, text) || (schema != nullptr && schema->find(text) != nullptr)) return true;
+    if (index < contents.guesses.size() && contents.guesses[index].isTyped()) hasReason = true;
   }
-  return hasName;
+  for (std::size_t index = 0; index < contents.first.size(); ++index) {
+    const std::string& text = contents.first[index];
+    if (contents.isFirstTyped[index] || beginsLikeANumber(text)) return false;
+    if (!text.empty() && !names.insert(lowerCase(text)).second) return false;
+  }
+  return hasReason && !names.empty();
 }
 
 class Planner {
@@ -207,7 +221,7 @@ Status Planner::readFile() {
   }
   Status status = lookThrough(*reader, source_, looksForHeader, observer_, &contents_);
   if (!status || !looksForHeader) return status;
-  plan_.csv.hasHeader = isHeader(contents_, plan_.isNewTable ? nullptr : &schema_);
+  plan_.csv.hasHeader = isHeader(contents_, plan_.isNewTable ? nullptr : &schema_, chosenColumns(options_));
   if (plan_.csv.hasHeader) {
     contents_.names = contents_.first;
     return {};
@@ -223,13 +237,10 @@ Status Planner::readFile() {
 }
 
 Status Planner::checkChoices() const {
-  Texts chosen = options_.skipped;
   for (const auto& [column, type] : options_.types) {
-    chosen.push_back(column);
     if (!isTypeName(type)) return {ErrorCode::invalidArgument, "\"" + type + "\" is no type."};
   }
-  for (const auto& [column, target] : options_.map) chosen.push_back(column);
-  for (const std::string& column : chosen) {
+  for (const std::string& column : chosenColumns(options_)) {
     if (!contains(contents_.names, column)) {
       return {ErrorCode::invalidArgument, "The file has no column called \"" + column + "\"."};
     }
