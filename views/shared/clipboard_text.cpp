@@ -7,7 +7,15 @@ namespace {
 /// The clipboard, while it is open.
 class OpenedClipboard {
  public:
-  explicit OpenedClipboard(HWND window) : isOpen_(OpenClipboard(window) != FALSE) {}
+  /// Another program that looks at it has it open for some moments.
+  explicit OpenedClipboard(HWND window) : isOpen_(OpenClipboard(window) != FALSE) {
+    constexpr int kTrials = 30;
+    constexpr DWORD kBetween = 10;
+    for (int trial = 1; !isOpen_ && trial < kTrials; ++trial) {
+      Sleep(kBetween);
+      isOpen_ = OpenClipboard(window) != FALSE;
+    }
+  }
   ~OpenedClipboard() {
     if (isOpen_) CloseClipboard();
   }
