@@ -39,6 +39,10 @@ class StoryTest : public UiTest, public testing::WithParamInterface<User::Hand> 
   void awaitDatabase() const {
     constexpr int kRebar = 1000;
     ASSERT_TRUE(remote::waitUntil([this] { return remote::control(user_->main(), kRebar) != nullptr; }));
+    // What has made it goes on to make the menu bar anew, under a click that comes too early.
+    constexpr UINT kPatience = 10'000;
+    DWORD_PTR result = 0;
+    ASSERT_NE(SendMessageTimeoutW(user_->main(), WM_NULL, 0, 0, SMTO_NORMAL, kPatience, &result), 0);
   }
   RunningProgram& program() { return *program_; }
 
