@@ -1,27 +1,14 @@
 #pragma once
 
-#include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>
 
 #include "platform/store/rows/backend.h"
 #include "platform/store/sql/dialect.h"
-#include "platform/store/sql/local_date.h"
+#include "platform/store/sqlite/open_options.h"
 
 namespace store {
-
-struct OpenOptions {
-  /// How long to wait, in milliseconds, for a lock that another program holds.
-  int lockWait = 5000;
-  DateOrder dateOrder = DateOrder::monthDayYear;
-  /// How much of the file is kept in memory at most.
-  int pageCacheKibibytes = 65536;
-  /// What one SELECT may put into temporary files. More is refused with tooLarge.
-  std::int64_t mostTemporaryBytes = std::int64_t{1} << 30;
-  /// Whom to ask from the opening on, as Backend::askWhileBusy() does.
-  BusyQuestion question = nullptr;
-};
 
 /// Opens the database in the file at `path` (UTF-8). Never creates a file. A file that can't be
 /// written opens for reading. Fails, leaving `*backend` untouched and the file unchanged, with

@@ -8,7 +8,7 @@
 #include "platform/store/sqlite/file_head.h"
 #include "platform/store/sqlite/file_system.h"
 #include "platform/store/sqlite/moment_collation.h"
-#include "platform/store/sqlite/sqlite_row_scan.h"
+#include "platform/store/sqlite/row_run.h"
 
 namespace store {
 
@@ -202,7 +202,7 @@ Status SqliteConnection::open(const std::string& path, const OpenOptions& option
   Status status = configure(options);
   if (status) status = statusOf(handle(), addMomentCollation(handle()));
   if (status) status = addCatalogue(handle(), *watch_);
-  if (status) status = SqliteRowScan::addFunction(handle());
+  if (status) status = RowRun::addFunction(handle());
   if (status) status = checkWhole();
   if (status) status = readSchemaVersion(&schemaVersion_);
   if (!status) {

@@ -10,7 +10,7 @@
 
 #include "platform/store/rows/status.h"
 #include "platform/store/sqlite/connection_guard.h"
-#include "platform/store/sqlite/database_file.h"
+#include "platform/store/sqlite/open_options.h"
 #include "platform/store/sqlite/read_lease.h"
 #include "platform/store/sqlite/rollback_journal.h"
 #include "platform/store/sqlite/sqlite_statement.h"

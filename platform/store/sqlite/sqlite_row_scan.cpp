@@ -3,18 +3,15 @@
 #include <algorithm>
 #include <limits>
 
+#include "platform/store/sqlite/row_run.h"
+
 namespace store {
 namespace {
 
 using Clock = RowScan::Clock;
 
-constexpr char kRunPointer[] = "quivane row test";
 // A function takes a hundred arguments on every build of SQLite.
 constexpr std::size_t kMostValues = 90;
-
-// The clock is asked once for so many rows, or for so many bytes of texts among them.
-constexpr unsigned kRowsBetweenLooks = 64;
-constexpr std::size_t kBytesBetweenLooks = 1 << 18;
 
 // Row ids are gone along in parts of this many, whose order is checked first.
 constexpr std::size_t kPart = 1 << 16;
@@ -27,49 +24,6 @@ constexpr std::size_t kMostWords = 1 << 19;  // 4 MiB
 
 constexpr std::size_t kSampleCount = 1000;
 
-constexpr std::size_t kKindCount = static_cast<std::size_t>(CellKind::blob) + 1;
-
-CellKind kindOf(sqlite3_value* value) {
-  switch (sqlite3_value_type(value)) {
-    case SQLITE_INTEGER:
-      return CellKind::integer;
-    case SQLITE_FLOAT:
-      return CellKind::real;
-    case SQLITE_TEXT:
-      return CellKind::text;
-    case SQLITE_BLOB:
-      return CellKind::blob;
-    default:
-      return CellKind::null;
-  }
-}
-
-Cell cellOf(sqlite3_value* value, CellKind kind) {
-  Cell cell;
-  cell.kind = kind;
-  switch (kind) {
-    case CellKind::integer:
-      cell.integer = sqlite3_value_int64(value);
-      break;
-    case CellKind::real:
-      cell.real = sqlite3_value_double(value);
-      break;
-    case CellKind::text:
-    case CellKind::blob: {
-      const bool isText = kind == CellKind::text;
-      const void* bytes = isText ? sqlite3_value_text(value) : sqlite3_value_blob(value);
-      const int length = sqlite3_value_bytes(value);
-      if (bytes != nullptr && length > 0) {
-        cell.bytes = {static_cast<const char*>(bytes), static_cast<std::size_t>(length)};
-      }
-      break;
-    }
-    case CellKind::null:
-      break;
-  }
-  return cell;
-}
-
 /// Whether row ids taken here and there grow. What lies between is looked at where it is used.
 bool growsOnTheWhole(const KeySet& keys) {
   const std::size_t step = keys.count() / kSampleCount + 1;
@@ -81,78 +35,14 @@ bool growsOnTheWhole(const KeySet& keys) {
 
 }  // namespace
 
-/// One run of a statement, which its test function is given.
-struct SqliteRowScan::Run {
-  RowTest& test;
-  const std::vector<char>& ignored;  // of each column, for each kind of value
-  Clock::time_point until;
-  std::uint64_t mostRows;
-  std::uint64_t rowCount = 0;
-  unsigned rowsToLook = kRowsBetweenLooks;
-  std::size_t bytesToLook = kBytesBetweenLooks;
-  bool isStopped = false;  // before the row that the statement yields next
-
-  /// Called for each row: whether the run is to stop before it.
-  bool stopsBeforeRow() {
-    ++rowCount;
-    if (rowCount > mostRows) isStopped = true;
-    if (--rowsToLook == 0 || bytesToLook == 0) {
-      rowsToLook = kRowsBetweenLooks;
-      bytesToLook = kBytesBetweenLooks;
-      if (Clock::now() >= until) isStopped = true;
-    }
-    return isStopped;
-  }
-
-  bool isWanted(std::size_t number, sqlite3_value* value) {
-    const CellKind kind = kindOf(value);
-    if (ignored[number * kKindCount + static_cast<std::size_t>(kind)] != 0) return false;
-    const Cell cell = cellOf(value, kind);
-    bytesToLook -= std::min(bytesToLook, cell.bytes.size());
-    return test.isWanted(number, cell);
-  }
-
-  /// quivane_wanted(run, number of the first value, value, ...)
-  static void wanted(sqlite3_context* context, int count, sqlite3_value** values) {
-    // A statement from outside can call it, but has no such pointer.
-    auto* run = count < 2 ? nullptr : static_cast<Run*>(sqlite3_value_pointer(values[0], kRunPointer));
-    if (run == nullptr) {
-      sqlite3_result_error(context, "no such function: quivane_wanted", -1);
-      return;
-    }
-    const auto first = static_cast<std::size_t>(sqlite3_value_int64(values[1]));
-    bool isWanted = run->isStopped || (first == 0 && run->stopsBeforeRow());
-    for (int index = 2; index < count && !isWanted; ++index) {
-      isWanted = run->isWanted(first + static_cast<std::size_t>(index) - 2, values[index]);
-    }
-    sqlite3_result_int(context, isWanted ? 1 : 0);
-  }
-
-  static Status addTo(sqlite3* connection) {
-    const int result =
-        sqlite3_create_function_v2(connection, "quivane_wanted", -1, SQLITE_UTF8 | SQLITE_DIRECTONLY, nullptr,
-                                   &Run::wanted, nullptr, nullptr, nullptr);
-    return statusOf(connection, result);
-  }
-};
-
-Status SqliteRowScan::addFunction(sqlite3* connection) {
-  return Run::addTo(connection);
-}
-
 SqliteRowScan::SqliteRowScan(SqliteConnection& connection, RowSource& source, RowTest& test, ScannedRows rows,
                              std::function<Status()> checkRows)
     : connection_(connection),
       test_(test),
       rows_(std::move(rows)),
+      ignored_(RowRun::ignoredBy(test)),
       checkRows_(std::move(checkRows)),
-      oneByOne_(makeFetchingScan(source, test)) {
-  for (std::size_t number = 0; number < test.columns().size(); ++number) {
-    for (std::size_t kind = 0; kind < kKindCount; ++kind) {
-      ignored_.push_back(test.ignores(number, static_cast<CellKind>(kind)) ? 1 : 0);
-    }
-  }
-}
+      oneByOne_(makeFetchingScan(source, test)) {}
 
 SqliteRowScan::~SqliteRowScan() {
   ConnectionGuard::Use use(connection_.guard());
@@ -214,9 +104,9 @@ Status SqliteRowScan::goAlong(const KeySet& keys, std::size_t end, Clock::time_p
   sqlite3_stmt* statement = from_.get();
   const std::uint64_t mostRows = rows_.areWholeTable ? std::numeric_limits<std::uint64_t>::max()
                                                      : kMostStrangers * (end - *next) + kFewRows;
-  Run run{test_, ignored_, until, mostRows};
+  RowRun run(test_, ignored_, until, mostRows);
   const StatementRun ended(statement);
-  sqlite3_bind_pointer(statement, 1, &run, kRunPointer, nullptr);
+  sqlite3_bind_pointer(statement, 1, &run, RowRun::kPointer, nullptr);
   sqlite3_bind_int64(statement, 2, keys.rowIdAt(*next));
   sqlite3_bind_int64(statement, 3, keys.rowIdAt(end - 1));
   int result = SQLITE_ROW;
@@ -244,9 +134,9 @@ Status SqliteRowScan::goThrough(const KeySet& keys, Clock::time_point until) {
   }
   sqlite3_stmt* statement = rows_.areTupleKeyed && !resumeAt_ ? whole_.get() : from_.get();
   const std::uint64_t mostRows = 4 * kMostStrangers * keys.count() + kPart;
-  Run run{test_, ignored_, until, mostRows, rowsSeen_};
+  RowRun run(test_, ignored_, until, mostRows, rowsSeen_);
   const StatementRun ended(statement);
-  sqlite3_bind_pointer(statement, 1, &run, kRunPointer, nullptr);
+  sqlite3_bind_pointer(statement, 1, &run, RowRun::kPointer, nullptr);
   if (!rows_.areTupleKeyed) {
     const std::int64_t from =
         resumeAt_ ? std::get<std::int64_t>(*resumeAt_) : std::numeric_limits<std::int64_t>::min();

@@ -35,15 +35,10 @@ class SqliteRowScan : public RowScan {
   SqliteRowScan(const SqliteRowScan&) = delete;
   SqliteRowScan& operator=(const SqliteRowScan&) = delete;
 
-  /// Lets statements on the connection ask a RowTest about their rows. To be called once for each.
-  static Status addFunction(sqlite3* connection);
-
   Status passOver(const KeySet& keys, std::size_t first, std::size_t last, Clock::time_point until,
                   std::size_t* next) override;
 
  private:
-  struct Run;
-
   Status passOverSome(const KeySet& keys, std::size_t last, Clock::time_point until, std::size_t* next,
                       bool* stops);
   Status lookOneByOne(const KeySet& keys, std::size_t last, Clock::time_point until, std::size_t* next,

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <cstdint>
+
+#include "platform/store/rows/backend.h"
+#include "platform/store/sql/local_date.h"
+
+namespace store {
+
+/// How a database is opened.
+struct OpenOptions {
+  /// How long to wait, in milliseconds, for a lock that another program holds.
+  int lockWait = 5000;
+  DateOrder dateOrder = DateOrder::monthDayYear;
+  /// How much of the file is kept in memory at most.
+  int pageCacheKibibytes = 65536;
+  /// What one SELECT may put into temporary files. More is refused with tooLarge.
+  std::int64_t mostTemporaryBytes = std::int64_t{1} << 30;
+  /// Whom to ask from the opening on, as Backend::askWhileBusy() does.
+  BusyQuestion question = nullptr;
+};
+
+}  // namespace store
