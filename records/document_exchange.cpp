@@ -2,7 +2,7 @@
 #include <optional>
 #include <string>
 
-#include "data/import_file.h"
+#include "data/handles/import_file.h"
 #include "records/document.h"
 
 namespace {

@@ -4,7 +4,7 @@
 #include <optional>
 #include <string>
 
-#include "data/file_identity.h"
+#include "data/handles/file_identity.h"
 #include "records/document.h"
 
 namespace {

@@ -4,8 +4,8 @@
 
 #include "base/name_list.h"
 #include "base/string.h"
-#include "data/field_value_source.h"
-#include "data/record_snapshot.h"
+#include "data/values/field_value_source.h"
+#include "data/values/record_snapshot.h"
 
 /// What the Document asks of the window's pages. The pages know the Document; it knows them only by
 /// these interfaces, which the views implement, so that no dependency points upwards.

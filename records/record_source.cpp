@@ -4,7 +4,7 @@
 #include <string>
 #include <utility>
 
-#include "data/sql_names.h"
+#include "data/database/sql_names.h"
 
 void RecordSource::chooseTable(const String& name) {
   String sql = (L"Select * from " + selectedName(name)).c_str();

@@ -10,8 +10,8 @@
 
 #include "app/recovery/fault_watch.h"
 #include "app/window/program_state.h"
-#include "data/field_kinds.h"
-#include "data/record_counters.h"
+#include "data/database/record_counters.h"
+#include "data/values/field_kinds.h"
 #include "views/dialog/current_dialog.h"
 #include "views/form/field_editor.h"
 #include "views/shared/child_control.h"

@@ -4,7 +4,7 @@
 
 #include "base/name_list.h"
 #include "base/string.h"
-#include "data/import_file.h"
+#include "data/handles/import_file.h"
 #include "views/dialog/dialog_growth.h"
 #include "views/dialog/input_panel_hold.h"
 #include "views/dialog/modal_dialog.h"

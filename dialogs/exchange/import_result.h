@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "data/import_file.h"
+#include "data/handles/import_file.h"
 #include "views/dialog/dialog_growth.h"
 #include "views/dialog/modal_dialog.h"
 

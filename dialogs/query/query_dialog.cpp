@@ -5,7 +5,7 @@
 #include <string>
 #include <utility>
 
-#include "data/sql_names.h"
+#include "data/database/sql_names.h"
 #include "dialogs/controls/combo_box.h"
 #include "dialogs/query/query_dialog_ids.h"
 #include "platform/pocketshell/handheld_windows.h"

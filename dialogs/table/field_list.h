@@ -5,7 +5,7 @@
 #include <cstddef>
 #include <vector>
 
-#include "data/schema.h"
+#include "data/values/schema.h"
 
 /// The fields of a new table in a list view of two columns. Rows are 0-based.
 class FieldList {

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "data/field_kinds.h"
+#include "data/values/field_kinds.h"
 #include "dialogs/table/new_field_ids.h"
 #include "dialogs/table/table_design.h"
 #include "views/dialog/dialog_place.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "data/schema.h"
+#include "data/values/schema.h"
 #include "views/dialog/input_panel_hold.h"
 #include "views/dialog/modal_dialog.h"
 

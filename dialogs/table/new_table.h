@@ -4,7 +4,7 @@
 
 #include "base/name_list.h"
 #include "base/string.h"
-#include "data/schema.h"
+#include "data/values/schema.h"
 #include "dialogs/table/field_list.h"
 #include "views/dialog/dialog_growth.h"
 #include "views/dialog/input_panel_hold.h"

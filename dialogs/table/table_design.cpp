@@ -3,7 +3,7 @@
 #include <cwchar>
 #include <string>
 
-#include "data/sql_names.h"
+#include "data/database/sql_names.h"
 
 bool hasForbiddenCharacter(const String& name) {
   constexpr wchar_t kForbidden[] = L"`.!\u2019[]\"*?";

@@ -5,7 +5,7 @@
 
 #include "base/name_list.h"
 #include "base/string.h"
-#include "data/schema.h"
+#include "data/values/schema.h"
 
 /// The rules for the names of a new table and its fields, and the text that creates it. The apostrophe
 /// is allowed in names; the typographic one is not.

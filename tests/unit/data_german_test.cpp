@@ -1,8 +1,8 @@
 // Numbers and dates for a user whose language writes a comma before decimals. Run with German formats.
 #include <windows.h>
 
-#include "data/date_value.h"
-#include "data/value_conversion.h"
+#include "data/values/date_value.h"
+#include "data/values/value_conversion.h"
 #include "gtest/gtest.h"
 
 namespace {

@@ -4,8 +4,8 @@
 #include <limits>
 #include <utility>
 
-#include "data/connection_handle.h"
-#include "data/recordset_handle.h"
+#include "data/handles/connection_handle.h"
+#include "data/handles/recordset_handle.h"
 #include "gmock/gmock.h"
 #include "gtest/gtest.h"
 #include "owners/live_resources.h"

@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "data/record_counters.h"
-#include "data/recordset_handle.h"
+#include "data/database/record_counters.h"
+#include "data/handles/recordset_handle.h"
 #include "tests/unit/data_fake_store.h"
 #include "tests/unit/data_store_fixture.h"
 

@@ -2,7 +2,7 @@
 #include <random>
 #include <string>
 
-#include "data/sql_names.h"
+#include "data/database/sql_names.h"
 #include "gmock/gmock.h"
 #include "tests/unit/data_store_fixture.h"
 

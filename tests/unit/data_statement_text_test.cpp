@@ -1,6 +1,6 @@
 #include <string>
 
-#include "data/statement_text.h"
+#include "data/database/statement_text.h"
 #include "gtest/gtest.h"
 
 namespace {

@@ -1,7 +1,7 @@
 #include "tests/unit/data_store_fixture.h"
 
 #include "base/variant.h"
-#include "data/recordset_handle.h"
+#include "data/handles/recordset_handle.h"
 #include "owners/handles.h"
 
 namespace {

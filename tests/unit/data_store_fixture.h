@@ -8,8 +8,8 @@
 #include <string_view>
 #include <vector>
 
-#include "data/connection_handle.h"
-#include "data/database.h"
+#include "data/database/database.h"
+#include "data/handles/connection_handle.h"
 #include "gtest/gtest.h"
 #include "tests/support/paths.h"
 

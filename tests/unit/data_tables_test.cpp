@@ -1,7 +1,7 @@
 // Tables: create, drop, list; field names of a statement.
 #include <string>
 
-#include "data/field_kinds.h"
+#include "data/values/field_kinds.h"
 #include "gmock/gmock.h"
 #include "tests/unit/data_fake_store.h"
 #include "tests/unit/data_store_fixture.h"

@@ -5,8 +5,8 @@
 #include <limits>
 #include <string>
 
-#include "data/date_value.h"
-#include "data/value_conversion.h"
+#include "data/values/date_value.h"
+#include "data/values/value_conversion.h"
 #include "gmock/gmock.h"
 #include "tests/unit/data_fake_store.h"
 #include "tests/unit/data_store_fixture.h"

@@ -2,7 +2,7 @@
 
 #include <cwchar>
 
-#include "data/date_value.h"
+#include "data/values/date_value.h"
 #include "views/form/calendar_popup.h"
 #include "views/form/date_editor_subclass.h"
 #include "views/form/tab_key.h"

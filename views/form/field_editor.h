@@ -4,8 +4,8 @@
 
 #include <optional>
 
-#include "data/field_value_source.h"
-#include "data/record_snapshot.h"
+#include "data/values/field_value_source.h"
+#include "data/values/record_snapshot.h"
 #include "views/shared/child_control.h"
 
 /// The editor of one field of the form: what the form asks of every kind.

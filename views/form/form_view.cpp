@@ -3,7 +3,7 @@
 #include <string>
 #include <utility>
 
-#include "data/field_kinds.h"
+#include "data/values/field_kinds.h"
 #include "platform/pocketshell/handheld_windows.h"
 #include "records/document.h"
 #include "views/form/check_field_editor.h"

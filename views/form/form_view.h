@@ -4,7 +4,7 @@
 #include <memory>
 #include <vector>
 
-#include "data/field_kinds.h"
+#include "data/values/field_kinds.h"
 #include "records/pages.h"
 #include "views/form/field_editor.h"
 #include "views/form/field_label.h"

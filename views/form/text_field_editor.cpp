@@ -3,7 +3,7 @@
 #include <cwchar>
 #include <string>
 
-#include "data/binary_text.h"
+#include "data/values/binary_text.h"
 #include "views/form/field_zoom.h"
 #include "views/form/tab_key.h"
 #include "views/form/text_editor_subclass.h"

@@ -4,7 +4,7 @@
 #include <string>
 
 #include "base/showable_text.h"
-#include "data/field_kinds.h"
+#include "data/values/field_kinds.h"
 #include "platform/pocketshell/handheld_windows.h"
 #include "records/document.h"
 #include "views/grid/record_list_view.h"

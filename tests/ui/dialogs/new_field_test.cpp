@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "data/field_kinds.h"
+#include "data/values/field_kinds.h"
 #include "dialogs/table/new_field_ids.h"
 #include "platform/pocketshell/handheld_windows.h"
 #include "tests/ui/support/dialog_fixture.h"

@@ -1,4 +1,4 @@
-#include "data/database.h"
+#include "data/database/database.h"
 #include "tests/support/paths.h"
 #include "tests/ui/dialogs/new_table_fixture.h"
 #include "tests/ui/support/test_database.h"

@@ -1,4 +1,4 @@
-#include "data/sql_names.h"
+#include "data/database/sql_names.h"
 #include "tests/ui/dialogs/query_fixture.h"
 #include "views/dialog/current_dialog.h"
 

@@ -1,7 +1,7 @@
 #include "views/form/form_view.h"
 
 #include "base/app_settings.h"
-#include "data/database.h"
+#include "data/database/database.h"
 #include "gmock/gmock.h"
 #include "owners/live_resources.h"
 #include "tests/ui/form/form_fixture.h"

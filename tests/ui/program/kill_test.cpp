@@ -13,8 +13,8 @@
 
 #include "base/settings_store.h"
 #include "base/variant.h"
-#include "data/connection_handle.h"
-#include "data/recordset_handle.h"
+#include "data/handles/connection_handle.h"
+#include "data/handles/recordset_handle.h"
 #include "resources/command_ids.h"
 #include "tests/automation/sqlite_file.h"
 #include "tests/support/process.h"

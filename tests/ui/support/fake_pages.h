@@ -13,7 +13,7 @@
 #include <variant>
 #include <vector>
 
-#include "data/date_value.h"
+#include "data/values/date_value.h"
 #include "records/document.h"
 #include "records/pages.h"
 

@@ -5,8 +5,8 @@
 #include <objbase.h>
 
 #include "base/registry_text.h"
-#include "data/connection_handle.h"
-#include "data/database.h"
+#include "data/database/database.h"
+#include "data/handles/connection_handle.h"
 #include "gtest/gtest.h"
 #include "owners/handles.h"
 #include "tests/support/paths.h"

@@ -1,0 +1,293 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include "base/growable_array.h"
+#include "base/name_list.h"
+#include "base/string.h"
+#include "data/database/record_counters.h"
+#include "data/database/saved_query.h"
+#include "data/handles/exported_records.h"
+#include "data/handles/file_state.h"
+#include "data/outcome.h"
+#include "data/values/field_value_source.h"
+#include "data/values/record_snapshot.h"
+#include "data/values/schema.h"
+
+class BusyListener;
+class ConnectionHandle;
+class ImportFile;
+class RecordsetHandle;
+
+/// The gateway to the open database file: its tables, its saved queries and one current recordset, the
+/// table or query that the form and the list show. There is one Database in the program, used by one
+/// thread; it keeps the program-wide counters of record_counters.h.
+///
+/// An Outcome says whether the operation succeeded and why not, a bool result only whether; nothing here
+/// shows a message. After a failure out-parameters and counters are as before unless an operation says
+/// otherwise. Field indexes are
+/// 0-based, record positions 1-based. std::bad_alloc passes through when memory runs out.
+///
+/// CREATE and DROP statements have room for 199 characters. A name or path that does not fit is
+/// refused before anything is sent.
+class Database {
+ public:
+  /// No file is open; currentRecord and the list position are 1. Needs the data-access components to be
+  /// registered; without them every operation fails.
+  Database();
+  ~Database();
+  Database(const Database&) = delete;
+  Database& operator=(const Database&) = delete;
+
+  /// Who is told while an operation takes its time; it outlives this object. Null, at first, tells nobody.
+  void setBusyListener(BusyListener* listener);
+
+  // ---- The file (database.cpp)
+
+  /// Opens the file at `path` after closing the one that is open. Opens no recordset. A failure leaves
+  /// no file open.
+  Outcome open(const String& path);
+  /// Closes the file and forgets its path, fields and records. Always true.
+  bool close();
+  /// Makes a new database file. Whatever the result, no file is open afterwards.
+  Outcome createDatabase(const String& path);
+  /// The same, also in place of a file that exists: the new one is made beside it and takes its name, so
+  /// that a failure leaves the old one. One that another program has unfinished work in is not replaced.
+  Outcome replaceDatabase(const String& path);
+  /// Deletes a database file. Another file that is open stays so; the file itself is closed first. With no
+  /// file open the connection stays with the store after a failed statement.
+  Outcome dropDatabase(const String& path);
+
+  // ---- The file that loses its name while it is open (database_file_state.cpp)
+
+  /// Cheap: nothing of the file is read. FileState::present also when none is open. From the loss on the
+  /// store refuses every change, and reading goes on.
+  FileState fileState();
+  /// Writes what is open into a new file, without records that were begun and not stored; the open file
+  /// stays open. Fails, and no file was made, when something stands at `path` already or it can't be written.
+  Outcome saveCopy(const String& path);
+  /// Whether the file at `path` opens as a database. The open one stays open.
+  Outcome tryOpening(const String& path);
+  /// Goes on in `copy`, which saveCopy has made, in place of the open file: currentRecord and the fields
+  /// stay. With `keepsRecords` the current recordset is opened there in its place, a new record that was
+  /// begun is begun anew. Fails when the copy does not open, or when the current record is not the same
+  /// there; the open file stays open then.
+  Outcome goOnIn(const String& copy, bool keepsRecords);
+
+  bool isOpen() const { return isOpen_; }
+  /// The path of the open file, empty when none is open.
+  const String& path() const { return path_; }
+
+  // ---- Other files (database_exchange.cpp). A file is open.
+
+  /// Writes records into a file at `path`, in the format of its ending, else as separated values. A file that
+  /// is there is replaced, but only when all is written, and never the open one. After a failure nothing was
+  /// made or replaced.
+  Outcome exportRecords(const ExportedRecords& records, const String& path, ExportCounts& counts);
+  /// Opens a file of separated values or JSON, to be imported. It lives no longer than this object.
+  Outcome openImport(const String& path, std::unique_ptr<ImportFile>& file);
+
+  // ---- Tables (database_tables.cpp)
+
+  /// `columns` is the column list as SQL spells it, without the parentheses around it.
+  Outcome createTable(const String& name, const String& columns);
+  Outcome dropTable(const String& name);
+  /// Fills `names` with the tables of the file in the catalogue's order, the catalogue's own tables left
+  /// out. Always true; `names` is left as it was when the catalogue can't be read.
+  bool listTables(NameList& names);
+  /// Fills `names` with the field names of a SELECT, without touching the current recordset; leaves
+  /// `names` as it was when the statement does not open.
+  void listFieldNames(const String& sql, NameList& names);
+
+  // ---- The current recordset (database_fields.cpp)
+
+  /// Opens `sql` as the current recordset, in place of the former one, and loads its fields. The first
+  /// record is current in the recordset; currentRecord is left to the caller. After a failure no
+  /// recordset is open and the fields of the former one are still named.
+  Outcome openRecordset(const String& sql);
+  /// Whether `sql` opens. It is opened as the current recordset and stays so, but the fields are not
+  /// loaded: openRecordset is to be called before records are read again.
+  Outcome checkSql(const String& sql);
+  void closeRecordset();
+  /// After another program has changed the structure of the file: opens the current recordset anew in its
+  /// place, if its fields are still the same. The first record is then current in the recordset, a new
+  /// record that was begun is begun again, currentRecord is left to the caller. False otherwise, and then
+  /// everything is as before.
+  bool reopenSameFields();
+
+  /// Whether fields were ever loaded.
+  bool fieldsLoaded() const { return fieldsLoaded_; }
+  /// 0 once the file is closed.
+  std::uint32_t fieldCount() const { return fieldCount_; }
+  /// The records of the current recordset, kept up to date by addNew and deleteCurrent.
+  std::uint32_t recordCount() const { return recordCount_; }
+  /// In UTF-16 units.
+  std::uint32_t longestFieldName() const { return longestFieldName_; }
+
+  /// For an index that is no field's: the empty text, type 0, width 0 and read-only.
+  const String& fieldName(std::uint32_t field) const;
+  FieldType fieldType(std::uint32_t field) const;
+  std::uint32_t fieldWidth(std::uint32_t field) const;
+  bool isFieldReadOnly(std::uint32_t field) const;
+  /// A field of whole numbers, and of such as may be negative.
+  bool isNumeric(std::uint32_t field) const;
+  bool isSignedInteger(std::uint32_t field) const;
+  /// The first field of exactly that name, or fieldCount() when there is none.
+  std::uint32_t fieldIndexByName(const String& name) const;
+
+  // ---- Moving (database_moves.cpp). Each leaves currentRecord alone when it fails, but for moveFirst.
+
+  /// currentRecord becomes 1, also when it fails because there are no records.
+  bool moveFirst();
+  /// currentRecord becomes recordCount().
+  bool moveLast();
+  /// From the last record to the place behind it.
+  bool moveNext();
+  /// From the first record to the place before it.
+  bool movePrevious();
+  /// currentRecord becomes `position`.
+  bool moveTo(std::uint32_t position);
+
+  // ---- The rows of the list (database_list.cpp), from 0. A cursor of their own reads them, a copy of the
+  // recordset that is made when it is needed and dropped with every change: the current record stays current,
+  // with everything that was written into it and is not stored. A new record has no row before it is stored.
+
+  /// Moves that cursor to a row, by the shortest way from the row where it stands.
+  bool moveForList(std::uint32_t row);
+  /// What valueText gives for the field in that row; empty where there is no such row or field. When it
+  /// can't be read `text` is untouched.
+  Outcome readForList(std::uint32_t row, std::uint32_t field, String& text);
+
+  /// The record of that row as readRecord reads the current one; not readable where there is no such row.
+  RecordSnapshot readListRecord(std::uint32_t row);
+
+  // ---- Records (database_records.cpp)
+
+  /// Set by addNew; cleared when that record is stored or abandoned, or its recordset is replaced.
+  bool newRecordPending() const { return newRecordPending_; }
+  void setNewRecordPending(bool pending) { newRecordPending_ = pending; }
+
+  /// Begins a new record behind the last one and makes it current; `update` stores it. Fails when there
+  /// are records and the last can't be reached.
+  Outcome addNew();
+  /// Stores what was written into the current record. Always true. What the store refuses stays
+  /// written: a move tries again and fails until it can be stored.
+  bool update();
+  /// Takes back what was written into the current record and not stored, a new record with it; the record
+  /// that was current before the new one is current then.
+  void abandonUpdate();
+  /// Abandons the new record, or else deletes the current one from the file; it then stays current,
+  /// unreadable, until a move. currentRecord shrinks by 1 with a deleted record.
+  Outcome deleteCurrent();
+
+  /// Changes the record that was read as `seen`, whatever the current one is, and makes it current: writes
+  /// what the editors hold, one for each field in field order, and stores it. A record that is not stored
+  /// yet is added so. Fails, and nothing is written, when the record can't be read again or no longer
+  /// holds what was seen; a change that the store refuses is taken back, a new record stays begun.
+  /// `leftOut` receives the names of the fields that were cleared because the content of their editors
+  /// could not be converted.
+  Outcome storeRecord(const RecordSnapshot& seen, const FieldEditors& editors, NameList& leftOut);
+  /// Deletes the record that was read as `seen`, as deleteCurrent does, whatever the current one is. Fails
+  /// when it no longer holds what was seen; one that another program has deleted counts as deleted.
+  Outcome deleteRecord(const RecordSnapshot& seen);
+
+  // ---- Values of the current record (record_reading.cpp, value_writing.cpp)
+
+  /// Reads the current record, which waits at most once for another program's lock.
+  RecordSnapshot readRecord();
+  /// The value as the user reads it (FieldKind::textOf); the empty text for one that can't be fetched.
+  String valueText(std::uint32_t field);
+  /// The value converted to a 32-bit integer is not 0.
+  bool fieldIsSet(std::uint32_t field);
+
+  /// Looks for `text` in the current record: in field `firstField`, or with `allFields` in it and those
+  /// behind it. Booleans and dates are passed over. True when it occurs in the text of a value;
+  /// `foundField` is then the first such field, otherwise untouched.
+  bool matchRecord(bool allFields, bool matchCase, std::uint32_t firstField, String text,
+                   std::uint32_t& foundField);
+  /// The same, and says why when the record can't be read. `foundField` is empty when nothing was found.
+  Outcome searchRecord(bool allFields, bool matchCase, std::uint32_t firstField, String text,
+                       std::optional<std::uint32_t>& foundField);
+
+  // ---- The search through many records (database_search.cpp). It only spares matchRecord the records for
+  // which it would say no: who tests each record with matchRecord and moves on finds the same without it.
+
+  /// Begins a search for what matchRecord would be asked; the one before ends.
+  void beginSearch(bool allFields, bool matchCase, std::uint32_t field, const String& text);
+  /// Moves on, as moveNext does, over records that matchRecord would not match, at most `most` of them and
+  /// for about as many milliseconds, and returns how many. It may stop at any record; without a search, or
+  /// where the data-access components have none, it passes over none.
+  std::uint32_t passOver(std::uint32_t most, std::uint32_t milliseconds);
+  void endSearch();
+
+  /// Writes the content of an editor into the field of the current record; `update` stores it. False
+  /// when fields of this type are not written. True otherwise, also when the content could not be
+  /// converted, which clears the field, and when the store refused it.
+  ///
+  /// An editor that holds what it was given writes nothing, so that a value which its text does not hold
+  /// in full (a double beyond six decimals, a value of another type) survives the saving of its
+  /// neighbours. In a new record every field is written.
+  bool setValueFromEditor(std::uint32_t field, const FieldValueSource& editor);
+
+  // ---- Saved queries (saved_queries.cpp). They live in the table QuivaneQueries of the file. Indexes are
+  // 0-based, in the order of the names; names may repeat. The current recordset is not touched.
+
+  /// Always true; `names` is left as it was when there is no such table or it can't be read, which `read`
+  /// says unless it is null.
+  bool listQueries(NameList& names, Outcome* read = nullptr);
+  /// True when the table could be read and has that index.
+  bool getQuery(std::uint32_t index, SavedQuery& query);
+  /// Each is true when the table could be read and has that index, whether or not the query was changed:
+  /// that is what `change` says, unless it is null. A query that is no longer what was `seen` is left alone;
+  /// of a query that is deleted the name is compared. Null compares nothing.
+  bool updateQuery(std::uint32_t index, const SavedQuery& query, Outcome* change = nullptr,
+                   const SavedQuery* seen = nullptr);
+  bool deleteQuery(std::uint32_t index, Outcome* change = nullptr, const String* seenName = nullptr);
+  /// Makes the table when there is none yet; true when the table is there. `change` as above.
+  bool addQuery(const SavedQuery& query, Outcome* change = nullptr);
+
+ private:
+  bool prepareListRows();
+  void dropListRows();
+  Outcome openStore();
+  Outcome runTableStatement(bool fits, const wchar_t* statement);
+  Outcome runInStore(const wchar_t* statement);
+  Outcome dropBeside(const wchar_t* statement);
+  Outcome openCurrent(const String& sql);
+  Outcome takeOver(std::unique_ptr<RecordsetHandle>& records);
+  void loadFields();
+  void clearFields();
+  void setRecordCount(std::uint32_t count);
+  bool hasSameFields(RecordsetHandle& other) const;
+  bool holds(const RecordSnapshot& present, const RecordSnapshot& seen) const;
+  Outcome returnTo(const RecordSnapshot& seen);
+  Outcome returnOrReopen(const RecordSnapshot& seen);
+  Outcome writeAndStore(const FieldEditors& editors, NameList& leftOut);
+  Outcome writeField(std::uint32_t field, const FieldValueSource& editor, NameList& leftOut);
+  RecordSnapshot readFrom(RecordsetHandle& records, std::uint32_t position, bool isNew) const;
+  Outcome openQueries(RecordsetHandle& queries);
+  Outcome openQueryAt(std::uint32_t index, RecordsetHandle& queries);
+
+  bool isOpen_ = false;
+  BusyListener* busyListener_ = nullptr;
+  std::unique_ptr<RecordsetHandle> recordset_;
+  std::unique_ptr<ConnectionHandle> connection_;
+  std::uint32_t longestFieldName_ = 0;
+  bool fieldsLoaded_ = false;
+  String path_;
+  bool newRecordPending_ = false;
+  String recordsetSql_;  // what the current recordset was opened from
+  std::uint32_t recordCount_ = 0;
+  std::uint32_t fieldCount_ = 0;
+  NameList fieldNames_;
+  GrowableArray<FieldType> fieldTypes_;
+  GrowableArray<std::uint32_t> fieldWidths_;
+  GrowableArray<std::uint32_t> fieldReadOnly_;
+
+  std::unique_ptr<RecordsetHandle> listRows_;  // behind recordset_ and connection_: it goes first
+  std::uint32_t listPosition_ = 1;  // of the record that moveForList last made current in listRows_
+  bool isAtListPosition_ = false;   // listRows_ stands there
+};

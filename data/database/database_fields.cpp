@@ -1,0 +1,132 @@
+#include <algorithm>
+#include <cwchar>
+#include <memory>
+#include <utility>
+
+#include "data/database/database.h"
+#include "data/handles/adoce_constants.h"
+#include "data/handles/recordset_handle.h"
+#include "data/values/field_kinds.h"
+
+namespace {
+
+constexpr std::uint32_t kFieldWidth = 65535;
+
+/// A type whose fields don't count for the longest name.
+constexpr FieldType kUncountedType{48};
+
+}  // namespace
+
+Outcome Database::openRecordset(const String& sql) {
+  if (Outcome opened = openCurrent(sql); !opened) return opened;
+  loadFields();
+  return {};
+}
+
+Outcome Database::checkSql(const String& sql) {
+  return openCurrent(sql);
+}
+
+void Database::closeRecordset() {
+  dropListRows();
+  recordset_->close();
+  newRecordPending_ = false;
+}
+
+const String& Database::fieldName(std::uint32_t field) const {
+  static const String none;
+  return field < fieldNames_.size() ? fieldNames_[field] : none;
+}
+
+FieldType Database::fieldType(std::uint32_t field) const {
+  return field < fieldTypes_.size() ? fieldTypes_[field] : FieldType{};
+}
+
+std::uint32_t Database::fieldWidth(std::uint32_t field) const {
+  return field < fieldWidths_.size() ? fieldWidths_[field] : 0;
+}
+
+bool Database::isFieldReadOnly(std::uint32_t field) const {
+  return field >= fieldReadOnly_.size() || fieldReadOnly_[field] != 0;
+}
+
+bool Database::isNumeric(std::uint32_t field) const {
+  return isSignedInteger(field) || fieldKind(fieldType(field)).editor == FieldEditorKind::digits;
+}
+
+bool Database::isSignedInteger(std::uint32_t field) const {
+  return fieldKind(fieldType(field)).editor == FieldEditorKind::signedDigits;
+}
+
+std::uint32_t Database::fieldIndexByName(const String& name) const {
+  for (std::uint32_t field = 0; field < fieldCount_; ++field) {
+    if (std::wcscmp(fieldName(field).text(), name.text()) == 0) return field;
+  }
+  return fieldCount_;
+}
+
+Outcome Database::openCurrent(const String& sql) {
+  closeRecordset();
+  recordsetSql_ = sql;
+  return recordset_->open(sql.text(), connection_.get(), CursorType::keyset, SourceKind::text);
+}
+
+bool Database::reopenSameFields() {
+  auto reopened = std::make_unique<RecordsetHandle>();
+  const Outcome opened =
+      reopened->open(recordsetSql_.text(), connection_.get(), CursorType::keyset, SourceKind::text);
+  if (!opened || !hasSameFields(*reopened)) return false;
+  if (newRecordPending_ && !reopened->addNew()) return false;
+  const auto count = static_cast<std::uint32_t>(std::max(reopened->recordCount(), 0L));
+  dropListRows();
+  recordset_ = std::move(reopened);
+  setRecordCount(count + (newRecordPending_ ? 1 : 0));
+  return true;
+}
+
+bool Database::hasSameFields(RecordsetHandle& other) const {
+  if (other.fieldCount() != static_cast<LONG>(fieldCount_)) return false;
+  for (std::uint32_t field = 0; field < fieldCount_; ++field) {
+    FieldHandle& handle = other.field(static_cast<LONG>(field));
+    if (FieldType{handle.type()} != fieldType(field)) return false;
+    if (std::wcscmp(handle.name().text(), fieldName(field).text()) != 0) return false;
+  }
+  return true;
+}
+
+void Database::loadFields() {
+  clearFields();
+  const std::uint32_t count = static_cast<std::uint32_t>(std::max(recordset_->fieldCount(), 0L));
+  setRecordCount(static_cast<std::uint32_t>(std::max(recordset_->recordCount(), 0L)));
+  fieldNames_.setSize(count);
+  fieldTypes_.setSize(count);
+  fieldWidths_.setSize(count);
+  fieldReadOnly_.setSize(count);
+  for (std::uint32_t field = 0; field < count; ++field) {
+    FieldHandle& handle = recordset_->field(static_cast<LONG>(field));
+    fieldNames_.set(field, handle.name());
+    fieldTypes_[field] = FieldType{handle.type()};
+    fieldWidths_[field] = kFieldWidth;
+    fieldReadOnly_[field] = (handle.attributes() & (kFieldUpdatable | kFieldMayBeUpdatable)) != 0 ? 0 : 1;
+    if (fieldTypes_[field] != kUncountedType) {
+      const auto length = static_cast<std::uint32_t>(fieldNames_[field].length());
+      longestFieldName_ = std::max(longestFieldName_, length);
+    }
+  }
+  fieldCount_ = count;
+  fieldsLoaded_ = true;
+}
+
+void Database::clearFields() {
+  fieldNames_.clear();
+  fieldTypes_.setSize(0);
+  fieldWidths_.setSize(0);
+  fieldReadOnly_.setSize(0);
+  fieldCount_ = 0;
+  longestFieldName_ = 0;
+}
+
+void Database::setRecordCount(std::uint32_t count) {
+  recordCount_ = count;
+  ::recordCount = count;
+}

@@ -1,0 +1,63 @@
+// The rows of the list.
+#include "data/database/database.h"
+#include "data/handles/recordset_handle.h"
+#include "data/values/field_kinds.h"
+
+namespace {
+
+/// Far more than a cell shows.
+constexpr LONG kMostListedBytes = 10'000;
+
+}  // namespace
+
+bool Database::moveForList(std::uint32_t row) {
+  if (!prepareListRows()) return false;
+  const LONG distance = static_cast<LONG>(row - listPosition_ + 1);
+  // The list position says nothing about a cursor that was just made, or whose last move failed.
+  const bool moved = isAtListPosition_ && distance != 0
+                         ? listRows_->move(distance, MoveOrigin::current)
+                         : listRows_->move(static_cast<LONG>(row), MoveOrigin::first);
+  isAtListPosition_ = moved;
+  if (moved) listPosition_ = row + 1;
+  return moved;
+}
+
+Outcome Database::readForList(std::uint32_t row, std::uint32_t field, String& text) {
+  if (!prepareListRows()) return Outcome::failure(L"No records are open.");
+  if (field >= fieldCount_ || static_cast<LONG>(row) >= listRows_->recordCount()) {
+    text.clear();
+    return {};
+  }
+  const bool isAtRow = isAtListPosition_ && listPosition_ == row + 1;
+  if (!isAtRow && !moveForList(row)) return Outcome::failure(L"The record can't be reached.");
+  ValueBeginning beginning;
+  Outcome read = listRows_->field(static_cast<LONG>(field)).readBeginning(kMostListedBytes, beginning);
+  if (read) {
+    text = textOfBeginning(fieldType(field), beginning);
+  } else {
+    isAtListPosition_ = false;  // a move back to it reads it anew
+  }
+  return read;
+}
+
+RecordSnapshot Database::readListRecord(std::uint32_t row) {
+  if (!prepareListRows() || !moveForList(row)) {
+    return {row + 1, Outcome::failure(L"The record can't be reached.")};
+  }
+  return readFrom(*listRows_, row + 1, false);
+}
+
+/// A new record that a move has stored is in the recordset and not in the copy.
+bool Database::prepareListRows() {
+  if (listRows_ && listRows_->recordCount() != recordset_->recordCount()) dropListRows();
+  if (!listRows_) {
+    listRows_ = recordset_->clone();
+    isAtListPosition_ = false;
+  }
+  return listRows_ != nullptr;
+}
+
+void Database::dropListRows() {
+  listRows_.reset();
+  isAtListPosition_ = false;
+}

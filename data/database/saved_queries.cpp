@@ -1,0 +1,135 @@
+#include <cwchar>
+#include <utility>
+
+#include "data/database/database.h"
+#include "data/handles/connection_handle.h"
+#include "data/handles/recordset_handle.h"
+#include "data/values/value_conversion.h"
+
+namespace {
+
+constexpr wchar_t kCreateTable[] = L"CREATE TABLE 'QuivaneQueries' (QueryName Text ,SQL Text)";
+constexpr wchar_t kSelectAll[] = L"Select * from QuivaneQueries ORDER BY QueryName";
+constexpr LONG kNameField = 0;
+constexpr LONG kSqlField = 1;
+
+Outcome writeQuery(const SavedQuery& query, RecordsetHandle& queries) {
+  const Outcome named = queries.field(kNameField).setValue(Variant::fromText(query.name.text()));
+  if (!named) return named;
+  const Outcome written = queries.field(kSqlField).setValue(Variant::fromText(query.sql.text()));
+  return written ? queries.update() : written;
+}
+
+Outcome readText(RecordsetHandle& queries, LONG field, String& text) {
+  Variant value;
+  Outcome read = queries.field(field).read(value);
+  if (read) text = textOf(value);
+  return read;
+}
+
+Outcome readQuery(RecordsetHandle& queries, SavedQuery& query) {
+  Outcome read = readText(queries, kNameField, query.name);
+  return read ? readText(queries, kSqlField, query.sql) : read;
+}
+
+bool sameText(const String& one, const String& other) {
+  return std::wcscmp(one.text(), other.text()) == 0;
+}
+
+/// The store lets the query then be changed only as long as it holds what was read here.
+Outcome compareQuery(RecordsetHandle& queries, const String& name, const String* sql) {
+  SavedQuery present;
+  if (Outcome read = readQuery(queries, present); !read) return read;
+  if (sameText(present.name, name) && (!sql || sameText(present.sql, *sql))) return {};
+  return Outcome::failure(L"Another program has changed it meanwhile.", Outcome::Cause::changedElsewhere);
+}
+
+void tell(Outcome* change, Outcome outcome) {
+  if (change) *change = std::move(outcome);
+}
+
+}  // namespace
+
+bool Database::listQueries(NameList& names, Outcome* read) {
+  RecordsetHandle queries;
+  if (Outcome opened = openQueries(queries); !opened) {
+    tell(read, std::move(opened));
+    return true;
+  }
+  NameList found;
+  const LONG count = queries.recordCount();
+  for (LONG query = 0; query < count; ++query) {
+    SavedQuery stored;
+    if (Outcome fetched = readText(queries, kNameField, stored.name); !fetched) {
+      tell(read, std::move(fetched));
+      return true;
+    }
+    found.append(stored.name);
+    if (!queries.moveNext()) break;
+  }
+  names.swap(found);
+  tell(read, {});
+  return true;
+}
+
+bool Database::getQuery(std::uint32_t index, SavedQuery& query) {
+  RecordsetHandle queries;
+  SavedQuery stored;
+  if (!openQueryAt(index, queries) || !readQuery(queries, stored)) return false;
+  query = std::move(stored);
+  return true;
+}
+
+bool Database::addQuery(const SavedQuery& query, Outcome* change) {
+  RecordsetHandle queries;
+  if (!openQueries(queries)) {
+    if (Outcome created = connection_->execute(kCreateTable); !created) {
+      tell(change, std::move(created));
+      return false;
+    }
+    if (Outcome opened = openQueries(queries); !opened) {
+      tell(change, std::move(opened));
+      return true;
+    }
+  }
+  queries.moveLast();
+  Outcome added = queries.addNew();
+  tell(change, added ? writeQuery(query, queries) : std::move(added));
+  return true;
+}
+
+bool Database::updateQuery(std::uint32_t index, const SavedQuery& query, Outcome* change,
+                           const SavedQuery* seen) {
+  RecordsetHandle queries;
+  Outcome opened = openQueryAt(index, queries);
+  const bool isOpened = static_cast<bool>(opened);
+  if (opened && seen) opened = compareQuery(queries, seen->name, &seen->sql);
+  tell(change, opened ? writeQuery(query, queries) : std::move(opened));
+  return isOpened;
+}
+
+bool Database::deleteQuery(std::uint32_t index, Outcome* change, const String* seenName) {
+  RecordsetHandle queries;
+  Outcome opened = openQueryAt(index, queries);
+  const bool isOpened = static_cast<bool>(opened);
+  if (opened && seenName) opened = compareQuery(queries, *seenName, nullptr);
+  tell(change, opened ? queries.deleteCurrent() : std::move(opened));
+  return isOpened;
+}
+
+/// Clears the connection string, which the open connection does not heed, before every use of the table.
+Outcome Database::openQueries(RecordsetHandle& queries) {
+  connection_->setConnectionString(L"");
+  return queries.open(kSelectAll, connection_.get(), CursorType::keyset, SourceKind::text);
+}
+
+/// Opens the table and moves to the query at `index`. Fails when there is none.
+Outcome Database::openQueryAt(std::uint32_t index, RecordsetHandle& queries) {
+  if (Outcome opened = openQueries(queries); !opened) return opened;
+  const LONG count = queries.recordCount();
+  if (count < 0 || index >= static_cast<std::uint32_t>(count)) {
+    return Outcome::failure(L"There is no such query.");
+  }
+  queries.move(static_cast<LONG>(index), MoveOrigin::first);
+  return {};
+}

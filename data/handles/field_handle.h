@@ -1,0 +1,51 @@
+#pragma once
+
+#include <windows.h>
+
+#include <adoce.h>
+
+#include "base/string.h"
+#include "base/variant.h"
+#include "data/outcome.h"
+#include "data/values/value_beginning.h"
+#include "owners/com_handles.h"
+
+/// One field of a recordset, or no field, which reads as a value that can't be fetched. Results that are
+/// references hold until the next call of the same handle.
+class FieldHandle {
+ public:
+  FieldHandle() = default;
+  ~FieldHandle() = default;
+  FieldHandle(const FieldHandle&) = delete;
+  FieldHandle& operator=(const FieldHandle&) = delete;
+
+  /// Refers to `field`, which may be null, from here on; the last value is dropped.
+  void attach(ComPtr<IAdoceField> field);
+
+  /// The empty text when it can't be read.
+  const String& name();
+  /// 0 when it can't be read.
+  LONG type();
+  /// The bits of adoce_constants.h; none when they can't be read.
+  LONG attributes();
+
+  /// Fetches the value into `value`, which is untouched when that fails.
+  Outcome read(Variant& value);
+  /// The same of at most `mostBytes` of a text or of bytes, as they lie in the file.
+  Outcome readBeginning(LONG mostBytes, ValueBeginning& beginning);
+  /// The same without a reason: VT_EMPTY when it fails.
+  const Variant& value();
+  /// The value as text (value_conversion.h); empty when it can't be fetched or converted.
+  const String& valueAsText();
+  /// The value as a 32-bit integer; 0 when it can't be fetched or converted.
+  LONG valueAsInteger();
+  /// The calendar fields of a value that is a date. False, with `date` untouched, for any other.
+  bool valueAsDate(SYSTEMTIME& date);
+
+  Outcome setValue(const Variant& value);
+
+ private:
+  ComPtr<IAdoceField> field_;
+  Variant value_;
+  String text_;
+};
