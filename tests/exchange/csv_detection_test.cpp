@@ -1,4 +1,4 @@
-#include "platform/store/exchange/csv_detection.h"
+#include "platform/store/exchange/formats/csv_detection.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "platform/store/exchange/encoding.h"
+#include "platform/store/exchange/bytes/encoding.h"
 
 #include <gtest/gtest.h>
 

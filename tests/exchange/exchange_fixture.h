@@ -4,10 +4,10 @@
 #include <string>
 #include <vector>
 
-#include "platform/store/exchange/csv_reader.h"
-#include "platform/store/exchange/csv_writer.h"
+#include "platform/store/exchange/formats/csv_reader.h"
+#include "platform/store/exchange/formats/csv_writer.h"
+#include "platform/store/exchange/formats/row_writer.h"
 #include "platform/store/exchange/import.h"
-#include "platform/store/exchange/row_writer.h"
 #include "tests/store/store_fixture.h"
 
 namespace store::exchange {

@@ -1,6 +1,6 @@
-#include "platform/store/exchange/html_writer.h"
-#include "platform/store/exchange/json_writer.h"
-#include "platform/store/exchange/sql_writer.h"
+#include "platform/store/exchange/formats/html_writer.h"
+#include "platform/store/exchange/formats/json_writer.h"
+#include "platform/store/exchange/formats/sql_writer.h"
 #include "tests/exchange/exchange_fixture.h"
 
 namespace store::exchange {

@@ -1,4 +1,4 @@
-#include "platform/store/exchange/number_text.h"
+#include "platform/store/exchange/formats/number_text.h"
 
 #include <bit>
 #include <cmath>

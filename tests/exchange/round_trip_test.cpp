@@ -2,7 +2,7 @@
 #include <cmath>
 #include <random>
 
-#include "platform/store/exchange/json_writer.h"
+#include "platform/store/exchange/formats/json_writer.h"
 #include "platform/store/rows/iso_date.h"
 #include "platform/store/rows/utf.h"
 #include "tests/exchange/exchange_fixture.h"

@@ -3,9 +3,9 @@
 #include <memory>
 #include <vector>
 
-#include "platform/store/exchange/csv_detection.h"
-#include "platform/store/exchange/csv_reader.h"
-#include "platform/store/exchange/csv_writer.h"
+#include "platform/store/exchange/formats/csv_detection.h"
+#include "platform/store/exchange/formats/csv_reader.h"
+#include "platform/store/exchange/formats/csv_writer.h"
 #include "tests/fuzz/fuzz_target.h"
 
 namespace {

@@ -2,8 +2,8 @@
 #include <memory>
 #include <vector>
 
-#include "platform/store/exchange/json_reader.h"
-#include "platform/store/exchange/json_text.h"
+#include "platform/store/exchange/formats/json_reader.h"
+#include "platform/store/exchange/formats/json_text.h"
 #include "platform/store/exchange/value_reading.h"
 #include "tests/fuzz/fuzz_target.h"
 

@@ -6,7 +6,7 @@
 #include <map>
 
 #include "platform/store/cdbtool/commands.h"
-#include "platform/store/exchange/encoding.h"
+#include "platform/store/exchange/bytes/encoding.h"
 
 namespace cdbtool {
 

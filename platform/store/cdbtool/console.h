@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/store/exchange/byte_sink.h"
+#include "platform/store/exchange/bytes/byte_sink.h"
 #include "platform/store/rows/status.h"
 
 namespace cdbtool {

@@ -2,8 +2,8 @@
 
 #include "platform/store/cdbtool/commands.h"
 #include "platform/store/cdbtool/system.h"
+#include "platform/store/exchange/bytes/output_file.h"
 #include "platform/store/exchange/export.h"
-#include "platform/store/exchange/output_file.h"
 
 namespace cdbtool {
 

@@ -2,10 +2,10 @@
 
 #include "platform/store/cdbtool/commands.h"
 #include "platform/store/cdbtool/system.h"
-#include "platform/store/exchange/csv_reader.h"
+#include "platform/store/exchange/bytes/output_file.h"
+#include "platform/store/exchange/formats/csv_reader.h"
 #include "platform/store/exchange/import.h"
 #include "platform/store/exchange/names.h"
-#include "platform/store/exchange/output_file.h"
 #include "platform/store/rows/ascii_case.h"
 #include "platform/store/sql/sql_tokens.h"
 #include "platform/store/sqlite/file_path.h"

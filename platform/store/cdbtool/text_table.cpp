@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "platform/store/exchange/number_text.h"
+#include "platform/store/exchange/formats/number_text.h"
 
 namespace cdbtool {
 

@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/store/exchange/row_writer.h"
+#include "platform/store/exchange/formats/row_writer.h"
 
 namespace cdbtool {
 

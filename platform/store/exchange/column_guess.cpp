@@ -2,7 +2,7 @@
 
 #include <limits>
 
-#include "platform/store/exchange/number_text.h"
+#include "platform/store/exchange/formats/number_text.h"
 #include "platform/store/rows/ascii_case.h"
 #include "platform/store/rows/iso_date.h"
 #include "platform/store/sql/sql_tokens.h"

@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <string_view>
 
-#include "platform/store/exchange/record_reader.h"
+#include "platform/store/exchange/formats/record_reader.h"
 
 namespace store::exchange {
 

@@ -6,10 +6,10 @@
 #include <utility>
 #include <vector>
 
-#include "platform/store/exchange/csv_writer.h"
-#include "platform/store/exchange/html_writer.h"
-#include "platform/store/exchange/json_writer.h"
-#include "platform/store/exchange/sql_writer.h"
+#include "platform/store/exchange/formats/csv_writer.h"
+#include "platform/store/exchange/formats/html_writer.h"
+#include "platform/store/exchange/formats/json_writer.h"
+#include "platform/store/exchange/formats/sql_writer.h"
 #include "platform/store/rows/ascii_case.h"
 #include "platform/store/sql/dialect.h"
 

@@ -4,8 +4,8 @@
 #include <string>
 #include <string_view>
 
-#include "platform/store/exchange/csv_format.h"
-#include "platform/store/exchange/row_writer.h"
+#include "platform/store/exchange/formats/csv_format.h"
+#include "platform/store/exchange/formats/row_writer.h"
 
 namespace store::exchange {
 

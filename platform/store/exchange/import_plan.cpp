@@ -4,9 +4,9 @@
 #include <set>
 
 #include "platform/store/exchange/column_guess.h"
-#include "platform/store/exchange/csv_detection.h"
-#include "platform/store/exchange/csv_reader.h"
-#include "platform/store/exchange/json_reader.h"
+#include "platform/store/exchange/formats/csv_detection.h"
+#include "platform/store/exchange/formats/csv_reader.h"
+#include "platform/store/exchange/formats/json_reader.h"
 #include "platform/store/exchange/names.h"
 #include "platform/store/rows/ascii_case.h"
 #include "platform/store/sql/dialect.h"

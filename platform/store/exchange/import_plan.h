@@ -6,10 +6,10 @@
 #include <utility>
 #include <vector>
 
-#include "platform/store/exchange/csv_format.h"
-#include "platform/store/exchange/encoding.h"
-#include "platform/store/exchange/record_reader.h"
-#include "platform/store/exchange/value_kind.h"
+#include "platform/store/exchange/bytes/encoding.h"
+#include "platform/store/exchange/formats/csv_format.h"
+#include "platform/store/exchange/formats/record_reader.h"
+#include "platform/store/exchange/formats/value_kind.h"
 #include "platform/store/rows/backend.h"
 
 namespace store::exchange {

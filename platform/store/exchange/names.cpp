@@ -2,7 +2,7 @@
 
 #include <set>
 
-#include "platform/store/exchange/encoding.h"
+#include "platform/store/exchange/bytes/encoding.h"
 #include "platform/store/rows/ascii_case.h"
 #include "platform/store/sql/sql_tokens.h"
 

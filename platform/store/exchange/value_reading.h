@@ -3,8 +3,8 @@
 #include <string>
 #include <string_view>
 
-#include "platform/store/exchange/record_reader.h"
-#include "platform/store/exchange/value_kind.h"
+#include "platform/store/exchange/formats/record_reader.h"
+#include "platform/store/exchange/formats/value_kind.h"
 #include "platform/store/rows/value.h"
 
 namespace store::exchange {

@@ -7,9 +7,9 @@
 #include "platform/store/automation/objects/connection.h"
 #include "platform/store/automation/objects/import.h"
 #include "platform/store/automation/values/text.h"
+#include "platform/store/exchange/bytes/output_file.h"
 #include "platform/store/exchange/export.h"
 #include "platform/store/exchange/names.h"
-#include "platform/store/exchange/output_file.h"
 #include "platform/store/sqlite/file_path.h"
 
 namespace automation {

@@ -1,4 +1,4 @@
-#include "platform/store/exchange/byte_source.h"
+#include "platform/store/exchange/bytes/byte_source.h"
 
 #include <algorithm>
 #include <array>

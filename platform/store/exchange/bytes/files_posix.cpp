@@ -3,7 +3,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "platform/store/exchange/byte_source.h"
+#include "platform/store/exchange/bytes/byte_source.h"
 
 namespace store::exchange {
 

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/store/exchange/byte_source.h"
+#include "platform/store/exchange/bytes/byte_source.h"
 
 namespace store::exchange {
 

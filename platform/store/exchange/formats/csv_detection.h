@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/store/exchange/encoding.h"
+#include "platform/store/exchange/bytes/encoding.h"
 
 namespace store::exchange {
 

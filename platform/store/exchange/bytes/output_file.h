@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/store/exchange/byte_sink.h"
+#include "platform/store/exchange/bytes/byte_sink.h"
 
 namespace store::exchange {
 

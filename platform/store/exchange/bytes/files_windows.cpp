@@ -6,7 +6,7 @@
 #include <io.h>
 #include <sys/stat.h>
 
-#include "platform/store/exchange/byte_source.h"
+#include "platform/store/exchange/bytes/byte_source.h"
 #include "platform/store/sqlite/file_path.h"
 
 namespace store::exchange {

@@ -1,9 +1,9 @@
-#include "platform/store/exchange/csv_detection.h"
+#include "platform/store/exchange/formats/csv_detection.h"
 
 #include <array>
 #include <string>
 
-#include "platform/store/exchange/csv_reader.h"
+#include "platform/store/exchange/formats/csv_reader.h"
 
 namespace store::exchange {
 

@@ -1,4 +1,4 @@
-#include "platform/store/exchange/value_kind.h"
+#include "platform/store/exchange/formats/value_kind.h"
 
 #include <string>
 

@@ -1,4 +1,4 @@
-#include "platform/store/exchange/csv_reader.h"
+#include "platform/store/exchange/formats/csv_reader.h"
 
 #include <algorithm>
 #include <cstring>

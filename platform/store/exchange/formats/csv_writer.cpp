@@ -1,8 +1,8 @@
-#include "platform/store/exchange/csv_writer.h"
+#include "platform/store/exchange/formats/csv_writer.h"
 
 #include <algorithm>
 
-#include "platform/store/exchange/encoding.h"
+#include "platform/store/exchange/bytes/encoding.h"
 #include "platform/store/rows/ascii_case.h"
 #include "platform/store/rows/iso_date.h"
 #include "platform/store/sql/sql_tokens.h"

@@ -4,7 +4,7 @@
 #include <memory>
 #include <string_view>
 
-#include "platform/store/exchange/byte_source.h"
+#include "platform/store/exchange/bytes/byte_source.h"
 
 namespace store::exchange {
 

@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "platform/store/exchange/byte_sink.h"
-#include "platform/store/exchange/value_kind.h"
+#include "platform/store/exchange/bytes/byte_sink.h"
+#include "platform/store/exchange/formats/value_kind.h"
 #include "platform/store/rows/backend.h"
 
 namespace store::exchange {

@@ -1,8 +1,8 @@
-#include "platform/store/exchange/row_writer.h"
+#include "platform/store/exchange/formats/row_writer.h"
 
 #include <charconv>
 
-#include "platform/store/exchange/number_text.h"
+#include "platform/store/exchange/formats/number_text.h"
 
 namespace store::exchange {
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/store/exchange/csv_format.h"
-#include "platform/store/exchange/row_writer.h"
+#include "platform/store/exchange/formats/csv_format.h"
+#include "platform/store/exchange/formats/row_writer.h"
 
 namespace store::exchange {
 

@@ -1,8 +1,8 @@
-#include "platform/store/exchange/json_text.h"
+#include "platform/store/exchange/formats/json_text.h"
 
 #include <vector>
 
-#include "platform/store/exchange/encoding.h"
+#include "platform/store/exchange/bytes/encoding.h"
 #include "platform/store/rows/utf.h"
 
 namespace store::exchange {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/store/exchange/row_writer.h"
+#include "platform/store/exchange/formats/row_writer.h"
 
 namespace store::exchange {
 

@@ -5,9 +5,9 @@
 #include <string>
 #include <vector>
 
-#include "platform/store/exchange/csv_format.h"
-#include "platform/store/exchange/encoding.h"
-#include "platform/store/exchange/record_reader.h"
+#include "platform/store/exchange/bytes/encoding.h"
+#include "platform/store/exchange/formats/csv_format.h"
+#include "platform/store/exchange/formats/record_reader.h"
 
 namespace store::exchange {
 

@@ -1,6 +1,6 @@
-#include "platform/store/exchange/sql_writer.h"
+#include "platform/store/exchange/formats/sql_writer.h"
 
-#include "platform/store/exchange/encoding.h"
+#include "platform/store/exchange/bytes/encoding.h"
 #include "platform/store/sql/dialect.h"
 
 namespace store::exchange {

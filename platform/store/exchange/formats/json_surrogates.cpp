@@ -1,4 +1,4 @@
-#include "platform/store/exchange/json_surrogates.h"
+#include "platform/store/exchange/formats/json_surrogates.h"
 
 #include <cstdint>
 #include <cstdlib>

@@ -1,9 +1,9 @@
-#include "platform/store/exchange/json_writer.h"
+#include "platform/store/exchange/formats/json_writer.h"
 
 #include <cmath>
 #include <set>
 
-#include "platform/store/exchange/json_text.h"
+#include "platform/store/exchange/formats/json_text.h"
 
 namespace store::exchange {
 

@@ -1,4 +1,4 @@
-#include "platform/store/exchange/output_file.h"
+#include "platform/store/exchange/bytes/output_file.h"
 
 #include <cerrno>
 #include <cstring>

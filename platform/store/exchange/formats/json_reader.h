@@ -5,8 +5,8 @@
 #include <unordered_map>
 #include <vector>
 
-#include "platform/store/exchange/encoding.h"
-#include "platform/store/exchange/record_reader.h"
+#include "platform/store/exchange/bytes/encoding.h"
+#include "platform/store/exchange/formats/record_reader.h"
 
 namespace store::exchange {
 

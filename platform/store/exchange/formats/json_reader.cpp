@@ -1,9 +1,9 @@
-#include "platform/store/exchange/json_reader.h"
+#include "platform/store/exchange/formats/json_reader.h"
 
 #include <nlohmann/json.hpp>
 
-#include "platform/store/exchange/json_surrogates.h"
-#include "platform/store/exchange/json_text.h"
+#include "platform/store/exchange/formats/json_surrogates.h"
+#include "platform/store/exchange/formats/json_text.h"
 
 namespace store::exchange {
 

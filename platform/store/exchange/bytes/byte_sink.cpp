@@ -1,4 +1,4 @@
-#include "platform/store/exchange/byte_sink.h"
+#include "platform/store/exchange/bytes/byte_sink.h"
 
 #include <cerrno>
 

@@ -1,6 +1,6 @@
-#include "platform/store/exchange/html_writer.h"
+#include "platform/store/exchange/formats/html_writer.h"
 
-#include "platform/store/exchange/encoding.h"
+#include "platform/store/exchange/bytes/encoding.h"
 
 namespace store::exchange {
 
