@@ -3,7 +3,7 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "platform/store/sqlite/file_system.h"
+#include "platform/store/sqlite/files/file_system.h"
 
 namespace bench {
 

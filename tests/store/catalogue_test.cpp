@@ -1,4 +1,4 @@
-#include "platform/store/sqlite/catalogue.h"
+#include "platform/store/sqlite/connection/catalogue.h"
 
 #include "tests/store/store_fixture.h"
 

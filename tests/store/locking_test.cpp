@@ -3,7 +3,7 @@
 #include <chrono>
 #include <thread>
 
-#include "platform/store/sqlite/connection_guard.h"
+#include "platform/store/sqlite/connection/connection_guard.h"
 #include "tests/store/store_fixture.h"
 
 namespace store {

@@ -1,4 +1,4 @@
-#include "platform/store/sqlite/read_ahead.h"
+#include "platform/store/sqlite/files/read_ahead.h"
 
 #include <chrono>
 #include <cstring>

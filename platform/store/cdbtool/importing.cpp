@@ -8,7 +8,7 @@
 #include "platform/store/exchange/names.h"
 #include "platform/store/rows/ascii_case.h"
 #include "platform/store/sql/sql_tokens.h"
-#include "platform/store/sqlite/file_path.h"
+#include "platform/store/sqlite/files/file_path.h"
 
 namespace cdbtool {
 

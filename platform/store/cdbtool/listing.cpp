@@ -9,7 +9,7 @@
 #include "platform/store/exchange/formats/json_writer.h"
 #include "platform/store/sql/dialect.h"
 #include "platform/store/sqlite/database_file.h"
-#include "platform/store/sqlite/file_path.h"
+#include "platform/store/sqlite/files/file_path.h"
 
 namespace cdbtool {
 

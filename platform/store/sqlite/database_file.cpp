@@ -4,10 +4,10 @@
 #include <filesystem>
 #include <system_error>
 
-#include "platform/store/sqlite/file_head.h"
-#include "platform/store/sqlite/new_file.h"
+#include "platform/store/sqlite/connection/sqlite_connection.h"
+#include "platform/store/sqlite/files/file_head.h"
+#include "platform/store/sqlite/files/new_file.h"
 #include "platform/store/sqlite/sqlite_backend.h"
-#include "platform/store/sqlite/sqlite_connection.h"
 
 namespace store {
 

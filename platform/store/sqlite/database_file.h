@@ -6,7 +6,7 @@
 
 #include "platform/store/rows/backend.h"
 #include "platform/store/sql/dialect.h"
-#include "platform/store/sqlite/open_options.h"
+#include "platform/store/sqlite/connection/open_options.h"
 
 namespace store {
 

@@ -5,9 +5,9 @@
 #include <system_error>
 
 #include "platform/store/sqlite/database_file.h"
-#include "platform/store/sqlite/file_head.h"
-#include "platform/store/sqlite/file_system.h"
-#include "platform/store/sqlite/new_file.h"
+#include "platform/store/sqlite/files/file_head.h"
+#include "platform/store/sqlite/files/file_system.h"
+#include "platform/store/sqlite/files/new_file.h"
 
 namespace store {
 

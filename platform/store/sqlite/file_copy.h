@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "platform/store/sqlite/sqlite_connection.h"
+#include "platform/store/sqlite/connection/sqlite_connection.h"
 
 namespace store {
 

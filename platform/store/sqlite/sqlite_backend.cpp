@@ -1,12 +1,12 @@
 #include "platform/store/sqlite/sqlite_backend.h"
 
-#include "platform/store/sqlite/catalogue.h"
+#include "platform/store/sqlite/connection/catalogue.h"
 #include "platform/store/sqlite/file_copy.h"
-#include "platform/store/sqlite/result_rows.h"
-#include "platform/store/sqlite/schema_reading.h"
-#include "platform/store/sqlite/sqlite_row_stream.h"
-#include "platform/store/sqlite/sqlite_table_load.h"
-#include "platform/store/sqlite/table_rows.h"
+#include "platform/store/sqlite/sources/result_rows.h"
+#include "platform/store/sqlite/sources/schema_reading.h"
+#include "platform/store/sqlite/sources/sqlite_row_stream.h"
+#include "platform/store/sqlite/sources/sqlite_table_load.h"
+#include "platform/store/sqlite/sources/table_rows.h"
 
 namespace store {
 

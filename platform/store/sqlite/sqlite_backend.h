@@ -9,8 +9,8 @@
 #include "platform/store/rows/backend.h"
 #include "platform/store/sql/date_literals.h"
 #include "platform/store/sql/dialect.h"
+#include "platform/store/sqlite/connection/sqlite_connection.h"
 #include "platform/store/sqlite/database_file.h"
-#include "platform/store/sqlite/sqlite_connection.h"
 
 namespace store {
 

@@ -10,7 +10,7 @@
 #include "platform/store/exchange/bytes/output_file.h"
 #include "platform/store/exchange/export.h"
 #include "platform/store/exchange/names.h"
-#include "platform/store/sqlite/file_path.h"
+#include "platform/store/sqlite/files/file_path.h"
 
 namespace automation {
 

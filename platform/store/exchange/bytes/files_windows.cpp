@@ -7,7 +7,7 @@
 #include <sys/stat.h>
 
 #include "platform/store/exchange/bytes/byte_source.h"
-#include "platform/store/sqlite/file_path.h"
+#include "platform/store/sqlite/files/file_path.h"
 
 namespace store::exchange {
 

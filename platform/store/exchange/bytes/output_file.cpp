@@ -5,7 +5,7 @@
 #include <filesystem>
 #include <system_error>
 
-#include "platform/store/sqlite/file_path.h"
+#include "platform/store/sqlite/files/file_path.h"
 
 namespace store::exchange {
 

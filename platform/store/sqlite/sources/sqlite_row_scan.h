@@ -1,0 +1,76 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/store/rows/backend.h"
+#include "platform/store/sqlite/connection/sqlite_connection.h"
+
+namespace store {
+
+/// Where the rows of a source are, and how SQL names what is in them.
+struct ScannedRows {
+  std::string columnList;         ///< what stands behind SELECT for all columns of the source
+  std::size_t columnCount = 0;    ///< that it makes
+  std::string tableClause;        ///< what stands behind FROM
+  std::vector<std::string> keys;  ///< what reads the key: one for a row id
+  bool areTupleKeyed = false;
+  /// Whether the keys are those of all rows in the order of the keys, more or less.
+  bool areWholeTable = false;
+};
+
+/// Walks over the rows inside SQLite. Where row ids stand in their own order, it goes along them. In any
+/// other order it looks at some rows one by one; then it goes through the table once, in the table's order,
+/// and notes in a bit map of a fixed size which rows are wanted.
+class SqliteRowScan : public RowScan {
+ public:
+  /// `connection`, `source` and `test` outlive the scan. `checkRows`, called with a read transaction open,
+  /// says whether the keys still name the rows that they were taken from.
+  SqliteRowScan(SqliteConnection& connection, RowSource& source, RowTest& test, ScannedRows rows,
+                std::function<Status()> checkRows);
+  ~SqliteRowScan() override;
+  SqliteRowScan(const SqliteRowScan&) = delete;
+  SqliteRowScan& operator=(const SqliteRowScan&) = delete;
+
+  Status passOver(const KeySet& keys, std::size_t first, std::size_t last, Clock::time_point until,
+                  std::size_t* next) override;
+
+ private:
+  Status passOverSome(const KeySet& keys, std::size_t last, Clock::time_point until, std::size_t* next,
+                      bool* stops);
+  Status lookOneByOne(const KeySet& keys, std::size_t last, Clock::time_point until, std::size_t* next,
+                      bool* stops);
+  Status goAlong(const KeySet& keys, std::size_t end, Clock::time_point until, std::size_t* next,
+                 bool* stops);
+  Status goThrough(const KeySet& keys, Clock::time_point until);
+  /// False at a row that has a mark.
+  bool passOverUnmarked(const KeySet& keys, std::size_t last, std::size_t* next) const;
+  Status fail(sqlite3_stmt* statement, int result);
+  void decide(const KeySet& keys);
+  Status prepare();
+  std::string statementText(bool isBounded) const;
+  Key keyOf(sqlite3_stmt* statement) const;
+  std::uint64_t bitOf(std::uint64_t hash) const { return hash & (marks_.size() * 64 - 1); }
+
+  SqliteConnection& connection_;
+  RowTest& test_;
+  ScannedRows rows_;
+  std::vector<char> ignored_;  // what the test ignores
+  std::function<Status()> checkRows_;
+  std::unique_ptr<RowScan> oneByOne_;
+  SqliteStatement from_;   // from a key on, for row ids up to another one
+  SqliteStatement whole_;  // for tuples: from the first key on
+
+  bool isDecided_ = false;
+  bool goesAlong_ = false;        // the keys are row ids in their order, as far as is known
+  std::size_t oneByOneLeft_ = 0;  // so many rows are looked at one by one before the table is gone through
+  bool isMarked_ = false;         // the whole table was gone through
+  std::vector<std::uint64_t> marks_;  // a bit for each remainder of a hash of a key; a power of two of words
+  std::optional<Key> resumeAt_;       // where going through the table goes on
+  std::uint64_t rowsSeen_ = 0;        // while going through the table
+};
+
+}  // namespace store
