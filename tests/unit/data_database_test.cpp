@@ -10,6 +10,7 @@
 namespace {
 
 using testing::ElementsAre;
+using testing::IsEmpty;
 
 class DatabaseTest : public DataTest {};
 
@@ -143,39 +144,45 @@ TEST_F(DatabaseTest, ReleasesAllThatItHeld) {
   EXPECT_TRUE(std::filesystem::remove(path_)) << "the file is still held";
 }
 
-// ---- What is sent
+// ---- Against a store of our own
 
-class DatabaseCallsTest : public testing::Test {
+class DatabaseStatementsTest : public testing::Test {
  protected:
+  void expectNothingOpen() {
+    EXPECT_FALSE(store_.isConnected);
+    EXPECT_EQ(store_.openCursorCount(), 0);
+  }
+
   FakeStore store_;
   FakeStoreRegistration registration_{store_};
   Database database_;
 };
 
-TEST_F(DatabaseCallsTest, CreatingRunsItsStatementAsARecordsetOfTheStoreWithoutAFile) {
-  store_.calls.clear();
+TEST_F(DatabaseStatementsTest, CreatingRunsItsStatementAsARecordsetOfTheStoreWithoutAFile) {
   EXPECT_TRUE(database_.createDatabase(L"a b.cdb"));
-  EXPECT_THAT(store_.calls,
-              ElementsAre("connection string ", "disconnect", "connect options -1", "Close",
-                          "Open CREATE DATABASE 'a b.cdb' cursor 2 lock 3 options 1", "Close", "disconnect"));
+  EXPECT_THAT(store_.statements,
+              ElementsAre("Open CREATE DATABASE 'a b.cdb' cursor 2 lock 3 options 1 in the store"));
+  EXPECT_EQ(store_.connectOptions, -1);
+  expectNothingOpen();
 }
 
-TEST_F(DatabaseCallsTest, DroppingRunsItsStatementAsARecordsetOfTheStoreWithoutAFile) {
-  store_.calls.clear();
-  EXPECT_TRUE(database_.dropDatabase(L"a b.cdb"));
-  EXPECT_THAT(store_.calls,
-              ElementsAre("disconnect", "connection string ", "disconnect", "connect options -1", "Close",
-                          "Open DROP DATABASE 'a b.cdb' cursor 2 lock 3 options 1", "Close", "disconnect"));
+TEST_F(DatabaseStatementsTest, DroppingRunsItsStatementAsARecordsetOfTheStoreWithoutAFile) {
+  ASSERT_TRUE(database_.open(L"other.cdb"));
+  EXPECT_EQ(store_.connectedTo, "other.cdb");
+  EXPECT_TRUE(database_.dropDatabase(L"other.cdb"));
+  EXPECT_THAT(store_.statements,
+              ElementsAre("Open DROP DATABASE 'other.cdb' cursor 2 lock 3 options 1 in the store"));
+  EXPECT_EQ(store_.connectOptions, -1);
+  expectNothingOpen();
 }
 
-TEST_F(DatabaseCallsTest, AfterAFailedDropTheConnectionStaysWithTheStoreAndAfterAFailedCreateItDoesNot) {
+TEST_F(DatabaseStatementsTest, AfterAFailedDropTheConnectionStaysWithTheStoreAndAfterAFailedCreateItDoesNot) {
   store_.statementResult = E_FAIL;
-  store_.calls.clear();
   EXPECT_FALSE(database_.dropDatabase(L"a.cdb"));
-  EXPECT_THAT(store_.calls, testing::Contains("connect options -1"));
-  EXPECT_NE(store_.calls.back(), "disconnect");
+  EXPECT_TRUE(store_.isConnected);
+  EXPECT_EQ(store_.connectedTo, "");
   EXPECT_FALSE(database_.createDatabase(L"a.cdb"));
-  EXPECT_EQ(store_.calls.back(), "disconnect");
+  expectNothingOpen();
 }
 
 /// The path with which the statement fills its 199 characters.
@@ -183,25 +190,24 @@ std::wstring longestPath(const wchar_t* verb) {
   return std::wstring(199 - std::wstring(verb).size() - std::wstring(L" DATABASE ''").size(), L'x');
 }
 
-TEST_F(DatabaseCallsTest, APathThatJustFitsIsSent) {
+TEST_F(DatabaseStatementsTest, APathThatJustFitsIsSent) {
   EXPECT_TRUE(database_.createDatabase(longestPath(L"CREATE").c_str()));
   EXPECT_TRUE(database_.dropDatabase(longestPath(L"DROP").c_str()));
 }
 
-TEST_F(DatabaseCallsTest, APathThatWouldOverflowTheStatementIsRefusedAndNothingSent) {
-  store_.calls.clear();
+TEST_F(DatabaseStatementsTest, APathThatWouldOverflowTheStatementIsRefusedAndNothingSent) {
   EXPECT_FALSE(database_.createDatabase((longestPath(L"CREATE") + L"x").c_str()));
   EXPECT_FALSE(database_.dropDatabase((longestPath(L"DROP") + L"x").c_str()));
   EXPECT_FALSE(database_.dropDatabase(std::wstring(100'000, L'x').c_str()));
-  EXPECT_THAT(store_.calls, testing::Each("disconnect"));
+  EXPECT_THAT(store_.statements, IsEmpty());
+  expectNothingOpen();
 }
 
-TEST_F(DatabaseCallsTest, AStoreThatDoesNotOpenCreatesAndDropsNothing) {
+TEST_F(DatabaseStatementsTest, AStoreThatDoesNotOpenCreatesAndDropsNothing) {
   store_.openResult = E_FAIL;
-  store_.calls.clear();
   EXPECT_FALSE(database_.createDatabase(L"a.cdb"));
   EXPECT_FALSE(database_.dropDatabase(L"a.cdb"));
-  for (const std::string& call : store_.calls) EXPECT_EQ(call.find("Open"), std::string::npos) << call;
+  EXPECT_THAT(store_.statements, IsEmpty());
 }
 
 }  // namespace

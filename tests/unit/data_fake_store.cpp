@@ -2,7 +2,8 @@
 
 #include <objbase.h>
 
-#include <cstdio>
+#include <algorithm>
+#include <utility>
 
 #include "gtest/gtest.h"
 
@@ -12,6 +13,18 @@ std::string narrow(const wchar_t* text) {
   std::string narrowed;
   for (; text && *text; ++text) narrowed += static_cast<char>(*text);
   return narrowed;
+}
+
+Variant copyOf(const Variant& value) {
+  Variant copy;
+  EXPECT_EQ(VariantCopy(copy.put(), const_cast<VARIANT*>(&value.get())), S_OK);
+  return copy;
+}
+
+/// Behind a statement: to what the connection leads.
+std::string placeOf(const FakeStore& store) {
+  if (!store.isConnected) return "";
+  return " in " + (store.connectedTo.empty() ? "the store" : store.connectedTo);
 }
 
 /// The part of every object that the tests don't look at.
@@ -52,17 +65,24 @@ class FakeObject : public Interface {
 
 class FakeFieldObject final : public FakeObject<IAdoceField> {
  public:
-  FakeFieldObject(FakeStore& store, std::size_t index) : store_(store), index_(index) {}
+  FakeFieldObject(FakeStore& store, std::shared_ptr<FakeCursor> cursor, std::size_t index)
+      : store_(store), cursor_(std::move(cursor)), index_(index) {}
 
   HRESULT STDMETHODCALLTYPE get_Value(VARIANT* value) override {
+    const FakeRow* const row = currentRow();
+    if (!row) return E_FAIL;
     // A call that fails leaves something behind all the same, as no component should.
-    const HRESULT copied = VariantCopy(value, const_cast<VARIANT*>(&field().value.get()));
+    const HRESULT copied = VariantCopy(value, const_cast<VARIANT*>(&row->at(index_).get()));
     return FAILED(copied) ? copied : field().result;
   }
   HRESULT STDMETHODCALLTYPE put_Value(VARIANT value) override {
-    store_.calls.push_back("put " + std::to_string(index_) + " type " + std::to_string(value.vt));
     if (FAILED(field().result)) return field().result;
-    return VariantCopy(field().value.put(), &value);
+    const FakeRow* const row = currentRow();
+    if (!row) return E_FAIL;
+    if (cursor_->written.empty()) {
+      for (const Variant& each : *row) cursor_->written.push_back(copyOf(each));
+    }
+    return VariantCopy(cursor_->written.at(index_).put(), &value);
   }
   HRESULT STDMETHODCALLTYPE get_Name(BSTR* name) override {
     if (FAILED(field().result)) return field().result;
@@ -88,19 +108,27 @@ class FakeFieldObject final : public FakeObject<IAdoceField> {
 
  private:
   FakeField& field() { return store_.fields[index_]; }
+  /// Null where there is none.
+  const FakeRow* currentRow() const {
+    if (!cursor_->written.empty()) return &cursor_->written;
+    const auto index = static_cast<std::size_t>(cursor_->position - 1);
+    return cursor_->position >= 1 && index < store_.rows.size() ? &store_.rows[index] : nullptr;
+  }
 
   FakeStore& store_;
+  std::shared_ptr<FakeCursor> cursor_;
   std::size_t index_;
 };
 
 class FakeFieldsObject final : public FakeObject<IAdoceFields> {
  public:
-  explicit FakeFieldsObject(FakeStore& store) : store_(store) {}
+  FakeFieldsObject(FakeStore& store, std::shared_ptr<FakeCursor> cursor)
+      : store_(store), cursor_(std::move(cursor)) {}
 
   HRESULT STDMETHODCALLTYPE get_Item(VARIANT index, IAdoceField** field) override {
     EXPECT_EQ(index.vt, VT_I4);
     if (index.lVal < 0 || static_cast<std::size_t>(index.lVal) >= store_.fields.size()) return E_INVALIDARG;
-    *field = new FakeFieldObject(store_, static_cast<std::size_t>(index.lVal));
+    *field = new FakeFieldObject(store_, cursor_, static_cast<std::size_t>(index.lVal));
     return S_OK;
   }
   HRESULT STDMETHODCALLTYPE get_Count(LONG* count) override {
@@ -111,61 +139,98 @@ class FakeFieldsObject final : public FakeObject<IAdoceFields> {
 
  private:
   FakeStore& store_;
+  std::shared_ptr<FakeCursor> cursor_;
 };
 
 class FakeRecordsetObject final : public FakeObject<IAdoceRecordset> {
  public:
-  explicit FakeRecordsetObject(FakeStore& store) : store_(store) { ++store_.recordsetsLive; }
-  ~FakeRecordsetObject() override { --store_.recordsetsLive; }
+  explicit FakeRecordsetObject(FakeStore& store, bool isOpen = false) : store_(store) {
+    store_.cursors.push_back(cursor_);
+    if (isOpen) begin();
+  }
+  ~FakeRecordsetObject() override { std::erase(store_.cursors, cursor_); }
 
   HRESULT STDMETHODCALLTYPE get_Fields(IAdoceFields** fields) override {
     if (FAILED(store_.fieldsResult)) return store_.fieldsResult;
     ++store_.fieldsFetched;
-    *fields = new FakeFieldsObject(store_);
+    *fields = new FakeFieldsObject(store_, cursor_);
     return S_OK;
   }
+  /// Refused while it is open, as the real one does.
   HRESULT STDMETHODCALLTYPE Open(VARIANT source, VARIANT activeConnection, LONG cursorType, LONG lockType,
                                  LONG options) override {
     EXPECT_EQ(source.vt, VT_BSTR);
     EXPECT_EQ(activeConnection.vt, VT_DISPATCH);
-    std::string call = "Open " + narrow(source.bstrVal) + " cursor " + std::to_string(cursorType) + " lock " +
-                       std::to_string(lockType) + " options " + std::to_string(options);
-    if (!activeConnection.pdispVal) call += " without connection";
-    store_.calls.push_back(call);
-    return FAILED(store_.openResult) ? store_.openResult : store_.statementResult;
+    if (cursor_->isOpen) return E_FAIL;
+    store_.statements.push_back("Open " + narrow(source.bstrVal) + " cursor " + std::to_string(cursorType) +
+                                " lock " + std::to_string(lockType) + " options " + std::to_string(options) +
+                                (activeConnection.pdispVal ? placeOf(store_) : " without connection"));
+    const HRESULT result = FAILED(store_.openResult) ? store_.openResult : store_.statementResult;
+    if (SUCCEEDED(result)) begin();
+    return result;
   }
-  HRESULT STDMETHODCALLTYPE Close() override { return note("Close", S_OK); }
-  HRESULT STDMETHODCALLTYPE MoveFirst() override { return note("MoveFirst", store_.moveResult); }
-  HRESULT STDMETHODCALLTYPE MoveLast() override { return note("MoveLast", store_.moveResult); }
-  HRESULT STDMETHODCALLTYPE MoveNext() override { return note("MoveNext", store_.moveResult); }
-  HRESULT STDMETHODCALLTYPE MovePrevious() override { return note("MovePrevious", store_.moveResult); }
+  HRESULT STDMETHODCALLTYPE Close() override {
+    *cursor_ = {};
+    return S_OK;
+  }
+  HRESULT STDMETHODCALLTYPE MoveFirst() override { return moveTo(1); }
+  HRESULT STDMETHODCALLTYPE MoveLast() override { return moveTo(rowCount()); }
+  HRESULT STDMETHODCALLTYPE MoveNext() override { return moveTo(cursor_->position + 1); }
+  HRESULT STDMETHODCALLTYPE MovePrevious() override { return moveTo(cursor_->position - 1); }
   HRESULT STDMETHODCALLTYPE Move(LONG count, VARIANT start) override {
+    constexpr LONG kFromCurrent = 0;
+    constexpr LONG kFromFirst = 1;
     EXPECT_EQ(start.vt, VT_I4);
-    return note("Move " + std::to_string(count) + " from " + std::to_string(start.lVal), store_.moveResult);
+    EXPECT_TRUE(start.lVal == kFromCurrent || start.lVal == kFromFirst) << start.lVal;
+    cursor_->wasMovedFromFirst = start.lVal == kFromFirst;
+    return moveTo((start.lVal == kFromFirst ? 1 : cursor_->position) + count);
   }
   HRESULT STDMETHODCALLTYPE AddNew(VARIANT fieldList, VARIANT values) override {
     EXPECT_EQ(fieldList.vt, VT_EMPTY);
     EXPECT_EQ(values.vt, VT_EMPTY);
-    return note("AddNew", store_.addNewResult);
+    if (FAILED(store_.addNewResult)) return store_.addNewResult;
+    if (!cursor_->isOpen) return E_FAIL;
+    cursor_->isAdding = true;
+    cursor_->position = rowCount() + 1;
+    cursor_->written.clear();
+    for (std::size_t i = 0; i < store_.fields.size(); ++i) cursor_->written.emplace_back();
+    return S_OK;
   }
   HRESULT STDMETHODCALLTYPE Update(VARIANT fieldList, VARIANT values) override {
     EXPECT_EQ(fieldList.vt, VT_EMPTY);
     EXPECT_EQ(values.vt, VT_EMPTY);
-    return note("Update", store_.updateResult);
+    if (FAILED(store_.updateResult)) return store_.updateResult;
+    if (cursor_->isAdding) {
+      store_.rows.push_back(std::move(cursor_->written));
+    } else if (!cursor_->written.empty()) {
+      store_.rows.at(static_cast<std::size_t>(cursor_->position - 1)) = std::move(cursor_->written);
+    }
+    cursor_->written.clear();
+    cursor_->isAdding = false;
+    return S_OK;
   }
-  HRESULT STDMETHODCALLTYPE CancelUpdate() override { return note("CancelUpdate", S_OK); }
+  HRESULT STDMETHODCALLTYPE CancelUpdate() override {
+    if (cursor_->isAdding) --cursor_->position;
+    cursor_->isAdding = false;
+    cursor_->written.clear();
+    return S_OK;
+  }
   HRESULT STDMETHODCALLTYPE Delete(LONG affectRecords) override {
-    return note("Delete " + std::to_string(affectRecords), S_OK);
+    constexpr LONG kCurrentOnly = 1;
+    EXPECT_EQ(affectRecords, kCurrentOnly);
+    if (cursor_->position < 1 || cursor_->position > rowCount()) return E_FAIL;
+    store_.rows.erase(store_.rows.begin() + (cursor_->position - 1));
+    return S_OK;
   }
   HRESULT STDMETHODCALLTYPE get_RecordCount(LONG* count) override {
-    *count = store_.recordCount;
+    *count = rowCount();
     return store_.recordCountResult;
   }
   HRESULT STDMETHODCALLTYPE GetRows(LONG, VARIANT, VARIANT, VARIANT*) override { return E_NOTIMPL; }
   HRESULT STDMETHODCALLTYPE Supports(LONG, VARIANT_BOOL*) override { return E_NOTIMPL; }
   HRESULT STDMETHODCALLTYPE Clone(IAdoceRecordset** copy) override {
-    *copy = new FakeRecordsetObject(store_);
-    return note("Clone", S_OK);
+    *copy = new FakeRecordsetObject(store_, cursor_->isOpen);
+    return S_OK;
   }
   HRESULT STDMETHODCALLTYPE get_AbsolutePosition(LONG*) override { return E_NOTIMPL; }
   HRESULT STDMETHODCALLTYPE put_AbsolutePosition(LONG) override { return E_NOTIMPL; }
@@ -186,12 +251,23 @@ class FakeRecordsetObject final : public FakeObject<IAdoceRecordset> {
   HRESULT STDMETHODCALLTYPE get_State(LONG*) override { return E_NOTIMPL; }
 
  private:
-  HRESULT note(std::string call, HRESULT result) {
-    store_.calls.push_back(std::move(call));
-    return result;
+  LONG rowCount() const { return static_cast<LONG>(store_.rows.size()); }
+  void begin() {
+    cursor_->isOpen = true;
+    cursor_->position = 1;
+  }
+  HRESULT moveTo(LONG position) {
+    if (!cursor_->isOpen) return E_FAIL;
+    if (FAILED(store_.moveResult)) {
+      cursor_->position = cursor_->position % std::max(rowCount(), 1L) + 1;
+      return store_.moveResult;
+    }
+    cursor_->position = std::clamp(position, 0L, rowCount() + 1);
+    return store_.moveResult;
   }
 
   FakeStore& store_;
+  std::shared_ptr<FakeCursor> cursor_ = std::make_shared<FakeCursor>();
 };
 
 class FakeConnectionObject final : public FakeObject<IAdoceConnection> {
@@ -200,32 +276,39 @@ class FakeConnectionObject final : public FakeObject<IAdoceConnection> {
 
   HRESULT STDMETHODCALLTYPE get_ConnectionString(BSTR*) override { return E_NOTIMPL; }
   HRESULT STDMETHODCALLTYPE put_ConnectionString(BSTR text) override {
-    store_.calls.push_back("connection string " + narrow(text));
+    store_.connectionString = narrow(text);
     return S_OK;
   }
   HRESULT STDMETHODCALLTYPE get_Provider(BSTR*) override { return E_NOTIMPL; }
   HRESULT STDMETHODCALLTYPE put_Provider(BSTR name) override {
-    store_.calls.push_back("provider " + narrow(name));
+    store_.provider = narrow(name);
     return S_OK;
   }
+  /// Refused while it is open, as the real one does.
   HRESULT STDMETHODCALLTYPE Open(BSTR text, BSTR user, BSTR password, LONG options) override {
     EXPECT_EQ(text, nullptr);
     EXPECT_EQ(user, nullptr);
     EXPECT_EQ(password, nullptr);
-    store_.calls.push_back("connect options " + std::to_string(options));
+    if (store_.isConnected) return E_FAIL;
+    if (FAILED(store_.openResult)) return store_.openResult;
+    store_.isConnected = true;
+    store_.connectedTo = store_.connectionString;
+    store_.connectOptions = options;
     return store_.openResult;
   }
   HRESULT STDMETHODCALLTYPE Close() override {
-    store_.calls.push_back("disconnect");
+    store_.isConnected = false;
+    store_.connectedTo.clear();
     return S_OK;
   }
   HRESULT STDMETHODCALLTYPE Execute(BSTR command, VARIANT* affected, LONG options,
                                     IAdoceRecordset** recordset) override {
-    store_.calls.push_back("Execute " + narrow(command) + " options " + std::to_string(options));
+    store_.statements.push_back("Execute " + narrow(command) + " options " + std::to_string(options) +
+                                placeOf(store_));
     if (FAILED(store_.openResult)) return store_.openResult;
     affected->vt = VT_I4;
     affected->lVal = 7;
-    *recordset = new FakeRecordsetObject(store_);
+    *recordset = new FakeRecordsetObject(store_, true);
     return S_OK;
   }
   HRESULT STDMETHODCALLTYPE get_Errors(IAdoceErrors**) override { return E_NOTIMPL; }
@@ -286,6 +369,29 @@ DWORD registerFake(const wchar_t* programId, FakeStore& store) {
 
 }  // namespace
 
+void FakeStore::addField(FakeField field, Variant value) {
+  fields.push_back(std::move(field));
+  if (rows.empty()) rows.emplace_back();
+  rows.front().push_back(std::move(value));
+}
+
+const Variant& FakeStore::value(std::size_t field) const {
+  const FakeCursor& cursor = *cursors.front();
+  if (!cursor.written.empty()) return cursor.written.at(field);
+  return rows.at(static_cast<std::size_t>(cursor.position - 1)).at(field);
+}
+
+std::wstring FakeStore::storedText(std::size_t row, std::size_t field) const {
+  const Variant& stored = rows.at(row).at(field);
+  EXPECT_EQ(stored.type(), VT_BSTR);
+  return stored.type() == VT_BSTR ? stored.get().bstrVal : L"";
+}
+
+int FakeStore::openCursorCount() const {
+  return static_cast<int>(
+      std::count_if(cursors.begin(), cursors.end(), [](const auto& each) { return each->isOpen; }));
+}
+
 Variant asBoolean(bool value) {
   Variant variant;
   VARIANT* target = variant.put();
@@ -295,7 +401,7 @@ Variant asBoolean(bool value) {
 }
 
 ComPtr<IAdoceRecordset> makeFakeRecordset(FakeStore& store) {
-  return ComPtr<IAdoceRecordset>(new FakeRecordsetObject(store));
+  return ComPtr<IAdoceRecordset>(new FakeRecordsetObject(store, true));
 }
 
 ComPtr<IAdoceConnection> makeFakeConnection(FakeStore& store) {

@@ -158,7 +158,7 @@ TEST_F(FieldsTest, EveryStatementOfARecordsetIsWrittenToTheDebugOutput) {
 class FakeFieldsTest : public testing::Test {
  protected:
   void addField(const wchar_t* name, LONG type, LONG attributes) {
-    store_.fields.push_back({.name = name, .type = type, .attributes = attributes, .value = {}});
+    store_.fields.push_back({.name = name, .type = type, .attributes = attributes});
   }
 
   FakeStore store_;
@@ -167,18 +167,18 @@ class FakeFieldsTest : public testing::Test {
 };
 
 TEST_F(FakeFieldsTest, TheCurrentRecordsetIsAKeysetOfAStatement) {
-  store_.calls.clear();
   EXPECT_TRUE(database_.openRecordset(L"Select * from [t]"));
   EXPECT_TRUE(database_.checkSql(L"Select 1"));
-  EXPECT_THAT(store_.calls, testing::IsSupersetOf({"Open Select * from [t] cursor 1 lock 3 options 1",
-                                                   "Open Select 1 cursor 1 lock 3 options 1"}));
+  EXPECT_THAT(store_.statements, ElementsAre("Open Select * from [t] cursor 1 lock 3 options 1",
+                                             "Open Select 1 cursor 1 lock 3 options 1"));
+  EXPECT_EQ(store_.cursors.size(), 1u) << "in place of each other";
 }
 
 TEST_F(FakeFieldsTest, ListingFieldNamesOpensADynamicCursorOfAStatement) {
-  store_.calls.clear();
   NameList names;
   database_.listFieldNames(L"Select 1", names);
-  EXPECT_THAT(store_.calls, testing::Contains("Open Select 1 cursor 2 lock 3 options 1"));
+  EXPECT_THAT(store_.statements, ElementsAre("Open Select 1 cursor 2 lock 3 options 1"));
+  EXPECT_EQ(store_.openCursorCount(), 0);
 }
 
 TEST_F(FakeFieldsTest, AFieldIsReadOnlyWhenItIsNeitherUpdatableNorPerhapsSo) {

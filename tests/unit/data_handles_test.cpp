@@ -1,4 +1,4 @@
-// The three handles over the data-access components, against a fake that writes down what it is asked.
+// The three handles over the data-access components, against components that obey the test.
 #include <cmath>
 #include <cwchar>
 #include <limits>
@@ -14,6 +14,7 @@
 namespace {
 
 using testing::ElementsAre;
+using testing::IsEmpty;
 
 Variant asText(const wchar_t* text) {
   return Variant::fromText(text);
@@ -38,7 +39,7 @@ Variant asDecimal(LONG64 value) {
 class HandlesTest : public testing::Test {
  protected:
   void addField(const wchar_t* name, LONG type, Variant value) {
-    store_.fields.push_back({.name = name, .type = type, .attributes = 4, .value = std::move(value)});
+    store_.addField({.name = name, .type = type, .attributes = 4}, std::move(value));
   }
 
   FakeStore store_;
@@ -49,14 +50,18 @@ class HandlesTest : public testing::Test {
 TEST_F(HandlesTest, ANewConnectionHasItsProviderSetAtOnce) {
   const FakeStoreRegistration registration(store_);
   const ConnectionHandle connection;
-  EXPECT_THAT(store_.calls, ElementsAre("provider CEDB"));
+  EXPECT_EQ(store_.provider, "CEDB");
+  EXPECT_FALSE(store_.isConnected);
 }
 
 TEST_F(HandlesTest, OpeningAConnectionClosesItFirst) {
   ConnectionHandle connection(makeFakeConnection(store_));
-  EXPECT_TRUE(connection.setConnectionString(L"a.cdb"));
-  EXPECT_EQ(connection.open(), 0);
-  EXPECT_THAT(store_.calls, ElementsAre("connection string a.cdb", "disconnect", "connect options -1"));
+  for (const auto& [text, place] : {std::pair(L"a.cdb", "a.cdb"), std::pair(L"b.cdb", "b.cdb")}) {
+    EXPECT_TRUE(connection.setConnectionString(text));
+    EXPECT_EQ(connection.open(), 0);
+    EXPECT_EQ(store_.connectedTo, place);
+    EXPECT_EQ(store_.connectOptions, -1);
+  }
 }
 
 TEST_F(HandlesTest, AConnectionThatDoesNotOpenReportsMinus13) {
@@ -78,20 +83,20 @@ TEST_F(HandlesTest, ExecutePassesOptions1AndTheAffectedRecordsOn) {
   LONG affected = 0;
   EXPECT_TRUE(connection.execute(L"DROP TABLE 't'", &affected));
   EXPECT_EQ(affected, 7);
-  EXPECT_THAT(store_.calls, ElementsAre("Execute DROP TABLE 't' options 1"));
+  EXPECT_THAT(store_.statements, ElementsAre("Execute DROP TABLE 't' options 1"));
 }
 
 TEST_F(HandlesTest, ARecordsetFromExecuteIsReleasedAtOnceUnlessAHandleTakesIt) {
   ConnectionHandle connection(makeFakeConnection(store_));
   EXPECT_TRUE(connection.execute(L"x"));
-  EXPECT_EQ(store_.recordsetsLive, 0);
+  EXPECT_THAT(store_.cursors, IsEmpty());
   {
     RecordsetHandle taken{ComPtr<IAdoceRecordset>()};
     EXPECT_TRUE(connection.execute(L"x", nullptr, &taken));
-    EXPECT_EQ(store_.recordsetsLive, 1);
+    EXPECT_EQ(store_.openCursorCount(), 1);
     EXPECT_TRUE(taken.moveFirst());
   }
-  EXPECT_EQ(store_.recordsetsLive, 0);
+  EXPECT_THAT(store_.cursors, IsEmpty());
 }
 
 TEST_F(HandlesTest, AFailedExecuteLeavesItsOutParametersUntouched) {
@@ -111,8 +116,9 @@ TEST_F(HandlesTest, OpeningARecordsetThatIsOpenClosesTheOldOneFirst) {
   RecordsetHandle recordset(makeFakeRecordset(store_));
   EXPECT_TRUE(recordset.open(L"a", &connection, CursorType::keyset, SourceKind::text));
   EXPECT_TRUE(recordset.open(L"b", &connection, CursorType::dynamic, SourceKind::table));
-  EXPECT_THAT(store_.calls, ElementsAre("Close", "Open a cursor 1 lock 3 options 1", "Close",
-                                        "Open b cursor 2 lock 3 options 2"));
+  EXPECT_THAT(store_.statements,
+              ElementsAre("Open a cursor 1 lock 3 options 1", "Open b cursor 2 lock 3 options 2"));
+  EXPECT_EQ(store_.openCursorCount(), 1);
 }
 
 TEST_F(HandlesTest, ARecordsetUsesItsOwnConnectionWhereNoneIsGiven) {
@@ -120,42 +126,56 @@ TEST_F(HandlesTest, ARecordsetUsesItsOwnConnectionWhereNoneIsGiven) {
   const ConnectionHandle connection;
   RecordsetHandle withOwn(&connection);
   RecordsetHandle withNone;
-  store_.calls.clear();
   EXPECT_TRUE(withOwn.open(L"a", nullptr, CursorType::keyset, SourceKind::text));
   EXPECT_TRUE(withNone.open(L"b", nullptr, CursorType::keyset, SourceKind::text));
-  EXPECT_THAT(store_.calls, ElementsAre("Close", "Open a cursor 1 lock 3 options 1", "Close",
-                                        "Open b cursor 1 lock 3 options 1 without connection"));
+  EXPECT_THAT(store_.statements, ElementsAre("Open a cursor 1 lock 3 options 1",
+                                             "Open b cursor 1 lock 3 options 1 without connection"));
 }
 
 TEST_F(HandlesTest, ARecordsetClosesWhenItsHandleEnds) {
-  { const RecordsetHandle recordset(makeFakeRecordset(store_)); }
-  EXPECT_THAT(store_.calls, ElementsAre("Close"));
-  EXPECT_EQ(store_.recordsetsLive, 0);
+  ComPtr<IAdoceRecordset> kept = makeFakeRecordset(store_);
+  ASSERT_EQ(store_.openCursorCount(), 1);
+  { const RecordsetHandle recordset(ComPtr<IAdoceRecordset>::share(kept.get())); }
+  EXPECT_EQ(store_.openCursorCount(), 0) << "although somebody else has it, too";
+  kept.reset();
+  EXPECT_THAT(store_.cursors, IsEmpty());
 }
 
 TEST_F(HandlesTest, MovesPassTheirCountAndOrigin) {
+  store_.rows.resize(10);
   RecordsetHandle recordset(makeFakeRecordset(store_));
-  EXPECT_TRUE(recordset.moveFirst());
+  const FakeCursor& cursor = *store_.cursors.front();
   EXPECT_TRUE(recordset.moveLast());
+  EXPECT_EQ(cursor.position, 10);
   EXPECT_TRUE(recordset.moveNext());
+  EXPECT_EQ(cursor.position, 11);
+  EXPECT_TRUE(recordset.moveFirst());
+  EXPECT_EQ(cursor.position, 1);
   EXPECT_TRUE(recordset.movePrevious());
+  EXPECT_EQ(cursor.position, 0);
   EXPECT_TRUE(recordset.move(4, MoveOrigin::first));
+  EXPECT_EQ(cursor.position, 5);
   EXPECT_TRUE(recordset.move(-2, MoveOrigin::current));
-  EXPECT_THAT(store_.calls, ElementsAre("MoveFirst", "MoveLast", "MoveNext", "MovePrevious", "Move 4 from 1",
-                                        "Move -2 from 0"));
+  EXPECT_EQ(cursor.position, 3);
 }
 
 TEST_F(HandlesTest, ChangesPassNoFieldsAndDeleteTheCurrentRecordOnly) {
+  addField(L"a", 202, asText(L"first"));
   RecordsetHandle recordset(makeFakeRecordset(store_));
   EXPECT_TRUE(recordset.addNew());
+  EXPECT_EQ(store_.rows.size(), 1u);
+  EXPECT_TRUE(recordset.field(0).setValue(asText(L"second")));
   EXPECT_TRUE(recordset.update());
+  ASSERT_EQ(store_.rows.size(), 2u);
+  EXPECT_TRUE(recordset.moveFirst());
   EXPECT_TRUE(recordset.deleteCurrent());
-  EXPECT_THAT(store_.calls, ElementsAre("AddNew", "Update", "Delete 1"));
+  ASSERT_EQ(store_.rows.size(), 1u);
+  EXPECT_EQ(store_.storedText(0, 0), L"second");
 }
 
 TEST_F(HandlesTest, CountsThatCantBeHadAreMinus1) {
   RecordsetHandle recordset(makeFakeRecordset(store_));
-  store_.recordCount = 5;
+  store_.rows.resize(5);
   store_.fields.resize(2);
   EXPECT_EQ(recordset.recordCount(), 5);
   EXPECT_EQ(recordset.fieldCount(), 2);
@@ -332,9 +352,10 @@ TEST_F(HandlesTest, HandlesReleaseAllThatTheyHeld) {
     EXPECT_TRUE(connection.execute(L"x", nullptr, &recordset));
     recordset.field(0).valueAsText();
     store_.fields.clear();
+    store_.rows.clear();
   }
   EXPECT_EQ(LiveResources::countOfAll(), before);
-  EXPECT_EQ(store_.recordsetsLive, 0);
+  EXPECT_THAT(store_.cursors, IsEmpty());
 }
 
 }  // namespace

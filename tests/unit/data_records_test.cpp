@@ -5,8 +5,6 @@
 
 namespace {
 
-using testing::ElementsAre;
-
 class RecordsTest : public DataTest {
  protected:
   void openThree() {
@@ -210,62 +208,69 @@ TEST_F(MatchTest, TheEmptyTextIsFoundInTheFirstFieldThatIsVisited) {
   EXPECT_EQ(match(true, false, 0, L""), 1);
 }
 
-// ---- What is sent
+// ---- Against a store of our own
 
-class RecordCallsTest : public testing::Test {
+class FakeRecordsTest : public testing::Test {
  protected:
-  void open(LONG recordCount) {
-    store_.recordCount = recordCount;
+  void open(std::size_t count) {
+    store_.rows.resize(count);
     EXPECT_TRUE(database_.openRecordset(L"x"));
-    store_.calls.clear();
     currentRecord = 1;
   }
+  const FakeCursor& cursor() const { return *store_.cursors.front(); }
 
   FakeStore store_;
   FakeStoreRegistration registration_{store_};
   Database database_;
 };
 
-TEST_F(RecordCallsTest, ANewRecordMovesToTheLastFirst) {
+TEST_F(FakeRecordsTest, ANewRecordBeginsBehindTheLast) {
   open(2);
   EXPECT_TRUE(database_.addNew());
-  EXPECT_THAT(store_.calls, ElementsAre("MoveLast", "AddNew"));
+  EXPECT_TRUE(cursor().isAdding);
+  EXPECT_EQ(cursor().position, 3);
+  EXPECT_EQ(store_.rows.size(), 2u);
   EXPECT_EQ(currentRecord, 3u);
 }
 
-TEST_F(RecordCallsTest, ANewRecordFailsWhenTheLastOfSomeCantBeReached) {
+TEST_F(FakeRecordsTest, ANewRecordFailsWhenTheLastOfSomeCantBeReached) {
   open(2);
   store_.moveResult = E_FAIL;
   EXPECT_FALSE(database_.addNew());
-  EXPECT_THAT(store_.calls, ElementsAre("MoveLast"));
+  EXPECT_FALSE(cursor().isAdding);
   EXPECT_EQ(currentRecord, 1u);
   EXPECT_EQ(database_.recordCount(), 2u);
   EXPECT_FALSE(database_.newRecordPending());
 }
 
-TEST_F(RecordCallsTest, ANewRecordAmongNoneIsAddedAlthoughTheMoveFails) {
+TEST_F(FakeRecordsTest, ANewRecordAmongNoneIsAddedAlthoughTheMoveFails) {
   open(0);
   store_.moveResult = E_FAIL;
   EXPECT_TRUE(database_.addNew());
-  EXPECT_THAT(store_.calls, ElementsAre("MoveLast", "AddNew"));
+  EXPECT_TRUE(cursor().isAdding);
   EXPECT_EQ(currentRecord, 1u);
   EXPECT_EQ(database_.recordCount(), 1u);
 }
 
-TEST_F(RecordCallsTest, DeletingAPendingRecordDeletesNothing) {
+TEST_F(FakeRecordsTest, DeletingAPendingRecordDeletesNothing) {
   open(2);
   ASSERT_TRUE(database_.addNew());
-  store_.calls.clear();
   EXPECT_TRUE(database_.deleteCurrent());
-  EXPECT_THAT(store_.calls, ElementsAre("CancelUpdate"));
+  EXPECT_FALSE(cursor().isAdding) << "a move would store it";
+  EXPECT_EQ(store_.rows.size(), 2u);
   EXPECT_EQ(currentRecord, 3u);
 }
 
-TEST_F(RecordCallsTest, UpdateSucceedsWhateverTheStoreSays) {
+TEST_F(FakeRecordsTest, UpdateSucceedsWhateverTheStoreSays) {
   open(2);
+  ASSERT_TRUE(database_.addNew());
   store_.updateResult = E_FAIL;
   EXPECT_TRUE(database_.update());
-  EXPECT_THAT(store_.calls, ElementsAre("Update"));
+  EXPECT_EQ(store_.rows.size(), 2u);
+  EXPECT_TRUE(cursor().isAdding) << "it stays begun";
+  store_.updateResult = S_OK;
+  EXPECT_TRUE(database_.update());
+  EXPECT_EQ(store_.rows.size(), 3u);
 }
 
 }  // namespace

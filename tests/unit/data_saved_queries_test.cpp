@@ -138,17 +138,38 @@ TEST_F(SavedQueriesTest, NothingIsSavedWithoutAFile) {
   EXPECT_THAT(names(), IsEmpty());
 }
 
-// ---- What is sent
+// ---- Against a store of our own
 
-constexpr char kOpenCall[] = "Open Select * from QuivaneQueries ORDER BY QueryName cursor 1 lock 3 options 1";
+constexpr char kSelect[] =
+    "Open Select * from QuivaneQueries ORDER BY QueryName cursor 1 lock 3 options 1 in a.cdb";
 
-class SavedQueryCallsTest : public testing::Test {
+class FakeQueriesTest : public testing::Test {
  protected:
-  SavedQueryCallsTest() {
-    store_.calls.clear();
-    store_.recordCount = 3;
-    store_.fields.push_back({.name = L"QueryName", .type = 203, .value = Variant::fromText(L"n")});
-    store_.fields.push_back({.name = L"SQL", .type = 203, .value = Variant::fromText(L"s")});
+  FakeQueriesTest() {
+    store_.isConnected = true;
+    store_.connectedTo = store_.connectionString = "a.cdb";
+    store_.fields.push_back({.name = L"QueryName", .type = 203});
+    store_.fields.push_back({.name = L"SQL", .type = 203});
+    for (const auto& [name, sql] :
+         {std::pair(L"n0", L"s0"), std::pair(L"n1", L"s1"), std::pair(L"n2", L"s2")}) {
+      FakeRow row;
+      row.push_back(Variant::fromText(name));
+      row.push_back(Variant::fromText(sql));
+      store_.rows.push_back(std::move(row));
+    }
+  }
+  std::vector<std::wstring> stored() const {
+    std::vector<std::wstring> all;
+    for (std::size_t row = 0; row < store_.rows.size(); ++row)
+      all.push_back(store_.storedText(row, 0) + L" " + store_.storedText(row, 1));
+    return all;
+  }
+  /// Each operation takes the connection string away, leaves the connection where it is and closes what it
+  /// opened.
+  void expectLeft() const {
+    EXPECT_EQ(store_.connectionString, "");
+    EXPECT_EQ(store_.connectedTo, "a.cdb");
+    EXPECT_EQ(store_.openCursorCount(), 0);
   }
 
   FakeStore store_;
@@ -156,45 +177,46 @@ class SavedQueryCallsTest : public testing::Test {
   Database database_;
 };
 
-TEST_F(SavedQueryCallsTest, AddingSendsItsStepsInOrder) {
-  store_.calls.clear();
+TEST_F(FakeQueriesTest, AQueryIsAddedBehindTheOthers) {
   EXPECT_TRUE(database_.addQuery({L"a", L"1"}));
-  EXPECT_THAT(store_.calls, ElementsAre("connection string ", "Close", kOpenCall, "MoveLast", "AddNew",
-                                        "put 0 type 8", "put 1 type 8", "Update", "Close"));
+  EXPECT_THAT(store_.statements, ElementsAre(kSelect));
+  EXPECT_THAT(stored(), ElementsAre(L"n0 s0", L"n1 s1", L"n2 s2", L"a 1"));
+  expectLeft();
 }
 
-TEST_F(SavedQueryCallsTest, AddingStopsWhereNoRecordCanBeAddedAndStillSucceeds) {
+TEST_F(FakeQueriesTest, AddingStopsWhereNoRecordCanBeAddedAndStillSucceeds) {
   store_.addNewResult = E_FAIL;
-  store_.calls.clear();
   EXPECT_TRUE(database_.addQuery({L"a", L"1"}));
-  EXPECT_THAT(store_.calls,
-              ElementsAre("connection string ", "Close", kOpenCall, "MoveLast", "AddNew", "Close"));
+  EXPECT_THAT(stored(), ElementsAre(L"n0 s0", L"n1 s1", L"n2 s2"));
+  expectLeft();
 }
 
-TEST_F(SavedQueryCallsTest, AddingWithoutTheTableSendsExactlyItsStatement) {
+TEST_F(FakeQueriesTest, AddingWithoutTheTableSendsExactlyItsStatement) {
   store_.openResult = E_FAIL;
   EXPECT_FALSE(database_.addQuery({L"a", L"1"}));
   EXPECT_THAT(
-      store_.calls,
-      testing::Contains("Execute CREATE TABLE 'QuivaneQueries' (QueryName Text ,SQL Text) options 1"));
+      store_.statements,
+      ElementsAre(kSelect,
+                  "Execute CREATE TABLE 'QuivaneQueries' (QueryName Text ,SQL Text) options 1 in a.cdb"));
 }
 
-TEST_F(SavedQueryCallsTest, UpdatingAndDeletingMoveFromTheFirstRecord) {
-  store_.calls.clear();
+TEST_F(FakeQueriesTest, TheOneAtThatPlaceIsChangedOrDeleted) {
   EXPECT_TRUE(database_.updateQuery(2, {L"a", L"1"}));
+  EXPECT_THAT(stored(), ElementsAre(L"n0 s0", L"n1 s1", L"a 1"));
+  expectLeft();
+  store_.connectionString = "a.cdb";
   EXPECT_TRUE(database_.deleteQuery(1));
-  EXPECT_THAT(store_.calls,
-              ElementsAre("connection string ", "Close", kOpenCall, "Move 2 from 1", "put 0 type 8",
-                          "put 1 type 8", "Update", "Close", "connection string ", "Close", kOpenCall,
-                          "Move 1 from 1", "Delete 1", "Close"));
+  EXPECT_THAT(stored(), ElementsAre(L"n0 s0", L"a 1"));
+  expectLeft();
+  EXPECT_THAT(store_.statements, ElementsAre(kSelect, kSelect));
 }
 
-TEST_F(SavedQueryCallsTest, FailuresAfterTheOpeningAreNotReported) {
+TEST_F(FakeQueriesTest, FailuresAfterTheOpeningAreNotReported) {
   store_.moveResult = E_FAIL;
   store_.updateResult = E_FAIL;
   SavedQuery query;
   EXPECT_TRUE(database_.getQuery(0, query));
-  EXPECT_STREQ(query.name.text(), L"n");
+  EXPECT_FALSE(query.name.isEmpty());
   EXPECT_TRUE(database_.updateQuery(0, query));
   EXPECT_TRUE(database_.deleteQuery(0));
   EXPECT_TRUE(database_.addQuery(query));

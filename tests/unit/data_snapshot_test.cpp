@@ -262,16 +262,16 @@ TEST_F(SnapshotTest, AReadingWaitsOnceForALock) {
 
 // ---- What a component may answer
 
-class SnapshotCallsTest : public testing::Test {
+class FakeSnapshotTest : public testing::Test {
  protected:
   FakeStore store_;
   FakeStoreRegistration registration_{store_};
   Database database_;
 };
 
-TEST_F(SnapshotCallsTest, OneFieldThatCantBeFetchedLeavesNone) {
-  store_.fields.push_back({.name = L"a", .type = 202, .attributes = 4, .value = Variant::fromText(L"x")});
-  store_.fields.push_back({.name = L"b", .type = 202, .attributes = 4, .value = Variant::fromText(L"y")});
+TEST_F(FakeSnapshotTest, OneFieldThatCantBeFetchedLeavesNone) {
+  store_.addField({.name = L"a", .type = 202, .attributes = 4}, Variant::fromText(L"x"));
+  store_.addField({.name = L"b", .type = 202, .attributes = 4}, Variant::fromText(L"y"));
   ASSERT_TRUE(database_.openRecordset(L"x"));
   store_.fields[1].result = E_FAIL;
   const RecordSnapshot read = database_.readRecord();
@@ -279,18 +279,17 @@ TEST_F(SnapshotCallsTest, OneFieldThatCantBeFetchedLeavesNone) {
   EXPECT_THAT(read.fields(), IsEmpty());
 }
 
-TEST_F(SnapshotCallsTest, AValueThatNoTextCanSayIsUnreadable) {
-  store_.fields.push_back(
-      {.name = L"a", .type = 202, .attributes = 4, .value = Variant::fromDispatch(nullptr)});
+TEST_F(FakeSnapshotTest, AValueThatNoTextCanSayIsUnreadable) {
+  store_.addField({.name = L"a", .type = 202, .attributes = 4}, Variant::fromDispatch(nullptr));
   ASSERT_TRUE(database_.openRecordset(L"x"));
   const RecordSnapshot read = database_.readRecord();
   ASSERT_TRUE(read.isReadable());
   EXPECT_EQ(read.fields()[0].state, State::unreadable);
 }
 
-TEST_F(SnapshotCallsTest, ANewRecordThatTheStoreRefusesToBeginWritesIntoNoOther) {
-  store_.fields.push_back({.name = L"a", .type = 202, .attributes = 4, .value = Variant::fromText(L"x")});
-  store_.recordCount = 2;
+TEST_F(FakeSnapshotTest, ANewRecordThatTheStoreRefusesToBeginWritesIntoNoOther) {
+  store_.addField({.name = L"a", .type = 202, .attributes = 4}, Variant::fromText(L"x"));
+  store_.rows.emplace_back().push_back(Variant::fromText(L"y"));
   ASSERT_TRUE(database_.openRecordset(L"x"));
   currentRecord = 1;
   store_.addNewResult = E_FAIL;
@@ -298,6 +297,7 @@ TEST_F(SnapshotCallsTest, ANewRecordThatTheStoreRefusesToBeginWritesIntoNoOther)
   EXPECT_FALSE(database_.newRecordPending());
   EXPECT_EQ(database_.recordCount(), 2u);
   EXPECT_EQ(currentRecord, 1u);
+  EXPECT_EQ(store_.storedText(1, 0), L"y");
 }
 
 }  // namespace

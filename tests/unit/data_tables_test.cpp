@@ -114,11 +114,22 @@ TEST_F(TablesTest, AStatementThatDoesNotOpenLeavesTheFieldNamesAsTheyWere) {
 
 class CatalogueTest : public testing::Test {
  protected:
-  void addField(const wchar_t* name, const wchar_t* value) {
-    store_.fields.push_back({.name = name, .type = 202, .value = Variant::fromText(value)});
+  /// A catalogue with a field of names, and a record for each.
+  void list(const wchar_t* field, std::initializer_list<const wchar_t*> names) {
+    store_.fields.clear();
+    store_.rows.clear();
+    store_.fields.push_back({.name = L"TableID", .type = 202});
+    store_.fields.push_back({.name = field, .type = 202});
+    for (const wchar_t* name : names) {
+      FakeRow row;
+      row.push_back(Variant::fromText(L"1"));
+      row.push_back(Variant::fromText(name));
+      store_.rows.push_back(std::move(row));
+    }
   }
   std::vector<std::wstring> tables() {
     NameList names;
+    names.append(L"old");
     EXPECT_TRUE(database_.listTables(names));
     return namesOf(names);
   }
@@ -129,55 +140,42 @@ class CatalogueTest : public testing::Test {
 };
 
 TEST_F(CatalogueTest, IsOpenedAsATable) {
-  store_.calls.clear();
   tables();
-  EXPECT_THAT(store_.calls, testing::Contains("Open MSysTables cursor 1 lock 3 options 2"));
+  EXPECT_THAT(store_.statements, ElementsAre("Open MSysTables cursor 1 lock 3 options 2"));
+  EXPECT_EQ(store_.openCursorCount(), 0);
 }
 
 TEST_F(CatalogueTest, NamesThatDifferFromASystemTableInLetterCaseAreUserTables) {
-  store_.recordCount = 1;
-  addField(L"TableID", L"1");
-  for (const wchar_t* name : {L"msysTables", L"MSYSFIELDS", L"MSysIndex", L"MSysProcs "}) {
-    store_.fields.resize(1);
-    addField(L"TableName", name);
-    EXPECT_THAT(tables(), ElementsAre(name));
-  }
-  for (const wchar_t* name : {L"MSysFields", L"MSysTables", L"MSysIndexes", L"MSysProcs"}) {
-    store_.fields.resize(1);
-    addField(L"TableName", name);
-    EXPECT_THAT(tables(), IsEmpty());
-  }
+  list(L"TableName", {L"msysTables", L"MSysTables", L"MSYSFIELDS", L"MSysFields", L"MSysIndex",
+                      L"MSysIndexes", L"MSysProcs", L"MSysProcs "});
+  EXPECT_THAT(tables(), ElementsAre(L"msysTables", L"MSYSFIELDS", L"MSysIndex", L"MSysProcs "));
 }
 
 TEST_F(CatalogueTest, RecordsWithoutAFieldOfNamesAreSkipped) {
-  store_.recordCount = 3;
-  addField(L"tablename", L"t");
-  addField(L"Name", L"t");
-  NameList names;
-  names.append(L"old");
-  EXPECT_TRUE(database_.listTables(names));
-  EXPECT_THAT(namesOf(names), IsEmpty());
+  for (const wchar_t* field : {L"tablename", L"Name"}) {
+    list(field, {L"t", L"u", L"v"});
+    EXPECT_THAT(tables(), IsEmpty()) << field;
+  }
 }
 
 TEST_F(CatalogueTest, CreatingAndDroppingATableExecuteTheirStatements) {
-  store_.calls.clear();
   EXPECT_TRUE(database_.createTable(L"my t", L"Id Integer ,'Full name' Varchar (255)"));
   EXPECT_TRUE(database_.dropTable(L"my t"));
-  EXPECT_THAT(store_.calls,
+  EXPECT_THAT(store_.statements,
               ElementsAre("Execute CREATE TABLE 'my t' (Id Integer ,'Full name' Varchar (255)) options 1",
                           "Execute DROP TABLE 'my t' options 1"));
-  EXPECT_EQ(store_.recordsetsLive, 1) << "a recordset of a statement was kept";
+  EXPECT_EQ(store_.cursors.size(), 1u) << "a recordset of a statement was kept";
 }
 
 TEST_F(CatalogueTest, NamesThatWouldOverflowAStatementAreRefusedAndNothingSent) {
   const std::wstring longest(199 - 14 - 3 - 1 - 9, L'x');
   EXPECT_TRUE(database_.createTable(longest.c_str(), L"a Integer"));
-  store_.calls.clear();
+  store_.statements.clear();
   EXPECT_FALSE(database_.createTable((longest + L"x").c_str(), L"a Integer"));
   EXPECT_FALSE(database_.createTable(longest.c_str(), L"aa Integer"));
   EXPECT_FALSE(database_.createTable(L"t", std::wstring(1'000'000, L'x').c_str()));
   EXPECT_FALSE(database_.dropTable(std::wstring(199, L'x').c_str()));
-  EXPECT_THAT(store_.calls, IsEmpty());
+  EXPECT_THAT(store_.statements, IsEmpty());
 }
 
 }  // namespace

@@ -2,7 +2,6 @@
 #include "resources/command_ids.h"
 #include "tests/ui/document/document_fixture.h"
 
-using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -32,10 +31,9 @@ class DocumentFindTest : public DocumentTest {
       state.matchCase = matchCase ? 1 : 0;
     };
     document().openFind();
-    window().takeCalls();
     messages().clear();
+    window().prompts.isFindDialogOutdated = true;
   }
-  std::vector<FakePrompts::Message>& messages() { return window().prompts.messages; }
   std::vector<std::wstring> texts() {
     std::vector<std::wstring> result;
     for (const auto& message : messages()) result.push_back(message.text);
@@ -45,10 +43,12 @@ class DocumentFindTest : public DocumentTest {
 
 TEST_F(DocumentFindTest, IsForTheFormAndAnOpenDatabase) {
   document().setViewMode(ViewMode::list);
-  window().takeCalls();
   document().openFind();
+  EXPECT_FALSE(window().prompts.findFields.has_value());
+  window().prompts.isFindDialogOutdated = true;
   document().findNext();
-  EXPECT_THAT(window().takeCalls(), IsEmpty());
+  EXPECT_TRUE(window().prompts.isFindDialogOutdated);
+  EXPECT_EQ(window().sight(), "grid: row 1 of 5");
   document().closeDatabase();
   document().setViewMode(ViewMode::form);
   document().openFind();
@@ -70,10 +70,10 @@ TEST_F(DocumentFindTest, AMatchIsShownAndTheCursorGoesOnBehindIt) {
   document().findNext();
   EXPECT_EQ(window().bar.position, L"    2 / 5");
   EXPECT_EQ(currentRecord, 3u);
-  const Calls calls = window().takeCalls();
-  EXPECT_THAT(calls, Contains("form.showRecord"));
-  EXPECT_THAT(calls, Contains("form.focusField 0"));
-  EXPECT_EQ(calls.back(), "prompts.refillFindDialog");
+  EXPECT_EQ(window().sight(), "form: record 2");
+  EXPECT_EQ(value(), L"Pear");
+  EXPECT_EQ(window().form.focus, 0u);
+  EXPECT_FALSE(window().prompts.isFindDialogOutdated);
   EXPECT_THAT(texts(), IsEmpty());
 }
 
@@ -85,7 +85,7 @@ TEST_F(DocumentFindTest, EachStepGoesToTheNextRecordThatMatches) {
   EXPECT_EQ(window().bar.position, L"    3 / 5");
   document().findNext();
   EXPECT_EQ(window().bar.position, L"    4 / 5");
-  EXPECT_THAT(window().takeCalls(), Contains("form.focusField 1"));
+  EXPECT_EQ(window().form.focus, 1u);
 }
 
 TEST_F(DocumentFindTest, OneFieldAlone) {
@@ -98,13 +98,15 @@ TEST_F(DocumentFindTest, AStepThatIsStoppedChangesNothing) {
   find(L"apple");
   document().findNext();
   const std::uint32_t behind = currentRecord;
-  window().takeCalls();
+  window().prompts.isFindDialogOutdated = true;
   window().prompts.goesOnSearching = [](std::uint32_t, std::uint32_t) { return false; };
   document().findNext();
   EXPECT_EQ(currentRecord, behind);
   EXPECT_EQ(window().bar.position, L"    1 / 5");
   EXPECT_THAT(texts(), IsEmpty());
-  EXPECT_THAT(window().takeCalls(), ElementsAre("form.takeChange", "prompts.refillFindDialog"));
+  EXPECT_EQ(window().sight(), "form: record 1");
+  EXPECT_FALSE(window().prompts.isFindDialogOutdated);
+  EXPECT_FALSE(window().prompts.isProgressShown);
   EXPECT_FALSE(document().isBusy());
   window().prompts.goesOnSearching = [](std::uint32_t, std::uint32_t) { return true; };
   document().findNext();
@@ -126,6 +128,7 @@ TEST_F(DocumentFindTest, NoCommandOfTheSearchRunsDuringAStep) {
   int asked = 0;
   window().prompts.goesOnSearching = [&](std::uint32_t tested, std::uint32_t all) {
     EXPECT_TRUE(document().isBusy());
+    EXPECT_TRUE(window().prompts.isProgressShown);
     EXPECT_LE(tested, all);
     EXPECT_EQ(all, 5u);
     if (++asked == 1) document().findNext();
@@ -134,7 +137,7 @@ TEST_F(DocumentFindTest, NoCommandOfTheSearchRunsDuringAStep) {
   document().findNext();
   EXPECT_GT(asked, 0);
   EXPECT_THAT(texts(), ElementsAre(L"All records searched for 'zebra'"));
-  EXPECT_EQ(window().prompts.progressesEnded, 1);
+  EXPECT_FALSE(window().prompts.isProgressShown);
 }
 
 TEST_F(DocumentFindTest, TheCaseOfLettersCountsWhenItIsAskedFor) {
@@ -183,9 +186,11 @@ TEST_F(DocumentFindTest, AChangeAfterAMatchGoesIntoTheRecordThatIsShown) {
   find(L"pear");
   document().findNext();
   ASSERT_EQ(currentRecord, 3u);
-  window().form.changed = true;
+  window().form.fields[1].content = L"yellow";
   document().commitCurrentRecord();
   EXPECT_EQ(currentRecord, 2u) << "the cursor stood behind the record that was changed";
+  EXPECT_THAT(stored(L"Select v from Words"),
+              ElementsAre(L"red", L"yellow", L"brown", L"apple red", L"blue"));
 }
 
 TEST_F(DocumentFindTest, ADeletionAfterAMatchDeletesTheRecordThatIsShown) {
@@ -206,9 +211,8 @@ TEST_F(DocumentFindTest, AfterAMatchTheListSelectsTheRecordThatIsShown) {
   document().findNext();
   ASSERT_EQ(currentRecord, 3u);
   document().setViewMode(ViewMode::list);
-  EXPECT_EQ(window().grid.filledAt, 2u);
+  EXPECT_EQ(window().sight(), "grid: row 2 of 5");
   EXPECT_EQ(window().bar.position, L"    2 / 5");
-  window().grid.row = 1;
   document().setViewMode(ViewMode::form);
   EXPECT_EQ(value(), L"Pear");
   EXPECT_EQ(window().bar.position, L"    2 / 5");
@@ -219,7 +223,7 @@ TEST_F(DocumentFindTest, AfterAMatchInTheLastRecordTheListSelectsThat) {
   document().findNext();
   ASSERT_EQ(currentRecord, 6u);
   document().setViewMode(ViewMode::list);
-  EXPECT_EQ(window().grid.filledAt, 5u);
+  EXPECT_EQ(window().sight(), "grid: row 5 of 5");
   EXPECT_EQ(window().bar.position, L"    5 / 5");
 }
 
@@ -240,9 +244,8 @@ TEST_F(DocumentFindTest, TheDialogOpensOverAnEmptyTableToo) {
   document().setViewMode(ViewMode::tables);
   document().openTableSelection(2);
   document().setViewMode(ViewMode::form);
-  window().takeCalls();
   document().openFind();
-  EXPECT_THAT(window().takeCalls(), ElementsAre("prompts.showFindDialog 1"));
+  EXPECT_THAT(window().prompts.findFields, testing::Optional(ElementsAre(L"c")));
   find(L"zebra");
   document().findNext();
   EXPECT_THAT(texts(), ElementsAre(L"All records searched for 'zebra'"));
@@ -257,9 +260,8 @@ TEST_F(DocumentFindTest, TheDialogOpensWithoutARecordsetAndNamesNoFields) {
   document().openQuerySelection(1);
   document().setViewMode(ViewMode::form);
   ASSERT_FALSE(document().isRecordsetOpen());
-  window().takeCalls();
   document().openFind();
-  EXPECT_THAT(window().takeCalls(), ElementsAre("prompts.showFindDialog 0"));
+  EXPECT_THAT(window().prompts.findFields, testing::Optional(IsEmpty()));
   find(L"zebra");
   document().findNext();
   EXPECT_THAT(texts(), ElementsAre(L"All records searched for 'zebra'"));
@@ -272,10 +274,13 @@ TEST_F(DocumentFindTest, TheRecordThatThePassesLeaveOutIsFoundAndShownLikeAnyOth
   EXPECT_THAT(texts(), IsEmpty());
   EXPECT_EQ(window().bar.position, L"    5 / 5");
   EXPECT_EQ(currentRecord, 6u);
-  EXPECT_THAT(window().takeCalls(), Contains("form.focusField 0"));
-  window().form.changed = true;
+  EXPECT_EQ(window().form.focus, 0u);
+  EXPECT_EQ(value(), L"plum");
+  window().form.fields[1].content = L"violet";
   document().commitCurrentRecord();
-  EXPECT_EQ(value(), L"plum") << "a change means the record that is shown";
+  EXPECT_THAT(stored(L"Select v from Words"),
+              ElementsAre(L"red", L"green", L"brown", L"apple red", L"violet"))
+      << "a change means the record that is shown";
 }
 
 TEST_F(DocumentFindTest, AContinuedSearchOfOneFieldLeavesNoRecordOut) {

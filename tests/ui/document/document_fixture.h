@@ -40,10 +40,7 @@ class DocumentTest : public testing::Test {
     window_.emplace();
   }
   std::filesystem::path file(std::string_view name) const { return folder_.file(name); }
-  void open() {
-    ASSERT_TRUE(document().openDatabase(path_.c_str()));
-    window().takeCalls();
-  }
+  void open() { ASSERT_TRUE(document().openDatabase(path_.c_str())); }
   void addQueries() {
     runStatements(path_,
                   {L"CREATE TABLE 'QuivaneQueries' (QueryName Text ,SQL Text)",
@@ -54,6 +51,27 @@ class DocumentTest : public testing::Test {
   std::wstring value() {
     const std::vector<FakeFieldEditor>& fields = window().form.fields;
     return fields.empty() ? L"(none)" : fields.front().shown;
+  }
+  std::vector<FakePrompts::Message>& messages() { return window().prompts.messages; }
+
+  /// The first field of what another connection reads.
+  std::vector<std::wstring> stored(const wchar_t* sql) { return stored(sql, path_); }
+  static std::vector<std::wstring> stored(const wchar_t* sql, const std::filesystem::path& path) {
+    // Both are the program's, and a Database takes them for its own.
+    const auto position = currentRecord;
+    const auto count = recordCount;
+    std::vector<std::wstring> values;
+    {
+      Database database;
+      EXPECT_TRUE(database.open(path.c_str()));
+      EXPECT_TRUE(database.openRecordset(sql));
+      const std::uint32_t all = database.recordCount();
+      for (std::uint32_t row = 0; row < all && database.moveTo(row + 1); ++row)
+        values.emplace_back(database.valueText(0).text());
+    }
+    currentRecord = position;
+    recordCount = count;
+    return values;
   }
 
  private:

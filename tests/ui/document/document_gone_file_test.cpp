@@ -1,15 +1,13 @@
 // The open file loses its name to another program: what the user is asked, and what becomes of his work.
-#include <deque>
 #include <fstream>
+#include <utility>
 
 #include "tests/ui/document/document_fixture.h"
 
 namespace fs = std::filesystem;
-using testing::Contains;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
-using testing::Not;
 
 namespace {
 
@@ -22,7 +20,6 @@ class GoneFileTest : public DocumentTest {
     ASSERT_TRUE(static_cast<bool>(document().openDatabase(ours_.c_str())));
     document().openTableSelection(0);
     theAppSettings->options().setGenUpdateRights(kNewRecordsAndDeletions);
-    window().takeCalls();
   }
 
   void makeOurs() {
@@ -33,7 +30,6 @@ class GoneFileTest : public DocumentTest {
     document().setViewMode(ViewMode::form);
     document().moveNextRecord();
     ASSERT_EQ(value(), L"20");
-    window().takeCalls();
   }
   /// What stands in the editor from now on, as the user's.
   void type(const wchar_t* text) { window().form.fields.at(0).content = text; }
@@ -52,31 +48,10 @@ class GoneFileTest : public DocumentTest {
     window().prompts.lostFileChoices = choices;
   }
   void saveAs(const fs::path& path) { window().prompts.file = String(path.c_str()); }
-  std::vector<FakePrompts::Message>& messages() { return window().prompts.messages; }
-  Calls questions() {
-    Calls asked;
-    for (const std::string& call : window().takeCalls()) {
-      if (call.starts_with("prompts.file")) asked.push_back(call);
-    }
-    return asked;
-  }
-  /// What another connection reads of the first field.
-  std::vector<std::wstring> stored(const fs::path& path) {
-    const auto position = currentRecord;
-    const auto count = recordCount;
-    std::vector<std::wstring> values;
-    {
-      Database database;
-      EXPECT_TRUE(static_cast<bool>(database.open(path.c_str())));
-      EXPECT_TRUE(static_cast<bool>(database.openRecordset(L"Select * from [T]")));
-      const std::uint32_t all = database.recordCount();
-      for (std::uint32_t row = 0; row < all && database.moveTo(row + 1); ++row) {
-        values.emplace_back(database.valueText(0).text());
-      }
-    }
-    currentRecord = position;
-    recordCount = count;
-    return values;
+  /// The losses that the user was asked about since the last call.
+  std::vector<FileState> questions() { return std::exchange(window().prompts.lostFiles, {}); }
+  static std::vector<std::wstring> stored(const fs::path& path) {
+    return DocumentTest::stored(L"Select * from [T]", path);
   }
 
   const fs::path place_ = file("place");
@@ -100,7 +75,7 @@ TEST_F(GoneFileTest, EachLossIsToldOnceWhenTheWindowComesToTheFront) {
   take();
   EXPECT_TRUE(document().lookAfterFile());
   EXPECT_TRUE(document().lookAfterFile());
-  EXPECT_THAT(questions(), ElementsAre("prompts.fileGone"));
+  EXPECT_THAT(questions(), ElementsAre(FileState::gone));
   EXPECT_EQ(window().prompts.lostFile, ours_.wstring());
   giveBack();
   EXPECT_TRUE(document().lookAfterFile());
@@ -108,7 +83,7 @@ TEST_F(GoneFileTest, EachLossIsToldOnceWhenTheWindowComesToTheFront) {
   replace();
   EXPECT_TRUE(document().lookAfterFile());
   EXPECT_TRUE(document().lookAfterFile());
-  EXPECT_THAT(questions(), ElementsAre("prompts.fileReplaced"));
+  EXPECT_THAT(questions(), ElementsAre(FileState::replaced));
 }
 
 TEST_F(GoneFileTest, AChangeIsNotAcknowledgedAndStaysOnTheForm) {
@@ -118,9 +93,9 @@ TEST_F(GoneFileTest, AChangeIsNotAcknowledgedAndStaysOnTheForm) {
   window().prompts.agrees = false;
   document().moveNextRecord();
   EXPECT_EQ(currentRecord, 2u);
-  const Calls calls = window().takeCalls();
-  EXPECT_THAT(calls, Contains("prompts.fileGone"));
-  EXPECT_THAT(calls, Not(Contains("form.showRecord")));
+  EXPECT_THAT(questions(), ElementsAre(FileState::gone));
+  EXPECT_EQ(window().sight(), "form: record 2");
+  EXPECT_EQ(window().form.fields.at(0).content, L"21");
   ASSERT_EQ(messages().size(), 1u);
   EXPECT_THAT(messages()[0].text, HasSubstr(L"The file was deleted or renamed while it was open."));
   EXPECT_FALSE(document().canLeaveRecord()) << "the second time";
@@ -141,22 +116,22 @@ TEST_F(GoneFileTest, WhatWasTypedIsStoredInTheCopy) {
   EXPECT_EQ(value(), L"30");
   EXPECT_THAT(stored(copy_), ElementsAre(L"10", L"21", L"30"));
   EXPECT_TRUE(document().lookAfterFile());
-  EXPECT_THAT(questions(), ElementsAre("prompts.fileGone"));
+  EXPECT_THAT(questions(), ElementsAre(FileState::gone));
   EXPECT_FALSE(fs::exists(place_)) << "nothing was made where the file was";
 }
 
 TEST_F(GoneFileTest, TheEditorsAreNotLoadedAnewWhenTheCopyIsGoneOnWith) {
   showForm();
+  type(L"22");
+  const int built = window().form.builds;
   take();
   answerWith({LostFileChoice::saveCopy});
   saveAs(copy_);
   EXPECT_TRUE(document().lookAfterFile());
-  const Calls calls = window().takeCalls();
-  for (const char* call : {"form.showRecord", "form.tearDown", "form.build", "form.hide"}) {
-    EXPECT_THAT(calls, Not(Contains(call)));
-  }
-  EXPECT_EQ(value(), L"20");
-  type(L"22");
+  EXPECT_EQ(window().form.builds, built);
+  EXPECT_EQ(window().sight(), "form: record 2");
+  EXPECT_EQ(window().form.fields.at(0).shown, L"20");
+  EXPECT_EQ(window().form.fields.at(0).content, L"22");
   document().moveNextRecord();
   EXPECT_THAT(stored(copy_), ElementsAre(L"10", L"22", L"30"));
 }
@@ -263,7 +238,7 @@ TEST_F(GoneFileTest, WhoNamesNoFileIsAskedAgain) {
   take();
   answerWith({LostFileChoice::saveCopy, LostFileChoice::later});
   EXPECT_TRUE(document().lookAfterFile());
-  EXPECT_THAT(questions(), ElementsAre("prompts.fileGone", "prompts.fileGone"));
+  EXPECT_THAT(questions(), ElementsAre(FileState::gone, FileState::gone));
   EXPECT_TRUE(document().isDatabaseOpen());
 }
 
@@ -282,15 +257,16 @@ TEST_F(GoneFileTest, ARecordIsDeletedInTheCopyOrNowhere) {
 
 TEST_F(GoneFileTest, TheGridGoesOnInTheCopy) {
   document().setViewMode(ViewMode::list);
-  currentRecord = 2;
+  window().tapRow(2);
+  const int filled = window().grid.fills;
   String cell;
   ASSERT_TRUE(document().readRow(0, 0, cell));
   take();
   answerWith({LostFileChoice::saveCopy});
   saveAs(copy_);
   EXPECT_TRUE(document().lookAfterFile());
-  EXPECT_THAT(window().takeCalls(), Contains("grid.fill"));
-  EXPECT_EQ(window().grid.filledAt, 2u);
+  EXPECT_EQ(window().grid.fills, filled + 1);
+  EXPECT_EQ(window().sight(), "grid: row 2 of 3");
   ASSERT_TRUE(document().readRow(2, 0, cell));
   EXPECT_STREQ(cell.text(), L"30");
   runStatements(copy_, {L"UPDATE T SET a = 31 WHERE a = 30"});
@@ -315,7 +291,7 @@ TEST_F(GoneFileTest, LeavingTheFileAsksFirst) {
   document().setViewMode(ViewMode::tables);
   take();
   EXPECT_TRUE(document().canLeaveRecord()) << "who was told may leave";
-  EXPECT_THAT(questions(), ElementsAre("prompts.fileGone"));
+  EXPECT_THAT(questions(), ElementsAre(FileState::gone));
   EXPECT_TRUE(document().canLeaveRecord());
   EXPECT_THAT(questions(), IsEmpty());
 }

@@ -119,12 +119,9 @@ TEST_F(DocumentSessionTest, TheCommandsOfARestoredTableFollowItsRecords) {
 TEST_F(DocumentSessionTest, TheTablesPageThenSelectsTheTable) {
   leaveTable(1);
   ASSERT_EQ(document().restoreSession(), RestoreResult::records);
-  window().takeCalls();
   document().setViewMode(ViewMode::tables);
-  const Calls calls = window().takeCalls();
-  EXPECT_THAT(calls, testing::Contains("tables.rememberSelection 0"));
-  EXPECT_THAT(calls, testing::Contains("tables.fill 5"));
-  EXPECT_EQ(window().tables->wanted, L"Second");
+  EXPECT_EQ(window().sight(), "tables");
+  EXPECT_EQ(window().tables->chosen(), L"Second");
 }
 
 TEST_F(DocumentSessionTest, TheQueryIsBackOnTheForm) {

@@ -25,8 +25,8 @@ void FormFixture::TearDown() {
 void FormFixture::showTable(const std::wstring& createTable, std::initializer_list<const wchar_t*> inserts) {
   makeDatabase(path_, {createTable.c_str()});
   runStatements(path_, inserts);
-  document_ = std::make_unique<Document>(DocumentPages{std::make_unique<FakeTables>(calls_),
-                                                       std::make_unique<FakeQueries>(calls_), grid_, view_,
+  document_ = std::make_unique<Document>(DocumentPages{std::make_unique<FakeTables>(inSight_),
+                                                       std::make_unique<FakeQueries>(inSight_), grid_, view_,
                                                        bar_, prompts_});
   view_.prepare(document_.get());
   ASSERT_TRUE(document_->openDatabase(path_.c_str()));

@@ -57,9 +57,9 @@ class FormFixture : public testing::Test {
   HostWindow host_;
   FormWrapper wrapper_;
   FormView view_{wrapper_};
-  Calls calls_;
-  FakeGrid grid_{calls_};
+  PagesInSight inSight_;
+  FakeGrid grid_{inSight_};
   FakeBar bar_;
-  FakePrompts prompts_{calls_};
+  FakePrompts prompts_;
   std::unique_ptr<Document> document_;
 };

@@ -11,7 +11,6 @@
 #include "base/app_colors.h"
 #include "gtest/gtest.h"
 #include "owners/live_resources.h"
-#include "tests/ui/support/fake_pages.h"
 #include "tests/ui/support/host_window.h"
 #include "views/names/queries_list_view.h"
 #include "views/names/tables_list_view.h"

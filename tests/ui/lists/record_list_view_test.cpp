@@ -39,9 +39,10 @@ class RecordListViewTest : public testing::Test {
   /// Opens a database with table T and shows the List page.
   void showTable(const wchar_t* createTable, const wchar_t* insert) {
     makeDatabase(path_, {createTable, insert});
-    document_ = std::make_unique<Document>(DocumentPages{std::make_unique<FakeTables>(calls_),
-                                                         std::make_unique<FakeQueries>(calls_), view_, form_,
-                                                         bar_, prompts_});
+    document_ = std::make_unique<Document>(DocumentPages{std::make_unique<FakeTables>(inSight_),
+                                                         std::make_unique<FakeQueries>(inSight_), view_,
+                                                         form_, bar_, prompts_});
+    form_.document = document_.get();
     view_.prepare(document_.get());
     ASSERT_TRUE(document_->openDatabase(path_.c_str()));
     document_->setViewMode(ViewMode::list);
@@ -98,21 +99,19 @@ class RecordListViewTest : public testing::Test {
   std::vector<std::wstring> told() {
     MSG message{};
     while (PeekMessageW(&message, list(), WM_APP, WM_APP, PM_REMOVE)) DispatchMessageW(&message);
-    std::vector<std::wstring> texts;
-    for (const FakePrompts::Message& shown : prompts_.messages) texts.push_back(shown.text);
-    prompts_.messages.clear();
-    return texts;
+    return prompts_.takeTexts();
   }
+
+  PagesInSight inSight_;
+  FakeForm form_{inSight_};
 
  private:
   testsupport::TempFolder folder_;
   std::filesystem::path path_ = folder_.file("grid.cdb");
   HostWindow host_;
   RecordListView view_;
-  Calls calls_;
-  FakeForm form_{calls_};
   FakeBar bar_;
-  FakePrompts prompts_{calls_};
+  FakePrompts prompts_;
   std::unique_ptr<Document> document_;
   HWND window_ = nullptr;
 };
@@ -245,6 +244,7 @@ TEST_F(RecordListViewTest, DrawingLeavesTheCurrentRecordWhereItIs) {
   ASSERT_TRUE(document().moveToCurrentRecord());
   EXPECT_EQ(cell(1, 0), L"10");
   EXPECT_EQ(currentRecord, 1u);
+  form_.build();
   document().loadRecord();
   EXPECT_EQ(shownOnForm(), L"0");
 }

@@ -1,25 +1,40 @@
 #pragma once
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
-#include <deque>
 #include <functional>
-#include <map>
 #include <memory>
 #include <optional>
-#include <span>
 #include <string>
 #include <utility>
-#include <variant>
 #include <vector>
 
 #include "data/values/date_value.h"
+#include "gmock/gmock.h"
 #include "records/document.h"
 #include "records/pages.h"
+#include "tests/ui/support/fake_prompts.h"
 
-/// Pages without windows, which write down in one list what the Document asks of them.
+/// Pages without windows. They keep what a user would see of them, which a test reads and into which it types
+/// and taps.
 
-using Calls = std::vector<std::string>;
+/// The pages that are in sight: one at a time, or the test fails.
+class PagesInSight {
+ public:
+  void show(const std::string& page) {
+    if (is(page)) return;
+    EXPECT_THAT(pages_, testing::IsEmpty()) << "another page is still in sight when " << page << " comes";
+    pages_.push_back(page);
+  }
+  void hide(const std::string& page) { std::erase(pages_, page); }
+  bool is(const std::string& page) const {
+    return std::find(pages_.begin(), pages_.end(), page) != pages_.end();
+  }
+
+ private:
+  std::vector<std::string> pages_;
+};
 
 /// An editor without a window.
 struct FakeFieldEditor final : FieldValueSource {
@@ -34,25 +49,43 @@ struct FakeFieldEditor final : FieldValueSource {
 
 /// Shows records as a form does, and takes what a test types.
 struct FakeForm final : FormPage {
-  explicit FakeForm(Calls& list) : calls(list) {}
-  void show() override { calls.push_back("form.show"); }
-  void hide() override { calls.push_back("form.hide"); }
-  void build() override { calls.push_back("form.build"); }
-  void tearDown() override { calls.push_back("form.tearDown"); }
-  void showEditors() override { calls.push_back("form.showEditors"); }
-  void hideEditors() override { calls.push_back("form.hideEditors"); }
-  void hideAllEditors() override { calls.push_back("form.hideAllEditors"); }
-  void clearEditors() override { calls.push_back("form.clearEditors"); }
-  void showRecord(const RecordSnapshot& record) override {
-    calls.push_back(record.isReadable() ? "form.showRecord" : "form.showRecord unread");
-    fields.assign(record.fields().size(), {});
+  explicit FakeForm(PagesInSight& inSight) : pages(inSight) {}
+
+  void show() override { pages.show("form"); }
+  void hide() override {
+    pages.hide("form");
+    isLaidOut = false;
+  }
+  void build() override {
+    fields.assign(document ? document->fieldCount() : 0, {});
+    editorsShown = strayEditorsShown = false;
+    isLaidOut = true;
+    ++builds;
+    forgetRecord();
+  }
+  void tearDown() override {
+    fields.clear();
+    editorsShown = strayEditorsShown = false;
+    forgetRecord();
+  }
+  void showEditors() override { editorsShown = !fields.empty(); }
+  void hideEditors() override { editorsShown = false; }
+  void hideAllEditors() override { editorsShown = strayEditorsShown = false; }
+  void clearEditors() override {
+    for (FakeFieldEditor& field : fields) field = {};
+    forgetRecord();
+  }
+  void showRecord(const RecordSnapshot& read) override {
     for (std::size_t i = 0; i < fields.size(); ++i) {
-      fields[i].shown = fields[i].content = record.fields()[i].text.text();
+      fields[i].shown = i < read.fields().size() ? read.fields()[i].text.text() : L"";
+      fields[i].content = fields[i].shown;
     }
+    record = read.isReadable() ? std::optional(read.position()) : std::nullopt;
+    isUnreadable = !read.isReadable();
+    focus = 0;
   }
   bool takeChange() override {
-    calls.push_back("form.takeChange");
-    return changed ||
+    return std::exchange(changed, false) ||
            std::any_of(fields.begin(), fields.end(), [](const auto& field) { return field.isEdited(); });
   }
   FieldEditors editors() const override {
@@ -60,216 +93,208 @@ struct FakeForm final : FormPage {
     for (const FakeFieldEditor& field : fields) all.push_back(&field);
     return all;
   }
-  void focusField(std::uint32_t field) override {
-    calls.push_back("form.focusField " + std::to_string(field));
-  }
-  void layOut(bool force) override { calls.push_back(force ? "form.layOut forced" : "form.layOut"); }
+  void focusField(std::uint32_t field) override { focus = field; }
+  void layOut(bool force) override { isLaidOut = isLaidOut || force; }
   bool showNextPage() override { return false; }
   bool showPreviousPage() override { return false; }
   std::uint32_t pageIndex() const override { return 0; }
-  std::uint32_t pageCount() const override { return pages; }
+  std::uint32_t pageCount() const override { return pageTotal; }
 
-  Calls& calls;
-  bool changed = false;  ///< a mark of a change, whatever stands in the editors
+  /// "record 2", "a record that can't be read", "empty editors", "no editors".
+  std::string sight() const {
+    std::string seen = isUnreadable ? "a record that can't be read"
+                       : record     ? "record " + std::to_string(*record)
+                                    : "empty editors";
+    if (!editorsShown) seen = "no editors";
+    if (strayEditorsShown) seen += " and some of another page";
+    return isLaidOut ? seen : seen + ", not laid out";
+  }
+
+  PagesInSight& pages;
+  Document* document = nullptr;  ///< whose fields it has editors for
+  bool changed = false;          ///< a mark of a change, whatever stands in the editors
   std::vector<FakeFieldEditor> fields;
-  std::uint32_t pages = 1;
+  int builds = 0;  ///< which time the editors were made
+  std::uint32_t pageTotal = 1;
+  bool editorsShown = false;       ///< of the page that is shown
+  bool strayEditorsShown = false;  ///< of other pages, as the panel's moving leaves them
+  bool isLaidOut = true;           ///< for what the window is since it was hidden last
+  std::optional<std::uint32_t> record;
+  bool isUnreadable = false;
+  std::uint32_t focus = 0;  ///< the field whose editor has the keyboard
+
+ private:
+  void forgetRecord() {
+    record.reset();
+    isUnreadable = false;
+  }
 };
 
 struct FakeGrid final : RecordGrid {
-  explicit FakeGrid(Calls& list) : calls(list) {}
-  void show() override { calls.push_back("grid.show"); }
-  void hide() override { calls.push_back("grid.hide"); }
-  void layOut() override { calls.push_back("grid.layOut"); }
-  void refreshColors() override { calls.push_back("grid.refreshColors"); }
-  void recordDeleted() override { calls.push_back("grid.recordDeleted"); }
+  explicit FakeGrid(PagesInSight& inSight) : pages(inSight) {}
+
+  void show() override { pages.show("grid"); }
+  void hide() override { pages.hide("grid"); }
+  void layOut() override {}
+  void refreshColors() override {}
+  void fill() override {
+    rowCount = recordCount;
+    selected = currentRecord;
+    if (std::exchange(beginsAnew, false)) slidingColumn = 1;
+    isFitted = false;
+    ++fills;
+  }
+  void clear() override { rowCount = selected = 0; }
+  void resetColumns() override { beginsAnew = true; }
+  void selectCurrent() override { selected = currentRecord; }
+  std::uint32_t selectedRow() override { return selected == 0 ? 0 : selected - 1; }
+  void showPreviousColumn() override { --slidingColumn; }
+  void showNextColumn() override { ++slidingColumn; }
+  void fitColumns() override { isFitted = true; }
+  void recordDeleted() override {
+    --rowCount;
+    selected = currentRecord;
+  }
   std::uint32_t firstSlidingColumn() const override { return slidingColumn; }
   std::uint32_t columnRoom() const override { return 3; }
-  void fill() override {
-    calls.push_back("grid.fill");
-    filledAt = currentRecord;
-  }
-  void clear() override { calls.push_back("grid.clear"); }
-  void resetColumns() override { calls.push_back("grid.resetColumns"); }
-  void selectCurrent() override { calls.push_back("grid.selectCurrent"); }
-  std::uint32_t selectedRow() override { return row; }
-  void showPreviousColumn() override { calls.push_back("grid.showPreviousColumn"); }
-  void showNextColumn() override { calls.push_back("grid.showNextColumn"); }
-  void fitColumns() override { calls.push_back("grid.fitColumns"); }
 
-  Calls& calls;
-  std::uint32_t row = 0;       ///< the row that is selected
-  std::uint32_t filledAt = 0;  ///< currentRecord at the last fill
+  /// "row 2 of 3", "no rows".
+  std::string sight() const {
+    return rowCount == 0 ? "no rows" : "row " + std::to_string(selected) + " of " + std::to_string(rowCount);
+  }
+
+  PagesInSight& pages;
+  std::uint32_t rowCount = 0;
+  std::uint32_t selected = 0;  ///< from 1; 0 for none
   std::uint32_t slidingColumn = 1;
+  bool beginsAnew = false;  ///< the next filling shows the fields from the second one on
+  bool isFitted = false;    ///< since it was filled
+  int fills = 0;            ///< which time it was filled
 };
 
 /// What both pages of names do.
 template <typename Page>
 struct FakeNames : Page {
-  FakeNames(Calls& list, std::string pageName) : calls(list), name(std::move(pageName)) {}
-  void show() override { calls.push_back(name + ".show"); }
-  void hide() override { calls.push_back(name + ".hide"); }
-  void layOut() override { calls.push_back(name + ".layOut"); }
-  void refreshColors() override { calls.push_back(name + ".refreshColors"); }
-  void loadImages() override { calls.push_back(name + ".loadImages"); }
-  void addItem(int index, const String& text) override {
-    calls.push_back(name + ".addItem");
-    items.insert(items.begin() + index, text.text());
-  }
-  void deleteItem(int index) override {
-    calls.push_back(name + ".deleteItem " + std::to_string(index));
-    items.erase(items.begin() + index);
-  }
+  FakeNames(PagesInSight& inSight, std::string pageName, int first)
+      : pages(inSight), name(std::move(pageName)), selected(first) {}
+
+  void show() override { pages.show(name); }
+  void hide() override { pages.hide(name); }
+  void layOut() override {}
+  void refreshColors() override {}
+  void loadImages() override {}
+  void addItem(int index, const String& text) override { items.insert(items.begin() + index, text.text()); }
+  void deleteItem(int index) override { items.erase(items.begin() + index); }
+  void deleteAllItems() override { items.clear(); }
   bool hasChoice() const override { return selected >= 0 && !items.empty(); }
   int selectedIndex() const override { return selected; }
-  void deleteAllItems() override {
-    calls.push_back(name + ".deleteAllItems");
-    items.clear();
-  }
   String itemText(int index) override {
     const auto place = static_cast<std::size_t>(index);
     return place < items.size() ? String(items[place].c_str()) : String();
   }
-  void setStyle(NameStyle style) override {
-    calls.push_back(name + ".setStyle " + std::to_string(static_cast<int>(style)));
-  }
+  void setStyle(NameStyle wanted) override { style = wanted; }
 
+  /// The name that is selected; empty for none.
+  std::wstring chosen() const {
+    const auto place = static_cast<std::size_t>(selected);
+    return place < items.size() ? items[place] : L"";
+  }
   void take(const NameList& names) {
     items.clear();
     for (std::uint32_t i = 0; i < names.size(); ++i) items.emplace_back(names[i].text());
+    ++fills;
+  }
+  void tellSelection() const {
     if (report) report();
   }
 
-  Calls& calls;
+  PagesInSight& pages;
   std::string name;
   std::vector<std::wstring> items;
-  int selected = 0;
+  int selected;
+  int fills = 0;  ///< which time it was filled
+  std::optional<NameStyle> style;
   std::function<void()> report;  ///< what the list reports while it is filled
 };
 
+/// Selects as the real one does, by what it remembers.
 struct FakeTables final : FakeNames<TablesPage> {
-  explicit FakeTables(Calls& list) : FakeNames(list, "tables") {}
-  void fill(const NameList& names, Positioning positioning, const String& toFind) override {
-    calls.push_back("tables.fill " + std::to_string(static_cast<int>(positioning)));
-    wanted = toFind.text();
-    take(names);
+  explicit FakeTables(PagesInSight& inSight) : FakeNames(inSight, "tables", -1) {}
+  String itemText(int index) override {
+    rememberSelection(index);
+    return FakeNames::itemText(index);
   }
-  void clearRememberedSelection() override { calls.push_back("tables.clearRememberedSelection"); }
+  void fill(const NameList& names, Positioning positioning, const String& toFind) override {
+    take(names);
+    if (!items.empty()) selected = isRemembered ? positioned(positioning, toFind.text()) : 0;
+    tellSelection();
+  }
+  void clearRememberedSelection() override { isRemembered = false; }
   void rememberSelection(int index) override {
-    calls.push_back("tables.rememberSelection " + std::to_string(index));
+    selected = index;
+    isRemembered = true;
   }
 
-  std::wstring wanted;  ///< the name that the last fill was given
+  bool isRemembered = false;
+
+ private:
+  int positioned(Positioning positioning, const std::wstring& toFind) const {
+    const int count = static_cast<int>(items.size());
+    const auto found = std::find(items.begin(), items.end(), toFind);
+    switch (positioning) {
+      case Positioning::first:
+        return 0;
+      case Positioning::last:
+        return count - 1;
+      case Positioning::previous:
+        return std::max(selected - 1, 0);
+      case Positioning::next:
+        return std::min(selected + 1, count);
+      case Positioning::byName:
+        return found == items.end() ? selected : static_cast<int>(found - items.begin());
+    }
+    return selected;
+  }
 };
 
 struct FakeQueries final : FakeNames<QueriesPage> {
-  explicit FakeQueries(Calls& list) : FakeNames(list, "queries") {}
+  explicit FakeQueries(PagesInSight& inSight) : FakeNames(inSight, "queries", 0) {}
   void fill(const NameList& names) override {
-    calls.push_back("queries.fill");
     take(names);
+    tellSelection();
   }
-  void setSelectedIndex(int index) override {
-    calls.push_back("queries.setSelectedIndex " + std::to_string(index));
-    selected = index;
-  }
-};
-
-/// Keeps the facts that it was last given, and the position text.
-struct FakeBar final : CommandBar {
-  void showCommands(const CommandFacts& shown) override { facts = shown; }
-  void rebuildMenuBar() override { ++rebuilt; }
-  void setPositionText(const wchar_t* text) override { position = text; }
-
-  int rebuilt = 0;  ///< how often
-  bool inMenu(PopupMenu menu, int command) const { return isAvailable(command, menu, facts); }
-  bool onToolbar(int command) const { return isAvailable(command, PopupMenu::none, facts); }
-
-  CommandFacts facts;
-  std::wstring position;
-};
-
-/// Answers as it was told, and writes down what it was asked.
-struct FakePrompts final : UserPrompts {
-  explicit FakePrompts(Calls& list) : calls(list) {}
-  void tell(PromptOwner owner, Notice notice, const wchar_t* text, const wchar_t* caption) override {
-    messages.push_back({owner, text, caption, notice});
-  }
-  bool ask(PromptOwner owner, Question question, const wchar_t* text, const wchar_t* caption) override {
-    messages.push_back({owner, text, caption, question});
-    return agrees;
-  }
-  std::optional<String> chooseFile(FileChoice choice) override {
-    calls.push_back("prompts.chooseFile " + std::to_string(static_cast<int>(choice)));
-    return file;
-  }
-  LostFileChoice askAboutLostFile(const String& path, bool isReplaced) override {
-    calls.push_back(isReplaced ? "prompts.fileReplaced" : "prompts.fileGone");
-    lostFile = path.text();
-    if (lostFileChoices.empty()) return LostFileChoice::later;
-    const LostFileChoice choice = lostFileChoices.front();
-    lostFileChoices.pop_front();
-    return choice;
-  }
-  std::optional<std::uint32_t> askRecordNumber(std::uint32_t highest) override {
-    calls.push_back("prompts.askRecordNumber " + std::to_string(highest));
-    return number;
-  }
-  void showFindDialog(FindState& state, NameList fieldNames) override {
-    calls.push_back("prompts.showFindDialog " + std::to_string(fieldNames.size()));
-    state.newSearch = true;
-    setFind(state);
-  }
-  void refillFindDialog() override { calls.push_back("prompts.refillFindDialog"); }
-  bool keepGoing(const Progress& progress) override {
-    if (progress.what == Progress::What::searching) return goesOnSearching(progress.tested, progress.all);
-    return goesOnBusy(progress.what);
-  }
-  void endProgress() override { ++progressesEnded; }
-  void tellWhenOver() override { ++toldWhenOver; }
-  void returnToFindDialog() override {}
-  void raiseInputPanel() override { calls.push_back("prompts.raiseInputPanel"); }
-
-  struct Message {
-    PromptOwner owner;
-    std::wstring text;
-    std::wstring caption;
-    std::variant<Notice, Question> kind;
-    bool operator==(const Message&) const = default;
-  };
-  Calls& calls;
-  std::vector<Message> messages;
-  bool agrees = false;                         ///< to what it is asked
-  std::deque<LostFileChoice> lostFileChoices;  ///< one for each question, later behind the last
-  std::wstring lostFile;                       ///< what was asked about
-  std::function<bool(std::uint32_t, std::uint32_t)> goesOnSearching = [](std::uint32_t, std::uint32_t) {
-    return true;
-  };
-  std::function<bool(Progress::What)> goesOnBusy = [](Progress::What) { return true; };
-  int progressesEnded = 0;
-  int toldWhenOver = 0;
-  std::function<void(FindState&)> setFind = [](FindState&) {};  ///< what the user enters for a search
-  std::optional<String> file;
-  std::optional<std::uint32_t> number;
+  void setSelectedIndex(int index) override { selected = index; }
 };
 
 /// A Document with fake pages.
 struct FakeWindow {
   FakeWindow() {
-    auto ownTables = std::make_unique<FakeTables>(calls);
-    auto ownQueries = std::make_unique<FakeQueries>(calls);
+    auto ownTables = std::make_unique<FakeTables>(pages);
+    auto ownQueries = std::make_unique<FakeQueries>(pages);
     tables = ownTables.get();
     queries = ownQueries.get();
     document = std::make_unique<Document>(
         DocumentPages{std::move(ownTables), std::move(ownQueries), grid, form, bar, prompts});
+    form.document = document.get();
   }
 
-  /// The calls since this was asked last.
-  Calls takeCalls() { return std::exchange(calls, {}); }
+  /// "tables", "form: record 2", "grid: row 2 of 3", "queries", "nothing".
+  std::string sight() const {
+    if (pages.is("form")) return "form: " + form.sight();
+    if (pages.is("grid")) return "grid: " + grid.sight();
+    return pages.is("tables") ? "tables" : pages.is("queries") ? "queries" : "nothing";
+  }
+  /// The user chooses a row of the grid, from 1.
+  void tapRow(std::uint32_t row) {
+    grid.selected = currentRecord = row;
+    document->rowChosen();
+  }
 
-  Calls calls;
-  FakeGrid grid{calls};
-  FakeForm form{calls};
+  PagesInSight pages;
+  FakeGrid grid{pages};
+  FakeForm form{pages};
   FakeBar bar;
-  FakePrompts prompts{calls};
+  FakePrompts prompts;
   FakeTables* tables = nullptr;
   FakeQueries* queries = nullptr;
   std::unique_ptr<Document> document;
