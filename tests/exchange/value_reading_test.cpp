@@ -1,4 +1,4 @@
-#include "platform/store/exchange/value_reading.h"
+#include "platform/store/exchange/formats/value_reading.h"
 
 #include <gtest/gtest.h>
 

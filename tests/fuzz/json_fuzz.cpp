@@ -4,7 +4,7 @@
 
 #include "platform/store/exchange/formats/json_reader.h"
 #include "platform/store/exchange/formats/json_text.h"
-#include "platform/store/exchange/value_reading.h"
+#include "platform/store/exchange/formats/value_reading.h"
 #include "tests/fuzz/fuzz_target.h"
 
 namespace {

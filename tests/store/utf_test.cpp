@@ -186,5 +186,28 @@ TEST(UtfTest, DecodingLeavesTheRestOfTheBufferAlone) {
   EXPECT_EQ(std::u16string(units.begin(), units.end()), u"12345678\u00E9###");
 }
 
+TEST(UtfTest, ABeginningEndsBetweenTwoCharacters) {
+  struct Case {
+    const char* name;
+    std::string text;
+    std::size_t most;
+    std::string beginning;
+  };
+  const Case cases[] = {
+      {"all of it", "abc", 3, "abc"},
+      {"more than all of it", "abc", 9, "abc"},
+      {"nothing", "abc", 0, ""},
+      {"of ASCII", "abc", 2, "ab"},
+      {"behind a character", "a\xC3\xA9z", 3, "a\xC3\xA9"},
+      {"in two bytes", "a\xC3\xA9z", 2, "a"},
+      {"in three bytes", "\xE6\x97\xA5z", 2, ""},
+      {"in four bytes", "a\xF0\x9F\x98\x80z", 4, "a"},
+      {"behind four bytes", "\xF0\x9F\x98\x80z", 4, "\xF0\x9F\x98\x80"},
+      {"what is no UTF-8 is cut anywhere", std::string(9, '\x80'), 5, std::string(5, '\x80')},
+      {"and never gets lost", "\x80\x80\x80\x80", 2, "\x80\x80"},
+  };
+  for (const Case& c : cases) EXPECT_EQ(beginningOf(c.text, c.most), c.beginning) << c.name;
+}
+
 }  // namespace
 }  // namespace store

@@ -1,6 +1,7 @@
 #include "platform/store/exchange/import.h"
 
-#include "platform/store/exchange/value_reading.h"
+#include "platform/store/exchange/formats/value_reading.h"
+#include "platform/store/rows/utf.h"
 
 namespace store::exchange {
 
@@ -12,9 +13,7 @@ constexpr std::size_t kMostShown = 40;
 /// A text of the file as a message shows it.
 std::string shown(std::string_view text) {
   if (text.size() <= kMostShown) return "\"" + std::string(text) + "\"";
-  std::size_t length = kMostShown;
-  while (length > 0 && (static_cast<unsigned char>(text[length]) & 0xC0) == 0x80) --length;
-  return "\"" + std::string(text.substr(0, length)) + "...\"";
+  return "\"" + std::string(beginningOf(text, kMostShown)) + "...\"";
 }
 
 class Import {

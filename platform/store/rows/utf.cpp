@@ -162,4 +162,15 @@ std::size_t decodeUtf8(std::string_view text, char16_t* units) {
   return static_cast<std::size_t>(units - begin);
 }
 
+std::string_view beginningOf(std::string_view text, std::size_t most) {
+  if (text.size() <= most) return text;
+  constexpr std::size_t kMostContinuations = 3;
+  const auto continues = [&text](std::size_t at) {
+    return (static_cast<unsigned char>(text[at]) & 0xC0) == 0x80;
+  };
+  std::size_t length = most;
+  while (length > 0 && most - length < kMostContinuations && continues(length)) --length;
+  return text.substr(0, continues(length) ? most : length);
+}
+
 }  // namespace store

@@ -20,4 +20,8 @@ std::string toUtf8(std::u16string_view text);
 /// no terminator is written.
 std::size_t decodeUtf8(std::string_view text, char16_t* units);
 
+/// The front of `text`, a text of UTF-8: at most `most` bytes, not ending inside a character. What is no
+/// UTF-8 is cut anywhere.
+std::string_view beginningOf(std::string_view text, std::size_t most);
+
 }  // namespace store

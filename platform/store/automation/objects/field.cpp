@@ -8,6 +8,7 @@
 #include "platform/store/automation/values/field_values.h"
 #include "platform/store/automation/values/text.h"
 #include "platform/store/automation/values/variant_values.h"
+#include "platform/store/rows/utf.h"
 
 namespace automation {
 
@@ -50,15 +51,6 @@ std::size_t sizeOf(const VARIANT& value) {
     default:
       return 0;
   }
-}
-
-/// At most so many of the front bytes, not ending inside a character of UTF-8.
-std::string_view beginningOf(std::string_view text, std::size_t most) {
-  const auto continues = [](char byte) { return (static_cast<unsigned char>(byte) & 0xC0) == 0x80; };
-  std::size_t count = most;
-  // What is no UTF-8 is cut anywhere.
-  for (int steps = 0; steps < 3 && count > 0 && continues(text[count]); ++steps) --count;
-  return text.substr(0, continues(text[count]) ? most : count);
 }
 
 /// In UTF-16, of which each character takes a unit, those beyond the first 65,536 two.
@@ -160,7 +152,7 @@ HRESULT FieldObject::ReadBeginning(long mostBytes, VARIANT* value, hyper* length
       whole = isText ? unitCount(cell.bytes) : cell.bytes.size();
       if (cell.bytes.size() > most) {
         digest = std::hash<std::string_view>()(cell.bytes) | 1;  // never 0
-        cell.bytes = isText ? beginningOf(cell.bytes, most) : cell.bytes.substr(0, most);
+        cell.bytes = isText ? store::beginningOf(cell.bytes, most) : cell.bytes.substr(0, most);
       }
     }
     OwnedVariant shown = shownValue(cell, column.type);

@@ -5,6 +5,7 @@
 
 #include "platform/store/automation/objects/busy_question.h"
 #include "platform/store/automation/values/text.h"
+#include "platform/store/rows/utf.h"
 
 namespace automation {
 
@@ -18,14 +19,6 @@ constexpr std::size_t kMostPreviewBytes = 200;
 
 Outcome notExamined() {
   return {objectModelError(3219), "The file was not examined yet."};
-}
-
-/// The beginning of a text, cut between two characters.
-std::string_view beginning(std::string_view text) {
-  if (text.size() <= kMostPreviewBytes) return text;
-  std::size_t length = kMostPreviewBytes;
-  while (length > 0 && (static_cast<unsigned char>(text[length]) & 0xC0) == 0x80) --length;
-  return text.substr(0, length);
 }
 
 VARIANT_BOOL truth(bool value) {
@@ -316,7 +309,7 @@ Outcome ImportObject::preview(long mostRecords, VARIANT* texts) {
     if (!hasRecord) break;
     records.emplace_back();
     for (const exchange::Field& field : reader->record().fields) {
-      records.back().emplace_back(beginning(field.text));
+      records.back().emplace_back(store::beginningOf(field.text, kMostPreviewBytes));
     }
   }
   TextArray array(columns_.size(), records.size());

@@ -1,4 +1,4 @@
-#include "platform/store/exchange/value_reading.h"
+#include "platform/store/exchange/formats/value_reading.h"
 
 #include "platform/store/exchange/formats/number_text.h"
 #include "platform/store/rows/ascii_case.h"
