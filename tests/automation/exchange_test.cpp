@@ -350,6 +350,23 @@ TEST_F(Exchange, TheOpenFileIsNeverReplaced) {
   EXPECT_EQ(contentOf(pathOf(L"test.cdb")), before);
 }
 
+TEST_F(Exchange, NeitherIsItWhenTheCurrentFolderHasBecomeAnother) {
+  const std::filesystem::path before = std::filesystem::current_path();
+  std::filesystem::current_path(std::filesystem::path(pathOf(L"test.cdb")).parent_path());
+  ComPtr<IAdoceConnection> other = newConnection();
+  EXPECT_EQ(openAt(other.get(), L"test.cdb"), S_OK);
+  std::filesystem::create_directory(pathOf(L"elsewhere"));
+  std::filesystem::current_path(pathOf(L"elsewhere"));
+  const std::string content = contentOf(pathOf(L"test.cdb"));
+  hyper changed = 0;
+  hyper records = 0;
+  EXPECT_EQ(other->ExportRows(text(L"SELECT 1").get(), kText, text(L"Title").get(),
+                              text(pathOf(L"test.cdb")).get(), nullptr, &changed, &records),
+            objectModelError(3731));
+  EXPECT_EQ(contentOf(pathOf(L"test.cdb")), content);
+  std::filesystem::current_path(before);
+}
+
 TEST_F(Exchange, AStatementThatChangesAnythingIsNotRun) {
   SqliteFile(pathOf(L"test.cdb")).run("CREATE TABLE T (Name TEXT); INSERT INTO T VALUES ('stays')");
   hyper records = 0;

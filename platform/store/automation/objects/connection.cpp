@@ -130,16 +130,18 @@ Outcome ConnectionObject::open(const std::wstring& connectionString) {
   const ConnectionTarget target = readConnectionString(connectionString);
   if (Outcome outcome = checkProvider(target.provider); !outcome) return outcome;
   std::unique_ptr<store::Backend> backend;
+  std::wstring path;
   if (target.path.empty()) {
     backend = store::storeWithoutDatabase();
   } else {
-    const std::wstring path = fullPathOf(target.path);
+    path = fullPathOf(target.path);
     store::OpenOptions options = userOptions();
     options.question = question_;
     store::Status status = store::openDatabase(utf8Of(path), options, &backend);
     if (!status) return status;
   }
   connectionString_ = connectionString;
+  databasePath_ = std::move(path);
   backend_ = std::move(backend);
   const std::lock_guard<std::mutex> lock(stopMutex_);
   stoppable_ = backend_.get();

@@ -89,6 +89,7 @@ class ConnectionObject final : public AutomationObject<IAdoceConnection> {
   Outcome open(const std::wstring& connectionString);
 
   std::wstring connectionString_;
+  std::wstring databasePath_;  // of the open database, whatever became of the current folder; else empty
   std::wstring provider_;
   std::shared_ptr<store::Backend> backend_;  // while open
   store::BusyQuestion question_;

@@ -1,7 +1,6 @@
 // Records between the database and other files.
 #include <filesystem>
 
-#include "platform/store/automation/module/connection_string.h"
 #include "platform/store/automation/module/database_location.h"
 #include "platform/store/automation/objects/busy_question.h"
 #include "platform/store/automation/objects/connection.h"
@@ -57,10 +56,11 @@ HRESULT ConnectionObject::ExportRows(BSTR source, long options, BSTR name, BSTR 
     // By it spreadsheets find out that the letters are UTF-8.
     format.hasMark = format.format == exchange::ExportFormat::csv;
     ExportProgress progress(question);
+    std::vector<std::string> inUse;
+    if (!databasePath_.empty()) inUse.push_back(utf8Of(databasePath_));
     exchange::OutputFile output;
     exchange::ExportResult result;
-    const std::string own = utf8Of(fullPathOf(readConnectionString(connectionString_).path));
-    store::Status status = output.create(target, true, {own});
+    store::Status status = output.create(target, true, inUse);
     if (status) status = exchange::exportSource(*backend_, rows, format, output, progress, &result);
     if (status) status = output.keep();
     if (!status) return status;

@@ -7,6 +7,7 @@
 #include <string>
 #include <string_view>
 
+#include "platform/store/exchange/bytes/files.h"
 #include "platform/store/rows/status.h"
 
 namespace store::exchange {
@@ -23,24 +24,6 @@ class ByteSource {
   /// How many bytes there are, as far as that is known; for the display of progress.
   virtual std::int64_t length() const = 0;
 };
-
-struct FileCloser {
-  void operator()(std::FILE* file) const { std::fclose(file); }
-};
-using FileHandle = std::unique_ptr<std::FILE, FileCloser>;
-
-/// Opens the file at `path` (UTF-8) for reading. Null when it can't be opened, as a folder can't.
-FileHandle openToRead(const std::string& path);
-/// Makes a new, empty file at `path` (UTF-8) for writing; null when anything stands there already or it can't
-/// be made.
-FileHandle createToWrite(const std::string& path);
-/// Takes care that `file` is on the disk and not only on its way. False when that failed.
-bool flushToDisk(std::FILE* file);
-/// A number that no other running program has, for names beside a file.
-unsigned long processNumber();
-/// A new, empty file without a name for writing and reading, that is gone when it is closed or the program
-/// ends. Null when there can be none.
-FileHandle openTemporary();
 
 /// The bytes of a file that can be read again from its beginning.
 class FileSource : public ByteSource {

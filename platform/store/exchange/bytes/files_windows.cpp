@@ -5,8 +5,9 @@
 #include <fcntl.h>
 #include <io.h>
 #include <sys/stat.h>
+#include <system_error>
 
-#include "platform/store/exchange/bytes/byte_source.h"
+#include "platform/store/exchange/bytes/files.h"
 #include "platform/store/sqlite/files/file_path.h"
 
 namespace store::exchange {
@@ -27,6 +28,15 @@ FileHandle createToWrite(const std::string& path) {
 bool flushToDisk(std::FILE* file) {
   if (std::fflush(file) != 0) return false;
   return _commit(_fileno(file)) == 0 || errno == EBADF || errno == EINVAL;
+}
+
+Placing putIntoPlace(const std::string& from, const std::string& to, bool replaces, std::string* reason) {
+  const DWORD flags = MOVEFILE_WRITE_THROUGH | (replaces ? MOVEFILE_REPLACE_EXISTING : 0);
+  if (MoveFileExW(pathOf(from).c_str(), pathOf(to).c_str(), flags)) return Placing::done;
+  const DWORD error = GetLastError();
+  if (!replaces && (error == ERROR_ALREADY_EXISTS || error == ERROR_FILE_EXISTS)) return Placing::taken;
+  *reason = std::system_category().message(static_cast<int>(error));
+  return Placing::failed;
 }
 
 unsigned long processNumber() {
