@@ -277,6 +277,7 @@ class Document : private BusyListener {
                    PromptOwner owner = PromptOwner::mainWindow);
   Outcome findListedQuery(int index, std::uint32_t& place);
   bool readListedQuery(int index, SavedQuery& query);
+  void readTables();
   void readQueries();
   void reloadQueries();
   void showQueries(const String& chosen);

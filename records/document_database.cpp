@@ -24,7 +24,12 @@ Document::~Document() {
 Outcome Document::openConnection(const String& path) {
   const WaitCursor wait;
   if (Outcome opened = database_.open(path); !opened) return opened;
-  database_.listTables(tableNames_);
+  Outcome listed;
+  database_.listTables(tableNames_, &listed);
+  if (!listed) {
+    database_.close();
+    return listed;
+  }
   freshlyOpened_ = true;
   leaveMode();
   pages_.form.hide();

@@ -91,7 +91,7 @@ bool Document::runImport(ImportFile& file, bool keepsGood, ImportCounts& counts)
 /// The catalogue and the records may have become others. The page stays; on the Tables page the table is
 /// chosen.
 void Document::showEverythingAnew(const String& table) {
-  database_.listTables(tableNames_);
+  readTables();
   const ViewMode mode = viewMode_;
   if (mode == ViewMode::tables) {
     fillTables(Positioning::byName, table);

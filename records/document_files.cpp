@@ -89,7 +89,7 @@ CommandResult Document::deleteTableCommand() {
     return CommandResult::failed;
   }
   wanted_.chooseNone();
-  database_.listTables(tableNames_);
+  readTables();
   fillTables(Positioning::previous, String());
   openTableSelection(pages_.tables->selectedIndex());
   updateCommandBar();
@@ -102,7 +102,7 @@ bool Document::createTable(const String& name, const String& columns) {
     tellFailure(std::wstring(L"Table '") + name.text() + L"' could not be created.", created.reason());
     return false;
   }
-  database_.listTables(tableNames_);
+  readTables();
   fillTables(Positioning::byName, name);
   openTableSelection(pages_.tables->selectedIndex());
   updateCommandBar();
@@ -185,7 +185,7 @@ bool Document::addQuery(const SavedQuery& query) {
     return false;
   }
   // The first query makes the table that they are kept in.
-  database_.listTables(tableNames_);
+  readTables();
   reselectTable_ = true;
   showQueries(query.name);
   return true;
@@ -228,13 +228,26 @@ bool Document::returnsRecords(const String& sql, String& reason) {
   return static_cast<bool>(returns);
 }
 
+/// The list stays as it is where the catalogue can't be read.
+void Document::readTables() {
+  Outcome read;
+  database_.listTables(tableNames_, &read);
+  if (!read) tellFailure(L"The tables could not be listed.", read.reason());
+}
+
 /// The list stays as it is where the queries can't be read, unless their table has gone.
 void Document::readQueries() {
   NameList tables;
-  for (std::uint32_t i = 0; i < tableNames_.size(); ++i) tables.append(tableNames_[i]);
-  database_.listTables(tables);
-  if (!tables.holds(kQueriesTable)) queryNames_.clear();
-  database_.listQueries(queryNames_);
+  Outcome read;
+  database_.listTables(tables, &read);
+  if (read) {
+    const bool areThere = tables.holds(kQueriesTable);
+    if (!areThere) queryNames_.clear();
+    database_.listQueries(queryNames_, &read);
+    // Where nothing was kept yet there is nothing to be read.
+    if (!areThere) read = {};
+  }
+  if (!read) tellFailure(L"The queries could not be listed.", read.reason());
 }
 
 void Document::reloadQueries() {

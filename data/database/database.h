@@ -96,8 +96,9 @@ class Database {
   Outcome createTable(const String& name, const String& columns);
   Outcome dropTable(const String& name);
   /// Fills `names` with the tables of the file in the catalogue's order, the catalogue's own tables left
-  /// out. Always true; `names` is left as it was when the catalogue can't be read.
-  bool listTables(NameList& names);
+  /// out. Always true; `names` is left as it was when the catalogue can't be read to its end, which `read`
+  /// says unless it is null.
+  bool listTables(NameList& names, Outcome* read = nullptr);
   /// Fills `names` with the field names of a SELECT, without touching the current recordset; leaves
   /// `names` as it was when the statement does not open.
   void listFieldNames(const String& sql, NameList& names);
@@ -268,6 +269,9 @@ class Database {
   Outcome writeAndStore(const FieldEditors& editors, NameList& leftOut);
   Outcome writeField(std::uint32_t field, const FieldValueSource& editor, NameList& leftOut);
   RecordSnapshot readFrom(RecordsetHandle& records, std::uint32_t position, bool isNew) const;
+  /// They append what they can read before they fail.
+  Outcome readTables(NameList& names) const;
+  Outcome readQueryNames(NameList& names);
   Outcome openQueries(RecordsetHandle& queries);
   Outcome openQueryAt(std::uint32_t index, RecordsetHandle& queries);
 

@@ -48,19 +48,27 @@ Outcome Database::runTableStatement(bool fits, const wchar_t* statement) {
   return connection_->execute(statement);
 }
 
-bool Database::listTables(NameList& names) {
-  RecordsetHandle catalogue;
-  if (!catalogue.open(kCatalogue, connection_.get(), CursorType::keyset, SourceKind::table)) return true;
+bool Database::listTables(NameList& names, Outcome* read) {
   NameList found;
+  Outcome listed = readTables(found);
+  if (listed) names.swap(found);
+  if (read) *read = std::move(listed);
+  return true;
+}
+
+Outcome Database::readTables(NameList& names) const {
+  RecordsetHandle catalogue;
+  Outcome read = catalogue.open(kCatalogue, connection_.get(), CursorType::keyset, SourceKind::table);
+  if (!read) return read;
   const LONG nameField = tableNameField(catalogue);
   const LONG count = nameField < 0 ? 0 : catalogue.recordCount();
   for (LONG record = 0; record < count; ++record) {
-    const String& name = catalogue.field(nameField).valueAsText();
-    if (!isSystemTable(name)) found.append(name);
-    if (!catalogue.moveNext()) break;
+    String name;
+    if (read = catalogue.field(nameField).readText(name); !read) return read;
+    if (!isSystemTable(name)) names.append(name);
+    if (read = catalogue.readOn(); !read) return read;
   }
-  names.swap(found);
-  return true;
+  return {};
 }
 
 void Database::listFieldNames(const String& sql, NameList& names) {

@@ -20,16 +20,9 @@ Outcome writeQuery(const SavedQuery& query, RecordsetHandle& queries) {
   return written ? queries.update() : written;
 }
 
-Outcome readText(RecordsetHandle& queries, LONG field, String& text) {
-  Variant value;
-  Outcome read = queries.field(field).read(value);
-  if (read) text = textOf(value);
-  return read;
-}
-
 Outcome readQuery(RecordsetHandle& queries, SavedQuery& query) {
-  Outcome read = readText(queries, kNameField, query.name);
-  return read ? readText(queries, kSqlField, query.sql) : read;
+  Outcome read = queries.field(kNameField).readText(query.name);
+  return read ? queries.field(kSqlField).readText(query.sql) : read;
 }
 
 bool sameText(const String& one, const String& other) {
@@ -51,25 +44,25 @@ void tell(Outcome* change, Outcome outcome) {
 }  // namespace
 
 bool Database::listQueries(NameList& names, Outcome* read) {
-  RecordsetHandle queries;
-  if (Outcome opened = openQueries(queries); !opened) {
-    tell(read, std::move(opened));
-    return true;
-  }
   NameList found;
+  Outcome listed = readQueryNames(found);
+  if (listed) names.swap(found);
+  tell(read, std::move(listed));
+  return true;
+}
+
+Outcome Database::readQueryNames(NameList& names) {
+  RecordsetHandle queries;
+  Outcome read = openQueries(queries);
+  if (!read) return read;
   const LONG count = queries.recordCount();
   for (LONG query = 0; query < count; ++query) {
-    SavedQuery stored;
-    if (Outcome fetched = readText(queries, kNameField, stored.name); !fetched) {
-      tell(read, std::move(fetched));
-      return true;
-    }
-    found.append(stored.name);
-    if (!queries.moveNext()) break;
+    String name;
+    if (read = queries.field(kNameField).readText(name); !read) return read;
+    names.append(name);
+    if (read = queries.readOn(); !read) return read;
   }
-  names.swap(found);
-  tell(read, {});
-  return true;
+  return {};
 }
 
 bool Database::getQuery(std::uint32_t index, SavedQuery& query) {

@@ -58,6 +58,13 @@ Outcome FieldHandle::readBeginning(LONG mostBytes, ValueBeginning& beginning) {
   return outcome;
 }
 
+Outcome FieldHandle::readText(String& text) {
+  Variant fetched;
+  Outcome outcome = read(fetched);
+  if (outcome) text = textOf(fetched);
+  return outcome;
+}
+
 const Variant& FieldHandle::value() {
   if (!field_ || FAILED(field_->get_Value(value_.put()))) value_.clear();
   return value_;

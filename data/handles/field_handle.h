@@ -35,7 +35,10 @@ class FieldHandle {
   Outcome readBeginning(LONG mostBytes, ValueBeginning& beginning);
   /// The same without a reason: VT_EMPTY when it fails.
   const Variant& value();
-  /// The value as text (value_conversion.h); empty when it can't be fetched or converted.
+  /// Fetches the value as text (value_conversion.h), empty when it can't be converted, into `text`, which is
+  /// untouched when it can't be fetched.
+  Outcome readText(String& text);
+  /// The same without a reason: empty when it can't be fetched, too.
   const String& valueAsText();
   /// The value as a 32-bit integer; 0 when it can't be fetched or converted.
   LONG valueAsInteger();

@@ -69,6 +69,10 @@ bool RecordsetHandle::moveNext() {
   return recordset_ && SUCCEEDED(recordset_->MoveNext());
 }
 
+Outcome RecordsetHandle::readOn() {
+  return moveNext() ? Outcome() : Outcome::failure(L"The list can't be read to its end.");
+}
+
 bool RecordsetHandle::movePrevious() {
   return recordset_ && SUCCEEDED(recordset_->MovePrevious());
 }

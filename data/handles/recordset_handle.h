@@ -38,6 +38,8 @@ class RecordsetHandle {
   bool moveFirst();
   bool moveLast();
   bool moveNext();
+  /// moveNext of who reads all records, to whom one that fails is no end.
+  Outcome readOn();
   bool movePrevious();
   /// `count` records on (back when negative) from `origin`. Past an end it lands there and succeeds.
   bool move(LONG count, MoveOrigin origin);

@@ -50,7 +50,9 @@ TEST_F(TablesTest, ListingReplacesWhatTheListHeld) {
 TEST_F(TablesTest, ACatalogueThatDoesNotOpenLeavesTheListAsItWas) {
   NameList names;
   names.append(L"old");
-  EXPECT_TRUE(database_.listTables(names)) << "no file is open";
+  Outcome read;
+  EXPECT_TRUE(database_.listTables(names, &read)) << "no file is open";
+  EXPECT_FALSE(read);
   EXPECT_THAT(namesOf(names), ElementsAre(L"old"));
 }
 
@@ -176,6 +178,55 @@ TEST_F(CatalogueTest, NamesThatWouldOverflowAStatementAreRefusedAndNothingSent) 
   EXPECT_FALSE(database_.createTable(L"t", std::wstring(1'000'000, L'x').c_str()));
   EXPECT_FALSE(database_.dropTable(std::wstring(199, L'x').c_str()));
   EXPECT_THAT(store_.statements, IsEmpty());
+}
+
+// ---- A list that can't be read to its end
+
+class UnreadableListsTest : public testing::Test {
+ protected:
+  void SetUp() override {
+    store_.fields.push_back({.name = L"TableName", .type = 203});
+    for (const wchar_t* name : {L"t", L"u"}) {
+      FakeRow row;
+      row.push_back(Variant::fromText(name));
+      store_.rows.push_back(std::move(row));
+    }
+    ASSERT_TRUE(database_.open(L"a.cdb"));
+    names_.append(L"old");
+  }
+  /// The lists, which are as they were, and whether they could be read.
+  bool areRead() {
+    Outcome tables;
+    Outcome queries;
+    EXPECT_TRUE(database_.listTables(names_, &tables));
+    EXPECT_TRUE(database_.listQueries(names_, &queries));
+    EXPECT_EQ(static_cast<bool>(tables), static_cast<bool>(queries));
+    return static_cast<bool>(tables);
+  }
+
+  FakeStore store_;
+  FakeStoreRegistration registration_{store_};
+  Database database_;
+  NameList names_;
+};
+
+TEST_F(UnreadableListsTest, ANameThatCantBeFetchedIsNoEmptyName) {
+  store_.fields[0].result = E_FAIL;
+  Outcome read;
+  EXPECT_TRUE(database_.listQueries(names_, &read));
+  EXPECT_FALSE(read);
+  EXPECT_THAT(namesOf(names_), ElementsAre(L"old"));
+}
+
+TEST_F(UnreadableListsTest, AListThatEndsTooEarlyIsNotTakenForAll) {
+  store_.moveResult = E_FAIL;
+  EXPECT_FALSE(areRead());
+  EXPECT_THAT(namesOf(names_), ElementsAre(L"old"));
+}
+
+TEST_F(UnreadableListsTest, AWholeListIsRead) {
+  EXPECT_TRUE(areRead());
+  EXPECT_THAT(namesOf(names_), ElementsAre(L"t", L"u"));
 }
 
 }  // namespace

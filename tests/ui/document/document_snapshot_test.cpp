@@ -214,6 +214,21 @@ TEST_F(DocumentSnapshotTest, ASearchIsBrokenOffByALockAndTheFormStays) {
   EXPECT_THAT(file(), StartsWith(L"Ada Oxford, Grace New York"));
 }
 
+TEST_F(DocumentSnapshotTest, QueriesBehindALockAreToldOfAndNotTakenForNone) {
+  elsewhere(L"CREATE TABLE 'QuivaneQueries' (QueryName Text, SQL Text)");
+  elsewhere(L"INSERT INTO QuivaneQueries VALUES ('All', 'Select * from People')");
+  document().setViewMode(ViewMode::queries);
+  ASSERT_THAT(window().queries->items, ElementsAre(L"All"));
+  document().setViewMode(ViewMode::tables);
+  takeTexts();
+  auto lock = lockExclusively(path().wstring());
+  ASSERT_TRUE(lock->isHeld());
+  document().setViewMode(ViewMode::queries);
+  EXPECT_THAT(takeTexts(),
+              Contains(L"The queries could not be listed.\nAnother program is using the database."));
+  EXPECT_THAT(window().queries->items, ElementsAre(L"All"));
+}
+
 // ---- Another structure
 
 TEST_F(DocumentSnapshotTest, AfterARebuildTheRecordsGoOnWithoutAWord) {
