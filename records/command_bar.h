@@ -13,8 +13,9 @@ class CommandBar {
   /// Enables or greys every item and button by its rule (availability.h), now and in bars that are made
   /// later. A button that is not available is shown indeterminate, not hidden.
   virtual void showCommands(const CommandFacts& facts) = 0;
-  /// Makes the menu bar again: its buttons follow the page, the recordset and the number of records.
-  virtual void rebuildMenuBar() = 0;
+  /// Lets the menu bar's buttons follow the page, the recordset and the number of records. The items of a bar
+  /// that is made for that are to be enabled or greyed again.
+  virtual void refreshMenuBar() = 0;
   /// The text of the position box, if the page has one.
   virtual void setPositionText(const wchar_t* text) = 0;
 };

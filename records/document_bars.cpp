@@ -48,8 +48,8 @@ void Document::updatePositionText() {
 }
 
 void Document::updateCommandBar() {
-  // A new menu bar has every item in its first state.
-  pages_.bar.rebuildMenuBar();
+  // The items of a new menu bar are in their first state.
+  pages_.bar.refreshMenuBar();
   updateMenusForDatabase(databaseOpen_);
 }
 

@@ -44,7 +44,7 @@ bool MainCommandBar::buildMenuBar() {
   return true;
 }
 
-void MainCommandBar::rebuildMenuBar() {
+void MainCommandBar::refreshMenuBar() {
   buildMenuBar();
 }
 
@@ -74,6 +74,7 @@ void MainCommandBar::placePageBars() {
 }
 
 void MainCommandBar::rebuildAll() {
+  menuBar_.destroy();
   buildMenuBar();
   if (barsPage_ < 0) return;
   const std::wstring position = windowText(pageBars_.positionBox());

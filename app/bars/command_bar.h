@@ -35,7 +35,7 @@ class MainCommandBar final : public CommandBar {
   void destroy();
 
   void showCommands(const CommandFacts& facts) override;
-  void rebuildMenuBar() override;
+  void refreshMenuBar() override;
   void setPositionText(const wchar_t* text) override;
 
   /// The answer to WM_CTLCOLORSTATIC from `control`: a white brush for the position box, else null. It

@@ -72,8 +72,9 @@ MenuBarLayout menuBarLayout(const BarFacts& facts) {
 }
 
 bool MenuBar::create(HINSTANCE instance, HWND mainWindow, const BarFacts& facts) {
-  destroy();
   const MenuBarLayout layout = menuBarLayout(facts);
+  if (window_ && layout == layout_) return true;
+  destroy();
   SHMENUBARINFO info{};
   info.cbSize = sizeof(info);
   info.hwndParent = mainWindow;
@@ -83,6 +84,7 @@ bool MenuBar::create(HINSTANCE instance, HWND mainWindow, const BarFacts& facts)
   info.cBmpImages = layout.buttonCount;
   if (!SHCreateMenuBar(&info)) return false;
   window_.reset(info.hwndMB);
+  layout_ = layout;
   if (layout.buttonCount > 0) addButtons(layout.buttonCount);
   fetchPopups();
   return true;

@@ -15,6 +15,8 @@ struct MenuBarLayout {
   WORD resource;    ///< of the menu and of its description
   WORD bitmap;      ///< images of the buttons beside the drop-down buttons, 0 for none
   int buttonCount;  ///< how many of new record, delete record and find there are, in this order
+
+  bool operator==(const MenuBarLayout&) const = default;
 };
 
 MenuBarLayout menuBarLayout(const BarFacts& facts);
@@ -22,8 +24,8 @@ MenuBarLayout menuBarLayout(const BarFacts& facts);
 /// The menu bar at the bottom of the main window. One exists at a time.
 class MenuBar {
  public:
-  /// Destroys the bar that is there and makes the one that belongs to the facts. False when that fails:
-  /// there is no bar then.
+  /// Makes the bar that belongs to the facts, in the place of another; one of the same layout stays. False
+  /// when that fails: there is no bar then.
   bool create(HINSTANCE instance, HWND mainWindow, const BarFacts& facts);
   void destroy();
 
@@ -42,5 +44,6 @@ class MenuBar {
   void fetchPopups();
 
   UniqueWindow window_;
+  MenuBarLayout layout_{};  // that of the window
   std::array<HMENU, kPopupCount> popups_{};
 };

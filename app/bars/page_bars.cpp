@@ -18,15 +18,20 @@ constexpr SIZE kNewToolbar = {100, 30};
 constexpr int kImageSize = 16;
 constexpr SIZE kButtonSize = {23, 22};
 constexpr COLORREF kTransparent = RGB(192, 192, 192);
-constexpr UINT_PTR kSubclassId = 1;
+
+/// Of the system's class, so the same for each rebar.
+WNDPROC rebarOldProc = nullptr;
 
 /// The system's rebar draws borders of its own, wider than the handheld's, and grows by them over the
 /// page or the tabs. Ours has the handheld's height and no border.
 ///
 /// A rebar keeps those messages of its children that it does not know; the main window answers the one
 /// for the colours.
-LRESULT CALLBACK rebarProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR,
-                                DWORD_PTR mainWindow) {
+///
+/// In the place of the rebar's own procedure, not as a subclass of the common controls: under Wine those ask
+/// the server for a property of the window with each message, and a rebar has more than a hundred before it
+/// is seen.
+LRESULT CALLBACK rebarProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
   switch (message) {
     case WM_WINDOWPOSCHANGING:
       reinterpret_cast<WINDOWPOS*>(lParam)->cy = HandheldToMonitor(PageBars::kRebarHeight);
@@ -35,14 +40,11 @@ LRESULT CALLBACK rebarProcedure(HWND window, UINT message, WPARAM wParam, LPARAM
     case WM_NCPAINT:
       return 0;
     case WM_CTLCOLORSTATIC:
-      return SendMessageW(reinterpret_cast<HWND>(mainWindow), message, wParam, lParam);
-    case WM_NCDESTROY:
-      RemoveWindowSubclass(window, rebarProcedure, kSubclassId);
-      break;
+      return SendMessageW(GetAncestor(window, GA_ROOT), message, wParam, lParam);
     default:
       break;
   }
-  return DefSubclassProc(window, message, wParam, lParam);
+  return CallWindowProcW(rebarOldProc, window, message, wParam, lParam);
 }
 
 /// Of the window in a band, at least.
@@ -65,7 +67,7 @@ void PageBars::create(HINSTANCE instance, int page, HWND parent, HWND mainWindow
   destroy();
   page_ = page;
   const std::span<const BandLayout> bands = pageBands(page);
-  if (bands.empty() || !createRebar(instance, parent, mainWindow)) return;
+  if (bands.empty() || !createRebar(instance, parent)) return;
   const bool onForm = page == 1;
   if (!createBand(instance, bands[0], mainWindow, onForm, first_)) return;
   if (!createBand(instance, bands[1], mainWindow, onForm, second_)) return;
@@ -74,7 +76,7 @@ void PageBars::create(HINSTANCE instance, int page, HWND parent, HWND mainWindow
   fillRow();
 }
 
-bool PageBars::createRebar(HINSTANCE instance, HWND parent, HWND mainWindow) {
+bool PageBars::createRebar(HINSTANCE instance, HWND parent) {
   constexpr DWORD kStyle = WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS | WS_CLIPCHILDREN | WS_BORDER |
                            RBS_VARHEIGHT | RBS_BANDBORDERS | CCS_NODIVIDER | CCS_NOPARENTALIGN;
   RECT client{};
@@ -83,7 +85,8 @@ bool PageBars::createRebar(HINSTANCE instance, HWND parent, HWND mainWindow) {
                                     reinterpret_cast<HMENU>(static_cast<INT_PTR>(kRebarId)), instance,
                                     nullptr));
   if (!rebar_) return false;
-  SetWindowSubclass(rebar(), rebarProcedure, kSubclassId, reinterpret_cast<DWORD_PTR>(mainWindow));
+  rebarOldProc = reinterpret_cast<WNDPROC>(
+      SetWindowLongPtrW(rebar(), GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(rebarProcedure)));
   SetWindowPos(rebar(), nullptr, 0, 0, 0, 0,
                SWP_FRAMECHANGED | SWP_NOMOVE | SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
   return true;

@@ -71,7 +71,7 @@ class PageBars {
     UniqueWindow window;
   };
 
-  bool createRebar(HINSTANCE instance, HWND parent, HWND mainWindow);
+  bool createRebar(HINSTANCE instance, HWND parent);
   bool createBand(HINSTANCE instance, const BandLayout& layout, HWND mainWindow, bool onForm,
                   BandWindow& band);
   bool createToolbar(HINSTANCE instance, const BandLayout& layout, HWND mainWindow, BandWindow& band) const;

@@ -153,12 +153,12 @@ namespace {
 void enterPage(int page) {
   theCommandBar->destroyPageBars();
   if (page == kBeforeFirstPage) {
-    theCommandBar->rebuildMenuBar();
+    theCommandBar->refreshMenuBar();
     return;
   }
   if (theDocument && theDocument->isDatabaseOpen()) theCommandBar->showPageBars(page);
   currentPage = page;
-  theCommandBar->rebuildMenuBar();
+  theCommandBar->refreshMenuBar();
   if (theDocument) theDocument->setViewMode(static_cast<ViewMode>(page));
 }
 

@@ -92,6 +92,7 @@ BOOL SHCreateMenuBar(SHMENUBARINFO* info) {
   ShellWindow& shell = ShellWindow::attach(parent);
   shell.setMenuBar(bar);
   if (shell.desktopMenu()) layer.addMenuButton();
+  // Lays all of it out.
   layer.applyZoom();
   ShowWindow(bar, SW_SHOWNA);
   info->hwndMB = bar;

@@ -49,7 +49,6 @@ MenuBar::~MenuBar() {
 
 void MenuBar::addMenuButton() {
   MenuButton::create(window());
-  layOut();
 }
 
 int MenuBar::buttonCount() const {

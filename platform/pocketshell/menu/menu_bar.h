@@ -39,7 +39,7 @@ class MenuBar : public WindowLayer<MenuBar> {
 
   HWND parent() const { return parent_; }
   const std::vector<DropDown>& dropDowns() const { return parts_.dropDowns; }
-  /// Gives it the button that opens the desktop menu of its parent, a frame.
+  /// Gives it the button that opens the desktop menu of its parent, a frame. To be laid out after that.
   void addMenuButton();
   /// How many buttons open menus: the drop-down buttons and, as the last, that of the desktop menu.
   int buttonCount() const;

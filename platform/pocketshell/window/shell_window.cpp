@@ -84,7 +84,10 @@ bool ShellWindow::becomeFrame() {
   canBeSized_ = (GetWindowLongPtrW(window(), GWL_STYLE) & WS_THICKFRAME) != 0;
   desktopMenu_ = std::make_unique<DesktopMenu>(window());
   // It may have been made before, when the window was.
-  if (MenuBar* const bar = menuBar()) bar->addMenuButton();
+  if (MenuBar* const bar = menuBar()) {
+    bar->addMenuButton();
+    bar->layOut();
+  }
   bool wasMaximised = false;
   if (canBeSized_) {
     wasMaximised = standWhereLeft();

@@ -36,7 +36,7 @@ class CommandBarTest : public testing::Test {
   void show(int page, std::uint32_t recordCount = 5) {
     facts_ = {page, page >= 0 && page < 4, true, recordCount};
     bar_.showPageBars(page);
-    bar_.rebuildMenuBar();
+    bar_.refreshMenuBar();
   }
   /// At the first or the last of five records, on whatever page.
   static CommandFacts recordFacts(bool hasNext) {
@@ -165,7 +165,7 @@ TEST_F(CommandBarTest, BarsThatAreMadeAgainShowTheLastFacts) {
   show(kForm);
   showNext(true);
   showNext(false);
-  bar_.rebuildMenuBar();
+  bar_.refreshMenuBar();
   EXPECT_TRUE(isGrey(PopupMenu::record, kNext));
   bar_.showPageBars(kForm);
   EXPECT_EQ(toolbarState(kNext), TBSTATE_INDETERMINATE);
@@ -178,9 +178,25 @@ TEST_F(CommandBarTest, TheMenuBarFollowsTheFacts) {
   show(kForm, 0);
   EXPECT_THAT(toolbarCommands(bar_.menuBar().window()), ElementsAre(40024, 40027, 40030, 32787));
   facts_.recordCount = 1;
-  bar_.rebuildMenuBar();
+  bar_.refreshMenuBar();
   EXPECT_THAT(toolbarCommands(bar_.menuBar().window()),
               ElementsAre(40024, 40027, 40030, 32787, 40001, 32793));
+}
+
+TEST_F(CommandBarTest, AMenuBarOfTheSameButtonsStaysUntilAllIsMadeAnew) {
+  show(kForm);
+  showNext(true);
+  const HWND shown = bar_.menuBar().window();
+  facts_.recordCount = 6;
+  bar_.refreshMenuBar();
+  EXPECT_EQ(bar_.menuBar().window(), shown);
+  EXPECT_FALSE(isGrey(PopupMenu::record, kNext));
+  showNext(false);
+  EXPECT_TRUE(isGrey(PopupMenu::record, kNext));
+  bar_.rebuildAll();
+  EXPECT_FALSE(IsWindow(shown));
+  EXPECT_TRUE(IsWindow(bar_.menuBar().window()));
+  EXPECT_TRUE(isGrey(PopupMenu::record, kNext));
 }
 
 TEST_F(CommandBarTest, AMenuBarThatCannotBeMadeIsReported) {
@@ -196,7 +212,7 @@ TEST_F(CommandBarTest, AfterTheWindowsEndNoMenuBarIsMadeAndNothingSaid) {
   const BoxAnswer answer;
   BoxAnswer::caption.clear();
   bar_.destroy();
-  bar_.rebuildMenuBar();
+  bar_.refreshMenuBar();
   EXPECT_EQ(bar_.menuBar().window(), nullptr);
   EXPECT_EQ(BoxAnswer::caption, L"");
 }

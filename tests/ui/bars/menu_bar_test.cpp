@@ -8,10 +8,6 @@
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-bool operator==(const MenuBarLayout& a, const MenuBarLayout& b) {
-  return a.resource == b.resource && a.bitmap == b.bitmap && a.buttonCount == b.buttonCount;
-}
-
 namespace {
 
 constexpr int kTables = 0;
@@ -167,7 +163,7 @@ TEST_F(MenuBarTest, ANewBarTakesThePlaceOfTheFormer) {
 
 TEST_F(MenuBarTest, WithoutResourcesThereIsNoBar) {
   create({});
-  EXPECT_FALSE(bar_.create(GetModuleHandleW(L"aygshell.dll"), host_.main(), {}));
+  EXPECT_FALSE(bar_.create(GetModuleHandleW(L"aygshell.dll"), host_.main(), {kTables, true, false, 0}));
   EXPECT_EQ(bar_.window(), nullptr);
   EXPECT_THAT(popups(), IsEmpty());
 }

@@ -18,8 +18,8 @@
 /// Bars without windows: what their commands follow, and the position text.
 struct FakeBar final : CommandBar {
   void showCommands(const CommandFacts& shown) override { facts = shown; }
-  /// A new menu bar has every item in its first state.
-  void rebuildMenuBar() override {
+  /// The items of a new menu bar are in their first state.
+  void refreshMenuBar() override {
     facts = {};
     isOutdated = false;
   }
