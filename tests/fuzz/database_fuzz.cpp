@@ -1,6 +1,6 @@
 // The bytes are a database file, which somebody opens, walks over and changes.
 #include "tests/fuzz/fuzz_target.h"
-#include "tests/store/database_walk.h"
+#include "tests/store/hostile/database_walk.h"
 
 int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t length) {
   using namespace std::chrono_literals;

@@ -1,4 +1,4 @@
-#include "tests/store/damaged_images.h"
+#include "tests/store/hostile/damaged_images.h"
 
 #include <algorithm>
 #include <array>

@@ -1,5 +1,5 @@
 // Records under which other programs, and statements of our own, change the file.
-#include "tests/store/numbers_fixture.h"
+#include "tests/store/rows/numbers_fixture.h"
 
 namespace store {
 namespace {

@@ -5,8 +5,8 @@
 #include <filesystem>
 #include <string>
 
-#include "tests/store/damaged_images.h"
-#include "tests/store/database_walk.h"
+#include "tests/store/hostile/damaged_images.h"
+#include "tests/store/hostile/database_walk.h"
 #include "tests/store/store_fixture.h"
 
 namespace store {

@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-#include "tests/store/search_fixture.h"
+#include "tests/store/rows/search_fixture.h"
 #include "tests/store/store_fixture.h"
 
 namespace store {

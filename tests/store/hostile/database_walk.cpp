@@ -1,4 +1,4 @@
-#include "tests/store/database_walk.h"
+#include "tests/store/hostile/database_walk.h"
 
 #include <memory>
 #include <string_view>

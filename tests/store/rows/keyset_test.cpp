@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "tests/store/allocation_probe.h"
-#include "tests/store/keyset_fixture.h"
+#include "tests/store/rows/keyset_fixture.h"
 
 using namespace std::string_literals;
 

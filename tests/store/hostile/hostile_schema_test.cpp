@@ -5,7 +5,7 @@
 #include <ctime>
 #include <thread>
 
-#include "tests/store/database_walk.h"
+#include "tests/store/hostile/database_walk.h"
 #include "tests/store/store_fixture.h"
 
 namespace store {

@@ -5,7 +5,7 @@
 #include <string>
 
 #include "platform/store/exchange/import.h"
-#include "tests/store/session_fixture.h"
+#include "tests/store/faults/session_fixture.h"
 
 namespace store {
 

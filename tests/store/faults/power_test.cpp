@@ -1,7 +1,7 @@
 // The power is cut while the store writes: what it acknowledged is there afterwards, nothing is there by
 // halves, and the file is sound. The disk loses whatever was not flushed.
-#include "tests/store/losing_file_system.h"
-#include "tests/store/session_fixture.h"
+#include "tests/store/faults/losing_file_system.h"
+#include "tests/store/faults/session_fixture.h"
 
 namespace store {
 namespace {

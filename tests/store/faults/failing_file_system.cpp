@@ -1,4 +1,4 @@
-#include "tests/store/failing_file_system.h"
+#include "tests/store/faults/failing_file_system.h"
 
 #include <atomic>
 #include <cstdint>
@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-#include "tests/store/wrapped_file_system.h"
+#include "tests/store/faults/wrapped_file_system.h"
 
 namespace store {
 

@@ -8,7 +8,7 @@
 
 #include "platform/store/rows/keyset.h"
 #include "tests/store/allocation_probe.h"
-#include "tests/store/keyset_fixture.h"
+#include "tests/store/rows/keyset_fixture.h"
 
 using namespace std::string_literals;
 

@@ -1,6 +1,6 @@
 // Files cut, with pages in wrong places, with links and lengths that lead astray: a few thousand, made by
 // rule.
-#include "tests/store/damage_fixture.h"
+#include "tests/store/hostile/damage_fixture.h"
 
 namespace store {
 namespace {

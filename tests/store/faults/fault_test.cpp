@@ -5,8 +5,8 @@
 #include <new>
 
 #include "tests/store/allocation_probe.h"
-#include "tests/store/failing_file_system.h"
-#include "tests/store/whole_session.h"
+#include "tests/store/faults/failing_file_system.h"
+#include "tests/store/faults/whole_session.h"
 
 namespace store {
 namespace {

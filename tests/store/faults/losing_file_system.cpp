@@ -1,4 +1,4 @@
-#include "tests/store/losing_file_system.h"
+#include "tests/store/faults/losing_file_system.h"
 
 #include <algorithm>
 #include <cstring>
@@ -12,8 +12,8 @@
 #include <utility>
 #include <vector>
 
+#include "tests/store/faults/wrapped_file_system.h"
 #include "tests/store/store_fixture.h"
-#include "tests/store/wrapped_file_system.h"
 
 namespace store {
 

@@ -1,5 +1,5 @@
 // Five thousand files with one byte that is wrong, a thousand in each test.
-#include "tests/store/damage_fixture.h"
+#include "tests/store/hostile/damage_fixture.h"
 
 namespace store {
 namespace {

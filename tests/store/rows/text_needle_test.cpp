@@ -4,7 +4,7 @@
 #include <random>
 #include <string>
 
-#include "tests/store/search_fixture.h"
+#include "tests/store/rows/search_fixture.h"
 
 namespace store {
 namespace {

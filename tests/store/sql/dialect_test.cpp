@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "tests/store/dialect_fixture.h"
+#include "tests/store/sql/dialect_fixture.h"
 
 namespace store {
 namespace {

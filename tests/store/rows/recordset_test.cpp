@@ -1,6 +1,6 @@
 #include "platform/store/rows/recordset.h"
 
-#include "tests/store/numbers_fixture.h"
+#include "tests/store/rows/numbers_fixture.h"
 
 namespace store {
 namespace {

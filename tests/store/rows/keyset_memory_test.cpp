@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "tests/store/allocation_probe.h"
-#include "tests/store/keyset_fixture.h"
+#include "tests/store/rows/keyset_fixture.h"
 
 namespace store {
 namespace {
