@@ -14,7 +14,7 @@
 #include "tests/ui/support/dialog_script.h"
 #include "tests/ui/support/message_boxes.h"
 #include "tests/ui/support/shell_frame.h"
-#include "tests/unit/base_registry_fixture.h"
+#include "tests/unit/base/registry_fixture.h"
 
 /// Dialogs over a main window of the test, with a registry of their own, the default colours, zoom 100, the
 /// handheld's size and its input panel, which is down. Message boxes are answered with OK and kept.

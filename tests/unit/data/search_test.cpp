@@ -1,0 +1,248 @@
+#include <algorithm>
+#include <cwctype>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "data/database/record_counters.h"
+#include "data/handles/recordset_handle.h"
+#include "tests/unit/data/fake_store.h"
+#include "tests/unit/data/store_fixture.h"
+
+// The search that passes over records must never pass over one that matchRecord would match.
+
+namespace {
+
+constexpr std::uint32_t kNoLimit = 0xFFFFFFFFu;
+constexpr std::uint32_t kLongTime = 60'000;
+
+/// Where a search ended.
+struct Found {
+  bool found = false;
+  std::uint32_t tested = 0;  ///< records passed or tested
+  std::uint32_t field = 0;
+  std::uint32_t position = 0;
+  bool operator==(const Found&) const = default;
+};
+
+void PrintTo(const Found& found, std::ostream* stream) {
+  *stream << (found.found ? "found" : "not found") << " after " << found.tested << " in field " << found.field
+          << ", at " << found.position;
+}
+
+class DataSearchTest : public DataTest {
+ protected:
+  /// From the record `start` on, at most `most` records; with the quick search or without.
+  Found search(bool isQuick, const String& text, bool allFields, bool matchCase, std::uint32_t field,
+               std::uint32_t start, std::uint32_t most) {
+    Found result;
+    database_.moveTo(start);
+    if (isQuick) {
+      database_.beginSearch(allFields, matchCase, field, text);
+    } else {
+      database_.endSearch();
+    }
+    while (!result.found && result.tested < most) {
+      result.tested += database_.passOver(most - result.tested, kLongTime);
+      if (result.tested == most) break;
+      result.found = database_.matchRecord(allFields, matchCase, field, text, result.field);
+      database_.moveNext();
+      ++result.tested;
+    }
+    result.position = currentRecord;
+    database_.endSearch();
+    return result;
+  }
+};
+
+TEST_F(DataSearchTest, PassesOverRecordsAndCountsThem) {
+  openTable(L"w Text, n Integer", {L"'apple', 1", L"'pear', 2", L"'plum', 3", L"'fig', 4"});
+  database_.moveFirst();
+  database_.beginSearch(true, false, 0, L"PLUM");
+  EXPECT_EQ(database_.passOver(kNoLimit, kLongTime), 2u);
+  EXPECT_EQ(currentRecord, 3u);
+  EXPECT_STREQ(database_.valueText(0).text(), L"plum");
+  EXPECT_EQ(database_.passOver(kNoLimit, kLongTime), 0u);
+  database_.beginSearch(true, false, 0, L"cherry");
+  EXPECT_EQ(database_.passOver(1, kLongTime), 1u);
+  EXPECT_EQ(database_.passOver(kNoLimit, kLongTime), 1u);
+  EXPECT_EQ(currentRecord, 5u);
+}
+
+TEST_F(DataSearchTest, WithoutASearchNothingIsPassedOver) {
+  EXPECT_EQ(database_.passOver(5, 5), 0u);
+  openTable(L"w Text", {L"'a'", L"'b'"});
+  EXPECT_EQ(database_.passOver(5, 5), 0u);
+  database_.beginSearch(true, false, 0, L"z");
+  database_.endSearch();
+  EXPECT_EQ(database_.passOver(5, 5), 0u);
+  // A field that there is not is left to matchRecord.
+  database_.beginSearch(false, false, 1, L"z");
+  EXPECT_EQ(database_.passOver(5, 5), 0u);
+}
+
+TEST_F(DataSearchTest, ANewRecordIsNotPassedOver) {
+  openTable(L"w Text", {L"'a'", L"'b'"});
+  ASSERT_TRUE(database_.addNew());
+  database_.beginSearch(true, false, 0, L"z");
+  EXPECT_EQ(database_.passOver(5, kLongTime), 0u);
+}
+
+TEST_F(DataSearchTest, EveryPairOfCasesIsFound) {
+  // Each letter that folds to another one, as a record of its own.
+  openTable(L"w Text", {});
+  std::vector<std::pair<wchar_t, wchar_t>> pairs;
+  {
+    RecordsetHandle recordset;
+    ConnectionHandle connection;
+    ASSERT_TRUE(connection.setConnectionString(path_.c_str()));
+    ASSERT_EQ(connection.open(), ConnectionHandle::kOpened);
+    std::wstring values;
+    for (unsigned number = 0x80; number < 0x10000; ++number) {
+      const auto unit = static_cast<wchar_t>(number);
+      const wchar_t text[] = {unit, L'\0'};
+      String folded(text);
+      folded.toUpperCase();
+      if (folded.text()[0] == unit) continue;
+      pairs.emplace_back(unit, folded.text()[0]);
+      values += (values.empty() ? L"('" : L"), ('") + std::wstring(text) + L"'";
+    }
+    ASSERT_GT(pairs.size(), 500u);
+    ASSERT_TRUE(connection.execute((L"INSERT INTO t VALUES " + values + L")").c_str()));
+  }
+  ASSERT_TRUE(database_.openRecordset(L"Select * from [t]"));
+  ASSERT_EQ(database_.recordCount(), pairs.size());
+  for (std::uint32_t row = 0; row < pairs.size(); ++row) {
+    const wchar_t text[] = {pairs[row].second, L'\0'};
+    database_.moveTo(row + 1);
+    database_.beginSearch(true, false, 0, text);
+    ASSERT_EQ(database_.passOver(1, kLongTime), 0u) << std::hex << static_cast<unsigned>(pairs[row].first);
+    database_.beginSearch(true, true, 0, text);
+    ASSERT_EQ(database_.passOver(1, kLongTime), 1u);
+  }
+}
+
+/// Random records and texts from few different signs, so that much is found and more is nearly found.
+class DataSearchRandomTest : public DataSearchTest {
+ protected:
+  std::size_t number(std::size_t most) {
+    return std::uniform_int_distribution<std::size_t>(0, most)(random_);
+  }
+
+  std::wstring text(std::size_t most) {
+    static const std::wstring signs =
+        L"aAbBkKiIsS019.-eE+,nfN "
+        L"ß\x0130\x0131\x017F\x212A\x03C2\x03C3\x03A3\x0301\x00E9\x00C9\x4E2D\xD83D\xDE00"
+        L"\xFFFD\x2400\x00FF\x0178";
+    std::wstring units;
+    for (std::size_t count = number(most); count > 0; --count) units += signs[number(signs.size() - 1)];
+    return units;
+  }
+
+  std::wstring hex(std::size_t most) {
+    std::wstring digits;
+    for (std::size_t count = 2 * number(most); count > 0; --count) digits += L"0123456789ABCDEF"[number(15)];
+    return digits;
+  }
+
+  std::wstring literal() {
+    switch (number(11)) {
+      case 0:
+        return L"NULL";
+      case 1:
+        return std::to_wstring(static_cast<long long>(number(3000)) - 1500);
+      case 2:
+        return std::to_wstring(static_cast<long long>(random_()));
+      case 3:
+        return std::to_wstring(static_cast<double>(number(100'000)) / 128 - 300);
+      case 4: {
+        static constexpr const wchar_t* kOdd[] = {L"9e999", L"-9e999", L"1.5e300", L"-1e-7",
+                                                  L"0.1",   L"1e15",   L"1e16",    L"9007199254740993"};
+        return kOdd[number(7)];
+      }
+      case 5:
+        return L"x'" + hex(5) + L"'";
+      case 6:  // bytes that are no text, zeros among them
+        return L"CAST(x'61" + hex(3) + L"0041" + hex(2) + L"' AS TEXT)";
+      default:
+        return L"'" + text(6) + L"'";
+    }
+  }
+
+  static constexpr int kDateColumn = 6;  // behind the key
+
+  void fill(const wchar_t* table, int count) {
+    ConnectionHandle connection;
+    ASSERT_TRUE(connection.setConnectionString(path_.c_str()));
+    ASSERT_EQ(connection.open(), ConnectionHandle::kOpened);
+    std::wstring rows;
+    for (int row = 0; row < count; ++row) {
+      rows += (row == 0 ? L"(" : L"), (") + std::to_wstring(number(100'000));
+      // A text that is no date is refused for the field of dates, unless an expression makes it.
+      for (int column = 0; column < 11; ++column) {
+        rows += column == kDateColumn ? L", CAST(" + literal() + L" AS TEXT)" : L", " + literal();
+      }
+    }
+    const std::wstring sql = std::wstring(L"INSERT OR IGNORE INTO ") + table + L" VALUES " + rows + L")";
+    ASSERT_TRUE(connection.execute(sql.c_str()));
+  }
+
+  std::mt19937_64 random_{20010309};
+};
+
+TEST_F(DataSearchRandomTest, FindsWhatThePlainWayFinds) {
+  const std::wstring columns =
+      L" (k Integer PRIMARY KEY, a Varchar (20), b Text, c Integer, d SmallInt, e Double, f Bit, g Datetime, "
+      L"h "
+      L"Varbinary (20), i bigint, j unsigned int, l)";
+  openWith({(L"CREATE TABLE t" + columns).c_str(), (L"CREATE TABLE u" + columns + L" WITHOUT ROWID").c_str(),
+            L"CREATE VIEW v AS SELECT *, e * 1.25 AS x FROM t"});
+  fill(L"t", 150);
+  fill(L"u", 150);
+  static constexpr const wchar_t* kSources[] = {
+      L"Select * from [t]",          L"Select * from [u]",
+      L"Select * from t order by b", L"Select * from v",
+      L"Select * from u order by a", L"Select b, e, l, a from t where k % 3 order by k desc"};
+  int found = 0;
+  for (int round = 0; round < 60; ++round) {
+    ASSERT_TRUE(database_.openRecordset(kSources[number(5)]));
+    if (round % 6 == 5) {
+      // What another program does in between, both ways see alike.
+      runOn(path_, {L"DELETE FROM t WHERE k % 41 = 7", L"UPDATE t SET a = b WHERE k % 17 = 3",
+                    L"DELETE FROM u WHERE k % 37 = 9"});
+      fill(L"t", 5);
+      fill(L"u", 5);
+    }
+    for (int step = 0; step < 25; ++step) {
+      std::wstring units = text(2);
+      if (number(3) == 0) units = std::to_wstring(number(120));
+      if (number(60) == 0) units.clear();
+      const String needle(units.c_str());
+      const bool allFields = number(1) == 0;
+      const bool matchCase = number(1) == 0;
+      const auto field = static_cast<std::uint32_t>(allFields ? 0 : number(database_.fieldCount() - 1));
+      const auto start = static_cast<std::uint32_t>(1 + number(database_.recordCount() - 1));
+      const auto most = static_cast<std::uint32_t>(number(4) == 0 ? number(20) : database_.recordCount() + 2);
+      const Found plain = search(false, needle, allFields, matchCase, field, start, most);
+      const Found quick = search(true, needle, allFields, matchCase, field, start, most);
+      found += plain.found ? 1 : 0;
+      ASSERT_EQ(plain, quick) << "round " << round << ", field " << field << (allFields ? ", all" : "")
+                              << (matchCase ? ", case" : "") << ", from " << start << ", at most " << most
+                              << ", text " << testing::PrintToString(units);
+    }
+  }
+  EXPECT_GT(found, 300);
+  EXPECT_LT(found, 1450);
+}
+
+/// A component that lacks the search.
+TEST(DataSearchFakeTest, WithoutTheInterfaceThePlainWayRuns) {
+  FakeStore store;
+  FakeStoreRegistration registration(store);
+  RecordsetHandle recordset;
+  EXPECT_FALSE(recordset.beginTextSearch(L"a", std::nullopt, false));
+  EXPECT_EQ(recordset.passOver(5, 5), 0);
+  recordset.endTextSearch();
+}
+
+}  // namespace
