@@ -38,6 +38,7 @@ std::vector<std::uint32_t> fieldsInDoubt;
 
 void doubtFieldWithFocus(const FieldEditors& editors) {
   const HWND focus = GetFocus();
+  if (!focus) return;
   for (std::uint32_t field = 0; field < editors.size(); ++field) {
     // The editors of a form are windows.
     if (static_cast<const FieldEditor*>(editors[field])->window() != focus) continue;

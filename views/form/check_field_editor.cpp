@@ -4,9 +4,11 @@
 
 #include "views/form/tab_key.h"
 
-bool CheckFieldEditor::create(const wchar_t* text, const ControlCreation& creation) {
-  if (!createControl(L"BUTTON", text, creation)) return false;
+bool CheckFieldEditor::create(const ControlCreation& creation) {
+  if (!createControl(L"BUTTON", caption_.text(), creation)) return false;
   moveFocusByTabKey(window());
+  setChecked(checked_);
+  if (isLocked_) lockBox();
   return true;
 }
 
@@ -16,13 +18,17 @@ void CheckFieldEditor::setChecked(bool checked) {
 }
 
 bool CheckFieldEditor::isChecked() const {
-  return SendMessageW(window(), BM_GETCHECK, 0, 0) == BST_CHECKED;
+  return window() ? SendMessageW(window(), BM_GETCHECK, 0, 0) == BST_CHECKED : checked_;
 }
 
 void CheckFieldEditor::load(const FieldSnapshot& field, bool) {
   setChecked(std::wcscmp(field.text.text(), L"-1") == 0);
   if (isLocked_ == isUnread(field)) return;
   isLocked_ = isUnread(field);
-  // A box that does not check itself keeps the focus and its look, and stays as it is.
+  lockBox();
+}
+
+/// A box that does not check itself keeps the focus and its look, and stays as it is.
+void CheckFieldEditor::lockBox() const {
   SendMessageW(window(), BM_SETSTYLE, (isLocked_ ? BS_CHECKBOX : BS_AUTOCHECKBOX) | BS_LEFTTEXT, TRUE);
 }

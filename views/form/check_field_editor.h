@@ -5,7 +5,9 @@
 /// The editor of a boolean field: a check box that carries the field's name.
 class CheckFieldEditor final : public FieldEditor {
  public:
-  bool create(const wchar_t* text, const ControlCreation& creation);
+  /// Before create.
+  void setCaption(const String& caption) { caption_ = caption; }
+  bool create(const ControlCreation& creation) override;
 
   void setChecked(bool checked);
   bool isChecked() const override;
@@ -17,9 +19,12 @@ class CheckFieldEditor final : public FieldEditor {
   bool takeChange() override { return isEdited(); }
   bool isEdited() const override { return !isLocked_ && isChanged(); }
   /// The field's name, as it stands beside the box.
-  String text() const override { return windowText(window()); }
+  String text() const override { return caption_; }
 
  private:
+  void lockBox() const;
+
+  String caption_;
   bool checked_ = false;
   bool isLocked_ = false;  // nothing is known of the field's value
 };

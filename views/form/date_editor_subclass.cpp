@@ -5,6 +5,7 @@
 #include <array>
 
 #include "owners/handles.h"
+#include "views/form/form_ids.h"
 #include "views/shared/message_table.h"
 
 DateEditorRegistry theDateEditors;
@@ -52,6 +53,7 @@ LRESULT CALLBACK dateEditorProcedure(HWND window, UINT message, WPARAM wParam, L
 }  // namespace
 
 void attachDateEditor(DateFieldEditor& editor) {
+  if (!DateEditorRegistry::hasRoomFor(GetDlgCtrlID(editor.window()) - kFirstDateEditorId)) return;
   if (theDateEditors.add(editor.window(), editor)) {
     SetWindowSubclass(editor.window(), dateEditorProcedure, 0, 0);
   }

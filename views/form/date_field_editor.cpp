@@ -35,15 +35,15 @@ SYSTEMTIME calendarStart(const String& text) {
 
 }  // namespace
 
+DateFieldEditor::DateFieldEditor() : shownText_(kNoDateText), givenText_(kNoDateText) {}
+
 DateFieldEditor::~DateFieldEditor() {
   detachDateEditor(*this);
 }
 
 bool DateFieldEditor::create(const ControlCreation& creation) {
   place_ = creation.place;
-  shownText_ = kNoDateText;
-  givenText_ = kNoDateText;
-  if (!createControl(L"STATIC", kNoDateText, creation)) return false;
+  if (!createControl(L"STATIC", givenText_.text(), creation)) return false;
   attachDateEditor(*this);
   moveFocusByTabKey(window());
   return true;
@@ -65,6 +65,7 @@ void DateFieldEditor::showToday() {
 }
 
 String DateFieldEditor::text() const {
+  if (!window()) return shownText_;
   String shown = windowText(window());
   return std::wcscmp(shown.text(), givenText_.text()) == 0 ? shownText_ : shown;
 }

@@ -8,14 +8,14 @@
 /// The editor of a date field: a text that opens a calendar when it is tapped.
 class DateFieldEditor final : public FieldEditor {
  public:
-  DateFieldEditor() = default;
+  DateFieldEditor();
   ~DateFieldEditor() override;
   DateFieldEditor(const DateFieldEditor&) = delete;
   DateFieldEditor& operator=(const DateFieldEditor&) = delete;
 
   void setFieldName(const String& name) { fieldName_ = name; }
-  /// Shows "None" at first.
-  bool create(const ControlCreation& creation);
+  /// Shows "None" at first, unless it was loaded before.
+  bool create(const ControlCreation& creation) override;
 
   /// Shows a date as the field's text gives it, or "None", and remembers it as unchanged.
   void setText(const String& text);

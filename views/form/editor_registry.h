@@ -12,6 +12,10 @@ class EditorRegistry {
  public:
   static constexpr std::size_t kSlotCount = 50;
 
+  /// Whether there is a slot for the editor that has this number, from 0, within its kind on the form: not
+  /// all are made in field order.
+  static constexpr bool hasRoomFor(int number) { return number < static_cast<int>(kSlotCount); }
+
   /// False when no slot is left; nothing has changed then. The editor is removed before it dies.
   bool add(HWND window, Editor& editor) noexcept {
     if (!window || count_ == kSlotCount) return false;

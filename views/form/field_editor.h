@@ -8,9 +8,13 @@
 #include "data/values/record_snapshot.h"
 #include "views/shared/child_control.h"
 
-/// The editor of one field of the form: what the form asks of every kind.
+/// The editor of one field of the form: what the form asks of every kind. Before its control is created it
+/// holds what it was loaded with and answers for that; the control then shows it.
 class FieldEditor : public FieldValueSource {
  public:
+  /// Creates the control, hidden; once.
+  virtual bool create(const ControlCreation& creation) = 0;
+  /// Null before that.
   HWND window() const { return control_.window(); }
   void show(bool visible) const { control_.show(visible); }
   void takeFocus() const { SetFocus(window()); }

@@ -1,7 +1,7 @@
 #include "views/form/form_view.h"
 
+#include <algorithm>
 #include <string>
-#include <utility>
 
 #include "data/values/field_kinds.h"
 #include "platform/pocketshell/handheld_windows.h"
@@ -36,32 +36,42 @@ ControlPlace editorPlace(FieldEditorKind kind, int y, const FormMetrics& metrics
   return kind == FieldEditorKind::date ? dateEditorPlace(y, metrics) : textEditorPlace(y, metrics);
 }
 
-std::unique_ptr<FieldEditor> createCheckBox(const std::wstring& caption, const ControlCreation& creation) {
+std::wstring captionOf(const String& name) {
+  return std::wstring(name.text()) + L":";
+}
+
+DWORD editorStyle(FieldEditorKind kind, bool readOnly) {
+  constexpr DWORD kCheckBox = WS_CHILD | WS_TABSTOP | BS_AUTOCHECKBOX | BS_LEFTTEXT;
+  // A text is told of taps with SS_NOTIFY only. A date with a time of day is too long for the editor.
+  constexpr DWORD kDate =
+      WS_CHILD | WS_TABSTOP | WS_BORDER | SS_NOTIFY | SS_CENTER | SS_CENTERIMAGE | SS_ENDELLIPSIS;
+  constexpr DWORD kText = WS_CHILD | WS_VISIBLE | WS_BORDER | WS_TABSTOP | ES_AUTOHSCROLL;
+  if (kind == FieldEditorKind::checkBox) return kCheckBox;
+  if (kind == FieldEditorKind::date) return kDate;
+  return readOnly ? kText | ES_READONLY : kText;
+}
+
+std::unique_ptr<FieldEditor> newCheckBox(const String& name) {
   auto editor = std::make_unique<CheckFieldEditor>();
-  editor->create(caption.c_str(), creation);
+  editor->setCaption(captionOf(name).c_str());
   return editor;
 }
 
-std::unique_ptr<FieldEditor> createDateEditor(const String& name, const ControlCreation& creation) {
+std::unique_ptr<FieldEditor> newDateEditor(const String& name) {
   auto editor = std::make_unique<DateFieldEditor>();
   editor->setFieldName(name);
-  editor->create(creation);
   return editor;
 }
 
-std::unique_ptr<FieldEditor> createTextEditor(const Document& document, std::uint32_t field,
-                                              ControlCreation creation) {
+std::unique_ptr<FieldEditor> newTextEditor(const Document& document, std::uint32_t field) {
   const FieldEditorKind kind = fieldKind(document.fieldType(field)).editor;
-  const bool readOnly = document.isFieldReadOnly(field);
-  if (readOnly) creation.style |= ES_READONLY;
   auto editor = std::make_unique<TextFieldEditor>();
   editor->setFieldName(document.fieldName(field));
   editor->setNumeric(kind == FieldEditorKind::digits || kind == FieldEditorKind::signedDigits);
   editor->setMinusAllowed(kind == FieldEditorKind::signedDigits);
   editor->setMaximumLength(document.fieldWidth(field));
   editor->setBinary(kind == FieldEditorKind::bytes);
-  editor->setReadOnlyField(readOnly);
-  editor->create(creation);
+  editor->setReadOnlyField(document.isFieldReadOnly(field));
   return editor;
 }
 
@@ -101,8 +111,9 @@ void FormView::build() {
   NextIds ids;
   rows_.reserve(document_->fieldCount());
   for (std::uint32_t field = 0; field < document_->fieldCount(); ++field) {
-    rows_.push_back(createRow(field, ids));
+    rows_.push_back(prepareRow(field, ids));
   }
+  makeControls({0, std::min(rowCount(), kFieldsMadeAtOnce)});
   pageCount_ = formPageCount(rowCount(), metrics_.fieldsPerPage);
   // With its children: the bars are painted over otherwise.
   RedrawWindow(GetParent(wrapper_.window()), nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
@@ -114,32 +125,40 @@ void FormView::tearDown() {
   pageCount_ = 0;
 }
 
-FormView::Row FormView::createRow(std::uint32_t field, NextIds& ids) const {
-  const HWND parent = wrapper_.window();
-  const int y = rowTop(field);
+FormView::Row FormView::prepareRow(std::uint32_t field, NextIds& ids) const {
   const String& name = document_->fieldName(field);
-  const std::wstring caption = std::wstring(name.text()) + L":";
-
   Row row;
   row.kind = fieldKind(document_->fieldType(field)).editor;
-  const ControlPlace place = editorPlace(row.kind, y, metrics_);
   if (row.kind == FieldEditorKind::checkBox) {
-    constexpr DWORD kStyle = WS_CHILD | WS_TABSTOP | BS_AUTOCHECKBOX | BS_LEFTTEXT;
-    row.editor = createCheckBox(caption, {kStyle, place, parent, ids.checkBox++});
-    return row;
-  }
-  row.label = std::make_unique<FieldLabel>();
-  row.label->create(caption.c_str(), {WS_CHILD, labelPlace(y, metrics_), parent, kLabelId});
-  if (row.kind == FieldEditorKind::date) {
-    // A text is told of taps with SS_NOTIFY only. A date with a time of day is too long for the editor.
-    constexpr DWORD kStyle =
-        WS_CHILD | WS_TABSTOP | WS_BORDER | SS_NOTIFY | SS_CENTER | SS_CENTERIMAGE | SS_ENDELLIPSIS;
-    row.editor = createDateEditor(name, {kStyle, place, parent, ids.dateEditor++});
+    row.identifier = ids.checkBox++;
+    row.editor = newCheckBox(name);
+  } else if (row.kind == FieldEditorKind::date) {
+    row.identifier = ids.dateEditor++;
+    row.editor = newDateEditor(name);
   } else {
-    constexpr DWORD kStyle = WS_CHILD | WS_VISIBLE | WS_BORDER | WS_TABSTOP | ES_AUTOHSCROLL;
-    row.editor = createTextEditor(*document_, field, {kStyle, place, parent, ids.textEditor++});
+    row.identifier = ids.textEditor++;
+    row.editor = newTextEditor(*document_, field);
   }
   return row;
+}
+
+void FormView::makeControls(FieldRange fields) {
+  for (std::uint32_t field = fields.first; field < fields.end; ++field) makeControls(field);
+}
+
+void FormView::makeControls(std::uint32_t field) {
+  Row& row = rows_[field];
+  if (row.isMade) return;
+  row.isMade = true;
+  const HWND parent = wrapper_.window();
+  const int y = rowTop(field);
+  if (row.kind != FieldEditorKind::checkBox) {
+    row.label = std::make_unique<FieldLabel>();
+    row.label->create(captionOf(document_->fieldName(field)).c_str(),
+                      {WS_CHILD, labelPlace(y, metrics_), parent, kLabelId});
+  }
+  row.editor->create({editorStyle(row.kind, document_->isFieldReadOnly(field)),
+                      editorPlace(row.kind, y, metrics_), parent, row.identifier});
 }
 
 // ---- Records
@@ -178,6 +197,7 @@ void FormView::focusField(std::uint32_t field) {
   // What was found on another page would be out of sight.
   const std::uint32_t page = field / metrics_.fieldsPerPage;
   if (page != pageIndex_) turnPage(page);
+  makeControls(field);
   rows_[field].editor->takeFocus();
   rows_[field].editor->selectAll();
 }
@@ -193,6 +213,7 @@ void FormView::showPage(bool visible) {
 }
 
 void FormView::showFields(FieldRange range, bool visible) {
+  if (visible) makeControls(range);
   for (std::uint32_t field = range.first; field < range.end; ++field) {
     if (rows_[field].label) rows_[field].label->show(visible);
     rows_[field].editor->show(visible);
@@ -250,7 +271,7 @@ std::uint32_t FormView::fieldToKeep() const {
   const FieldRange shown = pageRange();
   const HWND focus = GetFocus();
   for (std::uint32_t field = shown.first; field < shown.end; ++field) {
-    if (rows_[field].editor->window() == focus) return field;
+    if (rows_[field].isMade && rows_[field].editor->window() == focus) return field;
   }
   return shown.first;
 }
@@ -265,6 +286,7 @@ void FormView::hideOtherPages() {
 void FormView::moveRows(bool sized) {
   for (std::uint32_t field = 0; field < rowCount(); ++field) {
     const Row& row = rows_[field];
+    if (!row.isMade) continue;
     const int y = rowTop(field);
     const ControlPlace place = editorPlace(row.kind, y, metrics_);
     if (row.label) moveTo(*row.label, labelPlace(y, metrics_));

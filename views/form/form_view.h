@@ -8,14 +8,19 @@
 #include "records/pages.h"
 #include "views/form/field_editor.h"
 #include "views/form/field_label.h"
+#include "views/form/form_ids.h"
 #include "views/form/form_layout.h"
 #include "views/form/form_wrapper.h"
 
 class Document;
 
-/// The form of the current record in the window of a FormWrapper.
+/// The form of the current record in the window of a FormWrapper. Of a table of more fields than
+/// kFieldsMadeAtOnce the controls of the further ones are made when their page is shown first.
 class FormView final : public FormPage {
  public:
+  /// As many as there are identifiers for text editors.
+  static constexpr std::uint32_t kFieldsMadeAtOnce = kFirstCheckBoxId - kFirstTextEditorId;
+
   /// `wrapper` outlives the view.
   explicit FormView(const FormWrapper& wrapper) : wrapper_(wrapper) {}
 
@@ -45,15 +50,19 @@ class FormView final : public FormPage {
  private:
   struct Row {
     FieldEditorKind kind{};
+    int identifier = 0;
     std::unique_ptr<FieldLabel> label;  ///< none for a boolean, whose check box carries the name
     std::unique_ptr<FieldEditor> editor;
+    bool isMade = false;  ///< whether its controls were created
   };
   struct NextIds;
 
   std::uint32_t rowCount() const { return static_cast<std::uint32_t>(rows_.size()); }
   FieldRange pageRange() const { return formPageRange(pageIndex_, metrics_.fieldsPerPage, rowCount()); }
   int rowTop(std::uint32_t field) const;
-  Row createRow(std::uint32_t field, NextIds& ids) const;
+  Row prepareRow(std::uint32_t field, NextIds& ids) const;
+  void makeControls(FieldRange fields);
+  void makeControls(std::uint32_t field);
   void showPage(bool visible);
   void showFields(FieldRange range, bool visible);
   std::uint32_t fieldToKeep() const;

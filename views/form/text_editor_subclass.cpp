@@ -4,6 +4,7 @@
 
 #include <array>
 
+#include "views/form/form_ids.h"
 #include "views/shared/message_table.h"
 
 TextEditorRegistry theTextEditors;
@@ -90,6 +91,7 @@ LRESULT CALLBACK textEditorProcedure(HWND window, UINT message, WPARAM wParam, L
 }  // namespace
 
 void attachTextEditor(TextFieldEditor& editor) {
+  if (!TextEditorRegistry::hasRoomFor(GetDlgCtrlID(editor.window()) - kFirstTextEditorId)) return;
   if (theTextEditors.add(editor.window(), editor)) {
     SetWindowSubclass(editor.window(), textEditorProcedure, 0, 0);
   }

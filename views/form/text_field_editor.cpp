@@ -45,7 +45,13 @@ bool TextFieldEditor::create(const ControlCreation& creation) {
   SendMessageW(window(), EM_SETLIMITTEXT, 0, 0);
   attachTextEditor(*this);
   moveFocusByTabKey(window());
+  if (wasGiven_) fillWindow();
   return true;
+}
+
+String TextFieldEditor::text() const {
+  if (!showsAll_) return value_;
+  return window() ? windowText(window()) : loadedText_;
 }
 
 void TextFieldEditor::setValue(const String& value) {
@@ -56,12 +62,18 @@ void TextFieldEditor::showBeginning(const String& value, std::uint64_t wholeLeng
   value_ = value;
   wholeLength_ = wholeLength;
   hasValue_ = true;
+  wasGiven_ = true;
   ShownText shown = textForLine(value_.text());
   loadedText_ = shown.text.c_str();
   showsAll_ = shown.isExact && wholeLength_ == 0 && isEditable();
+  fillWindow();
+  keystrokes_.textLength = static_cast<std::uint32_t>(shown.text.size());
+}
+
+void TextFieldEditor::fillWindow() const {
+  if (!window()) return;
   SendMessageW(window(), EM_SETREADONLY, readOnly_ || isLocked_ || !showsAll_, 0);
   SetWindowTextW(window(), loadedText_.text());
-  keystrokes_.textLength = static_cast<std::uint32_t>(shown.text.size());
 }
 
 void TextFieldEditor::load(const FieldSnapshot& field, bool) {

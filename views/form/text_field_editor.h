@@ -25,7 +25,7 @@ class TextFieldEditor final : public FieldEditor {
   void setBinary(bool binary) { binary_ = binary; }
   void setReadOnlyField(bool readOnly) { readOnly_ = readOnly; }
 
-  bool create(const ControlCreation& creation);
+  bool create(const ControlCreation& creation) override;
 
   // ---- The value
 
@@ -35,7 +35,7 @@ class TextFieldEditor final : public FieldEditor {
   /// What was loaded or confirmed in the zoom dialog last, with its line breaks.
   const String& value() const { return value_; }
   /// What the window shows; the value where the window does not show all of it.
-  String text() const override { return showsAll_ ? windowText(window()) : value_; }
+  String text() const override;
 
   void load(const FieldSnapshot& field, bool isNewRecord) override;
   /// A key that was taken counts once; a confirmed zoom and a content that is not what was loaded do as long
@@ -75,6 +75,7 @@ class TextFieldEditor final : public FieldEditor {
  private:
   bool isEditable() const;
   void showBeginning(const String& value, std::uint64_t wholeLength);
+  void fillWindow() const;
 
   static constexpr std::uint32_t kDefaultMaximumLength = 30000;
 
@@ -87,6 +88,7 @@ class TextFieldEditor final : public FieldEditor {
   bool binary_ = false;
   bool holdsForeignBytes_ = false;  // bytes in a field of another type
   bool hasValue_ = false;
+  bool wasGiven_ = false;  // something to show, and be it nothing
   bool showsAll_ = true;   // but for the commas
   bool isLocked_ = false;  // nothing is known of the field's value
   String fieldName_;

@@ -206,7 +206,8 @@ TEST_F(LoneEditorsTest, ALabelIsAHiddenStatic) {
 
 TEST_F(LoneEditorsTest, ACheckBoxKnowsWhatItWasSetTo) {
   CheckFieldEditor editor;
-  ASSERT_TRUE(editor.create(L"b:", {WS_CHILD | BS_AUTOCHECKBOX, {3, 30, 170, 18}, host(), 1400}));
+  editor.setCaption(L"b:");
+  ASSERT_TRUE(editor.create({WS_CHILD | BS_AUTOCHECKBOX, {3, 30, 170, 18}, host(), 1400}));
   EXPECT_FALSE(isShown(editor.window()));
   EXPECT_FALSE(editor.isChecked());
   editor.setChecked(true);
