@@ -289,6 +289,9 @@ constexpr CommandRow kCommands[] = {
 LRESULT runCommand(HWND window, WORD id, LPARAM lParam, WORD notification) {
   // Before the Document exists and after its end there is nothing that a command could act on.
   if (!theDocument || theDocument->isBusy()) return 0;
+  // Under a dialog the user can give none, but another program can, and no command is made for that: the
+  // system's own file dialog does not live through a second one.
+  if (!IsWindowEnabled(mainWindow) || thePrompts.isChoosingFile()) return 0;
   for (const CommandRow& row : kCommands) {
     if (row.id == id) return row.handler(window, id, lParam, notification);
   }

@@ -90,6 +90,23 @@ TEST_F(WindowMessagesTest, AnItemToBeDrawnIsAnsweredWithZero) {
   EXPECT_EQ(send(WM_DRAWITEM, 0, reinterpret_cast<LPARAM>(&item)), 0);
 }
 
+// Of another program; the user can give none.
+TEST_F(WindowMessagesTest, ACommandUnderADialogDoesNothing) {
+  for (const int opening : {ID_ABOUT, ID_DATABASE_OPEN}) {
+    PostMessageW(main(), WM_COMMAND, static_cast<WPARAM>(opening), 0);
+    HWND dialog = nullptr;
+    ASSERT_TRUE(remote::waitUntil(
+        [&] { return (dialog = remote::dialog(GetCurrentProcessId(), nullptr)) != nullptr; }));
+    for (const int under : {ID_ABOUT, ID_DATABASE_OPEN, ID_DATABASE_CLOSE, ID_EXIT})
+      PostMessageW(main(), WM_COMMAND, static_cast<WPARAM>(under), 0);
+    PostMessageW(dialog, WM_COMMAND, IDCANCEL, 0);
+    EXPECT_TRUE(remote::waitUntil([&] { return !IsWindow(dialog); })) << opening;
+    EXPECT_TRUE(remote::waitUntil([&] { return IsWindowEnabled(main()) != FALSE; })) << opening;
+    EXPECT_EQ(remote::dialog(GetCurrentProcessId(), nullptr), nullptr) << opening;
+    EXPECT_NE(remote::shownPage(main()), nullptr) << opening;
+  }
+}
+
 TEST_F(WindowMessagesTest, WhoComesBackFindsTheCalendarShown) {
   ASSERT_TRUE(remote::switchToPage(main(), kFormPage));
   PostMessageW(control(kFirstDateEditorId), WM_LBUTTONDOWN, MK_LBUTTON, 0);
