@@ -5,6 +5,7 @@
 
 #include "records/view_mode.h"
 #include "views/shared/page_area.h"
+#include "views/shared/unowned_box.h"
 
 namespace {
 
@@ -37,7 +38,7 @@ bool MainCommandBar::buildMenuBar() {
   // A command may outlast its window, which was closed under a dialog.
   if (!mainWindow_) return false;
   if (!menuBar_.create(instance_, mainWindow_, facts_())) {
-    MessageBoxW(mainWindow_, L"SHCreateMenuBar Failed", L"Error", MB_OK);
+    showBox(mainWindow_, L"SHCreateMenuBar Failed", L"Error", MB_OK);
     return false;
   }
   menuBar_.showCommands(commandFacts_);

@@ -11,6 +11,7 @@
 #include "dialogs/small/go_to.h"
 #include "platform/pocketshell/aygshell.h"
 #include "resources/resource_ids.h"
+#include "views/shared/boxes_over_window.h"
 #include "views/shared/unowned_box.h"
 
 namespace {
@@ -173,6 +174,7 @@ std::optional<String> WindowPrompts::chooseFile(FileChoice choice) {
   question.Flags = dialog.flags;
   const CurrentFolderKept folder;
   const TitleOfPurpose title(dialog.title);
+  const BoxesOverWindow place(mainWindow);
   isChoosingFile_ = true;
   const BOOL chosen = dialog.run(&question);
   isChoosingFile_ = false;

@@ -14,6 +14,8 @@
 #include "dialogs/options/options_page_window.h"
 #include "platform/pocketshell/handheld_windows.h"
 #include "views/dialog/dialog_growth.h"
+#include "views/shared/boxes_over_window.h"
+#include "views/shared/unowned_box.h"
 
 namespace {
 
@@ -57,6 +59,7 @@ void pickColor(HWND page) {
   choice.rgbResult = *color;
   choice.lpCustColors = customColors.data();
   choice.Flags = CC_RGBINIT | CC_FULLOPEN;
+  const BoxesOverWindow place(GetAncestor(page, GA_ROOT));
   if (!ChooseColorW(&choice)) return;
   *color = choice.rgbResult;
   refreshSwatch(page);
@@ -64,7 +67,7 @@ void pickColor(HWND page) {
 
 void resetColors(HWND page) {
   const int answer =
-      MessageBoxW(page, L"Reset all colors to their defaults?", L"Quivane", MB_YESNO | MB_SETFOREGROUND);
+      showBox(page, L"Reset all colors to their defaults?", L"Quivane", MB_YESNO | MB_SETFOREGROUND);
   if (answer != IDYES) return;
   resetAppColors();
   refreshSwatch(page);

@@ -5,6 +5,7 @@
 
 #include "base/showable_text.h"
 #include "owners/handles.h"
+#include "views/shared/boxes_over_window.h"
 
 namespace {
 
@@ -19,11 +20,16 @@ LRESULT CALLBACK liftBox(int code, WPARAM wParam, LPARAM lParam) {
   return CallNextHookEx(nullptr, code, wParam, lParam);
 }
 
+int showBoxOver(HWND window, HWND owner, const wchar_t* text, const wchar_t* caption, UINT flags) {
+  const std::wstring shown = showableText(text);
+  const BoxesOverWindow place(window);
+  return MessageBoxW(owner, shown.c_str(), caption, flags);
+}
+
 }  // namespace
 
 int showBox(HWND owner, const wchar_t* text, const wchar_t* caption, UINT flags) {
-  const std::wstring shown = showableText(text);
-  return MessageBoxW(owner, shown.c_str(), caption, flags);
+  return showBoxOver(GetAncestor(owner, GA_ROOT), owner, text, caption, flags);
 }
 
 int showUnownedBox(HWND next, const wchar_t* text, const wchar_t* caption, UINT flags) {
@@ -31,7 +37,7 @@ int showUnownedBox(HWND next, const wchar_t* text, const wchar_t* caption, UINT 
   {
     isLifted = false;
     const UniqueHook hook(SetWindowsHookExW(WH_CBT, liftBox, nullptr, GetCurrentThreadId()));
-    answer = showBox(nullptr, text, caption, flags | MB_TASKMODAL);
+    answer = showBoxOver(next, nullptr, text, caption, flags | MB_TASKMODAL);
   }
   // The box ends while every other window is disabled, so the system finds none to go on with.
   SetForegroundWindow(next);

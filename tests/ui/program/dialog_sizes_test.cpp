@@ -1,6 +1,7 @@
 // What the dialogs of the real program make of a window larger than the handheld's.
 #include <windows.h>
 
+#include <cstdlib>
 #include <map>
 #include <string>
 #include <vector>
@@ -191,6 +192,78 @@ TEST_F(DialogSizesTest, TheZoomOfAFieldGrowsByWhatTheWindowHasMore) {
     leave(opened.main(), dialog);
   }
   expectMoved(found[0], found[1], moves);
+}
+
+// ---- The system's own
+
+class SystemBoxesTest : public DialogSizesTest {
+ protected:
+  /// How far the middle of a box is from that of the window below it.
+  static POINT offMiddle(HWND box, HWND window) {
+    RECT upper{};
+    RECT lower{};
+    GetWindowRect(box, &upper);
+    GetWindowRect(window, &lower);
+    return {(upper.left + upper.right - lower.left - lower.right) / 2,
+            (upper.top + upper.bottom - lower.top - lower.bottom) / 2};
+  }
+  static void expectOver(HWND box, HWND window) {
+    ASSERT_NE(box, nullptr);
+    const POINT off = offMiddle(box, window);
+    EXPECT_LE(std::abs(off.x), 1);
+    EXPECT_LE(std::abs(off.y), 1);
+  }
+  static RECT freeArea(HWND window) {
+    MONITORINFO monitor{};
+    monitor.cbSize = sizeof(monitor);
+    GetMonitorInfoW(MonitorFromWindow(window, MONITOR_DEFAULTTONEAREST), &monitor);
+    return monitor.rcWork;
+  }
+  static void moveTo(HWND window, LONG x, LONG y) {
+    SetWindowPos(window, nullptr, static_cast<int>(x), static_cast<int>(y), 0, 0,
+                 SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+  }
+
+  static constexpr int kDeleteTable = 40074;
+  static constexpr int kOpenDatabase = 32772;
+};
+
+TEST_F(SystemBoxesTest, StandOverTheMiddleOfTheWindow) {
+  OpenedDatabase opened(file("a.cdb"));
+  ASSERT_NE(opened.tables(), nullptr);
+  size(opened.main(), kHandheld);
+  for (const POINT corner : {POINT{300, 200}, POINT{210, 150}}) {
+    moveTo(opened.main(), corner.x, corner.y);
+    const HWND question = open(opened.main(), kDeleteTable, L"Quivane");
+    expectOver(question, opened.main());
+    leave(opened.main(), question);
+  }
+}
+
+TEST_F(SystemBoxesTest, StayOnTheMonitorBesideItsEdge) {
+  OpenedDatabase opened(file("a.cdb"));
+  ASSERT_NE(opened.tables(), nullptr);
+  size(opened.main(), kHandheld);
+  const RECT free = freeArea(opened.main());
+  moveTo(opened.main(), free.right - 60, free.bottom - 60);
+  const HWND question = open(opened.main(), kDeleteTable, L"Quivane");
+  ASSERT_NE(question, nullptr);
+  RECT place{};
+  GetWindowRect(question, &place);
+  EXPECT_EQ(place.right, free.right);
+  EXPECT_EQ(place.bottom, free.bottom);
+  leave(opened.main(), question);
+}
+
+TEST_F(SystemBoxesTest, AFileDialogStandsOverTheWindowToo) {
+  OpenedDatabase opened(file("a.cdb"));
+  ASSERT_NE(opened.tables(), nullptr);
+  size(opened.main(), kLarger);
+  const RECT free = freeArea(opened.main());
+  moveTo(opened.main(), free.left + 90, free.top + 60);
+  const HWND dialog = open(opened.main(), kOpenDatabase, L"Open");
+  expectOver(dialog, opened.main());
+  leave(opened.main(), dialog);
 }
 
 }  // namespace
