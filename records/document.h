@@ -178,6 +178,13 @@ class Document : private BusyListener {
   /// Whether the form shows a record that was read.
   bool isRecordShown() const { return shown_.isReadable(); }
 
+  // ---- Typing into what can't be stored (document_records.cpp)
+
+  /// The user begins to change a field, by a key or otherwise.
+  void editBegun();
+  /// After the first one in a file: tells that nothing can be stored, if that is so.
+  void tellUnwritable();
+
   // ---- New and deleted records (document_records.cpp). Each returns 0 and tells the user itself what
   // can't be done.
 
@@ -335,7 +342,8 @@ class Document : private BusyListener {
 
   String databasePath_;                           // empty when none is open
   FileState toldFileState_ = FileState::present;  // what the user knows of the file
-  RecordSource wanted_;                           // whose records the next page shows
+  bool wasEdited_ = false;  // in this file; whether it can be written was looked at then
+  RecordSource wanted_;     // whose records the next page shows
   NameList tableNames_;
   NameList queryNames_;
   ViewMode viewMode_ = ViewMode::none;

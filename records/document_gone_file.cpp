@@ -52,6 +52,7 @@ bool Document::goOnInCopy() {
   }
   databasePath_ = *path;
   toldFileState_ = FileState::present;
+  wasEdited_ = false;
   if (viewMode_ == ViewMode::list && recordsetOpen_) pages_.grid.fill();
   if (showsRecords(viewMode_)) {
     updatePositionText();

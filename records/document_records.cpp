@@ -91,6 +91,22 @@ void Document::tellLeftOut(const NameList& fields) {
   refuse(PromptOwner::mainWindow, text.c_str());
 }
 
+// ---- Typing
+
+void Document::editBegun() {
+  if (wasEdited_ || !database_.isOpen()) return;
+  wasEdited_ = true;
+  pages_.prompts.tellWhenTyped();
+}
+
+void Document::tellUnwritable() {
+  // A file that has lost its name is told of otherwise.
+  if (!database_.isOpen() || database_.fileState() != FileState::present) return;
+  if (const Outcome can = database_.tryWriting(); !can) {
+    tellFailure(L"What is typed can't be stored.", can.reason());
+  }
+}
+
 // ---- New records
 
 int Document::newRecord() {

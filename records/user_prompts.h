@@ -87,6 +87,8 @@ class UserPrompts {
   /// Has Document::busyOver() called when what the user did is over: as soon as the program listens for what
   /// he does next.
   virtual void tellWhenOver() = 0;
+  /// Has Document::tellUnwritable() called when the key that is being taken was taken.
+  virtual void tellWhenTyped() = 0;
   /// Gives the keyboard back to the dialog after a message, if it is still open.
   virtual void returnToFindDialog() = 0;
   /// The user is going to type: the input panel is raised, where there is one.

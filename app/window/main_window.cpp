@@ -128,6 +128,11 @@ LRESULT busyOver(HWND, UINT, WPARAM, LPARAM) {
   return 0;
 }
 
+LRESULT editBegun(HWND, UINT, WPARAM, LPARAM) {
+  if (theDocument && !theDocument->isBusy()) theDocument->tellUnwritable();
+  return 0;
+}
+
 /// The window itself has no use for the keyboard: who comes back to it goes on where he was.
 LRESULT focusGained(HWND window, UINT, WPARAM, LPARAM) {
   if (IsChild(window, lastFocus) && IsWindowVisible(lastFocus)) SetFocus(lastFocus);
@@ -240,6 +245,7 @@ constexpr std::array kMessages = {
     // What a desktop needs besides.
     MessageRow{kCameToFrontMessage, cameToFront},
     MessageRow{kBusyOverMessage, busyOver},
+    MessageRow{kEditBegunMessage, editBegun},
     MessageRow{kOfferRecoveredMessage, recoveredOffered},
     MessageRow{WM_SETFOCUS, focusGained},
     MessageRow{WM_SIZE, sizeChanged},

@@ -23,5 +23,8 @@ inline constexpr UINT kCameToFrontMessage = WM_USER + 209;
 /// Posted when start-up is over and the first page is shown: what an end by a fault has left is offered.
 inline constexpr UINT kOfferRecoveredMessage = WM_USER + 210;
 
+/// Posted when the first field of an open file is being changed.
+inline constexpr UINT kEditBegunMessage = WM_USER + 211;
+
 /// Posted when the database begins to take its time: what the user did is over when it arrives.
 inline constexpr UINT kBusyOverMessage = WM_USER + 208;

@@ -234,6 +234,10 @@ void WindowPrompts::tellWhenOver() {
   PostMessageW(mainWindow, kBusyOverMessage, 0, 0);
 }
 
+void WindowPrompts::tellWhenTyped() {
+  PostMessageW(mainWindow, kEditBegunMessage, 0, 0);
+}
+
 void WindowPrompts::returnToFindDialog() {
   if (findWindow()) SetFocus(findWindow());
 }

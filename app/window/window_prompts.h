@@ -24,6 +24,7 @@ class WindowPrompts final : public UserPrompts {
   bool keepGoing(const Progress& progress) override;
   void endProgress() override;
   void tellWhenOver() override;
+  void tellWhenTyped() override;
   void returnToFindDialog() override;
   void raiseInputPanel() override;
 

@@ -66,6 +66,9 @@ class Database {
   /// Cheap: nothing of the file is read. FileState::present also when none is open. From the loss on the
   /// store refuses every change, and reading goes on.
   FileState fileState();
+  /// Why a change could not be stored at the moment; done when nothing is known against it. Nothing is
+  /// changed. A file is open.
+  Outcome tryWriting();
   /// Writes what is open into a new file, without records that were begun and not stored; the open file
   /// stays open. Fails, and no file was made, when something stands at `path` already or it can't be written.
   Outcome saveCopy(const String& path);

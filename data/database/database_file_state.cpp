@@ -12,6 +12,10 @@ FileState Database::fileState() {
   return isOpen_ ? connection_->fileState() : FileState::present;
 }
 
+Outcome Database::tryWriting() {
+  return connection_->tryWriting();
+}
+
 Outcome Database::saveCopy(const String& path) {
   return connection_->saveCopy(path.text());
 }

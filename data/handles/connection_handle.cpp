@@ -61,6 +61,10 @@ FileState ConnectionHandle::fileState() {
   return result == kFileReplaced ? FileState::replaced : FileState::present;
 }
 
+Outcome ConnectionHandle::tryWriting() {
+  return connection_ ? outcomeOf(connection_->TryWriting()) : noObject();
+}
+
 Outcome ConnectionHandle::saveCopy(const wchar_t* path) {
   return connection_ ? outcomeOf(connection_->SaveCopy(makeBstr(path).get())) : noObject();
 }

@@ -48,6 +48,9 @@ class ConnectionHandle {
   /// Cheap: nothing of the file is read. FileState::present also for a closed connection, and where the
   /// system does not tell.
   FileState fileState();
+  /// Why a change could not be stored at the moment; done when nothing is known against it. Nothing is
+  /// changed.
+  Outcome tryWriting();
   /// Writes what is open into a new file, also when the open one has lost its name; the connection stays
   /// with what it has open. Fails, and no file was made, when something stands at `path` already or it can't
   /// be written there.

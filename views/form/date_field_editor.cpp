@@ -101,6 +101,7 @@ void DateFieldEditor::openCalendar() {
   const CalendarPopup::Choice choice = popup.run(GetAncestor(control, GA_ROOT));
   // While the popup was open, the form may have been taken down.
   if (theDateEditors.find(control) != this) return;
+  if (choice != CalendarPopup::Choice::none) beginEdit();
   if (choice == CalendarPopup::Choice::date) {
     SetWindowTextW(control, shortDate(popup.selectedDate()).text());
   } else if (choice == CalendarPopup::Choice::noDate) {

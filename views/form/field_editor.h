@@ -8,6 +8,13 @@
 #include "data/values/record_snapshot.h"
 #include "views/shared/child_control.h"
 
+/// Hears when the user begins to change a field, before it is changed.
+class EditWatcher {
+ public:
+  virtual ~EditWatcher() = default;
+  virtual void editBegun() = 0;
+};
+
 /// The editor of one field of the form: what the form asks of every kind. Before its control is created it
 /// holds what it was loaded with and answers for that; the control then shows it.
 class FieldEditor : public FieldValueSource {
@@ -19,6 +26,9 @@ class FieldEditor : public FieldValueSource {
   void show(bool visible) const { control_.show(visible); }
   void takeFocus() const { SetFocus(window()); }
   virtual void position(const ControlPlace& place, UINT flags) { moveControl(place, flags); }
+
+  /// `watcher` outlives the editor.
+  void watchEdits(EditWatcher& watcher) { watcher_ = &watcher; }
 
   /// Shows what the field was read as. From here on the editor is unchanged. Where nothing is known of the
   /// value nothing is shown, and the editor takes nothing from the user until it is loaded again.
@@ -40,6 +50,12 @@ class FieldEditor : public FieldValueSource {
   bool moveControl(const ControlPlace& place, UINT flags) const { return control_.position(place, flags); }
   static bool isUnread(const FieldSnapshot& field) { return field.state == FieldSnapshot::State::unreadable; }
 
+  /// To be called at every key and choice that may change the field, also where it can't be changed.
+  void beginEdit() const {
+    if (watcher_) watcher_->editBegun();
+  }
+
  private:
   ChildControl control_;
+  EditWatcher* watcher_ = nullptr;
 };

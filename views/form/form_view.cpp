@@ -125,7 +125,7 @@ void FormView::tearDown() {
   pageCount_ = 0;
 }
 
-FormView::Row FormView::prepareRow(std::uint32_t field, NextIds& ids) const {
+FormView::Row FormView::prepareRow(std::uint32_t field, NextIds& ids) {
   const String& name = document_->fieldName(field);
   Row row;
   row.kind = fieldKind(document_->fieldType(field)).editor;
@@ -139,6 +139,7 @@ FormView::Row FormView::prepareRow(std::uint32_t field, NextIds& ids) const {
     row.identifier = ids.textEditor++;
     row.editor = newTextEditor(*document_, field);
   }
+  row.editor->watchEdits(*this);
   return row;
 }
 
@@ -162,6 +163,10 @@ void FormView::makeControls(std::uint32_t field) {
 }
 
 // ---- Records
+
+void FormView::editBegun() {
+  if (document_) document_->editBegun();
+}
 
 void FormView::showRecord(const RecordSnapshot& record) {
   const FieldSnapshot unread;

@@ -16,7 +16,7 @@ class Document;
 
 /// The form of the current record in the window of a FormWrapper. Of a table of more fields than
 /// kFieldsMadeAtOnce the controls of the further ones are made when their page is shown first.
-class FormView final : public FormPage {
+class FormView final : public FormPage, private EditWatcher {
  public:
   /// As many as there are identifiers for text editors.
   static constexpr std::uint32_t kFieldsMadeAtOnce = kFirstCheckBoxId - kFirstTextEditorId;
@@ -48,6 +48,8 @@ class FormView final : public FormPage {
   std::uint32_t pageCount() const override { return pageCount_; }
 
  private:
+  void editBegun() override;
+
   struct Row {
     FieldEditorKind kind{};
     int identifier = 0;
@@ -60,7 +62,7 @@ class FormView final : public FormPage {
   std::uint32_t rowCount() const { return static_cast<std::uint32_t>(rows_.size()); }
   FieldRange pageRange() const { return formPageRange(pageIndex_, metrics_.fieldsPerPage, rowCount()); }
   int rowTop(std::uint32_t field) const;
-  Row prepareRow(std::uint32_t field, NextIds& ids) const;
+  Row prepareRow(std::uint32_t field, NextIds& ids);
   void makeControls(FieldRange fields);
   void makeControls(std::uint32_t field);
   void showPage(bool visible);

@@ -117,6 +117,7 @@ void TextFieldEditor::setSelection(int start, int end) {
 
 bool TextFieldEditor::takeCharacter(wchar_t character) {
   if (isLocked_) return false;
+  if (!isCommandCharacter(character)) beginEdit();
   if (!showsAll_) return isCommandCharacter(character);
   const KeystrokeVerdict verdict = filterKeystroke(character, rules_, keystrokes_);
   if (verdict == KeystrokeVerdict::accept) {
@@ -139,7 +140,12 @@ void TextFieldEditor::cutShownText() {
 
 void TextFieldEditor::recountText() {
   const String shown = windowText(window());
+  DWORD start = 0;
+  DWORD end = 0;
+  SendMessageW(window(), EM_GETSEL, reinterpret_cast<WPARAM>(&start), reinterpret_cast<LPARAM>(&end));
   SetWindowTextW(window(), shown.text());
+  // Who comes back, from a message box say, goes on where he was.
+  setSelection(static_cast<int>(start), static_cast<int>(end));
   keystrokes_.textLength = static_cast<std::uint32_t>(shown.length());
 }
 

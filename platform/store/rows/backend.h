@@ -128,6 +128,11 @@ class Backend {
   /// halfway may be in the nameless file); reading goes on. Reads nothing of the file and waits for nobody.
   virtual Status checkFile() = 0;
 
+  /// Whether a change could be stored at the moment, as far as that shows before there is one: readOnly or
+  /// inputOutput when the file or its folder can't be written, and what checkFile says. Another program's
+  /// lock is not waited for and says nothing. Nothing is changed.
+  virtual Status tryWriting() = 0;
+
   /// Writes what is open, as it is at the moment, durably into a new file at `path` (UTF-8), also when the
   /// open one has lost its name. The backend stays with the file that it has open. On failure (fileExists,
   /// cannotOpen, locked, inputOutput, outOfMemory; noTable without a database) no file has been made.

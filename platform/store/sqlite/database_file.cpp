@@ -78,6 +78,7 @@ class StoreWithoutDatabase : public Backend {
     return {ErrorCode::noTable, "No database is open."};
   }
   Status checkFile() override { return {}; }
+  Status tryWriting() override { return {ErrorCode::noTable, "No database is open."}; }
   Status saveCopy(const std::string&) override { return {ErrorCode::noTable, "No database is open."}; }
 };
 

@@ -99,6 +99,11 @@ Status SqliteBackend::checkFile() {
   return connection_->checkFile();
 }
 
+Status SqliteBackend::tryWriting() {
+  ConnectionGuard::Use use(connection_->guard());
+  return connection_->tryWriting();
+}
+
 Status SqliteBackend::saveCopy(const std::string& path) {
   ConnectionGuard::Use use(connection_->guard());
   return copyDatabase(*connection_, path);

@@ -29,6 +29,7 @@ class SqliteBackend : public Backend, private DeclaredTypes {
   Status describeTable(std::string_view name, TableSchema* schema) override;
   Status beginLoad(const LoadTarget& target, std::unique_ptr<TableLoad>* load) override;
   Status checkFile() override;
+  Status tryWriting() override;
   Status saveCopy(const std::string& path) override;
 
  private:

@@ -51,5 +51,12 @@ TEST_F(ReadOnlyFolderTest, AChangeIsRefusedByThatWordAndTheRecordsCanBeRead) {
   EXPECT_EQ("2", textOf(*rows, 0)) << "what was typed is kept";
 }
 
+TEST_F(ReadOnlyFolderTest, ThatIsKnownBeforeThereIsAChange) {
+  open();
+  const Status status = backend_->tryWriting();
+  EXPECT_EQ(ErrorCode::readOnly, status.code());
+  EXPECT_EQ("The folder of the database is read-only.", status.message());
+}
+
 }  // namespace
 }  // namespace store

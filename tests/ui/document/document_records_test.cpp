@@ -20,6 +20,39 @@ class DocumentRecordsTest : public DocumentTest {
   std::size_t storedCount() { return stored(document().sqlText().text()).size(); }
 };
 
+// ---- Typing into what can't be stored
+
+TEST_F(DocumentRecordsTest, TypingIsLookedAtOnceInEachFile) {
+  document().editBegun();
+  EXPECT_EQ(window().prompts.typedCount, 0) << "without a database";
+  showForm();
+  document().editBegun();
+  document().editBegun();
+  EXPECT_EQ(window().prompts.typedCount, 1);
+  document().closeDatabase();
+  showForm();
+  document().editBegun();
+  EXPECT_EQ(window().prompts.typedCount, 2);
+}
+
+TEST_F(DocumentRecordsTest, WhereNothingCanBeStoredTheReasonIsTold) {
+  showForm();
+  document().tellUnwritable();
+  EXPECT_THAT(messages(), IsEmpty());
+  document().closeDatabase();
+  document().tellUnwritable();
+  EXPECT_THAT(messages(), IsEmpty()) << "without a database";
+  SetFileAttributesW(path().c_str(), FILE_ATTRIBUTE_READONLY);
+  showForm();
+  document().tellUnwritable();
+  EXPECT_THAT(messages(),
+              ElementsAre(FakePrompts::Message{
+                  PromptOwner::mainWindow, L"What is typed can't be stored.\nThe database can only be read.",
+                  L"Quivane", Notice::refusal}));
+  document().closeDatabase();
+  SetFileAttributesW(path().c_str(), FILE_ATTRIBUTE_NORMAL);
+}
+
 // ---- New records
 
 TEST_F(DocumentRecordsTest, NewWithoutADatabaseIsRefused) {

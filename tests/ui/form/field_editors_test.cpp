@@ -301,6 +301,16 @@ TEST_F(FiveCharactersTest, CharactersAreCountedAnewWhenTheFocusLeaves) {
   EXPECT_EQ(shown(), L"12vwxy");
 }
 
+TEST_F(FiveCharactersTest, WhoComesBackGoesOnWhereHeWas) {
+  editor().load(readAs(L"ad"), false);
+  editor().setSelection(1, 1);
+  type(L"b");
+  SetFocus(nullptr);
+  editor().takeFocus();
+  type(L"c");
+  EXPECT_EQ(shown(), L"abcd");
+}
+
 TEST_F(FiveCharactersTest, OnlyTheFirstLossOfTheFocusCounts) {
   editor().load(readAs(L"12345"), false);
   SetWindowTextW(editor().window(), L"1");

@@ -46,6 +46,7 @@ class FormFixture : public testing::Test {
 
   FormView& view() { return view_; }
   Document& document() { return *document_; }
+  FakePrompts& prompts() { return prompts_; }
   const std::filesystem::path& path() const { return path_; }
   HWND host() const { return host_.get(); }
   FakePanel& panel() { return panel_; }

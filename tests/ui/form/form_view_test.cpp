@@ -326,6 +326,29 @@ TEST_F(FormViewTest, OfARecordThatWasNotReadNothingIsShownAndNothingCanBeTyped) 
   EXPECT_TRUE(view().takeChange());
 }
 
+TEST_F(FormViewTest, TheFirstKeyInAnyTextIsReported) {
+  showTable(kOfEachKind, {kOneOfEach});
+  EXPECT_EQ(prompts().typedCount, 0);
+  constexpr wchar_t kCopy[] = L"\x03";
+  type(textEditor(0), kCopy);
+  EXPECT_EQ(prompts().typedCount, 0) << "copying changes nothing";
+  type(textEditor(0), L"xy");
+  EXPECT_EQ(prompts().typedCount, 1);
+}
+
+TEST_F(FormViewTest, SoIsAKeyInATextThatCantBeChanged) {
+  showTable(L"CREATE TABLE 'T' (abc Text)", {L"INSERT INTO T VALUES ('one')"});
+  document().closeDatabase();
+  SetFileAttributesW(path().c_str(), FILE_ATTRIBUTE_READONLY);
+  ASSERT_TRUE(document().openDatabase(path().c_str()));
+  document().setViewMode(ViewMode::form);
+  type(textEditor(0), L"x");
+  EXPECT_EQ(textOf(textEditor(0)), L"one");
+  EXPECT_EQ(prompts().typedCount, 1);
+  document().closeDatabase();
+  SetFileAttributesW(path().c_str(), FILE_ATTRIBUTE_NORMAL);
+}
+
 // ---- Many fields
 
 TEST_F(FormViewTest, AHundredAndTwentyTextFieldsAreShownAndStored) {

@@ -72,6 +72,7 @@ struct FakePrompts final : UserPrompts {
   }
   void endProgress() override { isProgressShown = false; }
   void tellWhenOver() override { waitsForTheEnd = true; }
+  void tellWhenTyped() override { ++typedCount; }
   void returnToFindDialog() override {}
   void raiseInputPanel() override { isPanelUp = true; }
 
@@ -88,6 +89,8 @@ struct FakePrompts final : UserPrompts {
     std::variant<Notice, Question> kind;
     bool operator==(const Message&) const = default;
   };
+
+  int typedCount = 0;
 
   // What he answers
   bool agrees = false;                         ///< to what he is asked

@@ -318,6 +318,7 @@ class FakeConnectionObject final : public FakeObject<IAdoceConnection> {
   HRESULT STDMETHODCALLTYPE SaveCopy(BSTR) override { return E_NOTIMPL; }
   HRESULT STDMETHODCALLTYPE AskWhileBusy(IDispatch*) override { return E_NOTIMPL; }
   HRESULT STDMETHODCALLTYPE Stop() override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE TryWriting() override { return E_NOTIMPL; }
   HRESULT STDMETHODCALLTYPE ExportRows(BSTR, LONG, BSTR, BSTR, IDispatch*, hyper*, hyper*) override {
     return E_NOTIMPL;
   }

@@ -269,6 +269,13 @@ HRESULT ConnectionObject::CheckFile() {
   });
 }
 
+HRESULT ConnectionObject::TryWriting() {
+  return call([&]() -> Outcome {
+    if (!isOpen()) return closedConnection();
+    return backend_->tryWriting();
+  });
+}
+
 HRESULT ConnectionObject::SaveCopy(BSTR path) {
   return call([&]() -> Outcome {
     if (!isOpen()) return closedConnection();

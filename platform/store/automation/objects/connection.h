@@ -59,6 +59,7 @@ class ConnectionObject final : public AutomationObject<IAdoceConnection> {
   HRESULT STDMETHODCALLTYPE ExportRows(BSTR source, long options, BSTR name, BSTR path, IDispatch* question,
                                        hyper* changed, hyper* records) override;
   HRESULT STDMETHODCALLTYPE OpenImport(BSTR path, IAdoceImport** import) override;
+  HRESULT STDMETHODCALLTYPE TryWriting() override;
 
   // For the module's own objects, which hold the module's lock and hand failures on.
 

@@ -177,13 +177,19 @@ Status SqliteConnection::checkWhole() {
 // Only pages hold rows, and even the smallest row takes six bytes of one: its cell and where that stands. A
 // damaged tree that leads to the same pages again and again has more, without end.
 Status SqliteConnection::readMostRows(std::uint64_t* most) {
+  std::int64_t count = 0;
+  Status status = readNumber(
+      "SELECT p.page_count * s.page_size / 6 FROM pragma_page_count p, pragma_page_size s", &count);
+  if (status) *most = static_cast<std::uint64_t>(count);
+  return status;
+}
+
+Status SqliteConnection::readNumber(std::string_view sql, std::int64_t* number) {
   SqliteStatement statement;
-  Status status = prepare(
-      "SELECT p.page_count * s.page_size / 6 FROM pragma_page_count p, pragma_page_size s", &statement);
-  if (!status) return status;
+  if (Status status = prepare(sql, &statement); !status) return status;
   const int result = sqlite3_step(statement.get());
   if (result != SQLITE_ROW) return statusOf(handle(), result);
-  *most = static_cast<std::uint64_t>(sqlite3_column_int64(statement.get(), 0));
+  *number = sqlite3_column_int64(statement.get(), 0);
   return {};
 }
 
@@ -216,6 +222,21 @@ Status SqliteConnection::open(const std::string& path, const OpenOptions& option
 
 Status SqliteConnection::checkFile() {
   return statusOfState(fileStateOf(handle()));
+}
+
+// Begins a change that changes nothing, and undoes it: what it needs beside the database is made with the
+// first page that is touched.
+Status SqliteConnection::tryWriting() {
+  if (isReadOnly()) return {ErrorCode::readOnly, "The database can only be read."};
+  const LockWait::Never never(guard_->lockWait());
+  WriteTransaction transaction(*this);
+  Status status = transaction.begin();
+  std::int64_t version = 0;
+  if (status) status = readNumber("PRAGMA user_version", &version);
+  SqliteStatement same;
+  if (status) status = prepare("PRAGMA user_version=" + std::to_string(version), &same);
+  if (status) status = transaction.run(same.get());
+  return status.code() == ErrorCode::locked ? Status() : status;
 }
 
 Status SqliteConnection::prepare(std::string_view sql, SqliteStatement* statement) {

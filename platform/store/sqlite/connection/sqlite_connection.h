@@ -51,6 +51,8 @@ class SqliteConnection {
   /// Whether the open file still stands under its name: fileGone or fileReplaced if not, inputOutput when the
   /// system doesn't tell.
   Status checkFile();
+  /// As Backend::tryWriting.
+  Status tryWriting();
 
   /// Prepares a statement of the engine's own.
   Status prepare(std::string_view sql, SqliteStatement* statement);
@@ -111,6 +113,7 @@ class SqliteConnection {
   Status openFile(const std::string& path);
   Status configure(const OpenOptions& options);
   void letGo();
+  Status readNumber(std::string_view sql, std::int64_t* number);
   Status readSchemaVersion(std::int64_t* version);
   Status noticeSchemaVersion();
   Status checkWhole();
