@@ -1,6 +1,6 @@
 // Measures the real program from outside, by its windows alone, beside what the system can do: a search
-// beside the bare statement, the List page of a large table beside that of a small one, and the start beside
-// that of an empty window.
+// beside the bare statement and how soon it can be stopped, the List page of a large table beside that of a
+// small one, and the start beside that of an empty window.
 #include <windows.h>
 
 #include <commctrl.h>
@@ -31,6 +31,9 @@ constexpr std::chrono::seconds kPatience{60};
 constexpr double kMostStart = 40;       // milliseconds more than an empty window
 constexpr double kMostMemory = 8;       // MB more while a search runs
 constexpr double kMostListRatio = 1.5;  // with ten times the rows
+constexpr double kMostDelay = 100;      // milliseconds until Esc is obeyed, and until a window is painted
+/// Each look at the windows costs the program some of the time that is measured.
+constexpr DWORD kBetweenLooks = 5;
 constexpr int kFormPage = 1;
 constexpr int kListPage = 2;
 constexpr int kTablesPage = 0;
@@ -48,11 +51,11 @@ void require(bool done, const char* what) {
 }
 
 /// Looks more often than tests do: what is measured takes milliseconds.
-void waitFor(const std::function<bool()>& condition, const char* what) {
+void waitFor(const std::function<bool()>& condition, const char* what, DWORD between = 1) {
   const auto end = std::chrono::steady_clock::now() + kPatience;
   while (!condition()) {
     require(std::chrono::steady_clock::now() < end, what);
-    Sleep(1);
+    Sleep(between);
   }
 }
 
@@ -195,7 +198,8 @@ double secondsToFind(const OpenProgram& program, HWND dialog, const wchar_t* tex
   HWND box = nullptr;
   const double seconds = secondsOf([&] {
     PostMessageW(dialog, WM_COMMAND, IDC_FIND_NEXT, 0);
-    waitFor([&] { return (box = boxOver(dialog, program.id())) != nullptr; }, "the search does not end");
+    waitFor([&] { return (box = boxOver(dialog, program.id())) != nullptr; }, "the search does not end",
+            kBetweenLooks);
   });
   PostMessageW(box, WM_COMMAND, IDOK, 0);
   waitFor([&] { return !IsWindow(box) && IsWindowEnabled(dialog) && answers(dialog); },
@@ -203,14 +207,20 @@ double secondsToFind(const OpenProgram& program, HWND dialog, const wchar_t* tex
   return seconds;
 }
 
+/// The dialog over the first record, set to all fields.
+HWND openFind(OpenProgram& program) {
+  program.choose(0);
+  program.show(kFormPage);
+  PostMessageW(program.main(), WM_COMMAND, ID_FIND, 0);
+  HWND dialog = nullptr;
+  waitFor([&] { return (dialog = findDialog(program.id())) != nullptr; }, "the dialog does not open");
+  setBox(dialog, IDC_FIND_ALL_FIELDS, true);
+  return dialog;
+}
+
 void measureFind(const std::wstring& program, const std::wstring& database, const std::string& bareDatabase) {
   OpenProgram open(program, database);
-  open.choose(0);
-  open.show(kFormPage);
-  PostMessageW(open.main(), WM_COMMAND, ID_FIND, 0);
-  HWND dialog = nullptr;
-  waitFor([&] { return (dialog = findDialog(open.id())) != nullptr; }, "the dialog does not open");
-  setBox(dialog, IDC_FIND_ALL_FIELDS, true);
+  const HWND dialog = openFind(open);
   const double memoryBefore = peakMemory(open.id());
   bench::BareDatabase bare(bareDatabase);
   for (const bench::BareSearch& search : bench::bareSearches()) {
@@ -228,6 +238,63 @@ void measureFind(const std::wstring& program, const std::wstring& database, cons
   std::printf("  %-30s %10.1f MB   (at most %.0f)%s\n", "memory more while it searches", more, kMostMemory,
               more <= kMostMemory ? "" : "   OVER THE LIMIT");
   isOver = isOver || more > kMostMemory;
+}
+
+/// What the program shows while a search takes its time; null when it does not.
+HWND progressLine(DWORD processId) {
+  HWND line = nullptr;
+  while ((line = FindWindowExW(nullptr, line, L"STATIC", nullptr)) != nullptr) {
+    DWORD owner = 0;
+    GetWindowThreadProcessId(line, &owner);
+    if (owner == processId && IsWindowVisible(line)) return line;
+  }
+  return nullptr;
+}
+
+void reportDelay(const char* name, const std::vector<double>& seconds) {
+  const double longest = 1e3 * *std::max_element(seconds.begin(), seconds.end());
+  std::printf("  %-30s %10.1f ms, at the longest %10.1f ms   (at most %.0f)%s\n", name,
+              1e3 * medianOf(seconds), longest, kMostDelay, longest <= kMostDelay ? "" : "   OVER THE LIMIT");
+  isOver = isOver || longest > kMostDelay;
+}
+
+/// In the midst of a search for a text that does not occur.
+void measureStop(const std::wstring& program, const std::wstring& database) {
+  OpenProgram open(program, database);
+  const HWND dialog = openFind(open);
+  const std::string text = bench::bareSearches().front().text;
+  SendMessageW(GetDlgItem(dialog, IDC_FIND_TEXT), WM_SETTEXT, 0,
+               reinterpret_cast<LPARAM>(std::wstring(text.begin(), text.end()).c_str()));
+  std::vector<double> paintings;
+  std::vector<double> stops;
+  for (int turn = 0; turn < kTurns; ++turn) {
+    HWND line = nullptr;
+    HWND box = nullptr;
+    PostMessageW(dialog, WM_COMMAND, IDC_FIND_NEXT, 0);
+    waitFor(
+        [&] {
+          line = progressLine(open.id());
+          box = boxOver(dialog, open.id());
+          return line != nullptr || box != nullptr;
+        },
+        "the search does not begin");
+    if (box != nullptr) {
+      std::printf("  the search is over before it says how far it is\n");
+      return;
+    }
+    paintings.push_back(secondsOf([&] {
+      InvalidateRect(open.main(), nullptr, FALSE);
+      waitFor([&] { return GetUpdateRect(open.main(), nullptr, FALSE) == FALSE; },
+              "the window is not painted");
+    }));
+    stops.push_back(secondsOf([&] {
+      PostMessageW(dialog, WM_KEYDOWN, VK_ESCAPE, 0);
+      waitFor([&] { return !IsWindow(line) && answers(dialog); }, "the search does not stop");
+    }));
+    require(boxOver(dialog, open.id()) == nullptr, "the search came to its end");
+  }
+  reportDelay("the window is painted", paintings);
+  reportDelay("Esc is obeyed", stops);
 }
 
 double secondsToList(OpenProgram& program, int table, int rows) {
@@ -309,6 +376,8 @@ int wmain(int argc, wchar_t** argv) {
   const std::wstring what = argc > 1 ? argv[1] : L"";
   if (argc == 4 && what == L"find") {
     measureFind(argv[2], argv[3], narrow(argv[3]));
+  } else if (argc == 4 && what == L"stop") {
+    measureStop(argv[2], argv[3]);
   } else if (argc == 5 && what == L"list") {
     measureList(argv[2], argv[3], narrow(argv[3]),
                 std::max(10, static_cast<int>(std::wcstol(argv[4], nullptr, 10))));
@@ -316,8 +385,8 @@ int wmain(int argc, wchar_t** argv) {
     measureStart(argv[2], argv[3], argv[4]);
   } else {
     std::fputs(
-        "usage: program_bench find PROGRAM DATABASE | list PROGRAM EMPTY-DATABASE ROWS | "
-        "start PROGRAM DATABASE EMPTY-PROGRAM\n",
+        "usage: program_bench find PROGRAM DATABASE | stop PROGRAM DATABASE | "
+        "list PROGRAM EMPTY-DATABASE ROWS | start PROGRAM DATABASE EMPTY-PROGRAM\n",
         stderr);
     return 2;
   }

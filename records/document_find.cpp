@@ -157,7 +157,7 @@ void Document::beginSearch() {
 /// deleted holds nothing; one that can't be read ends the search.
 Outcome Document::searchUpTo(std::uint32_t end, std::optional<std::uint32_t>& field) {
   // So long the windows are neither painted nor listened to.
-  constexpr std::uint32_t kSliceMilliseconds = 40;
+  constexpr std::uint32_t kSliceMilliseconds = 25;
   while (findRecordCounter_ < end && !field) {
     const std::uint32_t passed = database_.passOver(end - findRecordCounter_, kSliceMilliseconds);
     findRecordCounter_ += passed;
