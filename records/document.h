@@ -113,8 +113,7 @@ class Document : private BusyListener {
 
   /// The user chooses the file that the records in use are written into, and is told what came of it.
   void exportRecords();
-  /// The fields of the row that is chosen in the grid, as a line that spreadsheets take. `text` is untouched
-  /// when it can't be read, and nothing happens on another page.
+  /// The row that is chosen in the grid, as Database::readRowText gives it. Nothing happens on another page.
   Outcome readChosenRow(std::wstring& text);
   /// A file to be imported; null when it can't be opened, which was told, or when what is typed can't be
   /// stored.

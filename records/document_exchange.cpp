@@ -37,35 +37,9 @@ void Document::exportRecords() {
   pages_.prompts.tell(PromptOwner::mainWindow, Notice::remark, text.c_str());
 }
 
-namespace {
-
-/// With quotes around what would be taken for the end of the field.
-std::wstring fieldText(const String& text) {
-  const std::wstring plain = text.text();
-  if (plain.find_first_of(L"\t\r\n\"") == std::wstring::npos) return plain;
-  std::wstring quoted = L"\"";
-  for (const wchar_t character : plain) {
-    quoted += character;
-    if (character == L'"') quoted += character;
-  }
-  return quoted + L"\"";
-}
-
-}  // namespace
-
 Outcome Document::readChosenRow(std::wstring& text) {
-  if (viewMode_ != ViewMode::list || !recordsetOpen_ || openRecordCount() == 0) return {};
-  const std::uint32_t row = pages_.grid.selectedRow();
-  database_.moveForList(row);
-  std::wstring line;
-  for (std::uint32_t field = 0; field < database_.fieldCount(); ++field) {
-    String value;
-    if (Outcome read = database_.readForList(row, field, value); !read) return read;
-    if (field != 0) line += L'\t';
-    line += fieldText(value);
-  }
-  text = line + L"\r\n";
-  return {};
+  if (viewMode_ != ViewMode::list || openRecordCount() == 0) return {};
+  return database_.readRowText(pages_.grid.selectedRow(), text);
 }
 
 // ---- Import

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <string>
 #include <vector>
 
 #include "base/growable_array.h"
@@ -164,6 +165,9 @@ class Database {
   /// What valueText gives for the field in that row; empty where there is no such row or field. When it
   /// can't be read `text` is untouched.
   Outcome readForList(std::uint32_t row, std::uint32_t field, String& text);
+  /// All fields of that row as a line of separated values, with tabs between them and a line end behind: an
+  /// import takes it for the same values. `text` is untouched when it can't be read or is no text.
+  Outcome readRowText(std::uint32_t row, std::wstring& text);
 
   /// The record of that row as readRecord reads the current one; not readable where there is no such row.
   RecordSnapshot readListRecord(std::uint32_t row);

@@ -40,6 +40,22 @@ Outcome Database::readForList(std::uint32_t row, std::uint32_t field, String& te
   return read;
 }
 
+Outcome Database::readRowText(std::uint32_t row, std::wstring& text) {
+  if (!prepareListRows() || !moveForList(row)) return Outcome::failure(L"The record can't be reached.");
+  std::wstring line;
+  std::wstring value;
+  for (std::uint32_t field = 0; field < fieldCount_; ++field) {
+    if (Outcome read = listRows_->field(static_cast<LONG>(field)).readSeparated(value); !read) {
+      isAtListPosition_ = false;  // a move back to it reads it anew
+      return read;
+    }
+    if (field != 0) line += L'\t';
+    line += value;
+  }
+  text = line + L"\r\n";
+  return {};
+}
+
 RecordSnapshot Database::readListRecord(std::uint32_t row) {
   if (!prepareListRows() || !moveForList(row)) {
     return {row + 1, Outcome::failure(L"The record can't be reached.")};

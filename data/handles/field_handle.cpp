@@ -65,6 +65,14 @@ Outcome FieldHandle::readText(String& text) {
   return outcome;
 }
 
+Outcome FieldHandle::readSeparated(std::wstring& text) {
+  if (!field_) return noField();
+  UniqueBstr read;
+  Outcome outcome = outcomeOf(field_->ReadSeparated(read.put()));
+  if (outcome) text.assign(read.get(), SysStringLen(read.get()));
+  return outcome;
+}
+
 const Variant& FieldHandle::value() {
   if (!field_ || FAILED(field_->get_Value(value_.put()))) value_.clear();
   return value_;

@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include <adoce.h>
+#include <string>
 
 #include "base/string.h"
 #include "base/variant.h"
@@ -33,7 +34,10 @@ class FieldHandle {
   Outcome read(Variant& value);
   /// The same of at most `mostBytes` of a text or of bytes, as they lie in the file.
   Outcome readBeginning(LONG mostBytes, ValueBeginning& beginning);
-  /// The same without a reason: VT_EMPTY when it fails.
+  /// The whole value as a field of separated values, with tabs between the fields, of which an import makes
+  /// the same value. `text` is untouched when that fails.
+  Outcome readSeparated(std::wstring& text);
+  /// The value without a reason: VT_EMPTY when it can't be fetched.
   const Variant& value();
   /// Fetches the value as text (value_conversion.h), empty when it can't be converted, into `text`, which is
   /// untouched when it can't be fetched.

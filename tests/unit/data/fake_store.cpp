@@ -105,6 +105,7 @@ class FakeFieldObject final : public FakeObject<IAdoceField> {
     *fingerprint = 0;
     return get_Value(value);
   }
+  HRESULT STDMETHODCALLTYPE ReadSeparated(BSTR*) override { return E_NOTIMPL; }
 
  private:
   FakeField& field() { return store_.fields[index_]; }

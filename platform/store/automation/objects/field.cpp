@@ -3,14 +3,18 @@
 #include <algorithm>
 #include <functional>
 #include <limits>
+#include <string>
 #include <string_view>
 
 #include "platform/store/automation/values/field_values.h"
 #include "platform/store/automation/values/text.h"
 #include "platform/store/automation/values/variant_values.h"
+#include "platform/store/exchange/formats/csv_writer.h"
 #include "platform/store/rows/utf.h"
 
 namespace automation {
+
+namespace exchange = store::exchange;
 
 namespace {
 
@@ -159,6 +163,25 @@ HRESULT FieldObject::ReadBeginning(long mostBytes, VARIANT* value, hyper* length
     *value = shown.release();
     *length = static_cast<hyper>(whole);
     *fingerprint = static_cast<hyper>(digest);
+    return {};
+  });
+}
+
+HRESULT FieldObject::ReadSeparated(BSTR* text) {
+  return withRecords([&](store::Recordset& records, const store::Column& column) -> Outcome {
+    if (text == nullptr) return nullPointer();
+    store::Cell cell;
+    if (store::Status status = records.cell(column_, &cell); !status) return status;
+    std::string written;
+    exchange::TextSink sink(written);
+    exchange::TextOutput output(sink);
+    exchange::CsvWriter writer({.format = {.separator = '\t'}});
+    writer.writeCell(cell, exchange::kindOf(column.declaredType), output);
+    if (store::Status status = output.flush(); !status) return status;
+    if (writer.changedCount() != 0 || written.find('\0') != std::string::npos) {
+      return {kConversion, "The text of " + column.name + " is not made of characters alone."};
+    }
+    *text = newText(std::string_view(written));
     return {};
   });
 }

@@ -27,6 +27,7 @@ class FieldObject final : public AutomationObject<IAdoceField> {
   HRESULT STDMETHODCALLTYPE get_ActualSize(long* size) override;
   HRESULT STDMETHODCALLTYPE ReadBeginning(long mostBytes, VARIANT* value, hyper* length,
                                           hyper* fingerprint) override;
+  HRESULT STDMETHODCALLTYPE ReadSeparated(BSTR* text) override;
 
  protected:
   ErrorsObject* errorsForReport() override { return cursor_->errors().get(); }

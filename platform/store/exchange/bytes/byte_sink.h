@@ -2,6 +2,7 @@
 
 #include <cstring>
 #include <memory>
+#include <string>
 #include <string_view>
 
 #include "platform/store/exchange/bytes/byte_source.h"
@@ -24,6 +25,19 @@ class StreamSink : public ByteSink {
 
  private:
   std::FILE* stream_;
+};
+
+/// A text in memory, which outlives the sink.
+class TextSink : public ByteSink {
+ public:
+  explicit TextSink(std::string& text) : text_(text) {}
+  Status write(std::string_view bytes) override {
+    text_ += bytes;
+    return {};
+  }
+
+ private:
+  std::string& text_;
 };
 
 /// Gathers small pieces and hands them to a sink in large ones. A failure of the sink is kept and all that

@@ -21,8 +21,10 @@ class CsvWriter : public RowWriter {
   void writeRow(RowStream& rows, TextOutput& output) override;
   void end(TextOutput& output) override;
 
- private:
+  /// One value of a column of that kind, as it stands in a row.
   void writeCell(const Cell& cell, ValueKind kind, TextOutput& output);
+
+ private:
   void writeText(std::string_view text, ValueKind kind, TextOutput& output);
   bool needsQuotes(std::string_view text) const;
 
