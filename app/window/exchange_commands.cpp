@@ -4,7 +4,7 @@
 
 #include <algorithm>
 #include <array>
-#include <cwchar>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -46,7 +46,8 @@ void tellNotCopied(const String& reason) {
   refuse(text);
 }
 
-/// A text in a file of its own, in UTF-8, as long as this lives.
+/// A text in a file of its own, in UTF-16, which keeps all that the clipboard may hold, as long as this
+/// lives.
 class TemporaryText {
  public:
   explicit TemporaryText(const std::wstring& text) {
@@ -57,14 +58,12 @@ class TemporaryText {
     path_ = name.data();
     const UniqueFile file(CreateFileW(path_.text(), GENERIC_WRITE, 0, nullptr, OPEN_EXISTING,
                                       FILE_ATTRIBUTE_TEMPORARY, nullptr));
-    const auto count = static_cast<int>(text.size());
-    std::string bytes(text.size() * 3, '\0');
-    bytes.resize(static_cast<std::size_t>(WideCharToMultiByte(
-        CP_UTF8, 0, text.data(), count, bytes.data(), static_cast<int>(bytes.size()), nullptr, nullptr)));
+    const std::wstring marked = L'\xFEFF' + text;
+    const std::size_t length = marked.size() * sizeof(wchar_t);
     DWORD written = 0;
-    isWritten_ = file &&
-                 WriteFile(file.get(), bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr) &&
-                 written == bytes.size();
+    isWritten_ = file && length <= MAXDWORD &&
+                 WriteFile(file.get(), marked.data(), static_cast<DWORD>(length), &written, nullptr) &&
+                 written == length;
   }
   ~TemporaryText() {
     if (!path_.isEmpty()) DeleteFileW(path_.text());
@@ -80,6 +79,17 @@ class TemporaryText {
   bool isWritten_ = false;
 };
 
+/// No line ends but in quotes and at the end.
+bool isOneRow(std::wstring_view text) {
+  bool isQuoted = false;
+  for (std::size_t place = 0; place < text.size(); ++place) {
+    if (text[place] == L'"') isQuoted = !isQuoted;
+    if (isQuoted || (text[place] != L'\r' && text[place] != L'\n')) continue;
+    return text.find_first_not_of(L"\r\n", place) == text.npos;
+  }
+  return true;
+}
+
 /// What came of an import. False when nothing was stored, and the user may want it otherwise.
 bool tellImported(const ImportFile& file, bool keepsGood, const ImportCounts& counts) {
   if (counts.leftOut == 0) {
@@ -93,8 +103,16 @@ bool tellImported(const ImportFile& file, bool keepsGood, const ImportCounts& co
   return keepsGood;
 }
 
-/// `table` is the name that a new one gets, null for that of the file.
-void importOpened(const String& path, const wchar_t* table) {
+/// Rows of another program have tabs between the fields, whatever else their texts hold, and one row alone is
+/// a record: names of columns with nothing below are of no use.
+void choosePasted(ImportFile& file, std::wstring_view text) {
+  file.setTable(L"Pasted");
+  if (text.find(L'\t') != text.npos) file.setDelimiter(L"\t");
+  if (isOneRow(text)) file.setHeader(false);
+}
+
+/// `choose` settles beforehand what is known of the file.
+void importOpened(const String& path, const std::function<void(ImportFile& file)>& choose) {
   if (!theDocument->isDatabaseOpen()) {
     const std::wstring text =
         std::wstring(L"File ") + path.text() +
@@ -105,7 +123,7 @@ void importOpened(const String& path, const wchar_t* table) {
   }
   const std::unique_ptr<ImportFile> file = theDocument->openImport(path);
   if (!file) return;
-  if (table) file->setTable(table);
+  choose(*file);
   ImportDialog dialog(*file, theDocument->tableNames());
   bool isDone = false;
   // What was not stored is shown again, so that nothing that was chosen is lost.
@@ -128,7 +146,7 @@ void importChosenFile() {
 }
 
 void importFile(const String& path) {
-  importOpened(path, nullptr);
+  importOpened(path, [](ImportFile&) {});
 }
 
 void copyChosenRow() {
@@ -148,7 +166,7 @@ void importPastedText() {
   }
   const TemporaryText file(text);
   if (file.isWritten()) {
-    importOpened(file.path(), L"Pasted");
+    importOpened(file.path(), [&text](ImportFile& pasted) { choosePasted(pasted, text); });
   } else {
     refuse(L"The text could not be written into a temporary file.");
   }

@@ -262,6 +262,16 @@ TEST_F(Exchange, ChoicesAreChecked) {
   run(import.get(), 2, kBadArgument);
 }
 
+TEST_F(Exchange, JsonHasNoDelimiterAlsoWhereOneWasChosen) {
+  const auto import = open("[{\"a\":1}]", L"Things.json");
+  EXPECT_EQ(import->put_Delimiter(text(L"\t").get()), S_OK);
+  EXPECT_EQ(import->Examine(nullptr), S_OK);
+  UniqueBstr delimiter;
+  EXPECT_EQ(import->get_Delimiter(delimiter.put()), S_OK);
+  EXPECT_STREQ(delimiter.get(), L"");
+  EXPECT_EQ(run(import.get()), (Counts{1, 0, 0}));
+}
+
 TEST_F(Exchange, AFileThatIsNotThereIsTold) {
   ComPtr<IAdoceImport> import;
   EXPECT_EQ(connection_->OpenImport(text(pathOf(L"none.csv")).get(), import.put()), kCannotOpen);

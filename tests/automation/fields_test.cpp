@@ -302,6 +302,48 @@ TEST_F(Fields, TheBeginningOfAFieldThatCantBeReadIsUntouched) {
   EXPECT_EQ(fieldOf(recordset.get(), 0L)->ReadBeginning(9, value.get(), nullptr, &fingerprint), E_POINTER);
 }
 
+std::wstring separatedOf(IAdoceRecordset* recordset, long index) {
+  UniqueBstr text;
+  EXPECT_EQ(fieldOf(recordset, index)->ReadSeparated(text.put()), S_OK) << index;
+  return text.get() ? text.get() : L"(null)";
+}
+
+TEST_F(Fields, AValueIsGivenWholeAsAFieldOfSeparatedValues) {
+  const ComPtr<IAdoceRecordset> recordset = openedOn(
+      "CREATE TABLE T (a float, b text, c text, d text, e bit, f varbinary(9), g datetime, h text, i bigint, "
+      "j);"
+      "INSERT INTO T VALUES (0.1234567890123, '007', 'a' || char(9) || 'b' || char(13, 10) || '\"c\"', '', 1,"
+      " x'00FF', '2001-03-09 14:05:07', NULL, 9007199254740993, 2.0)",
+      L"SELECT * FROM T");
+  const wchar_t* const expected[] = {
+      L"0.1234567890123",     L"\"007\"", L"\"a\tb\r\n\"\"c\"\"\"", L"\"\"", L"true", L"x'00FF'",
+      L"2001-03-09 14:05:07", L"",        L"9007199254740993",      L"2.0"};
+  for (long index = 0; index < 10; ++index) EXPECT_EQ(separatedOf(recordset.get(), index), expected[index]);
+}
+
+TEST_F(Fields, ATextOfAnyLengthIsGivenWhole) {
+  const ComPtr<IAdoceRecordset> recordset = openedOn(
+      "CREATE TABLE T (a text);"
+      "INSERT INTO T VALUES (replace(hex(zeroblob(100000)), '00', 'x\xCE\xB1'))",
+      L"SELECT * FROM T");
+  const std::wstring text = separatedOf(recordset.get(), 0);
+  EXPECT_EQ(text.size(), 200000u);
+  EXPECT_EQ(text.substr(199998), L"x\u03b1");
+}
+
+TEST_F(Fields, WhatIsNotMadeOfCharactersIsNotGivenAsAnotherText) {
+  const ComPtr<IAdoceRecordset> recordset = openedOn(
+      "CREATE TABLE T (a text, b text);"
+      "INSERT INTO T VALUES (CAST(x'4180' AS TEXT), 'a' || char(0) || 'b')",
+      L"SELECT * FROM T");
+  for (const long index : {0L, 1L}) {
+    UniqueBstr text;
+    EXPECT_EQ(fieldOf(recordset.get(), index)->ReadSeparated(text.put()), objectModelError(3421)) << index;
+    EXPECT_EQ(text.get(), nullptr);
+  }
+  EXPECT_EQ(fieldOf(recordset.get(), 0L)->ReadSeparated(nullptr), E_POINTER);
+}
+
 TEST_F(Fields, AreEnumerated) {
   const ComPtr<IAdoceFields> fields =
       fieldsOf(openedOn("CREATE TABLE T (A TEXT, B TEXT, C TEXT)", L"SELECT * FROM T").get());

@@ -121,6 +121,35 @@ TEST_F(DocumentExchangeTest, TheOpenDatabaseIsNotReplaced) {
   EXPECT_TRUE(document().moveFirstRecord() == 0 && document().isDatabaseOpen());
 }
 
+TEST_F(DocumentExchangeTest, ACopiedRowHasTheValuesOfTheFile) {
+  runStatements(path(), {L"CREATE TABLE Exact (r Float, t Text, n Text, e Text)",
+                         L"INSERT INTO Exact VALUES (1.5, 'first', 'x', 'x')",
+                         L"INSERT INTO Exact VALUES (0.1234567890123, "
+                         L"replace(hex(zeroblob(20000)), '00', 'ab'), NULL, '')"});
+  open();
+  document().openTableSelection(3);
+  document().setViewMode(ViewMode::list);
+  window().grid.selected = 2;
+  std::wstring text;
+  EXPECT_TRUE(document().readChosenRow(text));
+  std::wstring longText;
+  for (int i = 0; i < 20000; ++i) longText += L"ab";
+  EXPECT_EQ(text, L"0.1234567890123\t" + longText + L"\t\t\"\"\r\n");
+}
+
+TEST_F(DocumentExchangeTest, ARowThatCantBeATextIsNotCopied) {
+  runStatements(path(), {L"CREATE TABLE Odd (t Text)", L"INSERT INTO Odd VALUES (CAST(x'80' AS TEXT))"});
+  open();
+  document().openTableSelection(3);
+  std::wstring text = L"before";
+  EXPECT_TRUE(document().readChosenRow(text)) << "nothing is chosen on the Tables page";
+  document().setViewMode(ViewMode::list);
+  const Outcome read = document().readChosenRow(text);
+  EXPECT_FALSE(read);
+  EXPECT_STREQ(read.reason().text(), L"The text of t is not made of characters alone.");
+  EXPECT_EQ(text, L"before");
+}
+
 TEST_F(DocumentExchangeTest, ANewTableIsListedAndChosen) {
   open();
   const auto import = openImport(write("Name,Age\nAda,36\n"), L"People");

@@ -125,9 +125,10 @@ HRESULT ImportObject::get_Delimiter(BSTR* character) {
   return call([&]() -> Outcome {
     if (character == nullptr) return nullPointer();
     std::string text;
-    if (options_.separator) {
+    const bool isJson = plan_ && plan_->isJson;
+    if (options_.separator && !isJson) {
       text = *options_.separator;
-    } else if (plan_ && !plan_->isJson) {
+    } else if (plan_ && !isJson) {
       text = plan_->csv.separator;
     }
     *character = newText(std::string_view(text));
