@@ -32,6 +32,7 @@ enum class FileChoice {
   copy,        ///< the name under which the open database is saved
   exportTo,    ///< the file that records are written into
   importFrom,  ///< a file whose records are stored
+  rejects,     ///< the file that the list of records is written into which an import left out
 };
 
 /// What is to become of an open database whose file has lost its name.
@@ -68,8 +69,8 @@ class UserPrompts {
   /// True for Yes.
   virtual bool ask(PromptOwner owner, Question question, const wchar_t* text,
                    const wchar_t* caption = kPromptCaption) = 0;
-  /// The full path; none when the user cancels. A file that exists is given for FileChoice::create and
-  /// FileChoice::exportTo only when the user wants it replaced.
+  /// The full path; none when the user cancels. A file that exists is given for FileChoice::create,
+  /// exportTo and rejects only when the user wants it replaced.
   virtual std::optional<String> chooseFile(FileChoice choice) = 0;
   /// The file at `path` was deleted or renamed while it was open, or with `isReplaced` another one stands
   /// there now, which alone can be opened.

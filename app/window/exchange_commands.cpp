@@ -99,7 +99,10 @@ bool tellImported(const ImportFile& file, bool keepsGood, const ImportCounts& co
   const std::wstring text =
       keepsGood ? storedText(file.table(), counts)
                 : countOfRecords(counts.leftOut) + L" can't be taken, so nothing was imported.";
-  ImportResultDialog(text, file.rejected(), counts.leftOut).run(mainWindow);
+  ImportResultDialog(text, file.rejected(), counts.leftOut,
+                     {[] { return thePrompts.chooseFile(FileChoice::rejects); },
+                      [&file](const String& path) { return file.saveRejected(path); }})
+      .run(mainWindow);
   return keepsGood;
 }
 

@@ -49,6 +49,7 @@ constexpr wchar_t kCreateFilter[] = L"Databases (*.cdb)\0*.cdb\0";
 constexpr wchar_t kExportFilter[] =
     L"Separated values (*.csv)\0*.csv\0JSON (*.json)\0*.json\0Web page (*.html)\0*.html\0SQL "
     L"(*.sql)\0*.sql\0";
+constexpr wchar_t kListFilter[] = L"Separated values (*.csv)\0*.csv\0";
 constexpr wchar_t kImportFilter[] =
     L"CSV and JSON (*.csv; *.tsv; *.txt; *.json; *.jsonl)\0*.csv;*.tsv;*.txt;*.json;*.jsonl\0"
     L"All files (*.*)\0*.*\0";
@@ -64,6 +65,7 @@ struct FileDialog {
 FileDialog fileDialog(FileChoice choice) {
   constexpr DWORD kExisting = OFN_EXPLORER | OFN_FILEMUSTEXIST;
   constexpr DWORD kNew = OFN_EXPLORER | OFN_CREATEPROMPT | OFN_OVERWRITEPROMPT;
+  constexpr DWORD kWritten = OFN_EXPLORER | OFN_PATHMUSTEXIST | OFN_HIDEREADONLY;
   constexpr wchar_t const* kDatabase = L"cdb";
   static_assert(kExisting == 0x81000 && kNew == 0x82002);
   switch (choice) {
@@ -71,11 +73,11 @@ FileDialog fileDialog(FileChoice choice) {
       return {L"New Database", kCreateFilter, kDatabase, kNew, GetSaveFileNameW};
     case FileChoice::copy:
       // Nothing is replaced: who names a file that exists is told so by the store.
-      return {L"Save Database As", kCreateFilter, kDatabase,
-              OFN_EXPLORER | OFN_PATHMUSTEXIST | OFN_HIDEREADONLY, GetSaveFileNameW};
+      return {L"Save Database As", kCreateFilter, kDatabase, kWritten, GetSaveFileNameW};
     case FileChoice::exportTo:
-      return {L"Export", kExportFilter, L"csv",
-              OFN_EXPLORER | OFN_PATHMUSTEXIST | OFN_HIDEREADONLY | OFN_OVERWRITEPROMPT, GetSaveFileNameW};
+      return {L"Export", kExportFilter, L"csv", kWritten | OFN_OVERWRITEPROMPT, GetSaveFileNameW};
+    case FileChoice::rejects:
+      return {L"Save List", kListFilter, L"csv", kWritten | OFN_OVERWRITEPROMPT, GetSaveFileNameW};
     case FileChoice::importFrom:
       return {L"Import", kImportFilter, nullptr, kExisting | OFN_HIDEREADONLY, GetOpenFileNameW};
     case FileChoice::remove:
@@ -165,7 +167,7 @@ std::optional<String> WindowPrompts::chooseFile(FileChoice choice) {
   wchar_t path[kFileBufferCount] = L"";
   OPENFILENAMEW question{};
   question.lStructSize = sizeof(question);
-  question.hwndOwner = tabControl;
+  question.hwndOwner = currentDialog ? currentDialog : tabControl;
   question.hInstance = instanceHandle;
   question.lpstrFilter = dialog.filter;
   question.lpstrFile = path;

@@ -155,3 +155,7 @@ std::vector<RejectedRecord> ImportFile::rejected() const {
   }
   return records;
 }
+
+Outcome ImportFile::saveRejected(const String& path) const {
+  return outcomeOf(object_->import->SaveRejects(makeBstr(path.text()).get()));
+}

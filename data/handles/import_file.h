@@ -71,6 +71,10 @@ class ImportFile {
   Outcome run(bool keepsGood, ImportCounts& counts);
   /// Those of the last run, a thousand at most.
   std::vector<RejectedRecord> rejected() const;
+  /// Writes all of them into a file of separated values, each with its line, the reason and its fields. A
+  /// file that is there is replaced, but neither the database nor the one that is imported. After a failure
+  /// nothing was made or replaced.
+  Outcome saveRejected(const String& path) const;
 
  private:
   struct Object;

@@ -13,13 +13,18 @@ namespace {
 constexpr ControlGrowth kGrowth[] = {
     {.id = IDC_IMPORT_RESULT_TEXT, .wider = true},
     {.id = IDC_IMPORT_REJECTS, .wider = true, .higher = true},
+    {.id = IDC_IMPORT_SAVE, .down = true},
 };
 
 }  // namespace
 
 ImportResultDialog::ImportResultDialog(std::wstring text, std::vector<RejectedRecord> records,
-                                       std::int64_t all)
-    : text_(std::move(text)), records_(std::move(records)), all_(all), growth_(kGrowth) {}
+                                       std::int64_t all, ImportResultHost host)
+    : text_(std::move(text)),
+      records_(std::move(records)),
+      all_(all),
+      host_(std::move(host)),
+      growth_(kGrowth) {}
 
 void ImportResultDialog::run(HWND owner) {
   runTemplate(IDD_IMPORT_RESULT, owner);
@@ -46,6 +51,16 @@ bool ImportResultDialog::command(WORD id, WORD notification) {
   static constexpr DialogCommand<ImportResultDialog> kCommands[] = {
       {IDOK, BN_CLICKED, &ImportResultDialog::finish},
       {IDCANCEL, BN_CLICKED, &ImportResultDialog::finish},
+      {IDC_IMPORT_SAVE, BN_CLICKED, &ImportResultDialog::saveList},
   };
   return answerCommand<ImportResultDialog>(*this, kCommands, id, notification);
+}
+
+void ImportResultDialog::saveList() {
+  const std::optional<String> path = host_.chooseFile();
+  if (!path) return;
+  const Outcome saved = host_.saveList(*path);
+  const std::wstring text = saved ? std::wstring(L"The list was saved in\n") + path->text()
+                                  : std::wstring(L"The list could not be saved.\n") + saved.reason().text();
+  tell(text.c_str());
 }

@@ -6,6 +6,7 @@
 #include "platform/store/exchange/formats/csv_reader.h"
 #include "platform/store/exchange/import.h"
 #include "platform/store/exchange/names.h"
+#include "platform/store/exchange/reject_list.h"
 #include "platform/store/rows/ascii_case.h"
 #include "platform/store/sql/sql_tokens.h"
 #include "platform/store/sqlite/files/file_path.h"
@@ -19,16 +20,6 @@ namespace exchange = store::exchange;
 namespace {
 
 constexpr std::int64_t kMostRejectsShown = 20;
-
-void appendCsvField(std::string_view text, std::string* line) {
-  if (!line->empty()) *line += ',';
-  *line += '"';
-  for (const char character : text) {
-    *line += character;
-    if (character == '"') *line += character;
-  }
-  *line += '"';
-}
 
 /// Shows how far an import is and tells which records were left out.
 class Observer : public exchange::ImportObserver {
@@ -50,13 +41,10 @@ class Observer : public exchange::ImportObserver {
     if (!file_.isOpen()) {
       Status status = withForceHint(
           file_.create(request_.rejectsFile, request_.replacesFiles, {request_.file, request_.source}));
-      if (status) status = file_.write("Line,Reason,Fields\r\n");
+      if (status) status = file_.write(exchange::kRejectTitles);
       if (!status) return status;
     }
-    std::string line = std::to_string(record.line);
-    appendCsvField(reason, &line);
-    for (const exchange::Field& field : record.fields) appendCsvField(field.text, &line);
-    return file_.write(line + "\r\n");
+    return file_.write(exchange::rejectLine(record, reason));
   }
 
   /// Tells how many were not shown, and keeps the file with all of them.

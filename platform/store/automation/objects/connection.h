@@ -70,6 +70,8 @@ class ConnectionObject final : public AutomationObject<IAdoceConnection> {
   void setConnectionString(std::wstring_view text) { connectionString_ = text; }
   Outcome open() { return open(connectionString_); }
   void close();
+  /// What may not be replaced by what is written out: the database that was opened last.
+  std::vector<std::string> filesInUse() const;
   const ComPtr<ErrorsObject>& errors() const { return errors_; }
 
   /// Runs a statement or opens a table, `options` being one of the commands above. On failure

@@ -38,6 +38,12 @@ std::string tableNameOf(const std::string& path) {
 
 }  // namespace
 
+std::vector<std::string> ConnectionObject::filesInUse() const {
+  std::vector<std::string> files;
+  if (!databasePath_.empty()) files.push_back(utf8Of(databasePath_));
+  return files;
+}
+
 HRESULT ConnectionObject::ExportRows(BSTR source, long options, BSTR name, BSTR path, IDispatch* question,
                                      hyper* changed, hyper* records) {
   return call([&]() -> Outcome {
@@ -56,11 +62,9 @@ HRESULT ConnectionObject::ExportRows(BSTR source, long options, BSTR name, BSTR 
     // By it spreadsheets find out that the letters are UTF-8.
     format.hasMark = format.format == exchange::ExportFormat::csv;
     ExportProgress progress(question);
-    std::vector<std::string> inUse;
-    if (!databasePath_.empty()) inUse.push_back(utf8Of(databasePath_));
     exchange::OutputFile output;
     exchange::ExportResult result;
-    store::Status status = output.create(target, true, inUse);
+    store::Status status = output.create(target, true, filesInUse());
     if (status) status = exchange::exportSource(*backend_, rows, format, output, progress, &result);
     if (status) status = output.keep();
     if (!status) return status;
@@ -77,9 +81,9 @@ HRESULT ConnectionObject::OpenImport(BSTR path, IAdoceImport** import) {
     const std::string file = utf8Of(fullPathOf(std::wstring(viewOf(path))));
     std::unique_ptr<exchange::ByteSource> source;
     if (store::Status status = exchange::openSource(file, &source); !status) return status;
-    *import =
-        makeObject<ImportObject>(ComPtr<ConnectionObject>::share(this), std::move(source), tableNameOf(file))
-            .release();
+    *import = makeObject<ImportObject>(ComPtr<ConnectionObject>::share(this), std::move(source), file,
+                                       tableNameOf(file))
+                  .release();
     return {};
   });
 }

@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <utility>
 
+#include "platform/store/automation/module/database_location.h"
 #include "platform/store/automation/objects/busy_question.h"
 #include "platform/store/automation/values/text.h"
+#include "platform/store/exchange/bytes/output_file.h"
 #include "platform/store/rows/utf.h"
 
 namespace automation {
@@ -67,18 +69,25 @@ class ImportObject::Observer final : public exchange::ImportObserver {
   }
   store::Status rejected(const exchange::Record& record, const std::string& reason) override {
     if (rejects.size() < kMostRejects) rejects.push_back({record.line, reason});
+    list.add(record, reason);
     return {};
   }
 
-  std::vector<Reject> rejects;  // NOLINT(misc-non-private-member-variables-in-classes): what came of it
+  // NOLINTBEGIN(misc-non-private-member-variables-in-classes): what came of it
+  std::vector<Reject> rejects;
+  exchange::RejectList list;
+  // NOLINTEND(misc-non-private-member-variables-in-classes)
 
  private:
   ProgressQuestion question_;
 };
 
 ImportObject::ImportObject(ComPtr<ConnectionObject> connection, std::unique_ptr<exchange::ByteSource> source,
-                           std::string table)
-    : AutomationObject(kConnectionSource), connection_(std::move(connection)), source_(std::move(source)) {
+                           std::string path, std::string table)
+    : AutomationObject(kConnectionSource),
+      connection_(std::move(connection)),
+      source_(std::move(source)),
+      path_(std::move(path)) {
   options_.table = std::move(table);
   options_.skipsUnknown = true;
 }
@@ -215,6 +224,7 @@ Outcome ImportObject::examine(IDispatch* question) {
   columns_ = std::move(columns);
   plan_ = std::move(plan);
   rejects_.clear();
+  rejectList_ = {};
   return {};
 }
 
@@ -355,6 +365,7 @@ Outcome ImportObject::run(long mode, IDispatch* question, exchange::ImportResult
     return status;
   }
   rejects_ = std::move(observer.rejects);
+  rejectList_ = std::move(observer.list);
   return {};
 }
 
@@ -376,6 +387,21 @@ HRESULT ImportObject::GetReject(long index, hyper* line, BSTR* reason) {
     *reason = newText(reject.reason);
     *line = reject.line;
     return {};
+  });
+}
+
+HRESULT ImportObject::SaveRejects(BSTR path) {
+  return call([&]() -> Outcome {
+    exchange::OutputFile output;
+    const std::string target = utf8Of(fullPathOf(std::wstring(viewOf(path))));
+    std::vector<std::string> inUse = connection_->filesInUse();
+    inUse.push_back(path_);
+    store::Status status = output.create(target, true, inUse);
+    // By it spreadsheets find out that the letters are UTF-8.
+    if (status) status = output.write("\xEF\xBB\xBF");
+    if (status) status = rejectList_.copyTo(output);
+    if (status) status = output.keep();
+    return status;
   });
 }
 

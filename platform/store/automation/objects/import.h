@@ -9,15 +9,17 @@
 #include "platform/store/automation/objects/automation_object.h"
 #include "platform/store/automation/objects/connection.h"
 #include "platform/store/exchange/import.h"
+#include "platform/store/exchange/reject_list.h"
 
 namespace automation {
 
 /// A file of records that is to go into a table of a connection.
 class ImportObject final : public AutomationObject<IAdoceImport> {
  public:
-  /// `table` is the name that a new table gets unless another is chosen.
+  /// `source` has the bytes of the file at `path`. `table` is the name that a new table gets unless another
+  /// is chosen.
   ImportObject(ComPtr<ConnectionObject> connection, std::unique_ptr<store::exchange::ByteSource> source,
-               std::string table);
+               std::string path, std::string table);
 
   HRESULT STDMETHODCALLTYPE get_Table(BSTR* name) override;
   HRESULT STDMETHODCALLTYPE put_Table(BSTR name) override;
@@ -39,6 +41,7 @@ class ImportObject final : public AutomationObject<IAdoceImport> {
                                 hyper* leftOut) override;
   HRESULT STDMETHODCALLTYPE get_RejectCount(long* count) override;
   HRESULT STDMETHODCALLTYPE GetReject(long index, hyper* line, BSTR* reason) override;
+  HRESULT STDMETHODCALLTYPE SaveRejects(BSTR path) override;
 
  protected:
   ErrorsObject* errorsForReport() override { return connection_->errors().get(); }
@@ -68,10 +71,12 @@ class ImportObject final : public AutomationObject<IAdoceImport> {
 
   ComPtr<ConnectionObject> connection_;
   std::unique_ptr<store::exchange::ByteSource> source_;
+  std::string path_;  // of the file
   store::exchange::ImportOptions options_;
   std::optional<store::exchange::ImportPlan> plan_;  // once the file was examined
   std::vector<ColumnChoice> columns_;
-  std::vector<Reject> rejects_;
+  std::vector<Reject> rejects_;             // the first of them
+  store::exchange::RejectList rejectList_;  // and all
 };
 
 }  // namespace automation
