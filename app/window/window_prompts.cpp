@@ -11,6 +11,7 @@
 #include "dialogs/small/go_to.h"
 #include "platform/pocketshell/aygshell.h"
 #include "resources/resource_ids.h"
+#include "views/dialog/current_dialog.h"
 #include "views/shared/boxes_over_window.h"
 #include "views/shared/unowned_box.h"
 

@@ -12,6 +12,14 @@
 #include "data/values/value_conversion.h"
 #include "owners/com_handles.h"
 
+namespace {
+
+// Of IAdoceImport's Doubts.
+constexpr LONG kEncodingInDoubt = 1;
+constexpr LONG kHeaderInDoubt = 2;
+
+}  // namespace
+
 struct ImportFile::Object {
   ComPtr<IAdoceImport> import;
 
@@ -19,6 +27,10 @@ struct ImportFile::Object {
   String text(Get get) const {
     UniqueBstr text;
     return SUCCEEDED((import.get()->*get)(text.put())) ? textOfBstr(text.get()) : String();
+  }
+  LONG doubts() const {
+    LONG doubts = 0;
+    return SUCCEEDED(import->get_Doubts(&doubts)) ? doubts : 0;
   }
   ComPtr<IDispatch> question(BusyListener* listener) const {
     return listener ? makeMovingQuestion(*listener) : ComPtr<IDispatch>();
@@ -75,6 +87,22 @@ void ImportFile::setReplaces(bool replaces) {
   object_->import->put_Replaces(replaces ? VARIANT_TRUE : VARIANT_FALSE);
 }
 
+String ImportFile::format() const {
+  return object_->text(&IAdoceImport::get_Format);
+}
+
+void ImportFile::setFormat(const String& name) {
+  object_->import->put_Format(makeBstr(name.text()).get());
+}
+
+String ImportFile::nullText() const {
+  return object_->text(&IAdoceImport::get_NullText);
+}
+
+void ImportFile::setNullText(const String& text) {
+  object_->import->put_NullText(makeBstr(text.text()).get());
+}
+
 Outcome ImportFile::examine() {
   const ComPtr<IDispatch> question = object_->question(listener_);
   return outcomeOf(object_->import->Examine(question.get()));
@@ -106,6 +134,23 @@ std::vector<ImportColumn> ImportFile::columns() const {
 
 Outcome ImportFile::setType(std::uint32_t index, const String& type) {
   return outcomeOf(object_->import->SetColumn(static_cast<LONG>(index), makeBstr(type.text()).get()));
+}
+
+bool ImportFile::isKey(std::uint32_t index) const {
+  VARIANT_BOOL isKey = VARIANT_FALSE;
+  return SUCCEEDED(object_->import->IsKey(static_cast<LONG>(index), &isKey)) && isKey != VARIANT_FALSE;
+}
+
+void ImportFile::setKey(std::uint32_t index, bool isKey) {
+  object_->import->SetKey(static_cast<LONG>(index), isKey ? VARIANT_TRUE : VARIANT_FALSE);
+}
+
+bool ImportFile::isEncodingInDoubt() const {
+  return (object_->doubts() & kEncodingInDoubt) != 0;
+}
+
+bool ImportFile::isHeaderInDoubt() const {
+  return (object_->doubts() & kHeaderInDoubt) != 0;
 }
 
 Outcome ImportFile::preview(std::uint32_t most, std::vector<std::vector<String>>& records) const {

@@ -54,6 +54,12 @@ class ImportFile {
   void setDelimiter(const String& character);
   void setHeader(bool hasHeader);
   void setReplaces(bool replaces);
+  /// "csv" or "json".
+  String format() const;
+  void setFormat(const String& name);
+  /// What stands for a value that is none, in separated values.
+  String nullText() const;
+  void setNullText(const String& text);
 
   /// Looks through the file and finds out what was not set. What was chosen of a column of the same name
   /// stays. After a failure all that follows is as before.
@@ -63,6 +69,14 @@ class ImportFile {
   std::vector<ImportColumn> columns() const;
   /// Gives the column another type, in a new table; with an empty text it is left out of any.
   Outcome setType(std::uint32_t index, const String& type);
+  /// Whether a column, of a table that is there, is a part of the key by which records are replaced. That is
+  /// the primary key unless the user chooses another, in each table anew. Nothing happens where it can't be
+  /// one.
+  bool isKey(std::uint32_t index) const;
+  void setKey(std::uint32_t index, bool isKey);
+  /// What examine found out and could not be sure of.
+  bool isEncodingInDoubt() const;
+  bool isHeaderInDoubt() const;
   /// The beginnings of the texts of the first records, at most `most`.
   Outcome preview(std::uint32_t most, std::vector<std::vector<String>>& records) const;
 

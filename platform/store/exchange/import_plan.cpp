@@ -107,23 +107,30 @@ Texts chosenColumns(const ImportOptions& options) {
   return chosen;
 }
 
+struct HeaderGuess {
+  bool isHeader = false;
+  bool isInDoubt = false;
+};
+
 /// Whether the first record has the names of the columns: it is made of words alone, and of different ones. A
 /// table that is there has to give a reason besides, because a record taken for names would be lost in it:
-/// one of its own names, one that the user has named, or values of another kind below a word.
-bool isHeader(const FileContents& contents, const TableSchema* schema, const Texts& chosen) {
+/// one of its own names, one that the user has named, or values of another kind below a word. Without a
+/// reason it is in doubt.
+HeaderGuess guessHeader(const FileContents& contents, const TableSchema* schema, const Texts& chosen) {
   std::set<std::string> names;
-  bool hasReason = schema == nullptr;
+  bool hasReason = false;
   for (std::size_t index = 0; index < contents.first.size(); ++index) {
     const std::string& text = contents.first[index];
-    if (contains(chosen, text) || (schema != nullptr && schema->find(text) != nullptr)) return true;
+    if (contains(chosen, text) || (schema != nullptr && schema->find(text) != nullptr)) return {true};
     if (index < contents.guesses.size() && contents.guesses[index].isTyped()) hasReason = true;
   }
   for (std::size_t index = 0; index < contents.first.size(); ++index) {
     const std::string& text = contents.first[index];
-    if (contents.isFirstTyped[index] || beginsLikeANumber(text)) return false;
-    if (!text.empty() && !names.insert(lowerCase(text)).second) return false;
+    if (contents.isFirstTyped[index] || beginsLikeANumber(text)) return {};
+    if (!text.empty() && !names.insert(lowerCase(text)).second) return {};
   }
-  return hasReason && !names.empty();
+  if (names.empty()) return {};
+  return {hasReason || schema == nullptr, !hasReason};
 }
 
 class Planner {
@@ -192,8 +199,10 @@ Status Planner::findTable() {
 Status Planner::findFormat() {
   if (options_.encoding) {
     plan_.encoding = *options_.encoding;
-  } else if (Status status = detectEncoding(source_, &plan_.encoding); !status) {
-    return status;
+  } else {
+    if (Status status = detectEncoding(source_, &plan_.encoding); !status) return status;
+    // Nothing in the file speaks for it, only against the others.
+    plan_.isEncodingInDoubt = plan_.encoding == Encoding::windows1252;
   }
   if (options_.isJson) {
     plan_.isJson = *options_.isJson;
@@ -221,7 +230,10 @@ Status Planner::readFile() {
   }
   Status status = lookThrough(*reader, source_, looksForHeader, observer_, &contents_);
   if (!status || !looksForHeader) return status;
-  plan_.csv.hasHeader = isHeader(contents_, plan_.isNewTable ? nullptr : &schema_, chosenColumns(options_));
+  const HeaderGuess header =
+      guessHeader(contents_, plan_.isNewTable ? nullptr : &schema_, chosenColumns(options_));
+  plan_.csv.hasHeader = header.isHeader;
+  plan_.isHeaderInDoubt = header.isInDoubt;
   if (plan_.csv.hasHeader) {
     contents_.names = contents_.first;
     return {};
@@ -334,9 +346,10 @@ Status Planner::matchColumns() {
 }
 
 Status Planner::findKey() {
+  plan_.primaryKey = schema_.keyColumns();
   if (!options_.replaces) return {};
   if (plan_.isNewTable) return {ErrorCode::noTable, "There is no table whose records could be replaced."};
-  plan_.keyColumns = options_.keyColumns.empty() ? schema_.keyColumns() : options_.keyColumns;
+  plan_.keyColumns = options_.keyColumns.empty() ? plan_.primaryKey : options_.keyColumns;
   if (plan_.keyColumns.empty()) {
     return {ErrorCode::invalidArgument, "The table has no primary key: say which columns are the key."};
   }

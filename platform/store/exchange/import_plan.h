@@ -53,8 +53,11 @@ struct ImportPlan {
   CsvFormat csv;
   std::string table;
   bool isNewTable = false;
+  bool isEncodingInDoubt = false;        ///< it was taken for want of a better one
+  bool isHeaderInDoubt = false;          ///< the first record may be names as well as a record
   std::vector<std::string> fileColumns;  ///< all that the file has, those too that are left out
   std::vector<PlannedColumn> columns;
+  std::vector<std::string> primaryKey;  ///< of a table that is there
   std::vector<std::string> keyColumns;  ///< empty unless records are replaced
 
   /// The statement that makes the new table.

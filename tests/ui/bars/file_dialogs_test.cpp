@@ -13,6 +13,7 @@
 #include "tests/ui/bars/bar_host.h"
 #include "tests/ui/support/import_swap.h"
 #include "tests/ui/support/window_reading.h"
+#include "views/dialog/current_dialog.h"
 
 // The imports that the program calls through, as the compiler names them.
 extern "C" decltype(&GetOpenFileNameW) __imp_GetOpenFileNameW;  // NOLINT(bugprone-reserved-identifier)
@@ -90,14 +91,15 @@ class FileDialogsTest : public testing::Test {
     std::filesystem::current_path(before_);
   }
 
-  static void expectCall(bool isSave, DWORD flags, const wchar_t* title, const wchar_t* filter) {
+  static void expectCall(bool isSave, DWORD flags, const wchar_t* title, const wchar_t* filter,
+                         const wchar_t* extension = L"cdb") {
     EXPECT_EQ(call.isSave, isSave);
     EXPECT_EQ(call.flags, flags);
     EXPECT_EQ(call.owner, tabControl);
     EXPECT_EQ(call.path, L"");
     EXPECT_EQ(call.pathCount, 260u);
     EXPECT_EQ(call.filter, filter);
-    EXPECT_EQ(call.extension, L"cdb");
+    EXPECT_EQ(call.extension, extension);
     EXPECT_EQ(call.titleOfWindow, title);
     EXPECT_TRUE(call.isChoosingFile);
   }
@@ -133,10 +135,40 @@ TEST_F(FileDialogsTest, SavingACopyAsksForANameAndReplacesNothing) {
   expectCall(true, kFlags, L"Save Database As", L"Databases (*.cdb)|*.cdb");
 }
 
+constexpr DWORD kWritten = OFN_EXPLORER | OFN_PATHMUSTEXIST | OFN_HIDEREADONLY | OFN_OVERWRITEPROMPT;
+
+TEST_F(FileDialogsTest, ExportingAsksForANameAndBeforeAFileIsReplaced) {
+  EXPECT_TRUE(thePrompts.chooseFile(FileChoice::exportTo));
+  expectCall(
+      true, kWritten, L"Export",
+      L"Separated values (*.csv)|*.csv|JSON (*.json)|*.json|Web page (*.html)|*.html|SQL (*.sql)|*.sql",
+      L"csv");
+}
+
+TEST_F(FileDialogsTest, ImportingAsksForAFileThatExists) {
+  EXPECT_TRUE(thePrompts.chooseFile(FileChoice::importFrom));
+  expectCall(false, 0x81000 | OFN_HIDEREADONLY, L"Import",
+             L"CSV and JSON (*.csv; *.tsv; *.txt; *.json; *.jsonl)|*.csv;*.tsv;*.txt;*.json;*.jsonl|"
+             L"All files (*.*)|*.*",
+             L"");
+}
+
+TEST_F(FileDialogsTest, SavingAListAsksForANameAndBeforeAFileIsReplaced) {
+  EXPECT_TRUE(thePrompts.chooseFile(FileChoice::rejects));
+  expectCall(true, kWritten, L"Save List", L"Separated values (*.csv)|*.csv", L"csv");
+}
+
+TEST_F(FileDialogsTest, OverADialogItIsThatOnesDialog) {
+  currentDialog = mainWindow;
+  EXPECT_TRUE(thePrompts.chooseFile(FileChoice::rejects));
+  currentDialog = nullptr;
+  EXPECT_EQ(call.owner, mainWindow);
+}
+
 TEST_F(FileDialogsTest, WhoCancelsHasChosenNothing) {
   userConfirms = false;
-  for (const FileChoice choice :
-       {FileChoice::open, FileChoice::create, FileChoice::remove, FileChoice::copy}) {
+  for (const FileChoice choice : {FileChoice::open, FileChoice::create, FileChoice::remove, FileChoice::copy,
+                                  FileChoice::exportTo, FileChoice::importFrom, FileChoice::rejects}) {
     EXPECT_FALSE(thePrompts.chooseFile(choice));
   }
 }

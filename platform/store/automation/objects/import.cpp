@@ -16,6 +16,10 @@ namespace exchange = store::exchange;
 namespace {
 
 constexpr long kFindOut = -1;
+constexpr long kEncodingInDoubt = 1;
+constexpr long kHeaderInDoubt = 2;
+constexpr std::wstring_view kCsv = L"csv";
+constexpr std::wstring_view kJson = L"json";
 constexpr std::size_t kMostRejects = 1000;
 constexpr std::size_t kMostPreviewBytes = 200;
 
@@ -104,7 +108,9 @@ HRESULT ImportObject::get_Table(BSTR* name) {
 
 HRESULT ImportObject::put_Table(BSTR name) {
   return call([&]() -> Outcome {
-    options_.table = utf8Of(viewOf(name));
+    std::string table = utf8Of(viewOf(name));
+    if (table != options_.table) key_.reset();
+    options_.table = std::move(table);
     return {};
   });
 }
@@ -190,6 +196,43 @@ HRESULT ImportObject::put_Replaces(VARIANT_BOOL replaces) {
   });
 }
 
+HRESULT ImportObject::get_Format(BSTR* name) {
+  return call([&]() -> Outcome {
+    if (name == nullptr) return nullPointer();
+    const auto isJson = options_.isJson ? options_.isJson
+                        : plan_         ? std::optional(plan_->isJson)
+                                        : std::nullopt;
+    *name = newText(!isJson ? std::wstring_view() : *isJson ? kJson : kCsv);
+    return {};
+  });
+}
+
+HRESULT ImportObject::put_Format(BSTR name) {
+  return call([&]() -> Outcome {
+    const std::wstring_view text = viewOf(name);
+    if (!text.empty() && text != kCsv && text != kJson) {
+      return {kInvalidArgument, "There is no format called " + utf8Of(text) + "."};
+    }
+    options_.isJson = text.empty() ? std::nullopt : std::optional(text == kJson);
+    return {};
+  });
+}
+
+HRESULT ImportObject::get_NullText(BSTR* text) {
+  return call([&]() -> Outcome {
+    if (text == nullptr) return nullPointer();
+    *text = newText(std::string_view(options_.nullText));
+    return {};
+  });
+}
+
+HRESULT ImportObject::put_NullText(BSTR text) {
+  return call([&]() -> Outcome {
+    options_.nullText = utf8Of(viewOf(text));
+    return {};
+  });
+}
+
 // ---- What is found out
 
 Outcome ImportObject::openBackend(store::Backend** backend) const {
@@ -207,7 +250,9 @@ Outcome ImportObject::examine(IDispatch* question) {
   if (Outcome outcome = openBackend(&backend); !outcome) return outcome;
   Observer observer(question);
   exchange::ImportPlan plan;
-  if (store::Status status = exchange::planImport(*backend, *source_, options_, observer, &plan); !status) {
+  exchange::ImportOptions options = options_;
+  if (key_) options.keyColumns = *key_;
+  if (store::Status status = exchange::planImport(*backend, *source_, options, observer, &plan); !status) {
     return status;
   }
   std::vector<ColumnChoice> columns;
@@ -221,6 +266,7 @@ Outcome ImportObject::examine(IDispatch* question) {
     column.hasPlace = true;
   }
   keepChoices(columns, plan);
+  if (key_ && key_->empty()) key_.reset();
   columns_ = std::move(columns);
   plan_ = std::move(plan);
   rejects_.clear();
@@ -298,6 +344,48 @@ HRESULT ImportObject::SetColumn(long index, BSTR type) {
       column->type = text;
     }
     column->isLeftOut = text.empty();
+    return {};
+  });
+}
+
+Outcome ImportObject::findTarget(long index, std::string* name) {
+  ColumnChoice* column = nullptr;
+  if (Outcome outcome = find(index, &column); !outcome) return outcome;
+  if (!column->hasPlace || plan_->isNewTable) {
+    return {kInvalidArgument, "The table has no place for this column."};
+  }
+  *name = plan_->columns[column->planned].target;
+  return {};
+}
+
+HRESULT ImportObject::IsKey(long index, VARIANT_BOOL* isKey) {
+  return call([&]() -> Outcome {
+    if (isKey == nullptr) return nullPointer();
+    std::string name;
+    if (Outcome outcome = findTarget(index, &name); !outcome) return outcome;
+    const std::vector<std::string>& key = key_ ? *key_ : plan_->primaryKey;
+    *isKey = truth(std::find(key.begin(), key.end(), name) != key.end());
+    return {};
+  });
+}
+
+HRESULT ImportObject::SetKey(long index, VARIANT_BOOL isKey) {
+  return call([&]() -> Outcome {
+    std::string name;
+    if (Outcome outcome = findTarget(index, &name); !outcome) return outcome;
+    if (!key_) key_ = plan_->primaryKey;
+    std::erase(*key_, name);
+    if (isKey != VARIANT_FALSE) key_->push_back(std::move(name));
+    return {};
+  });
+}
+
+HRESULT ImportObject::get_Doubts(long* doubts) {
+  return call([&]() -> Outcome {
+    if (doubts == nullptr) return nullPointer();
+    if (!plan_) return notExamined();
+    *doubts =
+        (plan_->isEncodingInDoubt ? kEncodingInDoubt : 0) | (plan_->isHeaderInDoubt ? kHeaderInDoubt : 0);
     return {};
   });
 }

@@ -42,6 +42,13 @@ class ImportObject final : public AutomationObject<IAdoceImport> {
   HRESULT STDMETHODCALLTYPE get_RejectCount(long* count) override;
   HRESULT STDMETHODCALLTYPE GetReject(long index, hyper* line, BSTR* reason) override;
   HRESULT STDMETHODCALLTYPE SaveRejects(BSTR path) override;
+  HRESULT STDMETHODCALLTYPE get_Format(BSTR* name) override;
+  HRESULT STDMETHODCALLTYPE put_Format(BSTR name) override;
+  HRESULT STDMETHODCALLTYPE get_NullText(BSTR* text) override;
+  HRESULT STDMETHODCALLTYPE put_NullText(BSTR text) override;
+  HRESULT STDMETHODCALLTYPE IsKey(long index, VARIANT_BOOL* isKey) override;
+  HRESULT STDMETHODCALLTYPE SetKey(long index, VARIANT_BOOL isKey) override;
+  HRESULT STDMETHODCALLTYPE get_Doubts(long* doubts) override;
 
  protected:
   ErrorsObject* errorsForReport() override { return connection_->errors().get(); }
@@ -67,12 +74,15 @@ class ImportObject final : public AutomationObject<IAdoceImport> {
   Outcome preview(long mostRecords, VARIANT* texts);
   /// The column at an index that a client gave; a failure where there is none.
   Outcome find(long index, ColumnChoice** column);
+  /// The same of one that has a place in a table that is there: its name in that.
+  Outcome findTarget(long index, std::string* name);
   Outcome openBackend(store::Backend** backend) const;
 
   ComPtr<ConnectionObject> connection_;
   std::unique_ptr<store::exchange::ByteSource> source_;
-  std::string path_;  // of the file
-  store::exchange::ImportOptions options_;
+  std::string path_;                                 // of the file
+  store::exchange::ImportOptions options_;           // but for the key
+  std::optional<std::vector<std::string>> key_;      // columns of the table; none for the primary key
   std::optional<store::exchange::ImportPlan> plan_;  // once the file was examined
   std::vector<ColumnChoice> columns_;
   std::vector<Reject> rejects_;             // the first of them
