@@ -35,6 +35,18 @@ inline int selection(HWND combo) {
   return static_cast<int>(SendMessageW(combo, CB_GETCURSEL, 0, 0));
 }
 
+inline void select(HWND combo, int index) {
+  SendMessageW(combo, CB_SETCURSEL, static_cast<WPARAM>(index), 0);
+}
+
+/// The entry with exactly this text in whatever case of letters, as it is shown; none where there is none.
+inline void selectText(HWND combo, const String& text) {
+  const std::wstring shown = showableText(text.text());
+  const LRESULT place = SendMessageW(combo, CB_FINDSTRINGEXACT, static_cast<WPARAM>(-1),
+                                     reinterpret_cast<LPARAM>(shown.c_str()));
+  select(combo, static_cast<int>(place));
+}
+
 /// The whole text of the selected entry, empty when none is.
 inline String selectedText(HWND combo) {
   const int index = selection(combo);

@@ -22,4 +22,13 @@ inline int selectedIndex(HWND list) {
   return static_cast<int>(SendMessageW(list, LB_GETCURSEL, 0, 0));
 }
 
+/// Of a list in which several entries can be chosen.
+inline void mark(HWND list, int index, bool marked) {
+  SendMessageW(list, LB_SETSEL, marked ? TRUE : FALSE, index);
+}
+
+inline bool isMarked(HWND list, int index) {
+  return SendMessageW(list, LB_GETSEL, static_cast<WPARAM>(index), 0) > 0;
+}
+
 }  // namespace listbox

@@ -2,15 +2,17 @@
 
 #include <algorithm>
 #include <array>
+#include <cwchar>
 #include <string>
 #include <vector>
 
 #include "base/showable_text.h"
-#include "dialogs/controls/combo_box.h"
+#include "dialogs/controls/choices.h"
 #include "dialogs/controls/list_box.h"
 #include "dialogs/exchange/import_ids.h"
 #include "platform/pocketshell/handheld_windows.h"
 #include "views/dialog/dialog_place.h"
+#include "views/shared/check_box.h"
 #include "views/shared/child_control.h"
 #include "views/shared/list_view.h"
 
@@ -24,13 +26,8 @@ constexpr wchar_t kLeftOut[] = L"(left out)";
 constexpr ControlGrowth kGrowth[] = {
     {.id = IDC_IMPORT_TABLE, .wider = true},       {.id = IDC_IMPORT_COLUMNS, .wider = true},
     {.id = IDC_IMPORT_TYPE, .wider = true},        {.id = IDC_IMPORT_PREVIEW, .wider = true, .higher = true},
+    {.id = IDC_IMPORT_DOUBT, .wider = true},       {.id = IDC_IMPORT_MORE, .down = true},
     {.id = IDCANCEL, .right = true, .down = true},
-};
-
-/// A choice as the user reads it and as the file takes it.
-struct Choice {
-  const wchar_t* shown;
-  const wchar_t* value;
 };
 
 constexpr Choice kEncodings[] = {
@@ -48,28 +45,6 @@ constexpr Choice kDelimiters[] = {
 /// Of a new table.
 constexpr std::array kTypes = {L"Text", L"Integer", L"Bigint", L"Float", L"Bit", L"Date", L"Datetime"};
 
-template <std::size_t Count>
-void fillChoices(HWND combo, const Choice (&choices)[Count]) {
-  combobox::clear(combo);
-  for (const Choice& choice : choices) combobox::add(combo, choice.shown);
-  combobox::fitHeight(combo);
-}
-
-template <std::size_t Count>
-void selectChoice(HWND combo, const Choice (&choices)[Count], const String& value) {
-  const auto* const found = std::find_if(std::begin(choices), std::end(choices), [&](const Choice& choice) {
-    return std::wcscmp(choice.value, value.text()) == 0;
-  });
-  const int index = found != std::end(choices) ? static_cast<int>(found - choices) : combobox::kNoSelection;
-  SendMessageW(combo, CB_SETCURSEL, static_cast<WPARAM>(index), 0);
-}
-
-template <std::size_t Count>
-const wchar_t* chosenValue(HWND combo, const Choice (&choices)[Count]) {
-  const int index = combobox::selection(combo);
-  return index == combobox::kNoSelection ? L"" : choices[index].value;
-}
-
 std::wstring columnText(const ImportColumn& column) {
   std::wstring text = column.source.text();
   if (std::wcscmp(column.source.text(), column.target.text()) != 0 && !column.target.isEmpty()) {
@@ -82,12 +57,12 @@ std::wstring columnText(const ImportColumn& column) {
   return showableText(text);
 }
 
-bool isChecked(HWND box) {
-  return SendMessageW(box, BM_GETCHECK, 0, 0) == BST_CHECKED;
-}
-
-void check(HWND box, bool checked) {
-  SendMessageW(box, BM_SETCHECK, checked ? BST_CHECKED : BST_UNCHECKED, 0);
+/// What the user is to look at twice.
+const wchar_t* doubtText(const ImportFile& file) {
+  if (file.isEncodingInDoubt()) {
+    return file.isHeaderInDoubt() ? L"Check letters and first line!" : L"Check the letters!";
+  }
+  return file.isHeaderInDoubt() ? L"Check the first line!" : L"";
 }
 
 }  // namespace
@@ -104,12 +79,16 @@ bool ImportDialog::command(WORD id, WORD notification) {
       {IDOK, BN_CLICKED, &ImportDialog::confirm},
       {IDCANCEL, BN_CLICKED, &ImportDialog::cancel},
       {IDC_IMPORT_TABLE, CBN_SELENDOK, &ImportDialog::tableChosen},
+      {IDC_IMPORT_TABLE, CBN_EDITCHANGE, &ImportDialog::tableTyped},
+      {IDC_IMPORT_TABLE, CBN_KILLFOCUS, &ImportDialog::focusLeavesTable},
+      {IDC_IMPORT_TABLE_LEFT, BN_CLICKED, &ImportDialog::tableLeft},
       {IDC_IMPORT_ENCODING, CBN_SELCHANGE, &ImportDialog::encodingChosen},
       {IDC_IMPORT_DELIMITER, CBN_SELCHANGE, &ImportDialog::delimiterChosen},
       {IDC_IMPORT_HEADER, BN_CLICKED, &ImportDialog::headerChosen},
       {IDC_IMPORT_REPLACE, BN_CLICKED, &ImportDialog::replaceChosen},
       {IDC_IMPORT_COLUMNS, LBN_SELCHANGE, &ImportDialog::showType},
       {IDC_IMPORT_TYPE, CBN_SELCHANGE, &ImportDialog::typeChosen},
+      {IDC_IMPORT_MORE, BN_CLICKED, &ImportDialog::moreChosen},
   };
   return answerCommand<ImportDialog>(*this, kCommands, id, notification);
 }
@@ -119,7 +98,7 @@ void ImportDialog::opened() {
   growth_.begin(window());
   fillScreen(window(), SHIDIF_SIPDOWN);
   fillLists();
-  check(control(IDC_IMPORT_KEEP_GOOD), keepsGoodRecords);
+  checkbox::check(control(IDC_IMPORT_KEEP_GOOD), keepsGoodRecords);
   SetFocus(control(IDC_IMPORT_TABLE));
   if (isExamined_) {
     showFound();
@@ -145,21 +124,45 @@ void ImportDialog::fillLists() {
 /// What the controls show holds afterwards. False, and the user was told why, when the file can't go into the
 /// table so.
 bool ImportDialog::examine() {
-  const Outcome examined = file_.examine();
-  isExamined_ = static_cast<bool>(examined);
-  if (!examined && !examined.reason().isEmpty()) tell(examined.reason().text());
+  isExamined_ = tryToExamine();
   showFound();
   return isExamined_;
 }
 
+/// What was found before still holds where the choice is taken back.
+void ImportDialog::examineOr(const std::function<void()>& takeBack) {
+  const bool wasExamined = isExamined_;
+  isExamined_ = tryToExamine();
+  if (!isExamined_) {
+    takeBack();
+    isExamined_ = wasExamined;
+  }
+  showFound();
+}
+
+/// For the table that the control names.
+bool ImportDialog::tryToExamine() {
+  const String table = windowText(control(IDC_IMPORT_TABLE));
+  if (table.isEmpty()) return false;
+  file_.setTable(table);
+  const Outcome examined = file_.examine();
+  if (examined) {
+    isFoundForNewTable_ = file_.isNewTable();
+  } else if (!examined.reason().isEmpty()) {
+    tell(examined.reason().text());
+  }
+  return static_cast<bool>(examined);
+}
+
 void ImportDialog::showFound() {
-  const bool isSeparated = !file_.delimiter().isEmpty();
+  const bool isSeparated = std::wcscmp(file_.format().text(), L"json") != 0;
   selectChoice(control(IDC_IMPORT_ENCODING), kEncodings, file_.encoding());
   selectChoice(control(IDC_IMPORT_DELIMITER), kDelimiters, file_.delimiter());
-  check(control(IDC_IMPORT_HEADER), file_.hasHeader());
-  check(control(IDC_IMPORT_REPLACE), file_.replaces());
+  checkbox::check(control(IDC_IMPORT_HEADER), file_.hasHeader());
+  checkbox::check(control(IDC_IMPORT_REPLACE), file_.replaces());
   EnableWindow(control(IDC_IMPORT_DELIMITER), isSeparated);
   EnableWindow(control(IDC_IMPORT_HEADER), isSeparated);
+  SetWindowTextW(control(IDC_IMPORT_DOUBT), isExamined_ ? doubtText(file_) : L"");
   showColumns();
   showPreview();
 }
@@ -178,8 +181,7 @@ void ImportDialog::showColumns() {
 void ImportDialog::showPreview() {
   const HWND list = control(IDC_IMPORT_PREVIEW);
   listview::deleteAllItems(list);
-  while (SendMessageW(list, LVM_DELETECOLUMN, 0, 0)) {
-  }
+  listview::deleteAllColumns(list);
   if (!isExamined_) return;
   const std::vector<ImportColumn> columns = file_.columns();
   const std::size_t count = std::min(columns.size(), kMostColumns);
@@ -188,16 +190,15 @@ void ImportDialog::showPreview() {
                            HandheldToMonitor(kColumnWidth));
   }
   std::vector<std::vector<String>> records;
-  if (!file_.preview(kMostRecords, records)) return;
+  if (const Outcome read = file_.preview(kMostRecords, records); !read) {
+    tell(read.reason().text());
+    return;
+  }
   for (std::size_t row = 0; row < records.size(); ++row) {
-    LVITEMW item{};
-    item.mask = LVIF_TEXT;
-    item.iItem = static_cast<int>(row);
+    const auto index = static_cast<int>(row);
+    listview::insertItem(list, index, L"", 0);
     for (std::size_t i = 0; i < std::min(count, records[row].size()); ++i) {
-      std::wstring text = showableText(records[row][i].text());
-      item.iSubItem = static_cast<int>(i);
-      item.pszText = text.data();
-      SendMessageW(list, i == 0 ? LVM_INSERTITEMW : LVM_SETITEMW, 0, reinterpret_cast<LPARAM>(&item));
+      listview::setItemText(list, index, static_cast<int>(i), records[row][i].text());
     }
   }
 }
@@ -219,10 +220,7 @@ void ImportDialog::showType() {
     combobox::add(combo, column.type);
   }
   combobox::add(combo, kLeftOut);
-  const String shown = column.target.isEmpty() ? String(kLeftOut) : column.type;
-  const LRESULT place = SendMessageW(combo, CB_FINDSTRINGEXACT, static_cast<WPARAM>(-1),
-                                     reinterpret_cast<LPARAM>(shown.text()));
-  SendMessageW(combo, CB_SETCURSEL, static_cast<WPARAM>(place), 0);
+  combobox::selectText(combo, column.target.isEmpty() ? String(kLeftOut) : column.type);
 }
 
 void ImportDialog::typeChosen() {
@@ -235,12 +233,34 @@ void ImportDialog::typeChosen() {
   showColumns();
 }
 
-/// Examines the file for the table that the control names, unless that was done. False as examine().
-bool ImportDialog::takeTable() {
+bool ImportDialog::isTableTaken() const {
   const String named = windowText(control(IDC_IMPORT_TABLE));
-  if (isExamined_ && std::wcscmp(named.text(), file_.table().text()) == 0) return true;
-  file_.setTable(named);
-  return examine();
+  return isExamined_ && std::wcscmp(named.text(), file_.table().text()) == 0;
+}
+
+/// Unless that was done. False as examine().
+bool ImportDialog::takeTable() {
+  return isTableTaken() || examine();
+}
+
+/// What was found for the former table means nothing for the one that is being typed.
+void ImportDialog::tableTyped() {
+  if (!isExamined_ || isTableTaken()) return;
+  isExamined_ = false;
+  showFound();
+}
+
+/// Looking through the file and telling what is wrong with it have to wait until the focus has come to its
+/// place. Not on the way to the buttons that end the dialog, and not to another program.
+void ImportDialog::focusLeavesTable() {
+  const HWND focus = GetFocus();
+  const bool staysInDialog = focus && IsChild(window(), focus);
+  if (!staysInDialog || focus == control(IDOK) || focus == control(IDCANCEL)) return;
+  PostMessageW(window(), WM_COMMAND, MAKEWPARAM(IDC_IMPORT_TABLE_LEFT, BN_CLICKED), 0);
+}
+
+void ImportDialog::tableLeft() {
+  takeTable();
 }
 
 void ImportDialog::tableChosen() {
@@ -261,27 +281,56 @@ void ImportDialog::delimiterChosen() {
 }
 
 void ImportDialog::headerChosen() {
-  file_.setHeader(isChecked(control(IDC_IMPORT_HEADER)));
+  file_.setHeader(checkbox::isChecked(control(IDC_IMPORT_HEADER)));
   examine();
 }
 
 void ImportDialog::replaceChosen() {
-  file_.setReplaces(isChecked(control(IDC_IMPORT_REPLACE)));
-  examine();
+  const bool former = file_.replaces();
+  file_.setReplaces(checkbox::isChecked(control(IDC_IMPORT_REPLACE)));
+  examineOr([this, former] { file_.setReplaces(former); });
+}
+
+void ImportDialog::moreChosen() {
+  const ImportDetails former = details();
+  ImportMoreDialog more;
+  more.details = former;
+  if (more.run(window()) != IDOK) return;
+  setDetails(more.details);
+  examineOr([this, &former] { setDetails(former); });
+}
+
+ImportDetails ImportDialog::details() const {
+  ImportDetails found;
+  found.format = file_.format();
+  found.nullText = file_.nullText();
+  if (!isExamined_ || file_.isNewTable()) return found;
+  const std::vector<ImportColumn> columns = file_.columns();
+  for (std::uint32_t index = 0; index < columns.size(); ++index) {
+    if (columns[index].target.isEmpty()) continue;
+    found.columns.push_back({index, columns[index].target, file_.isKey(index)});
+  }
+  return found;
+}
+
+void ImportDialog::setDetails(const ImportDetails& wanted) {
+  file_.setFormat(wanted.format);
+  file_.setNullText(wanted.nullText);
+  for (const ImportDetails::KeyColumn& column : wanted.columns) file_.setKey(column.index, column.isKey);
 }
 
 void ImportDialog::confirm() {
-  const bool wasNew = isExamined_ && file_.isNewTable();
-  const bool wasExamined = isExamined_;
   if (windowText(control(IDC_IMPORT_TABLE)).isEmpty()) {
     tell(L"Please enter a table name!");
     SetFocus(control(IDC_IMPORT_TABLE));
     return;
   }
+  const bool isSeen = isTableTaken();
+  const bool wasForNewTable = isFoundForNewTable_;
   if (!takeTable()) return;
   // The user sees how the columns go into a table that is there before it is changed.
-  if (!wasExamined || wasNew != file_.isNewTable()) return;
-  keepsGoodRecords = isChecked(control(IDC_IMPORT_KEEP_GOOD));
+  if (!isSeen && !(wasForNewTable && file_.isNewTable())) return;
+  keepsGoodRecords = checkbox::isChecked(control(IDC_IMPORT_KEEP_GOOD));
   leave(IDOK);
 }
 

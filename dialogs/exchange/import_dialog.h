@@ -2,9 +2,12 @@
 
 #include <windows.h>
 
+#include <functional>
+
 #include "base/name_list.h"
 #include "base/string.h"
 #include "data/handles/import_file.h"
+#include "dialogs/exchange/import_more.h"
 #include "views/dialog/dialog_growth.h"
 #include "views/dialog/input_panel_hold.h"
 #include "views/dialog/modal_dialog.h"
@@ -30,16 +33,25 @@ class ImportDialog final : private ModalDialog {
 
   void fillLists();
   bool examine();
+  void examineOr(const std::function<void()>& takeBack);
+  bool tryToExamine();
   void showFound();
   void showColumns();
   void showPreview();
   void showType();
   void typeChosen();
   void tableChosen();
+  void tableTyped();
+  void focusLeavesTable();
+  void tableLeft();
   void encodingChosen();
   void delimiterChosen();
   void headerChosen();
   void replaceChosen();
+  void moreChosen();
+  ImportDetails details() const;
+  void setDetails(const ImportDetails& wanted);
+  bool isTableTaken() const;
   bool takeTable();
   void confirm();
   void cancel() { leave(IDCANCEL); }
@@ -47,7 +59,8 @@ class ImportDialog final : private ModalDialog {
 
   ImportFile& file_;
   const NameList& tables_;
-  bool isExamined_ = false;  // what the controls show was found
+  bool isExamined_ = false;          // what the controls show was found, for the table that they name
+  bool isFoundForNewTable_ = false;  // the last time
   InputPanelHold panel_;
   DialogGrowth growth_;
 };

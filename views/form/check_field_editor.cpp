@@ -3,6 +3,7 @@
 #include <cwchar>
 
 #include "views/form/tab_key.h"
+#include "views/shared/check_box.h"
 
 bool CheckFieldEditor::create(const ControlCreation& creation) {
   if (!createControl(L"BUTTON", caption_.text(), creation)) return false;
@@ -13,12 +14,12 @@ bool CheckFieldEditor::create(const ControlCreation& creation) {
 }
 
 void CheckFieldEditor::setChecked(bool checked) {
-  SendMessageW(window(), BM_SETCHECK, checked ? BST_CHECKED : BST_UNCHECKED, 0);
+  checkbox::check(window(), checked);
   checked_ = checked;
 }
 
 bool CheckFieldEditor::isChecked() const {
-  return window() ? SendMessageW(window(), BM_GETCHECK, 0, 0) == BST_CHECKED : checked_;
+  return window() ? checkbox::isChecked(window()) : checked_;
 }
 
 void CheckFieldEditor::load(const FieldSnapshot& field, bool) {

@@ -137,6 +137,20 @@ inline void deleteColumn(HWND list, int column) {
   SendMessageW(list, LVM_DELETECOLUMN, static_cast<WPARAM>(column), 0);
 }
 
+inline void deleteAllColumns(HWND list) {
+  while (SendMessageW(list, LVM_DELETECOLUMN, 0, 0)) {
+  }
+}
+
+/// Of an item that is there. The text is shown as showableText makes it.
+inline void setItemText(HWND list, int index, int column, const wchar_t* text) {
+  std::wstring shown = showableText(text);
+  LVITEMW item{};
+  item.iSubItem = column;
+  item.pszText = shown.data();
+  SendMessageW(list, LVM_SETITEMTEXTW, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(&item));
+}
+
 inline void setColumnWidth(HWND list, int column, int width) {
   SendMessageW(list, LVM_SETCOLUMNWIDTH, static_cast<WPARAM>(column), MAKELPARAM(width, 0));
 }
