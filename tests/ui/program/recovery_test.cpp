@@ -19,6 +19,7 @@
 #include "app/recovery/fault_watch.h"
 #include "base/program_folder.h"
 #include "base/settings_store.h"
+#include "owners/handles.h"
 #include "resources/command_ids.h"
 #include "tests/automation/sqlite_file.h"
 #include "tests/support/process.h"
@@ -228,6 +229,30 @@ TEST_F(RecoveryTest, WhatStoodOnTheFormIsOfferedAtTheNextStart) {
   EXPECT_TRUE(remote::waitUntil([] { return !fs::exists(typedFile()); }));
   ASSERT_TRUE(remote::waitForMain(again.mainWindow()));
   EXPECT_EQ(remote::close(again.mainWindow()), 0u);
+}
+
+TEST_F(RecoveryTest, WhatCantBeReadOrThrownAwayIsToldAndKept) {
+  std::ofstream(typedFile(), std::ios::binary) << "x";
+  const UniqueFile held(CreateFileW(typedFile().c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING,
+                                    FILE_ATTRIBUTE_NORMAL, nullptr));
+  ASSERT_TRUE(held);
+  const RunningProgram program(quoted(path_));
+  HWND box = program.messageBox();
+  ASSERT_NE(box, nullptr);
+  const auto answer = [&](WPARAM button, const wchar_t* next) {
+    PostMessageW(box, WM_COMMAND, button, 0);
+    return remote::waitUntil([&] {
+      box = remote::messageBox(program.processId());
+      return box && remote::messageBoxText(box).find(next) != std::wstring::npos;
+    });
+  };
+  ASSERT_TRUE(answer(IDYES, L"What was typed can't be read."));
+  ASSERT_TRUE(answer(IDOK, L"Quivane was ended by a fault."));
+  ASSERT_TRUE(answer(IDNO, L"What was typed could not be thrown away."));
+  PostMessageW(box, WM_COMMAND, IDOK, 0);
+  ASSERT_TRUE(remote::waitForMain(program.mainWindow()));
+  EXPECT_TRUE(fs::exists(typedFile()));
+  EXPECT_EQ(remote::close(program.mainWindow()), 0u);
 }
 
 TEST_F(RecoveryTest, SoIsWhatStoodInADialogAndAnyThreadMayFail) {
