@@ -147,13 +147,13 @@ constexpr std::array kRows = {
     Row{ID_VIEW_SMALL_ICONS, PopupMenu::queries, kMenuOnly, isOnQueries},
     Row{ID_VIEW_LIST, PopupMenu::queries, kMenuOnly, isOnQueries},
     Row{ID_QUERY_NEW, PopupMenu::none, kOnToolbar, isDatabaseOpen},
+    Row{ID_QUERY_EDIT, PopupMenu::none, kOnToolbar, isQueryChosen},
+    Row{ID_QUERY_DELETE, PopupMenu::none, kOnToolbar, isQueryChosen},
 
     Row{ID_IMPORT, PopupMenu::desktop, kMenuOnly, isDatabaseOpen},
     Row{ID_EXPORT, PopupMenu::desktop, kMenuOnly, areRecordsChosen},
     Row{ID_ROW_COPY, PopupMenu::desktop, kMenuOnly, hasRows},
     Row{ID_TABLE_PASTE, PopupMenu::desktop, kMenuOnly, isDatabaseOpen},
-    Row{ID_QUERY_EDIT, PopupMenu::none, kOnToolbar, isQueryChosen},
-    Row{ID_QUERY_DELETE, PopupMenu::none, kOnToolbar, isQueryChosen},
 };
 
 }  // namespace

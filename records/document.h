@@ -322,6 +322,7 @@ class Document : private BusyListener {
   bool keepsGoing(const Progress& progress);
   void tellWhenOver();
   void showEverythingAnew(const String& table);
+  void standAgainAt(std::uint32_t position);
   bool mayWaitOn();
   Outcome switchMode(ViewMode mode);
   template <typename Move>

@@ -1,17 +1,11 @@
 // Records between the open database and other files.
+#include <algorithm>
 #include <optional>
 #include <string>
 
 #include "data/handles/import_file.h"
+#include "records/count_text.h"
 #include "records/document.h"
-
-namespace {
-
-std::wstring countOfRecords(std::int64_t count) {
-  return std::to_wstring(count) + (count == 1 ? L" record" : L" records");
-}
-
-}  // namespace
 
 // ---- Export
 
@@ -55,9 +49,11 @@ std::unique_ptr<ImportFile> Document::openImport(const String& path) {
 
 bool Document::runImport(ImportFile& file, bool keepsGood, ImportCounts& counts) {
   if (!canChangeFile()) return false;
+  const std::uint32_t position = shown_.isEmpty() ? currentRecord : shown_.position();
   closeRecords();
   const Outcome stored = file.run(keepsGood, counts);
   showEverythingAnew(file.table());
+  standAgainAt(position);
   if (!stored) tellFailure(L"The file could not be imported.", stored.reason());
   return static_cast<bool>(stored);
 }
@@ -78,4 +74,16 @@ void Document::showEverythingAnew(const String& table) {
     setViewMode(mode);
   }
   updateCommandBar();
+}
+
+/// Records that were added stand behind those that the user had before him.
+void Document::standAgainAt(std::uint32_t position) {
+  const std::uint32_t wanted = std::min(position, openRecordCount());
+  if (wanted <= 1) return;
+  if (viewMode_ == ViewMode::list) {
+    selectInGrid(wanted);
+  } else if (viewMode_ == ViewMode::form && database_.moveTo(wanted)) {
+    loadRecord();
+    updateNavigationState();
+  }
 }

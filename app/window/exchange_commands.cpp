@@ -14,6 +14,7 @@
 #include "dialogs/exchange/import_dialog.h"
 #include "dialogs/exchange/import_result.h"
 #include "owners/handles.h"
+#include "records/count_text.h"
 #include "views/shared/clipboard_text.h"
 
 namespace {
@@ -27,10 +28,6 @@ void remark(const std::wstring& text) {
 
 void refuse(const std::wstring& text) {
   thePrompts.tell(PromptOwner::mainWindow, Notice::refusal, text.c_str(), kPromptCaption);
-}
-
-std::wstring countOfRecords(std::int64_t count) {
-  return std::to_wstring(count) + (count == 1 ? L" record" : L" records");
 }
 
 std::wstring storedText(const String& table, const ImportCounts& counts) {

@@ -173,6 +173,34 @@ TEST_F(DocumentExchangeTest, TheGridShowsWhatWasAdded) {
   EXPECT_EQ(window().sight(), "grid: row 1 of 5");
 }
 
+TEST_F(DocumentExchangeTest, TheUserStaysWhereHeWas) {
+  open();
+  document().setViewMode(ViewMode::form);
+  document().moveNextRecord();
+  const auto import = openImport(write("a\n40\n50\n"), L"First One");
+  ImportCounts counts;
+  EXPECT_TRUE(document().runImport(*import, false, counts));
+  EXPECT_EQ(currentRecord, 2u);
+  EXPECT_EQ(value(), L"20");
+  document().setViewMode(ViewMode::list);
+  EXPECT_EQ(currentRecord, 2u);
+  EXPECT_TRUE(document().runImport(*import, false, counts));
+  EXPECT_EQ(currentRecord, 2u);
+  EXPECT_EQ(recordCount, 7u);
+}
+
+TEST_F(DocumentExchangeTest, WhereRecordsHaveGoneMeanwhileHeIsAtTheLast) {
+  open();
+  document().setViewMode(ViewMode::form);
+  document().moveLastRecord();
+  const auto import = openImport(write("a\nx\n"), L"First One");
+  runStatements(path(), {L"DELETE FROM [First One] WHERE a > 10"});
+  ImportCounts counts;
+  EXPECT_TRUE(document().runImport(*import, false, counts));
+  EXPECT_EQ(currentRecord, 1u);
+  EXPECT_EQ(value(), L"10");
+}
+
 TEST_F(DocumentExchangeTest, TheFormShowsWhatTheTableHoldsNow) {
   runStatements(path(), {L"CREATE TABLE Keyed (id INTEGER PRIMARY KEY, name TEXT)",
                          L"INSERT INTO Keyed VALUES (1, 'old')"});
