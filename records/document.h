@@ -111,7 +111,8 @@ class Document : private BusyListener {
   // ---- Records between the database and other files (document_exchange.cpp). What is typed on the form is
   // stored first.
 
-  /// The user chooses the file that the records in use are written into, and is told what came of it.
+  /// The user chooses a table or query, at first the one in use, and the file that its records are written
+  /// into, and is told what came of it.
   void exportRecords();
   /// The row that is chosen in the grid, as Database::readRowText gives it. Nothing happens on another page.
   Outcome readChosenRow(std::wstring& text);
@@ -257,6 +258,8 @@ class Document : private BusyListener {
   bool moveToCurrentRecord() { return database_.moveTo(currentRecord); }
 
  private:
+  static constexpr wchar_t kGoneElsewhere[] = L"Another program has renamed or deleted it.";
+
   Outcome openConnection(const String& path);
   /// What came of the choice: `settled` also when there was none to make, `open` when it was put off.
   enum class LostFileEnd { settled, open, otherFile };
@@ -323,6 +326,8 @@ class Document : private BusyListener {
   void tellWhenOver();
   void showEverythingAnew(const String& table);
   void standAgainAt(std::uint32_t position);
+  bool chooseExported(ExportedRecords& records);
+  void tellNotExported(const Outcome& failure);
   bool mayWaitOn();
   Outcome switchMode(ViewMode mode);
   template <typename Move>

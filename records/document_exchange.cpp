@@ -1,34 +1,117 @@
 // Records between the open database and other files.
 #include <algorithm>
+#include <cwchar>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "data/handles/import_file.h"
 #include "records/count_text.h"
 #include "records/document.h"
 
+namespace {
+
+/// As people call it.
+std::wstring nameOfFormat(const String& format) {
+  if (std::wcscmp(format.text(), L"jsonl") == 0) return L"JSON, a record a line,";
+  String name = format;
+  name.toUpperCase();
+  return name.text();
+}
+
+bool isSame(const String& one, const String& other) {
+  return std::wcscmp(one.text(), other.text()) == 0;
+}
+
+/// What can be written out: what is in use, then the other tables and queries.
+class ExportSources {
+ public:
+  ExportSources(const RecordSource& inUse, const NameList& tables, const NameList& queries) {
+    add(inUse.isQuery() ? inUse.queryName() : inUse.tableName(), inUse.isQuery(), std::nullopt);
+    for (std::uint32_t i = 0; i < tables.size(); ++i) {
+      if (!inUse.isTable(tables[i])) add(tables[i], false, std::nullopt);
+    }
+    for (std::uint32_t i = 0; i < queries.size(); ++i) {
+      const bool isInUse = inUse.isQuery() && isSame(inUse.queryName(), queries[i]);
+      if (!isInUse) add(queries[i], true, i);
+    }
+  }
+
+  const NameList& shownNames() const { return shown_; }
+  const String& name(std::uint32_t place) const { return names_[place]; }
+  bool isQuery(std::uint32_t place) const { return isQuery_[place]; }
+  /// Of a query that is not in use, its place among the saved ones.
+  std::optional<std::uint32_t> savedPlace(std::uint32_t place) const { return savedPlaces_[place]; }
+
+ private:
+  void add(const String& name, bool isQuery, std::optional<std::uint32_t> savedPlace) {
+    std::wstring text = name.text();
+    if (names_.isEmpty()) {
+      text += isQuery ? L" (query, in use)" : L" (in use)";
+    } else if (isQuery) {
+      text += L" (query)";
+    }
+    shown_.append(text.c_str());
+    names_.append(name);
+    isQuery_.push_back(isQuery);
+    savedPlaces_.push_back(savedPlace);
+  }
+
+  NameList shown_;
+  NameList names_;
+  std::vector<bool> isQuery_;
+  std::vector<std::optional<std::uint32_t>> savedPlaces_;
+};
+
+}  // namespace
+
 // ---- Export
 
 void Document::exportRecords() {
   if (wanted_.isNone() || !settleRecord()) return;
+  ExportedRecords records;
+  if (!chooseExported(records)) return;
   const std::optional<String> path = pages_.prompts.chooseFile(FileChoice::exportTo);
   if (!path) return;
-  ExportedRecords records;
-  records.isTable = wanted_.isTable();
-  records.source = records.isTable ? wanted_.tableName() : wanted_.sqlText();
-  records.name = records.isTable ? wanted_.tableName() : wanted_.queryName();
   ExportCounts counts;
   const Outcome exported = database_.exportRecords(records, *path, counts);
   if (!exported) {
-    tellFailure(L"The records could not be exported.", exported.reason());
+    tellNotExported(exported);
     return;
   }
-  std::wstring text = countOfRecords(counts.records) + L" exported to\n" + path->text();
+  std::wstring text = countOfRecords(counts.records) + L" exported as " + nameOfFormat(counts.format) +
+                      L" to\n" + path->text();
   if (counts.changed != 0) {
     text += L"\n\nValues that are not made of characters, and will not come back as they are: " +
             std::to_wstring(counts.changed);
   }
   pages_.prompts.tell(PromptOwner::mainWindow, Notice::remark, text.c_str());
+}
+
+/// False when the user cancels, or a query can't be read, which was told.
+bool Document::chooseExported(ExportedRecords& records) {
+  NameList queries;
+  database_.listQueries(queries);
+  const ExportSources sources(wanted_, tableNames_, queries);
+  const std::optional<std::uint32_t> place = pages_.prompts.chooseSource(sources.shownNames());
+  if (!place) return false;
+  records.name = sources.name(*place);
+  records.isTable = !sources.isQuery(*place);
+  records.source = records.isTable ? records.name : wanted_.sqlText();
+  const std::optional<std::uint32_t> saved = sources.savedPlace(*place);
+  if (!saved) return true;
+  SavedQuery query;
+  // Another program may have deleted it meanwhile.
+  if (!database_.getQuery(*saved, query) || !isSame(query.name, records.name)) {
+    tellNotExported(Outcome::failure(kGoneElsewhere));
+    return false;
+  }
+  records.source = query.sql;
+  return true;
+}
+
+void Document::tellNotExported(const Outcome& failure) {
+  tellFailure(L"The records could not be exported.", failure.reason());
 }
 
 Outcome Document::readChosenRow(std::wstring& text) {

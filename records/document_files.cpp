@@ -10,7 +10,6 @@
 namespace {
 
 constexpr wchar_t kQueriesTable[] = L"QuivaneQueries";
-constexpr wchar_t kGoneElsewhere[] = L"Another program has renamed or deleted it.";
 
 std::wstring notStored(const SavedQuery& query) {
   return std::wstring(L"Query '") + query.name.text() + L"' could not be stored.";

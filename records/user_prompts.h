@@ -72,6 +72,9 @@ class UserPrompts {
   /// The full path; none when the user cancels. A file that exists is given for FileChoice::create,
   /// exportTo and rejects only when the user wants it replaced.
   virtual std::optional<String> chooseFile(FileChoice choice) = 0;
+  /// Which of these is to be written out, by its place, the first being what is in use; none when the user
+  /// cancels.
+  virtual std::optional<std::uint32_t> chooseSource(const NameList& sources) = 0;
   /// The file at `path` was deleted or renamed while it was open, or with `isReplaced` another one stands
   /// there now, which alone can be opened.
   virtual LostFileChoice askAboutLostFile(const String& path, bool isReplaced) = 0;

@@ -8,6 +8,7 @@
 #include "app/window/main_window.h"
 #include "app/window/messages.h"
 #include "app/window/program_state.h"
+#include "dialogs/exchange/export_dialog.h"
 #include "dialogs/small/go_to.h"
 #include "platform/pocketshell/aygshell.h"
 #include "resources/resource_ids.h"
@@ -183,6 +184,12 @@ std::optional<String> WindowPrompts::chooseFile(FileChoice choice) {
   isChoosingFile_ = false;
   if (!chosen) return std::nullopt;
   return String(path);
+}
+
+std::optional<std::uint32_t> WindowPrompts::chooseSource(const NameList& sources) {
+  ExportDialog dialog(sources);
+  if (dialog.run(mainWindow) != IDOK) return std::nullopt;
+  return dialog.chosen;
 }
 
 LostFileChoice WindowPrompts::askAboutLostFile(const String& path, bool isReplaced) {

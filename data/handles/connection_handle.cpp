@@ -79,7 +79,10 @@ Outcome ConnectionHandle::exportRows(const ExportedRecords& records, const wchar
   Outcome exported = outcomeOf(connection_->ExportRows(
       makeBstr(records.source.text()).get(), static_cast<LONG>(kind), makeBstr(records.name.text()).get(),
       makeBstr(path).get(), question.get(), &changed, &count));
-  if (exported) counts = {count, changed};
+  if (!exported) return exported;
+  UniqueBstr format;
+  static_cast<void>(connection_->ExportFormat(makeBstr(path).get(), format.put()));
+  counts = {count, changed, textOfBstr(format.get())};
   return exported;
 }
 

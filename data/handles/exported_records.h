@@ -15,4 +15,5 @@ struct ExportedRecords {
 struct ExportCounts {
   std::int64_t records = 0;
   std::int64_t changed = 0;  ///< values that will not come back as they are
+  String format;             ///< "csv", "json", "jsonl", "html" or "sql"
 };

@@ -45,6 +45,22 @@ std::string selectOf(const std::string& table, const std::vector<std::string>& c
 
 }  // namespace
 
+std::string_view nameOf(ExportFormat format) {
+  switch (format) {
+    case ExportFormat::json:
+      return "json";
+    case ExportFormat::jsonLines:
+      return "jsonl";
+    case ExportFormat::html:
+      return "html";
+    case ExportFormat::sql:
+      return "sql";
+    case ExportFormat::csv:
+      break;
+  }
+  return "csv";
+}
+
 std::optional<ExportFormat> formatOfName(std::string_view path) {
   struct Ending {
     const char* text;

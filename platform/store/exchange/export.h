@@ -11,6 +11,8 @@ namespace store::exchange {
 
 enum class ExportFormat { csv, json, jsonLines, html, sql };
 
+/// "csv", "json", "jsonl", "html", "sql".
+std::string_view nameOf(ExportFormat format);
 /// By the ending of a file's name, in any letter case; none for a name without one of the known endings.
 std::optional<ExportFormat> formatOfName(std::string_view path);
 

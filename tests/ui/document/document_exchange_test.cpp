@@ -58,7 +58,7 @@ TEST_F(DocumentExchangeTest, TheTableInUseIsExported) {
             "\xEF\xBB\xBF"
             "a\r\n10\r\n20\r\n30\r\n");
   ASSERT_EQ(messages().size(), 1u);
-  EXPECT_THAT(messages()[0].text, StartsWith(L"3 records exported to\n"));
+  EXPECT_EQ(messages()[0].text, L"3 records exported as CSV to\n" + file("out.csv").wstring());
   EXPECT_EQ(messages()[0].kind, (std::variant<Notice, Question>(Notice::remark)));
 }
 
@@ -71,6 +71,51 @@ TEST_F(DocumentExchangeTest, TheQueryInUseIsExported) {
   document().exportRecords();
   EXPECT_THAT(contentOf(file("out.json")), HasSubstr("{\"a\":20}"));
   EXPECT_THAT(contentOf(file("out.json")), testing::Not(HasSubstr("{\"a\":10}")));
+}
+
+TEST_F(DocumentExchangeTest, AnyTableOrQueryCanBeExportedTheOneInUseFirst) {
+  addQueries();
+  open();
+  choose(file("out.jsonl"));
+  window().prompts.source = 2;
+  document().exportRecords();
+  EXPECT_THAT(window().prompts.offered, ElementsAre(L"First One (in use)", L"Second", L"Empty",
+                                                    L"QuivaneQueries", L"big (query)", L"wrong (query)"));
+  EXPECT_EQ(contentOf(file("out.jsonl")), "");
+  ASSERT_EQ(messages().size(), 1u);
+  EXPECT_THAT(messages()[0].text, StartsWith(L"0 records exported as JSON, a record a line, to\n"));
+  window().prompts.source = 4;
+  document().exportRecords();
+  EXPECT_EQ(contentOf(file("out.jsonl")), "{\"a\":20}\n{\"a\":30}\n");
+}
+
+TEST_F(DocumentExchangeTest, TheQueryInUseIsOfferedOnce) {
+  addQueries();
+  open();
+  document().setViewMode(ViewMode::queries);
+  document().openQuerySelection(0);
+  document().exportRecords();
+  EXPECT_THAT(window().prompts.offered, ElementsAre(L"big (query, in use)", L"First One", L"Second", L"Empty",
+                                                    L"QuivaneQueries", L"wrong (query)"));
+}
+
+TEST_F(DocumentExchangeTest, AQueryThatDoesNotRunIsTold) {
+  addQueries();
+  open();
+  choose(file("out.csv"));
+  window().prompts.source = 5;
+  document().exportRecords();
+  ASSERT_EQ(messages().size(), 1u);
+  EXPECT_THAT(messages()[0].text, StartsWith(L"The records could not be exported.\n"));
+  EXPECT_FALSE(std::filesystem::exists(file("out.csv")));
+}
+
+TEST_F(DocumentExchangeTest, WhoChoosesNothingToExportIsNotAskedForAFile) {
+  open();
+  window().prompts.source.reset();
+  document().exportRecords();
+  EXPECT_THAT(window().prompts.filesAskedFor, IsEmpty());
+  EXPECT_THAT(messages(), IsEmpty());
 }
 
 TEST_F(DocumentExchangeTest, WhatIsTypedIsStoredBeforeItIsExported) {

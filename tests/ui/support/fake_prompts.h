@@ -46,6 +46,11 @@ struct FakePrompts final : UserPrompts {
     filesAskedFor.push_back(choice);
     return file;
   }
+  std::optional<std::uint32_t> chooseSource(const NameList& sources) override {
+    offered.clear();
+    for (std::uint32_t i = 0; i < sources.size(); ++i) offered.emplace_back(sources[i].text());
+    return source;
+  }
   LostFileChoice askAboutLostFile(const String& path, bool isReplaced) override {
     lostFiles.push_back(isReplaced ? FileState::replaced : FileState::gone);
     lostFile = path.text();
@@ -96,6 +101,7 @@ struct FakePrompts final : UserPrompts {
   bool agrees = false;                         ///< to what he is asked
   std::optional<String> file;                  ///< which he names
   std::optional<std::uint32_t> number;         ///< the record's that he wants
+  std::optional<std::uint32_t> source = 0;     ///< which of what he is offered he writes out
   std::deque<LostFileChoice> lostFileChoices;  ///< one for each question, later behind the last
   std::function<void(FindState&)> setFind = [](FindState&) {};  ///< what he enters for a search
   std::function<bool(std::uint32_t, std::uint32_t)> goesOnSearching = [](std::uint32_t, std::uint32_t) {
@@ -106,6 +112,7 @@ struct FakePrompts final : UserPrompts {
   // What he has seen
   std::vector<Message> messages;
   std::vector<FileChoice> filesAskedFor;
+  std::vector<std::wstring> offered;                    ///< to be written out, the last time
   std::vector<FileState> lostFiles;                     ///< what he was asked about, and
   std::wstring lostFile;                                ///< which file it was the last time
   std::optional<std::uint32_t> highestNumber;           ///< of those he was asked to choose from

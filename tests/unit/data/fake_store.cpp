@@ -324,6 +324,7 @@ class FakeConnectionObject final : public FakeObject<IAdoceConnection> {
     return E_NOTIMPL;
   }
   HRESULT STDMETHODCALLTYPE OpenImport(BSTR, IAdoceImport**) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE ExportFormat(BSTR, BSTR*) override { return E_NOTIMPL; }
 
  private:
   FakeStore& store_;

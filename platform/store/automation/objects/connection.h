@@ -60,6 +60,7 @@ class ConnectionObject final : public AutomationObject<IAdoceConnection> {
                                        hyper* changed, hyper* records) override;
   HRESULT STDMETHODCALLTYPE OpenImport(BSTR path, IAdoceImport** import) override;
   HRESULT STDMETHODCALLTYPE TryWriting() override;
+  HRESULT STDMETHODCALLTYPE ExportFormat(BSTR path, BSTR* name) override;
 
   // For the module's own objects, which hold the module's lock and hand failures on.
 

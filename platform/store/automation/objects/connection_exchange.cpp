@@ -30,6 +30,10 @@ Outcome closedConnection() {
   return {kInvalidConnection, "The connection is closed."};
 }
 
+exchange::ExportFormat formatOf(const std::string& path) {
+  return exchange::formatOfName(path).value_or(exchange::ExportFormat::csv);
+}
+
 /// The name of a file without its ending, as a table may be called.
 std::string tableNameOf(const std::string& path) {
   const std::u8string stem = store::pathOf(path).stem().u8string();
@@ -58,7 +62,7 @@ HRESULT ConnectionObject::ExportRows(BSTR source, long options, BSTR name, BSTR 
     rows.kind = options == kTableCommand ? store::SourceKind::table : store::SourceKind::text;
     rows.name = utf8Of(viewOf(name));
     exchange::ExportOptions format;
-    format.format = exchange::formatOfName(target).value_or(exchange::ExportFormat::csv);
+    format.format = formatOf(target);
     // By it spreadsheets find out that the letters are UTF-8.
     format.hasMark = format.format == exchange::ExportFormat::csv;
     ExportProgress progress(question);
@@ -84,6 +88,14 @@ HRESULT ConnectionObject::OpenImport(BSTR path, IAdoceImport** import) {
     *import = makeObject<ImportObject>(ComPtr<ConnectionObject>::share(this), std::move(source), file,
                                        tableNameOf(file))
                   .release();
+    return {};
+  });
+}
+
+HRESULT ConnectionObject::ExportFormat(BSTR path, BSTR* name) {
+  return call([&]() -> Outcome {
+    if (name == nullptr) return nullPointer();
+    *name = newText(exchange::nameOf(formatOf(utf8Of(viewOf(path)))));
     return {};
   });
 }
