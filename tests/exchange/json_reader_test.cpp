@@ -23,6 +23,20 @@ TEST(JsonReader, AnArrayOfObjectsHasRecords) {
             "1: [1] \"x\"\n2: null [true]\na;b;");
 }
 
+TEST(JsonReader, AValueThatIsMissingHasNotTheTextOfTheRecordBefore) {
+  MemorySource source("[{\"a\":1,\"b\":\"x\"}, {\"a\":2}, {\"a\":3,\"b\":\xFF}]");
+  std::unique_ptr<JsonReader> reader;
+  ASSERT_TRUE(JsonReader::open(source, Encoding::utf8, &reader));
+  bool hasRecord = false;
+  for (const std::string_view expected : {"x", "", ""}) {
+    ASSERT_TRUE(reader->next(&hasRecord));
+    ASSERT_TRUE(hasRecord);
+    EXPECT_EQ(reader->record().fields.at(1).text, expected);
+  }
+  EXPECT_FALSE(reader->record().problem.empty());
+  EXPECT_EQ(reader->record().fields.at(0).text, "") << "of what is no JSON nothing is a value";
+}
+
 TEST(JsonReader, SoHaveObjectsOneALine) {
   EXPECT_EQ(readAll("{\"a\":1}\n{\"a\":2}\n"), "1: [1]\n2: [2]\na;");
   EXPECT_EQ(readAll("{\"a\":1}{\"a\":2}"), "1: [1]\n1: [2]\na;");

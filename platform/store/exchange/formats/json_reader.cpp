@@ -255,7 +255,11 @@ std::size_t JsonReader::indexOf(const std::string& name) {
 }
 
 void JsonReader::parseObject() {
-  for (Value& value : values_) value.form = FieldForm::missing;
+  // The values of the record before stand here still.
+  for (Value& value : values_) {
+    value.text.clear();
+    value.form = FieldForm::missing;
+  }
   if (!isWellFormed(object_)) record_.problem = "there is a byte that stands for no character";
   if (record_.problem.empty()) {
     hideSurrogates(&object_);
