@@ -251,16 +251,17 @@ void ImportDialog::tableTyped() {
 }
 
 /// Looking through the file and telling what is wrong with it have to wait until the focus has come to its
-/// place. Not on the way to the buttons that end the dialog, and not to another program.
+/// place.
 void ImportDialog::focusLeavesTable() {
-  const HWND focus = GetFocus();
-  const bool staysInDialog = focus && IsChild(window(), focus);
-  if (!staysInDialog || focus == control(IDOK) || focus == control(IDCANCEL)) return;
   PostMessageW(window(), WM_COMMAND, MAKEWPARAM(IDC_IMPORT_TABLE_LEFT, BN_CLICKED), 0);
 }
 
+/// Nothing happens on the way to the buttons that end the dialog, and to another program.
 void ImportDialog::tableLeft() {
-  takeTable();
+  const HWND focus = GetFocus();
+  const HWND table = control(IDC_IMPORT_TABLE);
+  const bool isLeft = focus && IsChild(window(), focus) && focus != table && !IsChild(table, focus);
+  if (isLeft && focus != control(IDOK) && focus != control(IDCANCEL)) takeTable();
 }
 
 void ImportDialog::tableChosen() {

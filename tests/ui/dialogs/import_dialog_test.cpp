@@ -77,7 +77,7 @@ TEST_F(ImportDialogTest, AFirstLineThatMayBeARecordIsInDoubt) {
     click(dialog, IDC_IMPORT_HEADER);
     EXPECT_FALSE(isChecked(dialog, IDC_IMPORT_HEADER));
     EXPECT_EQ(doubt(dialog), L"");
-    EXPECT_THAT(preview(dialog), ElementsAre(L"Column1|Column2", L"Ada|Paris", L"Bo|Rome"));
+    EXPECT_THAT(preview(dialog), ElementsAre(L"Field1|Field2", L"Ada|Paris", L"Bo|Rome"));
   });
   run(open("Ada,M\xFCnchen\nBo,Rome\n"),
       [](HWND dialog) { EXPECT_EQ(doubt(dialog), L"Check letters and first line!"); });
@@ -166,7 +166,6 @@ TEST_F(ImportDialogTest, ATypedTableThatIsThereIsShownBeforeItIsChanged) {
                   typeTable(dialog, L"People");
                   press(dialog, IDOK);
                   EXPECT_THAT(columns(dialog), ElementsAre(L"Name\tVarChar(20)", L"Age\tINTEGER"));
-                  EXPECT_TRUE(IsWindowVisible(dialog) || isShown(dialog));
                   press(dialog, IDOK);
                 }),
             IDOK);
@@ -180,7 +179,7 @@ TEST_F(ImportDialogTest, FromOneTableThatIsThereToAnotherToo) {
                   EXPECT_THAT(columns(dialog), ElementsAre(L"Name\tVarChar(20)", L"Age\tINTEGER"));
                   typeTable(dialog, L"Keyed");
                   press(dialog, IDOK);
-                  EXPECT_THAT(columns(dialog), ElementsAre(L"Name\tText", L"Age\t(left out)"));
+                  EXPECT_THAT(columns(dialog), ElementsAre(L"Name\tTEXT", L"Age\t(left out)"));
                 }),
             IDCANCEL);
 }
@@ -348,10 +347,7 @@ TEST_F(ImportDialogTest, TheControlsStandApartWithKeysOfTheirOwn) {
 
 TEST_F(ImportDialogTest, NothingIsLeftBehind) {
   ImportFile& import = open("Name,Age\nAda,3\n");
-  leavesNothingBehind([&] {
-    run(
-        import, [](HWND dialog) { press(dialog, IDC_IMPORT_MORE); }, [](HWND) {});
-  });
+  leavesNothingBehind([&] { run(import, [](HWND) {}); });
 }
 
 }  // namespace
