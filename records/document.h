@@ -258,6 +258,7 @@ class Document : private BusyListener {
   bool moveToCurrentRecord() { return database_.moveTo(currentRecord); }
 
  private:
+  static constexpr wchar_t kQueriesTable[] = L"QuivaneQueries";
   static constexpr wchar_t kGoneElsewhere[] = L"Another program has renamed or deleted it.";
 
   Outcome openConnection(const String& path);

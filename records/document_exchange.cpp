@@ -91,7 +91,12 @@ void Document::exportRecords() {
 /// False when the user cancels, or a query can't be read, which was told.
 bool Document::chooseExported(ExportedRecords& records) {
   NameList queries;
-  database_.listQueries(queries);
+  Outcome read;
+  database_.listQueries(queries, &read);
+  // Where nothing was kept yet there is nothing to be read.
+  if (!read && tableNames_.holds(kQueriesTable)) {
+    tellFailure(L"The queries could not be listed.", read.reason());
+  }
   const ExportSources sources(wanted_, tableNames_, queries);
   const std::optional<std::uint32_t> place = pages_.prompts.chooseSource(sources.shownNames());
   if (!place) return false;

@@ -9,8 +9,6 @@
 
 namespace {
 
-constexpr wchar_t kQueriesTable[] = L"QuivaneQueries";
-
 std::wstring notStored(const SavedQuery& query) {
   return std::wstring(L"Query '") + query.name.text() + L"' could not be stored.";
 }

@@ -1,6 +1,9 @@
 // Records between the database and other files.
+#include <algorithm>
 #include <array>
+#include <initializer_list>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "tests/automation/automation_test.h"
@@ -216,6 +219,128 @@ TEST_F(Exchange, OnlyAThousandAreTold) {
   EXPECT_EQ(rejects(import.get()).size(), 1000u);
 }
 
+TEST_F(Exchange, AllOfThemCanBeSaved) {
+  execute(connection_.get(), L"CREATE TABLE People (Name text, Age integer)");
+  std::string content = "Name,Age\n";
+  for (int i = 0; i < 1500; ++i) content += "\"a, b\",x\n";
+  const auto import = examined(content);
+  EXPECT_EQ(import->SaveRejects(text(pathOf(L"none.csv")).get()), S_OK);
+  EXPECT_EQ(contentOf(pathOf(L"none.csv")), "\xEF\xBB\xBFLine,Reason,Fields\r\n")
+      << "nothing was left out yet";
+  EXPECT_EQ(run(import.get()), (Counts{0, 0, 1500}));
+  const std::wstring list = pathOf(L"list.csv");
+  for (int times = 0; times < 2; ++times) {
+    EXPECT_EQ(import->SaveRejects(text(list).get()), S_OK);
+    const std::string saved = contentOf(list);
+    EXPECT_EQ(std::count(saved.begin(), saved.end(), '\n'), 1501);
+    EXPECT_TRUE(saved.ends_with(",\"a, b\",\"x\"\r\n")) << saved.substr(saved.size() - 100);
+  }
+  for (const wchar_t* const inUse : {L"test.cdb", L"People.csv"}) {
+    EXPECT_EQ(import->SaveRejects(text(pathOf(inUse)).get()), objectModelError(3731));
+  }
+  EXPECT_EQ(contentOf(pathOf(L"People.csv")), content);
+  EXPECT_EQ(import->SaveRejects(text(pathOf(L"no folder\\list.csv")).get()), objectModelError(3000));
+  EXPECT_EQ(import->Examine(nullptr), S_OK);
+  EXPECT_EQ(import->SaveRejects(text(list).get()), S_OK);
+  EXPECT_EQ(contentOf(list).size(), contentOf(pathOf(L"none.csv")).size())
+      << "they were those of the last run";
+}
+
+TEST_F(Exchange, TheFormatIsFoundOutOrChosen) {
+  const auto import = open("{\"a\":1}\n");
+  const auto format = [&] {
+    UniqueBstr name;
+    EXPECT_EQ(import->get_Format(name.put()), S_OK);
+    return std::wstring(name.get());
+  };
+  EXPECT_EQ(format(), L"");
+  EXPECT_EQ(import->Examine(nullptr), S_OK);
+  EXPECT_EQ(format(), L"json");
+  EXPECT_EQ(columnOf(import.get(), 0), L"a>a:Integer");
+  EXPECT_EQ(import->put_Format(text(L"csv").get()), S_OK);
+  EXPECT_EQ(format(), L"csv");
+  EXPECT_EQ(import->Examine(nullptr), S_OK);
+  EXPECT_NE(columnOf(import.get(), 0), L"a>a:Integer");
+  EXPECT_EQ(import->put_Format(text(L"xml").get()), kBadArgument);
+  EXPECT_EQ(import->put_Format(nullptr), S_OK);
+  EXPECT_EQ(import->Examine(nullptr), S_OK);
+  EXPECT_EQ(format(), L"json");
+}
+
+TEST_F(Exchange, ATextStandsForNull) {
+  const auto import = open("Name,Age\nAda,-\n\"-\",4\n");
+  UniqueBstr nullText;
+  EXPECT_EQ(import->get_NullText(nullText.put()), S_OK);
+  EXPECT_STREQ(nullText.get(), L"");
+  EXPECT_EQ(import->put_NullText(text(L"-").get()), S_OK);
+  EXPECT_EQ(import->Examine(nullptr), S_OK);
+  EXPECT_EQ(columnOf(import.get(), 1), L"Age>Age:Integer");
+  EXPECT_EQ(run(import.get()), (Counts{2, 0, 0}));
+  EXPECT_THAT(stored("SELECT quote(Name) || quote(Age) FROM People"),
+              testing::ElementsAre("'Ada'NULL", "'-'4"));
+}
+
+TEST_F(Exchange, AKeyIsChosenOrIsThePrimaryOne) {
+  SqliteFile(pathOf(L"test.cdb"))
+      .run(
+          "CREATE TABLE People (Id INTEGER PRIMARY KEY, Name TEXT, Town TEXT);"
+          "INSERT INTO People VALUES (1, 'Ada', 'Rome'); CREATE TABLE Other (Name TEXT)");
+  const auto import = open("Id,Name,Town,More\n7,Ada,Paris,x\n");
+  const auto isKey = [&](long index, HRESULT expected = S_OK) {
+    VARIANT_BOOL key = VARIANT_FALSE;
+    EXPECT_EQ(import->IsKey(index, &key), expected);
+    return key != VARIANT_FALSE;
+  };
+  isKey(0, kIllegal);
+  EXPECT_EQ(import->SetKey(0, VARIANT_TRUE), kIllegal);
+  EXPECT_EQ(import->Examine(nullptr), S_OK);
+  EXPECT_TRUE(isKey(0));
+  EXPECT_FALSE(isKey(1));
+  isKey(3, kBadArgument);
+  isKey(4, kNoItem);
+  EXPECT_EQ(import->SetKey(0, VARIANT_FALSE), S_OK);
+  EXPECT_EQ(import->SetKey(1, VARIANT_TRUE), S_OK);
+  EXPECT_EQ(import->SetKey(1, VARIANT_TRUE), S_OK);
+  EXPECT_FALSE(isKey(0));
+  EXPECT_TRUE(isKey(1));
+  EXPECT_EQ(import->put_Replaces(VARIANT_TRUE), S_OK);
+  EXPECT_EQ(import->Examine(nullptr), S_OK);
+  EXPECT_EQ(run(import.get()), (Counts{0, 1, 0}));
+  EXPECT_THAT(stored("SELECT Name || Town FROM People"), testing::ElementsAre("AdaParis"));
+  EXPECT_EQ(import->SetKey(1, VARIANT_FALSE), S_OK);
+  EXPECT_EQ(import->Examine(nullptr), S_OK);
+  EXPECT_TRUE(isKey(0)) << "without any it is the primary key again";
+  EXPECT_EQ(import->SetKey(1, VARIANT_TRUE), S_OK);
+  EXPECT_EQ(import->put_Table(text(L"Other").get()), S_OK);
+  EXPECT_EQ(import->put_Replaces(VARIANT_FALSE), S_OK);
+  EXPECT_EQ(import->Examine(nullptr), S_OK);
+  EXPECT_FALSE(isKey(1)) << "another table has a key of its own";
+}
+
+TEST_F(Exchange, WhatIsGuessedIsTold) {
+  const auto doubts = [&](IAdoceImport* import) {
+    long found = -1;
+    EXPECT_EQ(import->get_Doubts(&found), S_OK);
+    return found;
+  };
+  long none = -1;
+  EXPECT_EQ(open("a,b\n")->get_Doubts(&none), kIllegal);
+  EXPECT_EQ(doubts(examined("Name,Age\nAda,36\n").get()), 0);
+  EXPECT_EQ(doubts(examined("1,2\n3,4\n").get()), 0) << "no names";
+  EXPECT_EQ(doubts(examined("Ada,Paris\nBo,Rome\n").get()), 2);
+  EXPECT_EQ(doubts(examined("Name,Age\nB\xF6,36\n").get()), 1);
+  EXPECT_EQ(doubts(examined("Name,Town\nB\xF6,Rome\n").get()), 3);
+  EXPECT_EQ(doubts(examined("Name,Age\nB\xC3\xB6,36\n").get()), 0);
+  const auto chosen = open("Name,Town\nB\xF6,Rome\n");
+  EXPECT_EQ(chosen->put_Encoding(text(L"windows-1252").get()), S_OK);
+  EXPECT_EQ(chosen->put_Header(1), S_OK);
+  EXPECT_EQ(chosen->Examine(nullptr), S_OK);
+  EXPECT_EQ(doubts(chosen.get()), 0);
+  execute(connection_.get(), L"CREATE TABLE People (Name text, Town text)");
+  EXPECT_EQ(doubts(examined("Name,Town\nBo,Rome\n").get()), 0) << "its own names";
+  EXPECT_EQ(doubts(examined("Ada,Paris\nBo,Rome\n").get()), 2);
+}
+
 TEST_F(Exchange, ThePreviewHasTheColumnsFirst) {
   const auto import = examined("Name,Age\nAda,36\nBo\n");
   OwnedVariant texts;
@@ -357,6 +482,9 @@ TEST_F(Exchange, TheOpenFileIsNeverReplaced) {
   const std::string before = contentOf(pathOf(L"test.cdb"));
   hyper records = 0;
   EXPECT_EQ(exportRows(L"SELECT 1", kText, L"test.cdb", &records), objectModelError(3731));
+  EXPECT_EQ(connection_->put_ConnectionString(text(L"").get()), S_OK);
+  EXPECT_EQ(exportRows(L"SELECT 1", kText, L"test.cdb", &records), objectModelError(3731))
+      << "whatever the connection string names by now";
   EXPECT_EQ(contentOf(pathOf(L"test.cdb")), before);
 }
 
@@ -375,6 +503,22 @@ TEST_F(Exchange, NeitherIsItWhenTheCurrentFolderHasBecomeAnother) {
             objectModelError(3731));
   EXPECT_EQ(contentOf(pathOf(L"test.cdb")), content);
   std::filesystem::current_path(before);
+}
+
+TEST_F(Exchange, TheFormatOfANameCanBeAsked) {
+  for (const auto& [name, expected] :
+       std::initializer_list<std::pair<const wchar_t*, const wchar_t*>>{{L"C:\\a.CSV", L"csv"},
+                                                                        {L"a.json", L"json"},
+                                                                        {L"a.ndjson", L"jsonl"},
+                                                                        {L"a.htm", L"html"},
+                                                                        {L"a.sql", L"sql"},
+                                                                        {L"a.txt", L"csv"},
+                                                                        {L"", L"csv"}}) {
+    UniqueBstr format;
+    EXPECT_EQ(connection_->ExportFormat(text(name).get(), format.put()), S_OK);
+    EXPECT_STREQ(format.get(), expected);
+  }
+  EXPECT_EQ(connection_->ExportFormat(nullptr, nullptr), E_POINTER);
 }
 
 TEST_F(Exchange, AStatementThatChangesAnythingIsNotRun) {

@@ -23,13 +23,14 @@ NOT_SHOWN = {
     'All (*.cdb)\0*.cdb\0', 'Databases (*.cdb)\0*.cdb\0', 'Calender ctrl', 'Edit window', 'Form Wrapper Wnd',
     'Record List View',
     'Separated values (*.csv)\0*.csv\0JSON (*.json)\0*.json\0Web page (*.html)\0*.html\0SQL (*.sql)\0*.sql\0',
+    'Separated values (*.csv)\0*.csv\0',
     'CSV and JSON (*.csv; *.tsv; *.txt; *.json; *.jsonl)\0*.csv;*.tsv;*.txt;*.json;*.jsonl\0All files (*.*)\0*.*\0',
     'Select * from [', 'Select * from QuivaneQueries ORDER BY QueryName',
     "CREATE TABLE 'QuivaneQueries' (QueryName Text ,SQL Text)", 'Software\\MorvaleSoftware\\Pocket Shell',
 }
 # What Windows itself shows or names: the type of the file, and titles of the file dialogs.
 SYSTEM_TEXTS = {'Quivane Document', 'Quivane Pocket PC.exe', 'New Database', 'Open Database', 'Delete Database',
-                'Save Database As'}
+                'Save Database As', 'Save List'}
 # What is written for those who make the program.
 NOT_FOR_USERS = {'app/recovery/fault_report.cpp'}
 # What resource scripts name and nobody sees: a button that is hidden when its dialog opens.

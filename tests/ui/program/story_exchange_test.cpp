@@ -1,7 +1,9 @@
 // Stories of records that come from other files and go into them.
+#include <cstring>
 #include <fstream>
 #include <sstream>
 
+#include "dialogs/exchange/export_ids.h"
 #include "dialogs/exchange/import_ids.h"
 #include "resources/command_ids.h"
 #include "tests/support/exclusive_lock.h"
@@ -35,6 +37,13 @@ class ExchangeStory : public StoryTest {
     content << std::ifstream(path, std::ios::binary).rdbuf();
     return content.str();
   }
+  /// Chooses what is to be exported.
+  static void beginExport(User& user, int source) {
+    user.chooseDesktop(ID_EXPORT);
+    const HWND dialog = user.dialog(L"Export");
+    user.pick(dialog, IDC_EXPORT_SOURCES, source);
+    user.accept(dialog);
+  }
   /// The Import dialog of a file, open.
   HWND beginImport(User& user, const std::filesystem::path& file) {
     user.chooseDesktop(ID_IMPORT);
@@ -61,6 +70,18 @@ class ExchangeStory : public StoryTest {
     CloseClipboard();
     return text;
   }
+  /// False as long as another program has it open.
+  static bool putOnClipboard(const std::wstring& text) {
+    if (!OpenClipboard(nullptr)) return false;
+    EmptyClipboard();
+    const std::size_t length = (text.size() + 1) * sizeof(wchar_t);
+    const HGLOBAL memory = GlobalAlloc(GMEM_MOVEABLE, length);
+    std::memcpy(GlobalLock(memory), text.c_str(), length);
+    GlobalUnlock(memory);
+    const bool isPut = SetClipboardData(CF_UNICODETEXT, memory) != nullptr;
+    CloseClipboard();
+    return isPut;
+  }
   std::vector<std::wstring> columns(HWND dialog) const {
     return entries(GetDlgItem(dialog, IDC_IMPORT_COLUMNS));
   }
@@ -79,9 +100,9 @@ class ExchangeStory : public StoryTest {
 
 TEST_P(ExchangeStory, ATableIsExportedAndImportedAgain) {
   User& user = start();
-  user.chooseDesktop(ID_EXPORT);
+  beginExport(user, 0);
   user.chooseFile(file("people.csv"));
-  user.answer(L"Quivane", L"1 record exported to\n" + file("people.csv").wstring(), IDOK);
+  user.answer(L"Quivane", L"1 record exported as CSV to\n" + file("people.csv").wstring(), IDOK);
   EXPECT_EQ(contentOf(file("people.csv")), "\xEF\xBB\xBFName,Age\r\nAda,36\r\n");
   const HWND import = beginImport(user, file("people.csv"));
   EXPECT_THAT(columns(import), ElementsAre(L"Name\tVarChar(20)", L"Age\tINTEGER"));
@@ -142,9 +163,9 @@ TEST_P(ExchangeStory, WhatIsTypedIsStoredFirst) {
   User& user = start();
   user.showPage(kFormPage);
   user.fillEditor(kFirstTextEditorId, L"Grace");
-  user.chooseDesktop(ID_EXPORT);
+  beginExport(user, 0);
   user.chooseFile(file("people.json"));
-  user.answer(L"Quivane", L"1 record exported to\n" + file("people.json").wstring(), IDOK);
+  user.answer(L"Quivane", L"1 record exported as JSON to\n" + file("people.json").wstring(), IDOK);
   EXPECT_THAT(contentOf(file("people.json")), HasSubstr("Grace"));
   end();
 }
@@ -181,6 +202,85 @@ TEST_P(ExchangeStory, ARowIsCopiedAndPastedAsATable) {
   user.answer(L"Quivane", L"Table 'Pasted': 1 record added.", IDOK);
   end();
   EXPECT_THAT(stored("SELECT count(*) FROM Pasted"), ElementsAre("1"));
+}
+
+TEST_P(ExchangeStory, AnotherTableThanTheOneInUseIsExported) {
+  runStatements(path(), {L"CREATE TABLE Towns (Name Text)", L"INSERT INTO Towns VALUES ('Rome')"});
+  User& user = start();
+  beginExport(user, 1);
+  user.chooseFile(file("towns.html"));
+  user.answer(L"Quivane", L"1 record exported as HTML to\n" + file("towns.html").wstring(), IDOK);
+  EXPECT_THAT(contentOf(file("towns.html")), HasSubstr("Rome"));
+  end();
+}
+
+TEST_P(ExchangeStory, WhatWasLeftOutIsSavedAsAList) {
+  User& user = start();
+  const HWND import = beginImport(user, write("Name,Age\nBo,old\nCy,3\n", "people.csv"));
+  user.press(import, IDC_IMPORT_KEEP_GOOD);
+  user.accept(import);
+  const HWND result = user.dialog(L"Import");
+  user.press(result, IDC_IMPORT_SAVE);
+  user.chooseFile(file("left out.csv"));
+  user.answer(L"Quivane", L"The list was saved in\n" + file("left out.csv").wstring(), IDOK);
+  user.accept(result);
+  EXPECT_THAT(contentOf(file("left out.csv")), HasSubstr("2,\"Age: \"\"old\"\" "));
+  EXPECT_THAT(contentOf(file("left out.csv")), testing::EndsWith(",\"Bo\",\"old\"\r\n"));
+  end();
+}
+
+TEST_P(ExchangeStory, ATypedTableIsShownBeforeItIsChanged) {
+  User& user = start();
+  const HWND import = beginImport(user, write("Name,Age\nBo,1\n"));
+  user.fill(import, IDC_IMPORT_TABLE, L"People");
+  user.press(import, IDC_IMPORT_KEEP_GOOD);
+  EXPECT_TRUE(remote::waitUntil([&] {
+    return columns(import) == std::vector<std::wstring>{L"Name\tVarChar(20)", L"Age\tINTEGER"};
+  }));
+  user.accept(import);
+  user.answer(L"Quivane", L"Table 'People': 1 record added.", IDOK);
+  end();
+  EXPECT_THAT(stored("SELECT Name FROM People"), ElementsAre("Ada", "Bo"));
+}
+
+TEST_P(ExchangeStory, ManyPastedLinesKeepTheirCommas) {
+  ASSERT_TRUE(remote::waitUntil([] { return putOnClipboard(L"Rossi, Bo\t1\r\nDoe, \"\"Cy\"\"\t2\r\n"); }));
+  User& user = start();
+  user.chooseDesktop(ID_TABLE_PASTE);
+  const HWND import = importDialog(user);
+  EXPECT_THAT(columns(import), testing::SizeIs(2));
+  user.accept(import);
+  user.answer(L"Quivane", L"Table 'Pasted': 2 records added.", IDOK);
+  end();
+  EXPECT_THAT(stored("SELECT * FROM Pasted"), testing::SizeIs(2));
+}
+
+TEST_P(ExchangeStory, OnePastedRowIsARecordEvenIfItsValuesAreWords) {
+  ASSERT_TRUE(remote::waitUntil([] { return putOnClipboard(L"Ada\tParis\r\n"); }));
+  User& user = start();
+  user.chooseDesktop(ID_TABLE_PASTE);
+  user.accept(importDialog(user));
+  user.answer(L"Quivane", L"Table 'Pasted': 1 record added.", IDOK);
+  end();
+  EXPECT_THAT(stored("SELECT Field1 || Field2 FROM Pasted"), ElementsAre("AdaParis"));
+}
+
+TEST_P(ExchangeStory, BehindAnotherProgramsLockNothingIsImportedAndTheDialogComesBack) {
+  User& user = start();
+  HWND import = beginImport(user, write("Name,Age\nBo,1\n", "people.csv"));
+  {
+    const auto lock = lockExclusively(path().wstring());
+    ASSERT_TRUE(lock->isHeld());
+    user.accept(import);
+    const HWND box = user.dialog(L"Quivane");
+    EXPECT_THAT(remote::messageBoxText(box), testing::StartsWith(L"The file could not be imported.\n"));
+    user.accept(box);
+  }
+  import = importDialog(user);
+  user.accept(import);
+  user.answer(L"Quivane", L"Table 'people': 1 record added.", IDOK);
+  end();
+  EXPECT_THAT(stored("SELECT Name FROM People"), ElementsAre("Ada", "Bo"));
 }
 
 TELL_WITH_BOTH_HANDS(ExchangeStory);
