@@ -140,16 +140,21 @@ bool Document::runImport(ImportFile& file, bool keepsGood, ImportCounts& counts)
   const std::uint32_t position = shown_.isEmpty() ? currentRecord : shown_.position();
   closeRecords();
   const Outcome stored = file.run(keepsGood, counts);
+  if (stored) {
+    readTables();
+  } else {
+    tellFailure(L"The file could not be imported.", stored.reason());
+    // What kept the file out may keep the tables from being listed, too.
+    database_.listTables(tableNames_);
+  }
   showEverythingAnew(file.table());
   standAgainAt(position);
-  if (!stored) tellFailure(L"The file could not be imported.", stored.reason());
   return static_cast<bool>(stored);
 }
 
 /// The catalogue and the records may have become others. The page stays; on the Tables page the table is
 /// chosen.
 void Document::showEverythingAnew(const String& table) {
-  readTables();
   const ViewMode mode = viewMode_;
   if (mode == ViewMode::tables) {
     fillTables(Positioning::byName, table);

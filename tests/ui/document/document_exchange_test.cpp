@@ -3,6 +3,7 @@
 #include <sstream>
 
 #include "resources/command_ids.h"
+#include "tests/support/exclusive_lock.h"
 #include "tests/ui/document/document_fixture.h"
 
 using testing::Contains;
@@ -274,6 +275,19 @@ TEST_F(DocumentExchangeTest, AnImportThatAnotherProgramKeepsOutIsToldAndChangesN
   ASSERT_EQ(messages().size(), 1u);
   EXPECT_THAT(messages()[0].text, StartsWith(L"The file could not be imported.\n"));
   EXPECT_THAT(window().tables->items, ElementsAre(L"Second", L"Empty"));
+}
+
+TEST_F(DocumentExchangeTest, BehindALockOneMessageSaysWhyNothingWasImported) {
+  open();
+  const auto import = openImport(write("a\n40\n"), L"First One");
+  window().prompts.goesOnBusy = [](Progress::What) { return false; };
+  const auto lock = lockExclusively(path().wstring());
+  ASSERT_TRUE(lock->isHeld());
+  ImportCounts counts;
+  EXPECT_FALSE(document().runImport(*import, false, counts));
+  EXPECT_THAT(window().prompts.takeTexts(),
+              ElementsAre(L"The file could not be imported.\nAnother program is using the database."));
+  EXPECT_THAT(window().tables->items, ElementsAre(L"First One", L"Second", L"Empty"));
 }
 
 TEST_F(DocumentExchangeTest, TheUserStopsAnImportAndNothingIsStored) {
