@@ -70,6 +70,18 @@ class ExchangeStory : public StoryTest {
     CloseClipboard();
     return text;
   }
+  /// The line that tells how far it is, once it begins so.
+  HWND awaitProgress(const wchar_t* beginning) {
+    HWND line = nullptr;
+    remote::waitUntil([&] {
+      line = nullptr;
+      while ((line = FindWindowExW(nullptr, line, L"Static", nullptr)) != nullptr) {
+        if (remote::processOf(line) == programId() && remote::text(line).starts_with(beginning)) break;
+      }
+      return line != nullptr;
+    });
+    return line;
+  }
   /// False as long as another program has it open.
   static bool putOnClipboard(const std::wstring& text) {
     if (!OpenClipboard(nullptr)) return false;
@@ -281,6 +293,23 @@ TEST_P(ExchangeStory, BehindAnotherProgramsLockNothingIsImportedAndTheDialogCome
   user.answer(L"Quivane", L"Table 'people': 1 record added.", IDOK);
   end();
   EXPECT_THAT(stored("SELECT Name FROM People"), ElementsAre("Ada", "Bo"));
+}
+
+TEST_P(ExchangeStory, EscStopsAnImportAndTheDialogComesBack) {
+  std::string content = "Name,Age\n";
+  for (int i = 0; i < 4'000'000; ++i) content += "Bo,1\n";
+  User& user = start();
+  HWND import = beginImport(user, write(content, "people.csv"));
+  user.accept(import);
+  const HWND line = awaitProgress(L"The file is imported: ");
+  ASSERT_TRUE(line);
+  PostMessageW(user.main(), WM_KEYDOWN, VK_ESCAPE, 0);
+  user.answer(L"Quivane", L"The file could not be imported.\nThe import was cancelled. Nothing was changed.",
+              IDOK);
+  import = importDialog(user);
+  user.leave(import);
+  end();
+  EXPECT_THAT(stored("SELECT Name FROM People"), ElementsAre("Ada"));
 }
 
 TELL_WITH_BOTH_HANDS(ExchangeStory);
