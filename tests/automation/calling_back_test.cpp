@@ -1,42 +1,25 @@
+#include <utility>
+
 #include "tests/automation/automation_test.h"
+#include "tests/automation/script_function.h"
 
 namespace automationtest {
 namespace {
 
-/// A script's object which, when it is asked for its default property, closes a recordset and then gives a
-/// value. Lives as long as its test.
-class ClosingObject final : public IDispatch {
+/// A script's object which, when it is asked for its value, closes a recordset and then gives one.
+class ClosingObject final : public ScriptFunction {
  public:
   ClosingObject(IAdoceRecordset* recordset, OwnedVariant value)
-      : recordset_(recordset), value_(std::move(value)) {}
-  virtual ~ClosingObject() = default;
+      : ScriptFunction([this, recordset](const DISPPARAMS&) {
+          EXPECT_EQ(recordset->Close(), S_OK);
+          return std::move(value_);
+        }),
+        value_(std::move(value)) {}
 
-  OwnedVariant asVariant() { return variant(static_cast<IDispatch*>(this)); }
-  bool wasAsked() const { return asked_; }
-
-  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID interfaceId, void** object) override {
-    const bool known = interfaceId == IID_IUnknown || interfaceId == IID_IDispatch;
-    *object = known ? this : nullptr;
-    return known ? S_OK : E_NOINTERFACE;
-  }
-  ULONG STDMETHODCALLTYPE AddRef() override { return 1; }
-  ULONG STDMETHODCALLTYPE Release() override { return 1; }
-  HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT*) override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override {
-    return E_NOTIMPL;
-  }
-  HRESULT STDMETHODCALLTYPE Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT* result, EXCEPINFO*,
-                                   UINT*) override {
-    asked_ = true;
-    EXPECT_EQ(recordset_->Close(), S_OK);
-    return VariantCopy(result, value_.get());
-  }
+  bool wasAsked() const { return callCount() > 0; }
 
  private:
-  IAdoceRecordset* recordset_;
   OwnedVariant value_;
-  bool asked_ = false;
 };
 
 /// Each call asks an object for its value in the middle of its work.

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "tests/automation/automation_test.h"
+#include "tests/automation/script_function.h"
 #include "tests/automation/sqlite_file.h"
 
 namespace automationtest {
@@ -19,6 +20,11 @@ constexpr HRESULT kCannotOpen = objectModelError(3002);
 constexpr long kAllOrNothing = 0;
 constexpr long kGoodRecords = 1;
 
+// What a question is told that is going on.
+constexpr long kLooking = 0;
+constexpr long kStoring = 1;
+constexpr long kWriting = 2;
+
 struct Counts {
   hyper added = -1;
   hyper replaced = -1;
@@ -27,40 +33,39 @@ struct Counts {
 };
 
 /// Stops what asks, and notes with what.
-class Stopper final : public IDispatch {
+class Stopper final : public ScriptFunction {
  public:
-  explicit Stopper(IAdoceConnection* busy = nullptr) : used_(busy) {}
-  virtual ~Stopper() = default;
+  explicit Stopper(IAdoceConnection* busy = nullptr)
+      : ScriptFunction([this, busy](const DISPPARAMS& arguments) {
+          note(arguments);
+          if (busy) used.push_back(execute(busy, L"SELECT 1"));
+          OwnedVariant stops;
+          V_VT(stops.get()) = VT_BOOL;
+          V_BOOL(stops.get()) = VARIANT_TRUE;
+          return stops;
+        }) {}
 
-  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID interfaceId, void** object) override {
-    const bool known = interfaceId == IID_IUnknown || interfaceId == IID_IDispatch;
-    *object = known ? this : nullptr;
-    return known ? S_OK : E_NOINTERFACE;
-  }
-  ULONG STDMETHODCALLTYPE AddRef() override { return 2; }
-  ULONG STDMETHODCALLTYPE Release() override { return 1; }
-  HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT*) override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override {
-    return E_NOTIMPL;
-  }
-  HRESULT STDMETHODCALLTYPE Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS* arguments, VARIANT* result,
-                                   EXCEPINFO*, UINT*) override {
-    EXPECT_EQ(arguments->cArgs, 3u);
-    EXPECT_EQ(V_VT(&arguments->rgvarg[2]), VT_I4);
-    what.push_back(V_I4(&arguments->rgvarg[2]));
-    EXPECT_LE(V_R8(&arguments->rgvarg[1]), V_R8(&arguments->rgvarg[0]) + 1e9);
-    if (used_) used.push_back(execute(used_, L"SELECT 1"));
-    V_VT(result) = VT_BOOL;
-    V_BOOL(result) = VARIANT_TRUE;
-    return S_OK;
-  }
-
-  std::vector<long> what;     // NOLINT(misc-non-private-member-variables-in-classes)
-  std::vector<HRESULT> used;  // NOLINT(misc-non-private-member-variables-in-classes)
+  // NOLINTBEGIN(misc-non-private-member-variables-in-classes): the tests read them
+  std::vector<long> what;
+  double total = -1;
+  std::vector<HRESULT> used;  // what the busy connection has answered
+                              // NOLINTEND(misc-non-private-member-variables-in-classes)
 
  private:
-  IAdoceConnection* used_;
+  /// The last argument comes first.
+  void note(const DISPPARAMS& arguments) {
+    ASSERT_EQ(arguments.cArgs, 3u);
+    ASSERT_EQ(V_VT(&arguments.rgvarg[2]), VT_I4);
+    ASSERT_EQ(V_VT(&arguments.rgvarg[1]), VT_R8);
+    ASSERT_EQ(V_VT(&arguments.rgvarg[0]), VT_R8);
+    what.push_back(V_I4(&arguments.rgvarg[2]));
+    total = V_R8(&arguments.rgvarg[0]);
+    EXPECT_GE(V_R8(&arguments.rgvarg[1]), 0);
+    // How many records there are to be written nobody knows beforehand.
+    if (what.back() != kWriting) {
+      EXPECT_LE(V_R8(&arguments.rgvarg[1]), total);
+    }
+  }
 };
 
 class Exchange : public AutomationTest {
@@ -164,7 +169,7 @@ TEST_F(Exchange, WhatWasChosenOfAColumnStaysForAnotherTable) {
   EXPECT_EQ(columnOf(import.get(), 0), L"Name>:Text");
   EXPECT_EQ(columnOf(import.get(), 1), L"Age>Age:Text");
   EXPECT_EQ(columnOf(import.get(), 2), L"Zip>Zip:Integer");
-  execute(connection_.get(), L"CREATE TABLE There (Age integer, Zip integer)");
+  ASSERT_EQ(execute(connection_.get(), L"CREATE TABLE There (Age integer, Zip integer)"), S_OK);
   EXPECT_EQ(import->put_Table(text(L"There").get()), S_OK);
   EXPECT_EQ(import->Examine(nullptr), S_OK);
   EXPECT_EQ(columnOf(import.get(), 1), L"Age>Age:INTEGER") << "its types rule";
@@ -178,7 +183,7 @@ TEST_F(Exchange, WithoutAnyColumnNothingIsStored) {
 }
 
 TEST_F(Exchange, WhatATableHasNoPlaceForIsLeftOut) {
-  execute(connection_.get(), L"CREATE TABLE People (Name varchar(20))");
+  ASSERT_EQ(execute(connection_.get(), L"CREATE TABLE People (Name varchar(20))"), S_OK);
   const auto import = examined("Name,Age\nAda,36\n");
   EXPECT_EQ(columnOf(import.get(), 1), L"Age>:");
   EXPECT_EQ(import->SetColumn(1, text(L"Integer").get()), kBadArgument);
@@ -199,7 +204,7 @@ TEST_F(Exchange, RecordsAreReplacedByTheirKey) {
 }
 
 TEST_F(Exchange, WhatCannotBeTakenIsToldByItsLine) {
-  execute(connection_.get(), L"CREATE TABLE People (Name text, Age integer)");
+  ASSERT_EQ(execute(connection_.get(), L"CREATE TABLE People (Name text, Age integer)"), S_OK);
   const auto import = examined("Name,Age\nAda,36\nBo,old\n\"C\nD\",1\nE,2,3\n");
   EXPECT_EQ(run(import.get()), (Counts{0, 0, 2}));
   EXPECT_THAT(stored("SELECT Name FROM People"), testing::IsEmpty());
@@ -211,7 +216,7 @@ TEST_F(Exchange, WhatCannotBeTakenIsToldByItsLine) {
 }
 
 TEST_F(Exchange, OnlyAThousandAreTold) {
-  execute(connection_.get(), L"CREATE TABLE People (Age integer)");
+  ASSERT_EQ(execute(connection_.get(), L"CREATE TABLE People (Age integer)"), S_OK);
   std::string content = "Age\n";
   for (int i = 0; i < 1500; ++i) content += "x\n";
   const auto import = examined(content);
@@ -364,6 +369,9 @@ TEST_F(Exchange, ThePreviewHasTheColumnsFirst) {
   EXPECT_EQ(at(1, 1), L"");
   OwnedVariant none;
   EXPECT_EQ(import->Preview(-3, none.get()), S_OK);
+  ASSERT_EQ(V_VT(none.get()), VT_ARRAY | VT_BSTR);
+  SafeArrayGetUBound(V_ARRAY(none.get()), 2, &last);
+  EXPECT_EQ(last, -1) << "no record";
 }
 
 TEST_F(Exchange, ChoicesAreChecked) {
@@ -416,13 +424,15 @@ TEST_F(Exchange, AStoppedImportHasChangedNothing) {
   const auto import = open(content);
   Stopper looking;
   EXPECT_EQ(import->Examine(&looking), kIllegal);
-  EXPECT_THAT(looking.what, testing::ElementsAre(0));
+  EXPECT_THAT(looking.what, testing::ElementsAre(kLooking));
+  EXPECT_EQ(looking.total, static_cast<double>(content.size()));
   EXPECT_EQ(import->Examine(nullptr), S_OK);
   Stopper storing(connection_.get());
   Counts counts;
   EXPECT_EQ(import->Run(kAllOrNothing, &storing, &counts.added, &counts.replaced, &counts.leftOut), kIllegal);
   EXPECT_EQ(counts, Counts());
-  EXPECT_THAT(storing.what, testing::ElementsAre(1));
+  EXPECT_THAT(storing.what, testing::ElementsAre(kStoring));
+  EXPECT_EQ(storing.total, static_cast<double>(content.size()));
   EXPECT_THAT(storing.used, testing::ElementsAre(kIllegal)) << "it is in the midst of something";
   EXPECT_THAT(tables(), testing::IsEmpty());
   EXPECT_EQ(run(import.get()).added, 5000);
@@ -470,7 +480,7 @@ TEST_F(Exchange, AFileIsReplacedOnlyWhenAllIsWritten) {
           L"WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 9000) SELECT i FROM n",
           kText, L"t.csv", &records, &stopper),
       kIllegal);
-  EXPECT_THAT(stopper.what, testing::ElementsAre(2));
+  EXPECT_THAT(stopper.what, testing::ElementsAre(kWriting));
   EXPECT_EQ(contentOf(pathOf(L"t.csv")), "what was there");
   EXPECT_EQ(exportRows(L"SELECT 1 AS A", kText, L"t.csv", &records), S_OK);
   EXPECT_EQ(contentOf(pathOf(L"t.csv")),

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "tests/automation/automation_test.h"
+#include "tests/automation/script_function.h"
 #include "tests/support/exclusive_lock.h"
 
 namespace automationtest {
@@ -19,46 +20,26 @@ constexpr long kWaiting = 1;
 constexpr wchar_t kEndless[] =
     L"WITH RECURSIVE s(n) AS (SELECT 1 UNION ALL SELECT n + 1 FROM s) SELECT count(*) FROM s, T";
 
-/// A script's function.
-class Question final : public IDispatch {
+/// A script's function that the database asks while it takes its time.
+class Question final : public ScriptFunction {
  public:
   using Answer = std::function<OwnedVariant(int asked)>;
-  explicit Question(Answer answer) : answer_(std::move(answer)) {}
-  virtual ~Question() = default;
+  explicit Question(Answer answer)
+      : ScriptFunction([this](const DISPPARAMS& arguments) {
+          EXPECT_EQ(1u, arguments.cArgs);
+          EXPECT_EQ(VT_I4, V_VT(&arguments.rgvarg[0]));
+          EXPECT_EQ(expected_, V_I4(&arguments.rgvarg[0]));
+          return answer_(callCount());
+        }),
+        answer_(std::move(answer)) {}
 
-  int asked() const { return asked_; }
-  long references() const { return references_; }
+  int asked() const { return callCount(); }
   /// What the database is to say that it takes its time with.
   void expect(long busy) { expected_ = busy; }
 
-  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID interfaceId, void** object) override {
-    const bool known = interfaceId == IID_IUnknown || interfaceId == IID_IDispatch;
-    *object = known ? this : nullptr;
-    if (known) AddRef();
-    return known ? S_OK : E_NOINTERFACE;
-  }
-  ULONG STDMETHODCALLTYPE AddRef() override { return static_cast<ULONG>(++references_); }
-  ULONG STDMETHODCALLTYPE Release() override { return static_cast<ULONG>(--references_); }
-  HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT*) override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override {
-    return E_NOTIMPL;
-  }
-  HRESULT STDMETHODCALLTYPE Invoke(DISPID member, REFIID, LCID, WORD, DISPPARAMS* arguments, VARIANT* result,
-                                   EXCEPINFO*, UINT*) override {
-    EXPECT_EQ(DISPID_VALUE, member);
-    EXPECT_EQ(1u, arguments->cArgs);
-    EXPECT_EQ(VT_I4, V_VT(&arguments->rgvarg[0]));
-    EXPECT_EQ(expected_, V_I4(&arguments->rgvarg[0]));
-    *result = answer_(++asked_).release();
-    return S_OK;
-  }
-
  private:
   Answer answer_;
-  int asked_ = 0;
   long expected_ = kWorking;
-  long references_ = 1;
 };
 
 class StopTest : public AutomationTest {
