@@ -2,7 +2,9 @@
 // means of Linux, where the system allows that.
 #include <cerrno>
 #include <cstring>
+#include <fstream>
 #include <sched.h>
+#include <string>
 #include <sys/mount.h>
 #include <unistd.h>
 
@@ -13,13 +15,32 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// In a name space of this process, where nobody else sees the mount and where it ends with the process at
-/// the latest. Ordinary users need a name space of users as well.
+bool writeLine(const char* path, const std::string& line) {
+  std::ofstream file(path);
+  return static_cast<bool>(file << line << std::flush);
+}
+
+/// A name space of this process, where nobody else sees what it mounts and where that ends with the process
+/// at the latest. Ordinary users need a name space of users as well, in which they stay who they are.
+bool leaveNameSpaces() {
+  const uid_t user = geteuid();
+  const gid_t group = getegid();
+  if (unshare(CLONE_NEWNS | (user == 0 ? 0 : CLONE_NEWUSER)) != 0) return false;
+  if (user != 0) {
+    const auto itself = [](unsigned number) {
+      return std::to_string(number) + " " + std::to_string(number) + " 1";
+    };
+    if (!writeLine("/proc/self/setgroups", "deny") || !writeLine("/proc/self/uid_map", itself(user)) ||
+        !writeLine("/proc/self/gid_map", itself(group)))
+      return false;
+  }
+  return mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0;
+}
+
 bool mountSmallDisk(const fs::path& folder) {
-  const int names = CLONE_NEWNS | (geteuid() == 0 ? 0 : CLONE_NEWUSER);
-  if (unshare(names) != 0) return false;
-  if (mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0) return false;
-  return mount("tmpfs", folder.c_str(), "tmpfs", 0, "size=1m") == 0;
+  // Who has left them once stays outside; in the new ones it can't be done again.
+  static const bool hasLeft = leaveNameSpaces();
+  return hasLeft && mount("tmpfs", folder.c_str(), "tmpfs", 0, "size=1m") == 0;
 }
 
 class FullDiskTest : public testing::TestWithParam<const char*> {
