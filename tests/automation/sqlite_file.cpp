@@ -5,11 +5,16 @@
 #include "gtest/gtest.h"
 
 namespace automationtest {
+namespace {
+
+constexpr int kPatience = 5000;
+
+}  // namespace
 
 SqliteFile::SqliteFile(const std::wstring& path) {
   const std::u8string name = std::filesystem::path(path).u8string();
   EXPECT_EQ(sqlite3_open(reinterpret_cast<const char*>(name.c_str()), &connection_), SQLITE_OK);
-  sqlite3_busy_timeout(connection_, 5000);
+  sqlite3_busy_timeout(connection_, kPatience);
   // What the tests put into place need not survive the machine.
   run("PRAGMA synchronous=OFF");
 }
@@ -23,6 +28,13 @@ void SqliteFile::run(const std::string& sql) {
   EXPECT_EQ(sqlite3_exec(connection_, sql.c_str(), nullptr, nullptr, &message), SQLITE_OK)
       << (message != nullptr ? message : "") << " in " << sql;
   sqlite3_free(message);
+}
+
+bool SqliteFile::tryRun(const std::string& sql, int patience) {
+  sqlite3_busy_timeout(connection_, patience);
+  const bool hasRun = sqlite3_exec(connection_, sql.c_str(), nullptr, nullptr, nullptr) == SQLITE_OK;
+  sqlite3_busy_timeout(connection_, kPatience);
+  return hasRun;
 }
 
 std::vector<std::string> SqliteFile::column(const std::string& sql) {

@@ -17,6 +17,9 @@ class SqliteFile {
 
   /// Runs statements; a failure fails the running test.
   void run(const std::string& sql);
+  /// Runs statements that may fail, as when the file is in use for longer than so many milliseconds. Whether
+  /// all have run.
+  bool tryRun(const std::string& sql, int patience);
   /// The first column of all rows. Ask for quote(column) to see kind and value of each.
   std::vector<std::string> column(const std::string& sql);
 
