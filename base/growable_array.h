@@ -27,7 +27,6 @@ class GrowableArray {
   ~GrowableArray() = default;
 
   std::uint32_t size() const noexcept { return size_; }
-  std::uint32_t capacity() const noexcept { return capacity_; }
   std::uint32_t growthStep() const noexcept { return growthStep_; }
 
   /// `index` is below size().

@@ -222,8 +222,7 @@ TEST_F(HandlesTest, TheFieldHandleIsOneAndForgetsItsFieldAtClose) {
   addField(L"a", 3, Variant::fromLong(1));
   addField(L"b", 3, Variant::fromLong(2));
   FieldHandle& first = recordset.field(0);
-  FieldHandle& second = recordset.field(1);
-  EXPECT_EQ(&first, &second);
+  recordset.field(1);
   EXPECT_STREQ(first.name().text(), L"b");
   recordset.close();
   EXPECT_STREQ(first.name().text(), L"");
