@@ -106,22 +106,27 @@ HWND topWindow(DWORD processId) {
 }
 
 double secondsToStart(const std::wstring& commandLine) {
-  double seconds = 0;
   const auto begin = std::chrono::steady_clock::now();
   const Program program(commandLine);
   waitFor([&] { return answers(topWindow(program.id())); }, "no window appears");
-  seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
-  return seconds;
+  return std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
 }
 
-/// The most memory of its own that the program has had, in MB.
-double peakMemory(DWORD processId) {
+struct Memory {
+  double now;   ///< in MB
+  double peak;  ///< the most that it has been
+};
+
+/// What the program has in the machine's memory. Of what it has for itself Wine tells no peak: what it calls
+/// that of another process is what that has at present.
+Memory memoryOf(DWORD processId) {
   const HANDLE process = OpenProcess(PROCESS_QUERY_INFORMATION | PROCESS_VM_READ, FALSE, processId);
   PROCESS_MEMORY_COUNTERS counters{};
   const bool isRead = process && GetProcessMemoryInfo(process, &counters, sizeof counters);
   CloseHandle(process);
   require(isRead, "the memory of the program can't be read");
-  return static_cast<double>(counters.PeakPagefileUsage) / 1e6;
+  return {static_cast<double>(counters.WorkingSetSize) / 1e6,
+          static_cast<double>(counters.PeakWorkingSetSize) / 1e6};
 }
 
 double medianOf(std::vector<double> values) {
@@ -141,7 +146,7 @@ void report(const char* name, const std::vector<double>& ours, const std::vector
   isOver = isOver || ratio > limit;
 }
 
-/// The program with a database and the Form page of its first table.
+/// The program with a database, its tables shown.
 class OpenProgram {
  public:
   OpenProgram(const std::wstring& program, const std::wstring& database)
@@ -221,7 +226,7 @@ HWND openFind(OpenProgram& program) {
 void measureFind(const std::wstring& program, const std::wstring& database, const std::string& bareDatabase) {
   OpenProgram open(program, database);
   const HWND dialog = openFind(open);
-  const double memoryBefore = peakMemory(open.id());
+  const double memoryBefore = memoryOf(open.id()).now;
   bench::BareDatabase bare(bareDatabase);
   for (const bench::BareSearch& search : bench::bareSearches()) {
     setBox(dialog, IDC_FIND_MATCH_CASE, search.matchCase);
@@ -234,7 +239,7 @@ void measureFind(const std::wstring& program, const std::wstring& database, cons
     }
     report(search.name.c_str(), ours, theirs, search.limit);
   }
-  const double more = peakMemory(open.id()) - memoryBefore;
+  const double more = memoryOf(open.id()).peak - memoryBefore;
   std::printf("  %-30s %10.1f MB   (at most %.0f)%s\n", "memory more while it searches", more, kMostMemory,
               more <= kMostMemory ? "" : "   OVER THE LIMIT");
   isOver = isOver || more > kMostMemory;
