@@ -62,7 +62,10 @@ OwnedVariant shownInteger(std::int64_t number, const FieldType& type) {
       // Among them the columns of 64 bits, which have no VARIANT that every program understands.
       if (type.isTyped) return variantOf(std::to_string(number));
       break;
-    default:
+    case TypeCode::integer:
+    case TypeCode::date:
+    case TypeCode::varBinary:
+    case TypeCode::longVarBinary:
       break;
   }
   return naturalInteger(number);

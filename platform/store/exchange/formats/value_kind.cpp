@@ -44,11 +44,12 @@ ValueKind kindOf(std::string_view declaredType) {
     case TypeCode::varBinary:
     case TypeCode::longVarBinary:
       return ValueKind::bytes;
-    default:
-      if (affinity == Affinity::integer) return ValueKind::integer;
-      return affinity == Affinity::text || affinity == Affinity::none ? ValueKind::text
-                                                                      : ValueKind::numericText;
+    case TypeCode::varWChar:
+    case TypeCode::longVarWChar:
+      break;
   }
+  if (affinity == Affinity::integer) return ValueKind::integer;
+  return affinity == Affinity::text || affinity == Affinity::none ? ValueKind::text : ValueKind::numericText;
 }
 
 }  // namespace store::exchange
