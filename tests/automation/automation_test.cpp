@@ -4,9 +4,6 @@
 
 #include <objbase.h>
 
-#include <fstream>
-#include <iterator>
-
 #include "tests/automation/second_process.h"
 
 namespace automationtest {
@@ -222,18 +219,6 @@ std::wstring AutomationTest::makeDatabase(const std::wstring& name) {
 
 ComPtr<IAdoceConnection> AutomationTest::openNewDatabase(const std::wstring& name) {
   return connectTo(makeDatabase(name));
-}
-
-std::string contentOf(const std::wstring& path) {
-  std::ifstream file(std::filesystem::path(path), std::ios::binary);
-  EXPECT_TRUE(file.is_open());
-  return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-}
-
-void writeFile(const std::wstring& path, const std::string& content) {
-  std::ofstream file(std::filesystem::path(path), std::ios::binary | std::ios::trunc);
-  file.write(content.data(), static_cast<std::streamsize>(content.size()));
-  EXPECT_TRUE(file.good());
 }
 
 }  // namespace automationtest

@@ -16,6 +16,8 @@
 
 namespace automationtest {
 using automation::OwnedVariant;
+using testsupport::contentOf;
+using testsupport::writeFile;
 
 /// 0x800A0000 + number, a failure of the components' object model.
 constexpr HRESULT objectModelError(unsigned number) {
@@ -97,9 +99,5 @@ class AutomationTest : public testing::Test {
 
   testsupport::TempFolder folder_;
 };
-
-/// The bytes of a file.
-std::string contentOf(const std::wstring& path);
-void writeFile(const std::wstring& path, const std::string& content);
 
 }  // namespace automationtest

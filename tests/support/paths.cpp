@@ -1,6 +1,8 @@
 #include "tests/support/paths.h"
 
 #include <atomic>
+#include <fstream>
+#include <iterator>
 #include <string>
 #include <system_error>
 
@@ -56,6 +58,18 @@ TempFolder::~TempFolder() {
 
 fs::path TempFolder::file(std::string_view name) const {
   return path_ / std::u8string(name.begin(), name.end());
+}
+
+std::string contentOf(const fs::path& path) {
+  std::ifstream file(path, std::ios::binary);
+  EXPECT_TRUE(file.is_open()) << path;
+  return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+}
+
+void writeFile(const fs::path& path, std::string_view content) {
+  std::ofstream file(path, std::ios::binary | std::ios::trunc);
+  file.write(content.data(), static_cast<std::streamsize>(content.size()));
+  EXPECT_TRUE(file.good()) << path;
 }
 
 }  // namespace testsupport

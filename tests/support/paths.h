@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <string>
 #include <string_view>
 
 namespace testsupport {
@@ -31,5 +32,10 @@ class TempFolder {
  private:
   std::filesystem::path path_;
 };
+
+/// The bytes of a file. One that can't be read fails the running test.
+std::string contentOf(const std::filesystem::path& path);
+/// Makes or replaces a file; a failure fails the running test.
+void writeFile(const std::filesystem::path& path, std::string_view content);
 
 }  // namespace testsupport

@@ -1,6 +1,4 @@
 // The result of an import that left records out, and the choice of what is exported.
-#include <sstream>
-
 #include "dialogs/exchange/export_dialog.h"
 #include "dialogs/exchange/export_ids.h"
 #include "dialogs/exchange/import_result.h"
@@ -10,12 +8,6 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 
 namespace {
-
-std::string contentOf(const std::filesystem::path& path) {
-  std::ostringstream content;
-  content << std::ifstream(path, std::ios::binary).rdbuf();
-  return content.str();
-}
 
 void expectOrder(HWND dialog) {
   const std::multiset<wchar_t> keys = accessKeys(dialog);
@@ -76,7 +68,7 @@ TEST_F(ImportResultTest, TheListIsSavedWithTheFieldsAsTheyWere) {
                 ElementsAre(message(dialog, L"The list was saved in\n" + file("list.csv").wstring())));
   });
   EXPECT_EQ(
-      contentOf(file("list.csv")),
+      testsupport::contentOf(file("list.csv")),
       "\xEF\xBB\xBFLine,Reason,Fields\r\n"
       "3,\"Age: \"\"old\"\" is no whole number that the column holds\",\"B\xC3\xB6 \"\"x\"\"\",\"old\"\r\n"
       "4,\"there are 1 fields instead of 2\",\"Cy\"\r\n");
@@ -94,7 +86,7 @@ TEST_F(ImportResultTest, TheListHasThoseTooThatAreNotShown) {
     press(dialog, IDC_IMPORT_SAVE);
     press(dialog, IDC_IMPORT_SAVE);
   });
-  const std::string saved = contentOf(file("list.csv"));
+  const std::string saved = testsupport::contentOf(file("list.csv"));
   EXPECT_EQ(std::count(saved.begin(), saved.end(), '\n'), 1501);
 }
 
@@ -110,7 +102,7 @@ TEST_F(ImportResultTest, NeitherTheDatabaseNorTheImportedFileIsReplaced) {
                                    L" is in use and is not replaced.");
     });
   }
-  EXPECT_EQ(contentOf(file("guests.csv")), "Name,Age\nBo,old\n");
+  EXPECT_EQ(testsupport::contentOf(file("guests.csv")), "Name,Age\nBo,old\n");
 }
 
 TEST_F(ImportResultTest, WhoChoosesNoFileHasSavedNothing) {

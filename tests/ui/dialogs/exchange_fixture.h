@@ -5,7 +5,6 @@
 #include <commctrl.h>
 
 #include <filesystem>
-#include <fstream>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -45,7 +44,7 @@ class ExchangeDialogTest : public DialogTest {
   }
 
   std::filesystem::path write(const std::string& content, std::string_view name = "guests.csv") {
-    std::ofstream(folder_.file(name), std::ios::binary) << content;
+    testsupport::writeFile(folder_.file(name), content);
     return folder_.file(name);
   }
   std::filesystem::path file(std::string_view name) const { return folder_.file(name); }

@@ -1,7 +1,4 @@
 // Records between the open database and other files.
-#include <fstream>
-#include <sstream>
-
 #include "resources/command_ids.h"
 #include "tests/support/exclusive_lock.h"
 #include "tests/ui/document/document_fixture.h"
@@ -18,13 +15,8 @@ class DocumentExchangeTest : public DocumentTest {
  protected:
   void choose(const std::filesystem::path& chosen) { window().prompts.file = String(chosen.c_str()); }
   std::filesystem::path write(const std::string& content, std::string_view name = "more.csv") {
-    std::ofstream(file(name), std::ios::binary) << content;
+    testsupport::writeFile(file(name), content);
     return file(name);
-  }
-  static std::string contentOf(const std::filesystem::path& path) {
-    std::ostringstream content;
-    content << std::ifstream(path, std::ios::binary).rdbuf();
-    return content.str();
   }
   std::unique_ptr<ImportFile> openImport(const std::filesystem::path& path, const wchar_t* table) {
     std::unique_ptr<ImportFile> import = document().openImport(path.c_str());
@@ -55,7 +47,7 @@ TEST_F(DocumentExchangeTest, TheTableInUseIsExported) {
   open();
   choose(file("out.csv"));
   document().exportRecords();
-  EXPECT_EQ(contentOf(file("out.csv")),
+  EXPECT_EQ(testsupport::contentOf(file("out.csv")),
             "\xEF\xBB\xBF"
             "a\r\n10\r\n20\r\n30\r\n");
   ASSERT_EQ(messages().size(), 1u);
@@ -70,8 +62,8 @@ TEST_F(DocumentExchangeTest, TheQueryInUseIsExported) {
   document().openQuerySelection(0);
   choose(file("out.json"));
   document().exportRecords();
-  EXPECT_THAT(contentOf(file("out.json")), HasSubstr("{\"a\":20}"));
-  EXPECT_THAT(contentOf(file("out.json")), testing::Not(HasSubstr("{\"a\":10}")));
+  EXPECT_THAT(testsupport::contentOf(file("out.json")), HasSubstr("{\"a\":20}"));
+  EXPECT_THAT(testsupport::contentOf(file("out.json")), testing::Not(HasSubstr("{\"a\":10}")));
 }
 
 TEST_F(DocumentExchangeTest, AnyTableOrQueryCanBeExportedTheOneInUseFirst) {
@@ -82,12 +74,12 @@ TEST_F(DocumentExchangeTest, AnyTableOrQueryCanBeExportedTheOneInUseFirst) {
   document().exportRecords();
   EXPECT_THAT(window().prompts.offered, ElementsAre(L"First One (in use)", L"Second", L"Empty",
                                                     L"QuivaneQueries", L"big (query)", L"wrong (query)"));
-  EXPECT_EQ(contentOf(file("out.jsonl")), "");
+  EXPECT_EQ(testsupport::contentOf(file("out.jsonl")), "");
   ASSERT_EQ(messages().size(), 1u);
   EXPECT_THAT(messages()[0].text, StartsWith(L"0 records exported as JSON, a record a line, to\n"));
   window().prompts.source = 4;
   document().exportRecords();
-  EXPECT_EQ(contentOf(file("out.jsonl")), "{\"a\":20}\n{\"a\":30}\n");
+  EXPECT_EQ(testsupport::contentOf(file("out.jsonl")), "{\"a\":20}\n{\"a\":30}\n");
 }
 
 TEST_F(DocumentExchangeTest, TheQueryInUseIsOfferedOnce) {
@@ -125,7 +117,7 @@ TEST_F(DocumentExchangeTest, WhatIsTypedIsStoredBeforeItIsExported) {
   window().form.fields.front().content = L"11";
   choose(file("out.csv"));
   document().exportRecords();
-  EXPECT_EQ(contentOf(file("out.csv")),
+  EXPECT_EQ(testsupport::contentOf(file("out.csv")),
             "\xEF\xBB\xBF"
             "a\r\n11\r\n20\r\n30\r\n");
 }

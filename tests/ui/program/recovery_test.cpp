@@ -9,8 +9,6 @@
 #include <cstring>
 #include <exception>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <optional>
 #include <stdexcept>
 #include <string>
@@ -29,22 +27,21 @@
 namespace fs = std::filesystem;
 using testing::HasSubstr;
 using testing::Not;
+using testsupport::contentOf;
 
 namespace {
 
-std::string bytesOf(const fs::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-}
-
 std::wstring wideTextOf(const fs::path& path) {
-  const std::string bytes = bytesOf(path);
+  const std::string bytes = contentOf(path);
   std::wstring text(bytes.size() / sizeof(wchar_t), L'\0');
   std::memcpy(text.data(), bytes.data(), text.size() * sizeof(wchar_t));
   return text;
 }
 
 // ---- The watch by itself, in a process of its own that ends in the way that its name says
+
+/// What Catches ends with, so that one that never ran isn't taken for one that left nothing.
+constexpr int kCaught = 17;
 
 constexpr wchar_t kFolderVariable[] = L"QUIVANE_TEST_FAULT_FOLDER";
 
@@ -97,26 +94,28 @@ TEST_F(EndsByFault, DISABLED_Catches) {
   try {
     throw std::runtime_error("caught");
   } catch (const std::exception&) {
+    std::exit(kCaught);
   }
 }
 
 class FaultWatchTest : public UiTest, public testing::WithParamInterface<const char*> {
  protected:
-  DWORD endBy(const std::string& name) {
+  /// The victim's exit code. None when it didn't end in time.
+  std::optional<DWORD> endBy(const std::string& name) {
     SetEnvironmentVariableW(kFolderVariable, file("").c_str());
     const RunningProgram victim(
         testsupport::programPath(),
         L"--gtest_filter=EndsByFault.DISABLED_" + std::wstring(name.begin(), name.end()) +
             L" --gtest_also_run_disabled_tests --gtest_brief=1 --gtest_catch_exceptions=0");
-    return victim.exitCode().value_or(0xFFFF);
+    return victim.exitCode();
   }
   RecoveryFiles files() const { return filesIn(file("")); }
 };
 
 TEST_P(FaultWatchTest, LeavesWhatWasTypedAndWhereItHappened) {
-  endBy(GetParam());
+  ASSERT_TRUE(endBy(GetParam()));
   EXPECT_EQ(wideTextOf(files().typed), L"\xFEFFtyped last");
-  const std::string report = bytesOf(files().fault);
+  const std::string report = contentOf(files().fault);
   EXPECT_THAT(report, HasSubstr("Quivane was ended by a fault."));
   EXPECT_THAT(report, HasSubstr("Fault: "));
   EXPECT_THAT(report, HasSubstr("recovery_tests.exe + ")) << "the functions that were under way";
@@ -130,14 +129,14 @@ INSTANTIATE_TEST_SUITE_P(, FaultWatchTest,
 using OneFaultTest = FaultWatchTest;
 
 TEST_F(OneFaultTest, AnExceptionThatIsCaughtLeavesNothing) {
-  endBy("Catches");
+  ASSERT_EQ(endBy("Catches"), kCaught);
   EXPECT_FALSE(fs::exists(files().typed));
   EXPECT_FALSE(fs::exists(files().fault));
 }
 
 TEST_F(OneFaultTest, WhatAnEarlierEndHasLeftIsKept) {
-  endBy("Access");
-  endBy("Abort");
+  ASSERT_TRUE(endBy("Access"));
+  ASSERT_TRUE(endBy("Abort"));
   EXPECT_EQ(wideTextOf(files().typed), L"\xFEFFtyped last\r\ntyped last");
 }
 
@@ -207,7 +206,7 @@ TEST_F(RecoveryTest, WhatStoodOnTheFormIsOfferedAtTheNextStart) {
   EXPECT_THAT(typed, HasSubstr(L"Name:\r\nGrace Hopper"));
   EXPECT_THAT(typed, HasSubstr(path_.wstring() + L", People, 1"));
   EXPECT_THAT(typed, Not(HasSubstr(L"Town"))) << "only what was typed";
-  const std::string report = bytesOf(faultFile());
+  const std::string report = contentOf(faultFile());
   EXPECT_THAT(report, HasSubstr("Quivane Pocket PC.exe + "));
   EXPECT_THAT(report, Not(HasSubstr("Grace")));
   EXPECT_THAT(report, Not(HasSubstr("secret")));
@@ -232,7 +231,7 @@ TEST_F(RecoveryTest, WhatStoodOnTheFormIsOfferedAtTheNextStart) {
 }
 
 TEST_F(RecoveryTest, WhatCantBeReadOrThrownAwayIsToldAndKept) {
-  std::ofstream(typedFile(), std::ios::binary) << "x";
+  testsupport::writeFile(typedFile(), "x");
   const UniqueFile held(CreateFileW(typedFile().c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING,
                                     FILE_ATTRIBUTE_NORMAL, nullptr));
   ASSERT_TRUE(held);
