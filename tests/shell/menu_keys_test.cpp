@@ -8,6 +8,7 @@
 #include "platform/pocketshell/shell_settings.h"
 #include "tests/shell/shell_fixture.h"
 #include "tests/shell/shell_resources.h"
+#include "tests/shell/shell_settings.h"
 
 namespace {
 
@@ -34,7 +35,6 @@ TEST(MenuKeyEffectTest, LeavesByEscapeAltAndF10) {
 
 /// What stands for the first item of the desktop menu, which is the submenu of the zooms.
 constexpr UINT kDesktopMenu = static_cast<UINT>(-1);
-constexpr UINT kFirstZoom = 0xE010;
 
 /// A window with a menu bar and an edit control that has the keyboard. Each popup that opens gets the
 /// next keys.
@@ -94,7 +94,7 @@ TEST_F(MenuKeysTest, RightWalksFromPopupToPopupRoundTheEnd) {
   keys_ = {{VK_RIGHT}, {VK_RIGHT}, {VK_RIGHT}, {VK_RIGHT}, {VK_RIGHT}, {VK_RETURN}};
   pressAltAnd(L'f');
   pump();
-  EXPECT_EQ(opened_, (std::vector<UINT>{ID_NEW, ID_UNDO, ID_DELETE, kDesktopMenu, kFirstZoom, ID_NEW}));
+  EXPECT_EQ(opened_, (std::vector<UINT>{ID_NEW, ID_UNDO, ID_DELETE, kDesktopMenu, kZoom100, ID_NEW}));
   EXPECT_EQ(commandCount(ID_NEW), 1);
 }
 

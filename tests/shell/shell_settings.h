@@ -9,6 +9,11 @@
 
 inline constexpr wchar_t kShellSettings[] = L"Software\\MorvaleSoftware\\Pocket Shell";
 
+/// The entries of the window's menu that set the zoom.
+inline constexpr WPARAM kZoom100 = 0xE010;
+inline constexpr WPARAM kZoom150 = 0xE020;
+inline constexpr WPARAM kZoom200 = 0xE030;
+
 /// As on the handheld, the panel comes when a program asks for it.
 inline constexpr DWORD kPanelAlways = 1;
 inline constexpr DWORD kPanelNever = 2;

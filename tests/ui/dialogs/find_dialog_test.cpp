@@ -90,8 +90,9 @@ class FindDialogTest : public DialogTest {
 
   // NOLINTBEGIN(misc-non-private-member-variables-in-classes): the tests set and read them
   FindState state;
-  std::function<void()> onSearch = [] {};  // what a search does
-                                           // NOLINTEND(misc-non-private-member-variables-in-classes)
+  /// What a search does.
+  std::function<void()> onSearch = [] {};
+  // NOLINTEND(misc-non-private-member-variables-in-classes)
 
  private:
   int searches_ = 0;

@@ -224,7 +224,6 @@ TEST_F(QueryDialogTest, AHundredOpeningsLeaveNothingBehind) {
   leavesNothingBehind([&] { show([&](HWND window) { press(window, IDCANCEL); }); });
 }
 
-}  // namespace
 // ---- What can't be shown
 
 TEST_F(QueryDialogTest, AStatementThatCantBeShownAsItIsStaysWhatItIs) {
@@ -255,4 +254,5 @@ TEST_F(QueryDialogTest, ALongLineIsBrokenAndComesBackWhole) {
   EXPECT_EQ(dialog.sql.text(), sql);
 }
 
+}  // namespace
 }  // namespace querytest

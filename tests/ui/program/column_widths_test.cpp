@@ -83,9 +83,9 @@ TEST_F(ColumnWidthsTest, AtAnotherZoomTheyAreTheSameInHandheldPixels) {
   const HWND grid = opened.showRecords(0);
   ASSERT_NE(grid, nullptr);
   drag(grid, 1, 40);
-  SendMessageW(opened.main(), WM_SYSCOMMAND, 0xE030, 0);
+  SendMessageW(opened.main(), WM_SYSCOMMAND, kZoom200, 0);
   EXPECT_THAT(widths(grid), ElementsAre(150, 230, 150));
-  SendMessageW(opened.main(), WM_SYSCOMMAND, 0xE010, 0);
+  SendMessageW(opened.main(), WM_SYSCOMMAND, kZoom100, 0);
   EXPECT_THAT(widths(grid), ElementsAre(75, 115, 75));
   EXPECT_EQ(remote::close(opened.main()), 0u);
 }
@@ -96,9 +96,10 @@ TEST_F(ColumnWidthsTest, WhatNobodyChangedIsNotKept) {
   ASSERT_NE(opened.showRecords(0), nullptr);
   sendCommand(opened.main(), kNextColumn);
   EXPECT_EQ(remote::close(opened.main()), 0u);
-  HKEY key = nullptr;
   const std::wstring path = std::wstring(SettingsStore::kRoot) + L"\\ColumnWidths";
-  EXPECT_NE(RegOpenKeyExW(HKEY_CURRENT_USER, path.c_str(), 0, KEY_READ, &key), ERROR_SUCCESS);
+  DWORD size = 0;
+  EXPECT_EQ(RegGetValueW(HKEY_CURRENT_USER, path.c_str(), nullptr, RRF_RT_ANY, nullptr, nullptr, &size),
+            ERROR_FILE_NOT_FOUND);
 }
 
 TEST_F(ColumnWidthsTest, ADoubleClickOnTheEdgeFitsWhatIsInView) {

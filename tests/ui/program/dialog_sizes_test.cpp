@@ -53,18 +53,12 @@ class DialogSizesTest : public UiTest {
     EXPECT_TRUE(remote::waitForMain(main));
   }
 
-  static RECT place(HWND window, HWND parent) {
-    RECT rectangle{};
-    GetWindowRect(window, &rectangle);
-    MapWindowPoints(nullptr, parent, reinterpret_cast<POINT*>(&rectangle), 2);
-    return rectangle;
-  }
   static std::map<int, RECT> places(HWND dialog, const Moves& moves) {
     std::map<int, RECT> all;
     for (const auto& [id, move] : moves) {
       const HWND control = remote::control(dialog, id);
       EXPECT_NE(control, nullptr) << id;
-      all[id] = place(control, dialog);
+      all[id] = remote::placeIn(control, dialog);
     }
     return all;
   }
@@ -131,7 +125,7 @@ TEST_F(DialogSizesTest, AQueryGivesTheRoomToItsText) {
   ASSERT_TRUE(remote::switchToPage(opened.main(), OpenedDatabase::kQueriesPage));
   const HWND dialog = open(opened.main(), 40078, L"Query");
   ASSERT_NE(dialog, nullptr);
-  const RECT sql = place(remote::control(dialog, 1050), dialog);
+  const RECT sql = remote::placeIn(remote::control(dialog, 1050), dialog);
   EXPECT_EQ(sql.bottom - sql.top, 140);
   EXPECT_EQ(sql.right - sql.left, 234);
   SendMessageW(remote::control(dialog, 1050), WM_SETTEXT, 0, reinterpret_cast<LPARAM>(L"SELECT a"));
@@ -154,20 +148,20 @@ TEST_F(DialogSizesTest, TheOptionsGiveTheRoomToTheListOfColours) {
   ASSERT_NE(sheet, nullptr);
   ASSERT_TRUE(remote::turnSheet(sheet, 3));
   const Moves moves = {{1063, kGoesDown}, {1064, kGoesDown}, {1065, kGoesDown}, {IDOK, kGoesAlong}};
-  const RECT list = place(remote::control(sheet, 1062), sheet);
+  const RECT list = remote::placeIn(remote::control(sheet, 1062), sheet);
   expectFollows(opened.main(), sheet, moves);
   size(opened.main(), kLarger);
-  const RECT larger = place(remote::control(sheet, 1062), sheet);
+  const RECT larger = remote::placeIn(remote::control(sheet, 1062), sheet);
   EXPECT_EQ(larger.right - list.right, kWider);
   // The list shows whole lines.
   EXPECT_GT(larger.bottom - list.bottom, kHigher - 20);
   EXPECT_LE(larger.bottom - list.bottom, kHigher);
-  const RECT page = place(GetParent(remote::control(sheet, 1062)), sheet);
+  const RECT page = remote::placeIn(GetParent(remote::control(sheet, 1062)), sheet);
   EXPECT_EQ(page.right, kLarger.cx);
   EXPECT_EQ(page.bottom, kLarger.cy - 48);
   ASSERT_TRUE(remote::turnSheet(sheet, 0));
   const HWND general = GetParent(remote::control(sheet, 1046));
-  const RECT other = place(general, sheet);
+  const RECT other = remote::placeIn(general, sheet);
   EXPECT_TRUE(EqualRect(&page, &other)) << "a page that was not shown yet";
   leave(opened.main(), sheet);
 }
@@ -185,7 +179,7 @@ TEST_F(DialogSizesTest, TheZoomOfAFieldGrowsByWhatTheWindowHasMore) {
     ASSERT_TRUE(remote::waitForDialog(opened.main(), L"a"));
     const HWND dialog = remote::frontWindow(opened.main());
     found.push_back(places(dialog, moves));
-    const RECT over = place(dialog, opened.main());
+    const RECT over = remote::placeIn(dialog, opened.main());
     EXPECT_GE(over.left, 0);
     EXPECT_LE(over.right, inside.cx);
     EXPECT_LE(over.bottom, inside.cy);

@@ -9,6 +9,7 @@
 #include "base/settings_store.h"
 #include "base/settings_table.h"
 #include "resources/command_ids.h"
+#include "tests/shell/shell_settings.h"
 #include "tests/ui/remote/remote_dialog.h"
 #include "tests/ui/support/ui_test.h"
 
@@ -16,7 +17,6 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr wchar_t kShell[] = L"Software\\MorvaleSoftware\\Pocket Shell";
 constexpr const wchar_t* kShellValues[] = {L"Zoom", L"InputPanel", L"Size"};
 
 struct Spoilt {
@@ -41,15 +41,12 @@ class HostileSettingsTest : public UiTest, public testing::WithParamInterface<Sp
   }
   void TearDown() override {
     forget();
-    // The tests of this program share their settings, and the others use the handheld's size.
-    constexpr DWORD kHandhelds = 1;
-    EXPECT_EQ(RegSetKeyValueW(HKEY_CURRENT_USER, kShell, L"Size", REG_DWORD, &kHandhelds, sizeof(kHandhelds)),
-              ERROR_SUCCESS);
+    forgetShellSettings();
   }
 
   static void forget() {
     RegDeleteTreeW(HKEY_CURRENT_USER, SettingsStore::kRoot);
-    RegDeleteTreeW(HKEY_CURRENT_USER, kShell);
+    RegDeleteTreeW(HKEY_CURRENT_USER, kShellSettings);
   }
   static std::wstring pathOf(const SettingRow& row) {
     return std::wstring(SettingsStore::kRoot) + L"\\" + row.subkey;
@@ -83,7 +80,7 @@ TEST_P(HostileSettingsTest, TheProgramStartsAndMendsThem) {
               ERROR_SUCCESS);
   };
   for (const SettingRow& row : settings::kTable) spoil(pathOf(row), row.name);
-  for (const wchar_t* name : kShellValues) spoil(kShell, name);
+  for (const wchar_t* name : kShellValues) spoil(kShellSettings, name);
   ASSERT_NO_FATAL_FAILURE(useAll(RunningProgram(quoted(database()))));
   String last;
   EXPECT_TRUE(SettingsStore::read(Setting::lastDatabase, last));
@@ -105,7 +102,7 @@ TEST_F(HostileNumbersTest, NumbersOutOfTheirRangeAreHarmless) {
         SettingsStore::writeDword(row.subkey, row.name, number);
     }
     for (const wchar_t* name : kShellValues)
-      RegSetKeyValueW(HKEY_CURRENT_USER, kShell, name, REG_DWORD, &number, sizeof(number));
+      RegSetKeyValueW(HKEY_CURRENT_USER, kShellSettings, name, REG_DWORD, &number, sizeof(number));
     ASSERT_NO_FATAL_FAILURE(useAll(RunningProgram(quoted(database())))) << number;
   }
 }

@@ -392,7 +392,7 @@ void LongWalkTest::changeZoom() {
     WPARAM command;
     int zoom;
   };
-  constexpr Entry kEntries[] = {{0xE010, 100}, {0xE010, 100}, {0xE020, 150}, {0xE030, 200}};
+  constexpr Entry kEntries[] = {{kZoom100, 100}, {kZoom100, 100}, {kZoom150, 150}, {kZoom200, 200}};
   const Entry& entry = kEntries[below(ARRAYSIZE(kEntries))];
   SendMessageW(main_, WM_SYSCOMMAND, entry.command, 0);
   RECT place{};

@@ -7,6 +7,7 @@
 #include "base/options.h"
 #include "base/settings_store.h"
 #include "owners/handles.h"
+#include "tests/shell/shell_settings.h"
 #include "tests/ui/support/ui_test.h"
 
 using testing::ElementsAre;
@@ -104,9 +105,7 @@ TEST_F(TablesPageTest, NoScrollBarAcrossStaysAfterAZoomAndBack) {
     return GetWindowLongW(opened.tables(), GWL_STYLE) & (WS_HSCROLL | WS_VSCROLL);
   };
   EXPECT_EQ(scrollBars(), WS_VSCROLL);
-  constexpr WPARAM kTwofold = 0xE030;
-  constexpr WPARAM kOnce = 0xE010;
-  for (const WPARAM zoom : {kTwofold, kOnce}) {
+  for (const WPARAM zoom : {kZoom200, kZoom100}) {
     SendMessageW(opened.main(), WM_SYSCOMMAND, zoom, 0);
     EXPECT_EQ(scrollBars() & WS_HSCROLL, 0) << std::hex << zoom;
   }

@@ -44,14 +44,6 @@ class PanelTest : public UiTest {
     ASSERT_NE(button, nullptr);
     SendMessageW(button, WM_LBUTTONDOWN, MK_LBUTTON, 0);
   }
-
-  /// Left, top, right and bottom in the main window.
-  static std::vector<LONG> place(HWND window, HWND main) {
-    RECT rectangle{};
-    GetWindowRect(window, &rectangle);
-    MapWindowPoints(nullptr, main, reinterpret_cast<POINT*>(&rectangle), 2);
-    return {rectangle.left, rectangle.top, rectangle.right, rectangle.bottom};
-  }
 };
 
 TEST_F(PanelTest, EveryPageEndsAboveThePanel) {

@@ -18,7 +18,6 @@ namespace fs = std::filesystem;
 constexpr wchar_t kCompany[] = L"Software\\MorvaleSoftware";
 constexpr wchar_t kShell[] = L"Software\\MorvaleSoftware\\Pocket Shell";
 // The choice of 150 per cent in the window's system menu.
-constexpr WPARAM kZoom150 = 0xE020;
 
 class PortableTest : public UiTest {
  protected:

@@ -1,7 +1,5 @@
 // Stories of records that come from other files and go into them.
 #include <cstring>
-#include <fstream>
-#include <sstream>
 
 #include "dialogs/exchange/export_ids.h"
 #include "dialogs/exchange/import_ids.h"
@@ -29,13 +27,8 @@ class ExchangeStory : public StoryTest {
   }
 
   std::filesystem::path write(const std::string& content, std::string_view name = "guests.csv") {
-    std::ofstream(file(name), std::ios::binary) << content;
+    testsupport::writeFile(file(name), content);
     return file(name);
-  }
-  static std::string contentOf(const std::filesystem::path& path) {
-    std::ostringstream content;
-    content << std::ifstream(path, std::ios::binary).rdbuf();
-    return content.str();
   }
   /// Chooses what is to be exported.
   static void beginExport(User& user, int source) {
@@ -54,7 +47,7 @@ class ExchangeStory : public StoryTest {
     HWND found = nullptr;
     // The file dialog has the same title.
     EXPECT_TRUE(remote::waitUntil([&] {
-      found = remote::dialog(programId(), L"Import");
+      found = remote::dialog(program().processId(), L"Import");
       return found != nullptr && GetDlgItem(found, IDC_IMPORT_COLUMNS) != nullptr;
     }));
     return user.dialog(L"Import");
@@ -76,7 +69,8 @@ class ExchangeStory : public StoryTest {
     remote::waitUntil([&] {
       line = nullptr;
       while ((line = FindWindowExW(nullptr, line, L"Static", nullptr)) != nullptr) {
-        if (remote::processOf(line) == programId() && remote::text(line).starts_with(beginning)) break;
+        if (remote::processOf(line) == program().processId() && remote::text(line).starts_with(beginning))
+          break;
       }
       return line != nullptr;
     });
@@ -107,7 +101,6 @@ class ExchangeStory : public StoryTest {
     }
     return all;
   }
-  DWORD programId() const { return const_cast<ExchangeStory*>(this)->program().processId(); }
 };
 
 TEST_P(ExchangeStory, ATableIsExportedAndImportedAgain) {
@@ -115,7 +108,7 @@ TEST_P(ExchangeStory, ATableIsExportedAndImportedAgain) {
   beginExport(user, 0);
   user.chooseFile(file("people.csv"));
   user.answer(L"Quivane", L"1 record exported as CSV to\n" + file("people.csv").wstring(), IDOK);
-  EXPECT_EQ(contentOf(file("people.csv")), "\xEF\xBB\xBFName,Age\r\nAda,36\r\n");
+  EXPECT_EQ(testsupport::contentOf(file("people.csv")), "\xEF\xBB\xBFName,Age\r\nAda,36\r\n");
   const HWND import = beginImport(user, file("people.csv"));
   EXPECT_THAT(columns(import), ElementsAre(L"Name\tVarChar(20)", L"Age\tINTEGER"));
   user.accept(import);
@@ -178,7 +171,7 @@ TEST_P(ExchangeStory, WhatIsTypedIsStoredFirst) {
   beginExport(user, 0);
   user.chooseFile(file("people.json"));
   user.answer(L"Quivane", L"1 record exported as JSON to\n" + file("people.json").wstring(), IDOK);
-  EXPECT_THAT(contentOf(file("people.json")), HasSubstr("Grace"));
+  EXPECT_THAT(testsupport::contentOf(file("people.json")), HasSubstr("Grace"));
   end();
 }
 
@@ -222,7 +215,7 @@ TEST_P(ExchangeStory, AnotherTableThanTheOneInUseIsExported) {
   beginExport(user, 1);
   user.chooseFile(file("towns.html"));
   user.answer(L"Quivane", L"1 record exported as HTML to\n" + file("towns.html").wstring(), IDOK);
-  EXPECT_THAT(contentOf(file("towns.html")), HasSubstr("Rome"));
+  EXPECT_THAT(testsupport::contentOf(file("towns.html")), HasSubstr("Rome"));
   end();
 }
 
@@ -236,8 +229,8 @@ TEST_P(ExchangeStory, WhatWasLeftOutIsSavedAsAList) {
   user.chooseFile(file("left out.csv"));
   user.answer(L"Quivane", L"The list was saved in\n" + file("left out.csv").wstring(), IDOK);
   user.accept(result);
-  EXPECT_THAT(contentOf(file("left out.csv")), HasSubstr("2,\"Age: \"\"old\"\" "));
-  EXPECT_THAT(contentOf(file("left out.csv")), testing::EndsWith(",\"Bo\",\"old\"\r\n"));
+  EXPECT_THAT(testsupport::contentOf(file("left out.csv")), HasSubstr("2,\"Age: \"\"old\"\" "));
+  EXPECT_THAT(testsupport::contentOf(file("left out.csv")), testing::EndsWith(",\"Bo\",\"old\"\r\n"));
   end();
 }
 

@@ -17,14 +17,6 @@ constexpr int kForm = 6;
 constexpr int kRebar = 1000;
 constexpr int kFirstTextEditor = 1200;
 
-/// Left, top, right and bottom in another window.
-std::vector<LONG> place(HWND window, HWND parent) {
-  RECT rectangle{};
-  GetWindowRect(window, &rectangle);
-  MapWindowPoints(nullptr, parent, reinterpret_cast<POINT*>(&rectangle), 2);
-  return {rectangle.left, rectangle.top, rectangle.right, rectangle.bottom};
-}
-
 class WindowTest : public UiTest {};
 
 TEST_F(WindowTest, EveryPageLiesInItsPlace) {

@@ -52,14 +52,6 @@ class SizesTest : public UiTest {
 
   static void size(HWND window, SIZE inside) { EXPECT_TRUE(remote::sizeInside(window, inside)); }
 
-  /// Left, top, right and bottom in another window.
-  static std::vector<LONG> place(HWND window, HWND parent) {
-    RECT rectangle{};
-    GetWindowRect(window, &rectangle);
-    MapWindowPoints(nullptr, parent, reinterpret_cast<POINT*>(&rectangle), 2);
-    return {rectangle.left, rectangle.top, rectangle.right, rectangle.bottom};
-  }
-
   static std::vector<int> shownEditors(HWND main) {
     std::vector<int> shown;
     for (int i = 0; i < kFieldCount; ++i) {
@@ -71,11 +63,6 @@ class SizesTest : public UiTest {
     std::vector<int> all;
     for (int i = first; i < end; ++i) all.push_back(i);
     return all;
-  }
-  static HWND focusOf(HWND main) {
-    GUITHREADINFO info{};
-    info.cbSize = sizeof(info);
-    return GetGUIThreadInfo(GetWindowThreadProcessId(main, nullptr), &info) ? info.hwndFocus : nullptr;
   }
   static std::vector<std::wstring> firstTitles(int count) {
     std::vector<std::wstring> titles;
@@ -200,18 +187,18 @@ TEST_F(SizesTest, TheFormKeepsTheFieldWithTheKeyboardAndWhatIsTyped) {
   const HWND editor = remote::control(main, kFirstTextEditor + 13);
   SendMessageW(editor, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(2, 2));
   SendMessageW(editor, WM_LBUTTONUP, 0, MAKELPARAM(2, 2));
-  ASSERT_EQ(focusOf(main), editor);
+  ASSERT_EQ(remote::focus(main), editor);
   SendMessageW(editor, EM_SETSEL, 3, 3);
   SendMessageW(editor, WM_CHAR, L'x', 1);
   ASSERT_EQ(remote::text(editor), L"v13x");
 
   size(main, kHandheld);
   EXPECT_EQ(shownEditors(main), numbers(9, 18)) << "none of another page";
-  EXPECT_EQ(focusOf(main), editor);
+  EXPECT_EQ(remote::focus(main), editor);
   EXPECT_EQ(remote::text(editor), L"v13x");
   size(main, {240, 294 + 28 * 40});
   EXPECT_EQ(shownEditors(main), numbers(0, kFieldCount));
-  EXPECT_EQ(focusOf(main), editor);
+  EXPECT_EQ(remote::focus(main), editor);
   EXPECT_EQ(remote::text(editor), L"v13x");
 
   size(main, kHandheld);
@@ -325,7 +312,6 @@ TEST_F(SizesTest, TheZoomOfAMaximisedWindowChangesWhatFits) {
   RECT client{};
   GetClientRect(main, &client);
   ASSERT_EQ(shownEditors(main).size(), static_cast<std::size_t>((client.bottom - 25) / 28));
-  constexpr WPARAM kZoom200 = 0xE030;
   SendMessageW(main, WM_SYSCOMMAND, kZoom200, 0);
   RECT after{};
   GetClientRect(main, &after);

@@ -343,6 +343,13 @@ bool sizeInside(HWND window, SIZE inside) {
   return GetClientRect(window, &client) && client.right == inside.cx && client.bottom == inside.cy;
 }
 
+RECT placeIn(HWND window, HWND parent) {
+  RECT rectangle{};
+  GetWindowRect(window, &rectangle);
+  MapWindowPoints(nullptr, parent, reinterpret_cast<POINT*>(&rectangle), 2);
+  return rectangle;
+}
+
 std::wstring text(HWND window) {
   std::wstring content(static_cast<std::size_t>(SendMessageW(window, WM_GETTEXTLENGTH, 0, 0)) + 1, L'\0');
   content.resize(static_cast<std::size_t>(SendMessageW(

@@ -112,6 +112,8 @@ HWND shownControl(HWND window, int id);
 /// Gives a window so many of the monitor's pixels inside. It has laid itself out when this returns. False
 /// when it has another size then.
 bool sizeInside(HWND window, SIZE inside);
+/// Where a window is in another one.
+RECT placeIn(HWND window, HWND parent);
 /// The text of a window or control.
 std::wstring text(HWND window);
 /// Where a button is in a toolbar; none when it can't be had.

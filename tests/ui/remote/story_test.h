@@ -45,6 +45,7 @@ class StoryTest : public UiTest, public testing::WithParamInterface<User::Hand> 
     ASSERT_NE(SendMessageTimeoutW(user_->main(), WM_NULL, 0, 0, SMTO_NORMAL, kPatience, &result), 0);
   }
   RunningProgram& program() { return *program_; }
+  const RunningProgram& program() const { return *program_; }
 
   /// Leaves the program by its menu; it ends without an error, and the file is whole.
   void end() {

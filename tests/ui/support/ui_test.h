@@ -63,6 +63,12 @@ inline std::vector<std::wstring> rowTexts(HWND grid, int row) {
   return texts;
 }
 
+/// Left, top, right and bottom of a window in another.
+inline std::vector<LONG> place(HWND window, HWND parent) {
+  const RECT in = remote::placeIn(window, parent);
+  return {in.left, in.top, in.right, in.bottom};
+}
+
 /// Sends a command as a menu item would.
 inline void sendCommand(HWND main, WORD id) {
   SendMessageW(main, WM_COMMAND, id, 0);
