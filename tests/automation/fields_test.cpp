@@ -311,14 +311,15 @@ std::wstring separatedOf(IAdoceRecordset* recordset, long index) {
 TEST_F(Fields, AValueIsGivenWholeAsAFieldOfSeparatedValues) {
   const ComPtr<IAdoceRecordset> recordset = openedOn(
       "CREATE TABLE T (a float, b text, c text, d text, e bit, f varbinary(9), g datetime, h text, i bigint, "
-      "j);"
+      "j,"
+      " k text, l text);"
       "INSERT INTO T VALUES (0.1234567890123, '007', 'a' || char(9) || 'b' || char(13, 10) || '\"c\"', '', 1,"
-      " x'00FF', '2001-03-09 14:05:07', NULL, 9007199254740993, 2.0)",
+      " x'00FF', '2001-03-09 14:05:07', NULL, 9007199254740993, 2.0, 'x, y; z', 'x' || char(9) || 'y')",
       L"SELECT * FROM T");
   const wchar_t* const expected[] = {
-      L"0.1234567890123",     L"\"007\"", L"\"a\tb\r\n\"\"c\"\"\"", L"\"\"", L"true", L"x'00FF'",
-      L"2001-03-09 14:05:07", L"",        L"9007199254740993",      L"2.0"};
-  for (long index = 0; index < 10; ++index) EXPECT_EQ(separatedOf(recordset.get(), index), expected[index]);
+      L"0.1234567890123",     L"\"007\"", L"\"a\tb\r\n\"\"c\"\"\"", L"\"\"", L"true",    L"x'00FF'",
+      L"2001-03-09 14:05:07", L"",        L"9007199254740993",      L"2.0",  L"x, y; z", L"\"x\ty\""};
+  for (long index = 0; index < 12; ++index) EXPECT_EQ(separatedOf(recordset.get(), index), expected[index]);
 }
 
 TEST_F(Fields, ATextOfAnyLengthIsGivenWhole) {

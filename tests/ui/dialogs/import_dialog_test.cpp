@@ -270,6 +270,7 @@ TEST_F(ImportDialogTest, ANewTableHasNoKeyToChoose) {
   run(
       open("Id,Name\n1,Ada\n"), [](HWND dialog) { press(dialog, IDC_IMPORT_MORE); },
       [](HWND more) {
+        EXPECT_EQ(textOf(more), L"Import Details");
         EXPECT_EQ(selectedEntry(more, IDC_IMPORT_FORMAT), L"CSV");
         EXPECT_THAT(listed(more, IDC_IMPORT_KEY), IsEmpty());
         EXPECT_FALSE(IsWindowEnabled(GetDlgItem(more, IDC_IMPORT_KEY)));
