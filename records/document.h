@@ -200,6 +200,9 @@ class Document : private BusyListener {
   /// One step of the search, from the current record or behind the last match. A match is shown on the
   /// form, the cursor stands behind it.
   int findNext();
+  /// The first row of the grid from `first` on, and then from the first one on, whose field begins with a
+  /// text in any letter case. Takes its time where there are many, and the user can stop it.
+  std::optional<std::uint32_t> findRow(std::uint32_t first, std::uint32_t field, const String& beginning);
   const FindState& findState() const { return find_; }
 
   // ---- What takes its time (document_busy.cpp)
@@ -296,6 +299,8 @@ class Document : private BusyListener {
   bool confirmDeletion(const std::wstring& what);
   CommandResult openChosen(const String& path);
   class SearchStep;
+  std::optional<std::uint32_t> findRowAmong(std::uint32_t first, std::uint32_t end, std::uint32_t field,
+                                            const String& beginning);
   enum class SearchEnd { found, notFound, stopped };
   Outcome runSearch(SearchEnd& end);
   void standAt(std::uint32_t position);

@@ -1,4 +1,6 @@
 // The search for text in the records, a step for each press of the Find dialog's button.
+#include <windows.h>
+
 #include <algorithm>
 #include <optional>
 #include <string>
@@ -6,6 +8,13 @@
 
 #include "base/wait_cursor.h"
 #include "records/document.h"
+
+namespace {
+
+/// So long the windows are neither painted nor listened to.
+constexpr std::uint32_t kSliceMilliseconds = 25;
+
+}  // namespace
 
 int Document::openFind() {
   if (viewMode_ != ViewMode::form) return 0;
@@ -156,8 +165,6 @@ void Document::beginSearch() {
 /// match are passed over in between, which changes nothing but the time. A record that another program has
 /// deleted holds nothing; one that can't be read ends the search.
 Outcome Document::searchUpTo(std::uint32_t end, std::optional<std::uint32_t>& field) {
-  // So long the windows are neither painted nor listened to.
-  constexpr std::uint32_t kSliceMilliseconds = 25;
   while (findRecordCounter_ < end && !field) {
     const std::uint32_t passed = database_.passOver(end - findRecordCounter_, kSliceMilliseconds);
     findRecordCounter_ += passed;
@@ -201,4 +208,49 @@ void Document::tellSearchEnd(bool found) {
     pages_.prompts.tell(PromptOwner::findDialog, Notice::searchEnd,
                         (L"All records searched for " + quoted).c_str(), L"Searched all records");
   }
+}
+
+// ---- A row of the grid
+
+namespace {
+
+bool beginsWith(const String& text, const String& beginning) {
+  const auto length = static_cast<int>(beginning.length());
+  return text.length() >= beginning.length() &&
+         CompareStringOrdinal(text.text(), length, beginning.text(), length, TRUE) == CSTR_EQUAL;
+}
+
+}  // namespace
+
+std::optional<std::uint32_t> Document::findRow(std::uint32_t first, std::uint32_t field,
+                                               const String& beginning) {
+  if (isBusy() || !recordsetOpen_ || beginning.isEmpty()) return std::nullopt;
+  const WaitCursor wait;
+  const SearchStep step(*this);
+  searchStopped_ = false;
+  searchedRecords_ = 0;
+  database_.beginRowSearch(field, beginning);
+  const std::uint32_t count = openRecordCount();
+  std::optional<std::uint32_t> found = findRowAmong(first, count, field, beginning);
+  if (!found && !searchStopped_) found = findRowAmong(0, std::min(first, count), field, beginning);
+  database_.endRowSearch();
+  return found;
+}
+
+/// What can't be read holds nothing: the grid tells of it when it draws the row.
+std::optional<std::uint32_t> Document::findRowAmong(std::uint32_t first, std::uint32_t end,
+                                                    std::uint32_t field, const String& beginning) {
+  for (std::uint32_t row = first; row < end; ++row, ++searchedRecords_) {
+    const std::uint32_t passed = database_.passOverRows(row, end - row, kSliceMilliseconds);
+    row += passed;
+    searchedRecords_ += passed;
+    const std::uint32_t all = openRecordCount();
+    if (!pages_.prompts.keepGoing({Progress::What::searching, std::min(searchedRecords_, all), all})) {
+      searchStopped_ = true;
+      return std::nullopt;
+    }
+    String text;
+    if (row < end && database_.readForList(row, field, text) && beginsWith(text, beginning)) return row;
+  }
+  return std::nullopt;
 }

@@ -77,7 +77,8 @@ LRESULT CALLBACK tabProcedure(HWND window, UINT message, WPARAM wParam, LPARAM l
             commandOfListKey(kListPageIndex, reinterpret_cast<const NMLVKEYDOWN&>(notification).wVKey);
         if (command != 0) PostMessageW(mainWindow, WM_COMMAND, static_cast<WPARAM>(command), 0);
       }
-      theRecordListView.handleNotification(notification);
+      const LRESULT answer = theRecordListView.handleNotification(notification);
+      if (notification.code == static_cast<UINT>(LVN_ODFINDITEMW)) return answer;
     }
   }
   // Some systems' tab control loses its border, and the pages a pixel of their places, when it is sized.

@@ -172,6 +172,13 @@ class Database {
   /// The record of that row as readRecord reads the current one; not readable where there is no such row.
   RecordSnapshot readListRecord(std::uint32_t row);
 
+  /// Begins to look for a text in a field, in any letter case; endRowSearch ends it.
+  void beginRowSearch(std::uint32_t field, const String& text);
+  /// How many rows from `row` on, of `most`, can't hold it, as far as that is found out within so many
+  /// milliseconds; 0 when it isn't.
+  std::uint32_t passOverRows(std::uint32_t row, std::uint32_t most, std::uint32_t milliseconds);
+  void endRowSearch();
+
   // ---- Records (database_records.cpp)
 
   /// Set by addNew; cleared when that record is stored or abandoned, or its recordset is replaced.

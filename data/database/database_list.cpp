@@ -1,4 +1,7 @@
 // The rows of the list.
+#include <algorithm>
+#include <limits>
+
 #include "data/database/database.h"
 #include "data/handles/recordset_handle.h"
 #include "data/values/field_kinds.h"
@@ -61,6 +64,26 @@ RecordSnapshot Database::readListRecord(std::uint32_t row) {
     return {row + 1, Outcome::failure(L"The record can't be reached.")};
   }
   return readFrom(*listRows_, row + 1, false);
+}
+
+void Database::beginRowSearch(std::uint32_t field, const String& text) {
+  // What is shown of other fields is not what the store looks at.
+  const bool isText = field < fieldCount_ && fieldKind(fieldType(field)).editor == FieldEditorKind::text;
+  if (isText && prepareListRows()) listRows_->beginTextSearch(text.text(), static_cast<LONG>(field), false);
+}
+
+std::uint32_t Database::passOverRows(std::uint32_t row, std::uint32_t most, std::uint32_t milliseconds) {
+  if (!moveForList(row)) return 0;
+  constexpr std::uint32_t kMost = std::numeric_limits<LONG>::max();
+  const LONG passed =
+      listRows_->passOver(static_cast<LONG>(std::min(most, kMost)), static_cast<LONG>(milliseconds));
+  if (passed <= 0) return 0;
+  isAtListPosition_ = false;
+  return static_cast<std::uint32_t>(passed);
+}
+
+void Database::endRowSearch() {
+  if (listRows_) listRows_->endTextSearch();
 }
 
 /// A new record that a move has stored is in the recordset and not in the copy.

@@ -16,6 +16,8 @@ namespace {
 /// How long no row is read after one that could not be, in milliseconds.
 constexpr ULONGLONG kPauseAfterFailure = 1000;
 
+constexpr LRESULT kNoRow = -1;
+
 /// Copies as much as fits with a terminator. `capacity` counts characters.
 void copyCut(const wchar_t* text, wchar_t* buffer, int capacity) {
   if (!buffer || capacity < 1) return;
@@ -33,13 +35,15 @@ void showOnlyShowable(LVITEMW& item) {
 
 }  // namespace
 
-void RecordListView::handleNotification(NMHDR& notification) noexcept {
-  if (!document_ || !list_ || notification.hwndFrom != list_) return;
+LRESULT RecordListView::handleNotification(NMHDR& notification) noexcept {
+  if (!document_ || !list_ || notification.hwndFrom != list_) return 0;
   try {
     switch (notification.code) {
       case LVN_GETDISPINFOW:
         giveText(reinterpret_cast<NMLVDISPINFOW&>(notification).item);
         break;
+      case LVN_ODFINDITEMW:
+        return findTyped(reinterpret_cast<const NMLVFINDITEMW&>(notification));
       case LVN_KEYDOWN:
         keyPressed(reinterpret_cast<const NMLVKEYDOWN&>(notification).wVKey);
         break;
@@ -57,6 +61,16 @@ void RecordListView::handleNotification(NMHDR& notification) noexcept {
       tellEscapedException(list_);
     }
   }
+  return notification.code == static_cast<UINT>(LVN_ODFINDITEMW) ? kNoRow : 0;
+}
+
+/// The row whose first field begins with what was typed, -1 when there is none.
+LRESULT RecordListView::findTyped(const NMLVFINDITEMW& search) {
+  constexpr UINT kByText = LVFI_STRING | LVFI_PARTIAL;
+  if ((search.lvfi.flags & kByText) == 0 || !search.lvfi.psz) return kNoRow;
+  const auto first = static_cast<std::uint32_t>(std::max(search.iStart, 0));
+  const auto row = document_->findRow(first, static_cast<std::uint32_t>(fieldOfColumn(0)), search.lvfi.psz);
+  return row ? static_cast<LRESULT>(*row) : kNoRow;
 }
 
 // ---- Texts

@@ -47,9 +47,9 @@ class RecordListView final : public RecordGrid {
   /// ends. Nothing is shown without one.
   void prepare(Document* document);
 
-  /// A WM_NOTIFY message of the tab control; those of other controls change nothing. No exception
-  /// leaves.
-  void handleNotification(NMHDR& notification) noexcept;
+  /// A WM_NOTIFY message of the tab control; those of other controls change nothing. The answer to it where
+  /// it asks for one (LVN_ODFINDITEM), else 0. No exception leaves.
+  LRESULT handleNotification(NMHDR& notification) noexcept;
 
   void show() override;
   void hide() override;
@@ -93,6 +93,7 @@ class RecordListView final : public RecordGrid {
   void noteFailure(const Outcome& reading);
   void noteNoMemory() noexcept;
   void tellFailure();
+  LRESULT findTyped(const NMLVFINDITEMW& search);
   void keyPressed(WORD key);
   void itemChanged(const NMLISTVIEW& change);
 
