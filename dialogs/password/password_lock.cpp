@@ -1,6 +1,8 @@
 #include "dialogs/password/password_lock.h"
 
+#include <algorithm>
 #include <cwchar>
+#include <string_view>
 
 #include "base/app_settings.h"
 #include "base/settings_store.h"
@@ -29,8 +31,25 @@ bool storePassword(const String& password) {
   return readPassword(stored) && std::wcscmp(stored.text(), password.text()) == 0;
 }
 
+/// Whether anybody can enter it: another program, or a hand, may have written anything in its place.
+bool isTypable(const String& password) {
+  const std::wstring_view text = password.text();
+  constexpr wchar_t kFirstVisible = L' ';
+  return text.size() <= PasswordDialog::kLongestPassword &&
+         std::all_of(text.begin(), text.end(), [](wchar_t character) { return character >= kFirstVisible; });
+}
+
 void tell(HWND next, const wchar_t* caption, const wchar_t* text, UINT icon) {
   showUnownedBox(next, text, caption, icon);
+}
+
+/// Who can't know the password is not left without a way back in.
+void tellIfUntypable(HWND next, const String& stored) {
+  if (isTypable(stored)) return;
+  tell(next, L"Incorrect Password!",
+       L"The password among the settings can't be typed: another program has changed it.\nDelete its value "
+       L"PasswordItem, and every password is right.",
+       MB_ICONEXCLAMATION);
 }
 
 /// False when the passwords that were typed change nothing: the user was told why.
@@ -38,6 +57,7 @@ bool isChangeAllowed(HWND owner, const PasswordDialog& dialog, const String& sto
   if (!isSamePassword(dialog.text(0), stored)) {
     tell(owner, L"Incorrect Password!", L"You have entered the old password incorrectly,\nplease try again",
          MB_ICONEXCLAMATION);
+    tellIfUntypable(owner, stored);
     return false;
   }
   if (!isSamePassword(dialog.text(1), dialog.text(2))) {
@@ -62,6 +82,7 @@ void checkPassword(HWND owner) {
   while (confirmed && !isSamePassword(dialog.text(0), stored)) {
     tell(owner, L"Incorrect Password!", L"You have entered the incorrect Password,\nplease try again",
          MB_ICONEXCLAMATION);
+    tellIfUntypable(owner, stored);
     confirmed = dialog.run(owner);
   }
   appUnlocked = confirmed;

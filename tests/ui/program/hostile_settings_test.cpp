@@ -93,6 +93,62 @@ TEST_P(HostileSettingsTest, TheProgramStartsAndMendsThem) {
 INSTANTIATE_TEST_SUITE_P(, HostileSettingsTest, testing::ValuesIn(kSpoilt),
                          [](const testing::TestParamInfo<Spoilt>& each) { return each.param.name; });
 
+// ---- A password that is none
+
+class HostilePasswordTest : public HostileSettingsTest {
+ protected:
+  static constexpr int kPassword = 1001;
+
+  /// A dialog or message box with that title, once it takes input.
+  static HWND awaitDialog(const RunningProgram& program, const wchar_t* title,
+                          const wchar_t* text = nullptr) {
+    HWND dialog = nullptr;
+    EXPECT_TRUE(remote::waitUntil([&] {
+      dialog = remote::dialog(program.processId(), title);
+      return dialog != nullptr && (text == nullptr || remote::messageBoxText(dialog) == text);
+    })) << testing::PrintToString(std::wstring(title));
+    return dialog;
+  }
+  static void answer(HWND dialog, int id) {
+    PostMessageW(dialog, WM_COMMAND, static_cast<WPARAM>(id), 0);
+    EXPECT_TRUE(remote::waitUntil([=] { return !IsWindow(dialog); }));
+  }
+};
+
+TEST_F(HostilePasswordTest, NobodyIsLockedOutForGood) {
+  constexpr DWORD kNumber = 5;
+  const std::vector<BYTE> megabyte(1024 * 1024, 0x41);
+  const std::wstring key = std::wstring(SettingsStore::kRoot) + L"\\Password";
+  for (const bool isNumber : {true, false}) {
+    SettingsStore::write(Setting::usePassword, std::uint32_t{1});
+    const void* const value = isNumber ? static_cast<const void*>(&kNumber) : megabyte.data();
+    ASSERT_EQ(RegSetKeyValueW(HKEY_CURRENT_USER, key.c_str(), L"PasswordItem", isNumber ? REG_DWORD : REG_SZ,
+                              value, isNumber ? sizeof(kNumber) : static_cast<DWORD>(megabyte.size())),
+              ERROR_SUCCESS);
+    {
+      const RunningProgram locked(quoted(database()));
+      const HWND first = awaitDialog(locked, L"Enter Password");
+      SetDlgItemTextW(first, kPassword, L"any");
+      answer(first, IDOK);
+      answer(awaitDialog(locked, L"Incorrect Password!",
+                         L"You have entered the incorrect Password,\nplease try again"),
+             IDOK);
+      answer(awaitDialog(locked, L"Incorrect Password!",
+                         L"The password among the settings can't be typed: another program has changed it.\n"
+                         L"Delete its value PasswordItem, and every password is right."),
+             IDOK);
+      answer(awaitDialog(locked, L"Enter Password"), IDCANCEL);
+      EXPECT_EQ(locked.exitCode(), 0u);
+    }
+    // As it says.
+    ASSERT_EQ(RegDeleteKeyValueW(HKEY_CURRENT_USER, key.c_str(), L"PasswordItem"), ERROR_SUCCESS);
+    const RunningProgram open(quoted(database()));
+    answer(awaitDialog(open, L"Enter Password"), IDOK);
+    EXPECT_NE(open.tablesList(), nullptr);
+    EXPECT_EQ(remote::close(open.mainWindow()), 0u);
+  }
+}
+
 using HostileNumbersTest = HostileSettingsTest;
 
 TEST_F(HostileNumbersTest, NumbersOutOfTheirRangeAreHarmless) {
