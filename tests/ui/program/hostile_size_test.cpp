@@ -88,6 +88,30 @@ TEST_F(HostileShapeTest, NamesOfEverythingThatANameShouldNotHave) {
   EXPECT_EQ(remote::close(opened.main()), 0u);
 }
 
+// Where every field has its window from the start this takes longer than anybody waits.
+TEST_F(HostileShapeTest, ATableOfTwoThousandColumns) {
+  const std::filesystem::path path = file("wide.cdb");
+  std::string columns = "c0 Text";
+  for (int column = 1; column < 2000; ++column) columns += ", c" + std::to_string(column) + " Text";
+  automationtest::SqliteFile(path.wstring())
+      .run("CREATE TABLE Wide (" + columns +
+           "); INSERT INTO Wide (c0, c1999) VALUES ('first', 'last of first'), ('second', 'last')");
+  OpenedDatabase opened(path);
+  ASSERT_TRUE(opened.tables());
+  ASSERT_TRUE(remote::switchToPage(opened.main(), OpenedDatabase::kFormPage));
+  const HWND name = remote::control(opened.main(), 1200);
+  EXPECT_EQ(remote::text(name), L"first");
+  SendMessageW(name, EM_SETSEL, 0, -1);
+  for (const wchar_t character : std::wstring(L"changed")) SendMessageW(name, WM_CHAR, character, 1);
+  sendCommand(opened.main(), ID_RECORD_NEXT);
+  EXPECT_EQ(remote::text(name), L"second");
+  for (int page = 0; page < 30; ++page) sendCommand(opened.main(), ID_PAGE_NEXT);
+  EXPECT_TRUE(remote::switchToPage(opened.main(), OpenedDatabase::kListPage));
+  EXPECT_THAT(automationtest::sqliteColumn(path.wstring(), "SELECT c0 || ', ' || c1999 FROM Wide"),
+              testing::ElementsAre("changed, last of first", "second, last"));
+  EXPECT_EQ(remote::close(opened.main()), 0u);
+}
+
 /// 30; QUIVANE_TEXT_MEGABYTES makes it 300, which takes the disk long.
 std::string wantedMegabytes() {
   const char* const megabytes = std::getenv("QUIVANE_TEXT_MEGABYTES");
