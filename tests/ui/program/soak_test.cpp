@@ -346,10 +346,10 @@ void SoakTest::sendMessage() {
   PostMessageW(below(2) == 0 ? main() : someControl(), message, static_cast<WPARAM>(below(3)), 0);
 }
 
-/// Dialogs come as thick as commands do; most of them are left soon.
+/// Dialogs and menus come as thick as commands do; most of them are left soon.
 void SoakTest::leaveDialog() {
   const HWND dialog = usedWindow();
-  if (dialog == main()) return;
+  if (dialog == main()) return closeMenus();
   constexpr int kAnswers[] = {IDCANCEL, IDCANCEL, IDCANCEL, IDNO, IDNO, IDOK, IDOK, IDYES};
   PostMessageW(dialog, WM_COMMAND, static_cast<WPARAM>(kAnswers[below(ARRAYSIZE(kAnswers))]), 0);
 }
