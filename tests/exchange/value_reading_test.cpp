@@ -101,7 +101,7 @@ TEST(ValueReading, WithoutATypeAValueIsWhatItLooksLikeUnlessItIsQuoted) {
 TEST(ValueReading, ATextThatTheColumnWouldChangeIsRefused) {
   EXPECT_EQ(valueOf("007", ValueKind::numericText), "!");
   EXPECT_EQ(valueOf("1e5", ValueKind::numericText), "!");
-  EXPECT_EQ(valueOf("7", ValueKind::numericText), "t7");
+  EXPECT_EQ(valueOf("7", ValueKind::numericText), "i7");
   EXPECT_EQ(valueOf("seven", ValueKind::numericText), "tseven");
 }
 

@@ -21,9 +21,9 @@ std::unique_ptr<RowWriter> makeWriter(const ExportOptions& options, const std::s
                                       TableStatements statements) {
   switch (options.format) {
     case ExportFormat::json:
-      return std::make_unique<JsonWriter>(JsonWriter::Shape::array);
+      return std::make_unique<JsonWriter>(JsonWriter::Shape::array, options.isExact);
     case ExportFormat::jsonLines:
-      return std::make_unique<JsonWriter>(JsonWriter::Shape::lines);
+      return std::make_unique<JsonWriter>(JsonWriter::Shape::lines, options.isExact);
     case ExportFormat::html:
       return std::make_unique<HtmlWriter>(name);
     case ExportFormat::sql: {
@@ -33,7 +33,8 @@ std::unique_ptr<RowWriter> makeWriter(const ExportOptions& options, const std::s
     case ExportFormat::csv:
       break;
   }
-  return std::make_unique<CsvWriter>(CsvWriter::Options{options.csv, options.lineEnd, options.hasMark});
+  return std::make_unique<CsvWriter>(
+      CsvWriter::Options{options.csv, options.lineEnd, options.hasMark, options.isExact});
 }
 
 /// Only columns that take values can be in the statements that make the rows again.

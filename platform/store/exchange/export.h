@@ -22,6 +22,9 @@ struct ExportOptions {
   CsvFormat csv;
   std::string_view lineEnd = "\r\n";  ///< of separated values
   bool hasMark = false;               ///< a byte-order mark in front of them
+  /// Values are written as what they are, not as the types of their columns would have them, so that each
+  /// comes back: separated values and JSON, to be imported with ImportOptions::isExact.
+  bool isExact = false;
 };
 
 /// Which rows.

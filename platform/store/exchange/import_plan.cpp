@@ -43,10 +43,10 @@ bool isTypeName(std::string_view type) {
 }
 
 /// Of a column of a new table.
-void giveType(PlannedColumn& column, const std::string& type) {
+void giveType(PlannedColumn& column, const std::string& type, bool isExact) {
   column.declaredType = type;
   // The type of this name becomes another one in the statement that makes the table.
-  column.kind = kindOf(equalsIgnoringCase(type, "memo") ? "text" : type);
+  column.kind = isExact ? ValueKind::any : kindOf(equalsIgnoringCase(type, "memo") ? "text" : type);
 }
 
 /// What is in a file.
@@ -179,6 +179,7 @@ Status Planner::make(ImportPlan* plan) {
 
 Status Planner::findTable() {
   plan_.table = options_.table;
+  plan_.isExact = options_.isExact;
   if (Status status = backend_.describeTable(options_.table, &schema_); !status) return status;
   plan_.isNewTable = schema_.columns.empty();
   if (plan_.isNewTable && options_.target == ImportOptions::Target::existingTable) {
@@ -274,7 +275,8 @@ Status Planner::planNewTable() {
     PlannedColumn column;
     column.source = name;
     column.sourceIndex = index;
-    giveType(column, type != nullptr ? *type : std::string(contents_.guesses[index].declaredType()));
+    giveType(column, type != nullptr ? *type : std::string(contents_.guesses[index].declaredType()),
+             options_.isExact);
     plan_.columns.push_back(std::move(column));
   }
   const Texts valid = validFieldNames(wanted);
@@ -307,7 +309,7 @@ Status Planner::planExistingTable() {
     }
     column.target = target->name;
     column.declaredType = target->declaredType;
-    column.kind = kindOf(target->declaredType);
+    column.kind = options_.isExact ? ValueKind::any : kindOf(target->declaredType);
   }
   return {};
 }
@@ -363,7 +365,7 @@ Status setColumnType(ImportPlan& plan, std::size_t column, const std::string& ty
     return {ErrorCode::invalidArgument, "The table is there already, and its types rule."};
   }
   if (!isTypeName(type)) return {ErrorCode::invalidArgument, "\"" + type + "\" is no type."};
-  giveType(plan.columns[column], type);
+  giveType(plan.columns[column], type, plan.isExact);
   return {};
 }
 

@@ -36,6 +36,8 @@ struct ImportOptions {
   /// key.
   bool replaces = false;
   std::vector<std::string> keyColumns;
+  /// Each value is taken as what it is in the file, whatever the type of its column.
+  bool isExact = false;
 };
 
 struct PlannedColumn {
@@ -59,6 +61,7 @@ struct ImportPlan {
   std::vector<PlannedColumn> columns;
   std::vector<std::string> primaryKey;  ///< of a table that is there
   std::vector<std::string> keyColumns;  ///< empty unless records are replaced
+  bool isExact = false;
 
   /// The statement that makes the new table.
   std::string createStatement() const;

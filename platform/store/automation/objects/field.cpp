@@ -9,6 +9,7 @@
 #include "platform/store/automation/values/field_values.h"
 #include "platform/store/automation/values/text.h"
 #include "platform/store/automation/values/variant_values.h"
+#include "platform/store/exchange/bytes/encoding.h"
 #include "platform/store/exchange/formats/csv_writer.h"
 #include "platform/store/rows/utf.h"
 
@@ -172,15 +173,17 @@ HRESULT FieldObject::ReadSeparated(BSTR* text) {
     if (text == nullptr) return nullPointer();
     store::Cell cell;
     if (store::Status status = records.cell(column_, &cell); !status) return status;
+    const bool isText = cell.kind == store::CellKind::text;
+    if (isText && (!exchange::isWellFormed(cell.bytes) || cell.bytes.find('\0') != std::string_view::npos)) {
+      return {kConversion, "The text of " + column.name + " is not made of characters alone."};
+    }
     std::string written;
     exchange::TextSink sink(written);
     exchange::TextOutput output(sink);
     exchange::CsvWriter writer({.format = {.separator = '\t'}});
-    writer.writeCell(cell, exchange::kindOf(column.declaredType), output);
+    writer.writeCell(cell, {exchange::kindOf(column.declaredType), exchange::affinityOf(column.declaredType)},
+                     output);
     if (store::Status status = output.flush(); !status) return status;
-    if (writer.changedCount() != 0 || written.find('\0') != std::string::npos) {
-      return {kConversion, "The text of " + column.name + " is not made of characters alone."};
-    }
     *text = newText(std::string_view(written));
     return {};
   });

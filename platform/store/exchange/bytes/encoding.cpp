@@ -6,6 +6,7 @@
 #include <cstring>
 
 #include "platform/store/rows/ascii_case.h"
+#include "platform/store/rows/utf.h"
 #include "platform/store/sql/sql_tokens.h"
 
 namespace store::exchange {
@@ -158,6 +159,12 @@ bool isWellFormed(std::string_view text) {
     at += length;
   }
   return true;
+}
+
+std::string mended(std::string_view text) {
+  std::vector<char16_t> units(text.size());
+  const std::size_t count = decodeUtf8(text, units.data());
+  return toUtf8({units.data(), count});
 }
 
 Status detectEncoding(ByteSource& source, Encoding* encoding) {

@@ -21,6 +21,8 @@ std::optional<Encoding> encodingOf(std::string_view name);
 /// Whether `text` is UTF-8. As in the engine, the three-byte forms of surrogates are let in, so that every
 /// text of the file comes back as it was.
 bool isWellFormed(std::string_view text);
+/// `text` with U+FFFD in the place of the bytes that stand for no character.
+std::string mended(std::string_view text);
 
 /// Finds out how `source` is encoded: by its byte-order mark, else UTF-8 when all of it is, else
 /// Windows-1252. May read all of it; leaves it at its beginning.

@@ -1,6 +1,8 @@
 #include "platform/store/exchange/formats/json_reader.h"
 
 #include <nlohmann/json.hpp>
+#include <optional>
+#include <utility>
 
 #include "platform/store/exchange/formats/json_surrogates.h"
 #include "platform/store/exchange/formats/json_text.h"
@@ -15,16 +17,27 @@ constexpr std::size_t kMostRecordBytes = 1'000'000'000;
 // Deeper values are somebody's attack, not data.
 constexpr std::size_t kMostDepth = 1000;
 
-/// The digits of {"hex":"..."} as nested JSON is put together here.
-bool isHexObject(std::string_view json, std::string* digits) {
-  constexpr std::string_view kStart = "{\"hex\":\"";
+/// What stands between `start` and `end` in nested JSON as it is put together here; empty when it isn't so
+/// made.
+std::optional<std::string_view> between(std::string_view json, std::string_view start, std::string_view end) {
+  if (!json.starts_with(start) || !json.ends_with(end) || json.size() < start.size() + end.size())
+    return std::nullopt;
+  return json.substr(start.size(), json.size() - start.size() - end.size());
+}
+
+/// Of an object that stands for a value of its own.
+std::optional<std::pair<std::string, FieldForm>> specialValue(std::string_view json) {
   constexpr std::string_view kEnd = "\"}";
-  if (!json.starts_with(kStart) || !json.ends_with(kEnd) || json.size() < kStart.size() + kEnd.size())
-    return false;
-  const std::string_view between = json.substr(kStart.size(), json.size() - kStart.size() - kEnd.size());
-  if (between.find_first_not_of("0123456789abcdefABCDEF") != std::string_view::npos) return false;
-  *digits = between;
-  return true;
+  constexpr std::string_view kDigits = "0123456789abcdefABCDEF";
+  if (json == "{\"real\":\"inf\"}") return std::pair("9e999", FieldForm::number);
+  if (json == "{\"real\":\"-inf\"}") return std::pair("-9e999", FieldForm::number);
+  for (const auto& [start, form] :
+       {std::pair("{\"hex\":\"", FieldForm::bytes), std::pair("{\"texthex\":\"", FieldForm::textBytes)}) {
+    const std::optional<std::string_view> digits = between(json, start, kEnd);
+    if (digits && digits->find_first_not_of(kDigits) == std::string_view::npos)
+      return std::pair(std::string(*digits), form);
+  }
+  return std::nullopt;
 }
 
 }  // namespace
@@ -127,8 +140,7 @@ class JsonReader::Handler : public nlohmann::json_sax<Json> {
     nested_ += bracket;
     needsComma_ = true;
     if (depth_ > 1) return true;
-    std::string digits;
-    if (isHexObject(nested_, &digits)) return set(std::move(digits), FieldForm::bytes);
+    if (auto special = specialValue(nested_)) return set(std::move(special->first), special->second);
     return set(std::move(nested_), FieldForm::string);
   }
 

@@ -11,8 +11,9 @@
 namespace store::exchange {
 
 /// Reads an array of objects, or objects one after the other (one a line as a rule): each is a record, its
-/// members are the fields. A member that is an object or an array is a text, its JSON; only {"hex": "..."} is
-/// bytes. Keeps one record and a block of the file in memory.
+/// members are the fields. A member that is an object or an array is a text, its JSON, but for three that say
+/// what JSON has no way to say: {"hex": "..."} is bytes, {"texthex": "..."} the bytes of a text, {"real":
+/// "inf"} and {"real": "-inf"} are infinity. Keeps one record and a block of the file in memory.
 class JsonReader : public RecordReader {
  public:
   /// Begins at the first byte of `source`, which outlives the reader.

@@ -1,9 +1,6 @@
 #include "platform/store/exchange/formats/json_text.h"
 
-#include <vector>
-
 #include "platform/store/exchange/bytes/encoding.h"
-#include "platform/store/rows/utf.h"
 
 namespace store::exchange {
 
@@ -48,19 +45,12 @@ void appendAscii(char character, std::string* json) {
   }
 }
 
-/// What replaces the bytes that are no characters, the others as they were.
-std::string repaired(std::string_view text) {
-  std::vector<char16_t> units(text.size());
-  const std::size_t count = decodeUtf8(text, units.data());
-  return toUtf8({units.data(), count});
-}
-
 }  // namespace
 
 bool appendJsonText(std::string_view text, std::string* json) {
   bool isWhole = isWellFormed(text);
-  const std::string mended = isWhole ? std::string() : repaired(text);
-  if (!isWhole) text = mended;
+  const std::string mendedText = isWhole ? std::string() : mended(text);
+  if (!isWhole) text = mendedText;
   std::size_t behindHigh = std::string_view::npos;  // where the first half of a pair ended last
   *json += '"';
   for (std::size_t at = 0; at < text.size(); ++at) {

@@ -8,7 +8,7 @@
 namespace store::exchange {
 
 void JsonWriter::begin(const std::vector<Column>& columns, TextOutput& output) {
-  kinds_ = kindsOf(columns);
+  columns_ = writtenColumns(columns, isExact_);
   std::set<std::string> taken;
   for (const Column& column : columns) {
     // An object can't have two members of one name, a query can have two such columns.
@@ -26,47 +26,87 @@ void JsonWriter::writeRow(RowStream& rows, TextOutput& output) {
   if (shape_ == Shape::array) output.put(isFirst_ ? "\n" : ",\n");
   isFirst_ = false;
   output.put('{');
-  for (std::size_t index = 0; index < kinds_.size(); ++index) {
+  for (std::size_t index = 0; index < columns_.size(); ++index) {
     if (index > 0) output.put(',');
     output.put(names_[index]);
     output.put(':');
-    writeCell(rows.cell(index), kinds_[index], output);
+    writeCell(rows.cell(index), columns_[index], output);
   }
   output.put('}');
   if (shape_ == Shape::lines) output.put('\n');
 }
 
-void JsonWriter::writeCell(const Cell& cell, ValueKind kind, TextOutput& output) {
+/// Leaves in text_ what will be read; the result is how.
+FieldForm JsonWriter::writeReal(double value, const WrittenColumn& column, TextOutput& output) {
+  const bool isAny = column.kind == ValueKind::any;
+  if (std::isfinite(value)) {
+    text_ = realText(value, isAny);
+    output.put(text_);
+    return FieldForm::number;
+  }
+  const std::string_view name = value > 0 ? "inf" : "-inf";
+  output.put(isAny ? "{\"real\":\"" : "\"");
+  output.put(name);
+  output.put(isAny ? "\"}" : "\"");
+  text_ = isAny ? realText(value, false) : std::string(name);
+  return isAny ? FieldForm::number : FieldForm::string;
+}
+
+/// Where it is no text any more, the form says so.
+FieldForm JsonWriter::writeText(std::string_view text, const WrittenColumn& column, TextOutput& output) {
+  text_.clear();
+  const bool isWhole = appendJsonText(text, &text_);
+  if (isWhole || column.kind != ValueKind::any) {
+    output.put(text_);
+    return isWhole ? FieldForm::string : FieldForm::missing;
+  }
+  output.put("{\"texthex\":\"");
+  putHex(text, output);
+  output.put("\"}");
+  return FieldForm::textBytes;
+}
+
+void JsonWriter::writeCell(const Cell& cell, const WrittenColumn& column, TextOutput& output) {
+  const bool isSure = isOfKind(cell, column);
+  Field field;
   switch (cell.kind) {
     case CellKind::integer:
-      if (kind == ValueKind::boolean && (cell.integer == 0 || cell.integer == 1)) {
-        output.put(cell.integer == 1 ? "true" : "false");
-      } else {
-        putInteger(cell.integer, output);
+      if (column.kind == ValueKind::boolean && (cell.integer == 0 || cell.integer == 1)) {
+        field = {cell.integer == 1 ? "true" : "false", FieldForm::word};
+        output.put(field.text);
+        break;
       }
+      putInteger(cell.integer, output);
+      if (isSure) return;
+      text_ = std::to_string(cell.integer);
+      field = {text_, FieldForm::number};
       break;
     case CellKind::real:
-      if (std::isfinite(cell.real)) {
-        putReal(cell.real, kind == ValueKind::any, output);
-      } else {
-        output.put(cell.real > 0 ? "\"inf\"" : "\"-inf\"");
-        // Where any text can be, nothing tells that this is none.
-        if (kind == ValueKind::any) countChanged();
-      }
+      if (isSure && std::isfinite(cell.real))
+        return putReal(cell.real, column.kind == ValueKind::any, output);
+      field.form = writeReal(cell.real, column, output);
+      field.text = text_;
       break;
     case CellKind::text:
-      text_.clear();
-      if (!appendJsonText(cell.bytes, &text_)) countChanged();
-      output.put(text_);
+      field.form = writeText(cell.bytes, column, output);
+      if (field.form == FieldForm::missing) return countChanged();
+      if (isSure) return;
+      // (The bytes of a text are read as they are.)
+      field = {cell.bytes, FieldForm::string};
       break;
     case CellKind::blob:
       output.put("{\"hex\":\"");
       putHex(cell.bytes, output);
       output.put("\"}");
+      if (isSure) return;
+      text_.clear();
+      appendHex(cell.bytes, &text_);
+      field = {text_, FieldForm::bytes};
       break;
     default:
-      output.put("null");
+      return output.put("null");
   }
+  if (!isSure && !comesBack(field, column, cell)) countChanged();
 }
 
 void JsonWriter::end(TextOutput& output) {

@@ -11,13 +11,14 @@ namespace store::exchange {
 
 /// How a value stands in a file.
 enum class FieldForm : std::uint8_t {
-  missing,  ///< there is none: null
-  bare,     ///< as it is written
-  quoted,   ///< between quotes, which say that it is a text
-  string,   ///< of a format in which every text, a date too, stands between quotes
-  number,   ///< of a format that has numbers
-  word,     ///< of a format that has truth values: "true" or "false"
-  bytes,    ///< pairs of hexadecimal digits
+  missing,    ///< there is none: null
+  bare,       ///< as it is written
+  quoted,     ///< between quotes, which say that it is a text
+  string,     ///< of a format in which every text, a date too, stands between quotes
+  number,     ///< of a format that has numbers
+  word,       ///< of a format that has truth values: "true" or "false"
+  bytes,      ///< pairs of hexadecimal digits
+  textBytes,  ///< pairs of hexadecimal digits: the bytes of a text that are no characters
 };
 
 struct Field {

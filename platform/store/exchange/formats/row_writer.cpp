@@ -10,6 +10,7 @@ namespace {
 
 constexpr std::int64_t kRowsBetweenLooks = 1024;
 constexpr std::size_t kMostDigits = 24;
+constexpr std::string_view kHex = "0123456789ABCDEF";
 
 }  // namespace
 
@@ -31,12 +32,26 @@ void putReal(double value, bool keepsPoint, TextOutput& output) {
   if (keepsPoint && text.find_first_of(".e") == std::string_view::npos) output.put(".0");
 }
 
+std::string realText(double value, bool keepsPoint) {
+  const RealText real(value);
+  std::string text(real);
+  if (keepsPoint && text.find_first_of(".e") == std::string::npos) text += ".0";
+  return text;
+}
+
 void putHex(std::string_view bytes, TextOutput& output) {
-  constexpr std::string_view kHex = "0123456789ABCDEF";
   for (const char character : bytes) {
     const auto byte = static_cast<unsigned char>(character);
     output.put(kHex[byte >> 4]);
     output.put(kHex[byte & 15]);
+  }
+}
+
+void appendHex(std::string_view bytes, std::string* text) {
+  for (const char character : bytes) {
+    const auto byte = static_cast<unsigned char>(character);
+    *text += kHex[byte >> 4];
+    *text += kHex[byte & 15];
   }
 }
 

@@ -22,8 +22,8 @@ class RowWriter {
   /// What stands behind them.
   virtual void end(TextOutput& output) = 0;
 
-  /// How many values were written that don't come back as they are in the database: texts that are not made
-  /// of characters, as a rule.
+  /// How many values were written that don't come back as they are in the database: they are of another kind
+  /// than their column, or texts that are not made of characters.
   std::int64_t changedCount() const { return changedCount_; }
 
  protected:
@@ -40,6 +40,9 @@ void putInteger(std::int64_t value, TextOutput& output);
 /// `keepsPoint`: a whole number gets a point and a zero, which tell it from an integer.
 void putReal(double value, bool keepsPoint, TextOutput& output);
 void putHex(std::string_view bytes, TextOutput& output);
+void appendHex(std::string_view bytes, std::string* text);
+/// What putReal writes.
+std::string realText(double value, bool keepsPoint);
 
 /// Hears of an export while it goes on.
 class ExportObserver {

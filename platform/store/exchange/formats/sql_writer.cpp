@@ -56,7 +56,7 @@ Status readTableStatements(Backend& backend, const std::string& name, TableState
 }
 
 void SqlWriter::begin(const std::vector<Column>& columns, TextOutput& output) {
-  columnCount_ = columns.size();
+  columns_ = writtenColumns(columns, true);
   std::string names;
   std::string definitions;
   for (const Column& column : columns) {
@@ -75,14 +75,16 @@ void SqlWriter::begin(const std::vector<Column>& columns, TextOutput& output) {
 
 void SqlWriter::writeRow(RowStream& rows, TextOutput& output) {
   output.put(insert_);
-  for (std::size_t index = 0; index < columnCount_; ++index) {
+  for (std::size_t index = 0; index < columns_.size(); ++index) {
     if (index > 0) output.put(',');
-    writeCell(rows.cell(index), output);
+    writeCell(rows.cell(index), columns_[index], output);
   }
   output.put(");\n");
 }
 
-void SqlWriter::writeCell(const Cell& cell, TextOutput& output) {
+void SqlWriter::writeCell(const Cell& cell, const WrittenColumn& column, TextOutput& output) {
+  // A text that looks like a number, where another program has told SQLite not to look.
+  if (!isOfKind(cell, column) && !isStoredAs(cell, column.affinity, cell)) countChanged();
   switch (cell.kind) {
     case CellKind::integer:
       putInteger(cell.integer, output);

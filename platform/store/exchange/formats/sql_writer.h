@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/store/exchange/formats/coming_back.h"
 #include "platform/store/exchange/formats/row_writer.h"
 
 namespace store::exchange {
@@ -26,12 +27,12 @@ class SqlWriter : public RowWriter {
   void end(TextOutput& output) override;
 
  private:
-  void writeCell(const Cell& cell, TextOutput& output);
+  void writeCell(const Cell& cell, const WrittenColumn& column, TextOutput& output);
 
   std::string table_;
   TableStatements statements_;
   std::string insert_;
-  std::size_t columnCount_ = 0;
+  std::vector<WrittenColumn> columns_;
 };
 
 }  // namespace store::exchange

@@ -1,29 +1,9 @@
 #include "platform/store/exchange/formats/value_kind.h"
 
-#include <string>
-
-#include "platform/store/rows/ascii_case.h"
+#include "platform/store/exchange/formats/affinity.h"
 #include "platform/store/rows/field_type.h"
-#include "platform/store/sql/sql_tokens.h"
 
 namespace store::exchange {
-
-namespace {
-
-enum class Affinity { integer, text, none, real, numeric };
-
-/// Source: "Datatypes In SQLite", section 3.1.
-Affinity affinityOf(std::string_view declaredType) {
-  const std::string type = lowerCase(declaredType);
-  const auto has = [&type](std::string_view part) { return type.find(part) != std::string::npos; };
-  if (has("int")) return Affinity::integer;
-  if (has("char") || has("clob") || has("text")) return Affinity::text;
-  if (has("blob") || type.empty()) return Affinity::none;
-  if (has("real") || has("floa") || has("doub")) return Affinity::real;
-  return Affinity::numeric;
-}
-
-}  // namespace
 
 ValueKind kindOf(std::string_view declaredType) {
   const FieldType type = fieldTypeOf(declaredType);

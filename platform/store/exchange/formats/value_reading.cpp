@@ -117,6 +117,15 @@ const char* readDate(std::string_view text, std::string* scratch, Cell* cell) {
   return "is no date of the form 2001-03-09 or 2001-03-09 14:05:07";
 }
 
+/// What stands in the quotes of CAST(x'...' AS TEXT); false when it is no such text.
+bool isTextLiteral(std::string_view text, std::string_view* digits) {
+  constexpr std::string_view kStart = "CAST(";
+  constexpr std::string_view kEnd = " AS TEXT)";
+  if (!text.starts_with(kStart) || !text.ends_with(kEnd) || text.size() < kStart.size() + kEnd.size())
+    return false;
+  return isBlobLiteral(text.substr(kStart.size(), text.size() - kStart.size() - kEnd.size()), digits);
+}
+
 const char* readBytes(std::string_view text, std::string* scratch, Cell* cell) {
   std::string_view digits = text;
   isBlobLiteral(text, &digits);
@@ -151,14 +160,23 @@ void readAny(const Field& field, std::string* scratch, Cell* cell) {
     if (value && isSameDecimal(text, *value)) *cell = realCell(*value);
   } else if (isBlobLiteral(text, &digits) && readHex(digits, scratch)) {
     *cell = bytesCell(CellKind::blob, *scratch);
+  } else if (isTextLiteral(text, &digits) && readHex(digits, scratch)) {
+    *cell = bytesCell(CellKind::text, *scratch);
   }
 }
 
+/// SQLite makes a number of it, and takes the one that is meant.
 const char* readNumericText(std::string_view text, Cell* cell) {
   *cell = bytesCell(CellKind::text, text);
   if (!looksNumeric(text)) return nullptr;
-  if (readPlainInteger(text) || readPlainReal(text)) return nullptr;
-  return "would become another number in a column of this type";
+  if (const std::optional<std::int64_t> integer = readPlainInteger(text)) {
+    *cell = integerCell(*integer);
+  } else if (const std::optional<double> real = readPlainReal(text)) {
+    *cell = realCell(*real);
+  } else {
+    return "would become another number in a column of this type";
+  }
+  return nullptr;
 }
 
 }  // namespace
@@ -170,6 +188,11 @@ const char* readValue(const Field& field, ValueKind kind, std::string* scratch, 
   if (field.form == FieldForm::bytes) {
     if (!isText && kind != ValueKind::bytes) return "is no value of the column's type";
     return readBytes(field.text, scratch, cell);
+  }
+  if (field.form == FieldForm::textBytes) {
+    if (!isText || !readHex(field.text, scratch)) return "is no value of the column's type";
+    *cell = bytesCell(CellKind::text, *scratch);
+    return nullptr;
   }
   const std::string_view text = isText ? field.text : trimmed(field.text);
   if (!isText && text.empty()) return nullptr;
