@@ -68,10 +68,32 @@ test_usage() {
   run 2 import a.cdb - </dev/null
   says "--table"
   run 2 export a.cdb people --format xml
+  run 2 import a.cdb people.csv --type Zip=Klingon
+  says "Klingon"
+  run 2 import a.cdb people.csv --dry-run --rejects -
   run 0 --help
   is_silent
   run 0 --version
   has "cdbtool "
+}
+
+# What is empty is no choice, and a database is no stream.
+test_empty_and_dash() {
+  local arguments
+  for arguments in "import a.cdb people.csv --delimiter" "import a.cdb people.csv --encoding" "import a.cdb people.csv --table" \
+    "import a.cdb people.csv --map" "import a.cdb people.csv --type" "import a.cdb people.csv --skip" \
+    "import a.cdb people.csv --rejects" "import a.cdb people.csv --replace --key" "import a.cdb" "export a.cdb" \
+    "export a.cdb people --output" "export a.cdb people --delimiter" "find a.cdb x --table" "show a.cdb" "backup a.cdb" \
+    "new" "tables"; do
+    # shellcheck disable=SC2086
+    run 2 $arguments ""
+    says "cdbtool: "
+  done
+  run 2 backup a.cdb -
+  run 2 new -
+  run 2 tables -
+  says "standard input"
+  [[ ! -e - ]] || fail "there is a file called -"
 }
 
 test_help() {
@@ -99,6 +121,7 @@ test_new_and_info() {
 test_import_and_show() {
   run 0 import a.cdb people.csv
   shows ""
+  says "read as utf-8, parted by comma, the first line has the names"
   says "people: 2 records added"
   run 0 tables --counts a.cdb
   shows $'people\t2'
@@ -135,7 +158,7 @@ test_rejects() {
   run 1 import a.cdb bad.csv --table people
   says 'line 2: Age: "x" is no whole number'
   says "line 4: there are 2 fields instead of 4"
-  says "nothing was imported"
+  says "2 records can't be taken, so nothing was imported"
   run 3 import a.cdb bad.csv --table people --keep-good --rejects rejects.csv
   says "people: 1 record added, 2 left out"
   same "$(<rejects.csv)" $'Line,Reason,Fields\r\n2,"Age: ""x"" is no whole number that the column holds","Cy","1","x",""\r\n4,"there are 2 fields instead of 4","Ed","1"\r'
@@ -144,7 +167,13 @@ test_rejects() {
   same "$(ask a.cdb "SELECT count(*) FROM people")" 3
   run 1 import a.cdb bad.csv --table people --rejects a.cdb --force --keep-good
   says "is in use"
+  run 1 import a.cdb bad.csv --table people --rejects a.cdb-journal --keep-good
+  says "is in use"
   run 3 import a.cdb bad.csv --table people --keep-good --dry-run --rejects rejects.csv --force
+  run 1 import a.cdb - --table people --rejects - < <(printf 'Name,Age\nCy,x\nDi,5\n')
+  shows $'Line,Reason,Fields\r\n2,"Age: ""x"" is no whole number that the column holds","Cy","x"\r'
+  says "1 record can't be taken"
+  [[ ! -e - ]] || fail "there is a file called -"
   run 0 query a.cdb "DELETE FROM people WHERE Name = 'Di'"
 }
 
@@ -153,6 +182,17 @@ test_choices() {
   run 0 import a.cdb umlaut.csv --no-header --delimiter semicolon --encoding windows-1252 --map Field1=Name --type "Field2=Varchar (10)"
   run 0 show a.cdb umlaut --csv
   shows $'Name,Field2\nM\xc3\xbcller,"1,5"'
+  run 0 import a.cdb umlaut.csv --table guessed
+  says "read as windows-1252, parted by comma, the first line is a record"
+  says "line 1: byte 2 of the file is no UTF-8"
+  run 0 import a.cdb umlaut.csv --table guessed --quiet
+  is_silent
+  run 0 query a.cdb "DROP TABLE guessed"
+  printf 'sep=|\nName,first|Age\nAnn,B|5\n' >named.csv
+  run 0 import a.cdb named.csv
+  says "parted by bar"
+  run 0 show a.cdb named --csv
+  shows $'"Name,first",Age\n"Ann,B",5'
   run 0 import a.cdb - --table nulls --null NULL --type a=Text --type b=Text --header < <(printf 'a,b\nNULL,\n')
   same "$(ask a.cdb "SELECT a IS NULL, b = '' FROM nulls")" 1,1
   run 0 import a.cdb - --table people --replace --key Name < <(printf '[{"Name":"Ann","Age":6},{"Name":"Fay","Age":7}]')
@@ -209,6 +249,12 @@ test_export() {
   has "INSERT INTO"
   run 0 export a.cdb people --delimiter tab --line-end lf --null NONE
   has $'Bob, Jr\t"12"\tNONE\tNONE'
+  run 0 export a.cdb "SELECT Name, Age FROM people WHERE Age = 6" -o out.tsv
+  same "$(<out.tsv)" $'Name\tAge\r\nAnn\t6\r'
+  run 0 export a.cdb "SELECT Name, Age FROM people WHERE Age = 6" -o out.tsv --force --delimiter comma
+  same "$(<out.tsv)" $'Name,Age\r\nAnn,6\r'
+  run 1 export a.cdb people -o a.cdb-wal
+  says "is in use"
   run 1 export a.cdb "DELETE FROM people"
   run 1 export a.cdb people -o nowhere/out.csv
   [[ ! -e nowhere ]] || fail "nowhere was made"
@@ -217,11 +263,34 @@ test_export() {
   same "$(ask back.cdb "SELECT Name, Zip, Age, Born FROM people WHERE Age = 6")" 'Ann,"007",6,2001-03-09'
 }
 
+# Values of other kinds than their columns are for.
+test_exact() {
+  run 0 query a.cdb "CREATE TABLE Odd (Truth Bit, Day Date, Raw Bytea)"
+  run 0 query a.cdb "INSERT INTO Odd VALUES ('yes', '01/02/2003', 'text'), (1, 20010309, x'41'), ('true', '2003/01/02', 5)"
+  run 0 query a.cdb "CREATE TABLE Back (Truth Bit, Day Date, Raw Bytea)"
+  run 0 export a.cdb Odd -o odd.csv
+  says "5 values will not come back from this as in the database"
+  says "--exact"
+  run 0 export a.cdb Odd -o odd.html
+  [[ $err != *value* ]] || fail "it said: $err"
+  run 1 import a.cdb odd.csv --table Back
+  local name
+  for name in exact.csv exact.tsv exact.json exact.jsonl; do
+    run 0 export a.cdb Odd -o "$name" --exact
+    [[ $err != *"come back"* ]] || fail "it said: $err"
+    run 0 import a.cdb "$name" --table Back --exact
+    same "$(ask a.cdb "SELECT count(*) FROM (SELECT typeof(Truth), Truth, typeof(Day), Day, typeof(Raw), Raw FROM Odd EXCEPT SELECT typeof(Truth), Truth, typeof(Day), Day, typeof(Raw), Raw FROM Back)")" 0
+    run 0 query a.cdb "DELETE FROM Back"
+  done
+}
+
 test_backup_and_check() {
   run 0 backup a.cdb copy.cdb
   is_silent
   run 1 backup a.cdb copy.cdb
   says "exists already"
+  run 1 backup a.cdb a.cdb-wal
+  says "is in use"
   run 0 check copy.cdb
   shows ok
   same "$(ask copy.cdb "SELECT count(*) FROM people")" "$(ask a.cdb "SELECT count(*) FROM people")"
@@ -247,31 +316,49 @@ c.commit()"
   says "The file is damaged"
 }
 
-# complete WORD...: what the completion offers for the last word.
+# offered WORD...: what the completion offers for the last word, a line each.
 offered() {
   COMP_WORDS=(cdbtool "$@")
   COMP_CWORD=$#
   _cdbtool
-  echo "${COMPREPLY[*]}"
+  printf '%s\n' "${COMPREPLY[@]}"
 }
 
-# The manual page and the completion know every option that the program knows, and no other.
+# The options that the program has for a command, the short ones too.
+options_of() {
+  run 0 "$1" --help
+  grep -oE '^ *(-[a-z],)?--[a-z-]+' out.txt | tr -d ' ' | tr ',' '\n' | sort -u
+}
+
+# The manual page, the user's manual and the completion know every option that the program knows, and no other.
 test_manual_and_completion() {
-  local command option manual
+  local command option manual chapter all=$'--version\n'
   manual=$(sed 's/\\-/-/g' "$root/packaging/cdbtool.1")
+  chapter=$(sed -n '/<h3>The command line/,/<\/section>/p' "$root/help/Quivane.htm")
   source "$root/packaging/cdbtool.bash"
   same "$(offered ex)" export
   same "$(offered tables a.cd)" a.cdb
   same "$(offered show a.cdb peo)" people
+  same "$(offered show --csv a.cdb peo)" people
   same "$(offered import a.cdb people.csv --encoding win)" windows-1252
+  cp a.cdb "with a blank.cdb"
+  cdbtool query "with a blank.cdb" "CREATE TABLE [Two words] (a)" --quiet
+  same "$(offered show "with\ a\ blank.cdb" Two)" "Two words"
+  same "$(offered export "'with a blank.cdb'" Two)" "Two words"
+  same "$(offered import "with\ a\ blank.cdb" people.csv --table Two)" "Two words"
   for command in tables show find query import export new backup check info; do
-    run 0 "$command" --help
-    mapfile -t options < <(grep -oE '^ *(-[a-z],)?--[a-z-]+' out.txt | grep -oE -- '--[a-z-]+' | sort -u)
-    same "$(offered "$command" -- | tr ' ' '\n' | sort -u | tr '\n' ' ')" "$(printf '%s ' "${options[@]}")"
+    mapfile -t options < <(options_of "$command")
+    [[ ${#options[@]} -ge 2 ]] || fail "$command has no options"
+    all+=$(printf '%s\n' "${options[@]}")$'\n'
+    same "$(offered "$command" - | sort -u)" "$(printf '%s\n' "${options[@]}")"
     for option in "${options[@]}"; do
-      [[ $option == --help || $manual == *"$option"* ]] || fail "the manual page lacks $option of $command"
+      grep -qE -- "(^|[^a-z-])$option([^a-z-]|\$)" <<<"$manual" || fail "the manual page lacks $option of $command"
     done
+    [[ $chapter == *"cdbtool $command "* ]] || fail "the user's manual lacks an example of $command"
   done
+  while IFS= read -r option; do
+    grep -qx -- "$option" <<<"$all" || fail "there is no option $option, of which a manual tells"
+  done < <(grep -oE -- '(^|[^a-z-])--[a-z][a-z-]*' <<<"$manual$chapter" | grep -oE -- '--[a-z-]+' | sort -u)
 }
 
 # The examples of the user's manual, as they stand there, one after the other.
@@ -383,8 +470,8 @@ sys.exit(0 if status == 0 and b"%" in shown else 1)
 END
 }
 
-tests=(test_usage test_help test_new_and_info test_import_and_show test_dry_run test_rejects test_choices test_query_and_find
-  test_saved_query test_export test_backup_and_check test_examples_of_the_manual)
+tests=(test_usage test_empty_and_dash test_help test_new_and_info test_import_and_show test_dry_run test_rejects test_choices test_query_and_find
+  test_saved_query test_export test_exact test_backup_and_check test_examples_of_the_manual)
 if [[ $kind == native ]]; then
   make_large
   tests+=(test_manual_and_completion test_pipe_that_nobody_reads test_full_disk test_interrupts test_interrupt_while_waiting_for_input test_progress)

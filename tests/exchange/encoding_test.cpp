@@ -110,5 +110,31 @@ TEST(Encoding, NamesAreKnownInAnyLetterCase) {
   EXPECT_EQ(nameOf(Encoding::windows1252), "windows-1252");
 }
 
+TEST(EncodingDetection, TellsWhereTheFirstByteIsThatIsNoUtf8) {
+  struct Case {
+    const char* name;
+    std::string file;
+    std::int64_t line;
+    std::int64_t offset;
+  };
+  const Case cases[] = {{"none", "a\nb\n", 0, 0},
+                        {"UTF-8", "\xC3\xA9\n", 0, 0},
+                        {"the first", "\xFF", 1, 0},
+                        {"in the third line", "a\n\xC3\xA9\nM\xFC\n\xFF", 3, 6},
+                        {"the end of half a character", "a\n\xC3", 2, 2},
+                        {"beyond a block", std::string(100'000, '\n') + "\xFC", 100'001, 100'000}};
+  for (const Case& c : cases) {
+    for (const std::size_t most : {std::size_t{1} << 16, std::size_t{1}}) {
+      DripSource source(c.file, most);
+      Encoding encoding = Encoding::utf16BigEndian;
+      BytePlace place;
+      ASSERT_TRUE(detectEncoding(source, &encoding, &place));
+      EXPECT_EQ(encoding, c.line == 0 ? Encoding::utf8 : Encoding::windows1252) << c.name;
+      EXPECT_EQ(place.line, c.line) << c.name;
+      EXPECT_EQ(place.offset, c.offset) << c.name;
+    }
+  }
+}
+
 }  // namespace
 }  // namespace store::exchange

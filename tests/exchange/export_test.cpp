@@ -1,3 +1,5 @@
+#include "platform/store/exchange/export.h"
+
 #include "platform/store/exchange/formats/html_writer.h"
 #include "platform/store/exchange/formats/json_writer.h"
 #include "platform/store/exchange/formats/sql_writer.h"
@@ -149,6 +151,18 @@ TEST_F(ExportTest, ItCanBeCancelled) {
   CsvWriter writer({});
   std::string text;
   EXPECT_EQ(tryExport("T", writer, &text).message(), "The export was cancelled.");
+}
+
+TEST(ExportNames, TheEndingTellsTheFormatAndTheSeparator) {
+  EXPECT_EQ(formatOfName("a.CSV"), ExportFormat::csv);
+  EXPECT_EQ(separatorOfName("a.CSV"), ',');
+  for (const char* name : {"a.tsv", "A.TSV", "a.b.tab"}) {
+    EXPECT_EQ(formatOfName(name), ExportFormat::csv) << name;
+    EXPECT_EQ(separatorOfName(name), '\t') << name;
+  }
+  EXPECT_EQ(formatOfName("a.ndjson"), ExportFormat::jsonLines);
+  EXPECT_FALSE(formatOfName("tsv"));
+  EXPECT_EQ(separatorOfName("tsv"), ',');
 }
 
 }  // namespace

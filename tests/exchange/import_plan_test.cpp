@@ -132,6 +132,30 @@ TEST_F(ImportPlanTest, ChoicesThatNameNothingAreTold) {
   EXPECT_EQ(planOf("a,b\n1,2\n"), "!\"Integer, x Text); DROP TABLE Books; --\" is no type.");
 }
 
+TEST_F(ImportPlanTest, ATypeThatNobodyKnowsIsTold) {
+  open();
+  for (const char* type : {"Klingon", "Intger", "Text, b Text", "Text Text"}) {
+    options_.types = {{"a", type}};
+    EXPECT_TRUE(planOf("a,b\n1,2\n").starts_with("!The type \"" + std::string(type) + "\" is not known. "))
+        << type;
+  }
+  for (const char* type : {"integer", "Varchar (10)", "decimal(10,2)", "Long  Varbinary", "memo", "BYTEA"}) {
+    options_.types = {{"a", type}};
+    EXPECT_EQ(planOf("a,b\n1,2\n"), "a>a " + std::string(type) + ", b>b Integer");
+  }
+}
+
+TEST_F(ImportPlanTest, WhatKeepsTheFileFromBeingUtf8IsTold) {
+  open();
+  EXPECT_EQ(planOf("a,b\n1,2\nM\xFC,3\n"), "a>a Text, b>b Integer");
+  EXPECT_EQ(plan_.encoding, Encoding::windows1252);
+  EXPECT_EQ(plan_.notUtf8.line, 3);
+  EXPECT_EQ(plan_.notUtf8.offset, 9);
+  options_.encoding = Encoding::windows1252;
+  EXPECT_EQ(planOf("a\nM\xFC\n"), "a>a Text");
+  EXPECT_EQ(plan_.notUtf8.line, 0);
+}
+
 TEST_F(ImportPlanTest, TheTableIsNewOrThereAsTheUserSays) {
   prepare("CREATE TABLE Books (a); CREATE VIEW V AS SELECT 1 AS a");
   open();

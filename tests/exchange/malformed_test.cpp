@@ -18,7 +18,7 @@ using namespace std::string_literals;
 
 const std::vector<Malformed>& corpus() {
   static const std::vector<Malformed> rows{
-      {"TooFewFields", "a,b\ngood,1\nx\n", {"3: there are 1 fields instead of 2"}, "good"},
+      {"TooFewFields", "a,b\ngood,1\nx\n", {"3: there is 1 field instead of 2"}, "good"},
       {"TooManyFields", "a,b\nx,1,2\ngood,1\n", {"2: there are 3 fields instead of 2"}, "good"},
       {"UnclosedQuote",
        "a,b\ngood,1\n\"x,2\nlost,3\n",

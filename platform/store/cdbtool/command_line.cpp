@@ -67,8 +67,18 @@ class CommandLine {
   std::vector<std::string> map_;
 };
 
+std::string notEmpty(const std::string& text) {
+  return text.empty() ? "an empty text is nothing here" : "";
+}
+
+/// A database, which can't come or go by a stream.
+std::string noStream(const std::string& text) {
+  if (text.empty()) return notEmpty(text);
+  return text == kStandardStream ? "a database can't be the standard input or output" : "";
+}
+
 CLI::Option* addFile(CLI::App* command, std::string& file) {
-  return command->add_option("FILE", file, "The database")->required();
+  return command->add_option("FILE", file, "The database")->required()->check(noStream);
 }
 
 /// A separator as the user writes it; not a character of its own for anything else.
@@ -143,14 +153,14 @@ void CommandLine::addListing() {
         return cdbtool::show({file_, text_, rowFormat()});
       });
   addFile(show, file_);
-  show->add_option("WHAT", text_, "A table, a view, a saved query or a SELECT")->required();
+  show->add_option("WHAT", text_, "A table, a view, a saved query or a SELECT")->required()->check(notEmpty);
   addRowFormats(show);
 
   CLI::App* find = add("find", "Find a text in all tables: table, record, field and value, parted by tabs",
                        "find library.cdb heron", [this] { return cdbtool::find(find_); });
   addFile(find, find_.file);
   find->add_option("TEXT", find_.text, "The text")->required();
-  find->add_option("--table", find_.table, "Only in this table");
+  find->add_option("--table", find_.table, "Only in this table")->check(notEmpty);
   find->add_flag("--case", find_.matchesCase, "Capital and small letters differ");
 
   CLI::App* query =
@@ -167,19 +177,24 @@ void CommandLine::addImport() {
       add("import", "Import CSV or JSON into a table, all of it or nothing",
           "import library.cdb members.csv --table Members --type Zip=Text", [this] { return runImport(); });
   addFile(command, import_.file);
-  command->add_option("SOURCE", import_.source, "The file to import; - is the standard input")->required();
+  command->add_option("SOURCE", import_.source, "The file to import; - is the standard input")
+      ->required()
+      ->check(notEmpty);
   exchange::ImportOptions& options = import_.options;
-  command->add_option("--table", options.table,
-                      "The table; by default a new or existing one called like the file");
+  command
+      ->add_option("--table", options.table,
+                   "The table; by default a new or existing one called like the file")
+      ->check(notEmpty);
   CLI::Option* isNew = command->add_flag("--new", isNew_, "The table must not be there yet");
   command->add_flag("--append", isAppended_, "The table must be there")->excludes(isNew);
   command->add_option("--format", inputFormat_, "csv or json instead of what is detected")
       ->check(CLI::IsMember({"csv", "json"}));
-  command->add_option("--delimiter", delimiter_,
-                      "The character between fields, or comma, semicolon, tab, bar");
+  command
+      ->add_option("--delimiter", delimiter_, "The character between fields, or comma, semicolon, tab, bar")
+      ->check(notEmpty);
   CLI::Option* noHeader = command->add_flag("--no-header", noHeader_, "The first line is a record");
   command->add_flag("--header", header_, "The first line has the names of the columns")->excludes(noHeader);
-  command->add_option("--encoding", encoding_, "utf-8, windows-1252, utf-16le or utf-16be");
+  command->add_option("--encoding", encoding_, "utf-8, windows-1252, utf-16le or utf-16be")->check(notEmpty);
   command->add_option("--null", options.nullText,
                       "The text that stands for no value; by default the empty field");
   command->add_option("--type", types_, "COLUMN=TYPE: the type of a column of a new table")
@@ -190,16 +205,22 @@ void CommandLine::addImport() {
       ->expected(1);
   command->add_option("--skip", options.skipped, "A column of the file that is not imported")
       ->take_all()
-      ->expected(1);
+      ->expected(1)
+      ->check(notEmpty);
   command->add_flag("--replace", options.replaces, "A record takes the place of the one with the same key");
   command->add_option("--key", options.keyColumns, "A column of the key, instead of the table's primary key")
       ->take_all()
       ->expected(1)
+      ->check(notEmpty)
       ->needs("--replace");
+  command->add_flag("--exact", options.isExact,
+                    "Each value as what it is in the file, whatever the type of its column");
   command->add_flag("--keep-good", import_.keepsGoodRows, "Import what can be taken when some records can't");
   command->add_flag("--dry-run", import_.isTrial, "Only tell what would be done");
-  command->add_option("--rejects", import_.rejectsFile,
-                      "A new file for the records that are left out, with reasons");
+  command
+      ->add_option("--rejects", import_.rejectsFile,
+                   "A new file for the records that are left out, with reasons; - is the standard output")
+      ->check(notEmpty);
   command->add_flag("--force", import_.replacesFiles, "Replace the file of --rejects");
   addQuiet(command);
 }
@@ -208,19 +229,26 @@ void CommandLine::addExport() {
   CLI::App* command = add("export", "Export a table, a saved query or a SELECT",
                           "export library.cdb Books -o books.csv", [this] { return runExport(); });
   addFile(command, export_.file);
-  command->add_option("WHAT", export_.what, "A table, a view, a saved query or a SELECT")->required();
-  command->add_option("-o,--output", export_.target,
-                      "The new file; - is the standard output, which is the default");
+  command->add_option("WHAT", export_.what, "A table, a view, a saved query or a SELECT")
+      ->required()
+      ->check(notEmpty);
+  command
+      ->add_option("-o,--output", export_.target,
+                   "The new file; - is the standard output, which is the default")
+      ->check(notEmpty);
   command
       ->add_option("--format", exportFormat_,
                    "csv, json, jsonl, html or sql; by default as the output is called")
       ->check(CLI::IsMember({"csv", "json", "jsonl", "html", "sql"}));
-  command->add_option("--delimiter", delimiter_,
-                      "The character between fields, or comma, semicolon, tab, bar");
+  command
+      ->add_option("--delimiter", delimiter_, "The character between fields, or comma, semicolon, tab, bar")
+      ->check(notEmpty);
   command->add_flag("--no-header", noHeader_, "Without the names of the columns");
   command->add_option("--null", export_.nullText, "The text that stands for no value");
   command->add_option("--line-end", export_.lineEnd, "crlf or lf")->check(CLI::IsMember({"crlf", "lf"}));
   command->add_flag("--bom", export_.hasMark, "With a byte-order mark, by which some programs know UTF-8");
+  command->add_flag("--exact", export_.isExact,
+                    "Each value so that import --exact brings it back, whatever the type of its column");
   command->add_flag("--force", export_.replacesFiles, "Replace an existing file");
   addQuiet(command);
 }
@@ -232,7 +260,7 @@ void CommandLine::addUpkeep() {
   CLI::App* backup = add("backup", "Copy a database, also while it is in use",
                          "backup library.cdb library-copy.cdb", [this] { return backUp(file_, text_); });
   addFile(backup, file_);
-  backup->add_option("TARGET", text_, "The new file")->required();
+  backup->add_option("TARGET", text_, "The new file")->required()->check(noStream);
 
   addFile(addQuiet(add("check", "Check that a database is sound", "check library.cdb",
                        [this] { return cdbtool::check(file_, isQuiet_); })),
@@ -244,8 +272,11 @@ void CommandLine::addUpkeep() {
 int CommandLine::runImport() {
   exchange::ImportOptions& options = import_.options;
   import_.isQuiet = isQuiet_;
-  if (import_.source == "-" && options.table.empty()) {
+  if (import_.source == kStandardStream && options.table.empty()) {
     throw CLI::ValidationError("--table", "the standard input has no name that the table could have");
+  }
+  if (import_.isTrial && import_.rejectsFile == kStandardStream) {
+    throw CLI::ValidationError("--rejects", "the standard output is for what --dry-run tells");
   }
   if (isNew_) options.target = exchange::ImportOptions::Target::newTable;
   if (isAppended_) options.target = exchange::ImportOptions::Target::existingTable;
@@ -257,6 +288,10 @@ int CommandLine::runImport() {
     if (!options.encoding) throw CLI::ValidationError("--encoding", "\"" + encoding_ + "\" is not known");
   }
   options.types = pairsOf("--type", types_);
+  for (const auto& [column, type] : options.types) {
+    if (store::Status status = exchange::checkType(type); !status)
+      throw CLI::ValidationError("--type", status.message());
+  }
   options.map = pairsOf("--map", map_);
   return import(import_);
 }

@@ -47,7 +47,7 @@ struct ImportRequest {
   store::exchange::ImportOptions options;
   bool keepsGoodRows = false;
   bool isTrial = false;
-  std::string rejectsFile;
+  std::string rejectsFile;  ///< "-" for the standard output, empty for none
   bool replacesFiles = false;
   bool isQuiet = false;
 };
@@ -58,11 +58,12 @@ struct ExportRequest {
   std::string what;
   std::string target = "-";
   std::optional<RowFormat> format;  ///< by the name of the target when it is not given
-  char separator = ',';
+  std::optional<char> separator;    ///< likewise
   bool hasHeader = true;
   std::string nullText;
   std::string lineEnd = "crlf";
   bool hasMark = false;
+  bool isExact = false;
   bool replacesFiles = false;
   bool isQuiet = false;
 };
@@ -77,6 +78,8 @@ int info(const std::string& file);
 /// or a statement.
 store::Status resolveRows(store::Backend& backend, const std::string& what, std::string* source,
                           store::SourceKind* kind);
+/// Says how many values will not come back from a file of that format; nothing when there are none.
+void tellChanged(std::int64_t count, RowFormat format, bool isExact);
 /// Writes the rows to the standard output.
 store::Status writeRows(store::Backend& backend, const std::string& source, store::SourceKind kind,
                         RowFormat format);

@@ -49,8 +49,12 @@ void Console::endProgress() {
   std::fputs("\r\x1b[K", stderr);
 }
 
+std::string counted(std::int64_t count, const std::string& thing) {
+  return std::to_string(count) + " " + thing + (count == 1 ? "" : "s");
+}
+
 std::string countOfRecords(std::int64_t count) {
-  return std::to_string(count) + (count == 1 ? " record" : " records");
+  return counted(count, "record");
 }
 
 int failed(const store::Status& status) {
@@ -58,8 +62,8 @@ int failed(const store::Status& status) {
   return kFailed;
 }
 
-store::Status withForceHint(const store::Status& status) {
-  if (status.code() != store::ErrorCode::fileExists) return status;
+store::Status withForceHint(const store::Status& status, bool replacesFiles) {
+  if (status.code() != store::ErrorCode::fileExists || replacesFiles) return status;
   return {status.code(), status.message() + " --force replaces a file."};
 }
 

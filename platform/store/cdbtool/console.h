@@ -9,6 +9,9 @@
 
 namespace cdbtool {
 
+/// What the user writes for the standard input or output where a file is meant.
+inline constexpr std::string_view kStandardStream = "-";
+
 /// How the program ends.
 enum ExitCode : int { kDone = 0, kFailed = 1, kWrongUsage = 2, kRowsLeftOut = 3 };
 
@@ -34,6 +37,8 @@ class Console {
   std::chrono::steady_clock::time_point next_;
 };
 
+/// "1 value", "2 values".
+std::string counted(std::int64_t count, const std::string& thing);
 /// "1 record", "2 records".
 std::string countOfRecords(std::int64_t count);
 
@@ -41,8 +46,9 @@ std::string countOfRecords(std::int64_t count);
 /// to be told.
 int failed(const store::Status& status);
 
-/// A failure to make a file, with what the user can do when one is there already.
-store::Status withForceHint(const store::Status& status);
+/// A failure to make a file, with what the user, who has not asked for that yet, can do when one is there
+/// already.
+store::Status withForceHint(const store::Status& status, bool replacesFiles);
 
 /// The standard output.
 class StandardOutput : public store::exchange::StreamSink {

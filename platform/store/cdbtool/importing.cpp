@@ -1,5 +1,3 @@
-#include <filesystem>
-
 #include "platform/store/cdbtool/commands.h"
 #include "platform/store/cdbtool/system.h"
 #include "platform/store/exchange/bytes/output_file.h"
@@ -38,13 +36,12 @@ class Observer : public exchange::ImportObserver {
       Console::complain("line " + std::to_string(record.line) + ": " + reason);
     }
     if (request_.rejectsFile.empty()) return {};
-    if (!file_.isOpen()) {
-      Status status = withForceHint(
-          file_.create(request_.rejectsFile, request_.replacesFiles, {request_.file, request_.source}));
-      if (status) status = file_.write(exchange::kRejectTitles);
+    if (count_ == 1) {
+      Status status = openList();
+      if (status) status = list_->write(exchange::kRejectTitles);
       if (!status) return status;
     }
-    return file_.write(exchange::rejectLine(record, reason));
+    return list_->write(exchange::rejectLine(record, reason));
   }
 
   /// Tells how many were not shown, and keeps the file with all of them.
@@ -53,13 +50,28 @@ class Observer : public exchange::ImportObserver {
       Console::complain("... and " + std::to_string(count_ - kMostRejectsShown) + " more" +
                         (request_.rejectsFile.empty() ? " (--rejects FILE lists all of them)" : ""));
     }
-    return file_.isOpen() ? file_.keep() : Status();
+    if (file_.isOpen()) return file_.keep();
+    return list_ != nullptr ? StandardOutput::finish() : Status();
   }
 
  private:
+  Status openList() {
+    if (request_.rejectsFile == kStandardStream) {
+      list_ = &output_;
+      return {};
+    }
+    std::vector<std::string> inUse{request_.file};
+    if (request_.source != kStandardStream) inUse.push_back(request_.source);
+    list_ = &file_;
+    return withForceHint(file_.create(request_.rejectsFile, request_.replacesFiles, inUse),
+                         request_.replacesFiles);
+  }
+
   const ImportRequest& request_;
   Console& console_;
+  StandardOutput output_;
   exchange::OutputFile file_;
+  exchange::ByteSink* list_ = nullptr;  // the one of them in which the records are noted
   std::int64_t count_ = 0;
 };
 
@@ -95,7 +107,7 @@ std::string describe(const exchange::ImportPlan& plan) {
 }
 
 Status openInput(const ImportRequest& request, std::unique_ptr<exchange::ByteSource>* source) {
-  if (request.source == "-") return exchange::copyStream(stdin, source);
+  if (request.source == kStandardStream) return exchange::copyStream(stdin, source);
   return exchange::openSource(request.source, source);
 }
 
@@ -104,6 +116,24 @@ std::string tableOf(const ImportRequest& request) {
   if (!request.options.table.empty()) return request.options.table;
   const std::u8string stem = store::pathOf(request.source).stem().u8string();
   return exchange::validTableName({reinterpret_cast<const char*>(stem.data()), stem.size()});
+}
+
+/// What was found out about the file, so that a wrong guess is seen at once.
+void tellReading(const exchange::ImportPlan& plan, Console& console) {
+  std::string text = "read as " + std::string(exchange::nameOf(plan.encoding));
+  if (plan.isJson) {
+    text += ", JSON";
+  } else {
+    text += ", parted by " + nameOfSeparator(plan.csv.separator) + ", ";
+    text += plan.csv.hasHeader ? "the first line has the names" : "the first line is a record";
+  }
+  if (plan.isHeaderInDoubt) text += plan.csv.hasHeader ? " (or --no-header)" : " (or --header)";
+  console.tell(text);
+  if (plan.notUtf8.line == 0) return;
+  console.tell(
+      "line " + std::to_string(plan.notUtf8.line) + ": byte " + std::to_string(plan.notUtf8.offset + 1) +
+      " of the file is no UTF-8, so all of it is read as " + std::string(exchange::nameOf(plan.encoding)) +
+      "; with --encoding utf-8 only such records are left out");
 }
 
 /// Where a column has not gone where its name says.
@@ -124,13 +154,12 @@ int finish(const ImportRequest& request, const exchange::ImportPlan& plan,
     console.tell(text);
     return kDone;
   }
-  const std::string leftOut = std::to_string(result.leftOut);
   if (request.isTrial || result.isStored) {
-    console.tell(text + ", " + leftOut + " left out");
+    console.tell(text + ", " + std::to_string(result.leftOut) + " left out");
     return kRowsLeftOut;
   }
-  Console::complain(leftOut +
-                    " records can't be taken, so nothing was imported; --keep-good takes the others.");
+  Console::complain(countOfRecords(result.leftOut) +
+                    " can't be taken, so nothing was imported; --keep-good takes the others.");
   return kFailed;
 }
 
@@ -155,6 +184,7 @@ int import(const ImportRequest& request) {
     if (status) status = StandardOutput::finish();
     if (!status) return failed(status);
   }
+  tellReading(plan, console);
   tellRenaming(plan, console);
   const exchange::ImportMode mode = request.isTrial         ? exchange::ImportMode::trial
                                     : request.keepsGoodRows ? exchange::ImportMode::goodRecords

@@ -142,7 +142,10 @@ Status writeRows(Backend& backend, const std::string& source, SourceKind kind, R
   UntilInterrupted observer;
   exchange::ExportResult result;
   if (Status status = exchange::exportRows(*rows, *writer, output, observer, &result); !status) return status;
-  return StandardOutput::finish();
+  Status status = StandardOutput::finish();
+  // Only an export can be exact.
+  if (status) tellChanged(result.changed, format, true);
+  return status;
 }
 
 int show(const ShowRequest& request) {

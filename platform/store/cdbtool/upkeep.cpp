@@ -1,5 +1,6 @@
 #include "platform/store/cdbtool/commands.h"
 #include "platform/store/cdbtool/text_table.h"
+#include "platform/store/exchange/bytes/files_in_use.h"
 #include "platform/store/sqlite/database_file.h"
 
 namespace cdbtool {
@@ -49,7 +50,10 @@ int makeDatabase(const std::string& file) {
 int backUp(const std::string& file, const std::string& target) {
   std::unique_ptr<Backend> backend;
   if (Status status = openFile(file, &backend); !status) return failed(status);
-  Status status = backend->saveCopy(target);
+  // Beside the database a file of some names would be taken for a part of it.
+  Status status = store::exchange::checkNotInUse(target, {file});
+  if (!status) return failed(status);
+  status = backend->saveCopy(target);
   if (status) return kDone;
   if (status.code() == store::ErrorCode::fileExists)
     return failed({status.code(), target + " exists already."});

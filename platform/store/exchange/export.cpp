@@ -67,7 +67,9 @@ std::optional<ExportFormat> formatOfName(std::string_view path) {
     const char* text;
     ExportFormat format;
   };
-  static constexpr std::array<Ending, 7> kEndings{{{".csv", ExportFormat::csv},
+  static constexpr std::array<Ending, 9> kEndings{{{".csv", ExportFormat::csv},
+                                                   {".tsv", ExportFormat::csv},
+                                                   {".tab", ExportFormat::csv},
                                                    {".json", ExportFormat::json},
                                                    {".jsonl", ExportFormat::jsonLines},
                                                    {".ndjson", ExportFormat::jsonLines},
@@ -78,6 +80,11 @@ std::optional<ExportFormat> formatOfName(std::string_view path) {
   const auto* found = std::find_if(kEndings.begin(), kEndings.end(),
                                    [&lower](const Ending& ending) { return lower.ends_with(ending.text); });
   return found != kEndings.end() ? std::optional(found->format) : std::nullopt;
+}
+
+char separatorOfName(std::string_view path) {
+  const std::string lower = lowerCase(path);
+  return lower.ends_with(".tsv") || lower.ends_with(".tab") ? '\t' : ',';
 }
 
 Status exportSource(Backend& backend, const ExportSource& rows, const ExportOptions& options, ByteSink& sink,

@@ -15,6 +15,9 @@ enum class ExportFormat { csv, json, jsonLines, html, sql };
 std::string_view nameOf(ExportFormat format);
 /// By the ending of a file's name, in any letter case; none for a name without one of the known endings.
 std::optional<ExportFormat> formatOfName(std::string_view path);
+/// What separates the values in a file of that name: the tab in one that ends so (".tsv", ".tab"), else the
+/// comma.
+char separatorOfName(std::string_view path);
 
 /// How rows are written; what belongs to one format does not matter to the others.
 struct ExportOptions {

@@ -42,8 +42,9 @@ bool Import::readValues(const RecordReader& reader, std::string* reason) {
   }
   const std::size_t expected = reader.names().size();
   if (reader.hasFixedFields() && record.fields.size() != expected) {
-    *reason = "there are " + std::to_string(record.fields.size()) + " fields instead of " +
-              std::to_string(expected);
+    const std::size_t count = record.fields.size();
+    *reason = (count == 1 ? "there is 1 field" : "there are " + std::to_string(count) + " fields") +
+              " instead of " + std::to_string(expected);
     return false;
   }
   for (std::size_t index = 0; index < plan_.columns.size(); ++index) {

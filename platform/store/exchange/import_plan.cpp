@@ -9,6 +9,7 @@
 #include "platform/store/exchange/formats/json_reader.h"
 #include "platform/store/exchange/names.h"
 #include "platform/store/rows/ascii_case.h"
+#include "platform/store/rows/type_names.h"
 #include "platform/store/sql/dialect.h"
 #include "platform/store/sql/sql_tokens.h"
 
@@ -201,7 +202,7 @@ Status Planner::findFormat() {
   if (options_.encoding) {
     plan_.encoding = *options_.encoding;
   } else {
-    if (Status status = detectEncoding(source_, &plan_.encoding); !status) return status;
+    if (Status status = detectEncoding(source_, &plan_.encoding, &plan_.notUtf8); !status) return status;
     // Nothing in the file speaks for it, only against the others.
     plan_.isEncodingInDoubt = plan_.encoding == Encoding::windows1252;
   }
@@ -251,7 +252,7 @@ Status Planner::readFile() {
 
 Status Planner::checkChoices() const {
   for (const auto& [column, type] : options_.types) {
-    if (!isTypeName(type)) return {ErrorCode::invalidArgument, "\"" + type + "\" is no type."};
+    if (Status status = checkType(type); !status) return status;
   }
   for (const std::string& column : chosenColumns(options_)) {
     if (!contains(contents_.names, column)) {
@@ -360,11 +361,20 @@ Status Planner::findKey() {
 
 }  // namespace
 
+Status checkType(const std::string& type) {
+  if (!isTypeName(type)) return {ErrorCode::invalidArgument, "\"" + type + "\" is no type."};
+  if (isKnownType(type)) return {};
+  return {ErrorCode::invalidArgument,
+          "The type \"" + type +
+              "\" is not known. Known are Integer, Bigint, Float, Decimal, Bit, Date, Datetime, Time, Text, "
+              "Varchar (n), Long Varbinary and what other programs call them."};
+}
+
 Status setColumnType(ImportPlan& plan, std::size_t column, const std::string& type) {
   if (!plan.isNewTable) {
     return {ErrorCode::invalidArgument, "The table is there already, and its types rule."};
   }
-  if (!isTypeName(type)) return {ErrorCode::invalidArgument, "\"" + type + "\" is no type."};
+  if (Status status = checkType(type); !status) return status;
   giveType(plan.columns[column], type, plan.isExact);
   return {};
 }

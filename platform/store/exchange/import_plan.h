@@ -52,6 +52,7 @@ struct PlannedColumn {
 struct ImportPlan {
   bool isJson = false;
   Encoding encoding = Encoding::utf8;
+  BytePlace notUtf8;  ///< the byte because of which the encoding was not taken for UTF-8
   CsvFormat csv;
   std::string table;
   bool isNewTable = false;
@@ -66,6 +67,10 @@ struct ImportPlan {
   /// The statement that makes the new table.
   std::string createStatement() const;
 };
+
+/// Whether a new column can have the type: invalidArgument for what is no type, and for one that isn't known.
+/// (SQLite takes any word, and makes numbers of the texts in a column of one that it doesn't know.)
+Status checkType(const std::string& type);
 
 /// Gives a column of a new table another type, in the place of the one that was found out. invalidArgument
 /// for a table that is there and for what is no type.
@@ -93,7 +98,8 @@ Status cancelled();
 
 /// Looks through all of `source` as far as that is needed and finds out what the user has not chosen. Changes
 /// nothing. Fails with
-///  - invalidArgument: a table's name or a type that can't be one, a choice that names no column;
+///  - invalidArgument: a table's name or a type that can't be one or isn't known, a choice that names no
+///  column;
 ///  - tableExists, noTable: the table is not as `target` says;
 ///  - badColumn: a column of the file that has no place in the table, or two that have the same;
 ///  - conversion: no columns are found in the file;

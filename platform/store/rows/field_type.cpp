@@ -1,7 +1,11 @@
 #include "platform/store/rows/field_type.h"
 
+#include <algorithm>
+#include <iterator>
 #include <limits>
 #include <string>
+
+#include "platform/store/rows/type_names.h"
 
 namespace store {
 namespace {
@@ -229,7 +233,18 @@ bool contains(std::string_view text, std::string_view part) {
   return text.find(part) != std::string_view::npos;
 }
 
+/// Null for a name that is none of them.
+const NamedType* namedType(std::string_view name) {
+  const auto* row = std::find_if(std::begin(kNamedTypes), std::end(kNamedTypes),
+                                 [name](const NamedType& named) { return named.name == name; });
+  return row != std::end(kNamedTypes) ? row : nullptr;
+}
+
 }  // namespace
+
+bool isKnownType(std::string_view declaredType) {
+  return namedType(readDeclaration(declaredType).name) != nullptr;
+}
 
 FieldType fieldTypeOf(std::string_view declaredType) {
   const Declaration declaration = readDeclaration(declaredType);
@@ -238,10 +253,9 @@ FieldType fieldTypeOf(std::string_view declaredType) {
     untyped.isTyped = false;
     return untyped;
   }
-  for (const NamedType& row : kNamedTypes) {
-    if (row.name != declaration.name) continue;
-    FieldType type = row.type;
-    const std::int32_t size = row.size == Size::declared ? declaredSizeOf(declaration.arguments) : 0;
+  if (const NamedType* row = namedType(declaration.name)) {
+    FieldType type = row->type;
+    const std::int32_t size = row->size == Size::declared ? declaredSizeOf(declaration.arguments) : 0;
     if (size > 0) type.definedSize = size;
     return type;
   }

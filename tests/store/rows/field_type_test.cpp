@@ -6,6 +6,8 @@
 #include <string>
 #include <string_view>
 
+#include "platform/store/rows/type_names.h"
+
 namespace store {
 namespace {
 
@@ -169,6 +171,17 @@ TEST(FieldTypeTest, HostileDeclarationsAreHarmless) {
   EXPECT_EQ(fieldTypeOf(std::string(1 << 20, '(')).isTyped, false);
   EXPECT_EQ(fieldTypeOf("varchar(" + std::string(1 << 20, '9') + ")").definedSize, kMaxSize);
   EXPECT_EQ(fieldTypeOf(std::string(1 << 20, 'x')).code, TypeCode::longVarWChar);
+}
+
+TEST(FieldTypeTest, OnlyNamesAreKnown) {
+  for (const char* name :
+       {"integer", "INT", " Varchar ( 40 ) ", "long  varbinary", "double precision", "bytea"}) {
+    EXPECT_TRUE(isKnownType(name)) << name;
+  }
+  for (const char* name :
+       {"", "klingon", "string", "pointer", "integer primary key", "text, b text", "(5)"}) {
+    EXPECT_FALSE(isKnownType(name)) << name;
+  }
 }
 
 }  // namespace

@@ -63,6 +63,7 @@ HRESULT ConnectionObject::ExportRows(BSTR source, long options, BSTR name, BSTR 
     rows.name = utf8Of(viewOf(name));
     exchange::ExportOptions format;
     format.format = formatOf(target);
+    format.csv.separator = exchange::separatorOfName(target);
     // By it spreadsheets find out that the letters are UTF-8.
     format.hasMark = format.format == exchange::ExportFormat::csv;
     ExportProgress progress(question);

@@ -104,23 +104,52 @@ Status readBlock(ByteSource& source, std::vector<char>* block, std::size_t kept,
   return source.read(block->data() + kept, block->size() - kept, count);
 }
 
-Status isUtf8(ByteSource& source, bool* is) {
+/// How many bytes of the front of `text` are whole characters of UTF-8.
+std::size_t wellFormedLength(std::string_view text) {
+  std::size_t at = 0;
+  while (at < text.size()) {
+    std::uint64_t word = 0;
+    if (text.size() - at >= sizeof word) {
+      std::memcpy(&word, text.data() + at, sizeof word);
+      if ((word & 0x8080808080808080u) == 0) {
+        at += sizeof word;
+        continue;
+      }
+    }
+    if (byteAt(text, at) < 0x80) {
+      ++at;
+      continue;
+    }
+    const std::size_t length = lengthOfCharacter(text, at);
+    if (length == 0) break;
+    at += length;
+  }
+  return at;
+}
+
+/// Finds the first byte that is no UTF-8; its line is 0 when there is none.
+Status findNotUtf8(ByteSource& source, BytePlace* place) {
   std::vector<char> block(kBlock);
   std::size_t kept = 0;
+  BytePlace at{.line = 1};
   for (;;) {
     std::size_t count = 0;
     if (Status status = readBlock(source, &block, kept, &count); !status) return status;
     const std::string_view text(block.data(), kept + count);
     const std::size_t open = count == 0 ? 0 : openEndOf(text);
-    if (!isWellFormed(text.substr(0, text.size() - open))) {
-      *is = false;
+    const std::string_view closed = text.substr(0, text.size() - open);
+    const std::size_t good = wellFormedLength(closed);
+    at.line += std::count(closed.begin(), closed.begin() + static_cast<std::ptrdiff_t>(good), '\n');
+    at.offset += static_cast<std::int64_t>(good);
+    if (good < closed.size()) {
+      *place = at;
       return {};
     }
     if (count == 0) break;
-    std::memmove(block.data(), block.data() + text.size() - open, open);
+    std::memmove(block.data(), block.data() + closed.size(), open);
     kept = open;
   }
-  *is = true;
+  *place = {};
   return {};
 }
 
@@ -140,25 +169,7 @@ std::optional<Encoding> encodingOf(std::string_view name) {
 }
 
 bool isWellFormed(std::string_view text) {
-  std::size_t at = 0;
-  while (at < text.size()) {
-    std::uint64_t word = 0;
-    if (text.size() - at >= sizeof word) {
-      std::memcpy(&word, text.data() + at, sizeof word);
-      if ((word & 0x8080808080808080u) == 0) {
-        at += sizeof word;
-        continue;
-      }
-    }
-    if (byteAt(text, at) < 0x80) {
-      ++at;
-      continue;
-    }
-    const std::size_t length = lengthOfCharacter(text, at);
-    if (length == 0) return false;
-    at += length;
-  }
-  return true;
+  return wellFormedLength(text) == text.size();
 }
 
 std::string mended(std::string_view text) {
@@ -167,7 +178,7 @@ std::string mended(std::string_view text) {
   return toUtf8({units.data(), count});
 }
 
-Status detectEncoding(ByteSource& source, Encoding* encoding) {
+Status detectEncoding(ByteSource& source, Encoding* encoding, BytePlace* notUtf8) {
   if (Status status = source.rewind(); !status) return status;
   std::vector<char> head(kMark8.size());
   std::size_t length = 0;
@@ -182,10 +193,11 @@ Status detectEncoding(ByteSource& source, Encoding* encoding) {
   } else if (start.starts_with(kMark16Big)) {
     found = Encoding::utf16BigEndian;
   } else if (!start.starts_with(kMark8)) {
-    bool is = false;
-    if (Status status = isUtf8(source, &is); !status) return status;
+    BytePlace place;
+    if (Status status = findNotUtf8(source, &place); !status) return status;
     if (Status status = source.rewind(); !status) return status;
-    if (!is) found = Encoding::windows1252;
+    if (place.line > 0) found = Encoding::windows1252;
+    if (notUtf8 != nullptr) *notUtf8 = place;
   }
   *encoding = found;
   return {};

@@ -24,9 +24,16 @@ bool isWellFormed(std::string_view text);
 /// `text` with U+FFFD in the place of the bytes that stand for no character.
 std::string mended(std::string_view text);
 
+/// The place of a byte in a file.
+struct BytePlace {
+  std::int64_t line = 0;    ///< 1-based, by the line feeds before it; 0 when there is no such byte
+  std::int64_t offset = 0;  ///< how many bytes are in front of it
+};
+
 /// Finds out how `source` is encoded: by its byte-order mark, else UTF-8 when all of it is, else
-/// Windows-1252. May read all of it; leaves it at its beginning.
-Status detectEncoding(ByteSource& source, Encoding* encoding);
+/// Windows-1252; then `*notUtf8` is the first byte that is no UTF-8, unless null. May read all of it; leaves
+/// it at its beginning.
+Status detectEncoding(ByteSource& source, Encoding* encoding, BytePlace* notUtf8 = nullptr);
 
 /// The characters of a source as UTF-8, without a byte-order mark. A byte that stands for no character comes
 /// as the byte FF, which no well-formed text holds; in UTF-8 it comes as it is.

@@ -62,6 +62,10 @@ Status detectSeparator(ByteSource& source, Encoding encoding, char* separator) {
   std::string head;
   bool isWhole = false;
   if (Status status = readHead(source, encoding, &head, &isWhole); !status) return status;
+  if (const std::optional<char> named = separatorLine(head)) {
+    *separator = *named;
+    return {};
+  }
   char best = kSeparators.front();
   int bestAlike = 0;
   std::size_t bestFields = 0;

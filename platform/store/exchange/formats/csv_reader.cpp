@@ -8,8 +8,6 @@ namespace store::exchange {
 namespace {
 
 constexpr std::size_t kBlock = 1 << 18;
-// SQLite's own limit for a value and a row.
-constexpr std::size_t kMostRecordBytes = 1'000'000'000;
 constexpr char kQuote = '"';
 
 bool isAsciiOnly(const char* first, const char* end) {
@@ -18,23 +16,56 @@ bool isAsciiOnly(const char* first, const char* end) {
   return all < 0x80;
 }
 
+constexpr std::string_view kSeparatorLine = "sep=";
+// With the separator and the end of the line.
+constexpr std::size_t kSeparatorLineLength = kSeparatorLine.size() + 2;
+
+bool isLineEnd(char character) {
+  return character == '\r' || character == '\n';
+}
+
 }  // namespace
 
-CsvReader::CsvReader(ByteSource& source, Encoding encoding, const CsvFormat& format)
-    : source_(source, encoding), format_(format), buffer_(kBlock + 1) {
+std::optional<char> separatorLine(std::string_view start) {
+  if (start.size() < kSeparatorLineLength || !start.starts_with(kSeparatorLine)) return std::nullopt;
+  const char separator = start[kSeparatorLine.size()];
+  const bool isOne =
+      separator != kQuote && !isLineEnd(separator) && static_cast<unsigned char>(separator) < 0x80;
+  if (!isOne || !isLineEnd(start[kSeparatorLineLength - 1])) return std::nullopt;
+  return separator;
+}
+
+CsvReader::CsvReader(ByteSource& source, Encoding encoding, const CsvFormat& format,
+                     std::size_t mostRecordBytes)
+    : source_(source, encoding),
+      format_(format),
+      mostRecordBytes_(mostRecordBytes),
+      buffer_(std::make_unique_for_overwrite<char[]>(kBlock + 1)),
+      capacity_(kBlock + 1) {
   for (const char character : {format.separator, '\r', '\n'})
     endsField_[static_cast<unsigned char>(character)] = true;
-  start_ = place_ = end_ = buffer_.data();
+  start_ = place_ = end_ = buffer_.get();
   *end_ = '\n';
 }
 
 Status CsvReader::open(ByteSource& source, Encoding encoding, const CsvFormat& format,
-                       std::unique_ptr<CsvReader>* reader) {
+                       std::unique_ptr<CsvReader>* reader, std::size_t mostRecordBytes) {
   if (Status status = source.rewind(); !status) return status;
-  std::unique_ptr<CsvReader> made(new CsvReader(source, encoding, format));
+  std::unique_ptr<CsvReader> made(new CsvReader(source, encoding, format, mostRecordBytes));
+  made->skipSeparatorLine();
   if (Status status = made->readFirst(); !status) return status;
   *reader = std::move(made);
   return {};
+}
+
+void CsvReader::skipSeparatorLine() {
+  while (static_cast<std::size_t>(end_ - start_) < kSeparatorLineLength && refill()) {
+  }
+  place_ = start_;
+  if (!separatorLine({start_, static_cast<std::size_t>(end_ - start_)})) return;
+  place_ += kSeparatorLineLength;
+  endedWithReturn_ = place_[-1] == '\r';
+  ++line_;
 }
 
 Status CsvReader::readFirst() {
@@ -195,22 +226,23 @@ void CsvReader::reject(std::string problem) {
   if (record_.problem.empty()) record_.problem = std::move(problem);
 }
 
-/// Reads on when place_ has reached end_, keeping what belongs to the record. False at the end of the file.
+/// Reads on behind end_, where place_ goes, keeping what belongs to the record. False at the end of the file.
 bool CsvReader::refill() {
   if (isAtEnd_) return false;
   const std::size_t kept = static_cast<std::size_t>(end_ - start_);
   const char* oldStart = start_;
-  char* newStart = buffer_.data();
-  if (kept > kMostRecordBytes) {
-    status_ = {ErrorCode::conversion,
-               "Line " + std::to_string(record_.line) + ": the record is longer than 1,000,000,000 bytes."};
+  char* newStart = buffer_.get();
+  if (kept > mostRecordBytes_) {
+    status_ = tooLongRecord(record_.line, mostRecordBytes_);
     isAtEnd_ = true;
     return false;
   }
-  if (kept > buffer_.size() / 2) {
-    std::vector<char> larger(buffer_.size() * 2);
-    std::memcpy(larger.data(), start_, kept);
-    newStart = larger.data();
+  if (kept > capacity_ / 2) {
+    // What is not used of it yet takes no memory, where the system gives that only when it is written to.
+    auto larger = std::make_unique_for_overwrite<char[]>(capacity_ * 2);
+    capacity_ *= 2;
+    std::memcpy(larger.get(), start_, kept);
+    newStart = larger.get();
     // The fields' texts still point into the old one, which must live until they are moved along.
     buffer_.swap(larger);
     for (Field& field : record_.fields)
@@ -223,7 +255,7 @@ bool CsvReader::refill() {
   start_ = newStart;
   place_ = end_ = start_ + kept;
   std::size_t count = 0;
-  status_ = source_.read(end_, buffer_.size() - 1 - kept, &count);
+  status_ = source_.read(end_, std::min(capacity_ - 1 - kept, kBlock), &count);
   if (!status_ || count == 0) {
     isAtEnd_ = true;
     *end_ = '\n';

@@ -2,7 +2,9 @@
 
 #include <array>
 #include <memory>
+#include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "platform/store/exchange/bytes/encoding.h"
@@ -11,15 +13,21 @@
 
 namespace store::exchange {
 
+/// The separator that a file names in a first line like "sep=;", as spreadsheets write it; empty when
+/// `start`, the file's beginning without a byte-order mark, has no such line.
+std::optional<char> separatorLine(std::string_view start);
+
 /// Reads separated values: records end with a line, fields at the separator; between quotes both are text,
 /// and a doubled quote is one. A quote inside a field that did not begin with one is text as well. A line
-/// without a character is no record, unless there is only one column. Keeps one record and a block of the
+/// without a character is no record, unless there is only one column, and neither is a first one that names a
+/// separator. Keeps one record and a block of the
 /// file in memory.
 class CsvReader : public RecordReader {
  public:
-  /// Begins at the first byte of `source`, which outlives the reader.
+  /// Begins at the first byte of `source`, which outlives the reader. Reading a longer record than
+  /// `mostRecordBytes` fails.
   static Status open(ByteSource& source, Encoding encoding, const CsvFormat& format,
-                     std::unique_ptr<CsvReader>* reader);
+                     std::unique_ptr<CsvReader>* reader, std::size_t mostRecordBytes = kMostRecordBytes);
 
   Status next(bool* hasRecord) override;
   const Record& record() const override { return record_; }
@@ -29,8 +37,9 @@ class CsvReader : public RecordReader {
   std::int64_t bytesRead() const override { return source_.bytesRead(); }
 
  private:
-  CsvReader(ByteSource& source, Encoding encoding, const CsvFormat& format);
+  CsvReader(ByteSource& source, Encoding encoding, const CsvFormat& format, std::size_t mostRecordBytes);
 
+  void skipSeparatorLine();
   Status readFirst();
   void readRecord();
   bool readField();
@@ -45,12 +54,14 @@ class CsvReader : public RecordReader {
 
   TextSource source_;
   CsvFormat format_;
+  std::size_t mostRecordBytes_;
   std::array<bool, 256> endsField_{};
   Status status_;
 
   // The bytes [place_, end_) of the buffer are to be read yet; one more behind them ends every search. What
   // belongs to the present record begins at start_.
-  std::vector<char> buffer_;
+  std::unique_ptr<char[]> buffer_;
+  std::size_t capacity_;
   char* start_;
   char* place_;
   char* end_;

@@ -13,7 +13,6 @@ namespace {
 
 using Json = nlohmann::json;
 
-constexpr std::size_t kMostRecordBytes = 1'000'000'000;
 // Deeper values are somebody's attack, not data.
 constexpr std::size_t kMostDepth = 1000;
 
@@ -153,9 +152,10 @@ class JsonReader::Handler : public nlohmann::json_sax<Json> {
   std::string problem_;
 };
 
-Status JsonReader::open(ByteSource& source, Encoding encoding, std::unique_ptr<JsonReader>* reader) {
+Status JsonReader::open(ByteSource& source, Encoding encoding, std::unique_ptr<JsonReader>* reader,
+                        std::size_t mostRecordBytes) {
   if (Status status = source.rewind(); !status) return status;
-  reader->reset(new JsonReader(source, encoding));
+  reader->reset(new JsonReader(source, encoding, mostRecordBytes));
   return {};
 }
 
@@ -252,7 +252,10 @@ bool JsonReader::takeObject() {
     }
     object_.append(buffer_.data() + first, place_ - first);
     if (isComplete) return true;
-    if (object_.size() > kMostRecordBytes) return false;
+    if (object_.size() > mostRecordBytes_) {
+      status_ = tooLongRecord(record_.line, mostRecordBytes_);
+      return false;
+    }
   }
   return false;
 }

@@ -16,8 +16,10 @@ namespace store::exchange {
 /// "inf"} and {"real": "-inf"} are infinity. Keeps one record and a block of the file in memory.
 class JsonReader : public RecordReader {
  public:
-  /// Begins at the first byte of `source`, which outlives the reader.
-  static Status open(ByteSource& source, Encoding encoding, std::unique_ptr<JsonReader>* reader);
+  /// Begins at the first byte of `source`, which outlives the reader. Reading a longer record than
+  /// `mostRecordBytes` fails.
+  static Status open(ByteSource& source, Encoding encoding, std::unique_ptr<JsonReader>* reader,
+                     std::size_t mostRecordBytes = kMostRecordBytes);
 
   Status next(bool* hasRecord) override;
   const Record& record() const override { return record_; }
@@ -34,7 +36,8 @@ class JsonReader : public RecordReader {
   };
   enum class State { start, inArray, inLines, end };
 
-  JsonReader(ByteSource& source, Encoding encoding) : source_(source, encoding), buffer_(1 << 16) {}
+  JsonReader(ByteSource& source, Encoding encoding, std::size_t mostRecordBytes)
+      : source_(source, encoding), mostRecordBytes_(mostRecordBytes), buffer_(1 << 16) {}
 
   bool peek(char* character);
   void skipBlanks();
@@ -44,6 +47,7 @@ class JsonReader : public RecordReader {
   std::size_t indexOf(const std::string& name);
 
   TextSource source_;
+  std::size_t mostRecordBytes_;
   Status status_;
   std::vector<char> buffer_;
   std::size_t place_ = 0;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -31,6 +32,13 @@ struct Record {
   std::int64_t line = 0;      ///< 1-based, where the record begins
   std::string problem;        ///< why it can't be taken; empty when it can
 };
+
+/// A longer record is refused. One takes up to three times as much memory while it is read, everything else
+/// in a file next to nothing.
+inline constexpr std::size_t kMostRecordBytes = 500'000'000;
+
+/// That a record is longer than that.
+Status tooLongRecord(std::int64_t line, std::size_t mostBytes);
 
 /// The records of a file, one after the other.
 class RecordReader {
