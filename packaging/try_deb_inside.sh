@@ -62,6 +62,17 @@ as_user cp /usr/share/doc/quivane/examples/library.cdb "$place/library.cdb"
 type=$(as_user gio info -a standard::content-type "$place/library.cdb" | sed -n 's/.*content-type: //p')
 [[ $type == application/x-quivane-database ]] || fail "the desktop takes a database for $type"
 
+# The command line, on a copy.
+man --version >/dev/null 2>&1 && man -l /usr/share/man/man1/cdbtool.1.gz >>"$log"
+as_user cp "$place/library.cdb" "$place/copy.cdb"
+version=$(as_user cdbtool --version) || fail "cdbtool does not start"
+as_user cdbtool export "$place/copy.cdb" Members -o "$place/members.csv" >>"$log" 2>&1 || fail "cdbtool does not export"
+as_user cdbtool import "$place/copy.cdb" "$place/members.csv" --table Guests >>"$log" 2>&1 || fail "cdbtool does not import"
+guests=$(as_user cdbtool query "$place/copy.cdb" "SELECT count(*) FROM Guests" --csv | tail -n 1)
+[[ $guests -gt 0 ]] || fail "cdbtool has imported nothing"
+say "$version moved $guests records"
+as_user rm "$place/copy.cdb" "$place/members.csv"
+
 expect "there is no display here" as_user quivane
 expect "there is no file" as_user quivane /home/tester/none.cdb
 start_display /tmp
