@@ -62,7 +62,11 @@ Status exportRows(RowStream& rows, RowWriter& writer, ByteSink& sink, ExportObse
   writer.begin(rows.columns(), output);
   for (;;) {
     bool hasRow = false;
-    if (Status status = rows.next(&hasRow); !status) return status;
+    if (Status status = rows.next(&hasRow); !status) {
+      // Of a damaged file this may be all that is left.
+      output.flush();
+      return status;
+    }
     if (!hasRow) break;
     writer.writeRow(rows, output);
     ++counts.rows;

@@ -57,8 +57,8 @@ struct ExportResult {
   std::int64_t changed = 0;  ///< values that don't come back as they are
 };
 
-/// Writes all rows of `rows` into `sink`. Fails when they can't be read or written, and with illegalOperation
-/// when the observer has cancelled it.
+/// Writes all rows of `rows` into `sink`. Fails when they can't be read, what was read before being written,
+/// or can't be written, and with illegalOperation when the observer has cancelled it.
 Status exportRows(RowStream& rows, RowWriter& writer, ByteSink& sink, ExportObserver& observer,
                   ExportResult* result);
 
