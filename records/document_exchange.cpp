@@ -82,8 +82,7 @@ void Document::exportRecords() {
   std::wstring text = countOfRecords(counts.records) + L" exported as " + nameOfFormat(counts.format) +
                       L" to\n" + path->text();
   if (counts.changed != 0) {
-    text += L"\n\nValues that are not made of characters, and will not come back as they are: " +
-            std::to_wstring(counts.changed);
+    text += L"\n\nValues that will not come back as they are: " + std::to_wstring(counts.changed);
   }
   pages_.prompts.tell(PromptOwner::mainWindow, Notice::remark, text.c_str());
 }
