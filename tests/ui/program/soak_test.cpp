@@ -421,7 +421,8 @@ void SoakTest::comeToRest() {
         if (!program().isRunning()) return true;
         closeMenus();
         if (!takesAll()) return false;
-        const HWND dialog = front();
+        // Also one that is left over when its file dialog was ended under it, which gave the window back.
+        const HWND dialog = remote::frontWindow(main());
         // The title names the purpose of a file dialog until that has ended.
         if (dialog == main() && IsWindowEnabled(main()))
           return !isMenuOpen() && remote::text(main()) == L"Quivane";
