@@ -71,7 +71,7 @@ TEST_F(ImportResultTest, TheListIsSavedWithTheFieldsAsTheyWere) {
       testsupport::contentOf(file("list.csv")),
       "\xEF\xBB\xBFLine,Reason,Fields\r\n"
       "3,\"Age: \"\"old\"\" is no whole number that the column holds\",\"B\xC3\xB6 \"\"x\"\"\",\"old\"\r\n"
-      "4,\"there are 1 fields instead of 2\",\"Cy\"\r\n");
+      "4,\"there is 1 field instead of 2\",\"Cy\"\r\n");
 }
 
 TEST_F(ImportResultTest, TheListHasThoseTooThatAreNotShown) {
