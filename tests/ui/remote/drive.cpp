@@ -191,6 +191,14 @@ int printArea(HWND main, const Arguments&) {
   return 0;
 }
 
+int waitNames(HWND main, const Arguments&) {
+  const bool found = remote::waitUntil([&] {
+    const HWND list = remote::shownPage(main);
+    return list != nullptr && remote::isList(list) && remote::itemCount(list) > 0;
+  });
+  return found ? 0 : fail("no names are shown");
+}
+
 int printTexts(HWND main, const Arguments&) {
   HWND list = nullptr;
   const bool found = remote::waitUntil([&] {
@@ -228,6 +236,7 @@ struct VerbRow {
 /// "In front" is the dialog or message box that can be used, else the main window.
 constexpr std::array kVerbs = {
     VerbRow{L"wait-window", L"", "waits for the main window", waitWindow},
+    VerbRow{L"wait-names", L"", "waits for a list of names with a name in it", waitNames},
     VerbRow{L"tab", L"N", "clicks the tab of page N (0 Tables, 1 Form, 2 List, 3 Queries)", switchPage},
     VerbRow{L"select-table", L"N", "selects item N of the list of names that is shown", selectTable},
     VerbRow{L"command", L"N", "runs command N to its end", runCommand},
