@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "resources/command_ids.h"
-#include "tests/ui/program/page_model.h"
+#include "tests/ui/program/states/page_model.h"
 
 namespace {
 

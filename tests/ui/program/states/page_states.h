@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <span>
 
-#include "tests/ui/program/modelled_pages.h"
+#include "tests/ui/program/states/modelled_pages.h"
 
 /// A state of the pages in which everything is done.
 struct State {

@@ -1,4 +1,4 @@
-#include "tests/ui/program/modelled_pages.h"
+#include "tests/ui/program/states/modelled_pages.h"
 
 #include <windows.h>
 
@@ -8,7 +8,7 @@
 
 #include "resources/command_ids.h"
 #include "tests/automation/sqlite_file.h"
-#include "tests/ui/program/page_window.h"
+#include "tests/ui/program/states/page_window.h"
 #include "tests/ui/support/dialog_script.h"
 #include "tests/ui/support/test_database.h"
 

@@ -1,8 +1,8 @@
-#include "tests/ui/program/page_states.h"
+#include "tests/ui/program/states/page_states.h"
 
 #include "resources/command_ids.h"
-#include "tests/ui/program/page_actions.h"
-#include "tests/ui/program/page_window.h"
+#include "tests/ui/program/states/page_actions.h"
+#include "tests/ui/program/states/page_window.h"
 
 namespace {
 

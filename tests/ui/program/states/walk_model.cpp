@@ -1,4 +1,4 @@
-#include "tests/ui/program/walk_model.h"
+#include "tests/ui/program/states/walk_model.h"
 
 #include <windows.h>
 

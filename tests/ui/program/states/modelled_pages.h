@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "tests/ui/program/page_model.h"
+#include "tests/ui/program/states/page_model.h"
 
 /// Statements of saved queries.
 inline constexpr wchar_t kBig[] = L"Select * from [Wide] where f0 > 3";

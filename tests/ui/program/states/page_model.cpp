@@ -1,4 +1,4 @@
-#include "tests/ui/program/page_model.h"
+#include "tests/ui/program/states/page_model.h"
 
 #include <algorithm>
 

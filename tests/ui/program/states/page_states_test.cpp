@@ -1,6 +1,6 @@
 // The pages in every state: each command, tap, key and panel change from each page in each state, and random
 // walks of them, beside a model of what has to be there.
-#include "tests/ui/program/page_states.h"
+#include "tests/ui/program/states/page_states.h"
 
 #include <windows.h>
 
@@ -18,8 +18,8 @@
 #include "gmock/gmock.h"
 #include "tests/shell/shell_settings.h"
 #include "tests/support/paths.h"
-#include "tests/ui/program/page_actions.h"
-#include "tests/ui/program/page_window.h"
+#include "tests/ui/program/states/page_actions.h"
+#include "tests/ui/program/states/page_window.h"
 #include "tests/ui/remote/program_thread.h"
 #include "tests/ui/support/window_reading.h"
 #include "views/form/form_ids.h"

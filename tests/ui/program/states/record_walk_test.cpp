@@ -21,7 +21,7 @@
 #include "gtest/gtest.h"
 #include "resources/command_ids.h"
 #include "tests/support/paths.h"
-#include "tests/ui/program/page_window.h"
+#include "tests/ui/program/states/page_window.h"
 #include "tests/ui/remote/program_thread.h"
 #include "tests/ui/remote/remote_window.h"
 #include "tests/ui/support/dialog_script.h"

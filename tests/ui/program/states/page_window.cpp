@@ -1,4 +1,4 @@
-#include "tests/ui/program/page_window.h"
+#include "tests/ui/program/states/page_window.h"
 
 #include <commctrl.h>
 #include <commdlg.h>

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "tests/ui/program/page_model.h"
+#include "tests/ui/program/states/page_model.h"
 
 /// The windows of the program that runs on another thread of this process, to be used on that thread.
 

@@ -14,7 +14,7 @@
 #include "resources/command_ids.h"
 #include "tests/shell/shell_settings.h"
 #include "tests/support/paths.h"
-#include "tests/ui/program/walk_model.h"
+#include "tests/ui/program/states/walk_model.h"
 #include "tests/ui/remote/program_thread.h"
 #include "tests/ui/remote/remote_window.h"
 #include "tests/ui/support/window_reading.h"

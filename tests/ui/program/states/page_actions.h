@@ -2,7 +2,7 @@
 
 #include <span>
 
-#include "tests/ui/program/modelled_pages.h"
+#include "tests/ui/program/states/modelled_pages.h"
 
 /// What the user does. Each does it to the window and to the model.
 struct Action {

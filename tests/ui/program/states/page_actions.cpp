@@ -1,4 +1,4 @@
-#include "tests/ui/program/page_actions.h"
+#include "tests/ui/program/states/page_actions.h"
 
 #include <windows.h>
 
@@ -8,7 +8,7 @@
 
 #include "app/window/program_state.h"
 #include "resources/command_ids.h"
-#include "tests/ui/program/page_window.h"
+#include "tests/ui/program/states/page_window.h"
 #include "tests/ui/support/dialog_script.h"
 
 void openMissing(Pages& pages) {

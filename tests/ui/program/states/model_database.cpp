@@ -1,4 +1,4 @@
-#include "tests/ui/program/model_database.h"
+#include "tests/ui/program/states/model_database.h"
 
 #include <algorithm>
 

@@ -2,7 +2,7 @@
 #include <algorithm>
 #include <memory>
 
-#include "tests/ui/program/page_model.h"
+#include "tests/ui/program/states/page_model.h"
 
 // ---- Storing
 

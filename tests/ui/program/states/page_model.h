@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-#include "tests/ui/program/model_database.h"
+#include "tests/ui/program/states/model_database.h"
 
 /// What the window has to show, step by step: a small model of the pages, to be compared with the real ones.
 
