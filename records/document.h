@@ -299,6 +299,7 @@ class Document : private BusyListener {
   bool confirmDeletion(const std::wstring& what);
   CommandResult openChosen(const String& path);
   class SearchStep;
+  std::uint32_t sliceOfSearch() const;
   std::optional<std::uint32_t> findRowAmong(std::uint32_t first, std::uint32_t end, std::uint32_t field,
                                             const String& beginning);
   enum class SearchEnd { found, notFound, stopped };
@@ -388,4 +389,5 @@ class Document : private BusyListener {
   bool gaveUp_ = false;                  // other programs, in what the user did
   BusyClock::duration waited_{};         // for other programs, in what the user did
   BusyClock::time_point askedToWait_{};  // when it was asked last
+  BusyClock::time_point searchBegan_{};  // the present step
 };

@@ -2,6 +2,7 @@
 #include <windows.h>
 
 #include <algorithm>
+#include <chrono>
 #include <optional>
 #include <string>
 #include <utility>
@@ -12,7 +13,9 @@
 namespace {
 
 /// So long the windows are neither painted nor listened to.
-constexpr std::uint32_t kSliceMilliseconds = 25;
+constexpr std::chrono::milliseconds kSlice{25};
+/// At first nobody is told of a search, nor listened to: its parts may be longer, which costs less.
+constexpr std::chrono::milliseconds kSilence{400};
 
 }  // namespace
 
@@ -76,7 +79,10 @@ Outcome Document::runSearch(SearchEnd& end) {
 /// What holds during a step, however it ends.
 class Document::SearchStep {
  public:
-  explicit SearchStep(Document& document) : document_(document) { document_.isSearching_ = true; }
+  explicit SearchStep(Document& document) : document_(document) {
+    document_.isSearching_ = true;
+    document_.searchBegan_ = BusyClock::now();
+  }
   ~SearchStep() {
     document_.database_.endSearch();
     document_.pages_.prompts.endProgress();
@@ -88,6 +94,12 @@ class Document::SearchStep {
  private:
   Document& document_;
 };
+
+/// In milliseconds.
+std::uint32_t Document::sliceOfSearch() const {
+  const auto left = std::chrono::ceil<std::chrono::milliseconds>(searchBegan_ + kSilence - BusyClock::now());
+  return static_cast<std::uint32_t>(std::max(left, kSlice).count());
+}
 
 /// Makes the record current, or the place behind the last one, where a match in it leaves the cursor.
 void Document::standAt(std::uint32_t position) {
@@ -166,7 +178,7 @@ void Document::beginSearch() {
 /// deleted holds nothing; one that can't be read ends the search.
 Outcome Document::searchUpTo(std::uint32_t end, std::optional<std::uint32_t>& field) {
   while (findRecordCounter_ < end && !field) {
-    const std::uint32_t passed = database_.passOver(end - findRecordCounter_, kSliceMilliseconds);
+    const std::uint32_t passed = database_.passOver(end - findRecordCounter_, sliceOfSearch());
     findRecordCounter_ += passed;
     searchedRecords_ += passed;
     const std::uint32_t all = openRecordCount();
@@ -241,7 +253,7 @@ std::optional<std::uint32_t> Document::findRow(std::uint32_t first, std::uint32_
 std::optional<std::uint32_t> Document::findRowAmong(std::uint32_t first, std::uint32_t end,
                                                     std::uint32_t field, const String& beginning) {
   for (std::uint32_t row = first; row < end; ++row, ++searchedRecords_) {
-    const std::uint32_t passed = database_.passOverRows(row, end - row, kSliceMilliseconds);
+    const std::uint32_t passed = database_.passOverRows(row, end - row, sliceOfSearch());
     row += passed;
     searchedRecords_ += passed;
     const std::uint32_t all = openRecordCount();
