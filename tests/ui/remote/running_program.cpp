@@ -8,14 +8,21 @@
 RunningProgram::RunningProgram(const std::wstring& arguments) : RunningProgram(programFile(), arguments) {}
 
 RunningProgram::RunningProgram(const std::filesystem::path& program, const std::wstring& arguments) {
-  std::wstring commandLine = quoted(program) + L" " + arguments;
-  STARTUPINFOW startup{};
-  startup.cb = sizeof(startup);
-  if (!CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup,
-                      &process_)) {
-    const DWORD error = GetLastError();
+  const std::wstring commandLine = quoted(program) + L" " + arguments;
+  // Wine ends a process now and then before it begins, with this error: the program has no part in that.
+  DWORD error = ERROR_INTERNAL_ERROR;
+  for (int tries = 0; tries < 3 && error == ERROR_INTERNAL_ERROR; ++tries) error = start(commandLine);
+  if (error != ERROR_SUCCESS) {
     throw std::runtime_error("can't start " + program.string() + ", error " + std::to_string(error));
   }
+}
+
+DWORD RunningProgram::start(std::wstring commandLine) {
+  STARTUPINFOW startup{};
+  startup.cb = sizeof(startup);
+  const BOOL started = CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr,
+                                      nullptr, &startup, &process_);
+  return started ? ERROR_SUCCESS : GetLastError();
 }
 
 RunningProgram::~RunningProgram() {

@@ -34,6 +34,9 @@ class RunningProgram {
   bool isRunning() const;
 
  private:
+  /// The system's error.
+  DWORD start(std::wstring commandLine);
+
   PROCESS_INFORMATION process_{};
 };
 
