@@ -39,7 +39,10 @@ bool Document::goesOn(BusyWith busy) {
     return !gaveUp_;
   }
   // How far records were moved tells more.
-  return keepsGoing(moved_.value_or(Progress{Progress::What::working}));
+  const bool wanted = keepsGoing(moved_.value_or(Progress{Progress::What::working}));
+  // The key that was pressed is gone: who searches is to know of it, too.
+  if (!wanted && isSearching_) searchStopped_ = true;
+  return wanted;
 }
 
 bool Document::movesOn(const MovingState& state) {

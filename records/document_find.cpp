@@ -65,7 +65,8 @@ Outcome Document::runSearch(SearchEnd& end) {
   const bool isNew = find_.newSearch;
   searchStopped_ = false;
   bool found = false;
-  if (Outcome searched = searchBothPasses(found); !searched) return searched;
+  // A statement that was stopped by the user fails.
+  if (Outcome searched = searchBothPasses(found); !searched && !searchStopped_) return searched;
   end = found ? SearchEnd::found : SearchEnd::notFound;
   if (!searchStopped_) return {};
   findField_ = field;
@@ -182,7 +183,8 @@ Outcome Document::searchUpTo(std::uint32_t end, std::optional<std::uint32_t>& fi
     findRecordCounter_ += passed;
     searchedRecords_ += passed;
     const std::uint32_t all = openRecordCount();
-    if (!pages_.prompts.keepGoing({Progress::What::searching, std::min(searchedRecords_, all), all})) {
+    if (searchStopped_ ||
+        !pages_.prompts.keepGoing({Progress::What::searching, std::min(searchedRecords_, all), all})) {
       searchStopped_ = true;
       return {};
     }
@@ -257,7 +259,8 @@ std::optional<std::uint32_t> Document::findRowAmong(std::uint32_t first, std::ui
     row += passed;
     searchedRecords_ += passed;
     const std::uint32_t all = openRecordCount();
-    if (!pages_.prompts.keepGoing({Progress::What::searching, std::min(searchedRecords_, all), all})) {
+    if (searchStopped_ ||
+        !pages_.prompts.keepGoing({Progress::What::searching, std::min(searchedRecords_, all), all})) {
       searchStopped_ = true;
       return std::nullopt;
     }

@@ -4,6 +4,7 @@
 
 #include <set>
 #include <string>
+#include <utility>
 
 #include "base/app_colors.h"
 #include "gmock/gmock.h"
@@ -423,6 +424,17 @@ TEST_F(TypedRowTest, IsFoundAmongVeryManyAndTheUserCanStopThat) {
   };
   EXPECT_EQ(find(L"zo", 0), -1) << "it is in each, but at no beginning";
   EXPECT_EQ(furthest, 100u);
+  // The store may be the one that hears of the key, in the midst of a statement.
+  furthest = 0;
+  bool isPressed = false;
+  prompts().goesOnSearching = [&](std::uint32_t tested, std::uint32_t) {
+    furthest = tested;
+    return true;
+  };
+  prompts().goesOnBusy = [&](Progress::What) { return std::exchange(isPressed, true); };
+  EXPECT_EQ(find(L"zo", 0), -1);
+  EXPECT_TRUE(isPressed) << "the store did not ask";
+  EXPECT_LT(furthest, 30'000u);
 }
 
 }  // namespace
