@@ -22,6 +22,8 @@ if [[ $kind == windows ]]; then
   trap 'remove_fresh_prefix "$fresh_prefix"; rm -rf "$folder"' EXIT
   unset QUIVANE_PREFIX DISPLAY WAYLAND_DISPLAY
   export WINEPREFIX=$fresh_prefix
+  # The server would end after each run, and a run that begins at that moment is turned away by it.
+  "${WINESERVER:-wineserver}" -p 7>&- 8>&-
   cdbtool() { "$root/tools/wine" "$program" "$@"; }
 else
   cdbtool() { "$program" "$@"; }
