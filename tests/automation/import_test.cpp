@@ -1,14 +1,9 @@
-// Records between the database and other files.
+// Records of other files into the database.
 #include <algorithm>
-#include <array>
-#include <initializer_list>
 #include <string>
-#include <utility>
 #include <vector>
 
-#include "tests/automation/automation_test.h"
-#include "tests/automation/script_function.h"
-#include "tests/automation/sqlite_file.h"
+#include "tests/automation/exchange_fixture.h"
 
 namespace automationtest {
 namespace {
@@ -20,11 +15,6 @@ constexpr HRESULT kCannotOpen = objectModelError(3002);
 constexpr long kAllOrNothing = 0;
 constexpr long kGoodRecords = 1;
 
-// What a question is told that is going on.
-constexpr long kLooking = 0;
-constexpr long kStoring = 1;
-constexpr long kWriting = 2;
-
 struct Counts {
   hyper added = -1;
   hyper replaced = -1;
@@ -32,46 +22,8 @@ struct Counts {
   bool operator==(const Counts&) const = default;
 };
 
-/// Stops what asks, and notes with what.
-class Stopper final : public ScriptFunction {
- public:
-  explicit Stopper(IAdoceConnection* busy = nullptr)
-      : ScriptFunction([this, busy](const DISPPARAMS& arguments) {
-          note(arguments);
-          if (busy) used.push_back(execute(busy, L"SELECT 1"));
-          OwnedVariant stops;
-          V_VT(stops.get()) = VT_BOOL;
-          V_BOOL(stops.get()) = VARIANT_TRUE;
-          return stops;
-        }) {}
-
-  // NOLINTBEGIN(misc-non-private-member-variables-in-classes): the tests read them
-  std::vector<long> what;
-  double total = -1;
-  std::vector<HRESULT> used;  // what the busy connection has answered
-                              // NOLINTEND(misc-non-private-member-variables-in-classes)
-
- private:
-  /// The last argument comes first.
-  void note(const DISPPARAMS& arguments) {
-    ASSERT_EQ(arguments.cArgs, 3u);
-    ASSERT_EQ(V_VT(&arguments.rgvarg[2]), VT_I4);
-    ASSERT_EQ(V_VT(&arguments.rgvarg[1]), VT_R8);
-    ASSERT_EQ(V_VT(&arguments.rgvarg[0]), VT_R8);
-    what.push_back(V_I4(&arguments.rgvarg[2]));
-    total = V_R8(&arguments.rgvarg[0]);
-    EXPECT_GE(V_R8(&arguments.rgvarg[1]), 0);
-    // How many records there are to be written nobody knows beforehand.
-    if (what.back() != kWriting) {
-      EXPECT_LE(V_R8(&arguments.rgvarg[1]), total);
-    }
-  }
-};
-
-class Exchange : public AutomationTest {
+class Import : public ExchangeTest {
  protected:
-  void SetUp() override { connection_ = openNewDatabase(); }
-
   ComPtr<IAdoceImport> open(const std::string& content, const std::wstring& name = L"People.csv") {
     writeFile(pathOf(name), content);
     ComPtr<IAdoceImport> import;
@@ -107,23 +59,12 @@ class Exchange : public AutomationTest {
     }
     return all;
   }
-  std::vector<std::string> stored(const std::string& sql) const {
-    return sqliteColumn(pathOf(L"test.cdb"), sql);
-  }
   std::vector<std::string> tables() const {
     return stored("SELECT name FROM sqlite_schema WHERE type = 'table'");
   }
-  HRESULT exportRows(const std::wstring& source, long options, const std::wstring& name, hyper* records,
-                     IDispatch* question = nullptr) {
-    hyper changed = 0;
-    return connection_->ExportRows(text(source).get(), options, text(L"Title").get(),
-                                   text(pathOf(name)).get(), question, &changed, records);
-  }
-
-  ComPtr<IAdoceConnection> connection_;
 };
 
-TEST_F(Exchange, AFileIsExaminedAndStored) {
+TEST_F(Import, AFileIsExaminedAndStored) {
   const auto import = examined("Name;Age;Zip\r\nAda;36;00123\r\nBo;;4567\r\n");
   long header = -1;
   VARIANT_BOOL isNew = VARIANT_FALSE;
@@ -146,7 +87,7 @@ TEST_F(Exchange, AFileIsExaminedAndStored) {
               testing::ElementsAre("Ada3600123", "Bo-4567"));
 }
 
-TEST_F(Exchange, TypesAndColumnsAreChosen) {
+TEST_F(Import, TypesAndColumnsAreChosen) {
   const auto import = examined("Name,Age\nAda,36\n");
   EXPECT_EQ(import->SetColumn(1, text(L"Text").get()), S_OK);
   EXPECT_EQ(columnOf(import.get(), 1), L"Age>Age:Text");
@@ -160,7 +101,7 @@ TEST_F(Exchange, TypesAndColumnsAreChosen) {
   EXPECT_THAT(stored("SELECT name FROM pragma_table_info('People')"), testing::ElementsAre("Age"));
 }
 
-TEST_F(Exchange, WhatWasChosenOfAColumnStaysForAnotherTable) {
+TEST_F(Import, WhatWasChosenOfAColumnStaysForAnotherTable) {
   const auto import = examined("Name,Age,Zip\nAda,36,1\n");
   EXPECT_EQ(import->SetColumn(0, nullptr), S_OK);
   EXPECT_EQ(import->SetColumn(1, text(L"Text").get()), S_OK);
@@ -175,14 +116,14 @@ TEST_F(Exchange, WhatWasChosenOfAColumnStaysForAnotherTable) {
   EXPECT_EQ(columnOf(import.get(), 1), L"Age>Age:INTEGER") << "its types rule";
 }
 
-TEST_F(Exchange, WithoutAnyColumnNothingIsStored) {
+TEST_F(Import, WithoutAnyColumnNothingIsStored) {
   const auto import = examined("Name\nAda\n");
   EXPECT_EQ(import->SetColumn(0, nullptr), S_OK);
   run(import.get(), kAllOrNothing, kBadColumn);
   EXPECT_THAT(tables(), testing::IsEmpty());
 }
 
-TEST_F(Exchange, WhatATableHasNoPlaceForIsLeftOut) {
+TEST_F(Import, WhatATableHasNoPlaceForIsLeftOut) {
   ASSERT_EQ(execute(connection_.get(), L"CREATE TABLE People (Name varchar(20))"), S_OK);
   const auto import = examined("Name,Age\nAda,36\n");
   EXPECT_EQ(columnOf(import.get(), 1), L"Age>:");
@@ -191,7 +132,7 @@ TEST_F(Exchange, WhatATableHasNoPlaceForIsLeftOut) {
   EXPECT_THAT(stored("SELECT Name FROM People"), testing::ElementsAre("Ada"));
 }
 
-TEST_F(Exchange, RecordsAreReplacedByTheirKey) {
+TEST_F(Import, RecordsAreReplacedByTheirKey) {
   SqliteFile(pathOf(L"test.cdb"))
       .run(
           "CREATE TABLE People (Id INTEGER PRIMARY KEY, Name TEXT);"
@@ -203,7 +144,7 @@ TEST_F(Exchange, RecordsAreReplacedByTheirKey) {
   EXPECT_THAT(stored("SELECT Id || Name FROM People"), testing::ElementsAre("1new", "2stays", "3more"));
 }
 
-TEST_F(Exchange, WhatCannotBeTakenIsToldByItsLine) {
+TEST_F(Import, WhatCannotBeTakenIsToldByItsLine) {
   ASSERT_EQ(execute(connection_.get(), L"CREATE TABLE People (Name text, Age integer)"), S_OK);
   const auto import = examined("Name,Age\nAda,36\nBo,old\n\"C\nD\",1\nE,2,3\n");
   EXPECT_EQ(run(import.get()), (Counts{0, 0, 2}));
@@ -215,7 +156,7 @@ TEST_F(Exchange, WhatCannotBeTakenIsToldByItsLine) {
   EXPECT_THAT(stored("SELECT Name FROM People"), testing::ElementsAre("Ada", "C\nD"));
 }
 
-TEST_F(Exchange, OnlyAThousandAreTold) {
+TEST_F(Import, OnlyAThousandAreTold) {
   ASSERT_EQ(execute(connection_.get(), L"CREATE TABLE People (Age integer)"), S_OK);
   std::string content = "Age\n";
   for (int i = 0; i < 1500; ++i) content += "x\n";
@@ -224,7 +165,7 @@ TEST_F(Exchange, OnlyAThousandAreTold) {
   EXPECT_EQ(rejects(import.get()).size(), 1000u);
 }
 
-TEST_F(Exchange, AllOfThemCanBeSaved) {
+TEST_F(Import, AllOfThemCanBeSaved) {
   execute(connection_.get(), L"CREATE TABLE People (Name text, Age integer)");
   std::string content = "Name,Age\n";
   for (int i = 0; i < 1500; ++i) content += "\"a, b\",x\n";
@@ -251,7 +192,7 @@ TEST_F(Exchange, AllOfThemCanBeSaved) {
       << "they were those of the last run";
 }
 
-TEST_F(Exchange, TheFormatIsFoundOutOrChosen) {
+TEST_F(Import, TheFormatIsFoundOutOrChosen) {
   const auto import = open("{\"a\":1}\n");
   const auto format = [&] {
     UniqueBstr name;
@@ -272,7 +213,7 @@ TEST_F(Exchange, TheFormatIsFoundOutOrChosen) {
   EXPECT_EQ(format(), L"json");
 }
 
-TEST_F(Exchange, ATextStandsForNull) {
+TEST_F(Import, ATextStandsForNull) {
   const auto import = open("Name,Age\nAda,-\n\"-\",4\n");
   UniqueBstr nullText;
   EXPECT_EQ(import->get_NullText(nullText.put()), S_OK);
@@ -285,7 +226,7 @@ TEST_F(Exchange, ATextStandsForNull) {
               testing::ElementsAre("'Ada'NULL", "'-'4"));
 }
 
-TEST_F(Exchange, AKeyIsChosenOrIsThePrimaryOne) {
+TEST_F(Import, AKeyIsChosenOrIsThePrimaryOne) {
   SqliteFile(pathOf(L"test.cdb"))
       .run(
           "CREATE TABLE People (Id INTEGER PRIMARY KEY, Name TEXT, Town TEXT);"
@@ -322,7 +263,7 @@ TEST_F(Exchange, AKeyIsChosenOrIsThePrimaryOne) {
   EXPECT_FALSE(isKey(1)) << "another table has a key of its own";
 }
 
-TEST_F(Exchange, WhatIsGuessedIsTold) {
+TEST_F(Import, WhatIsGuessedIsTold) {
   const auto doubts = [&](IAdoceImport* import) {
     long found = -1;
     EXPECT_EQ(import->get_Doubts(&found), S_OK);
@@ -346,7 +287,7 @@ TEST_F(Exchange, WhatIsGuessedIsTold) {
   EXPECT_EQ(doubts(examined("Ada,Paris\nBo,Rome\n").get()), 2);
 }
 
-TEST_F(Exchange, ThePreviewHasTheColumnsFirst) {
+TEST_F(Import, ThePreviewHasTheColumnsFirst) {
   const auto import = examined("Name,Age\nAda,36\nBo\n");
   OwnedVariant texts;
   EXPECT_EQ(import->Preview(5, texts.get()), S_OK);
@@ -374,7 +315,7 @@ TEST_F(Exchange, ThePreviewHasTheColumnsFirst) {
   EXPECT_EQ(last, -1) << "no record";
 }
 
-TEST_F(Exchange, ChoicesAreChecked) {
+TEST_F(Import, ChoicesAreChecked) {
   const auto import = open("a,b\n1,2\n");
   EXPECT_EQ(import->put_Encoding(text(L"martian").get()), kBadArgument);
   EXPECT_EQ(import->put_Delimiter(text(L"ab").get()), kBadArgument);
@@ -395,7 +336,7 @@ TEST_F(Exchange, ChoicesAreChecked) {
   run(import.get(), 2, kBadArgument);
 }
 
-TEST_F(Exchange, JsonHasNoDelimiterAlsoWhereOneWasChosen) {
+TEST_F(Import, JsonHasNoDelimiterAlsoWhereOneWasChosen) {
   const auto import = open("[{\"a\":1}]", L"Things.json");
   EXPECT_EQ(import->put_Delimiter(text(L"\t").get()), S_OK);
   EXPECT_EQ(import->Examine(nullptr), S_OK);
@@ -405,20 +346,20 @@ TEST_F(Exchange, JsonHasNoDelimiterAlsoWhereOneWasChosen) {
   EXPECT_EQ(run(import.get()), (Counts{1, 0, 0}));
 }
 
-TEST_F(Exchange, AFileThatIsNotThereIsTold) {
+TEST_F(Import, AFileThatIsNotThereIsTold) {
   ComPtr<IAdoceImport> import;
   EXPECT_EQ(connection_->OpenImport(text(pathOf(L"none.csv")).get(), import.put()), kCannotOpen);
   EXPECT_EQ(import.get(), nullptr);
 }
 
-TEST_F(Exchange, AnImportEndsWithItsConnection) {
+TEST_F(Import, AnImportEndsWithItsConnection) {
   const auto import = examined("Name\nAda\n");
   EXPECT_EQ(connection_->Close(), S_OK);
   run(import.get(), kAllOrNothing, objectModelError(3709));
   EXPECT_EQ(import->Examine(nullptr), objectModelError(3709));
 }
 
-TEST_F(Exchange, AStoppedImportHasChangedNothing) {
+TEST_F(Import, AStoppedImportHasChangedNothing) {
   std::string content = "Name\n";
   for (int i = 0; i < 5000; ++i) content += "some text\n";
   const auto import = open(content);
@@ -438,7 +379,7 @@ TEST_F(Exchange, AStoppedImportHasChangedNothing) {
   EXPECT_EQ(run(import.get()).added, 5000);
 }
 
-TEST_F(Exchange, AnImportBesideOpenRecordsIsSeenWhenTheyAreOpenedAnew) {
+TEST_F(Import, AnImportBesideOpenRecordsIsSeenWhenTheyAreOpenedAnew) {
   SqliteFile(pathOf(L"test.cdb")).run("CREATE TABLE People (Name TEXT); INSERT INTO People VALUES ('first')");
   const auto records = recordsOfTable(connection_.get(), L"People");
   EXPECT_EQ(textOf(records.get(), 0), L"first");
@@ -446,98 +387,6 @@ TEST_F(Exchange, AnImportBesideOpenRecordsIsSeenWhenTheyAreOpenedAnew) {
   EXPECT_EQ(run(import.get()), (Counts{1, 0, 0}));
   EXPECT_EQ(textOf(records.get(), 0), L"first");
   EXPECT_EQ(recordCount(recordsOfTable(connection_.get(), L"People").get()), 2);
-}
-
-// ---- Out
-
-TEST_F(Exchange, TheEndingOfTheFileTellsTheFormat) {
-  SqliteFile(pathOf(L"test.cdb"))
-      .run(
-          "CREATE TABLE T (Name TEXT, Age INTEGER);"
-          "INSERT INTO T VALUES ('\xC3\x84\x64\x61', 36), (NULL, 1)");
-  hyper records = 0;
-  EXPECT_EQ(exportRows(L"T", kTable, L"t.csv", &records), S_OK);
-  EXPECT_EQ(records, 2);
-  EXPECT_EQ(contentOf(pathOf(L"t.csv")), "\xEF\xBB\xBFName,Age\r\n\xC3\x84\x64\x61,36\r\n,1\r\n");
-  EXPECT_EQ(exportRows(L"SELECT Age FROM T WHERE Age > 1", kText, L"t.JSON", &records), S_OK);
-  EXPECT_EQ(records, 1);
-  EXPECT_THAT(contentOf(pathOf(L"t.JSON")), testing::HasSubstr("\"Age\":36"));
-  EXPECT_EQ(exportRows(L"T", kTable, L"t.html", &records), S_OK);
-  EXPECT_THAT(contentOf(pathOf(L"t.html")), testing::HasSubstr("Title"));
-  EXPECT_EQ(exportRows(L"T", kTable, L"t.sql", &records), S_OK);
-  EXPECT_THAT(contentOf(pathOf(L"t.sql")), testing::HasSubstr("CREATE TABLE"));
-}
-
-TEST_F(Exchange, AFileIsReplacedOnlyWhenAllIsWritten) {
-  writeFile(pathOf(L"t.csv"), "what was there");
-  hyper records = -1;
-  EXPECT_EQ(exportRows(L"NoSuch", kTable, L"t.csv", &records), kNoTable);
-  EXPECT_EQ(records, -1);
-  EXPECT_EQ(contentOf(pathOf(L"t.csv")), "what was there");
-  Stopper stopper;
-  EXPECT_EQ(
-      exportRows(
-          L"WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 9000) SELECT i FROM n",
-          kText, L"t.csv", &records, &stopper),
-      kIllegal);
-  EXPECT_THAT(stopper.what, testing::ElementsAre(kWriting));
-  EXPECT_EQ(contentOf(pathOf(L"t.csv")), "what was there");
-  EXPECT_EQ(exportRows(L"SELECT 1 AS A", kText, L"t.csv", &records), S_OK);
-  EXPECT_EQ(contentOf(pathOf(L"t.csv")),
-            "\xEF\xBB\xBF"
-            "A\r\n1\r\n");
-}
-
-TEST_F(Exchange, TheOpenFileIsNeverReplaced) {
-  const std::string before = contentOf(pathOf(L"test.cdb"));
-  hyper records = 0;
-  EXPECT_EQ(exportRows(L"SELECT 1", kText, L"test.cdb", &records), objectModelError(3731));
-  EXPECT_EQ(connection_->put_ConnectionString(text(L"").get()), S_OK);
-  EXPECT_EQ(exportRows(L"SELECT 1", kText, L"test.cdb", &records), objectModelError(3731))
-      << "whatever the connection string names by now";
-  EXPECT_EQ(contentOf(pathOf(L"test.cdb")), before);
-}
-
-TEST_F(Exchange, NeitherIsItWhenTheCurrentFolderHasBecomeAnother) {
-  const std::filesystem::path before = std::filesystem::current_path();
-  std::filesystem::current_path(std::filesystem::path(pathOf(L"test.cdb")).parent_path());
-  ComPtr<IAdoceConnection> other = newConnection();
-  EXPECT_EQ(openAt(other.get(), L"test.cdb"), S_OK);
-  std::filesystem::create_directory(pathOf(L"elsewhere"));
-  std::filesystem::current_path(pathOf(L"elsewhere"));
-  const std::string content = contentOf(pathOf(L"test.cdb"));
-  hyper changed = 0;
-  hyper records = 0;
-  EXPECT_EQ(other->ExportRows(text(L"SELECT 1").get(), kText, text(L"Title").get(),
-                              text(pathOf(L"test.cdb")).get(), nullptr, &changed, &records),
-            objectModelError(3731));
-  EXPECT_EQ(contentOf(pathOf(L"test.cdb")), content);
-  std::filesystem::current_path(before);
-}
-
-TEST_F(Exchange, TheFormatOfANameCanBeAsked) {
-  for (const auto& [name, expected] :
-       std::initializer_list<std::pair<const wchar_t*, const wchar_t*>>{{L"C:\\a.CSV", L"csv"},
-                                                                        {L"a.json", L"json"},
-                                                                        {L"a.ndjson", L"jsonl"},
-                                                                        {L"a.htm", L"html"},
-                                                                        {L"a.sql", L"sql"},
-                                                                        {L"a.txt", L"csv"},
-                                                                        {L"", L"csv"}}) {
-    UniqueBstr format;
-    EXPECT_EQ(connection_->ExportFormat(text(name).get(), format.put()), S_OK);
-    EXPECT_STREQ(format.get(), expected);
-  }
-  EXPECT_EQ(connection_->ExportFormat(nullptr, nullptr), E_POINTER);
-}
-
-TEST_F(Exchange, AStatementThatChangesAnythingIsNotRun) {
-  SqliteFile(pathOf(L"test.cdb")).run("CREATE TABLE T (Name TEXT); INSERT INTO T VALUES ('stays')");
-  hyper records = 0;
-  EXPECT_EQ(exportRows(L"DELETE FROM T", kText, L"t.csv", &records), kIllegal);
-  EXPECT_EQ(exportRows(L"T", 7, L"t.csv", &records), kBadArgument);
-  EXPECT_THAT(stored("SELECT Name FROM T"), testing::ElementsAre("stays"));
-  EXPECT_FALSE(std::filesystem::exists(pathOf(L"t.csv")));
 }
 
 }  // namespace
