@@ -349,6 +349,7 @@ def damaged(file, page):
 damaged('page.cdb', middle('Bad'))
 damaged('index.cdb', middle('Numbers'))
 open('cut.cdb', 'wb').write(sound[:-3 * size])
+open('letter.cdb', 'wb').write(b'Dear all, this is a letter and no database. ' * 10)
 END
   run 0 check sound.cdb
   run 1 check page.cdb
@@ -370,6 +371,22 @@ END
   run 0 export index.cdb Good -o good.csv --force
   run 1 check cut.cdb
   says "bytes are missing"
+  run 1 check letter.cdb
+  says "not a database."
+  [[ $err != *missing* ]] || fail "it missed bytes of what is no database: $err"
+  # A table that can't be read for another reason keeps nothing of the rest back.
+  /usr/bin/python3 - <<'END'
+import sqlite3
+c = sqlite3.connect('page.cdb')
+c.create_function('elsewhere', 1, lambda value: value, deterministic=True)
+c.execute('CREATE TABLE Foreign1 (A, B AS (elsewhere(A)))')
+c.execute('INSERT INTO Foreign1 VALUES (1)')
+c.commit()
+END
+  run 1 check page.cdb
+  has "Good: all can be read, 2000 records"
+  has "Foreign1: only the first 0 can be read: "
+  says "The file is damaged."
 }
 
 # offered WORD...: what the completion offers for the last word, a line each.

@@ -7,6 +7,7 @@
 #include "platform/store/exchange/bytes/byte_source.h"
 #include "platform/store/exchange/bytes/files_in_use.h"
 #include "platform/store/sqlite/database_file.h"
+#include "platform/store/sqlite/files/file_head.h"
 
 namespace cdbtool {
 
@@ -57,7 +58,13 @@ Status readFindings(Backend& backend, std::vector<std::string>* lines) {
   return status;
 }
 
-/// Of which tables all records can be read, and of which only the first.
+std::string describeReading(const Status& status, std::int64_t count) {
+  if (status) return std::string(kAllCanBeRead) + countOfRecords(count);
+  const std::string first = ": only the first " + std::to_string(count) + " can be read";
+  return status.code() == store::ErrorCode::damaged ? first : first + ": " + status.message();
+}
+
+/// Of which tables all records can be read, and of which only the first. Fails when the user stops it.
 Status tellTables(Backend& backend, std::vector<std::string>* lines) {
   std::vector<std::string> names;
   if (Status status = userTables(backend, &names); !status) return status;
@@ -71,9 +78,8 @@ Status tellTables(Backend& backend, std::vector<std::string>* lines) {
       // What a long value is continued with is read only when it is asked for.
       for (std::size_t index = 0; index < rows->columns().size(); ++index) rows->cell(index);
     }
-    if (!status && status.code() != store::ErrorCode::damaged) return status;
-    lines->push_back(name + (status ? std::string(kAllCanBeRead) + countOfRecords(count)
-                                    : ": only the first " + std::to_string(count) + " can be read"));
+    if (status.code() == store::ErrorCode::stopped) return status;
+    lines->push_back(name + describeReading(status, count));
   }
   return {};
 }
@@ -85,25 +91,19 @@ bool isAboutAnIndex(const std::string& line) {
          line.find(kAllCanBeRead) != std::string::npos;
 }
 
-/// Why the file can't be opened, with how much of it is missing, where that is told at its head. Source:
-/// "Database File Format", section 1.3.
+/// Why the file can't be opened, with how much of it is missing, where its head tells that.
 Status withMissingPart(const Status& status, const std::string& file) {
   constexpr std::size_t kHeadBytes = 100;
-  std::array<unsigned char, kHeadBytes> head{};
+  std::array<char, kHeadBytes> head{};
   std::unique_ptr<store::exchange::ByteSource> source;
   std::size_t count = 0;
-  if (!store::exchange::openSource(file, &source)) return status;
-  if (!source->read(reinterpret_cast<char*>(head.data()), kHeadBytes, &count) || count < kHeadBytes)
+  if (!store::exchange::openSource(file, &source) || !source->read(head.data(), kHeadBytes, &count))
     return status;
-  std::int64_t pageSize = head[16] << 8 | head[17];
-  if (pageSize == 1) pageSize = 65536;
-  std::int64_t pages = 0;
-  for (std::size_t at = 28; at < 32; ++at) pages = pages << 8 | head[at];
-  const std::int64_t missing = pages * pageSize - source->length();
-  if (missing <= 0) return status;
+  const std::int64_t missing = store::missingBytes({head.data(), count}, source->length());
+  if (missing == 0) return status;
   return {status.code(),
           status.message() + ". The last " + std::to_string(missing) + " of its " +
-              std::to_string(pages * pageSize) +
+              std::to_string(source->length() + missing) +
               " bytes are missing: it was not copied to its end, or cut. Work with another copy."};
 }
 

@@ -1,6 +1,8 @@
 #include "platform/store/sqlite/files/file_head.h"
 
+#include <algorithm>
 #include <array>
+#include <sqlite3.h>
 #include <string_view>
 #include <system_error>
 
@@ -25,6 +27,17 @@ struct Head {
     sqlite3_int64 value = 0;
     for (std::size_t index = 0; index < length; ++index) value = value << 8 | bytes[offset + index];
     return value;
+  }
+  bool isOfDatabase() const {
+    return std::string_view(reinterpret_cast<const char*>(bytes.data()), kMagic.size()) == kMagic;
+  }
+  /// How long all pages together are; 0 when the head does not say.
+  sqlite3_int64 wholeLength() const {
+    // The number of pages counts only if who wrote it was the last to write.
+    if (number(kChangesOffset, 4) != number(kCountValidForOffset, 4)) return 0;
+    const sqlite3_int64 pageSize = number(kPageSizeOffset, 2);
+    // The largest does not fit into the two bytes.
+    return (pageSize == 1 ? 65536 : pageSize) * number(kPageCountOffset, 4);
   }
 };
 
@@ -74,8 +87,7 @@ Status checkFileHead(sqlite3* connection) {
   Head head;
   if (!readHead(connection, &head)) return refusal("The file can't be read.");
   if (head.fileLength == 0) return refusal("The file is empty.");
-  const std::string_view start(reinterpret_cast<const char*>(head.bytes.data()), kMagic.size());
-  if (start != kMagic) return refusal("The file is not a database.");
+  if (!head.isOfDatabase()) return refusal("The file is not a database.");
   if (head.fileLength < kHeadBytes) return refusal("The database is damaged: The file is cut short.");
   return {};
 }
@@ -83,12 +95,15 @@ Status checkFileHead(sqlite3* connection) {
 bool endsWithinPage(sqlite3* connection) {
   Head head;
   if (!readHead(connection, &head) || head.fileLength < kHeadBytes) return false;
-  // The number of pages counts only if who wrote it was the last to write.
-  if (head.number(kChangesOffset, 4) != head.number(kCountValidForOffset, 4)) return false;
   if (head.bytes[kReadVersionOffset] == kWriteAheadVersion && hasLog(connection)) return false;
-  sqlite3_int64 pageSize = head.number(kPageSizeOffset, 2);
-  if (pageSize == 1) pageSize = 65536;  // which does not fit into the two bytes
-  return head.fileLength < pageSize * head.number(kPageCountOffset, 4);
+  return head.fileLength < head.wholeLength();
+}
+
+std::int64_t missingBytes(std::string_view start, std::int64_t length) {
+  Head head;
+  if (start.size() < head.bytes.size()) return 0;
+  std::copy_n(start.begin(), head.bytes.size(), head.bytes.begin());
+  return head.isOfDatabase() ? std::max<std::int64_t>(head.wholeLength() - length, 0) : 0;
 }
 
 bool isMarkedReadOnly(const std::string& path) {

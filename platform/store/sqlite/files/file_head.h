@@ -1,10 +1,13 @@
 #pragma once
 
-#include <sqlite3.h>
+#include <cstdint>
 #include <string>
+#include <string_view>
 
 #include "platform/store/rows/status.h"
 #include "platform/store/sqlite/files/file_path.h"
+
+struct sqlite3;
 
 namespace store {
 
@@ -27,6 +30,11 @@ Status checkFileHead(sqlite3* connection);
 /// its head doesn't say how many pages it has (before SQLite 3.7.0), and as long as there is a write-ahead
 /// log, in which the page may still be.
 bool endsWithinPage(sqlite3* connection);
+
+/// How many bytes are missing at the end of a file of `length` bytes that begins with `start`, by what it
+/// says of itself. 0 when none are, and when that can't be told: of what is no database, and of a file whose
+/// head doesn't say how many pages it has.
+std::int64_t missingBytes(std::string_view start, std::int64_t length);
 
 /// Whether the file carries a mark that nobody is to write it.
 bool isMarkedReadOnly(const std::string& path);
