@@ -76,13 +76,19 @@ class TemporaryText {
   bool isWritten_ = false;
 };
 
-/// No line ends but in quotes and at the end.
+/// No line ends but at the end and in quotes, which only a field that begins with one has.
 bool isOneRow(std::wstring_view text) {
+  const std::wstring_view separators = text.find(L'\t') != text.npos ? L"\t" : L",;|";
   bool isQuoted = false;
+  bool mayOpen = true;  // a field begins here, or a quote has just ended, which a second one makes a sign
   for (std::size_t place = 0; place < text.size(); ++place) {
-    if (text[place] == L'"') isQuoted = !isQuoted;
-    if (isQuoted || (text[place] != L'\r' && text[place] != L'\n')) continue;
-    return text.find_first_not_of(L"\r\n", place) == text.npos;
+    const wchar_t character = text[place];
+    const bool closes = isQuoted && character == L'"';
+    if (!isQuoted && (character == L'\r' || character == L'\n')) {
+      return text.find_first_not_of(L"\r\n", place) == text.npos;
+    }
+    isQuoted = !closes && (isQuoted || (mayOpen && character == L'"'));
+    mayOpen = closes || separators.find(character) != separators.npos;
   }
   return true;
 }

@@ -270,6 +270,26 @@ TEST_P(ExchangeStory, OnePastedRowIsARecordEvenIfItsValuesAreWords) {
   EXPECT_THAT(stored("SELECT Field1 || Field2 FROM Pasted"), ElementsAre("AdaParis"));
 }
 
+TEST_P(ExchangeStory, AQuoteWithinAPastedNameHidesNoLineEnd) {
+  ASSERT_TRUE(remote::waitUntil([] { return putOnClipboard(L"Height (\")\tName\r\n5\tNail\r\n"); }));
+  User& user = start();
+  user.chooseDesktop(ID_TABLE_PASTE);
+  user.accept(importDialog(user));
+  user.answer(L"Quivane", L"Table 'Pasted': 1 record added.", IDOK);
+  end();
+  EXPECT_THAT(stored("SELECT Name FROM Pasted"), ElementsAre("Nail"));
+}
+
+TEST_P(ExchangeStory, APastedRowWithALineEndInQuotesIsARecord) {
+  ASSERT_TRUE(remote::waitUntil([] { return putOnClipboard(L"Ada\t\"Paris, \"\"Fr\"\"\r\nance\"\r\n"); }));
+  User& user = start();
+  user.chooseDesktop(ID_TABLE_PASTE);
+  user.accept(importDialog(user));
+  user.answer(L"Quivane", L"Table 'Pasted': 1 record added.", IDOK);
+  end();
+  EXPECT_THAT(stored("SELECT Field1 FROM Pasted"), ElementsAre("Ada"));
+}
+
 TEST_P(ExchangeStory, BehindAnotherProgramsLockNothingIsImportedAndTheDialogComesBack) {
   User& user = start();
   HWND import = beginImport(user, write("Name,Age\nBo,1\n", "people.csv"));
