@@ -174,11 +174,20 @@ LRESULT keyPressed(HWND edit, UINT message, WPARAM wParam, LPARAM lParam) {
   return 0;
 }
 
+/// The control keeps the layout that it makes while it paints. What was made for a context that is none,
+/// which any program can send, would end this one as soon as the text is measured.
+LRESULT painted(HWND edit, UINT message, WPARAM wParam, LPARAM lParam) {
+  if (wParam == 0 || GetObjectType(reinterpret_cast<HGDIOBJ>(wParam)) != 0)
+    return callOwn(edit, message, wParam, lParam);
+  return message == WM_PAINT ? callOwn(edit, message, 0, lParam) : 0;
+}
+
 constexpr std::array kMessages = {
     MessageRow{WM_CREATE, created},       MessageRow{WM_SETTEXT, textSet},
     MessageRow{EM_REPLACESEL, replaced},  MessageRow{WM_PASTE, pasted},
     MessageRow{WM_CUT, selectionDeleted}, MessageRow{WM_CLEAR, selectionDeleted},
     MessageRow{WM_CHAR, typed},           MessageRow{WM_KEYDOWN, keyPressed},
+    MessageRow{WM_PAINT, painted},        MessageRow{WM_PRINTCLIENT, painted},
 };
 
 LRESULT CALLBACK guardedEdit(HWND edit, UINT message, WPARAM wParam, LPARAM lParam) {

@@ -6,6 +6,8 @@
 /// showableText does, a typed mark that can't stand is refused, and a deleted letter takes its marks
 /// along. Who sets a text that is to be read back asks isShowable before.
 ///
+/// Nor does one paint into what is no device context, whatever message asks for it.
+///
 /// A paste after which the control would hold more than kMostShownCount characters
 /// (views/shared/shown_text.h) is refused with a message. Needs to be called once; further calls change
 /// nothing. User-interface thread only.

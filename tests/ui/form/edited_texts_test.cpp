@@ -135,4 +135,19 @@ TEST_F(ControlTextsTest, AMarkAloneIsDeletedAloneAndTypedOnItsLetterOnly) {
   EXPECT_EQ(textOf(edit), L"a");
 }
 
+TEST_F(ControlTextsTest, AMessageToPaintIntoNothingIsSurvived) {
+  // The layout of the text is made for what is painted into, and kept.
+  constexpr WPARAM kNoContext = 1;
+  for (const DWORD style : {ES_AUTOHSCROLL, ES_MULTILINE | ES_AUTOVSCROLL}) {
+    const HWND edit = createControl(L"EDIT", style);
+    for (const UINT message : {WM_PAINT, WM_PRINTCLIENT}) {
+      SetWindowTextW(edit, L"1 of 3");
+      SendMessageW(edit, message, kNoContext, 0);
+      SetWindowTextW(edit, L"2 of 3");
+      paint(edit);
+      EXPECT_EQ(textOf(edit), L"2 of 3");
+    }
+  }
+}
+
 }  // namespace
