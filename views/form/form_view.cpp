@@ -51,6 +51,17 @@ DWORD editorStyle(FieldEditorKind kind, bool readOnly) {
   return readOnly ? kText | ES_READONLY : kText;
 }
 
+class Loading {
+ public:
+  explicit Loading(bool& flag) : flag_(flag) { flag_ = true; }
+  ~Loading() { flag_ = false; }
+  Loading(const Loading&) = delete;
+  Loading& operator=(const Loading&) = delete;
+
+ private:
+  bool& flag_;
+};
+
 std::unique_ptr<FieldEditor> newCheckBox(const String& name) {
   auto editor = std::make_unique<CheckFieldEditor>();
   editor->setCaption(captionOf(name).c_str());
@@ -85,6 +96,7 @@ struct FormView::NextIds {
 
 void FormView::prepare(Document* document) {
   document_ = document;
+  FormWrapper::listen(document ? this : nullptr);
   if (!document) tearDown();
 }
 
@@ -168,7 +180,18 @@ void FormView::editBegun() {
   if (document_) document_->editBegun();
 }
 
+/// What comes by another way than the keys that the editors look at: the mouse, the clipboard, and whatever
+/// happens to the editors that are looked after by nobody.
+void FormView::controlTold(HWND control, WORD code) {
+  if (isLoading_ || GetFocus() != control) return;
+  const auto row = std::find_if(rows_.begin(), rows_.end(),
+                                [&](const Row& each) { return each.editor->window() == control; });
+  if (row == rows_.end() || row->kind == FieldEditorKind::date) return;
+  if (code == (row->kind == FieldEditorKind::checkBox ? BN_CLICKED : EN_UPDATE)) editBegun();
+}
+
 void FormView::showRecord(const RecordSnapshot& record) {
+  const Loading loading(isLoading_);
   const FieldSnapshot unread;
   for (std::uint32_t field = 0; field < rowCount(); ++field) {
     const bool isRead = field < record.fields().size();
@@ -179,6 +202,7 @@ void FormView::showRecord(const RecordSnapshot& record) {
 }
 
 void FormView::clearEditors() {
+  const Loading loading(isLoading_);
   const FieldSnapshot none;
   for (Row& row : rows_) row.editor->load(none, false);
 }

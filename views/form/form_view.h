@@ -16,7 +16,7 @@ class Document;
 
 /// The form of the current record in the window of a FormWrapper. Of a table of more fields than
 /// kFieldsMadeAtOnce the controls of the further ones are made when their page is shown first.
-class FormView final : public FormPage, private EditWatcher {
+class FormView final : public FormPage, private EditWatcher, private FormControlListener {
  public:
   /// As many as there are identifiers for text editors.
   static constexpr std::uint32_t kFieldsMadeAtOnce = kFirstCheckBoxId - kFirstTextEditorId;
@@ -49,6 +49,7 @@ class FormView final : public FormPage, private EditWatcher {
 
  private:
   void editBegun() override;
+  void controlTold(HWND control, WORD code) override;
 
   struct Row {
     FieldEditorKind kind{};
@@ -80,4 +81,5 @@ class FormView final : public FormPage, private EditWatcher {
   PageArea layoutArea_;   // and how large the page area
   std::uint32_t pageIndex_ = 0;
   std::uint32_t pageCount_ = 0;
+  bool isLoading_ = false;  // what the controls tell then is no doing of the user's
 };

@@ -14,6 +14,7 @@ constexpr wchar_t kClassName[] = L"Form Wrapper Wnd";
 constexpr INT_PTR kControlId = 6;
 
 WNDPROC tabProcedure = DefWindowProcW;
+FormControlListener* controlListener = nullptr;
 
 /// The window does not clip its children, and one of them that has nothing to paint itself would be
 /// painted over.
@@ -75,11 +76,16 @@ LRESULT colorStatic(HWND, UINT, WPARAM dc, LPARAM control) {
   return result(appColorBrush(kFormViewBackground));
 }
 
+LRESULT controlTold(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+  const HWND control = reinterpret_cast<HWND>(lParam);
+  if (control && controlListener) controlListener->controlTold(control, HIWORD(wParam));
+  return CallWindowProcW(tabProcedure, window, message, wParam, lParam);
+}
+
 constexpr std::array kMessages = {
-    MessageRow{WM_PAINT, paintBackground},
-    MessageRow{WM_CTLCOLOREDIT, colorEdit},
-    MessageRow{WM_CTLCOLORBTN, colorButton},
-    MessageRow{WM_CTLCOLORSTATIC, colorStatic},
+    MessageRow{WM_PAINT, paintBackground},   MessageRow{WM_CTLCOLOREDIT, colorEdit},
+    MessageRow{WM_CTLCOLORBTN, colorButton}, MessageRow{WM_CTLCOLORSTATIC, colorStatic},
+    MessageRow{WM_COMMAND, controlTold},
 };
 
 /// The form behaves as a part of the tab control: what it does not answer goes to that control's own
@@ -109,4 +115,8 @@ HWND FormWrapper::create(HINSTANCE instance, HWND tabControl, SIZE size, WNDPROC
                                  tabControl, reinterpret_cast<HMENU>(kControlId), instance, nullptr);
   if (window_) SetScrollRange(window_, SB_VERT, 0, 0, FALSE);
   return window_;
+}
+
+void FormWrapper::listen(FormControlListener* listener) {
+  controlListener = listener;
 }

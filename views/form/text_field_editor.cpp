@@ -157,6 +157,7 @@ void TextFieldEditor::openZoom() {
   if (!zoom.run(GetAncestor(control, GA_ROOT))) return;
   // While the dialog was open, the form may have been taken down.
   if (theTextEditors.find(control) != this || sameText(zoom.text(), value_)) return;
+  beginEdit();
   setValue(zoom.text());
   changed_ = true;
 }
