@@ -37,6 +37,13 @@ fail() {
   failures=$((failures + 1))
 }
 
+# What is called and not there, a test or a step of one, has tested nothing. The shell calls this in a process of
+# its own, which can't count.
+command_not_found_handle() {
+  echo "$1" >>"$folder/not_found"
+  return 127
+}
+
 # run EXIT-CODE ARGUMENT...: runs the tool; what it writes is in $out and $err. Standard input is the test's.
 run() {
   local expected=$1 code=0
@@ -553,6 +560,8 @@ if [[ $# -gt 2 ]]; then tests=("${@:3}"); fi
 for test in "${tests[@]}"; do
   before=$failures
   "$test"
+  [[ ! -e $folder/not_found ]] || fail "there is no $(<"$folder/not_found")"
+  rm -f "$folder/not_found"
   if [[ $failures == "$before" ]]; then echo "ok $test"; else echo "not ok $test"; fi
 done
 echo "$checks runs, $failures failures"
