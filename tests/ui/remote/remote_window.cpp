@@ -286,6 +286,16 @@ std::optional<RECT> itemPlace(HWND list, int row) {
   return place;
 }
 
+bool awaitPosted(HWND list) {
+  // Of no other use here, and nothing but this message changes it.
+  const LRESULT former = SendMessageW(list, LVM_GETHOVERTIME, 0, 0);
+  const LRESULT mark = former == 1 ? 2 : 1;
+  PostMessageW(list, LVM_SETHOVERTIME, 0, mark);
+  const bool isReached = waitUntil([=] { return SendMessageW(list, LVM_GETHOVERTIME, 0, 0) == mark; });
+  SendMessageW(list, LVM_SETHOVERTIME, 0, former);
+  return isReached;
+}
+
 bool clickItem(HWND list, int row) {
   const std::optional<RECT> place = itemPlace(list, row);
   if (!place) return false;
@@ -294,7 +304,9 @@ bool clickItem(HWND list, int row) {
   const LPARAM point = MAKELPARAM((place->left + place->right) / 2, (place->top + place->bottom) / 2);
   SendMessageW(list, WM_LBUTTONDOWN, MK_LBUTTON, point);
   SendMessageW(list, WM_LBUTTONUP, 0, point);
-  return true;
+  // The list hands the release on to itself; what is sent before it has come would be in the midst of the
+  // click.
+  return awaitPosted(list);
 }
 
 void ensureVisible(HWND list, int row) {

@@ -94,7 +94,10 @@ int selectedItem(HWND list);
 bool selectItem(HWND list, int row);
 /// Where an item's label is in the list; none when it can't be had.
 std::optional<RECT> itemPlace(HWND list, int row);
-/// Clicks an item with the left button.
+/// Waits until a list has answered all that was posted to it, or to windows of its thread, up to now. False
+/// when that takes too long.
+bool awaitPosted(HWND list);
+/// Clicks an item with the left button; the click is over then.
 bool clickItem(HWND list, int row);
 void ensureVisible(HWND list, int row);
 int topRow(HWND list);
