@@ -8,7 +8,6 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
-#include <memory>
 #include <string>
 #include <vector>
 
@@ -18,10 +17,7 @@
 #include "gmock/gmock.h"
 #include "resources/command_ids.h"
 #include "tests/automation/sqlite_file.h"
-#include "tests/support/paths.h"
-#include "tests/ui/remote/program_thread.h"
-#include "tests/ui/remote/remote_window.h"
-#include "tests/ui/support/test_database.h"
+#include "tests/ui/remote/program_thread_test.h"
 #include "views/form/form_ids.h"
 #include "views/shared/clipboard_text.h"
 
@@ -30,27 +26,14 @@ using testing::ElementsAre;
 
 namespace {
 
-constexpr int kFormPage = 1;
-constexpr int kListPage = 2;
-constexpr int kPages = 4;
-
-class DesktopCommandsTest : public testing::Test {
+class DesktopCommandsTest : public ProgramThreadTest {
  protected:
-  void SetUp() override {
-    makeDatabase(path_, {L"CREATE TABLE 'T' (Name Text)", L"INSERT INTO T VALUES ('as it was')"});
-    program_ = std::make_unique<ProgramThread>(path_.wstring());
-    main_ = program_->waitForPage();
-    ASSERT_NE(main_, nullptr);
-  }
+  void SetUp() override { start({L"CREATE TABLE 'T' (Name Text)", L"INSERT INTO T VALUES ('as it was')"}); }
   void TearDown() override {
-    program_.reset();
+    ProgramThreadTest::TearDown();
     resetAppColors();
-    RegDeleteTreeW(HKEY_CURRENT_USER, SettingsStore::kRoot);
   }
 
-  HWND main() const { return main_; }
-  HWND control(int id) const { return remote::control(main_, id); }
-  void give(int command) const { SendMessageW(main_, WM_COMMAND, static_cast<WPARAM>(command), 0); }
   static AppColorTable storedColors() {
     AppColorTable colors{};
     SettingsStore::readBinary(SettingsStore::kOptions, L"GeneralAppColors", colors.data(), kAppColorCount);
@@ -58,17 +41,17 @@ class DesktopCommandsTest : public testing::Test {
   }
   /// Whether the system menu, once it opens, offers a command.
   bool isOffered(int command) const {
-    const HMENU system = GetSystemMenu(main_, FALSE);
+    const HMENU system = GetSystemMenu(main(), FALSE);
     for (int i = 0; i < GetMenuItemCount(system); ++i) {
       const HMENU below = GetSubMenu(system, i);
-      SendMessageW(main_, WM_INITMENUPOPUP, reinterpret_cast<WPARAM>(below ? below : system), 0);
+      SendMessageW(main(), WM_INITMENUPOPUP, reinterpret_cast<WPARAM>(below ? below : system), 0);
     }
     const UINT state = GetMenuState(system, static_cast<UINT>(command), MF_BYCOMMAND);
     return state != static_cast<UINT>(-1) && (state & MF_GRAYED) == 0;
   }
   bool isMarked(int command) const {
     isOffered(command);
-    return (GetMenuState(GetSystemMenu(main_, FALSE), static_cast<UINT>(command), MF_BYCOMMAND) &
+    return (GetMenuState(GetSystemMenu(main(), FALSE), static_cast<UINT>(command), MF_BYCOMMAND) &
             MF_CHECKED) != 0;
   }
   HWND waitForDialog(const wchar_t* title) const {
@@ -77,17 +60,7 @@ class DesktopCommandsTest : public testing::Test {
         [&] { return (dialog = remote::dialog(GetCurrentProcessId(), title)) != nullptr; }));
     return dialog;
   }
-  const std::filesystem::path& database() const { return path_; }
-  std::filesystem::path file(std::string_view name) const { return folder_.file(name); }
-  std::vector<std::string> storedNames() const {
-    return automationtest::sqliteColumn(path_.wstring(), "SELECT Name FROM T");
-  }
-
- private:
-  testsupport::TempFolder folder_;
-  std::filesystem::path path_ = folder_.file("desktop.cdb");
-  std::unique_ptr<ProgramThread> program_;
-  HWND main_ = nullptr;
+  std::vector<std::string> storedNames() const { return stored("SELECT Name FROM T"); }
 };
 
 TEST_F(DesktopCommandsTest, EachSetOfColorsIsSetStoredAndMarked) {

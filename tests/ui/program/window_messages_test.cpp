@@ -1,62 +1,34 @@
 // What the main window answers to messages of the system, in the whole program on a thread of the test.
 #include <windows.h>
 
-#include <filesystem>
-#include <memory>
 #include <string>
 #include <vector>
 
-#include "base/settings_store.h"
 #include "gmock/gmock.h"
 #include "resources/command_ids.h"
-#include "tests/automation/sqlite_file.h"
-#include "tests/support/paths.h"
-#include "tests/ui/remote/program_thread.h"
-#include "tests/ui/remote/remote_window.h"
-#include "tests/ui/support/test_database.h"
+#include "tests/ui/remote/program_thread_test.h"
 #include "views/form/form_ids.h"
 
 using testing::ElementsAre;
 
 namespace {
 
-constexpr int kFormPage = 1;
 constexpr int kFormWindow = 6;
 
-class WindowMessagesTest : public testing::Test {
+class WindowMessagesTest : public ProgramThreadTest {
  protected:
   void SetUp() override {
-    makeDatabase(path_, {L"CREATE TABLE 'T' (Name Text, Born Datetime)",
-                         L"INSERT INTO T VALUES ('as it was', '2001-03-09')"});
-    program_ = std::make_unique<ProgramThread>(path_.wstring());
-    main_ = program_->waitForPage();
-    ASSERT_NE(main_, nullptr);
-  }
-  void TearDown() override {
-    program_.reset();
-    RegDeleteTreeW(HKEY_CURRENT_USER, SettingsStore::kRoot);
+    start({L"CREATE TABLE 'T' (Name Text, Born Datetime)",
+           L"INSERT INTO T VALUES ('as it was', '2001-03-09')"});
   }
 
-  HWND main() const { return main_; }
-  HWND control(int id) const { return remote::control(main_, id); }
-  LRESULT send(UINT message, WPARAM wParam, LPARAM lParam) const {
-    return SendMessageW(main_, message, wParam, lParam);
-  }
-  std::vector<std::string> storedNames() const {
-    return automationtest::sqliteColumn(path_.wstring(), "SELECT Name FROM T");
-  }
+  std::vector<std::string> storedNames() const { return stored("SELECT Name FROM T"); }
   /// Its size in the handheld's pixels.
   static std::vector<LONG> sizeOf(HWND window) {
     RECT place{};
     GetWindowRect(window, &place);
     return {place.right - place.left, place.bottom - place.top};
   }
-
- private:
-  testsupport::TempFolder folder_;
-  std::filesystem::path path_ = folder_.file("messages.cdb");
-  std::unique_ptr<ProgramThread> program_;
-  HWND main_ = nullptr;
 };
 
 TEST_F(WindowMessagesTest, OfTheSettingsOnlyThatOfTheInputPanelLaysThePagesOut) {
