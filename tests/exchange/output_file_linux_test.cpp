@@ -1,6 +1,4 @@
-#include <fstream>
 #include <gtest/gtest.h>
-#include <iterator>
 #include <string>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -19,11 +17,10 @@ namespace fs = std::filesystem;
 class OutputFileOnLinuxTest : public testing::Test {
  protected:
   fs::path path(const std::string& name) const { return folder_.file(name); }
-  void put(const std::string& name, const std::string& text) const { std::ofstream(path(name)) << text; }
-  std::string get(const std::string& name) const {
-    std::ifstream file(path(name));
-    return {std::istreambuf_iterator<char>(file), {}};
+  void put(const std::string& name, const std::string& text) const {
+    testsupport::writeFile(path(name), text);
   }
+  std::string get(const std::string& name) const { return testsupport::contentOf(path(name)); }
   testsupport::TempFolder folder_;
 };
 

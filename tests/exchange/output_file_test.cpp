@@ -1,9 +1,7 @@
 #include "platform/store/exchange/bytes/output_file.h"
 
 #include <algorithm>
-#include <fstream>
 #include <gtest/gtest.h>
-#include <iterator>
 #include <string>
 #include <vector>
 
@@ -19,12 +17,9 @@ class OutputFileTest : public testing::Test {
     return {text.begin(), text.end()};
   }
   void put(const std::string& name, const std::string& text) const {
-    std::ofstream(folder_.file(name), std::ios::binary) << text;
+    testsupport::writeFile(folder_.file(name), text);
   }
-  std::string get(const std::string& name) const {
-    std::ifstream file(folder_.file(name), std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-  }
+  std::string get(const std::string& name) const { return testsupport::contentOf(folder_.file(name)); }
   /// What is in the folder, in order.
   std::vector<std::string> names() const {
     std::vector<std::string> found;

@@ -24,9 +24,6 @@ constexpr int kText = 1026;
 constexpr UINT kFindNext = 1225;
 constexpr std::uint32_t kMissing = 99;
 
-/// Of a drop-down list at zoom 100.
-constexpr int kNormalComboHeight = 21;
-
 class FindDialogTest : public DialogTest {
  protected:
   void SetUp() override {

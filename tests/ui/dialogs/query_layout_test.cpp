@@ -8,9 +8,6 @@ using testing::ElementsAre;
 namespace querytest {
 namespace {
 
-/// Of a drop-down list at zoom 100.
-constexpr int kNormalComboHeight = 21;
-
 TEST_F(QueryDialogTest, ItsControlsAreThoseOfTheHandheld) {
   show([&](HWND window) {
     EXPECT_THAT(

@@ -16,8 +16,6 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr wchar_t kCompany[] = L"Software\\MorvaleSoftware";
-constexpr wchar_t kShell[] = L"Software\\MorvaleSoftware\\Pocket Shell";
-// The choice of 150 per cent in the window's system menu.
 
 class PortableTest : public UiTest {
  protected:
@@ -119,7 +117,7 @@ TEST_F(PortableTest, TheShellsSettingsAreInTheFileToo) {
     EXPECT_GT(widthOf(main), narrow);
     EXPECT_EQ(remote::close(main), 0u);
   }
-  EXPECT_EQ(storedNumber(kShell, L"Zoom"), 150u);
+  EXPECT_EQ(storedNumber(kShellSettings, L"Zoom"), 150u);
   expectNothingInTheRegistry();
   const RunningProgram again(program(), L"");
   const HWND main = again.mainWindow();
@@ -130,7 +128,7 @@ TEST_F(PortableTest, TheShellsSettingsAreInTheFileToo) {
 
 TEST_F(PortableTest, WhatIsInTheRegistryIsNotRead) {
   const DWORD zoom = 200;
-  RegSetKeyValueW(HKEY_CURRENT_USER, kShell, L"Zoom", REG_DWORD, &zoom, sizeof(zoom));
+  RegSetKeyValueW(HKEY_CURRENT_USER, kShellSettings, L"Zoom", REG_DWORD, &zoom, sizeof(zoom));
   const DWORD on = 1;
   RegSetKeyValueW(HKEY_CURRENT_USER, optionsKey().c_str(), L"UsePassword", REG_DWORD, &on, sizeof(on));
   const RunningProgram running(program(), quoted(database()));

@@ -8,6 +8,7 @@
 
 #include "owners/handles.h"
 #include "tests/ui/remote/remote_window.h"
+#include "tests/ui/support/graphics_objects.h"
 
 namespace {
 
@@ -84,38 +85,6 @@ void countHandles(DWORD processId, Possessions& possessions) {
   }
 }
 
-// ---- Graphics
-
-/// As tests/ui/support/graphics_objects.cpp counts those of its own process.
-int countGraphics(HANDLE process) {
-  const DWORD told = GetGuiResources(process, GR_GDIOBJECTS);
-  if (told != 0) return static_cast<int>(told);
-  struct Entry {
-    void* object;
-    DWORD owner;
-    WORD unique;
-    BYTE type;  // 0 for a free entry
-    BYTE flags;
-    void* user;
-  };
-  constexpr std::size_t kEntryCount = 0x4000;
-  constexpr std::size_t kTableInProcessBlock = 0xF8;
-  PROCESS_BASIC_INFORMATION block{};
-  ULONG length = 0;
-  if (NtQueryInformationProcess(process, ProcessBasicInformation, &block, sizeof(block), &length) != 0)
-    return -1;
-  const void* table = nullptr;
-  std::vector<Entry> entries(kEntryCount);
-  const auto* const place = reinterpret_cast<const std::byte*>(block.PebBaseAddress) + kTableInProcessBlock;
-  if (!ReadProcessMemory(process, place, &table, sizeof(table), nullptr) ||
-      !ReadProcessMemory(process, table, entries.data(), entries.size() * sizeof(Entry), nullptr)) {
-    return -1;
-  }
-  int count = 0;
-  for (const Entry& entry : entries) count += entry.type != 0 ? 1 : 0;
-  return count;
-}
-
 long usedMemory(HANDLE process) {
   PROCESS_MEMORY_COUNTERS counters{};
   if (!GetProcessMemoryInfo(process, &counters, sizeof(counters))) return -1;
@@ -128,7 +97,7 @@ Possessions possessionsOf(DWORD processId, HANDLE process) {
   Possessions possessions;
   possessions.windows = countWindows(processId);
   countHandles(processId, possessions);
-  possessions.graphics = countGraphics(process);
+  possessions.graphics = graphicsObjectCount(process);
   possessions.memory = usedMemory(process);
   return possessions;
 }

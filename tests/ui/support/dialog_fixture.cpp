@@ -1,6 +1,7 @@
 #include "tests/ui/support/dialog_fixture.h"
 
 #include <algorithm>
+#include <set>
 #include <utility>
 
 #include "base/app_colors.h"
@@ -145,6 +146,12 @@ void DialogTest::expectTextsFit(HWND dialog) {
     if (name != L"Static" && name != L"Button") continue;
     EXPECT_TRUE(textFits(control, HandheldGetFont())) << testing::PrintToString(textOf(control));
   }
+}
+
+void DialogTest::expectAccessKeysApart(HWND dialog) {
+  const std::multiset<wchar_t> keys = accessKeys(dialog);
+  EXPECT_FALSE(keys.empty());
+  for (const wchar_t key : keys) EXPECT_EQ(keys.count(key), 1u) << static_cast<char>(key);
 }
 
 void DialogTest::expectColors(HWND dialog) {

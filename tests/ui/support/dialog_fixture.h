@@ -22,6 +22,8 @@ class DialogTest : public RegistryTest {
  protected:
   using Step = std::function<void(HWND dialog)>;
   using Box = MessageBoxes::Box;
+  /// Of a drop-down list at zoom 100.
+  static constexpr int kNormalComboHeight = 21;
 
   void SetUp() override;
   void TearDown() override;
@@ -68,6 +70,8 @@ class DialogTest : public RegistryTest {
   static void expectFullScreen(HWND dialog);
   /// Everything is in the interface font, and no label or button is cut.
   static void expectTextsFit(HWND dialog);
+  /// No letter chooses two controls.
+  static void expectAccessKeysApart(HWND dialog);
   /// Labels and check boxes blue on white, edits black on white, as the dialog answers when they ask.
   static void expectColors(HWND dialog);
 

@@ -1,11 +1,13 @@
 #include "tests/ui/support/graphics_objects.h"
 
 #include <cstddef>
+#include <vector>
+#include <winternl.h>
 
 namespace {
 
-/// The table of handles that the system shares with the process. Where its count is not to be had
-/// otherwise, every entry in use is one of this process.
+/// The table of handles that the system shares with each process. Where its count is not to be had
+/// otherwise, every entry in use is one of that process.
 struct HandleEntry {
   void* object;
   DWORD owner;
@@ -16,20 +18,24 @@ struct HandleEntry {
 };
 constexpr std::size_t kEntryCount = 0x4000;
 constexpr std::size_t kTableInProcessBlock = 0xF8;
-constexpr unsigned long kProcessBlockInThreadBlock = 0x60;
-
-const HandleEntry* handleTable() {
-  const auto* const block = reinterpret_cast<const std::byte*>(__readgsqword(kProcessBlockInThreadBlock));
-  return *reinterpret_cast<const HandleEntry* const*>(block + kTableInProcessBlock);
-}
 
 }  // namespace
 
-int graphicsObjectCount() {
-  const DWORD told = GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS);
+int graphicsObjectCount(HANDLE process) {
+  const DWORD told = GetGuiResources(process, GR_GDIOBJECTS);
   if (told != 0) return static_cast<int>(told);
-  const HandleEntry* const table = handleTable();
+  PROCESS_BASIC_INFORMATION block{};
+  ULONG length = 0;
+  if (NtQueryInformationProcess(process, ProcessBasicInformation, &block, sizeof(block), &length) != 0)
+    return -1;
+  const void* table = nullptr;
+  std::vector<HandleEntry> entries(kEntryCount);
+  const auto* const place = reinterpret_cast<const std::byte*>(block.PebBaseAddress) + kTableInProcessBlock;
+  if (!ReadProcessMemory(process, place, &table, sizeof(table), nullptr) ||
+      !ReadProcessMemory(process, table, entries.data(), entries.size() * sizeof(HandleEntry), nullptr)) {
+    return -1;
+  }
   int count = 0;
-  for (std::size_t i = 0; table && i < kEntryCount; ++i) count += table[i].type != 0 ? 1 : 0;
+  for (const HandleEntry& entry : entries) count += entry.type != 0 ? 1 : 0;
   return count;
 }

@@ -2,5 +2,6 @@
 
 #include <windows.h>
 
-/// How many objects of the graphics system (fonts, brushes, pens, bitmaps) the process has.
-int graphicsObjectCount();
+/// How many objects of the graphics system (fonts, brushes, pens, bitmaps) a process has; -1 when that can't
+/// be told. `process` may be read.
+int graphicsObjectCount(HANDLE process = GetCurrentProcess());

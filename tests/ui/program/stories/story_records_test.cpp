@@ -88,7 +88,6 @@ TEST_P(RecordsStory, ARecordThatIsLockedIsToldOnceAndKeepsItsValues) {
   awaitShown(user, kName, L"Ada");
   {
     automationtest::SqliteFile other(path().wstring());
-    other.run("PRAGMA busy_timeout = 5000");
     other.run("BEGIN EXCLUSIVE");
     user.useButton(ID_RECORD_NEXT, 'T', VK_CONTROL);
     user.answer(L"Quivane", L"The record could not be read.\nAnother program is using the database.", IDOK);
@@ -114,7 +113,6 @@ TEST_P(RecordsStory, AColumnThatAnotherProgramRenamesAndATableThatItDropsAreTold
   User& user = startOnForm();
   awaitShown(user, kName, L"Ada");
   automationtest::SqliteFile other(path().wstring());
-  other.run("PRAGMA busy_timeout = 5000");
   other.run("ALTER TABLE People RENAME COLUMN Born TO Birth");
   user.useButton(ID_RECORD_NEXT, 'T', VK_CONTROL);
   user.answer(L"Quivane",
