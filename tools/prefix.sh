@@ -11,11 +11,12 @@
 
 user_prefix=${XDG_DATA_HOME:-$HOME/.local/share}/quivane/wine
 cache_folder=${XDG_CACHE_HOME:-$HOME/.cache}/quivane
-template_prefix=$cache_folder/wine-template
 fresh_prefixes=${TMPDIR:-/tmp}/quivane-wine-$UID
 
 # Goes into the stamp: a change of what is set up below makes every prefix out of date.
-prefix_revision=1
+prefix_revision=2
+# Working copies of different age have templates of their own.
+template_prefix=$cache_folder/wine-template-$prefix_revision
 
 source "${BASH_SOURCE[0]%/*}/display.sh"
 
@@ -115,6 +116,80 @@ copy_wine_files() {
   [[ ! $("${links[@]}" -print -quit) ]]
 }
 
+# Which font has the letters that the program's own lacks. By script, as OpenType names them ("-" for what belongs to
+# none, signs and emoji): Wine's fonts for these are not free. The packages are in setup.sh and make-deb.
+script_fonts='
+- Symbola
+latn DejaVu Sans
+grek DejaVu Sans
+cyrl DejaVu Sans
+armn DejaVu Sans
+geor DejaVu Sans
+hebr DejaVu Sans
+brai DejaVu Sans
+arab Noto Sans Arabic
+syrc Noto Sans Syriac
+thaa Noto Sans Thaana
+nko Noto Sans NKo
+ethi Noto Sans Ethiopic
+cher Noto Sans Cherokee
+cans Noto Sans CanAborig
+tfng Noto Sans Tifinagh
+vai Noto Sans Vai
+deva Noto Sans Devanagari
+beng Noto Sans Bengali
+guru Noto Sans Gurmukhi
+gujr Noto Sans Gujarati
+orya Noto Sans Oriya
+taml Noto Sans Tamil
+telu Noto Sans Telugu
+knda Noto Sans Kannada
+mlym Noto Sans Malayalam
+sinh Noto Sans Sinhala
+thai Noto Sans Thai
+lao Noto Sans Lao
+khmr Noto Sans Khmer
+mymr Noto Sans Myanmar
+tibt Noto Serif Tibetan
+tale Noto Sans Tai Le
+mong Noto Sans Mongolian
+phag Noto Sans PhagsPa
+yi Noto Sans Yi
+bopo WenQuanYi Micro Hei
+hani WenQuanYi Micro Hei
+kana WenQuanYi Micro Hei
+hang WenQuanYi Micro Hei'
+
+# The fonts that also titles, menus and message boxes take letters from, with their files.
+linked_fonts=('DejaVuSans.ttf,DejaVu Sans' 'wqy-microhei.ttc,WenQuanYi Micro Hei' 'Symbola_hint.ttf,Symbola')
+
+# The value's name for a script: its four letters as a number.
+script_number() {
+  local letters i number=0
+  if [[ $1 != - ]]; then
+    printf -v letters '%-4s' "$1"
+    for i in 3 2 1 0; do
+      printf -v number '%d' "$((number * 256 + $(printf '%d' "'${letters:i:1}")))"
+    done
+  fi
+  printf '%x' "$number"
+}
+
+font_registry() {
+  local script font bytes=
+  printf '\n[HKEY_CURRENT_USER\\Software\\Wine\\Uniscribe\\Fallback]\n'
+  while read -r script font; do
+    if [[ $script ]]; then
+      printf '"%s"="%s"\n' "$(script_number "$script")" "$font"
+    fi
+  done <<<"$script_fonts"
+  for font in "${linked_fonts[@]}"; do
+    bytes+=$(printf '%s' "$font" | od -An -v -tx1 | tr -d '\n' | sed 's/^ *//; s/ \+/,/g'),00,
+  done
+  printf '\n[HKEY_LOCAL_MACHINE\\Software\\Microsoft\\Windows NT\\CurrentVersion\\FontLink\\SystemLink]\n'
+  printf '"Tahoma"=hex(7):%s00\n' "$bytes"
+}
+
 # The registry of every prefix, and with "test" as argument that of a test prefix.
 prefix_registry() {
   # Wine's own debugger lets a crashed program end with 0 now and then.
@@ -124,6 +199,7 @@ REGEDIT4
 [HKEY_LOCAL_MACHINE\Software\Microsoft\Windows NT\CurrentVersion\AeDebug]
 "Debugger"=""
 END
+  font_registry
   if [[ ${1:-} == test ]]; then
     # No display by default. With one and no window manager: windows that nobody has to manage.
     cat <<'END'

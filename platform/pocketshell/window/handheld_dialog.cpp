@@ -5,6 +5,7 @@
 
 #include "platform/pocketshell/handheld_windows.h"
 #include "platform/pocketshell/panel/input_panel.h"
+#include "platform/pocketshell/text/own_letters.h"
 #include "platform/pocketshell/window/dialog_template.h"
 #include "platform/pocketshell/window/window_places.h"
 #include "platform/pocketshell/zoom/present_zoom.h"
@@ -48,6 +49,7 @@ void layOutControl(HWND control, const DialogItem& item) {
   const Place told = {static_cast<int>(place.left), static_cast<int>(place.top),
                       static_cast<int>(place.right - place.left), static_cast<int>(place.bottom - place.top)};
   SendMessageW(control, WM_SETFONT, reinterpret_cast<WPARAM>(presentFont()), FALSE);
+  drawOwnLetters(control);
   rememberPlace(control, told);
   applyPlace(control, nullptr, told, SWP_NOZORDER | SWP_NOACTIVATE);
 }

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <windows.h>
+
+#include "platform/pocketshell/window/window_layer.h"
+
+namespace pocketshell {
+
+/// Draws a static text while its font lacks letters of it.
+class LabelDrawing : public WindowLayer<LabelDrawing> {
+ public:
+  explicit LabelDrawing(HWND label) : WindowLayer(label) {}
+
+  LRESULT answer(UINT message, WPARAM wParam, LPARAM lParam);
+
+ private:
+  void drawInto(HDC dc);
+  bool draw(HDC given);
+};
+
+}  // namespace pocketshell

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <windows.h>
+
+#include <commctrl.h>
+
+#include "platform/pocketshell/window/window_layer.h"
+
+namespace pocketshell {
+
+/// Draws those cells and labels of a window's list views whose letters the list's font lacks; the lists
+/// themselves draw all others.
+class ListDrawing : public WindowLayer<ListDrawing> {
+ public:
+  /// `parent` is the window that the lists report to.
+  explicit ListDrawing(HWND parent) : WindowLayer(parent) {}
+
+  LRESULT answer(UINT message, WPARAM wParam, LPARAM lParam);
+};
+
+/// Cells, labels and the titles of the columns of a list view that has just been made.
+void drawLettersOf(HWND list);
+
+}  // namespace pocketshell
