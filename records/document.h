@@ -193,6 +193,19 @@ class Document : private BusyListener {
   /// On the form and in the grid.
   int deleteRecord();
 
+  // ---- Whole values of the record that the form shows
+
+  /// As Database::readBytes and saveBytes. What is typed or loaded and not stored does not count.
+  Outcome readBytes(std::uint32_t field, Bytes& bytes) { return database_.readBytes(shown_, field, bytes); }
+  Outcome saveBytes(std::uint32_t field, const String& path) {
+    return database_.saveBytes(shown_, field, path);
+  }
+  /// The user chooses the file that bytes come from or go into; none when he cancels.
+  std::optional<String> chooseBytesSource() { return pages_.prompts.chooseFile(FileChoice::bytesFrom); }
+  std::optional<String> chooseBytesTarget(const String& suggestion) {
+    return pages_.prompts.chooseFile(FileChoice::bytesTo, suggestion);
+  }
+
   // ---- The search for text (document_find.cpp), on the form only. Each returns 0.
 
   /// Runs the Find dialog.

@@ -33,6 +33,8 @@ enum class FileChoice {
   exportTo,    ///< the file that records are written into
   importFrom,  ///< a file whose records are stored
   rejects,     ///< the file that the list of records is written into which an import left out
+  bytesTo,     ///< the file that the bytes of a field are written into
+  bytesFrom,   ///< the file whose bytes become those of a field
 };
 
 /// What is to become of an open database whose file has lost its name.
@@ -70,8 +72,9 @@ class UserPrompts {
   virtual bool ask(PromptOwner owner, Question question, const wchar_t* text,
                    const wchar_t* caption = kPromptCaption) = 0;
   /// The full path; none when the user cancels. A file that exists is given for FileChoice::create,
-  /// exportTo and rejects only when the user wants it replaced.
-  virtual std::optional<String> chooseFile(FileChoice choice) = 0;
+  /// exportTo, rejects and bytesTo only when the user wants it replaced. `suggestion` is the name that stands
+  /// there at first.
+  virtual std::optional<String> chooseFile(FileChoice choice, const String& suggestion = String()) = 0;
   /// Which of these is to be written out, by its place, the first being what is in use; none when the user
   /// cancels.
   virtual std::optional<std::uint32_t> chooseSource(const NameList& sources) = 0;

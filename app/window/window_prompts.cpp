@@ -51,6 +51,9 @@ constexpr wchar_t kCreateFilter[] = L"Databases (*.cdb)\0*.cdb\0";
 constexpr wchar_t kExportFilter[] =
     L"Separated values (*.csv)\0*.csv\0JSON (*.json)\0*.json\0Web page (*.html)\0*.html\0SQL "
     L"(*.sql)\0*.sql\0";
+constexpr wchar_t kPictureFilter[] =
+    L"Pictures (*.png; *.jpg; *.gif; *.bmp)\0*.png;*.jpg;*.jpeg;*.gif;*.bmp\0All files (*.*)\0*.*\0";
+constexpr wchar_t kBytesFilter[] = L"All files (*.*)\0*.*\0";
 constexpr wchar_t kListFilter[] = L"Separated values (*.csv)\0*.csv\0";
 constexpr wchar_t kImportFilter[] =
     L"CSV and JSON (*.csv; *.tsv; *.txt; *.json; *.jsonl)\0*.csv;*.tsv;*.txt;*.json;*.jsonl\0"
@@ -80,6 +83,10 @@ FileDialog fileDialog(FileChoice choice) {
       return {L"Export", kExportFilter, L"csv", kWritten | OFN_OVERWRITEPROMPT, GetSaveFileNameW};
     case FileChoice::rejects:
       return {L"Save List", kListFilter, L"csv", kWritten | OFN_OVERWRITEPROMPT, GetSaveFileNameW};
+    case FileChoice::bytesTo:
+      return {L"Save Bytes", kBytesFilter, nullptr, kWritten | OFN_OVERWRITEPROMPT, GetSaveFileNameW};
+    case FileChoice::bytesFrom:
+      return {L"Load Bytes", kPictureFilter, nullptr, kExisting | OFN_HIDEREADONLY, GetOpenFileNameW};
     case FileChoice::importFrom:
       return {L"Import", kImportFilter, nullptr, kExisting | OFN_HIDEREADONLY, GetOpenFileNameW};
     case FileChoice::remove:
@@ -164,9 +171,10 @@ bool WindowPrompts::ask(PromptOwner owner, Question question, const wchar_t* tex
   return showMessage(owner, text, caption, boxFlags(question)) == IDYES;
 }
 
-std::optional<String> WindowPrompts::chooseFile(FileChoice choice) {
+std::optional<String> WindowPrompts::chooseFile(FileChoice choice, const String& suggestion) {
   const FileDialog dialog = fileDialog(choice);
   wchar_t path[kFileBufferCount] = L"";
+  std::wcsncpy(path, suggestion.text(), kFileBufferCount - 1);
   OPENFILENAMEW question{};
   question.lStructSize = sizeof(question);
   question.hwndOwner = currentDialog ? currentDialog : tabControl;

@@ -16,7 +16,7 @@ class WindowPrompts final : public UserPrompts {
   void tell(PromptOwner owner, Notice notice, const wchar_t* text, const wchar_t* caption) override;
   bool ask(PromptOwner owner, Question question, const wchar_t* text, const wchar_t* caption) override;
   /// While it is open the main window's title names its purpose.
-  std::optional<String> chooseFile(FileChoice choice) override;
+  std::optional<String> chooseFile(FileChoice choice, const String& suggestion = String()) override;
   std::optional<std::uint32_t> chooseSource(const NameList& sources) override;
   LostFileChoice askAboutLostFile(const String& path, bool isReplaced) override;
   std::optional<std::uint32_t> askRecordNumber(std::uint32_t highest) override;

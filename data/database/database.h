@@ -14,6 +14,7 @@
 #include "data/handles/exported_records.h"
 #include "data/handles/file_state.h"
 #include "data/outcome.h"
+#include "data/values/bytes.h"
 #include "data/values/field_value_source.h"
 #include "data/values/record_snapshot.h"
 #include "data/values/schema.h"
@@ -179,6 +180,16 @@ class Database {
   std::uint32_t passOverRows(std::uint32_t row, std::uint32_t most, std::uint32_t milliseconds);
   void endRowSearch();
 
+  // ---- Whole values of the record that was read as `seen` (database_bytes.cpp). The cursor of the list
+  // reads them. Each fails when the field no longer holds what was seen, and for a record that is not stored
+  // yet.
+
+  /// The bytes of the field; none of a value that is of no bytes. `bytes` is untouched after a failure.
+  Outcome readBytes(const RecordSnapshot& seen, std::uint32_t field, Bytes& bytes);
+  /// Writes them, or a text in UTF-8, into a file. One that is there is replaced, but never the database nor
+  /// what is kept beside it. After a failure nothing was made or replaced.
+  Outcome saveBytes(const RecordSnapshot& seen, std::uint32_t field, const String& path);
+
   // ---- Records (database_records.cpp)
 
   /// Set by addNew; cleared when that record is stored or abandoned, or its recordset is replaced.
@@ -266,6 +277,7 @@ class Database {
 
  private:
   bool prepareListRows();
+  Outcome returnForBytes(const RecordSnapshot& seen, std::uint32_t field);
   void dropListRows();
   Outcome openStore();
   Outcome runTableStatement(bool fits, const wchar_t* statement);

@@ -128,6 +128,11 @@ void RecordsetHandle::endTextSearch() {
   search_.reset();
 }
 
+Outcome RecordsetHandle::saveField(LONG index, const wchar_t* path) {
+  if (!recordset_) return noObject();
+  return outcomeOf(recordset_->SaveField(Variant::fromLong(index).get(), makeBstr(path).get()));
+}
+
 LONG RecordsetHandle::fieldCount() {
   IAdoceFields* collection = fields();
   LONG count = -1;

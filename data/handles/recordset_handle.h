@@ -63,6 +63,11 @@ class RecordsetHandle {
   LONG passOver(LONG most, LONG milliseconds);
   void endTextSearch();
 
+  /// Writes the bytes, or the text in UTF-8, of the field at `index` of the current record into a file, and
+  /// replaces one that is there, but never the database nor what is kept beside it. After a failure nothing
+  /// was made or replaced.
+  Outcome saveField(LONG index, const wchar_t* path);
+
   /// -1 when it can't be had.
   LONG fieldCount();
   /// The one field handle of this recordset, referring to the field at `index` (0-based), or to none

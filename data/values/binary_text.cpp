@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <new>
 #include <optional>
+#include <span>
 #include <string>
-#include <vector>
 
 namespace {
 
@@ -22,8 +22,8 @@ bool isBlank(wchar_t character) {
          character == L',';  // what the form shows for a line end
 }
 
-std::optional<std::vector<BYTE>> readPairs(const wchar_t* text) {
-  std::vector<BYTE> bytes;
+std::optional<Bytes> readPairs(const wchar_t* text) {
+  Bytes bytes;
   while (*text) {
     if (isBlank(*text)) {
       ++text;
@@ -38,6 +38,27 @@ std::optional<std::vector<BYTE>> readPairs(const wchar_t* text) {
   return bytes;
 }
 
+/// The bytes of a value, which outlives them; none of a value that isBytes denies.
+std::span<const std::uint8_t> viewOf(const Variant& value) {
+  SAFEARRAY* const array = isBytes(value) ? value.get().parray : nullptr;
+  if (!array || SafeArrayGetDim(array) != 1) return {};
+  return {static_cast<const std::uint8_t*>(array->pvData), array->rgsabound[0].cElements};
+}
+
+String textOf(std::span<const std::uint8_t> beginning, std::uint64_t wholeCount) {
+  const std::size_t shown = std::min<std::size_t>(beginning.size(), kMostShownByteCount);
+  if (shown == 0) return {};
+  std::wstring text;
+  text.reserve(shown * 3 + 32);
+  for (std::size_t index = 0; index < shown; ++index) {
+    if (index != 0) text += L' ';
+    text += kDigits[beginning[index] >> 4];
+    text += kDigits[beginning[index] & 15];
+  }
+  if (shown < wholeCount) text += L" \x2026 (" + std::to_wstring(wholeCount) + L" bytes)";
+  return text.c_str();
+}
+
 }  // namespace
 
 bool isBytes(const Variant& value) {
@@ -45,39 +66,34 @@ bool isBytes(const Variant& value) {
 }
 
 String textOfBytes(const Variant& value) {
-  SAFEARRAY* const array = isBytes(value) ? value.get().parray : nullptr;
-  return array ? textOfBytes(value, array->rgsabound[0].cElements) : String();
+  return textOf(viewOf(value), viewOf(value).size());
 }
 
 String textOfBytes(const Variant& beginning, std::uint64_t wholeCount) {
-  SAFEARRAY* const array = isBytes(beginning) ? beginning.get().parray : nullptr;
-  if (!array || SafeArrayGetDim(array) != 1) return {};
-  const ULONG count = array->rgsabound[0].cElements;
-  void* data = nullptr;
-  if (count == 0 || FAILED(SafeArrayAccessData(array, &data))) return {};
-  const auto* const bytes = static_cast<const BYTE*>(data);
-  const ULONG shown = std::min<ULONG>(count, kMostShownByteCount);
-  std::wstring text;
-  text.reserve(std::size_t{shown} * 3 + 32);
-  for (ULONG index = 0; index < shown; ++index) {
-    if (index != 0) text += L' ';
-    text += kDigits[bytes[index] >> 4];
-    text += kDigits[bytes[index] & 15];
-  }
-  SafeArrayUnaccessData(array);
-  if (shown < wholeCount) text += L" \x2026 (" + std::to_wstring(wholeCount) + L" bytes)";
-  return text.c_str();
+  return textOf(viewOf(beginning), wholeCount);
 }
 
-Variant bytesFromText(const wchar_t* text) {
+String textOfBytes(const Bytes& bytes) {
+  return textOf(bytes, bytes.size());
+}
+
+Bytes bytesOf(const Variant& value) {
+  const std::span<const std::uint8_t> bytes = viewOf(value);
+  return {bytes.begin(), bytes.end()};
+}
+
+Variant variantOfBytes(const Bytes& bytes) {
   Variant value;
-  const std::optional<std::vector<BYTE>> bytes = readPairs(text);
-  if (!bytes || bytes->empty()) return value;
-  SAFEARRAY* const array = SafeArrayCreateVector(VT_UI1, 0, static_cast<ULONG>(bytes->size()));
+  SAFEARRAY* const array = SafeArrayCreateVector(VT_UI1, 0, static_cast<ULONG>(bytes.size()));
   if (!array) throw std::bad_alloc();
   VARIANT* const target = value.put();
   target->vt = VT_ARRAY | VT_UI1;
   target->parray = array;
-  std::copy(bytes->begin(), bytes->end(), static_cast<BYTE*>(array->pvData));
+  std::copy(bytes.begin(), bytes.end(), static_cast<BYTE*>(array->pvData));
   return value;
+}
+
+Variant bytesFromText(const wchar_t* text) {
+  const std::optional<Bytes> bytes = readPairs(text);
+  return bytes && !bytes->empty() ? variantOfBytes(*bytes) : Variant();
 }

@@ -66,7 +66,8 @@ Variant textFrom(const FieldValueSource& editor, const Variant&) {
 }
 
 Variant bytesFrom(const FieldValueSource& editor, const Variant&) {
-  return bytesFromText(editor.text().text());
+  const Bytes* const bytes = editor.bytes();
+  return bytes ? variantOfBytes(*bytes) : bytesFromText(editor.text().text());
 }
 
 Variant dateFrom(const FieldValueSource& editor, const Variant&) {

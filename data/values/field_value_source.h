@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "base/string.h"
+#include "data/values/bytes.h"
 
 /// The content of one field editor, as the Database reads it. What is asked depends on
 /// the field's type; an editor answers the rest as suits it.
@@ -18,6 +19,9 @@ class FieldValueSource {
   /// The whole text as it stands in the editor: for every field but booleans. An editor of dates gives
   /// the text that it shows.
   virtual String text() const = 0;
+  /// For a field of bytes: all of them where the text does not say them, else null. They last until the
+  /// editor is changed.
+  virtual const Bytes* bytes() const { return nullptr; }
   /// For a boolean field.
   virtual bool isChecked() const = 0;
   /// For a date field: days since 30 December 1899, with the time of day as the fraction (what

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "platform/pocketshell/handheld_windows.h"
+#include "views/dialog/dialog_growth.h"
 
 void centreDialog(HWND dialog, int raise) {
   const HWND owner = GetParent(dialog);
@@ -18,6 +19,16 @@ void centreDialog(HWND dialog, int raise) {
   ClientToScreen(owner, &corner);
   SetWindowPos(dialog, nullptr, static_cast<int>(corner.x), static_cast<int>(corner.y), 0, 0,
                SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+void growWithScreen(HWND dialog) {
+  const SIZE excess = screenExcess();
+  RECT frame{};
+  GetWindowRect(dialog, &frame);
+  SetWindowPos(dialog, nullptr, 0, 0,
+               static_cast<int>(frame.right - frame.left) + HandheldToMonitor(static_cast<int>(excess.cx)),
+               static_cast<int>(frame.bottom - frame.top) + HandheldToMonitor(static_cast<int>(excess.cy)),
+               SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
 void fillScreen(HWND dialog, DWORD panel) {

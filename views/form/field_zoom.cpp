@@ -1,27 +1,11 @@
 #include "views/form/field_zoom.h"
 
 #include "base/showable_text.h"
-#include "platform/pocketshell/handheld_windows.h"
 #include "views/dialog/dialog_place.h"
 #include "views/form/popup_ids.h"
 #include "views/shared/child_control.h"
 #include "views/shared/edit_guard.h"
 #include "views/shared/paragraph_breaks.h"
-
-namespace {
-
-/// By as much as the screen is larger than the handheld's.
-void growWithScreen(HWND dialog) {
-  const SIZE excess = screenExcess();
-  RECT frame{};
-  GetWindowRect(dialog, &frame);
-  SetWindowPos(dialog, nullptr, 0, 0,
-               static_cast<int>(frame.right - frame.left) + HandheldToMonitor(static_cast<int>(excess.cx)),
-               static_cast<int>(frame.bottom - frame.top) + HandheldToMonitor(static_cast<int>(excess.cy)),
-               SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
-}
-
-}  // namespace
 
 const std::span<const ControlGrowth> FieldZoom::kGrowth = [] {
   static constexpr ControlGrowth kControls[] = {

@@ -74,7 +74,16 @@ std::unique_ptr<FieldEditor> newDateEditor(const String& name) {
   return editor;
 }
 
-std::unique_ptr<FieldEditor> newTextEditor(const Document& document, std::uint32_t field) {
+/// `document` outlives the form.
+BytesZoomHost bytesHost(Document& document, std::uint32_t field) {
+  return {.read = [&document, field](Bytes& bytes) { return document.readBytes(field, bytes); },
+          .chooseTarget =
+              [&document](const String& suggestion) { return document.chooseBytesTarget(suggestion); },
+          .save = [&document, field](const String& path) { return document.saveBytes(field, path); },
+          .chooseSource = [&document] { return document.chooseBytesSource(); }};
+}
+
+std::unique_ptr<FieldEditor> newTextEditor(Document& document, std::uint32_t field) {
   const FieldEditorKind kind = fieldKind(document.fieldType(field)).editor;
   auto editor = std::make_unique<TextFieldEditor>();
   editor->setFieldName(document.fieldName(field));
@@ -83,6 +92,7 @@ std::unique_ptr<FieldEditor> newTextEditor(const Document& document, std::uint32
   editor->setMaximumLength(document.fieldWidth(field));
   editor->setBinary(kind == FieldEditorKind::bytes);
   editor->setReadOnlyField(document.isFieldReadOnly(field));
+  editor->setBytesHost(bytesHost(document, field));
   return editor;
 }
 

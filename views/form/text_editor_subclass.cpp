@@ -49,6 +49,13 @@ LRESULT characterTyped(HWND window, UINT message, WPARAM wParam, LPARAM lParam) 
   return changed(window, message, wParam, lParam);
 }
 
+/// What two taps do, for who has no mouse.
+LRESULT keyPressed(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+  if (wParam != VK_F2) return DefSubclassProc(window, message, wParam, lParam);
+  PostMessageW(window, kZoomMessage, 0, 0);
+  return 0;
+}
+
 LRESULT tapped(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
   // The editor that loses the focus by this tap ends its own count, so it has to lose it before this
   // tap is counted.
@@ -77,10 +84,15 @@ LRESULT readOnlyAsked(HWND, UINT, WPARAM wParam, LPARAM) {
 
 /// The second of two quick taps arrives as a double click.
 constexpr std::array kMessages = {
-    MessageRow{WM_SETFOCUS, focusGained}, MessageRow{WM_KILLFOCUS, focusLost},
-    MessageRow{WM_CHAR, characterTyped},  MessageRow{WM_PASTE, changed},
-    MessageRow{WM_LBUTTONDOWN, tapped},   MessageRow{WM_LBUTTONDBLCLK, tapped},
-    MessageRow{kZoomMessage, zoomAsked},  MessageRow{kSetReadOnlyMessage, readOnlyAsked},
+    MessageRow{WM_SETFOCUS, focusGained},
+    MessageRow{WM_KILLFOCUS, focusLost},
+    MessageRow{WM_CHAR, characterTyped},
+    MessageRow{WM_PASTE, changed},
+    MessageRow{WM_KEYDOWN, keyPressed},
+    MessageRow{WM_LBUTTONDOWN, tapped},
+    MessageRow{WM_LBUTTONDBLCLK, tapped},
+    MessageRow{kZoomMessage, zoomAsked},
+    MessageRow{kSetReadOnlyMessage, readOnlyAsked},
 };
 
 LRESULT CALLBACK textEditorProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR,

@@ -54,7 +54,13 @@ String TextFieldEditor::text() const {
   return window() ? windowText(window()) : loadedText_;
 }
 
+const Bytes* TextFieldEditor::bytes() const {
+  const bool isTyped = showsAll_ && window() && !sameText(windowText(window()), loadedText_);
+  return ownBytes_ && !isTyped ? &*ownBytes_ : nullptr;
+}
+
 void TextFieldEditor::setValue(const String& value) {
+  ownBytes_.reset();
   showBeginning(value, 0);
 }
 
@@ -80,6 +86,8 @@ void TextFieldEditor::load(const FieldSnapshot& field, bool) {
   isLocked_ = isUnread(field);
   const bool isOfBytes = isBytes(field.read.value);
   holdsForeignBytes_ = isOfBytes && !binary_;
+  byteCount_ = isOfBytes ? field.read.length : 0;
+  ownBytes_.reset();
   // The text that stands for bytes says itself how many they are.
   showBeginning(field.text, field.read.isCut() && !isOfBytes ? field.read.length : 0);
   loaded_ = field.text;
@@ -97,13 +105,13 @@ bool TextFieldEditor::isEditable() const {
 bool TextFieldEditor::takeChange() {
   // A text that did not come from the line but from the zoom, or was cut there, is not what was loaded.
   const bool isTyped = showsAll_ && !sameText(text(), loadedText_);
-  const bool changed = changed_ || (hasValue_ && (isTyped || !sameText(value_, loaded_)));
+  const bool changed = changed_ || (hasValue_ && (isTyped || ownBytes_ || !sameText(value_, loaded_)));
   changed_ = false;
   return changed && !isLocked_;
 }
 
 bool TextFieldEditor::isEdited() const {
-  return !isLocked_ && !sameText(text(), loaded_);
+  return !isLocked_ && (bytes() != nullptr || !sameText(text(), loaded_));
 }
 
 void TextFieldEditor::position(const ControlPlace& place, UINT flags) {
@@ -152,6 +160,14 @@ void TextFieldEditor::recountText() {
 void TextFieldEditor::openZoom() {
   zoomOpened_ = true;
   if (!hasValue_) return;
+  if ((binary_ || holdsForeignBytes_) && bytesHost_.read) {
+    openBytesZoom();
+  } else {
+    openTextZoom();
+  }
+}
+
+void TextFieldEditor::openTextZoom() {
   const HWND control = window();
   FieldZoom zoom(fieldName_, value_, readOnly_ || !isEditable(), wholeLength_);
   if (!zoom.run(GetAncestor(control, GA_ROOT))) return;
@@ -159,5 +175,29 @@ void TextFieldEditor::openZoom() {
   if (theTextEditors.find(control) != this || sameText(zoom.text(), value_)) return;
   beginEdit();
   setValue(zoom.text());
+  changed_ = true;
+}
+
+void TextFieldEditor::openBytesZoom() {
+  const HWND control = window();
+  BytesZoom zoom(fieldName_,
+                 {.text = value_,
+                  .count = byteCount_,
+                  .own = bytes(),
+                  .readOnly = readOnly_ || holdsForeignBytes_,
+                  .canBeTyped = isEditable()},
+                 bytesHost_);
+  const BytesZoom::Change change = zoom.run(GetAncestor(control, GA_ROOT));
+  // While the dialog was open, the form may have been taken down.
+  if (change == BytesZoom::Change::none || theTextEditors.find(control) != this) return;
+  beginEdit();
+  if (change == BytesZoom::Change::text) {
+    if (!bytes() && sameText(zoom.text(), value_)) return;
+    setValue(zoom.text());
+  } else {
+    Bytes loaded = zoom.takeBytes();
+    setValue(textOfBytes(loaded));
+    ownBytes_ = std::move(loaded);
+  }
   changed_ = true;
 }

@@ -1,7 +1,10 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
+#include <utility>
 
+#include "views/bytes/bytes_zoom.h"
 #include "views/form/editor_registry.h"
 #include "views/form/field_editor.h"
 #include "views/form/keystroke_filter.h"
@@ -23,6 +26,8 @@ class TextFieldEditor final : public FieldEditor {
   void setMaximumLength(std::uint32_t length) { rules_.maximumLength = length; }
   /// A field of bytes, whose text is pairs of digits.
   void setBinary(bool binary) { binary_ = binary; }
+  /// For the dialog in which bytes are shown, also in a field of another type.
+  void setBytesHost(BytesZoomHost host) { bytesHost_ = std::move(host); }
   void setReadOnlyField(bool readOnly) { readOnly_ = readOnly; }
 
   bool create(const ControlCreation& creation) override;
@@ -36,6 +41,8 @@ class TextFieldEditor final : public FieldEditor {
   const String& value() const { return value_; }
   /// What the window shows; the value where the window does not show all of it.
   String text() const override;
+  /// Those that were loaded from a file, as long as nothing was typed over them.
+  const Bytes* bytes() const override;
 
   void load(const FieldSnapshot& field, bool isNewRecord) override;
   /// A key that was taken counts once; a confirmed zoom and a content that is not what was loaded do as long
@@ -65,8 +72,8 @@ class TextFieldEditor final : public FieldEditor {
   void cutShownText();
   /// The editor has lost the focus: its text is written back and its characters are counted anew.
   void recountText();
-  /// Shows the whole text in a dialog, to be edited unless the field is read-only. Nothing happens while
-  /// no value was set. The editor may be gone afterwards.
+  /// Shows the whole text, or bytes, in a dialog, to be edited unless the field is read-only. Nothing happens
+  /// while no value was set. The editor may be gone afterwards.
   void openZoom();
 
   bool tabPressed() const { return keystrokes_.tabPressed; }
@@ -76,6 +83,8 @@ class TextFieldEditor final : public FieldEditor {
   bool isEditable() const;
   void showBeginning(const String& value, std::uint64_t wholeLength);
   void fillWindow() const;
+  void openTextZoom();
+  void openBytesZoom();
 
   static constexpr std::uint32_t kDefaultMaximumLength = 30000;
 
@@ -91,6 +100,9 @@ class TextFieldEditor final : public FieldEditor {
   bool wasGiven_ = false;  // something to show, and be it nothing
   bool showsAll_ = true;   // but for the commas
   bool isLocked_ = false;  // nothing is known of the field's value
+  BytesZoomHost bytesHost_;
+  std::optional<Bytes> ownBytes_;  // that were loaded from a file
+  std::uint64_t byteCount_ = 0;    // of the value that was given to show
   String fieldName_;
   String value_;
   std::uint64_t wholeLength_ = 0;  // of the field's value, of which value_ is the beginning; 0 if it is all

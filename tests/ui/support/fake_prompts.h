@@ -42,8 +42,9 @@ struct FakePrompts final : UserPrompts {
     messages.push_back({owner, text, caption, question});
     return agrees;
   }
-  std::optional<String> chooseFile(FileChoice choice) override {
+  std::optional<String> chooseFile(FileChoice choice, const String& suggestion) override {
     filesAskedFor.push_back(choice);
+    suggestedFile = suggestion.text();
     return file;
   }
   std::optional<std::uint32_t> chooseSource(const NameList& sources) override {
@@ -112,6 +113,7 @@ struct FakePrompts final : UserPrompts {
   // What he has seen
   std::vector<Message> messages;
   std::vector<FileChoice> filesAskedFor;
+  std::wstring suggestedFile;                           ///< the last time
   std::vector<std::wstring> offered;                    ///< to be written out, the last time
   std::vector<FileState> lostFiles;                     ///< what he was asked about, and
   std::wstring lostFile;                                ///< which file it was the last time

@@ -250,6 +250,7 @@ class FakeRecordsetObject final : public FakeObject<IAdoceRecordset> {
   HRESULT STDMETHODCALLTYPE get_Source(BSTR*) override { return E_NOTIMPL; }
   HRESULT STDMETHODCALLTYPE put_Source(BSTR) override { return E_NOTIMPL; }
   HRESULT STDMETHODCALLTYPE get_State(LONG*) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE SaveField(VARIANT, BSTR) override { return E_NOTIMPL; }
 
  private:
   LONG rowCount() const { return static_cast<LONG>(store_.rows.size()); }

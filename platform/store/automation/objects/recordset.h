@@ -55,6 +55,7 @@ class RecordsetObject final : public AutomationObject<IAdoceRecordset>, public I
   HRESULT STDMETHODCALLTYPE get_Source(BSTR* source) override;
   HRESULT STDMETHODCALLTYPE put_Source(BSTR source) override;
   HRESULT STDMETHODCALLTYPE get_State(long* state) override;
+  HRESULT STDMETHODCALLTYPE SaveField(VARIANT field, BSTR path) override;
 
   // IAdoceTextSearch (recordset_search.cpp)
   HRESULT STDMETHODCALLTYPE BeginTextSearch(BSTR text, VARIANT field, VARIANT_BOOL matchCase) override;
