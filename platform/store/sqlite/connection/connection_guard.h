@@ -9,6 +9,7 @@
 #include <thread>
 #include <utility>
 
+#include "owners/recursive_mutex.h"
 #include "platform/store/sqlite/connection/lock_wait.h"
 
 namespace store {
@@ -57,7 +58,7 @@ class ConnectionGuard {
 
   LockWait lockWait_;
   std::function<void()> letGo_;
-  std::recursive_mutex mutex_;          // held by whoever uses the connection
+  RecursiveMutex mutex_;                // held by whoever uses the connection
   unsigned loans_ = 0;                  // calls of lend, to see whether there were any lately
   std::atomic<bool> isOverdue_{false};  // asks the user to give back
 
