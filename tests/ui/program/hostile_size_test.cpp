@@ -104,6 +104,8 @@ TEST_F(HostileShapeTest, ATableOfTwoThousandColumns) {
   ASSERT_TRUE(remote::switchToPage(opened.main(), OpenedDatabase::kFormPage));
   const HWND name = remote::control(opened.main(), 1200);
   EXPECT_EQ(remote::text(name), L"first");
+  SendMessageW(name, WM_LBUTTONDOWN, MK_LBUTTON, 0);
+  SendMessageW(name, WM_LBUTTONUP, 0, 0);
   SendMessageW(name, EM_SETSEL, 0, -1);
   for (const wchar_t character : std::wstring(L"changed")) SendMessageW(name, WM_CHAR, character, 1);
   sendCommand(opened.main(), ID_RECORD_NEXT);
@@ -136,6 +138,17 @@ TEST_F(HostileShapeTest, ATextOfManyMegabytes) {
   const HWND name = remote::control(opened.main(), 1200);
   sendCommand(opened.main(), ID_RECORD_NEXT);
   ASSERT_EQ(remote::text(name), L"long");
+  const HWND content = remote::control(opened.main(), 1201);
+  for (int tap = 0; tap < 2; ++tap) PostMessageW(content, WM_LBUTTONDOWN, MK_LBUTTON, 0);
+  HWND zoom = nullptr;
+  ASSERT_TRUE(
+      remote::waitUntil([&] { return (zoom = remote::frontWindow(opened.main())) != opened.main(); }));
+  EXPECT_THAT(remote::text(zoom),
+              testing::HasSubstr(L"the first 100000 of " + std::wstring(length.begin(), length.end())));
+  PostMessageW(zoom, WM_COMMAND, IDCANCEL, 0);
+  ASSERT_TRUE(remote::waitUntil([&] { return !IsWindow(zoom) && IsWindowEnabled(opened.main()) != FALSE; }));
+  SendMessageW(name, WM_LBUTTONDOWN, MK_LBUTTON, 0);
+  SendMessageW(name, WM_LBUTTONUP, 0, 0);
   SendMessageW(name, EM_SETSEL, 0, -1);
   for (const wchar_t character : std::wstring(L"changed")) SendMessageW(name, WM_CHAR, character, 1);
   sendCommand(opened.main(), ID_RECORD_NEXT);
