@@ -87,21 +87,23 @@ bool BytesZoom::showPicture(const Bytes& bytes) {
   note(L"");
   const std::optional<PictureHead> head = readPictureHead(bytes);
   if (!head) return false;
-  const std::wstring size = std::to_wstring(head->width) + L" \x00D7 " + std::to_wstring(head->height);
+  const std::wstring points = std::to_wstring(head->width) + L" \x00D7 " + std::to_wstring(head->height);
   if (head->width != 0 && head->height != 0 && !mayBeDecoded(*head)) {
-    note(L"Too large to be shown: " + size + L" points");
+    note(L"Too large to be shown: " + points + L" points");
     return false;
   }
   RECT room{};
   GetClientRect(control(IDC_BYTES_PICTURE), &room);
-  UniqueBitmap bitmap = decodePicture(bytes, *head, {room.right, room.bottom});
+  const SIZE size{room.right, room.bottom};
+  UniqueBitmap bitmap = decodePicture(bytes, *head, size);
   if (!bitmap) {
     note(std::wstring(L"This ") + nameOf(head->format) + L" picture is damaged.");
     return false;
   }
-  note(std::wstring(nameOf(head->format)) + L", " + size + L" points");
+  note(std::wstring(nameOf(head->format)) + L", " + points + L" points");
   picture_ = head;
-  showBitmap(std::move(bitmap));
+  // The control would colour what is beside a smaller one like its first point.
+  showBitmap(centredOnWhite(bitmap, size));
   return true;
 }
 

@@ -70,6 +70,10 @@ UniqueBitmap makeBitmap(SIZE size, std::uint8_t** lines) {
       CreateDIBSection(nullptr, &info, DIB_RGB_COLORS, reinterpret_cast<void**>(lines), nullptr, 0));
 }
 
+std::size_t lineLengthOf(LONG width) {
+  return (static_cast<std::size_t>(width) * 3 + 3) / 4 * 4;
+}
+
 /// Each point becomes the mean of those for which it stands.
 class Shrinker {
  public:
@@ -77,7 +81,7 @@ class Shrinker {
       : source_(source), width_(width), height_(height), size_(size) {}
 
   bool shrinkInto(std::uint8_t* lines) {
-    const std::size_t lineLength = (static_cast<std::size_t>(size_.cx) * 3 + 3) / 4 * 4;
+    const std::size_t lineLength = lineLengthOf(size_.cx);
     for (LONG line = 0; line < size_.cy; ++line) {
       const UINT first = begin(line, height_, size_.cy);
       const UINT count = std::max(begin(line + 1, height_, size_.cy) - first, 1u);
@@ -139,5 +143,24 @@ UniqueBitmap decodePicture(std::span<const std::uint8_t> bytes, const PictureHea
   std::uint8_t* lines = nullptr;
   UniqueBitmap bitmap = makeBitmap(size, &lines);
   if (!bitmap || !Shrinker(*points.get(), width, height, size).shrinkInto(lines)) return {};
+  return bitmap;
+}
+
+UniqueBitmap centredOnWhite(const UniqueBitmap& picture, SIZE size) {
+  BITMAP about{};
+  std::uint8_t* lines = nullptr;
+  if (GetObjectW(picture.get(), sizeof(about), &about) == 0 || !about.bmBits) return {};
+  UniqueBitmap bitmap = makeBitmap(size, &lines);
+  if (!bitmap) return {};
+  const std::size_t lineLength = lineLengthOf(size.cx);
+  std::fill_n(lines, lineLength * static_cast<std::size_t>(size.cy), static_cast<std::uint8_t>(kWhite));
+  const auto left = static_cast<std::size_t>((size.cx - about.bmWidth) / 2);
+  const auto top = static_cast<std::size_t>((size.cy - about.bmHeight) / 2);
+  for (std::size_t line = 0; line < static_cast<std::size_t>(about.bmHeight); ++line) {
+    const auto* const from =
+        static_cast<const std::uint8_t*>(about.bmBits) + line * static_cast<std::size_t>(about.bmWidthBytes);
+    std::copy_n(from, 3 * static_cast<std::size_t>(about.bmWidth),
+                lines + (top + line) * lineLength + 3 * left);
+  }
   return bitmap;
 }

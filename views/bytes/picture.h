@@ -13,3 +13,7 @@
 /// nothing for a picture that is damaged or may not be decoded (mayBeDecoded), and where the system has no
 /// decoder. COM is initialised. The memory it takes for a moment is four bytes for each point.
 UniqueBitmap decodePicture(std::span<const std::uint8_t> bytes, const PictureHead& head, SIZE room);
+
+/// A bitmap of this size that is white around `picture`, which has three bytes for each point, fits into it,
+/// and stands in its middle. Holds nothing when there is no memory.
+UniqueBitmap centredOnWhite(const UniqueBitmap& picture, SIZE size);

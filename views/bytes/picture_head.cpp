@@ -42,7 +42,10 @@ std::uint64_t pointsOf(std::uint64_t width, std::uint64_t height) {
 
 // Source: "Portable Network Graphics Specification", chapter 11.2.
 PictureHead pngHead(Bytes bytes) {
+  constexpr std::size_t kTypeOffset = 12;
   constexpr std::size_t kWidthOffset = 16;
+  if (bytes.size() < kTypeOffset || !beginsWith(bytes.subspan(kTypeOffset), "IHDR"))
+    return {PictureFormat::png};
   const std::uint32_t width = bigEndian32(bytes, kWidthOffset);
   const std::uint32_t height = bigEndian32(bytes, kWidthOffset + 4);
   return {PictureFormat::png, width, height, pointsOf(width, height)};

@@ -116,7 +116,14 @@ TEST_P(EachFormatTest, IsShownAsAPictureAndLookedAtWithoutAChange) {
     EXPECT_EQ(note(dialog), GetParam().note);
     EXPECT_TRUE(isShown(dialog, IDC_BYTES_PICTURE));
     EXPECT_FALSE(isShown(dialog, IDC_ZOOM_TEXT));
-    EXPECT_NE(SendDlgItemMessageW(dialog, IDC_BYTES_PICTURE, STM_GETIMAGE, IMAGE_BITMAP, 0), 0);
+    const auto shown = reinterpret_cast<HBITMAP>(
+        SendDlgItemMessageW(dialog, IDC_BYTES_PICTURE, STM_GETIMAGE, IMAGE_BITMAP, 0));
+    BITMAP about{};
+    EXPECT_NE(GetObjectW(shown, sizeof(about), &about), 0);
+    RECT room{};
+    GetClientRect(GetDlgItem(dialog, IDC_BYTES_PICTURE), &room);
+    EXPECT_EQ(about.bmWidth, room.right) << "what is beside it is white";
+    EXPECT_EQ(about.bmHeight, room.bottom);
     EXPECT_TRUE(isEnabled(dialog, IDC_BYTES_LOAD));
     EXPECT_TRUE(isEnabled(dialog, IDC_BYTES_SAVE));
     EXPECT_TRUE(isEnabled(dialog, IDC_BYTES_CLEAR));
@@ -296,6 +303,19 @@ TEST_F(PictureTest, OneThatIsVeryLongAndThinKeepsAPoint) {
   ASSERT_TRUE(bitmap);
   EXPECT_EQ(sizeOf(bitmap).cx, 100);
   EXPECT_EQ(sizeOf(bitmap).cy, 1);
+}
+
+TEST_F(PictureTest, ItStandsInTheMiddleOfWhite) {
+  const UniqueBitmap bitmap = centredOnWhite(decode(bytesOf(samples::kBmp), {100, 100}), {9, 8});
+  ASSERT_TRUE(bitmap);
+  EXPECT_EQ(sizeOf(bitmap).cx, 9);
+  EXPECT_EQ(sizeOf(bitmap).cy, 8);
+  for (const POINT corner : {POINT{0, 0}, POINT{8, 7}, POINT{2, 3}, POINT{6, 3}, POINT{3, 2}, POINT{3, 5}}) {
+    EXPECT_EQ(pointOf(bitmap, corner.x, corner.y), RGB(255, 255, 255)) << corner.x << ' ' << corner.y;
+  }
+  EXPECT_EQ(pointOf(bitmap, 3, 3), RGB(255, 0, 0));
+  EXPECT_EQ(pointOf(bitmap, 4, 3), RGB(0, 255, 0));
+  EXPECT_EQ(pointOf(bitmap, 3, 4), RGB(0, 0, 0));
 }
 
 // ---- Loading and clearing

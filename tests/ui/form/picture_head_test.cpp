@@ -71,6 +71,10 @@ TEST(PictureHeadTest, APictureOfTooManyPointsIsNotDecoded) {
   EXPECT_FALSE(mayBeDecoded(*readPictureHead(changed(samples::kPng, 16, {0, 0, 0, 0}))));
 }
 
+TEST(PictureHeadTest, APngWhoseHeadIsMissingHasNoSize) {
+  expectHead(changed(samples::kPng, 12, {'i', 'H'}), PictureFormat::png, 0, 0);
+}
+
 TEST(PictureHeadTest, TheFramesOfAnAnimationCountTogether) {
   Bytes bytes = bytesOf(samples::kGif);
   const Bytes frame = bytesOf("2c00000000ffffffff0003024c01003b");
