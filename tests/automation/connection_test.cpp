@@ -248,6 +248,28 @@ TEST_F(Connection, PathMayBeLongerThan260Characters) {
   }
 }
 
+TEST_F(Connection, CountsWhatOthersHaveChanged) {
+  const std::wstring path = makeFilledDatabase();
+  const ComPtr<IAdoceConnection> connection = connectTo(path);
+  const auto count = [&] {
+    hyper counted = -1;
+    EXPECT_EQ(connection->CountOthersChanges(&counted), S_OK);
+    return counted;
+  };
+  const hyper first = count();
+  EXPECT_EQ(execute(connection.get(), L"INSERT INTO T VALUES ('own')"), S_OK);
+  EXPECT_EQ(count(), first);
+  SqliteFile(path).run("INSERT INTO T VALUES ('other')");
+  const hyper second = count();
+  EXPECT_NE(second, first);
+  EXPECT_EQ(count(), second);
+  EXPECT_EQ(connection->CountOthersChanges(nullptr), E_POINTER);
+  EXPECT_EQ(connection->Close(), S_OK);
+  hyper counted = -1;
+  EXPECT_EQ(connection->CountOthersChanges(&counted), objectModelError(3709));
+  EXPECT_EQ(counted, -1);
+}
+
 TEST_F(Connection, OpensAReadOnlyFileForReading) {
   const std::wstring path = makeFilledDatabase();
   const std::string before = contentOf(path);

@@ -133,6 +133,12 @@ class Backend {
   /// lock is not waited for and says nothing. Nothing is changed.
   virtual Status tryWriting() = 0;
 
+  /// Stores a number that becomes another one when another program, or another Backend, has changed the
+  /// database; what this one changes leaves it. It says nothing beyond the life of the Backend. Of the rows
+  /// nothing is read, and nobody is waited for: fails with locked while another program keeps the database to
+  /// itself. On failure `*count` is untouched.
+  virtual Status countOthersChanges(std::int64_t* count) = 0;
+
   /// Writes what is open, as it is at the moment, durably into a new file at `path` (UTF-8), also when the
   /// open one has lost its name. The backend stays with the file that it has open. On failure (fileExists,
   /// cannotOpen, locked, inputOutput, outOfMemory; noTable without a database) no file has been made.

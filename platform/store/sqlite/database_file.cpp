@@ -79,6 +79,7 @@ class StoreWithoutDatabase : public Backend {
   }
   Status checkFile() override { return {}; }
   Status tryWriting() override { return {ErrorCode::noTable, "No database is open."}; }
+  Status countOthersChanges(std::int64_t*) override { return {ErrorCode::noTable, "No database is open."}; }
   Status saveCopy(const std::string&) override { return {ErrorCode::noTable, "No database is open."}; }
 };
 

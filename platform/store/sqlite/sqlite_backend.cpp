@@ -104,6 +104,11 @@ Status SqliteBackend::tryWriting() {
   return connection_->tryWriting();
 }
 
+Status SqliteBackend::countOthersChanges(std::int64_t* count) {
+  ConnectionGuard::Use use(connection_->guard());
+  return connection_->countOthersChanges(count);
+}
+
 Status SqliteBackend::saveCopy(const std::string& path) {
   ConnectionGuard::Use use(connection_->guard());
   return copyDatabase(*connection_, path);

@@ -30,6 +30,7 @@ class SqliteBackend : public Backend, private DeclaredTypes {
   Status beginLoad(const LoadTarget& target, std::unique_ptr<TableLoad>* load) override;
   Status checkFile() override;
   Status tryWriting() override;
+  Status countOthersChanges(std::int64_t* count) override;
   Status saveCopy(const std::string& path) override;
 
  private:

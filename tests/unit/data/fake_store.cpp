@@ -326,6 +326,7 @@ class FakeConnectionObject final : public FakeObject<IAdoceConnection> {
   }
   HRESULT STDMETHODCALLTYPE OpenImport(BSTR, IAdoceImport**) override { return E_NOTIMPL; }
   HRESULT STDMETHODCALLTYPE ExportFormat(BSTR, BSTR*) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE CountOthersChanges(hyper*) override { return E_NOTIMPL; }
 
  private:
   FakeStore& store_;

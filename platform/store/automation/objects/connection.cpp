@@ -276,6 +276,17 @@ HRESULT ConnectionObject::TryWriting() {
   });
 }
 
+HRESULT ConnectionObject::CountOthersChanges(hyper* count) {
+  return call([&]() -> Outcome {
+    if (count == nullptr) return nullPointer();
+    if (!isOpen()) return closedConnection();
+    std::int64_t counted = 0;
+    if (const store::Status status = backend_->countOthersChanges(&counted); !status) return status;
+    *count = counted;
+    return {};
+  });
+}
+
 HRESULT ConnectionObject::SaveCopy(BSTR path) {
   return call([&]() -> Outcome {
     if (!isOpen()) return closedConnection();

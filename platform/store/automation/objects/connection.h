@@ -61,6 +61,7 @@ class ConnectionObject final : public AutomationObject<IAdoceConnection> {
   HRESULT STDMETHODCALLTYPE OpenImport(BSTR path, IAdoceImport** import) override;
   HRESULT STDMETHODCALLTYPE TryWriting() override;
   HRESULT STDMETHODCALLTYPE ExportFormat(BSTR path, BSTR* name) override;
+  HRESULT STDMETHODCALLTYPE CountOthersChanges(hyper* count) override;
 
   // For the module's own objects, which hold the module's lock and hand failures on.
 

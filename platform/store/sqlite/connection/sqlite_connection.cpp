@@ -239,6 +239,13 @@ Status SqliteConnection::tryWriting() {
   return status.code() == ErrorCode::locked ? Status() : status;
 }
 
+// Inside a read transaction it would be as old as that one.
+Status SqliteConnection::countOthersChanges(std::int64_t* count) {
+  const LockWait::Never never(guard_->lockWait());
+  lease_->end();
+  return readKept(dataVersionStatement_, "PRAGMA data_version", count);
+}
+
 Status SqliteConnection::prepare(std::string_view sql, SqliteStatement* statement) {
   sqlite3_stmt* prepared = nullptr;
   const int result = sqlite3_prepare_v3(handle(), sql.data(), static_cast<int>(sql.size()),
@@ -284,15 +291,20 @@ Status SqliteConnection::prepareUser(std::string_view sql, UserStatement* statem
   return {};
 }
 
-Status SqliteConnection::readSchemaVersion(std::int64_t* version) {
+// By a statement that stays prepared.
+Status SqliteConnection::readKept(SqliteStatement& kept, const char* sql, std::int64_t* number) {
   sqlite3* connection = handle();
-  int result = prepareKept(connection, schemaVersionStatement_, "PRAGMA schema_version");
+  int result = prepareKept(connection, kept, sql);
   if (result != SQLITE_OK) return statusOf(connection, result);
-  const StatementRun run(schemaVersionStatement_.get());
-  result = sqlite3_step(schemaVersionStatement_.get());
+  const StatementRun run(kept.get());
+  result = sqlite3_step(kept.get());
   if (result != SQLITE_ROW) return statusOf(connection, result);
-  *version = sqlite3_column_int64(schemaVersionStatement_.get(), 0);
+  *number = sqlite3_column_int64(kept.get(), 0);
   return {};
+}
+
+Status SqliteConnection::readSchemaVersion(std::int64_t* version) {
+  return readKept(schemaVersionStatement_, "PRAGMA schema_version", version);
 }
 
 Status SqliteConnection::noticeSchemaVersion() {

@@ -53,6 +53,8 @@ class SqliteConnection {
   Status checkFile();
   /// As Backend::tryWriting.
   Status tryWriting();
+  /// As Backend::countOthersChanges.
+  Status countOthersChanges(std::int64_t* count);
 
   /// Prepares a statement of the engine's own.
   Status prepare(std::string_view sql, SqliteStatement* statement);
@@ -114,6 +116,7 @@ class SqliteConnection {
   Status configure(const OpenOptions& options);
   void letGo();
   Status readNumber(std::string_view sql, std::int64_t* number);
+  Status readKept(SqliteStatement& kept, const char* sql, std::int64_t* number);
   Status readSchemaVersion(std::int64_t* version);
   Status noticeSchemaVersion();
   Status checkWhole();
@@ -126,6 +129,7 @@ class SqliteConnection {
   std::optional<ReadLease> lease_;
   std::optional<RollbackJournal> journal_;
   SqliteStatement schemaVersionStatement_;
+  SqliteStatement dataVersionStatement_;
   SqliteStatement beginStatement_;
   SqliteStatement commitStatement_;
   std::int64_t schemaVersion_ = 0;
