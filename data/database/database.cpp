@@ -30,6 +30,7 @@ Outcome Database::open(const String& path) {
   if (Outcome opened = connection_->open(path.text()); !opened) return opened;
   path_ = path;
   isOpen_ = true;
+  rememberOthersChanges();
   return {};
 }
 

@@ -86,6 +86,21 @@ class Database {
   /// The path of the open file, empty when none is open.
   const String& path() const { return path_; }
 
+  // ---- What other programs change (database_others.cpp)
+
+  /// Whether another program has changed the file since it was opened, or since the last call that said so.
+  /// Cheap enough for every second: nothing of the records is read, and nobody is waited for; what is told
+  /// only later is not lost. False also when no file is open.
+  bool othersHaveChanged();
+  /// Opens the current recordset anew in its place, with the records that there are by now, if its fields are
+  /// still the same. Each of `positions` becomes the place of the record that stood there, or where that is
+  /// gone of one that stood near it; 0 where there are no records any more. The first of them is read,
+  /// becomes `read` and is current in the recordset then; currentRecord is left to the caller. Not while a
+  /// new record is pending. After a failure everything is as before.
+  Outcome reopenInPlace(std::vector<std::uint32_t>& positions, RecordSnapshot& read);
+  /// Whether both are readings of the same values.
+  static bool isSameReading(const RecordSnapshot& one, const RecordSnapshot& other);
+
   // ---- Other files (database_exchange.cpp). A file is open.
 
   /// Writes records into a file at `path`, in the format of its ending, else as separated values. A file that
@@ -276,6 +291,9 @@ class Database {
   bool addQuery(const SavedQuery& query, Outcome* change = nullptr);
 
  private:
+  void rememberOthersChanges();
+  std::uint32_t placeAmong(RecordsetHandle& others, std::uint32_t count, std::uint32_t position);
+  bool goToSame(RecordsetHandle& others, std::uint32_t count, std::uint32_t position);
   bool prepareListRows();
   Outcome returnForBytes(const RecordSnapshot& seen, std::uint32_t field);
   void dropListRows();
@@ -302,6 +320,7 @@ class Database {
   Outcome openQueryAt(std::uint32_t index, RecordsetHandle& queries);
 
   bool isOpen_ = false;
+  std::optional<std::int64_t> othersChanges_;  // what the connection counted last; none when it did not yet
   BusyListener* busyListener_ = nullptr;
   std::unique_ptr<RecordsetHandle> recordset_;
   std::unique_ptr<ConnectionHandle> connection_;

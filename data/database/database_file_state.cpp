@@ -46,6 +46,7 @@ Outcome Database::goOnIn(const String& copy, bool keepsRecords) {
   records.reset();
   connection_ = std::move(connection);
   path_ = copy;
+  rememberOthersChanges();
   return {};
 }
 

@@ -65,6 +65,13 @@ Outcome ConnectionHandle::tryWriting() {
   return connection_ ? outcomeOf(connection_->TryWriting()) : noObject();
 }
 
+bool ConnectionHandle::countOthersChanges(std::int64_t& count) {
+  hyper counted = 0;
+  if (!connection_ || FAILED(connection_->CountOthersChanges(&counted))) return false;
+  count = counted;
+  return true;
+}
+
 Outcome ConnectionHandle::saveCopy(const wchar_t* path) {
   return connection_ ? outcomeOf(connection_->SaveCopy(makeBstr(path).get())) : noObject();
 }

@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include <adoce.h>
+#include <cstdint>
 #include <memory>
 
 #include "data/handles/exported_records.h"
@@ -51,6 +52,9 @@ class ConnectionHandle {
   /// Why a change could not be stored at the moment; done when nothing is known against it. Nothing is
   /// changed.
   Outcome tryWriting();
+  /// Stores a number that becomes another one when another program has changed the file. False, and nothing
+  /// is stored, when that can't be told at the moment: nobody is waited for.
+  bool countOthersChanges(std::int64_t& count);
   /// Writes what is open into a new file, also when the open one has lost its name; the connection stays
   /// with what it has open. Fails, and no file was made, when something stands at `path` already or it can't
   /// be written there.

@@ -82,6 +82,19 @@ bool RecordsetHandle::move(LONG count, MoveOrigin origin) {
   return recordset_ && SUCCEEDED(recordset_->Move(count, start.get()));
 }
 
+bool RecordsetHandle::bookmark(Variant& bookmark) {
+  return recordset_ && SUCCEEDED(recordset_->get_Bookmark(bookmark.put()));
+}
+
+bool RecordsetHandle::goTo(const Variant& bookmark) {
+  return recordset_ && SUCCEEDED(recordset_->put_Bookmark(bookmark.get()));
+}
+
+LONG RecordsetHandle::position() {
+  LONG position = 0;
+  return recordset_ && SUCCEEDED(recordset_->get_AbsolutePosition(&position)) ? position : 0;
+}
+
 LONG RecordsetHandle::recordCount() {
   LONG count = -1;
   return recordset_ && SUCCEEDED(recordset_->get_RecordCount(&count)) ? count : -1;

@@ -44,6 +44,15 @@ class RecordsetHandle {
   /// `count` records on (back when negative) from `origin`. Past an end it lands there and succeeds.
   bool move(LONG count, MoveOrigin origin);
 
+  /// What names the current record in every recordset over the same table, until it leaves this one. False
+  /// where there is no current record.
+  bool bookmark(Variant& bookmark);
+  /// Makes the record current that a recordset over the same table named so. False, and nothing has moved,
+  /// when it is not among these.
+  bool goTo(const Variant& bookmark);
+  /// Of the current record, from 1; below 1 when there is none, or it can't be had.
+  LONG position();
+
   /// -1 when it can't be had.
   LONG recordCount();
 
