@@ -65,6 +65,13 @@ class Document : private BusyListener {
   /// database is open or the connection would not close.
   int closeDatabase();
 
+  /// Shows what other programs have changed since the file was opened or this was called last
+  /// (document_others.cpp): the lists of tables and queries, how many records there are, the grid and the
+  /// form, with the same record, the same rows in view and the same place in a text. Nothing is told or
+  /// asked. What is typed stays; such a record is shown anew by a later call, and so is what was not to be
+  /// had now or took so long that the user went on.
+  void showOthersChanges();
+
   /// Looks whether the open file still stands under its name (document_gone_file.cpp), to be asked when the
   /// window comes to the front and before a file is left: each loss is told once, and the user chooses
   /// whether to go on in a copy under another name, in the file that stands there now, or to decide later.
@@ -345,6 +352,10 @@ class Document : private BusyListener {
   bool keepsGoing(const Progress& progress);
   void tellWhenOver();
   void showEverythingAnew(const String& table);
+  bool showTablesAnew();
+  bool showQueriesAnew();
+  bool showRecordsAnew();
+  void showFormAnew(RecordSnapshot present, std::uint32_t place, bool wasEmpty, bool isBehind);
   void standAgainAt(std::uint32_t position);
   bool chooseExported(ExportedRecords& records);
   void tellNotExported(const Outcome& failure);
@@ -367,6 +378,9 @@ class Document : private BusyListener {
 
   String databasePath_;                           // empty when none is open
   FileState toldFileState_ = FileState::present;  // what the user knows of the file
+  bool areNamesOutdated_ = false;                 // another program may have changed the tables and queries,
+  bool areRecordsOutdated_ = false;               // and the records
+  bool isQuiet_ = false;                          // what is done now the user has not asked for
   bool wasEdited_ = false;  // in this file; whether it can be written was looked at then
   RecordSource wanted_;     // whose records the next page shows
   NameList tableNames_;

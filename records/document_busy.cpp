@@ -32,6 +32,8 @@ bool Document::goesOn(BusyWith busy) {
   // What is painted meanwhile does without the database.
   if (isAsked_) return true;
   const bool waits = busy == BusyWith::otherProgram;
+  // Nobody has asked for it: it gives way to everything.
+  if (isQuiet_) return !waits && !pages_.prompts.isInputWaiting();
   if (waits) {
     tellWhenOver();
     if (!mayWaitOn()) return false;

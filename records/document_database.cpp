@@ -36,6 +36,7 @@ Outcome Document::openConnection(const String& path) {
   markDatabaseOpen(true);
   databasePath_ = path;
   toldFileState_ = FileState::present;
+  areNamesOutdated_ = areRecordsOutdated_ = false;
   wasEdited_ = false;
   repositionFromList_ = false;
   viewMode_ = ViewMode::none;

@@ -2,23 +2,7 @@
 #include <algorithm>
 
 #include "records/document.h"
-
-namespace {
-
-/// Raises a flag as long as it lives.
-class Raised {
- public:
-  explicit Raised(bool& flag) : flag_(flag), former_(flag) { flag = true; }
-  ~Raised() { flag_ = former_; }
-  Raised(const Raised&) = delete;
-  Raised& operator=(const Raised&) = delete;
-
- private:
-  bool& flag_;
-  bool former_;
-};
-
-}  // namespace
+#include "records/raised.h"
 
 void Document::setViewMode(ViewMode mode) {
   const Outcome opened = switchMode(mode);

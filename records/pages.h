@@ -97,6 +97,11 @@ class FormPage {
   /// Whether the user changed a value since the last loading, as far as the first changed editor in
   /// field order; that editor's mark is taken away.
   virtual bool takeChange() = 0;
+  /// The same, and no mark is taken away.
+  virtual bool hasChange() const = 0;
+  /// Shows another reading where the user changed nothing. The page that is shown, the keyboard and the
+  /// places in the texts stay.
+  virtual void showAnew(const RecordSnapshot& record) = 0;
   /// What stands in the editors. They live until the form is torn down or built anew.
   virtual FieldEditors editors() const = 0;
   /// Shows the page of this field, whose editor takes the focus; of a text editor all text is selected.
@@ -127,6 +132,12 @@ class RecordGrid {
   virtual void refreshColors() = 0;
   /// Columns for the fields of the recordset, a row for each record, currentRecord selected.
   virtual void fill() = 0;
+  /// The rows have become others: shows those that there are now under the same columns, the row of
+  /// currentRecord selected, and `topRow` as the first in view as far as there are rows below it. The
+  /// keyboard stays where it is.
+  virtual void showAnew(std::uint32_t topRow) = 0;
+  /// The first row in view, 0 where there are none.
+  virtual std::uint32_t topRow() = 0;
   /// Removes rows and columns. The recordset is no longer read.
   virtual void clear() = 0;
   /// From the next fill on, the columns behind the first show the fields from the second one on.

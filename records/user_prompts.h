@@ -89,6 +89,8 @@ class UserPrompts {
   /// waits, it shows what, and keeps the windows painted; nothing else is done meanwhile. False when the user
   /// wants it to end.
   virtual bool keepGoing(const Progress& progress) = 0;
+  /// Whether a key or button of the user's waits to be taken.
+  virtual bool isInputWaiting() = 0;
   /// It is over: nothing of it is shown any more.
   virtual void endProgress() = 0;
   /// Has Document::busyOver() called when what the user did is over: as soon as the program listens for what

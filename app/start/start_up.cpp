@@ -15,6 +15,7 @@
 #include "app/window/desktop_commands.h"
 #include "app/window/main_window.h"
 #include "app/window/messages.h"
+#include "app/window/other_programs.h"
 #include "app/window/page_keys.h"
 #include "app/window/page_layout.h"
 #include "app/window/program_state.h"
@@ -82,6 +83,7 @@ int runMessageLoop(const wchar_t* commandLine) {
   PostMessageW(mainWindow, kStartedMessage, 0, 0);
   MSG message{};
   while (GetMessageW(&message, nullptr, 0, 0) > 0) {
+    noteMessage(message);
     if (!turnPageByKey(message) && !TranslateAcceleratorW(mainWindow, accelerators, &message)) {
       TranslateMessage(&message);
       DispatchMessageW(&message);

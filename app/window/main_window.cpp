@@ -14,6 +14,7 @@
 #include "app/window/context_menus.h"
 #include "app/window/help.h"
 #include "app/window/messages.h"
+#include "app/window/other_programs.h"
 #include "app/window/page_keys.h"
 #include "app/window/page_layout.h"
 #include "app/window/program_state.h"
@@ -113,13 +114,18 @@ LRESULT windowActivated(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
     UpdateWindow(currentDialog);
   }
   // Not from here: a question is no part of an activation.
-  if (LOWORD(wParam) != WA_INACTIVE) PostMessageW(window, kCameToFrontMessage, 0, 0);
+  if (LOWORD(wParam) != WA_INACTIVE) {
+    const bool isFromElsewhere = lParam == 0;
+    PostMessageW(window, kCameToFrontMessage, isFromElsewhere ? 1 : 0, 0);
+  }
   return DefWindowProcW(window, message, wParam, lParam);
 }
 
 /// As long as a dialog is open the window is disabled; it comes to the front once more after that.
-LRESULT cameToFront(HWND window, UINT, WPARAM, LPARAM) {
-  if (theDocument && IsWindowEnabled(window) && !theDocument->isBusy()) theDocument->lookAfterFile();
+LRESULT cameToFront(HWND window, UINT, WPARAM wParam, LPARAM) {
+  if (!theDocument || !IsWindowEnabled(window) || theDocument->isBusy()) return 0;
+  theDocument->lookAfterFile();
+  if (wParam != 0) lookForChanges(window);
   return 0;
 }
 
@@ -221,6 +227,7 @@ LRESULT staticColored(HWND, UINT, WPARAM, LPARAM lParam) {
 LRESULT programStarted(HWND window, UINT, WPARAM, LPARAM) {
   showFirstPage();
   openKeptDatabaseLater();
+  beginLookingForChanges(window);
   PostMessageW(window, kOfferRecoveredMessage, 0, 0);
   return 0;
 }
@@ -247,6 +254,7 @@ constexpr std::array kMessages = {
     MessageRow{kBusyOverMessage, busyOver},
     MessageRow{kEditBegunMessage, editBegun},
     MessageRow{kOfferRecoveredMessage, recoveredOffered},
+    MessageRow{WM_TIMER, timeToLook},
     MessageRow{WM_SETFOCUS, focusGained},
     MessageRow{WM_SIZE, sizeChanged},
     MessageRow{WM_CLOSE, closeAsked},

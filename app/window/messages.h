@@ -16,7 +16,8 @@ inline constexpr ULONG_PTR kPathForLater = 1;
 /// Posted once, before the message loop begins: start-up is over.
 inline constexpr UINT kStartedMessage = WM_USER + 206;
 
-/// Posted when the window has come to the front: another program may have taken the open file away.
+/// Posted when the window has come to the front: another program may have taken the open file away. With
+/// wParam 1 it was not the front window of this program before.
 /// (WM_USER + 207 is the colour swatch's, dialogs/options/options_page_procedures.h.)
 inline constexpr UINT kCameToFrontMessage = WM_USER + 209;
 

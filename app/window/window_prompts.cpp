@@ -244,6 +244,12 @@ bool WindowPrompts::keepGoing(const Progress& progress) {
                           waits ? kQuietWaitMilliseconds : kQuietMilliseconds);
 }
 
+bool WindowPrompts::isInputWaiting() {
+  // What a program posts counts as well as what the system brings.
+  constexpr UINT kInput = QS_KEY | QS_MOUSEBUTTON | QS_POSTMESSAGE;
+  return HIWORD(GetQueueStatus(kInput)) != 0;
+}
+
 void WindowPrompts::endProgress() {
   progress_.end();
 }

@@ -23,6 +23,7 @@ class WindowPrompts final : public UserPrompts {
   void showFindDialog(FindState& state, NameList fieldNames) override;
   void refillFindDialog() override;
   bool keepGoing(const Progress& progress) override;
+  bool isInputWaiting() override;
   void endProgress() override;
   void tellWhenOver() override;
   void tellWhenTyped() override;

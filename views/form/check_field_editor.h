@@ -17,6 +17,7 @@ class CheckFieldEditor final : public FieldEditor {
   /// Checked by "-1" alone, the text of a true boolean.
   void load(const FieldSnapshot& field, bool isNewRecord) override;
   bool takeChange() override { return isEdited(); }
+  bool hasChange() const override { return isEdited(); }
   bool isEdited() const override { return !isLocked_ && isChanged(); }
   /// The field's name, as it stands beside the box.
   String text() const override { return caption_; }

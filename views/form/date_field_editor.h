@@ -30,7 +30,8 @@ class DateFieldEditor final : public FieldEditor {
 
   /// In a new record today is shown.
   void load(const FieldSnapshot& field, bool isNewRecord) override;
-  bool takeChange() override { return !isLocked_ && isChanged(); }
+  bool takeChange() override { return hasChange(); }
+  bool hasChange() const override { return !isLocked_ && isChanged(); }
   /// A text that names the moment which was shown before is no other value.
   bool isEdited() const override;
   /// What setText or showToday gave it, as long as the window shows that.

@@ -36,6 +36,10 @@ class FieldEditor : public FieldValueSource {
   /// Whether the user changed the content since the last loading. An editor that keeps a mark for that
   /// takes it away.
   virtual bool takeChange() = 0;
+  /// The same, and the mark stays.
+  virtual bool hasChange() const = 0;
+  /// Loads another reading; the place in the text stays where it is, as far as the text reaches.
+  virtual void loadInPlace(const FieldSnapshot& field) { load(field, false); }
   /// Selects what a search found; nothing but for editors of text.
   virtual void selectAll() {}
 

@@ -224,6 +224,17 @@ bool FormView::takeChange() {
   return false;
 }
 
+bool FormView::hasChange() const {
+  return std::any_of(rows_.begin(), rows_.end(), [](const Row& row) { return row.editor->hasChange(); });
+}
+
+void FormView::showAnew(const RecordSnapshot& record) {
+  const FieldSnapshot unread;
+  for (std::uint32_t field = 0; field < rowCount(); ++field) {
+    rows_[field].editor->loadInPlace(field < record.fields().size() ? record.fields()[field] : unread);
+  }
+}
+
 FieldEditors FormView::editors() const {
   FieldEditors editors;
   editors.reserve(rows_.size());

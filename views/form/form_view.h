@@ -39,6 +39,8 @@ class FormView final : public FormPage, private EditWatcher, private FormControl
   void clearEditors() override;
   void showRecord(const RecordSnapshot& record) override;
   bool takeChange() override;
+  bool hasChange() const override;
+  void showAnew(const RecordSnapshot& record) override;
   FieldEditors editors() const override;
   void focusField(std::uint32_t field) override;
   void layOut(bool force) override;

@@ -103,11 +103,24 @@ bool TextFieldEditor::isEditable() const {
 }
 
 bool TextFieldEditor::takeChange() {
+  const bool changed = hasChange();
+  changed_ = false;
+  return changed;
+}
+
+bool TextFieldEditor::hasChange() const {
   // A text that did not come from the line but from the zoom, or was cut there, is not what was loaded.
   const bool isTyped = showsAll_ && !sameText(text(), loadedText_);
   const bool changed = changed_ || (hasValue_ && (isTyped || ownBytes_ || !sameText(value_, loaded_)));
-  changed_ = false;
   return changed && !isLocked_;
+}
+
+void TextFieldEditor::loadInPlace(const FieldSnapshot& field) {
+  DWORD start = 0;
+  DWORD end = 0;
+  SendMessageW(window(), EM_GETSEL, reinterpret_cast<WPARAM>(&start), reinterpret_cast<LPARAM>(&end));
+  load(field, false);
+  setSelection(static_cast<int>(start), static_cast<int>(end));
 }
 
 bool TextFieldEditor::isEdited() const {

@@ -49,6 +49,8 @@ class TextFieldEditor final : public FieldEditor {
   /// as nothing else is loaded: the Delete key and the clipboard send no character, and what could not be
   /// stored is tried again.
   bool takeChange() override;
+  bool hasChange() const override;
+  void loadInPlace(const FieldSnapshot& field) override;
   bool isChanged() const { return changed_; }
   /// Line breaks, which are shown as commas, are written as such when their record is written.
   bool isEdited() const override;

@@ -243,12 +243,36 @@ void RecordListView::fill() {
   readWidths();
   reckonColumns();
   insertColumns(0);
-  cachedRow_ = kNoRow;
-  failure_ = {};
-  noReadingBefore_ = 0;
+  forgetReadings();
   applyColors();
   resetItems();
   selectCurrent();
+}
+
+void RecordListView::forgetReadings() {
+  cachedRow_ = kNoRow;
+  failure_ = {};
+  noReadingBefore_ = 0;
+}
+
+void RecordListView::showAnew(std::uint32_t topRow) {
+  if (!document_ || !list_) return;
+  forgetReadings();
+  document_->moveToCurrentRecord();
+  const int row = static_cast<int>(currentRecord) - 1;
+  {
+    const listview::RedrawingOff off(list_);
+    takeSelectionAway(list_, row);
+    listview::setItemCountInPlace(list_, rowCount());
+    if (row >= 0) chooseRow(row);
+  }
+  // How far it can be is reckoned by then.
+  listview::scrollToRow(list_, static_cast<int>(topRow));
+  InvalidateRect(list_, nullptr, TRUE);
+}
+
+std::uint32_t RecordListView::topRow() {
+  return listview::itemCount(list_) == 0 ? 0 : static_cast<std::uint32_t>(listview::topRow(list_));
 }
 
 void RecordListView::clear() {
@@ -334,6 +358,10 @@ void RecordListView::selectCurrent() {
   listview::ensureVisible(list_, row);
   SetFocus(list_);
   takeSelectionAway(list_, row);
+  chooseRow(row);
+}
+
+void RecordListView::chooseRow(int row) {
   listview::setItemState(list_, row, kChosenState, kWholeStateMask);
   // The arrow keys go on from the row that has the list's own focus, which the mask above takes away.
   listview::setItemState(list_, row, LVIS_FOCUSED, LVIS_FOCUSED);

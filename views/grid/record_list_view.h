@@ -56,6 +56,8 @@ class RecordListView final : public RecordGrid {
   void layOut() override;
   void refreshColors() override;
   void fill() override;
+  void showAnew(std::uint32_t topRow) override;
+  std::uint32_t topRow() override;
   void clear() override;
   void resetColumns() override { firstSlidingColumn_ = 1; }
   void selectCurrent() override;
@@ -86,6 +88,8 @@ class RecordListView final : public RecordGrid {
   void deleteColumns();
   void rebuildColumns();
   void resetItems();
+  void forgetReadings();
+  void chooseRow(int row);
 
   // record_list_notifications.cpp
   void giveText(LVITEMW& item);

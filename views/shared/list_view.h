@@ -68,6 +68,11 @@ inline void setItemCount(HWND list, int count) {
   SendMessageW(list, LVM_SETITEMCOUNT, static_cast<WPARAM>(count), 0);
 }
 
+/// The same, and the rows in view stay where they are as far as there are so many.
+inline void setItemCountInPlace(HWND list, int count) {
+  SendMessageW(list, LVM_SETITEMCOUNT, static_cast<WPARAM>(count), LVSICF_NOSCROLL);
+}
+
 /// The text is shown as showableText makes it.
 inline void insertItem(HWND list, int index, const wchar_t* text, int image) {
   std::wstring shown = showableText(text);
@@ -169,6 +174,14 @@ inline int stringWidth(HWND list, const wchar_t* text) {
 
 inline int topRow(HWND list) {
   return static_cast<int>(SendMessageW(list, LVM_GETTOPINDEX, 0, 0));
+}
+
+/// Makes a row the first in view, as far as there are rows below it.
+inline void scrollToRow(HWND list, int row) {
+  RECT item{};
+  item.left = LVIR_BOUNDS;
+  SendMessageW(list, LVM_GETITEMRECT, 0, reinterpret_cast<LPARAM>(&item));
+  SendMessageW(list, LVM_SCROLL, 0, static_cast<LPARAM>(row - topRow(list)) * (item.bottom - item.top));
 }
 
 /// As many as are shown whole.

@@ -88,6 +88,16 @@ struct FakeForm final : FormPage {
     return std::exchange(changed, false) ||
            std::any_of(fields.begin(), fields.end(), [](const auto& field) { return field.isEdited(); });
   }
+  bool hasChange() const override {
+    return changed ||
+           std::any_of(fields.begin(), fields.end(), [](const auto& field) { return field.isEdited(); });
+  }
+  void showAnew(const RecordSnapshot& read) override {
+    const std::uint32_t kept = focus;
+    showRecord(read);
+    focus = kept;
+    ++shownAnew;
+  }
   FieldEditors editors() const override {
     FieldEditors all;
     for (const FakeFieldEditor& field : fields) all.push_back(&field);
@@ -114,7 +124,8 @@ struct FakeForm final : FormPage {
   Document* document = nullptr;  ///< whose fields it has editors for
   bool changed = false;          ///< a mark of a change, whatever stands in the editors
   std::vector<FakeFieldEditor> fields;
-  int builds = 0;  ///< which time the editors were made
+  int builds = 0;     ///< which time the editors were made
+  int shownAnew = 0;  ///< how often the user's place was kept
   std::uint32_t pageTotal = 1;
   bool editorsShown = false;       ///< of the page that is shown
   bool strayEditorsShown = false;  ///< of other pages, as the panel's moving leaves them
@@ -144,6 +155,13 @@ struct FakeGrid final : RecordGrid {
     isFitted = false;
     ++fills;
   }
+  void showAnew(std::uint32_t first) override {
+    rowCount = recordCount;
+    selected = currentRecord;
+    top = first;
+    ++shownAnew;
+  }
+  std::uint32_t topRow() override { return rowCount == 0 ? 0 : top; }
   void clear() override { rowCount = selected = 0; }
   void resetColumns() override { beginsAnew = true; }
   void selectCurrent() override { selected = currentRecord; }
@@ -170,6 +188,8 @@ struct FakeGrid final : RecordGrid {
   bool beginsAnew = false;  ///< the next filling shows the fields from the second one on
   bool isFitted = false;    ///< since it was filled
   int fills = 0;            ///< which time it was filled
+  std::uint32_t top = 0;    ///< the first row in view
+  int shownAnew = 0;        ///< how often the user's place was kept
 };
 
 /// What both pages of names do.

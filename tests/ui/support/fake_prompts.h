@@ -76,6 +76,7 @@ struct FakePrompts final : UserPrompts {
     if (progress.what == Progress::What::searching) return goesOnSearching(progress.tested, progress.all);
     return goesOnBusy(progress.what);
   }
+  bool isInputWaiting() override { return isTyping; }
   void endProgress() override { isProgressShown = false; }
   void tellWhenOver() override { waitsForTheEnd = true; }
   void tellWhenTyped() override { ++typedCount; }
@@ -99,6 +100,7 @@ struct FakePrompts final : UserPrompts {
   int typedCount = 0;
 
   // What he answers
+  bool isTyping = false;                       ///< a key of his waits to be taken
   bool agrees = false;                         ///< to what he is asked
   std::optional<String> file;                  ///< which he names
   std::optional<std::uint32_t> number;         ///< the record's that he wants
