@@ -9,6 +9,7 @@
 #include "base/growable_array.h"
 #include "base/name_list.h"
 #include "base/string.h"
+#include "data/database/look_up_records.h"
 #include "data/database/record_counters.h"
 #include "data/database/saved_query.h"
 #include "data/handles/exported_records.h"
@@ -153,11 +154,19 @@ class Database {
   FieldType fieldType(std::uint32_t field) const;
   std::uint32_t fieldWidth(std::uint32_t field) const;
   bool isFieldReadOnly(std::uint32_t field) const;
+  /// What the values of the field refer to; none for most fields.
+  const LookUpTarget& lookUpTarget(std::uint32_t field) const;
   /// A field of whole numbers, and of such as may be negative.
   bool isNumeric(std::uint32_t field) const;
   bool isSignedInteger(std::uint32_t field) const;
   /// The first field of exactly that name, or fieldCount() when there is none.
   std::uint32_t fieldIndexByName(const String& name) const;
+
+  // ---- The records to which the values of a field refer (look_up_records.h), of a field that has a target
+
+  /// The name of the record with this key; empty when there is none.
+  String lookUpName(std::uint32_t field, const String& key);
+  Outcome openLookUp(std::uint32_t field, std::unique_ptr<LookUpRecords>& records);
 
   // ---- Moving (database_moves.cpp). Each leaves currentRecord alone when it fails, but for moveFirst.
 
@@ -335,6 +344,8 @@ class Database {
   GrowableArray<FieldType> fieldTypes_;
   GrowableArray<std::uint32_t> fieldWidths_;
   GrowableArray<std::uint32_t> fieldReadOnly_;
+  std::vector<LookUpTarget> lookUpTargets_;
+  std::vector<std::optional<String>> lookUpNames_;  // the fields of the names there, once they were asked for
 
   std::unique_ptr<RecordsetHandle> listRows_;  // behind recordset_ and connection_: it goes first
   std::uint32_t listPosition_ = 1;  // of the record that moveForList last made current in listRows_

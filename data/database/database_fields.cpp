@@ -5,6 +5,7 @@
 
 #include "data/database/database.h"
 #include "data/handles/adoce_constants.h"
+#include "data/handles/connection_handle.h"
 #include "data/handles/recordset_handle.h"
 #include "data/values/field_kinds.h"
 
@@ -48,6 +49,27 @@ std::uint32_t Database::fieldWidth(std::uint32_t field) const {
 
 bool Database::isFieldReadOnly(std::uint32_t field) const {
   return field >= fieldReadOnly_.size() || fieldReadOnly_[field] != 0;
+}
+
+const LookUpTarget& Database::lookUpTarget(std::uint32_t field) const {
+  static const LookUpTarget none;
+  return field < lookUpTargets_.size() ? lookUpTargets_[field] : none;
+}
+
+String Database::lookUpName(std::uint32_t field, const String& key) {
+  const LookUpTarget& target = lookUpTarget(field);
+  if (target.isNone() || key.isEmpty()) return {};
+  std::optional<String>& name = lookUpNames_[field];
+  if (!name) {
+    String found;
+    if (!findNameField(*connection_, target, found)) return {};
+    name = std::move(found);
+  }
+  return nameOfKey(*connection_, target, *name, key);
+}
+
+Outcome Database::openLookUp(std::uint32_t field, std::unique_ptr<LookUpRecords>& records) {
+  return LookUpRecords::open(*connection_, lookUpTarget(field), records);
 }
 
 bool Database::isNumeric(std::uint32_t field) const {
@@ -102,11 +124,14 @@ void Database::loadFields() {
   fieldTypes_.setSize(count);
   fieldWidths_.setSize(count);
   fieldReadOnly_.setSize(count);
+  lookUpTargets_.resize(count);
+  lookUpNames_.resize(count);
   for (std::uint32_t field = 0; field < count; ++field) {
     FieldHandle& handle = recordset_->field(static_cast<LONG>(field));
     fieldNames_.set(field, handle.name());
     fieldTypes_[field] = FieldType{handle.type()};
     fieldWidths_[field] = kFieldWidth;
+    lookUpTargets_[field] = {handle.referencedTable(), handle.referencedField()};
     fieldReadOnly_[field] = (handle.attributes() & (kFieldUpdatable | kFieldMayBeUpdatable)) != 0 ? 0 : 1;
     if (fieldTypes_[field] != kUncountedType) {
       const auto length = static_cast<std::uint32_t>(fieldNames_[field].length());
@@ -122,6 +147,8 @@ void Database::clearFields() {
   fieldTypes_.setSize(0);
   fieldWidths_.setSize(0);
   fieldReadOnly_.setSize(0);
+  lookUpTargets_.clear();
+  lookUpNames_.clear();
   fieldCount_ = 0;
   longestFieldName_ = 0;
 }

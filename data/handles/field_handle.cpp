@@ -38,6 +38,16 @@ LONG FieldHandle::attributes() {
   return field_ && SUCCEEDED(field_->get_Attributes(&attributes)) ? attributes : 0;
 }
 
+String FieldHandle::referencedTable() {
+  UniqueBstr name;
+  return field_ && SUCCEEDED(field_->get_ReferencedTable(name.put())) ? textOfBstr(name.get()) : String();
+}
+
+String FieldHandle::referencedField() {
+  UniqueBstr name;
+  return field_ && SUCCEEDED(field_->get_ReferencedField(name.put())) ? textOfBstr(name.get()) : String();
+}
+
 Outcome FieldHandle::read(Variant& value) {
   if (!field_) return noField();
   Variant fetched;

@@ -30,6 +30,10 @@ class FieldHandle {
   /// The bits of adoce_constants.h; none when they can't be read.
   LONG attributes();
 
+  /// The table and the field to whose values this field's refer; both are empty where there is none.
+  String referencedTable();
+  String referencedField();
+
   /// Fetches the value into `value`, which is untouched when that fails.
   Outcome read(Variant& value);
   /// The same of at most `mostBytes` of a text or of bytes, as they lie in the file.

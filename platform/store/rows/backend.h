@@ -27,6 +27,7 @@ struct Column {
   std::string declaredType;  ///< as the table spells it; empty for an expression
   bool updatable = false;
   bool nullable = true;
+  Reference reference;  ///< the table may have been dropped since
 };
 
 /// A column of the row source and the value to write into it.

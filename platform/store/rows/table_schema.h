@@ -6,6 +6,12 @@
 
 namespace store {
 
+/// A column of a table to whose values those of another column refer, by a foreign key of one column.
+struct Reference {
+  std::string table;  ///< empty when there is none
+  std::string column;
+};
+
 /// What is known of one table.
 struct TableSchema {
   struct Column {
@@ -14,6 +20,7 @@ struct TableSchema {
     int keyPosition = 0;  ///< 1-based place in the primary key, 0 outside it
     bool notNull = false;
     bool generated = false;
+    Reference reference;  ///< by the first foreign key that it has for itself
   };
 
   bool ordinary = false;  ///< a table of its own rows: not a view, not virtual

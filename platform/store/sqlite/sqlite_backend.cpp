@@ -41,6 +41,7 @@ std::vector<SelectedColumn> selectedColumnsOf(sqlite3_stmt* statement, const Tab
     if (source != nullptr) {
       made.column.nullable = !source->notNull;
       made.column.updatable = writable && !source->generated;
+      made.column.reference = source->reference;
     }
     selected.push_back(std::move(made));
   }

@@ -106,6 +106,8 @@ class FakeFieldObject final : public FakeObject<IAdoceField> {
     return get_Value(value);
   }
   HRESULT STDMETHODCALLTYPE ReadSeparated(BSTR*) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE get_ReferencedTable(BSTR*) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE get_ReferencedField(BSTR*) override { return E_NOTIMPL; }
 
  private:
   FakeField& field() { return store_.fields[index_]; }

@@ -189,4 +189,20 @@ HRESULT FieldObject::ReadSeparated(BSTR* text) {
   });
 }
 
+HRESULT FieldObject::get_ReferencedTable(BSTR* name) {
+  return withRecords([&](store::Recordset&, const store::Column& column) -> Outcome {
+    if (name == nullptr) return nullPointer();
+    *name = newText(column.reference.table);
+    return {};
+  });
+}
+
+HRESULT FieldObject::get_ReferencedField(BSTR* name) {
+  return withRecords([&](store::Recordset&, const store::Column& column) -> Outcome {
+    if (name == nullptr) return nullPointer();
+    *name = newText(column.reference.column);
+    return {};
+  });
+}
+
 }  // namespace automation

@@ -28,6 +28,8 @@ class FieldObject final : public AutomationObject<IAdoceField> {
   HRESULT STDMETHODCALLTYPE ReadBeginning(long mostBytes, VARIANT* value, hyper* length,
                                           hyper* fingerprint) override;
   HRESULT STDMETHODCALLTYPE ReadSeparated(BSTR* text) override;
+  HRESULT STDMETHODCALLTYPE get_ReferencedTable(BSTR* name) override;
+  HRESULT STDMETHODCALLTYPE get_ReferencedField(BSTR* name) override;
 
  protected:
   ErrorsObject* errorsForReport() override { return cursor_->errors().get(); }

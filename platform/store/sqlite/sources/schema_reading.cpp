@@ -56,6 +56,30 @@ Status readColumns(SqliteConnection& connection, std::string_view name, TableSch
   return statusOf(connection.handle(), result);
 }
 
+// A foreign key that names no column means the primary key of the other table, which must be of one column
+// then, too. A table that isn't there has none.
+Status readReferences(SqliteConnection& connection, std::string_view name, TableSchema* schema) {
+  SqliteStatement statement;
+  Status status = connection.prepare(
+      "SELECT f.\"from\", f.\"table\", coalesce(f.\"to\", (SELECT max(p.name) "
+      "FROM pragma_table_xinfo(f.\"table\", 'main') p WHERE p.pk > 0 HAVING count(*) = 1)) AS target "
+      "FROM pragma_foreign_key_list(?1, 'main') f GROUP BY f.id HAVING count(*) = 1 AND target IS NOT NULL "
+      "ORDER BY f.id DESC",
+      &statement);
+  if (!status) return status;
+  if (!bindText(statement.get(), name)) return {ErrorCode::outOfMemory, "Out of memory."};
+  int result = SQLITE_ROW;
+  while ((result = sqlite3_step(statement.get())) == SQLITE_ROW) {
+    const std::string column(columnText(statement.get(), 0));
+    for (TableSchema::Column& found : schema->columns) {
+      if (!found.reference.table.empty() || !equalsIgnoringCase(found.name, column)) continue;
+      found.reference = {std::string(columnText(statement.get(), 1)),
+                         std::string(columnText(statement.get(), 2))};
+    }
+  }
+  return statusOf(connection.handle(), result);
+}
+
 // An INTEGER PRIMARY KEY has no index of its own when it is the row id itself. (With DESC it is not.) The
 // index of a table without row ids is the table, and nothing in it leads to a row id.
 Status readKeyIndex(SqliteConnection& connection, std::string_view name, bool* hasKeyIndex, bool* hasRowId) {
@@ -80,6 +104,7 @@ Status readTableSchema(SqliteConnection& connection, std::string_view name, Tabl
   TableSchema read;
   if (Status status = readKind(connection, name, &read); !status) return status;
   if (Status status = readColumns(connection, name, &read); !status) return status;
+  if (Status status = readReferences(connection, name, &read); !status) return status;
   bool hasKeyIndex = false;
   bool hasRowId = true;
   if (Status status = readKeyIndex(connection, name, &hasKeyIndex, &hasRowId); !status) return status;

@@ -1,0 +1,190 @@
+#include "data/database/look_up_records.h"
+
+#include <windows.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cwchar>
+#include <limits>
+#include <set>
+#include <string>
+#include <utility>
+
+#include "data/database/sql_names.h"
+#include "data/handles/connection_handle.h"
+#include "data/handles/recordset_handle.h"
+#include "data/values/field_kinds.h"
+
+namespace {
+
+/// More than anybody reads of a key or name.
+constexpr LONG kMostReadBytes = 1000;
+constexpr int kSampleCount = 100;
+constexpr LONG kKeyField = 0;
+constexpr LONG kNameField = 1;
+
+bool isSame(const String& one, const String& other) {
+  return CompareStringOrdinal(one.text(), -1, other.text(), -1, TRUE) == CSTR_EQUAL;
+}
+
+std::wstring selectOf(const LookUpTarget& target, const std::wstring& fields) {
+  return L"Select " + fields + L" From " + selectedName(target.table);
+}
+
+Outcome openRecords(RecordsetHandle& records, const ConnectionHandle& connection, const std::wstring& sql) {
+  return records.open(sql.c_str(), &connection, CursorType::keyset, SourceKind::text);
+}
+
+Outcome readText(RecordsetHandle& records, LONG field, String& text) {
+  FieldHandle& handle = records.field(field);
+  const FieldType type{handle.type()};
+  ValueBeginning value;
+  Outcome read = handle.readBeginning(kMostReadBytes, value);
+  if (read) text = textOfBeginning(type, value);
+  return read;
+}
+
+/// What the first values of a field are like.
+struct Sample {
+  LONG field = 0;
+  bool hasLetters = false;
+  bool repeats = false;
+  std::set<std::wstring> values{};
+
+  void add(const String& value) {
+    if (value.isEmpty()) return;
+    const std::wstring text = value.text();
+    hasLetters =
+        hasLetters || std::any_of(text.begin(), text.end(), [](wchar_t c) { return IsCharAlphaW(c); });
+    repeats = !values.insert(text).second || repeats;
+  }
+};
+
+std::vector<Sample> textFields(RecordsetHandle& records, const String& key) {
+  std::vector<Sample> samples;
+  for (LONG field = 0; field < records.fieldCount(); ++field) {
+    FieldHandle& handle = records.field(field);
+    const FieldType type{handle.type()};
+    const bool isText = type == FieldType::varWChar || type == FieldType::longVarWChar;
+    if (isText && !isSame(handle.name(), key)) samples.push_back({.field = field});
+  }
+  return samples;
+}
+
+std::wstring literal(const String& text) {
+  std::wstring quoted = L"'";
+  for (const wchar_t* at = text.text(); *at; ++at) {
+    quoted += *at;
+    if (*at == L'\'') quoted += *at;
+  }
+  return quoted + L"'";
+}
+
+}  // namespace
+
+Outcome findNameField(const ConnectionHandle& connection, const LookUpTarget& target, String& field) {
+  RecordsetHandle records;
+  const std::wstring sql = selectOf(target, L"*") + L" Limit " + std::to_wstring(kSampleCount);
+  if (Outcome opened = openRecords(records, connection, sql); !opened) return opened;
+  std::vector<Sample> samples = textFields(records, target.field);
+  const LONG count = samples.empty() ? 0 : records.recordCount();
+  for (LONG record = 0; record < count; ++record) {
+    for (Sample& sample : samples) {
+      String value;
+      if (Outcome read = readText(records, sample.field, value); !read) return read;
+      sample.add(value);
+    }
+    if (Outcome read = records.readOn(); !read) return read;
+  }
+  auto found = std::find_if(samples.begin(), samples.end(),
+                            [](const Sample& sample) { return sample.hasLetters && !sample.repeats; });
+  if (found == samples.end()) {
+    found =
+        std::find_if(samples.begin(), samples.end(), [](const Sample& sample) { return sample.hasLetters; });
+  }
+  field = found == samples.end() ? String() : records.field(found->field).name();
+  return {};
+}
+
+String nameOfKey(const ConnectionHandle& connection, const LookUpTarget& target, const String& nameField,
+                 const String& key) {
+  String name;
+  if (nameField.isEmpty() || key.isEmpty()) return name;
+  RecordsetHandle records;
+  // The store makes a number of it where the field is one of numbers.
+  const std::wstring sql = selectOf(target, selectedName(nameField)) + L" Where " +
+                           selectedName(target.field) + L" = " + literal(key);
+  const bool isThere = openRecords(records, connection, sql) && records.recordCount() > 0;
+  if (isThere && !readText(records, 0, name)) name.clear();
+  return name;
+}
+
+Outcome LookUpRecords::open(const ConnectionHandle& connection, const LookUpTarget& target,
+                            std::unique_ptr<LookUpRecords>& records) {
+  String nameField;
+  if (Outcome found = findNameField(connection, target, nameField); !found) return found;
+  std::wstring fields = selectedName(target.field);
+  if (!nameField.isEmpty()) fields += L", " + selectedName(nameField);
+  auto opened = std::make_unique<RecordsetHandle>();
+  if (Outcome done = openRecords(*opened, connection, selectOf(target, fields)); !done) return done;
+  records.reset(new LookUpRecords(std::move(opened)));
+  return {};
+}
+
+LookUpRecords::LookUpRecords(std::unique_ptr<RecordsetHandle> records)
+    : records_(std::move(records)),
+      count_(static_cast<std::uint32_t>(std::max(records_->recordCount(), 0L))),
+      hasName_(records_->fieldCount() > kNameField) {}
+
+LookUpRecords::~LookUpRecords() = default;
+
+bool LookUpRecords::moveTo(std::uint32_t row) {
+  return row < count_ && records_->move(static_cast<LONG>(row), MoveOrigin::first);
+}
+
+Outcome LookUpRecords::read(std::uint32_t row, LookUpRecord& record) {
+  if (!moveTo(row)) return Outcome::failure(L"The record can't be reached.");
+  LookUpRecord found;
+  if (Outcome read = readText(*records_, kKeyField, found.key); !read) return read;
+  if (hasName_) {
+    if (Outcome read = readText(*records_, kNameField, found.name); !read) return read;
+  }
+  record = std::move(found);
+  return {};
+}
+
+// ---- The search
+
+void LookUpRecords::beginSearch(const String& text) {
+  wanted_ = text;
+  wanted_.toUpperCase();
+  next_ = 0;
+  records_->beginTextSearch(text.text(), std::nullopt, false);
+}
+
+bool LookUpRecords::isWanted(const LookUpRecord& record) const {
+  for (String text : {record.key, record.name}) {
+    text.toUpperCase();
+    if (text.find(wanted_.text()) >= 0) return true;
+  }
+  return false;
+}
+
+bool LookUpRecords::searchOn(std::uint32_t milliseconds, std::size_t most,
+                             std::vector<std::uint32_t>& found) {
+  using Clock = std::chrono::steady_clock;
+  const Clock::time_point end = Clock::now() + std::chrono::milliseconds(milliseconds);
+  while (next_ < count_ && found.size() < most && Clock::now() < end) {
+    // The records in between can't have it.
+    if (moveTo(next_)) {
+      const LONG passed =
+          records_->passOver(static_cast<LONG>(count_ - next_), static_cast<LONG>(milliseconds));
+      next_ += static_cast<std::uint32_t>(std::max(passed, 0L));
+    }
+    LookUpRecord record;
+    // What can't be read is passed over: the list says nothing of it.
+    if (next_ < count_ && read(next_, record) && isWanted(record)) found.push_back(next_);
+    ++next_;
+  }
+  return next_ < count_ && found.size() < most;
+}
