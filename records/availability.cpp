@@ -52,6 +52,14 @@ bool hasRecords(const CommandFacts& facts) {
   return facts.recordsetOpen && facts.recordCount != 0;
 }
 
+bool refersElsewhere(const CommandFacts& facts) {
+  return facts.refersElsewhere;
+}
+
+bool cameFromElsewhere(const CommandFacts& facts) {
+  return facts.databaseOpen && facts.cameFromElsewhere;
+}
+
 bool hasRows(const CommandFacts& facts) {
   return hasRecords(facts) && facts.viewMode == ViewMode::list;
 }
@@ -154,6 +162,9 @@ constexpr std::array kRows = {
     Row{ID_EXPORT, PopupMenu::desktop, kMenuOnly, areRecordsChosen},
     Row{ID_ROW_COPY, PopupMenu::desktop, kMenuOnly, hasRows},
     Row{ID_TABLE_PASTE, PopupMenu::desktop, kMenuOnly, isDatabaseOpen},
+    Row{ID_LOOK_UP, PopupMenu::desktop, kMenuOnly, refersElsewhere},
+    Row{ID_GO_TO_LOOKED_UP, PopupMenu::desktop, kMenuOnly, refersElsewhere},
+    Row{ID_GO_BACK, PopupMenu::desktop, kMenuOnly, cameFromElsewhere},
 };
 
 }  // namespace

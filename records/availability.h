@@ -27,6 +27,8 @@ struct CommandFacts {
   bool recordsChosen = false;            ///< a table or query is in use
   bool tableChosen = false;              ///< in the list of tables
   bool queryChosen = false;
+  bool refersElsewhere = false;    ///< the field of the form that has the keyboard refers to other records
+  bool cameFromElsewhere = false;  ///< to the record that is shown
   bool operator==(const CommandFacts&) const = default;
 };
 

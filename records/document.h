@@ -5,6 +5,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "base/name_list.h"
 #include "base/string.h"
@@ -213,6 +214,19 @@ class Document : private BusyListener {
     return pages_.prompts.chooseFile(FileChoice::bytesTo, suggestion);
   }
 
+  // ---- Fields that refer to records of another table (document_look_up.cpp)
+
+  bool isLookUp(std::uint32_t field) const { return !database_.lookUpTarget(field).isNone(); }
+  /// The name of the record with this key; empty when there is none.
+  String lookUpName(std::uint32_t field, const String& key);
+  /// Those from which the user may choose; null when they can't be opened, which was told.
+  std::unique_ptr<LookUpRecords> openLookUp(std::uint32_t field);
+  /// Shows the record to which the field with the keyboard refers on the form of its own table. What is typed
+  /// is stored first. What can't be done is told.
+  void goToLookedUp();
+  /// Shows the record again from which goToLookedUp went last and the user has not come back yet.
+  void goBack();
+
   // ---- The search for text (document_find.cpp), on the form only. Each returns 0.
 
   /// Runs the Find dialog.
@@ -320,8 +334,9 @@ class Document : private BusyListener {
   CommandResult openChosen(const String& path);
   class SearchStep;
   std::uint32_t sliceOfSearch() const;
+  using IsWanted = bool (*)(const String& text, const String& wanted);
   std::optional<std::uint32_t> findRowAmong(std::uint32_t first, std::uint32_t end, std::uint32_t field,
-                                            const String& beginning);
+                                            const String& wanted, IsWanted isWanted);
   enum class SearchEnd { found, notFound, stopped };
   Outcome runSearch(SearchEnd& end);
   void standAt(std::uint32_t position);
@@ -360,6 +375,9 @@ class Document : private BusyListener {
   bool chooseExported(ExportedRecords& records);
   void tellNotExported(const Outcome& failure);
   bool mayWaitOn();
+  bool refersElsewhere() const;
+  void showFormOf(std::uint32_t position);
+  std::optional<std::uint32_t> findRowOfKey(std::uint32_t field, const String& key);
   Outcome switchMode(ViewMode mode);
   template <typename Move>
   void moveOnForm(Move move);
@@ -383,6 +401,13 @@ class Document : private BusyListener {
   bool isQuiet_ = false;                          // what is done now the user has not asked for
   bool wasEdited_ = false;  // in this file; whether it can be written was looked at then
   RecordSource wanted_;     // whose records the next page shows
+  /// Where the user came from to a record that another refers to.
+  struct CameFrom {
+    RecordSource source;
+    std::uint32_t position = 0;
+    std::uint32_t field = 0;
+  };
+  std::vector<CameFrom> cameFrom_;
   NameList tableNames_;
   NameList queryNames_;
   ViewMode viewMode_ = ViewMode::none;

@@ -23,7 +23,9 @@ CommandFacts Document::commandFacts() const {
           .columnRoom = pages_.grid.columnRoom(),
           .recordsChosen = !wanted_.isNone(),
           .tableChosen = pages_.tables->hasChoice(),
-          .queryChosen = pages_.queries->hasChoice()};
+          .queryChosen = pages_.queries->hasChoice(),
+          .refersElsewhere = refersElsewhere(),
+          .cameFromElsewhere = !cameFrom_.empty()};
 }
 
 void Document::updateCommands() {

@@ -81,4 +81,5 @@ void Document::forgetDatabase() {
   reselectTable_ = false;
   freshlyOpened_ = false;
   databasePath_.clear();
+  cameFrom_.clear();
 }

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cwchar>
 #include <optional>
 #include <string>
 #include <utility>
@@ -228,6 +229,10 @@ void Document::tellSearchEnd(bool found) {
 
 namespace {
 
+bool isSameText(const String& text, const String& wanted) {
+  return std::wcscmp(text.text(), wanted.text()) == 0;
+}
+
 bool beginsWith(const String& text, const String& beginning) {
   const auto length = static_cast<int>(beginning.length());
   return text.length() >= beginning.length() &&
@@ -245,15 +250,17 @@ std::optional<std::uint32_t> Document::findRow(std::uint32_t first, std::uint32_
   searchedRecords_ = 0;
   database_.beginRowSearch(field, beginning);
   const std::uint32_t count = openRecordCount();
-  std::optional<std::uint32_t> found = findRowAmong(first, count, field, beginning);
-  if (!found && !searchStopped_) found = findRowAmong(0, std::min(first, count), field, beginning);
+  std::optional<std::uint32_t> found = findRowAmong(first, count, field, beginning, beginsWith);
+  if (!found && !searchStopped_)
+    found = findRowAmong(0, std::min(first, count), field, beginning, beginsWith);
   database_.endRowSearch();
   return found;
 }
 
 /// What can't be read holds nothing: the grid tells of it when it draws the row.
 std::optional<std::uint32_t> Document::findRowAmong(std::uint32_t first, std::uint32_t end,
-                                                    std::uint32_t field, const String& beginning) {
+                                                    std::uint32_t field, const String& wanted,
+                                                    IsWanted isWanted) {
   for (std::uint32_t row = first; row < end; ++row, ++searchedRecords_) {
     const std::uint32_t passed = database_.passOverRows(row, end - row, sliceOfSearch());
     row += passed;
@@ -265,7 +272,18 @@ std::optional<std::uint32_t> Document::findRowAmong(std::uint32_t first, std::ui
       return std::nullopt;
     }
     String text;
-    if (row < end && database_.readForList(row, field, text) && beginsWith(text, beginning)) return row;
+    if (row < end && database_.readForList(row, field, text) && isWanted(text, wanted)) return row;
   }
   return std::nullopt;
+}
+
+std::optional<std::uint32_t> Document::findRowOfKey(std::uint32_t field, const String& key) {
+  const WaitCursor wait;
+  const SearchStep step(*this);
+  searchStopped_ = false;
+  searchedRecords_ = 0;
+  database_.beginRowSearch(field, key);
+  const std::optional<std::uint32_t> found = findRowAmong(0, openRecordCount(), field, key, isSameText);
+  database_.endRowSearch();
+  return found;
 }

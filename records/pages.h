@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 
 #include "base/name_list.h"
 #include "base/string.h"
@@ -106,6 +107,9 @@ class FormPage {
   virtual FieldEditors editors() const = 0;
   /// Shows the page of this field, whose editor takes the focus; of a text editor all text is selected.
   virtual void focusField(std::uint32_t field) = 0;
+
+  /// The field whose editor has the keyboard; none when it is elsewhere.
+  virtual std::optional<std::uint32_t> focusedField() const = 0;
 
   /// Lays the pages out for the window's size and the input panel as they are now. Without `force` nothing
   /// happens when both are as they were. With another size the page is shown that has the field with the

@@ -61,6 +61,9 @@
 #define ID_EXPORT 53312
 #define ID_ROW_COPY 53328
 #define ID_TABLE_PASTE 53344
+#define ID_LOOK_UP 53760
+#define ID_GO_TO_LOOKED_UP 53776
+#define ID_GO_BACK 53792
 
 // Accelerators send these four; nothing answers them.
 #define ID_ENTER 40004

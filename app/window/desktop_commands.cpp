@@ -9,6 +9,7 @@
 #include "base/app_settings.h"
 #include "platform/pocketshell/desktop_entries.h"
 #include "resources/command_ids.h"
+#include "views/form/text_field_editor.h"
 
 namespace {
 
@@ -59,11 +60,28 @@ void pasteTable(WORD) {
   importPastedText();
 }
 
+/// The editor that has the keyboard opens it.
+void lookUp(WORD) {
+  if (const HWND editor = GetFocus()) PostMessageW(editor, kLookUpMessage, 0, 0);
+}
+
+void goToLookedUp(WORD) {
+  theDocument->goToLookedUp();
+}
+
+void goBack(WORD) {
+  theDocument->goBack();
+}
+
 constexpr EntryRow kEntries[] = {
     {ID_IMPORT, nullptr, L"&Import...", import, nullptr},
     {ID_EXPORT, nullptr, L"&Export...", exportRecords, nullptr},
     {ID_ROW_COPY, nullptr, L"Copy &row", copyRow, nullptr},
     {ID_TABLE_PASTE, nullptr, L"&Paste...", pasteTable, nullptr},
+    {0, nullptr, nullptr, nullptr, nullptr},
+    {ID_LOOK_UP, nullptr, L"&Look-up...", lookUp, nullptr},
+    {ID_GO_TO_LOOKED_UP, nullptr, L"&Go to its record", goToLookedUp, nullptr},
+    {ID_GO_BACK, nullptr, L"&Back", goBack, nullptr},
     {0, nullptr, nullptr, nullptr, nullptr},
     {ID_COLORS_OWN, kColors, L"&Quivane's own", chooseColors, areColorsChosen},
     {ID_COLORS_SYSTEM, kColors, L"The &system's", chooseColors, areColorsChosen},

@@ -69,7 +69,8 @@ RecordSnapshot Database::readListRecord(std::uint32_t row) {
 void Database::beginRowSearch(std::uint32_t field, const String& text) {
   // What is shown of other fields is not what the store looks at.
   const bool isText = field < fieldCount_ && fieldKind(fieldType(field)).editor == FieldEditorKind::text;
-  if ((isText || isNumeric(field)) && prepareListRows()) listRows_->beginTextSearch(text.text(), static_cast<LONG>(field), false);
+  if ((isText || isNumeric(field)) && prepareListRows())
+    listRows_->beginTextSearch(text.text(), static_cast<LONG>(field), false);
 }
 
 std::uint32_t Database::passOverRows(std::uint32_t row, std::uint32_t most, std::uint32_t milliseconds) {

@@ -13,6 +13,8 @@ const std::span<const ModalDialog::MessageRow> ModalDialog::kMessages = [] {
   static constexpr std::array kRows = {
       MessageRow{WM_INITDIALOG, &ModalDialog::initialised},
       MessageRow{WM_COMMAND, &ModalDialog::commandGiven},
+      MessageRow{WM_NOTIFY, &ModalDialog::notificationGiven},
+      MessageRow{WM_TIMER, &ModalDialog::timeCame},
       MessageRow{WM_CTLCOLORDLG, &ModalDialog::colorAsked},
       MessageRow{WM_CTLCOLORSTATIC, &ModalDialog::colorAsked},
       MessageRow{WM_SETTINGCHANGE, &ModalDialog::settingChanged},
@@ -67,6 +69,15 @@ INT_PTR ModalDialog::initialised(WPARAM, LPARAM) {
 
 INT_PTR ModalDialog::commandGiven(WPARAM wParam, LPARAM) {
   return command(LOWORD(wParam), HIWORD(wParam)) ? TRUE : FALSE;
+}
+
+INT_PTR ModalDialog::notificationGiven(WPARAM, LPARAM lParam) {
+  return notified(*reinterpret_cast<NMHDR*>(lParam)) ? TRUE : FALSE;
+}
+
+INT_PTR ModalDialog::timeCame(WPARAM, LPARAM) {
+  timerFired();
+  return TRUE;
 }
 
 INT_PTR ModalDialog::colorAsked(WPARAM wParam, LPARAM lParam) {

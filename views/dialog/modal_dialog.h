@@ -41,6 +41,10 @@ class ModalDialog {
   /// A button was pressed (BN_CLICKED), by Enter (IDOK) or Esc (IDCANCEL) too, or a control reports
   /// something. False for what has no handler.
   virtual bool command(WORD id, WORD notification) = 0;
+  /// A control tells something by WM_NOTIFY. False for what has no handler.
+  virtual bool notified(NMHDR& /*notification*/) { return false; }
+  /// A timer of the dialog's window, of which it has one at most.
+  virtual void timerFired() {}
   /// The window is about to be destroyed, and its controls with it.
   virtual void ended() {}
   /// The settings of the system have changed: the input panel went up or down, say.
@@ -61,6 +65,8 @@ class ModalDialog {
   INT_PTR answer(UINT message, WPARAM wParam, LPARAM lParam);
   INT_PTR initialised(WPARAM wParam, LPARAM lParam);
   INT_PTR commandGiven(WPARAM wParam, LPARAM lParam);
+  INT_PTR notificationGiven(WPARAM wParam, LPARAM lParam);
+  INT_PTR timeCame(WPARAM wParam, LPARAM lParam);
   INT_PTR colorAsked(WPARAM wParam, LPARAM lParam);
   INT_PTR settingChanged(WPARAM wParam, LPARAM lParam);
   INT_PTR sizeChanged(WPARAM wParam, LPARAM lParam);

@@ -1,7 +1,10 @@
 #include "views/form/form_view.h"
 
 #include <algorithm>
+#include <memory>
+#include <optional>
 #include <string>
+#include <utility>
 
 #include "data/values/field_kinds.h"
 #include "platform/pocketshell/handheld_windows.h"
@@ -10,6 +13,7 @@
 #include "views/form/date_field_editor.h"
 #include "views/form/form_ids.h"
 #include "views/form/text_field_editor.h"
+#include "views/lookup/look_up_dialog.h"
 #include "views/shared/page_area.h"
 #include "views/shared/sip_state.h"
 
@@ -83,6 +87,16 @@ BytesZoomHost bytesHost(Document& document, std::uint32_t field) {
           .chooseSource = [&document] { return document.chooseBytesSource(); }};
 }
 
+/// The same.
+LookUpHost lookUpHost(Document& document, std::uint32_t field) {
+  return {.nameOf = [&document, field](const String& key) { return document.lookUpName(field, key); },
+          .choose = [&document, field](HWND owner) -> std::optional<String> {
+            std::unique_ptr<LookUpRecords> records = document.openLookUp(field);
+            if (!records) return std::nullopt;
+            return LookUpDialog(document.fieldName(field).text(), std::move(records)).run(owner);
+          }};
+}
+
 std::unique_ptr<FieldEditor> newTextEditor(Document& document, std::uint32_t field) {
   const FieldEditorKind kind = fieldKind(document.fieldType(field)).editor;
   auto editor = std::make_unique<TextFieldEditor>();
@@ -93,6 +107,7 @@ std::unique_ptr<FieldEditor> newTextEditor(Document& document, std::uint32_t fie
   editor->setBinary(kind == FieldEditorKind::bytes);
   editor->setReadOnlyField(document.isFieldReadOnly(field));
   editor->setBytesHost(bytesHost(document, field));
+  if (document.isLookUp(field)) editor->setLookUpHost(lookUpHost(document, field));
   return editor;
 }
 
@@ -252,6 +267,14 @@ void FormView::focusField(std::uint32_t field) {
   rows_[field].editor->selectAll();
 }
 
+std::optional<std::uint32_t> FormView::focusedField() const {
+  const HWND focus = GetFocus();
+  for (std::uint32_t field = 0; field < rowCount(); ++field) {
+    if (rows_[field].isMade && focus && rows_[field].editor->window() == focus) return field;
+  }
+  return std::nullopt;
+}
+
 // ---- Pages
 
 int FormView::rowTop(std::uint32_t field) const {
@@ -319,11 +342,8 @@ void FormView::layOut(bool force) {
 /// The page that is shown goes on with the field that has the keyboard, or else with its first one.
 std::uint32_t FormView::fieldToKeep() const {
   const FieldRange shown = pageRange();
-  const HWND focus = GetFocus();
-  for (std::uint32_t field = shown.first; field < shown.end; ++field) {
-    if (rows_[field].isMade && rows_[field].editor->window() == focus) return field;
-  }
-  return shown.first;
+  const std::optional<std::uint32_t> focused = focusedField();
+  return focused && *focused >= shown.first && *focused < shown.end ? *focused : shown.first;
 }
 
 void FormView::hideOtherPages() {

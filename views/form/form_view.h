@@ -43,6 +43,7 @@ class FormView final : public FormPage, private EditWatcher, private FormControl
   void showAnew(const RecordSnapshot& record) override;
   FieldEditors editors() const override;
   void focusField(std::uint32_t field) override;
+  std::optional<std::uint32_t> focusedField() const override;
   void layOut(bool force) override;
   bool showNextPage() override;
   bool showPreviousPage() override;

@@ -49,10 +49,27 @@ LRESULT characterTyped(HWND window, UINT message, WPARAM wParam, LPARAM lParam) 
   return changed(window, message, wParam, lParam);
 }
 
-/// What two taps do, for who has no mouse.
+/// What two taps do, and the list of what the field may refer to.
 LRESULT keyPressed(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-  if (wParam != VK_F2) return DefSubclassProc(window, message, wParam, lParam);
-  PostMessageW(window, kZoomMessage, 0, 0);
+  const UINT asked = wParam == VK_F2 ? kZoomMessage : wParam == VK_F4 ? kLookUpMessage : 0;
+  if (asked == 0) return DefSubclassProc(window, message, wParam, lParam);
+  PostMessageW(window, asked, 0, 0);
+  return 0;
+}
+
+LRESULT lookUpAsked(HWND window, UINT, WPARAM, LPARAM) {
+  state.current = theTextEditors.find(window);
+  if (state.current) state.current->openLookUp();
+  return 0;
+}
+
+LRESULT notified(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+  auto& notification = *reinterpret_cast<NMHDR*>(lParam);
+  TextFieldEditor* const editor = theTextEditors.find(window);
+  if (!editor || notification.code != static_cast<UINT>(TTN_GETDISPINFOW)) {
+    return DefSubclassProc(window, message, wParam, lParam);
+  }
+  editor->showTip(reinterpret_cast<NMTTDISPINFOW&>(notification));
   return 0;
 }
 
@@ -89,6 +106,8 @@ constexpr std::array kMessages = {
     MessageRow{WM_CHAR, characterTyped},
     MessageRow{WM_PASTE, changed},
     MessageRow{WM_KEYDOWN, keyPressed},
+    MessageRow{kLookUpMessage, lookUpAsked},
+    MessageRow{WM_NOTIFY, notified},
     MessageRow{WM_LBUTTONDOWN, tapped},
     MessageRow{WM_LBUTTONDBLCLK, tapped},
     MessageRow{kZoomMessage, zoomAsked},

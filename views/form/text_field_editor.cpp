@@ -46,6 +46,7 @@ bool TextFieldEditor::create(const ControlCreation& creation) {
   attachTextEditor(*this);
   moveFocusByTabKey(window());
   if (wasGiven_) fillWindow();
+  if (isLookUp()) tip_.create(window());
   return true;
 }
 
@@ -213,4 +214,19 @@ void TextFieldEditor::openBytesZoom() {
     ownBytes_ = std::move(loaded);
   }
   changed_ = true;
+}
+
+void TextFieldEditor::openLookUp() {
+  if (!isLookUp() || readOnly_ || isLocked_ || holdsForeignBytes_) return;
+  const HWND control = window();
+  const std::optional<String> key = lookUpHost_.choose(GetAncestor(control, GA_ROOT));
+  // While the dialog was open, the form may have been taken down.
+  if (!key || theTextEditors.find(control) != this || sameText(*key, text())) return;
+  beginEdit();
+  setValue(*key);
+  changed_ = true;
+}
+
+void TextFieldEditor::showTip(NMTTDISPINFOW& question) {
+  tip_.answer(question, isLookUp() ? lookUpHost_.nameOf(text()).text() : L"");
 }

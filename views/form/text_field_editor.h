@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <utility>
 
@@ -8,6 +9,15 @@
 #include "views/form/editor_registry.h"
 #include "views/form/field_editor.h"
 #include "views/form/keystroke_filter.h"
+#include "views/lookup/control_tip.h"
+
+/// What the editor of a field that refers to records of another table asks of the program.
+struct LookUpHost {
+  /// The name of the record with this key; empty when there is none.
+  std::function<String(const String& key)> nameOf;
+  /// The user chooses a record over this window: its key; none when he cancels.
+  std::function<std::optional<String>(HWND owner)> choose;
+};
 
 /// The editor of a field of text or numbers: one line. It takes only the characters that the field can
 /// hold, shows line breaks as commas, and opens the whole text in a dialog at the second tap.
@@ -28,6 +38,8 @@ class TextFieldEditor final : public FieldEditor {
   void setBinary(bool binary) { binary_ = binary; }
   /// For the dialog in which bytes are shown, also in a field of another type.
   void setBytesHost(BytesZoomHost host) { bytesHost_ = std::move(host); }
+  /// For a field that refers to other records.
+  void setLookUpHost(LookUpHost host) { lookUpHost_ = std::move(host); }
   void setReadOnlyField(bool readOnly) { readOnly_ = readOnly; }
 
   bool create(const ControlCreation& creation) override;
@@ -78,6 +90,13 @@ class TextFieldEditor final : public FieldEditor {
   /// while no value was set. The editor may be gone afterwards.
   void openZoom();
 
+  /// Lets the user choose the record to which the field refers. Nothing happens for a field that refers to
+  /// none and for one that can't be changed. The editor may be gone afterwards.
+  void openLookUp();
+  bool isLookUp() const { return lookUpHost_.choose != nullptr; }
+  /// The tooltip is to be shown: the name of the record to which the text refers.
+  void showTip(NMTTDISPINFOW& question);
+
   bool tabPressed() const { return keystrokes_.tabPressed; }
   bool zoomOpened() const { return zoomOpened_; }
 
@@ -102,6 +121,8 @@ class TextFieldEditor final : public FieldEditor {
   bool wasGiven_ = false;  // something to show, and be it nothing
   bool showsAll_ = true;   // but for the commas
   bool isLocked_ = false;  // nothing is known of the field's value
+  LookUpHost lookUpHost_;
+  ControlTip tip_;
   BytesZoomHost bytesHost_;
   std::optional<Bytes> ownBytes_;  // that were loaded from a file
   std::uint64_t byteCount_ = 0;    // of the value that was given to show
@@ -117,5 +138,7 @@ extern TextEditorRegistry theTextEditors;
 
 /// To a text editor of the form: opens its zoom dialog.
 inline constexpr UINT kZoomMessage = WM_USER + 202;
+/// To a text editor of the form: opens the list of the records to which it may refer.
+inline constexpr UINT kLookUpMessage = WM_USER + 203;
 /// To a text editor of the form: sends the editor that had the focus last EM_SETREADONLY with this wParam.
 inline constexpr UINT kSetReadOnlyMessage = WM_USER + 204;

@@ -85,6 +85,15 @@ void RecordListView::giveText(LVITEMW& item) {
   showOnlyShowable(item);
 }
 
+/// What the record is called to which the cell refers.
+std::wstring RecordListView::tipText(int row, int column) {
+  const auto field = static_cast<std::uint32_t>(fieldOfColumn(column));
+  if (!document_ || document_->isBusy() || !document_->isLookUp(field)) return {};
+  String key;
+  if (!document_->readRow(static_cast<std::uint32_t>(row), field, key)) return {};
+  return document_->lookUpName(field, key).text();
+}
+
 String RecordListView::cellText(std::uint32_t row, std::uint32_t field) {
   if (GetTickCount64() < noReadingBefore_) return kNotReadable;
   if (document_->isBusy()) {

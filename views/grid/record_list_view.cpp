@@ -123,7 +123,9 @@ bool RecordListView::createList(HWND tabControl) {
   if (!list_) return false;
   hide();
   listview::setExtendedStyle(list_, LVS_EX_FULLROWSELECT);
-  return listSubclass_.attach(list_);
+  if (!listSubclass_.attach(list_)) return false;
+  tips_.attach(list_);
+  return true;
 }
 
 RECT RecordListView::listRectangle() const {

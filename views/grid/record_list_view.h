@@ -11,6 +11,7 @@
 #include "data/outcome.h"
 #include "owners/handles.h"
 #include "records/pages.h"
+#include "views/grid/cell_tips.h"
 #include "views/shared/window_subclass.h"
 
 class Document;
@@ -94,6 +95,7 @@ class RecordListView final : public RecordGrid {
   // record_list_notifications.cpp
   void giveText(LVITEMW& item);
   String cellText(std::uint32_t row, std::uint32_t field);
+  std::wstring tipText(int row, int column);
   void noteFailure(const Outcome& reading);
   void noteNoMemory() noexcept;
   void tellFailure();
@@ -126,6 +128,7 @@ class RecordListView final : public RecordGrid {
   WindowSubclass listSubclass_{[this](HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
     return listMessage(window, message, wParam, lParam);
   }};
+  CellTips tips_{[this](int row, int column) { return tipText(row, column); }};
   UniqueFont smallFont_;  // 8 point
   UniqueFont largeFont_;  // 10 point
   int fieldCount_ = 0;

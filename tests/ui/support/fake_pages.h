@@ -104,6 +104,7 @@ struct FakeForm final : FormPage {
     return all;
   }
   void focusField(std::uint32_t field) override { focus = field; }
+  std::optional<std::uint32_t> focusedField() const override { return focus; }
   void layOut(bool force) override { isLaidOut = isLaidOut || force; }
   bool showNextPage() override { return false; }
   bool showPreviousPage() override { return false; }

@@ -1,0 +1,127 @@
+// To the record that a field refers to, and back.
+#include "resources/command_ids.h"
+#include "tests/automation/sqlite_file.h"
+#include "tests/ui/document/document_fixture.h"
+
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::StartsWith;
+
+class DocumentLookUpTest : public DocumentTest {
+ protected:
+  void SetUp() override {
+    DocumentTest::SetUp();
+    runStatements(path(),
+                  {L"CREATE TABLE 'Books' (Id Integer PRIMARY KEY, Title Text)",
+                   L"INSERT INTO Books VALUES (3, 'Ulysses')", L"INSERT INTO Books VALUES (31, 'Emma')",
+                   L"INSERT INTO Books VALUES (8, 'Persuasion')",
+                   L"CREATE TABLE 'Loans' (Note Text, Book Integer REFERENCES books)",
+                   L"INSERT INTO Loans VALUES ('first', 3)", L"INSERT INTO Loans VALUES ('second', 31)",
+                   L"INSERT INTO Loans VALUES ('third', NULL)"});
+    open();
+    document().openTableSelection(4);
+    ASSERT_STREQ(document().tableName().text(), L"Loans");
+    document().setViewMode(ViewMode::form);
+    ASSERT_EQ(value(), L"first");
+  }
+  bool isOffered(int command) { return document().isOffered(command); }
+  void focus(std::uint32_t field) { window().form.focus = field; }
+};
+
+TEST_F(DocumentLookUpTest, TheRecordIsShownOnItsOwnFormAndTheFormerOneAgain) {
+  document().moveNextRecord();
+  EXPECT_FALSE(isOffered(ID_GO_TO_LOOKED_UP)) << "the note refers to nothing";
+  focus(1);
+  EXPECT_TRUE(isOffered(ID_LOOK_UP));
+  EXPECT_TRUE(isOffered(ID_GO_TO_LOOKED_UP));
+  EXPECT_FALSE(isOffered(ID_GO_BACK));
+  document().goToLookedUp();
+  EXPECT_STREQ(document().tableName().text(), L"Books");
+  EXPECT_EQ(value(), L"31") << "and not 3, with which it begins";
+  EXPECT_EQ(window().bar.position, L"    3 / 3");
+  EXPECT_TRUE(isOffered(ID_GO_BACK));
+  document().goBack();
+  EXPECT_STREQ(document().tableName().text(), L"Loans");
+  EXPECT_EQ(value(), L"second");
+  EXPECT_EQ(window().form.focus, 1u);
+  EXPECT_FALSE(isOffered(ID_GO_BACK));
+  EXPECT_THAT(messages(), IsEmpty());
+}
+
+TEST_F(DocumentLookUpTest, WhatIsTypedIsStoredFirstAndFollowed) {
+  focus(1);
+  window().form.fields[1].content = L"8";
+  document().goToLookedUp();
+  EXPECT_EQ(value(), L"8");
+  EXPECT_THAT(stored(L"Select Book from Loans"), ElementsAre(L"8", L"31", L""));
+}
+
+TEST_F(DocumentLookUpTest, WhatCanNotBeStoredHoldsTheUserBack) {
+  focus(1);
+  window().form.fields[1].content = L"77";
+  window().prompts.agrees = false;
+  document().goToLookedUp();
+  EXPECT_STREQ(document().tableName().text(), L"Loans");
+  EXPECT_EQ(value(), L"first");
+  ASSERT_EQ(messages().size(), 1u);
+  EXPECT_THAT(messages()[0].text, StartsWith(L"The record could not be written."));
+}
+
+TEST_F(DocumentLookUpTest, AFieldWithoutAValueIsTold) {
+  document().moveLastRecord();
+  focus(1);
+  document().goToLookedUp();
+  ASSERT_EQ(messages().size(), 1u);
+  EXPECT_EQ(messages()[0].text, L"This field refers to no record.");
+  EXPECT_EQ(value(), L"third");
+}
+
+TEST_F(DocumentLookUpTest, ARecordThatIsNotThereIsToldAndTheWayBackStaysOpen) {
+  runStatements(path(), {L"UPDATE Loans SET Book = NULL", L"DELETE FROM Books WHERE Id = 3"});
+  automationtest::SqliteFile other(path().wstring());
+  other.run("UPDATE Loans SET Book = 3 WHERE Note = 'first'");
+  document().loadRecord();
+  focus(1);
+  document().goToLookedUp();
+  ASSERT_EQ(messages().size(), 1u);
+  EXPECT_EQ(messages()[0].text, L"There is no record '3' in table 'books'.");
+  document().goBack();
+  EXPECT_EQ(value(), L"first");
+}
+
+TEST_F(DocumentLookUpTest, SeveralStepsGoBackOneByOneAndEndWithTheFile) {
+  focus(1);
+  document().goToLookedUp();
+  EXPECT_EQ(value(), L"3");
+  document().setViewMode(ViewMode::tables);
+  document().openTableSelection(4);
+  document().setViewMode(ViewMode::form);
+  document().moveNextRecord();
+  focus(1);
+  document().goToLookedUp();
+  EXPECT_EQ(value(), L"31");
+  document().goBack();
+  EXPECT_EQ(value(), L"second");
+  document().goBack();
+  EXPECT_EQ(value(), L"first");
+  document().goBack();
+  EXPECT_EQ(value(), L"first");
+  focus(1);
+  document().goToLookedUp();
+  document().closeDatabase();
+  EXPECT_FALSE(isOffered(ID_GO_BACK));
+}
+
+TEST_F(DocumentLookUpTest, OnNoOtherPageAnythingHappens) {
+  for (const ViewMode mode : {ViewMode::tables, ViewMode::list, ViewMode::queries}) {
+    document().setViewMode(mode);
+    focus(1);
+    EXPECT_FALSE(isOffered(ID_GO_TO_LOOKED_UP));
+    document().goToLookedUp();
+    EXPECT_STREQ(document().tableName().text(), L"Loans");
+  }
+}
+
+}  // namespace
