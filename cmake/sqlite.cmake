@@ -26,6 +26,9 @@ target_compile_definitions(sqlite PRIVATE
   SQLITE_DEFAULT_MEMSTATUS=0
   SQLITE_LIKE_DOESNT_MATCH_BLOBS
   SQLITE_THREADSAFE=2)                # the engine serialises each connection itself
-target_compile_definitions(sqlite PUBLIC SQLITE_ENABLE_COLUMN_METADATA)
+target_compile_definitions(sqlite PUBLIC
+  SQLITE_ENABLE_COLUMN_METADATA
+  SQLITE_ENABLE_PREUPDATE_HOOK        # what the next one stands on
+  SQLITE_ENABLE_SESSION)              # changes that can be taken back
 find_package(Threads REQUIRED)
 target_link_libraries(sqlite PUBLIC Threads::Threads)

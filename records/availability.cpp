@@ -60,6 +60,14 @@ bool cameFromElsewhere(const CommandFacts& facts) {
   return facts.databaseOpen && facts.cameFromElsewhere;
 }
 
+bool hasUndo(const CommandFacts& facts) {
+  return facts.hasUndo;
+}
+
+bool hasRedo(const CommandFacts& facts) {
+  return facts.hasRedo;
+}
+
 bool hasRows(const CommandFacts& facts) {
   return hasRecords(facts) && facts.viewMode == ViewMode::list;
 }
@@ -158,6 +166,8 @@ constexpr std::array kRows = {
     Row{ID_QUERY_EDIT, PopupMenu::none, kOnToolbar, isQueryChosen},
     Row{ID_QUERY_DELETE, PopupMenu::none, kOnToolbar, isQueryChosen},
 
+    Row{ID_HISTORY_UNDO, PopupMenu::desktop, kMenuOnly, hasUndo},
+    Row{ID_HISTORY_REDO, PopupMenu::desktop, kMenuOnly, hasRedo},
     Row{ID_IMPORT, PopupMenu::desktop, kMenuOnly, isDatabaseOpen},
     Row{ID_EXPORT, PopupMenu::desktop, kMenuOnly, areRecordsChosen},
     Row{ID_ROW_COPY, PopupMenu::desktop, kMenuOnly, hasRows},

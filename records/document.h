@@ -131,6 +131,17 @@ class Document : private BusyListener {
   /// False when it could not be done, which was told.
   bool runImport(ImportFile& file, bool keepsGood, ImportCounts& counts);
 
+  // ---- Changes that are taken back and done again (document_history.cpp), those of every record that was
+  // stored since the file was opened, one by one, newest first. What is typed on the form is stored before.
+
+  /// What would be taken, in words.
+  std::wstring historyText(HistoryWay way) const;
+  /// Takes the next one and sees to it that its records are in use. What can't be done is told. Returns the
+  /// page that has to show it, and showTaken() is then to be called on it; nothing when nothing was done.
+  std::optional<ViewMode> takeStep(HistoryWay way);
+  /// Shows the record concerned.
+  void showTaken();
+
   // ---- The session (document_session.cpp), kept among the settings.
 
   /// Writes which database, table or query and SQL text are in use. Closing the database does it.
@@ -372,6 +383,9 @@ class Document : private BusyListener {
   bool showRecordsAnew();
   void showFormAnew(RecordSnapshot present, std::uint32_t place, bool wasEmpty, bool isBehind);
   void standAgainAt(std::uint32_t position);
+  bool isOfQueries(const HistoryStep& step) const;
+  void openTaken(const HistoryStep& step, bool hasRecord);
+  void standAtTaken();
   bool chooseExported(ExportedRecords& records);
   void tellNotExported(const Outcome& failure);
   bool mayWaitOn();
@@ -421,6 +435,7 @@ class Document : private BusyListener {
   bool reselectTable_ = false;  // the Tables page is filled and keeps its selection when it is entered next
   bool freshlyOpened_ = false;  // the Tables page does not show the catalogue yet
   bool talksToPages_ = false;   // what the lists report is the Document's own doing
+  bool formWasEmpty_ = false;   // when a change was taken back that it has to show
   RecordSnapshot shown_;        // the reading that the form shows; empty when what stands there is none
 
   SavedQuery editedQuery_;    // as it was read to be edited

@@ -25,7 +25,9 @@ CommandFacts Document::commandFacts() const {
           .tableChosen = pages_.tables->hasChoice(),
           .queryChosen = pages_.queries->hasChoice(),
           .refersElsewhere = refersElsewhere(),
-          .cameFromElsewhere = !cameFrom_.empty()};
+          .cameFromElsewhere = !cameFrom_.empty(),
+          .hasUndo = database_.nextStep(HistoryWay::back).kind != HistoryStep::Kind::none,
+          .hasRedo = database_.nextStep(HistoryWay::again).kind != HistoryStep::Kind::none};
 }
 
 void Document::updateCommands() {

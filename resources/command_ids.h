@@ -64,6 +64,8 @@
 #define ID_LOOK_UP 53760
 #define ID_GO_TO_LOOKED_UP 53776
 #define ID_GO_BACK 53792
+#define ID_HISTORY_UNDO 53504
+#define ID_HISTORY_REDO 53520
 
 // Accelerators send these four; nothing answers them.
 #define ID_ENTER 40004

@@ -13,6 +13,7 @@
 #include "app/start/portable.h"
 #include "app/start/single_instance.h"
 #include "app/window/desktop_commands.h"
+#include "app/window/history_commands.h"
 #include "app/window/main_window.h"
 #include "app/window/messages.h"
 #include "app/window/other_programs.h"
@@ -84,7 +85,8 @@ int runMessageLoop(const wchar_t* commandLine) {
   MSG message{};
   while (GetMessageW(&message, nullptr, 0, 0) > 0) {
     noteMessage(message);
-    if (!turnPageByKey(message) && !TranslateAcceleratorW(mainWindow, accelerators, &message)) {
+    if (!turnPageByKey(message) && !takeHistoryStepByKey(message) &&
+        !TranslateAcceleratorW(mainWindow, accelerators, &message)) {
       TranslateMessage(&message);
       DispatchMessageW(&message);
     }

@@ -3,6 +3,7 @@
 #include <array>
 
 #include "app/window/exchange_commands.h"
+#include "app/window/history_commands.h"
 #include "app/window/page_layout.h"
 #include "app/window/program_state.h"
 #include "base/app_colors.h"
@@ -18,7 +19,8 @@ struct EntryRow {
   const wchar_t* group;  ///< the submenu, null for the menu itself
   const wchar_t* text;   ///< null for a separator
   void (*run)(WORD id);
-  bool (*isChosen)(WORD id);  ///< null for what is never marked
+  bool (*isChosen)(WORD id);                         ///< null for what is never marked
+  const wchar_t* (*presentText)(UINT id) = nullptr;  ///< null for what is always called the same
 };
 
 constexpr wchar_t kColors[] = L"&Colors";
@@ -74,6 +76,9 @@ void goBack(WORD) {
 }
 
 constexpr EntryRow kEntries[] = {
+    {ID_HISTORY_UNDO, nullptr, L"&Undo", takeHistoryStep, nullptr, historyText},
+    {ID_HISTORY_REDO, nullptr, L"Re&do", takeHistoryStep, nullptr, historyText},
+    {0, nullptr, nullptr, nullptr, nullptr},
     {ID_IMPORT, nullptr, L"&Import...", import, nullptr},
     {ID_EXPORT, nullptr, L"&Export...", exportRecords, nullptr},
     {ID_ROW_COPY, nullptr, L"Copy &row", copyRow, nullptr},
@@ -108,7 +113,7 @@ HandheldEntryState stateOf(UINT command) {
 void offerDesktopCommands() {
   std::array<HandheldMenuEntry, std::size(kEntries)> entries{};
   for (std::size_t i = 0; i < entries.size(); ++i) {
-    entries[i] = {kEntries[i].id, kEntries[i].group, kEntries[i].text, stateOf};
+    entries[i] = {kEntries[i].id, kEntries[i].group, kEntries[i].text, stateOf, kEntries[i].presentText};
   }
   HandheldSetDesktopMenu(mainWindow, entries.data(), static_cast<UINT>(entries.size()));
 }

@@ -5,6 +5,7 @@
 #include "data/database/sql_names.h"
 #include "data/database/statement_text.h"
 #include "data/handles/connection_handle.h"
+#include "data/handles/history_handle.h"
 #include "data/handles/recordset_handle.h"
 
 namespace {
@@ -28,6 +29,7 @@ void Database::setBusyListener(BusyListener* listener) {
 Outcome Database::open(const String& path) {
   close();
   if (Outcome opened = connection_->open(path.text()); !opened) return opened;
+  HistoryHandle(*connection_).keep();
   path_ = path;
   isOpen_ = true;
   rememberOthersChanges();

@@ -14,6 +14,7 @@
 #include "data/database/saved_query.h"
 #include "data/handles/exported_records.h"
 #include "data/handles/file_state.h"
+#include "data/handles/history_step.h"
 #include "data/outcome.h"
 #include "data/values/bytes.h"
 #include "data/values/field_value_source.h"
@@ -243,6 +244,17 @@ class Database {
   /// Deletes the record that was read as `seen`, as deleteCurrent does, whatever the current one is. Fails
   /// when it no longer holds what was seen; one that another program has deleted counts as deleted.
   Outcome deleteRecord(const RecordSnapshot& seen);
+
+  // ---- Changes that are taken back (database_history.cpp): those that were stored since the file was
+  // opened, one by one, newest first
+
+  /// The next one that way; of the kind none when there is none.
+  HistoryStep nextStep(HistoryWay way) const;
+  /// Takes it. The current recordset is to be opened anew for records that come or go by it, and a record
+  /// that is current moved to again. On failure nothing has changed.
+  Outcome takeStep(HistoryWay way);
+  /// Where the record that it was about stands in the current recordset; 0 when it doesn't.
+  std::uint32_t positionOfStep() const;
 
   // ---- Values of the current record (record_reading.cpp, value_writing.cpp)
 

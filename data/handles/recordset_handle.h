@@ -53,6 +53,8 @@ class RecordsetHandle {
   /// Of the current record, from 1; below 1 when there is none, or it can't be had.
   LONG position();
 
+  /// May be null. Valid while this handle lives and nothing else is attached.
+  IAdoceRecordset* get() const { return recordset_.get(); }
   /// -1 when it can't be had.
   LONG recordCount();
 

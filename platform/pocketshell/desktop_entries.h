@@ -31,6 +31,9 @@ struct HandheldMenuEntry {
   /// Asked whenever a menu that shows the entry opens, and once more before its command is given. Null for
   /// an entry that is always available.
   HandheldEntryState (*state)(UINT command);
+  /// Asked whenever a menu that shows the entry opens, for a text that says more than `text` does; it holds
+  /// until the next question. Null for an entry that always has the same.
+  const wchar_t* (*presentText)(UINT command) = nullptr;
 };
 
 /// Gives a window made by HandheldCreateWindow with a size of CW_USEDEFAULT these entries in the place of

@@ -29,6 +29,10 @@ void mark(HMENU menu, int place, HandheldEntryState state) {
       MF_BYPOSITION | static_cast<UINT>(state == HANDHELD_ENTRY_CHOSEN ? MF_CHECKED : MF_UNCHECKED));
 }
 
+void name(HMENU menu, int place, UINT command, const wchar_t* text) {
+  ModifyMenuW(menu, static_cast<UINT>(place), MF_BYPOSITION | MF_STRING, command, text);
+}
+
 void removeFrom(HMENU menu, int first) {
   while (GetMenuItemCount(menu) > first) DeleteMenu(menu, static_cast<UINT>(first), MF_BYPOSITION);
 }
@@ -45,7 +49,7 @@ bool DesktopMenu::setEntries(std::span<const HandheldMenuEntry> entries) {
   for (const HandheldMenuEntry& entry : entries) {
     if (entry.text && !isEntryNumber(entry.command)) return false;
     wanted.push_back({entry.text ? entry.command : 0, entry.group ? entry.group : L"",
-                      entry.text ? entry.text : L"", entry.state});
+                      entry.text ? entry.text : L"", entry.state, entry.presentText});
   }
   UniqueMenu popup(CreatePopupMenu());
   if (!popup || !append(popup.get(), wanted)) return false;
@@ -104,6 +108,7 @@ void DesktopMenu::refresh(HMENU popup) const {
     if (const auto zoom = zoomOfCommand(command)) {
       mark(popup, place, *zoom == readZoomSetting() ? HANDHELD_ENTRY_CHOSEN : HANDHELD_ENTRY_AVAILABLE);
     } else if (const Entry* const entry = find(command)) {
+      if (entry->presentText) name(popup, place, command, entry->presentText(command));
       mark(popup, place, stateOf(*entry));
     }
   }

@@ -24,7 +24,7 @@ class DesktopMenu {
   /// Null when it could not be made. Valid until the entries are set anew.
   HMENU popup() const { return popup_.get(); }
 
-  /// Greys and marks the items of a popup that is about to open, as far as they are entries.
+  /// Greys, marks and names the items of a popup that is about to open, as far as they are entries.
   void refresh(HMENU popup) const;
 
   /// Whether a command is that of an entry, and whether it can be given now.
@@ -37,6 +37,7 @@ class DesktopMenu {
     std::wstring group;
     std::wstring text;  // empty for a separator
     HandheldEntryState (*state)(UINT command) = nullptr;
+    const wchar_t* (*presentText)(UINT command) = nullptr;
   };
   using Entries = std::vector<Entry>;
 

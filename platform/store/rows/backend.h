@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "platform/store/rows/busy.h"
+#include "platform/store/rows/change_history.h"
 #include "platform/store/rows/field_type.h"
 #include "platform/store/rows/keyset.h"
 #include "platform/store/rows/row_scan.h"
@@ -43,6 +44,9 @@ class RowSource {
   virtual ~RowSource() = default;
 
   virtual const std::vector<Column>& columns() const = 0;
+
+  /// The one table whose rows these are, by their keys there; empty when they are no single table's.
+  virtual std::string_view table() const { return {}; }
 
   /// Whether rows can be added, changed and deleted at all; a single column may still be read-only.
   virtual bool isUpdatable() const = 0;
@@ -139,6 +143,9 @@ class Backend {
   /// nothing is read, and nobody is waited for: fails with locked while another program keeps the database to
   /// itself. On failure `*count` is untouched.
   virtual Status countOthersChanges(std::int64_t* count) = 0;
+  /// What can be taken back of the changes made through this backend. Null where there is nothing of the
+  /// kind; it keeps nothing until it is told to.
+  virtual ChangeHistory* history() { return nullptr; }
 
   /// Writes what is open, as it is at the moment, durably into a new file at `path` (UTF-8), also when the
   /// open one has lost its name. The backend stays with the file that it has open. On failure (fileExists,

@@ -193,6 +193,12 @@ Status Recordset::moveFromBookmark(std::int64_t count, std::string_view bookmark
   return {};
 }
 
+std::int64_t Recordset::positionOf(const RecordAddress& record) const {
+  if (!sameNameAnyCase(rows_->table(), record.table)) return 0;
+  const std::size_t found = keys_.find(record.key, index_);
+  return found != KeySet::npos ? static_cast<std::int64_t>(found) + 1 : 0;
+}
+
 Status Recordset::bookmark(std::string* bookmark) const {
   if (place_ != Place::row) return noCurrentRecord("There is no current record.");
   *bookmark = bookmarkOf(keys_.keyAt(index_));

@@ -73,6 +73,9 @@ class Recordset {
   /// The same from a bookmark. invalidArgument when it names no record of this recordset.
   Status moveFromBookmark(std::int64_t count, std::string_view bookmark);
 
+  /// Where the record stands among these, 1-based; 0 when it is none of them.
+  std::int64_t positionOf(const RecordAddress& record) const;
+
   /// Opaque bytes that name the current record until it leaves the recordset.
   Status bookmark(std::string* bookmark) const;
   Status setBookmark(std::string_view bookmark);

@@ -95,6 +95,10 @@ Status SqliteBackend::run(std::string_view sql, std::int64_t* affected, std::uni
   return runText(sql, affected, rows);
 }
 
+ChangeHistory* SqliteBackend::history() {
+  return &history_;
+}
+
 Status SqliteBackend::checkFile() {
   ConnectionGuard::Use use(connection_->guard());
   return connection_->checkFile();
@@ -322,6 +326,7 @@ Status SqliteBackend::runChange(const Statement& statement, sqlite3_stmt* prepar
   if (renames) {
     if (Status status = countHidingTables(&hidingBefore); !status) return status;
   }
+  if (statement.kind != StatementKind::definition) transaction.record({.kind = StepKind::statement});
   if (Status status = transaction.run(prepared); !status) return status;
   if (renames) {
     if (Status status = countHidingTables(&hidingAfter); !status) return status;

@@ -11,6 +11,7 @@
 #include "platform/store/sql/dialect.h"
 #include "platform/store/sqlite/connection/sqlite_connection.h"
 #include "platform/store/sqlite/database_file.h"
+#include "platform/store/sqlite/history/sqlite_history.h"
 
 namespace store {
 
@@ -18,7 +19,7 @@ namespace store {
 class SqliteBackend : public Backend, private DeclaredTypes {
  public:
   SqliteBackend(std::unique_ptr<SqliteConnection> connection, DateOrder dateOrder)
-      : connection_(std::move(connection)), dateOrder_(dateOrder) {}
+      : connection_(std::move(connection)), history_(*connection_), dateOrder_(dateOrder) {}
 
   bool isReadOnly() const override { return connection_->isReadOnly(); }
   void askWhileBusy(BusyQuestion question) override;
@@ -31,6 +32,7 @@ class SqliteBackend : public Backend, private DeclaredTypes {
   Status checkFile() override;
   Status tryWriting() override;
   Status countOthersChanges(std::int64_t* count) override;
+  ChangeHistory* history() override;
   Status saveCopy(const std::string& path) override;
 
  private:
@@ -53,6 +55,7 @@ class SqliteBackend : public Backend, private DeclaredTypes {
   Status ofInsert(const std::string& table, std::vector<std::string>* types) override;
 
   std::unique_ptr<SqliteConnection> connection_;
+  SqliteHistory history_;
   DateOrder dateOrder_;
 };
 

@@ -18,11 +18,13 @@ class SessionTest : public StoreTest {
     for (const char* suffix : {"", "-journal", "-wal", "-shm"})
       std::filesystem::remove(utf8Of(path_) + suffix);
     if (mode != madeMode_) {
-      prepare("PRAGMA journal_mode = " + mode +
-              "; CREATE TABLE t (a Integer, b Text); CREATE TABLE k (x Text PRIMARY KEY, y Integer) WITHOUT "
-              "ROWID;"
-              "INSERT INTO t VALUES (1, 'one'), (2, 'two'), (3, 'three'); INSERT INTO k VALUES ('p', 1), "
-              "('q', 2)");
+      prepare(
+          "PRAGMA journal_mode = " + mode +
+          "; CREATE TABLE t (a Integer, b Text); CREATE TABLE k (x Text PRIMARY KEY, y Integer) WITHOUT "
+          "ROWID;"
+          "INSERT INTO t VALUES (1, 'one'), (2, 'two'), (3, 'three'); INSERT INTO k VALUES ('p', 1), "
+          "('q', 2); CREATE TABLE taken (a Text); CREATE TABLE noted (a Text); INSERT INTO taken VALUES "
+          "('begun'); CREATE TRIGGER note AFTER UPDATE ON taken BEGIN INSERT INTO noted VALUES (new.a); END");
       made_ = bytesOf(path_);
       madeMode_ = mode;
     }

@@ -11,7 +11,7 @@ namespace store {
 
 /// A session from the making of a database to its reopening: a new file is made and filled; in another one
 /// records are changed, added, deleted and asked for (SessionTest), a file of values is imported, a copy is
-/// saved, and all of it is opened and read anew.
+/// saved, a change is taken back and done again, and all of it is opened and read anew.
 class WholeSessionTest : public SessionTest, private exchange::ImportObserver {
  protected:
   /// How far it was acknowledged.
@@ -23,10 +23,12 @@ class WholeSessionTest : public SessionTest, private exchange::ImportObserver {
     bool imported = false;
     bool replaced = false;
     bool copied = false;
+    bool undone = false;
+    bool redone = false;
     bool reopened = false;
     bool all() const {
       return fileMade && tableMade && filled == kFilled && records.all() && imported && replaced && copied &&
-             reopened;
+             undone && redone && reopened;
     }
   };
 
@@ -48,6 +50,7 @@ class WholeSessionTest : public SessionTest, private exchange::ImportObserver {
     attempt([&] { makeAndFill(&done); });
     attempt([&] { runAll(&done.records); });
     attempt([&] { importAndCopy(&done); });
+    attempt([&] { undoAndRedo(&done); });
     attempt([&] { reopen(&done); });
     return done;
   }
@@ -64,6 +67,7 @@ class WholeSessionTest : public SessionTest, private exchange::ImportObserver {
       const std::string replaced = other.ask("SELECT count(*) FROM imported WHERE text LIKE 'again%'");
       EXPECT_TRUE(replaced == std::to_string(kImported) || (replaced == "0" && !done.replaced)) << replaced;
     }
+    expectTakenBack(done);
     expectNewFile(done);
     expectCopy(done);
     expectToWork();
@@ -134,6 +138,31 @@ class WholeSessionTest : public SessionTest, private exchange::ImportObserver {
     done->imported = import(fileOfValues("once"), false);
     if (done->imported) done->replaced = import(fileOfValues("again"), true);
     done->copied = static_cast<bool>(backend_->saveCopy(utf8Of(copyPath())));
+  }
+
+  /// A change with what a trigger does along, in the table "taken".
+  void undoAndRedo(Whole* done) {
+    if (!openFor(path_)) return;
+    ChangeHistory& history = *backend_->history();
+    history.keep(1'000'000);
+    std::unique_ptr<Recordset> rows;
+    if (!tryOpen("Select * from [taken]", &rows)) return;
+    if (!rows->setValue(0, std::string("changed")) || !rows->update()) return;
+    // Where memory was refused, the change is stored and can't be taken back.
+    if (history.next(ChangeHistory::Way::back) == nullptr) return;
+    done->undone = static_cast<bool>(history.take(ChangeHistory::Way::back));
+    if (done->undone) done->redone = static_cast<bool>(history.take(ChangeHistory::Way::again));
+  }
+
+  /// Both rows of it or none, whatever was acknowledged.
+  void expectTakenBack(const Whole& done) {
+    OtherProgram other(path_);
+    const std::string text = other.ask("SELECT a FROM taken");
+    EXPECT_EQ(text == "changed" ? "1" : "0", other.ask("SELECT count(*) FROM noted")) << text;
+    EXPECT_TRUE(text == "changed" || text == "begun") << text;
+    if (done.undone) {
+      EXPECT_EQ(done.redone ? "changed" : "begun", text);
+    }
   }
 
   /// What is read now is what was acknowledged, or can't be read.

@@ -71,6 +71,9 @@ std::vector<MenuStep> menuWay(WORD menuBar, UINT command) {
 std::vector<MenuStep> desktopWay(UINT command) {
   // Another program's menus can't be read.
   const std::unique_ptr<std::remove_pointer_t<HMENU>, MenuCloser> menu(CreatePopupMenu());
+  AppendMenuW(menu.get(), MF_STRING, ID_HISTORY_UNDO, L"&Undo");
+  AppendMenuW(menu.get(), MF_STRING, ID_HISTORY_REDO, L"Re&do");
+  AppendMenuW(menu.get(), MF_SEPARATOR, 0, nullptr);
   AppendMenuW(menu.get(), MF_STRING, ID_IMPORT, L"&Import...");
   AppendMenuW(menu.get(), MF_STRING, ID_EXPORT, L"&Export...");
   AppendMenuW(menu.get(), MF_STRING, ID_ROW_COPY, L"Copy &row");

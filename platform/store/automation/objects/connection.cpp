@@ -67,12 +67,16 @@ ComPtr<ConnectionObject> ConnectionObject::of(IUnknown* object) {
 }
 
 void* ConnectionObject::findOwnInterface(REFIID interfaceId) {
+  if (interfaceId == __uuidof(IAdoceHistory)) return static_cast<IAdoceHistory*>(this);
   return interfaceId == kOwnConnection ? this : nullptr;
 }
 
 HRESULT ConnectionObject::Invoke(DISPID member, REFIID reserved, LCID locale, WORD flags,
                                  DISPPARAMS* arguments, VARIANT* result, EXCEPINFO* exception,
                                  UINT* badArgument) {
+  if (isOfHistory(member)) {
+    return invokeHistory(member, reserved, flags, arguments, result, exception, badArgument);
+  }
   const auto invoke = [&](DISPPARAMS* given) {
     return AutomationObject::Invoke(member, reserved, locale, flags, given, result, exception, badArgument);
   };

@@ -30,7 +30,7 @@ struct CommandResult {
 /// A connection to one database, or to the store without a database. Opens again after Close, any
 /// number of times. Close closes the recordsets that were opened on it, and nothing of the file is held
 /// afterwards.
-class ConnectionObject final : public AutomationObject<IAdoceConnection> {
+class ConnectionObject final : public AutomationObject<IAdoceConnection>, public IAdoceHistory {
  public:
   ConnectionObject();
 
@@ -63,6 +63,30 @@ class ConnectionObject final : public AutomationObject<IAdoceConnection> {
   HRESULT STDMETHODCALLTYPE ExportFormat(BSTR path, BSTR* name) override;
   HRESULT STDMETHODCALLTYPE CountOthersChanges(hyper* count) override;
 
+  // IAdoceHistory (connection_history.cpp)
+  HRESULT STDMETHODCALLTYPE KeepHistory(LONG megabytes) override;
+  HRESULT STDMETHODCALLTYPE GetHistoryStep(LONG direction, LONG* kind, BSTR* table, BSTR* record,
+                                           hyper* records) override;
+  HRESULT STDMETHODCALLTYPE TakeHistoryStep(LONG direction) override;
+  HRESULT STDMETHODCALLTYPE FindHistoryRecord(IAdoceRecordset* records, LONG* position) override;
+
+  // What both interfaces have in common.
+  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID interfaceId, void** object) override {
+    return AutomationObject::QueryInterface(interfaceId, object);
+  }
+  ULONG STDMETHODCALLTYPE AddRef() override { return AutomationObject::AddRef(); }
+  ULONG STDMETHODCALLTYPE Release() override { return AutomationObject::Release(); }
+  HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) override {
+    return AutomationObject::GetTypeInfoCount(count);
+  }
+  HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT index, LCID locale, ITypeInfo** info) override {
+    return AutomationObject::GetTypeInfo(index, locale, info);
+  }
+  /// Knows the names of both interfaces.
+  HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID reserved, LPOLESTR* names, UINT count, LCID locale,
+                                          DISPID* ids) override;
+  HRESULT STDMETHODCALLTYPE InterfaceSupportsErrorInfo(REFIID interfaceId) override;
+
   // For the module's own objects, which hold the module's lock and hand failures on.
 
   bool isOpen() const { return backend_ != nullptr; }
@@ -90,6 +114,12 @@ class ConnectionObject final : public AutomationObject<IAdoceConnection> {
   void* findOwnInterface(REFIID interfaceId) override;
 
  private:
+  static bool isOfHistory(DISPID member);
+  HRESULT invokeHistory(DISPID member, REFIID reserved, WORD flags, DISPPARAMS* arguments, VARIANT* result,
+                        EXCEPINFO* exception, UINT* badArgument);
+  /// Null on a closed connection, and where nothing is kept of what is open.
+  store::ChangeHistory* history() const;
+
   /// Opens by the text; it is the connection string afterwards when that succeeds.
   Outcome open(const std::wstring& connectionString);
 

@@ -177,7 +177,7 @@ HRESULT RecordsetObject::get_ActiveConnection(VARIANT* connection) {
   return call([&]() -> Outcome {
     if (connection == nullptr) return nullPointer();
     V_VT(connection) = VT_DISPATCH;
-    V_DISPATCH(connection) = ComPtr<ConnectionObject>::share(connection_.get()).release();
+    V_DISPATCH(connection) = ComPtr<IAdoceConnection>::share(connection_.get()).release();
     return {};
   });
 }

@@ -21,6 +21,9 @@ namespace {
 constexpr DISPID kFirstMember = 100;
 constexpr DISPID kLastMember = 102;
 
+// Under this identifier, which no header tells, an object of this module gives itself away.
+constexpr IID kOwnRecordset = {0x5b0f3a52, 0x7c0e, 0x4a43, {0x9b, 0x1d, 0x6d, 0x0b, 0x7a, 0x3c, 0x1e, 0x31}};
+
 using Clock = store::RowScan::Clock;
 
 std::u16string_view unitsOf(BSTR text) {
@@ -33,6 +36,12 @@ Clock::time_point endOf(long milliseconds) {
 }
 
 }  // namespace
+
+ComPtr<RecordsetObject> RecordsetObject::of(IUnknown* object) {
+  void* own = nullptr;
+  if (object == nullptr || FAILED(object->QueryInterface(kOwnRecordset, &own))) return {};
+  return ComPtr<RecordsetObject>(static_cast<RecordsetObject*>(own));
+}
 
 HRESULT RecordsetObject::BeginTextSearch(BSTR text, VARIANT field, VARIANT_BOOL matchCase) {
   OwnedVariant holder;
@@ -77,7 +86,8 @@ HRESULT RecordsetObject::EndTextSearch() {
 }
 
 void* RecordsetObject::findOwnInterface(REFIID interfaceId) {
-  return interfaceId == __uuidof(IAdoceTextSearch) ? static_cast<IAdoceTextSearch*>(this) : nullptr;
+  if (interfaceId == __uuidof(IAdoceTextSearch)) return static_cast<IAdoceTextSearch*>(this);
+  return interfaceId == kOwnRecordset ? this : nullptr;
 }
 
 HRESULT RecordsetObject::InterfaceSupportsErrorInfo(REFIID interfaceId) {

@@ -337,6 +337,20 @@ SqliteConnection::WriteTransaction::~WriteTransaction() {
   // SQLite undoes by itself what fails beyond repair, and is then outside a transaction already.
   sqlite3* connection = connection_.handle();
   if (open_) undo(connection);
+  tellEnd(false);
+}
+
+ChangeNote& SqliteConnection::WriteTransaction::record(ChangeNote note) {
+  note_ = std::move(note);
+  listener_ = connection_.changeListener_;
+  if (listener_ != nullptr) listener_->changeBegins();
+  return note_;
+}
+
+void SqliteConnection::WriteTransaction::tellEnd(bool isAcknowledged) {
+  if (ChangeListener* const listener = std::exchange(listener_, nullptr)) {
+    listener->changeIsOver(isAcknowledged);
+  }
 }
 
 Status SqliteConnection::WriteTransaction::begin(sqlite3_stmt* claim) {
@@ -383,11 +397,16 @@ Status SqliteConnection::WriteTransaction::run(sqlite3_stmt* statement,
 }
 
 Status SqliteConnection::WriteTransaction::commit() {
+  if (listener_ != nullptr) {
+    if (Status status = listener_->changeIsComplete(note_); !status) return status;
+  }
   sqlite3* connection = connection_.handle();
   Status status = statusOf(connection, runKept(connection, connection_.commitStatement_, "COMMIT"));
   if (!status) return status;
   open_ = false;
-  return connection_.checkFile();
+  status = connection_.checkFile();
+  tellEnd(static_cast<bool>(status));
+  return status;
 }
 
 Status SqliteConnection::WriteTransaction::commitStructure(bool tablesChange) {

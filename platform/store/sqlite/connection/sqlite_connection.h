@@ -9,6 +9,7 @@
 #include <string_view>
 
 #include "platform/store/rows/status.h"
+#include "platform/store/sqlite/connection/change_listener.h"
 #include "platform/store/sqlite/connection/connection_guard.h"
 #include "platform/store/sqlite/connection/open_options.h"
 #include "platform/store/sqlite/connection/read_lease.h"
@@ -47,6 +48,11 @@ class SqliteConnection {
   /// Counts the times that the rows of a table may have come to other row ids or columns than before, or
   /// gone with it: another program changed the structure or rebuilt the file, or a statement of ours did.
   unsigned rebuilds() const { return rebuilds_; }
+
+  /// Who hears of changes of records from now on; it outlives the connection or is taken away with null.
+  void setChangeListener(ChangeListener* listener) { changeListener_ = listener; }
+  /// Another number after each change of the structure that this connection knows of.
+  std::int64_t structureVersion() const { return schemaVersion_; }
 
   /// Whether the open file still stands under its name: fileGone or fileReplaced if not, inputOutput when the
   /// system doesn't tell.
@@ -88,6 +94,9 @@ class SqliteConnection {
     /// a statement that writes to the file and changes nothing: with it an open read transaction can become
     /// this one, which saves the locks of another.
     Status begin(sqlite3_stmt* claim = nullptr);
+    /// Inside the transaction, before anything is changed: what changes from here on are records, which the
+    /// listener hears of. `note` may be completed until the commit, by what this returns.
+    ChangeNote& record(ChangeNote note);
     /// Runs `statement` to its end, calling `onRow` for each row it returns.
     Status run(sqlite3_stmt* statement, const std::function<void(sqlite3_stmt*)>& onRow = {});
     /// After it nothing is undone any more, whatever happens to the program or the machine. Fails also when
@@ -99,9 +108,12 @@ class SqliteConnection {
 
    private:
     bool takeOverReading(sqlite3_stmt* claim);
+    void tellEnd(bool isAcknowledged);
 
     SqliteConnection& connection_;
     bool open_ = false;
+    ChangeNote note_;
+    ChangeListener* listener_ = nullptr;  // from the beginning of a change of records to its end
   };
 
   /// Runs a statement that can't stand inside a transaction (VACUUM), durably.
@@ -136,6 +148,7 @@ class SqliteConnection {
   unsigned rebuilds_ = 0;
   std::int64_t mostTemporaryBytes_ = 0;
   bool readOnly_ = false;
+  ChangeListener* changeListener_ = nullptr;
   StatementPermissions permissions_;
 };
 

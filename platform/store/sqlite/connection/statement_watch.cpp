@@ -19,6 +19,7 @@ StatementWatch::~StatementWatch() {
 
 int StatementWatch::onProgress(void* self) {
   const auto* watch = static_cast<StatementWatch*>(self);
+  if (watch->work_) watch->work_();
   if (watch->end_ != std::chrono::steady_clock::time_point::max() &&
       std::chrono::steady_clock::now() >= watch->end_) {
     return 1;

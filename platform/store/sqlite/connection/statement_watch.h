@@ -1,6 +1,7 @@
 #pragma once
 
 #include <chrono>
+#include <functional>
 #include <sqlite3.h>
 #include <utility>
 
@@ -21,6 +22,9 @@ class StatementWatch {
 
   /// Whom to ask, up to some ten thousand times a second.
   void ask(BusyQuestion question) { question_ = std::move(question); }
+
+  /// Has `work` done now and then while any statement runs; it takes no memory and uses no statements.
+  void accompany(std::function<void()> work) { work_ = std::move(work); }
 
   /// What may be stopped, for a scope. Elsewhere nobody is asked: the statements that begin and end
   /// transactions could be told to have been stopped after they were done.
@@ -55,6 +59,7 @@ class StatementWatch {
 
   sqlite3* connection_;
   BusyQuestion question_;
+  std::function<void()> work_;
   std::chrono::steady_clock::time_point end_ = std::chrono::steady_clock::time_point::max();
   int asked_ = 0;
 };

@@ -82,6 +82,7 @@ Status SqliteTableLoad::begin(const LoadTarget& target, const std::string& creat
   if (schema.columns.empty()) return {ErrorCode::noTable, "no such table: " + target.table};
   if (!schema.ordinary) return {ErrorCode::readOnly, target.table + " is not a table that takes records."};
   if (Status status = prepareKey(target); !status) return status;
+  transaction_.record({.kind = StepKind::imported, .table = target.table});
 
   std::vector<std::size_t> all;
   std::string parameters;

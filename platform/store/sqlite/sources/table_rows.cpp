@@ -59,6 +59,7 @@ std::string joined(const std::vector<std::string>& parts, const char* separator)
 TableRows::TableRows(SqliteConnection& connection, const SingleTableSelect& select, const TableSchema& schema,
                      std::vector<SelectedColumn> columns)
     : connection_(connection),
+      tableName_(select.table),
       table_(quotedName(select.table)),
       tupleKeyed_(schema.withoutRowId),
       keysSurviveRebuild_(schema.withoutRowId || schema.rowIdIsColumn) {
@@ -216,8 +217,10 @@ Status TableRows::insert(const std::vector<Change>& changes, KeySet* keys) {
   // Otherwise the new record would be stored and could not be shown.
   if (status) status = checkSameRows();
   if (status) {
+    ChangeNote& note = transaction.record({.kind = StepKind::added, .table = tableName_});
     status = transaction.run(insert_.statement.get(),
                              [&](sqlite3_stmt* statement) { key = returnedKey(statement, 0); });
+    note.after = key;
   }
   if (!status) return status;
   if (!key) return notTaken("The database's own rules did not take the record.");
@@ -246,6 +249,9 @@ Status TableRows::update(const std::vector<Change>& changes, KeySet* keys, std::
   if (Status status = transaction.begin(claim()); !status) return status;
   if (Status status = checkSameRows(); !status) return status;
   if (Status status = checkSameRow(*keys, index, &read); !status) return status;
+  const Key former = keys->keyAt(index);
+  ChangeNote& note =
+      transaction.record({.kind = StepKind::changed, .table = tableName_, .before = former, .after = former});
   Status status = transaction.run(update_.statement.get(),
                                   [&](sqlite3_stmt* statement) { key = returnedKey(statement, 0); });
   if (!status) return status;
@@ -253,8 +259,8 @@ Status TableRows::update(const std::vector<Change>& changes, KeySet* keys, std::
     return notTaken("The database's own rules did not take the change.");
   }
   if (!key) return transaction.commit();
+  note.after = key;
   // The set follows first, because it may need memory; that can't be refused any more after the commit.
-  const Key former = keys->keyAt(index);
   keys->replaceAt(index, *key);
   status = transaction.commit();
   if (!status) keys->replaceAt(index, former);
@@ -275,6 +281,7 @@ Status TableRows::remove(KeySet* keys, std::size_t index, const Row* read) {
   const bool isGone = found.code() == ErrorCode::noCurrentRecord;
   if (!found && !isGone) return found;
   if (!isGone) {
+    transaction.record({.kind = StepKind::deleted, .table = tableName_, .before = keys->keyAt(index)});
     status = transaction.run(remove_.statement.get());
     if (!status) return status;
     const bool isKept = sqlite3_changes64(connection_.handle()) == 0 &&

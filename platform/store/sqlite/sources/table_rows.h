@@ -31,6 +31,7 @@ class TableRows : public RowSource {
   Status prepare();
 
   const std::vector<Column>& columns() const override { return columns_; }
+  std::string_view table() const override { return tableName_; }
   bool isUpdatable() const override { return !connection_.isReadOnly(); }
   Status readKeys(KeySet* keys) override;
   Status fetch(const KeySet& keys, std::size_t index, Row* row) override;
@@ -70,7 +71,8 @@ class TableRows : public RowSource {
   SqliteConnection& connection_;
   std::vector<Column> columns_;
   std::vector<std::string> tableColumns_;
-  std::string table_;
+  std::string tableName_;
+  std::string table_;                    // the same, quoted
   bool tupleKeyed_;                      // by primary key instead of row id
   std::vector<std::string> keyColumns_;  // the table's columns that hold the key, if columns do
   std::vector<std::string> keyNames_;    // what reads the key in a statement on the table alone, quoted

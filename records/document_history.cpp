@@ -1,0 +1,90 @@
+// Changes that are taken back and done again.
+#include <algorithm>
+#include <cwchar>
+#include <optional>
+
+#include "records/document.h"
+#include "records/history_text.h"
+
+std::wstring Document::historyText(HistoryWay way) const {
+  return ::historyText(way, database_.nextStep(way));
+}
+
+std::optional<ViewMode> Document::takeStep(HistoryWay way) {
+  // What was typed is the newest change.
+  if (viewMode_ == ViewMode::form ? !settleRecord() : !canLeaveRecord()) return std::nullopt;
+  const HistoryStep step = database_.nextStep(way);
+  if (step.kind == HistoryStep::Kind::none || !canChangeFile()) {
+    updateCommandBar();
+    return std::nullopt;
+  }
+  // A form without records has no editors yet.
+  formWasEmpty_ = recordsetOpen_ && database_.recordCount() == 0;
+  if (const Outcome taken = database_.takeStep(way); !taken) {
+    tellFailure(
+        way == HistoryWay::back ? L"The change could not be undone." : L"The change could not be done again.",
+        taken.reason());
+    showTaken();
+    return std::nullopt;
+  }
+  if (isOfQueries(step)) return ViewMode::queries;
+  const bool hasRecord =
+      step.kind != (way == HistoryWay::back ? HistoryStep::Kind::added : HistoryStep::Kind::deleted);
+  openTaken(step, hasRecord);
+  return showsRecords(viewMode_) ? viewMode_ : ViewMode::form;
+}
+
+bool Document::isOfQueries(const HistoryStep& step) const {
+  return std::wcscmp(step.table.text(), kQueriesTable) == 0 && !wanted_.isTable(step.table);
+}
+
+/// Sees to it that the records in use are those that the step was about, as they are now: rows that come or
+/// go are not in a recordset that was opened before. A query in use may hold them as well.
+void Document::openTaken(const HistoryStep& step, bool hasRecord) {
+  const bool isSame = recordsetOpen_ && !sqlPending() && database_.reopenSameFields();
+  const bool isOtherTable = wanted_.isTable() && !wanted_.isTable(step.table);
+  const bool isNotInQuery = !wanted_.isTable() && hasRecord && (!isSame || database_.positionOfStep() == 0);
+  const bool leads = tableNames_.holds(step.table) && (isOtherTable || isNotInQuery);
+  if (leads) {
+    wanted_.chooseTable(step.table);
+    pages_.grid.resetColumns();
+  }
+  if (leads || !isSame) {
+    closeRecords();
+    formWasEmpty_ = false;
+    showEverythingAnew(step.table);
+  }
+}
+
+void Document::showTaken() {
+  if (viewMode_ == ViewMode::queries) {
+    reloadQueries();
+  } else if (showsRecords(viewMode_) && recordsetOpen_) {
+    standAtTaken();
+  }
+  updateCommandBar();
+}
+
+/// At the record that the step was about, or else where the user was.
+void Document::standAtTaken() {
+  recordCount = database_.recordCount();
+  const std::uint32_t taken = database_.positionOfStep();
+  const std::uint32_t wanted =
+      std::clamp(taken != 0 ? taken : currentRecord, std::min(1u, recordCount), recordCount);
+  if (viewMode_ == ViewMode::list) {
+    currentRecord = wanted;
+    showGridAnew();
+    if (recordCount != 0) selectInGrid(wanted);
+    return;
+  }
+  if (recordCount == 0) {
+    showNoRecords();
+  } else {
+    if (formWasEmpty_) pages_.form.build();
+    database_.moveTo(wanted);
+    loadRecord();
+    pages_.form.showEditors();
+  }
+  formWasEmpty_ = false;
+  updateNavigationState();
+}

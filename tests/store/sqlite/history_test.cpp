@@ -1,0 +1,495 @@
+// Changes of records that are taken back and done again.
+#include "tests/store/sqlite/history_fixture.h"
+
+namespace store {
+namespace {
+
+using Way = ChangeHistory::Way;
+
+TEST_F(HistoryTest, KeepsNothingBeforeItIsTold) {
+  prepare("CREATE TABLE t(a TEXT)");
+  open();
+  addTo("t", "one");
+  EXPECT_EQ(nullptr, history().next(Way::back));
+  EXPECT_EQ(ErrorCode::noCurrentRecord, history().take(Way::back).code());
+}
+
+TEST_F(HistoryTest, TakesEachKindOfChangeBackAndDoesItAgain) {
+  prepare("CREATE TABLE t(a TEXT, b INTEGER); INSERT INTO t VALUES('one', 1), ('two', 2), ('three', 3)");
+  openKeeping();
+  const std::string first = contentOf("t");
+  addTo("t", "four");
+  EXPECT_EQ("added t 'four' 1", told(Way::back));
+  const std::string second = contentOf("t");
+  change("t", 2, 0, "zwei");
+  EXPECT_EQ("changed t 'zwei' 1", told(Way::back));
+  const std::string third = contentOf("t");
+  remove("t", 1);
+  EXPECT_EQ("deleted t 'one' 1", told(Way::back));
+  const std::string fourth = contentOf("t");
+
+  takeBack();
+  EXPECT_EQ(third, contentOf("t"));
+  EXPECT_EQ("deleted t 'one' 1", told(Way::again));
+  takeBack();
+  EXPECT_EQ(second, contentOf("t"));
+  takeBack();
+  EXPECT_EQ(first, contentOf("t"));
+  EXPECT_EQ("", told(Way::back));
+  doAgain();
+  EXPECT_EQ(second, contentOf("t"));
+  doAgain();
+  doAgain();
+  EXPECT_EQ(fourth, contentOf("t"));
+  EXPECT_EQ("", told(Way::again));
+}
+
+TEST_F(HistoryTest, ANewChangeDropsWhatCouldBeDoneAgain) {
+  prepare("CREATE TABLE t(a TEXT)");
+  openKeeping();
+  addTo("t", "one");
+  addTo("t", "two");
+  takeBack();
+  addTo("t", "three");
+  EXPECT_EQ("", told(Way::again));
+  takeBack();
+  takeBack();
+  EXPECT_EQ("", contentOf("t"));
+}
+
+TEST_F(HistoryTest, AChangeThatWasRefusedIsNoStep) {
+  prepare("CREATE TABLE t(a TEXT UNIQUE); INSERT INTO t VALUES('one'), ('two')");
+  openKeeping();
+  const auto rows = records("Select * from [t]");
+  ASSERT_TRUE(rows->setValue(0, std::string("two")));
+  EXPECT_EQ(ErrorCode::constraint, rows->update().code());
+  EXPECT_EQ("", told(Way::back));
+}
+
+TEST_F(HistoryTest, RecordsComeBackUnderTheirRowIds) {
+  for (const char* table :
+       {"a TEXT, b", "a TEXT PRIMARY KEY, b", "a TEXT, b, PRIMARY KEY(a, b)", "a INTEGER PRIMARY KEY, b"}) {
+    SCOPED_TRACE(table);
+    remake(std::string("CREATE TABLE t(") + table + "); INSERT INTO t(rowid, a, b) VALUES(3, 3, 'x'), " +
+           "(7, 7, 'y'), (9, 9, 'z')");
+    openKeeping();
+    const std::string before = contentOf("t");
+    remove("t", 2);
+    remove("t", 2);
+    takeBack();
+    takeBack();
+    EXPECT_EQ(before, contentOf("t"));
+    doAgain();
+    takeBack();
+    EXPECT_EQ(before, contentOf("t"));
+    change("t", 1, 0, "5");
+    const std::string behind = contentOf("t");
+    takeBack();
+    EXPECT_EQ(before, contentOf("t"));
+    doAgain();
+    EXPECT_EQ(behind, contentOf("t"));
+  }
+}
+
+TEST_F(HistoryTest, ATableWithoutRowIds) {
+  prepare(
+      "CREATE TABLE t(a TEXT, b INTEGER, c, PRIMARY KEY(b, a)) WITHOUT ROWID;"
+      "INSERT INTO t VALUES('one', 1, x'00ff'), ('two', 2, NULL)");
+  openKeeping();
+  const std::string before = contentOf("t");
+  change("t", 1, 1, "5");
+  remove("t", 1);
+  addTo("t", "new", 8);
+  for (int n = 0; n < 3; ++n) takeBack();
+  EXPECT_EQ(before, contentOf("t"));
+  for (int n = 0; n < 3; ++n) doAgain();
+  for (int n = 0; n < 3; ++n) takeBack();
+  EXPECT_EQ(before, contentOf("t"));
+}
+
+TEST_F(HistoryTest, EveryKindOfValueComesBackToTheByte) {
+  prepare(
+      "CREATE TABLE t(a TEXT, b, g AS (length(a)), s AS (b) STORED);"
+      "INSERT INTO t VALUES('one', NULL), (CAST(x'61ff00ff62' AS TEXT), 1e300), ('', x''), ('x', x'0001'),"
+      "('y', 9223372036854775807), ('z', -0.5), ('w', zeroblob(100000))");
+  openKeeping();
+  const std::string before = contentOf("t");
+  for (int n = 0; n < 7; ++n) remove("t", 1);
+  EXPECT_EQ("", contentOf("t"));
+  for (int n = 0; n < 7; ++n) takeBack();
+  EXPECT_EQ(before, contentOf("t"));
+}
+
+// ---- What belongs to a step
+
+TEST_F(HistoryTest, WhatTriggersChangedComesBackAndTheyDontRunAgain) {
+  prepare(
+      "CREATE TABLE t(a TEXT); CREATE TABLE log(n INTEGER PRIMARY KEY, what TEXT);"
+      "INSERT INTO log VALUES(1, 'begin');"
+      "CREATE TRIGGER i AFTER INSERT ON t BEGIN INSERT INTO log(what) VALUES('+' || new.a); END;"
+      "CREATE TRIGGER d AFTER DELETE ON t BEGIN DELETE FROM log; INSERT INTO log(what) VALUES('-'); END;"
+      "CREATE TRIGGER u AFTER UPDATE ON t BEGIN UPDATE log SET what = what || '!'; END");
+  openKeeping();
+  addTo("t", "one");
+  const std::string added = contentOf("log");
+  change("t", 1, 0, "two");
+  const std::string changed = contentOf("log");
+  EXPECT_EQ("changed t 'two' 1", told(Way::back));
+  remove("t", 1);
+  const std::string deleted = contentOf("log");
+  takeBack();
+  EXPECT_EQ(changed, contentOf("log"));
+  takeBack();
+  EXPECT_EQ(added, contentOf("log"));
+  takeBack();
+  EXPECT_EQ("1|1,begin;", contentOf("log"));
+  for (int n = 0; n < 3; ++n) doAgain();
+  EXPECT_EQ(deleted, contentOf("log"));
+  addTo("t", "again");
+  EXPECT_NE(deleted, contentOf("log")) << "they run for what is changed anew";
+}
+
+TEST_F(HistoryTest, WhatForeignKeysDeletedComesBack) {
+  prepare(
+      "CREATE TABLE p(id INTEGER PRIMARY KEY, n TEXT);"
+      "CREATE TABLE c(k TEXT PRIMARY KEY, p REFERENCES p ON DELETE CASCADE ON UPDATE CASCADE);"
+      "CREATE TABLE s(p REFERENCES p ON DELETE SET NULL ON UPDATE CASCADE);"
+      "INSERT INTO p VALUES(1, 'one'), (2, 'two');"
+      "INSERT INTO c VALUES('a', 1), ('b', 1), ('c', 2); INSERT INTO s VALUES(1), (2)");
+  openKeeping();
+  const std::string before = contentOf("p") + contentOf("s");
+  remove("p", 1);
+  EXPECT_EQ("deleted p 'one' 1", told(Way::back));
+  EXPECT_EQ("3|c,2;", contentOf("c"));
+  takeBack();
+  EXPECT_EQ(before, contentOf("p") + contentOf("s"));
+  EXPECT_EQ("3", OtherProgram(path_).ask("SELECT count(*) FROM c"));
+  doAgain();
+  EXPECT_EQ("3|c,2;", contentOf("c"));
+  takeBack();
+  change("p", 1, 0, "8");
+  takeBack();
+  EXPECT_EQ(before, contentOf("p") + contentOf("s"));
+  EXPECT_EQ("ok", OtherProgram(path_).ask(
+                      "SELECT iif(count(*) = 0, 'ok', 'broken') FROM pragma_foreign_key_check"));
+}
+
+TEST_F(HistoryTest, AnImportIsOneStep) {
+  prepare("CREATE TABLE t(a TEXT, b INTEGER); INSERT INTO t VALUES('one', 1)");
+  openKeeping();
+  const std::string before = contentOf("t");
+  load("t", {"x", "y", "z"});
+  EXPECT_EQ("imported t '' 3", told(Way::back));
+  const std::string behind = contentOf("t");
+  takeBack();
+  EXPECT_EQ(before, contentOf("t"));
+  doAgain();
+  EXPECT_EQ(behind, contentOf("t"));
+}
+
+TEST_F(HistoryTest, AStatementIsOneStep) {
+  prepare("CREATE TABLE t(a TEXT, b INTEGER); INSERT INTO t VALUES('one', 1), ('two', 2)");
+  openKeeping();
+  const std::string before = contentOf("t");
+  run("UPDATE t SET b = b + 10");
+  EXPECT_EQ("statement t '' 2", told(Way::back));
+  run("DELETE FROM t");
+  EXPECT_EQ("statement t '' 2", told(Way::back));
+  takeBack();
+  takeBack();
+  EXPECT_EQ(before, contentOf("t"));
+}
+
+TEST_F(HistoryTest, TheStructureIsNoStep) {
+  prepare("CREATE TABLE t(a TEXT)");
+  openKeeping();
+  addTo("t", "one");
+  run("CREATE TABLE u(a Text)");
+  EXPECT_EQ("added t 'one' 1", told(Way::back));
+  takeBack();
+  EXPECT_EQ("", contentOf("t"));
+}
+
+// ---- The record that a step is about
+
+TEST_F(HistoryTest, TellsWhereTheRecordStands) {
+  prepare(
+      "CREATE TABLE t(a TEXT); INSERT INTO t VALUES('one'), ('two'), ('three'); CREATE TABLE u(a TEXT);"
+      "INSERT INTO u VALUES('x')");
+  openKeeping();
+  remove("t", 2);
+  takeBack();
+  ASSERT_TRUE(history().taken());
+  EXPECT_EQ("t", history().taken()->table);
+  EXPECT_EQ(2, records("Select * from [t]")->positionOf(*history().taken()));
+  EXPECT_EQ(2, records("SELECT a FROM T ORDER BY a")->positionOf(*history().taken()) - 1);
+  EXPECT_EQ(0, records("SELECT a FROM t WHERE a = 'one'")->positionOf(*history().taken()));
+  EXPECT_EQ(0, records("Select * from [u]")->positionOf(*history().taken()));
+  EXPECT_EQ(0, records("SELECT count(*) FROM t")->positionOf(*history().taken()));
+  doAgain();
+  EXPECT_FALSE(history().taken());
+}
+
+TEST_F(HistoryTest, ARecordIsCalledByItsFirstTextElseItsFirstValue) {
+  prepare(
+      "CREATE TABLE t(n INTEGER, b BLOB, x TEXT, y TEXT); INSERT INTO t VALUES(1, x'00', '', 'Ulysses'), "
+      "(2, x'00', NULL, ' '), (NULL, x'00', NULL, NULL), (4, NULL, 'a' || char(13, 10) || 'b', ''),"
+      "(5, NULL, printf('%.*c', 100, 'x') || 'y', NULL), (6, NULL, replace(hex(zeroblob(40)), '0', 'ä'), "
+      "'')");
+  openKeeping();
+  std::string all;
+  for (int n = 0; n < 6; ++n) {
+    remove("t", 1);
+    all += history().next(Way::back)->caption + "|";
+  }
+  std::string umlauts;
+  for (int n = 0; n < 30; ++n) umlauts += "ä";
+  EXPECT_EQ("Ulysses|2||a  b|" + std::string(60, 'x') + "…|" + umlauts + "…|", all);
+}
+
+// ---- Refusals
+
+TEST_F(HistoryTest, ARecordThatAnotherProgramHasChangedIsLeftAlone) {
+  prepare("CREATE TABLE t(a TEXT, b INTEGER); INSERT INTO t VALUES('one', 1), ('two', 2)");
+  openKeeping();
+  addTo("t", "old");
+  change("t", 1, 0, "eins");
+  OtherProgram(path_).run("UPDATE t SET b = 99 WHERE rowid = 1");
+  const std::string theirs = contentOf("t");
+  expectRefusal(Way::back, ErrorCode::changedElsewhere, "Another program has changed the record since.");
+  EXPECT_EQ(theirs, contentOf("t"));
+  EXPECT_EQ("added t 'old' 1", told(Way::back)) << "what can never be taken back is in nobody's way";
+  OtherProgram(path_).run("UPDATE t SET b = 5 WHERE a = 'old'");
+  expectRefusal(Way::back, ErrorCode::changedElsewhere, "Another program has changed the record since.");
+  EXPECT_EQ("", told(Way::back));
+}
+
+TEST_F(HistoryTest, ARecordThatAnotherProgramHasDeletedStaysDeleted) {
+  prepare("CREATE TABLE t(a TEXT, b INTEGER); INSERT INTO t VALUES('one', 1), ('two', 2)");
+  openKeeping();
+  change("t", 1, 0, "eins");
+  OtherProgram(path_).run("DELETE FROM t WHERE rowid = 1");
+  expectRefusal(Way::back, ErrorCode::changedElsewhere, "Another program has deleted the record.");
+  EXPECT_EQ("2|two,2;", contentOf("t"));
+}
+
+TEST_F(HistoryTest, ARecordThatTookThePlaceOfADeletedOneIsLeftAlone) {
+  prepare("CREATE TABLE t(a TEXT, b INTEGER); INSERT INTO t VALUES('one', 1), ('two', 2)");
+  openKeeping();
+  remove("t", 2);
+  OtherProgram(path_).run("INSERT INTO t VALUES('theirs', 2)");
+  expectRefusal(Way::back, ErrorCode::changedElsewhere, "Another record stands in its place.");
+  EXPECT_EQ("1|one,1;2|theirs,2;", contentOf("t"));
+}
+
+TEST_F(HistoryTest, ARowIdThatIsTakenIsLeftToItsOwnerWhereTheKeyIsAnother) {
+  prepare("CREATE TABLE t(a TEXT PRIMARY KEY); INSERT INTO t VALUES('one'), ('two')");
+  openKeeping();
+  remove("t", 2);
+  OtherProgram(path_).run("INSERT INTO t VALUES('theirs')");
+  takeBack();
+  EXPECT_EQ("1|one;2|theirs;3|two;", contentOf("t"));
+}
+
+TEST_F(HistoryTest, ALetterCaseCountsInARecordThatIsLeftAlone) {
+  prepare(
+      "CREATE TABLE t(a TEXT COLLATE NOCASE PRIMARY KEY, b TEXT COLLATE NOCASE); INSERT INTO t VALUES('one', "
+      "'x')");
+  openKeeping();
+  addTo("t", "two");
+  OtherProgram(path_).run("UPDATE t SET a = 'Two' WHERE a = 'two'");
+  expectRefusal(Way::back, ErrorCode::changedElsewhere, "Another program has changed the record since.");
+  change("t", 1, 1, "y");
+  OtherProgram(path_).run("UPDATE t SET b = 'Y' WHERE a = 'one'");
+  expectRefusal(Way::back, ErrorCode::changedElsewhere, "Another program has changed the record since.");
+}
+
+TEST_F(HistoryTest, ARuleOfTheDatabaseHoldsAtTheTakingBackToo) {
+  prepare("CREATE TABLE t(a TEXT, u TEXT UNIQUE); INSERT INTO t VALUES('one', 'x'), ('two', 'y')");
+  openKeeping();
+  change("t", 1, 1, "z");
+  OtherProgram(path_).run("UPDATE t SET u = 'x' WHERE a = 'two'");
+  expectRefusal(Way::back, ErrorCode::constraint, "UNIQUE constraint failed: t.u");
+  EXPECT_EQ("1|one,z;2|two,x;", contentOf("t"));
+}
+
+TEST_F(HistoryTest, ARuleThatWouldPutItInThePlaceOfAnotherOneDoesNot) {
+  for (const char* rule : {"REPLACE", "IGNORE", "ROLLBACK", "FAIL", "ABORT"}) {
+    SCOPED_TRACE(rule);
+    remake(std::string("CREATE TABLE t(a TEXT, u TEXT UNIQUE ON CONFLICT ") + rule +
+           "); INSERT INTO t VALUES('one', 'x'), ('two', 'y')");
+    openKeeping();
+    remove("t", 1);
+    OtherProgram(path_).run("UPDATE t SET u = 'x' WHERE a = 'two'");
+    const Status refused = history().take(Way::back);
+    EXPECT_EQ(ErrorCode::constraint, refused.code()) << refused.message();
+    EXPECT_EQ("2|two,x;", contentOf("t"));
+    addTo("t", "still", 5);
+  }
+}
+
+TEST_F(HistoryTest, RecordsThatOthersReferToStay) {
+  prepare(
+      "CREATE TABLE p(id INTEGER PRIMARY KEY); CREATE TABLE c(p REFERENCES p ON DELETE CASCADE);"
+      "INSERT INTO p VALUES(1)");
+  openKeeping();
+  run("INSERT INTO p VALUES(2)");
+  OtherProgram(path_).run("INSERT INTO c VALUES(2)");
+  expectRefusal(Way::back, ErrorCode::constraint,
+                "FOREIGN KEY constraint failed: records would refer to one that is not there.");
+  EXPECT_EQ("1|2;", contentOf("c"));
+}
+
+TEST_F(HistoryTest, ATableThatIsGoneOrAnotherOne) {
+  prepare("CREATE TABLE t(a TEXT); CREATE TABLE u(a TEXT); CREATE TABLE v(a TEXT)");
+  openKeeping();
+  addTo("v", "stays");
+  addTo("t", "one");
+  addTo("u", "two");
+  OtherProgram(path_).run("ALTER TABLE u ADD b; DROP TABLE t");
+  expectRefusal(Way::back, ErrorCode::structureChanged,
+                "The table u is no longer there, or has got another structure.");
+  expectRefusal(Way::back, ErrorCode::structureChanged,
+                "The table t is no longer there, or has got another structure.");
+  takeBack();
+  EXPECT_EQ("", contentOf("v"));
+}
+
+TEST_F(HistoryTest, WhatCanPassIsTriedAgain) {
+  prepare("CREATE TABLE t(a TEXT)");
+  openKeeping({.lockWait = 0});
+  addTo("t", "one");
+  {
+    OtherProgram other(path_);
+    other.run("BEGIN IMMEDIATE");
+    EXPECT_EQ(ErrorCode::locked, history().take(Way::back).code());
+    EXPECT_EQ("added t 'one' 1", told(Way::back));
+    other.run("ROLLBACK");
+  }
+  takeBack();
+  EXPECT_EQ("", contentOf("t"));
+}
+
+TEST_F(HistoryTest, AFileThatHasLostItsNameTakesNothingBack) {
+  prepare("CREATE TABLE t(a TEXT)");
+  openKeeping();
+  addTo("t", "one");
+  std::error_code error;
+  std::filesystem::rename(path_, folder_.file("other.cdb"), error);
+  if (error) GTEST_SKIP() << "this system keeps open files under their names";
+  EXPECT_EQ(ErrorCode::fileGone, history().take(Way::back).code());
+  EXPECT_EQ("added t 'one' 1", told(Way::back));
+  std::filesystem::rename(folder_.file("other.cdb"), path_);
+  takeBack();
+}
+
+// ---- What is not kept
+
+TEST_F(HistoryTest, NothingIsTakenBackPastWhatIsNotKept) {
+  prepare("CREATE TABLE t(a TEXT PRIMARY KEY, b)");
+  openKeeping();
+  addTo("t", "one");
+  const auto rows = records("Select * from [t]");
+  ASSERT_TRUE(rows->addNew());
+  ASSERT_TRUE(rows->setValue(1, std::string("its key is null")));
+  ASSERT_TRUE(rows->update());
+  EXPECT_EQ("", told(Way::back));
+  addTo("t", "two");
+  EXPECT_EQ("added t 'two' 1", told(Way::back));
+  ASSERT_TRUE(rows->moveLast());
+  ASSERT_TRUE(rows->remove());
+  EXPECT_EQ("", told(Way::back)) << "its deletion neither";
+}
+
+TEST_F(HistoryTest, AKeyThatBecomesOneOfTheSameMeaningIsNotKept) {
+  prepare("CREATE TABLE t(a TEXT COLLATE NOCASE PRIMARY KEY, b); INSERT INTO t VALUES('one', 1), ('two', 2)");
+  openKeeping();
+  change("t", 1, 1, "5");
+  change("t", 1, 0, "ONE");
+  EXPECT_EQ("", told(Way::back));
+  change("t", 1, 0, "three");
+  takeBack();
+  EXPECT_EQ("1|ONE,5;2|two,2;", contentOf("t"));
+}
+
+TEST_F(HistoryTest, WhatCanNotBeKeptIsStoredNoneTheLess) {
+  std::string columns;
+  for (int n = 0; n < 901; ++n) columns += (n == 0 ? "c" : ", c") + std::to_string(n);
+  for (const char* key : {"", " TEXT PRIMARY KEY"}) {
+    std::string definition = columns;
+    definition.insert(2, key);
+    remake("CREATE TABLE t(" + definition + ")");
+    openKeeping();
+    addTo("t", "stored");
+    EXPECT_EQ("", told(Way::back));
+    EXPECT_EQ("stored", OtherProgram(path_).ask("SELECT c0 FROM t"));
+  }
+}
+
+TEST_F(HistoryTest, ChangesOfWhatAVirtualTableStandsOnAreNotKept) {
+  prepare(
+      "CREATE TABLE t(a TEXT); CREATE VIRTUAL TABLE f USING fts5(a, content='t', content_rowid='rowid');"
+      "CREATE TRIGGER i AFTER INSERT ON t BEGIN INSERT INTO f(rowid, a) VALUES(new.rowid, new.a); END");
+  openKeeping();
+  addTo("t", "one");
+  EXPECT_EQ("", told(Way::back));
+}
+
+TEST_F(HistoryTest, TakesNoMoreMemoryThanItMay) {
+  prepare("CREATE TABLE t(a TEXT)");
+  open();
+  history().keep(200'000);
+  addTo("t", std::string(60'000, 'x'));
+  addTo("t", std::string(60'000, 'y'));
+  addTo("t", std::string(60'000, 'z'));
+  addTo("t", std::string(60'000, 'w'));
+  int steps = 0;
+  while (history().next(Way::back) != nullptr) {
+    takeBack();
+    ++steps;
+  }
+  EXPECT_EQ(3, steps) << "the oldest is forgotten";
+  addTo("t", "small");
+  addTo("t", std::string(150'000, 'x'));
+  EXPECT_EQ("", told(Way::back)) << "too large for one";
+  run("WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 20000) "
+      "INSERT INTO t SELECT 'row ' || i FROM n");
+  EXPECT_EQ("", told(Way::back));
+  addTo("t", "small again");
+  EXPECT_EQ("added t 'small again' 1", told(Way::back));
+}
+
+TEST_F(HistoryTest, ATableOf900Columns) {
+  std::string columns;
+  for (int n = 0; n < 900; ++n) columns += (n == 0 ? "c" : ", c") + std::to_string(n);
+  prepare("CREATE TABLE t(" + columns + "); INSERT INTO t(c0, c899) VALUES('one', 1), ('two', 2)");
+  openKeeping();
+  const std::string before = contentOf("t");
+  remove("t", 1);
+  change("t", 1, 0, "zwei");
+  addTo("t", "three");
+  for (int n = 0; n < 3; ++n) takeBack();
+  EXPECT_EQ(before, contentOf("t"));
+  for (int n = 0; n < 3; ++n) doAgain();
+  for (int n = 0; n < 3; ++n) takeBack();
+  EXPECT_EQ(before, contentOf("t"));
+}
+
+TEST_F(HistoryTest, KeysThatChangePlacesComeBack) {
+  prepare(
+      "CREATE TABLE t(k INTEGER PRIMARY KEY, u INTEGER UNIQUE); INSERT INTO t VALUES(1, 1), (2, 2), (3, 3)");
+  openKeeping();
+  const std::string before = contentOf("t");
+  run("UPDATE t SET u = -u");
+  run("UPDATE t SET u = iif(k = 3, 1, k + 1)");
+  const std::string behind = contentOf("t");
+  takeBack();
+  takeBack();
+  EXPECT_EQ(before, contentOf("t"));
+  doAgain();
+  doAgain();
+  EXPECT_EQ(behind, contentOf("t"));
+}
+
+}  // namespace
+}  // namespace store

@@ -1,0 +1,195 @@
+// Changes that are taken back and done again, and the page that shows the record.
+#include "resources/command_ids.h"
+#include "tests/ui/document/document_fixture.h"
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+namespace {
+
+constexpr const wchar_t* kFirst = L"Select * from [First One]";
+
+class DocumentHistoryTest : public DocumentTest {
+ protected:
+  void SetUp() override {
+    DocumentTest::SetUp();
+    theAppSettings->options().setGenUpdateRights(kNewRecordsAndDeletions);
+    theAppSettings->options().setWarningOnDeletion(0);
+  }
+
+  void openOn(ViewMode mode) {
+    open();
+    document().setViewMode(mode);
+  }
+  void type(const wchar_t* text) { window().form.fields.front().content = text; }
+  /// As the commands of the window do it.
+  bool take(HistoryWay way) {
+    const std::optional<ViewMode> page = document().takeStep(way);
+    if (!page) return false;
+    document().setViewMode(*page);
+    document().showTaken();
+    return true;
+  }
+  bool undo() { return take(HistoryWay::back); }
+  bool redo() { return take(HistoryWay::again); }
+  bool isOffered(int command) { return document().isOffered(command); }
+};
+
+TEST_F(DocumentHistoryTest, IsOfferedWhenThereIsSomethingToTake) {
+  EXPECT_FALSE(isOffered(ID_HISTORY_UNDO));
+  openOn(ViewMode::form);
+  EXPECT_FALSE(isOffered(ID_HISTORY_UNDO));
+  EXPECT_FALSE(undo());
+  EXPECT_THAT(messages(), IsEmpty());
+  type(L"11");
+  document().moveNextRecord();
+  EXPECT_TRUE(isOffered(ID_HISTORY_UNDO));
+  EXPECT_FALSE(isOffered(ID_HISTORY_REDO));
+  EXPECT_EQ(document().historyText(HistoryWay::back), L"Undo change of '11'");
+  EXPECT_TRUE(undo());
+  EXPECT_FALSE(isOffered(ID_HISTORY_UNDO));
+  EXPECT_TRUE(isOffered(ID_HISTORY_REDO));
+  document().closeDatabase();
+  EXPECT_FALSE(isOffered(ID_HISTORY_REDO));
+}
+
+TEST_F(DocumentHistoryTest, TheFormShowsTheRecordThatWasChanged) {
+  openOn(ViewMode::form);
+  document().moveNextRecord();
+  type(L"21");
+  document().moveFirstRecord();
+  EXPECT_EQ(value(), L"10");
+  EXPECT_TRUE(undo());
+  EXPECT_EQ(value(), L"20");
+  EXPECT_EQ(currentRecord, 2u);
+  EXPECT_THAT(stored(kFirst), ElementsAre(L"10", L"20", L"30"));
+  document().moveFirstRecord();
+  EXPECT_TRUE(redo());
+  EXPECT_EQ(value(), L"21");
+  EXPECT_THAT(messages(), IsEmpty());
+}
+
+TEST_F(DocumentHistoryTest, WhatIsTypedIsTheNewestChange) {
+  openOn(ViewMode::form);
+  type(L"11");
+  EXPECT_TRUE(undo());
+  EXPECT_EQ(value(), L"10");
+  EXPECT_TRUE(redo());
+  EXPECT_EQ(value(), L"11");
+}
+
+TEST_F(DocumentHistoryTest, ADeletedRecordComesBackInItsPlace) {
+  openOn(ViewMode::form);
+  document().moveNextRecord();
+  document().deleteRecord();
+  EXPECT_EQ(value(), L"10");
+  EXPECT_TRUE(undo());
+  EXPECT_EQ(value(), L"20");
+  EXPECT_EQ(currentRecord, 2u);
+  EXPECT_EQ(recordCount, 3u);
+  EXPECT_TRUE(redo());
+  EXPECT_EQ(recordCount, 2u);
+  EXPECT_THAT(stored(kFirst), ElementsAre(L"10", L"30"));
+}
+
+TEST_F(DocumentHistoryTest, AnAddedRecordGoesAndComesAgain) {
+  openOn(ViewMode::form);
+  document().newRecord();
+  type(L"40");
+  document().moveFirstRecord();
+  EXPECT_TRUE(undo());
+  EXPECT_EQ(recordCount, 3u);
+  EXPECT_EQ(value(), L"10");
+  EXPECT_TRUE(redo());
+  EXPECT_EQ(value(), L"40");
+  EXPECT_EQ(currentRecord, 4u);
+}
+
+TEST_F(DocumentHistoryTest, TheOnlyRecordGoesAndComes) {
+  open();
+  document().openTableSelection(2);
+  document().setViewMode(ViewMode::form);
+  document().newRecord();
+  type(L"5");
+  EXPECT_TRUE(undo());
+  EXPECT_EQ(recordCount, 0u);
+  EXPECT_THAT(stored(L"Select * from [Empty]"), IsEmpty());
+  EXPECT_TRUE(redo());
+  EXPECT_EQ(value(), L"5");
+  EXPECT_EQ(recordCount, 1u);
+}
+
+TEST_F(DocumentHistoryTest, TheListShowsTheRow) {
+  openOn(ViewMode::list);
+  currentRecord = 3;
+  document().rowChosen();
+  document().deleteRecord();
+  EXPECT_TRUE(undo());
+  EXPECT_EQ(document().viewMode(), ViewMode::list);
+  EXPECT_EQ(currentRecord, 3u);
+  EXPECT_EQ(recordCount, 3u);
+}
+
+TEST_F(DocumentHistoryTest, TheRightTableIsOpened) {
+  openOn(ViewMode::form);
+  type(L"11");
+  document().setViewMode(ViewMode::tables);
+  document().openTableSelection(1);
+  document().setViewMode(ViewMode::form);
+  EXPECT_EQ(value(), L"1");
+  EXPECT_TRUE(undo());
+  EXPECT_EQ(document().tableName().text(), std::wstring(L"First One"));
+  EXPECT_EQ(value(), L"10");
+}
+
+TEST_F(DocumentHistoryTest, FromAPageOfNamesTheFormShowsIt) {
+  openOn(ViewMode::form);
+  document().moveLastRecord();
+  type(L"33");
+  document().setViewMode(ViewMode::tables);
+  document().openTableSelection(1);
+  EXPECT_TRUE(undo());
+  EXPECT_EQ(document().viewMode(), ViewMode::form);
+  EXPECT_EQ(value(), L"30");
+}
+
+TEST_F(DocumentHistoryTest, AQueryThatHasTheRecordStaysInUse) {
+  addQueries();
+  open();
+  document().setViewMode(ViewMode::queries);
+  document().openQuerySelection(0);
+  document().setViewMode(ViewMode::form);
+  EXPECT_EQ(value(), L"20");
+  type(L"25");
+  EXPECT_TRUE(undo());
+  EXPECT_TRUE(document().openedFromQuery());
+  EXPECT_EQ(value(), L"20");
+}
+
+TEST_F(DocumentHistoryTest, ASavedQueryComesBackOnItsPage) {
+  addQueries();
+  openOn(ViewMode::queries);
+  document().openQuerySelection(0);
+  window().prompts.agrees = true;
+  EXPECT_EQ(document().deleteQueryCommand(), CommandResult::done);
+  EXPECT_EQ(window().queries->items.size(), 1u);
+  EXPECT_TRUE(undo());
+  EXPECT_EQ(document().viewMode(), ViewMode::queries);
+  EXPECT_EQ(window().queries->items.size(), 2u);
+}
+
+TEST_F(DocumentHistoryTest, ARecordThatAnotherProgramHasChangedIsLeftAloneAndThatIsTold) {
+  openOn(ViewMode::form);
+  type(L"11");
+  document().moveNextRecord();
+  runStatements(path(), {L"UPDATE [First One] SET a = 99 WHERE a = 11"});
+  EXPECT_FALSE(undo());
+  ASSERT_EQ(messages().size(), 1u);
+  EXPECT_EQ(messages()[0].text,
+            L"The change could not be undone.\nAnother program has changed the record since.");
+  EXPECT_THAT(stored(kFirst), ElementsAre(L"99", L"20", L"30"));
+  EXPECT_FALSE(isOffered(ID_HISTORY_UNDO));
+}
+
+}  // namespace
