@@ -7,6 +7,7 @@
 
 #include "benchmarks/find_measures.h"
 #include "benchmarks/measures.h"
+#include "benchmarks/order_measures.h"
 
 namespace bench {
 
@@ -31,6 +32,7 @@ inline std::vector<Measure> allMeasures(const Arguments& arguments) {
   prepareFind(arguments.path);
   std::vector<Measure> measures = makeMeasures(arguments.path, arguments.scratchPath);
   for (Measure& measure : makeFindMeasures(arguments.path)) measures.push_back(std::move(measure));
+  for (Measure& measure : makeOrderMeasures(arguments.path)) measures.push_back(std::move(measure));
   return measures;
 }
 

@@ -4,6 +4,7 @@
 
 #include "benchmarks/bare_database.h"
 #include "benchmarks/find_measures.h"
+#include "benchmarks/order_measures.h"
 #include "tests/support/paths.h"
 
 // That the benchmark of the search works, on a small table. How long it takes is ./bench's to say.
@@ -42,6 +43,14 @@ class BenchTest : public testing::Test {
 // Each measurement itself ends the program when it does not pass over the records that it should.
 TEST_F(BenchTest, EachSearchIsMeasuredOnBothSides) {
   for (const Measure& measure : makeFindMeasures(path_)) {
+    SCOPED_TRACE(measure.name);
+    EXPECT_GT(measure.engine(), 0);
+    EXPECT_GT(measure.bare(), 0);
+  }
+}
+
+TEST_F(BenchTest, EachOrderIsMeasuredOnBothSides) {
+  for (const Measure& measure : makeOrderMeasures(path_)) {
     SCOPED_TRACE(measure.name);
     EXPECT_GT(measure.engine(), 0);
     EXPECT_GT(measure.bare(), 0);

@@ -18,6 +18,9 @@ namespace cdbtool {
 /// Opens the database at `path` (UTF-8).
 store::Status openFile(const std::string& path, std::unique_ptr<store::Backend>* backend);
 
+/// Which letters count as one, as the system has it.
+const store::CaseFolding& lettersOfSystem();
+
 int listTables(const std::string& file, bool withCounts);
 
 /// How rows are shown or written.

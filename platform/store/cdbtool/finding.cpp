@@ -57,6 +57,11 @@ Status Search::searchTable(const std::string& name) {
 
 }  // namespace
 
+const store::CaseFolding& lettersOfSystem() {
+  static const store::CaseFolding folding(foldedUnit);
+  return folding;
+}
+
 int find(const FindRequest& request) {
   std::unique_ptr<Backend> backend;
   if (Status status = openFile(request.file, &backend); !status) return failed(status);
@@ -66,8 +71,7 @@ int find(const FindRequest& request) {
   } else if (Status status = userTables(*backend, &tables); !status) {
     return failed(status);
   }
-  const store::CaseFolding folding(foldedUnit);
-  const store::TextNeedle needle(unitsOf(request.text), request.matchesCase ? nullptr : &folding);
+  const store::TextNeedle needle(unitsOf(request.text), request.matchesCase ? nullptr : &lettersOfSystem());
   Search search(*backend, needle);
   for (const std::string& table : tables) {
     if (Status status = search.searchTable(table); !status) {

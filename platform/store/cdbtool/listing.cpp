@@ -42,6 +42,7 @@ Status openFile(const std::string& path, std::unique_ptr<Backend>* backend) {
   // This program stays small beside what it works on.
   options.pageCacheKibibytes = 16 * 1024;
   options.question = [](store::Busy) { return wasInterrupted(); };
+  options.folding = lettersOfSystem;
   Status status = openDatabase(path, options, backend);
   if (status) return {};
   return {status.code(), path + ": " + status.message()};

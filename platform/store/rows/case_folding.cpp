@@ -14,4 +14,11 @@ CaseFolding::CaseFolding(const std::function<char16_t(char16_t)>& folded) {
   }
 }
 
+const CaseFolding& asciiCapitals() {
+  static const CaseFolding folding([](char16_t unit) {
+    return unit >= u'a' && unit <= u'z' ? static_cast<char16_t>(unit - u'a' + u'A') : unit;
+  });
+  return folding;
+}
+
 }  // namespace store

@@ -27,4 +27,7 @@ class CaseFolding {
   std::vector<Change> changes_;
 };
 
+/// For who has no system to ask: the capitals of A to Z.
+const CaseFolding& asciiCapitals();
+
 }  // namespace store

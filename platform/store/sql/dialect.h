@@ -1,8 +1,10 @@
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform/store/rows/status.h"
 
@@ -68,6 +70,14 @@ struct SingleTableSelect {
   std::string qualifier;      ///< how the table's columns are addressed: alias or name, in double quotes
   std::string tail;           ///< what follows the table: WHERE, ORDER BY, LIMIT, or nothing
   std::string order;          ///< its ORDER BY alone, or nothing
+  /// What stands around it, from the inside out: "SELECT * FROM (...) WHERE ... ORDER BY ...", which only chooses
+  /// among its rows and orders them. The parts above are those of the innermost SELECT.
+  struct Around {
+    std::string tail;   ///< what follows the parenthesis
+    std::string order;  ///< its ORDER BY alone, or nothing
+  };
+  static constexpr std::size_t kMostAround = 8;
+  std::vector<Around> around;
   bool isPlainTable = false;  ///< "SELECT * FROM table" and nothing else, no schema or alias either
 };
 
@@ -76,7 +86,7 @@ struct SingleTableSelect {
 /// compound, WITH or INDEXED BY, and no window function in its column list or ORDER BY. Whether the name
 /// is a table (not a view) is for the caller to ask, and so is whether there is an aggregate: one inside a
 /// subquery may belong to either SELECT, which only the tables' columns tell. Subqueries elsewhere than in
-/// FROM are allowed.
+/// FROM are allowed. So is "SELECT * FROM" such a SELECT in parentheses, up to kMostAround times over.
 /// Empty for every other statement, several statements and text that SQLite can't read included.
 /// A statement that is not empty need not be a correct one. Linear in time.
 std::optional<SingleTableSelect> readSingleTableSelect(std::string_view sql);

@@ -2,6 +2,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "platform/store/rows/ascii_case.h"
@@ -110,9 +111,35 @@ bool isOneStatement(const Tokens& tokens, std::size_t last) {
   return depth == 0;
 }
 
-}  // namespace
+/// Where the parenthesis closes that stands at `open`; `last` when it does not.
+std::size_t findClose(const Tokens& tokens, std::size_t open, std::size_t last) {
+  for (std::size_t i = open + 1; i < last; ++i) {
+    if (tokens[i].kind == TokenKind::close && tokens[i].depth == tokens[open].depth) return i;
+  }
+  return last;
+}
 
-std::optional<SingleTableSelect> readSingleTableSelect(std::string_view sql) {
+/// "SELECT * FROM (inside) ...": what follows, and `*inside` becomes what stands in the parentheses. Empty for
+/// anything else; `*inside` is then untouched.
+std::optional<SingleTableSelect::Around> readAround(std::string_view* inside) {
+  const Tokens tokens(*inside);
+  const std::size_t last = tokens.countWithoutSemicolons();
+  constexpr std::size_t kOpen = 3;
+  const bool isAround = isWord(tokens[0], "SELECT") && tokens[1].text == "*" && isWord(tokens[2], "FROM") &&
+                        tokens[kOpen].kind == TokenKind::open;
+  if (!isAround || !isOneStatement(tokens, last)) return std::nullopt;
+  const std::size_t close = findClose(tokens, kOpen, last);
+  if (!isPlainTail(tokens, close + 1, last)) return std::nullopt;
+  const std::size_t order = findWordAtTop(tokens, "ORDER", close + 1, last);
+  if (hasWindowFunction(tokens, order, last)) return std::nullopt;
+  SingleTableSelect::Around around;
+  around.tail = tokens.slice(close + 1, last);
+  around.order = tokens.slice(order, findWordAtTop(tokens, "LIMIT", order, last));
+  *inside = tokens.slice(kOpen + 1, close);
+  return around;
+}
+
+std::optional<SingleTableSelect> readInnermost(std::string_view sql) {
   const Tokens tokens(sql);
   const std::size_t last = tokens.countWithoutSemicolons();
   if (!isWord(tokens[0], "SELECT") || !isOneStatement(tokens, last)) return std::nullopt;
@@ -133,6 +160,21 @@ std::optional<SingleTableSelect> readSingleTableSelect(std::string_view sql) {
   select.tail = tokens.slice(table->end, last);
   select.order = tokens.slice(order, findWordAtTop(tokens, "LIMIT", order, last));
   select.isPlainTable = select.columnList == "*" && table->end == from + 2 && table->end == last;
+  return select;
+}
+
+}  // namespace
+
+std::optional<SingleTableSelect> readSingleTableSelect(std::string_view sql) {
+  std::vector<SingleTableSelect::Around> around;
+  while (std::optional<SingleTableSelect::Around> next = readAround(&sql)) {
+    if (around.size() == SingleTableSelect::kMostAround) return std::nullopt;
+    around.insert(around.begin(), std::move(*next));
+  }
+  std::optional<SingleTableSelect> select = readInnermost(sql);
+  if (!select || around.empty()) return select;
+  select->isPlainTable = false;
+  select->around = std::move(around);
   return select;
 }
 

@@ -1,6 +1,9 @@
 #include "platform/store/sqlite/sqlite_backend.h"
 
+#include "platform/store/rows/ascii_case.h"
+#include "platform/store/sql/sql_tokens.h"
 #include "platform/store/sqlite/connection/catalogue.h"
+#include "platform/store/sqlite/connection/text_functions.h"
 #include "platform/store/sqlite/file_copy.h"
 #include "platform/store/sqlite/sources/result_rows.h"
 #include "platform/store/sqlite/sources/schema_reading.h"
@@ -58,6 +61,19 @@ bool mayHoldDate(std::string_view sql) {
 bool yieldsRows(sqlite3_stmt* statement) {
   const bool onlyReads = sqlite3_stmt_readonly(statement) != 0 || sqlite3_stmt_isexplain(statement) != 0;
   return sqlite3_column_count(statement) > 0 && onlyReads;
+}
+
+bool callsTextFunction(std::string_view sql) {
+  if (sql.find('(') == std::string_view::npos) return false;
+  const Tokens tokens(sql);
+  for (std::size_t index = 0; index < tokens.count(); ++index) {
+    if (!isName(tokens[index]) || tokens[index + 1].kind != TokenKind::open) continue;
+    const std::string name = nameOf(tokens[index]);
+    for (const char* function : kTextFunctions) {
+      if (equalsIgnoringCase(name, function)) return true;
+    }
+  }
+  return false;
 }
 
 bool startsWithWord(std::string_view sql, std::string_view word) {
@@ -179,6 +195,12 @@ Status SqliteBackend::prepareText(Statement* statement, UserStatement* prepared)
   if (meansDates && mayHoldDate(statement->sql)) {
     if (Status status = makeDatesMoments(&statement->sql, dateOrder_, *this); !status) return status;
   }
+  // A view, a trigger or a default is not looked into before it is used.
+  if (statement->kind == StatementKind::definition && callsTextFunction(statement->sql)) {
+    return {ErrorCode::errorsInCommand,
+            "quivane_fold and quivane_contains can't be part of a table, view or trigger: other programs have no "
+            "such functions."};
+  }
   if (Status status = connection_->prepareUser(statement->sql, prepared); !status) return status;
   if (sqlite3_bind_parameter_count(prepared->statement.get()) > 0) {
     return {ErrorCode::errorsInCommand, "A statement can't have parameters."};
@@ -271,8 +293,10 @@ Status SqliteBackend::makesOneRowOfAll(const SingleTableSelect& select, bool* ma
   if (select.isPlainTable) return {};
   const StatementWatch::Asked asked(connection_->watch());
   SqliteStatement statement;
-  const std::string sql =
-      "SELECT " + select.columnList + " FROM " + select.tableClause + " WHERE 0 " + select.order;
+  std::string sql = "SELECT " + select.columnList + " FROM " + select.tableClause + " WHERE 0 " + select.order;
+  for (const SingleTableSelect::Around& around : select.around) {
+    sql = "SELECT * FROM (" + sql + ") " + around.order;
+  }
   if (Status status = connection_->prepare(sql, &statement); !status) return status;
   const int result = sqlite3_step(statement.get());
   *makesOne = result == SQLITE_ROW;

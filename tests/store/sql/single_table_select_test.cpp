@@ -54,6 +54,34 @@ TEST(SingleTableSelectTest, PlainTableIsOnlyAnAsteriskAndAName) {
   }
 }
 
+TEST(SingleTableSelectTest, WhatOnlyChoosesAmongItsRowsMayStandAroundIt) {
+  const SingleTableSelect select =
+      read("SELECT * FROM (select * from (SELECT a FROM t b WHERE a > 1) WHERE a < 9) ORDER BY a LIMIT 3");
+  EXPECT_EQ(select.table, "t");
+  EXPECT_EQ(select.columnList, "a");
+  EXPECT_EQ(select.tail, "WHERE a > 1");
+  ASSERT_EQ(select.around.size(), 2U);
+  EXPECT_EQ(select.around[0].tail, "WHERE a < 9");
+  EXPECT_EQ(select.around[0].order, "");
+  EXPECT_EQ(select.around[1].tail, "ORDER BY a LIMIT 3");
+  EXPECT_EQ(select.around[1].order, "ORDER BY a");
+  EXPECT_FALSE(read("SELECT * FROM (SELECT * FROM t)").isPlainTable);
+  expectEmpty({"SELECT a FROM (SELECT a FROM t)", "SELECT * FROM (SELECT a FROM t) x",
+               "SELECT * FROM (SELECT a FROM t), u", "SELECT * FROM (SELECT a FROM t) GROUP BY a",
+               "SELECT * FROM (SELECT a FROM t) ORDER BY row_number() OVER (ORDER BY a)",
+               "SELECT DISTINCT * FROM (SELECT a FROM t)", "SELECT * FROM (SELECT a FROM t",
+               "SELECT * FROM ()", "SELECT * FROM (SELECT a FROM t; SELECT 1)"});
+}
+
+TEST(SingleTableSelectTest, ItIsNotLookedForBeyondSomeDepth) {
+  std::string sql = "SELECT * FROM t";
+  for (std::size_t count = 0; count < SingleTableSelect::kMostAround; ++count) {
+    sql = "SELECT * FROM (" + sql + ") WHERE 1";
+  }
+  expectRead({sql});
+  expectEmpty({"SELECT * FROM (" + sql + ")"});
+}
+
 TEST(SingleTableSelectTest, AliasAddressesTheColumns) {
   EXPECT_EQ(read("SELECT a FROM t AS b").qualifier, "\"b\"");
   EXPECT_EQ(read("SELECT a FROM t AS [b c]").qualifier, "\"b c\"");

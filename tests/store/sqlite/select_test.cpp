@@ -89,6 +89,35 @@ TEST_F(SelectTest, OneTableIsUpdatableHoweverItsRowsAreChosen) {
   expectUpdatable("SELECT * FROM t WHERE 0", "");
 }
 
+TEST_F(SelectTest, OneTableStaysUpdatableInsideASelectThatOnlyChooses) {
+  expectUpdatable("SELECT * FROM (SELECT * FROM t) WHERE a > 1 ORDER BY a DESC", "4 3 2");
+  expectUpdatable("SELECT * FROM (SELECT b AS x, a FROM t) WHERE x = 'one' ORDER BY a DESC", "4 1");
+  expectUpdatable("SELECT * FROM (SELECT b AS c, a FROM t WHERE c > 1 ORDER BY a DESC) WHERE c <> 'one'",
+                  "2");
+  expectUpdatable("SELECT * FROM (SELECT a, a + 1 AS more FROM t) ORDER BY more DESC", "4 3 2 1");
+  expectUpdatable("SELECT * FROM (SELECT * FROM t ORDER BY a DESC LIMIT 3) WHERE a <> 3 ORDER BY a", "2 4");
+  expectUpdatable("SELECT * FROM (SELECT * FROM (SELECT * FROM t WHERE a > 1) WHERE a < 4) ORDER BY a DESC",
+                  "3 2");
+  expectUpdatable("SELECT * FROM (SELECT * FROM t -- all\n) WHERE 0", "");
+  expectUpdatable("SELECT * FROM (\nSELECT * FROM t WHERE b IN ('one', 'two')\n) WHERE c > 1 LIMIT 2;", "1 2");
+}
+
+TEST_F(SelectTest, WhatStandsAroundAJoinOrAnAggregateIsReadOnly) {
+  expectReadOnly("SELECT * FROM (SELECT t.a FROM t INNER JOIN u ON t.a = u.a) ORDER BY a DESC", "3 3 1");
+  expectReadOnly("SELECT * FROM (SELECT count(*) AS n FROM t) WHERE n = 4", "4");
+  expectReadOnly("SELECT * FROM (SELECT DISTINCT a FROM t) WHERE a > 2 ORDER BY a", "3 4");
+  expectReadOnly("SELECT * FROM (SELECT a FROM v) WHERE a > 1", "2 3");
+  expectReadOnly("SELECT a FROM (SELECT a FROM t) WHERE a > 2", "3 4");
+  expectReadOnly("SELECT * FROM (SELECT a FROM t) AS x WHERE a > 2", "3 4");
+  expectReadOnly("SELECT * FROM (SELECT a FROM t), (SELECT 1) WHERE a > 2", "3 4");
+}
+
+TEST_F(SelectTest, ADateAroundAQueryIsComparedAsAMoment) {
+  prepare("CREATE TABLE days (day datetime); INSERT INTO days VALUES ('2001-03-09 00:00:00.000'), "
+          "('2001-03-09T00:00Z'), ('2001-03-10')");
+  EXPECT_EQ("2", columnOf("SELECT count(*) FROM (SELECT * FROM days) WHERE [day] = '2001-03-09'"));
+}
+
 TEST_F(SelectTest, RowsThatNoTableTellsApartAreReadOnly) {
   expectReadOnly("SELECT t.a FROM t INNER JOIN u ON t.a = u.a ORDER BY 1", "1 3 3");
   expectReadOnly("SELECT t.a FROM t, u WHERE t.a = u.a ORDER BY 1", "1 3 3");

@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include "platform/store/automation/values/search_texts.h"
+
 namespace automation {
 
 namespace {
@@ -45,6 +47,7 @@ std::wstring fullPathOf(const std::wstring& path) {
 store::OpenOptions userOptions() {
   store::OpenOptions options;
   options.dateOrder = userDateOrder();
+  options.folding = upperCase;
   return options;
 }
 

@@ -3,6 +3,7 @@
 #include <cstdint>
 
 #include "platform/store/rows/backend.h"
+#include "platform/store/rows/case_folding.h"
 #include "platform/store/sql/local_date.h"
 
 namespace store {
@@ -18,6 +19,9 @@ struct OpenOptions {
   std::int64_t mostTemporaryBytes = std::int64_t{1} << 30;
   /// Whom to ask from the opening on, as Backend::askWhileBusy() does.
   BusyQuestion question = nullptr;
+  /// Which letters count as one in quivane_fold and quivane_contains (text_functions.h). Asked when a
+  /// statement first uses one of them; what it gives outlives the database.
+  const CaseFolding& (*folding)() = asciiCapitals;
 };
 
 }  // namespace store

@@ -7,6 +7,7 @@
 #include "platform/store/sqlite/connection/catalogue.h"
 #include "platform/store/sqlite/connection/moment_collation.h"
 #include "platform/store/sqlite/connection/row_run.h"
+#include "platform/store/sqlite/connection/text_functions.h"
 #include "platform/store/sqlite/files/file_head.h"
 #include "platform/store/sqlite/files/file_system.h"
 
@@ -209,6 +210,7 @@ Status SqliteConnection::open(const std::string& path, const OpenOptions& option
   if (status) status = statusOf(handle(), addMomentCollation(handle()));
   if (status) status = addCatalogue(handle(), *watch_);
   if (status) status = RowRun::addFunction(handle());
+  if (status) status = statusOf(handle(), addTextFunctions(handle(), options.folding));
   if (status) status = checkWhole();
   if (status) status = readSchemaVersion(&schemaVersion_);
   if (!status) {

@@ -93,6 +93,9 @@ TableRows::TableRows(SqliteConnection& connection, const SingleTableSelect& sele
   } else {
     // The statement itself decides which rows and in what order; SQLite folds the two SELECTs into one.
     wideKeysSql_ = "SELECT " + select.columnList + ", " + joined(aliased, ", ") + from + select.tail;
+    for (const SingleTableSelect::Around& around : select.around) {
+      wideKeysSql_ = "SELECT * FROM (" + wideKeysSql_ + ") " + around.tail;
+    }
     keysSql_ = "SELECT " + joined(aliases, ", ") + " FROM (" + wideKeysSql_ + ")";
   }
   scanned_.columnList = select.columnList;
