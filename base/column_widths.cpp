@@ -1,37 +1,18 @@
 #include "base/column_widths.h"
 
-#include <windows.h>
-
 #include <algorithm>
 #include <memory>
 #include <span>
-#include <string>
 
 #include "base/settings_store.h"
+#include "base/source_number.h"
 
 namespace {
-
-/// Of a text, the same at every start.
-std::uint64_t numberOf(const std::wstring& text) {
-  constexpr std::uint64_t kPrime = 1099511628211U;
-  std::uint64_t number = 14695981039346656037U;
-  for (const wchar_t character : text) {
-    number = (number ^ static_cast<std::uint64_t>(character)) * kPrime;
-  }
-  return number;
-}
 
 std::uint32_t numberOfField(const wchar_t* name) {
   const std::uint64_t number = numberOf(name);
   const auto folded = static_cast<std::uint32_t>(number ^ (number >> 32));
   return folded != 0 ? folded : 1;
-}
-
-/// A path can't hold what separates it from the name.
-std::wstring sourceText(const wchar_t* file, bool isQuery, const wchar_t* name) {
-  std::wstring path = file;
-  CharUpperBuffW(path.data(), static_cast<DWORD>(path.size()));
-  return path + (isQuery ? L"\n?" : L"\n") + name;
 }
 
 template <typename Entries>
@@ -42,7 +23,7 @@ std::span<std::uint32_t> wordsOf(Entries& entries) {
 }  // namespace
 
 ColumnWidths::ColumnWidths(const wchar_t* file, bool isQuery, const wchar_t* name) {
-  const std::uint64_t source = numberOf(sourceText(file, isQuery, name)) | 1U;
+  const std::uint64_t source = numberOfSource(file, isQuery, name);
   entry_.source = static_cast<std::uint32_t>(source);
   entry_.source2 = static_cast<std::uint32_t>(source >> 32);
   const auto kept = std::make_unique<Entries>();

@@ -28,6 +28,7 @@ enum class Setting : std::uint8_t {
   recentFind5,
   password,
   columnWidths,
+  arrangements,
 };
 
 enum class SettingKind : std::uint8_t { number, text, words };
@@ -45,6 +46,7 @@ inline constexpr const wchar_t* kOptions = L"Options";
 inline constexpr const wchar_t* kRecentUserFinds = L"RecentUserFinds";
 inline constexpr const wchar_t* kPassword = L"Password";
 inline constexpr const wchar_t* kColumnWidths = L"ColumnWidths";
+inline constexpr const wchar_t* kArrangements = L"Arrangements";
 
 /// In the order of their numbers.
 inline constexpr std::array kTable = {
@@ -69,6 +71,7 @@ inline constexpr std::array kTable = {
     SettingRow{Setting::recentFind5, SettingKind::text, kRecentUserFinds, L"FI5"},
     SettingRow{Setting::password, SettingKind::text, kPassword, L"PasswordItem"},
     SettingRow{Setting::columnWidths, SettingKind::words, kColumnWidths, L"Widths"},
+    SettingRow{Setting::arrangements, SettingKind::text, kArrangements, L"Latest"},
 };
 
 constexpr const SettingRow& rowOf(Setting setting) {
@@ -79,7 +82,7 @@ static_assert([] {
   for (std::size_t i = 0; i < kTable.size(); ++i) {
     if (kTable[i].setting != static_cast<Setting>(i)) return false;
   }
-  return kTable.size() == static_cast<std::size_t>(Setting::columnWidths) + 1;
+  return kTable.size() == static_cast<std::size_t>(Setting::arrangements) + 1;
 }());
 
 }  // namespace settings

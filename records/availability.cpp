@@ -72,6 +72,18 @@ bool hasRows(const CommandFacts& facts) {
   return hasRecords(facts) && facts.viewMode == ViewMode::list;
 }
 
+bool isGridOpen(const CommandFacts& facts) {
+  return facts.recordsetOpen && facts.viewMode == ViewMode::list;
+}
+
+bool isArranged(const CommandFacts& facts) {
+  return facts.recordsetOpen && facts.isArranged && showsRecords(facts.viewMode);
+}
+
+bool isGridArranged(const CommandFacts& facts) {
+  return isGridOpen(facts) && facts.isArranged;
+}
+
 bool hasManyRecords(const CommandFacts& facts) {
   return facts.unlocked && facts.databaseOpen && facts.recordCount > 1;
 }
@@ -175,6 +187,10 @@ constexpr std::array kRows = {
     Row{ID_LOOK_UP, PopupMenu::desktop, kMenuOnly, refersElsewhere},
     Row{ID_GO_TO_LOOKED_UP, PopupMenu::desktop, kMenuOnly, refersElsewhere},
     Row{ID_GO_BACK, PopupMenu::desktop, kMenuOnly, cameFromElsewhere},
+    Row{ID_ORDER_COLUMN, PopupMenu::desktop, kMenuOnly, isGridOpen},
+    Row{ID_FILTER_ALL, PopupMenu::desktop, kMenuOnly, isGridOpen},
+    Row{ID_ARRANGEMENT_CLEAR, PopupMenu::desktop, kMenuOnly, isArranged},
+    Row{ID_ARRANGEMENT_KEEP, PopupMenu::desktop, kMenuOnly, isGridArranged},
 };
 
 }  // namespace

@@ -31,6 +31,7 @@ struct CommandFacts {
   bool cameFromElsewhere = false;  ///< to the record that is shown
   bool hasUndo = false;  ///< there is a change to be taken back
   bool hasRedo = false;  ///< and one to be done again
+  bool isArranged = false;  ///< the records have an order or filter of the user's
   bool operator==(const CommandFacts&) const = default;
 };
 

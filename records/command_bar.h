@@ -18,4 +18,6 @@ class CommandBar {
   virtual void refreshMenuBar() = 0;
   /// The text of the position box, if the page has one.
   virtual void setPositionText(const wchar_t* text) = 0;
+  /// What is shown when the mouse rests on the position box, in lines; nothing with the empty text.
+  virtual void setPositionTip(const wchar_t* text) = 0;
 };

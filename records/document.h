@@ -157,6 +157,24 @@ class Document : private BusyListener {
   /// The saved query at this place of the Queries page becomes the current one.
   void openQuerySelection(int index);
 
+  // ---- Order and filter (document_arrangement.cpp). They are kept for the table or query in use.
+
+  const Arrangement& arrangement() const { return wanted_.arrangement(); }
+  /// On the Form and List pages: what is typed is stored, and the records are shown so, where the current one is
+  /// still current if it is among them. False when what is typed can't be stored or the records can't be opened so,
+  /// which was told; nothing has changed then.
+  bool arrange(Arrangement arrangement);
+  /// Whether letter case may differ in the values of a field.
+  Arrangement::Letters lettersOf(std::uint32_t field) const;
+  /// Whether a text is looked for in the field.
+  bool canContainText(std::uint32_t field) const;
+  /// The condition that the field is what it is in the row that is chosen in the grid.
+  Outcome readChosenValue(std::uint32_t field, Arrangement::Condition& condition);
+  /// Whether a statement opens.
+  Outcome tryQuery(const String& sql);
+  /// Stores a query and stays with what is in use. False when it can't be stored, which was told.
+  bool keepQuery(const SavedQuery& query);
+
   // ---- Pages (document_modes.cpp)
 
   ViewMode viewMode() const { return viewMode_; }
@@ -398,6 +416,17 @@ class Document : private BusyListener {
   void selectInGrid(std::uint32_t position);
   void leaveMode();
   Outcome openPendingRecordset();
+  void chooseTable(const String& name);
+  void chooseQuery(const String& name, const String& sql, const String& table = String());
+  const String& sourceName() const;
+  void arrangeAsBefore();
+  void keepArrangement() const;
+  std::vector<std::wstring> searchedFields() const;
+  Outcome openArranged();
+  Outcome openInPlace(const RecordSource& wanted, std::uint32_t former, std::uint32_t& position,
+                      bool& hasOtherFields);
+  void showArranged(std::uint32_t position);
+  void tellUnfittingArrangement();
   void enterMode(ViewMode mode, bool opensRecords);
   void enterForm(bool opensRecords);
   void enterList();
@@ -422,6 +451,7 @@ class Document : private BusyListener {
     std::uint32_t field = 0;
   };
   std::vector<CameFrom> cameFrom_;
+  String unfittingArrangement_;  // why an order and filter were given up, to be told
   NameList tableNames_;
   NameList queryNames_;
   ViewMode viewMode_ = ViewMode::none;

@@ -27,7 +27,8 @@ CommandFacts Document::commandFacts() const {
           .refersElsewhere = refersElsewhere(),
           .cameFromElsewhere = !cameFrom_.empty(),
           .hasUndo = database_.nextStep(HistoryWay::back).kind != HistoryStep::Kind::none,
-          .hasRedo = database_.nextStep(HistoryWay::again).kind != HistoryStep::Kind::none};
+          .hasRedo = database_.nextStep(HistoryWay::again).kind != HistoryStep::Kind::none,
+          .isArranged = !wanted_.arrangement().isEmpty()};
 }
 
 void Document::updateCommands() {
@@ -49,6 +50,7 @@ void Document::updatePageState() {
 
 void Document::updatePositionText() {
   pages_.bar.setPositionText(positionText(currentRecord, recordCount).text());
+  pages_.bar.setPositionTip(recordsetOpen_ ? wanted_.arrangement().describe().c_str() : L"");
 }
 
 void Document::updateCommandBar() {

@@ -5,7 +5,7 @@ void Document::openTableSelection(int index) {
   if (talksToPages_) return;
   const String name = pages_.tables->itemText(index);
   if (name.isEmpty() || wanted_.isTable(name)) return;
-  wanted_.chooseTable(name);
+  chooseTable(name);
   pages_.grid.resetColumns();
 }
 
@@ -13,7 +13,7 @@ void Document::openQuerySelection(int index) {
   if (talksToPages_ || index < 0) return;
   SavedQuery query;
   if (!readListedQuery(index, query)) return;
-  wanted_.chooseQuery(pages_.queries->itemText(index), query.sql);
+  chooseQuery(pages_.queries->itemText(index), query.sql);
   pages_.queries->setSelectedIndex(index);
   pages_.grid.resetColumns();
 }

@@ -85,7 +85,7 @@ bool Document::openPresentFile() {
   wanted_ = wanted;
   if (wanted.isTable() && !tableNames_.holds(wanted.tableName())) {
     wanted_.chooseNone();
-    if (!tableNames_.isEmpty()) wanted_.chooseTable(tableNames_[0]);
+    if (!tableNames_.isEmpty()) chooseTable(tableNames_[0]);
   }
   setViewMode(mode);
   return true;

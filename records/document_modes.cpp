@@ -11,6 +11,7 @@ void Document::setViewMode(ViewMode mode) {
   if (!opened && (showsRecords(mode) || opened.cause() == Outcome::Cause::notNow)) {
     tellFailure(L"The records could not be opened.", opened.reason());
   }
+  if (showsRecords(mode)) tellUnfittingArrangement();
 }
 
 /// Returns what became of the records that are wanted.
@@ -66,7 +67,7 @@ void Document::leaveMode() {
 Outcome Document::openPendingRecordset() {
   pages_.bar.setPositionText(L"");
   forgetRecords();
-  Outcome opened = database_.openRecordset(wanted_.sqlText());
+  Outcome opened = openArranged();
   recordsetOpen_ = static_cast<bool>(opened);
   // What is only not to be had now is tried again at the next switch.
   const bool isTried = opened.cause() != Outcome::Cause::notNow;

@@ -19,7 +19,7 @@ void Document::saveSession() {
   SettingsStore::write(Setting::lastDatabase, databasePath_);
   SettingsStore::write(Setting::lastTable, tableName());
   SettingsStore::write(Setting::lastQuery, queryName());
-  SettingsStore::write(Setting::lastSql, sqlText());
+  SettingsStore::write(Setting::lastSql, wanted_.plainSql());
   SettingsStore::write(Setting::openQuery, openedFromQuery() ? 1u : 0u);
 }
 
@@ -47,12 +47,12 @@ bool Document::restoreRecords(const String& table, const String& query, bool asQ
   if (asQuery && !query.isEmpty()) {
     String sql;
     if (!SettingsStore::read(Setting::lastSql, sql)) return false;
-    wanted_.chooseQuery(query, sql, table);
+    chooseQuery(query, sql, table);
     static_cast<void>(switchMode(ViewMode::form));
     return recordsetOpen_;
   }
   if (table.isEmpty()) return false;
-  wanted_.chooseTable(table);
+  chooseTable(table);
   static_cast<void>(switchMode(ViewMode::form));
   return recordsetOpen_;
 }

@@ -10,7 +10,7 @@ void RecordSource::chooseTable(const String& name) {
   String sql = (L"Select * from " + selectedName(name)).c_str();
   tableName_ = name;
   queryName_.clear();
-  sqlText_ = std::move(sql);
+  setPlainSql(std::move(sql));
   kind_ = Kind::table;
   ++generation_;
 }
@@ -18,7 +18,7 @@ void RecordSource::chooseTable(const String& name) {
 void RecordSource::chooseQuery(const String& name, const String& sql, const String& table) {
   tableName_ = table;
   queryName_ = name;
-  sqlText_ = sql;
+  setPlainSql(sql);
   kind_ = Kind::query;
   ++generation_;
 }
@@ -27,7 +27,20 @@ void RecordSource::chooseNone() {
   kind_ = Kind::none;
   tableName_.clear();
   queryName_.clear();
-  sqlText_.clear();
+  setPlainSql({});
+  ++generation_;
+}
+
+void RecordSource::setPlainSql(String sql) {
+  sqlText_ = sql;
+  plainSql_ = std::move(sql);
+  arrangement_ = {};
+}
+
+void RecordSource::arrange(Arrangement arrangement, const std::vector<std::wstring>& fields) {
+  String sql = arrangement.toSql(plainSql_.text(), kind_ == Kind::table, fields).c_str();
+  sqlText_ = std::move(sql);
+  arrangement_ = std::move(arrangement);
   ++generation_;
 }
 

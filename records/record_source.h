@@ -1,8 +1,11 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
+#include <vector>
 
 #include "base/string.h"
+#include "records/arrangement/arrangement.h"
 
 /// Whose records are wanted: those of a table, of a saved query, or none. Each choice counts as one of its
 /// own, so that what was opened or built for an earlier one is known to be stale.
@@ -12,6 +15,9 @@ class RecordSource {
   /// `table` is the table that a session names beside its query.
   void chooseQuery(const String& name, const String& sql, const String& table = String());
   void chooseNone();
+  /// The records that are chosen, in this order and as far as they fit. Another choice has none at first.
+  /// `fields` as Arrangement::toSql takes them.
+  void arrange(Arrangement arrangement, const std::vector<std::wstring>& fields);
   /// The same records, opened anew.
   void chooseAgain();
 
@@ -24,16 +30,22 @@ class RecordSource {
   const String& tableName() const { return tableName_; }  ///< empty while a query is in use
   const String& queryName() const { return queryName_; }  ///< empty while a table is in use
   const String& sqlText() const { return sqlText_; }      ///< the recordset is opened from it
+  const String& plainSql() const { return plainSql_; }    ///< the same without the arrangement
+  const Arrangement& arrangement() const { return arrangement_; }
   /// Another one for each choice, never kNeverChosen.
   std::uint32_t generation() const { return generation_; }
   static constexpr std::uint32_t kNeverChosen = 0;
 
  private:
+  void setPlainSql(String sql);
+
   enum class Kind { none, table, query };
 
   Kind kind_ = Kind::none;
   String tableName_;
   String queryName_;
   String sqlText_;
+  String plainSql_;
+  Arrangement arrangement_;
   std::uint32_t generation_ = 1;
 };

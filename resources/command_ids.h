@@ -66,6 +66,10 @@
 #define ID_GO_BACK 53792
 #define ID_HISTORY_UNDO 53504
 #define ID_HISTORY_REDO 53520
+#define ID_ORDER_COLUMN 53360
+#define ID_FILTER_ALL 53376
+#define ID_ARRANGEMENT_CLEAR 53392
+#define ID_ARRANGEMENT_KEEP 53408
 
 // Accelerators send these four; nothing answers them.
 #define ID_ENTER 40004

@@ -60,6 +60,7 @@ void MainCommandBar::showPageBars(int page) {
   pageBars_.create(instance_, page, pageParent(), mainWindow_);
   placePageBars();
   pageBars_.showCommands(commandFacts_);
+  if (!positionTip_.empty()) pageBars_.setPositionTip(positionTip_.c_str());
 }
 
 void MainCommandBar::destroyPageBars() {
@@ -97,6 +98,12 @@ void MainCommandBar::showCommands(const CommandFacts& facts) {
 
 void MainCommandBar::setPositionText(const wchar_t* text) {
   if (pageBars_.positionBox()) SetDlgItemTextW(pageBars_.rebar(), PageBars::kPositionId, text);
+}
+
+void MainCommandBar::setPositionTip(const wchar_t* text) {
+  if (positionTip_ == text) return;
+  positionTip_ = text;
+  pageBars_.setPositionTip(text);
 }
 
 HBRUSH MainCommandBar::backgroundOf(HWND control) const {

@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include <functional>
+#include <string>
 
 #include "app/bars/bar_facts.h"
 #include "app/bars/menu_bar.h"
@@ -37,6 +38,7 @@ class MainCommandBar final : public CommandBar {
   void showCommands(const CommandFacts& facts) override;
   void refreshMenuBar() override;
   void setPositionText(const wchar_t* text) override;
+  void setPositionTip(const wchar_t* text) override;
 
   /// The answer to WM_CTLCOLORSTATIC from `control`: a white brush for the position box, else null. It
   /// is one of the system's own.
@@ -57,5 +59,6 @@ class MainCommandBar final : public CommandBar {
   int barsPage_ = -1;  // whose bands are shown, -1 for none
   MenuBar menuBar_;
   PageBars pageBars_;
+  std::wstring positionTip_;
   CommandFacts commandFacts_;
 };

@@ -1,6 +1,7 @@
 #include "app/bars/page_bars.h"
 
 #include <array>
+#include <string>
 #include <vector>
 
 #include "app/bars/rebar.h"
@@ -152,7 +153,30 @@ void PageBars::destroyBand(BandWindow& band) const {
   rebar::deleteBand(rebar(), 0);
 }
 
+void PageBars::setPositionTip(const wchar_t* text) {
+  constexpr int kWidth = 200;
+  const HWND box = positionBox();
+  tip_.reset();
+  if (!box || text[0] == L'\0') return;
+  tip_.reset(CreateWindowExW(0, TOOLTIPS_CLASSW, nullptr, WS_POPUP | TTS_ALWAYSTIP | TTS_NOPREFIX, CW_USEDEFAULT,
+                             CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, box, nullptr,
+                             GetModuleHandleW(nullptr), nullptr));
+  if (!tip_) return;
+  SendMessageW(tip_.get(), WM_SETFONT, static_cast<WPARAM>(SendMessageW(box, WM_GETFONT, 0, 0)), FALSE);
+  // With a width the lines of the text are lines.
+  SendMessageW(tip_.get(), TTM_SETMAXTIPWIDTH, 0, HandheldToMonitor(kWidth));
+  std::wstring shown = text;
+  TTTOOLINFOW tool{};
+  tool.cbSize = TTTOOLINFOW_V2_SIZE;
+  tool.uFlags = TTF_IDISHWND | TTF_SUBCLASS;
+  tool.hwnd = rebar();
+  tool.uId = reinterpret_cast<UINT_PTR>(box);
+  tool.lpszText = shown.data();
+  SendMessageW(tip_.get(), TTM_ADDTOOLW, 0, reinterpret_cast<LPARAM>(&tool));
+}
+
 void PageBars::destroy() {
+  tip_.reset();
   destroyBand(first_);
   destroyBand(second_);
   rebar_.reset();

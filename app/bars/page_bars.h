@@ -61,6 +61,9 @@ class PageBars {
   HWND secondBand() const { return second_.window.get(); }
   HWND positionBox() const;
 
+  /// What is shown when the mouse rests on the position box; nothing with the empty text.
+  void setPositionTip(const wchar_t* text);
+
   /// Each button enabled, or shown indeterminate.
   void showCommands(const CommandFacts& facts) const;
 
@@ -82,4 +85,5 @@ class PageBars {
   UniqueWindow rebar_;
   BandWindow first_;
   BandWindow second_;
+  UniqueWindow tip_;
 };

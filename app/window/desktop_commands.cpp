@@ -4,6 +4,7 @@
 
 #include "app/window/exchange_commands.h"
 #include "app/window/history_commands.h"
+#include "app/window/order_commands.h"
 #include "app/window/page_layout.h"
 #include "app/window/program_state.h"
 #include "base/app_colors.h"
@@ -24,6 +25,7 @@ struct EntryRow {
 };
 
 constexpr wchar_t kColors[] = L"&Colors";
+constexpr wchar_t kOrder[] = L"&Order and filter";
 
 ColorSet colorSetOf(WORD id) {
   switch (id) {
@@ -75,6 +77,22 @@ void goBack(WORD) {
   theDocument->goBack();
 }
 
+void arrangeColumn(WORD) {
+  chooseColumnMenu();
+}
+
+void filterColumns(WORD) {
+  filterAllColumns();
+}
+
+void showAll(WORD) {
+  clearArrangement();
+}
+
+void keepAsQuery(WORD) {
+  keepArrangementAsQuery();
+}
+
 constexpr EntryRow kEntries[] = {
     {ID_HISTORY_UNDO, nullptr, L"&Undo", takeHistoryStep, nullptr, historyText},
     {ID_HISTORY_REDO, nullptr, L"Re&do", takeHistoryStep, nullptr, historyText},
@@ -87,6 +105,11 @@ constexpr EntryRow kEntries[] = {
     {ID_LOOK_UP, nullptr, L"&Look-up...", lookUp, nullptr},
     {ID_GO_TO_LOOKED_UP, nullptr, L"&Go to its record", goToLookedUp, nullptr},
     {ID_GO_BACK, nullptr, L"&Back", goBack, nullptr},
+    {0, nullptr, nullptr, nullptr, nullptr},
+    {ID_ORDER_COLUMN, kOrder, L"&Column...", arrangeColumn, nullptr},
+    {ID_FILTER_ALL, kOrder, L"&Any column containing...", filterColumns, nullptr},
+    {ID_ARRANGEMENT_CLEAR, kOrder, L"&Show all records", showAll, nullptr},
+    {ID_ARRANGEMENT_KEEP, kOrder, L"&Keep as query...", keepAsQuery, nullptr},
     {0, nullptr, nullptr, nullptr, nullptr},
     {ID_COLORS_OWN, kColors, L"&Quivane's own", chooseColors, areColorsChosen},
     {ID_COLORS_SYSTEM, kColors, L"The &system's", chooseColors, areColorsChosen},

@@ -6,6 +6,7 @@
 #include <windowsx.h>
 
 #include "app/window/context_menus.h"
+#include "app/window/order_commands.h"
 #include "app/window/page_keys.h"
 #include "app/window/program_state.h"
 #include "base/app_settings.h"
@@ -71,6 +72,9 @@ LRESULT CALLBACK tabProcedure(HWND window, UINT message, WPARAM wParam, LPARAM l
     auto& notification = *reinterpret_cast<NMHDR*>(lParam);
     if (notification.code == GN_CONTEXTMENU) {
       showGridContextMenu(instanceHandle, mainWindow, reinterpret_cast<NMRGINFO&>(notification).ptAction);
+    } else if (notification.code == RecordListView::kColumnMenu) {
+      const auto& asked = reinterpret_cast<NMRGINFO&>(notification);
+      showColumnMenu(static_cast<std::uint32_t>(asked.dwItemSpec), asked.ptAction);
     } else {
       if (notification.code == static_cast<UINT>(LVN_KEYDOWN)) {
         const int command =

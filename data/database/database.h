@@ -141,6 +141,20 @@ class Database {
   /// everything is as before.
   bool reopenSameFields();
 
+  /// Opens `sql` in the place of the current recordset, which holds records of the same table: `position` (from
+  /// 1) becomes the place of the record that stood at `former`, 0 when it is not among them, and
+  /// `hasOtherFields` whether the fields are others than before. The recordset stands at any record then,
+  /// currentRecord is left to the caller. On failure everything is as before.
+  Outcome openInPlace(const String& sql, std::uint32_t former, std::uint32_t& position, bool& hasOtherFields);
+  struct FieldDescription {
+    String name;
+    FieldType type;
+  };
+  /// The fields of a SELECT, without touching the current recordset. `fields` is untouched when it does not open.
+  Outcome describeFields(const String& sql, std::vector<FieldDescription>& fields);
+  /// Whether `sql` opens. The current recordset is not touched.
+  Outcome trySql(const String& sql);
+
   /// Whether fields were ever loaded.
   bool fieldsLoaded() const { return fieldsLoaded_; }
   /// 0 once the file is closed.
@@ -194,6 +208,10 @@ class Database {
   /// All fields of that row as a line of separated values, with tabs between them and a line end behind: an
   /// import takes it for the same values. `text` is untouched when it can't be read or is no text.
   Outcome readRowText(std::uint32_t row, std::wstring& text);
+
+  /// The value in that row as a literal of SQL; `text` is untouched when it can't be read, or takes more than
+  /// `mostBytes` in the file.
+  Outcome readLiteral(std::uint32_t row, std::uint32_t field, std::uint32_t mostBytes, std::wstring& text);
 
   /// The record of that row as readRecord reads the current one; not readable where there is no such row.
   RecordSnapshot readListRecord(std::uint32_t row);
@@ -315,6 +333,7 @@ class Database {
   void rememberOthersChanges();
   std::uint32_t placeAmong(RecordsetHandle& others, std::uint32_t count, std::uint32_t position);
   bool goToSame(RecordsetHandle& others, std::uint32_t count, std::uint32_t position);
+  std::uint32_t placeOfSame(RecordsetHandle& records, std::uint32_t former);
   bool prepareListRows();
   Outcome returnForBytes(const RecordSnapshot& seen, std::uint32_t field);
   void dropListRows();

@@ -106,6 +106,54 @@ bool Database::reopenSameFields() {
   return true;
 }
 
+/// What a key of another kind of recordset names may be another record.
+std::uint32_t Database::placeOfSame(RecordsetHandle& records, std::uint32_t former) {
+  if (former == 0 || former > recordCount_ || !prepareListRows() || !moveForList(former - 1)) return 0;
+  const LONG place = records.standAtRecordOf(*listRows_);
+  if (place <= 0) return 0;
+  const RecordSnapshot before = readFrom(*listRows_, former, false);
+  const RecordSnapshot now = readFrom(records, former, false);
+  if (!before.isReadable() || !now.isReadable()) return 0;
+  for (std::uint32_t field = 0; field < fieldCount_; ++field) {
+    if (!isSameBeginning(before.fields()[field].read, now.fields()[field].read)) return 0;
+  }
+  return static_cast<std::uint32_t>(place);
+}
+
+Outcome Database::openInPlace(const String& sql, std::uint32_t former, std::uint32_t& position,
+                              bool& hasOtherFields) {
+  auto opened = std::make_unique<RecordsetHandle>();
+  Outcome outcome = opened->open(sql.text(), connection_.get(), CursorType::keyset, SourceKind::text);
+  if (!outcome) return outcome;
+  const bool isSame = hasSameFields(*opened);
+  position = isSame ? placeOfSame(*opened, former) : 0;
+  hasOtherFields = !isSame;
+  dropListRows();
+  recordset_ = std::move(opened);
+  recordsetSql_ = sql;
+  newRecordPending_ = false;
+  loadFields();
+  return outcome;
+}
+
+Outcome Database::describeFields(const String& sql, std::vector<FieldDescription>& fields) {
+  RecordsetHandle records;
+  Outcome opened = records.open(sql.text(), connection_.get(), CursorType::keyset, SourceKind::text);
+  if (!opened) return opened;
+  std::vector<FieldDescription> found;
+  const LONG count = records.fieldCount();
+  for (LONG field = 0; field < count; ++field) {
+    FieldHandle& handle = records.field(field);
+    found.push_back({handle.name(), FieldType{handle.type()}});
+  }
+  fields = std::move(found);
+  return opened;
+}
+
+Outcome Database::trySql(const String& sql) {
+  return RecordsetHandle().open(sql.text(), connection_.get(), CursorType::keyset, SourceKind::text);
+}
+
 bool Database::hasSameFields(RecordsetHandle& other) const {
   if (other.fieldCount() != static_cast<LONG>(fieldCount_)) return false;
   for (std::uint32_t field = 0; field < fieldCount_; ++field) {

@@ -83,6 +83,14 @@ Outcome FieldHandle::readSeparated(std::wstring& text) {
   return outcome;
 }
 
+Outcome FieldHandle::readLiteral(LONG mostBytes, std::wstring& text) {
+  if (!field_) return noField();
+  UniqueBstr read;
+  Outcome outcome = outcomeOf(field_->ReadLiteral(mostBytes, read.put()));
+  if (outcome) text.assign(read.get(), SysStringLen(read.get()));
+  return outcome;
+}
+
 const Variant& FieldHandle::value() {
   if (!field_ || FAILED(field_->get_Value(value_.put()))) value_.clear();
   return value_;

@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include <algorithm>
 #include <utility>
 
 #include "base/variant.h"
@@ -98,6 +99,17 @@ LONG RecordsetHandle::position() {
 LONG RecordsetHandle::recordCount() {
   LONG count = -1;
   return recordset_ && SUCCEEDED(recordset_->get_RecordCount(&count)) ? count : -1;
+}
+
+LONG RecordsetHandle::standAtRecordOf(RecordsetHandle& other) {
+  Variant bookmark;
+  LONG position = 0;
+  if (!recordset_ || !other.recordset_ || FAILED(other.recordset_->get_Bookmark(bookmark.put())) ||
+      FAILED(recordset_->put_Bookmark(bookmark.get())) ||
+      FAILED(recordset_->get_AbsolutePosition(&position))) {
+    return 0;
+  }
+  return std::max(position, 0L);
 }
 
 Outcome RecordsetHandle::addNew() {

@@ -5,7 +5,6 @@
 
 #include "base/showable_text.h"
 #include "data/values/field_kinds.h"
-#include "platform/pocketshell/handheld_windows.h"
 #include "records/document.h"
 #include "views/grid/record_list_view.h"
 #include "views/shared/escaped_exception.h"
@@ -150,52 +149,6 @@ void RecordListView::tellFailure() {
   noReadingBefore_ = 0;
   cachedRow_ = kNoRow;
   InvalidateRect(list_, nullptr, TRUE);
-}
-
-// ---- The header
-
-LRESULT RecordListView::headerReported(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-  const auto& report = *reinterpret_cast<const NMHEADERW*>(lParam);
-  if (report.hdr.hwndFrom != listview::header(window) || !document_) {
-    return DefSubclassProc(window, message, wParam, lParam);
-  }
-  const UINT code = report.hdr.code;
-  // The list by itself may read every row that there is.
-  if (code == static_cast<UINT>(HDN_DIVIDERDBLCLICKW) || code == static_cast<UINT>(HDN_DIVIDERDBLCLICKA)) {
-    fitColumnToView(report.iItem);
-    return 0;
-  }
-  const LRESULT result = DefSubclassProc(window, message, wParam, lParam);
-  const bool isChange =
-      code == static_cast<UINT>(HDN_ITEMCHANGEDW) || code == static_cast<UINT>(HDN_ITEMCHANGEDA);
-  if (isChange && report.pitem && (report.pitem->mask & HDI_WIDTH) != 0) noteWidth(report.iItem);
-  return result;
-}
-
-/// As wide as its title and its texts in view need, but not wider than the list.
-void RecordListView::fitColumnToView(int column) {
-  if (column < 0 || column >= columnCount_) return;
-  constexpr int kMargin = 14;
-  const auto titleField = static_cast<std::uint32_t>(fieldOfColumn(column));
-  int width = listview::stringWidth(list_, document_->fieldName(titleField).text());
-  const int first = listview::topRow(list_);
-  const int end = std::min(first + listview::rowsInView(list_) + 1, listview::itemCount(list_));
-  for (int row = first; row < end; ++row) {
-    const String text = cellText(static_cast<std::uint32_t>(row), titleField);
-    width = std::max(width, listview::stringWidth(list_, text.text()));
-  }
-  RECT client{};
-  GetClientRect(list_, &client);
-  listview::setColumnWidth(list_, column,
-                           std::min(width + HandheldToMonitor(kMargin), static_cast<int>(client.right)));
-}
-
-/// The user drags the edge, or has it fitted.
-void RecordListView::noteWidth(int column) {
-  if (column < 0 || column >= columnCount_) return;
-  const int width = listview::columnWidth(list_, column);
-  widths_.set(document_->fieldName(static_cast<std::uint32_t>(fieldOfColumn(column))).text(),
-              HandheldFromMonitor(width));
 }
 
 // ---- Keys and the selection

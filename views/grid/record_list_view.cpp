@@ -123,7 +123,7 @@ bool RecordListView::createList(HWND tabControl) {
   if (!list_) return false;
   hide();
   listview::setExtendedStyle(list_, LVS_EX_FULLROWSELECT);
-  if (!listSubclass_.attach(list_)) return false;
+  if (!listSubclass_.attach(list_) || !headerSubclass_.attach(listview::header(list_))) return false;
   tips_.attach(list_);
   return true;
 }
@@ -291,8 +291,8 @@ void RecordListView::insertColumns(int from) {
   const HGDIOBJ former = SelectObject(dc.dc(), smallFont_.get());
   for (int column = from; column < columnCount_; ++column) {
     const int field = fieldOfColumn(column);
-    listview::insertColumn(list_, column, document_->fieldName(static_cast<std::uint32_t>(field)).text(),
-                           HandheldToMonitor(widthOf(field)));
+    listview::insertColumn(list_, column, titleOf(field).c_str(), HandheldToMonitor(widthOf(field)));
+    markColumn(column);
   }
   SelectObject(dc.dc(), former);
 }

@@ -5,6 +5,7 @@
 #include <commctrl.h>
 
 #include <cstdint>
+#include <string>
 
 #include "base/column_widths.h"
 #include "base/string.h"
@@ -29,6 +30,9 @@ class RecordListView final : public RecordGrid {
   static constexpr int kListId = 2010;
   static constexpr int kLeastColumnRoom = 3;
   static constexpr int kColumnWidth = 75;
+  /// Notification (WM_NOTIFY, an NMRGINFO) to the tab control: the user taps and holds a column's title, or
+  /// presses the right button there. dwItemSpec is the field of the column.
+  static constexpr UINT kColumnMenu = 1001;
   static constexpr wchar_t kNotReadable[] = L"<not readable>";
 
   /// Called once, before create.
@@ -74,6 +78,8 @@ class RecordListView final : public RecordGrid {
   std::uint32_t columnRoom() const override { return static_cast<std::uint32_t>(columnRoom_); }
   /// Makes fonts and columns at the present zoom.
   void zoomChanged();
+  /// Where a menu opens below the header, on the screen.
+  POINT columnMenuPlace() const;
 
  private:
   bool createList(HWND tabControl);
@@ -109,10 +115,23 @@ class RecordListView final : public RecordGrid {
   LRESULT tapped(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
   LRESULT keyPressedInList(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
   LRESULT drawnWhileBusy(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+  LRESULT failureNoted(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+
+  // record_list_header.cpp
   LRESULT headerReported(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
   void fitColumnToView(int column);
   void noteWidth(int column);
-  LRESULT failureNoted(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+  std::wstring titleOf(int field) const;
+  void markColumn(int column);
+  LRESULT headerMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+  LRESULT headerPressed(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+  LRESULT headerMoved(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+  LRESULT headerReleased(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+  LRESULT headerHeld(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+  LRESULT headerRightPressed(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+  LRESULT headerRightReleased(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+  void endHeaderPress(HWND window);
+  void askForColumnMenu(HWND header, POINT place);
 
   static LRESULT windowCreated(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
   static LRESULT CALLBACK windowProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
@@ -129,6 +148,11 @@ class RecordListView final : public RecordGrid {
     return listMessage(window, message, wParam, lParam);
   }};
   CellTips tips_{[this](int row, int column) { return tipText(row, column); }};
+  WindowSubclass headerSubclass_{[this](HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    return headerMessage(window, message, wParam, lParam);
+  }};
+  bool isHeaderPressed_ = false;
+  POINT headerPlace_{};   // where it is pressed
   UniqueFont smallFont_;  // 8 point
   UniqueFont largeFont_;  // 10 point
   int fieldCount_ = 0;

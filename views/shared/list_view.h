@@ -203,4 +203,14 @@ inline HWND header(HWND list) {
   return reinterpret_cast<HWND>(SendMessageW(list, LVM_GETHEADER, 0, 0));
 }
 
+/// Marks a column as one by which the rows are ordered.
+inline void markOrder(HWND list, int column, bool isDescending) {
+  HDITEMW item{};
+  item.mask = HDI_FORMAT;
+  SendMessageW(header(list), HDM_GETITEMW, static_cast<WPARAM>(column), reinterpret_cast<LPARAM>(&item));
+  item.fmt &= ~(HDF_SORTUP | HDF_SORTDOWN);
+  item.fmt |= isDescending ? HDF_SORTDOWN : HDF_SORTUP;
+  SendMessageW(header(list), HDM_SETITEMW, static_cast<WPARAM>(column), reinterpret_cast<LPARAM>(&item));
+}
+
 }  // namespace listview

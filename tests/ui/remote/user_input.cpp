@@ -47,6 +47,12 @@ void click(POINT screen) {
   sendButton(MOUSEEVENTF_LEFTUP);
 }
 
+void rightClick(POINT screen) {
+  if (!SetCursorPos(screen.x, screen.y)) throw std::runtime_error("the mouse can't be moved");
+  sendButton(MOUSEEVENTF_RIGHTDOWN);
+  sendButton(MOUSEEVENTF_RIGHTUP);
+}
+
 void click(HWND window, const RECT& place) {
   POINT middle = {(place.left + place.right) / 2, (place.top + place.bottom) / 2};
   ClientToScreen(window, &middle);

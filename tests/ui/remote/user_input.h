@@ -16,6 +16,8 @@ void type(const std::wstring& text);
 
 /// Clicks a point of the screen with the left button.
 void click(POINT screen);
+/// The same with the right button.
+void rightClick(POINT screen);
 /// Clicks the middle of a rectangle in a window's client area.
 void click(HWND window, const RECT& place);
 /// Clicks the middle of a window.

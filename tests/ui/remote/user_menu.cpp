@@ -79,6 +79,13 @@ std::vector<MenuStep> desktopWay(UINT command) {
   AppendMenuW(menu.get(), MF_STRING, ID_ROW_COPY, L"Copy &row");
   AppendMenuW(menu.get(), MF_STRING, ID_TABLE_PASTE, L"&Paste...");
   AppendMenuW(menu.get(), MF_SEPARATOR, 0, nullptr);
+  const HMENU order = CreatePopupMenu();
+  AppendMenuW(order, MF_STRING, ID_ORDER_COLUMN, L"&Column...");
+  AppendMenuW(order, MF_STRING, ID_FILTER_ALL, L"&Any column containing...");
+  AppendMenuW(order, MF_STRING, ID_ARRANGEMENT_CLEAR, L"&Show all records");
+  AppendMenuW(order, MF_STRING, ID_ARRANGEMENT_KEEP, L"&Keep as query...");
+  AppendMenuW(menu.get(), MF_POPUP, reinterpret_cast<UINT_PTR>(order), L"&Order and filter");
+  AppendMenuW(menu.get(), MF_SEPARATOR, 0, nullptr);
   const HMENU colors = CreatePopupMenu();
   AppendMenuW(colors, MF_STRING, ID_COLORS_OWN, L"&Quivane's own");
   AppendMenuW(colors, MF_STRING, ID_COLORS_SYSTEM, L"The &system's");

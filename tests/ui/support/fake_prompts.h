@@ -24,6 +24,7 @@ struct FakeBar final : CommandBar {
     isOutdated = false;
   }
   void setPositionText(const wchar_t* text) override { position = text; }
+  void setPositionTip(const wchar_t* text) override { positionTip = text; }
 
   bool inMenu(PopupMenu menu, int command) const { return isAvailable(command, menu, facts); }
   bool onToolbar(int command) const { return isAvailable(command, PopupMenu::none, facts); }
@@ -31,6 +32,7 @@ struct FakeBar final : CommandBar {
   CommandFacts facts;
   bool isOutdated = false;  ///< set by a test: until the menu bar is made again
   std::wstring position;
+  std::wstring positionTip;
 };
 
 /// A user who answers as the test says, and what he was told and asked.

@@ -108,6 +108,7 @@ class FakeFieldObject final : public FakeObject<IAdoceField> {
   HRESULT STDMETHODCALLTYPE ReadSeparated(BSTR*) override { return E_NOTIMPL; }
   HRESULT STDMETHODCALLTYPE get_ReferencedTable(BSTR*) override { return E_NOTIMPL; }
   HRESULT STDMETHODCALLTYPE get_ReferencedField(BSTR*) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE ReadLiteral(LONG, BSTR*) override { return E_NOTIMPL; }
 
  private:
   FakeField& field() { return store_.fields[index_]; }

@@ -11,6 +11,8 @@
 #include "platform/store/automation/values/variant_values.h"
 #include "platform/store/exchange/bytes/encoding.h"
 #include "platform/store/exchange/formats/csv_writer.h"
+#include "platform/store/exchange/formats/sql_writer.h"
+#include "platform/store/rows/iso_date.h"
 #include "platform/store/rows/utf.h"
 
 namespace automation {
@@ -201,6 +203,27 @@ HRESULT FieldObject::get_ReferencedField(BSTR* name) {
   return withRecords([&](store::Recordset&, const store::Column& column) -> Outcome {
     if (name == nullptr) return nullPointer();
     *name = newText(column.reference.column);
+    return {};
+  });
+}
+
+HRESULT FieldObject::ReadLiteral(long mostBytes, BSTR* text) {
+  return withRecords([&](store::Recordset& records, const store::Column& column) -> Outcome {
+    if (text == nullptr) return nullPointer();
+    store::Cell cell;
+    if (store::Status status = records.cell(column_, &cell); !status) return status;
+    if (cell.bytes.size() > static_cast<std::size_t>(std::max(mostBytes, 0L))) {
+      return {kConversion, "The value of " + column.name + " is too long."};
+    }
+    // What is no day would be refused beside a field of dates.
+    const bool isOdd = column.type.code == store::TypeCode::date && cell.kind == store::CellKind::text &&
+                       !store::parseIsoDate(cell.bytes);
+    std::string written;
+    exchange::TextSink sink(written);
+    exchange::TextOutput output(sink);
+    exchange::putLiteral(cell, isOdd, output);
+    if (store::Status status = output.flush(); !status) return status;
+    *text = newText(std::string_view(written));
     return {};
   });
 }

@@ -30,6 +30,7 @@ class FieldObject final : public AutomationObject<IAdoceField> {
   HRESULT STDMETHODCALLTYPE ReadSeparated(BSTR* text) override;
   HRESULT STDMETHODCALLTYPE get_ReferencedTable(BSTR* name) override;
   HRESULT STDMETHODCALLTYPE get_ReferencedField(BSTR* name) override;
+  HRESULT STDMETHODCALLTYPE ReadLiteral(long mostBytes, BSTR* text) override;
 
  protected:
   ErrorsObject* errorsForReport() override { return cursor_->errors().get(); }

@@ -55,6 +55,34 @@ Status readTableStatements(Backend& backend, const std::string& name, TableState
   return {};
 }
 
+void putLiteral(const Cell& cell, bool asBytes, TextOutput& output) {
+  switch (cell.kind) {
+    case CellKind::integer:
+      putInteger(cell.integer, output);
+      break;
+    case CellKind::real:
+      putReal(cell.real, true, output);
+      break;
+    case CellKind::text:
+      // SQL ends at a zero, and a shell may not take what is no character.
+      if (asBytes || cell.bytes.find('\0') != std::string_view::npos || !isWellFormed(cell.bytes)) {
+        output.put("CAST(X'");
+        putHex(cell.bytes, output);
+        output.put("' AS TEXT)");
+      } else {
+        putString(cell.bytes, output);
+      }
+      break;
+    case CellKind::blob:
+      output.put("X'");
+      putHex(cell.bytes, output);
+      output.put('\'');
+      break;
+    default:
+      output.put("NULL");
+  }
+}
+
 void SqlWriter::begin(const std::vector<Column>& columns, TextOutput& output) {
   columns_ = writtenColumns(columns, true);
   std::string names;
@@ -85,31 +113,7 @@ void SqlWriter::writeRow(RowStream& rows, TextOutput& output) {
 void SqlWriter::writeCell(const Cell& cell, const WrittenColumn& column, TextOutput& output) {
   // A text that looks like a number, where another program has told SQLite not to look.
   if (!isOfKind(cell, column) && !isStoredAs(cell, column.affinity, cell)) countChanged();
-  switch (cell.kind) {
-    case CellKind::integer:
-      putInteger(cell.integer, output);
-      break;
-    case CellKind::real:
-      putReal(cell.real, true, output);
-      break;
-    case CellKind::text:
-      // SQL ends at a zero, and a shell may not take what is no character.
-      if (cell.bytes.find('\0') != std::string_view::npos || !isWellFormed(cell.bytes)) {
-        output.put("CAST(X'");
-        putHex(cell.bytes, output);
-        output.put("' AS TEXT)");
-      } else {
-        putString(cell.bytes, output);
-      }
-      break;
-    case CellKind::blob:
-      output.put("X'");
-      putHex(cell.bytes, output);
-      output.put('\'');
-      break;
-    default:
-      output.put("NULL");
-  }
+  putLiteral(cell, false, output);
 }
 
 void SqlWriter::end(TextOutput& output) {

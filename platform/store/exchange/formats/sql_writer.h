@@ -16,6 +16,10 @@ struct TableStatements {
 /// then make one.
 Status readTableStatements(Backend& backend, const std::string& name, TableStatements* statements);
 
+/// Writes a value as SQL says it, to the bit: a text that SQL would not read as it is, and with `asBytes` any
+/// text, is cast from its bytes.
+void putLiteral(const Cell& cell, bool asBytes, TextOutput& output);
+
 /// Writes statements that make the table and its rows again in any SQLite database, every value to the bit.
 class SqlWriter : public RowWriter {
  public:
