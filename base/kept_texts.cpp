@@ -9,7 +9,8 @@
 #include "base/settings_store.h"
 #include "base/source_number.h"
 
-// All of them are one value: the number of the source in 16 hexadecimal digits and its text, with "|" between.
+// All of them are one value: the number of the source in 16 hexadecimal digits and its text, with "|"
+// between.
 
 namespace kepttexts {
 

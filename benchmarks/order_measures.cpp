@@ -57,7 +57,7 @@ std::vector<Measure> makeOrderMeasures(const std::string& path) {
   add("order by texts", 1.2, "ORDER BY quivane_fold([Observer])", "ORDER BY Observer COLLATE NOCASE");
   add("order by two columns", 1.2, "ORDER BY quivane_fold([Station]), [Reading] DESC",
       "ORDER BY Station COLLATE NOCASE, Reading DESC");
-  add("filter by a value", 1.2, "WHERE [Level] = 4711", "WHERE Level = 4711");
+  add("filter by a value", 1.3, "WHERE [Level] = 4711", "WHERE Level = 4711");
   add("filter by a text", 1.2, "WHERE quivane_contains('heron', [Remarks])", "WHERE Remarks LIKE '%heron%'");
   return measures;
 }

@@ -7,8 +7,8 @@
 
 namespace bench {
 
-/// The measurements of the opening of records in an order and with a filter, beside the bare statements, on the
-/// database that tools/make-data makes.
+/// The measurements of the opening of records in an order and with a filter, beside the bare statements, on
+/// the database that tools/make-data makes.
 std::vector<Measure> makeOrderMeasures(const std::string& path);
 
 }  // namespace bench

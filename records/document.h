@@ -160,9 +160,9 @@ class Document : private BusyListener {
   // ---- Order and filter (document_arrangement.cpp). They are kept for the table or query in use.
 
   const Arrangement& arrangement() const { return wanted_.arrangement(); }
-  /// On the Form and List pages: what is typed is stored, and the records are shown so, where the current one is
-  /// still current if it is among them. False when what is typed can't be stored or the records can't be opened so,
-  /// which was told; nothing has changed then.
+  /// On the Form and List pages: what is typed is stored, and the records are shown so, where the current one
+  /// is still current if it is among them. False when what is typed can't be stored or the records can't be
+  /// opened so, which was told; nothing has changed then.
   bool arrange(Arrangement arrangement);
   /// Whether letter case may differ in the values of a field.
   Arrangement::Letters lettersOf(std::uint32_t field) const;

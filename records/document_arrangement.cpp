@@ -45,7 +45,8 @@ std::wstring beginningOf(std::wstring text) {
 }  // namespace
 
 Arrangement::Letters Document::lettersOf(std::uint32_t field) const {
-  return mayHaveLetters(fieldType(field)) ? Arrangement::Letters::ignoreCase : Arrangement::Letters::asTheyAre;
+  return mayHaveLetters(fieldType(field)) ? Arrangement::Letters::ignoreCase
+                                          : Arrangement::Letters::asTheyAre;
 }
 
 bool Document::canContainText(std::uint32_t field) const {
@@ -77,8 +78,7 @@ const String& Document::sourceName() const {
 }
 
 void Document::arrangeAsBefore() {
-  const std::wstring kept =
-      kepttexts::read(databasePath_.text(), wanted_.isQuery(), sourceName().text());
+  const std::wstring kept = kepttexts::read(databasePath_.text(), wanted_.isQuery(), sourceName().text());
   Arrangement arrangement = Arrangement::ofText(kept);
   if (arrangement.isEmpty()) return;
   std::vector<std::wstring> fields;
@@ -177,7 +177,8 @@ Outcome Document::readChosenValue(std::uint32_t field, Arrangement::Condition& c
   const std::uint32_t row = pages_.grid.selectedRow();
   String shown;
   std::wstring literal;
-  if (viewMode_ != ViewMode::list || openRecordCount() == 0) return Outcome::failure(L"There are no records.");
+  if (viewMode_ != ViewMode::list || openRecordCount() == 0)
+    return Outcome::failure(L"There are no records.");
   if (Outcome read = database_.readForList(row, field, shown); !read) return read;
   if (Outcome read = database_.readLiteral(row, field, kMostLiteralBytes, literal); !read) return read;
   condition = {};

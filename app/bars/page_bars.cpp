@@ -158,8 +158,8 @@ void PageBars::setPositionTip(const wchar_t* text) {
   const HWND box = positionBox();
   tip_.reset();
   if (!box || text[0] == L'\0') return;
-  tip_.reset(CreateWindowExW(0, TOOLTIPS_CLASSW, nullptr, WS_POPUP | TTS_ALWAYSTIP | TTS_NOPREFIX, CW_USEDEFAULT,
-                             CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, box, nullptr,
+  tip_.reset(CreateWindowExW(0, TOOLTIPS_CLASSW, nullptr, WS_POPUP | TTS_ALWAYSTIP | TTS_NOPREFIX,
+                             CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, box, nullptr,
                              GetModuleHandleW(nullptr), nullptr));
   if (!tip_) return;
   SendMessageW(tip_.get(), WM_SETFONT, static_cast<WPARAM>(SendMessageW(box, WM_GETFONT, 0, 0)), FALSE);

@@ -53,11 +53,13 @@ void append(HMENU menu, Choice choice, const std::wstring& text, bool isOffered,
 }
 
 UINT choiceOf(const UniqueMenu& menu, POINT where) {
-  return static_cast<UINT>(TrackPopupMenuEx(menu.get(), TPM_RETURNCMD, where.x, where.y, mainWindow, nullptr));
+  return static_cast<UINT>(
+      TrackPopupMenuEx(menu.get(), TPM_RETURNCMD, where.x, where.y, mainWindow, nullptr));
 }
 
 bool canArrange() {
-  return theDocument && !theDocument->isBusy() && theDocument->isRecordsetOpen() && currentPage == kListPageIndex;
+  return theDocument && !theDocument->isBusy() && theDocument->isRecordsetOpen() &&
+         currentPage == kListPageIndex;
 }
 
 /// Of the condition that the field is what it is in the chosen row; none where there is no such row.
@@ -69,7 +71,8 @@ std::optional<Arrangement::Condition> chosenValue(std::uint32_t field) {
 
 std::wstring valueText(const std::optional<Arrangement::Condition>& value) {
   using Test = Arrangement::Test;
-  if (value && value->test == Test::equal) return L"&Only '" + menuText(value->shown.c_str(), kMostValueCount) + L"'";
+  if (value && value->test == Test::equal)
+    return L"&Only '" + menuText(value->shown.c_str(), kMostValueCount) + L"'";
   if (value && value->test == Test::isTrue) return L"&Only 'True'";
   if (value && value->test == Test::isFalse) return L"&Only 'False'";
   return L"&Only this value";
@@ -97,7 +100,8 @@ class ColumnMenu {
   void requireText() const;
   bool isOrdered(std::size_t place, bool isDescending) const {
     const auto& orders = theDocument->arrangement().orders();
-    return place < orders.size() && orders[place].field == name_ && orders[place].isDescending == isDescending;
+    return place < orders.size() && orders[place].field == name_ &&
+           orders[place].isDescending == isDescending;
   }
   bool isRequired(Arrangement::Test test) const {
     const Arrangement::Condition* condition = theDocument->arrangement().conditionOf(name_);
@@ -124,7 +128,8 @@ UniqueMenu ColumnMenu::make() const {
   AppendMenuW(menu, MF_SEPARATOR, 0, nullptr);
   const Arrangement::Condition* condition = arrangement.conditionOf(name_);
   append(menu, kOnlyValue, valueText(value_), isValue, isValue && condition && *condition == *value_);
-  append(menu, kContaining, L"&Containing...", theDocument->canContainText(field_), isRequired(Test::containing));
+  append(menu, kContaining, L"&Containing...", theDocument->canContainText(field_),
+         isRequired(Test::containing));
   append(menu, kEmpty, L"&Empty", true, isRequired(Test::empty));
   append(menu, kNotEmpty, L"&Not empty", true, isRequired(Test::notEmpty));
   append(menu, kAnyContaining, L"An&y column containing...", true);

@@ -141,8 +141,8 @@ class Database {
   /// everything is as before.
   bool reopenSameFields();
 
-  /// Opens `sql` in the place of the current recordset, which holds records of the same table: `position` (from
-  /// 1) becomes the place of the record that stood at `former`, 0 when it is not among them, and
+  /// Opens `sql` in the place of the current recordset, which holds records of the same table: `position`
+  /// (from 1) becomes the place of the record that stood at `former`, 0 when it is not among them, and
   /// `hasOtherFields` whether the fields are others than before. The recordset stands at any record then,
   /// currentRecord is left to the caller. On failure everything is as before.
   Outcome openInPlace(const String& sql, std::uint32_t former, std::uint32_t& position, bool& hasOtherFields);
@@ -150,7 +150,8 @@ class Database {
     String name;
     FieldType type;
   };
-  /// The fields of a SELECT, without touching the current recordset. `fields` is untouched when it does not open.
+  /// The fields of a SELECT, without touching the current recordset. `fields` is untouched when it does not
+  /// open.
   Outcome describeFields(const String& sql, std::vector<FieldDescription>& fields);
   /// Whether `sql` opens. The current recordset is not touched.
   Outcome trySql(const String& sql);

@@ -62,8 +62,7 @@ Outcome Database::readRowText(std::uint32_t row, std::wstring& text) {
 Outcome Database::readLiteral(std::uint32_t row, std::uint32_t field, std::uint32_t mostBytes,
                               std::wstring& text) {
   if (!prepareListRows() || !moveForList(row)) return Outcome::failure(L"The record can't be reached.");
-  Outcome read =
-      listRows_->field(static_cast<LONG>(field)).readLiteral(static_cast<LONG>(mostBytes), text);
+  Outcome read = listRows_->field(static_cast<LONG>(field)).readLiteral(static_cast<LONG>(mostBytes), text);
   if (!read) isAtListPosition_ = false;  // a move back to it reads it anew
   return read;
 }

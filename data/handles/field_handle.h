@@ -41,8 +41,8 @@ class FieldHandle {
   /// The whole value as a field of separated values, with tabs between the fields, of which an import makes
   /// the same value. `text` is untouched when that fails.
   Outcome readSeparated(std::wstring& text);
-  /// The whole value as a literal of SQL, unless a text or bytes of it take more than `mostBytes` in the file.
-  /// `text` is untouched when that fails.
+  /// The whole value as a literal of SQL, unless a text or bytes of it take more than `mostBytes` in the
+  /// file. `text` is untouched when that fails.
   Outcome readLiteral(LONG mostBytes, std::wstring& text);
   /// The value without a reason: VT_EMPTY when it can't be fetched.
   const Variant& value();

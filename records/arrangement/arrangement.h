@@ -7,8 +7,9 @@
 
 #include "base/string.h"
 
-/// In which order the records of a table or query are shown, and which of them: up to two fields to order by, and
-/// conditions that all hold. It is a value, which becomes a statement (toSql) and a text to be kept (toText).
+/// In which order the records of a table or query are shown, and which of them: up to two fields to order by,
+/// and conditions that all hold. It is a value, which becomes a statement (toSql) and a text to be kept
+/// (toText).
 class Arrangement {
  public:
   /// Whether letter case is to be ignored, which it is in texts; numbers and dates have none.
@@ -47,15 +48,15 @@ class Arrangement {
 
   /// By this field alone.
   void orderBy(Order order);
-  /// By this field where the first one is equal; the direction of the first one where it is that field. The first
-  /// one when there is none.
+  /// By this field where the first one is equal; the direction of the first one where it is that field. The
+  /// first one when there is none.
   void thenBy(Order order);
   /// In the place of the condition on the same field, or on all of them.
   void require(Condition condition);
 
   /// The statement that has the records of `plain`, a SELECT, so; `isTable` where that is all of one table.
-  /// `fields` are the fields in which a text is looked for that any of them may contain. `plain` itself when the
-  /// arrangement is empty. A saved query keeps its own order where this one has none.
+  /// `fields` are the fields in which a text is looked for that any of them may contain. `plain` itself when
+  /// the arrangement is empty. A saved query keeps its own order where this one has none.
   std::wstring toSql(std::wstring_view plain, bool isTable, const std::vector<std::wstring>& fields) const;
 
   /// A statement that has the fields of `plain` and no record.

@@ -1,8 +1,8 @@
 // An arrangement as a text to be kept.
 //
-// A version, then one part for each order and each condition, with "/" between them. A part is a letter for what
-// it is, one for the letters, and its texts, each behind a ":". What is no plain character in a text, and what has
-// a meaning here, is "\" and four hexadecimal digits.
+// A version, then one part for each order and each condition, with "/" between them. A part is a letter for
+// what it is, one for the letters, and its texts, each behind a ":". What is no plain character in a text,
+// and what has a meaning here, is "\" and four hexadecimal digits.
 #include <array>
 #include <cwchar>
 #include <utility>
@@ -39,7 +39,8 @@ std::optional<std::wstring> unescaped(std::wstring_view text) {
       continue;
     }
     const std::wstring digits(text.substr(place + 1, 4));
-    if (digits.size() != 4 || digits.find_first_not_of(L"0123456789ABCDEF") != digits.npos) return std::nullopt;
+    if (digits.size() != 4 || digits.find_first_not_of(L"0123456789ABCDEF") != digits.npos)
+      return std::nullopt;
     all += static_cast<wchar_t>(std::wcstoul(digits.c_str(), nullptr, 16));
     place += 4;
   }

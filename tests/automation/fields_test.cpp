@@ -345,6 +345,46 @@ TEST_F(Fields, WhatIsNotMadeOfCharactersIsNotGivenAsAnotherText) {
   EXPECT_EQ(fieldOf(recordset.get(), 0L)->ReadSeparated(nullptr), E_POINTER);
 }
 
+TEST_F(Fields, AValueIsGivenAsALiteralOfSql) {
+  const ComPtr<IAdoceRecordset> recordset = openedOn(
+      "CREATE TABLE T (a float, b text, c text, d text, e bit, f varbinary(9), g datetime, h datetime, i "
+      "bigint);"
+      "INSERT INTO T VALUES (0.1, 'it''s', NULL, 'a' || char(0), 1, x'00FF', '2001-03-09 14:05:07', 'no day',"
+      " -9223372036854775808)",
+      L"SELECT * FROM T");
+  const wchar_t* const expected[] = {L"0.1",
+                                     L"'it''s'",
+                                     L"NULL",
+                                     L"CAST(X'6100' AS TEXT)",
+                                     L"1",
+                                     L"X'00FF'",
+                                     L"'2001-03-09 14:05:07'",
+                                     L"CAST(X'6E6F20646179' AS TEXT)"};
+  for (long index = 0; index < 8; ++index) {
+    UniqueBstr text;
+    EXPECT_EQ(fieldOf(recordset.get(), index)->ReadLiteral(100, text.put()), S_OK) << index;
+    EXPECT_STREQ(text.get(), expected[index]);
+  }
+  UniqueBstr least;
+  ASSERT_EQ(fieldOf(recordset.get(), 8L)->ReadLiteral(100, least.put()), S_OK);
+  const ComPtr<IAdoceRecordset> same =
+      openedOn("SELECT 1", (L"SELECT * FROM T WHERE i = " + std::wstring(least.get())).c_str());
+  long count = 0;
+  EXPECT_EQ(same->get_RecordCount(&count), S_OK);
+  EXPECT_EQ(count, 1);
+}
+
+TEST_F(Fields, ALiteralThatIsTooLongIsNotGiven) {
+  const ComPtr<IAdoceRecordset> recordset =
+      openedOn("CREATE TABLE T (a text); INSERT INTO T VALUES ('12345')", L"SELECT * FROM T");
+  UniqueBstr text;
+  EXPECT_EQ(fieldOf(recordset.get(), 0L)->ReadLiteral(4, text.put()), objectModelError(3421));
+  EXPECT_EQ(fieldOf(recordset.get(), 0L)->ReadLiteral(-1, text.put()), objectModelError(3421));
+  EXPECT_EQ(text.get(), nullptr);
+  EXPECT_EQ(fieldOf(recordset.get(), 0L)->ReadLiteral(5, text.put()), S_OK);
+  EXPECT_EQ(fieldOf(recordset.get(), 0L)->ReadLiteral(5, nullptr), E_POINTER);
+}
+
 TEST_F(Fields, AreEnumerated) {
   const ComPtr<IAdoceFields> fields =
       fieldsOf(openedOn("CREATE TABLE T (A TEXT, B TEXT, C TEXT)", L"SELECT * FROM T").get());

@@ -48,7 +48,10 @@ def is_words(text):
 
 
 def is_sentence(text):
-    """Whole sentences, and what begins or ends one that a name is put into: " could not be opened."."""
+    """Whole sentences, and what begins or ends one that a name is put into: " could not be opened.". What has an
+    access key is a command or a label."""
+    if re.search(r'&\w', text):
+        return False
     text = plain(text)
     return is_words(text) and re.match(r"^([A-Z][a-z']*|['\"]? ?[a-z']+|;) ", text) is not None and text[-1] in '.!?:'
 

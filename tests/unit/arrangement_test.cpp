@@ -6,13 +6,13 @@
 #include "gmock/gmock.h"
 
 using Letters = Arrangement::Letters;
-using Test = Arrangement::Test;
+using Kind = Arrangement::Test;
 
 namespace {
 
 const std::vector<std::wstring> kFields = {L"Title", L"Author"};
 
-Arrangement::Condition condition(const wchar_t* field, Test test, const wchar_t* value = L"",
+Arrangement::Condition condition(const wchar_t* field, Kind test, const wchar_t* value = L"",
                                  Letters letters = Letters::ignoreCase) {
   Arrangement::Condition made;
   if (field) made.field = field;
@@ -54,31 +54,32 @@ TEST(ArrangementTest, ASecondColumnComesBelowTheFirst) {
 }
 
 TEST(ArrangementTest, EachConditionIsOneOfSql) {
-  EXPECT_EQ(sqlOf(condition(L"Title", Test::equal, L"'O''Neill'")),
+  EXPECT_EQ(sqlOf(condition(L"Title", Kind::equal, L"'O''Neill'")),
             L"Select * from [T] WHERE quivane_fold([Title]) = quivane_fold('O''Neill')");
-  EXPECT_EQ(sqlOf(condition(L"Born", Test::equal, L"'2001-03-09'", Letters::asTheyAre)),
+  EXPECT_EQ(sqlOf(condition(L"Born", Kind::equal, L"'2001-03-09'", Letters::asTheyAre)),
             L"Select * from [T] WHERE [Born] = '2001-03-09'");
-  EXPECT_EQ(sqlOf(condition(L"Title", Test::containing, L"it's 100%")),
+  EXPECT_EQ(sqlOf(condition(L"Title", Kind::containing, L"it's 100%")),
             L"Select * from [T] WHERE quivane_contains('it''s 100%', [Title])");
-  EXPECT_EQ(sqlOf(condition(nullptr, Test::containing, L"x")),
+  EXPECT_EQ(sqlOf(condition(nullptr, Kind::containing, L"x")),
             L"Select * from [T] WHERE quivane_contains('x', [Title], [Author])");
-  EXPECT_EQ(sqlOf(condition(L"Title", Test::empty)),
+  EXPECT_EQ(sqlOf(condition(L"Title", Kind::empty)),
             L"Select * from [T] WHERE ifnull([Title], '') IN ('', x'')");
-  EXPECT_EQ(sqlOf(condition(L"Title", Test::notEmpty)),
+  EXPECT_EQ(sqlOf(condition(L"Title", Kind::notEmpty)),
             L"Select * from [T] WHERE ifnull([Title], '') NOT IN ('', x'')");
-  EXPECT_EQ(sqlOf(condition(L"Valid", Test::isTrue)), L"Select * from [T] WHERE ifnull([Valid], 0) <> 0");
-  EXPECT_EQ(sqlOf(condition(L"Valid", Test::isFalse)), L"Select * from [T] WHERE ifnull([Valid], 0) = 0");
+  EXPECT_EQ(sqlOf(condition(L"Valid", Kind::isTrue)), L"Select * from [T] WHERE ifnull([Valid], 0) <> 0");
+  EXPECT_EQ(sqlOf(condition(L"Valid", Kind::isFalse)), L"Select * from [T] WHERE ifnull([Valid], 0) = 0");
 }
 
 TEST(ArrangementTest, ConditionsAllHoldAndOneOfAFieldTakesThePlaceOfItsFormer) {
   Arrangement arrangement;
-  arrangement.require(condition(L"Title", Test::containing, L"a"));
-  arrangement.require(condition(L"Author", Test::notEmpty));
-  arrangement.require(condition(L"Title", Test::containing, L"b"));
-  arrangement.require(condition(nullptr, Test::containing, L"c"));
-  EXPECT_EQ(arrangement.toSql(L"Select * from [T]", true, {L"Title"}),
-            L"Select * from [T] WHERE quivane_contains('b', [Title]) AND ifnull([Author], '') NOT IN ('', x'') AND "
-            L"quivane_contains('c', [Title])");
+  arrangement.require(condition(L"Title", Kind::containing, L"a"));
+  arrangement.require(condition(L"Author", Kind::notEmpty));
+  arrangement.require(condition(L"Title", Kind::containing, L"b"));
+  arrangement.require(condition(nullptr, Kind::containing, L"c"));
+  EXPECT_EQ(
+      arrangement.toSql(L"Select * from [T]", true, {L"Title"}),
+      L"Select * from [T] WHERE quivane_contains('b', [Title]) AND ifnull([Author], '') NOT IN ('', x'') AND "
+      L"quivane_contains('c', [Title])");
   EXPECT_EQ(arrangement.describe(),
             L"Only where Title contains 'b' and Author is not empty and any column contains 'c'");
 }
@@ -91,20 +92,21 @@ TEST(ArrangementTest, AQueryStandsInParenthesesWithItsCommentsAndWithoutItsSemic
 }
 
 TEST(ArrangementTest, NoNameIsTakenForAText) {
-  EXPECT_EQ(sqlOf(condition(L"a]b`c", Test::isTrue)), L"Select * from [T] WHERE ifnull(`a]b``c`, 0) <> 0");
-  EXPECT_EQ(sqlOf(condition(L"say \"so\"", Test::isTrue)),
+  EXPECT_EQ(sqlOf(condition(L"a]b`c", Kind::isTrue)), L"Select * from [T] WHERE ifnull(`a]b``c`, 0) <> 0");
+  EXPECT_EQ(sqlOf(condition(L"say \"so\"", Kind::isTrue)),
             L"Select * from [T] WHERE ifnull([say \"so\"], 0) <> 0");
 }
 
 TEST(ArrangementTest, ManyFieldsAreLookedAtInParts) {
   std::vector<std::wstring> fields(200, L"f");
   Arrangement arrangement;
-  arrangement.require(condition(nullptr, Test::containing, L"x"));
-  arrangement.require(condition(L"f", Test::isTrue));
+  arrangement.require(condition(nullptr, Kind::containing, L"x"));
+  arrangement.require(condition(L"f", Kind::isTrue));
   const std::wstring sql = arrangement.toSql(L"Select * from [T]", true, fields);
   EXPECT_EQ(sql.find(L"(quivane_contains('x'"), sql.find(L"WHERE ") + 6) << "they belong together";
   std::size_t count = 0;
-  for (std::size_t at = sql.find(L"quivane_contains"); at != sql.npos; at = sql.find(L"quivane_contains", at + 1)) {
+  for (std::size_t at = sql.find(L"quivane_contains"); at != sql.npos;
+       at = sql.find(L"quivane_contains", at + 1)) {
     ++count;
   }
   EXPECT_EQ(count, 3u);
@@ -117,12 +119,12 @@ TEST(ArrangementTest, EverythingComesBackFromItsText) {
   Arrangement arrangement;
   arrangement.orderBy({L"a/b:c|d\\e\n\x00C4", true, Letters::ignoreCase});
   arrangement.thenBy({L"", false, Letters::asTheyAre});
-  Arrangement::Condition equal = condition(L"e", Test::equal, L"'x:/|\\'", Letters::asTheyAre);
+  Arrangement::Condition equal = condition(L"e", Kind::equal, L"'x:/|\\'", Letters::asTheyAre);
   equal.shown = L"\xD83D\xDE00 \t";
   arrangement.require(equal);
-  arrangement.require(condition(L"c", Test::containing, L"text"));
-  arrangement.require(condition(nullptr, Test::containing, L"any"));
-  for (const Test test : {Test::empty, Test::notEmpty, Test::isTrue, Test::isFalse}) {
+  arrangement.require(condition(L"c", Kind::containing, L"text"));
+  arrangement.require(condition(nullptr, Kind::containing, L"any"));
+  for (const Kind test : {Kind::empty, Kind::notEmpty, Kind::isTrue, Kind::isFalse}) {
     Arrangement::Condition plain;
     plain.field = std::to_wstring(static_cast<int>(test));
     plain.test = test;
@@ -130,10 +132,10 @@ TEST(ArrangementTest, EverythingComesBackFromItsText) {
   }
   // What is shown of these is no part of them.
   Arrangement expected = arrangement;
-  Arrangement::Condition contains = condition(L"c", Test::containing, L"text");
+  Arrangement::Condition contains = condition(L"c", Kind::containing, L"text");
   contains.shown.clear();
   expected.require(contains);
-  Arrangement::Condition any = condition(nullptr, Test::containing, L"any");
+  Arrangement::Condition any = condition(nullptr, Kind::containing, L"any");
   any.shown.clear();
   expected.require(any);
   const std::wstring text = arrangement.toText();
@@ -145,10 +147,9 @@ TEST(ArrangementTest, EverythingComesBackFromItsText) {
 }
 
 TEST(ArrangementTest, WhateverElseStandsThereIsNone) {
-  for (const wchar_t* text :
-       {L"", L"0", L"2/+i:a", L"1/", L"1/+", L"1/+i", L"1/+x:a", L"1/+i:a:b", L"1/?i:a", L"1/=i:a:b",
-        L"1/~i:a", L"1/+i:a\\", L"1/+i:a\\12", L"1/+i:a\\00zz", L"1/+i:a/+i:b/+i:c", L"1|", L"garbage",
-        L"1/\\/:|"}) {
+  for (const wchar_t* text : {L"", L"0", L"2/+i:a", L"1/", L"1/+", L"1/+i", L"1/+x:a", L"1/+i:a:b", L"1/?i:a",
+                              L"1/=i:a:b", L"1/~i:a", L"1/+i:a\\", L"1/+i:a\\12", L"1/+i:a\\00zz",
+                              L"1/+i:a/+i:b/+i:c", L"1|", L"garbage", L"1/\\/:|"}) {
     EXPECT_TRUE(Arrangement::ofText(text).isEmpty()) << testing::PrintToString(std::wstring(text));
   }
   EXPECT_FALSE(Arrangement::ofText(L"1/+i:a").isEmpty());

@@ -278,4 +278,19 @@ TEST(AvailabilityTest, ImportNeedsADatabaseAndExportATableOrQueryBesides) {
   EXPECT_EQ(available(both, PopupMenu::desktop, {.databaseOpen = true, .recordsChosen = true}), both);
 }
 
+TEST(AvailabilityTest, OrderAndFilterAreOfTheGridAndCanBeLeftOnTheForm) {
+  const Commands asked = {ID_ORDER_COLUMN, ID_FILTER_ALL, ID_ARRANGEMENT_CLEAR, ID_ARRANGEMENT_KEEP};
+  const Commands plain = {ID_ORDER_COLUMN, ID_FILTER_ALL};
+  CommandFacts facts = {.recordsetOpen = true, .viewMode = ViewMode::list};
+  EXPECT_EQ(available(asked, PopupMenu::desktop, facts), plain) << "also without records";
+  facts.isArranged = true;
+  EXPECT_EQ(available(asked, PopupMenu::desktop, facts), asked);
+  facts.viewMode = ViewMode::form;
+  EXPECT_EQ(available(asked, PopupMenu::desktop, facts), Commands{ID_ARRANGEMENT_CLEAR});
+  facts.viewMode = ViewMode::tables;
+  EXPECT_EQ(available(asked, PopupMenu::desktop, facts), Commands{});
+  facts = {.viewMode = ViewMode::list, .isArranged = true};
+  EXPECT_EQ(available(asked, PopupMenu::desktop, facts), Commands{}) << "the records could not be opened";
+}
+
 }  // namespace

@@ -9,6 +9,7 @@
 #include "platform/store/cdbtool/console.h"
 #include "platform/store/exchange/import_plan.h"
 #include "platform/store/rows/backend.h"
+#include "platform/store/rows/case_folding.h"
 
 namespace cdbtool {
 

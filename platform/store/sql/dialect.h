@@ -64,14 +64,14 @@ std::string quotedText(std::string_view text);
 /// The texts are slices of the statement, without comments at their ends. ORDER BY and WHERE may refer
 /// to the columns by position or alias, so a statement made of the parts keeps `columnList` in front.
 struct SingleTableSelect {
-  std::string table;          ///< the table's name, without quotes
-  std::string columnList;     ///< the text between SELECT [ALL] and FROM
-  std::string tableClause;    ///< the table as it stands in FROM, with its schema and alias
-  std::string qualifier;      ///< how the table's columns are addressed: alias or name, in double quotes
-  std::string tail;           ///< what follows the table: WHERE, ORDER BY, LIMIT, or nothing
-  std::string order;          ///< its ORDER BY alone, or nothing
-  /// What stands around it, from the inside out: "SELECT * FROM (...) WHERE ... ORDER BY ...", which only chooses
-  /// among its rows and orders them. The parts above are those of the innermost SELECT.
+  std::string table;        ///< the table's name, without quotes
+  std::string columnList;   ///< the text between SELECT [ALL] and FROM
+  std::string tableClause;  ///< the table as it stands in FROM, with its schema and alias
+  std::string qualifier;    ///< how the table's columns are addressed: alias or name, in double quotes
+  std::string tail;         ///< what follows the table: WHERE, ORDER BY, LIMIT, or nothing
+  std::string order;        ///< its ORDER BY alone, or nothing
+  /// What stands around it, from the inside out: "SELECT * FROM (...) WHERE ... ORDER BY ...", which only
+  /// chooses among its rows and orders them. The parts above are those of the innermost SELECT.
   struct Around {
     std::string tail;   ///< what follows the parenthesis
     std::string order;  ///< its ORDER BY alone, or nothing

@@ -119,8 +119,8 @@ std::size_t findClose(const Tokens& tokens, std::size_t open, std::size_t last) 
   return last;
 }
 
-/// "SELECT * FROM (inside) ...": what follows, and `*inside` becomes what stands in the parentheses. Empty for
-/// anything else; `*inside` is then untouched.
+/// "SELECT * FROM (inside) ...": what follows, and `*inside` becomes what stands in the parentheses. Empty
+/// for anything else; `*inside` is then untouched.
 std::optional<SingleTableSelect::Around> readAround(std::string_view* inside) {
   const Tokens tokens(*inside);
   const std::size_t last = tokens.countWithoutSemicolons();

@@ -197,9 +197,10 @@ Status SqliteBackend::prepareText(Statement* statement, UserStatement* prepared)
   }
   // A view, a trigger or a default is not looked into before it is used.
   if (statement->kind == StatementKind::definition && callsTextFunction(statement->sql)) {
-    return {ErrorCode::errorsInCommand,
-            "quivane_fold and quivane_contains can't be part of a table, view or trigger: other programs have no "
-            "such functions."};
+    return {
+        ErrorCode::errorsInCommand,
+        "quivane_fold and quivane_contains can't be part of a table, view or trigger: other programs have no "
+        "such functions."};
   }
   if (Status status = connection_->prepareUser(statement->sql, prepared); !status) return status;
   if (sqlite3_bind_parameter_count(prepared->statement.get()) > 0) {
@@ -293,7 +294,8 @@ Status SqliteBackend::makesOneRowOfAll(const SingleTableSelect& select, bool* ma
   if (select.isPlainTable) return {};
   const StatementWatch::Asked asked(connection_->watch());
   SqliteStatement statement;
-  std::string sql = "SELECT " + select.columnList + " FROM " + select.tableClause + " WHERE 0 " + select.order;
+  std::string sql =
+      "SELECT " + select.columnList + " FROM " + select.tableClause + " WHERE 0 " + select.order;
   for (const SingleTableSelect::Around& around : select.around) {
     sql = "SELECT * FROM (" + sql + ") " + around.order;
   }

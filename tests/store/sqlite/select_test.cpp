@@ -99,7 +99,8 @@ TEST_F(SelectTest, OneTableStaysUpdatableInsideASelectThatOnlyChooses) {
   expectUpdatable("SELECT * FROM (SELECT * FROM (SELECT * FROM t WHERE a > 1) WHERE a < 4) ORDER BY a DESC",
                   "3 2");
   expectUpdatable("SELECT * FROM (SELECT * FROM t -- all\n) WHERE 0", "");
-  expectUpdatable("SELECT * FROM (\nSELECT * FROM t WHERE b IN ('one', 'two')\n) WHERE c > 1 LIMIT 2;", "1 2");
+  expectUpdatable("SELECT * FROM (\nSELECT * FROM t WHERE b IN ('one', 'two')\n) WHERE c > 1 LIMIT 2;",
+                  "1 2");
 }
 
 TEST_F(SelectTest, WhatStandsAroundAJoinOrAnAggregateIsReadOnly) {
@@ -113,8 +114,9 @@ TEST_F(SelectTest, WhatStandsAroundAJoinOrAnAggregateIsReadOnly) {
 }
 
 TEST_F(SelectTest, ADateAroundAQueryIsComparedAsAMoment) {
-  prepare("CREATE TABLE days (day datetime); INSERT INTO days VALUES ('2001-03-09 00:00:00.000'), "
-          "('2001-03-09T00:00Z'), ('2001-03-10')");
+  prepare(
+      "CREATE TABLE days (day datetime); INSERT INTO days VALUES ('2001-03-09 00:00:00.000'), "
+      "('2001-03-09T00:00Z'), ('2001-03-10')");
   EXPECT_EQ("2", columnOf("SELECT count(*) FROM (SELECT * FROM days) WHERE [day] = '2001-03-09'"));
 }
 

@@ -88,7 +88,8 @@ TEST_F(TextFunctionsTest, ContainsLooksAtAllValuesOfARow) {
   EXPECT_EQ("1", valueOf("quivane_contains('x', 1, NULL, 'aXb')"));
   EXPECT_EQ("0", valueOf("quivane_contains('x', 1, NULL, 'ab')"));
   std::unique_ptr<Recordset> recordset;
-  EXPECT_EQ(ErrorCode::errorsInCommand, tryOpen("SELECT * FROM one WHERE quivane_contains('x')", &recordset).code());
+  EXPECT_EQ(ErrorCode::errorsInCommand,
+            tryOpen("SELECT * FROM one WHERE quivane_contains('x')", &recordset).code());
 }
 
 TEST_F(TextFunctionsTest, EachRowMayHaveATextOfItsOwn) {

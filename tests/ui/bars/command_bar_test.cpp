@@ -1,5 +1,7 @@
 #include "app/bars/command_bar.h"
 
+#include <array>
+
 #include "base/app_settings.h"
 #include "gmock/gmock.h"
 #include "owners/live_resources.h"
@@ -238,6 +240,39 @@ TEST_F(CommandBarTest, ThePositionBoxShowsTheText) {
   EXPECT_EQ(positionText(), L"");
   bar_.setPositionText(L"    1 / 5");
   EXPECT_EQ(positionText(), L"    1 / 5");
+}
+
+/// The tip of the position box that is there; none when there is no tip.
+std::wstring tipOf(HWND box) {
+  std::wstring found;
+  for (HWND tip = FindWindowExW(nullptr, nullptr, TOOLTIPS_CLASSW, nullptr); tip;
+       tip = FindWindowExW(nullptr, tip, TOOLTIPS_CLASSW, nullptr)) {
+    std::array<wchar_t, 200> text{};
+    TTTOOLINFOW tool{};
+    tool.cbSize = TTTOOLINFOW_V2_SIZE;
+    tool.uFlags = TTF_IDISHWND;
+    tool.hwnd = GetParent(box);
+    tool.uId = reinterpret_cast<UINT_PTR>(box);
+    tool.lpszText = text.data();
+    SendMessageW(tip, TTM_GETTEXTW, text.size(), reinterpret_cast<LPARAM>(&tool));
+    if (text[0] != L'\0') found = text.data();
+  }
+  return found;
+}
+
+TEST_F(CommandBarTest, ThePositionBoxHasATipOnEachPageThatHasTheBox) {
+  show(kList);
+  EXPECT_EQ(tipOf(bar_.pageBars().positionBox()), L"");
+  bar_.setPositionTip(L"Ordered by Title\nOnly where a is empty");
+  EXPECT_EQ(tipOf(bar_.pageBars().positionBox()), L"Ordered by Title\nOnly where a is empty");
+  show(kForm);
+  EXPECT_EQ(tipOf(bar_.pageBars().positionBox()), L"Ordered by Title\nOnly where a is empty");
+  show(kTables);
+  bar_.setPositionTip(L"another");
+  show(kList);
+  EXPECT_EQ(tipOf(bar_.pageBars().positionBox()), L"another");
+  bar_.setPositionTip(L"");
+  EXPECT_EQ(tipOf(bar_.pageBars().positionBox()), L"");
 }
 
 TEST_F(CommandBarTest, ThePositionBoxIsWhite) {

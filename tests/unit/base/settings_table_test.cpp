@@ -38,6 +38,7 @@ constexpr Expected kExpected[] = {
     {L"RecentUserFinds", L"FI5", SettingKind::text},
     {L"Password", L"PasswordItem", SettingKind::text},
     {L"ColumnWidths", L"Widths", SettingKind::words},
+    {L"Arrangements", L"Latest", SettingKind::text},
 };
 
 using SettingsTableTest = RegistryTest;

@@ -29,8 +29,8 @@ class Letters {
     return *folding_;
   }
 
-  /// Puts the folded `text` into `room`, which has text.size() bytes. False, and `room` has anything in it, when
-  /// there is more than ASCII.
+  /// Puts the folded `text` into `room`, which has text.size() bytes. False, and `room` has anything in it,
+  /// when there is more than ASCII.
   bool foldAscii(std::string_view text, char* room) {
     folding();
     if (!isAsciiKept_) return false;
@@ -94,7 +94,8 @@ void fold(sqlite3_context* context, int /*count*/, sqlite3_value** values) {
   }
 }
 
-/// What a file may hold in a column of doubles is shown with six decimals, whole numbers elsewhere by their digits.
+/// What a file may hold in a column of doubles is shown with six decimals, whole numbers elsewhere by their
+/// digits.
 class PlainTexts : public ValueTexts {
  public:
   bool writesPlainIntegers() const override { return true; }
@@ -140,7 +141,8 @@ void drop(void* wanted) {
 
 std::unique_ptr<Wanted> makeWanted(sqlite3_context* context, sqlite3_value* text) {
   const auto* bytes = reinterpret_cast<const char*>(sqlite3_value_text(text));
-  const std::string_view utf8(bytes != nullptr ? bytes : "", static_cast<std::size_t>(sqlite3_value_bytes(text)));
+  const std::string_view utf8(bytes != nullptr ? bytes : "",
+                              static_cast<std::size_t>(sqlite3_value_bytes(text)));
   std::u16string units(utf8.size(), u'\0');
   units.resize(decodeUtf8(utf8, units.data()));
   return std::make_unique<Wanted>(TextNeedle(units, &lettersOf(context).folding()));
@@ -159,8 +161,8 @@ void contains(sqlite3_context* context, int count, sqlite3_value** values) {
       made = makeWanted(context, values[0]);
       wanted = made.get();
     }
-    const bool isFound =
-        std::any_of(values + 1, values + count, [&](sqlite3_value* value) { return wanted->occursIn(value); });
+    const bool isFound = std::any_of(values + 1, values + count,
+                                     [&](sqlite3_value* value) { return wanted->occursIn(value); });
     // SQLite may drop it at once, when the text is another one for each row.
     if (made) sqlite3_set_auxdata(context, 0, made.release(), drop);
     sqlite3_result_int(context, isFound ? 1 : 0);
@@ -182,7 +184,7 @@ int addTextFunctions(sqlite3* connection, const CaseFolding& (*folding)()) {
     void (*call)(sqlite3_context* context, int count, sqlite3_value** values);
   };
   static constexpr std::array kFunctions = {Function{"quivane_fold", 1, fold},
-                                           Function{"quivane_contains", -1, contains}};
+                                            Function{"quivane_contains", -1, contains}};
   constexpr int kFlags = SQLITE_UTF8 | SQLITE_DETERMINISTIC | SQLITE_DIRECTONLY;
   for (const Function& function : kFunctions) {
     auto letters = std::make_unique<Letters>(folding);

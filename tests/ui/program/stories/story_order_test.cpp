@@ -18,8 +18,19 @@ using testing::ElementsAre;
 namespace {
 
 /// The entries of a column's menu, by their places.
-enum Entry { kAscending, kDescending, kThenAscending, kThenDescending, kOnlyValue = 5, kContaining, kEmpty, kNotEmpty,
-             kAnyContaining, kShowAll = 11, kKeep };
+enum Entry {
+  kAscending,
+  kDescending,
+  kThenAscending,
+  kThenDescending,
+  kOnlyValue = 5,
+  kContaining,
+  kEmpty,
+  kNotEmpty,
+  kAnyContaining,
+  kShowAll = 11,
+  kKeep
+};
 constexpr const char* kEntryKeys = "ADTH-OCENY-SK";
 constexpr int kEntryCount = 11;
 constexpr int kSeparatorCount = 2;
@@ -31,9 +42,10 @@ class OrderStory : public StoryTest {
   void SetUp() override {
     StoryTest::SetUp();
     SettingsStore::writeDword(SettingsStore::kOptions, L"GenUpdateRights", kNewRecordsAndDeletions);
-    makeDatabase(path(), {L"CREATE TABLE 'Books' (Title VarChar(40), Author Text, Pages Integer)",
-                          L"INSERT INTO Books VALUES ('ulysses', 'Joyce', 700), ('Dubliners', 'joyce', 200), "
-                          L"('100% Wool', 'O''Neill', 90), ('\x00C4rger', NULL, 300), ('\x00E4pfel', '', 310)"});
+    makeDatabase(path(),
+                 {L"CREATE TABLE 'Books' (Title VarChar(40), Author Text, Pages Integer)",
+                  L"INSERT INTO Books VALUES ('ulysses', 'Joyce', 700), ('Dubliners', 'joyce', 200), "
+                  L"('100% Wool', 'O''Neill', 90), ('\x00C4rger', NULL, 300), ('\x00E4pfel', '', 310)"});
   }
 
   HWND showGrid(User& user) {
@@ -98,7 +110,9 @@ class OrderStory : public StoryTest {
     user.accept(dialog);
   }
 
-  static std::wstring position(const User& user) { return remote::text(remote::control(user.main(), kPosition)); }
+  static std::wstring position(const User& user) {
+    return remote::text(remote::control(user.main(), kPosition));
+  }
   static void awaitTitles(const User& user, const std::vector<std::wstring>& titles) {
     const HWND grid = remote::recordGrid(user.main());
     ASSERT_TRUE(remote::waitUntil([&] { return remote::itemTexts(grid) == titles; }))
@@ -111,7 +125,8 @@ class OrderStory : public StoryTest {
     item.mask = HDI_FORMAT;
     remote::Memory memory(header, sizeof(item));
     memory.write(0, &item, sizeof(item));
-    SendMessageW(header, HDM_GETITEMW, static_cast<WPARAM>(column), reinterpret_cast<LPARAM>(memory.address()));
+    SendMessageW(header, HDM_GETITEMW, static_cast<WPARAM>(column),
+                 reinterpret_cast<LPARAM>(memory.address()));
     memory.read(0, &item, sizeof(item));
     return item.fmt & (HDF_SORTUP | HDF_SORTDOWN);
   }
@@ -182,8 +197,9 @@ TEST_P(OrderStory, TheStatementIsShownAndTheFormAndFindGoByIt) {
   awaitTitles(user, {L"\x00C4rger", L"ulysses", L"Dubliners"});
   user.choose(ID_DATABASE_INFO);
   const HWND info = user.dialog(L"Database Information");
-  EXPECT_EQ(remote::text(remote::control(info, IDC_INFO_SQL)),
-            L"Select * from [Books] WHERE quivane_contains('00', [Pages]) ORDER BY quivane_fold([Title]) DESC");
+  EXPECT_EQ(
+      remote::text(remote::control(info, IDC_INFO_SQL)),
+      L"Select * from [Books] WHERE quivane_contains('00', [Pages]) ORDER BY quivane_fold([Title]) DESC");
   user.accept(info);
   user.choose(ID_RECORD_EDIT);
   ASSERT_TRUE(remote::waitUntil([&] { return position(user) == L"    2 / 3"; }));
@@ -266,12 +282,15 @@ TEST_P(OrderStory, AFieldThatIsGoneTakesTheOrderAlong) {
   automationtest::SqliteFile(path().wstring()).run("ALTER TABLE Books RENAME COLUMN Author TO Writer");
   User& user = start();
   if (user.hasMouse()) {
-    userinput::click(remote::tabControl(user.main()), remote::tabPlace(remote::tabControl(user.main()), OpenedDatabase::kFormPage));
+    userinput::click(remote::tabControl(user.main()),
+                     remote::tabPlace(remote::tabControl(user.main()), OpenedDatabase::kFormPage));
   } else {
     userinput::press(VK_TAB, VK_CONTROL);
   }
-  user.answer(L"Quivane",
-              L"The order and filter don't fit the records any more, so all are shown.\nno such column: Author", IDOK);
+  user.answer(
+      L"Quivane",
+      L"The order and filter don't fit the records any more, so all are shown.\nno such column: Author",
+      IDOK);
   user.showPage(OpenedDatabase::kListPage);
   awaitTitles(user, {L"ulysses", L"Dubliners", L"100% Wool", L"\x00C4rger", L"\x00E4pfel"});
   end();

@@ -1,0 +1,267 @@
+// The order of the records and which of them are shown, as the Document has it.
+#include "base/options.h"
+#include "base/settings_store.h"
+#include "tests/ui/document/document_fixture.h"
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using Letters = Arrangement::Letters;
+using Kind = Arrangement::Test;
+
+namespace {
+
+class DocumentArrangementTest : public DocumentTest {
+ protected:
+  void SetUp() override {
+    DocumentTest::SetUp();
+    forget();
+    runStatements(path(),
+                  {L"CREATE TABLE 'Books' (Title Text, Pages Integer, Born datetime, Old Boolean, Raw, "
+                   L"Price Double)",
+                   L"INSERT INTO Books VALUES ('b', 2, '2001-03-09', 1, x'01', 0.1), ('A', 10, NULL, 0, 'x', "
+                   L"2.5), ('c', 1, 'March 9, ' || '2001', -1, NULL, NULL)"});
+  }
+  void TearDown() override {
+    DocumentTest::TearDown();
+    forget();
+  }
+  static void forget() { RegDeleteTreeW(HKEY_CURRENT_USER, SettingsStore::kRoot); }
+
+  static constexpr int kBooks = 3;
+  void openBooks(ViewMode mode = ViewMode::list) {
+    open();
+    document().openTableSelection(kBooks);
+    document().setViewMode(mode);
+  }
+  static Arrangement ordered(const wchar_t* field, bool isDescending = false,
+                             Letters letters = Letters::ignoreCase) {
+    Arrangement arrangement;
+    arrangement.orderBy({field, isDescending, letters});
+    return arrangement;
+  }
+  static Arrangement only(const wchar_t* field, Kind test, const wchar_t* value = L"") {
+    Arrangement arrangement;
+    Arrangement::Condition condition;
+    if (field) condition.field = field;
+    condition.test = test;
+    condition.value = value;
+    arrangement.require(condition);
+    return arrangement;
+  }
+  std::vector<std::wstring> rows(std::uint32_t field = 0) {
+    std::vector<std::wstring> texts;
+    for (std::uint32_t row = 0; row < recordCount; ++row) {
+      String text;
+      texts.emplace_back(document().readRow(row, field, text) ? text.text() : L"?");
+    }
+    return texts;
+  }
+  /// The rows that have the value of a field in this row.
+  std::vector<std::wstring> sameAs(std::uint32_t row, std::uint32_t field) {
+    document().arrange({});
+    currentRecord = row + 1;
+    window().grid.selected = row + 1;
+    Arrangement::Condition condition;
+    EXPECT_TRUE(document().readChosenValue(field, condition));
+    Arrangement arrangement;
+    arrangement.require(condition);
+    EXPECT_TRUE(document().arrange(arrangement));
+    EXPECT_THAT(messages(), IsEmpty());
+    return rows();
+  }
+};
+
+TEST_F(DocumentArrangementTest, TheRecordsComeInTheOrderAndTheCurrentOneStaysSo) {
+  openBooks();
+  window().grid.selected = 3;
+  ASSERT_TRUE(document().arrange(ordered(L"Title")));
+  EXPECT_THAT(rows(), ElementsAre(L"A", L"b", L"c"));
+  EXPECT_EQ(currentRecord, 3u);
+  ASSERT_TRUE(document().arrange(ordered(L"Title", true)));
+  EXPECT_THAT(rows(), ElementsAre(L"c", L"b", L"A"));
+  EXPECT_EQ(window().bar.positionTip, L"Ordered by Title (descending)");
+  EXPECT_STREQ(document().sqlText().text(), L"Select * from [Books] ORDER BY quivane_fold([Title]) DESC");
+  ASSERT_TRUE(document().arrange({}));
+  EXPECT_THAT(rows(), ElementsAre(L"b", L"A", L"c"));
+  EXPECT_EQ(window().bar.positionTip, L"");
+}
+
+TEST_F(DocumentArrangementTest, ARecordThatIsNotShownGivesWayToTheFirst) {
+  openBooks();
+  window().grid.selected = 3;
+  ASSERT_TRUE(document().arrange(only(L"Title", Kind::containing, L"a")));
+  EXPECT_THAT(rows(), ElementsAre(L"A"));
+  EXPECT_EQ(currentRecord, 1u);
+  ASSERT_TRUE(document().arrange(only(L"Title", Kind::containing, L"nothing")));
+  EXPECT_EQ(currentRecord, 0u);
+  EXPECT_EQ(recordCount, 0u);
+}
+
+TEST_F(DocumentArrangementTest, TheValueOfEveryKindIsFoundAgain) {
+  openBooks();
+  EXPECT_THAT(sameAs(1, 0), ElementsAre(L"A"));
+  EXPECT_THAT(sameAs(1, 1), ElementsAre(L"A"));
+  EXPECT_THAT(sameAs(0, 2), ElementsAre(L"b")) << "a date";
+  EXPECT_THAT(sameAs(1, 2), ElementsAre(L"A")) << "none";
+  EXPECT_THAT(sameAs(2, 2), ElementsAre(L"c")) << "a text where a date should be";
+  EXPECT_THAT(sameAs(0, 3), ElementsAre(L"b", L"c")) << "whatever the file holds for true";
+  EXPECT_THAT(sameAs(1, 3), ElementsAre(L"A"));
+  EXPECT_THAT(sameAs(0, 4), ElementsAre(L"b")) << "bytes";
+  EXPECT_THAT(sameAs(1, 4), ElementsAre(L"A"));
+  EXPECT_THAT(sameAs(2, 4), ElementsAre(L"c"));
+  EXPECT_THAT(sameAs(0, 5), ElementsAre(L"b")) << "a double";
+}
+
+TEST_F(DocumentArrangementTest, AnOddValueIsFoundAgainToTheByte) {
+  runStatements(path(), {L"DELETE FROM Books",
+                         L"INSERT INTO Books (Title, Pages) VALUES ('it''s; -- %_', 9223372036854775807), "
+                         L"('a' || char(0) || 'b', 9223372036854775806), (char(13, 10), -1), "
+                         L"('x', 9223372036854775807)"});
+  openBooks();
+  EXPECT_EQ(sameAs(0, 0).size(), 1u);
+  EXPECT_EQ(sameAs(1, 0).size(), 1u);
+  EXPECT_EQ(sameAs(2, 0).size(), 1u);
+  EXPECT_EQ(sameAs(0, 1).size(), 2u);
+  EXPECT_EQ(sameAs(1, 1).size(), 1u);
+}
+
+TEST_F(DocumentArrangementTest, AValueThatIsTooLongIsRefused) {
+  runStatements(path(), {L"UPDATE Books SET Title = hex(zeroblob(6000))"});
+  openBooks();
+  Arrangement::Condition condition;
+  EXPECT_FALSE(document().readChosenValue(0, condition));
+}
+
+TEST_F(DocumentArrangementTest, WhatCantBeOpenedLeavesEverything) {
+  openBooks();
+  window().grid.selected = 1;
+  EXPECT_FALSE(document().arrange(ordered(L"No such field")));
+  ASSERT_EQ(messages().size(), 1u);
+  EXPECT_THAT(messages()[0].text, testing::StartsWith(L"The records could not be ordered or filtered.\n"));
+  EXPECT_THAT(rows(), ElementsAre(L"b", L"A", L"c"));
+  EXPECT_TRUE(document().arrangement().isEmpty());
+}
+
+TEST_F(DocumentArrangementTest, ANameInWhichBracketsEndIsStillANameAndNoText) {
+  runStatements(path(), {L"CREATE TABLE 'Odd' (\"a]b`c\" Text)", L"INSERT INTO Odd VALUES ('2'), ('1')"});
+  open();
+  document().openTableSelection(kBooks + 1);
+  document().setViewMode(ViewMode::list);
+  EXPECT_TRUE(document().arrange(ordered(L"a]b`c")));
+  EXPECT_THAT(rows(), ElementsAre(L"1", L"2"));
+  EXPECT_FALSE(document().arrange(ordered(L"x]y"))) << "else a text that orders nothing";
+}
+
+TEST_F(DocumentArrangementTest, EachTableKeepsItsOwnAlsoAtTheNextStart) {
+  openBooks();
+  document().arrange(ordered(L"Title"));
+  document().setViewMode(ViewMode::tables);
+  document().openTableSelection(0);
+  document().setViewMode(ViewMode::list);
+  EXPECT_TRUE(document().arrangement().isEmpty());
+  EXPECT_EQ(window().bar.positionTip, L"");
+  document().setViewMode(ViewMode::tables);
+  document().openTableSelection(kBooks);
+  document().setViewMode(ViewMode::list);
+  EXPECT_THAT(rows(), ElementsAre(L"A", L"b", L"c"));
+  document().closeDatabase();
+  restart();
+  EXPECT_EQ(document().restoreSession(), RestoreResult::records);
+  EXPECT_EQ(value(), L"A");
+}
+
+TEST_F(DocumentArrangementTest, AnyFieldMeansTheFieldsThatThereAreAtTheOpening) {
+  openBooks();
+  document().arrange(only(nullptr, Kind::containing, L"2.5"));
+  EXPECT_THAT(rows(), ElementsAre(L"A"));
+  document().closeDatabase();
+  restart();
+  runStatements(path(), {L"ALTER TABLE Books ADD COLUMN More Text",
+                         L"UPDATE Books SET More = '2.50' WHERE Title = 'c'"});
+  openBooks();
+  EXPECT_THAT(rows(), ElementsAre(L"A", L"c"));
+}
+
+TEST_F(DocumentArrangementTest, OneThatNoLongerFitsIsGivenUpAndTold) {
+  openBooks();
+  document().arrange(ordered(L"Title"));
+  document().closeDatabase();
+  restart();
+  runStatements(path(), {L"ALTER TABLE Books DROP COLUMN Title"});
+  openBooks();
+  EXPECT_THAT(rows(0), ElementsAre(L"2", L"10", L"1"));
+  ASSERT_EQ(messages().size(), 1u);
+  EXPECT_THAT(messages()[0].text,
+              testing::StartsWith(L"The order and filter don't fit the records any more"));
+  document().closeDatabase();
+  restart();
+  openBooks();
+  EXPECT_THAT(messages(), IsEmpty()) << "it is forgotten";
+}
+
+TEST_F(DocumentArrangementTest, ASavedQueryIsOrderedAndStaysUpdatable) {
+  addQueries();
+  open();
+  document().setViewMode(ViewMode::queries);
+  document().openQuerySelection(0);
+  document().setViewMode(ViewMode::list);
+  ASSERT_THAT(rows(), ElementsAre(L"20", L"30"));
+  ASSERT_TRUE(document().arrange(ordered(L"a", true, Letters::asTheyAre)));
+  EXPECT_THAT(rows(), ElementsAre(L"30", L"20"));
+  EXPECT_FALSE(document().isFieldReadOnly(0));
+  document().closeDatabase();
+  restart();
+  EXPECT_EQ(document().restoreSession(), RestoreResult::records);
+  EXPECT_EQ(value(), L"30") << "not in parentheses twice";
+  EXPECT_STREQ(document().sqlText().text(),
+               L"SELECT * FROM (Select * from [First One] where a > 10\n) ORDER BY [a] DESC");
+}
+
+TEST_F(DocumentArrangementTest, OnTheFormTheRecordStaysAndWhatIsTypedIsStoredFirst) {
+  openBooks(ViewMode::form);
+  document().moveLastRecord();
+  ASSERT_EQ(value(), L"c");
+  window().form.fields[0].content = L"0";
+  ASSERT_TRUE(document().arrange(ordered(L"Title")));
+  EXPECT_EQ(value(), L"0");
+  EXPECT_EQ(currentRecord, 1u);
+  EXPECT_THAT(stored(L"SELECT Title FROM Books ORDER BY Title"), ElementsAre(L"0", L"A", L"b"));
+}
+
+TEST_F(DocumentArrangementTest, WhatCantBeStoredKeepsEverything) {
+  openBooks(ViewMode::form);
+  runStatements(path(),
+                {L"CREATE TRIGGER never BEFORE UPDATE ON Books BEGIN SELECT RAISE(ABORT, 'never'); END"});
+  window().form.fields[0].content = L"changed";
+  EXPECT_FALSE(document().arrange(ordered(L"Title")));
+  EXPECT_TRUE(document().arrangement().isEmpty());
+  EXPECT_EQ(currentRecord, 1u);
+  window().prompts.agrees = true;
+  EXPECT_TRUE(document().canLeaveRecord());
+}
+
+TEST_F(DocumentArrangementTest, ARecordThatNoLongerFitsStaysUntilTheRecordsAreOpenedAnew) {
+  openBooks();
+  document().arrange(only(L"Title", Kind::containing, L"b"));
+  document().setViewMode(ViewMode::form);
+  window().form.fields[0].content = L"other";
+  document().setViewMode(ViewMode::list);
+  EXPECT_THAT(rows(), ElementsAre(L"other"));
+  document().arrange(document().arrangement());
+  EXPECT_THAT(rows(), IsEmpty());
+}
+
+TEST_F(DocumentArrangementTest, AQueryIsKeptAndWhatIsInUseStaysSo) {
+  openBooks();
+  document().arrange(ordered(L"Title"));
+  EXPECT_TRUE(document().tryQuery(document().sqlText()));
+  EXPECT_FALSE(document().tryQuery(L"SELECT nothing"));
+  EXPECT_THAT(rows(), ElementsAre(L"A", L"b", L"c")) << "a trial leaves them";
+  ASSERT_TRUE(document().keepQuery({L"sorted", document().sqlText()}));
+  EXPECT_STREQ(document().tableName().text(), L"Books");
+  EXPECT_THAT(rows(), ElementsAre(L"A", L"b", L"c"));
+  document().setViewMode(ViewMode::queries);
+  EXPECT_THAT(window().queries->items, ElementsAre(L"sorted"));
+}
+
+}  // namespace
