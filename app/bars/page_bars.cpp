@@ -101,6 +101,7 @@ bool PageBars::createBand(HINSTANCE instance, const BandLayout& layout, HWND mai
         0, WC_EDITW, L"", WS_CHILD | WS_VISIBLE | WS_BORDER | ES_READONLY, 0, 0, kPositionSize.cx,
         kPositionSize.cy, rebar(), reinterpret_cast<HMENU>(UINT_PTR{layout.controlId}), instance, nullptr));
     if (!band.window) return false;
+    HandheldNameControl(band.window.get(), 0, L"Record");
   } else if (!createToolbar(instance, layout, mainWindow, band)) {
     return false;
   }
@@ -116,6 +117,7 @@ bool PageBars::createToolbar(HINSTANCE instance, const BandLayout& layout, HWND 
                            reinterpret_cast<HMENU>(UINT_PTR{layout.controlId}), instance, nullptr));
   const HWND bar = band.window.get();
   if (!bar) return false;
+  HandheldNameControl(bar, 0, L"Commands");
   band.images.reset(HandheldLoadImages(instance, layout.bitmap, kTransparent));
   toolbar::initialise(bar);
   toolbar::setCommandTarget(bar, mainWindow);

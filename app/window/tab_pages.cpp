@@ -128,11 +128,13 @@ void buildTabPages() {
     const int padding = HandheldToMonitor(3);
     SendMessageW(tabControl, TCM_SETPADDING, 0, MAKELPARAM(padding, padding));
   }
+  HandheldNameControl(tabControl, 0, L"Pages");
   for (const wchar_t* name : kPageNames) {
     item.pszText = const_cast<wchar_t*>(name);
     SendMessageW(tabControl, TCM_INSERTITEMW, static_cast<WPARAM>(item.iImage),
                  reinterpret_cast<LPARAM>(&item));
     ++item.iImage;
+    HandheldNameControl(tabControl, item.iImage, name);
   }
 }
 

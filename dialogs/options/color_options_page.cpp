@@ -84,6 +84,7 @@ LRESULT opened(HWND page, UINT, WPARAM, LPARAM lParam) {
   optionspage::open(page, lParam);
   optionspage::objectOf<ColorOptionsPage>(page).window = page;
   fillList(GetDlgItem(page, IDC_COLORS));
+  HandheldNameControl(GetDlgItem(page, IDC_COLORS), 0, L"Colors");
   growth.begin(page);
   growth.layOut();
   optionspage::objectOf<ColorOptionsPage>(page).selectedIndex = 0;

@@ -79,6 +79,9 @@ void QueryDialog::opened() {
   growth_.begin(window());
   fillScreen(window(), SHIDIF_SIPDOWN);
   SetWindowSubclass(control(IDC_QUERY_SQL), sqlProcedure, 0, 0);
+  HandheldNameControl(control(IDC_QUERY_SQL), 0, L"SQL text");
+  HandheldNameControl(control(IDC_QUERY_INSERT_TABLE), 0, L"Insert table");
+  HandheldNameControl(control(IDC_QUERY_INSERT_FIELD), 0, L"Insert field");
   showName();
   showSql();
   layOutSql();

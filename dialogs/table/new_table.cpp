@@ -41,6 +41,9 @@ int NewTableDialog::run(HWND owner) {
 
 void NewTableDialog::opened() {
   list_.attach(control(IDC_NEW_TABLE_FIELDS));
+  HandheldNameControl(control(IDC_NEW_TABLE_FIELDS), 0, L"Fields");
+  HandheldNameControl(control(IDC_NEW_TABLE_ADD), 0, L"Add field");
+  HandheldNameControl(control(IDC_NEW_TABLE_REMOVE), 0, L"Remove field");
   SetDlgItemTextW(window(), IDC_NEW_TABLE_NAME, name.text());
   for (const NewField& field : fields) list_.append(field);
   panel_.raise(window());

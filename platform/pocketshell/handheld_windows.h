@@ -73,9 +73,14 @@ AYGSHELL_API HIMAGELIST HandheldLoadImages(HINSTANCE instance, WORD bitmapId, CO
 AYGSHELL_API HICON HandheldLoadIcon(HINSTANCE instance, WORD iconId, int size);
 
 /// Gives the buttons of a toolbar their tips in the order of the buttons, as the handheld's
-/// TB_SETTOOLTIPS does; null for none. The texts are copied. Replaces what was set before, also for
-/// buttons that are added later.
+/// TB_SETTOOLTIPS does; null for none. The texts are copied, and name the buttons to assistive technology
+/// too. Replaces what was set before, also for buttons that are added later.
 AYGSHELL_API BOOL HandheldSetButtonTips(HWND toolbar, UINT count, const wchar_t* const* tips);
+
+/// What assistive technology calls a control that shows no name of its own (`child` 0), or what it has
+/// inside: buttons, tabs and columns from 1. Null or an empty name leaves it to the system again. The name is
+/// copied and lasts as long as the window. False when there is no such window.
+AYGSHELL_API BOOL HandheldNameControl(HWND control, LONG child, const wchar_t* name);
 
 /// In per cent, 100 to 400.
 AYGSHELL_API int HandheldGetZoom();

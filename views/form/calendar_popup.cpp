@@ -66,6 +66,7 @@ CalendarPopup::Choice CalendarPopup::run(HWND owner) {
 void CalendarPopup::opened() {
   SetWindowTextW(window(), showableText(caption_.text()).c_str());
   createControls();
+  HandheldNameControl(calendar_, 0, showableText(caption_.text()).c_str());
   centreDialog(window(), kPopupRaise);
   SetFocus(calendar_);
 }

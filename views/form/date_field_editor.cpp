@@ -3,6 +3,7 @@
 #include <cwchar>
 
 #include "data/values/date_value.h"
+#include "platform/pocketshell/handheld_windows.h"
 #include "views/form/calendar_popup.h"
 #include "views/form/date_editor_subclass.h"
 #include "views/form/tab_key.h"
@@ -44,6 +45,7 @@ DateFieldEditor::~DateFieldEditor() {
 bool DateFieldEditor::create(const ControlCreation& creation) {
   place_ = creation.place;
   if (!createControl(L"STATIC", givenText_.text(), creation)) return false;
+  HandheldNameControl(window(), 0, fieldName_.text());
   attachDateEditor(*this);
   moveFocusByTabKey(window());
   return true;

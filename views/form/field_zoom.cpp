@@ -1,6 +1,7 @@
 #include "views/form/field_zoom.h"
 
 #include "base/showable_text.h"
+#include "platform/pocketshell/handheld_windows.h"
 #include "views/dialog/dialog_place.h"
 #include "views/form/popup_ids.h"
 #include "views/shared/child_control.h"
@@ -40,6 +41,7 @@ void FieldZoom::opened() {
   if (!hasOwnBreaks_) breakLongParagraphs(edit);
   SendMessageW(edit, EM_SETMODIFY, FALSE, 0);
   SetWindowTextW(window(), title(shown).c_str());
+  HandheldNameControl(edit, 0, title(shown).c_str());
   // With all of it selected, as a dialog does by itself, the next key would replace the whole text.
   SetFocus(edit);
   SendMessageW(edit, EM_SETSEL, 0, 0);

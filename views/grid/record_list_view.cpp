@@ -121,6 +121,7 @@ bool RecordListView::createList(HWND tabControl) {
                                reinterpret_cast<HMENU>(static_cast<INT_PTR>(kListId)),
                                GetModuleHandleW(nullptr), nullptr);
   if (!list_) return false;
+  HandheldNameControl(list_, 0, L"Records");
   hide();
   listview::setExtendedStyle(list_, LVS_EX_FULLROWSELECT);
   if (!listSubclass_.attach(list_) || !headerSubclass_.attach(listview::header(list_))) return false;

@@ -49,7 +49,7 @@ DWORD styleBits(NameStyle style) {
 }  // namespace
 
 NameListView::NameListView(HWND mainWindow, AppColor background, AppColor text, Icons icons,
-                           int selectedIndex)
+                           const wchar_t* spokenName, int selectedIndex)
     : mainWindow_(mainWindow),
       selectedIndex_(selectedIndex),
       background_(background),
@@ -60,6 +60,7 @@ NameListView::NameListView(HWND mainWindow, AppColor background, AppColor text, 
       0, WC_LISTVIEWW, L"", WS_CHILD | LVS_ICON | LVS_SINGLESEL | LVS_SHOWSELALWAYS, place.left, place.top,
       place.right - place.left, place.bottom - place.top, mainWindow,
       reinterpret_cast<HMENU>(static_cast<INT_PTR>(kControlId)), GetModuleHandleW(nullptr), nullptr);
+  HandheldNameControl(window_, 0, spokenName);
   // A new child lies behind its siblings, and the tab control covers the same area.
   if (window_) SetWindowPos(window_, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
 }

@@ -22,7 +22,8 @@ class NameListView {
     WORD small;  ///< 16 x 16
   };
 
-  NameListView(HWND mainWindow, AppColor background, AppColor text, Icons icons, int selectedIndex);
+  NameListView(HWND mainWindow, AppColor background, AppColor text, Icons icons, const wchar_t* spokenName,
+               int selectedIndex);
   /// Destroys the control, unless its parent did.
   ~NameListView();
   NameListView(const NameListView&) = delete;

@@ -4,7 +4,7 @@
 
 QueriesListView::QueriesListView(HWND mainWindow)
     : NameListView(mainWindow, kQueryViewBackground, kQueryViewText, {IDI_QUERIES_LARGE, IDI_QUERIES_SMALL},
-                   0) {}
+                   L"Queries", 0) {}
 
 void QueriesListView::fill(const NameList& names) {
   refill(names);

@@ -6,7 +6,7 @@
 
 TablesListView::TablesListView(HWND mainWindow)
     : NameListView(mainWindow, kTablesViewBackground, kTablesViewText, {IDI_TABLES_LARGE, IDI_TABLES_SMALL},
-                   -1) {}
+                   L"Tables", -1) {}
 
 void TablesListView::rememberSelection(int index) {
   setSelectedIndex(index);

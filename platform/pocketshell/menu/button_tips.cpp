@@ -39,6 +39,9 @@ BOOL HandheldSetButtonTips(HWND toolbar, UINT count, const wchar_t* const* tips)
   if (!IsWindow(toolbar) || (count > 0 && !tips)) return FALSE;
   std::vector<std::wstring> copies;
   for (UINT i = 0; i < count; ++i) copies.emplace_back(tips[i] ? tips[i] : L"");
+  for (UINT i = 0; i < count; ++i) {
+    if (tips[i]) HandheldNameControl(toolbar, static_cast<LONG>(i) + 1, tips[i]);
+  }
   ButtonTips::attach(toolbar).setTips(std::move(copies));
   return TRUE;
 }

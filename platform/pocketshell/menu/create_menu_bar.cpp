@@ -8,6 +8,7 @@
 #include "platform/pocketshell/menu/menu_bar.h"
 #include "platform/pocketshell/menu/menu_bar_resource.h"
 #include "platform/pocketshell/panel/panel_button.h"
+#include "platform/pocketshell/text/control_text.h"
 #include "platform/pocketshell/window/shell_window.h"
 
 using namespace pocketshell;
@@ -87,6 +88,10 @@ BOOL SHCreateMenuBar(SHMENUBARINFO* info) {
   SendMessageW(toolbar.get(), TB_BUTTONSTRUCTSIZE, sizeof(TBBUTTON), 0);
   if (!addButtons(toolbar.get(), *description, parts->dropDowns)) return FALSE;
   const HWND bar = toolbar.release();
+  HandheldNameControl(bar, 0, L"Menu");
+  for (std::size_t i = 0; i < parts->dropDowns.size(); ++i) {
+    HandheldNameControl(bar, static_cast<LONG>(i) + 1, withoutAccessMarks(parts->dropDowns[i].label).c_str());
+  }
   MenuBar& layer = MenuBar::attach(bar, parent, std::move(*parts));
   PanelButton::create(bar);
   ShellWindow& shell = ShellWindow::attach(parent);

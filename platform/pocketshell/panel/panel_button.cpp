@@ -74,8 +74,8 @@ void PanelButton::create(HWND menuBar) {
   description.hCursor = LoadCursorW(nullptr, IDC_ARROW);
   description.lpszClassName = kClassName;
   RegisterClassW(&description);  // fails but for the first
-  CreateWindowExW(0, kClassName, L"", WS_CHILD | WS_VISIBLE, 0, 0, 0, 0, menuBar, nullptr, thisModule(),
-                  nullptr);
+  CreateWindowExW(0, kClassName, L"Input panel", WS_CHILD | WS_VISIBLE, 0, 0, 0, 0, menuBar, nullptr,
+                  thisModule(), nullptr);
 }
 
 int PanelButton::layOut(HWND menuBar) {

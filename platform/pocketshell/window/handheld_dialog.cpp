@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "platform/pocketshell/handheld_windows.h"
+#include "platform/pocketshell/naming/dialog_names.h"
 #include "platform/pocketshell/panel/input_panel.h"
 #include "platform/pocketshell/text/own_letters.h"
 #include "platform/pocketshell/window/dialog_template.h"
@@ -83,6 +84,7 @@ INT_PTR CALLBACK openingProcedure(HWND dialog, UINT message, WPARAM wParam, LPAR
   if (message != WM_INITDIALOG) return opening->procedure(dialog, message, wParam, lParam);
   const Opening dialogOpening = *std::exchange(opening, nullptr);
   layOutDialog(dialog, dialogOpening.description);
+  nameByLabels(dialog);
   InputPanel::standOn(dialog);
   SetWindowLongPtrW(dialog, DWLP_DLGPROC, reinterpret_cast<LONG_PTR>(dialogOpening.procedure));
   return dialogOpening.procedure(dialog, message, wParam, dialogOpening.parameter);
