@@ -39,6 +39,7 @@ class SoakedProgram : public UiTest {
   /// How many were left so.
   int fileDialogs() const { return fileDialogs_; }
 
+  /// Or has ended.
   bool answers() const;
   /// Waits until the program has taken all that was posted until now, or has ended; false when it hangs.
   bool takesAll();
@@ -51,6 +52,7 @@ class SoakedProgram : public UiTest {
   void tellFault() const;
 
  private:
+  bool send(HWND window, UINT message, DWORD_PTR* result) const;
   void openDatabase();
 
   std::filesystem::path former_;
