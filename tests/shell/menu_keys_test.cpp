@@ -194,6 +194,22 @@ TEST_F(MenuKeysTest, APressedButtonOpensItsPopup) {
   EXPECT_EQ(commandCount(ID_DELETE), 1);
 }
 
+TEST_F(MenuKeysTest, TheBarIsThroughWithItsButtonBeforeThePopupOpens) {
+  // A bar that is replaced while its popup is open must have nothing left to do.
+  RECT record{};
+  SendMessageW(bar_, TB_GETITEMRECT, 2, reinterpret_cast<LPARAM>(&record));
+  const LPARAM place = MAKELPARAM(record.left + 3, record.top + 3);
+  SendMessageW(bar_, WM_LBUTTONDOWN, MK_LBUTTON, place);
+  EXPECT_TRUE(opened_.empty());
+  keys_ = {{VK_ESCAPE}};
+  pump();
+  EXPECT_EQ(opened_, std::vector<UINT>{ID_DELETE});
+  SendMessageW(bar_, WM_LBUTTONDOWN, MK_LBUTTON, place);
+  DestroyWindow(bar_);
+  pump();
+  EXPECT_EQ(opened_.size(), 1U) << "there is no such button any more";
+}
+
 TEST_F(MenuKeysTest, ARightClickOnTheBarOffersTheZoom) {
   keys_ = {{'Z'}, {VK_DOWN, VK_DOWN, VK_RETURN}};
   SendMessageW(bar_, WM_RBUTTONUP, 0, MAKELPARAM(200, 5));

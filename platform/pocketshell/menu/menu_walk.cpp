@@ -110,6 +110,15 @@ void walkMenus(MenuBar& bar, int index, bool byKeyboard) {
   InvalidateRect(state.bar, nullptr, FALSE);
 }
 
+void postWalk(const MenuBar& bar, int index) {
+  PostMessageW(bar.parent(), walkMessage(), static_cast<WPARAM>(index), 0);
+}
+
+UINT walkMessage() {
+  static const UINT number = RegisterWindowMessageW(L"Pocket Shell Menu Walk");
+  return number;
+}
+
 bool isWalkingMenus() {
   return walk != nullptr;
 }

@@ -11,6 +11,12 @@ class MenuBar;
 /// afterwards.
 void walkMenus(MenuBar& bar, int index, bool byKeyboard);
 
+/// Asks for that by a message to the bar's parent, with the drop-down button's index as its WPARAM. A toolbar
+/// that tells of a button goes on with itself afterwards, and what is done while a popup is open may destroy
+/// it.
+void postWalk(const MenuBar& bar, int index);
+UINT walkMessage();
+
 /// Whether a popup of a menu bar is open.
 bool isWalkingMenus();
 

@@ -186,8 +186,15 @@ LRESULT ShellWindow::notified(UINT message, WPARAM wParam, LPARAM lParam) {
   const int index = bar->indexOfCommand(reinterpret_cast<const NMTOOLBARW*>(lParam)->iItem);
   if (index < 0) return passOn(message, wParam, lParam);
   MenuKeys::leave();
-  walkMenus(*bar, index, false);
+  postWalk(*bar, index);
   return TBDDRET_DEFAULT;
+}
+
+/// The bar may be another one than that whose button was pressed.
+void ShellWindow::walkAsked(WPARAM index) const {
+  MenuBar* const bar = menuBar();
+  const bool isThere = bar && index < static_cast<WPARAM>(bar->buttonCount());
+  if (isThere && bar->isEnabled(static_cast<int>(index))) walkMenus(*bar, static_cast<int>(index), false);
 }
 
 /// Wine's submenus of a system menu send ordinary commands.
@@ -324,6 +331,10 @@ LRESULT ShellWindow::answer(UINT message, WPARAM wParam, LPARAM lParam) {
   }
   if (message == MenuKeys::keyMessage()) {
     MenuKeys::keyPressed(wParam);
+    return 0;
+  }
+  if (message == walkMessage()) {
+    walkAsked(wParam);
     return 0;
   }
   if (message == InputPanel::restoreMessage()) {

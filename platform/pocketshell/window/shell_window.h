@@ -51,6 +51,7 @@ class ShellWindow : public WindowLayer<ShellWindow> {
 
   LRESULT positionChanged(UINT message, WPARAM wParam, LPARAM lParam);
   LRESULT notified(UINT message, WPARAM wParam, LPARAM lParam);
+  void walkAsked(WPARAM index) const;
   LRESULT systemCommandGiven(UINT message, WPARAM wParam, LPARAM lParam);
   LRESULT commandGiven(UINT message, WPARAM wParam, LPARAM lParam);
   LRESULT contextMenuAsked(UINT message, WPARAM wParam, LPARAM lParam);
