@@ -29,9 +29,9 @@ struct CommandFacts {
   bool queryChosen = false;
   bool refersElsewhere = false;    ///< the field of the form that has the keyboard refers to other records
   bool cameFromElsewhere = false;  ///< to the record that is shown
-  bool hasUndo = false;  ///< there is a change to be taken back
-  bool hasRedo = false;  ///< and one to be done again
-  bool isArranged = false;  ///< the records have an order or filter of the user's
+  bool hasUndo = false;            ///< there is a change to be taken back
+  bool hasRedo = false;            ///< and one to be done again
+  bool isArranged = false;         ///< the records have an order or filter of the user's
   bool operator==(const CommandFacts&) const = default;
 };
 
