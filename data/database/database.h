@@ -98,7 +98,7 @@ class Database {
   /// still the same. Each of `positions` becomes the place of the record that stood there, or where that is
   /// gone of one that stood near it; 0 where there are no records any more. The first of them is read,
   /// becomes `read` and is current in the recordset then; currentRecord is left to the caller. Not while a
-  /// new record is pending. After a failure everything is as before.
+  /// new record is pending. After a failure, whose reason may be empty, everything is as before.
   Outcome reopenInPlace(std::vector<std::uint32_t>& positions, RecordSnapshot& read);
   /// Whether both are readings of the same values.
   static bool isSameReading(const RecordSnapshot& one, const RecordSnapshot& other);

@@ -21,7 +21,8 @@ void Database::rememberOthersChanges() {
 }
 
 Outcome Database::reopenInPlace(std::vector<std::uint32_t>& positions, RecordSnapshot& read) {
-  if (newRecordPending_) return Outcome::failure(L"A new record is not stored yet.");
+  // Nobody is told of either.
+  if (newRecordPending_) return Outcome::failure(String());
   auto reopened = std::make_unique<RecordsetHandle>();
   if (Outcome opened =
           reopened->open(recordsetSql_.text(), connection_.get(), CursorType::keyset, SourceKind::text);
@@ -29,7 +30,7 @@ Outcome Database::reopenInPlace(std::vector<std::uint32_t>& positions, RecordSna
     return opened;
   }
   if (!hasSameFields(*reopened)) {
-    return Outcome::failure(L"The fields have become others.", Outcome::Cause::structureChanged);
+    return Outcome::failure(String(), Outcome::Cause::structureChanged);
   }
   const auto count = static_cast<std::uint32_t>(std::max(reopened->recordCount(), 0L));
   std::vector<std::uint32_t> found;
