@@ -58,6 +58,13 @@ bool hasFocus(HWND control) {
   return focus == control || IsChild(control, focus);
 }
 
+/// What is sent is answered when the program has done what it was doing.
+bool hasAnswered(HWND window) {
+  constexpr UINT kPatience = 2000;
+  DWORD_PTR result = 0;
+  return SendMessageTimeoutW(window, WM_NULL, 0, 0, SMTO_NORMAL, kPatience, &result) != 0;
+}
+
 bool isRadio(HWND control) {
   return isClass(control, L"Button") &&
          (GetWindowLongW(control, GWL_STYLE) & BS_TYPEMASK) == BS_AUTORADIOBUTTON;
@@ -112,8 +119,17 @@ User::User(Hand hand, const RunningProgram& program)
 }
 
 void User::waitForInput(HWND window) const {
-  await([=] { return GetForegroundWindow() == window && IsWindowEnabled(window) && hasFocus(window); },
-        "a window takes input");
+  const auto takesInput = [=] {
+    return GetForegroundWindow() == window && IsWindowEnabled(window) && hasFocus(window);
+  };
+  await(
+      [&] {
+        if (!takesInput()) return false;
+        // What the program is doing may give the keyboard to somebody else at its end, under the next key.
+        const HWND focus = remote::focus(window);
+        return hasAnswered(window) && takesInput() && remote::focus(window) == focus;
+      },
+      "a window takes input");
 }
 
 /// Until the window is gone or another one stands before it.
