@@ -78,6 +78,15 @@ TEST_F(OthersTest, RecordsAreFoundAgainByTheirKeysInAnotherOrder) {
   EXPECT_EQ(value(), L"20");
 }
 
+TEST_F(OthersTest, ByKeysOfSeveralColumnsToo) {
+  openWith({L"CREATE TABLE k (a text, b integer, c text, PRIMARY KEY (b, a)) WITHOUT ROWID",
+            L"INSERT INTO k VALUES ('x', 2, 'first'), ('y', 2, 'second'), ('x', 3, 'third')"});
+  ASSERT_TRUE(database_.openRecordset(L"Select * from k"));
+  elsewhere(L"INSERT INTO k VALUES ('w', 1, 'before'), ('xx', 2, 'between')");
+  EXPECT_THAT(placesOf({2, 3, 1}), ElementsAre(4, 5, 2));
+  EXPECT_STREQ(read_.fields().at(2).text.text(), L"second");
+}
+
 TEST_F(OthersTest, InThePlaceOfOneThatIsGoneComesTheNext) {
   openFive();
   elsewhere(L"DELETE FROM t WHERE a IN (10, 30, 40)");
