@@ -3,8 +3,6 @@
 #include <objbase.h>
 
 #include <algorithm>
-#include <fstream>
-#include <iterator>
 
 #include "gmock/gmock.h"
 #include "tests/support/exclusive_lock.h"
@@ -85,15 +83,14 @@ class BytesZoomTest : public FormFixture {
     return text + L"'";
   }
 
-  std::filesystem::path write(const Bytes& bytes, const char* name = "picture.bin") {
-    const std::filesystem::path file = path().parent_path() / name;
-    std::ofstream(file, std::ios::binary)
-        .write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+  std::filesystem::path write(const Bytes& bytes) {
+    const std::filesystem::path file = path().parent_path() / "picture.bin";
+    testsupport::writeFile(file, {reinterpret_cast<const char*>(bytes.data()), bytes.size()});
     return file;
   }
   static Bytes contentOf(const std::filesystem::path& file) {
-    std::ifstream stream(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
+    const std::string content = testsupport::contentOf(file);
+    return {content.begin(), content.end()};
   }
 
  private:

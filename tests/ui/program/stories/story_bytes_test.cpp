@@ -1,6 +1,5 @@
 // Stories of a field of bytes: a picture that is looked at, loaded and saved.
-#include <fstream>
-#include <iterator>
+#include <string>
 
 #include "tests/ui/form/sample_pictures.h"
 #include "tests/ui/remote/story_test.h"
@@ -39,8 +38,7 @@ class BytesStory : public StoryTest {
 TEST_P(BytesStory, APictureIsLoadedIntoARecordAndStored) {
   makePhotos(L"NULL");
   const Bytes picture = samples::bytesOf(samples::kPng);
-  std::ofstream(file("photo.png"), std::ios::binary)
-      .write(reinterpret_cast<const char*>(picture.data()), static_cast<std::streamsize>(picture.size()));
+  testsupport::writeFile(file("photo.png"), {reinterpret_cast<const char*>(picture.data()), picture.size()});
   User& user = start();
   const HWND dialog = openBytes(user);
   EXPECT_FALSE(IsWindowVisible(GetDlgItem(dialog, IDC_BYTES_PICTURE)));
@@ -66,8 +64,8 @@ TEST_P(BytesStory, APictureIsSavedInAFileAndCleared) {
   user.accept(dialog);
   end();
   EXPECT_THAT(stored("SELECT photo IS NULL FROM Photos"), ElementsAre("1"));
-  std::ifstream saved(file("saved.jpg"), std::ios::binary);
-  EXPECT_EQ(Bytes(std::istreambuf_iterator<char>(saved), {}), samples::bytesOf(samples::kJpeg));
+  const Bytes picture = samples::bytesOf(samples::kJpeg);
+  EXPECT_EQ(testsupport::contentOf(file("saved.jpg")), std::string(picture.begin(), picture.end()));
 }
 
 TELL_WITH_BOTH_HANDS(BytesStory);
