@@ -60,8 +60,9 @@ void Document::goToLookedUp() {
     refuse(PromptOwner::mainWindow, L"This field refers to no record.");
     return;
   }
-  if (!canLeaveRecord()) return;
-  CameFrom from{wanted_, currentRecord, field};
+  // Behind a match stands the cursor; the user means the record that he sees.
+  CameFrom from{wanted_, shown_.position(), field};
+  if (!settleRecord()) return;
   // The file may spell it otherwise than who refers to it.
   const auto isTarget = [&](std::uint32_t i) {
     return CompareStringOrdinal(tableNames_[i].text(), -1, target.table.text(), -1, TRUE) == CSTR_EQUAL;

@@ -91,6 +91,39 @@ TEST_F(DocumentLookUpTest, ARecordThatIsNotThereIsToldAndTheWayBackStaysOpen) {
   EXPECT_EQ(value(), L"first");
 }
 
+TEST_F(DocumentLookUpTest, WhereTheTableIsNotThereTheRecordStaysAndCanBeChanged) {
+  document().closeDatabase();
+  automationtest::SqliteFile(path().wstring())
+      .run(
+          "DROP TABLE Loans; CREATE TABLE Loans (Note TEXT, Book INTEGER REFERENCES Gone (Id));"
+          "INSERT INTO Loans VALUES ('kept', 3)");
+  open();
+  document().openTableSelection(4);
+  document().setViewMode(ViewMode::form);
+  focus(1);
+  document().goToLookedUp();
+  ASSERT_EQ(messages().size(), 1u);
+  EXPECT_THAT(messages()[0].text, StartsWith(L"The records of table 'Gone' could not be opened.\n"));
+  EXPECT_EQ(value(), L"kept");
+  EXPECT_FALSE(isOffered(ID_GO_BACK));
+  EXPECT_TRUE(document().isRecordShown());
+}
+
+TEST_F(DocumentLookUpTest, AfterASearchTheWayBackLeadsToTheMatch) {
+  window().prompts.setFind = [](FindState& state) {
+    state.text = L"second";
+    state.checkAllFields = 1;
+  };
+  document().openFind();
+  document().findNext();
+  ASSERT_EQ(value(), L"second");
+  focus(1);
+  document().goToLookedUp();
+  EXPECT_EQ(value(), L"31");
+  document().goBack();
+  EXPECT_EQ(value(), L"second");
+}
+
 TEST_F(DocumentLookUpTest, SeveralStepsGoBackOneByOneAndEndWithTheFile) {
   focus(1);
   document().goToLookedUp();
