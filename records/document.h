@@ -402,7 +402,9 @@ class Document : private BusyListener {
   void showFormAnew(RecordSnapshot present, std::uint32_t place, bool wasEmpty, bool isBehind);
   void standAgainAt(std::uint32_t position);
   bool isOfQueries(const HistoryStep& step) const;
-  void openTaken(const HistoryStep& step, bool hasRecord);
+  void openTaken(const HistoryStep& step);
+  void reopenTaken(const String& table);
+  void showHiddenTaken();
   void standAtTaken();
   bool chooseExported(ExportedRecords& records);
   void tellNotExported(const Outcome& failure);
@@ -462,11 +464,12 @@ class Document : private BusyListener {
       RecordSource::kNeverChosen;  // of wanted_ when it was opened, or tried to be
   std::uint32_t formGeneration_ = RecordSource::kNeverChosen;  // of the recordset that the form was built for
   bool repositionFromList_ = false;  // the form goes to the record chosen in the grid
-  bool reselectTable_ = false;  // the Tables page is filled and keeps its selection when it is entered next
-  bool freshlyOpened_ = false;  // the Tables page does not show the catalogue yet
-  bool talksToPages_ = false;   // what the lists report is the Document's own doing
-  bool formWasEmpty_ = false;   // when a change was taken back that it has to show
-  RecordSnapshot shown_;        // the reading that the form shows; empty when what stands there is none
+  bool reselectTable_ = false;   // the Tables page is filled and keeps its selection when it is entered next
+  bool freshlyOpened_ = false;   // the Tables page does not show the catalogue yet
+  bool talksToPages_ = false;    // what the lists report is the Document's own doing
+  bool takenHasRecord_ = false;  // the change that was taken last, one that is there
+  bool formWasEmpty_ = false;    // when a change was taken back that it has to show
+  RecordSnapshot shown_;         // the reading that the form shows; empty when what stands there is none
 
   SavedQuery editedQuery_;    // as it was read to be edited
   RecordSnapshot chosenRow_;  // the row of the grid as it was read when it was chosen

@@ -6,6 +6,17 @@
 #include "records/document.h"
 #include "records/history_text.h"
 
+namespace {
+
+/// Whether the step is about one record, which is there when it has been taken.
+bool leavesRecord(const HistoryStep& step, HistoryWay way) {
+  using Kind = HistoryStep::Kind;
+  if (step.kind == Kind::changed) return true;
+  return step.kind == (way == HistoryWay::back ? Kind::deleted : Kind::added);
+}
+
+}  // namespace
+
 std::wstring Document::historyText(HistoryWay way) const {
   return ::historyText(way, database_.nextStep(way));
 }
@@ -24,13 +35,13 @@ std::optional<ViewMode> Document::takeStep(HistoryWay way) {
     tellFailure(
         way == HistoryWay::back ? L"The change could not be undone." : L"The change could not be done again.",
         taken.reason());
+    takenHasRecord_ = false;
     showTaken();
     return std::nullopt;
   }
   if (isOfQueries(step)) return ViewMode::queries;
-  const bool hasRecord =
-      step.kind != (way == HistoryWay::back ? HistoryStep::Kind::added : HistoryStep::Kind::deleted);
-  openTaken(step, hasRecord);
+  takenHasRecord_ = leavesRecord(step, way);
+  openTaken(step);
   return showsRecords(viewMode_) ? viewMode_ : ViewMode::form;
 }
 
@@ -40,20 +51,32 @@ bool Document::isOfQueries(const HistoryStep& step) const {
 
 /// Sees to it that the records in use are those that the step was about, as they are now: rows that come or
 /// go are not in a recordset that was opened before. A query in use may hold them as well.
-void Document::openTaken(const HistoryStep& step, bool hasRecord) {
+void Document::openTaken(const HistoryStep& step) {
   const bool isSame = recordsetOpen_ && !sqlPending() && database_.reopenSameFields();
   const bool isOtherTable = wanted_.isTable() && !wanted_.isTable(step.table);
-  const bool isNotInQuery = !wanted_.isTable() && hasRecord && (!isSame || database_.positionOfStep() == 0);
+  const bool isNotInQuery =
+      !wanted_.isTable() && takenHasRecord_ && (!isSame || database_.positionOfStep() == 0);
   const bool leads = tableNames_.holds(step.table) && (isOtherTable || isNotInQuery);
   if (leads) {
-    wanted_.chooseTable(step.table);
+    chooseTable(step.table);
     pages_.grid.resetColumns();
   }
-  if (leads || !isSame) {
-    closeRecords();
-    formWasEmpty_ = false;
-    showEverythingAnew(step.table);
-  }
+  if (leads || !isSame) reopenTaken(step.table);
+}
+
+void Document::reopenTaken(const String& table) {
+  closeRecords();
+  formWasEmpty_ = false;
+  showEverythingAnew(table);
+}
+
+/// A filter that leaves the record out gives way for this time.
+void Document::showHiddenTaken() {
+  const bool isHidden = takenHasRecord_ && database_.positionOfStep() == 0;
+  if (!isHidden || !wanted_.isTable() || wanted_.arrangement().isEmpty()) return;
+  const String table = wanted_.tableName();
+  wanted_.chooseTable(table);
+  reopenTaken(table);
 }
 
 void Document::showTaken() {
@@ -67,6 +90,8 @@ void Document::showTaken() {
 
 /// At the record that the step was about, or else where the user was.
 void Document::standAtTaken() {
+  showHiddenTaken();
+  if (!recordsetOpen_) return;
   recordCount = database_.recordCount();
   const std::uint32_t taken = database_.positionOfStep();
   const std::uint32_t wanted =

@@ -131,6 +131,29 @@ TEST_F(DesktopMenuTest, ATapOpensItAndTheChosenEntryIsGiven) {
   EXPECT_FALSE(pocketshell::isWalkingMenus());
 }
 
+TEST_F(DesktopMenuTest, AnEntryMaySayMoreEachTimeThatItIsShown) {
+  static std::wstring present;
+  const std::array entries = {
+      HandheldMenuEntry{kPlain, nullptr, L"&Plain", stateOf},
+      HandheldMenuEntry{kOther, nullptr, L"&Undo", stateOf, [](UINT) { return present.c_str(); }}};
+  ASSERT_TRUE(HandheldSetDesktopMenu(top(), entries.data(), static_cast<UINT>(entries.size())));
+  for (const wchar_t* text : {L"&Undo deletion of 'A && B'\tCtrl+Z", L"&Undo"}) {
+    present = text;
+    opened_.clear();
+    tapButton();
+    pump();
+    ASSERT_EQ(opened_.size(), 1U);
+    EXPECT_EQ(textAt(opened_[0], 0), L"&Plain");
+    EXPECT_EQ(textAt(opened_[0], 1), text);
+  }
+  states[kOther] = HANDHELD_ENTRY_GREY;
+  opened_.clear();
+  tapButton();
+  pump();
+  ASSERT_EQ(opened_.size(), 1U);
+  EXPECT_NE(GetMenuState(opened_[0], kOther, MF_BYCOMMAND) & MF_GRAYED, 0U);
+}
+
 TEST_F(DesktopMenuTest, AltMOpensItThroughAControl) {
   keys_ = {{'L'}};
   PostMessageW(edit_, WM_SYSCHAR, L'm', LPARAM{1} << 29);

@@ -167,6 +167,50 @@ TEST_F(DocumentHistoryTest, AQueryThatHasTheRecordStaysInUse) {
   EXPECT_EQ(value(), L"20");
 }
 
+TEST_F(DocumentHistoryTest, AQueryThatHasItNoLongerGivesWayToTheTable) {
+  addQueries();
+  open();
+  document().setViewMode(ViewMode::queries);
+  document().openQuerySelection(0);
+  document().setViewMode(ViewMode::form);
+  type(L"5");
+  EXPECT_TRUE(undo());
+  EXPECT_TRUE(redo());
+  EXPECT_FALSE(document().openedFromQuery());
+  EXPECT_EQ(value(), L"5");
+}
+
+TEST_F(DocumentHistoryTest, AFilterThatLeavesTheRecordOutGivesWay) {
+  openOn(ViewMode::list);
+  currentRecord = 1;
+  document().rowChosen();
+  document().deleteRecord();
+  Arrangement arrangement;
+  arrangement.require({.field = L"a", .test = Arrangement::Test::equal, .value = L"30", .shown = L"30"});
+  ASSERT_TRUE(document().arrange(arrangement));
+  EXPECT_EQ(recordCount, 1u);
+  EXPECT_TRUE(undo());
+  EXPECT_EQ(recordCount, 3u);
+  EXPECT_EQ(currentRecord, 1u);
+  EXPECT_TRUE(document().arrangement().isEmpty());
+  EXPECT_TRUE(redo());
+  EXPECT_EQ(recordCount, 2u);
+}
+
+TEST_F(DocumentHistoryTest, AnOrderStays) {
+  openOn(ViewMode::list);
+  currentRecord = 1;
+  document().rowChosen();
+  document().deleteRecord();
+  Arrangement arrangement;
+  arrangement.orderBy({.field = L"a", .isDescending = true});
+  ASSERT_TRUE(document().arrange(arrangement));
+  EXPECT_TRUE(undo());
+  EXPECT_EQ(recordCount, 3u);
+  EXPECT_EQ(currentRecord, 3u);
+  EXPECT_FALSE(document().arrangement().isEmpty());
+}
+
 TEST_F(DocumentHistoryTest, ASavedQueryComesBackOnItsPage) {
   addQueries();
   openOn(ViewMode::queries);
