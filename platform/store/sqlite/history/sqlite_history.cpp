@@ -87,6 +87,8 @@ void SqliteHistory::changeBegins() {
 }
 
 Status SqliteHistory::changeIsComplete(const ChangeNote& note) {
+  // Of many rows it takes its time.
+  const StatementWatch::Asked asked(connection_.watch());
   bool isKnown = false;
   Changeset changes;
   if (Status status = recorder_.read(&isKnown, &changes); !status) return status;
