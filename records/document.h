@@ -402,6 +402,8 @@ class Document : private BusyListener {
   void showFormAnew(RecordSnapshot present, std::uint32_t place, bool wasEmpty, bool isBehind);
   void standAgainAt(std::uint32_t position);
   bool isOfQueries(const HistoryStep& step) const;
+  bool hasTyped() const;
+  bool hasStep(HistoryWay way) const;
   void openTaken(const HistoryStep& step);
   void reopenTaken(const String& table);
   void showHiddenTaken();

@@ -26,8 +26,8 @@ CommandFacts Document::commandFacts() const {
           .queryChosen = pages_.queries->hasChoice(),
           .refersElsewhere = refersElsewhere(),
           .cameFromElsewhere = !cameFrom_.empty(),
-          .hasUndo = database_.nextStep(HistoryWay::back).kind != HistoryStep::Kind::none,
-          .hasRedo = database_.nextStep(HistoryWay::again).kind != HistoryStep::Kind::none,
+          .hasUndo = hasStep(HistoryWay::back),
+          .hasRedo = hasStep(HistoryWay::again),
           .isArranged = !wanted_.arrangement().isEmpty()};
 }
 

@@ -17,12 +17,32 @@ bool leavesRecord(const HistoryStep& step, HistoryWay way) {
 
 }  // namespace
 
+/// What is typed on the form is the newest change as soon as it is stored.
+bool Document::hasTyped() const {
+  if (viewMode_ != ViewMode::form || !shown_.isReadable()) return false;
+  const FieldEditors editors = pages_.form.editors();
+  return database_.newRecordPending() ||
+         std::any_of(editors.begin(), editors.end(), [](const auto* editor) { return editor->isEdited(); });
+}
+
+bool Document::hasStep(HistoryWay way) const {
+  if (hasTyped()) return way == HistoryWay::back;
+  return database_.nextStep(way).kind != HistoryStep::Kind::none;
+}
+
 std::wstring Document::historyText(HistoryWay way) const {
-  return ::historyText(way, database_.nextStep(way));
+  if (!hasTyped()) return ::historyText(way, database_.nextStep(way));
+  return way == HistoryWay::back ? L"Undo what is typed" : ::historyText(way, {});
 }
 
 std::optional<ViewMode> Document::takeStep(HistoryWay way) {
-  // What was typed is the newest change.
+  // What is refused is left as it is, and nothing older is taken for it.
+  if (hasTyped()) {
+    if (const Outcome stored = storeShownRecord(); !stored) {
+      tellFailure(L"The record could not be written.", stored.reason());
+      return std::nullopt;
+    }
+  }
   if (viewMode_ == ViewMode::form ? !settleRecord() : !canLeaveRecord()) return std::nullopt;
   const HistoryStep step = database_.nextStep(way);
   if (step.kind == HistoryStep::Kind::none || !canChangeFile()) {

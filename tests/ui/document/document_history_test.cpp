@@ -73,6 +73,10 @@ TEST_F(DocumentHistoryTest, TheFormShowsTheRecordThatWasChanged) {
 TEST_F(DocumentHistoryTest, WhatIsTypedIsTheNewestChange) {
   openOn(ViewMode::form);
   type(L"11");
+  EXPECT_TRUE(isOffered(ID_HISTORY_UNDO));
+  EXPECT_FALSE(isOffered(ID_HISTORY_REDO));
+  EXPECT_EQ(document().historyText(HistoryWay::back), L"Undo what is typed");
+  EXPECT_EQ(document().historyText(HistoryWay::again), L"Redo");
   EXPECT_TRUE(undo());
   EXPECT_EQ(value(), L"10");
   EXPECT_TRUE(redo());
