@@ -170,6 +170,8 @@ class Document : private BusyListener {
   bool canContainText(std::uint32_t field) const;
   /// The condition that the field is what it is in the row that is chosen in the grid.
   Outcome readChosenValue(std::uint32_t field, Arrangement::Condition& condition);
+  /// Tells count, sum, mean, least and greatest of a field of the records that are shown.
+  void calculate(std::uint32_t field);
   /// Whether a statement opens.
   Outcome tryQuery(const String& sql);
   /// Stores a query and stays with what is in use. False when it can't be stored, which was told.
@@ -430,6 +432,7 @@ class Document : private BusyListener {
   Outcome openInPlace(const RecordSource& wanted, std::uint32_t former, std::uint32_t& position,
                       bool& hasOtherFields);
   void showArranged(std::uint32_t position);
+  Outcome readFigures(const String& sql, std::vector<std::wstring>& values);
   void tellUnfittingArrangement();
   void enterMode(ViewMode mode, bool opensRecords);
   void enterForm(bool opensRecords);

@@ -8,6 +8,7 @@
 #include "base/kept_texts.h"
 #include "base/wait_cursor.h"
 #include "data/values/field_kinds.h"
+#include "records/arrangement/column_figures.h"
 #include "records/document.h"
 
 namespace {
@@ -195,6 +196,31 @@ Outcome Document::readChosenValue(std::uint32_t field, Arrangement::Condition& c
     condition.shown = beginningOf(shown.text());
   }
   return {};
+}
+
+void Document::calculate(std::uint32_t field) {
+  if (!recordsetOpen_ || viewMode_ != ViewMode::list || field >= database_.fieldCount()) return;
+  ColumnKind kind = ColumnKind::values;
+  const FieldEditorKind editor = fieldKind(fieldType(field)).editor;
+  if (editor == FieldEditorKind::date) kind = ColumnKind::dates;
+  if (editor == FieldEditorKind::checkBox) kind = ColumnKind::truth;
+  const std::wstring name = fieldName(field).text();
+  const std::wstring sql = figuresSql(wanted_.sqlText().text(), name, kind);
+  std::vector<std::wstring> values;
+  const Outcome read = readFigures(String(sql.c_str()), values);
+  if (read.cause() == Outcome::Cause::stopped) return;
+  if (!read) {
+    tellFailure(L"The column could not be calculated.", read.reason());
+    return;
+  }
+  for (std::wstring& value : values) value = beginningOf(std::move(value));
+  const std::wstring text = L"Column '" + name + L"'\n\n" + figuresText(kind, values);
+  pages_.prompts.tell(PromptOwner::mainWindow, Notice::remark, text.c_str());
+}
+
+Outcome Document::readFigures(const String& sql, std::vector<std::wstring>& values) {
+  const WaitCursor wait;
+  return database_.readFirst(sql, values);
 }
 
 Outcome Document::tryQuery(const String& sql) {

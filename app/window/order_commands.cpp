@@ -29,6 +29,7 @@ enum Choice : UINT {
   kAnyContaining,
   kClear,
   kKeep,
+  kCalculate,
 };
 
 constexpr std::size_t kMostNameCount = 40;
@@ -136,6 +137,8 @@ UniqueMenu ColumnMenu::make() const {
   AppendMenuW(menu, MF_SEPARATOR, 0, nullptr);
   append(menu, kClear, L"&Show all records", !arrangement.isEmpty());
   append(menu, kKeep, L"&Keep as query...", !arrangement.isEmpty());
+  AppendMenuW(menu, MF_SEPARATOR, 0, nullptr);
+  append(menu, kCalculate, L"Ca&lculate", true);
   return made;
 }
 
@@ -165,6 +168,8 @@ void ColumnMenu::run(UINT choice) const {
       return clearArrangement();
     case kKeep:
       return keepArrangementAsQuery();
+    case kCalculate:
+      return theDocument->calculate(field_);
     default:
       return;
   }

@@ -153,6 +153,9 @@ class Database {
   /// The fields of a SELECT, without touching the current recordset. `fields` is untouched when it does not
   /// open.
   Outcome describeFields(const String& sql, std::vector<FieldDescription>& fields);
+  /// The texts of the fields of the first record of a SELECT, as the user reads them. `texts` is untouched
+  /// when there is none or it can't be read.
+  Outcome readFirst(const String& sql, std::vector<std::wstring>& texts);
   /// Whether `sql` opens. The current recordset is not touched.
   Outcome trySql(const String& sql);
 

@@ -13,6 +13,9 @@ namespace {
 
 constexpr std::uint32_t kFieldWidth = 65535;
 
+/// Far more than a message shows.
+constexpr LONG kMostFirstBytes = 1000;
+
 /// A type whose fields don't count for the longest name.
 constexpr FieldType kUncountedType{48};
 
@@ -148,6 +151,23 @@ Outcome Database::describeFields(const String& sql, std::vector<FieldDescription
   }
   fields = std::move(found);
   return opened;
+}
+
+Outcome Database::readFirst(const String& sql, std::vector<std::wstring>& texts) {
+  RecordsetHandle records;
+  Outcome read = records.open(sql.text(), connection_.get(), CursorType::keyset, SourceKind::text);
+  if (!read) return read;
+  std::vector<std::wstring> found;
+  const LONG count = records.fieldCount();
+  for (LONG field = 0; field < count; ++field) {
+    FieldHandle& handle = records.field(field);
+    const FieldType type{handle.type()};
+    ValueBeginning beginning;
+    if (read = handle.readBeginning(kMostFirstBytes, beginning); !read) return read;
+    found.emplace_back(textOfBeginning(type, beginning).text());
+  }
+  texts = std::move(found);
+  return read;
 }
 
 Outcome Database::trySql(const String& sql) {

@@ -3,18 +3,9 @@
 #include <algorithm>
 #include <utility>
 
-namespace {
+#include "records/arrangement/statement_parts.h"
 
-/// A name that can't be taken for a text, as one in double quotes is where no field is called so.
-std::wstring fieldName(std::wstring_view name) {
-  if (name.find(L']') == name.npos) return L"[" + std::wstring(name) + L"]";
-  std::wstring text = L"`";
-  for (const wchar_t unit : name) {
-    text += unit;
-    if (unit == L'`') text += unit;
-  }
-  return text + L"`";
-}
+namespace {
 
 std::wstring quoted(std::wstring_view text) {
   std::wstring all = L"'";
@@ -66,14 +57,9 @@ std::wstring conditionSql(const Arrangement::Condition& condition, const std::ve
   return L"1";
 }
 
-std::wstring_view withoutEnd(std::wstring_view sql) {
-  const std::size_t last = sql.find_last_not_of(L" \t\r\n\f;");
-  return last == sql.npos ? std::wstring_view() : sql.substr(0, last + 1);
-}
-
 /// The line end is that of a comment with which a query may end.
 std::wstring inParentheses(std::wstring_view sql) {
-  return L"SELECT * FROM (" + std::wstring(withoutEnd(sql)) + L"\n)";
+  return L"SELECT * FROM (" + withoutEnd(sql) + L"\n)";
 }
 
 std::wstring describeCondition(const Arrangement::Condition& condition) {

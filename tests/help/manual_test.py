@@ -33,7 +33,9 @@ NOT_SHOWN = {
 SYSTEM_TEXTS = {'Quivane Document', 'Quivane Pocket PC.exe', 'New Database', 'Open Database', 'Delete Database',
                 'Save Database As', 'Save List'}
 # What is written for those who make the program.
-NOT_FOR_USERS = {'app/recovery/fault_report.cpp'}
+NOT_FOR_USERS = {'app/recovery/fault_report.cpp',
+                 # statements
+                 'records/arrangement/column_statement.cpp'}
 # What resource scripts name and nobody sees: a button that is hidden when its dialog opens.
 HIDDEN_CONTROLS = {'Filter'}
 

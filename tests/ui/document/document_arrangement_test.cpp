@@ -264,4 +264,66 @@ TEST_F(DocumentArrangementTest, AQueryIsKeptAndWhatIsInUseStaysSo) {
   EXPECT_THAT(window().queries->items, ElementsAre(L"sorted"));
 }
 
+// ---- Calculated
+
+TEST_F(DocumentArrangementTest, EachColumnIsCalculatedByItsKind) {
+  openBooks();
+  for (std::uint32_t field = 0; field < 6; ++field) document().calculate(field);
+  EXPECT_THAT(
+      window().prompts.takeTexts(),
+      ElementsAre(L"Column 'Title'\n\nRecords: 3\nNot empty: 3\nLeast: A\nGreatest: c",
+                  L"Column 'Pages'\n\nRecords: 3\nNot empty: 3\nSum: 13\nMean: 4.33333333333333\n"
+                  L"Least: 1\nGreatest: 10",
+                  L"Column 'Born'\n\nRecords: 3\nNot empty: 2\nLeast: 3/9/2001\nGreatest: March 9, 2001",
+                  L"Column 'Old'\n\nRecords: 3\nTrue: 2\nFalse: 1",
+                  L"Column 'Raw'\n\nRecords: 3\nNot empty: 2\nLeast: x\nGreatest: x",
+                  L"Column 'Price'\n\nRecords: 3\nNot empty: 2\nSum: 2.6\nMean: 1.3\nLeast: 0.100000\n"
+                  L"Greatest: 2.500000"));
+}
+
+TEST_F(DocumentArrangementTest, OnlyTheRecordsThatAreShownAreCalculated) {
+  openBooks();
+  document().arrange(only(L"Title", Kind::containing, L"b"));
+  document().calculate(1);
+  document().arrange(only(L"Title", Kind::containing, L"nothing"));
+  document().calculate(1);
+  EXPECT_THAT(
+      window().prompts.takeTexts(),
+      ElementsAre(L"Column 'Pages'\n\nRecords: 1\nNot empty: 1\nSum: 2\nMean: 2.0\nLeast: 2\nGreatest: 2",
+                  L"Column 'Pages'\n\nRecords: 0\nNot empty: 0"));
+}
+
+TEST_F(DocumentArrangementTest, WholeNumbersAreAddedUpExactlyWhateverTheirSumIs) {
+  runStatements(path(), {L"UPDATE Books SET Pages = 9223372036854775807"});
+  openBooks();
+  document().calculate(1);
+  runStatements(path(), {L"UPDATE Books SET Pages = -9223372036854775807 - 1"});
+  document().calculate(1);
+  const std::vector<std::wstring> texts = window().prompts.takeTexts();
+  ASSERT_EQ(texts.size(), 2u);
+  EXPECT_THAT(texts[0], testing::HasSubstr(L"Sum: 27670116110564327421\n"));
+  EXPECT_THAT(texts[1], testing::HasSubstr(L"Sum: -27670116110564327424\n"));
+  EXPECT_THAT(texts[1], testing::HasSubstr(L"Least: -9223372036854775808\n"));
+}
+
+TEST_F(DocumentArrangementTest, WhatIsNoNumberIsCountedApart) {
+  runStatements(path(), {L"UPDATE Books SET Pages = 'many' WHERE Title = 'b'",
+                         L"UPDATE Books SET Pages = 0.5 "
+                         L"WHERE Title = 'c'"});
+  openBooks();
+  document().calculate(1);
+  EXPECT_THAT(
+      window().prompts.takeTexts(),
+      ElementsAre(L"Column 'Pages'\n\nRecords: 3\nNot empty: 3\nNot numbers: 1\nSum: 10.5\nMean: 5.25\n"
+                  L"Least: 0.5\nGreatest: 10"));
+}
+
+TEST_F(DocumentArrangementTest, AColumnThatCantBeCalculatedIsTold) {
+  openBooks();
+  runStatements(path(), {L"DROP TABLE Books"});
+  document().calculate(1);
+  ASSERT_EQ(messages().size(), 1u);
+  EXPECT_THAT(messages()[0].text, testing::StartsWith(L"The column could not be calculated.\n"));
+}
+
 }  // namespace

@@ -29,11 +29,12 @@ enum Entry {
   kNotEmpty,
   kAnyContaining,
   kShowAll = 11,
-  kKeep
+  kKeep,
+  kCalculate = 14
 };
-constexpr const char* kEntryKeys = "ADTH-OCENY-SK";
-constexpr int kEntryCount = 11;
-constexpr int kSeparatorCount = 2;
+constexpr const char* kEntryKeys = "ADTH-OCENY-SK-L";
+constexpr int kEntryCount = 12;
+constexpr int kSeparatorCount = 3;
 
 constexpr int kPosition = 1012;
 
@@ -97,7 +98,7 @@ class OrderStory : public StoryTest {
       step.index = entry;
       step.itemCount = kEntryCount;
       step.separatorCount = kSeparatorCount;
-      step.separatorsAbove = (entry > 4 ? 1 : 0) + (entry > 10 ? 1 : 0);
+      step.separatorsAbove = (entry > 4 ? 1 : 0) + (entry > 10 ? 1 : 0) + (entry > 13 ? 1 : 0);
       userinput::click(itemMiddle(remote::popups(program().processId()).front(), step));
     } else {
       userinput::press(static_cast<WORD>(kEntryKeys[entry]));
@@ -269,6 +270,25 @@ TEST_P(OrderStory, ItIsKeptAsAQueryWhoseRecordsCanBeChanged) {
   end();
   EXPECT_THAT(stored("SELECT Pages FROM Books WHERE Title = 'Dubliners'"), ElementsAre("201"));
   EXPECT_THAT(stored("SELECT QueryName FROM QuivaneQueries"), ElementsAre("Round ones"));
+}
+
+TEST_P(OrderStory, AColumnOfTheRecordsThatAreShownIsCalculated) {
+  User& user = start();
+  showGrid(user);
+  choose(user, 2, kCalculate);
+  user.answer(L"Quivane",
+              L"Column 'Pages'\n\nRecords: 5\nNot empty: 5\nSum: 1600\nMean: 320.0\nLeast: 90\nGreatest: 700",
+              IDOK);
+  choose(user, 1, kNotEmpty);
+  awaitTitles(user, {L"ulysses", L"Dubliners", L"100% Wool"});
+  choose(user, 1, kCalculate);
+  user.answer(L"Quivane", L"Column 'Author'\n\nRecords: 3\nNot empty: 3\nLeast: Joyce\nGreatest: O'Neill",
+              IDOK);
+  choose(user, 2, kCalculate);
+  user.answer(L"Quivane",
+              L"Column 'Pages'\n\nRecords: 3\nNot empty: 3\nSum: 990\nMean: 330.0\nLeast: 90\nGreatest: 700",
+              IDOK);
+  end();
 }
 
 TEST_P(OrderStory, AFieldThatIsGoneTakesTheOrderAlong) {

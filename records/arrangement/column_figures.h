@@ -1,0 +1,20 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+/// What is calculated of one column of the records that a statement yields.
+
+enum class ColumnKind {
+  values,  ///< numbers, texts, or both
+  dates,
+  truth,
+};
+
+/// A statement of one record, of whose fields figuresText makes a text. `sql` is a SELECT that has the field.
+std::wstring figuresSql(std::wstring_view sql, std::wstring_view field, ColumnKind kind);
+
+/// Lines for the user. `values` are the texts of the fields of that record. Whole numbers are added up
+/// exactly, whatever comes of it.
+std::wstring figuresText(ColumnKind kind, const std::vector<std::wstring>& values);
