@@ -23,44 +23,54 @@ bool isSame(const String& one, const String& other) {
   return std::wcscmp(one.text(), other.text()) == 0;
 }
 
-/// What can be written out: what is in use, then the other tables and queries.
+/// What can be written out: what is in use, as it is shown and whole, then the other tables and queries.
 class ExportSources {
  public:
+  enum class Kind {
+    asShown,  ///< what is in use, in its order and as far as it is shown
+    table,
+    queryInUse,
+    savedQuery,
+  };
+
   ExportSources(const RecordSource& inUse, const NameList& tables, const NameList& queries) {
-    add(inUse.isQuery() ? inUse.queryName() : inUse.tableName(), inUse.isQuery(), std::nullopt);
+    const String& name = inUse.isQuery() ? inUse.queryName() : inUse.tableName();
+    if (!inUse.arrangement().isEmpty()) add(name, L" (as shown)", Kind::asShown);
+    if (inUse.isQuery()) {
+      add(name, L" (query, in use)", Kind::queryInUse);
+    } else {
+      add(name, L" (in use)", Kind::table);
+    }
     for (std::uint32_t i = 0; i < tables.size(); ++i) {
-      if (!inUse.isTable(tables[i])) add(tables[i], false, std::nullopt);
+      if (!inUse.isTable(tables[i])) add(tables[i], L"", Kind::table);
     }
     for (std::uint32_t i = 0; i < queries.size(); ++i) {
       const bool isInUse = inUse.isQuery() && isSame(inUse.queryName(), queries[i]);
-      if (!isInUse) add(queries[i], true, i);
+      if (!isInUse) add(queries[i], L" (query)", Kind::savedQuery, i);
     }
   }
 
   const NameList& shownNames() const { return shown_; }
   const String& name(std::uint32_t place) const { return names_[place]; }
-  bool isQuery(std::uint32_t place) const { return isQuery_[place]; }
-  /// Of a query that is not in use, its place among the saved ones.
-  std::optional<std::uint32_t> savedPlace(std::uint32_t place) const { return savedPlaces_[place]; }
+  Kind kind(std::uint32_t place) const { return places_[place].kind; }
+  /// Of a saved query its place among them.
+  std::uint32_t savedPlace(std::uint32_t place) const { return places_[place].saved; }
 
  private:
-  void add(const String& name, bool isQuery, std::optional<std::uint32_t> savedPlace) {
-    std::wstring text = name.text();
-    if (names_.isEmpty()) {
-      text += isQuery ? L" (query, in use)" : L" (in use)";
-    } else if (isQuery) {
-      text += L" (query)";
-    }
-    shown_.append(text.c_str());
+  struct Place {
+    Kind kind;
+    std::uint32_t saved;
+  };
+
+  void add(const String& name, const wchar_t* remark, Kind kind, std::uint32_t savedPlace = 0) {
+    shown_.append((std::wstring(name.text()) + remark).c_str());
     names_.append(name);
-    isQuery_.push_back(isQuery);
-    savedPlaces_.push_back(savedPlace);
+    places_.push_back({kind, savedPlace});
   }
 
   NameList shown_;
   NameList names_;
-  std::vector<bool> isQuery_;
-  std::vector<std::optional<std::uint32_t>> savedPlaces_;
+  std::vector<Place> places_;
 };
 
 }  // namespace
@@ -100,13 +110,24 @@ bool Document::chooseExported(ExportedRecords& records) {
   const std::optional<std::uint32_t> place = pages_.prompts.chooseSource(sources.shownNames());
   if (!place) return false;
   records.name = sources.name(*place);
-  records.isTable = !sources.isQuery(*place);
-  records.source = records.isTable ? records.name : wanted_.sqlText();
-  const std::optional<std::uint32_t> saved = sources.savedPlace(*place);
-  if (!saved) return true;
+  records.isTable = false;
+  switch (sources.kind(*place)) {
+    case ExportSources::Kind::asShown:
+      records.source = wanted_.sqlText();
+      return true;
+    case ExportSources::Kind::table:
+      records.isTable = true;
+      records.source = records.name;
+      return true;
+    case ExportSources::Kind::queryInUse:
+      records.source = wanted_.plainSql();
+      return true;
+    case ExportSources::Kind::savedQuery:
+      break;
+  }
   SavedQuery query;
   // Another program may have deleted it meanwhile.
-  if (!database_.getQuery(*saved, query) || !isSame(query.name, records.name)) {
+  if (!database_.getQuery(sources.savedPlace(*place), query) || !isSame(query.name, records.name)) {
     tellNotExported(Outcome::failure(kGoneElsewhere));
     return false;
   }

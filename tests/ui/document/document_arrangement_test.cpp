@@ -264,6 +264,23 @@ TEST_F(DocumentArrangementTest, AQueryIsKeptAndWhatIsInUseStaysSo) {
   EXPECT_THAT(window().queries->items, ElementsAre(L"sorted"));
 }
 
+TEST_F(DocumentArrangementTest, AnExportOffersWhatIsShownAndThenAllOfIt) {
+  openBooks();
+  document().arrange(ordered(L"Title"));
+  document().arrange(only(L"Pages", Kind::containing, L"1"));
+  window().prompts.file = String(file("out.jsonl").c_str());
+  document().exportRecords();
+  ASSERT_GE(window().prompts.offered.size(), 2u);
+  EXPECT_EQ(window().prompts.offered[0], L"Books (as shown)");
+  EXPECT_EQ(window().prompts.offered[1], L"Books (in use)");
+  ASSERT_EQ(messages().size(), 1u);
+  EXPECT_THAT(messages()[0].text, testing::StartsWith(L"2 records exported"));
+  window().prompts.source = 1;
+  document().exportRecords();
+  ASSERT_EQ(messages().size(), 2u);
+  EXPECT_THAT(messages()[1].text, testing::StartsWith(L"3 records exported"));
+}
+
 // ---- Calculated
 
 TEST_F(DocumentArrangementTest, EachColumnIsCalculatedByItsKind) {
