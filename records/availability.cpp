@@ -187,6 +187,7 @@ constexpr std::array kRows = {
     Row{ID_LOOK_UP, PopupMenu::desktop, kMenuOnly, refersElsewhere},
     Row{ID_GO_TO_LOOKED_UP, PopupMenu::desktop, kMenuOnly, refersElsewhere},
     Row{ID_GO_BACK, PopupMenu::desktop, kMenuOnly, cameFromElsewhere},
+    Row{ID_FIND_EVERYWHERE, PopupMenu::desktop, kMenuOnly, isDatabaseOpen},
     Row{ID_ORDER_COLUMN, PopupMenu::desktop, kMenuOnly, isGridOpen},
     Row{ID_FILTER_ALL, PopupMenu::desktop, kMenuOnly, isGridOpen},
     Row{ID_ARRANGEMENT_CLEAR, PopupMenu::desktop, kMenuOnly, isArranged},

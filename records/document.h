@@ -16,6 +16,7 @@
 #include "records/availability.h"
 #include "records/command_bar.h"
 #include "records/find_state.h"
+#include "records/found_places.h"
 #include "records/pages.h"
 #include "records/record_source.h"
 #include "records/user_prompts.h"
@@ -207,6 +208,8 @@ class Document : private BusyListener {
   /// and asked whether to discard what was typed; false when not, and the form stays as it is. After true
   /// the form has nothing more to store: who stays on the page shows a record with loadRecord.
   bool canLeaveRecord();
+  /// The same for who stays on the page: the form shows what the file holds then.
+  bool settleTyped() { return viewMode_ == ViewMode::form ? settleRecord() : canLeaveRecord(); }
   /// Writes the record that the form shows if the user changed it there, or if it is new. Always 1; what
   /// the store refuses is told.
   int commitCurrentRecord();
@@ -269,6 +272,17 @@ class Document : private BusyListener {
   /// text in any letter case. Takes its time where there are many, and the user can stop it.
   std::optional<std::uint32_t> findRow(std::uint32_t first, std::uint32_t field, const String& beginning);
   const FindState& findState() const { return find_; }
+
+  // ---- The search through all tables (document_everywhere.cpp)
+
+  /// Looks for a text in every searched field of every table, in any letter case, and tells each place as it
+  /// is found. Takes its time, and the user can stop it: false then, and where no database is open.
+  bool findEverywhere(const String& text, const FoundListener& found);
+  /// Goes to a place on the Form page: chooseFound leaves the page that is shown and chooses the table, the
+  /// caller shows the Form page, and showFound goes to the record and says if the text is no longer there.
+  /// False when what is typed can't be stored.
+  bool chooseFound(const FoundPlace& place);
+  void showFound(const FoundPlace& place, const String& text);
 
   // ---- What takes its time (document_busy.cpp)
 
@@ -366,6 +380,7 @@ class Document : private BusyListener {
   class SearchStep;
   std::uint32_t sliceOfSearch() const;
   using IsWanted = bool (*)(const String& text, const String& wanted);
+  void findInTable(const String& table, const String& text, const FoundListener& found);
   std::optional<std::uint32_t> findRowAmong(std::uint32_t first, std::uint32_t end, std::uint32_t field,
                                             const String& wanted, IsWanted isWanted);
   enum class SearchEnd { found, notFound, stopped };

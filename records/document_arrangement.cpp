@@ -127,7 +127,7 @@ void Document::tellUnfittingArrangement() {
 bool Document::arrange(Arrangement arrangement) {
   if (!recordsetOpen_ || !showsRecords(viewMode_)) return false;
   const bool isOnForm = viewMode_ == ViewMode::form;
-  if (!(isOnForm ? settleRecord() : canLeaveRecord())) return false;
+  if (!settleTyped()) return false;
   const std::uint32_t former =
       isOnForm ? (shown_.isEmpty() ? currentRecord : shown_.position()) : pages_.grid.selectedRow() + 1;
   RecordSource wanted = wanted_;

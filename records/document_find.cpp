@@ -10,6 +10,7 @@
 
 #include "base/wait_cursor.h"
 #include "records/document.h"
+#include "records/search_step.h"
 
 namespace {
 
@@ -77,25 +78,6 @@ Outcome Document::runSearch(SearchEnd& end) {
   end = SearchEnd::stopped;
   return {};
 }
-
-/// What holds during a step, however it ends.
-class Document::SearchStep {
- public:
-  explicit SearchStep(Document& document) : document_(document) {
-    document_.isSearching_ = true;
-    document_.searchBegan_ = BusyClock::now();
-  }
-  ~SearchStep() {
-    document_.database_.endSearch();
-    document_.pages_.prompts.endProgress();
-    document_.isSearching_ = false;
-  }
-  SearchStep(const SearchStep&) = delete;
-  SearchStep& operator=(const SearchStep&) = delete;
-
- private:
-  Document& document_;
-};
 
 /// In milliseconds.
 std::uint32_t Document::sliceOfSearch() const {

@@ -70,6 +70,7 @@
 #define ID_FILTER_ALL 53376
 #define ID_ARRANGEMENT_CLEAR 53392
 #define ID_ARRANGEMENT_KEEP 53408
+#define ID_FIND_EVERYWHERE 53424
 
 // Accelerators send these four; nothing answers them.
 #define ID_ENTER 40004

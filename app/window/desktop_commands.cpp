@@ -2,6 +2,7 @@
 
 #include <array>
 
+#include "app/window/everywhere_commands.h"
 #include "app/window/exchange_commands.h"
 #include "app/window/history_commands.h"
 #include "app/window/order_commands.h"
@@ -93,6 +94,10 @@ void keepAsQuery(WORD) {
   keepArrangementAsQuery();
 }
 
+void findInAllTables(WORD) {
+  findEverywhere();
+}
+
 constexpr EntryRow kEntries[] = {
     {ID_HISTORY_UNDO, nullptr, L"&Undo", takeHistoryStep, nullptr, historyText},
     {ID_HISTORY_REDO, nullptr, L"Re&do", takeHistoryStep, nullptr, historyText},
@@ -106,6 +111,7 @@ constexpr EntryRow kEntries[] = {
     {ID_GO_TO_LOOKED_UP, nullptr, L"&Go to its record", goToLookedUp, nullptr},
     {ID_GO_BACK, nullptr, L"&Back", goBack, nullptr},
     {0, nullptr, nullptr, nullptr, nullptr},
+    {ID_FIND_EVERYWHERE, nullptr, L"&Find in all tables...", findInAllTables, nullptr},
     {ID_ORDER_COLUMN, kOrder, L"&Column...", arrangeColumn, nullptr},
     {ID_FILTER_ALL, kOrder, L"&Any column containing...", filterColumns, nullptr},
     {ID_ARRANGEMENT_CLEAR, kOrder, L"&Show all records", showAll, nullptr},

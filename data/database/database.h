@@ -25,6 +25,7 @@ class BusyListener;
 class ConnectionHandle;
 class ImportFile;
 class RecordsetHandle;
+class TableSearch;
 
 /// The gateway to the open database file: its tables, its saved queries and one current recordset, the
 /// table or query that the form and the list show. There is one Database in the program, used by one
@@ -306,6 +307,8 @@ class Database {
   /// where the data-access components have none, it passes over none.
   std::uint32_t passOver(std::uint32_t most, std::uint32_t milliseconds);
   void endSearch();
+  /// Begins a search for `text` in a table, beside the current recordset. It ends before this object does.
+  Outcome beginTableSearch(const String& table, const String& text, TableSearch& search);
 
   /// Writes the content of an editor into the field of the current record; `update` stores it. False
   /// when fields of this type are not written. True otherwise, also when the content could not be

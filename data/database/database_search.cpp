@@ -3,6 +3,7 @@
 #include <optional>
 
 #include "data/database/database.h"
+#include "data/database/table_search.h"
 #include "data/handles/recordset_handle.h"
 
 void Database::beginSearch(bool allFields, bool matchCase, std::uint32_t field, const String& text) {
@@ -18,6 +19,10 @@ std::uint32_t Database::passOver(std::uint32_t most, std::uint32_t milliseconds)
   if (passed <= 0) return 0;
   currentRecord += static_cast<std::uint32_t>(passed);
   return static_cast<std::uint32_t>(passed);
+}
+
+Outcome Database::beginTableSearch(const String& table, const String& text, TableSearch& search) {
+  return search.begin(*connection_, table, text);
 }
 
 void Database::endSearch() {

@@ -293,4 +293,12 @@ TEST(AvailabilityTest, OrderAndFilterAreOfTheGridAndCanBeLeftOnTheForm) {
   EXPECT_EQ(available(asked, PopupMenu::desktop, facts), Commands{}) << "the records could not be opened";
 }
 
+TEST(AvailabilityTest, AllTablesAreSearchedFromEveryPageOfAnOpenDatabase) {
+  const Commands asked = {ID_FIND_EVERYWHERE};
+  for (const ViewMode mode : {ViewMode::tables, ViewMode::form, ViewMode::list, ViewMode::queries}) {
+    EXPECT_EQ(available(asked, PopupMenu::desktop, {.databaseOpen = true, .viewMode = mode}), asked);
+  }
+  EXPECT_EQ(available(asked, PopupMenu::desktop, {}), Commands{});
+}
+
 }  // namespace

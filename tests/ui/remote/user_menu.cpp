@@ -79,6 +79,7 @@ std::vector<MenuStep> desktopWay(UINT command) {
   AppendMenuW(menu.get(), MF_STRING, ID_ROW_COPY, L"Copy &row");
   AppendMenuW(menu.get(), MF_STRING, ID_TABLE_PASTE, L"&Paste...");
   AppendMenuW(menu.get(), MF_SEPARATOR, 0, nullptr);
+  AppendMenuW(menu.get(), MF_STRING, ID_FIND_EVERYWHERE, L"&Find in all tables...");
   const HMENU order = CreatePopupMenu();
   AppendMenuW(order, MF_STRING, ID_ORDER_COLUMN, L"&Column...");
   AppendMenuW(order, MF_STRING, ID_FILTER_ALL, L"&Any column containing...");
