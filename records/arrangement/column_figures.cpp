@@ -25,7 +25,7 @@ long long numberOf(const std::wstring& text) {
 
 /// high * 2^32 + low.
 std::wstring exactSum(long long high, long long low) {
-  __extension__ using Wide = __int128;
+  using Wide = __int128;
   Wide sum = static_cast<Wide>(high) * (Wide{1} << 32) + low;
   const bool isNegative = sum < 0;
   std::wstring digits;

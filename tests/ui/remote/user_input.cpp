@@ -53,6 +53,15 @@ void rightClick(POINT screen) {
   sendButton(MOUSEEVENTF_RIGHTUP);
 }
 
+void hold(POINT screen) {
+  if (!SetCursorPos(screen.x, screen.y)) throw std::runtime_error("the mouse can't be moved");
+  sendButton(MOUSEEVENTF_LEFTDOWN);
+}
+
+void release() {
+  sendButton(MOUSEEVENTF_LEFTUP);
+}
+
 void click(HWND window, const RECT& place) {
   POINT middle = {(place.left + place.right) / 2, (place.top + place.bottom) / 2};
   ClientToScreen(window, &middle);

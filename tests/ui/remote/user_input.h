@@ -18,6 +18,9 @@ void type(const std::wstring& text);
 void click(POINT screen);
 /// The same with the right button.
 void rightClick(POINT screen);
+/// Presses the left button there and holds it until release.
+void hold(POINT screen);
+void release();
 /// Clicks the middle of a rectangle in a window's client area.
 void click(HWND window, const RECT& place);
 /// Clicks the middle of a window.

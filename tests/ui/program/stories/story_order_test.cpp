@@ -272,6 +272,22 @@ TEST_P(OrderStory, ItIsKeptAsAQueryWhoseRecordsCanBeChanged) {
   EXPECT_THAT(stored("SELECT QueryName FROM QuivaneQueries"), ElementsAre("Round ones"));
 }
 
+TEST_P(OrderStory, AHeldHeadingOpensItsMenuAndATapDoesNothing) {
+  User& user = start();
+  const HWND grid = showGrid(user);
+  if (!user.hasMouse()) return end();
+  userinput::click(middleOfTitle(grid, 1));
+  user.pickItem(1);
+  EXPECT_TRUE(remote::popups(program().processId()).empty());
+  userinput::hold(middleOfTitle(grid, 2));
+  awaitPopup();
+  userinput::release();
+  ASSERT_FALSE(remote::popups(program().processId()).empty()) << "it stays when the finger is lifted";
+  chooseEntry(user, kDescending);
+  awaitTitles(user, {L"ulysses", L"\x00E4pfel", L"\x00C4rger", L"Dubliners", L"100% Wool"});
+  end();
+}
+
 TEST_P(OrderStory, AColumnOfTheRecordsThatAreShownIsCalculated) {
   User& user = start();
   showGrid(user);
