@@ -158,7 +158,8 @@ class Document : private BusyListener {
   /// The saved query at this place of the Queries page becomes the current one.
   void openQuerySelection(int index);
 
-  // ---- Order and filter (document_arrangement.cpp). They are kept for the table or query in use.
+  // ---- Order and filter (arrangement/document_arrangement.cpp). They are kept for the table or query in
+  // use.
 
   const Arrangement& arrangement() const { return wanted_.arrangement(); }
   /// On the Form and List pages: what is typed is stored, and the records are shown so, where the current one

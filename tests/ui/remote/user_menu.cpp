@@ -79,6 +79,10 @@ std::vector<MenuStep> desktopWay(UINT command) {
   AppendMenuW(menu.get(), MF_STRING, ID_ROW_COPY, L"Copy &row");
   AppendMenuW(menu.get(), MF_STRING, ID_TABLE_PASTE, L"&Paste...");
   AppendMenuW(menu.get(), MF_SEPARATOR, 0, nullptr);
+  AppendMenuW(menu.get(), MF_STRING, ID_LOOK_UP, L"&Look-up...");
+  AppendMenuW(menu.get(), MF_STRING, ID_GO_TO_LOOKED_UP, L"&Go to its record");
+  AppendMenuW(menu.get(), MF_STRING, ID_GO_BACK, L"&Back");
+  AppendMenuW(menu.get(), MF_SEPARATOR, 0, nullptr);
   AppendMenuW(menu.get(), MF_STRING, ID_FIND_EVERYWHERE, L"&Find in all tables...");
   const HMENU order = CreatePopupMenu();
   AppendMenuW(order, MF_STRING, ID_ORDER_COLUMN, L"&Column...");
