@@ -106,7 +106,10 @@ void MainCommandBar::setPositionTip(const wchar_t* text) {
   pageBars_.setPositionTip(text);
 }
 
-HBRUSH MainCommandBar::backgroundOf(HWND control) const {
+HBRUSH MainCommandBar::backgroundOf(HDC dc, HWND control) const {
   if (!control || control != pageBars_.positionBox()) return nullptr;
+  // The system's text may be white too.
+  SetBkColor(dc, RGB(255, 255, 255));
+  SetTextColor(dc, RGB(0, 0, 0));
   return static_cast<HBRUSH>(GetStockObject(WHITE_BRUSH));
 }

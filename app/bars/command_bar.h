@@ -40,9 +40,9 @@ class MainCommandBar final : public CommandBar {
   void setPositionText(const wchar_t* text) override;
   void setPositionTip(const wchar_t* text) override;
 
-  /// The answer to WM_CTLCOLORSTATIC from `control`: a white brush for the position box, else null. It
-  /// is one of the system's own.
-  HBRUSH backgroundOf(HWND control) const;
+  /// The answer to WM_CTLCOLORSTATIC from `control`: a white brush for the position box, whose text is black
+  /// on white in `dc` then, else null. It is one of the system's own.
+  HBRUSH backgroundOf(HDC dc, HWND control) const;
 
   const MenuBar& menuBar() const { return menuBar_; }
   const PageBars& pageBars() const { return pageBars_; }

@@ -220,8 +220,9 @@ LRESULT controlReported(HWND, UINT, WPARAM, LPARAM lParam) {
   return 0;
 }
 
-LRESULT staticColored(HWND, UINT, WPARAM, LPARAM lParam) {
-  return reinterpret_cast<LRESULT>(theCommandBar->backgroundOf(reinterpret_cast<HWND>(lParam)));
+LRESULT staticColored(HWND, UINT, WPARAM wParam, LPARAM lParam) {
+  return reinterpret_cast<LRESULT>(
+      theCommandBar->backgroundOf(reinterpret_cast<HDC>(wParam), reinterpret_cast<HWND>(lParam)));
 }
 
 LRESULT programStarted(HWND window, UINT, WPARAM, LPARAM) {

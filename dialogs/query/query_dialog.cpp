@@ -17,7 +17,11 @@
 
 namespace {
 
-constexpr ControlGrowth kGrowth[] = {{.id = IDC_QUERY_NAME, .wider = true}};
+constexpr ControlGrowth kGrowth[] = {
+    {.id = IDC_QUERY_NAME, .wider = true},         {.id = IDC_QUERY_TABLES, .wider = true},
+    {.id = IDC_QUERY_INSERT_TABLE, .right = true}, {.id = IDC_QUERY_FIELDS, .wider = true},
+    {.id = IDC_QUERY_INSERT_FIELD, .right = true},
+};
 
 constexpr int kSqlLeft = 2;
 constexpr int kSqlTop = 120;

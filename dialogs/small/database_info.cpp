@@ -4,11 +4,26 @@
 #include "views/dialog/dialog_place.h"
 #include "views/shared/shown_text.h"
 
+namespace {
+
+constexpr ControlGrowth kGrowth[] = {
+    {.id = IDC_INFO_DATABASE, .wider = true},  {.id = IDC_INFO_TABLE, .wider = true},
+    {.id = IDC_INFO_QUERY, .wider = true},     {.id = IDC_INFO_SQL, .wider = true, .higher = true},
+    {.id = IDOK, .right = true, .down = true},
+};
+
+}  // namespace
+
+DatabaseInfoDialog::DatabaseInfoDialog() : growth_(kGrowth) {}
+
 int DatabaseInfoDialog::run(HWND owner) {
   return runTemplate(IDD_DATABASE_INFO, owner);
 }
 
 void DatabaseInfoDialog::opened() {
+  growWithScreen(window());
+  growth_.begin(window());
+  growth_.layOut();
   centreDialog(window());
   SetDlgItemTextW(window(), IDC_INFO_DATABASE, databasePath.text());
   SetDlgItemTextW(window(), IDC_INFO_TABLE, tableName.text());

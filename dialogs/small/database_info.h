@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/string.h"
+#include "views/dialog/dialog_growth.h"
 #include "views/dialog/modal_dialog.h"
 
 /// "Database Information": shows what is open. The fields are in: the texts that it shows, each empty
@@ -12,6 +13,8 @@ class DatabaseInfoDialog final : private ModalDialog {
   String queryName;
   String sqlText;
 
+  DatabaseInfoDialog();
+
   /// IDOK or IDCANCEL; nothing has changed in either case.
   int run(HWND owner);
 
@@ -20,4 +23,6 @@ class DatabaseInfoDialog final : private ModalDialog {
   bool command(WORD id, WORD notification) override;
   void confirm() { close(IDOK); }
   void cancel() { close(IDCANCEL); }
+
+  DialogGrowth growth_;
 };

@@ -7,6 +7,7 @@
 
 #include "gtest/gtest.h"
 #include "owners/handles.h"
+#include "platform/pocketshell/text/dialog_lists.h"
 #include "platform/pocketshell/text/text_line.h"
 #include "platform/pocketshell/zoom/present_zoom.h"
 #include "tests/shell/drawn_picture.h"
@@ -232,6 +233,66 @@ TEST_F(LettersTest, static_texts_show_them) {
     SetWindowTextW(label, text);
     return pictureOf(label);
   });
+}
+
+/// Of a box of the test's window, which draws its entries as a dialog does.
+class ListEntriesTest : public LettersTest {
+ protected:
+  ListEntriesTest() { DialogLists::attach(top()); }
+
+  Pixels drawnEntry(UINT kind, HWND box, UINT entry, UINT state) const {
+    const DrawnPicture picture(kWidth, kHeight);
+    DRAWITEMSTRUCT item{};
+    item.CtlType = kind;
+    item.hwndItem = box;
+    item.itemID = entry;
+    item.itemState = state;
+    item.hDC = picture.dc();
+    item.rcItem = {0, 0, kWidth, kHeight};
+    EXPECT_EQ(SendMessageW(top(), WM_DRAWITEM, 0, reinterpret_cast<LPARAM>(&item)), TRUE);
+    return picture.pixels();
+  }
+};
+
+TEST_F(ListEntriesTest, of_a_combo_box_show_them) {
+  const HWND box = makeControl(WC_COMBOBOXW, CBS_DROPDOWNLIST | CBS_OWNERDRAWFIXED | CBS_HASSTRINGS);
+  expectLetters([&](const wchar_t* text) {
+    SendMessageW(box, CB_RESETCONTENT, 0, 0);
+    SendMessageW(box, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(text));
+    return drawnEntry(ODT_COMBOBOX, box, 0, 0);
+  });
+}
+
+TEST_F(ListEntriesTest, of_a_list_box_show_them) {
+  const HWND box = makeControl(WC_LISTBOXW, LBS_OWNERDRAWFIXED | LBS_HASSTRINGS);
+  expectLetters([&](const wchar_t* text) {
+    SendMessageW(box, LB_RESETCONTENT, 0, 0);
+    SendMessageW(box, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(text));
+    return drawnEntry(ODT_LISTBOX, box, 0, 0);
+  });
+}
+
+TEST_F(ListEntriesTest, are_marked_and_an_empty_box_has_none) {
+  const HWND box = makeControl(WC_LISTBOXW, LBS_OWNERDRAWFIXED | LBS_HASSTRINGS);
+  SendMessageW(box, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(L"Books"));
+  const Pixels plain = drawnEntry(ODT_LISTBOX, box, 0, 0);
+  EXPECT_TRUE(plain != drawnEntry(ODT_LISTBOX, box, 0, ODS_SELECTED));
+  EXPECT_TRUE(plain != drawnEntry(ODT_LISTBOX, box, 0, ODS_FOCUS));
+  EXPECT_TRUE(plain != drawnEntry(ODT_LISTBOX, box, 0, ODS_DISABLED));
+  const Pixels none = drawnEntry(ODT_LISTBOX, box, static_cast<UINT>(-1), 0);
+  EXPECT_TRUE(std::all_of(none.begin(), none.end(), [&](std::uint32_t pixel) { return pixel == none[0]; }));
+}
+
+TEST_F(ListEntriesTest, are_as_high_as_the_letters) {
+  MEASUREITEMSTRUCT item{};
+  item.CtlType = ODT_LISTBOX;
+  EXPECT_EQ(SendMessageW(top(), WM_MEASUREITEM, 0, reinterpret_cast<LPARAM>(&item)), TRUE);
+  const DrawnPicture picture(kWidth, kHeight);
+  const HGDIOBJ former = SelectObject(picture.dc(), presentFont());
+  TEXTMETRICW metrics{};
+  GetTextMetricsW(picture.dc(), &metrics);
+  SelectObject(picture.dc(), former);
+  EXPECT_EQ(item.itemHeight, static_cast<UINT>(metrics.tmHeight));
 }
 
 TEST_F(LettersTest, a_label_of_plain_letters_is_left_to_the_control) {

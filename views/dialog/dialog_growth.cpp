@@ -11,12 +11,28 @@ SIZE screenExcess() {
           HandheldGetSystemMetrics(SM_CYSCREEN) - kHandheldHeight};
 }
 
+namespace {
+
+/// A combo box takes the height that it is given for that of the box and its open list together.
+int givenHeight(HWND control, const RECT& place) {
+  RECT open{};
+  const bool isCombo =
+      SendMessageW(control, CB_GETDROPPEDCONTROLRECT, 0, reinterpret_cast<LPARAM>(&open)) != 0 &&
+      open.bottom > open.top;
+  return isCombo ? HandheldFromMonitor(static_cast<int>(open.bottom - open.top))
+                 : static_cast<int>(place.bottom - place.top);
+}
+
+}  // namespace
+
 void DialogGrowth::begin(HWND dialog) {
   dialog_ = dialog;
   places_.clear();
   for (const ControlGrowth& control : controls_) {
     RECT place{};
-    HandheldGetWindowRect(GetDlgItem(dialog, control.id), &place);
+    const HWND window = GetDlgItem(dialog, control.id);
+    HandheldGetWindowRect(window, &place);
+    place.bottom = place.top + givenHeight(window, place);
     places_.push_back(place);
   }
 }

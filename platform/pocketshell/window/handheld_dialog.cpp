@@ -6,6 +6,7 @@
 #include "platform/pocketshell/handheld_windows.h"
 #include "platform/pocketshell/naming/dialog_names.h"
 #include "platform/pocketshell/panel/input_panel.h"
+#include "platform/pocketshell/text/dialog_lists.h"
 #include "platform/pocketshell/text/own_letters.h"
 #include "platform/pocketshell/window/dialog_template.h"
 #include "platform/pocketshell/window/window_places.h"
@@ -81,8 +82,11 @@ void layOutDialog(HWND dialog, const DialogTemplate& description) {
 
 INT_PTR CALLBACK openingProcedure(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
   if (!opening) return FALSE;
+  if (message == WM_MEASUREITEM && DialogLists::measure(*reinterpret_cast<MEASUREITEMSTRUCT*>(lParam)))
+    return TRUE;
   if (message != WM_INITDIALOG) return opening->procedure(dialog, message, wParam, lParam);
   const Opening dialogOpening = *std::exchange(opening, nullptr);
+  DialogLists::attach(dialog);
   layOutDialog(dialog, dialogOpening.description);
   nameByLabels(dialog);
   InputPanel::standOn(dialog);

@@ -4,6 +4,7 @@
 
 #include "base/app_settings.h"
 #include "gmock/gmock.h"
+#include "owners/handles.h"
 #include "owners/live_resources.h"
 #include "platform/pocketshell/handheld_windows.h"
 #include "tests/ui/bars/bar_host.h"
@@ -279,17 +280,28 @@ TEST_F(CommandBarTest, ThePositionBoxIsWhite) {
   std::vector<HWND> asked;
   host_.onColor([&](HWND control) {
     asked.push_back(control);
-    return bar_.backgroundOf(control);
+    return bar_.backgroundOf(nullptr, control);
   });
   show(kForm);
   const HWND box = bar_.pageBars().positionBox();
   const LRESULT brush = SendMessageW(GetParent(box), WM_CTLCOLORSTATIC, 0, reinterpret_cast<LPARAM>(box));
   EXPECT_EQ(brush, reinterpret_cast<LRESULT>(GetStockObject(WHITE_BRUSH)));
   EXPECT_THAT(asked, ElementsAre(box));
-  EXPECT_EQ(bar_.backgroundOf(host_.form()), nullptr);
-  EXPECT_EQ(bar_.backgroundOf(nullptr), nullptr);
+  EXPECT_EQ(bar_.backgroundOf(nullptr, host_.form()), nullptr);
+  EXPECT_EQ(bar_.backgroundOf(nullptr, nullptr), nullptr);
   show(kTables);
-  EXPECT_EQ(bar_.backgroundOf(nullptr), nullptr);
+  EXPECT_EQ(bar_.backgroundOf(nullptr, nullptr), nullptr);
+}
+
+/// With the system's colours of high contrast the system's own text is white.
+TEST_F(CommandBarTest, ThePositionIsBlackOnItsWhite) {
+  show(kForm);
+  const UniqueMemoryDc dc(CreateCompatibleDC(nullptr));
+  SetTextColor(dc.get(), RGB(255, 255, 255));
+  SetBkColor(dc.get(), RGB(0, 0, 0));
+  ASSERT_NE(bar_.backgroundOf(dc.get(), bar_.pageBars().positionBox()), nullptr);
+  EXPECT_EQ(GetTextColor(dc.get()), RGB(0, 0, 0));
+  EXPECT_EQ(GetBkColor(dc.get()), RGB(255, 255, 255));
 }
 
 TEST_F(CommandBarTest, TheOptionMovesTheBands) {

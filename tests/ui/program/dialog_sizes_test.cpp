@@ -28,6 +28,7 @@ struct Move {
 constexpr Move kStays = {0, 0, 0, 0};
 constexpr Move kGetsWider = {0, 0, kWider, 0};
 constexpr Move kGrows = {0, 0, kWider, kHigher};
+constexpr Move kGoesRight = {kWider, 0, kWider, 0};
 constexpr Move kGoesDown = {0, kHigher, 0, kHigher};
 constexpr Move kGoesAlong = {kWider, kHigher, kWider, kHigher};
 
@@ -132,7 +133,10 @@ TEST_F(DialogSizesTest, AQueryGivesTheRoomToItsText) {
   expectFollows(opened.main(), dialog,
                 {{1049, kGetsWider},
                  {1050, kGrows},
-                 {1055, kStays},
+                 {1055, kGetsWider},
+                 {1057, kGoesRight},
+                 {1054, kGetsWider},
+                 {1028, kGoesRight},
                  {1071, kStays},
                  {IDCANCEL, kStays},
                  {IDOK, kGoesAlong}});
@@ -186,6 +190,44 @@ TEST_F(DialogSizesTest, TheZoomOfAFieldGrowsByWhatTheWindowHasMore) {
     leave(opened.main(), dialog);
   }
   expectMoved(found[0], found[1], moves);
+}
+
+TEST_F(DialogSizesTest, TheDatabaseInformationGrowsByWhatTheWindowHasMore) {
+  OpenedDatabase opened(file("a.cdb"));
+  ASSERT_NE(opened.tables(), nullptr);
+  const Moves moves = {
+      {1011, kGetsWider}, {1020, kGetsWider}, {1023, kGetsWider}, {1021, kGrows}, {IDOK, kGoesAlong}};
+  std::vector<std::map<int, RECT>> found;
+  for (const SIZE& inside : {kHandheld, kLarger}) {
+    size(opened.main(), inside);
+    const HWND dialog = open(opened.main(), 32782, L"Database Information");
+    ASSERT_NE(dialog, nullptr);
+    found.push_back(places(dialog, moves));
+    const RECT over = remote::placeIn(dialog, opened.main());
+    EXPECT_GE(over.left, 0);
+    EXPECT_LE(over.right, inside.cx);
+    EXPECT_LE(over.bottom, inside.cy);
+    leave(opened.main(), dialog);
+  }
+  expectMoved(found[0], found[1], moves);
+}
+
+TEST_F(DialogSizesTest, AListOfTheQueryOpensAsFarAsBeforeInALargerWindow) {
+  OpenedDatabase opened(file("a.cdb"));
+  ASSERT_NE(opened.tables(), nullptr);
+  ASSERT_TRUE(remote::switchToPage(opened.main(), OpenedDatabase::kQueriesPage));
+  std::vector<LONG> heights;
+  for (const SIZE& inside : {kHandheld, kLarger}) {
+    size(opened.main(), inside);
+    const HWND dialog = open(opened.main(), 40078, L"Query");
+    ASSERT_NE(dialog, nullptr);
+    RECT list{};
+    SendMessageW(remote::control(dialog, 1055), CB_GETDROPPEDCONTROLRECT, 0, reinterpret_cast<LPARAM>(&list));
+    heights.push_back(list.bottom - list.top);
+    leave(opened.main(), dialog);
+  }
+  EXPECT_EQ(heights[0], heights[1]);
+  EXPECT_GT(heights[0], 100);
 }
 
 // ---- The system's own

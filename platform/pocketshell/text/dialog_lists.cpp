@@ -1,0 +1,99 @@
+#include "platform/pocketshell/text/dialog_lists.h"
+
+#include <string>
+
+#include "owners/handles.h"
+#include "platform/pocketshell/handheld_windows.h"
+#include "platform/pocketshell/text/control_text.h"
+#include "platform/pocketshell/text/text_line.h"
+#include "platform/pocketshell/zoom/present_zoom.h"
+
+namespace pocketshell {
+
+namespace {
+
+constexpr UINT kFieldOfCombo = static_cast<UINT>(-1);
+
+int lineHeight(HDC dc) {
+  TEXTMETRICW metrics{};
+  return dc && GetTextMetricsW(dc, &metrics) ? static_cast<int>(metrics.tmHeight) : 0;
+}
+
+int lineHeight() {
+  const UniqueWindowDc dc(nullptr);
+  const HGDIOBJ former = SelectObject(dc.dc(), presentFont());
+  const int height = lineHeight(dc.dc());
+  SelectObject(dc.dc(), former);
+  return height;
+}
+
+std::wstring entryText(const DRAWITEMSTRUCT& item) {
+  const bool isCombo = item.CtlType == ODT_COMBOBOX;
+  const LRESULT length =
+      SendMessageW(item.hwndItem, isCombo ? CB_GETLBTEXTLEN : LB_GETTEXTLEN, item.itemID, 0);
+  if (length <= 0) return {};
+  std::wstring text(static_cast<std::size_t>(length) + 1, L'\0');
+  SendMessageW(item.hwndItem, isCombo ? CB_GETLBTEXT : LB_GETTEXT, item.itemID,
+               reinterpret_cast<LPARAM>(text.data()));
+  text.resize(static_cast<std::size_t>(length));
+  return text;
+}
+
+void draw(const DRAWITEMSTRUCT& item) {
+  const HDC dc = item.hDC;
+  const bool chosen = (item.itemState & ODS_SELECTED) != 0;
+  const bool disabled = (item.itemState & ODS_DISABLED) != 0;
+  fillArea(dc, item.rcItem, GetSysColor(chosen ? COLOR_HIGHLIGHT : COLOR_WINDOW));
+  if (item.itemID != kFieldOfCombo) {
+    const std::wstring text = entryText(item);
+    const ControlFont font(dc, item.hwndItem);
+    const int ownColor = chosen ? COLOR_HIGHLIGHTTEXT : COLOR_WINDOWTEXT;
+    const TextColor color(dc, GetSysColor(disabled ? COLOR_GRAYTEXT : ownColor));
+    const RECT line = {item.rcItem.left + 1, item.rcItem.top, item.rcItem.right, item.rcItem.bottom};
+    if (needsOtherFonts(dc, text)) {
+      drawTextLine(dc, text, line, LinePlace::left);
+    } else {
+      const auto top = static_cast<int>(line.top + (line.bottom - line.top - lineHeight(dc)) / 2);
+      ExtTextOutW(dc, static_cast<int>(line.left), top, ETO_CLIPPED, &line, text.c_str(),
+                  static_cast<UINT>(text.size()), nullptr);
+    }
+  }
+  if ((item.itemState & ODS_FOCUS) != 0 && (item.itemState & ODS_NOFOCUSRECT) == 0) {
+    DrawFocusRect(dc, &item.rcItem);
+  }
+}
+
+BOOL CALLBACK fitEntries(HWND control, LPARAM height) {
+  wchar_t name[16] = L"";
+  GetClassNameW(control, name, ARRAYSIZE(name));
+  const LONG_PTR style = GetWindowLongPtrW(control, GWL_STYLE);
+  if (lstrcmpiW(name, L"ComboBox") == 0 && (style & CBS_OWNERDRAWFIXED) != 0) {
+    SendMessageW(control, CB_SETITEMHEIGHT, 0, height);
+  } else if (lstrcmpiW(name, L"ListBox") == 0 && (style & LBS_OWNERDRAWFIXED) != 0) {
+    SendMessageW(control, LB_SETITEMHEIGHT, 0, height);
+  }
+  return TRUE;
+}
+
+}  // namespace
+
+bool DialogLists::measure(MEASUREITEMSTRUCT& item) {
+  if (item.CtlType != ODT_COMBOBOX && item.CtlType != ODT_LISTBOX) return false;
+  item.itemHeight = static_cast<UINT>(lineHeight());
+  return true;
+}
+
+LRESULT DialogLists::answer(UINT message, WPARAM wParam, LPARAM lParam) {
+  if (message == WM_MEASUREITEM && measure(*reinterpret_cast<MEASUREITEMSTRUCT*>(lParam))) return TRUE;
+  if (message == WM_DRAWITEM) {
+    const auto& item = *reinterpret_cast<const DRAWITEMSTRUCT*>(lParam);
+    if (item.CtlType == ODT_COMBOBOX || item.CtlType == ODT_LISTBOX) {
+      draw(item);
+      return TRUE;
+    }
+  }
+  if (message == HandheldZoomMessage()) EnumChildWindows(window(), fitEntries, lineHeight());
+  return passOn(message, wParam, lParam);
+}
+
+}  // namespace pocketshell
