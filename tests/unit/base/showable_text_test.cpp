@@ -64,6 +64,26 @@ TEST(ShowableTextTest, AMarkWithoutALetterOfItsScriptIsReplaced) {
   EXPECT_FALSE(isShowable(L"a\x0EB8"));
 }
 
+TEST(ShowableTextTest, TheArabicFormsOfOlderCharacterSetsCarryNoMarksAndAreNone) {
+  EXPECT_EQ(showableText(L"\xFC07\x065A"), L"\xFC07\xFFFD");
+  EXPECT_EQ(showableText(L"\xFC94\xFC5F"), L"\xFC94\xFFFD");
+  EXPECT_EQ(showableText(L"\xFD97\xFBBC"), L"\xFD97\xFFFD");
+  EXPECT_EQ(showableText(L"\x0644\xFC60"), L"\x0644\xFFFD");
+  EXPECT_TRUE(isShowable(L"\xFEE3\xFEAE\xFEA3\xFE92\xFE8E \xFDF2"));
+}
+
+TEST(ShowableTextTest, AMarkOfOneScriptStandsOnNoLetterOfNone) {
+  EXPECT_EQ(showableText(L"\x67F0\x1CDF"), L"\x67F0\xFFFD");
+  EXPECT_TRUE(isShowable(L"\x0915\x1CDF"));
+}
+
+TEST(ShowableTextTest, LettersThatAreTakenApartHaveAsMuchRoomAsWordsTake) {
+  std::wstring words;
+  for (int i = 0; i < 100; ++i) words += L"\x0E19\x0E49\x0E33";  // water
+  EXPECT_TRUE(isShowable(words));
+  EXPECT_FALSE(isShowable(std::wstring(L"\x0E19") + std::wstring(100, L'\x0E33')));
+}
+
 TEST(ShowableTextTest, MarksBehindOneThatWasReplacedAreReplacedToo) {
   EXPECT_EQ(showableText(L"a\x05B0\x05B1\x0301 e\x0301"), L"a\xFFFD\xFFFD\xFFFD e\x0301");
 }
