@@ -6,6 +6,7 @@
 #include <string>
 
 #include "data/database/sql_names.h"
+#include "data/handles/recordset_handle.h"
 #include "data/values/field_kinds.h"
 
 namespace {
@@ -28,16 +29,20 @@ std::wstring excerptOf(const String& value, std::size_t place) {
 
 }  // namespace
 
+TableSearch::TableSearch() : records_(std::make_unique<RecordsetHandle>()) {}
+
+TableSearch::~TableSearch() = default;
+
 Outcome TableSearch::begin(const ConnectionHandle& connection, const String& table, const String& text) {
   const std::wstring sql = L"Select * from " + selectedName(table);
-  Outcome opened = records_.open(sql.c_str(), &connection, CursorType::keyset, SourceKind::text);
+  Outcome opened = records_->open(sql.c_str(), &connection, CursorType::keyset, SourceKind::text);
   if (!opened) return opened;
   text_ = text;
   text_.toUpperCase();
   position_ = 1;
-  count_ = static_cast<std::uint32_t>(std::max(records_.recordCount(), 0L));
+  count_ = static_cast<std::uint32_t>(std::max(records_->recordCount(), 0L));
   // Where the components have no search of their own each record is tested.
-  records_.beginTextSearch(text.text(), std::nullopt, false);
+  records_->beginTextSearch(text.text(), std::nullopt, false);
   return opened;
 }
 
@@ -45,7 +50,7 @@ Outcome TableSearch::step(std::uint32_t milliseconds, std::vector<Match>& matche
   if (isOver()) return {};
   constexpr LONG kMost = 1'000'000'000;
   const auto left = static_cast<LONG>(std::min<std::uint32_t>(count_ - position_ + 1, kMost));
-  const LONG passed = records_.passOver(left, static_cast<LONG>(milliseconds));
+  const LONG passed = records_->passOver(left, static_cast<LONG>(milliseconds));
   position_ += static_cast<std::uint32_t>(std::max(passed, 0L));
   if (isOver()) return {};
   Outcome matched = matchRecord(matches);
@@ -55,14 +60,14 @@ Outcome TableSearch::step(std::uint32_t milliseconds, std::vector<Match>& matche
     return matched;
   }
   ++position_;
-  records_.moveNext();
+  records_->moveNext();
   return {};
 }
 
 Outcome TableSearch::matchRecord(std::vector<Match>& matches) {
-  const LONG count = records_.fieldCount();
+  const LONG count = records_->fieldCount();
   for (LONG index = 0; index < count; ++index) {
-    FieldHandle& field = records_.field(index);
+    FieldHandle& field = records_->field(index);
     const FieldKind& kind = fieldKind(FieldType{field.type()});
     if (!kind.isSearched) continue;
     Variant value;

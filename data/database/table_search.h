@@ -1,12 +1,15 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <vector>
 
 #include "base/string.h"
-#include "data/handles/recordset_handle.h"
 #include "data/outcome.h"
+
+class ConnectionHandle;
+class RecordsetHandle;
 
 /// One text looked for in the fields of one table, in any letter case, a part at a time. The fields are those
 /// that a search looks at (FieldKind::isSearched), and their values what the user reads there.
@@ -18,7 +21,10 @@ class TableSearch {
     std::wstring excerpt;  ///< of the value, around the text
   };
 
-  TableSearch() = default;
+  TableSearch();
+  ~TableSearch();
+  TableSearch(const TableSearch&) = delete;
+  TableSearch& operator=(const TableSearch&) = delete;
 
   /// Opens the table. Fails, and there is nothing to be gone on with, when that is not possible.
   Outcome begin(const ConnectionHandle& connection, const String& table, const String& text);
@@ -33,7 +39,7 @@ class TableSearch {
  private:
   Outcome matchRecord(std::vector<Match>& matches);
 
-  RecordsetHandle records_;
+  std::unique_ptr<RecordsetHandle> records_;
   String text_;  // in capitals
   std::uint32_t position_ = 1;
   std::uint32_t count_ = 0;
