@@ -74,6 +74,7 @@ void Document::goToLookedUp() {
                 kGoneElsewhere);
     return;
   }
+  // Without the filter that the table may have: the record need not fit.
   wanted_.chooseTable(tableNames_[table]);
   reselectTable_ = true;
   pages_.grid.resetColumns();
@@ -99,9 +100,9 @@ void Document::goBack() {
   const CameFrom from = std::move(cameFrom_.back());
   cameFrom_.pop_back();
   if (from.source.isTable()) {
-    wanted_.chooseTable(from.source.tableName());
+    chooseTable(from.source.tableName());
   } else {
-    wanted_.chooseQuery(from.source.queryName(), from.source.sqlText());
+    chooseQuery(from.source.queryName(), from.source.plainSql());
   }
   reselectTable_ = true;
   pages_.grid.resetColumns();

@@ -51,7 +51,7 @@ class LookUpRecords {
   /// Begins to look for the records whose key or name has this text in any letter case.
   void beginSearch(const String& text);
   /// Appends the rows that have it to `found`, until that holds `most` of them, or for about so many
-  /// milliseconds. False when all rows were looked at.
+  /// milliseconds. False when there is no more to be looked for.
   bool searchOn(std::uint32_t milliseconds, std::size_t most, std::vector<std::uint32_t>& found);
 
  private:

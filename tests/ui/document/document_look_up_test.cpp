@@ -124,6 +124,33 @@ TEST_F(DocumentLookUpTest, AfterASearchTheWayBackLeadsToTheMatch) {
   EXPECT_EQ(value(), L"second");
 }
 
+TEST_F(DocumentLookUpTest, AFilterHidesNoRecordThatIsGoneToAndTheOrderComesBack) {
+  Arrangement filter;
+  filter.require({.field = L"Title", .test = Arrangement::Test::containing, .value = L"Ulysses"});
+  Arrangement order;
+  order.orderBy({.field = L"Note", .isDescending = true});
+  document().setViewMode(ViewMode::tables);
+  document().openTableSelection(3);
+  document().setViewMode(ViewMode::form);
+  ASSERT_TRUE(document().arrange(filter));
+  ASSERT_EQ(recordCount, 1u);
+  document().setViewMode(ViewMode::tables);
+  document().openTableSelection(4);
+  document().setViewMode(ViewMode::form);
+  ASSERT_TRUE(document().arrange(order));
+  document().moveFirstRecord();
+  document().moveNextRecord();
+  ASSERT_EQ(value(), L"second");
+  focus(1);
+  document().goToLookedUp();
+  EXPECT_EQ(value(), L"31");
+  EXPECT_THAT(messages(), IsEmpty());
+  document().goBack();
+  EXPECT_EQ(value(), L"second");
+  document().movePreviousRecord();
+  EXPECT_EQ(value(), L"third") << "in the order that it had";
+}
+
 TEST_F(DocumentLookUpTest, SeveralStepsGoBackOneByOneAndEndWithTheFile) {
   focus(1);
   document().goToLookedUp();
