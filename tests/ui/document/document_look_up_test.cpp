@@ -126,7 +126,11 @@ TEST_F(DocumentLookUpTest, AfterASearchTheWayBackLeadsToTheMatch) {
 
 TEST_F(DocumentLookUpTest, AFilterHidesNoRecordThatIsGoneToAndTheOrderComesBack) {
   Arrangement filter;
-  filter.require({.field = L"Title", .test = Arrangement::Test::containing, .value = L"Ulysses"});
+  filter.require({.field = L"Title",
+                  .test = Arrangement::Test::containing,
+                  .value = L"Ulysses",
+                  .shown = L"",
+                  .letters = Arrangement::Letters::ignoreCase});
   Arrangement order;
   order.orderBy({.field = L"Note", .isDescending = true});
   document().setViewMode(ViewMode::tables);
