@@ -35,8 +35,6 @@ class StepApplication {
   Status checkRows();
   Status checkRow(const ChangesetReader& change);
   Status apply();
-  Status makeWay();
-  Status restoreRowId(const ChangesetReader& change);
   Status checkResult();
   Status checkResult(const ChangesetReader& change);
   Status statusOfConflict() const;
