@@ -39,6 +39,7 @@ constexpr int kFirstTextEditor = 1200;
 constexpr int kFirstCheckBox = 1400;
 constexpr int kFirstDateEditor = 1600;
 constexpr int kZoomText = 1015;
+constexpr int kZoomPicture = 1016;
 
 /// So much of the beginning of a text is compared; controls shorten and break what is longer.
 constexpr std::size_t kComparedCount = 20;
@@ -250,15 +251,21 @@ class RecordWalkTest : public testing::Test {
       const HWND editor = remote::control(mainWindow, id++);
       if (!zoomsAll && record / 10 % table_.kinds.size() != field) continue;
       std::optional<std::wstring> shown;
+      bool isPicture = false;
       {
         const DialogScript script([&](HWND zoom) {
           shown = textOf(GetDlgItem(zoom, kZoomText));
+          isPicture = IsWindowVisible(GetDlgItem(zoom, kZoomPicture)) != FALSE;
           DialogScript::close(zoom, IDCANCEL);
         });
         SendMessageW(editor, kZoomMessage, 0, 0);
       }
       ASSERT_TRUE(shown.has_value()) << field;
-      expectShown(*shown, record, field, "zoom");
+      if (isPicture) {
+        expectPicture(record, field);
+      } else {
+        expectShown(*shown, record, field, "zoom");
+      }
     }
   }
 
@@ -268,6 +275,15 @@ class RecordWalkTest : public testing::Test {
     EXPECT_TRUE(shows(shown, value, table_.kinds[field]))
         << where << ", record " << record + 1 << ", field " << field << ": " << narrow(shown) << " for "
         << narrow(value.text);
+  }
+
+  /// Which bytes those of a picture begin with, as the walk's values have them.
+  void expectPicture(std::size_t record, std::size_t field) {
+    ++compared_;
+    const std::wstring& text = table_.records[record][field].text;
+    const bool isOne = text.starts_with(L"42 4D") || text.starts_with(L"89 50 4E 47") ||
+                       text.starts_with(L"FF D8") || text.starts_with(L"47 49 46");
+    EXPECT_TRUE(isOne) << "record " << record + 1 << ", field " << field << ": " << narrow(text);
   }
 
   Table table_;
