@@ -169,7 +169,18 @@ void SoakTest::giveCommand() {
                                ID_IMPORT,
                                ID_EXPORT,
                                ID_ROW_COPY,
-                               ID_TABLE_PASTE};
+                               ID_TABLE_PASTE,
+                               ID_HISTORY_UNDO,
+                               ID_HISTORY_UNDO,
+                               ID_HISTORY_REDO,
+                               ID_LOOK_UP,
+                               ID_GO_TO_LOOKED_UP,
+                               ID_GO_BACK,
+                               ID_ORDER_COLUMN,
+                               ID_FILTER_ALL,
+                               ID_ARRANGEMENT_CLEAR,
+                               ID_ARRANGEMENT_KEEP,
+                               ID_FIND_EVERYWHERE};
   PostMessageW(main(), WM_COMMAND, static_cast<WPARAM>(kCommands[below(ARRAYSIZE(kCommands))]), 0);
 }
 
