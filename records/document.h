@@ -22,6 +22,11 @@
 #include "records/user_prompts.h"
 #include "records/view_mode.h"
 
+class Arranger;
+class LookUps;
+class OthersChanges;
+class RecordHistory;
+
 /// What a Document works with in the window. It owns the two lists of names; the rest belongs to the
 /// window and outlives it.
 struct DocumentPages {
@@ -51,12 +56,26 @@ enum class RestoreResult : std::uint32_t {
 /// the Document itself changes pages or fills it is nobody's choice and changes nothing.
 /// std::bad_alloc passes through.
 class Document : private BusyListener {
+  friend class DocumentPart;
+
  public:
   explicit Document(DocumentPages pages);
   /// Closes the database.
   ~Document() override;
   Document(const Document&) = delete;
   Document& operator=(const Document&) = delete;
+
+  // ---- Its parts (parts/)
+
+  /// Changes that are taken back and done again.
+  RecordHistory& history() { return *history_; }
+  /// The order of the records, and which of them are shown.
+  Arranger& arranger() { return *arranger_; }
+  const Arranger& arranger() const { return *arranger_; }
+  /// Fields that refer to records of another table.
+  LookUps& lookUps() { return *lookUps_; }
+  /// What other programs have changed.
+  OthersChanges& othersChanges() { return *othersChanges_; }
 
   // ---- The database (document_database.cpp)
 
@@ -66,13 +85,6 @@ class Document : private BusyListener {
   /// Stores what was changed on the form and the session, and closes the file. 0 on success, -1 when no
   /// database is open or the connection would not close.
   int closeDatabase();
-
-  /// Shows what other programs have changed since the file was opened or this was called last
-  /// (document_others.cpp): the lists of tables and queries, how many records there are, the grid and the
-  /// form, with the same record, the same rows in view and the same place in a text. Nothing is told or
-  /// asked. What is typed stays; such a record is shown anew by a later call, and so is what was not to be
-  /// had now or took so long that the user went on.
-  void showOthersChanges();
 
   /// Looks whether the open file still stands under its name (document_gone_file.cpp), to be asked when the
   /// window comes to the front and before a file is left: each loss is told once, and the user chooses
@@ -108,6 +120,10 @@ class Document : private BusyListener {
   /// opened anew afterwards.
   void listFieldNames(const String& sql, NameList& names) { database_.listFieldNames(sql, names); }
   bool returnsRecords(const String& sql, String& reason);
+  /// Whether a statement opens. What is in use stays so.
+  Outcome tryQuery(const String& sql) { return database_.trySql(sql); }
+  /// Stores a query and stays with what is in use. False when it can't be stored, which was told.
+  bool keepQuery(const SavedQuery& query);
 
   const NameList& tableNames() const { return tableNames_; }
   bool isDatabaseOpen() const { return databaseOpen_; }
@@ -132,17 +148,6 @@ class Document : private BusyListener {
   /// False when it could not be done, which was told.
   bool runImport(ImportFile& file, bool keepsGood, ImportCounts& counts);
 
-  // ---- Changes that are taken back and done again (document_history.cpp), those of every record that was
-  // stored since the file was opened, one by one, newest first. What is typed on the form is stored before.
-
-  /// What would be taken, in words.
-  std::wstring historyText(HistoryWay way) const;
-  /// Takes the next one and sees to it that its records are in use. What can't be done is told. Returns the
-  /// page that has to show it, and showTaken() is then to be called on it; nothing when nothing was done.
-  std::optional<ViewMode> takeStep(HistoryWay way);
-  /// Shows the record concerned.
-  void showTaken();
-
   // ---- The session (document_session.cpp), kept among the settings.
 
   /// Writes which database, table or query and SQL text are in use. Closing the database does it.
@@ -157,27 +162,6 @@ class Document : private BusyListener {
   void openTableSelection(int index);
   /// The saved query at this place of the Queries page becomes the current one.
   void openQuerySelection(int index);
-
-  // ---- Order and filter (arrangement/document_arrangement.cpp). They are kept for the table or query in
-  // use.
-
-  const Arrangement& arrangement() const { return wanted_.arrangement(); }
-  /// On the Form and List pages: what is typed is stored, and the records are shown so, where the current one
-  /// is still current if it is among them. False when what is typed can't be stored or the records can't be
-  /// opened so, which was told; nothing has changed then.
-  bool arrange(Arrangement arrangement);
-  /// Whether letter case may differ in the values of a field.
-  Arrangement::Letters lettersOf(std::uint32_t field) const;
-  /// Whether a text is looked for in the field.
-  bool canContainText(std::uint32_t field) const;
-  /// The condition that the field is what it is in the row that is chosen in the grid.
-  Outcome readChosenValue(std::uint32_t field, Arrangement::Condition& condition);
-  /// Tells count, sum, mean, least and greatest of a field of the records that are shown.
-  void calculate(std::uint32_t field);
-  /// Whether a statement opens.
-  Outcome tryQuery(const String& sql);
-  /// Stores a query and stays with what is in use. False when it can't be stored, which was told.
-  bool keepQuery(const SavedQuery& query);
 
   // ---- Pages (document_modes.cpp)
 
@@ -248,19 +232,6 @@ class Document : private BusyListener {
   std::optional<String> chooseBytesTarget(const String& suggestion) {
     return pages_.prompts.chooseFile(FileChoice::bytesTo, suggestion);
   }
-
-  // ---- Fields that refer to records of another table (document_look_up.cpp)
-
-  bool isLookUp(std::uint32_t field) const { return !database_.lookUpTarget(field).isNone(); }
-  /// The name of the record with this key; empty when there is none.
-  String lookUpName(std::uint32_t field, const String& key);
-  /// Those from which the user may choose; null when they can't be opened, which was told.
-  std::unique_ptr<LookUpRecords> openLookUp(std::uint32_t field);
-  /// Shows the record to which the field with the keyboard refers on the form of its own table. What is typed
-  /// is stored first. What can't be done is told.
-  void goToLookedUp();
-  /// Shows the record again from which goToLookedUp went last and the user has not come back yet.
-  void goBack();
 
   // ---- The search for text (document_find.cpp), on the form only. Each returns 0.
 
@@ -358,6 +329,9 @@ class Document : private BusyListener {
   void forgetRecords();
   bool sqlPending() const { return !wanted_.isNone() && wanted_.generation() != openGeneration_; }
   bool formStale() const { return formGeneration_ != openGeneration_; }
+  void formIsBuilt() { formGeneration_ = openGeneration_; }
+  /// The recordset that was opened in the place of the former one has the records of `source`.
+  void takeOverOpened(RecordSource source, bool hasOtherFields);
   bool restoreRecords(const String& table, const String& query, bool asQuery);
   /// The count of the former recordset outlasts one that did not open.
   std::uint32_t openRecordCount() const { return recordsetOpen_ ? database_.recordCount() : 0; }
@@ -414,23 +388,10 @@ class Document : private BusyListener {
   bool keepsGoing(const Progress& progress);
   void tellWhenOver();
   void showEverythingAnew(const String& table);
-  bool showTablesAnew();
-  bool showQueriesAnew();
-  bool showRecordsAnew();
-  void showFormAnew(RecordSnapshot present, std::uint32_t place, bool wasEmpty, bool isBehind);
   void standAgainAt(std::uint32_t position);
-  bool isOfQueries(const HistoryStep& step) const;
-  bool hasTyped() const;
-  bool hasStep(HistoryWay way) const;
-  void openTaken(const HistoryStep& step);
-  void reopenTaken(const String& table);
-  void showHiddenTaken();
-  void standAtTaken();
   bool chooseExported(ExportedRecords& records);
   void tellNotExported(const Outcome& failure);
   bool mayWaitOn();
-  bool refersElsewhere() const;
-  void showFormOf(std::uint32_t position);
   std::optional<std::uint32_t> findRowOfKey(std::uint32_t field, const String& key);
   Outcome switchMode(ViewMode mode);
   template <typename Move>
@@ -440,16 +401,6 @@ class Document : private BusyListener {
   Outcome openPendingRecordset();
   void chooseTable(const String& name);
   void chooseQuery(const String& name, const String& sql, const String& table = String());
-  const String& sourceName() const;
-  void arrangeAsBefore();
-  void keepArrangement() const;
-  std::vector<std::wstring> searchedFields() const;
-  Outcome openArranged();
-  Outcome openInPlace(const RecordSource& wanted, std::uint32_t former, std::uint32_t& position,
-                      bool& hasOtherFields);
-  void showArranged(std::uint32_t position);
-  Outcome readFigures(const String& sql, std::vector<std::wstring>& values);
-  void tellUnfittingArrangement();
   void enterMode(ViewMode mode, bool opensRecords);
   void enterForm(bool opensRecords);
   void enterList();
@@ -462,19 +413,8 @@ class Document : private BusyListener {
 
   String databasePath_;                           // empty when none is open
   FileState toldFileState_ = FileState::present;  // what the user knows of the file
-  bool areNamesOutdated_ = false;                 // another program may have changed the tables and queries,
-  bool areRecordsOutdated_ = false;               // and the records
-  bool isQuiet_ = false;                          // what is done now the user has not asked for
   bool wasEdited_ = false;  // in this file; whether it can be written was looked at then
   RecordSource wanted_;     // whose records the next page shows
-  /// Where the user came from to a record that another refers to.
-  struct CameFrom {
-    RecordSource source;
-    std::uint32_t position = 0;
-    std::uint32_t field = 0;
-  };
-  std::vector<CameFrom> cameFrom_;
-  String unfittingArrangement_;  // why an order and filter were given up, to be told
   NameList tableNames_;
   NameList queryNames_;
   ViewMode viewMode_ = ViewMode::none;
@@ -485,12 +425,10 @@ class Document : private BusyListener {
       RecordSource::kNeverChosen;  // of wanted_ when it was opened, or tried to be
   std::uint32_t formGeneration_ = RecordSource::kNeverChosen;  // of the recordset that the form was built for
   bool repositionFromList_ = false;  // the form goes to the record chosen in the grid
-  bool reselectTable_ = false;   // the Tables page is filled and keeps its selection when it is entered next
-  bool freshlyOpened_ = false;   // the Tables page does not show the catalogue yet
-  bool talksToPages_ = false;    // what the lists report is the Document's own doing
-  bool takenHasRecord_ = false;  // the change that was taken last, one that is there
-  bool formWasEmpty_ = false;    // when a change was taken back that it has to show
-  RecordSnapshot shown_;         // the reading that the form shows; empty when what stands there is none
+  bool reselectTable_ = false;  // the Tables page is filled and keeps its selection when it is entered next
+  bool freshlyOpened_ = false;  // the Tables page does not show the catalogue yet
+  bool talksToPages_ = false;   // what the lists report is the Document's own doing
+  RecordSnapshot shown_;        // the reading that the form shows; empty when what stands there is none
 
   SavedQuery editedQuery_;    // as it was read to be edited
   RecordSnapshot chosenRow_;  // the row of the grid as it was read when it was chosen
@@ -511,4 +449,9 @@ class Document : private BusyListener {
   BusyClock::duration waited_{};         // for other programs, in what the user did
   BusyClock::time_point askedToWait_{};  // when it was asked last
   BusyClock::time_point searchBegan_{};  // the present step
+
+  std::unique_ptr<RecordHistory> history_;
+  std::unique_ptr<Arranger> arranger_;
+  std::unique_ptr<LookUps> lookUps_;
+  std::unique_ptr<OthersChanges> othersChanges_;
 };

@@ -3,6 +3,8 @@
 
 #include "base/app_settings.h"
 #include "records/document.h"
+#include "records/parts/look_ups.h"
+#include "records/parts/record_history.h"
 #include "records/position_text.h"
 
 CommandFacts Document::commandFacts() const {
@@ -24,10 +26,10 @@ CommandFacts Document::commandFacts() const {
           .recordsChosen = !wanted_.isNone(),
           .tableChosen = pages_.tables->hasChoice(),
           .queryChosen = pages_.queries->hasChoice(),
-          .refersElsewhere = refersElsewhere(),
-          .cameFromElsewhere = !cameFrom_.empty(),
-          .hasUndo = hasStep(HistoryWay::back),
-          .hasRedo = hasStep(HistoryWay::again),
+          .refersElsewhere = lookUps_->refersElsewhere(),
+          .cameFromElsewhere = lookUps_->canGoBack(),
+          .hasUndo = history_->hasStep(HistoryWay::back),
+          .hasRedo = history_->hasStep(HistoryWay::again),
           .isArranged = !wanted_.arrangement().isEmpty()};
 }
 

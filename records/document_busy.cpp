@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include "records/document.h"
+#include "records/parts/others_changes.h"
 
 namespace {
 
@@ -33,7 +34,7 @@ bool Document::goesOn(BusyWith busy) {
   if (isAsked_) return true;
   const bool waits = busy == BusyWith::otherProgram;
   // Nobody has asked for it: it gives way to everything.
-  if (isQuiet_) return !waits && !pages_.prompts.isInputWaiting();
+  if (othersChanges_->isShowing()) return !waits && !pages_.prompts.isInputWaiting();
   if (waits) {
     tellWhenOver();
     if (!mayWaitOn()) return false;

@@ -1,5 +1,16 @@
 // Which table or query is in use.
 #include "records/document.h"
+#include "records/parts/arranger.h"
+
+void Document::chooseTable(const String& name) {
+  wanted_.chooseTable(name);
+  arranger_->recall();
+}
+
+void Document::chooseQuery(const String& name, const String& sql, const String& table) {
+  wanted_.chooseQuery(name, sql, table);
+  arranger_->recall();
+}
 
 void Document::openTableSelection(int index) {
   if (talksToPages_) return;

@@ -1,9 +1,13 @@
 // Opening and closing the database file.
+#include <memory>
 #include <utility>
 
 #include "base/app_settings.h"
 #include "base/wait_cursor.h"
-#include "records/document.h"
+#include "records/parts/arranger.h"
+#include "records/parts/look_ups.h"
+#include "records/parts/others_changes.h"
+#include "records/parts/record_history.h"
 
 namespace {
 
@@ -13,7 +17,12 @@ void markDatabaseOpen(bool isOpen) {
 
 }  // namespace
 
-Document::Document(DocumentPages pages) : pages_(std::move(pages)) {
+Document::Document(DocumentPages pages)
+    : pages_(std::move(pages)),
+      history_(std::make_unique<RecordHistory>(*this)),
+      arranger_(std::make_unique<Arranger>(*this)),
+      lookUps_(std::make_unique<LookUps>(*this)),
+      othersChanges_(std::make_unique<OthersChanges>(*this)) {
   database_.setBusyListener(this);
 }
 
@@ -36,7 +45,7 @@ Outcome Document::openConnection(const String& path) {
   markDatabaseOpen(true);
   databasePath_ = path;
   toldFileState_ = FileState::present;
-  areNamesOutdated_ = areRecordsOutdated_ = false;
+  othersChanges_->forget();
   wasEdited_ = false;
   repositionFromList_ = false;
   viewMode_ = ViewMode::none;
@@ -81,5 +90,5 @@ void Document::forgetDatabase() {
   reselectTable_ = false;
   freshlyOpened_ = false;
   databasePath_.clear();
-  cameFrom_.clear();
+  lookUps_->forgetWay();
 }

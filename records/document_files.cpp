@@ -173,7 +173,7 @@ bool Document::readListedQuery(int index, SavedQuery& query) {
   return true;
 }
 
-bool Document::addQuery(const SavedQuery& query) {
+bool Document::keepQuery(const SavedQuery& query) {
   if (!canChangeFile()) return false;
   Outcome added;
   database_.addQuery(query, &added);
@@ -184,6 +184,11 @@ bool Document::addQuery(const SavedQuery& query) {
   // The first query makes the table that they are kept in.
   readTables();
   reselectTable_ = true;
+  return true;
+}
+
+bool Document::addQuery(const SavedQuery& query) {
+  if (!keepQuery(query)) return false;
   showQueries(query.name);
   return true;
 }

@@ -1,7 +1,9 @@
 // Leaving one page and entering another.
 #include <algorithm>
+#include <utility>
 
 #include "records/document.h"
+#include "records/parts/arranger.h"
 #include "records/raised.h"
 
 void Document::setViewMode(ViewMode mode) {
@@ -11,7 +13,7 @@ void Document::setViewMode(ViewMode mode) {
   if (!opened && (showsRecords(mode) || opened.cause() == Outcome::Cause::notNow)) {
     tellFailure(L"The records could not be opened.", opened.reason());
   }
-  if (showsRecords(mode)) tellUnfittingArrangement();
+  if (showsRecords(mode)) arranger_->tellUnfitting();
 }
 
 /// Returns what became of the records that are wanted.
@@ -67,7 +69,7 @@ void Document::leaveMode() {
 Outcome Document::openPendingRecordset() {
   pages_.bar.setPositionText(L"");
   forgetRecords();
-  Outcome opened = openArranged();
+  Outcome opened = arranger_->openRecords();
   recordsetOpen_ = static_cast<bool>(opened);
   // What is only not to be had now is tried again at the next switch.
   const bool isTried = opened.cause() != Outcome::Cause::notNow;
@@ -75,6 +77,13 @@ Outcome Document::openPendingRecordset() {
   // Also on a page of names: the grid may be the next to show the records.
   if (opened) currentRecord = 1;
   return opened;
+}
+
+void Document::takeOverOpened(RecordSource source, bool hasOtherFields) {
+  const bool formFits = !formStale() && !hasOtherFields;
+  wanted_ = std::move(source);
+  openGeneration_ = wanted_.generation();
+  formGeneration_ = formFits ? openGeneration_ : RecordSource::kNeverChosen;
 }
 
 void Document::closeRecords() {
@@ -120,13 +129,13 @@ void Document::enterForm(bool opensRecords) {
     // The editors of records that were deleted meanwhile.
     if (!formStale()) pages_.form.clearEditors();
     if (formStale()) currentRecord = 0;
-    formGeneration_ = openGeneration_;
+    formIsBuilt();
     updatePositionText();
     return;
   }
   const bool builds = formStale();
   if (builds) pages_.form.build();
-  formGeneration_ = openGeneration_;
+  formIsBuilt();
   goToFirstRecordOfForm(opensRecords);
   if (builds) pages_.form.showEditors();
   loadRecord();

@@ -166,7 +166,7 @@ void Document::reopenRecords() {
   Outcome opened = openPendingRecordset();
   if (opened) {
     pages_.form.build();
-    formGeneration_ = openGeneration_;
+    formIsBuilt();
     recordCount = database_.recordCount();
     if (recordCount != 0) {
       database_.moveTo(std::clamp(wanted, 1u, recordCount));

@@ -11,6 +11,7 @@
 #include "base/app_colors.h"
 #include "base/app_settings.h"
 #include "platform/pocketshell/desktop_entries.h"
+#include "records/parts/look_ups.h"
 #include "resources/command_ids.h"
 #include "views/form/text_field_editor.h"
 
@@ -71,11 +72,11 @@ void lookUp(WORD) {
 }
 
 void goToLookedUp(WORD) {
-  theDocument->goToLookedUp();
+  theDocument->lookUps().goThere();
 }
 
 void goBack(WORD) {
-  theDocument->goBack();
+  theDocument->lookUps().goBack();
 }
 
 void arrangeColumn(WORD) {

@@ -5,6 +5,7 @@
 
 #include "app/window/program_state.h"
 #include "app/window/tab_pages.h"
+#include "records/parts/record_history.h"
 #include "resources/command_ids.h"
 #include "views/shared/focused_edit.h"
 
@@ -41,16 +42,16 @@ std::wstring menuText(const std::wstring& text, HistoryWay way) {
 }  // namespace
 
 void takeHistoryStep(WORD id) {
-  const std::optional<ViewMode> page = theDocument->takeStep(wayOf(id));
+  const std::optional<ViewMode> page = theDocument->history().take(wayOf(id));
   if (!page) return;
   showPage(pageOf(*page));
-  theDocument->showTaken();
+  theDocument->history().showTaken();
 }
 
 const wchar_t* historyText(UINT id) {
   static std::wstring text;
   const HistoryWay way = wayOf(id);
-  text = menuText(theDocument ? theDocument->historyText(way) : std::wstring(), way);
+  text = menuText(theDocument ? theDocument->history().text(way) : std::wstring(), way);
   return text.c_str();
 }
 

@@ -12,6 +12,7 @@
 #include "dialogs/small/ask_text.h"
 #include "owners/handles.h"
 #include "platform/pocketshell/aygshell.h"
+#include "records/parts/arranger.h"
 
 namespace {
 
@@ -66,7 +67,7 @@ bool canArrange() {
 /// Of the condition that the field is what it is in the chosen row; none where there is no such row.
 std::optional<Arrangement::Condition> chosenValue(std::uint32_t field) {
   Arrangement::Condition condition;
-  if (!theDocument->readChosenValue(field, condition)) return std::nullopt;
+  if (!theDocument->arranger().readChosenValue(field, condition)) return std::nullopt;
   return condition;
 }
 
@@ -100,12 +101,12 @@ class ColumnMenu {
   void require(Arrangement::Test test) const;
   void requireText() const;
   bool isOrdered(std::size_t place, bool isDescending) const {
-    const auto& orders = theDocument->arrangement().orders();
+    const auto& orders = theDocument->arranger().present().orders();
     return place < orders.size() && orders[place].field == name_ &&
            orders[place].isDescending == isDescending;
   }
   bool isRequired(Arrangement::Test test) const {
-    const Arrangement::Condition* condition = theDocument->arrangement().conditionOf(name_);
+    const Arrangement::Condition* condition = theDocument->arranger().present().conditionOf(name_);
     return condition && condition->test == test;
   }
 
@@ -119,7 +120,7 @@ UniqueMenu ColumnMenu::make() const {
   UniqueMenu made(CreatePopupMenu());
   const HMENU menu = made.get();
   if (!menu) return made;
-  const Arrangement& arrangement = theDocument->arrangement();
+  const Arrangement& arrangement = theDocument->arranger().present();
   const bool isSecond = !arrangement.orders().empty() && arrangement.orders().front().field != name_;
   const bool isValue = value_ && value_->test != Test::empty;
   append(menu, kAscending, L"&Ascending", true, isOrdered(0, false));
@@ -129,7 +130,7 @@ UniqueMenu ColumnMenu::make() const {
   AppendMenuW(menu, MF_SEPARATOR, 0, nullptr);
   const Arrangement::Condition* condition = arrangement.conditionOf(name_);
   append(menu, kOnlyValue, valueText(value_), isValue, isValue && condition && *condition == *value_);
-  append(menu, kContaining, L"&Containing...", theDocument->canContainText(field_),
+  append(menu, kContaining, L"&Containing...", theDocument->arranger().canContainText(field_),
          isRequired(Test::containing));
   append(menu, kEmpty, L"&Empty", true, isRequired(Test::empty));
   append(menu, kNotEmpty, L"&Not empty", true, isRequired(Test::notEmpty));
@@ -151,9 +152,9 @@ void ColumnMenu::run(UINT choice) const {
     case kThenDescending:
       return order(true, choice == kThenDescending);
     case kOnlyValue: {
-      Arrangement arrangement = theDocument->arrangement();
+      Arrangement arrangement = theDocument->arranger().present();
       arrangement.require(*value_);
-      theDocument->arrange(std::move(arrangement));
+      theDocument->arranger().arrange(std::move(arrangement));
       return;
     }
     case kContaining:
@@ -169,30 +170,30 @@ void ColumnMenu::run(UINT choice) const {
     case kKeep:
       return keepArrangementAsQuery();
     case kCalculate:
-      return theDocument->calculate(field_);
+      return theDocument->arranger().calculate(field_);
     default:
       return;
   }
 }
 
 void ColumnMenu::order(bool isThen, bool isDescending) const {
-  Arrangement arrangement = theDocument->arrangement();
-  Arrangement::Order order{name_, isDescending, theDocument->lettersOf(field_)};
+  Arrangement arrangement = theDocument->arranger().present();
+  Arrangement::Order order{name_, isDescending, theDocument->arranger().lettersOf(field_)};
   if (isThen) {
     arrangement.thenBy(std::move(order));
   } else {
     arrangement.orderBy(std::move(order));
   }
-  theDocument->arrange(std::move(arrangement));
+  theDocument->arranger().arrange(std::move(arrangement));
 }
 
 void ColumnMenu::require(Arrangement::Test test) const {
-  Arrangement arrangement = theDocument->arrangement();
+  Arrangement arrangement = theDocument->arranger().present();
   Arrangement::Condition condition;
   condition.field = name_;
   condition.test = test;
   arrangement.require(std::move(condition));
-  theDocument->arrange(std::move(arrangement));
+  theDocument->arranger().arrange(std::move(arrangement));
 }
 
 /// Asks until there is a text or the user cancels.
@@ -207,7 +208,7 @@ bool askText(const std::wstring& label, std::wstring& text) {
 }
 
 void ColumnMenu::requireText() const {
-  Arrangement arrangement = theDocument->arrangement();
+  Arrangement arrangement = theDocument->arranger().present();
   const Arrangement::Condition* former = arrangement.conditionOf(name_);
   Arrangement::Condition condition;
   condition.field = name_;
@@ -215,7 +216,7 @@ void ColumnMenu::requireText() const {
   if (former && former->test == condition.test) condition.value = former->value;
   if (!askText(L"&Text in '" + menuText(name_.c_str(), kMostNameCount) + L"':", condition.value)) return;
   arrangement.require(std::move(condition));
-  theDocument->arrange(std::move(arrangement));
+  theDocument->arranger().arrange(std::move(arrangement));
 }
 
 }  // namespace
@@ -239,7 +240,7 @@ void chooseColumnMenu() {
 
 void filterAllColumns() {
   if (!canArrange()) return;
-  Arrangement arrangement = theDocument->arrangement();
+  Arrangement arrangement = theDocument->arranger().present();
   Arrangement::Condition condition;
   condition.test = Arrangement::Test::containing;
   for (const Arrangement::Condition& former : arrangement.conditions()) {
@@ -247,11 +248,11 @@ void filterAllColumns() {
   }
   if (!askText(L"&Text in any column:", condition.value)) return;
   arrangement.require(std::move(condition));
-  theDocument->arrange(std::move(arrangement));
+  theDocument->arranger().arrange(std::move(arrangement));
 }
 
 void clearArrangement() {
-  if (theDocument) theDocument->arrange({});
+  if (theDocument) theDocument->arranger().arrange({});
 }
 
 void keepArrangementAsQuery() {

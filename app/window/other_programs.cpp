@@ -1,6 +1,7 @@
 #include "app/window/other_programs.h"
 
 #include "app/window/program_state.h"
+#include "records/parts/others_changes.h"
 
 namespace {
 
@@ -47,7 +48,7 @@ void lookForChanges(HWND window) {
   if (!theDocument || !canBeSeen || !IsWindowEnabled(window) || isInTheMidstOfSomething()) return;
   const ULONGLONG begin = GetTickCount64();
   if (begin < noLookBefore) return;
-  theDocument->showOthersChanges();
+  theDocument->othersChanges().show();
   const ULONGLONG end = GetTickCount64();
   noLookBefore = end + (end - begin) * kShareOfTime;
 }

@@ -9,6 +9,7 @@
 #include "data/values/field_kinds.h"
 #include "platform/pocketshell/handheld_windows.h"
 #include "records/document.h"
+#include "records/parts/look_ups.h"
 #include "views/form/check_field_editor.h"
 #include "views/form/date_field_editor.h"
 #include "views/form/form_ids.h"
@@ -89,9 +90,9 @@ BytesZoomHost bytesHost(Document& document, std::uint32_t field) {
 
 /// The same.
 LookUpHost lookUpHost(Document& document, std::uint32_t field) {
-  return {.nameOf = [&document, field](const String& key) { return document.lookUpName(field, key); },
+  return {.nameOf = [&document, field](const String& key) { return document.lookUps().nameOf(field, key); },
           .choose = [&document, field](HWND owner) -> std::optional<String> {
-            std::unique_ptr<LookUpRecords> records = document.openLookUp(field);
+            std::unique_ptr<LookUpRecords> records = document.lookUps().open(field);
             if (!records) return std::nullopt;
             return LookUpDialog(document.fieldName(field).text(), std::move(records)).run(owner);
           }};
@@ -107,7 +108,7 @@ std::unique_ptr<FieldEditor> newTextEditor(Document& document, std::uint32_t fie
   editor->setBinary(kind == FieldEditorKind::bytes);
   editor->setReadOnlyField(document.isFieldReadOnly(field));
   editor->setBytesHost(bytesHost(document, field));
-  if (document.isLookUp(field)) editor->setLookUpHost(lookUpHost(document, field));
+  if (document.lookUps().isLookUp(field)) editor->setLookUpHost(lookUpHost(document, field));
   return editor;
 }
 

@@ -9,6 +9,7 @@
 #include "platform/pocketshell/aygshell.h"
 #include "platform/pocketshell/handheld_windows.h"
 #include "records/document.h"
+#include "records/parts/arranger.h"
 #include "views/grid/record_list_view.h"
 #include "views/shared/list_view.h"
 #include "views/shared/message_table.h"
@@ -86,13 +87,13 @@ void RecordListView::noteWidth(int column) {
 /// A star says that not all records are shown, which the system has no mark for.
 std::wstring RecordListView::titleOf(int field) const {
   std::wstring title = document_->fieldName(static_cast<std::uint32_t>(field)).text();
-  if (document_->arrangement().conditionOf(title)) title += L" *";
+  if (document_->arranger().present().conditionOf(title)) title += L" *";
   return title;
 }
 
 void RecordListView::markColumn(int column) {
   const String& name = document_->fieldName(static_cast<std::uint32_t>(fieldOfColumn(column)));
-  const Arrangement::Order* const order = document_->arrangement().orderOf(name.text());
+  const Arrangement::Order* const order = document_->arranger().present().orderOf(name.text());
   if (!order) return;
   listview::markOrder(list_, column, order->isDescending);
 }

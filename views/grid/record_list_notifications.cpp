@@ -6,6 +6,7 @@
 #include "base/showable_text.h"
 #include "data/values/field_kinds.h"
 #include "records/document.h"
+#include "records/parts/look_ups.h"
 #include "views/grid/record_list_view.h"
 #include "views/shared/escaped_exception.h"
 #include "views/shared/list_view.h"
@@ -87,10 +88,10 @@ void RecordListView::giveText(LVITEMW& item) {
 /// What the record is called to which the cell refers.
 std::wstring RecordListView::tipText(int row, int column) {
   const auto field = static_cast<std::uint32_t>(fieldOfColumn(column));
-  if (!document_ || document_->isBusy() || !document_->isLookUp(field)) return {};
+  if (!document_ || document_->isBusy() || !document_->lookUps().isLookUp(field)) return {};
   String key;
   if (!document_->readRow(static_cast<std::uint32_t>(row), field, key)) return {};
-  return document_->lookUpName(field, key).text();
+  return document_->lookUps().nameOf(field, key).text();
 }
 
 String RecordListView::cellText(std::uint32_t row, std::uint32_t field) {

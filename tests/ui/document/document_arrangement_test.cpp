@@ -1,6 +1,7 @@
 // The order of the records and which of them are shown, as the Document has it.
 #include "base/options.h"
 #include "base/settings_store.h"
+#include "records/parts/arranger.h"
 #include "tests/ui/document/document_fixture.h"
 
 using testing::ElementsAre;
@@ -58,14 +59,14 @@ class DocumentArrangementTest : public DocumentTest {
   }
   /// The rows that have the value of a field in this row.
   std::vector<std::wstring> sameAs(std::uint32_t row, std::uint32_t field) {
-    document().arrange({});
+    document().arranger().arrange({});
     currentRecord = row + 1;
     window().grid.selected = row + 1;
     Arrangement::Condition condition;
-    EXPECT_TRUE(document().readChosenValue(field, condition));
+    EXPECT_TRUE(document().arranger().readChosenValue(field, condition));
     Arrangement arrangement;
     arrangement.require(condition);
-    EXPECT_TRUE(document().arrange(arrangement));
+    EXPECT_TRUE(document().arranger().arrange(arrangement));
     EXPECT_THAT(messages(), IsEmpty());
     return rows();
   }
@@ -74,14 +75,14 @@ class DocumentArrangementTest : public DocumentTest {
 TEST_F(DocumentArrangementTest, TheRecordsComeInTheOrderAndTheCurrentOneStaysSo) {
   openBooks();
   window().grid.selected = 3;
-  ASSERT_TRUE(document().arrange(ordered(L"Title")));
+  ASSERT_TRUE(document().arranger().arrange(ordered(L"Title")));
   EXPECT_THAT(rows(), ElementsAre(L"A", L"b", L"c"));
   EXPECT_EQ(currentRecord, 3u);
-  ASSERT_TRUE(document().arrange(ordered(L"Title", true)));
+  ASSERT_TRUE(document().arranger().arrange(ordered(L"Title", true)));
   EXPECT_THAT(rows(), ElementsAre(L"c", L"b", L"A"));
   EXPECT_EQ(window().bar.positionTip, L"Ordered by Title (descending)");
   EXPECT_STREQ(document().sqlText().text(), L"Select * from [Books] ORDER BY quivane_fold([Title]) DESC");
-  ASSERT_TRUE(document().arrange({}));
+  ASSERT_TRUE(document().arranger().arrange({}));
   EXPECT_THAT(rows(), ElementsAre(L"b", L"A", L"c"));
   EXPECT_EQ(window().bar.positionTip, L"");
 }
@@ -89,10 +90,10 @@ TEST_F(DocumentArrangementTest, TheRecordsComeInTheOrderAndTheCurrentOneStaysSo)
 TEST_F(DocumentArrangementTest, ARecordThatIsNotShownGivesWayToTheFirst) {
   openBooks();
   window().grid.selected = 3;
-  ASSERT_TRUE(document().arrange(only(L"Title", Kind::containing, L"a")));
+  ASSERT_TRUE(document().arranger().arrange(only(L"Title", Kind::containing, L"a")));
   EXPECT_THAT(rows(), ElementsAre(L"A"));
   EXPECT_EQ(currentRecord, 1u);
-  ASSERT_TRUE(document().arrange(only(L"Title", Kind::containing, L"nothing")));
+  ASSERT_TRUE(document().arranger().arrange(only(L"Title", Kind::containing, L"nothing")));
   EXPECT_EQ(currentRecord, 0u);
   EXPECT_EQ(recordCount, 0u);
 }
@@ -129,17 +130,17 @@ TEST_F(DocumentArrangementTest, AValueThatIsTooLongIsRefused) {
   runStatements(path(), {L"UPDATE Books SET Title = hex(zeroblob(6000))"});
   openBooks();
   Arrangement::Condition condition;
-  EXPECT_FALSE(document().readChosenValue(0, condition));
+  EXPECT_FALSE(document().arranger().readChosenValue(0, condition));
 }
 
 TEST_F(DocumentArrangementTest, WhatCantBeOpenedLeavesEverything) {
   openBooks();
   window().grid.selected = 1;
-  EXPECT_FALSE(document().arrange(ordered(L"No such field")));
+  EXPECT_FALSE(document().arranger().arrange(ordered(L"No such field")));
   ASSERT_EQ(messages().size(), 1u);
   EXPECT_THAT(messages()[0].text, testing::StartsWith(L"The records could not be ordered or filtered.\n"));
   EXPECT_THAT(rows(), ElementsAre(L"b", L"A", L"c"));
-  EXPECT_TRUE(document().arrangement().isEmpty());
+  EXPECT_TRUE(document().arranger().present().isEmpty());
 }
 
 TEST_F(DocumentArrangementTest, ANameInWhichBracketsEndIsStillANameAndNoText) {
@@ -147,18 +148,18 @@ TEST_F(DocumentArrangementTest, ANameInWhichBracketsEndIsStillANameAndNoText) {
   open();
   document().openTableSelection(kBooks + 1);
   document().setViewMode(ViewMode::list);
-  EXPECT_TRUE(document().arrange(ordered(L"a]b`c")));
+  EXPECT_TRUE(document().arranger().arrange(ordered(L"a]b`c")));
   EXPECT_THAT(rows(), ElementsAre(L"1", L"2"));
-  EXPECT_FALSE(document().arrange(ordered(L"x]y"))) << "else a text that orders nothing";
+  EXPECT_FALSE(document().arranger().arrange(ordered(L"x]y"))) << "else a text that orders nothing";
 }
 
 TEST_F(DocumentArrangementTest, EachTableKeepsItsOwnAlsoAtTheNextStart) {
   openBooks();
-  document().arrange(ordered(L"Title"));
+  document().arranger().arrange(ordered(L"Title"));
   document().setViewMode(ViewMode::tables);
   document().openTableSelection(0);
   document().setViewMode(ViewMode::list);
-  EXPECT_TRUE(document().arrangement().isEmpty());
+  EXPECT_TRUE(document().arranger().present().isEmpty());
   EXPECT_EQ(window().bar.positionTip, L"");
   document().setViewMode(ViewMode::tables);
   document().openTableSelection(kBooks);
@@ -172,7 +173,7 @@ TEST_F(DocumentArrangementTest, EachTableKeepsItsOwnAlsoAtTheNextStart) {
 
 TEST_F(DocumentArrangementTest, AnyFieldMeansTheFieldsThatThereAreAtTheOpening) {
   openBooks();
-  document().arrange(only(nullptr, Kind::containing, L"2.5"));
+  document().arranger().arrange(only(nullptr, Kind::containing, L"2.5"));
   EXPECT_THAT(rows(), ElementsAre(L"A"));
   document().closeDatabase();
   restart();
@@ -184,7 +185,7 @@ TEST_F(DocumentArrangementTest, AnyFieldMeansTheFieldsThatThereAreAtTheOpening) 
 
 TEST_F(DocumentArrangementTest, OneThatNoLongerFitsIsGivenUpAndTold) {
   openBooks();
-  document().arrange(ordered(L"Title"));
+  document().arranger().arrange(ordered(L"Title"));
   document().closeDatabase();
   restart();
   runStatements(path(), {L"ALTER TABLE Books DROP COLUMN Title"});
@@ -206,7 +207,7 @@ TEST_F(DocumentArrangementTest, ASavedQueryIsOrderedAndStaysUpdatable) {
   document().openQuerySelection(0);
   document().setViewMode(ViewMode::list);
   ASSERT_THAT(rows(), ElementsAre(L"20", L"30"));
-  ASSERT_TRUE(document().arrange(ordered(L"a", true, Letters::asTheyAre)));
+  ASSERT_TRUE(document().arranger().arrange(ordered(L"a", true, Letters::asTheyAre)));
   EXPECT_THAT(rows(), ElementsAre(L"30", L"20"));
   EXPECT_FALSE(document().isFieldReadOnly(0));
   document().closeDatabase();
@@ -222,7 +223,7 @@ TEST_F(DocumentArrangementTest, OnTheFormTheRecordStaysAndWhatIsTypedIsStoredFir
   document().moveLastRecord();
   ASSERT_EQ(value(), L"c");
   window().form.fields[0].content = L"0";
-  ASSERT_TRUE(document().arrange(ordered(L"Title")));
+  ASSERT_TRUE(document().arranger().arrange(ordered(L"Title")));
   EXPECT_EQ(value(), L"0");
   EXPECT_EQ(currentRecord, 1u);
   EXPECT_THAT(stored(L"SELECT Title FROM Books ORDER BY Title"), ElementsAre(L"0", L"A", L"b"));
@@ -233,8 +234,8 @@ TEST_F(DocumentArrangementTest, WhatCantBeStoredKeepsEverything) {
   runStatements(path(),
                 {L"CREATE TRIGGER never BEFORE UPDATE ON Books BEGIN SELECT RAISE(ABORT, 'never'); END"});
   window().form.fields[0].content = L"changed";
-  EXPECT_FALSE(document().arrange(ordered(L"Title")));
-  EXPECT_TRUE(document().arrangement().isEmpty());
+  EXPECT_FALSE(document().arranger().arrange(ordered(L"Title")));
+  EXPECT_TRUE(document().arranger().present().isEmpty());
   EXPECT_EQ(currentRecord, 1u);
   window().prompts.agrees = true;
   EXPECT_TRUE(document().canLeaveRecord());
@@ -242,18 +243,18 @@ TEST_F(DocumentArrangementTest, WhatCantBeStoredKeepsEverything) {
 
 TEST_F(DocumentArrangementTest, ARecordThatNoLongerFitsStaysUntilTheRecordsAreOpenedAnew) {
   openBooks();
-  document().arrange(only(L"Title", Kind::containing, L"b"));
+  document().arranger().arrange(only(L"Title", Kind::containing, L"b"));
   document().setViewMode(ViewMode::form);
   window().form.fields[0].content = L"other";
   document().setViewMode(ViewMode::list);
   EXPECT_THAT(rows(), ElementsAre(L"other"));
-  document().arrange(document().arrangement());
+  document().arranger().arrange(document().arranger().present());
   EXPECT_THAT(rows(), IsEmpty());
 }
 
 TEST_F(DocumentArrangementTest, AQueryIsKeptAndWhatIsInUseStaysSo) {
   openBooks();
-  document().arrange(ordered(L"Title"));
+  document().arranger().arrange(ordered(L"Title"));
   EXPECT_TRUE(document().tryQuery(document().sqlText()));
   EXPECT_FALSE(document().tryQuery(L"SELECT nothing"));
   EXPECT_THAT(rows(), ElementsAre(L"A", L"b", L"c")) << "a trial leaves them";
@@ -266,8 +267,8 @@ TEST_F(DocumentArrangementTest, AQueryIsKeptAndWhatIsInUseStaysSo) {
 
 TEST_F(DocumentArrangementTest, AnExportOffersWhatIsShownAndThenAllOfIt) {
   openBooks();
-  document().arrange(ordered(L"Title"));
-  document().arrange(only(L"Pages", Kind::containing, L"1"));
+  document().arranger().arrange(ordered(L"Title"));
+  document().arranger().arrange(only(L"Pages", Kind::containing, L"1"));
   window().prompts.file = String(file("out.jsonl").c_str());
   document().exportRecords();
   ASSERT_GE(window().prompts.offered.size(), 2u);
@@ -285,7 +286,7 @@ TEST_F(DocumentArrangementTest, AnExportOffersWhatIsShownAndThenAllOfIt) {
 
 TEST_F(DocumentArrangementTest, EachColumnIsCalculatedByItsKind) {
   openBooks();
-  for (std::uint32_t field = 0; field < 6; ++field) document().calculate(field);
+  for (std::uint32_t field = 0; field < 6; ++field) document().arranger().calculate(field);
   EXPECT_THAT(
       window().prompts.takeTexts(),
       ElementsAre(L"Column 'Title'\n\nRecords: 3\nNot empty: 3\nLeast: A\nGreatest: c",
@@ -300,10 +301,10 @@ TEST_F(DocumentArrangementTest, EachColumnIsCalculatedByItsKind) {
 
 TEST_F(DocumentArrangementTest, OnlyTheRecordsThatAreShownAreCalculated) {
   openBooks();
-  document().arrange(only(L"Title", Kind::containing, L"b"));
-  document().calculate(1);
-  document().arrange(only(L"Title", Kind::containing, L"nothing"));
-  document().calculate(1);
+  document().arranger().arrange(only(L"Title", Kind::containing, L"b"));
+  document().arranger().calculate(1);
+  document().arranger().arrange(only(L"Title", Kind::containing, L"nothing"));
+  document().arranger().calculate(1);
   EXPECT_THAT(
       window().prompts.takeTexts(),
       ElementsAre(L"Column 'Pages'\n\nRecords: 1\nNot empty: 1\nSum: 2\nMean: 2.0\nLeast: 2\nGreatest: 2",
@@ -313,9 +314,9 @@ TEST_F(DocumentArrangementTest, OnlyTheRecordsThatAreShownAreCalculated) {
 TEST_F(DocumentArrangementTest, WholeNumbersAreAddedUpExactlyWhateverTheirSumIs) {
   runStatements(path(), {L"UPDATE Books SET Pages = 9223372036854775807"});
   openBooks();
-  document().calculate(1);
+  document().arranger().calculate(1);
   runStatements(path(), {L"UPDATE Books SET Pages = -9223372036854775807 - 1"});
-  document().calculate(1);
+  document().arranger().calculate(1);
   const std::vector<std::wstring> texts = window().prompts.takeTexts();
   ASSERT_EQ(texts.size(), 2u);
   EXPECT_THAT(texts[0], testing::HasSubstr(L"Sum: 27670116110564327421\n"));
@@ -328,7 +329,7 @@ TEST_F(DocumentArrangementTest, WhatIsNoNumberIsCountedApart) {
                          L"UPDATE Books SET Pages = 0.5 "
                          L"WHERE Title = 'c'"});
   openBooks();
-  document().calculate(1);
+  document().arranger().calculate(1);
   EXPECT_THAT(
       window().prompts.takeTexts(),
       ElementsAre(L"Column 'Pages'\n\nRecords: 3\nNot empty: 3\nNot numbers: 1\nSum: 10.5\nMean: 5.25\n"
@@ -338,7 +339,7 @@ TEST_F(DocumentArrangementTest, WhatIsNoNumberIsCountedApart) {
 TEST_F(DocumentArrangementTest, AColumnThatCantBeCalculatedIsTold) {
   openBooks();
   runStatements(path(), {L"DROP TABLE Books"});
-  document().calculate(1);
+  document().arranger().calculate(1);
   ASSERT_EQ(messages().size(), 1u);
   EXPECT_THAT(messages()[0].text, testing::StartsWith(L"The column could not be calculated.\n"));
 }

@@ -1,4 +1,6 @@
 // Changes that are taken back and done again, and the page that shows the record.
+#include "records/parts/arranger.h"
+#include "records/parts/record_history.h"
 #include "resources/command_ids.h"
 #include "tests/ui/document/document_fixture.h"
 
@@ -25,10 +27,10 @@ class DocumentHistoryTest : public DocumentTest {
   void type(const wchar_t* text) { window().form.fields.front().content = text; }
   /// As the commands of the window do it.
   bool take(HistoryWay way) {
-    const std::optional<ViewMode> page = document().takeStep(way);
+    const std::optional<ViewMode> page = document().history().take(way);
     if (!page) return false;
     document().setViewMode(*page);
-    document().showTaken();
+    document().history().showTaken();
     return true;
   }
   bool undo() { return take(HistoryWay::back); }
@@ -46,7 +48,7 @@ TEST_F(DocumentHistoryTest, IsOfferedWhenThereIsSomethingToTake) {
   document().moveNextRecord();
   EXPECT_TRUE(isOffered(ID_HISTORY_UNDO));
   EXPECT_FALSE(isOffered(ID_HISTORY_REDO));
-  EXPECT_EQ(document().historyText(HistoryWay::back), L"Undo change of '11'");
+  EXPECT_EQ(document().history().text(HistoryWay::back), L"Undo change of '11'");
   EXPECT_TRUE(undo());
   EXPECT_FALSE(isOffered(ID_HISTORY_UNDO));
   EXPECT_TRUE(isOffered(ID_HISTORY_REDO));
@@ -75,8 +77,8 @@ TEST_F(DocumentHistoryTest, WhatIsTypedIsTheNewestChange) {
   type(L"11");
   EXPECT_TRUE(isOffered(ID_HISTORY_UNDO));
   EXPECT_FALSE(isOffered(ID_HISTORY_REDO));
-  EXPECT_EQ(document().historyText(HistoryWay::back), L"Undo what is typed");
-  EXPECT_EQ(document().historyText(HistoryWay::again), L"Redo");
+  EXPECT_EQ(document().history().text(HistoryWay::back), L"Undo what is typed");
+  EXPECT_EQ(document().history().text(HistoryWay::again), L"Redo");
   EXPECT_TRUE(undo());
   EXPECT_EQ(value(), L"10");
   EXPECT_TRUE(redo());
@@ -191,12 +193,12 @@ TEST_F(DocumentHistoryTest, AFilterThatLeavesTheRecordOutGivesWay) {
   document().deleteRecord();
   Arrangement arrangement;
   arrangement.require({.field = L"a", .test = Arrangement::Test::equal, .value = L"30", .shown = L"30"});
-  ASSERT_TRUE(document().arrange(arrangement));
+  ASSERT_TRUE(document().arranger().arrange(arrangement));
   EXPECT_EQ(recordCount, 1u);
   EXPECT_TRUE(undo());
   EXPECT_EQ(recordCount, 3u);
   EXPECT_EQ(currentRecord, 1u);
-  EXPECT_TRUE(document().arrangement().isEmpty());
+  EXPECT_TRUE(document().arranger().present().isEmpty());
   EXPECT_TRUE(redo());
   EXPECT_EQ(recordCount, 2u);
 }
@@ -208,11 +210,11 @@ TEST_F(DocumentHistoryTest, AnOrderStays) {
   document().deleteRecord();
   Arrangement arrangement;
   arrangement.orderBy({.field = L"a", .isDescending = true});
-  ASSERT_TRUE(document().arrange(arrangement));
+  ASSERT_TRUE(document().arranger().arrange(arrangement));
   EXPECT_TRUE(undo());
   EXPECT_EQ(recordCount, 3u);
   EXPECT_EQ(currentRecord, 3u);
-  EXPECT_FALSE(document().arrangement().isEmpty());
+  EXPECT_FALSE(document().arranger().present().isEmpty());
 }
 
 TEST_F(DocumentHistoryTest, ASavedQueryComesBackOnItsPage) {

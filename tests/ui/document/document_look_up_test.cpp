@@ -1,4 +1,6 @@
 // To the record that a field refers to, and back.
+#include "records/parts/arranger.h"
+#include "records/parts/look_ups.h"
 #include "resources/command_ids.h"
 #include "tests/automation/sqlite_file.h"
 #include "tests/ui/document/document_fixture.h"
@@ -37,12 +39,12 @@ TEST_F(DocumentLookUpTest, TheRecordIsShownOnItsOwnFormAndTheFormerOneAgain) {
   EXPECT_TRUE(isOffered(ID_LOOK_UP));
   EXPECT_TRUE(isOffered(ID_GO_TO_LOOKED_UP));
   EXPECT_FALSE(isOffered(ID_GO_BACK));
-  document().goToLookedUp();
+  document().lookUps().goThere();
   EXPECT_STREQ(document().tableName().text(), L"Books");
   EXPECT_EQ(value(), L"31") << "and not 3, with which it begins";
   EXPECT_EQ(window().bar.position, L"    3 / 3");
   EXPECT_TRUE(isOffered(ID_GO_BACK));
-  document().goBack();
+  document().lookUps().goBack();
   EXPECT_STREQ(document().tableName().text(), L"Loans");
   EXPECT_EQ(value(), L"second");
   EXPECT_EQ(window().form.focus, 1u);
@@ -53,7 +55,7 @@ TEST_F(DocumentLookUpTest, TheRecordIsShownOnItsOwnFormAndTheFormerOneAgain) {
 TEST_F(DocumentLookUpTest, WhatIsTypedIsStoredFirstAndFollowed) {
   focus(1);
   window().form.fields[1].content = L"8";
-  document().goToLookedUp();
+  document().lookUps().goThere();
   EXPECT_EQ(value(), L"8");
   EXPECT_THAT(stored(L"Select Book from Loans"), ElementsAre(L"8", L"31", L""));
 }
@@ -62,7 +64,7 @@ TEST_F(DocumentLookUpTest, WhatCanNotBeStoredHoldsTheUserBack) {
   focus(1);
   window().form.fields[1].content = L"77";
   window().prompts.agrees = false;
-  document().goToLookedUp();
+  document().lookUps().goThere();
   EXPECT_STREQ(document().tableName().text(), L"Loans");
   EXPECT_EQ(value(), L"first");
   ASSERT_EQ(messages().size(), 1u);
@@ -72,7 +74,7 @@ TEST_F(DocumentLookUpTest, WhatCanNotBeStoredHoldsTheUserBack) {
 TEST_F(DocumentLookUpTest, AFieldWithoutAValueIsTold) {
   document().moveLastRecord();
   focus(1);
-  document().goToLookedUp();
+  document().lookUps().goThere();
   ASSERT_EQ(messages().size(), 1u);
   EXPECT_EQ(messages()[0].text, L"This field refers to no record.");
   EXPECT_EQ(value(), L"third");
@@ -84,10 +86,10 @@ TEST_F(DocumentLookUpTest, ARecordThatIsNotThereIsToldAndTheWayBackStaysOpen) {
   other.run("UPDATE Loans SET Book = 3 WHERE Note = 'first'");
   document().loadRecord();
   focus(1);
-  document().goToLookedUp();
+  document().lookUps().goThere();
   ASSERT_EQ(messages().size(), 1u);
   EXPECT_EQ(messages()[0].text, L"There is no record '3' in table 'books'.");
-  document().goBack();
+  document().lookUps().goBack();
   EXPECT_EQ(value(), L"first");
 }
 
@@ -101,7 +103,7 @@ TEST_F(DocumentLookUpTest, WhereTheTableIsNotThereTheRecordStaysAndCanBeChanged)
   document().openTableSelection(4);
   document().setViewMode(ViewMode::form);
   focus(1);
-  document().goToLookedUp();
+  document().lookUps().goThere();
   ASSERT_EQ(messages().size(), 1u);
   EXPECT_THAT(messages()[0].text, StartsWith(L"The records of table 'Gone' could not be opened.\n"));
   EXPECT_EQ(value(), L"kept");
@@ -118,9 +120,9 @@ TEST_F(DocumentLookUpTest, AfterASearchTheWayBackLeadsToTheMatch) {
   document().findNext();
   ASSERT_EQ(value(), L"second");
   focus(1);
-  document().goToLookedUp();
+  document().lookUps().goThere();
   EXPECT_EQ(value(), L"31");
-  document().goBack();
+  document().lookUps().goBack();
   EXPECT_EQ(value(), L"second");
 }
 
@@ -136,20 +138,20 @@ TEST_F(DocumentLookUpTest, AFilterHidesNoRecordThatIsGoneToAndTheOrderComesBack)
   document().setViewMode(ViewMode::tables);
   document().openTableSelection(3);
   document().setViewMode(ViewMode::form);
-  ASSERT_TRUE(document().arrange(filter));
+  ASSERT_TRUE(document().arranger().arrange(filter));
   ASSERT_EQ(recordCount, 1u);
   document().setViewMode(ViewMode::tables);
   document().openTableSelection(4);
   document().setViewMode(ViewMode::form);
-  ASSERT_TRUE(document().arrange(order));
+  ASSERT_TRUE(document().arranger().arrange(order));
   document().moveFirstRecord();
   document().moveNextRecord();
   ASSERT_EQ(value(), L"second");
   focus(1);
-  document().goToLookedUp();
+  document().lookUps().goThere();
   EXPECT_EQ(value(), L"31");
   EXPECT_THAT(messages(), IsEmpty());
-  document().goBack();
+  document().lookUps().goBack();
   EXPECT_EQ(value(), L"second");
   document().movePreviousRecord();
   EXPECT_EQ(value(), L"third") << "in the order that it had";
@@ -157,23 +159,23 @@ TEST_F(DocumentLookUpTest, AFilterHidesNoRecordThatIsGoneToAndTheOrderComesBack)
 
 TEST_F(DocumentLookUpTest, SeveralStepsGoBackOneByOneAndEndWithTheFile) {
   focus(1);
-  document().goToLookedUp();
+  document().lookUps().goThere();
   EXPECT_EQ(value(), L"3");
   document().setViewMode(ViewMode::tables);
   document().openTableSelection(4);
   document().setViewMode(ViewMode::form);
   document().moveNextRecord();
   focus(1);
-  document().goToLookedUp();
+  document().lookUps().goThere();
   EXPECT_EQ(value(), L"31");
-  document().goBack();
+  document().lookUps().goBack();
   EXPECT_EQ(value(), L"second");
-  document().goBack();
+  document().lookUps().goBack();
   EXPECT_EQ(value(), L"first");
-  document().goBack();
+  document().lookUps().goBack();
   EXPECT_EQ(value(), L"first");
   focus(1);
-  document().goToLookedUp();
+  document().lookUps().goThere();
   document().closeDatabase();
   EXPECT_FALSE(isOffered(ID_GO_BACK));
 }
@@ -183,7 +185,7 @@ TEST_F(DocumentLookUpTest, OnNoOtherPageAnythingHappens) {
     document().setViewMode(mode);
     focus(1);
     EXPECT_FALSE(isOffered(ID_GO_TO_LOOKED_UP));
-    document().goToLookedUp();
+    document().lookUps().goThere();
     EXPECT_STREQ(document().tableName().text(), L"Loans");
   }
 }

@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "records/parts/others_changes.h"
 #include "resources/command_ids.h"
 #include "tests/support/exclusive_lock.h"
 #include "tests/ui/document/document_fixture.h"
@@ -34,7 +35,7 @@ class DocumentOthersTest : public DocumentTest {
     window().tapRow(2);
   }
   void elsewhere(const wchar_t* statement) { runStatements(path(), {statement}); }
-  void look() { document().showOthersChanges(); }
+  void look() { document().othersChanges().show(); }
 };
 
 // ---- Nothing to be shown

@@ -4,6 +4,7 @@
 #include <commctrl.h>
 
 #include "gmock/gmock.h"
+#include "records/parts/look_ups.h"
 #include "tests/ui/form/form_fixture.h"
 #include "tests/ui/support/dialog_script.h"
 #include "tests/ui/support/test_database.h"
@@ -154,7 +155,7 @@ TEST_F(LookUpFormTest, TheTooltipTellsTheNameOfWhatStandsThere) {
 TEST_F(LookUpFormTest, ATableThatIsNotThereIsTold) {
   showTable(L"CREATE TABLE 'T' (Book Integer REFERENCES Gone (Id), Note Text)");
   const DialogScript script([](HWND) {});
-  EXPECT_EQ(document().openLookUp(0), nullptr);
+  EXPECT_EQ(document().lookUps().open(0), nullptr);
   ASSERT_EQ(prompts().messages.size(), 1u);
   EXPECT_THAT(prompts().messages[0].text,
               testing::StartsWith(L"The records of table 'Gone' could not be opened.\n"));

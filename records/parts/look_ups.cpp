@@ -1,0 +1,112 @@
+#include "records/parts/look_ups.h"
+
+#include <windows.h>
+
+#include <algorithm>
+#include <cwchar>
+#include <utility>
+
+#include "base/wait_cursor.h"
+
+String LookUps::nameOf(std::uint32_t field, const String& key) const {
+  // A tooltip is asked for at any moment.
+  return document().isBusy() || !document().isRecordsetOpen() ? String() : database().lookUpName(field, key);
+}
+
+std::unique_ptr<LookUpRecords> LookUps::open(std::uint32_t field) const {
+  if (document().isBusy() || !isLookUp(field)) return nullptr;
+  const WaitCursor wait;
+  std::unique_ptr<LookUpRecords> records;
+  if (const Outcome opened = database().openLookUp(field, records); !opened) {
+    const String& table = database().lookUpTarget(field).table;
+    tellFailure(std::wstring(L"The records of table '") + table.text() + L"' could not be opened.",
+                opened.reason());
+  }
+  return records;
+}
+
+// ---- There and back
+
+namespace {
+
+/// More than anybody remembers.
+constexpr std::size_t kMostCameFrom = 50;
+
+}  // namespace
+
+bool LookUps::refersElsewhere() const {
+  if (document().viewMode() != ViewMode::form || !document().isRecordsetOpen() || shown().isEmpty())
+    return false;
+  const std::optional<std::uint32_t> field = pages().form.focusedField();
+  return field && isLookUp(*field);
+}
+
+/// Opens the records that are wanted anew, on the form.
+void LookUps::showFormOf(std::uint32_t position) const {
+  document().setViewMode(ViewMode::none);
+  document().setViewMode(ViewMode::form);
+  const std::uint32_t count = openRecordCount();
+  if (count == 0 || position <= 1 || !database().moveTo(std::min(position, count))) return;
+  document().loadRecord();
+  document().updateNavigationState();
+}
+
+void LookUps::goThere() {
+  if (!refersElsewhere()) return;
+  const std::uint32_t field = *pages().form.focusedField();
+  const LookUpTarget target = database().lookUpTarget(field);
+  const String key = pages().form.editors()[field]->text();
+  if (key.isEmpty()) {
+    refuse(L"This field refers to no record.");
+    return;
+  }
+  // Behind a match stands the cursor; the user means the record that he sees.
+  CameFrom from{wanted(), shown().position(), field};
+  if (!settleRecord()) return;
+  // The file may spell it otherwise than who refers to it.
+  const auto isTarget = [&](std::uint32_t i) {
+    return CompareStringOrdinal(tableNames()[i].text(), -1, target.table.text(), -1, TRUE) == CSTR_EQUAL;
+  };
+  std::uint32_t table = 0;
+  while (table < tableNames().size() && !isTarget(table)) ++table;
+  if (table == tableNames().size()) {
+    tellFailure(std::wstring(L"The records of table '") + target.table.text() + L"' could not be opened.",
+                kGoneElsewhere);
+    return;
+  }
+  // Without the filter that the table may have: the record need not fit.
+  wanted().chooseTable(tableNames()[table]);
+  reselectTable();
+  pages().grid.resetColumns();
+  showFormOf(1);
+  cameFrom_.push_back(std::move(from));
+  if (cameFrom_.size() > kMostCameFrom) cameFrom_.erase(cameFrom_.begin());
+  if (!document().isRecordsetOpen()) return;
+  const std::uint32_t keyField = database().fieldIndexByName(target.field);
+  const std::optional<std::uint32_t> row =
+      keyField < database().fieldCount() ? findRowOfKey(keyField, key) : std::nullopt;
+  if (row && database().moveTo(*row + 1)) {
+    document().loadRecord();
+    document().updateNavigationState();
+  } else if (!wasSearchStopped()) {
+    refuse(
+        (std::wstring(L"There is no record '") + key.text() + L"' in table '" + target.table.text() + L"'.")
+            .c_str());
+  }
+}
+
+void LookUps::goBack() {
+  if (cameFrom_.empty() || !database().isOpen() || !document().canLeaveRecord()) return;
+  const CameFrom from = std::move(cameFrom_.back());
+  cameFrom_.pop_back();
+  if (from.source.isTable()) {
+    chooseTable(from.source.tableName());
+  } else {
+    chooseQuery(from.source.queryName(), from.source.plainSql());
+  }
+  reselectTable();
+  pages().grid.resetColumns();
+  showFormOf(from.position);
+  if (document().isRecordsetOpen() && document().viewMode() == ViewMode::form)
+    pages().form.focusField(from.field);
+}

@@ -1,0 +1,136 @@
+#include "records/parts/record_history.h"
+
+#include <algorithm>
+#include <cwchar>
+#include <optional>
+
+#include "records/history_text.h"
+
+namespace {
+
+/// Whether the step is about one record, which is there when it has been taken.
+bool leavesRecord(const HistoryStep& step, HistoryWay way) {
+  using Kind = HistoryStep::Kind;
+  if (step.kind == Kind::changed) return true;
+  return step.kind == (way == HistoryWay::back ? Kind::deleted : Kind::added);
+}
+
+}  // namespace
+
+/// What is typed on the form is the newest change as soon as it is stored.
+bool RecordHistory::hasTyped() const {
+  if (document().viewMode() != ViewMode::form || !shown().isReadable()) return false;
+  const FieldEditors editors = pages().form.editors();
+  return database().newRecordPending() ||
+         std::any_of(editors.begin(), editors.end(), [](const auto* editor) { return editor->isEdited(); });
+}
+
+bool RecordHistory::hasStep(HistoryWay way) const {
+  if (hasTyped()) return way == HistoryWay::back;
+  return database().nextStep(way).kind != HistoryStep::Kind::none;
+}
+
+std::wstring RecordHistory::text(HistoryWay way) const {
+  if (!hasTyped()) return historyText(way, database().nextStep(way));
+  return way == HistoryWay::back ? L"Undo what is typed" : historyText(way, {});
+}
+
+std::optional<ViewMode> RecordHistory::take(HistoryWay way) {
+  // What is refused is left as it is, and nothing older is taken for it.
+  if (hasTyped()) {
+    if (const Outcome stored = storeShownRecord(); !stored) {
+      tellFailure(L"The record could not be written.", stored.reason());
+      return std::nullopt;
+    }
+  }
+  if (document().viewMode() == ViewMode::form ? !settleRecord() : !document().canLeaveRecord())
+    return std::nullopt;
+  const HistoryStep step = database().nextStep(way);
+  if (step.kind == HistoryStep::Kind::none || !canChangeFile()) {
+    document().updateCommandBar();
+    return std::nullopt;
+  }
+  // A form without records has no editors yet.
+  formWasEmpty_ = document().isRecordsetOpen() && database().recordCount() == 0;
+  if (const Outcome taken = database().takeStep(way); !taken) {
+    tellFailure(
+        way == HistoryWay::back ? L"The change could not be undone." : L"The change could not be done again.",
+        taken.reason());
+    takenHasRecord_ = false;
+    showTaken();
+    return std::nullopt;
+  }
+  if (isOfQueries(step)) return ViewMode::queries;
+  takenHasRecord_ = leavesRecord(step, way);
+  openTaken(step);
+  return showsRecords(document().viewMode()) ? document().viewMode() : ViewMode::form;
+}
+
+bool RecordHistory::isOfQueries(const HistoryStep& step) const {
+  return std::wcscmp(step.table.text(), kQueriesTable) == 0 && !wanted().isTable(step.table);
+}
+
+/// Sees to it that the records in use are those that the step was about, as they are now: rows that come or
+/// go are not in a recordset that was opened before. A query in use may hold them as well.
+void RecordHistory::openTaken(const HistoryStep& step) {
+  const bool isSame = document().isRecordsetOpen() && !sqlPending() && database().reopenSameFields();
+  const bool isOtherTable = wanted().isTable() && !wanted().isTable(step.table);
+  const bool isNotInQuery =
+      !wanted().isTable() && takenHasRecord_ && (!isSame || database().positionOfStep() == 0);
+  const bool leads = tableNames().holds(step.table) && (isOtherTable || isNotInQuery);
+  if (leads) {
+    chooseTable(step.table);
+    pages().grid.resetColumns();
+  }
+  if (leads || !isSame) reopenTaken(step.table);
+}
+
+void RecordHistory::reopenTaken(const String& table) {
+  closeRecords();
+  formWasEmpty_ = false;
+  showEverythingAnew(table);
+}
+
+/// A filter that leaves the record out gives way for this time.
+void RecordHistory::showHiddenTaken() {
+  const bool isHidden = takenHasRecord_ && database().positionOfStep() == 0;
+  if (!isHidden || !wanted().isTable() || wanted().arrangement().isEmpty()) return;
+  const String table = wanted().tableName();
+  wanted().chooseTable(table);
+  reopenTaken(table);
+}
+
+void RecordHistory::showTaken() {
+  if (document().viewMode() == ViewMode::queries) {
+    reloadQueries();
+  } else if (showsRecords(document().viewMode()) && document().isRecordsetOpen()) {
+    standAtTaken();
+  }
+  document().updateCommandBar();
+}
+
+/// At the record that the step was about, or else where the user was.
+void RecordHistory::standAtTaken() {
+  showHiddenTaken();
+  if (!document().isRecordsetOpen()) return;
+  recordCount = database().recordCount();
+  const std::uint32_t taken = database().positionOfStep();
+  const std::uint32_t wanted =
+      std::clamp(taken != 0 ? taken : currentRecord, std::min(1u, recordCount), recordCount);
+  if (document().viewMode() == ViewMode::list) {
+    currentRecord = wanted;
+    showGridAnew();
+    if (recordCount != 0) selectInGrid(wanted);
+    return;
+  }
+  if (recordCount == 0) {
+    showNoRecords();
+  } else {
+    if (formWasEmpty_) pages().form.build();
+    database().moveTo(wanted);
+    document().loadRecord();
+    pages().form.showEditors();
+  }
+  formWasEmpty_ = false;
+  document().updateNavigationState();
+}
