@@ -4,7 +4,7 @@
 
 #include <utility>
 
-#include "base/registry_text.h"
+#include "base/settings/registry_text.h"
 
 bool readInstallFolder(String& folder) {
   constexpr const wchar_t* kProduct = L"Morvale Software Quivane for Pocket PC";

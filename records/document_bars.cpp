@@ -1,7 +1,7 @@
 // What the menus, the toolbars and the position box show.
 #include <cwchar>
 
-#include "base/app_settings.h"
+#include "base/settings/app_settings.h"
 #include "records/document.h"
 #include "records/parts/look_ups.h"
 #include "records/parts/record_history.h"

@@ -2,7 +2,7 @@
 #include <memory>
 #include <utility>
 
-#include "base/app_settings.h"
+#include "base/settings/app_settings.h"
 #include "base/wait_cursor.h"
 #include "records/parts/arranger.h"
 #include "records/parts/look_ups.h"

@@ -1,7 +1,7 @@
 // New and deleted records, and what happens to one that the store refuses.
 #include <string>
 
-#include "base/app_settings.h"
+#include "base/settings/app_settings.h"
 #include "records/document.h"
 
 namespace {

@@ -1,7 +1,7 @@
 // Which database, table or query is reopened at the next start.
 #include <cstdint>
 
-#include "base/settings_store.h"
+#include "base/settings/settings_store.h"
 #include "records/document.h"
 
 namespace {

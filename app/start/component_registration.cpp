@@ -8,7 +8,7 @@
 #include <string>
 
 #include "base/program_folder.h"
-#include "base/registry_text.h"
+#include "base/settings/registry_text.h"
 #include "base/string.h"
 #include "owners/handles.h"
 

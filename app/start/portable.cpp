@@ -3,7 +3,7 @@
 #include <cstring>
 
 #include "base/program_folder.h"
-#include "base/settings_store.h"
+#include "base/settings/settings_store.h"
 #include "platform/pocketshell/kept_settings.h"
 #include "resources/resource_ids.h"
 

@@ -4,7 +4,7 @@
 
 #include <optional>
 
-#include "base/settings_file.h"
+#include "base/settings/settings_file.h"
 
 /// A program that leaves nothing in the registry, because a file "Quivane.portable" lies beside it: while
 /// this object lives, all settings, the shell's too, are in "Quivane.settings" in the same folder, and the

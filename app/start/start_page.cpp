@@ -2,7 +2,7 @@
 
 #include "app/window/program_state.h"
 #include "app/window/tab_pages.h"
-#include "base/app_settings.h"
+#include "base/settings/app_settings.h"
 
 void showFirstPage() {
   if (!theDocument) return;

@@ -22,7 +22,7 @@
 #include "app/window/program_state.h"
 #include "app/window/screen.h"
 #include "app/window/tab_pages.h"
-#include "base/app_settings.h"
+#include "base/settings/app_settings.h"
 #include "dialogs/password/password_lock.h"
 #include "platform/pocketshell/handheld_windows.h"
 #include "resources/resource_ids.h"

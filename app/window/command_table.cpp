@@ -5,7 +5,7 @@
 #include "app/window/page_layout.h"
 #include "app/window/program_state.h"
 #include "app/window/tab_pages.h"
-#include "base/app_settings.h"
+#include "base/settings/app_settings.h"
 #include "dialogs/options/show_options.h"
 #include "dialogs/password/password_lock.h"
 #include "dialogs/query/query_dialog.h"

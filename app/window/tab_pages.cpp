@@ -9,7 +9,7 @@
 #include "app/window/order_commands.h"
 #include "app/window/page_keys.h"
 #include "app/window/program_state.h"
-#include "base/app_settings.h"
+#include "base/settings/app_settings.h"
 #include "owners/control_handles.h"
 #include "platform/pocketshell/handheld_windows.h"
 #include "resources/resource_ids.h"

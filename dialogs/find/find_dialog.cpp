@@ -2,8 +2,8 @@
 
 #include <utility>
 
-#include "base/recent_finds.h"
-#include "base/settings_store.h"
+#include "base/settings/recent_finds.h"
+#include "base/settings/settings_store.h"
 #include "dialogs/controls/combo_box.h"
 #include "dialogs/find/find_dialog_ids.h"
 #include "views/dialog/dialog_place.h"

@@ -5,8 +5,8 @@
 
 #include <cstddef>
 
-#include "base/app_colors.h"
-#include "base/options_pages.h"
+#include "base/settings/app_colors.h"
+#include "base/settings/options_pages.h"
 #include "dialogs/controls/list_box.h"
 #include "dialogs/options/color_swatch.h"
 #include "dialogs/options/options_ids.h"

@@ -3,7 +3,7 @@
 #include <windows.h>
 
 /// The dialog procedures of the options sheet's pages. Each works on the page object of its type
-/// (base/options_pages.h), which the lParam of the page's description names.
+/// (base/settings/options_pages.h), which the lParam of the page's description names.
 INT_PTR CALLBACK generalOptionsProcedure(HWND page, UINT message, WPARAM wParam, LPARAM lParam) noexcept;
 INT_PTR CALLBACK securityOptionsProcedure(HWND page, UINT message, WPARAM wParam, LPARAM lParam) noexcept;
 INT_PTR CALLBACK viewOptionsProcedure(HWND page, UINT message, WPARAM wParam, LPARAM lParam) noexcept;

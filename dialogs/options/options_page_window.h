@@ -17,7 +17,8 @@ SIZE pageSize();
 /// its controls out.
 void open(HWND page, LPARAM lParam);
 
-/// What a page works on (base/options_pages.h), as its description in the sheet names it; from open on.
+/// What a page works on (base/settings/options_pages.h), as its description in the sheet names it; from open
+/// on.
 template <typename Page>
 Page& objectOf(HWND page) {
   return *reinterpret_cast<Page*>(GetWindowLongPtrW(page, DWLP_USER));

@@ -2,7 +2,7 @@
 
 #include <windows.h>
 
-#include "base/options.h"
+#include "base/settings/options.h"
 
 /// Shows the pages General, Security, View and Color as tabs at the bottom of a full-screen sheet titled
 /// "Options", beginning with General, until the user closes it. There is no cancel: in whatever way it is

@@ -1,4 +1,4 @@
-#include "base/options_pages.h"
+#include "base/settings/options_pages.h"
 #include "dialogs/options/options_ids.h"
 #include "dialogs/options/options_page_procedures.h"
 #include "dialogs/options/options_page_window.h"

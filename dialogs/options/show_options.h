@@ -4,7 +4,7 @@
 
 #include <functional>
 
-#include "base/options.h"
+#include "base/settings/options.h"
 
 /// The Options command. Shows the options sheet over the main window `owner`; when the user has closed it,
 /// puts what he chose into `options`, writes them and the live colour table to the registry and calls

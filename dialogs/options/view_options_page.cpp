@@ -1,4 +1,4 @@
-#include "base/options_pages.h"
+#include "base/settings/options_pages.h"
 #include "dialogs/controls/radio_choice.h"
 #include "dialogs/options/options_ids.h"
 #include "dialogs/options/options_page_procedures.h"

@@ -4,8 +4,8 @@
 #include <cwchar>
 #include <string_view>
 
-#include "base/app_settings.h"
-#include "base/settings_store.h"
+#include "base/settings/app_settings.h"
+#include "base/settings/settings_store.h"
 #include "dialogs/password/password_dialog.h"
 #include "views/shared/unowned_box.h"
 

@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-#include "base/kept_texts.h"
+#include "base/settings/kept_texts.h"
 #include "base/wait_cursor.h"
 #include "data/values/field_kinds.h"
 #include "records/arrangement/column_figures.h"

@@ -1,9 +1,9 @@
 #include <chrono>
 #include <filesystem>
 
-#include "tests/automation/automation_test.h"
-#include "tests/automation/second_process.h"
-#include "tests/automation/sqlite_file.h"
+#include "tests/automation/support/automation_test.h"
+#include "tests/automation/support/second_process.h"
+#include "tests/automation/support/sqlite_file.h"
 
 // What is not a database, or not a statement, has a negative result and stays as it is.
 

@@ -1,7 +1,7 @@
 #include <utility>
 
-#include "tests/automation/automation_test.h"
-#include "tests/automation/script_function.h"
+#include "tests/automation/scripts/script_function.h"
+#include "tests/automation/support/automation_test.h"
 
 namespace automationtest {
 namespace {

@@ -1,4 +1,4 @@
-#include "tests/automation/automation_test.h"
+#include "tests/automation/support/automation_test.h"
 
 // Each failure leaves its description in the connection's Errors and in the thread's IErrorInfo.
 

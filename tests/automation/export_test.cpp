@@ -3,7 +3,7 @@
 #include <string>
 #include <utility>
 
-#include "tests/automation/exchange_fixture.h"
+#include "tests/automation/support/exchange_fixture.h"
 
 namespace automationtest {
 namespace {

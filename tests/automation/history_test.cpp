@@ -1,9 +1,9 @@
 #include <string>
 #include <vector>
 
-#include "tests/automation/automation_test.h"
-#include "tests/automation/late_object.h"
-#include "tests/automation/sqlite_file.h"
+#include "tests/automation/support/automation_test.h"
+#include "tests/automation/support/late_object.h"
+#include "tests/automation/support/sqlite_file.h"
 
 // Changes that are taken back and done again. What the engine makes of them is tested there.
 

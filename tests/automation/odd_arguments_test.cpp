@@ -1,8 +1,8 @@
 #include <functional>
 #include <limits>
 
-#include "tests/automation/automation_test.h"
-#include "tests/automation/sqlite_file.h"
+#include "tests/automation/support/automation_test.h"
+#include "tests/automation/support/sqlite_file.h"
 
 namespace automationtest {
 namespace {

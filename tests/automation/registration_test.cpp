@@ -7,7 +7,7 @@
 #include <thread>
 #include <unknwn.h>
 
-#include "tests/automation/automation_test.h"
+#include "tests/automation/support/automation_test.h"
 
 // What DllRegisterServer leaves in the registry, and the doors of the DLL.
 

@@ -1,7 +1,7 @@
 #include <filesystem>
 
-#include "tests/automation/automation_test.h"
-#include "tests/automation/sqlite_file.h"
+#include "tests/automation/support/automation_test.h"
+#include "tests/automation/support/sqlite_file.h"
 
 // The statements as the application spells them.
 

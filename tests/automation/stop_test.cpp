@@ -6,8 +6,8 @@
 #include <utility>
 #include <vector>
 
-#include "tests/automation/automation_test.h"
-#include "tests/automation/script_function.h"
+#include "tests/automation/scripts/script_function.h"
+#include "tests/automation/support/automation_test.h"
 #include "tests/support/exclusive_lock.h"
 
 namespace automationtest {

@@ -1,8 +1,8 @@
 #include <cwchar>
 
-#include "tests/automation/automation_test.h"
-#include "tests/automation/late_object.h"
-#include "tests/automation/sqlite_file.h"
+#include "tests/automation/support/automation_test.h"
+#include "tests/automation/support/late_object.h"
+#include "tests/automation/support/sqlite_file.h"
 
 // The search that passes over records. What it finds is tested with the engine, and beside the application's
 // own reading of values.

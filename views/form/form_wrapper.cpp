@@ -2,7 +2,7 @@
 
 #include <array>
 
-#include "base/app_colors.h"
+#include "base/settings/app_colors.h"
 #include "platform/pocketshell/handheld_windows.h"
 #include "views/form/form_ids.h"
 #include "views/shared/color_brushes.h"

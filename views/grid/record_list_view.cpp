@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <array>
 
-#include "base/app_colors.h"
+#include "base/settings/app_colors.h"
 #include "platform/pocketshell/handheld_windows.h"
 #include "records/document.h"
 #include "resources/command_ids.h"

@@ -7,7 +7,7 @@
 #include <cstdint>
 #include <string>
 
-#include "base/column_widths.h"
+#include "base/settings/column_widths.h"
 #include "base/string.h"
 #include "data/outcome.h"
 #include "owners/handles.h"

@@ -4,8 +4,8 @@
 
 #include <vector>
 
-#include "base/app_colors.h"
 #include "base/name_list.h"
+#include "base/settings/app_colors.h"
 #include "base/string.h"
 #include "records/pages.h"
 

@@ -1,6 +1,6 @@
 #include "views/shared/page_area.h"
 
-#include "base/app_settings.h"
+#include "base/settings/app_settings.h"
 
 bool bandsAtTop() {
   return theAppSettings && theAppSettings->options().rebarsAtTop() != 0;

@@ -2,7 +2,7 @@
 
 #include <array>
 
-#include "base/app_settings.h"
+#include "base/settings/app_settings.h"
 #include "gmock/gmock.h"
 #include "owners/handles.h"
 #include "owners/live_resources.h"

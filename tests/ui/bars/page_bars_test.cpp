@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "base/app_settings.h"
+#include "base/settings/app_settings.h"
 #include "gmock/gmock.h"
 #include "platform/pocketshell/handheld_windows.h"
 #include "tests/ui/bars/bar_host.h"

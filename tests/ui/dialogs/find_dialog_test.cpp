@@ -2,8 +2,8 @@
 
 #include <utility>
 
-#include "base/recent_finds.h"
-#include "base/settings_store.h"
+#include "base/settings/recent_finds.h"
+#include "base/settings/settings_store.h"
 #include "gmock/gmock.h"
 #include "tests/ui/support/dialog_fixture.h"
 #include "tests/ui/support/dialog_script.h"

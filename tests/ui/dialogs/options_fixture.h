@@ -7,8 +7,8 @@
 
 #include <functional>
 
-#include "base/app_colors.h"
-#include "base/options.h"
+#include "base/settings/app_colors.h"
+#include "base/settings/options.h"
 #include "dialogs/options/show_options.h"
 #include "tests/ui/support/dialog_fixture.h"
 #include "views/dialog/current_dialog.h"

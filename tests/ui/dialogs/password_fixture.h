@@ -7,7 +7,7 @@
 #include <string>
 #include <utility>
 
-#include "base/app_settings.h"
+#include "base/settings/app_settings.h"
 #include "dialogs/password/password_lock.h"
 #include "tests/ui/support/dialog_fixture.h"
 

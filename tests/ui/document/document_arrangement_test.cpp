@@ -1,6 +1,6 @@
 // The order of the records and which of them are shown, as the Document has it.
-#include "base/options.h"
-#include "base/settings_store.h"
+#include "base/settings/options.h"
+#include "base/settings/settings_store.h"
 #include "records/parts/arranger.h"
 #include "tests/ui/document/document_fixture.h"
 

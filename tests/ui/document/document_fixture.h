@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "base/app_settings.h"
+#include "base/settings/app_settings.h"
 #include "gmock/gmock.h"
 #include "records/document.h"
 #include "tests/support/paths.h"

@@ -2,7 +2,7 @@
 #include "records/parts/arranger.h"
 #include "records/parts/look_ups.h"
 #include "resources/command_ids.h"
-#include "tests/automation/sqlite_file.h"
+#include "tests/automation/support/sqlite_file.h"
 #include "tests/ui/document/document_fixture.h"
 
 namespace {

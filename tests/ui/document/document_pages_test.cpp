@@ -1,7 +1,7 @@
 // Switching between the pages.
 #include <functional>
 
-#include "base/options.h"
+#include "base/settings/options.h"
 #include "resources/command_ids.h"
 #include "tests/ui/document/document_fixture.h"
 

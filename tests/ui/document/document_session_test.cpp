@@ -1,7 +1,7 @@
 // What a session leaves behind, and how the next one goes on from it.
 #include <windows.h>
 
-#include "base/settings_store.h"
+#include "base/settings/settings_store.h"
 #include "resources/command_ids.h"
 #include "tests/ui/document/document_fixture.h"
 

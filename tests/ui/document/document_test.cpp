@@ -1,7 +1,7 @@
 // Opening and closing a database, what is chosen on the pages of names, and moves.
 #include <functional>
 
-#include "base/options.h"
+#include "base/settings/options.h"
 #include "resources/command_ids.h"
 #include "tests/ui/document/document_fixture.h"
 

@@ -1,7 +1,7 @@
 #include <string>
 #include <vector>
 
-#include "base/app_colors.h"
+#include "base/settings/app_colors.h"
 #include "gmock/gmock.h"
 #include "owners/handles.h"
 #include "tests/ui/support/host_window.h"

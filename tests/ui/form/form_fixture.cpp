@@ -4,7 +4,7 @@
 
 #include <utility>
 
-#include "base/app_settings.h"
+#include "base/settings/app_settings.h"
 #include "tests/ui/support/test_database.h"
 #include "tests/ui/support/window_reading.h"
 

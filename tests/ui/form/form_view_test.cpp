@@ -1,6 +1,6 @@
 #include "views/form/form_view.h"
 
-#include "base/app_settings.h"
+#include "base/settings/app_settings.h"
 #include "data/database/database.h"
 #include "gmock/gmock.h"
 #include "owners/live_resources.h"

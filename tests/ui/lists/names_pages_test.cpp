@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "base/app_colors.h"
+#include "base/settings/app_colors.h"
 #include "gtest/gtest.h"
 #include "owners/live_resources.h"
 #include "tests/ui/support/host_window.h"

@@ -6,7 +6,7 @@
 #include <string>
 #include <utility>
 
-#include "base/app_colors.h"
+#include "base/settings/app_colors.h"
 #include "gmock/gmock.h"
 #include "owners/live_resources.h"
 #include "tests/support/exclusive_lock.h"

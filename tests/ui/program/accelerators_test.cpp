@@ -1,5 +1,5 @@
 // Each of the accelerators, by its key.
-#include "base/options.h"
+#include "base/settings/options.h"
 #include "tests/ui/remote/story_test.h"
 #include "tests/ui/remote/user_input.h"
 

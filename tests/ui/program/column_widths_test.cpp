@@ -3,7 +3,7 @@
 
 #include <commctrl.h>
 
-#include "base/settings_store.h"
+#include "base/settings/settings_store.h"
 #include "tests/shell/shell_settings.h"
 #include "tests/ui/support/ui_test.h"
 

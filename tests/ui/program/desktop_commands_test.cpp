@@ -11,12 +11,12 @@
 #include <string>
 #include <vector>
 
-#include "base/app_colors.h"
-#include "base/settings_store.h"
+#include "base/settings/app_colors.h"
+#include "base/settings/settings_store.h"
 #include "dialogs/exchange/import_ids.h"
 #include "gmock/gmock.h"
 #include "resources/command_ids.h"
-#include "tests/automation/sqlite_file.h"
+#include "tests/automation/support/sqlite_file.h"
 #include "tests/ui/remote/program_thread_test.h"
 #include "views/form/form_ids.h"
 #include "views/shared/clipboard_text.h"

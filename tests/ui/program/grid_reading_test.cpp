@@ -1,10 +1,10 @@
 // Other programs that read the cells of the record grid, shown or hidden, as assistive technology does.
 #include <windows.h>
 
-#include "base/options.h"
-#include "base/settings_store.h"
+#include "base/settings/options.h"
+#include "base/settings/settings_store.h"
 #include "resources/command_ids.h"
-#include "tests/automation/sqlite_file.h"
+#include "tests/automation/support/sqlite_file.h"
 #include "tests/ui/support/ui_test.h"
 
 using automationtest::sqliteColumn;

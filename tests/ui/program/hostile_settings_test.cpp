@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "base/settings_store.h"
-#include "base/settings_table.h"
+#include "base/settings/settings_store.h"
+#include "base/settings/settings_table.h"
 #include "resources/command_ids.h"
 #include "tests/shell/shell_settings.h"
 #include "tests/ui/remote/remote_dialog.h"

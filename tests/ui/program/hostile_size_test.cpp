@@ -2,9 +2,9 @@
 #include <cstdlib>
 #include <string>
 
-#include "base/settings_store.h"
+#include "base/settings/settings_store.h"
 #include "resources/command_ids.h"
-#include "tests/automation/sqlite_file.h"
+#include "tests/automation/support/sqlite_file.h"
 #include "tests/ui/remote/remote_dialog.h"
 #include "tests/ui/support/ui_test.h"
 

@@ -11,12 +11,12 @@
 #include <thread>
 #include <vector>
 
-#include "base/settings_store.h"
+#include "base/settings/settings_store.h"
 #include "base/variant.h"
 #include "data/handles/connection_handle.h"
 #include "data/handles/recordset_handle.h"
 #include "resources/command_ids.h"
-#include "tests/automation/sqlite_file.h"
+#include "tests/automation/support/sqlite_file.h"
 #include "tests/support/process.h"
 #include "tests/ui/support/ui_test.h"
 

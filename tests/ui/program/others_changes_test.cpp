@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "resources/command_ids.h"
-#include "tests/automation/sqlite_file.h"
+#include "tests/automation/support/sqlite_file.h"
 #include "tests/ui/support/ui_test.h"
 
 using automationtest::SqliteFile;

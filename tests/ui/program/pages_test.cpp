@@ -3,9 +3,9 @@
 
 #include <commctrl.h>
 
-#include "base/app_colors.h"
-#include "base/options.h"
-#include "base/settings_store.h"
+#include "base/settings/app_colors.h"
+#include "base/settings/options.h"
+#include "base/settings/settings_store.h"
 #include "owners/handles.h"
 #include "tests/shell/shell_settings.h"
 #include "tests/ui/support/ui_test.h"

@@ -1,8 +1,8 @@
 // What the pages of the real program do when the input panel is raised and put down.
 #include <windows.h>
 
-#include "base/options.h"
-#include "base/settings_store.h"
+#include "base/settings/options.h"
+#include "base/settings/settings_store.h"
 #include "tests/shell/shell_settings.h"
 #include "tests/ui/support/ui_test.h"
 

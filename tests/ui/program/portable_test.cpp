@@ -5,8 +5,8 @@
 #include <fstream>
 #include <string>
 
-#include "base/settings_file.h"
-#include "base/settings_store.h"
+#include "base/settings/settings_file.h"
+#include "base/settings/settings_store.h"
 #include "owners/handles.h"
 #include "tests/shell/shell_settings.h"
 #include "tests/ui/support/ui_test.h"

@@ -16,10 +16,10 @@
 
 #include "app/recovery/fault_watch.h"
 #include "base/program_folder.h"
-#include "base/settings_store.h"
+#include "base/settings/settings_store.h"
 #include "owners/handles.h"
 #include "resources/command_ids.h"
-#include "tests/automation/sqlite_file.h"
+#include "tests/automation/support/sqlite_file.h"
 #include "tests/support/process.h"
 #include "tests/ui/remote/remote_dialog.h"
 #include "tests/ui/support/ui_test.h"

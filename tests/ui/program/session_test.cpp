@@ -1,7 +1,7 @@
 // What the program reopens at its next start.
 #include <windows.h>
 
-#include "base/settings_store.h"
+#include "base/settings/settings_store.h"
 #include "resources/command_ids.h"
 #include "tests/ui/support/ui_test.h"
 

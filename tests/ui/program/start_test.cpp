@@ -3,7 +3,7 @@
 #include <chrono>
 #include <filesystem>
 
-#include "base/settings_store.h"
+#include "base/settings/settings_store.h"
 #include "owners/handles.h"
 #include "tests/ui/support/ui_test.h"
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "base/settings_store.h"
+#include "base/settings/settings_store.h"
 #include "tests/shell/shell_settings.h"
 #include "tests/ui/support/ui_test.h"
 

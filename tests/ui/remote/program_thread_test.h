@@ -9,8 +9,8 @@
 #include <string_view>
 #include <vector>
 
-#include "base/settings_store.h"
-#include "tests/automation/sqlite_file.h"
+#include "base/settings/settings_store.h"
+#include "tests/automation/support/sqlite_file.h"
 #include "tests/support/paths.h"
 #include "tests/ui/remote/program_thread.h"
 #include "tests/ui/remote/remote_window.h"

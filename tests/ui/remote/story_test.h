@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "base/settings_store.h"
-#include "tests/automation/sqlite_file.h"
+#include "base/settings/settings_store.h"
+#include "tests/automation/support/sqlite_file.h"
 #include "tests/ui/remote/user.h"
 #include "tests/ui/support/ui_test.h"
 

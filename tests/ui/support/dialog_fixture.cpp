@@ -4,7 +4,7 @@
 #include <set>
 #include <utility>
 
-#include "base/app_colors.h"
+#include "base/settings/app_colors.h"
 #include "owners/live_resources.h"
 #include "platform/pocketshell/handheld_windows.h"
 #include "views/dialog/current_dialog.h"

@@ -4,7 +4,7 @@
 
 #include <objbase.h>
 
-#include "base/registry_text.h"
+#include "base/settings/registry_text.h"
 #include "data/database/database.h"
 #include "data/handles/connection_handle.h"
 #include "gtest/gtest.h"

@@ -1,4 +1,4 @@
-#include "base/app_colors.h"
+#include "base/settings/app_colors.h"
 
 #include <algorithm>
 #include <array>

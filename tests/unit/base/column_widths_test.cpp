@@ -1,9 +1,9 @@
-#include "base/column_widths.h"
+#include "base/settings/column_widths.h"
 
 #include <array>
 #include <string>
 
-#include "base/settings_store.h"
+#include "base/settings/settings_store.h"
 #include "tests/unit/base/registry_fixture.h"
 
 namespace {

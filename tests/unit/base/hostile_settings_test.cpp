@@ -6,12 +6,12 @@
 #include <string>
 #include <vector>
 
-#include "base/app_colors.h"
-#include "base/app_settings.h"
-#include "base/recent_finds.h"
-#include "base/settings_file.h"
-#include "base/settings_store.h"
-#include "base/settings_table.h"
+#include "base/settings/app_colors.h"
+#include "base/settings/app_settings.h"
+#include "base/settings/recent_finds.h"
+#include "base/settings/settings_file.h"
+#include "base/settings/settings_store.h"
+#include "base/settings/settings_table.h"
 #include "tests/support/paths.h"
 #include "tests/unit/base/registry_fixture.h"
 

@@ -1,8 +1,8 @@
-#include "base/kept_texts.h"
+#include "base/settings/kept_texts.h"
 
 #include <string>
 
-#include "base/settings_store.h"
+#include "base/settings/settings_store.h"
 #include "tests/unit/base/registry_fixture.h"
 
 namespace {

@@ -1,9 +1,9 @@
-#include "base/options.h"
+#include "base/settings/options.h"
 
 #include <cstdint>
 
-#include "base/app_colors.h"
-#include "base/app_settings.h"
+#include "base/settings/app_colors.h"
+#include "base/settings/app_settings.h"
 #include "tests/unit/base/registry_fixture.h"
 
 namespace {

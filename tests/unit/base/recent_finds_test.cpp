@@ -1,4 +1,4 @@
-#include "base/recent_finds.h"
+#include "base/settings/recent_finds.h"
 
 #include <string>
 #include <vector>

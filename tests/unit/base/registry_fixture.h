@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "base/settings_store.h"
+#include "base/settings/settings_store.h"
 #include "gtest/gtest.h"
 #include "owners/handles.h"
 #include "owners/live_resources.h"

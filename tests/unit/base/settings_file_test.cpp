@@ -1,4 +1,4 @@
-#include "base/settings_file.h"
+#include "base/settings/settings_file.h"
 
 #include <windows.h>
 
@@ -7,7 +7,7 @@
 #include <fstream>
 #include <string>
 
-#include "base/settings_store.h"
+#include "base/settings/settings_store.h"
 #include "gtest/gtest.h"
 #include "owners/handles.h"
 #include "tests/support/paths.h"

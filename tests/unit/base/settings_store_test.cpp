@@ -1,4 +1,4 @@
-#include "base/settings_store.h"
+#include "base/settings/settings_store.h"
 
 #include <cstdint>
 #include <cstring>

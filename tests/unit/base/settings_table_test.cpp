@@ -1,11 +1,11 @@
 // Every value that the program keeps, under the name that it has on the disk.
-#include "base/settings_table.h"
+#include "base/settings/settings_table.h"
 
 #include <string>
 #include <vector>
 
-#include "base/app_colors.h"
-#include "base/settings_store.h"
+#include "base/settings/app_colors.h"
+#include "base/settings/settings_store.h"
 #include "tests/unit/base/registry_fixture.h"
 
 namespace {

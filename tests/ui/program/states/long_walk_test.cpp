@@ -8,7 +8,7 @@
 #include <memory>
 #include <optional>
 
-#include "base/settings_store.h"
+#include "base/settings/settings_store.h"
 #include "gmock/gmock.h"
 #include "owners/live_resources.h"
 #include "resources/command_ids.h"

@@ -7,7 +7,7 @@
 #include <utility>
 
 #include "resources/command_ids.h"
-#include "tests/automation/sqlite_file.h"
+#include "tests/automation/support/sqlite_file.h"
 #include "tests/ui/program/states/page_window.h"
 #include "tests/ui/support/dialog_script.h"
 #include "tests/ui/support/test_database.h"

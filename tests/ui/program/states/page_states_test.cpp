@@ -13,8 +13,8 @@
 #include <vector>
 
 #include "app/window/program_state.h"
-#include "base/options.h"
-#include "base/settings_store.h"
+#include "base/settings/options.h"
+#include "base/settings/settings_store.h"
 #include "gmock/gmock.h"
 #include "tests/shell/shell_settings.h"
 #include "tests/support/paths.h"

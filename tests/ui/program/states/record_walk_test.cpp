@@ -16,7 +16,7 @@
 #include <vector>
 
 #include "app/window/program_state.h"
-#include "base/settings_store.h"
+#include "base/settings/settings_store.h"
 #include "base/showable_text.h"
 #include "gtest/gtest.h"
 #include "resources/command_ids.h"

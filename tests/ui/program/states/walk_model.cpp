@@ -6,7 +6,7 @@
 #include <cstdio>
 
 #include "gtest/gtest.h"
-#include "tests/automation/sqlite_file.h"
+#include "tests/automation/support/sqlite_file.h"
 #include "tests/ui/support/test_database.h"
 #include "views/form/form_ids.h"
 

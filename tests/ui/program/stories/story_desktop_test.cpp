@@ -1,5 +1,5 @@
 // Stories of the desktop menu.
-#include "base/app_colors.h"
+#include "base/settings/app_colors.h"
 #include "resources/command_ids.h"
 #include "tests/ui/remote/story_test.h"
 #include "views/form/form_ids.h"

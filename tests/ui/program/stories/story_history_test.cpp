@@ -1,5 +1,5 @@
 // Stories of changes that are taken back and done again.
-#include "base/options.h"
+#include "base/settings/options.h"
 #include "resources/command_ids.h"
 #include "tests/ui/remote/story_test.h"
 #include "tests/ui/remote/user_input.h"

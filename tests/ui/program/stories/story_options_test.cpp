@@ -1,6 +1,6 @@
 // Stories of the options and of the password.
-#include "base/app_colors.h"
-#include "base/options.h"
+#include "base/settings/app_colors.h"
+#include "base/settings/options.h"
 #include "dialogs/options/options_ids.h"
 #include "dialogs/password/password_ids.h"
 #include "resources/command_ids.h"

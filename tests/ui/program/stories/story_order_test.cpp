@@ -5,7 +5,7 @@
 
 #include <algorithm>
 
-#include "base/options.h"
+#include "base/settings/options.h"
 #include "dialogs/query/query_dialog_ids.h"
 #include "dialogs/small/ask_text_ids.h"
 #include "dialogs/small/database_info_ids.h"

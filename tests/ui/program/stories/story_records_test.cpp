@@ -1,5 +1,5 @@
 // Stories of records: on the form, found, gone to, refused.
-#include "base/options.h"
+#include "base/settings/options.h"
 #include "dialogs/find/find_dialog_ids.h"
 #include "dialogs/small/database_info_ids.h"
 #include "dialogs/small/go_to_ids.h"

@@ -1,0 +1,172 @@
+#include "base/settings/settings_store.h"
+
+#include <algorithm>
+#include <cassert>
+#include <cstring>
+#include <cwchar>
+#include <string>
+
+#include "base/settings/registry_text.h"
+#include "owners/handles.h"
+
+namespace {
+
+/// Null for the registry.
+const SettingsFile* file = nullptr;
+
+/// The full path of a subkey, in a buffer of its own.
+class KeyPath {
+ public:
+  explicit KeyPath(const wchar_t* subkey) noexcept {
+    fits_ = std::wcslen(SettingsStore::kRoot) + 1 + std::wcslen(subkey) < SettingsStore::kPathBufferCount;
+    if (fits_) wsprintfW(path_, L"%s\\%s", SettingsStore::kRoot, subkey);
+  }
+
+  bool fits() const noexcept { return fits_; }
+  const wchar_t* text() const noexcept { return path_; }
+
+ private:
+  wchar_t path_[SettingsStore::kPathBufferCount] = {};
+  bool fits_ = false;
+};
+
+/// The key of `subkey`, opened for reading. Holds nothing when that failed.
+UniqueRegistryKey openForReading(const wchar_t* subkey) noexcept {
+  const KeyPath path(subkey);
+  HKEY key = nullptr;
+  if (!path.fits()) return {};
+  if (RegOpenKeyExW(HKEY_CURRENT_USER, path.text(), 0, KEY_READ, &key) != ERROR_SUCCESS) return {};
+  return UniqueRegistryKey(key);
+}
+
+bool writeValue(const wchar_t* subkey, const wchar_t* name, DWORD type, const void* bytes,
+                std::size_t byteCount) noexcept {
+  const KeyPath path(subkey);
+  if (!path.fits()) return false;
+  if (file) return file->write(path.text(), name, type, bytes, byteCount);
+  UniqueRegistryKey key;
+  const LSTATUS opened = RegCreateKeyExW(HKEY_CURRENT_USER, path.text(), 0, nullptr, REG_OPTION_NON_VOLATILE,
+                                         KEY_WRITE, nullptr, key.put(), nullptr);
+  if (opened != ERROR_SUCCESS) return false;
+  RegSetValueExW(key.get(), name, 0, type, static_cast<const BYTE*>(bytes), static_cast<DWORD>(byteCount));
+  return true;
+}
+
+/// The bytes up to the first zero character.
+std::wstring textOfBytes(const std::vector<BYTE>& bytes) {
+  std::wstring text(bytes.size() / sizeof(wchar_t), L'\0');
+  std::memcpy(text.data(), bytes.data(), text.size() * sizeof(wchar_t));
+  return text.c_str();
+}
+
+SettingsFile::Found findInFile(const wchar_t* subkey, const wchar_t* name, settings::Value& value) noexcept {
+  const KeyPath path(subkey);
+  return path.fits() ? file->read(path.text(), name, value) : SettingsFile::Found::noKey;
+}
+
+const SettingRow& rowOf(Setting setting, [[maybe_unused]] SettingKind kind) noexcept {
+  const SettingRow& row = settings::rowOf(setting);
+  assert(row.kind == kind);
+  return row;
+}
+
+}  // namespace
+
+void SettingsStore::keepIn(const SettingsFile* settingsFile) noexcept {
+  file = settingsFile;
+}
+
+bool SettingsStore::readString(const wchar_t* subkey, const wchar_t* name, String& value) {
+  if (file) {
+    settings::Value found;
+    if (findInFile(subkey, name, found) != SettingsFile::Found::value) return false;
+    value = textOfBytes(found.bytes).c_str();
+    return true;
+  }
+  const KeyPath path(subkey);
+  return path.fits() && readRegistryText(HKEY_CURRENT_USER, path.text(), name, value);
+}
+
+bool SettingsStore::readDword(const wchar_t* subkey, const wchar_t* name, std::uint32_t defaultValue,
+                              std::uint32_t& value) noexcept {
+  if (file) {
+    settings::Value found;
+    const SettingsFile::Found result = findInFile(subkey, name, found);
+    if (result == SettingsFile::Found::noKey) return false;
+    value = defaultValue;
+    if (result == SettingsFile::Found::noValue || found.bytes.size() > sizeof value) return false;
+    value = 0;
+    std::copy(found.bytes.begin(), found.bytes.end(), reinterpret_cast<BYTE*>(&value));
+    return true;
+  }
+  const UniqueRegistryKey key = openForReading(subkey);
+  if (!key) return false;
+  // Read aside, because a value that is too long may leave part of it behind.
+  std::uint32_t read = 0;
+  DWORD byteCount = sizeof read;
+  const LSTATUS result =
+      RegQueryValueExW(key.get(), name, nullptr, nullptr, reinterpret_cast<BYTE*>(&read), &byteCount);
+  value = result == ERROR_SUCCESS ? read : defaultValue;
+  return result == ERROR_SUCCESS;
+}
+
+bool SettingsStore::readBinary(const wchar_t* subkey, const wchar_t* name, std::uint32_t* words,
+                               std::uint32_t wordCount) noexcept {
+  const DWORD wanted = wordCount * static_cast<DWORD>(sizeof *words);
+  if (file) {
+    settings::Value found;
+    if (findInFile(subkey, name, found) != SettingsFile::Found::value || found.bytes.size() != wanted)
+      return false;
+    std::memcpy(words, found.bytes.data(), wanted);
+    return true;
+  }
+  const UniqueRegistryKey key = openForReading(subkey);
+  if (!key) return false;
+  DWORD byteCount = wanted;
+  const LSTATUS result =
+      RegQueryValueExW(key.get(), name, nullptr, nullptr, reinterpret_cast<BYTE*>(words), &byteCount);
+  return result == ERROR_SUCCESS && byteCount == wanted;
+}
+
+bool SettingsStore::writeString(const wchar_t* subkey, const wchar_t* name, const String& value) noexcept {
+  return writeValue(subkey, name, REG_SZ, value.text(), (value.length() + 1) * sizeof(wchar_t));
+}
+
+bool SettingsStore::writeDword(const wchar_t* subkey, const wchar_t* name, std::uint32_t value) noexcept {
+  return writeValue(subkey, name, REG_DWORD, &value, sizeof value);
+}
+
+bool SettingsStore::writeBinary(const wchar_t* subkey, const wchar_t* name, const std::uint32_t* words,
+                                std::uint32_t wordCount) noexcept {
+  return writeValue(subkey, name, REG_BINARY, words, std::size_t{wordCount} * sizeof *words);
+}
+
+bool SettingsStore::read(Setting setting, String& text) {
+  const SettingRow& row = rowOf(setting, SettingKind::text);
+  return readString(row.subkey, row.name, text);
+}
+
+bool SettingsStore::read(Setting setting, std::uint32_t& number) noexcept {
+  const SettingRow& row = rowOf(setting, SettingKind::number);
+  return readDword(row.subkey, row.name, 0, number);
+}
+
+bool SettingsStore::read(Setting setting, std::span<std::uint32_t> words) noexcept {
+  const SettingRow& row = rowOf(setting, SettingKind::words);
+  return readBinary(row.subkey, row.name, words.data(), static_cast<std::uint32_t>(words.size()));
+}
+
+bool SettingsStore::write(Setting setting, const String& text) noexcept {
+  const SettingRow& row = rowOf(setting, SettingKind::text);
+  return writeString(row.subkey, row.name, text);
+}
+
+bool SettingsStore::write(Setting setting, std::uint32_t number) noexcept {
+  const SettingRow& row = rowOf(setting, SettingKind::number);
+  return writeDword(row.subkey, row.name, number);
+}
+
+bool SettingsStore::write(Setting setting, std::span<const std::uint32_t> words) noexcept {
+  const SettingRow& row = rowOf(setting, SettingKind::words);
+  return writeBinary(row.subkey, row.name, words.data(), static_cast<std::uint32_t>(words.size()));
+}
