@@ -65,53 +65,85 @@ prefix_is_current() {
   [[ -r $1/.quivane && $(<"$1/.quivane") == "$(prefix_stamp)" ]]
 }
 
+# The nearest folder above $1 that is there.
+nearest_folder() {
+  local place=$1
+  while [[ ! -d $place ]]; do
+    place=$(dirname "$place")
+  done
+  echo "$place"
+}
+
+# Says in one sentence why the prefix $1 can't be used or made by this user; nothing if it can.
+prefix_trouble() {
+  local place
+  if [[ -e $1 && ! -O $1 ]]; then
+    echo "$1 belongs to another user; Wine takes only a folder of your own (HOME is $HOME)"
+    return
+  fi
+  place=$(nearest_folder "$cache_folder")
+  if [[ ! -w $place ]]; then
+    echo "there is no writing into $place; make it writable, or set XDG_CACHE_HOME"
+    return
+  fi
+  place=$(nearest_folder "$1")
+  if [[ ! -w $place ]]; then
+    echo "there is no writing into $place, where Quivane keeps your settings; make it writable, or set XDG_DATA_HOME"
+  fi
+}
+
 stop_wine_server() {
   WINEPREFIX=$1 "${WINESERVER:-wineserver}" -k || true
   WINEPREFIX=$1 timeout 30 "${WINESERVER:-wineserver}" -w || true
 }
 
-# Fills wine_files with Wine's own files; the key is a file's name with that of its folder.
-find_wine_files() {
-  local own folder
-  local prefix=${WINELOADER%/*}/..
-  declare -gA wine_files=()
-  for own in {/usr/lib/*,/usr/lib,"$prefix"/lib*}/wine/*-windows/* {/usr,"$prefix"}/share/wine/{nls,fonts}/*; do
-    if [[ -f $own ]]; then
-      folder=${own%/*}
-      wine_files[${folder##*/}/${own##*/}]=$own
+# The folders of Wine's own files, in wine_folders.
+find_wine_folders() {
+  local own prefix=${WINELOADER%/*}/..
+  wine_folders=()
+  for own in {/usr/lib/*,/usr/lib,"$prefix"/lib*}/wine/*-windows {/usr,"$prefix"}/share/wine/{nls,fonts}; do
+    if [[ -d $own ]]; then
+      wine_folders+=("$own")
     fi
   done
 }
 
-# Replaces every file of the prefix $1 that is, byte for byte, one of Wine's own by a link to that.
+# Replaces every file of the prefix $1 that is, byte for byte, one of Wine's own by a link to that. One process compares
+# a folder with a folder: one for each of the many files would take longer than all that Wine itself does.
 link_to_wine_files() {
-  local copy folder own
-  find_wine_files
-  while IFS= read -r -d '' copy; do
-    for folder in x86_64-windows i386-windows nls fonts; do
-      own=${wine_files[$folder/${copy##*/}]:-}
-      if [[ $own ]] && cmp -s "$own" "$copy"; then
-        ln -sf "$own" "$copy"
-        break
+  local folder own name
+  local -a same wine_folders
+  find_wine_folders
+  while IFS= read -r -d '' folder; do
+    for own in "${wine_folders[@]}"; do
+      same=()
+      while IFS= read -r name; do
+        if [[ ! -L $folder/$name ]]; then
+          same+=("$own/$name")
+        fi
+      done < <(cd "$folder" && LC_ALL=C diff -qs "$own" . | sed -n 's|^Files .*/\(.*\) and \./.* are identical$|\1|p')
+      if [[ ${#same[@]} != 0 ]]; then
+        ln -sf -t "$folder" "${same[@]}"
       fi
     done
-  done < <(find "$1/drive_c" -type f -size +0 -print0)
+  done < <(find "$1/drive_c" -type f -size +0 -printf '%h\0' | sort -zu)
 }
 
 # Replaces these links by copies again, of the files of the Wine that is installed now. When Wine updates
 # a prefix it writes through links, and root would overwrite Wine's own files: none may be left.
 copy_wine_files() {
   local link target folder own
-  local -a links=(find "$1/drive_c" -type l -lname '/*' ! -path "$1/drive_c/users/*")
-  find_wine_files
+  local -a wine_folders links=(find "$1/drive_c" -type l -lname '/*' ! -path "$1/drive_c/users/*")
+  find_wine_folders
   while IFS= read -r -d '' link; do
     target=$(readlink "$link")
     folder=${target%/*}
-    own=${wine_files[${folder##*/}/${target##*/}]:-}
     rm "$link"
-    if [[ $own ]]; then
-      cp "$own" "$link"
-    fi
+    for own in "${wine_folders[@]}"; do
+      if [[ ${own##*/} == "${folder##*/}" && -e $own/${target##*/} ]]; then
+        cp "$own/${target##*/}" "$link"
+      fi
+    done
   done < <("${links[@]}" -print0)
   [[ ! $("${links[@]}" -print -quit) ]]
 }

@@ -141,12 +141,17 @@ fetch_sqlite() (
 
 # Makes the Wine prefix $1 ("user" or "template") if it is missing or of another version of Wine.
 ensure_wine_prefix() {
-  find_wine || fail "failed at: finding Wine (tried Debian's place, /opt and the PATH)"
+  local trouble
+  find_wine 2>/dev/null || fail "Wine is not installed, or does not start (tried Debian's place, /opt and the PATH)"
   set_wine_environment
   case $1 in
     user) set -- "the Wine prefix" "$user_prefix" ;;
     template) set -- "the template of Wine prefixes for tests" "$template_prefix" test ;;
   esac
+  trouble=$(prefix_trouble "$2")
+  if [[ $trouble ]]; then
+    fail "$trouble"
+  fi
   if ! prefix_is_current "$2"; then
     step wine-prefix "making $1, $2" ensure_prefix "${@:2}"
   fi

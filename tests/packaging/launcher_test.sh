@@ -2,7 +2,8 @@
 # launcher_test.sh EXAMPLE.cdb
 #
 # Tests the command quivane of the Debian package, from a copy of the package's folders: what it says when it can't
-# start, and a first, a second and a third start with a virtual display and a home of its own.
+# start, and a first, a second and a third start with a virtual display and a home of its own, and one after another
+# Wine was installed.
 set -euo pipefail
 source "$(dirname "${BASH_SOURCE[0]}")/../../tools/setup.sh"
 source "$root/packaging/product.sh"
@@ -70,8 +71,8 @@ drive() {
 }
 
 await_prefix() {
-  local second
-  for second in {1..1500}; do
+
+  for _ in {1..1500}; do
     if [[ -e $prefix/.quivane ]]; then
       return
     fi
@@ -88,10 +89,34 @@ await_end() {
   [[ $code == 0 ]] || fail "quivane ended with $code: $(cat "$work/said")"
 }
 
+# Of Wine's own files the prefix has links: nearly nothing is in it, and nothing was written through them.
+expect_links() {
+  local own=$WINELOADER size changed
+  size=$(du -sm "$prefix" | cut -f1)
+  [[ $size -lt 20 ]] || fail "the prefix takes $size MB"
+  local -a wine_folders
+  find_wine_folders
+  changed=$(find "${wine_folders[@]}" "${own%/*}" -newer "$work/begun" -print -quit)
+  [[ ! $changed ]] || fail "Wine's own file $changed was changed"
+  [[ $(find "$prefix/drive_c/windows/system32" -type l | wc -l) -gt 300 ]] || fail "there are few links in the prefix"
+}
+
+# Who has the home of another user, as with sudo -E, is told so.
+expect_other_user() {
+  local code=0 said
+  said=$(setpriv --reuid=nobody --regid=nogroup --clear-groups "$work/bin/quivane" 2>&1 >/dev/null) || code=$?
+  if [[ $code != 1 || $said != "quivane: $prefix belongs to another user; "* || $said == *$'\n'* ]]; then
+    fail "quivane of another user ended with $code and said: $said"
+  fi
+}
+
 mkfifo "$work/never"
+touch "$work/begun"
+begun=$(date +%s%N)
 (cd "$work/home/a b ü" && exec setsid "$work/bin/quivane" library.cdb) 2>"$work/said" &
 started=$!
 await_prefix
+say "the prefix was made in $((($(date +%s%N) - begun) / 1000000)) ms"
 drive wait-window
 tables=$(drive texts | tr -d '\r')
 grep -qx Books <<<"$tables" || fail "the first start does not show the tables but: $tables"
@@ -100,8 +125,13 @@ if [[ $said != "quivane: preparing Wine for Quivane in $prefix "* || $said == *$
   fail "the first start said: $said"
 fi
 expect 0 "" "$work/home/a b ü/library.cdb"
+if [[ $EUID == 0 ]]; then
+  chmod a+rx "$work"
+  expect_other_user
+fi
 drive close >>"$work/drive.log"
 await_end
+expect_links
 
 setsid "$work/bin/quivane" 2>"$work/said" &
 started=$!
@@ -109,4 +139,23 @@ drive wait-window
 drive close >>"$work/drive.log"
 await_end
 [[ ! -s $work/said ]] || fail "the third start said: $(cat "$work/said")"
+
+# Another Wine updates the prefix, and the settings stay.
+echo "wine-0.1" >"$prefix/.quivane"
+stop_wine_server "$prefix"
+grep -q MorvaleSoftware "$prefix/user.reg" || fail "the program has left no settings"
+setsid "$work/bin/quivane" 2>"$work/said" &
+started=$!
+await_prefix
+until prefix_is_current "$prefix"; do
+  kill -0 "$started" 2>/dev/null || fail "quivane ended: $(cat "$work/said")"
+  read -r -t 0.1 <>"$work/never" || true
+done
+drive wait-window
+drive close >>"$work/drive.log"
+await_end
+[[ $(cat "$work/said") == "quivane: preparing Wine for Quivane in $prefix "* ]] || fail "the update said: $(cat "$work/said")"
+expect_links
+stop_wine_server "$prefix"
+grep -q MorvaleSoftware "$prefix/user.reg" || fail "the update has lost the settings"
 say "passed"
