@@ -68,6 +68,15 @@ class ImportsTest(unittest.TestCase):
             self.assertFalse(module.startswith(compilers_own), f'{module} {function}')
 
 
+class TimeTest(unittest.TestCase):
+    def test_the_type_library_does_not_tell_when_it_was_made(self):
+        # Then no two packages of a commit would be the same.
+        module = (folder / 'adoce31.dll').read_bytes()
+        maker = module.find(b'Created by WIDL')
+        self.assertNotEqual(maker, -1)
+        self.assertIn(b' at Thu Jan  1 00:00:00 1970\n', module[maker:maker + 100])
+
+
 class PeFileTest(unittest.TestCase):
     def test_what_is_no_program_is_refused(self):
         for data in (b'', b'MZ', b'MZ' + bytes(200), b'PK' + bytes(200)):
