@@ -6,6 +6,7 @@
 
 #include "platform/pocketshell/menu/menu_bar.h"
 #include "platform/pocketshell/text/own_letters.h"
+#include "platform/pocketshell/window/list_focus.h"
 #include "platform/pocketshell/window/shell_window.h"
 #include "platform/pocketshell/window/tap_and_hold.h"
 #include "platform/pocketshell/window/window_places.h"
@@ -30,6 +31,7 @@ void equip(HWND window) {
   SendMessageW(window, WM_SETFONT, reinterpret_cast<WPARAM>(presentFont()), FALSE);
   if (isOfClass(window, WC_LISTVIEWW)) TapAndHold::attach(window);
   drawOwnLetters(window);
+  showFocusOf(window);
 }
 
 /// Made hidden, so that the user doesn't see it before its client area has the right size.

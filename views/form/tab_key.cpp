@@ -8,9 +8,11 @@ namespace {
 LRESULT CALLBACK tabKeyProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR,
                                  DWORD_PTR) noexcept {
   const bool leaves = message == WM_CHAR && wParam == L'\t' && GetFocus() == window;
+  // A field may tell something first, and who reads it holds no key.
+  const BOOL backwards = GetKeyState(VK_SHIFT) < 0 ? TRUE : FALSE;
   const LRESULT result = DefSubclassProc(window, message, wParam, lParam);
   if (leaves && IsWindow(window)) {
-    const HWND next = GetNextDlgTabItem(GetParent(window), window, GetKeyState(VK_SHIFT) < 0 ? TRUE : FALSE);
+    const HWND next = GetNextDlgTabItem(GetParent(window), window, backwards);
     if (next) SetFocus(next);
   }
   return result;

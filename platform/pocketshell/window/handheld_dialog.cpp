@@ -9,6 +9,7 @@
 #include "platform/pocketshell/text/dialog_lists.h"
 #include "platform/pocketshell/text/own_letters.h"
 #include "platform/pocketshell/window/dialog_template.h"
+#include "platform/pocketshell/window/list_focus.h"
 #include "platform/pocketshell/window/window_places.h"
 #include "platform/pocketshell/zoom/present_zoom.h"
 
@@ -52,6 +53,7 @@ void layOutControl(HWND control, const DialogItem& item) {
                       static_cast<int>(place.right - place.left), static_cast<int>(place.bottom - place.top)};
   SendMessageW(control, WM_SETFONT, reinterpret_cast<WPARAM>(presentFont()), FALSE);
   drawOwnLetters(control);
+  showFocusOf(control);
   rememberPlace(control, told);
   applyPlace(control, nullptr, told, SWP_NOZORDER | SWP_NOACTIVATE);
 }

@@ -30,7 +30,9 @@ std::string described(const char* what, HWND window) {
 
 [[noreturn]] void fail(const std::string& what) {
   const HWND front = GetForegroundWindow();
-  throw std::runtime_error("the user waits in vain: " + what + described("in front:", front) +
+  const std::wstring told = front ? remote::messageBoxText(front) : std::wstring();
+  throw std::runtime_error("the user waits in vain: " + what + described("in front:", front) + " " +
+                           testing::PrintToString(told) +
                            described("focus:", front ? remote::focus(front) : nullptr));
 }
 
@@ -240,11 +242,14 @@ void User::pickItem(int index) {
   await([=] { return remote::selectedItem(list) == index; }, "the item is selected");
 }
 
-void User::fillEditor(int id, const std::wstring& text) {
+void User::goTo(int id) {
   waitForInput(main_);
-  const HWND editor = remote::control(main_, id);
-  reach(main_, editor);
-  replaceText(editor, text);
+  reach(main_, remote::control(main_, id));
+}
+
+void User::fillEditor(int id, const std::wstring& text) {
+  goTo(id);
+  replaceText(remote::control(main_, id), text);
 }
 
 void User::pressEditor(int id) {

@@ -35,6 +35,8 @@ class User {
   void pickItem(int index);
   /// Types into a text editor of the form, in the place of what stands there.
   void fillEditor(int id, const std::wstring& text);
+  /// Goes to a control of the form.
+  void goTo(int id);
   /// Clicks a control of the form, or goes to it and presses the space bar.
   void pressEditor(int id);
 
