@@ -81,14 +81,16 @@ prefix_trouble() {
     echo "$1 belongs to another user; Wine takes only a folder of your own (HOME is $HOME)"
     return
   fi
+  if [[ $1 != "$cache_folder"/* ]]; then
+    place=$(nearest_folder "$1")
+    if [[ ! -w $place ]]; then
+      echo "there is no writing into $place, where Quivane keeps your settings; make it writable, or set XDG_DATA_HOME"
+      return
+    fi
+  fi
   place=$(nearest_folder "$cache_folder")
   if [[ ! -w $place ]]; then
     echo "there is no writing into $place; make it writable, or set XDG_CACHE_HOME"
-    return
-  fi
-  place=$(nearest_folder "$1")
-  if [[ ! -w $place ]]; then
-    echo "there is no writing into $place, where Quivane keeps your settings; make it writable, or set XDG_DATA_HOME"
   fi
 }
 

@@ -4,6 +4,7 @@
 
 #include <span>
 
+#include "app/bars/page_bars.h"
 #include "gmock/gmock.h"
 #include "owners/handles.h"
 #include "tests/ui/bars/bar_host.h"
@@ -116,6 +117,28 @@ TEST(MenuResourcesTest, EveryItemHasAnAccessKeyOfItsOwn) {
     ASSERT_GT(GetMenuItemCount(menu.get()), 0) << resource;
     for (int i = 0; i < GetMenuItemCount(menu.get()); ++i)
       EXPECT_THAT(accessKeyFaults(GetSubMenu(menu.get(), i)), IsEmpty()) << resource;
+  }
+}
+
+/// So that nothing takes a mouse.
+TEST(MenuResourcesTest, WhatAButtonDoesIsInAMenuOfItsPage) {
+  struct Row {
+    int page;
+    int menuBar;
+    std::vector<int> recordButtons;
+  };
+  const Row pages[] = {{0, 218, {}}, {1, 216, {32787, 40001, 32793}}, {2, 221, {32787, 40001}}, {3, 222, {}}};
+  for (const Row& row : pages) {
+    std::vector<int> commands = row.recordButtons;
+    for (const BandLayout& band : pageBands(row.page)) {
+      for (const BarButton& button : band.buttons) commands.push_back(button.command);
+    }
+    EXPECT_GE(commands.size(), 6u) << row.menuBar;
+    const UniqueMenu menu = load(row.menuBar);
+    for (const int command : commands) {
+      EXPECT_NE(GetMenuState(menu.get(), static_cast<UINT>(command), MF_BYCOMMAND), 0xFFFFFFFFu)
+          << command << " of page " << row.page;
+    }
   }
 }
 
