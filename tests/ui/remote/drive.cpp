@@ -184,6 +184,29 @@ int sizeWindow(HWND main, const Arguments& arguments) {
   return remote::sizeInside(main, {arguments.number, height}) ? 0 : fail("the window does not take the size");
 }
 
+int moveWindow(HWND main, const Arguments& arguments) {
+  const int top = parseNumber(arguments.texts[1]);
+  if (top < 0) return fail("the upper edge is no number");
+  SetWindowPos(main, nullptr, arguments.number, top, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+  RECT place{};
+  return GetWindowRect(main, &place) && place.left == arguments.number && place.top == top
+             ? 0
+             : fail("the window does not go there");
+}
+
+int printPlace(HWND main, const Arguments&) {
+  RECT place{};
+  if (!GetWindowRect(main, &place)) return fail("the window has no place");
+  std::printf("%ld %ld %ld %ld%s\n", place.left, place.top, place.right - place.left,
+              place.bottom - place.top, IsZoomed(main) ? " maximised" : "");
+  return 0;
+}
+
+int maximiseWindow(HWND main, const Arguments&) {
+  SendMessageW(main, WM_SYSCOMMAND, SC_MAXIMIZE, 0);
+  return IsZoomed(main) ? 0 : fail("the window is not maximised");
+}
+
 int printArea(HWND main, const Arguments&) {
   const std::optional<RECT> area = remote::shownArea(main);
   if (!area) return fail("the window is not painted");
@@ -255,6 +278,10 @@ constexpr std::array kVerbs = {
     VerbRow{L"sheet-page", L"N", "shows page N of the sheet in front", turnSheet},
     VerbRow{L"raise-panel", L"", "raises the input panel by its button", raisePanel},
     VerbRow{L"size", L"NT", "gives the main window N x T of the monitor's pixels inside", sizeWindow},
+    VerbRow{L"move", L"NT", "moves the main window's upper left corner to N, T", moveWindow},
+    VerbRow{L"maximise", L"", "maximises the main window", maximiseWindow},
+    VerbRow{L"place", L"", "prints where the main window is: x y width height, and whether it is maximised",
+            printPlace},
     VerbRow{L"area", L"", "prints the rectangle around all that is shown: x y width height", printArea},
     VerbRow{L"texts", L"", "prints the texts of the list that is shown, a grid's as far as in view",
             printTexts},
