@@ -28,7 +28,7 @@ begin_pictures() {
   trap 'exit 129' HUP
   trap clean_up EXIT
   make_fresh_prefix
-  export WINEPREFIX=$fresh_prefix
+  use_prefix "$fresh_prefix"
   unset WAYLAND_DISPLAY
   use_display "$fresh_prefix"
 }

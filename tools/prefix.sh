@@ -14,7 +14,7 @@ cache_folder=${XDG_CACHE_HOME:-$HOME/.cache}/quivane
 fresh_prefixes=${TMPDIR:-/tmp}/quivane-wine-$UID
 
 # Goes into the stamp: a change of what is set up below makes every prefix out of date.
-prefix_revision=2
+prefix_revision=3
 # Working copies of different age have templates of their own.
 template_prefix=$cache_folder/wine-template-$prefix_revision
 
@@ -224,6 +224,98 @@ font_registry() {
   printf '"Tahoma"=hex(7):%s00\n' "$bytes"
 }
 
+# What fontconfig shows Wine: the fonts above alone. Every program's start asks for each font that is there, and a
+# desktop has hundreds of them. Wine goes by folders and not by fontconfig's choice of fonts, so they are linked to in a
+# folder of their own.
+font_folder=$cache_folder/wine-fonts-$prefix_revision
+
+# Whether they are as the system's folders have them now.
+fonts_are_current() {
+  local folder
+  for folder in /usr/share/fonts/ /usr/share/fonts/*/ /usr/share/fonts/*/*/; do
+    if [[ ! $font_folder/fonts.conf -nt $folder ]]; then
+      return 1
+    fi
+  done
+}
+
+make_fonts() {
+  local new=$font_folder.new
+  rm -rf "$new" && mkdir -p "$new/fonts" "$new/outside" && link_fonts "$new/fonts" || return
+  outside_script >"$new/outside/.call" && chmod +x "$new/outside/.call" || return
+  cat >"$new/fonts.conf" <<END || return
+<?xml version="1.0"?>
+<!DOCTYPE fontconfig SYSTEM "fonts.dtd">
+<fontconfig>
+<dir>$font_folder/fonts</dir>
+<cachedir>$font_folder/cache</cachedir>
+</fontconfig>
+END
+  rm -rf "$font_folder" && mv "$new" "$font_folder" && FONTCONFIG_FILE=$font_folder/fonts.conf fc-cache
+}
+
+# Fails when there is none.
+link_fonts() {
+  local file names families found=
+  families=$(sed -n 's/^[^ ]* \(..*\)/\1/p' <<<"$script_fonts")
+  while IFS=: read -r file names; do
+    if [[ $names != *Condensed* && $names != *Light* ]] &&
+      grep -qxF -f <(tr ',' '\n' <<<"${names# }") <<<"$families"; then
+      ln -sf "$file" "$1/" && found=yes
+    fi
+  done < <(env -u FONTCONFIG_FILE fc-list :slant=0 file family)
+  [[ $found ]]
+}
+
+ensure_fonts() {
+  if ! fonts_are_current; then
+    mkdir -p "$cache_folder" || return
+    (
+      exec 9>"$cache_folder/fonts.lock" && flock 9
+      fonts_are_current || make_fonts >"$cache_folder/fonts.log" 2>&1 9>&-
+    )
+  fi
+}
+
+# Programs start in the prefix $1 from now on, and see those fonts alone, unless the user chose fonts for all programs.
+# Without them all is the same, only slower.
+use_prefix() {
+  export WINEPREFIX=$1
+  if [[ ${FONTCONFIG_FILE:-} == "$font_folder/fonts.conf" ]]; then
+    return
+  fi
+  # What XML or PATH would take for something else.
+  if [[ ! ${FONTCONFIG_FILE:-} && $font_folder != *[:\<\&]* ]] && ensure_fonts; then
+    export FONTCONFIG_FILE=$font_folder/fonts.conf
+    offer_outside_programs "$font_folder/outside"
+  fi
+}
+
+# What Wine opens outside, the browser with the manual above all, has the user's own fonts: in the folder $1, first in
+# PATH, each program that Wine may start stands under its name as the script that calls it without the choice above.
+# Only those that are there, for Wine takes the first one that it finds.
+offer_outside_programs() {
+  local program
+  export QUIVANE_OUTSIDE_PATH=${QUIVANE_OUTSIDE_PATH:-$PATH}
+  for program in xdg-open firefox konqueror mozilla opera dillo; do
+    if PATH=$QUIVANE_OUTSIDE_PATH type -P "$program" >/dev/null; then
+      [[ -L $1/$program ]] || ln -sf .call "$1/$program" || true
+    elif [[ -L $1/$program ]]; then
+      rm -f "$1/$program" || true
+    fi
+  done
+  export PATH=$1:$QUIVANE_OUTSIDE_PATH
+}
+
+outside_script() {
+  cat <<'END'
+#!/bin/sh
+PATH=$QUIVANE_OUTSIDE_PATH
+unset FONTCONFIG_FILE QUIVANE_OUTSIDE_PATH
+exec "${0##*/}" "$@"
+END
+}
+
 # The registry of every prefix, and with "test" as argument that of a test prefix.
 prefix_registry() {
   # Wine's own debugger lets a crashed program end with 0 now and then.
@@ -249,10 +341,10 @@ END
 
 # Makes the prefix $1 or brings it up to date; $2 is "test" for the template.
 fill_prefix() (
-  export WINEPREFIX=$1
   unset DISPLAY WAYLAND_DISPLAY
   rm -f "$1/.quivane"
   mkdir -p "$1"
+  use_prefix "$1"
   if [[ -d $1/drive_c ]]; then
     copy_wine_files "$1" || prefix_fail "links to Wine's files are left in $1" || exit
   fi

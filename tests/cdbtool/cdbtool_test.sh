@@ -21,7 +21,7 @@ if [[ $kind == windows ]]; then
   make_fresh_prefix
   trap 'remove_fresh_prefix "$fresh_prefix"; rm -rf "$folder"' EXIT
   unset QUIVANE_PREFIX DISPLAY WAYLAND_DISPLAY
-  export WINEPREFIX=$fresh_prefix
+  use_prefix "$fresh_prefix"
   # The server would end after each run, and a run that begins at that moment is turned away by it.
   "${WINESERVER:-wineserver}" -p 7>&- 8>&-
   cdbtool() { "$root/tools/wine" "$program" "$@"; }

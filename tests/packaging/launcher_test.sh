@@ -110,6 +110,31 @@ expect_other_user() {
   fi
 }
 
+# Puts a program there that a desktop shows pages with.
+note_browser() {
+  mkdir "$work/programs"
+  cat >"$work/programs/xdg-open" <<'END'
+#!/bin/sh
+printf '%s\n' "${FONTCONFIG_FILE:-all fonts}" "$PATH" "$1" >"$HOME/shown.new" && mv "$HOME/shown.new" "$HOME/shown"
+END
+  chmod +x "$work/programs/xdg-open"
+}
+
+await_browser() {
+  local second shown
+  for second in {1..300}; do
+    if [[ -e $HOME/shown ]]; then
+      mapfile -t shown <"$HOME/shown"
+      [[ ${shown[0]} == "all fonts" ]] || fail "the browser is shown the fonts of ${shown[0]}"
+      [[ ${shown[1]} == "$work/programs:"* ]] || fail "the browser looks for programs in ${shown[1]}"
+      [[ ${shown[2]} == */Quivane.htm* ]] || fail "the browser is asked for ${shown[2]}"
+      return
+    fi
+    read -r -t 0.1 <>"$work/never" || true
+  done
+  fail "no browser is started"
+}
+
 mkfifo "$work/never"
 touch "$work/begun"
 begun=$(date +%s%N)
@@ -133,9 +158,13 @@ drive close >>"$work/drive.log"
 await_end
 expect_links
 
-setsid "$work/bin/quivane" 2>"$work/said" &
+# The browser with the manual has the user's own fonts, not the few that Wine is shown.
+note_browser
+PATH=$work/programs:$PATH setsid "$work/bin/quivane" 2>"$work/said" &
 started=$!
 drive wait-window
+drive help
+await_browser
 drive close >>"$work/drive.log"
 await_end
 [[ ! -s $work/said ]] || fail "the third start said: $(cat "$work/said")"

@@ -16,7 +16,7 @@ trap 'exit 130' INT
 trap 'exit 143' TERM
 trap clean_up EXIT
 make_fresh_prefix
-export WINEPREFIX=$fresh_prefix
+use_prefix "$fresh_prefix"
 unset DISPLAY WAYLAND_DISPLAY
 drive_log=$fresh_prefix/drive.log
 

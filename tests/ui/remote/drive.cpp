@@ -242,6 +242,16 @@ int printTexts(HWND main, const Arguments&) {
   return 0;
 }
 
+int askForHelp(HWND main, const Arguments&) {
+  // A pressed F1 becomes this message only where it comes from a keyboard.
+  HELPINFO help{};
+  help.cbSize = sizeof(help);
+  help.iContextType = HELPINFO_WINDOW;
+  help.hItemHandle = main;
+  SendMessageW(main, WM_HELP, 0, reinterpret_cast<LPARAM>(&help));
+  return 0;
+}
+
 int closeProgram(HWND main, const Arguments&) {
   const std::optional<DWORD> exitCode = remote::close(main);
   if (!exitCode) return fail("the program does not end");
@@ -285,6 +295,7 @@ constexpr std::array kVerbs = {
     VerbRow{L"area", L"", "prints the rectangle around all that is shown: x y width height", printArea},
     VerbRow{L"texts", L"", "prints the texts of the list that is shown, a grid's as far as in view",
             printTexts},
+    VerbRow{L"help", L"", "asks for the manual as F1 does", askForHelp},
     VerbRow{L"close", L"", "closes the program, waits for its end and prints its exit code", closeProgram},
 };
 
