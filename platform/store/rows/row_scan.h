@@ -28,6 +28,9 @@ class RowTest {
   /// Whether a row is looked for because of this value of its column `columns()[number]`. `cell` holds until
   /// the return.
   virtual bool isWanted(std::size_t number, const Cell& cell) noexcept = 0;
+
+  /// Another one that says the same, for another thread. May throw std::bad_alloc.
+  virtual std::unique_ptr<RowTest> copy() const = 0;
 };
 
 /// Passes over rows that are not wanted, without handing them out. Made for one search and dropped with it:

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -11,7 +12,8 @@
 
 namespace store {
 
-/// The texts of values that only the system can tell, by the user's language and its own rules.
+/// The texts of values that only the system can tell, by the user's language and its own rules. Asked by
+/// several threads at a time.
 class ValueTexts {
  public:
   virtual ~ValueTexts() = default;
@@ -37,6 +39,7 @@ class TextTest : public RowTest {
   const std::vector<std::size_t>& columns() const override { return columns_; }
   bool ignores(std::size_t number, CellKind kind) const noexcept override;
   bool isWanted(std::size_t number, const Cell& cell) noexcept override;
+  std::unique_ptr<RowTest> copy() const override { return std::make_unique<TextTest>(*this); }
 
  private:
   bool canOccurIn(std::u16string_view units) const;

@@ -42,7 +42,7 @@ bool RowRun::stopsBeforeRow() {
   if (--rowsToLook_ == 0 || bytesToLook_ == 0) {
     rowsToLook_ = kRowsBetweenLooks;
     bytesToLook_ = kBytesBetweenLooks;
-    if (RowScan::Clock::now() >= until_) isStopped = true;
+    if (RowScan::Clock::now() >= until_ || (isAbandoned != nullptr && *isAbandoned)) isStopped = true;
   }
   return isStopped;
 }

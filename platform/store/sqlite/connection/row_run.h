@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <sqlite3.h>
@@ -29,7 +30,8 @@ struct RowRun {
          std::uint64_t mostRows, std::uint64_t rowsBefore = 0);
 
   std::uint64_t rowCount;
-  bool isStopped = false;  ///< before the row that the statement yields next
+  bool isStopped = false;                          ///< before the row that the statement yields next
+  const std::atomic<bool>* isAbandoned = nullptr;  ///< set by another thread to stop the run soon
 
  private:
   static void callFunction(sqlite3_context* context, int count, sqlite3_value** values);

@@ -251,6 +251,13 @@ bool registerFileSystem() {
   return sqlite3_vfs_register(&fileSystem, 0) == SQLITE_OK;
 }
 
+/// Null when it is none of this file system.
+const File* mainFileOf(sqlite3* connection) {
+  sqlite3_file* file = nullptr;
+  const int result = sqlite3_file_control(connection, "main", SQLITE_FCNTL_FILE_POINTER, &file);
+  return result == SQLITE_OK && file != nullptr && file->pMethods == &kMethods ? fileOf(file) : nullptr;
+}
+
 }  // namespace
 
 const char* fileSystemName() {
@@ -261,10 +268,15 @@ const char* fileSystemName() {
 }
 
 FileState fileStateOf(sqlite3* connection) {
-  sqlite3_file* file = nullptr;
-  const int result = sqlite3_file_control(connection, "main", SQLITE_FCNTL_FILE_POINTER, &file);
-  if (result != SQLITE_OK || file == nullptr || file->pMethods != &kMethods) return FileState::unknown;
-  return stateOf(*fileOf(file));
+  const File* const file = mainFileOf(connection);
+  return file == nullptr ? FileState::unknown : stateOf(*file);
+}
+
+bool haveSameFile(sqlite3* one, sqlite3* other) {
+  const File* const first = mainFileOf(one);
+  const File* const second = mainFileOf(other);
+  return first != nullptr && second != nullptr && first->identity.has_value() &&
+         first->identity == second->identity;
 }
 
 }  // namespace store

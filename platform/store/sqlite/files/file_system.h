@@ -23,4 +23,7 @@ const char* fileSystemName();
 /// where the system doesn't tell files apart.
 FileState fileStateOf(sqlite3* connection);
 
+/// Whether the main files of both connections, opened in the file system above, are known to be one.
+bool haveSameFile(sqlite3* one, sqlite3* other);
+
 }  // namespace store

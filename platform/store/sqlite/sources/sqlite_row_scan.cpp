@@ -15,6 +15,8 @@ constexpr std::size_t kMostValues = 90;
 
 // Row ids are gone along in parts of this many, whose order is checked first.
 constexpr std::size_t kPart = 1 << 16;
+// Half of what is gone along together: little enough that next to nothing is lost where it is broken off.
+constexpr std::size_t kTogether = 1 << 15;
 // Seeking a row costs as much as stepping over some.
 constexpr std::size_t kMostStrangers = 8;
 constexpr std::size_t kFewRows = 2048;
@@ -60,7 +62,12 @@ Status SqliteRowScan::passOver(const KeySet& keys, std::size_t first, std::size_
   if (!isDecided_) decide(keys);
   bool stops = false;
   while (*next < last && !stops) {
-    if (Status status = passOverSome(keys, last, until, next, &stops); !status) return status;
+    // What is found soon is not worth another thread.
+    const bool isLong = companion_ || *next - first >= kPart;
+    Status status = isLong && last - *next > kTogether && goesAlong_ && hasCompanion()
+                        ? goAlongTogether(keys, last, until, next, &stops)
+                        : passOverSome(keys, last, until, next, &stops);
+    if (!status) return status;
     if (Clock::now() >= until) return {};
   }
   return {};
@@ -69,7 +76,39 @@ Status SqliteRowScan::passOver(const KeySet& keys, std::size_t first, std::size_
 void SqliteRowScan::decide(const KeySet& keys) {
   isDecided_ = true;
   goesAlong_ = !rows_.areTupleKeyed && (rows_.areWholeTable || growsOnTheWhole(keys));
+  mayHaveCompanion_ = rows_.areInFile && rows_.areWholeTable && goesAlong_;
   oneByOneLeft_ = kFewRows + keys.count() / 64;
+}
+
+bool SqliteRowScan::hasCompanion() {
+  if (mayHaveCompanion_ && !companion_) {
+    companion_ = CompanionScan::open(connection_, statementText(true), test_.copy());
+    mayHaveCompanion_ = companion_ != nullptr;
+  }
+  return mayHaveCompanion_;
+}
+
+/// Each takes half of the next part. What the companion has found behind a row at which this one stops is
+/// forgotten.
+Status SqliteRowScan::goAlongTogether(const KeySet& keys, std::size_t last, Clock::time_point until,
+                                      std::size_t* next, bool* stops) {
+  const std::size_t half = keys.growingEnd(*next, *next + kTogether);
+  const std::size_t end = keys.growingEnd(half, std::min(last, half + kTogether));
+  companion_->begin(keys, half, end, until);
+  Status status = goAlong(keys, half, until, next, stops);
+  if (!status || *stops || *next < half) {
+    companion_->abandon();
+    return status;
+  }
+  const CompanionScan::Answer answer = companion_->finish();
+  if (answer.isValid) {
+    *next = answer.next;
+    *stops = answer.stops;
+  } else {
+    companion_.reset();
+    mayHaveCompanion_ = false;
+  }
+  return {};
 }
 
 Status SqliteRowScan::passOverSome(const KeySet& keys, std::size_t last, Clock::time_point until,
@@ -105,25 +144,9 @@ Status SqliteRowScan::goAlong(const KeySet& keys, std::size_t end, Clock::time_p
   const std::uint64_t mostRows = rows_.areWholeTable ? std::numeric_limits<std::uint64_t>::max()
                                                      : kMostStrangers * (end - *next) + kFewRows;
   RowRun run(test_, ignored_, until, mostRows);
-  const StatementRun ended(statement);
-  sqlite3_bind_pointer(statement, 1, &run, RowRun::kPointer, nullptr);
-  sqlite3_bind_int64(statement, 2, keys.rowIdAt(*next));
-  sqlite3_bind_int64(statement, 3, keys.rowIdAt(end - 1));
-  int result = SQLITE_ROW;
-  while ((result = sqlite3_step(statement)) == SQLITE_ROW) {
-    // Whatever stands in front of it is gone or was looked at.
-    const std::int64_t rowId = sqlite3_column_int64(statement, 0);
-    *next = keys.firstNotBelow(*next, end, rowId);
-    if (run.rowCount > mostRows) {
-      goesAlong_ = false;
-      return {};
-    }
-    *stops = run.isStopped || (*next < end && keys.rowIdAt(*next) == rowId);
-    if (*stops) return {};
-  }
-  if (result != SQLITE_DONE) return fail(statement, result);
-  *next = end;
-  return {};
+  const int result = goAlongRows(statement, run, mostRows, keys, end, next, stops);
+  if (result == SQLITE_ROW) goesAlong_ = false;
+  return result == SQLITE_ROW || result == SQLITE_DONE ? Status() : fail(statement, result);
 }
 
 Status SqliteRowScan::goThrough(const KeySet& keys, Clock::time_point until) {

@@ -8,6 +8,7 @@
 
 #include "platform/store/rows/backend.h"
 #include "platform/store/sqlite/connection/sqlite_connection.h"
+#include "platform/store/sqlite/sources/companion_scan.h"
 
 namespace store {
 
@@ -20,11 +21,13 @@ struct ScannedRows {
   bool areTupleKeyed = false;
   /// Whether the keys are those of all rows in the order of the keys, more or less.
   bool areWholeTable = false;
+  /// Whether they are rows of a table in the file, which any connection to it can read.
+  bool areInFile = false;
 };
 
-/// Walks over the rows inside SQLite. Where row ids stand in their own order, it goes along them. In any
-/// other order it looks at some rows one by one; then it goes through the table once, in the table's order,
-/// and notes in a bit map of a fixed size which rows are wanted.
+/// Walks over the rows inside SQLite. Where row ids stand in their own order, it goes along them, in a large
+/// table together with a companion. In any other order it looks at some rows one by one; then it goes through
+/// the table once, in the table's order, and notes in a bit map of a fixed size which rows are wanted.
 class SqliteRowScan : public RowScan {
  public:
   /// `connection`, `source` and `test` outlive the scan. `checkRows`, called with a read transaction open,
@@ -45,6 +48,9 @@ class SqliteRowScan : public RowScan {
                       bool* stops);
   Status goAlong(const KeySet& keys, std::size_t end, Clock::time_point until, std::size_t* next,
                  bool* stops);
+  Status goAlongTogether(const KeySet& keys, std::size_t last, Clock::time_point until, std::size_t* next,
+                         bool* stops);
+  bool hasCompanion();
   Status goThrough(const KeySet& keys, Clock::time_point until);
   /// False at a row that has a mark.
   bool passOverUnmarked(const KeySet& keys, std::size_t last, std::size_t* next) const;
@@ -65,7 +71,9 @@ class SqliteRowScan : public RowScan {
   SqliteStatement whole_;  // for tuples: from the first key on
 
   bool isDecided_ = false;
-  bool goesAlong_ = false;        // the keys are row ids in their order, as far as is known
+  bool goesAlong_ = false;  // the keys are row ids in their order, as far as is known
+  bool mayHaveCompanion_ = false;
+  std::unique_ptr<CompanionScan> companion_;
   std::size_t oneByOneLeft_ = 0;  // so many rows are looked at one by one before the table is gone through
   bool isMarked_ = false;         // the whole table was gone through
   std::vector<std::uint64_t> marks_;  // a bit for each remainder of a hash of a key; a power of two of words

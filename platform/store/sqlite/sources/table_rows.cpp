@@ -104,6 +104,7 @@ TableRows::TableRows(SqliteConnection& connection, const SingleTableSelect& sele
   scanned_.keys = qualified;
   scanned_.areTupleKeyed = tupleKeyed_;
   scanned_.areWholeTable = select.isPlainTable;
+  scanned_.areInFile = true;
   fetchSql_ = "SELECT " + select.columnList + from + "WHERE " + joined(conditions, " AND ");
 }
 
