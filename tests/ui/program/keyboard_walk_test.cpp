@@ -5,8 +5,8 @@
 #include <algorithm>
 #include <memory>
 
-#include "base/options.h"
-#include "base/settings_store.h"
+#include "base/settings/options.h"
+#include "base/settings/settings_store.h"
 #include "dialogs/exchange/import_ids.h"
 #include "dialogs/table/new_table_ids.h"
 #include "resources/command_ids.h"
