@@ -84,14 +84,18 @@ void CompanionScan::begin(const KeySet& keys, std::size_t first, std::size_t end
     const std::lock_guard<std::mutex> lock(mutex_);
     task_ = {&keys, first, end, until};
     isAbandoned_ = false;
-    isBusy_ = true;
+    state_ = State::offered;
   }
   changed_.notify_all();
 }
 
-CompanionScan::Answer CompanionScan::finish() {
+std::optional<CompanionScan::Answer> CompanionScan::finish() {
   std::unique_lock<std::mutex> lock(mutex_);
-  changed_.wait(lock, [this] { return !isBusy_; });
+  if (state_ == State::offered) {
+    state_ = State::idle;
+    return std::nullopt;
+  }
+  changed_.wait(lock, [this] { return state_ == State::idle; });
   return answer_;
 }
 
@@ -103,14 +107,15 @@ void CompanionScan::abandon() {
 void CompanionScan::work() {
   std::unique_lock<std::mutex> lock(mutex_);
   while (true) {
-    changed_.wait(lock, [this] { return isBusy_ || isEnding_; });
+    changed_.wait(lock, [this] { return state_ == State::offered || isEnding_; });
     if (isEnding_) return;
     const Task task = task_;
+    state_ = State::working;
     lock.unlock();
     const Answer answer = look(task);
     lock.lock();
     answer_ = answer;
-    isBusy_ = false;
+    state_ = State::idle;
     changed_.notify_all();
   }
 }

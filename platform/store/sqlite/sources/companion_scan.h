@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <thread>
 #include <vector>
@@ -48,8 +49,9 @@ class CompanionScan {
     std::size_t next = 0;  ///< as goAlongRows() stores it
     bool stops = false;
   };
-  /// Waits until it has come to its end.
-  Answer finish();
+  /// Waits until it has come to its end. Nothing when it has not come to begin: on a busy machine that may
+  /// take longer than to look at the rows oneself.
+  std::optional<Answer> finish();
   /// Makes it stop, and waits until it has.
   void abandon();
 
@@ -77,7 +79,12 @@ class CompanionScan {
   std::condition_variable changed_;
   Task task_;
   Answer answer_;
-  bool isBusy_ = false;  // from begin() until there is an answer
+  enum class State {
+    idle,
+    offered,  // by begin()
+    working,
+  };
+  State state_ = State::idle;
   bool isEnding_ = false;
   std::thread thread_;
 };

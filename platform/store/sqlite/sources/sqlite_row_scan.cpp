@@ -100,10 +100,11 @@ Status SqliteRowScan::goAlongTogether(const KeySet& keys, std::size_t last, Cloc
     companion_->abandon();
     return status;
   }
-  const CompanionScan::Answer answer = companion_->finish();
-  if (answer.isValid) {
-    *next = answer.next;
-    *stops = answer.stops;
+  const std::optional<CompanionScan::Answer> answer = companion_->finish();
+  if (!answer) return {};
+  if (answer->isValid) {
+    *next = answer->next;
+    *stops = answer->stops;
   } else {
     companion_.reset();
     mayHaveCompanion_ = false;
