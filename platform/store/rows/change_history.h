@@ -43,7 +43,7 @@ struct RecordAddress {
 /// A step is taken back, or done again, as a whole and durably or not at all, and only where each record of
 /// it still is as the step left it, in a table that is defined as it was. A record comes back under its row
 /// id; in a table that has a key of its own beside row ids it gets another one where that is taken meanwhile,
-/// and where a trigger or a foreign key deleted several of the table in one step.
+/// and where the file could not be read beside a change that deleted several.
 ///
 /// Some steps are not kept, and then nothing that lies before them is, because steps are taken back in their
 /// order: one that would take more memory than it may, or changed tables in which a virtual one keeps its

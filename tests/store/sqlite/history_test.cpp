@@ -157,21 +157,60 @@ TEST_F(HistoryTest, WhatForeignKeysDeletedComesBack) {
       "INSERT INTO p VALUES(1, 'one'), (2, 'two');"
       "INSERT INTO c VALUES('a', 1), ('b', 1), ('c', 2); INSERT INTO s VALUES(1), (2)");
   openKeeping();
-  const std::string before = contentOf("p") + contentOf("s");
+  const std::string before = contentOf("p") + contentOf("s") + contentOf("c");
   remove("p", 1);
   EXPECT_EQ("deleted p 'one' 1", told(Way::back));
   EXPECT_EQ("3|c,2;", contentOf("c"));
   takeBack();
-  EXPECT_EQ(before, contentOf("p") + contentOf("s"));
-  EXPECT_EQ("3", OtherProgram(path_).ask("SELECT count(*) FROM c"));
+  EXPECT_EQ(before, contentOf("p") + contentOf("s") + contentOf("c"));
   doAgain();
   EXPECT_EQ("3|c,2;", contentOf("c"));
   takeBack();
   change("p", 1, 0, "8");
   takeBack();
-  EXPECT_EQ(before, contentOf("p") + contentOf("s"));
+  EXPECT_EQ(before, contentOf("p") + contentOf("s") + contentOf("c"));
   EXPECT_EQ("ok", OtherProgram(path_).ask(
                       "SELECT iif(count(*) = 0, 'ok', 'broken') FROM pragma_foreign_key_check"));
+}
+
+TEST_F(HistoryTest, SeveralThatWereDeletedAtOnceComeBackUnderTheirRowIdsToo) {
+  for (const char* mode : {"DELETE", "WAL"}) {
+    SCOPED_TRACE(mode);
+    remake(std::string("PRAGMA journal_mode=") + mode +
+           "; CREATE TABLE t(a TEXT, b, PRIMARY KEY(a, b)); INSERT INTO t(rowid, a, b) VALUES(3, 'z', 1), "
+           "(7, 'y', 2), (9, 'x', 3), (12, 'w', 4)");
+    openKeeping();
+    const std::string before = contentOf("t");
+    run("DELETE FROM t WHERE b < 4");
+    run("UPDATE t SET a = 'changed'");
+    takeBack();
+    takeBack();
+    EXPECT_EQ(before, contentOf("t"));
+    doAgain();
+    doAgain();
+    EXPECT_EQ("12|changed,4;", contentOf("t"));
+    takeBack();
+    takeBack();
+    EXPECT_EQ(before, contentOf("t"));
+  }
+}
+
+TEST_F(HistoryTest, RowIdsComeBackWhereTheTableWasEmptied) {
+  prepare(
+      "CREATE TABLE t(a TEXT PRIMARY KEY); INSERT INTO t(rowid, a) VALUES(1, 'm'), (2, 'c'), (3, 'x'), (4, "
+      "'a'), "
+      "(5, 'k'), (-7, 'z')");
+  openKeeping();
+  const std::string before = contentOf("t");
+  run("DELETE FROM t");
+  takeBack();
+  EXPECT_EQ(before, contentOf("t"));
+  run("UPDATE t SET a = a || '!'");
+  const std::string behind = contentOf("t");
+  takeBack();
+  EXPECT_EQ(before, contentOf("t"));
+  doAgain();
+  EXPECT_EQ(behind, contentOf("t"));
 }
 
 TEST_F(HistoryTest, AnImportIsOneStep) {
@@ -291,6 +330,15 @@ TEST_F(HistoryTest, ARowIdThatIsTakenIsLeftToItsOwnerWhereTheKeyIsAnother) {
   EXPECT_EQ("1|one;2|theirs;3|two;", contentOf("t"));
 }
 
+TEST_F(HistoryTest, OfSeveralTheRowIdsThatAreTakenAreLeftToTheirOwnersToo) {
+  prepare("CREATE TABLE t(a TEXT PRIMARY KEY); INSERT INTO t VALUES('one'), ('two'), ('three')");
+  openKeeping();
+  run("DELETE FROM t WHERE a <> 'one'");
+  OtherProgram(path_).run("INSERT INTO t VALUES('theirs')");
+  takeBack();
+  EXPECT_EQ("1|one;2|theirs;3|three;4|two;", contentOf("t"));
+}
+
 TEST_F(HistoryTest, ALetterCaseCountsInARecordThatIsLeftAlone) {
   prepare(
       "CREATE TABLE t(a TEXT COLLATE NOCASE PRIMARY KEY, b TEXT COLLATE NOCASE); INSERT INTO t VALUES('one', "
@@ -381,6 +429,60 @@ TEST_F(HistoryTest, AFileThatHasLostItsNameTakesNothingBack) {
   EXPECT_EQ("added t 'one' 1", told(Way::back));
   std::filesystem::rename(folder_.file("other.cdb"), path_);
   takeBack();
+}
+
+TEST_F(HistoryTest, ARecordsetThatWasOpenedBeforeShowsWhatCameBack) {
+  prepare("CREATE TABLE t(a TEXT); INSERT INTO t VALUES('one'), ('two')");
+  openKeeping();
+  const auto rows = records("Select * from [t]");
+  const auto copy = rows->clone();
+  ASSERT_TRUE(rows->setValue(0, std::string("eins")));
+  ASSERT_TRUE(rows->update());
+  EXPECT_EQ("eins", textOf(*copy, 0));
+  takeBack();
+  ASSERT_TRUE(copy->moveFirst());
+  ASSERT_TRUE(rows->moveFirst());
+  EXPECT_EQ("one", textOf(*copy, 0));
+  EXPECT_EQ("one", textOf(*rows, 0));
+  ASSERT_TRUE(rows->setValue(0, std::string("uno")));
+  EXPECT_TRUE(rows->update()) << "it is what it was read as";
+}
+
+TEST_F(HistoryTest, StatementsThatWerePreparedBeforeTellOfEachRowToo) {
+  prepare(
+      "CREATE TABLE t(a TEXT); CREATE TABLE log(a TEXT); INSERT INTO t VALUES('one'), ('two');"
+      "INSERT INTO log VALUES('x'), ('y'); CREATE TRIGGER u AFTER UPDATE ON t WHEN new.a = 'clear' BEGIN "
+      "DELETE FROM log; END");
+  open();
+  const auto rows = records("Select * from [t]");
+  ASSERT_TRUE(rows->setValue(0, std::string("once")));
+  ASSERT_TRUE(rows->update());
+  history().keep(kPlenty);
+  ASSERT_TRUE(rows->setValue(0, std::string("clear")));
+  ASSERT_TRUE(rows->update());
+  EXPECT_EQ("", contentOf("log"));
+  takeBack();
+  EXPECT_EQ("1|x;2|y;", contentOf("log"));
+  ASSERT_TRUE(rows->moveFirst());
+  ASSERT_TRUE(rows->setValue(0, std::string("clear")));
+  ASSERT_TRUE(rows->update());
+  takeBack();
+  EXPECT_EQ("1|x;2|y;", contentOf("log")) << "also after one was taken";
+}
+
+TEST_F(HistoryTest, TheTakingOfManyRecordsCanBeStopped) {
+  prepare("CREATE TABLE t(a TEXT, b INTEGER)");
+  openKeeping();
+  std::vector<std::string> texts;
+  for (int n = 0; n < 5000; ++n) texts.push_back("row " + std::to_string(n));
+  load("t", texts);
+  int asked = 0;
+  backend_->askWhileBusy([&asked](Busy) { return ++asked >= 3; });
+  EXPECT_EQ(ErrorCode::stopped, history().take(Way::back).code());
+  backend_->askWhileBusy({});
+  EXPECT_EQ("5000", OtherProgram(path_).ask("SELECT count(*) FROM t"));
+  takeBack();
+  EXPECT_EQ("0", OtherProgram(path_).ask("SELECT count(*) FROM t"));
 }
 
 // ---- What is not kept

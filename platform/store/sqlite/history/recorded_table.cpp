@@ -191,6 +191,10 @@ void RecordedTable::release() {
   sqlite3_clear_bindings(find_.get());
 }
 
+std::string RecordedTable::rowIdQuery() const {
+  return "SELECT " + rowIdName_ + " FROM " + name_ + " WHERE " + keyCondition_;
+}
+
 Status RecordedTable::findRowId(std::int64_t rowId, bool* found, bool* hasNullKey) {
   if (Status status = prepare(
           findRowId_, "SELECT " + nullCondition_ + " FROM " + name_ + " WHERE " + rowIdName_ + " = ?");
@@ -206,10 +210,21 @@ Status RecordedTable::findRowId(std::int64_t rowId, bool* found, bool* hasNullKe
   return {};
 }
 
-Status RecordedTable::moveToRowId(const ChangesetReader& change, std::int64_t rowId) {
-  bool isTaken = false;
+Status RecordedTable::findRowIdRange(std::int64_t* lowest, std::int64_t* highest) {
+  SqliteStatement statement;
+  Status status = connection_->prepare("SELECT (SELECT min(" + rowIdName_ + ") FROM " + name_ +
+                                           "), (SELECT max(" + rowIdName_ + ") FROM " + name_ + ")",
+                                       &statement);
+  if (!status) return status;
+  const int result = sqlite3_step(statement.get());
+  *lowest = result == SQLITE_ROW ? sqlite3_column_int64(statement.get(), 0) : 0;
+  *highest = result == SQLITE_ROW ? sqlite3_column_int64(statement.get(), 1) : 0;
+  return statusOf(connection_->handle(), result);
+}
+
+Status RecordedTable::moveToRowId(const ChangesetReader& change, std::int64_t rowId, bool* isTaken) {
   bool hasNullKey = false;
-  if (Status status = findRowId(rowId, &isTaken, &hasNullKey); !status || isTaken) return status;
+  if (Status status = findRowId(rowId, isTaken, &hasNullKey); !status || *isTaken) return status;
   if (Status status =
           prepare(move_, "UPDATE " + name_ + " SET " + rowIdName_ + " = ? WHERE " + keyCondition_);
       !status) {

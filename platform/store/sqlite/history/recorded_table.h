@@ -46,15 +46,20 @@ class RecordedTable {
   /// Lets go of that row.
   void release();
 
+  /// Of a table that hides its row ids: the statement that reads one by the key, which are its parameters.
+  std::string rowIdQuery() const;
+  /// Binds the key before or behind a change to the parameters from `first` on. False without memory.
+  bool bindKey(sqlite3_stmt* statement, int first, const ChangesetReader& change, bool behind) const;
   /// Of a table that hides its row ids: whether there is a row with this one, and whether its key holds a
   /// null.
   Status findRowId(std::int64_t rowId, bool* found, bool* hasNullKey);
-  /// Gives the row that was looked for last with find() this row id, unless another row has it.
-  Status moveToRowId(const ChangesetReader& change, std::int64_t rowId);
+  /// Of such a table: the lowest and the highest row id, 0 without rows.
+  Status findRowIdRange(std::int64_t* lowest, std::int64_t* highest);
+  /// Gives the row that stands behind a change this row id, unless another row has it, which `*isTaken` says.
+  Status moveToRowId(const ChangesetReader& change, std::int64_t rowId, bool* isTaken);
 
  private:
   Status prepare(SqliteStatement& statement, const std::string& sql);
-  bool bindKey(sqlite3_stmt* statement, int first, const ChangesetReader& change, bool behind) const;
 
   SqliteConnection* connection_ = nullptr;
   std::string name_;  // quoted
@@ -79,6 +84,7 @@ class RecordedTables {
   /// Inside a transaction. `*table` is valid until the next call after a change of the structure.
   Status find(const std::string& name, RecordedTable** table);
   void clear() { tables_.clear(); }
+  const SqliteConnection& connection() const { return connection_; }
 
  private:
   SqliteConnection& connection_;

@@ -1,5 +1,7 @@
 #include "platform/store/sqlite/history/step_application.h"
 
+#include <algorithm>
+#include <limits>
 #include <new>
 
 namespace store {
@@ -135,6 +137,7 @@ Status StepApplication::apply() {
   }
   // A table may have the rule to leave out, or to put in the place of another row, what breaks its rules.
   if (countedRows_ != addedRows_) return notAsBefore();
+  if (Status status = makeWay(); !status) return status;
   return checkResult();
 }
 
@@ -173,6 +176,47 @@ void StepApplication::onRow(void* self, sqlite3*, int operation, const char* dat
   static_cast<StepApplication*>(self)->countedRows_ += operation == SQLITE_INSERT ? 1 : -1;
 }
 
+// Rows that come back may have got row ids that others of them had: first all of them step aside, where none
+// of them stood and no other row stands.
+Status StepApplication::makeWay() {
+  if (step_.rowIds.size() < 2) return {};
+  ChangesetReader changes(step_.changes, isBack_);
+  std::size_t used = 0;
+  std::int64_t lowest = 0;
+  std::int64_t highest = 0;
+  while (changes.next()) {
+    if (changes.isOtherTable()) {
+      if (Status status = tables_.find(changes.table(), &table_); !status) return status;
+      Status status = table_->hasHiddenRowIds() ? table_->findRowIdRange(&lowest, &highest) : Status();
+      if (!status) return status;
+      for (const std::optional<std::int64_t>& wanted : step_.rowIds)
+        lowest = std::min(lowest, wanted.value_or(lowest));
+    }
+    if (changes.operation() != SQLITE_INSERT || !table_->hasHiddenRowIds()) continue;
+    const bool isKnown = step_.rowIds.at(used++).has_value();
+    if (!isKnown || lowest == std::numeric_limits<std::int64_t>::min()) continue;
+    bool isTaken = false;
+    if (Status status = table_->moveToRowId(changes, --lowest, &isTaken); !status) return status;
+  }
+  return changes.result() == SQLITE_DONE ? Status() : statusOf(nullptr, changes.result());
+}
+
+Status StepApplication::restoreRowId(const ChangesetReader& change) {
+  const std::optional<std::int64_t> rowId = step_.rowIds.at(rowIdsUsed_++);
+  if (!rowId) return {};
+  bool isTaken = false;
+  if (Status status = table_->moveToRowId(change, *rowId, &isTaken); !status || !isTaken) return status;
+  if (step_.rowIds.size() < 2) return {};
+  // It stands aside: behind all others, where a new row would stand.
+  std::int64_t lowest = 0;
+  std::int64_t highest = 0;
+  if (Status status = table_->findRowIdRange(&lowest, &highest); !status) return status;
+  for (const std::optional<std::int64_t>& wanted : step_.rowIds)
+    highest = std::max(highest, wanted.value_or(0));
+  if (highest == std::numeric_limits<std::int64_t>::max()) return {};
+  return table_->moveToRowId(change, highest + 1, &isTaken);
+}
+
 // What the columns of a table make of a value may have been another thing when it was stored.
 Status StepApplication::checkResult() {
   ChangesetReader changes(step_.changes, isBack_);
@@ -190,8 +234,7 @@ Status StepApplication::checkResult() {
 Status StepApplication::checkResult(const ChangesetReader& change) {
   const bool isNew = change.operation() == SQLITE_INSERT;
   if (isNew && table_->hasHiddenRowIds()) {
-    const std::optional<std::int64_t> rowId = step_.rowIds.at(rowIdsUsed_++);
-    if (Status status = rowId ? table_->moveToRowId(change, *rowId) : Status(); !status) return status;
+    if (Status status = restoreRowId(change); !status) return status;
   }
   bool found = false;
   if (Status status = table_->find(change, true, &found); !status) return status;

@@ -35,6 +35,8 @@ class StepApplication {
   Status checkRows();
   Status checkRow(const ChangesetReader& change);
   Status apply();
+  Status makeWay();
+  Status restoreRowId(const ChangesetReader& change);
   Status checkResult();
   Status checkResult(const ChangesetReader& change);
   Status statusOfConflict() const;

@@ -1,9 +1,11 @@
 #include "platform/store/sqlite/history/step_recording.h"
 
 #include <algorithm>
+#include <functional>
 #include <utility>
 
 #include "platform/store/rows/ascii_case.h"
+#include "platform/store/sqlite/history/former_rows.h"
 
 namespace store {
 
@@ -53,20 +55,19 @@ class Caption {
 
 /// What became of the rows of a table that hides their row ids.
 struct RowIds {
-  std::vector<std::int64_t> all;   // each once
-  std::vector<std::int64_t> gone;  // of rows that are there no more
+  std::size_t goneCount = 0;  // of rows that are there no more
   bool haveNullKeys = false;
 };
 
 Status lookAt(RecordedTable& table, const std::vector<std::int64_t>& touched, RowIds* rowIds) {
-  rowIds->all = touched;
-  std::sort(rowIds->all.begin(), rowIds->all.end());
-  rowIds->all.erase(std::unique(rowIds->all.begin(), rowIds->all.end()), rowIds->all.end());
-  for (const std::int64_t rowId : rowIds->all) {
+  std::vector<std::int64_t> all = touched;
+  std::sort(all.begin(), all.end());
+  all.erase(std::unique(all.begin(), all.end()), all.end());
+  for (const std::int64_t rowId : all) {
     bool found = false;
     bool hasNullKey = false;
     if (Status status = table.findRowId(rowId, &found, &hasNullKey); !status) return status;
-    if (!found) rowIds->gone.push_back(rowId);
+    if (!found) ++rowIds->goneCount;
     rowIds->haveNullKeys = rowIds->haveNullKeys || hasNullKey;
   }
   return {};
@@ -77,7 +78,7 @@ class StepMaker {
  public:
   StepMaker(const ChangeRecorder& recorder, const ChangeNote& note, RecordedTables& tables,
             RecordedStep* step)
-      : recorder_(recorder), note_(note), tables_(tables), step_(step) {}
+      : recorder_(recorder), note_(note), tables_(tables), step_(step), former_(tables.connection()) {}
 
   /// `*recording` may become notKept.
   Status readChanges(Recording* recording) {
@@ -103,7 +104,7 @@ class StepMaker {
       if (!table->mayHaveNullKeys()) continue;
       RowIds rowIds;
       if (Status status = lookAt(*table, touched.rowIds, &rowIds); !status) return status;
-      if (rowIds.haveNullKeys || rowIds.gone.size() > countOfReplaced(touched.name)) *isMissing = true;
+      if (rowIds.haveNullKeys || rowIds.goneCount > countOfReplaced(touched.name)) *isMissing = true;
     }
     return {};
   }
@@ -123,17 +124,14 @@ class StepMaker {
     if (Status status = tables_.find(name, &table_); !status) return status;
     step_->tables.push_back({name, table_->definition()});
     if (note_.table.empty() && step_->tables.size() == 1) step_->told.table = name;
-    goneRowId_.reset();
+    onlyRowId_.reset();
     if (!table_->hasHiddenRowIds()) return {};
     for (const TouchedTable& touched : recorder_.touched()) {
       if (touched.name != name) continue;
-      RowIds rowIds;
-      if (Status status = lookAt(*table_, touched.rowIds, &rowIds); !status) return status;
-      // With several, nobody knows which of them was whose.
-      if (rowIds.gone.size() == 1) goneRowId_ = rowIds.gone.front();
-      if (rowIds.gone.empty() && rowIds.all.size() == 1) goneRowId_ = rowIds.all.front();
+      const std::vector<std::int64_t>& all = touched.rowIds;
+      const bool isOne = std::adjacent_find(all.begin(), all.end(), std::not_equal_to<>()) == all.end();
+      if (isOne && !all.empty()) onlyRowId_ = all.front();
     }
-    deletedOfTable_ = 0;
     return {};
   }
 
@@ -153,11 +151,7 @@ class StepMaker {
       step_->images.push_back(found ? table_->image() : 0);
     }
     if (change.operation() == SQLITE_DELETE && table_->hasHiddenRowIds()) {
-      if (++deletedOfTable_ > 1) {
-        if (deletedOfTable_ == 2) step_->rowIds.back().reset();
-        goneRowId_.reset();
-      }
-      step_->rowIds.push_back(goneRowId_);
+      step_->rowIds.push_back(onlyRowId_ ? onlyRowId_ : former_.rowIdOf(*table_, change));
     }
     if (!change.isIndirect()) tell(change, found);
     table_->release();
@@ -186,8 +180,8 @@ class StepMaker {
   RecordedTables& tables_;
   RecordedStep* step_;
   RecordedTable* table_ = nullptr;
-  std::optional<std::int64_t> goneRowId_;  // of the one row that has gone from the table
-  std::size_t deletedOfTable_ = 0;
+  std::optional<std::int64_t> onlyRowId_;  // of the one row of the table that was touched
+  FormerRows former_;
   Caption caption_;
 };
 
