@@ -211,7 +211,7 @@ bool Document::changeChosenQuery(const SavedQuery& query) {
 }
 
 void Document::showQueries(const String& chosen) {
-  database_.listQueries(queryNames_);
+  readQueries();
   for (std::uint32_t i = 0; i < queryNames_.size(); ++i) {
     if (std::wcscmp(queryNames_[i].text(), chosen.text()) != 0) continue;
     pages_.queries->setSelectedIndex(static_cast<int>(i));

@@ -81,14 +81,17 @@ Outcome ConnectionHandle::exportRows(const ExportedRecords& records, const wchar
   if (!connection_) return noObject();
   const ComPtr<IDispatch> question = listener ? makeMovingQuestion(*listener) : ComPtr<IDispatch>();
   const SourceKind kind = records.isTable ? SourceKind::table : SourceKind::text;
+  // First: what was written could not be told of otherwise.
+  UniqueBstr format;
+  if (Outcome known = outcomeOf(connection_->ExportFormat(makeBstr(path).get(), format.put())); !known) {
+    return known;
+  }
   hyper changed = 0;
   hyper count = 0;
   Outcome exported = outcomeOf(connection_->ExportRows(
       makeBstr(records.source.text()).get(), static_cast<LONG>(kind), makeBstr(records.name.text()).get(),
       makeBstr(path).get(), question.get(), &changed, &count));
   if (!exported) return exported;
-  UniqueBstr format;
-  static_cast<void>(connection_->ExportFormat(makeBstr(path).get(), format.put()));
   counts = {count, changed, textOfBstr(format.get())};
   return exported;
 }

@@ -324,11 +324,19 @@ class FakeConnectionObject final : public FakeObject<IAdoceConnection> {
   HRESULT STDMETHODCALLTYPE AskWhileBusy(IDispatch*) override { return E_NOTIMPL; }
   HRESULT STDMETHODCALLTYPE Stop() override { return E_NOTIMPL; }
   HRESULT STDMETHODCALLTYPE TryWriting() override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE ExportRows(BSTR, LONG, BSTR, BSTR, IDispatch*, hyper*, hyper*) override {
-    return E_NOTIMPL;
+  HRESULT STDMETHODCALLTYPE ExportRows(BSTR, LONG, BSTR, BSTR path, IDispatch*, hyper* changed,
+                                       hyper* count) override {
+    store_.statements.push_back("Export to " + narrow(path));
+    *changed = 1;
+    *count = 3;
+    return S_OK;
   }
   HRESULT STDMETHODCALLTYPE OpenImport(BSTR, IAdoceImport**) override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE ExportFormat(BSTR, BSTR*) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE ExportFormat(BSTR, BSTR* name) override {
+    if (FAILED(store_.exportFormatResult)) return store_.exportFormatResult;
+    *name = SysAllocString(L"csv");
+    return S_OK;
+  }
   HRESULT STDMETHODCALLTYPE CountOthersChanges(hyper*) override { return E_NOTIMPL; }
 
  private:

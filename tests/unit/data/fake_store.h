@@ -61,6 +61,7 @@ struct FakeStore {
   HRESULT updateResult = S_OK;
   HRESULT recordCountResult = S_OK;
   HRESULT fieldsResult = S_OK;
+  HRESULT exportFormatResult = S_OK;
 
   /// Adds a field, and its value in the only record.
   void addField(FakeField field, Variant value);

@@ -54,6 +54,22 @@ TEST_F(HandlesTest, ANewConnectionHasItsProviderSetAtOnce) {
   EXPECT_FALSE(store_.isConnected);
 }
 
+TEST_F(HandlesTest, NothingIsExportedInAFormatThatCanNotBeTold) {
+  ConnectionHandle connection(makeFakeConnection(store_));
+  ExportCounts counts;
+  ASSERT_TRUE(connection.exportRows({L"t", true, L"t"}, L"a.csv", nullptr, counts));
+  EXPECT_EQ(counts.records, 3);
+  EXPECT_EQ(counts.changed, 1);
+  EXPECT_STREQ(counts.format.text(), L"csv");
+  EXPECT_THAT(store_.statements, ElementsAre("Export to a.csv"));
+  store_.exportFormatResult = E_OUTOFMEMORY;
+  store_.statements.clear();
+  ExportCounts others;
+  EXPECT_FALSE(connection.exportRows({L"t", true, L"t"}, L"b.csv", nullptr, others));
+  EXPECT_THAT(store_.statements, IsEmpty()) << "a file would stand there that was not told of";
+  EXPECT_TRUE(others.format.isEmpty());
+}
+
 TEST_F(HandlesTest, OpeningAConnectionClosesItFirst) {
   ConnectionHandle connection(makeFakeConnection(store_));
   for (const auto& [text, place] : {std::pair(L"a.cdb", "a.cdb"), std::pair(L"b.cdb", "b.cdb")}) {
