@@ -449,6 +449,8 @@ class Document : private BusyListener {
   BusyClock::duration waited_{};         // for other programs, in what the user did
   BusyClock::time_point askedToWait_{};  // when it was asked last
   BusyClock::time_point searchBegan_{};  // the present step
+  /// Until when other programs are waited for in what the user has not asked for; none while he has.
+  std::optional<BusyClock::time_point> unaskedWaitEnd_;
 
   std::unique_ptr<RecordHistory> history_;
   std::unique_ptr<Arranger> arranger_;

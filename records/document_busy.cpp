@@ -2,7 +2,6 @@
 #include <algorithm>
 
 #include "records/document.h"
-#include "records/parts/others_changes.h"
 
 namespace {
 
@@ -33,8 +32,8 @@ bool Document::goesOn(BusyWith busy) {
   // What is painted meanwhile does without the database.
   if (isAsked_) return true;
   const bool waits = busy == BusyWith::otherProgram;
-  // Nobody has asked for it: it gives way to everything.
-  if (othersChanges_->isShowing()) return !waits && !pages_.prompts.isInputWaiting();
+  // It gives way to everything.
+  if (unaskedWaitEnd_) return waits ? BusyClock::now() < *unaskedWaitEnd_ : !pages_.prompts.isInputWaiting();
   if (waits) {
     tellWhenOver();
     if (!mayWaitOn()) return false;

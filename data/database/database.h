@@ -11,6 +11,7 @@
 #include "base/string.h"
 #include "data/database/look_up_records.h"
 #include "data/database/record_counters.h"
+#include "data/database/record_mark.h"
 #include "data/database/saved_query.h"
 #include "data/handles/exported_records.h"
 #include "data/handles/file_state.h"
@@ -147,6 +148,12 @@ class Database {
   /// `hasOtherFields` whether the fields are others than before. The recordset stands at any record then,
   /// currentRecord is left to the caller. On failure everything is as before.
   Outcome openInPlace(const String& sql, std::uint32_t former, std::uint32_t& position, bool& hasOtherFields);
+  /// By what the record at this position (from 1) of the current recordset is found again, in any recordset
+  /// over the same table. Of what is no single table the number counts. Empty when it can't be had.
+  RecordMark markRecord(std::uint32_t position);
+  /// Where that record stands in the current recordset, in which it is looked for from `nearby` outwards; 0
+  /// when it is none of those. No record becomes current by it.
+  std::uint32_t placeOf(const RecordMark& mark, std::uint32_t nearby);
   struct FieldDescription {
     String name;
     FieldType type;
@@ -339,8 +346,9 @@ class Database {
  private:
   void rememberOthersChanges();
   std::uint32_t placeAmong(RecordsetHandle& others, std::uint32_t count, std::uint32_t position);
-  bool goToSame(RecordsetHandle& others, std::uint32_t count, std::uint32_t position);
-  std::uint32_t placeOfSame(RecordsetHandle& records, std::uint32_t former);
+  static std::uint32_t findAgain(RecordsetHandle& records, const RecordMark& mark, std::uint32_t nearby);
+  static std::uint32_t countOf(RecordsetHandle& records);
+  void takeInPlace(std::unique_ptr<RecordsetHandle> records);
   bool prepareListRows();
   Outcome returnForBytes(const RecordSnapshot& seen, std::uint32_t field);
   void dropListRows();

@@ -102,25 +102,40 @@ bool Database::reopenSameFields() {
       reopened->open(recordsetSql_.text(), connection_.get(), CursorType::keyset, SourceKind::text);
   if (!opened || !hasSameFields(*reopened)) return false;
   if (newRecordPending_ && !reopened->addNew()) return false;
-  const auto count = static_cast<std::uint32_t>(std::max(reopened->recordCount(), 0L));
-  dropListRows();
-  recordset_ = std::move(reopened);
+  const std::uint32_t count = countOf(*reopened);
+  takeInPlace(std::move(reopened));
   setRecordCount(count + (newRecordPending_ ? 1 : 0));
   return true;
 }
 
-/// What a key of another kind of recordset names may be another record.
-std::uint32_t Database::placeOfSame(RecordsetHandle& records, std::uint32_t former) {
-  if (former == 0 || former > recordCount_ || !prepareListRows() || !moveForList(former - 1)) return 0;
-  const LONG place = records.standAtRecordOf(*listRows_);
-  if (place <= 0) return 0;
-  const RecordSnapshot before = readFrom(*listRows_, former, false);
-  const RecordSnapshot now = readFrom(records, former, false);
-  if (!before.isReadable() || !now.isReadable()) return 0;
-  for (std::uint32_t field = 0; field < fieldCount_; ++field) {
-    if (!isSameBeginning(before.fields()[field].read, now.fields()[field].read)) return 0;
-  }
-  return static_cast<std::uint32_t>(place);
+std::uint32_t Database::countOf(RecordsetHandle& records) {
+  return static_cast<std::uint32_t>(std::max(records.recordCount(), 0L));
+}
+
+void Database::takeInPlace(std::unique_ptr<RecordsetHandle> records) {
+  dropListRows();
+  recordset_ = std::move(records);
+}
+
+RecordMark Database::markRecord(std::uint32_t position) {
+  RecordMark mark;
+  const bool isThere = position != 0 && position <= recordCount_ && moveForList(position - 1);
+  if (!isThere || !listRows_->bookmark(mark.key_)) mark.key_.clear();
+  return mark;
+}
+
+std::uint32_t Database::placeOf(const RecordMark& mark, std::uint32_t nearby) {
+  const std::unique_ptr<RecordsetHandle> records = recordset_->clone();
+  return records ? findAgain(*records, mark, nearby) : 0;
+}
+
+/// Leaves the record current in `records`; its place there, 0 when it is none of them.
+std::uint32_t Database::findAgain(RecordsetHandle& records, const RecordMark& mark, std::uint32_t nearby) {
+  const std::uint32_t count = countOf(records);
+  if (mark.isEmpty() || count == 0) return 0;
+  // It is looked for from the present place outwards, and stands nearby its former one.
+  records.move(static_cast<LONG>(std::clamp(nearby, 1u, count) - 1), MoveOrigin::first);
+  return records.goTo(mark.key_) ? static_cast<std::uint32_t>(std::max(records.position(), 0L)) : 0;
 }
 
 Outcome Database::openInPlace(const String& sql, std::uint32_t former, std::uint32_t& position,
@@ -129,10 +144,12 @@ Outcome Database::openInPlace(const String& sql, std::uint32_t former, std::uint
   Outcome outcome = opened->open(sql.text(), connection_.get(), CursorType::keyset, SourceKind::text);
   if (!outcome) return outcome;
   const bool isSame = hasSameFields(*opened);
-  position = isSame ? placeOfSame(*opened, former) : 0;
+  std::uint32_t found = isSame ? findAgain(*opened, markRecord(former), former) : 0;
+  // What a key of another kind of recordset names may be another record.
+  if (found != 0 && !isSameReading(readListRecord(former - 1), readFrom(*opened, found, false))) found = 0;
+  position = found;
   hasOtherFields = !isSame;
-  dropListRows();
-  recordset_ = std::move(opened);
+  takeInPlace(std::move(opened));
   recordsetSql_ = sql;
   newRecordPending_ = false;
   loadFields();

@@ -3,7 +3,6 @@
 #include <memory>
 #include <utility>
 
-#include "base/variant.h"
 #include "data/database/database.h"
 #include "data/handles/connection_handle.h"
 #include "data/handles/recordset_handle.h"
@@ -32,7 +31,7 @@ Outcome Database::reopenInPlace(std::vector<std::uint32_t>& positions, RecordSna
   if (!hasSameFields(*reopened)) {
     return Outcome::failure(String(), Outcome::Cause::structureChanged);
   }
-  const auto count = static_cast<std::uint32_t>(std::max(reopened->recordCount(), 0L));
+  const std::uint32_t count = countOf(*reopened);
   std::vector<std::uint32_t> found;
   // The first one last, so that it is current afterwards.
   for (auto each = positions.rbegin(); each != positions.rend(); ++each)
@@ -42,8 +41,7 @@ Outcome Database::reopenInPlace(std::vector<std::uint32_t>& positions, RecordSna
     present = readFrom(*reopened, found.front(), false);
     if (!present.isReadable()) return present.outcome();
   }
-  dropListRows();
-  recordset_ = std::move(reopened);
+  takeInPlace(std::move(reopened));
   setRecordCount(count);
   positions.swap(found);
   read = std::move(present);
@@ -57,25 +55,16 @@ std::uint32_t Database::placeAmong(RecordsetHandle& others, std::uint32_t count,
   if (count == 0) return 0;
   // The one behind a record that is gone has moved up into its place.
   for (std::uint32_t step = 0; step <= kMostNeighbours; ++step) {
-    if (goToSame(others, count, position + step)) return static_cast<std::uint32_t>(others.position());
+    const std::uint32_t at = position + step;
+    if (const std::uint32_t found = findAgain(others, markRecord(at), at); found != 0) return found;
   }
   for (std::uint32_t step = 1; step <= kMostNeighbours && step < position; ++step) {
-    if (goToSame(others, count, position - step)) return static_cast<std::uint32_t>(others.position());
+    const std::uint32_t at = position - step;
+    if (const std::uint32_t found = findAgain(others, markRecord(at), at); found != 0) return found;
   }
   const std::uint32_t place = std::clamp(position, 1u, count);
   others.move(static_cast<LONG>(place - 1), MoveOrigin::first);
   return place;
-}
-
-/// Makes the record current in `others` that stands at this position in the current recordset.
-bool Database::goToSame(RecordsetHandle& others, std::uint32_t count, std::uint32_t position) {
-  Variant bookmark;
-  if (position == 0 || position > recordCount_ || !moveForList(position - 1) ||
-      !listRows_->bookmark(bookmark))
-    return false;
-  // It is looked for from the present place outwards, and stands near its former one.
-  others.move(static_cast<LONG>(std::min(position, count) - 1), MoveOrigin::first);
-  return others.goTo(bookmark);
 }
 
 bool Database::isSameReading(const RecordSnapshot& one, const RecordSnapshot& other) {

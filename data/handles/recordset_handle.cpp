@@ -101,17 +101,6 @@ LONG RecordsetHandle::recordCount() {
   return recordset_ && SUCCEEDED(recordset_->get_RecordCount(&count)) ? count : -1;
 }
 
-LONG RecordsetHandle::standAtRecordOf(RecordsetHandle& other) {
-  Variant bookmark;
-  LONG position = 0;
-  if (!recordset_ || !other.recordset_ || FAILED(other.recordset_->get_Bookmark(bookmark.put())) ||
-      FAILED(recordset_->put_Bookmark(bookmark.get())) ||
-      FAILED(recordset_->get_AbsolutePosition(&position))) {
-    return 0;
-  }
-  return std::max(position, 0L);
-}
-
 Outcome RecordsetHandle::addNew() {
   const Variant none;
   return recordset_ ? outcomeOf(recordset_->AddNew(none.get(), none.get())) : noObject();

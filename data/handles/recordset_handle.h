@@ -57,9 +57,6 @@ class RecordsetHandle {
   IAdoceRecordset* get() const { return recordset_.get(); }
   /// -1 when it can't be had.
   LONG recordCount();
-  /// Makes the record current that is current in `other`, which has records of the same table, and returns
-  /// its place from 1. 0, and nothing has changed, when it is none of those here.
-  LONG standAtRecordOf(RecordsetHandle& other);
 
   Outcome addNew();
   /// Stores what was written into the current record. When the store refuses, it stays written.

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <chrono>
+#include <optional>
 #include <string>
 #include <utility>
 
@@ -51,6 +53,23 @@ class DocumentPart {
   void tellFailure(const std::wstring& what, const String& reason) const {
     document_.tellFailure(what, reason);
   }
+
+  /// What is done as long as it lives the user has not asked for: it is given up as soon as he does anything,
+  /// and where another program would have to be waited for any longer. Nothing is shown of it.
+  class Unasked {
+   public:
+    Unasked(const DocumentPart& part, std::chrono::milliseconds mostWaiting)
+        : end_(part.document_.unaskedWaitEnd_), former_(end_) {
+      end_ = Document::BusyClock::now() + mostWaiting;
+    }
+    ~Unasked() { end_ = former_; }
+    Unasked(const Unasked&) = delete;
+    Unasked& operator=(const Unasked&) = delete;
+
+   private:
+    std::optional<Document::BusyClock::time_point>& end_;
+    std::optional<Document::BusyClock::time_point> former_;
+  };
 
   // ---- What the pages show
 

@@ -3,14 +3,23 @@
 #include <windows.h>
 
 #include <algorithm>
+#include <chrono>
 #include <cwchar>
 #include <utility>
 
 #include "base/wait_cursor.h"
 
+namespace {
+
+constexpr std::chrono::milliseconds kMostWaitingForName{100};
+
+}  // namespace
+
 String LookUps::nameOf(std::uint32_t field, const String& key) const {
-  // A tooltip is asked for at any moment.
-  return document().isBusy() || !document().isRecordsetOpen() ? String() : database().lookUpName(field, key);
+  // A tooltip is asked for at any moment, and nobody waits for it.
+  if (document().isBusy() || !document().isRecordsetOpen()) return {};
+  const Unasked unasked(*this, kMostWaitingForName);
+  return database().lookUpName(field, key);
 }
 
 std::unique_ptr<LookUpRecords> LookUps::open(std::uint32_t field) const {
@@ -42,9 +51,12 @@ bool LookUps::refersElsewhere() const {
 }
 
 /// Opens the records that are wanted anew, on the form.
-void LookUps::showFormOf(std::uint32_t position) const {
+void LookUps::openOnForm() const {
   document().setViewMode(ViewMode::none);
   document().setViewMode(ViewMode::form);
+}
+
+void LookUps::showRecord(std::uint32_t position) const {
   const std::uint32_t count = openRecordCount();
   if (count == 0 || position <= 1 || !database().moveTo(std::min(position, count))) return;
   document().loadRecord();
@@ -61,8 +73,9 @@ void LookUps::goThere() {
     return;
   }
   // Behind a match stands the cursor; the user means the record that he sees.
-  CameFrom from{wanted(), shown().position(), field};
+  CameFrom from{wanted(), shown().position(), {}, field};
   if (!settleRecord()) return;
+  from.mark = database().markRecord(from.position);
   // The file may spell it otherwise than who refers to it.
   const auto isTarget = [&](std::uint32_t i) {
     return CompareStringOrdinal(tableNames()[i].text(), -1, target.table.text(), -1, TRUE) == CSTR_EQUAL;
@@ -78,7 +91,7 @@ void LookUps::goThere() {
   wanted().chooseTable(tableNames()[table]);
   reselectTable();
   pages().grid.resetColumns();
-  showFormOf(1);
+  openOnForm();
   cameFrom_.push_back(std::move(from));
   if (cameFrom_.size() > kMostCameFrom) cameFrom_.erase(cameFrom_.begin());
   if (!document().isRecordsetOpen()) return;
@@ -106,7 +119,9 @@ void LookUps::goBack() {
   }
   reselectTable();
   pages().grid.resetColumns();
-  showFormOf(from.position);
-  if (document().isRecordsetOpen() && document().viewMode() == ViewMode::form)
-    pages().form.focusField(from.field);
+  openOnForm();
+  if (!document().isRecordsetOpen()) return;
+  const std::uint32_t place = database().placeOf(from.mark, from.position);
+  showRecord(place != 0 ? place : from.position);
+  if (document().viewMode() == ViewMode::form) pages().form.focusField(from.field);
 }

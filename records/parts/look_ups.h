@@ -34,10 +34,12 @@ class LookUps : public DocumentPart {
   struct CameFrom {
     RecordSource source;
     std::uint32_t position = 0;
+    RecordMark mark;  // records may be added and deleted before it
     std::uint32_t field = 0;
   };
 
-  void showFormOf(std::uint32_t position) const;
+  void openOnForm() const;
+  void showRecord(std::uint32_t position) const;
 
   std::vector<CameFrom> cameFrom_;
 };

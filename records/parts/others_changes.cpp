@@ -1,11 +1,10 @@
 #include "records/parts/others_changes.h"
 
 #include <algorithm>
+#include <chrono>
 #include <cwchar>
 #include <utility>
 #include <vector>
-
-#include "records/raised.h"
 
 namespace {
 
@@ -34,7 +33,7 @@ int placeLeft(int index, const NameList& names) {
 
 void OthersChanges::show() {
   if (!database().isOpen() || document().isBusy()) return;
-  const Raised showing(isShowing_);
+  const Unasked unasked(*this, std::chrono::milliseconds::zero());
   if (database().othersHaveChanged()) areNamesOutdated_ = areRecordsOutdated_ = true;
   if (areNamesOutdated_) areNamesOutdated_ = !showTables() || !showQueries();
   if (areRecordsOutdated_) areRecordsOutdated_ = !showRecords();

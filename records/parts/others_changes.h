@@ -13,8 +13,6 @@ class OthersChanges : public DocumentPart {
   /// is shown anew by a later call, and so is what was not to be had now or took so long that the user went
   /// on.
   void show();
-  /// What is done now the user has not asked for.
-  bool isShowing() const { return isShowing_; }
   /// Of another file everything is new.
   void forget() { areNamesOutdated_ = areRecordsOutdated_ = false; }
 
@@ -26,5 +24,4 @@ class OthersChanges : public DocumentPart {
 
   bool areNamesOutdated_ = false;    // another program may have changed the tables and queries,
   bool areRecordsOutdated_ = false;  // and the records
-  bool isShowing_ = false;
 };

@@ -3,6 +3,7 @@
 #include "records/parts/look_ups.h"
 #include "resources/command_ids.h"
 #include "tests/automation/support/sqlite_file.h"
+#include "tests/support/exclusive_lock.h"
 #include "tests/ui/document/document_fixture.h"
 
 namespace {
@@ -155,6 +156,73 @@ TEST_F(DocumentLookUpTest, AFilterHidesNoRecordThatIsGoneToAndTheOrderComesBack)
   EXPECT_EQ(value(), L"second");
   document().movePreviousRecord();
   EXPECT_EQ(value(), L"third") << "in the order that it had";
+}
+
+TEST_F(DocumentLookUpTest, TheWayBackLeadsToTheRecordWhereverItStandsByThen) {
+  document().moveNextRecord();
+  focus(1);
+  document().lookUps().goThere();
+  automationtest::SqliteFile other(path().wstring());
+  other.run("INSERT INTO Loans (rowid, Note) VALUES (-2, 'new'), (-1, 'new'), (0, 'new')");
+  document().lookUps().goBack();
+  EXPECT_EQ(value(), L"second");
+  EXPECT_EQ(window().bar.position, L"    5 / 6");
+  document().lookUps().goThere();
+  other.run("DELETE FROM Loans WHERE Note = 'new'");
+  document().lookUps().goBack();
+  EXPECT_EQ(value(), L"second");
+  EXPECT_EQ(window().bar.position, L"    2 / 3");
+}
+
+TEST_F(DocumentLookUpTest, WhereTheRecordHasGoneTheWayBackLeadsToItsPlace) {
+  document().moveNextRecord();
+  focus(1);
+  document().lookUps().goThere();
+  automationtest::SqliteFile(path().wstring()).run("DELETE FROM Loans WHERE Note = 'second'");
+  document().lookUps().goBack();
+  EXPECT_EQ(value(), L"third");
+  EXPECT_THAT(messages(), IsEmpty());
+  document().movePreviousRecord();
+  ASSERT_EQ(value(), L"first");
+  focus(1);
+  document().lookUps().goThere();
+  EXPECT_EQ(value(), L"3");
+  automationtest::SqliteFile(path().wstring()).run("DELETE FROM Loans");
+  document().lookUps().goBack();
+  EXPECT_STREQ(document().tableName().text(), L"Loans");
+  EXPECT_EQ(window().bar.position, L"No Records");
+}
+
+TEST_F(DocumentLookUpTest, ARecordThatWasNewIsComeBackTo) {
+  theAppSettings->options().setGenUpdateRights(kNewRecordsAndDeletions);
+  document().newRecord();
+  window().form.fields[0].content = L"new";
+  window().form.fields[1].content = L"8";
+  focus(1);
+  document().lookUps().goThere();
+  EXPECT_EQ(value(), L"8");
+  automationtest::SqliteFile(path().wstring()).run("DELETE FROM Loans WHERE Note = 'first'");
+  document().lookUps().goBack();
+  EXPECT_EQ(value(), L"new");
+}
+
+TEST_F(DocumentLookUpTest, BehindAnotherProgramsLockTheNameStaysAwayAndNobodyWaits) {
+  LookUps& lookUps = document().lookUps();
+  for (const bool isKnown : {false, true}) {
+    SCOPED_TRACE(isKnown);
+    if (isKnown) {
+      EXPECT_STREQ(lookUps.nameOf(1, L"3").text(), L"Ulysses");
+    }
+    auto lock = lockExclusively(path().wstring());
+    ASSERT_TRUE(lock->isHeld());
+    const ULONGLONG begin = GetTickCount64();
+    EXPECT_STREQ(lookUps.nameOf(1, L"3").text(), L"");
+    EXPECT_LT(GetTickCount64() - begin, 2000u) << "other waits end after 5 s";
+    EXPECT_FALSE(window().prompts.isProgressShown) << "nothing is shown of it";
+    lock.reset();
+    EXPECT_STREQ(lookUps.nameOf(1, L"3").text(), L"Ulysses");
+  }
+  EXPECT_THAT(messages(), IsEmpty());
 }
 
 TEST_F(DocumentLookUpTest, SeveralStepsGoBackOneByOneAndEndWithTheFile) {
