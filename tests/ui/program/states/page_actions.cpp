@@ -7,6 +7,7 @@
 #include <string>
 
 #include "app/window/program_state.h"
+#include "records/parts/record_history.h"
 #include "resources/command_ids.h"
 #include "tests/ui/program/states/page_window.h"
 #include "tests/ui/support/dialog_script.h"
@@ -133,6 +134,21 @@ template <int kCommand, void (PageModel::*kOpen)()>
 void cancelsOf(Pages& pages) {
   cancel<kCommand>();
   (pages.model.*kOpen)();
+}
+
+/// The dialog of the search through all tables, before which what is typed is stored as before that of Find.
+void everywhereCancelled(Pages& pages) {
+  cancel<ID_FIND_EVERYWHERE>();
+  if (pages.model.page() == kForm) {
+    pages.model.openFind();
+  } else if (pages.model.isOpen()) {
+    pages.model.holdPanel(true);
+  }
+}
+
+/// What was done here can't be told from the pages alone: only that nothing is undone where nothing was done.
+void undoOfNothing(Pages&) {
+  if (!theDocument->history().hasStep(HistoryWay::back)) pagewindow::command(ID_HISTORY_UNDO);
 }
 
 template <const wchar_t* kText>
@@ -300,6 +316,14 @@ constexpr Action kActions[] = {
     {"About", cancelsWithPanel<ID_ABOUT, false>},
     {"Options cancelled", cancels<ID_OPTIONS>},
     {"Change password cancelled", cancelsWithPanel<ID_PASSWORD_CHANGE, true>},
+    {"Find in all tables cancelled", everywhereCancelled},
+    {"Filter cancelled", cancels<ID_FILTER_ALL>},
+    {"Undo of nothing", undoOfNothing},
+    {"Redo of nothing", stray<ID_HISTORY_REDO>},
+    {"Look-up without a reference", stray<ID_LOOK_UP>},
+    {"Go to its record without a reference", stray<ID_GO_TO_LOOKED_UP>},
+    {"Back from nowhere", stray<ID_GO_BACK>},
+    {"Show all that are shown", stray<ID_ARRANGEMENT_CLEAR>},
     {"Copy", stray<ID_COPY>},
     {"Large Icons", stray<ID_VIEW_LARGE_ICONS>},
     {"Small Icons", stray<ID_VIEW_SMALL_ICONS>},
