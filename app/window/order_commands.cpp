@@ -12,6 +12,7 @@
 #include "dialogs/small/ask_text.h"
 #include "owners/handles.h"
 #include "platform/pocketshell/aygshell.h"
+#include "platform/pocketshell/handheld_windows.h"
 #include "records/parts/arranger.h"
 
 namespace {
@@ -55,8 +56,7 @@ void append(HMENU menu, Choice choice, const std::wstring& text, bool isOffered,
 }
 
 UINT choiceOf(const UniqueMenu& menu, POINT where) {
-  return static_cast<UINT>(
-      TrackPopupMenuEx(menu.get(), TPM_RETURNCMD, where.x, where.y, mainWindow, nullptr));
+  return HandheldChooseFromMenu(menu.get(), where, mainWindow);
 }
 
 bool canArrange() {

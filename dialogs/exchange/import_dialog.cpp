@@ -50,7 +50,7 @@ std::wstring columnText(const ImportColumn& column) {
   if (std::wcscmp(column.source.text(), column.target.text()) != 0 && !column.target.isEmpty()) {
     text += std::wstring(L" \u2192 ") + column.target.text();
   }
-  // The list has its own use for it.
+  // It parts the columns of the list.
   std::replace(text.begin(), text.end(), L'\t', L' ');
   text += L'\t';
   text += column.target.isEmpty() ? kLeftOut : column.type.text();
@@ -117,8 +117,6 @@ void ImportDialog::fillLists() {
   fillChoices(control(IDC_IMPORT_DELIMITER), kDelimiters);
   combobox::fitHeight(control(IDC_IMPORT_TYPE));
   listview::setExtendedStyle(control(IDC_IMPORT_PREVIEW), LVS_EX_FULLROWSELECT);
-  int tabStop = 100;  // in dialog units
-  SendMessageW(control(IDC_IMPORT_COLUMNS), LB_SETTABSTOPS, 1, reinterpret_cast<LPARAM>(&tabStop));
 }
 
 /// What the controls show holds afterwards. False, and the user was told why, when the file can't go into the

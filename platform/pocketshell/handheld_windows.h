@@ -82,6 +82,14 @@ AYGSHELL_API BOOL HandheldSetButtonTips(HWND toolbar, UINT count, const wchar_t*
 /// copied and lasts as long as the window. False when there is no such window.
 AYGSHELL_API BOOL HandheldNameControl(HWND control, LONG child, const wchar_t* name);
 
+/// For a message box of the system, on its WM_INITDIALOG or right after it: its texts then show letters that
+/// its font lacks, and the box grows where these need more room.
+AYGSHELL_API void HandheldShowBoxLetters(HWND box);
+
+/// As TrackPopupMenuEx with TPM_RETURNCMD: the command of the item that is chosen, 0 when none is. Items with
+/// letters that the font of menus lacks show them. `owner` is a window of this thread.
+AYGSHELL_API UINT HandheldChooseFromMenu(HMENU menu, POINT where, HWND owner);
+
 /// In per cent, 100 to 400.
 AYGSHELL_API int HandheldGetZoom();
 /// Lays everything out at the new zoom and remembers it; 0 is the monitor's own, which is also used as

@@ -7,6 +7,8 @@
 
 #include "gtest/gtest.h"
 #include "owners/handles.h"
+#include "platform/pocketshell/handheld_windows.h"
+#include "platform/pocketshell/menu/menu_letters.h"
 #include "platform/pocketshell/text/dialog_lists.h"
 #include "platform/pocketshell/text/text_line.h"
 #include "platform/pocketshell/zoom/present_zoom.h"
@@ -235,6 +237,102 @@ TEST_F(LettersTest, static_texts_show_them) {
   });
 }
 
+TEST_F(LettersTest, every_line_of_a_static_text_shows_them) {
+  const HWND label = makeControl(WC_STATICW, 0);
+  expectLetters([&](const wchar_t* text) {
+    SetWindowTextW(label, (std::wstring(L"\u05D0\n") + text).c_str());
+    return pictureOf(label);
+  });
+  // A word that has no room in the first line is in the second.
+  const std::wstring half = L"\u05D0\u05D1\u05D2\u05D3\u05D4\u05D5\u05D6\u05D7\u05D8\u05D9\u05DA\u05DB";
+  SetWindowTextW(label, (half + L" " + half).c_str());
+  const Pixels broken = pictureOf(label);
+  SetWindowTextW(label, (half + L"\n" + half).c_str());
+  EXPECT_TRUE(broken == pictureOf(label));
+}
+
+TEST_F(LettersTest, texts_of_check_boxes_and_radio_buttons_show_them) {
+  for (const DWORD type : {BS_AUTOCHECKBOX, BS_AUTORADIOBUTTON}) {
+    SCOPED_TRACE(type);
+    const HWND box = makeControl(WC_BUTTONW, type);
+    expectLetters([&](const wchar_t* text) {
+      SetWindowTextW(box, text);
+      return pictureOf(box);
+    });
+    DestroyWindow(box);
+  }
+}
+
+TEST_F(LettersTest, items_of_menus_show_them) {
+  for (const UINT state : {0U, static_cast<UINT>(ODS_SELECTED), static_cast<UINT>(ODS_CHECKED)}) {
+    SCOPED_TRACE(state);
+    expectLetters([&](const wchar_t* text) {
+      const DrawnPicture picture(kWidth, kHeight);
+      DRAWITEMSTRUCT item{};
+      item.CtlType = ODT_MENU;
+      item.itemState = state;
+      item.hDC = picture.dc();
+      item.rcItem = {0, 0, kWidth, kHeight};
+      drawMenuItem(item, text);
+      return picture.pixels();
+    });
+  }
+}
+
+TEST_F(LettersTest, a_chosen_label_under_its_icon_is_drawn_nowhere_else) {
+  const HWND list = makeControl(WC_LISTVIEWW, LVS_ICON | LVS_SINGLESEL | LVS_SHOWSELALWAYS);
+  addItem(list);
+  setItem(list, 0, L"\u05E1\u05E4\u05E8\u05D9\u05DD");
+  SetFocus(list);
+  LVITEMW chosen{};
+  chosen.state = chosen.stateMask = LVIS_SELECTED | LVIS_FOCUSED;
+  SendMessageW(list, LVM_SETITEMSTATE, 0, reinterpret_cast<LPARAM>(&chosen));
+  const Pixels pixels = pictureOf(list);
+  RECT icon = {LVIR_ICON, 0, 0, 0};
+  RECT label = {LVIR_LABEL, 0, 0, 0};
+  SendMessageW(list, LVM_GETITEMRECT, 0, reinterpret_cast<LPARAM>(&icon));
+  SendMessageW(list, LVM_GETITEMRECT, 0, reinterpret_cast<LPARAM>(&label));
+  int inside = 0;
+  for (int y = 0; y < kHeight; ++y) {
+    for (int x = 0; x < kWidth; ++x) {
+      const bool isDrawn =
+          (pixels[static_cast<std::size_t>(y) * kWidth + static_cast<std::size_t>(x)] & 0xFFFFFF) != 0xFFFFFF;
+      const bool isPlace = PtInRect(&icon, {x, y}) || PtInRect(&label, {x, y});
+      if (isPlace) inside += isDrawn ? 1 : 0;
+      EXPECT_FALSE(isDrawn && !isPlace) << x << ", " << y;
+    }
+  }
+  EXPECT_GT(inside, 100);
+}
+
+TEST_F(LettersTest, a_box_grows_by_what_the_letters_need_more) {
+  const HWND text = CreateWindowExW(0, WC_STATICW, L"", WS_CHILD | WS_VISIBLE, 10, 10, 60, 14, top(), nullptr,
+                                    GetModuleHandleW(nullptr), nullptr);
+  const HWND button = CreateWindowExW(0, WC_BUTTONW, L"OK", WS_CHILD | WS_VISIBLE, 10, 30, 60, 20, top(),
+                                      nullptr, GetModuleHandleW(nullptr), nullptr);
+  const auto placeOf = [this](HWND window) {
+    RECT place{};
+    GetWindowRect(window, &place);
+    MapWindowPoints(nullptr, top(), reinterpret_cast<POINT*>(&place), 2);
+    return place;
+  };
+  RECT before{};
+  GetWindowRect(top(), &before);
+  SetWindowTextW(text, L"Any plain text that is much wider than its place");
+  HandheldShowBoxLetters(top());
+  EXPECT_EQ(placeOf(button).top, 30) << "texts without such letters stay as the system has laid them out";
+  SetWindowTextW(text,
+                 L"\u05D0\u05D1\u05D2\u05D3\u05D4\u05D5\u05D6 \u05D0\u05D1\u05D2\u05D3\u05D4\u05D5\u05D6");
+  HandheldShowBoxLetters(top());
+  RECT after{};
+  GetWindowRect(top(), &after);
+  const LONG grown = (after.bottom - after.top) - (before.bottom - before.top);
+  EXPECT_GT(grown, 0);
+  EXPECT_EQ(placeOf(text).bottom - placeOf(text).top, 14 + grown);
+  EXPECT_EQ(placeOf(button).top, 30 + grown);
+  EXPECT_EQ(placeOf(button).bottom - placeOf(button).top, 20);
+}
+
 /// Of a box of the test's window, which draws its entries as a dialog does.
 class ListEntriesTest : public LettersTest {
  protected:
@@ -270,6 +368,19 @@ TEST_F(ListEntriesTest, of_a_list_box_show_them) {
     SendMessageW(box, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(text));
     return drawnEntry(ODT_LISTBOX, box, 0, 0);
   });
+}
+
+TEST_F(ListEntriesTest, of_two_columns_show_them_in_both) {
+  const HWND box = makeControl(WC_LISTBOXW, LBS_OWNERDRAWFIXED | LBS_HASSTRINGS);
+  for (const bool isSecond : {false, true}) {
+    SCOPED_TRACE(isSecond);
+    expectLetters([&](const wchar_t* text) {
+      SendMessageW(box, LB_RESETCONTENT, 0, 0);
+      const std::wstring entry = isSecond ? std::wstring(L"x\t") + text : std::wstring(text) + L"\tx";
+      SendMessageW(box, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(entry.c_str()));
+      return drawnEntry(ODT_LISTBOX, box, 0, 0);
+    });
+  }
 }
 
 TEST_F(ListEntriesTest, are_marked_and_an_empty_box_has_none) {

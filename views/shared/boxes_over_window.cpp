@@ -4,6 +4,8 @@
 #include <iterator>
 #include <string_view>
 
+#include "platform/pocketshell/handheld_windows.h"
+
 namespace {
 
 /// Belongs to the user interface's thread, as everything here.
@@ -35,6 +37,7 @@ LRESULT CALLBACK messageAnswered(int code, WPARAM wParam, LPARAM lParam) {
     const auto& message = *reinterpret_cast<const CWPRETSTRUCT*>(lParam);
     if (message.message == WM_INITDIALOG && isDialog(message.hwnd)) {
       const HWND owner = GetWindow(message.hwnd, GW_OWNER);
+      HandheldShowBoxLetters(message.hwnd);
       standOver(message.hwnd, owner ? owner : windowBelow);
     }
   }

@@ -39,12 +39,9 @@ bool isDrawnBy(UINT message) {
 
 }  // namespace
 
-void CheckBoxDrawing::drawText() {
-  if (!hasBox(window()) || !IsWindowVisible(window())) return;
-  const std::wstring text = withoutAccessMarks(windowText(window()));
-  const UniqueWindowDc context(window());
-  const HDC dc = context.dc();
+void CheckBoxDrawing::drawText(HDC dc) {
   if (!dc) return;
+  const std::wstring text = withoutAccessMarks(windowText(window()));
   const ControlFont font(dc, window());
   if (!needsOtherFonts(dc, text)) return;
   RECT area{};
@@ -65,7 +62,12 @@ void CheckBoxDrawing::drawText() {
 
 LRESULT CheckBoxDrawing::answer(UINT message, WPARAM wParam, LPARAM lParam) {
   const LRESULT answered = passOn(message, wParam, lParam);
-  if (isDrawnBy(message)) drawText();
+  if (!hasBox(window())) return answered;
+  if (message == WM_PRINTCLIENT) {
+    drawText(reinterpret_cast<HDC>(wParam));
+  } else if (isDrawnBy(message) && IsWindowVisible(window())) {
+    drawText(UniqueWindowDc(window()).dc());
+  }
   return answered;
 }
 

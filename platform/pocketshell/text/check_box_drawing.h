@@ -14,7 +14,7 @@ class CheckBoxDrawing : public WindowLayer<CheckBoxDrawing> {
   LRESULT answer(UINT message, WPARAM wParam, LPARAM lParam);
 
  private:
-  void drawText();
+  void drawText(HDC dc);
 };
 
 }  // namespace pocketshell

@@ -39,24 +39,40 @@ std::wstring entryText(const DRAWITEMSTRUCT& item) {
   return text;
 }
 
+void drawText(HDC dc, const std::wstring& text, const RECT& line) {
+  if (needsOtherFonts(dc, text)) {
+    drawTextLine(dc, text, line, LinePlace::left);
+    return;
+  }
+  const auto top = static_cast<int>(line.top + (line.bottom - line.top - lineHeight(dc)) / 2);
+  ExtTextOutW(dc, static_cast<int>(line.left), top, ETO_CLIPPED, &line, text.c_str(),
+              static_cast<UINT>(text.size()), nullptr);
+}
+
+/// In one column, or where there is a tab in two.
+void drawColumns(HDC dc, const std::wstring& text, const RECT& area) {
+  const std::size_t tab = text.find(L'\t');
+  RECT line = {area.left + 1, area.top, area.right, area.bottom};
+  if (tab == std::wstring::npos) {
+    drawText(dc, text, line);
+    return;
+  }
+  const LONG second = area.left + (area.right - area.left) * 2 / 3;
+  line.right = second - 1;
+  drawText(dc, text.substr(0, tab), line);
+  drawText(dc, text.substr(tab + 1), {second, area.top, area.right, area.bottom});
+}
+
 void draw(const DRAWITEMSTRUCT& item) {
   const HDC dc = item.hDC;
   const bool chosen = (item.itemState & ODS_SELECTED) != 0;
   const bool disabled = (item.itemState & ODS_DISABLED) != 0;
   fillArea(dc, item.rcItem, GetSysColor(chosen ? COLOR_HIGHLIGHT : COLOR_WINDOW));
   if (item.itemID != kFieldOfCombo) {
-    const std::wstring text = entryText(item);
     const ControlFont font(dc, item.hwndItem);
     const int ownColor = chosen ? COLOR_HIGHLIGHTTEXT : COLOR_WINDOWTEXT;
     const TextColor color(dc, GetSysColor(disabled ? COLOR_GRAYTEXT : ownColor));
-    const RECT line = {item.rcItem.left + 1, item.rcItem.top, item.rcItem.right, item.rcItem.bottom};
-    if (needsOtherFonts(dc, text)) {
-      drawTextLine(dc, text, line, LinePlace::left);
-    } else {
-      const auto top = static_cast<int>(line.top + (line.bottom - line.top - lineHeight(dc)) / 2);
-      ExtTextOutW(dc, static_cast<int>(line.left), top, ETO_CLIPPED, &line, text.c_str(),
-                  static_cast<UINT>(text.size()), nullptr);
-    }
+    drawColumns(dc, entryText(item), item.rcItem);
   }
   if ((item.itemState & ODS_FOCUS) != 0 && (item.itemState & ODS_NOFOCUSRECT) == 0) {
     DrawFocusRect(dc, &item.rcItem);

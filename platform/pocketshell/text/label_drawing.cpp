@@ -5,7 +5,7 @@
 
 #include "owners/handles.h"
 #include "platform/pocketshell/text/control_text.h"
-#include "platform/pocketshell/text/text_line.h"
+#include "platform/pocketshell/text/text_lines.h"
 
 namespace pocketshell {
 
@@ -47,11 +47,15 @@ void LabelDrawing::drawInto(HDC dc) {
   FillRect(dc, &client, brush ? brush : GetSysColorBrush(COLOR_BTNFACE));
   TEXTMETRICW metrics{};
   GetTextMetricsW(dc, &metrics);
-  RECT line = client;
-  line.bottom = std::min(line.bottom, line.top + metrics.tmHeight);
-  const bool centred = (GetWindowLongPtrW(window(), GWL_STYLE) & SS_TYPEMASK) == SS_CENTER;
+  const LONG_PTR type = GetWindowLongPtrW(window(), GWL_STYLE) & SS_TYPEMASK;
+  const LinePlace where = type == SS_CENTER ? LinePlace::centre : LinePlace::left;
   if (!IsWindowEnabled(window())) SetTextColor(dc, GetSysColor(COLOR_GRAYTEXT));
-  drawTextLine(dc, shownText(window()), line, centred ? LinePlace::centre : LinePlace::left);
+  if ((type == SS_LEFT || type == SS_CENTER) && client.bottom >= 2 * metrics.tmHeight) {
+    drawTextLines(dc, shownText(window()), client, where);
+    return;
+  }
+  client.bottom = std::min(client.bottom, client.top + metrics.tmHeight);
+  drawTextLine(dc, shownText(window()), client, where);
 }
 
 /// False when the control draws by itself. Whoever wants a picture sends the context to draw into.

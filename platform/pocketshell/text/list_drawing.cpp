@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "platform/pocketshell/text/control_text.h"
 #include "platform/pocketshell/text/header_drawing.h"
@@ -91,7 +92,6 @@ bool labelNeedsOtherFonts(const NMLVCUSTOMDRAW& state) {
   return needsOtherFonts(state.nmcd.hdc, cellText(list, static_cast<int>(state.nmcd.dwItemSpec), 0));
 }
 
-/// Over what the list has drawn there.
 void drawLabel(const NMLVCUSTOMDRAW& state) {
   const HWND list = state.nmcd.hdr.hwndFrom;
   const HDC dc = state.nmcd.hdc;
@@ -116,31 +116,52 @@ void drawLabel(const NMLVCUSTOMDRAW& state) {
   if (hasFocus) DrawFocusRect(dc, &label);
 }
 
-/// What is added to the answer of whoever else draws.
-LRESULT answerToList(const NMLVCUSTOMDRAW& state) {
-  const bool report = isReport(state.nmcd.hdr.hwndFrom);
-  switch (state.nmcd.dwDrawStage) {
-    case CDDS_PREPAINT:
-      return CDRF_NOTIFYITEMDRAW;
-    case CDDS_ITEMPREPAINT:
-      if (report) return CDRF_NOTIFYSUBITEMDRAW;
-      return labelNeedsOtherFonts(state) ? CDRF_NOTIFYPOSTPAINT : CDRF_DODEFAULT;
-    case CDDS_ITEMPREPAINT | CDDS_SUBITEM:
-      return drawCell(state) ? CDRF_SKIPDEFAULT : CDRF_DODEFAULT;
-    case CDDS_ITEMPOSTPAINT:
-      if (!report && labelNeedsOtherFonts(state)) drawLabel(state);
-      return CDRF_DODEFAULT;
-    default:
-      return CDRF_DODEFAULT;
-  }
-}
-
 bool isDrawing(UINT message, LPARAM lParam) {
   return message == WM_NOTIFY && lParam != 0 &&
          reinterpret_cast<const NMHDR*>(lParam)->code == static_cast<UINT>(NM_CUSTOMDRAW);
 }
 
 }  // namespace
+
+/// Some systems' lists draw the boxes for missing letters beyond the place of the label, where nobody would
+/// draw over them, nor take them away again.
+void ListDrawing::beginLabel(const NMLVCUSTOMDRAW& state) {
+  RECT icon{};
+  icon.left = LVIR_ICON;
+  if (!SendMessageW(state.nmcd.hdr.hwndFrom, LVM_GETITEMRECT, static_cast<WPARAM>(state.nmcd.dwItemSpec),
+                    reinterpret_cast<LPARAM>(&icon))) {
+    return;
+  }
+  beforeLabel_ = SaveDC(state.nmcd.hdc);
+  IntersectClipRect(state.nmcd.hdc, static_cast<int>(icon.left), static_cast<int>(icon.top),
+                    static_cast<int>(icon.right), static_cast<int>(icon.bottom));
+}
+
+void ListDrawing::endLabel(const NMLVCUSTOMDRAW& state) {
+  if (const int saved = std::exchange(beforeLabel_, 0)) RestoreDC(state.nmcd.hdc, saved);
+  drawLabel(state);
+}
+
+/// What is added to the answer of whoever else draws.
+LRESULT ListDrawing::answerToList(const NMLVCUSTOMDRAW& state) {
+  const bool report = isReport(state.nmcd.hdr.hwndFrom);
+  switch (state.nmcd.dwDrawStage) {
+    case CDDS_PREPAINT:
+      return CDRF_NOTIFYITEMDRAW;
+    case CDDS_ITEMPREPAINT:
+      if (report) return CDRF_NOTIFYSUBITEMDRAW;
+      if (!labelNeedsOtherFonts(state)) return CDRF_DODEFAULT;
+      beginLabel(state);
+      return CDRF_NOTIFYPOSTPAINT;
+    case CDDS_ITEMPREPAINT | CDDS_SUBITEM:
+      return drawCell(state) ? CDRF_SKIPDEFAULT : CDRF_DODEFAULT;
+    case CDDS_ITEMPOSTPAINT:
+      if (!report && labelNeedsOtherFonts(state)) endLabel(state);
+      return CDRF_DODEFAULT;
+    default:
+      return CDRF_DODEFAULT;
+  }
+}
 
 LRESULT ListDrawing::answer(UINT message, WPARAM wParam, LPARAM lParam) {
   const LRESULT others = passOn(message, wParam, lParam);

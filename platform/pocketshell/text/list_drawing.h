@@ -16,6 +16,14 @@ class ListDrawing : public WindowLayer<ListDrawing> {
   explicit ListDrawing(HWND parent) : WindowLayer(parent) {}
 
   LRESULT answer(UINT message, WPARAM wParam, LPARAM lParam);
+
+ private:
+  /// From before a label is drawn by the list, 0 at other times.
+  int beforeLabel_ = 0;
+
+  LRESULT answerToList(const NMLVCUSTOMDRAW& state);
+  void beginLabel(const NMLVCUSTOMDRAW& state);
+  void endLabel(const NMLVCUSTOMDRAW& state);
 };
 
 /// Cells, labels and the titles of the columns of a list view that has just been made.

@@ -49,7 +49,7 @@ RECT areaOfItems(HWND list) {
 }  // namespace
 
 bool ListFocus::needsFrame() const {
-  return GetFocus() == window() &&
+  return GetFocus() == window() && SendMessageW(window(), LVM_GETSELECTEDCOUNT, 0, 0) == 0 &&
          SendMessageW(window(), LVM_GETNEXTITEM, static_cast<WPARAM>(-1), LVNI_FOCUSED) == -1;
 }
 
