@@ -381,6 +381,19 @@ TEST_F(ListEntriesTest, of_two_columns_show_them_in_both) {
       return drawnEntry(ODT_LISTBOX, box, 0, 0);
     });
   }
+  // However long the first is, the second stands where it stands.
+  const auto rightThird = [&](const wchar_t* entry) {
+    SendMessageW(box, LB_RESETCONTENT, 0, 0);
+    SendMessageW(box, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(entry));
+    const Pixels whole = drawnEntry(ODT_LISTBOX, box, 0, 0);
+    Pixels part;
+    for (std::size_t i = 0; i < whole.size(); ++i) {
+      if (i % kWidth >= kWidth * 2 / 3) part.push_back(whole[i]);
+    }
+    return part;
+  };
+  EXPECT_TRUE(rightThird(L"x\ty") == rightThird(L"a name that is far too long for its column\ty"));
+  EXPECT_TRUE(rightThird(L"x\ty") != rightThird(L"x\tz"));
 }
 
 TEST_F(ListEntriesTest, are_marked_and_an_empty_box_has_none) {

@@ -32,8 +32,8 @@ class KeyboardWalkTest : public UiTest {
         SettingsStore::writeDword(SettingsStore::kOptions, L"GenUpdateRights", kNewRecordsAndDeletions));
     makeDatabase(
         file("a.cdb"),
-        {L"CREATE TABLE 'Authors' (AuthorID Varchar (9) PRIMARY KEY, Name Text)",
-         L"INSERT INTO Authors VALUES ('a', 'Ada'), ('b', 'Bo')",
+        {L"CREATE TABLE 'Authors' (AuthorID Varchar (9) PRIMARY KEY, '\u05E9\u05DD' Text)",
+         L"INSERT INTO Authors VALUES ('a', 'Zoe'), ('b', 'Bo')",
          L"CREATE TABLE 'Books' (Title Text, AuthorID Varchar (9) REFERENCES Authors (AuthorID), Lent Bit, "
          L"Bought Datetime, Picture Image, Pages Integer)",
          (L"INSERT INTO Books VALUES ('One', 'a', 1, '2001-03-09', x'" +
@@ -188,6 +188,25 @@ TEST_F(KeyboardWalkTest, WhatAFieldOpens) {
   const HWND bytes = user().dialog(L"Picture");
   expectReadsByTab(bytes);
   user().leave(bytes);
+}
+
+/// Its letters are not in the font of menus.
+TEST_F(KeyboardWalkTest, AColumnByTheFirstLetterOfItsName) {
+  user().pickItem(0);
+  user().showPage(OpenedDatabase::kListPage);
+  const HWND grid = remote::recordGrid(main());
+  ASSERT_TRUE(remote::waitUntil([=] { return remote::itemText(grid, 0, 1) == L"Zoe"; }));
+  const DWORD process = remote::processOf(main());
+  PostMessageW(main(), WM_COMMAND, ID_ORDER_COLUMN, 0);
+  ASSERT_TRUE(remote::waitUntil([=] { return remote::popups(process).size() == 1; }));
+  const HWND columns = remote::popups(process).front();
+  userinput::type(L"\u05E9");
+  ASSERT_TRUE(remote::waitUntil([=] {
+    const std::vector<HWND> open = remote::popups(process);
+    return open.size() == 1 && open.front() != columns;
+  })) << "no menu of the column opens";
+  userinput::press('A');
+  EXPECT_TRUE(remote::waitUntil([=] { return remote::itemText(grid, 0, 1) == L"Bo"; }));
 }
 
 /// A field of numbers tells the Tab key that it takes numbers only, and then lets it go on.
