@@ -86,6 +86,9 @@ AYGSHELL_API BOOL HandheldNameControl(HWND control, LONG child, const wchar_t* n
 /// its font lacks, and the box grows where these need more room.
 AYGSHELL_API void HandheldShowBoxLetters(HWND box);
 
+/// For a tooltip control that has just been made: it then shows letters that its font lacks.
+AYGSHELL_API void HandheldShowTipLetters(HWND tip);
+
 /// As TrackPopupMenuEx with TPM_RETURNCMD: the command of the item that is chosen, 0 when none is. Items with
 /// letters that the font of menus lacks show them. `owner` is a window of this thread.
 AYGSHELL_API UINT HandheldChooseFromMenu(HMENU menu, POINT where, HWND owner);

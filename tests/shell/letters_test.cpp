@@ -305,6 +305,38 @@ TEST_F(LettersTest, a_chosen_label_under_its_icon_is_drawn_nowhere_else) {
   EXPECT_GT(inside, 100);
 }
 
+TEST_F(LettersTest, tooltips_show_them_and_are_as_large) {
+  const UniqueWindow tip(CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr, WS_POPUP | TTS_NOPREFIX, 0,
+                                         0, 0, 0, top(), nullptr, GetModuleHandleW(nullptr), nullptr));
+  HandheldShowTipLetters(tip.get());
+  TTTOOLINFOW tool{};
+  tool.cbSize = TTTOOLINFOW_V1_SIZE;
+  tool.uFlags = TTF_TRACK;
+  tool.hwnd = top();
+  tool.lpszText = const_cast<wchar_t*>(L"x");
+  SendMessageW(tip.get(), TTM_ADDTOOLW, 0, reinterpret_cast<LPARAM>(&tool));
+  const auto say = [&](const wchar_t* text) {
+    SendMessageW(tip.get(), TTM_TRACKACTIVATE, FALSE, reinterpret_cast<LPARAM>(&tool));
+    tool.lpszText = const_cast<wchar_t*>(text);
+    SendMessageW(tip.get(), TTM_UPDATETIPTEXTW, 0, reinterpret_cast<LPARAM>(&tool));
+    SendMessageW(tip.get(), TTM_TRACKACTIVATE, TRUE, reinterpret_cast<LPARAM>(&tool));
+    RECT client{};
+    GetClientRect(tip.get(), &client);
+    return SIZE{client.right, client.bottom};
+  };
+  expectLetters([&](const wchar_t* text) {
+    say(text);
+    return pictureOf(tip.get());
+  });
+  const SIZE one = say(L"\u05D0\u05D1\u05D2");
+  const SIZE two = say(L"\u05D0\u05D1\u05D2\n\u05D0\u05D1\u05D2");
+  const SIZE wide = say(L"\u05D0\u05D1\u05D2\u05D0\u05D1\u05D2");
+  EXPECT_EQ(two.cx, one.cx);
+  EXPECT_GT(two.cy, one.cy);
+  EXPECT_EQ(wide.cy, one.cy);
+  EXPECT_GT(wide.cx, one.cx);
+}
+
 TEST_F(LettersTest, a_box_grows_by_what_the_letters_need_more) {
   const HWND text = CreateWindowExW(0, WC_STATICW, L"", WS_CHILD | WS_VISIBLE, 10, 10, 60, 14, top(), nullptr,
                                     GetModuleHandleW(nullptr), nullptr);

@@ -3,12 +3,14 @@
 #include <utility>
 
 #include "base/showable_text.h"
+#include "platform/pocketshell/handheld_windows.h"
 
 void ControlTip::create(HWND control) {
   window_.reset(CreateWindowExW(
       WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr, WS_POPUP | TTS_NOPREFIX | TTS_ALWAYSTIP, CW_USEDEFAULT,
       CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, control, nullptr, GetModuleHandleW(nullptr), nullptr));
   if (!window_) return;
+  HandheldShowTipLetters(window_.get());
   TTTOOLINFOW tool{};
   tool.cbSize = TTTOOLINFOW_V1_SIZE;
   tool.uFlags = TTF_IDISHWND | TTF_SUBCLASS;

@@ -50,6 +50,13 @@ int lineHeight(HDC dc) {
 
 }  // namespace
 
+int textLinesWidth(HDC dc, std::wstring_view text) {
+  int width = 0;
+  for (const std::wstring_view line : linesOf(dc, text, INT_MAX))
+    width = std::max(width, textLineWidth(dc, line));
+  return width;
+}
+
 int textLinesHeight(HDC dc, std::wstring_view text, int width) {
   return static_cast<int>(linesOf(dc, text, width).size()) * lineHeight(dc);
 }

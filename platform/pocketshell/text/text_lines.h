@@ -9,6 +9,9 @@
 /// Texts of several lines with letters of every script, broken at blanks where a line would be too wide.
 namespace pocketshell {
 
+/// How wide the widest of the lines is that the text itself ends.
+int textLinesWidth(HDC dc, std::wstring_view text);
+
 /// How high drawTextLines draws the whole text in so much width.
 int textLinesHeight(HDC dc, std::wstring_view text, int width);
 
