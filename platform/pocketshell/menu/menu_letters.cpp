@@ -1,8 +1,8 @@
 #include "platform/pocketshell/menu/menu_letters.h"
 
 #include <cwctype>
-#include <optional>
 #include <utility>
+#include <vector>
 
 #include "owners/handles.h"
 #include "platform/pocketshell/handheld_windows.h"
@@ -146,12 +146,20 @@ bool MenuLetters::measure(MEASUREITEMSTRUCT& item) const {
 }
 
 LRESULT MenuLetters::itemOfKey(wchar_t key) const {
-  std::optional<UINT> found;
-  for (const auto& [place, text] : texts_) {
+  std::vector<UINT> found;
+  std::size_t next = 0;
+  const int count = GetMenuItemCount(menu_);
+  for (int i = 0; i < count; ++i) {
+    const auto place = static_cast<UINT>(i);
+    const std::wstring* const drawn = textAt(place);
+    const std::wstring text = drawn ? *drawn : itemText(menu_, place);
     const bool isKey = std::towupper(keyOf(text)) == std::towupper(key);
-    if (isKey && (!found || place < *found)) found = place;
+    if (isKey) found.push_back(place);
+    if ((GetMenuState(menu_, place, MF_BYPOSITION) & MF_HILITE) != 0) next = found.size();
   }
-  return found ? MAKELRESULT(*found, MNC_EXECUTE) : 0;
+  if (found.empty()) return 0;
+  if (found.size() == 1) return MAKELRESULT(found.front(), MNC_EXECUTE);
+  return MAKELRESULT(found[next % found.size()], MNC_SELECT);
 }
 
 LRESULT MenuLetters::answer(UINT message, WPARAM wParam, LPARAM lParam) {

@@ -31,7 +31,8 @@ class MenuLetters : public WindowLayer<MenuLetters> {
   void takeOver(HMENU menu);
   const std::wstring* textAt(ULONG_PTR itemData) const;
   bool measure(MEASUREITEMSTRUCT& item) const;
-  /// The item that a key stands for, in the way WM_MENUCHAR is answered; 0 for none.
+  /// The item that a key stands for, or of several the next one, in the way WM_MENUCHAR is answered; 0 for
+  /// none. The system asks for a key that no item has a mark for.
   LRESULT itemOfKey(wchar_t key) const;
 };
 

@@ -190,23 +190,29 @@ TEST_F(KeyboardWalkTest, WhatAFieldOpens) {
   user().leave(bytes);
 }
 
-/// Its letters are not in the font of menus.
+/// Whether its letters are in the font of menus or not.
 TEST_F(KeyboardWalkTest, AColumnByTheFirstLetterOfItsName) {
   user().pickItem(0);
   user().showPage(OpenedDatabase::kListPage);
   const HWND grid = remote::recordGrid(main());
   ASSERT_TRUE(remote::waitUntil([=] { return remote::itemText(grid, 0, 1) == L"Zoe"; }));
   const DWORD process = remote::processOf(main());
-  PostMessageW(main(), WM_COMMAND, ID_ORDER_COLUMN, 0);
-  ASSERT_TRUE(remote::waitUntil([=] { return remote::popups(process).size() == 1; }));
-  const HWND columns = remote::popups(process).front();
-  userinput::type(L"\u05E9");
-  ASSERT_TRUE(remote::waitUntil([=] {
-    const std::vector<HWND> open = remote::popups(process);
-    return open.size() == 1 && open.front() != columns;
-  })) << "no menu of the column opens";
-  userinput::press('A');
+  const auto order = [&](const wchar_t* letter, WORD direction) {
+    PostMessageW(main(), WM_COMMAND, ID_ORDER_COLUMN, 0);
+    ASSERT_TRUE(remote::waitUntil([=] { return remote::popups(process).size() == 1; }));
+    const HWND columns = remote::popups(process).front();
+    userinput::type(letter);
+    ASSERT_TRUE(remote::waitUntil([=] {
+      const std::vector<HWND> open = remote::popups(process);
+      return open.size() == 1 && open.front() != columns;
+    })) << "no menu of the column opens";
+    userinput::press(direction);
+    ASSERT_TRUE(remote::waitUntil([=] { return remote::popups(process).empty(); }));
+  };
+  order(L"\u05E9", 'A');
   EXPECT_TRUE(remote::waitUntil([=] { return remote::itemText(grid, 0, 1) == L"Bo"; }));
+  order(L"a", 'A');
+  EXPECT_TRUE(remote::waitUntil([=] { return remote::itemText(grid, 0, 1) == L"Zoe"; }));
 }
 
 /// A field of numbers tells the Tab key that it takes numbers only, and then lets it go on.
