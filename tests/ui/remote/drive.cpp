@@ -113,7 +113,8 @@ std::wstring withoutLeadingBlanks(const std::wstring& text) {
 
 int waitText(HWND main, const Arguments& arguments) {
   const bool shown = remote::waitUntil([&] {
-    const HWND control = remote::control(main, arguments.number);
+    HWND control = remote::control(remote::frontWindow(main), arguments.number);
+    if (!control) control = remote::control(main, arguments.number);
     return control != nullptr && withoutLeadingBlanks(remote::text(control)) == arguments.texts[1];
   });
   return shown ? 0 : fail("the control does not show the text");
@@ -164,6 +165,25 @@ int openDesktopMenu(HWND main, const Arguments&) {
   return remote::waitUntil([=] { return !remote::popups(remote::processOf(main)).empty(); })
              ? 0
              : fail("no menu opens");
+}
+
+int openMenuOfCommand(HWND main, const Arguments& arguments) {
+  PostMessageW(main, WM_COMMAND, static_cast<WPARAM>(arguments.number), 0);
+  return remote::waitUntil([=] { return !remote::popups(remote::processOf(main)).empty(); })
+             ? 0
+             : fail("no menu opens");
+}
+
+/// What opens another menu in its place.
+int chooseNextMenu(HWND main, const Arguments& arguments) {
+  const DWORD process = remote::processOf(main);
+  const std::vector<HWND> before = remote::popups(process);
+  PostMessageW(main, WM_CHAR, arguments.texts[0][0], 1);
+  const bool opened = remote::waitUntil([&] {
+    const std::vector<HWND> now = remote::popups(process);
+    return !now.empty() && now != before;
+  });
+  return opened ? 0 : fail("no other menu opens");
 }
 
 int closeMenus(HWND main, const Arguments&) {
@@ -276,7 +296,8 @@ constexpr std::array kVerbs = {
     VerbRow{L"open", L"NT", "gives command N and waits for the dialog titled T", openDialog},
     VerbRow{L"wait-dialog", L"T", "waits for the dialog titled T", waitDialog},
     VerbRow{L"wait-main", L"", "waits until no dialog is open", waitMain},
-    VerbRow{L"wait-text", L"NT", "waits until control N of the main window shows T behind blanks", waitText},
+    VerbRow{L"wait-text", L"NT", "waits until control N, in front or behind it, shows T behind blanks",
+            waitText},
     VerbRow{L"click", L"N", "clicks control N in front", click},
     VerbRow{L"type", L"NT", "replaces what stands in control N in front by T", type},
     VerbRow{L"leave-dialog", L"", "closes the dialog in front, behind which is the main window", leaveDialog},
@@ -284,6 +305,9 @@ constexpr std::array kVerbs = {
     VerbRow{L"submenu", L"T", "opens the submenu with access key T", openSubmenu},
     VerbRow{L"context", L"N", "opens the context menu of item N of the list that is shown", openContextMenu},
     VerbRow{L"desktop-menu", L"", "opens the desktop menu", openDesktopMenu},
+    VerbRow{L"open-menu", L"N", "gives command N and waits for the menu that it opens", openMenuOfCommand},
+    VerbRow{L"next-menu", L"T", "chooses the item with access key T, which opens another menu",
+            chooseNextMenu},
     VerbRow{L"close-menus", L"", "leaves all menus", closeMenus},
     VerbRow{L"sheet-page", L"N", "shows page N of the sheet in front", turnSheet},
     VerbRow{L"raise-panel", L"", "raises the input panel by its button", raisePanel},
