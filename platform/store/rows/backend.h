@@ -9,6 +9,7 @@
 #include "platform/store/rows/busy.h"
 #include "platform/store/rows/change_history.h"
 #include "platform/store/rows/field_type.h"
+#include "platform/store/rows/former_states.h"
 #include "platform/store/rows/keyset.h"
 #include "platform/store/rows/row_scan.h"
 #include "platform/store/rows/row_stream.h"
@@ -146,6 +147,8 @@ class Backend {
   /// What can be taken back of the changes made through this backend. Null where there is nothing of the
   /// kind; it keeps nothing until it is told to.
   virtual ChangeHistory* history() { return nullptr; }
+  /// What is kept of the states before its changes; null where nothing is.
+  virtual FormerStates* formerStates() { return nullptr; }
 
   /// Writes what is open, as it is at the moment, durably into a new file at `path` (UTF-8), also when the
   /// open one has lost its name. The backend stays with the file that it has open. On failure (fileExists,

@@ -15,7 +15,31 @@ namespace store {
 
 /// What tells one record of a table from all others: its 64-bit row id, or the values of its key
 /// columns (1 to kMaxKeyValueCount of them) where the table has no row ids.
-using Key = std::variant<std::int64_t, std::vector<Value>>;
+///
+/// It copies itself in two steps: what this standard library does in one frees memory twice when there is none
+/// left for the copy.
+class Key : public std::variant<std::int64_t, std::vector<Value>> {
+  using Either = std::variant<std::int64_t, std::vector<Value>>;
+
+ public:
+  using Either::Either;
+  Key() = default;
+  Key(const Key& other) : Either(copyOf(other)) {}
+  Key(Key&&) = default;
+  Key& operator=(const Key& other) {
+    if (this != &other) *this = Key(other);
+    return *this;
+  }
+  Key& operator=(Key&&) = default;
+  ~Key() = default;
+
+ private:
+  static Either copyOf(const Key& other) {
+    if (const auto* rowId = std::get_if<std::int64_t>(&other)) return *rowId;
+    std::vector<Value> values = std::get<std::vector<Value>>(other);
+    return values;
+  }
+};
 
 /// More columns than any database gives to one table.
 inline constexpr std::size_t kMaxKeyValueCount = 32767;

@@ -88,7 +88,7 @@ class StoreWithoutDatabase : public Backend {
 Status openDatabase(const std::string& path, const OpenOptions& options, std::unique_ptr<Backend>* backend) {
   auto connection = std::make_unique<SqliteConnection>();
   if (Status status = connection->open(path, options); !status) return status;
-  *backend = std::make_unique<SqliteBackend>(std::move(connection), options.dateOrder);
+  *backend = std::make_unique<SqliteBackend>(std::move(connection), options.dateOrder, options.copies);
   return {};
 }
 

@@ -84,6 +84,12 @@ bool startsWithWord(std::string_view sql, std::string_view word) {
 
 }  // namespace
 
+SqliteBackend::SqliteBackend(std::unique_ptr<SqliteConnection> connection, DateOrder dateOrder,
+                             std::shared_ptr<CopyFolder> copies)
+    : connection_(std::move(connection)), history_(*connection_), dateOrder_(dateOrder) {
+  if (copies != nullptr && !connection_->isReadOnly()) firstChange_.emplace(*connection_, std::move(copies));
+}
+
 void SqliteBackend::askWhileBusy(BusyQuestion question) {
   ConnectionGuard::Use use(connection_->guard());
   connection_->askWhileBusy(std::move(question));
@@ -113,6 +119,10 @@ Status SqliteBackend::run(std::string_view sql, std::int64_t* affected, std::uni
 
 ChangeHistory* SqliteBackend::history() {
   return &history_;
+}
+
+FormerStates* SqliteBackend::formerStates() {
+  return firstChange_ ? &*firstChange_ : nullptr;
 }
 
 Status SqliteBackend::checkFile() {

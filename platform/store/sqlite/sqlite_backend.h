@@ -10,6 +10,7 @@
 #include "platform/store/sql/date_literals.h"
 #include "platform/store/sql/dialect.h"
 #include "platform/store/sqlite/connection/sqlite_connection.h"
+#include "platform/store/sqlite/copies/first_change.h"
 #include "platform/store/sqlite/database_file.h"
 #include "platform/store/sqlite/history/sqlite_history.h"
 
@@ -18,8 +19,9 @@ namespace store {
 /// A database in an SQLite file.
 class SqliteBackend : public Backend, private DeclaredTypes {
  public:
-  SqliteBackend(std::unique_ptr<SqliteConnection> connection, DateOrder dateOrder)
-      : connection_(std::move(connection)), history_(*connection_), dateOrder_(dateOrder) {}
+  /// Without `copies` no former states are kept.
+  SqliteBackend(std::unique_ptr<SqliteConnection> connection, DateOrder dateOrder,
+                std::shared_ptr<CopyFolder> copies);
 
   bool isReadOnly() const override { return connection_->isReadOnly(); }
   void askWhileBusy(BusyQuestion question) override;
@@ -33,6 +35,7 @@ class SqliteBackend : public Backend, private DeclaredTypes {
   Status tryWriting() override;
   Status countOthersChanges(std::int64_t* count) override;
   ChangeHistory* history() override;
+  FormerStates* formerStates() override;
   Status saveCopy(const std::string& path) override;
 
  private:
@@ -56,6 +59,7 @@ class SqliteBackend : public Backend, private DeclaredTypes {
 
   std::unique_ptr<SqliteConnection> connection_;
   SqliteHistory history_;
+  std::optional<FirstChange> firstChange_;
   DateOrder dateOrder_;
 };
 

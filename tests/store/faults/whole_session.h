@@ -5,6 +5,8 @@
 #include <string>
 
 #include "platform/store/exchange/import.h"
+#include "platform/store/sqlite/copies/copy_folder.h"
+#include "platform/store/sqlite/files/file_path.h"
 #include "tests/store/faults/session_fixture.h"
 
 namespace store {
@@ -41,6 +43,7 @@ class WholeSessionTest : public SessionTest, private exchange::ImportObserver {
       for (const char* suffix : {"", "-journal", "-wal", "-shm"})
         std::filesystem::remove(utf8Of(path) + suffix);
     }
+    std::filesystem::remove_all(copiesPath());
     remake(mode);
   }
 
@@ -70,12 +73,14 @@ class WholeSessionTest : public SessionTest, private exchange::ImportObserver {
     expectTakenBack(done);
     expectNewFile(done);
     expectCopy(done);
+    expectFormerStates(done);
     expectToWork();
   }
 
  private:
   std::filesystem::path newPath() const { return folder_.file("made anew.cdb"); }
   std::filesystem::path copyPath() const { return folder_.file("copy.cdb"); }
+  std::filesystem::path copiesPath() const { return folder_.file("copies"); }
 
   bool goesOn(bool, std::int64_t, std::int64_t) override { return true; }
   Status rejected(const exchange::Record&, const std::string&) override { return {}; }
@@ -92,7 +97,8 @@ class WholeSessionTest : public SessionTest, private exchange::ImportObserver {
 
   bool openFor(const std::filesystem::path& path) {
     std::unique_ptr<Backend> opened;
-    if (!openDatabase(utf8Of(path), {.lockWait = 0}, &opened)) return false;
+    const auto copies = std::make_shared<CopyFolder>(CopySettings{.folder = utf8Of(copiesPath())});
+    if (!openDatabase(utf8Of(path), {.lockWait = 0, .copies = copies}, &opened)) return false;
     backend_ = std::move(opened);
     return true;
   }
@@ -200,6 +206,20 @@ class WholeSessionTest : public SessionTest, private exchange::ImportObserver {
     EXPECT_EQ("2", copy.ask("SELECT count(*) FROM k"));
     if (done.records.inserted) {
       EXPECT_EQ("1", copy.ask("SELECT count(*) FROM t WHERE a = 10"));
+    }
+  }
+
+  /// What has the name of a copy is one, whole; the state before what was done is among them where all was.
+  void expectFormerStates(const Whole& done) {
+    CopyFolder copies({.folder = utf8Of(copiesPath())});
+    for (const auto& path : {path_, newPath()}) {
+      const std::vector<KeptCopy> kept = copies.copiesOf(utf8Of(path));
+      for (const KeptCopy& copy : kept) {
+        EXPECT_EQ("ok", OtherProgram(pathOf(copy.path)).ask("PRAGMA integrity_check")) << copy.path;
+      }
+      if (done.all()) {
+        EXPECT_FALSE(kept.empty());
+      }
     }
   }
 

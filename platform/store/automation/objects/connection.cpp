@@ -5,7 +5,6 @@
 
 #include "platform/store/automation/module/connection_string.h"
 #include "platform/store/automation/module/database_location.h"
-#include "platform/store/automation/module/execute_arguments.h"
 #include "platform/store/automation/objects/busy_question.h"
 #include "platform/store/automation/objects/recordset.h"
 #include "platform/store/automation/values/text.h"
@@ -19,7 +18,6 @@ namespace {
 
 constexpr wchar_t kProvider[] = L"CEDB";
 constexpr wchar_t kVersion[] = L"3.1";
-constexpr DISPID kExecuteMember = 4;  // in adoce.idl
 constexpr long kStateClosed = 0;
 constexpr long kStateOpen = 1;
 
@@ -68,26 +66,8 @@ ComPtr<ConnectionObject> ConnectionObject::of(IUnknown* object) {
 
 void* ConnectionObject::findOwnInterface(REFIID interfaceId) {
   if (interfaceId == __uuidof(IAdoceHistory)) return static_cast<IAdoceHistory*>(this);
+  if (interfaceId == __uuidof(IAdoceCopies)) return static_cast<IAdoceCopies*>(this);
   return interfaceId == kOwnConnection ? this : nullptr;
-}
-
-HRESULT ConnectionObject::Invoke(DISPID member, REFIID reserved, LCID locale, WORD flags,
-                                 DISPPARAMS* arguments, VARIANT* result, EXCEPINFO* exception,
-                                 UINT* badArgument) {
-  if (isOfHistory(member)) {
-    return invokeHistory(member, reserved, flags, arguments, result, exception, badArgument);
-  }
-  const auto invoke = [&](DISPPARAMS* given) {
-    return AutomationObject::Invoke(member, reserved, locale, flags, given, result, exception, badArgument);
-  };
-  const bool isExecute = member == kExecuteMember && (flags & DISPATCH_METHOD) != 0;
-  if (!isExecute || arguments == nullptr) return invoke(arguments);
-  try {
-    ExecuteArguments own(*arguments);
-    return invoke(own.get());
-  } catch (...) {
-    return reportException(__uuidof(IAdoceConnection), source(), nullptr);
-  }
 }
 
 HRESULT ConnectionObject::get_ConnectionString(BSTR* text) {
@@ -141,6 +121,8 @@ Outcome ConnectionObject::open(const std::wstring& connectionString) {
     path = fullPathOf(target.path);
     store::OpenOptions options = userOptions();
     options.question = question_;
+    options.copies = copies_;
+    options.isReadOnly = copies_ != nullptr && copies_->isCopy(utf8Of(path));
     store::Status status = store::openDatabase(utf8Of(path), options, &backend);
     if (!status) return status;
   }

@@ -12,6 +12,8 @@
 #include "platform/store/automation/objects/cursor.h"
 #include "platform/store/automation/objects/errors.h"
 #include "platform/store/rows/backend.h"
+#include "platform/store/sqlite/copies/copy_folder.h"
+#include "platform/store/sqlite/copies/going_back.h"
 
 namespace automation {
 
@@ -30,7 +32,9 @@ struct CommandResult {
 /// A connection to one database, or to the store without a database. Opens again after Close, any
 /// number of times. Close closes the recordsets that were opened on it, and nothing of the file is held
 /// afterwards.
-class ConnectionObject final : public AutomationObject<IAdoceConnection>, public IAdoceHistory {
+class ConnectionObject final : public AutomationObject<IAdoceConnection>,
+                               public IAdoceHistory,
+                               public IAdoceCopies {
  public:
   ConnectionObject();
 
@@ -70,7 +74,22 @@ class ConnectionObject final : public AutomationObject<IAdoceConnection>, public
   HRESULT STDMETHODCALLTYPE TakeHistoryStep(LONG direction) override;
   HRESULT STDMETHODCALLTYPE FindHistoryRecord(IAdoceRecordset* records, LONG* position) override;
 
-  // What both interfaces have in common.
+  // IAdoceCopies (connection_copies.cpp)
+  HRESULT STDMETHODCALLTYPE KeepCopies(BSTR folder) override;
+  HRESULT STDMETHODCALLTYPE TakeCopyFailure(BSTR* reason) override;
+  HRESULT STDMETHODCALLTYPE KeepBeforeDeletion() override;
+  HRESULT STDMETHODCALLTYPE KeepDatabase(BSTR path) override;
+  HRESULT STDMETHODCALLTYPE ListDatabases(VARIANT* paths) override;
+  HRESULT STDMETHODCALLTYPE ListCopies(BSTR path, LONG* count) override;
+  HRESULT STDMETHODCALLTYPE GetCopy(LONG index, BSTR* copy, DATE* time, hyper* bytes, hyper* records,
+                                    LONG* reason) override;
+  HRESULT STDMETHODCALLTYPE IsCopy(BSTR path, VARIANT_BOOL* isCopy) override;
+  HRESULT STDMETHODCALLTYPE PutBack(BSTR path, BSTR copy) override;
+  HRESULT STDMETHODCALLTYPE ListMissingTables(BSTR path, BSTR copy, VARIANT* tables) override;
+  HRESULT STDMETHODCALLTYPE PutTableBack(BSTR path, BSTR copy, BSTR table) override;
+  HRESULT STDMETHODCALLTYPE CountCopy(BSTR copy, LONG milliseconds, hyper* records) override;
+
+  // What all interfaces have in common.
   HRESULT STDMETHODCALLTYPE QueryInterface(REFIID interfaceId, void** object) override {
     return AutomationObject::QueryInterface(interfaceId, object);
   }
@@ -82,7 +101,7 @@ class ConnectionObject final : public AutomationObject<IAdoceConnection>, public
   HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT index, LCID locale, ITypeInfo** info) override {
     return AutomationObject::GetTypeInfo(index, locale, info);
   }
-  /// Knows the names of both interfaces.
+  /// Knows the names of all interfaces.
   HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID reserved, LPOLESTR* names, UINT count, LCID locale,
                                           DISPID* ids) override;
   HRESULT STDMETHODCALLTYPE InterfaceSupportsErrorInfo(REFIID interfaceId) override;
@@ -114,9 +133,9 @@ class ConnectionObject final : public AutomationObject<IAdoceConnection>, public
   void* findOwnInterface(REFIID interfaceId) override;
 
  private:
-  static bool isOfHistory(DISPID member);
-  HRESULT invokeHistory(DISPID member, REFIID reserved, WORD flags, DISPPARAMS* arguments, VARIANT* result,
-                        EXCEPINFO* exception, UINT* badArgument);
+  template <class Body>
+  HRESULT callWithCopies(Body&& body) noexcept;
+  store::GoingBack goingBack() const;
   /// Null on a closed connection, and where nothing is kept of what is open.
   store::ChangeHistory* history() const;
 
@@ -128,6 +147,8 @@ class ConnectionObject final : public AutomationObject<IAdoceConnection>, public
   std::wstring provider_;
   std::shared_ptr<store::Backend> backend_;  // while open
   store::BusyQuestion question_;
+  std::shared_ptr<store::CopyFolder> copies_;  // null while none are kept
+  std::vector<store::KeptCopy> listedCopies_;  // by ListCopies
   std::mutex stopMutex_;                 // Stop can't wait for the module's lock, which the statement holds
   store::Backend* stoppable_ = nullptr;  // the backend, under that mutex
   ComPtr<ErrorsObject> errors_;

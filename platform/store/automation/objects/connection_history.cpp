@@ -9,9 +9,6 @@ namespace automation {
 
 namespace {
 
-constexpr DISPID kFirstMember = 200;
-constexpr DISPID kLastMember = 203;
-
 // More than this can't be meant.
 constexpr long kMostMegabytes = 1024;
 constexpr std::size_t kMegabyte = 1024 * 1024;
@@ -86,34 +83,6 @@ HRESULT ConnectionObject::FindHistoryRecord(IAdoceRecordset* records, LONG* posi
     *position = isTaken ? static_cast<long>(open->positionOf(*history()->taken())) : 0;
     return {};
   });
-}
-
-HRESULT ConnectionObject::InterfaceSupportsErrorInfo(REFIID interfaceId) {
-  if (interfaceId == __uuidof(IAdoceHistory)) return S_OK;
-  return AutomationObject::InterfaceSupportsErrorInfo(interfaceId);
-}
-
-HRESULT ConnectionObject::GetIDsOfNames(REFIID reserved, LPOLESTR* names, UINT count, LCID locale,
-                                        DISPID* ids) {
-  const HRESULT found = AutomationObject::GetIDsOfNames(reserved, names, count, locale, ids);
-  if (found != DISP_E_UNKNOWNNAME) return found;
-  return withTypeInfo([&](const ComPtr<ITypeInfo>& own) { return own->GetIDsOfNames(names, count, ids); },
-                      __uuidof(IAdoceHistory));
-}
-
-bool ConnectionObject::isOfHistory(DISPID member) {
-  return member >= kFirstMember && member <= kLastMember;
-}
-
-HRESULT ConnectionObject::invokeHistory(DISPID member, REFIID reserved, WORD flags, DISPPARAMS* arguments,
-                                        VARIANT* result, EXCEPINFO* exception, UINT* badArgument) {
-  if (reserved != IID_NULL) return DISP_E_UNKNOWNINTERFACE;
-  return withTypeInfo(
-      [&](const ComPtr<ITypeInfo>& own) {
-        return own->Invoke(static_cast<IAdoceHistory*>(this), member, flags, arguments, result, exception,
-                           badArgument);
-      },
-      __uuidof(IAdoceHistory));
 }
 
 }  // namespace automation

@@ -31,4 +31,18 @@ class ChangeListener {
   virtual void changeIsOver(bool isAcknowledged) noexcept = 0;
 };
 
+/// Hears of every write transaction, before anything is changed in it, and of the statements that can't stand
+/// in one, inside a Use of the connection's guard.
+class WriteListener {
+ public:
+  virtual ~WriteListener() = default;
+
+  /// The transaction is open, so that nobody else can write, and has changed nothing yet. A failure undoes it.
+  virtual Status writingBegins() = 0;
+  /// All is changed, if anything was, and nothing is durable.
+  virtual void writingIsComplete(bool hasChanged) = 0;
+  /// It is durable, or it was undone. A listener takes no memory here.
+  virtual void writingIsOver(bool isDurable) noexcept = 0;
+};
+
 }  // namespace store

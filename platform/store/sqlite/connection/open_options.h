@@ -1,12 +1,15 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 
 #include "platform/store/rows/backend.h"
 #include "platform/store/rows/case_folding.h"
 #include "platform/store/sql/local_date.h"
 
 namespace store {
+
+class CopyFolder;
 
 /// How a database is opened.
 struct OpenOptions {
@@ -22,6 +25,10 @@ struct OpenOptions {
   /// Which letters count as one in quivane_fold and quivane_contains (text_functions.h). Asked when a
   /// statement first uses one of them; what it gives outlives the database.
   const CaseFolding& (*folding)() = asciiCapitals;
+  /// Never written to, whatever the system would let do.
+  bool isReadOnly = false;
+  /// Where the state before the first change is kept; null keeps none.
+  std::shared_ptr<CopyFolder> copies = nullptr;
 };
 
 }  // namespace store

@@ -135,11 +135,11 @@ void SqliteConnection::letGo() {
   lease_->end();
 }
 
-Status SqliteConnection::openFile(const std::string& path) {
+Status SqliteConnection::openFile(const std::string& path, bool isReadOnly) {
   // SQLite goes on without write access by itself where the system refuses it; a file that is marked
   // read-only is left alone also when the user could override the mark.
-  const bool marked = isMarkedReadOnly(path);
-  const int access = marked ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE;
+  const bool isLeftAlone = isReadOnly || isMarkedReadOnly(path);
+  const int access = isLeftAlone ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE;
   sqlite3* connection = nullptr;
   const int result =
       sqlite3_open_v2(path.c_str(), &connection, access | SQLITE_OPEN_EXRESCODE, fileSystemName());
@@ -198,7 +198,7 @@ Status SqliteConnection::open(const std::string& path, const OpenOptions& option
   if (Status status = checkOrdinaryFile(path); !status) return status;
   path_ = path;
   mostTemporaryBytes_ = options.mostTemporaryBytes;
-  if (Status status = openFile(path); !status) return status;
+  if (Status status = openFile(path, options.isReadOnly); !status) return status;
   if (Status status = checkFileHead(handle()); !status) return status;
   watch_.emplace(handle());
   guard_.emplace(handle(), std::chrono::milliseconds(options.lockWait), [this] { letGo(); });
@@ -232,7 +232,7 @@ Status SqliteConnection::tryWriting() {
   if (isReadOnly()) return {ErrorCode::readOnly, "The database can only be read."};
   const LockWait::Never never(guard_->lockWait());
   WriteTransaction transaction(*this);
-  Status status = transaction.begin();
+  Status status = transaction.open(nullptr);
   std::int64_t version = 0;
   if (status) status = readNumber("PRAGMA user_version", &version);
   SqliteStatement same;
@@ -350,12 +350,23 @@ ChangeNote& SqliteConnection::WriteTransaction::record(ChangeNote note) {
 }
 
 void SqliteConnection::WriteTransaction::tellEnd(bool isAcknowledged) {
+  if (WriteListener* const listener = std::exchange(writeListener_, nullptr)) {
+    listener->writingIsOver(false);
+  }
   if (ChangeListener* const listener = std::exchange(listener_, nullptr)) {
     listener->changeIsOver(isAcknowledged);
   }
 }
 
 Status SqliteConnection::WriteTransaction::begin(sqlite3_stmt* claim) {
+  if (Status status = open(claim); !status) return status;
+  if (connection_.writeListener_ == nullptr || connection_.isReadOnly()) return {};
+  changesBefore_ = sqlite3_total_changes64(connection_.handle());
+  writeListener_ = connection_.writeListener_;
+  return writeListener_->writingBegins();
+}
+
+Status SqliteConnection::WriteTransaction::open(sqlite3_stmt* claim) {
   if (!takeOverReading(claim)) {
     connection_.lease_->end();
     sqlite3* connection = connection_.handle();
@@ -399,13 +410,19 @@ Status SqliteConnection::WriteTransaction::run(sqlite3_stmt* statement,
 }
 
 Status SqliteConnection::WriteTransaction::commit() {
+  return commitChange(sqlite3_total_changes64(connection_.handle()) != changesBefore_);
+}
+
+Status SqliteConnection::WriteTransaction::commitChange(bool hasChanged) {
   if (listener_ != nullptr) {
     if (Status status = listener_->changeIsComplete(note_); !status) return status;
   }
+  if (writeListener_ != nullptr) writeListener_->writingIsComplete(hasChanged);
   sqlite3* connection = connection_.handle();
   Status status = statusOf(connection, runKept(connection, connection_.commitStatement_, "COMMIT"));
   if (!status) return status;
   open_ = false;
+  if (WriteListener* const listener = std::exchange(writeListener_, nullptr)) listener->writingIsOver(true);
   status = connection_.checkFile();
   tellEnd(static_cast<bool>(status));
   return status;
@@ -414,14 +431,24 @@ Status SqliteConnection::WriteTransaction::commit() {
 Status SqliteConnection::WriteTransaction::commitStructure(bool tablesChange) {
   std::int64_t version = 0;
   if (Status status = connection_.readSchemaVersion(&version); !status) return status;
-  if (Status status = commit(); !status) return status;
+  if (Status status = commitChange(true); !status) return status;
   connection_.schemaVersion_ = version;
   if (tablesChange) ++connection_.rebuilds_;
   return {};
 }
 
+/// Of a statement that has no transaction of ours around it.
+Status SqliteConnection::tellOfWriting() {
+  WriteTransaction transaction(*this);
+  if (Status status = transaction.begin(); !status) return status;
+  return transaction.commitChange(true);
+}
+
 Status SqliteConnection::runAlone(sqlite3_stmt* statement) {
   if (Status status = checkFile(); !status) return status;
+  if (writeListener_ != nullptr && !isReadOnly() && sqlite3_stmt_readonly(statement) == 0) {
+    if (Status status = tellOfWriting(); !status) return status;
+  }
   letGo();
   const StatementWatch::Asked asked(*watch_);
   int result = SQLITE_ROW;

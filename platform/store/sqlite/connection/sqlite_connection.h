@@ -51,6 +51,8 @@ class SqliteConnection {
 
   /// Who hears of changes of records from now on; it outlives the connection or is taken away with null.
   void setChangeListener(ChangeListener* listener) { changeListener_ = listener; }
+  /// Who hears of every writing, as long as that; null for nobody.
+  void setWriteListener(WriteListener* listener) { writeListener_ = listener; }
   /// Another number after each change of the structure that this connection knows of.
   std::int64_t structureVersion() const { return schemaVersion_; }
 
@@ -107,6 +109,9 @@ class SqliteConnection {
     Status commitStructure(bool tablesChange);
 
    private:
+    friend class SqliteConnection;
+    Status open(sqlite3_stmt* claim);
+    Status commitChange(bool hasChanged);
     bool takeOverReading(sqlite3_stmt* claim);
     void tellEnd(bool isAcknowledged);
 
@@ -114,6 +119,8 @@ class SqliteConnection {
     bool open_ = false;
     ChangeNote note_;
     ChangeListener* listener_ = nullptr;  // from the beginning of a change of records to its end
+    WriteListener* writeListener_ = nullptr;  // from the beginning to the end
+    std::int64_t changesBefore_ = 0;          // of all statements of the connection
   };
 
   /// Runs a statement that can't stand inside a transaction (VACUUM), durably.
@@ -124,9 +131,10 @@ class SqliteConnection {
     void operator()(sqlite3* connection) const { sqlite3_close_v2(connection); }
   };
 
-  Status openFile(const std::string& path);
+  Status openFile(const std::string& path, bool isReadOnly);
   Status configure(const OpenOptions& options);
   void letGo();
+  Status tellOfWriting();
   Status readNumber(std::string_view sql, std::int64_t* number);
   Status readKept(SqliteStatement& kept, const char* sql, std::int64_t* number);
   Status readSchemaVersion(std::int64_t* version);
@@ -149,6 +157,7 @@ class SqliteConnection {
   std::int64_t mostTemporaryBytes_ = 0;
   bool readOnly_ = false;
   ChangeListener* changeListener_ = nullptr;
+  WriteListener* writeListener_ = nullptr;
   StatementPermissions permissions_;
 };
 

@@ -23,6 +23,9 @@ class StatementWatch {
   /// Whom to ask, up to some ten thousand times a second.
   void ask(BusyQuestion question) { question_ = std::move(question); }
 
+  /// Asks whether what is no statement shall be stopped.
+  bool isToStop() const { return question_ && question_(Busy::working); }
+
   /// Has `work` done now and then while any statement runs; it takes no memory and uses no statements.
   void accompany(std::function<void()> work) { work_ = std::move(work); }
 
