@@ -16,8 +16,8 @@ namespace store {
 /// What tells one record of a table from all others: its 64-bit row id, or the values of its key
 /// columns (1 to kMaxKeyValueCount of them) where the table has no row ids.
 ///
-/// It copies itself in two steps: what this standard library does in one frees memory twice when there is none
-/// left for the copy.
+/// It copies itself in two steps: what this standard library does in one frees memory twice when there is
+/// none left for the copy.
 class Key : public std::variant<std::int64_t, std::vector<Value>> {
   using Either = std::variant<std::int64_t, std::vector<Value>>;
 

@@ -16,7 +16,8 @@ namespace store {
 /// All that a database holds as one text: its structure and the rows of its tables with their row ids.
 inline std::string contentOf(const std::filesystem::path& path) {
   const auto doubled = [](std::string text, char quote) {
-    for (std::size_t at = 0; (at = text.find(quote, at)) != std::string::npos; at += 2) text.insert(at, 1, quote);
+    for (std::size_t at = 0; (at = text.find(quote, at)) != std::string::npos; at += 2)
+      text.insert(at, 1, quote);
     return quote + text + quote;
   };
   OtherProgram file(path);
@@ -25,16 +26,17 @@ inline std::string contentOf(const std::filesystem::path& path) {
       "SELECT group_concat(type || ' ' || name || ': ' || ifnull(sql, ''), char(10)) FROM "
       "(SELECT * FROM sqlite_schema ORDER BY name)");
   const std::string names = file.ask(
-      "SELECT group_concat(name, char(10)) FROM (SELECT name FROM sqlite_schema WHERE type = 'table' AND name "
+      "SELECT group_concat(name, char(10)) FROM (SELECT name FROM sqlite_schema WHERE type = 'table' AND "
+      "name "
       "NOT LIKE 'sqlite%' ORDER BY name)");
   std::size_t start = 0;
   while (names != "(null)" && start < names.size()) {
     const std::size_t end = std::min(names.find('\n', start), names.size());
     const std::string name = names.substr(start, end - start);
     const std::string quoted = doubled(name, '"');
-    const std::string columns =
-        file.ask("SELECT group_concat('quote(\"' || name || '\")', ' || '','' || ') FROM pragma_table_xinfo(" +
-                 doubled(name, '\'') + ")");
+    const std::string columns = file.ask(
+        "SELECT group_concat('quote(\"' || name || '\")', ' || '','' || ') FROM pragma_table_xinfo(" +
+        doubled(name, '\'') + ")");
     const bool hasRowIds = file.tryRun("SELECT rowid FROM " + quoted + " LIMIT 1") == SQLITE_OK;
     content += "\n" + name + ":\n" +
                file.ask("SELECT group_concat(" + std::string(hasRowIds ? "rowid || ',' || " : "") + columns +

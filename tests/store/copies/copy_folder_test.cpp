@@ -1,8 +1,7 @@
 // The folder of the copies: what it says of itself, and how much room it takes.
-#include "tests/store/copies/copies_fixture.h"
-
 #include "platform/store/sqlite/copies/database_key.h"
 #include "platform/store/sqlite/copies/upkeep.h"
+#include "tests/store/copies/copies_fixture.h"
 
 namespace store {
 namespace {

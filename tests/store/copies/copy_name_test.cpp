@@ -13,8 +13,9 @@ TEST(CopyName, SaysTimeReasonAndRecords) {
 }
 
 TEST(CopyName, ComesBackForEveryReasonAndTime) {
-  for (const std::int64_t time : {std::int64_t{0}, std::int64_t{1}, std::int64_t{999}, std::int64_t{86'399'999},
-                                  std::int64_t{951'782'400'000}, std::int64_t{253'402'300'799'999}}) {
+  for (const std::int64_t time :
+       {std::int64_t{0}, std::int64_t{1}, std::int64_t{999}, std::int64_t{86'399'999},
+        std::int64_t{951'782'400'000}, std::int64_t{253'402'300'799'999}}) {
     for (const CopyReason reason : {CopyReason::change, CopyReason::goingBack, CopyReason::tableDeletion,
                                     CopyReason::databaseDeletion}) {
       const CopyName bare{.time = time, .reason = reason};

@@ -214,8 +214,9 @@ TEST_P(FirstChangeTest, TwoAtOnceHaveOneEach) {
 }
 
 TEST_P(FirstChangeTest, TheNameSaysHowManyRecordsThereAreAndTheCopyIsMarked) {
-  prepare("CREATE TABLE other (x); INSERT INTO other VALUES (1), (2); CREATE VIEW v AS SELECT * FROM t;"
-          "CREATE VIRTUAL TABLE f USING fts5(y); INSERT INTO f VALUES ('of a virtual table')");
+  prepare(
+      "CREATE TABLE other (x); INSERT INTO other VALUES (1), (2); CREATE VIEW v AS SELECT * FROM t;"
+      "CREATE VIRTUAL TABLE f USING fts5(y); INSERT INTO f VALUES ('of a virtual table')");
   openKeeping();
   run("DELETE FROM t");
   // The counting may be broken off when the file is closed.

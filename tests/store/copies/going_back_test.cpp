@@ -1,5 +1,6 @@
 // A copy in the place of the database.
 #include "platform/store/sqlite/copies/going_back.h"
+
 #include "platform/store/sqlite/files/durable_file.h"
 #include "tests/store/copies/copies_fixture.h"
 
@@ -108,8 +109,8 @@ TEST_P(GoingBackTest, ADamagedCopyIsRefused) {
   const std::string whole = bytesOf(copy_);
   std::string damaged = whole;
   damaged.replace(damaged.size() - 4096, 100, 100, '\x11');
-  for (const std::string& bytes :
-       {damaged, whole.substr(0, whole.size() - 4096), whole.substr(0, 50), std::string(), std::string("text")}) {
+  for (const std::string& bytes : {damaged, whole.substr(0, whole.size() - 4096), whole.substr(0, 50),
+                                   std::string(), std::string("text")}) {
     writeBytes(copy_, bytes);
     const Status status = putBack(copy_);
     EXPECT_EQ(ErrorCode::damaged, status.code()) << bytes.size();
@@ -119,8 +120,9 @@ TEST_P(GoingBackTest, ADamagedCopyIsRefused) {
 }
 
 TEST_P(GoingBackTest, WhatBreaksItsOwnRulesIsNoDamage) {
-  prepare("CREATE TABLE r (x Integer NOT NULL, CHECK (x > 5)); PRAGMA ignore_check_constraints = ON;"
-          "INSERT INTO r VALUES (1)");
+  prepare(
+      "CREATE TABLE r (x Integer NOT NULL, CHECK (x > 5)); PRAGMA ignore_check_constraints = ON;"
+      "INSERT INTO r VALUES (1)");
   now_ += kHour;
   change("DELETE FROM r");
   ASSERT_EQ(2u, kept().size());
@@ -258,6 +260,9 @@ TEST_P(GoingBackTest, WhatIsToBeDeletedAndCanNotBeKeptIsTold) {
   other.run("ROLLBACK");
   EXPECT_EQ(ErrorCode::cannotOpen, goingBack.keepBeforeDeletion(utf8Of(folder_.path())).code());
   EXPECT_EQ(ErrorCode::cannotOpen, goingBack.keepBeforeDeletion(utf8Of(folder_.file("none.cdb"))).code());
+  writeBytes(folder_.file("text.cdb"), "no database");
+  EXPECT_TRUE(goingBack.keepBeforeDeletion(utf8Of(folder_.file("text.cdb"))));
+  EXPECT_TRUE(copies_->copiesOf(utf8Of(folder_.file("text.cdb"))).empty());
   expectUnchanged();
 }
 

@@ -24,12 +24,13 @@ class KilledCopiesTest : public CopiesTest, public testing::WithParamInterface<c
   void SetUp() override {
     CopiesTest::SetUp();
     prepare(std::string("PRAGMA journal_mode = ") + GetParam());
-    prepare("CREATE TABLE state (n Integer); INSERT INTO state VALUES (0);"
-            "CREATE TABLE big (b); INSERT INTO big VALUES (randomblob(1500000))");
+    prepare(
+        "CREATE TABLE state (n Integer); INSERT INTO state VALUES (0);"
+        "CREATE TABLE big (b); INSERT INTO big VALUES (randomblob(1500000))");
   }
 
-  /// Lets the work go on in a program of its own and kills it after that time, wherever it is then. Whether it
-  /// was still at it.
+  /// Lets the work go on in a program of its own and kills it after that time, wherever it is then. Whether
+  /// it was still at it.
   template <typename Work>
   bool killDuring(Work work, Microseconds life) {
     const pid_t child = fork();
@@ -57,7 +58,9 @@ class KilledCopiesTest : public CopiesTest, public testing::WithParamInterface<c
     return Microseconds(std::uniform_int_distribution<Microseconds::rep>(0, shortest_.count() * 3)(random_));
   }
 
-  int stateOf(const std::filesystem::path& path) { return std::stoi(OtherProgram(path).ask("SELECT n FROM state")); }
+  int stateOf(const std::filesystem::path& path) {
+    return std::stoi(OtherProgram(path).ask("SELECT n FROM state"));
+  }
   static void expectSound(const std::filesystem::path& path) {
     OtherProgram file(path);
     EXPECT_EQ("ok", file.ask("PRAGMA integrity_check")) << path;

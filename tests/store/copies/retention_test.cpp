@@ -56,8 +56,9 @@ TEST(Retention, TheNewestOfEachOfTheLastSevenDaysStays) {
 TEST(Retention, ADayEndsAtMidnight) {
   const std::int64_t now = (kThursday + 6) * kDay + kDay - 1;
   std::vector<std::int64_t> times(5, now);
-  times.push_back(kThursday * kDay);      // the first millisecond of the seventh day
-  times.push_back(kThursday * kDay - 1);  // the last one before it: in the same week, of which it is not the newest
+  times.push_back(kThursday * kDay);  // the first millisecond of the seventh day
+  times.push_back(kThursday * kDay -
+                  1);  // the last one before it: in the same week, of which it is not the newest
   EXPECT_EQ((Numbers{0, 1, 2, 3, 4, 5}), stay(times, now));
   EXPECT_EQ((Numbers{0, 1, 2, 3, 4, 5}), stay({now, now, now, now, now, times[5], times[5] - kHour}, now));
 }
@@ -67,7 +68,7 @@ TEST(Retention, TheNewestOfEachOfTheLastFourWeeksStays) {
   const std::int64_t now = monday * kDay + 9 * kHour;
   std::vector<std::int64_t> times(5, now);
   for (int week = 1; week <= 5; ++week) {
-    times.push_back((monday - 7 * (week - 1)) * kDay - 1);   // Sunday's last millisecond
+    times.push_back((monday - 7 * (week - 1)) * kDay - 1);     // Sunday's last millisecond
     times.push_back((monday - 7 * week) * kDay + 12 * kHour);  // and its Monday
   }
   // Their Sundays; last week's Monday is the seventh day before today.
@@ -90,9 +91,9 @@ TEST(Retention, SessionsOfEveryDayThinOutWithoutGaps) {
     if (day < kThursday + 40) continue;
     ASSERT_LE(kept.size(), 5u + 7u + 4u);
     for (std::int64_t back = 0; back < 7; ++back) {
-      EXPECT_EQ(1, std::count_if(kept.begin(), kept.end(), [&](std::int64_t time) {
-                  return time == (day - back) * kDay + 20 * kHour;
-                })) << day << " " << back;
+      EXPECT_EQ(1, std::count_if(kept.begin(), kept.end(),
+                                 [&](std::int64_t time) { return time == (day - back) * kDay + 20 * kHour; }))
+          << day << " " << back;
     }
     const std::int64_t oldest = kept.back() / kDay;
     EXPECT_GE(day - oldest, 22) << "the Sunday four weeks back";
@@ -106,19 +107,19 @@ TEST(Retention, DeletionsDoNotPushTheStatesOfSessionsOut) {
   for (int number = 0; number < 7; ++number)
     copies.push_back({.time = now - number, .reason = CopyReason::tableDeletion});
   for (int number = 0; number < 7; ++number)
-    copies.push_back({.time = now - 100 - number, .reason = number == 6 ? CopyReason::goingBack : CopyReason::change});
+    copies.push_back(
+        {.time = now - 100 - number, .reason = number == 6 ? CopyReason::goingBack : CopyReason::change});
   const std::vector<bool> kept = keptOf(copies, now, plainDay);
-  EXPECT_EQ((std::vector<bool>{true, true, true, true, true, false, false, true, true, true, true, true, false,
-                               false}),
+  EXPECT_EQ((std::vector<bool>{true, true, true, true, true, false, false, true, true, true, true, true,
+                               false, false}),
             kept);
 }
 
 TEST(Retention, ACopyFromTheFutureIsOneOfTheLastFiveAndNothingMore) {
   const std::int64_t now = kThursday * kDay;
-  EXPECT_EQ((Numbers{0, 1, 2, 3, 4}),
-            stay({now + 70 * kDay, now + 60 * kDay, now + 50 * kDay, now + 40 * kDay, now + 30 * kDay,
-                  now + 20 * kDay},
-                 now));
+  EXPECT_EQ((Numbers{0, 1, 2, 3, 4}), stay({now + 70 * kDay, now + 60 * kDay, now + 50 * kDay,
+                                            now + 40 * kDay, now + 30 * kDay, now + 20 * kDay},
+                                           now));
 }
 
 TEST(Retention, TheSystemsDaysFollowOneAnotherAtTheUsersMidnight) {

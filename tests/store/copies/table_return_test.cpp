@@ -9,7 +9,8 @@ class TableReturnTest : public CopiesTest {
   void SetUp() override {
     CopiesTest::SetUp();
     prepare(
-        "CREATE TABLE \"odd 'name\" (n Integer PRIMARY KEY AUTOINCREMENT, twice AS (n * 2) STORED, word Text);"
+        "CREATE TABLE \"odd 'name\" (n Integer PRIMARY KEY AUTOINCREMENT, twice AS (n * 2) STORED, word "
+        "Text);"
         "INSERT INTO \"odd 'name\" (n, word) VALUES (5, 'five'), (90, 'ninety');"
         "DELETE FROM \"odd 'name\" WHERE n = 90;"
         "CREATE INDEX iw ON \"odd 'name\" (word); CREATE TABLE noted (w);"
@@ -29,8 +30,7 @@ class TableReturnTest : public CopiesTest {
   }
   std::vector<std::string> missing(std::size_t copy = 0) {
     std::vector<std::string> tables;
-    const Status status =
-        goingBack().listMissingTables(utf8Of(path_), utf8Of(pathOfCopy(copy)), &tables);
+    const Status status = goingBack().listMissingTables(utf8Of(path_), utf8Of(pathOfCopy(copy)), &tables);
     EXPECT_TRUE(status) << status.message();
     return tables;
   }

@@ -81,6 +81,7 @@ HRESULT ConnectionObject::KeepBeforeDeletion() {
   return callWithCopies([&]() -> Outcome {
     if (!isOpen()) return {kInvalidConnection, "The connection is closed."};
     store::FormerStates* const states = backend()->formerStates();
+    if (backend()->isReadOnly()) return {};
     if (states == nullptr) return {kNotAvailable, "No copies are kept of this database."};
     return states->keepBeforeDeletion();
   });
@@ -160,8 +161,7 @@ HRESULT ConnectionObject::CountCopy(BSTR copy, LONG milliseconds, hyper* records
     if (records == nullptr) return nullPointer();
     using Clock = std::chrono::steady_clock;
     const Clock::time_point end = Clock::now() + std::chrono::milliseconds(std::max(milliseconds, LONG{0}));
-    *records =
-        store::countRecords(pathOf(copy), [end] { return Clock::now() >= end; }).value_or(kNotCounted);
+    *records = store::countRecords(pathOf(copy), [end] { return Clock::now() >= end; }).value_or(kNotCounted);
     return {};
   });
 }

@@ -60,8 +60,8 @@ HRESULT ConnectionObject::GetIDsOfNames(REFIID reserved, LPOLESTR* names, UINT c
   HRESULT found = AutomationObject::GetIDsOfNames(reserved, names, count, locale, ids);
   for (const IID& interfaceId : {__uuidof(IAdoceHistory), __uuidof(IAdoceCopies)}) {
     if (found != DISP_E_UNKNOWNNAME) break;
-    found = withTypeInfo(
-        [&](const ComPtr<ITypeInfo>& own) { return own->GetIDsOfNames(names, count, ids); }, interfaceId);
+    found = withTypeInfo([&](const ComPtr<ITypeInfo>& own) { return own->GetIDsOfNames(names, count, ids); },
+                         interfaceId);
   }
   return found;
 }

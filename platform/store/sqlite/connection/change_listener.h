@@ -37,7 +37,8 @@ class WriteListener {
  public:
   virtual ~WriteListener() = default;
 
-  /// The transaction is open, so that nobody else can write, and has changed nothing yet. A failure undoes it.
+  /// The transaction is open, so that nobody else can write, and has changed nothing yet. A failure undoes
+  /// it.
   virtual Status writingBegins() = 0;
   /// All is changed, if anything was, and nothing is durable.
   virtual void writingIsComplete(bool hasChanged) = 0;

@@ -118,7 +118,7 @@ class SqliteConnection {
     SqliteConnection& connection_;
     bool open_ = false;
     ChangeNote note_;
-    ChangeListener* listener_ = nullptr;  // from the beginning of a change of records to its end
+    ChangeListener* listener_ = nullptr;      // from the beginning of a change of records to its end
     WriteListener* writeListener_ = nullptr;  // from the beginning to the end
     std::int64_t changesBefore_ = 0;          // of all statements of the connection
   };

@@ -7,7 +7,8 @@ namespace store {
 namespace {
 
 bool isBrokenRule(std::string_view finding) {
-  return finding.find(" value in ") != std::string_view::npos || finding.starts_with("CHECK constraint failed");
+  return finding.find(" value in ") != std::string_view::npos ||
+         finding.starts_with("CHECK constraint failed");
 }
 
 Status damaged(std::string_view reason) {
@@ -21,8 +22,7 @@ Status openWhole(const std::string& copy, const BusyQuestion& question, SqliteCo
   options.isReadOnly = true;
   options.question = question;
   if (Status status = connection->open(copy, options); !status) {
-    const bool isItsFault =
-        status.code() == ErrorCode::cannotOpen || status.code() == ErrorCode::damaged;
+    const bool isItsFault = status.code() == ErrorCode::cannotOpen || status.code() == ErrorCode::damaged;
     return isItsFault ? damaged(status.message()) : status;
   }
   const ConnectionGuard::Use use(connection->guard());

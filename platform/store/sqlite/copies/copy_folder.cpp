@@ -156,9 +156,10 @@ std::int64_t CopyFolder::allowedBytes(std::int64_t taken) const {
 Status CopyFolder::begin(const std::string& database, std::int64_t bytes, std::string* unfinished,
                          std::int64_t* time) {
   if (const std::int64_t taken = bytesOf(histories()); bytes > allowedBytes(taken)) {
-    return {ErrorCode::tooLarge,
-            "The file is too large for a copy: all copies together take at most a tenth of the free space, and "
-            "2 GB."};
+    return {
+        ErrorCode::tooLarge,
+        "The file is too large for a copy: all copies together take at most a tenth of the free space, and "
+        "2 GB."};
   }
   const std::string folder = folderOf(database);
   std::error_code error;

@@ -29,10 +29,10 @@ struct KeptCopy {
   std::int64_t bytes = 0;
 };
 
-/// The folder of the copies of all databases: for each path a folder of its own, which says in a file what the
-/// path is, and in it the copies, which say in their names what they are. Nothing else tells what there is, so
-/// nothing can be wrong: what somebody takes out or puts in has gone or is there. A database is known by its
-/// path alone: the copies of one that was moved stand under its former path.
+/// The folder of the copies of all databases: for each path a folder of its own, which says in a file what
+/// the path is, and in it the copies, which say in their names what they are. Nothing else tells what there
+/// is, so nothing can be wrong: what somebody takes out or puts in has gone or is there. A database is known
+/// by its path alone: the copies of one that was moved stand under its former path.
 ///
 /// Other programs use the same folder at the same time. All paths are UTF-8. std::bad_alloc passes through.
 class CopyFolder {
@@ -61,9 +61,9 @@ class CopyFolder {
   /// Whether it is news that the database is too large: true once, until a copy of it was kept.
   bool isFirstTooLarge(const std::string& database);
 
-  /// Throws away what is kept no longer (retention.h), and of the rest what takes more room than there is: the
-  /// oldest first, the last one of a database only when no other has two. `spared` stay in any case. Also what
-  /// was left unfinished more than an hour ago.
+  /// Throws away what is kept no longer (retention.h), and of the rest what takes more room than there is:
+  /// the oldest first, the last one of a database only when no other has two. `spared` stay in any case. Also
+  /// what was left unfinished more than an hour ago.
   void prune(const std::string& database, const std::vector<std::string>& spared);
 
  private:

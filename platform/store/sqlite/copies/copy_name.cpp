@@ -21,10 +21,11 @@ std::string stampOf(std::int64_t time) {
   const year_month_day date(day);
   const hh_mm_ss clock(moment - day);
   std::array<char, 64> text{};
-  std::snprintf(text.data(), text.size(), "%04d-%02u-%02u %02d-%02d-%02d-%03dZ", static_cast<int>(date.year()),
-                static_cast<unsigned>(date.month()), static_cast<unsigned>(date.day()),
-                static_cast<int>(clock.hours().count()), static_cast<int>(clock.minutes().count()),
-                static_cast<int>(clock.seconds().count()), static_cast<int>(clock.subseconds().count()));
+  std::snprintf(text.data(), text.size(), "%04d-%02u-%02u %02d-%02d-%02d-%03dZ",
+                static_cast<int>(date.year()), static_cast<unsigned>(date.month()),
+                static_cast<unsigned>(date.day()), static_cast<int>(clock.hours().count()),
+                static_cast<int>(clock.minutes().count()), static_cast<int>(clock.seconds().count()),
+                static_cast<int>(clock.subseconds().count()));
   return text.data();
 }
 
@@ -59,8 +60,7 @@ std::optional<std::int64_t> timeOf(std::string_view stamp) {
                        takeNumber(stamp, 3, &part) && stamp == "Z";
   const year_month_day date{std::chrono::year(year), std::chrono::month(month), std::chrono::day(day)};
   if (!isWhole || !date.ok() || hour > 23 || minute > 59 || second > 59) return {};
-  const auto moment =
-      sys_days(date) + hours(hour) + minutes(minute) + seconds(second) + milliseconds(part);
+  const auto moment = sys_days(date) + hours(hour) + minutes(minute) + seconds(second) + milliseconds(part);
   return duration_cast<milliseconds>(moment.time_since_epoch()).count();
 }
 

@@ -42,8 +42,8 @@ Status FirstChange::writingBegins() {
   return {};
 }
 
-/// A copy that an earlier transaction was made for, which was undone, still is what it is to be unless another
-/// program has written since.
+/// A copy that an earlier transaction was made for, which was undone, still is what it is to be unless
+/// another program has written since.
 Status FirstChange::make() {
   std::int64_t version = 0;
   if (Status status = readVersion(&version); !status) return status;
@@ -90,7 +90,8 @@ void FirstChange::writingIsOver(bool isDurable) noexcept {
 void FirstChange::startUpkeep() {
   try {
     upkeep_ = std::thread([this] {
-      if (Status status = bringIn(*folder_, connection_.path(), kept_, {}, [this] { return isClosing_.load(); });
+      if (Status status =
+              bringIn(*folder_, connection_.path(), kept_, {}, [this] { return isClosing_.load(); });
           !status) {
         give(std::move(status));
       }

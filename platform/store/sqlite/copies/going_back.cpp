@@ -1,10 +1,10 @@
 #include "platform/store/sqlite/copies/going_back.h"
 
 #include <chrono>
+#include <filesystem>
 #include <memory>
 #include <optional>
 #include <system_error>
-#include <filesystem>
 #include <utility>
 
 #include "platform/store/sqlite/connection/lock_wait.h"
@@ -125,6 +125,7 @@ Status GoingBack::keepBeforeDeletion(const std::string& database) {
   Target file;
   if (Status status = checkOrdinaryFile(database); !status) return status;
   if (Status status = file.open(database, lockWait_, question_); !status) return status;
+  if (!checkFileHead(file.handle())) return {};
   // What is damaged is kept as it is; nobody can write to it.
   int result = file.look();
   if (result == SQLITE_OK) result = sqlite3_exec(file.handle(), "BEGIN IMMEDIATE", nullptr, nullptr, nullptr);
@@ -171,8 +172,8 @@ Status GoingBack::putIntoFile(const std::string& database, sqlite3* copy, std::s
   return status ? makeAnew(database, copy, true) : status;
 }
 
-/// The transaction shuts other writers out before anything is in the file. What is there then is kept, and the
-/// pages follow.
+/// The transaction shuts other writers out before anything is in the file. What is there then is kept, and
+/// the pages follow.
 Status GoingBack::putInto(Target& target, sqlite3* copy, const std::string& database, std::string* kept) {
   std::unique_ptr<sqlite3_backup, BackupFinisher> backup(
       sqlite3_backup_init(target.handle(), kMain, copy, kMain));

@@ -23,13 +23,14 @@ class GoingBack {
   GoingBack(CopyFolder& folder, int lockWait, BusyQuestion question)
       : folder_(folder), lockWait_(lockWait), question_(std::move(question)) {}
 
-  /// Keeps the database as it is now, before it is deleted or replaced. Fails when it can't be kept, as
-  /// CopyFolder::begin and CopyInMaking::make.
+  /// Keeps the database as it is now, before it is deleted or replaced; a file that is none is not kept.
+  /// Fails when it can't be kept, as CopyFolder::begin and CopyInMaking::make.
   Status keepBeforeDeletion(const std::string& database);
 
   /// Puts the copy in the place of the database, in one transaction of SQLite's, so that other programs which
   /// have it open see it like any change; the database as it was is kept as a copy first. One that is gone is
-  /// made anew. One that is so damaged that SQLite can't write to it is replaced as a file, and kept as it is.
+  /// made anew. One that is so damaged that SQLite can't write to it is replaced as a file, and kept as it
+  /// is.
   ///
   /// On failure the database is as it was: damaged when the copy is, readOnly, locked, stopped, inputOutput,
   /// outOfMemory, and what keepBeforeDeletion can fail with.
@@ -40,10 +41,10 @@ class GoingBack {
   Status listMissingTables(const std::string& database, const std::string& copy,
                            std::vector<std::string>* tables);
 
-  /// Makes such a table anew, with its records, indexes and triggers, as one durable transaction; the database
-  /// as it was is kept as a copy first. What foreign keys changed in other tables when it was deleted stays.
-  /// tableExists, noTable, constraint when its records would refer to some that are not there any more; else as
-  /// putBack.
+  /// Makes such a table anew, with its records, indexes and triggers, as one durable transaction; the
+  /// database as it was is kept as a copy first. What foreign keys changed in other tables when it was
+  /// deleted stays. tableExists, noTable, constraint when its records would refer to some that are not there
+  /// any more; else as putBack.
   Status putTableBack(const std::string& database, const std::string& copy, const std::string& table);
 
  private:

@@ -20,8 +20,8 @@ std::int64_t bytesOfState(sqlite3* connection);
 /// changes meanwhile, by a write transaction that has changed nothing yet. The copy is whole, has no
 /// write-ahead log, and may not be on the disk yet. A database that is damaged is copied as it is.
 ///
-/// Fails with stopped, inputOutput (the disk is full), cannotOpen, outOfMemory; what then stands in `target` is
-/// worth nothing.
+/// Fails with stopped, inputOutput (the disk is full), cannotOpen, outOfMemory; what then stands in `target`
+/// is worth nothing.
 Status copyState(sqlite3* connection, const std::string& target, const IsStopped& isStopped);
 
 /// A copy while it is made: its file goes with it unless it is finished.

@@ -126,11 +126,11 @@ Status GoingBack::insertTable(SqliteConnection& connection, const std::string& d
     return {ErrorCode::notAvailable, "Only tables that hold their own records can come back alone."};
   }
   std::vector<std::string> definitions;
-  Status status =
-      readTexts(copy,
-                "SELECT sql FROM sqlite_schema WHERE lower(tbl_name) = lower(?1) AND sql IS NOT NULL ORDER BY "
-                "type <> 'table', type <> 'index', rowid",
-                table, &definitions);
+  Status status = readTexts(
+      copy,
+      "SELECT sql FROM sqlite_schema WHERE lower(tbl_name) = lower(?1) AND sql IS NOT NULL ORDER BY "
+      "type <> 'table', type <> 'index', rowid",
+      table, &definitions);
   if (!status) return status;
   if (definitions.empty()) return {ErrorCode::noTable, "no such table: " + table};
 

@@ -37,8 +37,9 @@ bool renameFile(const std::string& from, const std::string& to, bool replaces) n
 
 bool flushFile(const std::string& path) noexcept {
   return withPath(path, [](const wchar_t* name) {
-    const HANDLE file = CreateFileW(name, GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
-                                    nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+    const HANDLE file =
+        CreateFileW(name, GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                    OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
     if (file == INVALID_HANDLE_VALUE) return false;
     const bool isFlushed = FlushFileBuffers(file) != FALSE;
     CloseHandle(file);
