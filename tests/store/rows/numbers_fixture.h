@@ -1,10 +1,10 @@
 #pragma once
 
 #include <memory>
+#include <store_under_test.h>
 #include <string>
 
 #include "platform/store/rows/recordset.h"
-#include "tests/store/store_fixture.h"
 
 namespace store {
 
