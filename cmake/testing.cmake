@@ -27,16 +27,17 @@ if(QUIVANE_TESTS)
 endif()
 
 # quivane_add_test(NAME name SOURCES file... [LIBRARIES library...] [LABELS label...] [GRAPHICS x11]
-#                  [TIMEOUT seconds] [ENVIRONMENT variable=value...] [BESIDE_PROGRAM])
+#                  [TIMEOUT seconds] [ENVIRONMENT variable=value...] [BESIDE_PROGRAM] [LAUNCHER script])
 #
 # Makes the test program name_tests in the build's folder "tests" and one CTest entry called name that
 # runs all of it. The program has a main function (tests/support/main.cpp), GoogleMock and
 # tests/support/paths.h. A Windows program runs in a Wine prefix of its own, that is removed
 # afterwards, so different test programs may run at the same time. It has no display unless GRAPHICS
 # is x11: then it has a virtual one of its own. TIMEOUT is 300 seconds unless given. BESIDE_PROGRAM lets
-# the program load the modules that lie in the folder of the product.
+# the program load the modules that lie in the folder of the product. LAUNCHER runs the program, its command line
+# being the script's arguments.
 function(quivane_add_test)
-  cmake_parse_arguments(PARSE_ARGV 0 TEST "BESIDE_PROGRAM" "NAME;GRAPHICS;TIMEOUT" "SOURCES;LIBRARIES;LABELS;ENVIRONMENT")
+  cmake_parse_arguments(PARSE_ARGV 0 TEST "BESIDE_PROGRAM" "NAME;GRAPHICS;TIMEOUT;LAUNCHER" "SOURCES;LIBRARIES;LABELS;ENVIRONMENT")
   if(TEST_UNPARSED_ARGUMENTS OR TEST_KEYWORDS_MISSING_VALUES OR NOT TEST_NAME OR NOT TEST_SOURCES)
     message(FATAL_ERROR "quivane_add_test(${ARGV}): unknown or missing arguments.")
   endif()
@@ -76,7 +77,11 @@ function(quivane_add_test)
       UBSAN_OPTIONS=print_stacktrace=1)
   endif()
 
-  add_test(NAME ${TEST_NAME} COMMAND ${program} WORKING_DIRECTORY ${PROJECT_BINARY_DIR}/tests)
+  set(command ${program})
+  if(DEFINED TEST_LAUNCHER)
+    set(command ${TEST_LAUNCHER} ${CMAKE_CROSSCOMPILING_EMULATOR} $<TARGET_FILE:${program}>)
+  endif()
+  add_test(NAME ${TEST_NAME} COMMAND ${command} WORKING_DIRECTORY ${PROJECT_BINARY_DIR}/tests)
   set_tests_properties(${TEST_NAME} PROPERTIES
     TIMEOUT ${last_resort}
     LABELS "${TEST_LABELS}"

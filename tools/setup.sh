@@ -12,14 +12,18 @@ source "$root/tools/prefix.sh"
 # The fonts have the letters of all living scripts (prefix.sh). The libraries are those that Wine's X driver loads only
 # if it finds them.
 packages_headers=(libcli11-dev nlohmann-json3-dev)
+# Those of ODBC; the cross compiler has its own.
+packages_odbc_headers=(unixodbc-dev)
 packages_fonts=(fontconfig fonts-wine fonts-dejavu-core fonts-noto-core fonts-wqy-microhei fonts-symbola)
 packages_program=(cmake ninja-build g++-mingw-w64-x86-64-posix mingw-w64-tools ccache "${packages_headers[@]}"
   wine wine64 libwine-dev "${packages_fonts[@]}" libxrender1 libxcursor1 libxi6 libxrandr2 libxinerama1 libxcomposite1 python3)
 packages_display=(xvfb imagemagick)
-packages_native=(g++ "${packages_headers[@]}")
-packages_test=(googletest)
+packages_native=(g++ "${packages_headers[@]}" "${packages_odbc_headers[@]}")
+# A server and the way to it; the server's own first cluster, which its package makes and starts, is left alone.
+packages_server=(unixodbc odbc-postgresql postgresql)
+packages_test=(googletest "${packages_server[@]}")
 packages_benchmark=(libbenchmark-dev sqlite3)
-packages_fuzz=(cmake ninja-build ccache clang "${packages_headers[@]}")
+packages_fuzz=(cmake ninja-build ccache clang "${packages_headers[@]}" "${packages_odbc_headers[@]}")
 packages_npm=(npm nodejs)
 
 # --- SQLite ----------------------------------------------------------------------------------------

@@ -16,7 +16,8 @@ MANUAL = ROOT / 'help' / 'Quivane.htm'
 SHOWING_FOLDERS = ('app', 'dialogs', 'views', 'records', 'data')
 # Of these only whole sentences are. What only the command line says is told by itself.
 SPEAKING_FOLDERS = ('base', 'platform/help', 'platform/pocketshell', 'platform/store/automation',
-                    'platform/store/rows', 'platform/store/sql', 'platform/store/sqlite', 'platform/store/exchange')
+                    'platform/store/rows', 'platform/store/sql', 'platform/store/sqlite', 'platform/store/dsn',
+                    'platform/store/odbc', 'platform/store/exchange')
 
 # Texts of several words that nobody is shown: names of window classes and keys, filters of the file dialogs, SQL.
 NOT_SHOWN = {

@@ -7,8 +7,8 @@
 #include "platform/store/cdbtool/text_table.h"
 #include "platform/store/exchange/formats/csv_writer.h"
 #include "platform/store/exchange/formats/json_writer.h"
+#include "platform/store/opening/open_path.h"
 #include "platform/store/sql/dialect.h"
-#include "platform/store/sqlite/database_file.h"
 #include "platform/store/sqlite/files/file_path.h"
 
 namespace cdbtool {
@@ -43,7 +43,7 @@ Status openFile(const std::string& path, std::unique_ptr<Backend>* backend) {
   options.pageCacheKibibytes = 16 * 1024;
   options.question = [](store::Busy) { return wasInterrupted(); };
   options.folding = lettersOfSystem;
-  Status status = openDatabase(path, options, backend);
+  Status status = openPath(path, options, backend);
   if (status) return {};
   return {status.code(), path + ": " + status.message()};
 }

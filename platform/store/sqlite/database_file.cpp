@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <system_error>
 
+#include "platform/store/dsn/file_dsn.h"
 #include "platform/store/sqlite/connection/sqlite_connection.h"
 #include "platform/store/sqlite/files/file_head.h"
 #include "platform/store/sqlite/files/new_file.h"
@@ -45,6 +46,13 @@ bool isUsedByOthers(sqlite3* connection) {
 bool isSameFile(const std::string& left, const std::string& right) {
   std::error_code error;
   return std::filesystem::equivalent(pathOf(left), pathOf(right), error) && !error;
+}
+
+Status linkStays() {
+  return {ErrorCode::illegalOperation,
+          "The file is a link to a server's database, which is not deleted here. To be rid of the link, "
+          "delete the "
+          "file."};
 }
 
 class StoreWithoutDatabase : public Backend {
@@ -114,6 +122,8 @@ Status dropDatabase(const std::string& path) {
     Connection connection;
     Status status = openConnection(path, SQLITE_OPEN_READWRITE, &connection);
     if (status) status = checkFileHead(connection.get());
+    // Only now, because the closing of a handle may give up the locks that this program has on a database.
+    if (status.code() == ErrorCode::cannotOpen && isFileDsnAt(path)) return linkStays();
     if (!status) return status;
     // Some systems delete such a file all the same.
     if (isMarkedReadOnly(path)) return {ErrorCode::readOnly, "The file is marked as not to be written."};

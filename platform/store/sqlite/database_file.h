@@ -26,10 +26,11 @@ std::unique_ptr<Backend> storeWithoutDatabase();
 Status createDatabase(const std::string& path);
 
 /// Deletes the database at `path` with the files beside it that belong to it. Refuses, leaving all as it
-/// was, a file that is not a database (cannotOpen), one that is marked as not to be written (readOnly)
-/// and one that another connection has open (locked). Where a system lets open files be deleted, which
-/// Windows does not, only a connection that reads or writes at the moment counts as open: one that is
-/// idle can't be told there, and the file that has lost its name takes no more of its changes.
+/// was, a file that is not a database (cannotOpen), a link to a server's database (illegalOperation), one
+/// that is marked as not to be written (readOnly) and one that another connection has open (locked). Where a
+/// system lets open files be deleted, which Windows does not, only a connection that reads or writes at the
+/// moment counts as open: one that is idle can't be told there, and the file that has lost its name takes no
+/// more of its changes.
 Status dropDatabase(const std::string& path);
 
 /// Runs a CREATE DATABASE or DROP DATABASE; noTable for any other statement. The file at `openPath`

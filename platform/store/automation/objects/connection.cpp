@@ -9,6 +9,7 @@
 #include "platform/store/automation/objects/recordset.h"
 #include "platform/store/automation/values/text.h"
 #include "platform/store/automation/values/variant_values.h"
+#include "platform/store/opening/open_path.h"
 #include "platform/store/sql/dialect.h"
 #include "platform/store/sqlite/database_file.h"
 
@@ -123,7 +124,7 @@ Outcome ConnectionObject::open(const std::wstring& connectionString) {
     options.question = question_;
     options.copies = copies_;
     options.isReadOnly = copies_ != nullptr && copies_->isCopy(utf8Of(path));
-    store::Status status = store::openDatabase(utf8Of(path), options, &backend);
+    store::Status status = store::openPath(utf8Of(path), options, &backend);
     if (!status) return status;
   }
   connectionString_ = connectionString;

@@ -1,0 +1,358 @@
+#include "platform/store/odbc/dialect/server_statement.h"
+
+#include <algorithm>
+#include <map>
+#include <set>
+
+#include "platform/store/rows/ascii_case.h"
+#include "platform/store/sql/dialect.h"
+#include "platform/store/sql/sql_tokens.h"
+
+namespace store {
+
+namespace {
+
+/// Words that are never names where they stand bare.
+bool isReserved(const Token& token) {
+  return isOneOfWords(
+      token,
+      {"SELECT", "FROM",      "WHERE",   "ORDER",   "GROUP",   "BY",     "HAVING",     "LIMIT",    "OFFSET",
+       "AND",    "OR",        "NOT",     "IN",      "IS",      "NULL",   "LIKE",       "BETWEEN",  "CASE",
+       "WHEN",   "THEN",      "ELSE",    "END",     "AS",      "ON",     "JOIN",       "INNER",    "LEFT",
+       "OUTER",  "CROSS",     "UNION",   "ALL",     "SET",     "VALUES", "INSERT",     "INTO",     "UPDATE",
+       "DELETE", "CREATE",    "DROP",    "ALTER",   "TABLE",   "ASC",    "DESC",       "USING",    "EXISTS",
+       "CAST",   "DISTINCT",  "DEFAULT", "PRIMARY", "UNIQUE",  "CHECK",  "REFERENCES", "FOREIGN",  "WITH",
+       "EXCEPT", "INTERSECT", "RIGHT",   "FULL",    "NATURAL", "TRUE",   "FALSE",      "RETURNING"});
+}
+
+enum class Form { toRun, toRead };
+
+class Translation {
+ public:
+  Translation(std::string_view sql, const Tokens& tokens, NameSource& names, Form form)
+      : sql_(sql),
+        tokens_(tokens),
+        names_(names),
+        form_(form),
+        replaced_(tokens.count()),
+        isTable_(tokens.count(), false) {}
+
+  Status run(std::string* serverSql) {
+    if (Status status = findTables(); !status) return status;
+    findAliases();
+    for (std::size_t index = 0; index < tokens_.count(); ++index) {
+      if (!replaced_[index] && !isTable_[index]) translate(index);
+    }
+    *serverSql = joined();
+    return {};
+  }
+
+ private:
+  struct KnownColumn {
+    std::string name;
+    bool isBoolean = false;
+  };
+
+  bool isQuoted(std::size_t index) const { return tokens_[index].kind == TokenKind::name; }
+
+  /// Whether the parenthesis that the token stands in belongs to the function.
+  bool isInside(std::size_t index, std::string_view function) const {
+    const int depth = tokens_[index].depth;
+    for (std::size_t before = index; before-- > 0;) {
+      if (tokens_[before].kind == TokenKind::open && tokens_[before].depth == depth - 1) {
+        return isWord(tokens_[before - 1], function);
+      }
+    }
+    return false;
+  }
+
+  bool isTablePlace(std::size_t index, bool isInFrom) const {
+    const Token& before = tokens_[index - 1];
+    if (isOneOfWords(before, {"FROM", "JOIN", "INTO", "UPDATE", "TABLE", "ONLY", "ANALYZE"})) return true;
+    if (isWord(before, "EXISTS")) return isWord(tokens_[index - 2], "IF");
+    if (isOneOfWords(before, {"ON", "REFERENCES"})) return isOneOfWords(tokens_[0], {"CREATE", "ALTER"});
+    return before.kind == TokenKind::comma && isInFrom;
+  }
+
+  Status findTables() {
+    std::vector<bool> inFrom(1, false);  // for each depth, whether the clause is a list of tables
+    for (std::size_t index = 0; index < tokens_.count(); ++index) {
+      const Token& token = tokens_[index];
+      const auto depth = static_cast<std::size_t>(std::max(token.depth, 0));
+      if (inFrom.size() <= depth + 1) inFrom.resize(depth + 2, false);
+      if (token.kind == TokenKind::open) inFrom[depth + 1] = false;
+      if (isWord(token, "FROM")) inFrom[depth] = true;
+      if (isOneOfWords(token, {"WHERE", "GROUP", "HAVING", "ORDER", "LIMIT", "UNION", "EXCEPT", "INTERSECT",
+                               "SELECT", "SET", "VALUES"})) {
+        inFrom[depth] = false;
+      }
+      if (isUnnamedSelect(index, inFrom[depth])) nameSelect(index);
+      const bool canBe = (isName(token) && !isReserved(token)) || token.kind == TokenKind::string;
+      if (!canBe || !isTablePlace(index, inFrom[depth])) continue;
+      if (Status status = findTable(index); !status) return status;
+    }
+    return {};
+  }
+
+  bool isUnnamedSelect(std::size_t index, bool isInFrom) const {
+    return form_ == Form::toRun && tokens_[index].kind == TokenKind::open && isTablePlace(index, isInFrom) &&
+           isOneOfWords(tokens_[index + 1], {"SELECT", "VALUES", "WITH"});
+  }
+
+  void nameSelect(std::size_t open) {
+    std::size_t close = open + 1;
+    while (close < tokens_.count() && tokens_[close].depth != tokens_[open].depth) ++close;
+    const Token& next = tokens_[close + 1];
+    if (close == tokens_.count() || isWord(next, "AS") || (isName(next) && !isReserved(next))) return;
+    replaced_[close] = ") AS quivane_" + std::to_string(open);
+  }
+
+  Status findTable(std::size_t index) {
+    const bool isQualified = tokens_[index + 1].kind == TokenKind::dot && isName(tokens_[index + 2]);
+    const std::string own =
+        tokens_[index].kind == TokenKind::string ? unquoted(tokens_[index].text) : nameOf(tokens_[index]);
+    const std::string name = isQualified ? own + "." + nameOf(tokens_[index + 2]) : own;
+    std::optional<NamedTable> table;
+    if (Status status = names_.findTable(name, &table); !status) return status;
+    if (!table) return {};
+    const std::string reference = form_ == Form::toRun ? table->reference : quotedName(table->name);
+    replaced_[index] = reference;
+    isTable_[index] = true;
+    if (isQualified) {
+      replaced_[index + 1] = "";
+      replaced_[index + 2] = "";
+    }
+    for (const NamedTable::Column& column : table->columns) {
+      columns_[lowerCase(column.name)].push_back({column.name, column.isBoolean});
+    }
+    qualifiers_[lowerCase(name)] = reference;
+    return {};
+  }
+
+  void findAliases() {
+    for (std::size_t index = 0; index < tokens_.count(); ++index) {
+      if (!isName(tokens_[index]) || isReserved(tokens_[index])) continue;
+      const Token& before = tokens_[index - 1];
+      const bool isGiven = isWord(before, "AS") && !isInside(index, "CAST");
+      const bool isImplied =
+          isQuoted(index) &&
+          (before.kind == TokenKind::close || isName(before) || before.kind == TokenKind::string) &&
+          !isReserved(before);
+      if (isGiven || isImplied) aliases_.emplace(lowerCase(nameOf(tokens_[index])), nameOf(tokens_[index]));
+    }
+  }
+
+  /// The column of that name, exact before any letter case; null when there is none.
+  const KnownColumn* columnOf(const std::string& name) const {
+    const auto found = columns_.find(lowerCase(name));
+    if (found == columns_.end()) return nullptr;
+    for (const KnownColumn& column : found->second) {
+      if (column.name == name) return &column;
+    }
+    return &found->second.front();
+  }
+
+  /// A name that the statement gives to something.
+  bool isDefined(std::size_t index) const {
+    const Token& before = tokens_[index - 1];
+    if (isWord(before, "AS")) return !isInside(index, "CAST") && tokens_[index + 1].kind != TokenKind::open;
+    if (isWord(tokens_[0], "ALTER")) {
+      return isWord(before, "TO") || (isWord(before, "ADD") && !isWord(tokens_[index], "COLUMN")) ||
+             (isWord(before, "COLUMN") && isWord(tokens_[index - 2], "ADD"));
+    }
+    if (!isWord(tokens_[0], "CREATE")) return false;
+    return isOneOfWords(before, {"TABLE", "VIEW", "INDEX"}) ||
+           (isWord(before, "EXISTS") && isWord(tokens_[index - 2], "NOT"));
+  }
+
+  void translate(std::size_t index) {
+    const Token& token = tokens_[index];
+    switch (token.kind) {
+      case TokenKind::word:
+        translateWord(index);
+        break;
+      case TokenKind::name:
+        translateName(index);
+        break;
+      case TokenKind::blob:
+        replaced_[index] = "'\\x" + std::string(token.text.substr(2, token.text.size() - 3)) + "'::bytea";
+        break;
+      case TokenKind::op:
+        if (token.text == "==") replaced_[index] = "=";
+        break;
+      case TokenKind::number:
+        translateNumber(index);
+        break;
+      default:
+        break;
+    }
+  }
+
+  void translateWord(std::size_t index) {
+    const Token& token = tokens_[index];
+    if (isWord(token, "LIKE")) {
+      replaced_[index] = "ILIKE";
+      return;
+    }
+    const bool isFunction = tokens_[index + 1].kind == TokenKind::open;
+    if (isWord(token, "IFNULL") && isFunction) {
+      replaced_[index] = "COALESCE";
+      return;
+    }
+    if (isReserved(token)) return;
+    const std::string name(token.text);
+    if (isDefined(index) && !isOneOfWords(token, {"IF", "CONSTRAINT"})) {
+      replaced_[index] = quotedName(name);
+      return;
+    }
+    if (isFunction && !isColumnListOf(index)) return;
+    replaceKnown(index, name);
+  }
+
+  /// A name before a parenthesis is a function's, but not a table's in front of its list of columns.
+  bool isColumnListOf(std::size_t index) const { return isWord(tokens_[index - 1], "INTO"); }
+
+  /// Puts the server's name in the place of one that it has. False when it has none.
+  bool replaceKnown(std::size_t index, const std::string& name) {
+    if (const KnownColumn* column = columnOf(name)) {
+      replaced_[index] = quotedName(column->name);
+      if (column->isBoolean) translateBooleanBehind(index);
+      return true;
+    }
+    if (const auto found = qualifiers_.find(lowerCase(name)); found != qualifiers_.end()) {
+      replaced_[index] = found->second;
+      return true;
+    }
+    if (const auto found = aliases_.find(lowerCase(name)); found != aliases_.end()) {
+      replaced_[index] = quotedName(found->second);
+      return true;
+    }
+    return false;
+  }
+
+  void translateName(std::size_t index) {
+    const Token& token = tokens_[index];
+    const std::string name = nameOf(token);
+    if (isSubscript(index)) return;
+    if (isDefined(index) || isTable_[index]) {
+      replaced_[index] = quotedName(name);
+      return;
+    }
+    if (replaceKnown(index, name)) return;
+    const Token& before = tokens_[index - 1];
+    const bool standsForValue = before.kind == TokenKind::op || before.kind == TokenKind::comma ||
+                                before.kind == TokenKind::open ||
+                                isOneOfWords(before, {"LIKE", "BETWEEN", "AND", "THEN", "ELSE", "IS", "NOT"});
+    const bool isText = token.text.front() == '"' && standsForValue &&
+                        tokens_[index + 1].kind != TokenKind::dot && !isWord(tokens_[0], "CREATE") &&
+                        !isWord(tokens_[0], "ALTER");
+    replaced_[index] = isText ? quotedText(name) : quotedName(name);
+  }
+
+  /// value[1], which is no name in brackets.
+  bool isSubscript(std::size_t index) const {
+    const std::string_view text = tokens_[index].text;
+    if (index == 0 || text.front() != '[') return false;
+    const std::string_view before = tokens_[index - 1].text;
+    const bool isBeside = before.data() + before.size() == text.data();
+    const bool isValue = tokens_[index - 1].kind == TokenKind::close ||
+                         (isName(tokens_[index - 1]) && !isReserved(tokens_[index - 1]));
+    return isBeside && isValue && text.find_first_not_of("[]0123456789:,'") == std::string_view::npos;
+  }
+
+  /// bool = 1.
+  void translateBooleanBehind(std::size_t index) {
+    const std::string_view sign = tokens_[index + 1].text;
+    if (sign != "=" && sign != "==" && sign != "<>" && sign != "!=") return;
+    const Token& number = tokens_[index + 2];
+    if (number.text == "0" || number.text == "1")
+      replaced_[index + 2] = number.text == "1" ? "TRUE" : "FALSE";
+  }
+
+  void translateNumber(std::size_t index) {
+    if (!isWord(tokens_[0], "INSERT") || tokens_[index].depth == 0) return;
+    const auto ends = [](const Token& token) {
+      return token.kind == TokenKind::comma || token.kind == TokenKind::open ||
+             token.kind == TokenKind::close;
+    };
+    const bool isAlone = ends(tokens_[index - 1]) && ends(tokens_[index + 1]);
+    if (!isAlone || !isInValues(index)) return;
+    replaced_[index] = quotedText(tokens_[index].text);
+  }
+
+  bool isInValues(std::size_t index) const {
+    if (tokens_[index].depth != 1) return false;
+    for (std::size_t before = index; before-- > 0;) {
+      if (tokens_[before].depth != 0) continue;
+      if (isWord(tokens_[before], "VALUES")) return true;
+      if (tokens_[before].kind == TokenKind::word) return false;
+    }
+    return false;
+  }
+
+  std::string joined() const {
+    std::string text;
+    const char* end = sql_.data();
+    for (std::size_t index = 0; index < tokens_.count(); ++index) {
+      const std::string_view own = tokens_[index].text;
+      text.append(end, static_cast<std::size_t>(own.data() - end));
+      text += replaced_[index] ? *replaced_[index] : std::string(own);
+      end = own.data() + own.size();
+    }
+    return text;
+  }
+
+  std::string_view sql_;
+  const Tokens& tokens_;
+  NameSource& names_;
+  Form form_;
+  std::vector<std::optional<std::string>> replaced_;
+  std::vector<bool> isTable_;
+  std::map<std::string, std::vector<KnownColumn>> columns_;  // by lower case
+  std::map<std::string, std::string> qualifiers_;            // by lower case: how a column's table is called
+  std::map<std::string, std::string> aliases_;               // by lower case
+};
+
+Status translated(std::string_view sql, NameSource& names, Form form, std::string* result) {
+  const Tokens tokens(sql);
+  for (std::size_t index = 0; index < tokens.count(); ++index) {
+    if (tokens[index].kind == TokenKind::semicolon) {
+      return {ErrorCode::errorsInCommand, "Only one statement can be run at a time."};
+    }
+  }
+  if (sql.find('\0') != std::string_view::npos) {
+    return {ErrorCode::errorsInCommand, "A statement can't hold a zero character."};
+  }
+  return Translation(sql, tokens, names, form).run(result);
+}
+
+}  // namespace
+
+Status toServerSql(std::string_view sql, NameSource& names, std::string* serverSql) {
+  return translated(sql, names, Form::toRun, serverSql);
+}
+
+Status toReadableSql(std::string_view sql, NameSource& names, std::string* readableSql) {
+  return translated(sql, names, Form::toRead, readableSql);
+}
+
+bool changesRows(std::string_view sql) {
+  const Tokens tokens(sql);
+  if (!isWord(tokens[0], "WITH")) return false;
+  for (std::size_t index = 1; index < tokens.count(); ++index) {
+    if (tokens[index].depth != 0) continue;
+    if (isOneOfWords(tokens[index], {"INSERT", "UPDATE", "DELETE"})) return true;
+    if (isOneOfWords(tokens[index], {"SELECT", "VALUES"})) return false;
+  }
+  return false;
+}
+
+bool namesTable(std::string_view sql) {
+  const Tokens tokens(sql);
+  for (std::size_t index = 0; index < tokens.count(); ++index) {
+    if (isWord(tokens[index], "FROM")) return true;
+  }
+  return false;
+}
+
+}  // namespace store

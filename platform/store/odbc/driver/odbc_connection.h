@@ -1,0 +1,61 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <vector>
+
+#include "platform/store/odbc/driver/odbc_session.h"
+#include "platform/store/rows/busy.h"
+#include "platform/store/rows/status.h"
+
+namespace store {
+
+/// The way to a server, over as many conversations as it takes: when one was lost, the next call begins
+/// another. Everything but stop() is called by one thread.
+class OdbcConnection {
+ public:
+  /// `settings` are statements that each conversation begins with.
+  OdbcConnection(std::string connectionText, std::vector<std::string> settings)
+      : connectionText_(std::move(connectionText)), settings_(std::move(settings)) {}
+  OdbcConnection(const OdbcConnection&) = delete;
+  OdbcConnection& operator=(const OdbcConnection&) = delete;
+
+  /// Sees to it that there is a conversation. Failures are those of OdbcSession::connect() and of the
+  /// settings.
+  Status ensureOpen();
+
+  /// Of the conversation; not null after ensureOpen().
+  const std::shared_ptr<OdbcSession>& session() const { return session_; }
+  /// Counts the conversations: what was made in an earlier one, as a cursor, is gone.
+  std::uint64_t conversations() const { return conversations_; }
+  /// To be told when the server doesn't answer any more.
+  void lose();
+
+  /// Counts the changes that were made through it: rows that were read before one may be others now.
+  std::uint64_t changes() const { return changes_; }
+  void noteChange() { ++changes_; }
+
+  void askWhileBusy(BusyQuestion question) { question_ = std::move(question); }
+  /// As Backend::stop().
+  void stop();
+
+  /// Makes one call of the driver for `statement`, during which whoever is to be asked is asked again and
+  /// again. When he wants it stopped, the server is; when that doesn't answer, the conversation is given up.
+  /// `call` keeps alive all that it uses. Stores its result, SQL_ERROR when it was given up, which `*gaveUp`
+  /// tells.
+  void perform(SQLHSTMT statement, std::function<SQLRETURN()> call, SQLRETURN* result, bool* gaveUp);
+
+ private:
+  std::string connectionText_;
+  std::vector<std::string> settings_;
+  BusyQuestion question_;
+  std::mutex mutex_;  // of session_, which stop() uses from another thread
+  std::shared_ptr<OdbcSession> session_;
+  std::uint64_t conversations_ = 0;
+  std::uint64_t changes_ = 0;
+};
+
+}  // namespace store

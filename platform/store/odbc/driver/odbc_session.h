@@ -1,0 +1,44 @@
+#pragma once
+
+#include <mutex>
+#include <string>
+
+#include "platform/store/odbc/driver/diagnostics.h"
+#include "platform/store/odbc/driver/odbc_functions.h"
+#include "platform/store/odbc/driver/odbc_handle.h"
+
+namespace store {
+
+/// One conversation with a server, from the connecting to the end of it. Everything but cancel() is called by
+/// one thread at a time. Whoever uses it keeps it alive: a call of the driver may outlast the patience of its
+/// caller.
+class OdbcSession {
+ public:
+  explicit OdbcSession(const OdbcFunctions& functions) : functions_(functions) {}
+  ~OdbcSession();
+  OdbcSession(const OdbcSession&) = delete;
+  OdbcSession& operator=(const OdbcSession&) = delete;
+
+  /// Connects, and gives up after some seconds. cannotOpen, or what the driver says.
+  Status connect(const std::string& connectionText);
+
+  const OdbcFunctions& functions() const { return functions_; }
+  SQLHDBC handle() const { return connection_; }
+  /// What the driver calls the server's kind, as in "PostgreSQL".
+  std::string productName() const;
+
+  /// Marks the statement whose call runs, so that cancel() finds it; null for none.
+  void setRunning(SQLHSTMT statement);
+  /// Asks the server to end the statement that runs. From any thread; nothing happens when none does.
+  void cancel();
+
+ private:
+  const OdbcFunctions& functions_;
+  OdbcEnvironment environment_;
+  SQLHDBC connection_ = nullptr;
+  bool isConnected_ = false;
+  std::mutex mutex_;
+  SQLHSTMT running_ = nullptr;
+};
+
+}  // namespace store

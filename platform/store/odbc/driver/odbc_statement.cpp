@@ -1,0 +1,215 @@
+#include "platform/store/odbc/driver/odbc_statement.h"
+
+#include <algorithm>
+#include <array>
+
+#include "platform/store/odbc/driver/odbc_text.h"
+
+namespace store {
+
+namespace {
+
+constexpr std::size_t kIntegersAtOnce = 1000;
+
+SQLPOINTER pointerOf(std::uintptr_t number) {
+  return reinterpret_cast<SQLPOINTER>(number);
+}
+
+}  // namespace
+
+/// All that the driver uses while it runs: it may go on with it when nobody waits any more.
+struct OdbcStatement::Call {
+  explicit Call(std::shared_ptr<OdbcSession> owner) : session(std::move(owner)) {}
+  ~Call() { handle.reset(); }
+  Call(const Call&) = delete;
+  Call& operator=(const Call&) = delete;
+
+  std::shared_ptr<OdbcSession> session;
+  OdbcStatementHandle handle;
+  std::u16string sql;
+  std::vector<std::u16string> values;
+  std::vector<SQLLEN> lengths;
+};
+
+OdbcStatement::OdbcStatement(OdbcConnection& connection) : connection_(connection) {}
+
+OdbcStatement::~OdbcStatement() = default;
+
+Status OdbcStatement::prepareHandle() {
+  columnCount_ = 0;
+  affected_ = 0;
+  if (Status status = connection_.ensureOpen(); !status) return status;
+  call_.reset();
+  auto call = std::make_shared<Call>(connection_.session());
+  const OdbcFunctions& functions = call->session->functions();
+  if (!call->handle.make(functions, call->session->handle())) {
+    return statusOf(diagnose(functions, SQL_HANDLE_DBC, call->session->handle()));
+  }
+  // What stands in braces is the server's own.
+  functions.setStatementAttribute(call->handle.get(), SQL_ATTR_NOSCAN, pointerOf(SQL_NOSCAN_ON), 0);
+  call_ = std::move(call);
+  return {};
+}
+
+Status OdbcStatement::outcomeOf(SQLRETURN result, bool gaveUp) {
+  if (gaveUp) {
+    call_.reset();
+    connection_.lose();
+    return {ErrorCode::stopped, "The statement was stopped. The server did not answer."};
+  }
+  if (SQL_SUCCEEDED(result) || result == SQL_NO_DATA) return {};
+  const Diagnosis diagnosis = diagnose(call_->session->functions(), SQL_HANDLE_STMT, call_->handle.get());
+  Status status = statusOf(diagnosis);
+  SQLINTEGER isDead = SQL_CD_FALSE;
+  call_->session->functions().getConnectionAttribute(call_->session->handle(), SQL_ATTR_CONNECTION_DEAD,
+                                                     &isDead, 0, nullptr);
+  if (!endsConnection(diagnosis.state) && isDead != SQL_CD_TRUE) return status;
+  call_.reset();
+  connection_.lose();
+  return {ErrorCode::inputOutput, "The connection to the server was lost: " + status.message()};
+}
+
+Status OdbcStatement::run(std::string_view sql, const Parameters& parameters) {
+  for (const std::optional<std::string>& value : parameters) {
+    if (value && value->find('\0') != std::string::npos) {
+      return {ErrorCode::conversion, "The server's texts can't hold a zero character."};
+    }
+  }
+  if (Status status = prepareHandle(); !status) return status;
+  const OdbcFunctions& functions = call_->session->functions();
+  call_->sql = toUtf16(sql);
+  call_->values.reserve(parameters.size());
+  call_->lengths.reserve(parameters.size());
+  for (std::size_t index = 0; index < parameters.size(); ++index) {
+    call_->values.push_back(parameters[index] ? toUtf16(*parameters[index]) : std::u16string());
+    std::u16string& value = call_->values.back();
+    const auto length = static_cast<SQLLEN>(value.size() * sizeof(char16_t));
+    call_->lengths.push_back(parameters[index] ? length : SQL_NULL_DATA);
+    const SQLRETURN bound =
+        functions.bindParameter(call_->handle.get(), static_cast<SQLUSMALLINT>(index + 1), SQL_PARAM_INPUT,
+                                SQL_C_WCHAR, SQL_WLONGVARCHAR, std::max<SQLULEN>(value.size(), 1), 0,
+                                wideOf(value), length, &call_->lengths.back());
+    if (!SQL_SUCCEEDED(bound)) return outcomeOf(bound, false);
+  }
+  SQLRETURN result = SQL_ERROR;
+  bool gaveUp = false;
+  connection_.perform(
+      call_->handle.get(),
+      [call = call_] {
+        return call->session->functions().executeDirect(call->handle.get(), wideOf(call->sql),
+                                                        static_cast<SQLINTEGER>(call->sql.size()));
+      },
+      &result, &gaveUp);
+  if (Status status = outcomeOf(result, gaveUp); !status) return status;
+  // A change that met no row answers nothing, whatever it was to return.
+  if (result == SQL_NO_DATA) return {};
+  SQLSMALLINT columns = 0;
+  functions.resultColumnCount(call_->handle.get(), &columns);
+  columnCount_ = static_cast<std::size_t>(std::max<SQLSMALLINT>(columns, 0));
+  SQLLEN rows = 0;
+  functions.rowCount(call_->handle.get(), &rows);
+  affected_ = std::max<SQLLEN>(rows, 0);
+  return {};
+}
+
+Status OdbcStatement::describe(std::string_view sql) {
+  if (Status status = prepareHandle(); !status) return status;
+  call_->sql = toUtf16(sql);
+  SQLRETURN result = SQL_ERROR;
+  SQLSMALLINT columns = 0;
+  bool gaveUp = false;
+  connection_.perform(
+      call_->handle.get(),
+      [call = call_] {
+        SQLSMALLINT count = 0;
+        const SQLRETURN prepared = call->session->functions().prepare(
+            call->handle.get(), wideOf(call->sql), static_cast<SQLINTEGER>(call->sql.size()));
+        // Only this question makes some drivers ask the server.
+        return SQL_SUCCEEDED(prepared)
+                   ? call->session->functions().resultColumnCount(call->handle.get(), &count)
+                   : prepared;
+      },
+      &result, &gaveUp);
+  if (Status status = outcomeOf(result, gaveUp); !status) return status;
+  call_->session->functions().resultColumnCount(call_->handle.get(), &columns);
+  columnCount_ = static_cast<std::size_t>(std::max<SQLSMALLINT>(columns, 0));
+  return {};
+}
+
+std::string OdbcStatement::columnText(std::size_t index, SQLUSMALLINT what) const {
+  std::array<SQLWCHAR, 256> text{};
+  SQLSMALLINT length = 0;
+  const SQLRETURN result = call_->session->functions().columnAttribute(
+      call_->handle.get(), static_cast<SQLUSMALLINT>(index + 1), what, text.data(),
+      static_cast<SQLSMALLINT>(sizeof text), &length, nullptr);
+  if (!SQL_SUCCEEDED(result)) return {};
+  return fromWide(text.data(),
+                  static_cast<std::size_t>(std::find(text.begin(), text.end(), 0) - text.begin()));
+}
+
+std::string OdbcStatement::columnName(std::size_t index) const {
+  return columnText(index, SQL_DESC_NAME);
+}
+
+std::string OdbcStatement::columnTypeName(std::size_t index) const {
+  return columnText(index, SQL_DESC_TYPE_NAME);
+}
+
+Status OdbcStatement::next(bool* hasRow) {
+  if (columnCount_ == 0) {
+    *hasRow = false;
+    return {};
+  }
+  const SQLRETURN result = call_->session->functions().fetch(call_->handle.get());
+  if (Status status = outcomeOf(result, false); !status) return status;
+  *hasRow = SQL_SUCCEEDED(result);
+  return {};
+}
+
+Status OdbcStatement::read(std::size_t index, std::optional<std::string>* value) {
+  std::array<SQLWCHAR, 1024> buffer{};
+  std::u16string units;
+  for (;;) {
+    SQLLEN length = 0;
+    const SQLRETURN result =
+        call_->session->functions().getData(call_->handle.get(), static_cast<SQLUSMALLINT>(index + 1),
+                                            SQL_C_WCHAR, buffer.data(), sizeof buffer, &length);
+    if (result == SQL_NO_DATA) break;
+    if (Status status = outcomeOf(result, false); !status) return status;
+    if (length == SQL_NULL_DATA) {
+      value->reset();
+      return {};
+    }
+    const bool isWhole = result == SQL_SUCCESS;
+    // A part fills the buffer but for its terminator.
+    const std::size_t count =
+        isWhole && length >= 0 ? static_cast<std::size_t>(length) / sizeof(SQLWCHAR) : buffer.size() - 1;
+    units.append(reinterpret_cast<const char16_t*>(buffer.data()), std::min(count, buffer.size() - 1));
+    if (isWhole) break;
+  }
+  *value = fromWide(reinterpret_cast<const SQLWCHAR*>(units.data()), units.size());
+  return {};
+}
+
+Status OdbcStatement::readIntegers(std::vector<std::int64_t>* integers) {
+  if (columnCount_ == 0) return {};
+  const OdbcFunctions& functions = call_->session->functions();
+  SQLHSTMT handle = call_->handle.get();
+  std::vector<std::int64_t> block(kIntegersAtOnce);
+  std::vector<SQLLEN> lengths(kIntegersAtOnce);
+  SQLULEN fetched = 0;
+  functions.setStatementAttribute(handle, SQL_ATTR_ROW_ARRAY_SIZE, pointerOf(kIntegersAtOnce), 0);
+  functions.setStatementAttribute(handle, SQL_ATTR_ROWS_FETCHED_PTR, &fetched, 0);
+  functions.bindColumn(handle, 1, SQL_C_SBIGINT, block.data(), sizeof(std::int64_t), lengths.data());
+  SQLRETURN result = SQL_SUCCESS;
+  while (SQL_SUCCEEDED(result = functions.fetch(handle))) {
+    integers->insert(integers->end(), block.begin(), block.begin() + static_cast<std::ptrdiff_t>(fetched));
+  }
+  Status status = outcomeOf(result, false);
+  // The buffers go; a handle that is used again must not know them.
+  call_.reset();
+  columnCount_ = 0;
+  return status;
+}
+
+}  // namespace store

@@ -1,0 +1,66 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/store/odbc/driver/odbc_connection.h"
+#include "platform/store/rows/status.h"
+
+namespace store {
+
+/// One statement and what it answers. All values come and go as texts, which is the form in which a server
+/// has each of its types without loss.
+class OdbcStatement {
+ public:
+  /// Values for the question marks of a statement, in UTF-8; nothing is null.
+  using Parameters = std::vector<std::optional<std::string>>;
+
+  /// `connection` outlives the statement.
+  explicit OdbcStatement(OdbcConnection& connection);
+  ~OdbcStatement();
+  OdbcStatement(const OdbcStatement&) = delete;
+  OdbcStatement& operator=(const OdbcStatement&) = delete;
+
+  /// Runs it, in another conversation when the former one was lost. What an earlier run answered is gone.
+  /// stopped when who was asked wanted that; inputOutput when the server was lost meanwhile: whether a change
+  /// was stored is then unknown. conversion for a parameter with a zero character, which no server's text can
+  /// hold.
+  Status run(std::string_view sql, const Parameters& parameters = {});
+
+  /// Lets the server tell the columns of a statement without running it.
+  Status describe(std::string_view sql);
+
+  std::size_t columnCount() const { return columnCount_; }
+  /// The name of the column, and of its type as the driver knows it. Empty when the driver doesn't tell.
+  std::string columnName(std::size_t index) const;
+  std::string columnTypeName(std::size_t index) const;
+
+  /// How many rows were changed, or came.
+  std::int64_t affected() const { return affected_; }
+
+  /// Goes to the first row of the answer, and then to the next one.
+  Status next(bool* hasRow);
+  /// The value of the row's column, each one at most once and in growing order; nothing is null.
+  Status read(std::size_t index, std::optional<std::string>* value);
+
+  /// Appends the only column of all rows that are left, whole numbers without a null among them.
+  Status readIntegers(std::vector<std::int64_t>* integers);
+
+ private:
+  struct Call;
+
+  Status prepareHandle();
+  Status outcomeOf(SQLRETURN result, bool gaveUp);
+  std::string columnText(std::size_t index, SQLUSMALLINT what) const;
+
+  OdbcConnection& connection_;
+  std::shared_ptr<Call> call_;
+  std::size_t columnCount_ = 0;
+  std::int64_t affected_ = 0;
+};
+
+}  // namespace store

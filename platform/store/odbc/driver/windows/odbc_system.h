@@ -1,0 +1,7 @@
+#pragma once
+
+#include <windows.h>
+
+#include <sql.h>
+#include <sqlext.h>
+#include <sqlucode.h>

@@ -1,0 +1,71 @@
+#include "platform/store/odbc/server_database.h"
+
+#include <utility>
+
+#include "platform/store/odbc/driver/answer.h"
+#include "platform/store/rows/ascii_case.h"
+
+namespace store {
+
+namespace {
+
+constexpr std::string_view kProduct = "PostgreSQL";
+
+const char* orderOf(DateOrder order) {
+  switch (order) {
+    case DateOrder::dayMonthYear:
+      return "DMY";
+    case DateOrder::yearMonthDay:
+      return "YMD";
+    case DateOrder::monthDayYear:
+      break;
+  }
+  return "MDY";
+}
+
+/// Every value is to come as the one text that loses nothing.
+std::vector<std::string> settingsFor(DateOrder order) {
+  return {std::string("SET datestyle TO 'ISO, ") + orderOf(order) +
+          "'; SET intervalstyle TO 'postgres'; SET bytea_output TO 'hex'; SET extra_float_digits TO 1; "
+          "SET standard_conforming_strings TO on; SET client_min_messages TO warning"};
+}
+
+void addUnlessGiven(FileDsn* dsn, std::string_view keyword, std::string_view value) {
+  if (dsn->find(keyword) == nullptr) dsn->entries.push_back({std::string(keyword), std::string(value)});
+}
+
+/// The link with what PostgreSQL's driver has to be told, where the link itself says nothing of it: that the
+/// conversation is to be encrypted if the server can, that line ends stay as they are, and that transactions
+/// are its user's own.
+FileDsn completed(const FileDsn& dsn) {
+  FileDsn complete = dsn;
+  const std::string* driver = dsn.find("DRIVER");
+  const bool isKnown = driver != nullptr && lowerCase(*driver).find("postgres") != std::string::npos;
+  if (!isKnown) return complete;
+  addUnlessGiven(&complete, "SSLmode", "prefer");
+  addUnlessGiven(&complete, "LFConversion", "0");
+  addUnlessGiven(&complete, "Protocol", "7.4-0");
+  return complete;
+}
+
+}  // namespace
+
+Status openServerDatabase(const FileDsn& dsn, const ServerOptions& options,
+                          std::unique_ptr<Backend>* backend) {
+  auto connection =
+      std::make_unique<OdbcConnection>(connectionTextOf(completed(dsn)), settingsFor(options.dateOrder));
+  if (Status status = connection->ensureOpen(); !status) return status;
+  const std::string product = connection->session()->productName();
+  if (product != kProduct) {
+    return {ErrorCode::cannotOpen, "The server is " + (product.empty() ? "unknown" : product) +
+                                       "; only those can be opened that speak PostgreSQL's SQL."};
+  }
+  Answer answer;
+  if (Status status = ask(*connection, "SHOW transaction_read_only", {}, &answer); !status) return status;
+  const bool isReadOnly = !answer.empty() && answer[0][0] == "on";
+  connection->askWhileBusy(options.question);
+  *backend = std::make_unique<ServerBackend>(std::move(connection), isReadOnly, options.fileStatements);
+  return {};
+}
+
+}  // namespace store

@@ -1,0 +1,55 @@
+#include "platform/store/odbc/sources/rows_ahead.h"
+
+#include <algorithm>
+
+namespace store {
+
+namespace {
+
+constexpr std::chrono::milliseconds kFreshness{1000};
+// Before that the rows may be any.
+constexpr std::size_t kFewest = 3;
+constexpr std::size_t kMost = 256;
+
+std::size_t sizeAfter(std::size_t run) {
+  return run < kFewest ? 1 : std::min(run * 8, kMost);
+}
+
+}  // namespace
+
+bool RowsAhead::take(std::size_t index, std::uint64_t changes, FoundRow* row) {
+  forwards_ = index == lastIndex_ + 1 ? forwards_ + 1 : 0;
+  backwards_ = index + 1 == lastIndex_ ? backwards_ + 1 : 0;
+  lastIndex_ = index;
+  if (changes != changes_ || Clock::now() - readAt_ > kFreshness) rows_.clear();
+  const auto found = rows_.find(index);
+  if (found == rows_.end()) return false;
+  *row = std::move(found->second);
+  rows_.erase(found);
+  return true;
+}
+
+RowsAhead::Block RowsAhead::blockFor(std::size_t index, std::size_t count) const {
+  const std::size_t back = sizeAfter(backwards_);
+  if (back > 1) {
+    const std::size_t first = index + 1 > back ? index + 1 - back : 0;
+    return {first, index + 1 - first};
+  }
+  return {index, std::min(sizeAfter(forwards_), count - index)};
+}
+
+RowsAhead::FoundRow RowsAhead::keep(std::size_t first, std::vector<FoundRow> rows, std::size_t asked,
+                                    std::uint64_t changes) {
+  rows_.clear();
+  for (FoundRow& row : rows) rows_.emplace(first++, std::move(row));
+  readAt_ = Clock::now();
+  changes_ = changes;
+  FoundRow row;
+  if (const auto found = rows_.find(asked); found != rows_.end()) {
+    row.swap(found->second);
+    rows_.erase(found);
+  }
+  return row;
+}
+
+}  // namespace store

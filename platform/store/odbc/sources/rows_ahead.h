@@ -1,0 +1,49 @@
+#pragma once
+
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <map>
+#include <optional>
+
+#include "platform/store/odbc/driver/answer.h"
+
+namespace store {
+
+/// Rows that were fetched together with one that was asked for, because the next ones are likely to be asked
+/// for too: a server answers a question for a hundred rows as quickly as for one. Each is handed out once,
+/// and only for a short time: who asks again wants to know what the server has now.
+class RowsAhead {
+ public:
+  using Clock = std::chrono::steady_clock;
+  /// A row that the server no longer has is nothing.
+  using FoundRow = std::optional<AnswerRow>;
+
+  struct Block {
+    std::size_t first;
+    std::size_t count;
+  };
+
+  /// Takes the row at `index` out. False when it has to be asked for. `changes` counts what was changed
+  /// meanwhile.
+  bool take(std::size_t index, std::uint64_t changes, FoundRow* row);
+
+  /// What to ask for instead of the one row at `index`, of `count` in all: more the longer the rows were
+  /// taken one after the other. The row itself is in it.
+  Block blockFor(std::size_t index, std::size_t count) const;
+
+  /// Keeps the rows of that block, and takes the one that was asked for out: nothing when it is not among
+  /// them.
+  FoundRow keep(std::size_t first, std::vector<FoundRow> rows, std::size_t asked, std::uint64_t changes);
+  void clear() { rows_.clear(); }
+
+ private:
+  std::map<std::size_t, FoundRow> rows_;
+  Clock::time_point readAt_;
+  std::uint64_t changes_ = 0;
+  std::size_t lastIndex_ = 0;
+  std::size_t forwards_ = 0;  // rows that were asked for one behind the other
+  std::size_t backwards_ = 0;
+};
+
+}  // namespace store

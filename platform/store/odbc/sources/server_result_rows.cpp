@@ -1,0 +1,64 @@
+#include "platform/store/odbc/sources/server_result_rows.h"
+
+namespace store {
+
+namespace {
+
+Status readOnlyRows() {
+  return {ErrorCode::readOnly, "The records of this statement can only be read."};
+}
+
+}  // namespace
+
+void setRow(const std::vector<ValueForm>& forms, const AnswerRow& values, Row* row) {
+  row->clear();
+  for (std::size_t index = 0; index < forms.size(); ++index) addServerValue(forms[index], values[index], row);
+}
+
+Status ServerResultRows::take(const std::string& select) {
+  if (Status status = cursor_.open(select, columns_.size()); !status) return status;
+  return cursor_.count(&count_);
+}
+
+Status ServerResultRows::readKeys(KeySet* keys) {
+  KeySet read(KeySet::Kind::rowId);
+  for (std::int64_t number = 1; number <= count_; ++number) read.append(number);
+  *keys = std::move(read);
+  return {};
+}
+
+Status ServerResultRows::fetch(const KeySet& keys, std::size_t index, Row* row) {
+  row->clear();
+  const auto place = static_cast<std::size_t>(keys.rowIdAt(index) - 1);
+  RowsAhead::FoundRow found;
+  // What it shows doesn't change any more.
+  constexpr std::uint64_t kNoChanges = 0;
+  if (!ahead_.take(place, kNoChanges, &found)) {
+    const RowsAhead::Block block = ahead_.blockFor(place, static_cast<std::size_t>(count_));
+    Answer answer;
+    if (Status status = cursor_.readFrom(static_cast<std::int64_t>(block.first), block.count, &answer);
+        !status) {
+      return status;
+    }
+    found = ahead_.keep(block.first, {answer.begin(), answer.end()}, place, kNoChanges);
+  }
+  if (!found) return {ErrorCode::noCurrentRecord, "There is no such record."};
+  setRow(forms_, *found, row);
+  return {};
+}
+
+std::unique_ptr<RowScan> ServerResultRows::makeScan(RowTest& test) {
+  return makeFetchingScan(*this, test);
+}
+
+Status ServerResultRows::insert(const std::vector<Change>&, KeySet*) {
+  return readOnlyRows();
+}
+Status ServerResultRows::update(const std::vector<Change>&, KeySet*, std::size_t, const Row&) {
+  return readOnlyRows();
+}
+Status ServerResultRows::remove(KeySet*, std::size_t, const Row*) {
+  return readOnlyRows();
+}
+
+}  // namespace store

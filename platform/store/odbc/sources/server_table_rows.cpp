@@ -1,0 +1,354 @@
+#include "platform/store/odbc/sources/server_table_rows.h"
+
+#include <algorithm>
+#include <map>
+
+#include "platform/store/odbc/sources/server_result_rows.h"
+
+namespace store {
+
+namespace {
+
+constexpr std::size_t kKeysAtOnce = 20000;
+
+std::string keyAlias(std::size_t number) {
+  return "\"quivane key " + std::to_string(number) + "\"";
+}
+
+Status rowGone() {
+  return {ErrorCode::noCurrentRecord, "The record is no longer there: another program has deleted it."};
+}
+
+/// What reading fails with when the table has lost a column, or is gone.
+Status ofReading(const Status& status) {
+  if (status.code() != ErrorCode::badColumn && status.code() != ErrorCode::noTable) return status;
+  return {ErrorCode::structureChanged,
+          "The structure of the database was changed meanwhile: the table must be opened again."};
+}
+
+/// A transaction that is taken back unless it is committed.
+class ReadTransaction {
+ public:
+  explicit ReadTransaction(OdbcConnection& connection) : connection_(connection) {}
+  ~ReadTransaction() {
+    if (!isOpen_ || connection_.session() == nullptr) return;
+    OdbcStatement rollback(connection_);
+    static_cast<void>(rollback.run("ROLLBACK"));
+  }
+  ReadTransaction(const ReadTransaction&) = delete;
+  ReadTransaction& operator=(const ReadTransaction&) = delete;
+
+  Status begin() {
+    OdbcStatement statement(connection_);
+    Status status = statement.run("BEGIN READ ONLY");
+    isOpen_ = static_cast<bool>(status);
+    return status;
+  }
+
+ private:
+  OdbcConnection& connection_;
+  bool isOpen_ = false;
+};
+
+bool isWholeNumber(const ServerColumn& column) {
+  return column.type.form == ValueForm::integer;
+}
+
+/// The cell as the server would write it.
+std::optional<std::string> textOf(const Cell& cell, ValueForm form) {
+  return serverTextOf(valueOf(cell), form);
+}
+
+}  // namespace
+
+ServerTableRows::ServerTableRows(OdbcConnection& connection, const SingleTableSelect& select,
+                                 const ServerTable& table, const std::vector<ShownColumn>& columns)
+    : connection_(connection),
+      tableName_(table.name),
+      reference_(table.reference),
+      qualifier_(select.qualifier),
+      canInsert_(table.canInsert),
+      canUpdate_(table.canUpdate),
+      canDelete_(table.canDelete) {
+  const std::vector<const ServerColumn*> keys = table.keyColumns();
+  isTupleKeyed_ = keys.size() != 1 || !isWholeNumber(*keys.front());
+  for (const ServerColumn* key : keys) keyColumns_.push_back({quotedName(key->name), key->castType});
+  for (const ShownColumn& column : columns) {
+    columns_.push_back(column.column);
+    forms_.push_back(column.form);
+    sources_.push_back(column.source != nullptr
+                           ? Source{quotedName(column.source->name), column.source->castType}
+                           : Source{});
+    rowList_ += (rowList_.empty() ? "(" : ", (") + column.expression + ")::text";
+  }
+  const std::string from = " FROM " + reference_ + " AS " + qualifier_ + " ";
+  std::string order;
+  std::string aliased;
+  std::string aliases;
+  for (std::size_t number = 0; number < keyColumns_.size(); ++number) {
+    const std::string name = qualifier_ + "." + keyColumns_[number].name;
+    const char* separator = number == 0 ? "" : ", ";
+    const std::string alias = keyAlias(number + 1);
+    order += separator + name;
+    aliased += separator + name + " AS " + alias;
+    aliases += separator + alias + (isTupleKeyed_ ? "::text" : "::bigint");
+  }
+  if (select.isPlainTable) {
+    keysSql_ = "SELECT " + keyList(qualifier_) + from + "ORDER BY " + order;
+  } else {
+    // The statement itself decides which rows and in what order.
+    std::string wide = "SELECT " + select.columnList + ", " + aliased + from + select.tail;
+    std::size_t number = 0;
+    for (const SingleTableSelect::Around& around : select.around) {
+      wide = "SELECT * FROM (" + wide + "\n) AS quivane_" + std::to_string(++number) + " " + around.tail;
+    }
+    keysSql_ = "SELECT " + aliases + " FROM (" + wide + "\n) AS quivane_keys";
+  }
+}
+
+std::string ServerTableRows::keyList(const std::string& qualifier) const {
+  std::string list;
+  for (const KeyColumn& key : keyColumns_) {
+    list += (list.empty() ? "" : ", ") + qualifier + "." + key.name + (isTupleKeyed_ ? "::text" : "::bigint");
+  }
+  return list;
+}
+
+Status ServerTableRows::check() {
+  OdbcStatement statement(connection_);
+  return statement.describe(keysSql_);
+}
+
+Status ServerTableRows::readKeys(KeySet* keys) {
+  KeySet read(isTupleKeyed_ ? KeySet::Kind::tuple : KeySet::Kind::rowId);
+  ReadTransaction transaction(connection_);
+  if (Status status = transaction.begin(); !status) return status;
+  OdbcStatement declare(connection_);
+  if (Status status = declare.run("DECLARE quivane_keys NO SCROLL CURSOR FOR " + keysSql_); !status) {
+    return ofReading(status);
+  }
+  const std::string fetchSql = "FETCH FORWARD " + std::to_string(kKeysAtOnce) + " FROM quivane_keys";
+  for (bool isAtEnd = false; !isAtEnd;) {
+    OdbcStatement fetch(connection_);
+    if (Status status = fetch.run(fetchSql); !status) return status;
+    if (isTupleKeyed_) {
+      Answer answer;
+      if (Status status = takeRows(fetch, &answer); !status) return status;
+      for (const AnswerRow& row : answer) read.append(keyOf(row));
+      isAtEnd = answer.empty();
+    } else {
+      std::vector<std::int64_t> numbers;
+      if (Status status = fetch.readIntegers(&numbers); !status) return status;
+      for (const std::int64_t number : numbers) read.append(number);
+      isAtEnd = numbers.empty();
+    }
+  }
+  ahead_.clear();
+  *keys = std::move(read);
+  return {};
+}
+
+Key ServerTableRows::keyOf(const AnswerRow& row) const {
+  if (!isTupleKeyed_) return std::stoll(row[0].value_or("0"));
+  std::vector<Value> values;
+  for (std::size_t index = 0; index < keyColumns_.size(); ++index)
+    values.emplace_back(row[index].value_or(""));
+  return values;
+}
+
+std::vector<std::string> ServerTableRows::keyTexts(const KeySet& keys, std::size_t index) const {
+  if (!isTupleKeyed_) return {std::to_string(keys.rowIdAt(index))};
+  std::vector<std::string> texts;
+  const Key key = keys.keyAt(index);
+  for (const Value& value : std::get<std::vector<Value>>(key)) texts.push_back(std::get<std::string>(value));
+  return texts;
+}
+
+std::string ServerTableRows::keyCondition(const KeySet& keys, std::size_t index,
+                                          const std::string& qualifier) const {
+  const std::vector<std::string> texts = keyTexts(keys, index);
+  std::string condition;
+  for (std::size_t number = 0; number < keyColumns_.size(); ++number) {
+    condition += (number == 0 ? "" : " AND ") + qualifier + keyColumns_[number].name + " = " +
+                 quotedText(texts[number]) + "::" + keyColumns_[number].castType;
+  }
+  return condition;
+}
+
+Status ServerTableRows::readBlock(const KeySet& keys, RowsAhead::Block block,
+                                  std::vector<RowsAhead::FoundRow>* rows) {
+  std::string sql = "SELECT " + keyList(qualifier_) + ", " + rowList_ + " FROM " + reference_ + " AS " +
+                    qualifier_ + " WHERE ";
+  if (isTupleKeyed_) {
+    for (std::size_t index = 0; index < block.count; ++index) {
+      sql += (index == 0 ? "(" : " OR (") + keyCondition(keys, block.first + index, qualifier_ + ".") + ")";
+    }
+  } else {
+    sql += qualifier_ + "." + keyColumns_.front().name + " IN (";
+    for (std::size_t index = 0; index < block.count; ++index) {
+      sql += (index == 0 ? "" : ", ") + std::to_string(keys.rowIdAt(block.first + index));
+    }
+    sql += ")";
+  }
+  Answer answer;
+  if (Status status = ask(connection_, sql, {}, &answer); !status) return ofReading(status);
+  std::map<std::vector<std::string>, AnswerRow> byKey;
+  const auto keyCount = static_cast<std::ptrdiff_t>(keyColumns_.size());
+  for (AnswerRow& row : answer) {
+    std::vector<std::string> key;
+    for (std::ptrdiff_t number = 0; number < keyCount; ++number) {
+      key.push_back(row[static_cast<std::size_t>(number)].value_or(""));
+    }
+    row.erase(row.begin(), row.begin() + keyCount);
+    byKey.emplace(std::move(key), std::move(row));
+  }
+  for (std::size_t index = 0; index < block.count; ++index) {
+    const auto found = byKey.find(keyTexts(keys, block.first + index));
+    rows->push_back(found != byKey.end() ? RowsAhead::FoundRow(found->second) : std::nullopt);
+  }
+  return {};
+}
+
+Status ServerTableRows::fetch(const KeySet& keys, std::size_t index, Row* row) {
+  row->clear();
+  RowsAhead::FoundRow found;
+  const std::uint64_t changes = connection_.changes();
+  if (!ahead_.take(index, changes, &found)) {
+    const RowsAhead::Block block = ahead_.blockFor(index, keys.count());
+    std::vector<RowsAhead::FoundRow> rows;
+    if (Status status = readBlock(keys, block, &rows); !status) return status;
+    found = ahead_.keep(block.first, std::move(rows), index, changes);
+  }
+  if (!found) return rowGone();
+  setRow(forms_, *found, row);
+  return {};
+}
+
+std::unique_ptr<RowScan> ServerTableRows::makeScan(RowTest& test) {
+  ahead_.clear();
+  return makeFetchingScan(*this, test);
+}
+
+std::vector<ServerTableRows::Assignment> ServerTableRows::assignmentsOf(
+    const std::vector<Change>& changes) const {
+  std::vector<Assignment> assignments;
+  for (const Change& change : changes) {
+    const Source& source = sources_[change.column];
+    if (source.name.empty()) continue;
+    std::optional<std::string> text = serverTextOf(change.value, forms_[change.column]);
+    // A column may be shown twice; what was written last counts.
+    const auto known = std::find_if(assignments.begin(), assignments.end(), [&](const Assignment& other) {
+      return other.source->name == source.name;
+    });
+    if (known != assignments.end()) {
+      known->text = std::move(text);
+    } else {
+      assignments.push_back({&source, std::move(text)});
+    }
+  }
+  return assignments;
+}
+
+void ServerTableRows::addReadCondition(const Row& read, std::string* sql,
+                                       OdbcStatement::Parameters* parameters) const {
+  for (std::size_t column = 0; column < columns_.size(); ++column) {
+    const Source& source = sources_[column];
+    if (source.name.empty()) continue;
+    const Cell cell = read.at(column);
+    // A number has many texts.
+    const bool isNumber = cell.kind == CellKind::real;
+    *sql += " AND " + source.name + (isNumber ? "" : "::text") + " IS NOT DISTINCT FROM ?::text" +
+            (isNumber ? "::" + source.castType : "");
+    parameters->push_back(textOf(cell, forms_[column]));
+  }
+}
+
+Status ServerTableRows::explainUnmet(const KeySet& keys, std::size_t index, const Row* read) {
+  std::vector<RowsAhead::FoundRow> rows;
+  if (Status status = readBlock(keys, {index, 1}, &rows); !status) return status;
+  if (!rows.front()) return rowGone();
+  Row present;
+  setRow(forms_, *rows.front(), &present);
+  for (std::size_t column = 0; column < columns_.size(); ++column) {
+    if (read == nullptr || sources_[column].name.empty()) continue;
+    if (sameCell(present.at(column), read->at(column))) continue;
+    return {ErrorCode::changedElsewhere, "Another program has changed the record since it was read."};
+  }
+  return {ErrorCode::constraint, "The database's own rules did not take the change."};
+}
+
+Status ServerTableRows::insert(const std::vector<Change>& changes, KeySet* keys) {
+  std::string names;
+  std::string values;
+  OdbcStatement::Parameters parameters;
+  for (Assignment& assignment : assignmentsOf(changes)) {
+    names += (names.empty() ? "" : ", ") + assignment.source->name;
+    values += (values.empty() ? "?::text::" : ", ?::text::") + assignment.source->castType;
+    parameters.push_back(std::move(assignment.text));
+  }
+  const std::string content = names.empty() ? " DEFAULT VALUES" : " (" + names + ") VALUES (" + values + ")";
+  const std::string sql =
+      "INSERT INTO " + reference_ + " AS quivane" + content + " RETURNING " + keyList("quivane");
+  OdbcStatement statement(connection_);
+  // The set grows first, because that may need memory; afterwards the row is there.
+  keys->append(isTupleKeyed_ ? Key(std::vector<Value>(keyColumns_.size(), std::string()))
+                             : Key(std::int64_t{0}));
+  const std::size_t index = keys->count() - 1;
+  Answer answer;
+  connection_.noteChange();
+  Status status = statement.run(sql, parameters);
+  if (status) status = takeRows(statement, &answer);
+  if (status && answer.empty()) {
+    status = {ErrorCode::constraint, "The database's own rules did not take the record."};
+  }
+  if (!status) {
+    keys->eraseAt(index);
+    return status;
+  }
+  keys->replaceAt(index, keyOf(answer.front()));
+  return {};
+}
+
+Status ServerTableRows::update(const std::vector<Change>& changes, KeySet* keys, std::size_t index,
+                               const Row& read) {
+  std::string sql;
+  OdbcStatement::Parameters parameters;
+  for (Assignment& assignment : assignmentsOf(changes)) {
+    sql += (sql.empty() ? " SET " : ", ") + assignment.source->name +
+           " = ?::text::" + assignment.source->castType;
+    parameters.push_back(std::move(assignment.text));
+  }
+  if (sql.empty()) return {};
+  sql = "UPDATE " + reference_ + " AS quivane" + sql + " WHERE " + keyCondition(*keys, index, "quivane.");
+  addReadCondition(read, &sql, &parameters);
+  sql += " RETURNING " + keyList("quivane");
+  OdbcStatement statement(connection_);
+  Answer answer;
+  connection_.noteChange();
+  Status status = statement.run(sql, parameters);
+  if (status) status = takeRows(statement, &answer);
+  if (!status) return status;
+  if (answer.empty()) return explainUnmet(*keys, index, &read);
+  const Key key = keyOf(answer.front());
+  if (key != keys->keyAt(index)) keys->replaceAt(index, key);
+  return {};
+}
+
+Status ServerTableRows::remove(KeySet* keys, std::size_t index, const Row* read) {
+  std::string sql =
+      "DELETE FROM " + reference_ + " AS quivane WHERE " + keyCondition(*keys, index, "quivane.");
+  OdbcStatement::Parameters parameters;
+  if (read != nullptr) addReadCondition(*read, &sql, &parameters);
+  keys->prepareErase(index);
+  OdbcStatement statement(connection_);
+  connection_.noteChange();
+  if (Status status = statement.run(sql, parameters); !status) return status;
+  if (statement.affected() == 0) {
+    Status status = explainUnmet(*keys, index, read);
+    if (status.code() != ErrorCode::noCurrentRecord) return status;
+  }
+  keys->eraseAt(index);
+  return {};
+}
+
+}  // namespace store

@@ -1,0 +1,92 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/store/odbc/catalogue/server_catalogue.h"
+#include "platform/store/odbc/dialect/column_list.h"
+#include "platform/store/odbc/sources/rows_ahead.h"
+#include "platform/store/rows/backend.h"
+#include "platform/store/sql/dialect.h"
+
+namespace store {
+
+/// The rows of a SELECT on one table of a server, told apart by the table's primary key. A change is made
+/// only where the server still has what was read, by one statement that says so.
+class ServerTableRows : public RowSource {
+ public:
+  /// A column of the SELECT, its form, and the table's column that it shows; null for an expression.
+  struct ShownColumn {
+    Column column;
+    ValueForm form = ValueForm::text;
+    std::string expression;
+    const ServerColumn* source = nullptr;  // of `table`
+  };
+
+  /// `connection` outlives the rows. `select` is in the form that toReadableSql() gives, `table` has a key,
+  /// and the sources of `columns` are in it.
+  ServerTableRows(OdbcConnection& connection, const SingleTableSelect& select, const ServerTable& table,
+                  const std::vector<ShownColumn>& columns);
+
+  /// Whether the server takes the SELECT with the keys beside its columns, which it doesn't when it makes one
+  /// row of all. To be called once, before all else.
+  Status check();
+
+  const std::vector<Column>& columns() const override { return columns_; }
+  std::string_view table() const override { return tableName_; }
+  bool isUpdatable() const override { return canInsert_ || canUpdate_ || canDelete_; }
+  Status readKeys(KeySet* keys) override;
+  Status fetch(const KeySet& keys, std::size_t index, Row* row) override;
+  std::unique_ptr<RowScan> makeScan(RowTest& test) override;
+  Status insert(const std::vector<Change>& changes, KeySet* keys) override;
+  Status update(const std::vector<Change>& changes, KeySet* keys, std::size_t index,
+                const Row& read) override;
+  Status remove(KeySet* keys, std::size_t index, const Row* read) override;
+
+ private:
+  struct KeyColumn {
+    std::string name;  // quoted
+    std::string castType;
+  };
+  /// How a column of the SELECT is written and compared.
+  struct Source {
+    std::string name;  // of the table's column, quoted; empty for an expression
+    std::string castType;
+  };
+  struct Assignment {
+    const Source* source;
+    std::optional<std::string> text;
+  };
+
+  std::vector<Assignment> assignmentsOf(const std::vector<Change>& changes) const;
+  std::string keyCondition(const KeySet& keys, std::size_t index, const std::string& qualifier) const;
+  std::vector<std::string> keyTexts(const KeySet& keys, std::size_t index) const;
+  Key keyOf(const AnswerRow& row) const;
+  std::string keyList(const std::string& qualifier) const;
+  /// Appends " AND ..." for each column of the table that `read` holds.
+  void addReadCondition(const Row& read, std::string* sql, OdbcStatement::Parameters* parameters) const;
+  Status readBlock(const KeySet& keys, RowsAhead::Block block, std::vector<RowsAhead::FoundRow>* rows);
+  /// Why a change met no row: gone, changed, or kept as it is by the server's rules.
+  Status explainUnmet(const KeySet& keys, std::size_t index, const Row* read);
+  bool isTupleKeyed() const { return isTupleKeyed_; }
+
+  OdbcConnection& connection_;
+  std::vector<Column> columns_;
+  std::vector<ValueForm> forms_;
+  std::vector<Source> sources_;
+  std::string tableName_;
+  std::string reference_;
+  std::string qualifier_;
+  std::vector<KeyColumn> keyColumns_;
+  bool isTupleKeyed_;
+  bool canInsert_;
+  bool canUpdate_;
+  bool canDelete_;
+  std::string rowList_;  // of the SELECT's columns, as texts
+  std::string keysSql_;
+  RowsAhead ahead_;
+};
+
+}  // namespace store

@@ -1,0 +1,387 @@
+// What only a server's tables can be, and what only a server does.
+#include <chrono>
+#include <thread>
+
+#include "platform/store/sql/dialect.h"
+#include "tests/server/server_fixture.h"
+
+namespace store {
+namespace {
+
+class ServerRowsTest : public StoreTest {
+ protected:
+  /// The table t with one row, which is opened.
+  void openRow(const std::string& columns, const std::string& values) {
+    runOnServer("CREATE TABLE t (k integer PRIMARY KEY, " + columns + ")", database_);
+    runOnServer("INSERT INTO t VALUES (1, " + values + ")", database_);
+    open();
+    rows_ = records("Select * from [t]");
+    ASSERT_NE(nullptr, rows_);
+    ASSERT_EQ(1, rows_->recordCount());
+  }
+  std::string onServer(const std::string& sql) { return OtherProgram(path_).ask(sql); }
+
+  std::unique_ptr<Recordset> rows_;
+};
+
+TEST_F(ServerRowsTest, EveryTypeIsShownAndWrittenBackWithoutALoss) {
+  struct Example {
+    const char* type;
+    const char* text;
+    const char* other;
+  };
+  constexpr Example kExamples[] = {
+      {"smallint", "-32768", "7"},
+      {"bigint", "-9223372036854775808", "9223372036854775807"},
+      {"numeric", "123456789012345678901234567890.123456789", "0.1"},
+      {"numeric(5,2)", "1.50", "2.25"},
+      {"money", "$1.50", "$2.25"},
+      {"varchar(20)", "a 'b' \"c\" \\ {d} ?", "?"},
+      {"char(5)", "ab", "cd"},
+      {"text", "line\nline\r\nend", "\xE6\x97\xA5\xF0\x9F\x98\x80"},
+      {"date", "2001-03-09", "0044-03-15 BC"},
+      {"time", "14:05:07.25", "23:59:59.999999"},
+      {"timestamp", "2001-03-09 14:05:07.123456", "infinity"},
+      {"timestamptz", "2001-03-09 14:05:07+00", "2002-03-09 14:05:07+00"},
+      {"interval", "1 year 2 mons 3 days 04:05:06", "00:00:01"},
+      {"uuid", "a0eebc99-9c0b-4ef8-bb6d-6bb9bd380a11", "b0eebc99-9c0b-4ef8-bb6d-6bb9bd380a11"},
+      {"json", "{\"a\":  [1, null]}", "[]"},
+      {"jsonb", "{\"a\": [1, null]}", "[]"},
+      {"inet", "192.168.0.1/24", "::1/128"},
+      {"integer[]", "{1,NULL,3}", "{}"},
+      {"int4range", "[1,5)", "empty"},
+      {"bit(4)", "1010", "0101"},
+      {"point", "(1,2)", "(3,4)"},
+      {"mood", "so-so", "fine"},
+  };
+  runOnServer("CREATE TYPE mood AS ENUM ('fine', 'so-so')", database_);
+  for (const Example& example : kExamples) {
+    SCOPED_TRACE(example.type);
+    runOnServer("DROP TABLE IF EXISTS t", database_);
+    openRow(std::string("v ") + example.type, quotedText(example.text));
+    if (rows_ == nullptr) continue;
+    EXPECT_EQ(example.text, textOf(*rows_, 1));
+    ASSERT_TRUE(rows_->setValue(1, std::string(example.other)));
+    const Status status = rows_->update();
+    EXPECT_TRUE(status) << status.message();
+    EXPECT_EQ(example.other, textOf(*rows_, 1));
+    EXPECT_TRUE(rows_->setValue(1, std::monostate()));
+    EXPECT_TRUE(rows_->update()) << "also beside a value that has many texts";
+    EXPECT_EQ("(null)", textOf(*rows_, 1));
+    rows_.reset();
+  }
+}
+
+TEST_F(ServerRowsTest, NumbersBooleansAndBytesKeepTheirKind) {
+  openRow("r double precision, f real, b boolean, x bytea, n double precision",
+          "0.1, 0.1, true, '\\x00ff', 'NaN'");
+  Cell cell;
+  ASSERT_TRUE(rows_->cell(1, &cell));
+  EXPECT_EQ(0.1, cell.real);
+  ASSERT_TRUE(rows_->cell(3, &cell));
+  EXPECT_EQ(CellKind::integer, cell.kind);
+  EXPECT_EQ(1, cell.integer);
+  EXPECT_EQ(std::string("x:\0\xFF", 4), textOf(*rows_, 4));
+  EXPECT_EQ("NaN", textOf(*rows_, 5));
+  ASSERT_TRUE(rows_->setValue(3, std::int64_t{0}));
+  ASSERT_TRUE(rows_->setValue(4, Blob{std::string(1'000'000, '\0')}));
+  const Status status = rows_->update();
+  ASSERT_TRUE(status) << status.message();
+  EXPECT_EQ("1000000", onServer("SELECT octet_length(x) FROM t WHERE NOT b AND f = 0.1::real"));
+}
+
+TEST_F(ServerRowsTest, ATextThatTheFieldCannotTakeIsRefusedAndNothingChanges) {
+  openRow("n numeric(4,1), v varchar(3), d date", "1, 'abc', '2001-03-09'");
+  for (const auto& [column, text] :
+       {std::pair<std::size_t, const char*>{1, "abc"}, {2, "abcd"}, {3, "soon"}}) {
+    ASSERT_TRUE(rows_->setValue(column, std::string(text)));
+    EXPECT_EQ(ErrorCode::conversion, rows_->update().code()) << text;
+    EXPECT_EQ(text, textOf(*rows_, column)) << "what was typed stays";
+    EXPECT_TRUE(rows_->cancelUpdate());
+  }
+  ASSERT_TRUE(rows_->setValue(2, std::string("a\0b", 3)));
+  EXPECT_EQ(ErrorCode::conversion, rows_->update().code());
+  EXPECT_EQ("1.0 abc 2001-03-09", onServer("SELECT n || ' ' || v || ' ' || d FROM t"));
+}
+
+TEST_F(ServerRowsTest, ATableWithoutAKeyIsReadOnlyAndItsFieldsSaySo) {
+  runOnServer("CREATE TABLE loose (a integer, b text)", database_);
+  runOnServer("INSERT INTO loose SELECT i, 'row ' || i FROM generate_series(1, 600) i", database_);
+  open();
+  const auto loose = records("Select * from [loose]");
+  ASSERT_NE(nullptr, loose);
+  EXPECT_FALSE(loose->isUpdatable());
+  EXPECT_FALSE(loose->columns()[0].updatable);
+  ASSERT_EQ(600, loose->recordCount());
+  for (std::int64_t position : {600, 1, 300}) {
+    ASSERT_TRUE(loose->setPosition(position));
+    EXPECT_EQ("row " + std::to_string(position), textOf(*loose, 1));
+  }
+  EXPECT_EQ(ErrorCode::readOnly, loose->setValue(0, std::int64_t{7}).code());
+  EXPECT_EQ(ErrorCode::readOnly, loose->addNew().code());
+  EXPECT_EQ(ErrorCode::readOnly, loose->remove().code());
+}
+
+TEST_F(ServerRowsTest, KeysOfSeveralColumnsAndOfEveryTypeTellRowsApart) {
+  runOnServer("CREATE TABLE c (a text, b date, v text, w bytea, PRIMARY KEY (b, a))", database_);
+  runOnServer(
+      "INSERT INTO c SELECT 'it''s ' || i, date '2001-01-01' + i, 'v' || i, '\\x00' FROM generate_series(1, "
+      "300) i",
+      database_);
+  open();
+  const auto rows = records("Select * from [c]");
+  ASSERT_EQ(300, rows->recordCount());
+  ASSERT_TRUE(rows->setPosition(200));
+  EXPECT_EQ("v200", textOf(*rows, 2));
+  ASSERT_TRUE(rows->setValue(0, std::string("moved")));
+  ASSERT_TRUE(rows->update());
+  EXPECT_EQ("v200", textOf(*rows, 2)) << "the set follows a key that was changed";
+  ASSERT_TRUE(rows->remove());
+  EXPECT_EQ("299", onServer("SELECT count(*) FROM c"));
+  ASSERT_TRUE(rows->moveFirst());
+  for (int number = 1; number <= 299; ++number) {
+    ASSERT_EQ("v" + std::to_string(number < 200 ? number : number + 1), textOf(*rows, 2));
+    ASSERT_TRUE(rows->moveNext());
+  }
+}
+
+TEST_F(ServerRowsTest, AnotherProgramsChangeIsNotOverwrittenAndIsReadAnew) {
+  openRow("a integer, b text", "1, 'b'");
+  EXPECT_EQ("1", textOf(*rows_, 1));
+  runOnServer("UPDATE t SET b = 'theirs'", database_);
+  ASSERT_TRUE(rows_->setValue(1, std::int64_t{2}));
+  EXPECT_EQ(ErrorCode::changedElsewhere, rows_->update().code());
+  EXPECT_EQ("2", textOf(*rows_, 1)) << "what was typed stays";
+  EXPECT_EQ(ErrorCode::changedElsewhere, rows_->remove().code());
+  EXPECT_TRUE(rows_->cancelUpdate());
+  EXPECT_EQ("theirs", textOf(*rows_, 2));
+  EXPECT_EQ("1", textOf(*rows_, 1));
+}
+
+TEST_F(ServerRowsTest, OnlyWrittenFieldsAreStoredAndRulesOfTheServerAreTold) {
+  openRow("a integer CHECK (a < 100), b text UNIQUE", "1, 'b'");
+  runOnServer("CREATE FUNCTION keep() RETURNS trigger LANGUAGE plpgsql AS $$ BEGIN RETURN NULL; END $$",
+              database_);
+  ASSERT_TRUE(rows_->setValue(1, std::int64_t{100}));
+  EXPECT_EQ(ErrorCode::constraint, rows_->update().code());
+  EXPECT_TRUE(rows_->cancelUpdate());
+  runOnServer(
+      "CREATE TRIGGER keep BEFORE INSERT OR UPDATE OR DELETE ON t FOR EACH ROW EXECUTE FUNCTION keep()",
+      database_);
+  ASSERT_TRUE(rows_->setValue(1, std::int64_t{2}));
+  EXPECT_EQ(ErrorCode::constraint, rows_->update().code());
+  EXPECT_TRUE(rows_->cancelUpdate());
+  EXPECT_EQ(ErrorCode::constraint, rows_->remove().code());
+  ASSERT_TRUE(rows_->addNew());
+  ASSERT_TRUE(rows_->setValue(0, std::int64_t{9}));
+  EXPECT_EQ(ErrorCode::constraint, rows_->update().code());
+  EXPECT_EQ(1, rows_->recordCount());
+  EXPECT_TRUE(rows_->cancelUpdate());
+  EXPECT_EQ("1", onServer("SELECT a FROM t"));
+}
+
+TEST_F(ServerRowsTest, WhatTheUserMayNotDoIsSaidByTheFieldsOrTheServer) {
+  runOnServer("CREATE TABLE t (k integer PRIMARY KEY, a text, g integer GENERATED ALWAYS AS (k + 1) STORED)",
+              database_);
+  runOnServer("INSERT INTO t VALUES (1, 'a')", database_);
+  runOnServer("DROP ROLE IF EXISTS reader", database_);
+  runOnServer("CREATE ROLE reader LOGIN; GRANT SELECT ON t TO reader", database_);
+  std::string link = linkTo(database_);
+  link.replace(link.find("UID=quivane"), 11, "UID=reader");
+  testsupport::writeFile(path_, link);
+  open();
+  {
+    const auto rows = records("Select * from [t]");
+    ASSERT_NE(nullptr, rows);
+    EXPECT_FALSE(rows->isUpdatable());
+    EXPECT_FALSE(rows->columns()[1].updatable);
+    EXPECT_EQ(ErrorCode::readOnly, tryRun("UPDATE t SET a = 'b'").code());
+  }
+  testsupport::writeFile(path_, linkTo(database_));
+  open();
+  {
+    const auto rows = records("Select * from [t]");
+    ASSERT_NE(nullptr, rows);
+    EXPECT_TRUE(rows->columns()[1].updatable);
+    EXPECT_FALSE(rows->columns()[2].updatable) << "the server computes it";
+  }
+  runOnServer("REVOKE ALL ON t FROM reader; DROP ROLE reader", database_);
+}
+
+TEST_F(ServerRowsTest, TheCatalogueListsTablesViewsAndThoseOfOtherSchemas) {
+  runOnServer("CREATE TABLE \"Books\" (id integer PRIMARY KEY, \"Title\" text)", database_);
+  runOnServer("CREATE VIEW \"Titles\" AS SELECT \"Title\" FROM \"Books\"", database_);
+  runOnServer("CREATE SCHEMA sales", database_);
+  runOnServer("CREATE TABLE sales.orders (id integer PRIMARY KEY, note text)", database_);
+  runOnServer("INSERT INTO sales.orders VALUES (1, 'first')", database_);
+  open();
+  EXPECT_EQ("MSysFields MSysTables MSysIndexes MSysProcs Books Titles sales.orders",
+            columnOf(*records("MSysTables", SourceKind::table)));
+  EXPECT_EQ("3 3 3 3 0 2 0", columnOf(*records("Select * from MSysTables"), 2));
+  EXPECT_EQ("id Title Title id note", columnOf("SELECT FieldName FROM MSysFields WHERE TableID > 4"));
+  EXPECT_EQ("Books_pkey orders_pkey", columnOf("SELECT IndexName FROM MSysIndexes WHERE TableID > 4"));
+  EXPECT_EQ("", columnOf("SELECT * FROM MSysProcs"));
+  EXPECT_EQ(ErrorCode::readOnly, tryRun("DELETE FROM MSysTables").code());
+  const auto orders = records("Select * from [sales.orders]");
+  ASSERT_TRUE(orders->setValue(1, std::string("changed")));
+  ASSERT_TRUE(orders->update());
+  EXPECT_EQ("changed", onServer("SELECT note FROM sales.orders"));
+}
+
+TEST_F(ServerRowsTest, SavedQueriesLiveInTheirTable) {
+  open();
+  constexpr const char* kSelect = "Select * from QuivaneQueries ORDER BY QueryName";
+  std::unique_ptr<Recordset> none;
+  EXPECT_EQ(ErrorCode::noTable, tryOpen(kSelect, &none).code());
+  run("CREATE TABLE 'QuivaneQueries' (QueryName Text ,SQL Text)");
+  {
+    const auto queries = records(kSelect);
+    ASSERT_EQ(2u, queries->columns().size()) << "the key that the table has been given is no field";
+    EXPECT_EQ("QueryName", queries->columns()[0].name);
+    EXPECT_EQ("SQL", queries->columns()[1].name);
+    for (const char* name : {"b", "a", "b"}) {
+      ASSERT_TRUE(queries->addNew());
+      ASSERT_TRUE(queries->setValue(0, std::string(name)));
+      ASSERT_TRUE(queries->setValue(1, std::string("Select * from [") + name + "]"));
+      ASSERT_TRUE(queries->update());
+    }
+  }
+  const auto queries = records(kSelect);
+  ASSERT_TRUE(queries->move(1, MoveOrigin::first));
+  ASSERT_TRUE(queries->remove());
+  EXPECT_EQ("a b", columnOf(kSelect));
+  run("DROP TABLE 'QuivaneQueries'");
+  EXPECT_EQ(ErrorCode::noTable, tryOpen(kSelect, &none).code());
+}
+
+TEST_F(ServerRowsTest, AnAggregateAJoinAndAViewAreReadOnly) {
+  openRow("a integer", "5");
+  runOnServer("CREATE VIEW v AS SELECT * FROM t", database_);
+  for (const char* sql : {"SELECT max(a) FROM t", "SELECT t.a FROM t, t AS u", "SELECT DISTINCT a FROM t",
+                          "SELECT a FROM t UNION SELECT 5 FROM t", "SELECT a FROM v",
+                          "WITH w AS (SELECT a FROM t) SELECT "
+                          "a FROM w"}) {
+    SCOPED_TRACE(sql);
+    const auto rows = records(sql);
+    ASSERT_NE(nullptr, rows);
+    EXPECT_FALSE(rows->isUpdatable());
+    EXPECT_EQ("5", columnOf(*rows));
+  }
+}
+
+TEST_F(ServerRowsTest, AConnectionThatWasLostIsToldOnceAndBeginsAnew) {
+  openRow("a text", "'a'");
+  EXPECT_EQ("a", textOf(*rows_, 1));
+  const auto result = records("SELECT max(a) FROM t");
+  runOnServer(
+      "SELECT pg_terminate_backend(pid) FROM pg_stat_activity WHERE pid <> pg_backend_pid() AND datname = '" +
+          database_ + "'",
+      "postgres");
+  ASSERT_TRUE(rows_->setValue(1, std::string("typed")));
+  const Status lost = rows_->update();
+  EXPECT_EQ(ErrorCode::inputOutput, lost.code());
+  EXPECT_NE(std::string::npos, lost.message().find("connection to the server was lost")) << lost.message();
+  EXPECT_EQ("typed", textOf(*rows_, 1));
+  EXPECT_TRUE(rows_->update());
+  EXPECT_EQ("typed", onServer("SELECT a FROM t"));
+  Cell cell;
+  EXPECT_EQ(ErrorCode::structureChanged, result->cell(0, &cell).code()) << "what the server kept is gone";
+}
+
+TEST_F(ServerRowsTest, ALongStatementIsStoppedByWhoIsAsked) {
+  openRow("a integer", "1");
+  bool wasAsked = false;
+  backend_->askWhileBusy([&](Busy) {
+    wasAsked = true;
+    return true;
+  });
+  const auto start = std::chrono::steady_clock::now();
+  std::unique_ptr<Recordset> none;
+  EXPECT_EQ(ErrorCode::stopped,
+            tryOpen("SELECT max(i) FROM (SELECT pg_sleep(60), a AS i FROM t) AS s", &none).code());
+  EXPECT_TRUE(wasAsked);
+  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(10));
+  backend_->askWhileBusy({});
+  EXPECT_EQ("1", columnOf("SELECT a FROM t"));
+}
+
+TEST_F(ServerRowsTest, AStatementIsStoppedFromAnotherThread) {
+  openRow("a integer", "1");
+  std::thread stopper([this] {
+    // It has to be running before it can be stopped.
+    while (
+        OtherProgram(path_).ask("SELECT count(*) FROM pg_stat_activity WHERE state = 'active' AND query LIKE "
+                                "'%pg_sleep(60)%' AND query NOT LIKE '%pg_stat_activity%'") == "0") {
+    }
+    backend_->stop();
+  });
+  std::unique_ptr<Recordset> none;
+  EXPECT_EQ(ErrorCode::stopped,
+            tryOpen("SELECT max(i) FROM (SELECT pg_sleep(60), a AS i FROM t) AS s", &none).code());
+  stopper.join();
+}
+
+TEST_F(ServerRowsTest, WhatCannotBeOpenedSaysWhy) {
+  const auto reasonOf = [this](const std::string& link) {
+    testsupport::writeFile(path_, link);
+    std::unique_ptr<Backend> backend;
+    const Status status = openPath(utf8Of(path_), {}, &backend);
+    EXPECT_EQ(ErrorCode::cannotOpen, status.code());
+    EXPECT_EQ(nullptr, backend);
+    EXPECT_EQ(link, testsupport::contentOf(path_)) << "a link is only read";
+    return status.message();
+  };
+  EXPECT_NE(std::string::npos, reasonOf(linkTo("no_such_database")).find("no_such_database"));
+  EXPECT_NE(std::string::npos, reasonOf("[ODBC]\nDRIVER=No such driver\n").find("can't be opened"));
+  EXPECT_NE(std::string::npos,
+            reasonOf("[ODBC]\nDRIVER=PostgreSQL Unicode\nSERVER=127.0.0.1\nPORT=1\nDATABASE=x\nUID=y\n")
+                .find("refused"));
+  testsupport::writeFile(path_, linkTo(database_));
+}
+
+TEST_F(ServerRowsTest, DatabasesOfFilesAreMadeAndDroppedWhileAServersIsOpenButNoLinkIs) {
+  open();
+  const std::string file = utf8Of(folder_.file("new.cdb"));
+  run("CREATE DATABASE '" + file + "'");
+  EXPECT_TRUE(std::filesystem::exists(folder_.file("new.cdb")));
+  run("DROP DATABASE '" + file + "'");
+  EXPECT_FALSE(std::filesystem::exists(folder_.file("new.cdb")));
+  const Status dropped = tryRun("DROP DATABASE '" + utf8Of(path_) + "'");
+  EXPECT_EQ(ErrorCode::illegalOperation, dropped.code());
+  EXPECT_NE(std::string::npos, dropped.message().find("link to a server's database")) << dropped.message();
+  EXPECT_EQ(linkTo(database_), testsupport::contentOf(path_));
+}
+
+TEST_F(ServerRowsTest, WhatIsNotPossibleIsRefusedAndSaysSo) {
+  open();
+  std::unique_ptr<TableLoad> load;
+  EXPECT_EQ(ErrorCode::notAvailable, backend_->beginLoad({.table = "t"}, &load).code());
+  EXPECT_EQ(ErrorCode::notAvailable, backend_->saveCopy(utf8Of(folder_.file("copy.cdb"))).code());
+  EXPECT_FALSE(std::filesystem::exists(folder_.file("copy.cdb")));
+  EXPECT_EQ(ErrorCode::errorsInCommand, tryRun("VACUUM").code());
+  EXPECT_EQ(ErrorCode::errorsInCommand, tryRun("BEGIN").code());
+  EXPECT_EQ(ErrorCode::noTable, tryRun("SELECT 1").code());
+  EXPECT_EQ(ErrorCode::noCommand, tryRun(" ; ").code());
+  EXPECT_EQ(nullptr, backend_->history());
+}
+
+TEST_F(ServerRowsTest, DescribeTableTellsKeysTypesAndReferences) {
+  runOnServer("CREATE TABLE authors (id integer PRIMARY KEY, name text)", database_);
+  runOnServer("CREATE TABLE books (id bigint PRIMARY KEY, author integer NOT NULL REFERENCES authors)",
+              database_);
+  open();
+  TableSchema schema;
+  ASSERT_TRUE(backend_->describeTable("BOOKS", &schema));
+  ASSERT_EQ(2u, schema.columns.size());
+  EXPECT_TRUE(schema.ordinary);
+  EXPECT_EQ("bigint", schema.columns[0].declaredType);
+  EXPECT_EQ(1, schema.columns[0].keyPosition);
+  EXPECT_TRUE(schema.columns[1].notNull);
+  EXPECT_EQ("authors", schema.columns[1].reference.table);
+  EXPECT_EQ("id", schema.columns[1].reference.column);
+  ASSERT_TRUE(backend_->describeTable("none", &schema));
+  EXPECT_TRUE(schema.columns.empty());
+}
+
+}  // namespace
+}  // namespace store

@@ -1,0 +1,118 @@
+#include "platform/store/odbc/catalogue/server_types.h"
+
+#include <gtest/gtest.h>
+#include <string>
+
+#include "platform/store/odbc/driver/diagnostics.h"
+#include "platform/store/odbc/sources/rows_ahead.h"
+
+namespace store {
+namespace {
+
+Cell cellOf(ValueForm form, const std::optional<std::string>& text, Row* row) {
+  row->clear();
+  addServerValue(form, text, row);
+  return row->at(0);
+}
+
+TEST(ServerTypesTest, TheHandheldsTypesAreFoundAndAllOthersAreTexts) {
+  EXPECT_EQ(TypeCode::smallInt, serverTypeOf("int2", "smallint").field.code);
+  EXPECT_EQ(TypeCode::integer, serverTypeOf("int4", "integer").field.code);
+  EXPECT_EQ(TypeCode::varWChar, serverTypeOf("int8", "bigint").field.code);
+  EXPECT_EQ(TypeCode::boolean, serverTypeOf("bool", "boolean").field.code);
+  EXPECT_EQ(TypeCode::real, serverTypeOf("float4", "real").field.code);
+  EXPECT_EQ(TypeCode::date, serverTypeOf("timestamp", "timestamp without time zone").field.code);
+  EXPECT_EQ(TypeCode::longVarBinary, serverTypeOf("bytea", "bytea").field.code);
+  EXPECT_EQ(20, serverTypeOf("varchar", "character varying(20)").field.definedSize);
+  EXPECT_EQ(5, serverTypeOf("bpchar", "character(5)").field.definedSize);
+  EXPECT_EQ(TypeCode::longVarWChar, serverTypeOf("varchar", "character varying").field.code);
+  for (const char* name :
+       {"numeric", "timestamptz", "uuid", "json", "_int4", "interval", "money", "made up"}) {
+    EXPECT_EQ(TypeCode::longVarWChar, serverTypeOf(name, name).field.code) << name;
+    EXPECT_EQ(ValueForm::text, serverTypeOf(name, name).form) << name;
+  }
+}
+
+TEST(ServerTypesTest, ValuesComeAndGoWithoutALoss) {
+  Row row;
+  EXPECT_EQ(CellKind::null, cellOf(ValueForm::integer, std::nullopt, &row).kind);
+  EXPECT_EQ(INT64_MIN, cellOf(ValueForm::integer, "-9223372036854775808", &row).integer);
+  EXPECT_EQ(1, cellOf(ValueForm::boolean, "true", &row).integer);
+  EXPECT_EQ(0, cellOf(ValueForm::boolean, "false", &row).integer);
+  EXPECT_EQ(0.1, cellOf(ValueForm::real, "0.1", &row).real);
+  EXPECT_EQ("NaN", cellOf(ValueForm::real, "NaN", &row).bytes);
+  EXPECT_EQ("-Infinity", cellOf(ValueForm::real, "-Infinity", &row).bytes);
+  EXPECT_EQ(std::string_view("\0\xff", 2), cellOf(ValueForm::bytes, "\\x00ff", &row).bytes);
+  EXPECT_EQ(CellKind::text, cellOf(ValueForm::bytes, "\\x0", &row).kind)
+      << "what is no bytes is shown as it is";
+
+  EXPECT_EQ(std::nullopt, serverTextOf(std::monostate(), ValueForm::text));
+  EXPECT_EQ("true", serverTextOf(std::int64_t{-1}, ValueForm::boolean));
+  EXPECT_EQ("-1", serverTextOf(std::int64_t{-1}, ValueForm::integer));
+  EXPECT_EQ("0.1", serverTextOf(0.1, ValueForm::real));
+  EXPECT_EQ("\\x00ff", serverTextOf(Blob{std::string("\0\xff", 2)}, ValueForm::bytes));
+  EXPECT_EQ("text", serverTextOf(std::string("text"), ValueForm::integer));
+}
+
+TEST(DiagnosticsTest, StatesHaveTheEnginesCodes) {
+  EXPECT_EQ(ErrorCode::noTable, codeOfState("42P01"));
+  EXPECT_EQ(ErrorCode::badColumn, codeOfState("42703"));
+  EXPECT_EQ(ErrorCode::tableExists, codeOfState("42P07"));
+  EXPECT_EQ(ErrorCode::errorsInCommand, codeOfState("42601"));
+  EXPECT_EQ(ErrorCode::readOnly, codeOfState("42501"));
+  EXPECT_EQ(ErrorCode::readOnly, codeOfState("25006"));
+  EXPECT_EQ(ErrorCode::constraint, codeOfState("23505"));
+  EXPECT_EQ(ErrorCode::conversion, codeOfState("22001"));
+  EXPECT_EQ(ErrorCode::stopped, codeOfState("57014"));
+  EXPECT_EQ(ErrorCode::inputOutput, codeOfState("08S01"));
+  EXPECT_EQ(ErrorCode::inputOutput, codeOfState(""));
+  EXPECT_TRUE(endsConnection("57P01"));
+  EXPECT_FALSE(endsConnection("57014"));
+}
+
+TEST(RowsAheadTest, RowsThatAreAskedForOneAfterTheOtherComeTogether) {
+  RowsAhead ahead;
+  RowsAhead::FoundRow row;
+  std::size_t questions = 0;
+  for (std::size_t index = 0; index < 1000; ++index) {
+    if (ahead.take(index, 0, &row)) continue;
+    ++questions;
+    const RowsAhead::Block block = ahead.blockFor(index, 1000);
+    ASSERT_LE(block.first, index);
+    ASSERT_GT(block.first + block.count, index);
+    ASSERT_LE(block.first + block.count, 1000u);
+    std::vector<RowsAhead::FoundRow> rows;
+    for (std::size_t number = 0; number < block.count; ++number) {
+      rows.push_back(AnswerRow{std::to_string(block.first + number)});
+    }
+    row = ahead.keep(block.first, rows, index, 0);
+    ASSERT_EQ(std::to_string(index), row->front());
+  }
+  EXPECT_LT(questions, 12u);
+}
+
+TEST(RowsAheadTest, AnyOtherRowIsAskedForAlone) {
+  RowsAhead ahead;
+  RowsAhead::FoundRow row;
+  for (const std::size_t index : {5u, 500u, 7u, 8u, 300u}) {
+    EXPECT_FALSE(ahead.take(index, 0, &row));
+    const RowsAhead::Block block = ahead.blockFor(index, 1000);
+    EXPECT_EQ(index, block.first);
+    EXPECT_EQ(1u, block.count);
+  }
+}
+
+TEST(RowsAheadTest, ARowIsHandedOutOnceAndNotAfterAChange) {
+  RowsAhead ahead;
+  ahead.keep(0, {AnswerRow{"0"}, AnswerRow{"1"}, std::nullopt, AnswerRow{"3"}}, 0, 7);
+  RowsAhead::FoundRow row;
+  EXPECT_TRUE(ahead.take(1, 7, &row));
+  EXPECT_EQ("1", row->front());
+  EXPECT_FALSE(ahead.take(1, 7, &row));
+  EXPECT_TRUE(ahead.take(2, 7, &row));
+  EXPECT_FALSE(row) << "it is known to be gone";
+  EXPECT_FALSE(ahead.take(3, 8, &row));
+}
+
+}  // namespace
+}  // namespace store
