@@ -1,7 +1,6 @@
 #include "platform/store/odbc/driver/odbc_connection.h"
 
 #include <chrono>
-#include <condition_variable>
 #include <thread>
 
 #include "platform/store/odbc/driver/odbc_statement.h"
@@ -14,19 +13,6 @@ using namespace std::chrono_literals;
 constexpr auto kQuestionInterval = 50ms;
 // A server that is asked to stop a statement and alive does so at once.
 constexpr auto kCancelPatience = 3s;
-
-/// A call of the driver on a thread of its own.
-struct BackgroundCall {
-  std::mutex mutex;
-  std::condition_variable done;
-  bool isDone = false;
-  SQLRETURN result = SQL_ERROR;
-
-  bool waitFor(std::chrono::milliseconds time) {
-    std::unique_lock<std::mutex> lock(mutex);
-    return done.wait_for(lock, time, [this] { return isDone; });
-  }
-};
 
 }  // namespace
 
@@ -69,29 +55,25 @@ void OdbcConnection::stop() {
 void OdbcConnection::perform(SQLHSTMT statement, std::function<SQLRETURN()> call, SQLRETURN* result,
                              bool* gaveUp) {
   *gaveUp = false;
-  const std::shared_ptr<OdbcSession> session = session_;
-  session->setRunning(statement);
+  OdbcSession& session = *session_;
+  session.setRunning(statement);
   if (!question_) {
     *result = call();
-    session->setRunning(nullptr);
+    session.setRunning(nullptr);
     return;
   }
-  auto background = std::make_shared<BackgroundCall>();
-  std::thread([background, session, call = std::move(call)] {
-    const SQLRETURN returned = call();
-    session->setRunning(nullptr);
-    const std::lock_guard<std::mutex> lock(background->mutex);
-    background->result = returned;
-    background->isDone = true;
-    background->done.notify_all();
-  }).detach();
+  if (thread_ == nullptr) thread_ = std::make_unique<CallThread>();
+  thread_->begin(std::move(call));
   bool isStopped = false;
-  while (!isStopped && !background->waitFor(kQuestionInterval)) isStopped = question_(Busy::working);
+  while (!isStopped && !thread_->waitFor(kQuestionInterval)) isStopped = question_(Busy::working);
   if (isStopped) {
-    std::thread([session] { session->cancel(); }).detach();
-    *gaveUp = !background->waitFor(kCancelPatience);
+    // That it asks the server may take long, too.
+    std::thread([kept = session_] { kept->cancel(); }).detach();
+    *gaveUp = !thread_->waitFor(kCancelPatience);
   }
-  *result = *gaveUp ? SQL_ERROR : background->result;
+  session.setRunning(nullptr);
+  *result = *gaveUp ? SQL_ERROR : thread_->result();
+  if (*gaveUp) thread_.reset();
 }
 
 }  // namespace store

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/store/odbc/driver/call_thread.h"
 #include "platform/store/odbc/driver/odbc_session.h"
 #include "platform/store/rows/busy.h"
 #include "platform/store/rows/status.h"
@@ -52,7 +53,8 @@ class OdbcConnection {
   std::string connectionText_;
   std::vector<std::string> settings_;
   BusyQuestion question_;
-  std::mutex mutex_;  // of session_, which stop() uses from another thread
+  std::unique_ptr<CallThread> thread_;  // once somebody was to be asked
+  std::mutex mutex_;                    // of session_, which stop() uses from another thread
   std::shared_ptr<OdbcSession> session_;
   std::uint64_t conversations_ = 0;
   std::uint64_t changes_ = 0;

@@ -1,0 +1,202 @@
+// Stories of a server's database: what a user does with a file's, on the same pages.
+#include "base/options.h"
+#include "dialogs/find/find_dialog_ids.h"
+#include "dialogs/query/query_dialog_ids.h"
+#include "dialogs/table/new_field_ids.h"
+#include "dialogs/table/new_table_ids.h"
+#include "resources/command_ids.h"
+#include "tests/server/server_fixture.h"
+#include "tests/ui/remote/story_test.h"
+
+using store::OtherProgram;
+using store::runOnServer;
+
+namespace {
+
+constexpr int kName = 1200;
+constexpr int kBorn = 1201;
+constexpr int kAlive = 1400;
+constexpr int kPosition = 1012;
+
+/// Gives the tests of stories the database of the server's tests.
+class ServersDatabase : public store::StoreTest {
+ public:
+  const std::string& name() const { return database_; }
+  const std::filesystem::path& link() const { return path_; }
+
+ private:
+  void TestBody() override {}
+};
+
+class ServerStory : public StoryTest {
+ protected:
+  void SetUp() override {
+    StoryTest::SetUp();
+    SettingsStore::writeDword(SettingsStore::kOptions, L"GenUpdateRights", kNewRecordsAndDeletions);
+    SettingsStore::writeDword(SettingsStore::kOptions, L"WarningOnDeletion", 1);
+  }
+
+  void onServer(const std::string& sql) const { runOnServer(sql, database_.name()); }
+  std::string stored(const std::string& sql) const { return OtherProgram(database_.link()).ask(sql); }
+
+  void makePeople() const {
+    onServer(
+        "CREATE TABLE \"People\" (\"Name\" varchar(20), \"Alive\" boolean, \"Born\" integer PRIMARY KEY)");
+    onServer(
+        "INSERT INTO \"People\" VALUES ('Ada', false, 1815), ('Grace', false, 1906), ('Barbara', true, "
+        "1939)");
+  }
+  std::string people() const {
+    return stored("SELECT string_agg(Name || ' ' || Born || ' ' || Alive, ', ' ORDER BY Born) FROM People");
+  }
+
+  User& startHere() {
+    User& user = launch(database_.link());
+    awaitDatabase();
+    return user;
+  }
+  User& startOnForm() {
+    User& user = startHere();
+    user.showPage(OpenedDatabase::kFormPage);
+    return user;
+  }
+  void endHere(User& user) {
+    user.exit();
+    EXPECT_EQ(program().exitCode(), 0u);
+    EXPECT_EQ(testsupport::contentOf(database_.link()), store::linkTo(database_.name()))
+        << "a link is only read";
+  }
+
+  static std::wstring shown(const User& user, int editor) {
+    return remote::text(remote::control(user.main(), editor));
+  }
+  static void awaitShown(const User& user, int editor, const wchar_t* text) {
+    ASSERT_TRUE(remote::waitUntil([&] { return shown(user, editor) == text; }))
+        << testing::PrintToString(shown(user, editor)) << " and not " << testing::PrintToString(text);
+  }
+  static void awaitNames(const User& user, const std::vector<std::wstring>& names) {
+    ASSERT_TRUE(remote::waitUntil([&] { return remote::itemTexts(remote::shownPage(user.main())) == names; }))
+        << testing::PrintToString(remote::itemTexts(remote::shownPage(user.main())));
+  }
+
+  ServersDatabase database_;
+};
+
+TEST_P(ServerStory, RecordsAreWalkedChangedAddedFoundAndDeleted) {
+  makePeople();
+  User& user = startOnForm();
+  awaitShown(user, kName, L"Ada");
+  awaitShown(user, kPosition, L"    1 / 3");
+  user.useButton(ID_RECORD_NEXT, 'T', VK_CONTROL);
+  awaitShown(user, kName, L"Grace");
+  user.fillEditor(kName, L"Grace 'Hopper'");
+  user.pressEditor(kAlive);
+  user.useButton(ID_RECORD_NEXT, 'T', VK_CONTROL);
+  awaitShown(user, kName, L"Barbara");
+  user.useButton(ID_RECORD_NEW, 'W', VK_CONTROL);
+  awaitShown(user, kPosition, L"    4 / 4");
+  user.fillEditor(kName, L"Émilie");
+  user.fillEditor(kBorn, L"1706");
+  user.useButton(ID_RECORD_PREVIOUS, 'P', VK_CONTROL);
+  awaitShown(user, kName, L"Barbara");
+  user.choose(ID_RECORD_DELETE);
+  user.answer(L"Delete this record?", L"Are you sure you want to\ndelete this record?", IDYES);
+  awaitShown(user, kPosition, L"    1 / 3");
+  user.useButton(ID_FIND, 'F', VK_CONTROL);
+  const HWND find = user.dialog(L"Find");
+  user.fill(find, IDC_FIND_TEXT, L"émil");
+  user.press(find, IDC_FIND_NEXT);
+  awaitShown(user, kName, L"Émilie");
+  user.leave(find);
+  endHere(user);
+  EXPECT_EQ("Émilie 1706 false, Ada 1815 false, Grace 'Hopper' 1906 true", people());
+}
+
+TEST_P(ServerStory, TablesAndQueriesAreMadeUsedAndDeleted) {
+  makePeople();
+  User& user = startHere();
+  awaitNames(user, {L"People"});
+  user.useButton(ID_TABLE_NEW, VK_INSERT);
+  const HWND design = user.dialog(L"New Table");
+  user.fill(design, IDC_NEW_TABLE_NAME, L"Every Type");
+  const HWND fields = remote::control(design, IDC_NEW_TABLE_FIELDS);
+  for (int type = 0; type < 7; ++type) {
+    user.press(design, IDC_NEW_TABLE_ADD);
+    const HWND question = user.dialog(L"New Field");
+    user.fill(question, IDC_NEW_FIELD_NAME, std::wstring(1, static_cast<wchar_t>(L'A' + type)));
+    user.pick(question, IDC_NEW_FIELD_TYPE, type);
+    user.accept(question);
+    ASSERT_TRUE(remote::waitUntil([=] { return remote::itemCount(fields) == type + 1; }));
+  }
+  user.accept(design);
+  awaitNames(user, {L"People", L"Every Type"});
+  EXPECT_EQ(
+      "A boolean, B timestamp without time zone, C double precision, D smallint, E integer, "
+      "F character varying, G text",
+      stored("SELECT string_agg(column_name || ' ' || data_type, ', ' ORDER BY ordinal_position) FROM "
+             "information_schema.columns WHERE table_name = 'Every Type' AND column_name <> 'quivane_row'"));
+  user.showPage(OpenedDatabase::kQueriesPage);
+  user.useButton(ID_QUERY_NEW, VK_INSERT);
+  HWND editor = user.dialog(L"Query");
+  user.fill(editor, IDC_QUERY_NAME, L"young");
+  user.fill(editor, IDC_QUERY_SQL, L"SELECT name, born FROM people WHERE born > 1900 ORDER BY born DESC");
+  user.press(editor, IDC_QUERY_CHECK);
+  user.answer(L"Quivane", L"Query is OK", IDOK);
+  user.accept(editor);
+  awaitNames(user, {L"young"});
+  user.showPage(OpenedDatabase::kListPage);
+  const HWND grid = remote::recordGrid(user.main());
+  EXPECT_EQ(rowTexts(grid, 0), (std::vector<std::wstring>{L"Barbara", L"1939"}));
+  EXPECT_EQ(rowTexts(grid, 1), (std::vector<std::wstring>{L"Grace", L"1906"}));
+  user.showPage(OpenedDatabase::kQueriesPage);
+  user.pickItem(0);
+  user.choose(ID_QUERY_DELETE);
+  user.answer(L"Quivane", L"Are you sure you want to delete query 'young' ?", IDYES);
+  awaitNames(user, {});
+  endHere(user);
+  EXPECT_EQ("0", stored("SELECT count(*) FROM QuivaneQueries"));
+}
+
+TEST_P(ServerStory, ARecordThatSomeoneElseChangedIsNotOverwritten) {
+  makePeople();
+  User& user = startOnForm();
+  awaitShown(user, kName, L"Ada");
+  user.fillEditor(kName, L"mine");
+  onServer("UPDATE \"People\" SET \"Name\" = 'theirs' WHERE \"Born\" = 1815");
+  user.choose(ID_RECORD_NEXT);
+  const std::wstring text = remote::messageBoxText(user.dialog(L"Quivane"));
+  EXPECT_THAT(text, testing::StartsWith(L"The record could not be written.\n"));
+  EXPECT_THAT(text, testing::HasSubstr(L"Another program has changed the record since it was read."));
+  user.answer(L"Quivane", text, IDNO);
+  EXPECT_EQ(shown(user, kName), L"mine") << "what was typed stays";
+  user.choose(ID_RECORD_NEXT);
+  user.answer(L"Quivane", text, IDYES);
+  awaitShown(user, kName, L"Grace");
+  user.useButton(ID_RECORD_PREVIOUS, 'P', VK_CONTROL);
+  awaitShown(user, kName, L"theirs");
+  endHere(user);
+  EXPECT_EQ("theirs 1815 false, Grace 1906 false, Barbara 1939 true", people());
+}
+
+TEST_P(ServerStory, ALostConnectionIsToldOnceAndWhatWasTypedIsStoredAfterwards) {
+  makePeople();
+  User& user = startOnForm();
+  awaitShown(user, kName, L"Ada");
+  user.fillEditor(kName, L"Ada L");
+  runOnServer(
+      "SELECT pg_terminate_backend(pid) FROM pg_stat_activity WHERE datname = '" + database_.name() + "'",
+      "postgres");
+  user.choose(ID_RECORD_NEXT);
+  const std::wstring text = remote::messageBoxText(user.dialog(L"Quivane"));
+  EXPECT_THAT(text, testing::HasSubstr(L"The connection to the server was lost"));
+  user.answer(L"Quivane", text, IDNO);
+  EXPECT_EQ(shown(user, kName), L"Ada L");
+  user.choose(ID_RECORD_NEXT);
+  awaitShown(user, kName, L"Grace");
+  endHere(user);
+  EXPECT_EQ("Ada L 1815 false, Grace 1906 false, Barbara 1939 true", people());
+}
+
+TELL_WITH_BOTH_HANDS(ServerStory);
+
+}  // namespace
