@@ -254,6 +254,50 @@ TEST_F(ServerRowsTest, SavedQueriesLiveInTheirTable) {
   EXPECT_EQ(ErrorCode::noTable, tryOpen(kSelect, &none).code());
 }
 
+TEST_F(ServerRowsTest, FiltersAndOrdersOfTheListLeaveRecordsThatCanBeChanged) {
+  runOnServer(
+      "CREATE TABLE \"Books\" (id integer PRIMARY KEY, \"Title\" text, \"Pages\" integer, out boolean, image "
+      "bytea)",
+      database_);
+  runOnServer(
+      "INSERT INTO \"Books\" VALUES (1, 'b', 10, true, NULL), (2, 'A', 20, false, ''), (3, 'ab', NULL, NULL, "
+      "'\\x00'), (4, '', 5, true, NULL)",
+      database_);
+  open();
+  const std::string all = "Select * from [Books]";
+  struct Example {
+    const char* tail;
+    const char* ids;
+  };
+  constexpr Example kExamples[] = {
+      {" ORDER BY quivane_fold([Title])", "4 2 3 1"},
+      {" ORDER BY [Pages] DESC, quivane_fold([Title])", "3 2 1 4"},
+      {" WHERE quivane_contains('B', [Title])", "1 3"},
+      {" WHERE quivane_contains('0', [Title], [Pages])", "1 2"},
+      {" WHERE quivane_fold([Title]) = quivane_fold('a')", "2"},
+      {" WHERE ifnull([Title], '') IN ('', x'')", "4"},
+      {" WHERE ifnull([Pages], '') IN ('', x'')", "3"},
+      {" WHERE ifnull([image], '') NOT IN ('', x'')", "3"},
+      {" WHERE ifnull([out], 0) <> 0", "1 4"},
+      {" WHERE ifnull([out], 0) = 0", "2 3"},
+  };
+  for (const Example& example : kExamples) {
+    for (const std::string& sql : {all + example.tail, "SELECT * FROM (" + all + "\n)" + example.tail}) {
+      SCOPED_TRACE(sql);
+      const auto rows = records(sql);
+      ASSERT_NE(nullptr, rows);
+      EXPECT_TRUE(rows->isUpdatable());
+      EXPECT_EQ(example.ids, columnOf(*rows));
+    }
+  }
+  EXPECT_EQ(0, records("SELECT * FROM (" + all + "\n) WHERE 0")->recordCount());
+  const auto filtered = records("SELECT * FROM (" + all + "\n) WHERE quivane_contains('ab', [Title])");
+  ASSERT_TRUE(filtered->setValue(1, std::string("changed")));
+  EXPECT_TRUE(filtered->update());
+  EXPECT_EQ("changed", textOf(*filtered, 1)) << "it stays in the set";
+  EXPECT_EQ("changed", onServer("SELECT Title FROM Books WHERE id = 3"));
+}
+
 TEST_F(ServerRowsTest, AnAggregateAJoinAndAViewAreReadOnly) {
   openRow("a integer", "5");
   runOnServer("CREATE VIEW v AS SELECT * FROM t", database_);

@@ -77,10 +77,10 @@ TEST(ServerStatementTest, NamesThatAStatementGivesKeepTheirLetters) {
 TEST(ServerStatementTest, WhatTheServerSpellsOtherwiseIsSpelledSo) {
   EXPECT_EQ("SELECT * FROM \"Books\" WHERE \"Title\" ILIKE 'a%'",
             forServer("SELECT * FROM Books WHERE Title LIKE 'a%'"));
-  EXPECT_EQ("SELECT COALESCE(\"Title\", '') FROM \"Books\"",
+  EXPECT_EQ("SELECT COALESCE(CAST(\"Title\" AS text), '') FROM \"Books\"",
             forServer("SELECT ifnull(Title, '') FROM Books"));
   EXPECT_EQ("SELECT * FROM \"Books\" WHERE \"Pages\" = 5", forServer("SELECT * FROM Books WHERE Pages == 5"));
-  EXPECT_EQ("SELECT * FROM \"Books\" WHERE \"Title\" = '\\x00fF'::bytea",
+  EXPECT_EQ("SELECT * FROM \"Books\" WHERE \"Title\" = CAST('\\x00fF' AS bytea)",
             forServer("SELECT * FROM Books WHERE Title = x'00fF'"));
 }
 
@@ -109,6 +109,20 @@ TEST(ServerStatementTest, JoinsFindTheColumnsOfAllTheirTables) {
       "SELECT b.\"Title\", m.\"name\" FROM \"Books\" b INNER JOIN \"members\" m ON m.\"id\" = b.\"Pages\"",
       forServer("SELECT b.title, m.Name FROM Books b INNER JOIN Members m ON m.ID = b.pages"));
   EXPECT_EQ("SELECT \"Title\" FROM \"Books\", \"members\"", forServer("SELECT title FROM Books, Members"));
+}
+
+TEST(ServerStatementTest, WhatFiltersAndOrdersIsWhatTheServerHasOfTheKind) {
+  EXPECT_EQ("SELECT * FROM \"Books\" WHERE upper(CAST(\"Title\" AS text)) = upper(CAST('a' AS text))",
+            forServer("SELECT * FROM Books WHERE quivane_fold([Title]) = quivane_fold('a')"));
+  EXPECT_EQ(
+      "SELECT * FROM \"Books\" WHERE (strpos(upper(concat_ws(chr(31), \"Title\", \"Pages\")), "
+      "upper('it''s')) > 0)",
+      forServer("SELECT * FROM Books WHERE quivane_contains('it''s', Title, Pages)"));
+  EXPECT_EQ("SELECT * FROM \"Books\" WHERE COALESCE(CAST(\"Pages\" AS text), '') IN ('', '\\x')",
+            forServer("SELECT * FROM Books WHERE ifnull(\"Pages\", '') IN ('', x'')"));
+  EXPECT_EQ("SELECT * FROM \"Books\" WHERE COALESCE(CAST(\"InPrint\" AS integer), 0) <> 0",
+            forServer("SELECT * FROM Books WHERE ifnull(InPrint, 0) <> 0"));
+  EXPECT_EQ("SELECT * FROM \"Books\" WHERE FALSE", forServer("SELECT * FROM Books WHERE 0"));
 }
 
 TEST(ServerStatementTest, SubscriptsAreNoNames) {

@@ -35,6 +35,7 @@ class Translation {
         names_(names),
         form_(form),
         replaced_(tokens.count()),
+        behind_(tokens.count()),
         isTable_(tokens.count(), false) {}
 
   Status run(std::string* serverSql) {
@@ -100,8 +101,7 @@ class Translation {
   }
 
   void nameSelect(std::size_t open) {
-    std::size_t close = open + 1;
-    while (close < tokens_.count() && tokens_[close].depth != tokens_[open].depth) ++close;
+    const std::size_t close = closeOf(open);
     const Token& next = tokens_[close + 1];
     if (close == tokens_.count() || isWord(next, "AS") || (isName(next) && !isReserved(next))) return;
     replaced_[close] = ") AS quivane_" + std::to_string(open);
@@ -175,7 +175,7 @@ class Translation {
         translateName(index);
         break;
       case TokenKind::blob:
-        replaced_[index] = "'\\x" + std::string(token.text.substr(2, token.text.size() - 3)) + "'::bytea";
+        replaced_[index] = bytesOf(token.text);
         break;
       case TokenKind::op:
         if (token.text == "==") replaced_[index] = "=";
@@ -188,6 +188,12 @@ class Translation {
     }
   }
 
+  /// x'00'. Without any bytes it is compared with texts of bytes.
+  static std::string bytesOf(std::string_view literal) {
+    const std::string text = "'\\x" + std::string(literal.substr(2, literal.size() - 3)) + "'";
+    return literal.size() > 3 ? "CAST(" + text + " AS bytea)" : text;
+  }
+
   void translateWord(std::size_t index) {
     const Token& token = tokens_[index];
     if (isWord(token, "LIKE")) {
@@ -195,10 +201,7 @@ class Translation {
       return;
     }
     const bool isFunction = tokens_[index + 1].kind == TokenKind::open;
-    if (isWord(token, "IFNULL") && isFunction) {
-      replaced_[index] = "COALESCE";
-      return;
-    }
+    if (isFunction && translateFunction(index)) return;
     if (isReserved(token)) return;
     const std::string name(token.text);
     if (isDefined(index) && !isOneOfWords(token, {"IF", "CONSTRAINT"})) {
@@ -207,6 +210,52 @@ class Translation {
     }
     if (isFunction && !isColumnListOf(index)) return;
     replaceKnown(index, name);
+  }
+
+  /// Where the parenthesis closes that stands at `open`; the number of tokens when it does not.
+  std::size_t closeOf(std::size_t open) const {
+    std::size_t close = open + 1;
+    while (close < tokens_.count() && tokens_[close].depth != tokens_[open].depth) ++close;
+    return close;
+  }
+
+  /// The components' own functions, and one of SQLite's. False for any other.
+  bool translateFunction(std::size_t index) {
+    const std::size_t close = closeOf(index + 1);
+    if (close == tokens_.count()) return false;
+    if (isWord(tokens_[index], "IFNULL")) {
+      replaced_[index] = "COALESCE";
+      castFirstOf(index, close);
+      return true;
+    }
+    if (isWord(tokens_[index], "QUIVANE_FOLD")) {
+      replaced_[index] = "upper(CAST(";
+      replaced_[index + 1] = "";
+      replaced_[close] = " AS text))";
+      return true;
+    }
+    const bool isContains = isWord(tokens_[index], "QUIVANE_CONTAINS") &&
+                            tokens_[index + 2].kind == TokenKind::string &&
+                            tokens_[index + 3].kind == TokenKind::comma;
+    if (!isContains) return false;
+    replaced_[index] = "(strpos(upper(concat_ws(chr(31)";
+    replaced_[index + 1] = "";
+    replaced_[index + 2] = "";
+    replaced_[close] = ")), upper(" + std::string(tokens_[index + 2].text) + ")) > 0)";
+    return true;
+  }
+
+  /// IFNULL(name, '') and IFNULL(name, 0): the server takes only values of one type.
+  void castFirstOf(std::size_t function, std::size_t close) {
+    const std::size_t name = function + 2;
+    if (close != function + 5 || !isName(tokens_[name]) || tokens_[name + 1].kind != TokenKind::comma) return;
+    const Token& other = tokens_[name + 2];
+    const KnownColumn* column = columnOf(nameOf(tokens_[name]));
+    const bool isTruth = other.kind == TokenKind::number && column != nullptr && column->isBoolean;
+    if (other.kind != TokenKind::string && !isTruth) return;
+    // Not by colons, which who reads the statement on doesn't know.
+    replaced_[function + 1] = "(CAST(";
+    behind_[name] = isTruth ? " AS integer)" : " AS text)";
   }
 
   /// A name before a parenthesis is a function's, but not a table's in front of its list of columns.
@@ -269,7 +318,17 @@ class Translation {
       replaced_[index + 2] = number.text == "1" ? "TRUE" : "FALSE";
   }
 
+  /// WHERE 0.
+  bool isCondition(std::size_t index) const {
+    const Token& number = tokens_[index];
+    const Token& next = tokens_[index + 1];
+    return isWord(tokens_[index - 1], "WHERE") && (number.text == "0" || number.text == "1") &&
+           (next.kind == TokenKind::end || next.kind == TokenKind::close ||
+            isOneOfWords(next, {"AND", "OR", "GROUP", "ORDER", "LIMIT"}));
+  }
+
   void translateNumber(std::size_t index) {
+    if (isCondition(index)) replaced_[index] = tokens_[index].text == "1" ? "TRUE" : "FALSE";
     if (!isWord(tokens_[0], "INSERT") || tokens_[index].depth == 0) return;
     const auto ends = [](const Token& token) {
       return token.kind == TokenKind::comma || token.kind == TokenKind::open ||
@@ -297,6 +356,7 @@ class Translation {
       const std::string_view own = tokens_[index].text;
       text.append(end, static_cast<std::size_t>(own.data() - end));
       text += replaced_[index] ? *replaced_[index] : std::string(own);
+      text += behind_[index];
       end = own.data() + own.size();
     }
     return text;
@@ -307,6 +367,7 @@ class Translation {
   NameSource& names_;
   Form form_;
   std::vector<std::optional<std::string>> replaced_;
+  std::vector<std::string> behind_;  // what follows the token
   std::vector<bool> isTable_;
   std::map<std::string, std::vector<KnownColumn>> columns_;  // by lower case
   std::map<std::string, std::string> qualifiers_;            // by lower case: how a column's table is called
