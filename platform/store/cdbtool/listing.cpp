@@ -5,6 +5,7 @@
 #include "platform/store/cdbtool/commands.h"
 #include "platform/store/cdbtool/system.h"
 #include "platform/store/cdbtool/text_table.h"
+#include "platform/store/dsn/file_dsn.h"
 #include "platform/store/exchange/formats/csv_writer.h"
 #include "platform/store/exchange/formats/json_writer.h"
 #include "platform/store/opening/open_path.h"
@@ -204,10 +205,12 @@ int info(const std::string& file) {
   std::string text = "file: " + file + "\nbytes: " + (error ? "unknown" : std::to_string(size)) +
                      "\ntables: " + std::to_string(tables.size()) + "\nrecords: " + std::to_string(records) +
                      "\n";
+  // What a server keeps its data in is its own affair.
+  const bool isLink = store::isFileDsnAt(file);
   for (const Question& question : kQuestions) {
     std::string answer;
-    if (status) status = firstText(*backend, question.sql, &answer);
-    text += std::string(question.label) + ": " + answer + "\n";
+    if (status && !isLink) status = firstText(*backend, question.sql, &answer);
+    if (!isLink) text += std::string(question.label) + ": " + answer + "\n";
   }
   text += std::string("can be written: ") + (backend->isReadOnly() ? "no" : "yes") + "\n";
   if (!status) return failed(status);
