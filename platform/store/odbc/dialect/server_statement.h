@@ -17,10 +17,11 @@ namespace store {
 ///  - Names that the statement gives (AS, RENAME TO, CREATE VIEW ...) keep their letter case.
 ///  - A text in double quotes that names nothing is a text.
 ///  - LIKE makes no difference between letter cases; == is =, IFNULL is COALESCE, x'00' a value of bytes.
-///  - quivane_fold and quivane_contains (text_functions.h) are what the server has of the kind: values are compared as it
+///  - quivane_fold and quivane_contains (text_functions.h) are what the server has of the kind: values are
+///  compared as it
 ///    writes them, letters by its own capitals.
-///  - 0 and 1 behind WHERE, beside a column of booleans, and among the VALUES of an INSERT, are what the column makes of
-///  them.
+///  - 0 and 1 behind WHERE, beside a column of booleans, and among the VALUES of an INSERT, are what the
+///  column makes of them.
 ///  - A SELECT in FROM has a name.
 /// Fails as `names` does, and with errorsInCommand for several statements. Linear in time but for the
 /// questions, one for each name. May throw std::bad_alloc.

@@ -1,5 +1,5 @@
 // Stories of a server's database: what a user does with a file's, on the same pages.
-#include "base/options.h"
+#include "base/settings/options.h"
 #include "dialogs/find/find_dialog_ids.h"
 #include "dialogs/query/query_dialog_ids.h"
 #include "dialogs/table/new_field_ids.h"
