@@ -2,8 +2,6 @@
 #include <chrono>
 #include <thread>
 
-#include "platform/store/dsn/file_dsn.h"
-#include "platform/store/odbc/driver/odbc_statement.h"
 #include "platform/store/sql/dialect.h"
 #include "tests/server/server_fixture.h"
 
@@ -22,23 +20,6 @@ class ServerRowsTest : public StoreTest {
     ASSERT_EQ(1, rows_->recordCount());
   }
   std::string onServer(const std::string& sql) { return OtherProgram(path_).ask(sql); }
-
-  /// Ends the server as a crash would, and lets it begin anew by itself.
-  void restartServer() {
-    const std::string programs = onServer("SELECT setting FROM pg_config WHERE name = 'BINDIR'");
-    const std::string data = onServer("SELECT setting FROM pg_settings WHERE name = 'data_directory'");
-    runOnServer("COPY (SELECT 1) TO PROGRAM 'cat >/dev/null; setsid " + programs + "/pg_ctl -D " + data +
-                    " -m immediate -w restart -l " + data + "/server.log >/dev/null 2>&1 &'",
-                "postgres");
-    // It is on its way when the conversations end.
-    FileDsn dsn;
-    ASSERT_TRUE(readFileDsn(linkTo(database_), &dsn));
-    OdbcConnection connection(connectionTextOf(dsn), {});
-    for (Status status; status;) {
-      OdbcStatement statement(connection);
-      status = statement.run("SELECT 1");
-    }
-  }
 
   std::unique_ptr<Recordset> rows_;
 };
@@ -382,38 +363,6 @@ TEST_F(ServerRowsTest, AStatementIsStoppedFromAnotherThread) {
   EXPECT_EQ(ErrorCode::stopped,
             tryOpen("SELECT max(i) FROM (SELECT pg_sleep(60), a AS i FROM t) AS s", &none).code());
   stopper.join();
-}
-
-TEST_F(ServerRowsTest, AServerThatIsRestartedInTheMidstOfAWalkLosesNothingAndShowsNoOtherRow) {
-  runOnServer("CREATE TABLE t (k integer PRIMARY KEY, v text)", database_);
-  runOnServer("INSERT INTO t SELECT i, 'row ' || i FROM generate_series(1, 60) i", database_);
-  open();
-  const auto rows = records("Select * from [t]");
-  ASSERT_EQ(60, rows->recordCount());
-  int failures = 0;
-  // An operation may fail as long as the server is away, and then says so.
-  const auto untilDone = [&](const auto& operation) {
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(30);
-    for (Status status = operation(); !status; status = operation()) {
-      ++failures;
-      ASSERT_TRUE(status.code() == ErrorCode::inputOutput || status.code() == ErrorCode::cannotOpen)
-          << status.message();
-      ASSERT_LT(std::chrono::steady_clock::now(), deadline) << status.message();
-    }
-  };
-  // Once after reading and once before it.
-  for (int number = 1; number <= 60; ++number) {
-    if (number % 20 == 10) restartServer();
-    Cell cell;
-    ASSERT_NO_FATAL_FAILURE(untilDone([&] { return rows->cell(1, &cell); }));
-    ASSERT_EQ("row " + std::to_string(number), cell.bytes);
-    if (number % 20 == 15) restartServer();
-    ASSERT_TRUE(rows->setValue(1, "new " + std::to_string(number)));
-    ASSERT_NO_FATAL_FAILURE(untilDone([&] { return rows->update(); }));
-    ASSERT_NO_FATAL_FAILURE(untilDone([&] { return rows->moveNext(); }));
-  }
-  EXPECT_GT(failures, 0) << "the server was never away";
-  EXPECT_EQ("60", onServer("SELECT count(*) FROM t WHERE v = 'new ' || k"));
 }
 
 TEST_F(ServerRowsTest, AServerThatDoesNotAnswerIsGivenUpWhenTheUserWants) {
