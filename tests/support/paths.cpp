@@ -45,14 +45,18 @@ TempFolder::TempFolder() {
 }
 
 TempFolder::~TempFolder() {
+  removeFolder(path_);
+}
+
+void removeFolder(const fs::path& folder) {
   std::error_code error;
-  fs::remove_all(path_, error);
+  fs::remove_all(folder, error);
   if (error) {
-    makeWritable(path_);
-    fs::remove_all(path_, error);
+    makeWritable(folder);
+    fs::remove_all(folder, error);
   }
   if (error) {
-    ADD_FAILURE() << "can't remove " << path_ << ": " << error.message();
+    ADD_FAILURE() << "can't remove " << folder << ": " << error.message();
   }
 }
 

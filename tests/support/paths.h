@@ -13,6 +13,10 @@ std::filesystem::path programFolder();
 /// It is "bin" beside the folder of the test programs, wherever the two were moved to.
 std::filesystem::path binFolder();
 
+/// Removes the folder, if it is there, with all that is in it, read-only files included; the running test
+/// fails if something can't be removed.
+void removeFolder(const std::filesystem::path& folder);
+
 /// A new, empty folder of its own below the system's folder for temporary files; its name holds a
 /// blank. The destructor removes it with all that is in it, read-only files included, and fails the
 /// running test if something can't be removed, because then a file in it was left open.

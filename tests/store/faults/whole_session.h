@@ -43,7 +43,7 @@ class WholeSessionTest : public SessionTest, private exchange::ImportObserver {
       for (const char* suffix : {"", "-journal", "-wal", "-shm"})
         std::filesystem::remove(utf8Of(path) + suffix);
     }
-    std::filesystem::remove_all(copiesPath());
+    testsupport::removeFolder(copiesPath());
     isStateMissing_ = false;
     remake(mode);
   }

@@ -82,10 +82,7 @@ std::optional<std::int64_t> systemFreeBytes(const std::string& folder) {
   std::error_code error;
   fs::path there = pathOf(folder);
   while (!fs::exists(there, error) && there.has_relative_path()) there = there.parent_path();
-  const fs::space_info space = fs::space(there, error);
-  if (error || space.available == static_cast<std::uintmax_t>(-1)) return {};
-  constexpr std::uintmax_t kMost = std::uintmax_t{1} << 62;
-  return static_cast<std::int64_t>(std::min(space.available, kMost));
+  return freeBytesAt(there);
 }
 
 }  // namespace

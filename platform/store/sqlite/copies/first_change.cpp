@@ -89,15 +89,19 @@ void FirstChange::writingIsOver(bool isDurable) noexcept {
 
 void FirstChange::startUpkeep() {
   try {
-    upkeep_ = std::thread([this] {
-      if (Status status =
-              bringIn(*folder_, connection_.path(), kept_, {}, [this] { return isClosing_.load(); });
-          !status) {
-        give(std::move(status));
-      }
-    });
+    upkeep_ = std::thread([this] { keepUp(); });
   } catch (...) {
     // Without a thread the copy reaches the disk as every file does, and older ones go another time.
+  }
+}
+
+/// On a thread of its own.
+void FirstChange::keepUp() noexcept {
+  try {
+    Status status = bringIn(*folder_, connection_.path(), kept_, {}, [this] { return isClosing_.load(); });
+    if (!status) give(std::move(status));
+  } catch (...) {
+    give({ErrorCode::outOfMemory, "Out of memory."});
   }
 }
 

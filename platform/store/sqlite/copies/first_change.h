@@ -46,6 +46,7 @@ class FirstChange : public FormerStates, private WriteListener {
   void give(Status failure);
   void giveUp(Status failure) noexcept;
   void startUpkeep();
+  void keepUp() noexcept;
   void dropUnused() noexcept;
 
   SqliteConnection& connection_;

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <dirent.h>
@@ -5,6 +6,7 @@
 #include <memory>
 #include <string_view>
 #include <sys/stat.h>
+#include <sys/statvfs.h>
 #include <unistd.h>
 
 #include "platform/store/sqlite/files/durable_file.h"
@@ -67,6 +69,13 @@ bool markReadOnly(const std::string& path, bool isReadOnly) noexcept {
 
 bool removeFile(const std::string& path) noexcept {
   return unlink(path.c_str()) == 0 || errno == ENOENT;
+}
+
+std::optional<std::int64_t> freeBytesAt(const std::filesystem::path& folder) noexcept {
+  struct statvfs system {};
+  if (statvfs(folder.c_str(), &system) != 0) return std::nullopt;
+  constexpr std::uint64_t kMost = std::uint64_t{1} << 62;
+  return static_cast<std::int64_t>(std::min<std::uint64_t>(system.f_bavail * system.f_frsize, kMost));
 }
 
 std::vector<std::string> namesIn(const std::string& folder) {

@@ -1,5 +1,6 @@
 #include <windows.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <memory>
 #include <string_view>
@@ -60,6 +61,13 @@ bool removeFile(const std::string& path) noexcept {
     SetFileAttributesW(name, FILE_ATTRIBUTE_NORMAL);
     return DeleteFileW(name) != FALSE;
   });
+}
+
+std::optional<std::int64_t> freeBytesAt(const std::filesystem::path& folder) noexcept {
+  ULARGE_INTEGER available{};
+  if (!GetDiskFreeSpaceExW(folder.c_str(), &available, nullptr, nullptr)) return std::nullopt;
+  constexpr ULONGLONG kMost = ULONGLONG{1} << 62;
+  return static_cast<std::int64_t>(std::min(available.QuadPart, kMost));
 }
 
 std::vector<std::string> namesIn(const std::string& folder) {
