@@ -1,6 +1,7 @@
 // Measures the real program from outside, by its windows alone, beside what the system can do: a search
 // beside the bare statement and how soon it can be stopped, the List page of a large table beside that of a
-// small one, and the start beside that of an empty window.
+// small one, and the start beside that of an empty window; and with session_bench.cpp what a user does
+// between.
 #include <windows.h>
 
 #include <commctrl.h>
@@ -18,6 +19,8 @@
 
 #include "benchmarks/bare_database.h"
 #include "benchmarks/find_measures.h"
+#include "benchmarks/outside.h"
+#include "benchmarks/session_bench.h"
 #include "dialogs/find/find_dialog_ids.h"
 #include "resources/command_ids.h"
 #include "tests/ui/remote/remote_window.h"
@@ -25,69 +28,12 @@
 namespace {
 
 using bench::secondsOf;
+using namespace outside;
 
-constexpr int kTurns = 9;
-constexpr std::chrono::seconds kPatience{60};
 constexpr double kMostStart = 40;       // milliseconds more than an empty window
 constexpr double kMostMemory = 8;       // MB more while a search runs
 constexpr double kMostListRatio = 1.5;  // with ten times the rows
 constexpr double kMostDelay = 100;      // milliseconds until Esc is obeyed, and until a window is painted
-/// Each look at the windows costs the program some of the time that is measured.
-constexpr DWORD kBetweenLooks = 5;
-constexpr int kFormPage = 1;
-constexpr int kListPage = 2;
-constexpr int kTablesPage = 0;
-
-/// A figure is over its limit.
-bool isOver = false;
-
-[[noreturn]] void fail(const char* what) {
-  std::fprintf(stderr, "bench: %s\n", what);
-  std::exit(1);
-}
-
-void require(bool done, const char* what) {
-  if (!done) fail(what);
-}
-
-/// Looks more often than tests do: what is measured takes milliseconds.
-void waitFor(const std::function<bool()>& condition, const char* what, DWORD between = 1) {
-  const auto end = std::chrono::steady_clock::now() + kPatience;
-  while (!condition()) {
-    require(std::chrono::steady_clock::now() < end, what);
-    Sleep(between);
-  }
-}
-
-/// One run of a program, ended with the object.
-class Program {
- public:
-  explicit Program(std::wstring commandLine) {
-    STARTUPINFOW startup{};
-    startup.cb = sizeof startup;
-    require(CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr,
-                           &startup, &process_) != FALSE,
-            "the program does not start");
-  }
-  ~Program() {
-    TerminateProcess(process_.hProcess, 0);
-    WaitForSingleObject(process_.hProcess, INFINITE);
-    CloseHandle(process_.hThread);
-    CloseHandle(process_.hProcess);
-  }
-  Program(const Program&) = delete;
-  Program& operator=(const Program&) = delete;
-
-  DWORD id() const { return process_.dwProcessId; }
-
- private:
-  PROCESS_INFORMATION process_{};
-};
-
-bool answers(HWND window) {
-  DWORD_PTR result = 0;
-  return window != nullptr && SendMessageTimeoutW(window, WM_NULL, 0, 0, SMTO_NORMAL, 10'000, &result) != 0;
-}
 
 /// The visible window of a process that lies over no other.
 HWND topWindow(DWORD processId) {
@@ -129,100 +75,6 @@ Memory memoryOf(DWORD processId) {
           static_cast<double>(counters.PeakWorkingSetSize) / 1e6};
 }
 
-double medianOf(std::vector<double> values) {
-  std::sort(values.begin(), values.end());
-  return values[values.size() / 2];
-}
-
-void report(const char* name, const std::vector<double>& ours, const std::vector<double>& theirs,
-            double limit) {
-  std::vector<double> ratios;
-  for (std::size_t turn = 0; turn < ours.size(); ++turn) ratios.push_back(ours[turn] / theirs[turn]);
-  const double ratio = medianOf(ours) / medianOf(theirs);
-  std::printf(
-      "  %-30s %10.1f ms   beside %10.1f ms   ratio %5.2f (%.2f to %.2f)   (at most %.1f)%s\n", name,
-      1e3 * medianOf(ours), 1e3 * medianOf(theirs), ratio, *std::min_element(ratios.begin(), ratios.end()),
-      *std::max_element(ratios.begin(), ratios.end()), limit, ratio <= limit ? "" : "   OVER THE LIMIT");
-  isOver = isOver || ratio > limit;
-}
-
-/// The program with a database, its tables shown.
-class OpenProgram {
- public:
-  OpenProgram(const std::wstring& program, const std::wstring& database)
-      : program_(L"\"" + program + L"\" \"" + database + L"\"") {
-    waitFor([&] { return (main_ = remote::mainWindow(program_.id())) != nullptr; }, "no main window");
-    waitFor([&] { return isShown(kTablesPage); }, "the tables are not shown");
-  }
-
-  HWND main() const { return main_; }
-  DWORD id() const { return program_.id(); }
-
-  bool isShown(int page) const {
-    const HWND shown = remote::shownPage(main_);
-    return shown != nullptr && remote::selectedTab(remote::tabControl(main_)) == page &&
-           (page != kTablesPage || (remote::isList(shown) && remote::itemCount(shown) > 0));
-  }
-
-  void show(int page) {
-    remote::clickTab(remote::tabControl(main_), page);
-    waitFor([&] { return isShown(page); }, "the page is not shown");
-  }
-
-  void choose(int table) {
-    show(kTablesPage);
-    const HWND list = remote::shownPage(main_);
-    remote::selectItem(list, table);
-    waitFor([&] { return remote::selectedItem(list) == table; }, "the table is not chosen");
-  }
-
- private:
-  Program program_;
-  HWND main_ = nullptr;
-};
-
-HWND findDialog(DWORD processId) {
-  return remote::dialog(processId, L"Find");
-}
-
-void setBox(HWND dialog, int id, bool checked) {
-  if ((SendDlgItemMessageW(dialog, id, BM_GETCHECK, 0, 0) == BST_CHECKED) != checked) {
-    SendDlgItemMessageW(dialog, id, BM_CLICK, 0, 0);
-  }
-}
-
-/// The box over the dialog, null when there is none. While it is there the dialog itself takes no input.
-HWND boxOver(HWND dialog, DWORD processId) {
-  const HWND found = remote::dialog(processId, nullptr);
-  return found == dialog ? nullptr : found;
-}
-
-/// From the press of Next to the message that says that all was searched.
-double secondsToFind(const OpenProgram& program, HWND dialog, const wchar_t* text) {
-  SendMessageW(GetDlgItem(dialog, IDC_FIND_TEXT), WM_SETTEXT, 0, reinterpret_cast<LPARAM>(text));
-  HWND box = nullptr;
-  const double seconds = secondsOf([&] {
-    PostMessageW(dialog, WM_COMMAND, IDC_FIND_NEXT, 0);
-    waitFor([&] { return (box = boxOver(dialog, program.id())) != nullptr; }, "the search does not end",
-            kBetweenLooks);
-  });
-  PostMessageW(box, WM_COMMAND, IDOK, 0);
-  waitFor([&] { return !IsWindow(box) && IsWindowEnabled(dialog) && answers(dialog); },
-          "the message does not go");
-  return seconds;
-}
-
-/// The dialog over the first record, set to all fields.
-HWND openFind(OpenProgram& program) {
-  program.choose(0);
-  program.show(kFormPage);
-  PostMessageW(program.main(), WM_COMMAND, ID_FIND, 0);
-  HWND dialog = nullptr;
-  waitFor([&] { return (dialog = findDialog(program.id())) != nullptr; }, "the dialog does not open");
-  setBox(dialog, IDC_FIND_ALL_FIELDS, true);
-  return dialog;
-}
-
 void measureFind(const std::wstring& program, const std::wstring& database, const std::string& bareDatabase) {
   OpenProgram open(program, database);
   const HWND dialog = openFind(open);
@@ -254,13 +106,6 @@ HWND progressLine(DWORD processId) {
     if (owner == processId && IsWindowVisible(line)) return line;
   }
   return nullptr;
-}
-
-void reportDelay(const char* name, const std::vector<double>& seconds) {
-  const double longest = 1e3 * *std::max_element(seconds.begin(), seconds.end());
-  std::printf("  %-30s %10.1f ms, at the longest %10.1f ms   (at most %.0f)%s\n", name,
-              1e3 * medianOf(seconds), longest, kMostDelay, longest <= kMostDelay ? "" : "   OVER THE LIMIT");
-  isOver = isOver || longest > kMostDelay;
 }
 
 /// In the midst of a search for a text that does not occur.
@@ -298,8 +143,8 @@ void measureStop(const std::wstring& program, const std::wstring& database) {
     }));
     require(boxOver(dialog, open.id()) == nullptr, "the search came to its end");
   }
-  reportDelay("the window is painted", paintings);
-  reportDelay("Esc is obeyed", stops);
+  reportDelay("the window is painted", paintings, kMostDelay);
+  reportDelay("Esc is obeyed", stops, kMostDelay);
 }
 
 double secondsToList(OpenProgram& program, int table, int rows) {
@@ -386,12 +231,18 @@ int wmain(int argc, wchar_t** argv) {
   } else if (argc == 5 && what == L"list") {
     measureList(argv[2], argv[3], narrow(argv[3]),
                 std::max(10, static_cast<int>(std::wcstol(argv[4], nullptr, 10))));
+  } else if (argc == 4 && what == L"session") {
+    outside::measureSession(argv[2], argv[3], narrow(argv[3]));
+  } else if (argc == 5 && what == L"lookup") {
+    outside::measureLookUp(argv[2], argv[3], narrow(argv[3]),
+                           std::max(10, static_cast<int>(std::wcstol(argv[4], nullptr, 10))));
   } else if (argc == 5 && what == L"start") {
     measureStart(argv[2], argv[3], argv[4]);
   } else {
     std::fputs(
         "usage: program_bench find PROGRAM DATABASE | stop PROGRAM DATABASE | "
-        "list PROGRAM EMPTY-DATABASE ROWS | start PROGRAM DATABASE EMPTY-PROGRAM\n",
+        "list PROGRAM EMPTY-DATABASE ROWS | session PROGRAM SCRATCH-DATABASE | "
+        "lookup PROGRAM EMPTY-DATABASE ROWS | start PROGRAM DATABASE EMPTY-PROGRAM\n",
         stderr);
     return 2;
   }

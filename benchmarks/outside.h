@@ -1,0 +1,81 @@
+#pragma once
+
+#include <windows.h>
+
+#include <functional>
+#include <string>
+#include <vector>
+
+/// The measuring of the real program from outside, by its windows alone.
+namespace outside {
+
+constexpr int kTurns = 9;
+constexpr int kTablesPage = 0;
+constexpr int kFormPage = 1;
+constexpr int kListPage = 2;
+/// Each look at the windows costs the program some of the time that is measured.
+constexpr DWORD kBetweenLooks = 5;
+
+/// A figure was over its limit.
+extern bool isOver;
+
+/// Ends the program with a message.
+[[noreturn]] void fail(const char* what);
+void require(bool done, const char* what);
+
+/// Looks more often than tests do: what is measured takes milliseconds.
+void waitFor(const std::function<bool()>& condition, const char* what, DWORD between = 1);
+/// Whether the window's thread answers.
+bool answers(HWND window);
+
+/// One run of a program, ended with the object.
+class Program {
+ public:
+  explicit Program(std::wstring commandLine);
+  ~Program();
+  Program(const Program&) = delete;
+  Program& operator=(const Program&) = delete;
+
+  DWORD id() const { return process_.dwProcessId; }
+
+ private:
+  PROCESS_INFORMATION process_{};
+};
+
+/// The program with a database, its tables shown.
+class OpenProgram {
+ public:
+  OpenProgram(const std::wstring& program, const std::wstring& database);
+
+  HWND main() const { return main_; }
+  DWORD id() const { return program_.id(); }
+
+  bool isShown(int page) const;
+  void show(int page);
+  void choose(int table);
+  /// Chooses a command of any menu, and doesn't wait for it.
+  void command(int id) const;
+  /// The dialog with this title, once it takes input.
+  HWND dialog(const wchar_t* title) const;
+
+ private:
+  Program program_;
+  HWND main_ = nullptr;
+};
+
+/// The find dialog over the first record, set to all fields.
+HWND openFind(OpenProgram& program);
+/// From the press of Next to the message that says that all was searched.
+double secondsToFind(const OpenProgram& program, HWND dialog, const wchar_t* text);
+void setBox(HWND dialog, int id, bool checked);
+/// The box over a dialog, null when there is none. While it is there the dialog itself takes no input.
+HWND boxOver(HWND dialog, DWORD processId);
+
+double medianOf(std::vector<double> values);
+/// Prints both medians and their ratio beside its limit.
+void report(const char* name, const std::vector<double>& ours, const std::vector<double>& theirs,
+            double limit);
+/// Prints the median and the longest beside the most that the longest may be.
+void reportDelay(const char* name, const std::vector<double>& seconds, double mostMilliseconds);
+
+}  // namespace outside
