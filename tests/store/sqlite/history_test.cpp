@@ -470,6 +470,18 @@ TEST_F(HistoryTest, StatementsThatWerePreparedBeforeTellOfEachRowToo) {
   EXPECT_EQ("1|x;2|y;", contentOf("log")) << "also after one was taken";
 }
 
+TEST_F(HistoryTest, ATableThatIsEmptiedAfterATakingBackComesBackToo) {
+  prepare("CREATE TABLE t(a TEXT); INSERT INTO t VALUES('one'), ('two')");
+  openKeeping();
+  const std::string before = contentOf("t");
+  change("t", 1, 0, "eins");
+  takeBack();
+  run("DELETE FROM t");
+  EXPECT_EQ("", contentOf("t"));
+  takeBack();
+  EXPECT_EQ(before, contentOf("t"));
+}
+
 TEST_F(HistoryTest, TheTakingOfManyRecordsCanBeStopped) {
   prepare("CREATE TABLE t(a TEXT, b INTEGER)");
   openKeeping();

@@ -229,6 +229,21 @@ TEST_F(DocumentArrangementTest, OnTheFormTheRecordStaysAndWhatIsTypedIsStoredFir
   EXPECT_THAT(stored(L"SELECT Title FROM Books ORDER BY Title"), ElementsAre(L"0", L"A", L"b"));
 }
 
+TEST_F(DocumentArrangementTest, WhereNoKeyTellsTheRecordAnotherOneIsNotTakenForIt) {
+  openBooks(ViewMode::list);
+  runStatements(path(), {L"CREATE TABLE 'QuivaneQueries' (QueryName Text ,SQL Text)",
+                         L"INSERT INTO QuivaneQueries VALUES ('counted', 'Select Title, count(*) from Books "
+                         L"group by Title')"});
+  document().setViewMode(ViewMode::queries);
+  document().openQuerySelection(0);
+  document().setViewMode(ViewMode::list);
+  ASSERT_THAT(rows(), ElementsAre(L"A", L"b", L"c"));
+  window().tapRow(3);
+  ASSERT_TRUE(document().arranger().arrange(ordered(L"Title", true)));
+  EXPECT_THAT(rows(), ElementsAre(L"c", L"b", L"A"));
+  EXPECT_EQ(currentRecord, 1u) << "the third is another one now";
+}
+
 TEST_F(DocumentArrangementTest, WhatCantBeStoredKeepsEverything) {
   openBooks(ViewMode::form);
   runStatements(path(),

@@ -137,6 +137,22 @@ TEST_F(DocumentHistoryTest, TheListShowsTheRow) {
   EXPECT_EQ(recordCount, 3u);
 }
 
+TEST_F(DocumentHistoryTest, AFormThatHadNoRecordIsMadeForTheOneThatComesBack) {
+  open();
+  document().openTableSelection(1);
+  document().setViewMode(ViewMode::list);
+  currentRecord = 1;
+  document().rowChosen();
+  document().deleteRecord();
+  ASSERT_EQ(recordCount, 0u);
+  const int builds = window().form.builds;
+  document().setViewMode(ViewMode::form);
+  ASSERT_EQ(window().form.builds, builds) << "without a record there are no editors";
+  EXPECT_TRUE(undo());
+  EXPECT_EQ(window().form.builds, builds + 1);
+  EXPECT_EQ(value(), L"1");
+}
+
 TEST_F(DocumentHistoryTest, TheRightTableIsOpened) {
   openOn(ViewMode::form);
   type(L"11");

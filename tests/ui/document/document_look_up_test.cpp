@@ -248,6 +248,20 @@ TEST_F(DocumentLookUpTest, SeveralStepsGoBackOneByOneAndEndWithTheFile) {
   EXPECT_FALSE(isOffered(ID_GO_BACK));
 }
 
+TEST_F(DocumentLookUpTest, TheLastFiftyStepsGoBack) {
+  for (int step = 0; step < 53; ++step) {
+    document().setViewMode(ViewMode::tables);
+    document().openTableSelection(4);
+    document().setViewMode(ViewMode::form);
+    focus(1);
+    document().lookUps().goThere();
+    ASSERT_EQ(value(), L"3");
+  }
+  int back = 0;
+  for (; document().lookUps().canGoBack(); ++back) document().lookUps().goBack();
+  EXPECT_EQ(back, 50);
+}
+
 TEST_F(DocumentLookUpTest, OnNoOtherPageAnythingHappens) {
   for (const ViewMode mode : {ViewMode::tables, ViewMode::list, ViewMode::queries}) {
     document().setViewMode(mode);
