@@ -25,6 +25,8 @@ constexpr ControlGrowth kGrowth[] = {
 
 /// So long the keys of the user wait at most.
 constexpr std::uint32_t kSliceMilliseconds = 20;
+/// And so long the windows to be painted. Each time costs the timer's wait besides.
+constexpr ULONGLONG kRoundMilliseconds = 100;
 constexpr UINT_PTR kSearchTimer = 1;
 /// Who wants more than these types more.
 constexpr std::size_t kMostFound = 500;
@@ -184,7 +186,10 @@ void LookUpDialog::timerFired() {
 }
 
 void LookUpDialog::goOn() {
-  isSearching_ = records_->searchOn(kSliceMilliseconds, kMostFound, found_);
+  const ULONGLONG end = GetTickCount64() + kRoundMilliseconds;
+  do {
+    isSearching_ = records_->searchOn(kSliceMilliseconds, kMostFound, found_);
+  } while (isSearching_ && GetTickCount64() < end && HIWORD(GetQueueStatus(QS_INPUT)) == 0);
   lastRow_.reset();
   if (!isSearching_) KillTimer(window(), kSearchTimer);
   showCount();
