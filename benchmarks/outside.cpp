@@ -35,7 +35,11 @@ void require(bool done, const char* what) {
 void waitFor(const std::function<bool()>& condition, const char* what, DWORD between) {
   const auto end = std::chrono::steady_clock::now() + kPatience;
   while (!condition()) {
-    require(std::chrono::steady_clock::now() < end, what);
+    if (std::chrono::steady_clock::now() >= end) {
+      std::fprintf(stderr, "bench: in front stands: %ls\n",
+                   remote::messageBoxText(GetForegroundWindow()).c_str());
+      fail(what);
+    }
     Sleep(between);
   }
 }

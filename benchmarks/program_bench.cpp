@@ -233,16 +233,13 @@ int wmain(int argc, wchar_t** argv) {
                 std::max(10, static_cast<int>(std::wcstol(argv[4], nullptr, 10))));
   } else if (argc == 4 && what == L"session") {
     outside::measureSession(argv[2], argv[3], narrow(argv[3]));
-  } else if (argc == 5 && what == L"lookup") {
-    outside::measureLookUp(argv[2], argv[3], narrow(argv[3]),
-                           std::max(10, static_cast<int>(std::wcstol(argv[4], nullptr, 10))));
   } else if (argc == 5 && what == L"start") {
     measureStart(argv[2], argv[3], argv[4]);
   } else {
     std::fputs(
         "usage: program_bench find PROGRAM DATABASE | stop PROGRAM DATABASE | "
         "list PROGRAM EMPTY-DATABASE ROWS | session PROGRAM SCRATCH-DATABASE | "
-        "lookup PROGRAM EMPTY-DATABASE ROWS | start PROGRAM DATABASE EMPTY-PROGRAM\n",
+        "start PROGRAM DATABASE EMPTY-PROGRAM\n",
         stderr);
     return 2;
   }

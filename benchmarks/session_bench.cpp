@@ -2,7 +2,7 @@
 
 #include <windows.h>
 
-#include <filesystem>
+#include <cstdint>
 #include <sqlite3.h>
 #include <string>
 #include <vector>
@@ -27,7 +27,7 @@ constexpr double kMostEverywhere = 1.2;  // times a step of Find
 constexpr double kMostNarrowing = 1.2;   // times the bare statement
 constexpr double kMostLook = 2.0;        // times the bare walk over the row ids
 constexpr double kMostUndo = 250;        // milliseconds, at the longest
-constexpr int kStation = 1201;           // the editor of the second field
+constexpr int kSecondEditor = 1201;
 constexpr int kLevel = 4711;
 
 void setText(HWND dialog, int id, const std::string& text) {
@@ -108,10 +108,12 @@ void measureEverywhere(OpenProgram& program) {
 void measureUndo(OpenProgram& program) {
   program.choose(0);
   program.show(kFormPage);
-  const HWND station = remote::control(program.main(), kStation);
+  const HWND station = remote::control(program.main(), kSecondEditor);
   std::vector<double> seconds;
   for (int turn = 0; turn < kTurns; ++turn) {
     const std::wstring before = remote::text(station);
+    // What is typed goes by the editor that was focused last.
+    SendMessageW(station, WM_SETFOCUS, 0, 0);
     SendMessageW(station, EM_SETSEL, 0, -1);
     for (const wchar_t letter : std::wstring(L"changed")) SendMessageW(station, WM_CHAR, letter, 1);
     SendMessageW(program.main(), WM_COMMAND, ID_RECORD_NEXT, 0);
@@ -128,76 +130,76 @@ void measureUndo(OpenProgram& program) {
 
 // ---- One look at what another program has changed
 
-void measureLook(OpenProgram& program, bench::BareDatabase& bare) {
+/// Another program, which waits for this one.
+class Writer {
+ public:
+  explicit Writer(const std::string& path) {
+    require(sqlite3_open_v2(path.c_str(), &connection_, SQLITE_OPEN_READWRITE, nullptr) == SQLITE_OK,
+            "the file does not open");
+    sqlite3_busy_timeout(connection_, 10'000);
+  }
+  ~Writer() { sqlite3_close_v2(connection_); }
+  Writer(const Writer&) = delete;
+  Writer& operator=(const Writer&) = delete;
+
+  void run(const std::string& sql) {
+    require(sqlite3_exec(connection_, sql.c_str(), nullptr, nullptr, nullptr) == SQLITE_OK, sql.c_str());
+  }
+
+ private:
+  sqlite3* connection_ = nullptr;
+};
+
+void measureLook(OpenProgram& program, bench::BareDatabase& bare, const std::string& path) {
+  Writer writer(path);
   constexpr DWORD kBetweenTries = 100;
   program.choose(0);
   program.show(kFormPage);
-  constexpr int kLevelEditor = 1204;  // of the sixth field
+  constexpr int kLevelEditor = 1205;  // of the sixth field
   const HWND level = remote::control(program.main(), kLevelEditor);
   require(level != nullptr, "there is no editor of the level");
   std::vector<double> ours;
   std::vector<double> theirs;
-  for (int turn = 0; turn < kTurns; ++turn) {
-    bare.changeRow(1, kLevel + turn);
-    const std::wstring wanted = std::to_wstring(kLevel + turn);
-    // It looks again only after some time; a mouse that moves keeps it from looking by itself.
+  for (int change = 0; ours.size() < kTurns; ++change) {
+    writer.run("UPDATE Measurements SET Level = " + std::to_string(kLevel + change) + " WHERE rowid = 1");
+    const std::wstring wanted = std::to_wstring(kLevel + change);
+    // It looks again only after some time. What it has seen by itself does not count.
     waitFor(
         [&] {
           PostMessageW(program.main(), WM_MOUSEMOVE, 0, 0);
-          require(answers(program.main()), "the program does not answer");
+          if (remote::text(level) == wanted) return true;
           const double seconds = secondsOf([&] {
             SendMessageW(program.main(), WM_ACTIVATE, WA_INACTIVE, 0);
             SendMessageW(program.main(), WM_ACTIVATE, WA_ACTIVE, 0);
           });
           if (remote::text(level) != wanted) return false;
           ours.push_back(seconds);
+          theirs.push_back(secondsOf([&] { bare.scanRowIds(); }));
           return true;
         },
         "the change is not shown", kBetweenTries);
-    theirs.push_back(secondsOf([&] { bare.scanRowIds(); }));
-    bare.endReading();
   }
   report("a look at others' changes", ours, theirs, kMostLook);
 }
 
 // ---- A look-up's list
 
-void makeNamed(const std::string& path, int rows) {
-  sqlite3* opened = nullptr;
-  bool isDone = sqlite3_open_v2(path.c_str(), &opened, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr) ==
-                SQLITE_OK;
-  const std::string fill = "WITH n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < " +
-                           std::to_string(rows) +
-                           ") INSERT INTO Named SELECT i, 'a name of number ' || i FROM n";
-  for (const std::string& sql :
-       {std::string("CREATE TABLE Refers (Note Text, Number Integer REFERENCES Named (Id))"),
-        std::string("CREATE TABLE Named (Id Integer PRIMARY KEY, Name Text)"), fill,
-        std::string("INSERT INTO Refers VALUES ('note', 1)")}) {
-    isDone = isDone && sqlite3_exec(opened, sql.c_str(), nullptr, nullptr, nullptr) == SQLITE_OK;
-  }
-  sqlite3_close_v2(opened);
-  require(isDone, "the tables can't be made");
+void makeNamed(const std::string& path, std::int64_t rows) {
+  Writer writer(path);
+  writer.run("CREATE TABLE Refers (Note Text, Number Integer REFERENCES Named (Id))");
+  writer.run("INSERT INTO Refers VALUES ('note', NULL)");
+  writer.run("CREATE TABLE Named (Id Integer PRIMARY KEY, Name Text)");
+  writer.run("WITH n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < " + std::to_string(rows) +
+             ") INSERT INTO Named SELECT i, 'a name of number ' || i FROM n");
 }
 
-}  // namespace
-
-void measureSession(const std::wstring& program, const std::wstring& database,
-                    const std::string& bareDatabase) {
+void measureNarrowing(const std::wstring& program, const std::wstring& database,
+                      const std::string& bareDatabase, int rows) {
+  constexpr int kRefersTable = 1;
   OpenProgram open(program, database);
-  bench::BareDatabase bare(bareDatabase);
-  measureFilter(open, bare);
-  measureEverywhere(open);
-  measureUndo(open);
-  measureLook(open, bare);
-}
-
-void measureLookUp(const std::wstring& program, const std::wstring& database, const std::string& bareDatabase,
-                   int rows) {
-  makeNamed(bareDatabase, rows);
-  OpenProgram open(program, database);
-  open.choose(0);
+  open.choose(kRefersTable);
   open.show(kFormPage);
-  const HWND number = remote::control(open.main(), kStation);
+  const HWND number = remote::control(open.main(), kSecondEditor);
   require(number != nullptr, "there is no editor of the reference");
   PostMessageW(number, WM_KEYDOWN, VK_F4, 1);
   const HWND dialog = open.dialog(L"Number");
@@ -220,6 +222,24 @@ void measureLookUp(const std::wstring& program, const std::wstring& database, co
     }));
   }
   report("look-up narrowed to nothing", ours, theirs, kMostNarrowing);
+}
+
+}  // namespace
+
+void measureSession(const std::wstring& program, const std::wstring& database,
+                    const std::string& bareDatabase) {
+  std::int64_t rows = 0;
+  {
+    OpenProgram open(program, database);
+    bench::BareDatabase bare(bareDatabase);
+    rows = bare.runToEnd("SELECT 1 FROM Measurements");
+    measureFilter(open, bare);
+    measureEverywhere(open);
+    measureUndo(open);
+    measureLook(open, bare, bareDatabase);
+  }
+  makeNamed(bareDatabase, rows);
+  measureNarrowing(program, database, bareDatabase, static_cast<int>(rows));
 }
 
 }  // namespace outside
