@@ -14,7 +14,7 @@ cache_folder=${XDG_CACHE_HOME:-$HOME/.cache}/quivane
 fresh_prefixes=${TMPDIR:-/tmp}/quivane-wine-$UID
 
 # Goes into the stamp: a change of what is set up below makes every prefix out of date.
-prefix_revision=3
+prefix_revision=4
 # Working copies of different age have templates of their own.
 template_prefix=$cache_folder/wine-template-$prefix_revision
 
@@ -151,7 +151,8 @@ copy_wine_files() {
 }
 
 # Which font has the letters that the program's own lacks. By script, as OpenType names them ("-" for what belongs to
-# none, signs and emoji): Wine's fonts for these are not free. The packages are in setup.sh and make-deb.
+# none, signs and emoji): Wine's fonts for these are not free. The packages are in setup.sh and make-deb. A font that has
+# much room above its letters, as Noto Sans Arabic has, would be cut at the bottom in the editors of the form.
 script_fonts='
 - Symbola
 latn DejaVu Sans
@@ -161,7 +162,7 @@ armn DejaVu Sans
 geor DejaVu Sans
 hebr DejaVu Sans
 brai DejaVu Sans
-arab Noto Sans Arabic
+arab DejaVu Sans
 syrc Noto Sans Syriac
 thaa Noto Sans Thaana
 nko Noto Sans NKo

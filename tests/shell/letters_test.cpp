@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <functional>
+#include <set>
 #include <string>
 
 #include "gtest/gtest.h"
@@ -363,6 +364,28 @@ TEST_F(LettersTest, a_box_grows_by_what_the_letters_need_more) {
   EXPECT_EQ(placeOf(text).bottom - placeOf(text).top, 14 + grown);
   EXPECT_EQ(placeOf(button).top, 30 + grown);
   EXPECT_EQ(placeOf(button).bottom - placeOf(button).top, 20);
+}
+
+/// A font may have so much above its letters that an editor, which goes by its own font, shows their upper
+/// parts only.
+TEST_F(LettersTest, editors_show_the_whole_of_them) {
+  const auto inkOf = [](const Pixels& pixels) {
+    return std::count_if(pixels.begin(), pixels.end(),
+                         [](std::uint32_t pixel) { return (pixel & 0xFFFFFF) != 0xFFFFFF; });
+  };
+  const HWND editor = makeControl(WC_EDITW, 0);
+  // There are no other fonts of these.
+  const std::set<std::string> cut = {"Tamil", "Burmese", "Tibetan", "Mongolian"};
+  for (const Script& script : kScripts) {
+    if (cut.contains(script.name)) continue;
+    const std::wstring text = std::wstring(script.one) + script.other;
+    SetWindowTextW(editor, text.c_str());
+    const DrawnPicture whole(kWidth, kHeight);
+    const HGDIOBJ former = SelectObject(whole.dc(), presentFont());
+    drawTextLine(whole.dc(), text, {0, 0, kWidth, kHeight}, LinePlace::left);
+    SelectObject(whole.dc(), former);
+    EXPECT_EQ(inkOf(pictureOf(editor)), inkOf(whole.pixels())) << script.name;
+  }
 }
 
 /// Of a box of the test's window, which draws its entries as a dialog does.
