@@ -23,6 +23,7 @@
 #include "records/view_mode.h"
 
 class Arranger;
+class FormerStates;
 class LookUps;
 class OthersChanges;
 class RecordHistory;
@@ -49,6 +50,12 @@ enum class RestoreResult : std::uint32_t {
   noTables = 3,  ///< the database was opened and holds no tables
 };
 
+/// Where the user is in a database: the page, and the table or query in use.
+struct OpenPlace {
+  ViewMode mode = ViewMode::none;
+  RecordSource wanted;
+};
+
 /// The controller of the program: the open database, the table or query whose records are shown, the
 /// cursor over them, and which page is served. One exists, on the user-interface thread.
 ///
@@ -69,6 +76,8 @@ class Document : private BusyListener {
 
   /// Changes that are taken back and done again.
   RecordHistory& history() { return *history_; }
+  /// Copies of databases, and the way back to them.
+  FormerStates& formerStates() { return *formerStates_; }
   /// The order of the records, and which of them are shown.
   Arranger& arranger() { return *arranger_; }
   const Arranger& arranger() const { return *arranger_; }
@@ -324,6 +333,10 @@ class Document : private BusyListener {
   bool canChangeFile();
   bool goOnInCopy();
   bool openPresentFile();
+  OpenPlace place() const { return {viewMode_, wanted_}; }
+  /// Opens the file on that page, with the table or query that was in use if the file has it. No database is
+  /// open when this is called. False when it does not open, which was told.
+  bool openAt(const String& path, const OpenPlace& place);
   void forgetDatabase();
   void closeRecords();
   void forgetRecords();
@@ -453,6 +466,7 @@ class Document : private BusyListener {
   std::optional<BusyClock::time_point> unaskedWaitEnd_;
 
   std::unique_ptr<RecordHistory> history_;
+  std::unique_ptr<FormerStates> formerStates_;
   std::unique_ptr<Arranger> arranger_;
   std::unique_ptr<LookUps> lookUps_;
   std::unique_ptr<OthersChanges> othersChanges_;

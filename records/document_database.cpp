@@ -1,10 +1,12 @@
 // Opening and closing the database file.
 #include <memory>
+#include <string>
 #include <utility>
 
 #include "base/settings/app_settings.h"
 #include "base/wait_cursor.h"
 #include "records/parts/arranger.h"
+#include "records/parts/former_states.h"
 #include "records/parts/look_ups.h"
 #include "records/parts/others_changes.h"
 #include "records/parts/record_history.h"
@@ -20,6 +22,7 @@ void markDatabaseOpen(bool isOpen) {
 Document::Document(DocumentPages pages)
     : pages_(std::move(pages)),
       history_(std::make_unique<RecordHistory>(*this)),
+      formerStates_(std::make_unique<FormerStates>(*this)),
       arranger_(std::make_unique<Arranger>(*this)),
       lookUps_(std::make_unique<LookUps>(*this)),
       othersChanges_(std::make_unique<OthersChanges>(*this)) {
@@ -59,6 +62,23 @@ Outcome Document::openDatabase(const String& path) {
   databaseOpen_ = true;
   updateMenusForDatabase(true);
   return {};
+}
+
+bool Document::openAt(const String& path, const OpenPlace& place) {
+  if (const Outcome opened = openConnection(path); !opened) {
+    updateCommandBar();
+    tellFailure(std::wstring(L"Database ") + path.text() + L" could not be opened.", opened.reason());
+    return false;
+  }
+  databaseOpen_ = true;
+  reselectTable_ = true;
+  wanted_ = place.wanted;
+  if (wanted_.isTable() && !tableNames_.holds(wanted_.tableName())) {
+    wanted_.chooseNone();
+    if (!tableNames_.isEmpty()) chooseTable(tableNames_[0]);
+  }
+  setViewMode(place.mode);
+  return true;
 }
 
 int Document::closeDatabase() {

@@ -5,7 +5,7 @@
 #include <string>
 
 #include "data/handles/file_identity.h"
-#include "records/document.h"
+#include "records/parts/former_states.h"
 
 namespace {
 
@@ -40,6 +40,9 @@ CommandResult Document::newDatabaseCommand() {
   closeDatabase();
   const std::optional<String> path = pages_.prompts.chooseFile(FileChoice::create);
   if (!path) return CommandResult::cancelled;
+  if (database_.isThere(*path) && !formerStates_->mayDelete(database_.keepDatabase(*path), path->text())) {
+    return CommandResult::cancelled;
+  }
   if (const Outcome created = database_.replaceDatabase(*path); !created) {
     tellFailure(std::wstring(L"Database ") + path->text() + L" could not be created.", created.reason());
     return CommandResult::failed;
@@ -64,6 +67,7 @@ CommandResult Document::deleteDatabaseCommand() {
     return CommandResult::failed;
   }
   if (!confirmDeletion(std::wstring(L"database file ") + path->text())) return CommandResult::cancelled;
+  if (!formerStates_->mayDelete(database_.keepDatabase(*path), path->text())) return CommandResult::cancelled;
   const Outcome dropped = database_.dropDatabase(*path);
   if (dropped) return CommandResult::done;
   tellFailure(std::wstring(L"Database ") + path->text() + L" could not be deleted.", dropped.reason());
@@ -81,6 +85,10 @@ CommandResult Document::deleteTableCommand() {
   if (!confirmDeletion(std::wstring(L"table '") + name.text() + L"'")) return CommandResult::cancelled;
   if (!canChangeFile()) return CommandResult::cancelled;
   closeRecords();
+  if (!formerStates_->mayDelete(database_.keepBeforeDeletion(),
+                                std::wstring(L"table '") + name.text() + L"'")) {
+    return CommandResult::cancelled;
+  }
   if (const Outcome dropped = database_.dropTable(name); !dropped) {
     tellFailure(std::wstring(L"Table '") + name.text() + L"' could not be deleted.", dropped.reason());
     return CommandResult::failed;

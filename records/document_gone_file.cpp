@@ -65,28 +65,14 @@ bool Document::goOnInCopy() {
 /// stored goes. False when the file does not open; everything is as before then.
 bool Document::openPresentFile() {
   const String path = databasePath_;
-  const std::wstring failure = std::wstring(L"Database ") + path.text() + L" could not be opened.";
   if (const Outcome opens = database_.tryOpening(path); !opens) {
-    tellFailure(failure, opens.reason());
+    tellFailure(std::wstring(L"Database ") + path.text() + L" could not be opened.", opens.reason());
     return false;
   }
-  const ViewMode mode = viewMode_;
-  const RecordSource wanted = wanted_;
+  const OpenPlace before = place();
   closeRecords();
   closeDatabase();
-  if (const Outcome opened = openConnection(path); !opened) {
-    // It has gone since.
-    updateCommandBar();
-    tellFailure(failure, opened.reason());
-    return true;
-  }
-  databaseOpen_ = true;
-  reselectTable_ = true;
-  wanted_ = wanted;
-  if (wanted.isTable() && !tableNames_.holds(wanted.tableName())) {
-    wanted_.chooseNone();
-    if (!tableNames_.isEmpty()) chooseTable(tableNames_[0]);
-  }
-  setViewMode(mode);
+  // It may have gone since.
+  openAt(path, before);
   return true;
 }

@@ -2,7 +2,7 @@
 #include <cstdint>
 
 #include "base/settings/settings_store.h"
-#include "records/document.h"
+#include "records/parts/former_states.h"
 
 namespace {
 
@@ -16,7 +16,8 @@ String readText(Setting setting) {
 }  // namespace
 
 void Document::saveSession() {
-  SettingsStore::write(Setting::lastDatabase, databasePath_);
+  // Of a copy that is looked at the database is what is opened next time.
+  SettingsStore::write(Setting::lastDatabase, formerStates_->presentDatabase());
   SettingsStore::write(Setting::lastTable, tableName());
   SettingsStore::write(Setting::lastQuery, queryName());
   SettingsStore::write(Setting::lastSql, wanted_.plainSql());

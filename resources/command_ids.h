@@ -71,6 +71,7 @@
 #define ID_ARRANGEMENT_CLEAR 53392
 #define ID_ARRANGEMENT_KEEP 53408
 #define ID_FIND_EVERYWHERE 53424
+#define ID_GO_BACK_TO 53440
 
 // Accelerators send these four; nothing answers them.
 #define ID_ENTER 40004

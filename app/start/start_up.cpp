@@ -9,6 +9,7 @@
 #include "app/recovery/typed_text.h"
 #include "app/start/command_line.h"
 #include "app/start/component_registration.h"
+#include "app/start/copies_folder.h"
 #include "app/start/file_association.h"
 #include "app/start/portable.h"
 #include "app/start/single_instance.h"
@@ -25,6 +26,7 @@
 #include "base/settings/app_settings.h"
 #include "dialogs/password/password_lock.h"
 #include "platform/pocketshell/handheld_windows.h"
+#include "records/parts/former_states.h"
 #include "resources/resource_ids.h"
 #include "views/names/queries_list_view.h"
 #include "views/names/tables_list_view.h"
@@ -63,10 +65,11 @@ BarFacts barFacts() {
           .recordCount = recordCount};
 }
 
-void createDocument() {
+void createDocument(bool isPortable) {
   theDocument = std::make_unique<Document>(DocumentPages{
       std::make_unique<TablesListView>(mainWindow), std::make_unique<QueriesListView>(mainWindow),
       theRecordListView, theFormView, *theCommandBar, thePrompts});
+  theDocument->formerStates().keepIn(copiesFolder(isPortable));
   appUnlocked = true;
   if (theAppSettings->options().usePassword() != 0) checkPassword(mainWindow);
   if (!appUnlocked) return;
@@ -126,7 +129,7 @@ int runWithWindow(const wchar_t* commandLine, int showCommand, bool isPortable) 
   createTabControl();
   createPageWindows();
   if (!isPortable) registerComponents();
-  createDocument();
+  createDocument(isPortable);
   // Who does not know the password sees the window and no more.
   return appUnlocked ? runMessageLoop(commandLine) : 0;
 }

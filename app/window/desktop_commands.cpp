@@ -2,6 +2,7 @@
 
 #include <array>
 
+#include "app/window/copies_commands.h"
 #include "app/window/everywhere_commands.h"
 #include "app/window/exchange_commands.h"
 #include "app/window/history_commands.h"
@@ -95,6 +96,10 @@ void keepAsQuery(WORD) {
   keepArrangementAsQuery();
 }
 
+void goBackTo(WORD) {
+  goBackToCopy();
+}
+
 void findInAllTables(WORD) {
   findEverywhere();
 }
@@ -102,6 +107,7 @@ void findInAllTables(WORD) {
 constexpr EntryRow kEntries[] = {
     {ID_HISTORY_UNDO, nullptr, L"&Undo", takeHistoryStep, nullptr, historyText},
     {ID_HISTORY_REDO, nullptr, L"Re&do", takeHistoryStep, nullptr, historyText},
+    {ID_GO_BACK_TO, nullptr, L"Go back &to...", goBackTo, nullptr},
     {0, nullptr, nullptr, nullptr, nullptr},
     {ID_IMPORT, nullptr, L"&Import...", import, nullptr},
     {ID_EXPORT, nullptr, L"&Export...", exportRecords, nullptr},

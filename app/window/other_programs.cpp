@@ -1,6 +1,7 @@
 #include "app/window/other_programs.h"
 
 #include "app/window/program_state.h"
+#include "records/parts/former_states.h"
 #include "records/parts/others_changes.h"
 
 namespace {
@@ -49,6 +50,7 @@ void lookForChanges(HWND window) {
   const ULONGLONG begin = GetTickCount64();
   if (begin < noLookBefore) return;
   theDocument->othersChanges().show();
+  theDocument->formerStates().tellNotKept();
   const ULONGLONG end = GetTickCount64();
   noLookBefore = end + (end - begin) * kShareOfTime;
 }

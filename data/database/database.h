@@ -13,6 +13,7 @@
 #include "data/database/record_counters.h"
 #include "data/database/record_mark.h"
 #include "data/database/saved_query.h"
+#include "data/handles/database_copy.h"
 #include "data/handles/exported_records.h"
 #include "data/handles/file_state.h"
 #include "data/handles/history_step.h"
@@ -85,6 +86,32 @@ class Database {
   /// begun is begun anew. Fails when the copy does not open, or when the current record is not the same
   /// there; the open file stays open then.
   Outcome goOnIn(const String& copy, bool keepsRecords);
+
+  // ---- Former states of databases (database_copies.cpp)
+
+  /// From the next opening on the state of a database before the first change made to it is kept in this
+  /// folder.
+  void keepCopiesIn(const String& folder);
+  /// Why that could not be done, once; else empty. The change was made all the same.
+  String takeCopyFailure();
+  /// Keeps the open database before a table is deleted, and one that is not open before it is deleted or
+  /// replaced. Done also where nothing is kept at all.
+  Outcome keepBeforeDeletion();
+  Outcome keepDatabase(const String& path);
+  static bool isThere(const String& path);
+  /// The databases that have copies, the one with the newest first, and the copies of one, newest first.
+  std::vector<String> databasesWithCopies();
+  std::vector<DatabaseCopy> copiesOf(const String& database);
+  /// Whether the file is a copy, which can only be read.
+  bool isCopy(const String& path);
+  /// DatabaseCopy::kNotCounted when it takes longer.
+  std::int64_t countRecordsOfCopy(const String& copy, unsigned milliseconds);
+  /// Puts a copy in the place of a database that is not open, or a table of it into that; the database is
+  /// kept as a copy first. On failure it is as it was.
+  Outcome putBack(const String& database, const String& copy);
+  Outcome putTableBack(const String& database, const String& copy, const String& table);
+  /// The tables of a copy that its database does not have. On failure `names` is untouched.
+  Outcome listMissingTables(const String& database, const String& copy, NameList& names);
 
   bool isOpen() const { return isOpen_; }
   /// The path of the open file, empty when none is open.
@@ -381,6 +408,7 @@ class Database {
   std::unique_ptr<ConnectionHandle> connection_;
   std::uint32_t longestFieldName_ = 0;
   bool fieldsLoaded_ = false;
+  String copiesFolder_;  // empty while no copies are kept
   String path_;
   bool newRecordPending_ = false;
   String recordsetSql_;  // what the current recordset was opened from

@@ -6,6 +6,7 @@
 #include "data/database/database.h"
 #include "data/handles/adoce_constants.h"
 #include "data/handles/connection_handle.h"
+#include "data/handles/copies_handle.h"
 #include "data/handles/history_handle.h"
 #include "data/handles/recordset_handle.h"
 
@@ -30,6 +31,7 @@ Outcome Database::tryOpening(const String& path) {
 Outcome Database::goOnIn(const String& copy, bool keepsRecords) {
   auto connection = std::make_unique<ConnectionHandle>();
   connection->setBusyListener(busyListener_);
+  CopiesHandle(*connection).keepIn(copiesFolder_);
   if (Outcome opened = connection->open(copy.text()); !opened) return opened;
   HistoryHandle(*connection).keep();
   auto records = std::make_unique<RecordsetHandle>();

@@ -37,6 +37,8 @@ class DocumentPart {
   /// The Tables page shows the choice when it is entered next.
   void reselectTable() const { document_.reselectTable_ = true; }
   void closeRecords() const { document_.closeRecords(); }
+  OpenPlace place() const { return document_.place(); }
+  bool openAt(const String& path, const OpenPlace& place) const { return document_.openAt(path, place); }
   void takeOverOpened(RecordSource source, bool hasOtherFields) const {
     document_.takeOverOpened(std::move(source), hasOtherFields);
   }

@@ -156,6 +156,12 @@ TEST_F(KeyboardWalkTest, TheSearchInAllTables) {
   user().leave(dialog);
 }
 
+TEST_F(KeyboardWalkTest, TheFormerStates) {
+  const HWND dialog = open(ID_GO_BACK_TO, L"Go Back To");
+  expectReadsByTab(dialog);
+  user().leave(dialog);
+}
+
 TEST_F(KeyboardWalkTest, FilesInAndOut) {
   const HWND out = open(ID_EXPORT, L"Export");
   expectReadsByTab(out);

@@ -73,6 +73,7 @@ std::vector<MenuStep> desktopWay(UINT command) {
   const std::unique_ptr<std::remove_pointer_t<HMENU>, MenuCloser> menu(CreatePopupMenu());
   AppendMenuW(menu.get(), MF_STRING, ID_HISTORY_UNDO, L"&Undo");
   AppendMenuW(menu.get(), MF_STRING, ID_HISTORY_REDO, L"Re&do");
+  AppendMenuW(menu.get(), MF_STRING, ID_GO_BACK_TO, L"Go back &to...");
   AppendMenuW(menu.get(), MF_SEPARATOR, 0, nullptr);
   AppendMenuW(menu.get(), MF_STRING, ID_IMPORT, L"&Import...");
   AppendMenuW(menu.get(), MF_STRING, ID_EXPORT, L"&Export...");
