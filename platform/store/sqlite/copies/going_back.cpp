@@ -63,6 +63,8 @@ class GoingBack::Target {
   /// SQLite's result code of looking at what it is.
   int look() {
     int result = run("PRAGMA synchronous=FULL");
+    // Each time that the pages don't fit any more the journal is flushed.
+    if (result == SQLITE_OK) result = run("PRAGMA cache_size=-65536");
     if (result == SQLITE_OK) result = run("SELECT count(*) FROM sqlite_schema");
     if (result != SQLITE_OK) return result;
     isWriteAhead_ = textOf("PRAGMA journal_mode") == "wal";
