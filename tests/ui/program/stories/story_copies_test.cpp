@@ -20,8 +20,9 @@ class CopiesStory : public StoryTest {
   void SetUp() override {
     StoryTest::SetUp();
     forgetCopies();
-    makeDatabase(path(), {L"CREATE TABLE 'Books' (Title VarChar(40))", L"INSERT INTO Books VALUES ('Ulysses')",
-                          L"CREATE TABLE 'People' (Name Text)", L"INSERT INTO People VALUES ('Joyce'), ('Bloom')"});
+    makeDatabase(path(),
+                 {L"CREATE TABLE 'Books' (Title VarChar(40))", L"INSERT INTO Books VALUES ('Ulysses')",
+                  L"CREATE TABLE 'People' (Name Text)", L"INSERT INTO People VALUES ('Joyce'), ('Bloom')"});
   }
   void TearDown() override {
     StoryTest::TearDown();
