@@ -3,6 +3,8 @@
 #include <chrono>
 #include <cstddef>
 #include <memory>
+#include <optional>
+#include <string>
 #include <vector>
 
 #include "platform/store/rows/keyset.h"
@@ -12,6 +14,12 @@
 namespace store {
 
 class RowSource;
+
+/// What is known of the texts in which a text is looked for.
+struct SoughtText {
+  std::string ascii;           ///< every text of ASCII alone that is wanted has this in it; may be empty
+  bool anyLetterCase = false;  ///< maybe in other letters of ASCII
+};
 
 /// What rows are looked for.
 class RowTest {
@@ -28,6 +36,9 @@ class RowTest {
   /// Whether a row is looked for because of this value of its column `columns()[number]`. `cell` holds until
   /// the return.
   virtual bool isWanted(std::size_t number, const Cell& cell) noexcept = 0;
+
+  /// For who can leave out rows without reading them; nothing when it is no text that is looked for.
+  virtual std::optional<SoughtText> soughtText() const { return std::nullopt; }
 
   /// Another one that says the same, for another thread. May throw std::bad_alloc.
   virtual std::unique_ptr<RowTest> copy() const = 0;

@@ -25,6 +25,7 @@ class TextNeedle {
   bool isEmpty() const { return units_.empty(); }
   /// The units that are compared: those of the text, folded.
   std::u16string_view units() const { return units_; }
+  bool ignoresCase() const { return folding_ != nullptr; }
   char16_t folded(char16_t unit) const { return folding_ == nullptr ? unit : folding_->of(unit); }
 
   /// `utf8` may be ill-formed.

@@ -55,6 +55,22 @@ TextTest::TextTest(const std::vector<Column>& all, std::vector<std::size_t> colu
   for (const std::size_t column : columns_) types_.push_back(all[column].type);
 }
 
+/// The longest run of ASCII: a unit of ASCII may stand for another one in a text, but not in one of ASCII
+/// alone.
+std::optional<SoughtText> TextTest::soughtText() const {
+  SoughtText sought{.ascii = {}, .anyLetterCase = needle_.ignoresCase()};
+  std::string run;
+  for (const char16_t unit : needle_.units()) {
+    if (unit < 0x80) {
+      run += static_cast<char>(unit);
+    } else {
+      run.clear();
+    }
+    if (run.size() > sought.ascii.size()) sought.ascii = run;
+  }
+  return sought;
+}
+
 bool TextTest::canOccurIn(std::u16string_view signs) const {
   for (const char16_t unit : needle_.units()) {
     bool isFound = false;

@@ -39,6 +39,7 @@ class TextTest : public RowTest {
   const std::vector<std::size_t>& columns() const override { return columns_; }
   bool ignores(std::size_t number, CellKind kind) const noexcept override;
   bool isWanted(std::size_t number, const Cell& cell) noexcept override;
+  std::optional<SoughtText> soughtText() const override;
   std::unique_ptr<RowTest> copy() const override { return std::make_unique<TextTest>(*this); }
 
  private:

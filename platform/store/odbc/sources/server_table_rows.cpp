@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <map>
 
+#include "platform/store/odbc/sources/candidate_scan.h"
 #include "platform/store/odbc/sources/server_result_rows.h"
 
 namespace store {
@@ -79,7 +80,8 @@ ServerTableRows::ServerTableRows(OdbcConnection& connection, const SingleTableSe
     sources_.push_back(column.source != nullptr
                            ? Source{quotedName(column.source->name), column.source->castType}
                            : Source{});
-    rowList_ += (rowList_.empty() ? "(" : ", (") + column.expression + ")::text";
+    texts_.push_back("(" + column.expression + ")::text");
+    rowList_ += (rowList_.empty() ? "" : ", ") + texts_.back();
   }
   const std::string from = " FROM " + reference_ + " AS " + qualifier_ + " ";
   std::string order;
@@ -224,9 +226,41 @@ Status ServerTableRows::fetch(const KeySet& keys, std::size_t index, Row* row) {
   return {};
 }
 
+// The server decides by its own letters; the rows in which these may not be the system's are tested here.
+std::string ServerTableRows::candidateCondition(const RowTest& test, const SoughtText& sought,
+                                                std::size_t number) const {
+  const std::size_t column = test.columns()[number];
+  const std::string& text = texts_[column];
+  const bool isInteger = forms_[column] == ValueForm::integer;
+  if (isInteger || forms_[column] == ValueForm::text) {
+    if (test.ignores(number, isInteger ? CellKind::integer : CellKind::text)) return {};
+    if (sought.ascii.empty()) return text + " IS NOT NULL";
+    const std::string quoted = quotedText(sought.ascii);
+    // Capitals of ASCII alone.
+    std::string condition = sought.anyLetterCase ? "strpos(upper(" + text + " COLLATE \"C\"), upper(" +
+                                                       quoted + " COLLATE \"C\")) > 0"
+                                                 : "strpos(" + text + ", " + quoted + ") > 0";
+    if (!isInteger) condition += " OR octet_length(" + text + ") <> length(" + text + ")";
+    return condition;
+  }
+  // Numbers with decimals, truth and bytes have other texts here than there.
+  const bool canMatch = !test.ignores(number, CellKind::integer) || !test.ignores(number, CellKind::real) ||
+                        !test.ignores(number, CellKind::blob) || !test.ignores(number, CellKind::text);
+  return canMatch ? text + " IS NOT NULL" : std::string();
+}
+
 std::unique_ptr<RowScan> ServerTableRows::makeScan(RowTest& test) {
   ahead_.clear();
-  return makeFetchingScan(*this, test);
+  const std::optional<SoughtText> sought = test.soughtText();
+  if (!sought) return makeFetchingScan(*this, test);
+  std::string conditions;
+  for (std::size_t number = 0; number < test.columns().size(); ++number) {
+    const std::string condition = candidateCondition(test, *sought, number);
+    if (!condition.empty()) conditions += (conditions.empty() ? "" : " OR ") + condition;
+  }
+  const std::string sql = "SELECT " + keyList(qualifier_) + " FROM " + reference_ + " AS " + qualifier_ +
+                          " WHERE " + (conditions.empty() ? "FALSE" : conditions);
+  return std::make_unique<CandidateScan>(connection_, *this, test, sql, isTupleKeyed_);
 }
 
 std::vector<ServerTableRows::Assignment> ServerTableRows::assignmentsOf(

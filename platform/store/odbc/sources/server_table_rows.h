@@ -68,6 +68,8 @@ class ServerTableRows : public RowSource {
   /// Appends " AND ..." for each column of the table that `read` holds.
   void addReadCondition(const Row& read, std::string* sql, OdbcStatement::Parameters* parameters) const;
   Status readBlock(const KeySet& keys, RowsAhead::Block block, std::vector<RowsAhead::FoundRow>* rows);
+  /// Which rows may be wanted because of the column; empty when none.
+  std::string candidateCondition(const RowTest& test, const SoughtText& sought, std::size_t number) const;
   /// Why a change met no row: gone, changed, or kept as it is by the server's rules.
   Status explainUnmet(const KeySet& keys, std::size_t index, const Row* read);
   bool isTupleKeyed() const { return isTupleKeyed_; }
@@ -84,7 +86,8 @@ class ServerTableRows : public RowSource {
   bool canInsert_;
   bool canUpdate_;
   bool canDelete_;
-  std::string rowList_;  // of the SELECT's columns, as texts
+  std::vector<std::string> texts_;  // the SELECT's columns, as texts
+  std::string rowList_;             // all of them
   std::string keysSql_;
   RowsAhead ahead_;
 };
