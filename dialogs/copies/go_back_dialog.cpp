@@ -23,9 +23,9 @@ constexpr ControlGrowth kGrowth[] = {
 };
 
 // Of the columns, in handheld pixels; the last one takes what is left.
-constexpr int kDateWidth = 118;
+constexpr int kDateWidth = 140;
 constexpr int kSizeWidth = 44;
-constexpr int kRecordsWidth = 52;
+constexpr int kRecordsWidth = 58;
 constexpr int kLeastReasonWidth = 110;
 constexpr int kFixedWidth = kDateWidth + kSizeWidth + kRecordsWidth;
 constexpr int kListWidth = 230;
