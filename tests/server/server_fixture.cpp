@@ -7,6 +7,7 @@
 #include "platform/store/dsn/file_dsn.h"
 #include "platform/store/odbc/server_database.h"
 #include "platform/store/sql/sql_tokens.h"
+#include "tests/store/cell_text.h"
 #include "tests/support/process.h"
 
 namespace store {
@@ -38,21 +39,6 @@ const std::string& emptyDatabase() {
         name);
   }
   return name;
-}
-
-std::string textOfCell(const Cell& cell) {
-  switch (cell.kind) {
-    case CellKind::null:
-      return "(null)";
-    case CellKind::integer:
-      return std::to_string(cell.integer);
-    case CellKind::real:
-      return std::to_string(cell.real);
-    case CellKind::text:
-      return std::string(cell.bytes);
-    default:
-      return "x:" + std::string(cell.bytes);
-  }
 }
 
 }  // namespace
@@ -101,7 +87,7 @@ std::string OtherProgram::ask(const std::string& sql) {
   Status status = backend_->openStream(sql, SourceKind::text, &rows);
   if (status) status = rows->next(&hasRow);
   EXPECT_TRUE(status) << sql << ": " << status.message();
-  return status && hasRow ? textOfCell(rows->cell(0)) : "(none)";
+  return status && hasRow ? plainTextOf(rows->cell(0)) : "(none)";
 }
 
 StoreTest::StoreTest() : database_(emptyDatabase()), path_(folder_.file("some data.cdb")) {
@@ -148,7 +134,7 @@ std::string StoreTest::textOf(Recordset& recordset, std::size_t column) {
   Cell cell;
   if (const Status status = recordset.cell(column, &cell); !status)
     return "(failed: " + status.message() + ")";
-  return textOfCell(cell);
+  return plainTextOf(cell);
 }
 
 std::string StoreTest::columnOf(Recordset& recordset, std::size_t column) {

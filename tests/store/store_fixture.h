@@ -11,6 +11,7 @@
 
 #include "platform/store/rows/recordset.h"
 #include "platform/store/sqlite/database_file.h"
+#include "tests/store/cell_text.h"
 #include "tests/support/paths.h"
 
 namespace store {
@@ -130,18 +131,7 @@ class StoreTest : public testing::Test {
     Cell cell;
     if (const Status status = recordset.cell(column, &cell); !status)
       return "(failed: " + status.message() + ")";
-    switch (cell.kind) {
-      case CellKind::null:
-        return "(null)";
-      case CellKind::integer:
-        return std::to_string(cell.integer);
-      case CellKind::real:
-        return std::to_string(cell.real);
-      case CellKind::text:
-        return std::string(cell.bytes);
-      default:
-        return "x:" + std::string(cell.bytes);
-    }
+    return plainTextOf(cell);
   }
   /// One column of all records from the current one on, joined by blanks.
   static std::string columnOf(Recordset& recordset, std::size_t column = 0) {
