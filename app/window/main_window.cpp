@@ -290,11 +290,10 @@ bool registerMainWindowClass() {
 
 void createMainWindow(int showCommand) {
   // The shell lays the menu bar over the end of the client area, so that the window keeps its height.
-  mainWindow = HandheldCreateWindow(0, kMainWindowClass, kMainWindowTitle, WS_VISIBLE | WS_CLIPCHILDREN,
-                                    CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, nullptr,
-                                    nullptr, instanceHandle, nullptr);
+  mainWindow = HandheldCreateWindow(WS_EX_ACCEPTFILES, kMainWindowClass, kMainWindowTitle,
+                                    WS_VISIBLE | WS_CLIPCHILDREN, CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT,
+                                    CW_USEDEFAULT, nullptr, nullptr, instanceHandle, nullptr);
   if (!mainWindow) return;
-  DragAcceptFiles(mainWindow, TRUE);
   // The ordinary command would make one smaller that the user left maximised.
   const bool isOrdinary = showCommand == SW_SHOWNORMAL || showCommand == SW_SHOWDEFAULT;
   ShowWindow(mainWindow, isOrdinary && IsZoomed(mainWindow) ? SW_SHOW : showCommand);

@@ -1,7 +1,8 @@
 #!/usr/bin/env python3
 """Tests the built programs and modules: how they are hardened, and what they take from the system.
 
-Usage: product_test.py FOLDER [unittest's arguments]; FOLDER is where they were built.
+Usage: product_test.py FOLDER LATE [unittest's arguments]; FOLDER is where they were built, LATE the list of the functions
+whose modules they load when they first call them.
 """
 
 import pathlib
@@ -14,7 +15,9 @@ HERE = pathlib.Path(__file__).resolve().parent
 KNOWN_IMPORTS = HERE / 'system_functions.txt'
 PRODUCT = ('Quivane Pocket PC.exe', 'adoce31.dll', 'aygshell.dll', 'peghelp.exe', 'cdbtool.exe')
 
-folder = None  # set by main
+# Set by main.
+folder = None
+late_list = None
 
 
 def product():
@@ -22,9 +25,13 @@ def product():
         yield name, pe_file.PeFile((folder / name).read_bytes())
 
 
-def known_functions():
-    lines = KNOWN_IMPORTS.read_text(encoding='utf-8').splitlines()
+def functions_in(path):
+    lines = path.read_text(encoding='utf-8').splitlines()
     return [tuple(line.split()) for line in lines if line and not line.startswith('#')]
+
+
+def known_functions():
+    return functions_in(KNOWN_IMPORTS)
 
 
 class HardeningTest(unittest.TestCase):
@@ -45,6 +52,18 @@ class HardeningTest(unittest.TestCase):
                 self.assertNotEqual(section.characteristics & both, both, f'{name}: {section.name}')
 
 
+class LoadingTest(unittest.TestCase):
+    def test_sections_are_mapped_from_the_file_and_not_read(self):
+        for name, module in product():
+            for section in module.sections:
+                self.assertEqual(section.offset % 4096, 0, f'{name}: {section.name}')
+
+    def test_no_debugging_information_is_loaded(self):
+        for name, module in product():
+            self.assertEqual([section.name for section in module.sections if section.name.startswith(('.debug', '/'))],
+                             [], name)
+
+
 class ImportsTest(unittest.TestCase):
     def setUp(self):
         self.maxDiff = None
@@ -52,11 +71,19 @@ class ImportsTest(unittest.TestCase):
     def imports(self):
         own = {name.lower() for name in PRODUCT}
         passed_over = own | {'msvcrt.dll'}
-        return {entry for _, module in product() for entry in module.imports() if entry[0] not in passed_over}
+        at_start = {entry for _, module in product() for entry in module.imports() if entry[0] not in passed_over}
+        return at_start | set(functions_in(late_list))
 
     def test_nothing_but_what_windows_10_1809_has_is_taken_from_the_system(self):
         new = sorted(self.imports() - set(known_functions()))
         self.assertEqual(new, [], f'look up since when Windows has these, as {KNOWN_IMPORTS.name} says')
+
+    def test_the_start_waits_for_no_module_that_is_loaded_later(self):
+        late = {module for module, _ in functions_in(late_list)}
+        self.assertIn('comdlg32.dll', late)
+        for name in ('Quivane Pocket PC.exe', 'aygshell.dll'):
+            at_start = {module for module, _ in pe_file.PeFile((folder / name).read_bytes()).imports()}
+            self.assertEqual(at_start & late, set(), name)
 
     def test_the_list_is_in_order(self):
         self.assertEqual(known_functions(), sorted(set(known_functions())))
@@ -91,4 +118,5 @@ class PeFileTest(unittest.TestCase):
 
 if __name__ == '__main__':
     folder = pathlib.Path(sys.argv.pop(1))
+    late_list = pathlib.Path(sys.argv.pop(1))
     unittest.main()
