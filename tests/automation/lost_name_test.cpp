@@ -63,6 +63,22 @@ TEST_F(LostName, CheckFileTellsOfAReplacedFile) {
   EXPECT_EQ(contentOf(path_), theirs);
 }
 
+/// As a tool leaves it that copies a folder with all that is said of its files.
+TEST_F(LostName, CheckFileTellsOfACopyWithTheSameTimes) {
+  take();
+  std::filesystem::create_directory(pathOf(L"place"));
+  ASSERT_NE(CopyFileW(pathOf(L"away\\data.cdb").c_str(), path_.c_str(), TRUE), FALSE);
+  std::filesystem::last_write_time(path_, std::filesystem::last_write_time(pathOf(L"away\\data.cdb")));
+  EXPECT_EQ(connection_->CheckFile(), kFileReplaced);
+}
+
+TEST_F(LostName, AChangeByAnotherProgramLeavesTheFileWhatItIs) {
+  SqliteFile(path_).run("INSERT INTO T VALUES ('theirs')");
+  EXPECT_EQ(connection_->CheckFile(), S_OK);
+  EXPECT_EQ(execute(connection_.get(), L"DELETE FROM T"), S_OK);
+  EXPECT_EQ(connection_->CheckFile(), S_OK);
+}
+
 TEST_F(LostName, SaveCopyKeepsWhatIsOpen) {
   take();
   const std::wstring copy = pathOf(L"copy \u65e5\u672c.cdb");

@@ -27,8 +27,8 @@ enum class FileState {
 /// name already. Opens and closes nothing that would give up the locks of this program on the file.
 std::optional<FileIdentity> identityOf(sqlite3_file* file, const char* path);
 
-/// What became of the file with `identity` that was opened at `path`.
-FileState stateOf(const FileIdentity& identity, const char* path);
+/// What became of `file` with `identity`, which was opened at `path` and is open still.
+FileState stateOf(const FileIdentity& identity, sqlite3_file* file, const char* path);
 
 /// Makes an empty file at `path` (UTF-8). False when it can't be made, or when anything stands there already,
 /// and then nothing was made.

@@ -27,7 +27,7 @@ std::optional<FileIdentity> identityOf(sqlite3_file* file, const char* path) {
   return found;
 }
 
-FileState stateOf(const FileIdentity& identity, const char* path) {
+FileState stateOf(const FileIdentity& identity, sqlite3_file*, const char* path) {
   errno = 0;
   const std::optional<FileIdentity> found = identityAt(path);
   if (found.has_value()) return *found == identity ? FileState::same : FileState::replaced;

@@ -55,7 +55,7 @@ void forgetReadAhead(sqlite3_file* file) {
 
 FileState stateOf(const File& database) {
   if (!database.identity.has_value()) return FileState::same;
-  return stateOf(*database.identity, database.name);
+  return stateOf(*database.identity, database.system, database.name);
 }
 
 bool hasLostItsName(const File& database) {
