@@ -40,7 +40,7 @@ bool Document::canLeaveRecord() {
   if (stored) return lookAfterFile();
   const std::wstring text = std::wstring(L"The record could not be written.\n") + stored.reason().text() +
                             L"\n\nDo you want to discard what was typed?";
-  if (!pages_.prompts.ask(PromptOwner::mainWindow, Question::discardTyped, text.c_str())) return false;
+  if (!pages_.prompts.ask(PromptOwner::mainWindow, Question::discard, text.c_str())) return false;
   discardTyped();
   return true;
 }

@@ -21,7 +21,7 @@ enum class Notice {
 enum class Question {
   dropObject,    ///< whether a file, a table or a query is to be deleted
   deleteRecord,  ///< whether the record is to be deleted
-  discardTyped,  ///< whether what was typed, or the present state, is to be lost; No is what Enter answers
+  discard,       ///< whether what was typed, or the present state, is to be lost; No is what Enter answers
 };
 
 /// For what a file is chosen.

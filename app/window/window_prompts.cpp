@@ -136,7 +136,7 @@ UINT boxFlags(Question question) {
       return MB_YESNO | MB_SETFOREGROUND;
     case Question::deleteRecord:
       return MB_YESNO | MB_ICONQUESTION;
-    case Question::discardTyped:
+    case Question::discard:
       break;
   }
   return MB_YESNO | MB_DEFBUTTON2 | MB_ICONEXCLAMATION;

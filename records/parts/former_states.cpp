@@ -29,7 +29,7 @@ bool FormerStates::mayDelete(const Outcome& kept, const std::wstring& what) {
   if (kept.cause() == Outcome::Cause::stopped) return false;
   const std::wstring text = L"No copy of " + what + L" can be kept.\n" + kept.reason().text() +
                             L"\nDo you want to delete it for good?";
-  return pages().prompts.ask(PromptOwner::mainWindow, Question::discardTyped, text.c_str());
+  return pages().prompts.ask(PromptOwner::mainWindow, Question::discard, text.c_str());
 }
 
 std::vector<String> FormerStates::databases() {
@@ -136,7 +136,7 @@ void FormerStates::workOn(const String& path, Work work) {
 void FormerStates::putBack(const String& path, const DatabaseCopy& copy) {
   const std::wstring text = std::wstring(L"Do you want to put back ") + path.text() + L" as it was on " +
                             copyTimeText(copy.time) + L"?\nHow it is now is kept as a copy before.";
-  if (!pages().prompts.ask(PromptOwner::mainWindow, Question::discardTyped, text.c_str())) return;
+  if (!pages().prompts.ask(PromptOwner::mainWindow, Question::discard, text.c_str())) return;
   workOn(path, [&](const String& worked) { return database().putBack(worked, copy.path); });
 }
 

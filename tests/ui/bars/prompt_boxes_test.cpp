@@ -13,7 +13,7 @@ TEST(PromptBoxes, EachKindOfMessageHasItsLook) {
 TEST(PromptBoxes, EachKindOfQuestionHasItsLook) {
   EXPECT_EQ(boxFlags(Question::dropObject), UINT{MB_YESNO | MB_SETFOREGROUND});
   EXPECT_EQ(boxFlags(Question::deleteRecord), UINT{MB_YESNO | MB_ICONQUESTION});
-  EXPECT_EQ(boxFlags(Question::discardTyped), UINT{MB_YESNO | MB_DEFBUTTON2 | MB_ICONEXCLAMATION});
+  EXPECT_EQ(boxFlags(Question::discard), UINT{MB_YESNO | MB_DEFBUTTON2 | MB_ICONEXCLAMATION});
 }
 
 }  // namespace

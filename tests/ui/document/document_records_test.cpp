@@ -279,7 +279,7 @@ TEST_F(RefusedRecordTest, KeepsTheFormAndSaysWhy) {
   ASSERT_EQ(messages().size(), 1u);
   EXPECT_THAT(messages()[0].text, testing::StartsWith(L"The record could not be written.\n"));
   EXPECT_THAT(messages()[0].text, testing::HasSubstr(L"Strict.k"));
-  EXPECT_THAT(messages()[0].kind, VariantWith<Question>(Question::discardTyped));
+  EXPECT_THAT(messages()[0].kind, VariantWith<Question>(Question::discard));
   EXPECT_EQ(window().sight(), "form: record 3");
   EXPECT_EQ(currentRecord, 3u);
   EXPECT_TRUE(document().isNewRecordPending());
