@@ -70,6 +70,14 @@ TEST_F(ReadAheadTest, PagesInARowAreReadInLargePieces) {
   EXPECT_LT(file_.readCount(), 100);
 }
 
+/// Within one transaction, which nothing is forgotten in.
+TEST_F(ReadAheadTest, ASecondWayThroughIsReadInLargePiecesToo) {
+  expectPages(0, 1000);
+  const int readCount = file_.readCount();
+  expectPages(0, 1000);
+  EXPECT_LE(file_.readCount() - readCount, readCount);
+}
+
 TEST_F(ReadAheadTest, PassingOverSomePagesIsStillARow) {
   for (int page = 0; page < 900; page += 3) expectPages(page, page + 1);
   EXPECT_LT(file_.readCount(), 100);

@@ -26,7 +26,7 @@ int ReadAhead::read(sqlite3_file* file, void* data, int length, sqlite3_int64 of
 void ReadAhead::forget() noexcept {
   count_ = 0;
   inRow_ = 0;
-  isAtEnd_ = false;
+  shortFrom_ = kNowhere;
 }
 
 bool ReadAhead::holds(int length, sqlite3_int64 offset) const noexcept {
@@ -34,13 +34,13 @@ bool ReadAhead::holds(int length, sqlite3_int64 offset) const noexcept {
 }
 
 bool ReadAhead::fill(sqlite3_file* file, int length, sqlite3_int64 offset) noexcept {
-  if (isAtEnd_ || length > kRoom) return false;
+  if (offset >= shortFrom_ || length > kRoom) return false;
   if (room_ == nullptr) room_.reset(new (std::nothrow) char[kRoom]);
   if (room_ == nullptr) return false;
   count_ = 0;
   // A reading that fails is left to SQLite, page by page: it knows what to make of each.
   if (file->pMethods->xRead(file, room_.get(), kRoom, offset) != SQLITE_OK) {
-    isAtEnd_ = true;
+    shortFrom_ = offset;
     return false;
   }
   start_ = offset;

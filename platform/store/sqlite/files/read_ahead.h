@@ -1,5 +1,6 @@
 #pragma once
 
+#include <limits>
 #include <memory>
 #include <sqlite3.h>
 
@@ -26,6 +27,7 @@ class ReadAhead {
   static constexpr int kFewestInRow = 4;
   /// Pages that SQLite has already are passed over.
   static constexpr int kMostPassedOver = 8;
+  static constexpr sqlite3_int64 kNowhere = std::numeric_limits<sqlite3_int64>::max();
 
   bool holds(int length, sqlite3_int64 offset) const noexcept;
   bool fill(sqlite3_file* file, int length, sqlite3_int64 offset) noexcept;
@@ -35,7 +37,7 @@ class ReadAhead {
   int count_ = 0;            // how many bytes that is
   sqlite3_int64 lastEnd_ = 0;
   int inRow_ = 0;
-  bool isAtEnd_ = false;  // there is not enough left of the file, or it can't be read
+  sqlite3_int64 shortFrom_ = kNowhere;  // from there on not enough is left of the file, or can be read
 };
 
 }  // namespace store
