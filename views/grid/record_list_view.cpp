@@ -29,15 +29,6 @@ int rowCount() {
   return static_cast<int>(std::min(recordCount, kMaxRowCount));
 }
 
-/// Before row `next` is selected. Some lists walk over every row to take the former selection away by
-/// themselves: half a second for a million. They also walk over all rows to find that none is selected,
-/// and know the number of those that are without that.
-void takeSelectionAway(HWND list, int next) {
-  if (listview::selectedCount(list) == 0) return;
-  const int former = listview::nextItem(list, listview::kFirstOfAll, LVNI_SELECTED);
-  if (former >= 0 && former != next) listview::setItemState(list, former, 0, LVIS_SELECTED);
-}
-
 /// Where an arrow or page key leads from a row; the row itself where it leads nowhere, -1 for other keys.
 int rowBehindKey(HWND list, WPARAM key, int row) {
   const int last = listview::itemCount(list) - 1;
@@ -172,13 +163,13 @@ LRESULT RecordListView::doubleTapped(HWND window, UINT message, WPARAM wParam, L
 LRESULT RecordListView::keyPressedInList(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
   const int row = listview::nextItem(window, listview::kFirstOfAll, LVNI_FOCUSED);
   const int next = row < 0 ? -1 : rowBehindKey(window, wParam, row);
-  if (next >= 0) takeSelectionAway(window, next == row ? row : -1);
+  if (next >= 0) listview::takeSelectionAway(window, next == row ? row : -1);
   return DefSubclassProc(window, message, wParam, lParam);
 }
 
 LRESULT RecordListView::tapped(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
   const int row = listview::itemAt(window, {GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)});
-  if (row >= 0) takeSelectionAway(window, row);
+  if (row >= 0) listview::takeSelectionAway(window, row);
   return DefSubclassProc(window, message, wParam, lParam);
 }
 
@@ -265,7 +256,7 @@ void RecordListView::showAnew(std::uint32_t topRow) {
   const int row = static_cast<int>(currentRecord) - 1;
   {
     const listview::RedrawingOff off(list_);
-    takeSelectionAway(list_, row);
+    listview::takeSelectionAway(list_, row);
     listview::setItemCountInPlace(list_, rowCount());
     if (row >= 0) chooseRow(row);
   }
@@ -360,7 +351,7 @@ void RecordListView::selectCurrent() {
   if (row < 0) return;
   listview::ensureVisible(list_, row);
   SetFocus(list_);
-  takeSelectionAway(list_, row);
+  listview::takeSelectionAway(list_, row);
   chooseRow(row);
 }
 

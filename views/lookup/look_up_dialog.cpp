@@ -170,7 +170,8 @@ void LookUpDialog::textChanged() {
   isNarrowed_ = !text.isEmpty();
   isSearching_ = isNarrowed_;
   lastRow_.reset();
-  listview::setItemState(control(IDC_LOOK_UP_RECORDS), -1, 0, LVIS_SELECTED | LVIS_FOCUSED);
+  listview::takeSelectionAway(control(IDC_LOOK_UP_RECORDS), -1);
+  listview::takeFocusAway(control(IDC_LOOK_UP_RECORDS));
   if (isNarrowed_) {
     records_->beginSearch(text);
     SetTimer(window(), kSearchTimer, 0, nullptr);

@@ -114,6 +114,22 @@ inline int nextItem(HWND list, int after, UINT flags) {
       SendMessageW(list, LVM_GETNEXTITEM, static_cast<WPARAM>(after), MAKELPARAM(flags, 0)));
 }
 
+/// Takes the selection of a list in which at most one row is selected away from any row but `next`, which is
+/// to be selected, or -1. Some lists walk over every row to take the former selection away by themselves: half
+/// a second for a million. They also walk over all rows to find that none is selected, and know the number of
+/// those that are without that.
+inline void takeSelectionAway(HWND list, int next) {
+  if (selectedCount(list) == 0) return;
+  const int former = nextItem(list, kFirstOfAll, LVNI_SELECTED);
+  if (former >= 0 && former != next) setItemState(list, former, 0, LVIS_SELECTED);
+}
+
+/// Takes the focus away from the row that has it. No list walks over its rows for that.
+inline void takeFocusAway(HWND list) {
+  const int former = nextItem(list, kFirstOfAll, LVNI_FOCUSED);
+  if (former >= 0) setItemState(list, former, 0, LVIS_FOCUSED);
+}
+
 /// The item at a place in the list's client area, in the monitor's pixels; -1 when there is none.
 inline int itemAt(HWND list, POINT place) {
   LVHITTESTINFO test{};

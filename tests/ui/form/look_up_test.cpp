@@ -102,6 +102,41 @@ TEST_F(LookUpFormTest, TheArrowsChooseWhileTheKeyboardIsInTheText) {
   EXPECT_EQ(textOf(textEditor()), L"5");
 }
 
+TEST_F(LookUpFormTest, WhatIsTypedTakesTheChoiceAway) {
+  showLoans();
+  open([](HWND dialog) {
+    for (int step = 0; step < 3; ++step) SendMessageW(edit(dialog), WM_KEYDOWN, VK_DOWN, 1);
+    SetWindowTextW(edit(dialog), L"a");
+    EXPECT_THAT(rows(dialog), ElementsAre(L"5 Emma", L"8 Persuasion"));
+    for (const UINT state : {LVNI_SELECTED, LVNI_FOCUSED})
+      EXPECT_EQ(SendMessageW(list(dialog), LVM_GETNEXTITEM, static_cast<WPARAM>(-1), state), -1) << state;
+    SetWindowTextW(edit(dialog), L"");
+    EXPECT_EQ(SendMessageW(list(dialog), LVM_GETSELECTEDCOUNT, 0, 0), 0);
+    DialogScript::close(dialog, IDCANCEL);
+  });
+}
+
+/// Of a million rows each walk takes half a second.
+TEST_F(LookUpFormTest, WhatIsTypedIsNoWalkOverAllRowsOfTheList) {
+  showLoans();
+  open([](HWND dialog) {
+    int walks = 0;
+    const auto count = [](HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR,
+                          DWORD_PTR counted) -> LRESULT {
+      const bool isOfAll = message == LVM_SETITEMSTATE && static_cast<int>(wParam) == -1;
+      const bool isVain = message == LVM_GETNEXTITEM && LOWORD(lParam) == LVNI_SELECTED &&
+                          SendMessageW(window, LVM_GETSELECTEDCOUNT, 0, 0) == 0;
+      if (isOfAll || isVain) ++*reinterpret_cast<int*>(counted);
+      return DefSubclassProc(window, message, wParam, lParam);
+    };
+    SetWindowSubclass(list(dialog), count, 1, reinterpret_cast<DWORD_PTR>(&walks));
+    for (const wchar_t* text : {L"s", L"ss", L"nothing", L""}) SetWindowTextW(edit(dialog), text);
+    EXPECT_EQ(walks, 0);
+    RemoveWindowSubclass(list(dialog), count, 1);
+    DialogScript::close(dialog, IDCANCEL);
+  });
+}
+
 TEST_F(LookUpFormTest, WithoutAChoiceNothingIsChosenAmongMany) {
   showLoans();
   SetWindowTextW(textEditor(), L"8");
