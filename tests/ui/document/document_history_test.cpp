@@ -72,6 +72,23 @@ TEST_F(DocumentHistoryTest, TheFormShowsTheRecordThatWasChanged) {
   EXPECT_THAT(messages(), IsEmpty());
 }
 
+TEST_F(DocumentHistoryTest, ARecordWhosePlaceTheChangeTookComesBack) {
+  runStatements(path(), {L"CREATE TABLE 'Fourth' (a Integer UNIQUE ON CONFLICT REPLACE)",
+                         L"INSERT INTO Fourth VALUES (1)", L"INSERT INTO Fourth VALUES (2)"});
+  open();
+  document().openTableSelection(3);
+  document().setViewMode(ViewMode::form);
+  type(L"2");
+  document().moveNextRecord();
+  EXPECT_THAT(stored(L"Select * from [Fourth]"), ElementsAre(L"2"));
+  EXPECT_TRUE(undo());
+  EXPECT_EQ(recordCount, 2u);
+  EXPECT_EQ(value(), L"1");
+  EXPECT_TRUE(redo());
+  EXPECT_EQ(recordCount, 1u);
+  EXPECT_EQ(value(), L"2");
+}
+
 TEST_F(DocumentHistoryTest, WhatIsTypedIsTheNewestChange) {
   openOn(ViewMode::form);
   type(L"11");

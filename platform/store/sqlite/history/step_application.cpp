@@ -20,6 +20,15 @@ Status notAsBefore() {
   return {ErrorCode::constraint, "A rule of the database does not let the record be as it was."};
 }
 
+bool isDeletion(sqlite3_changeset_iter* change) {
+  const char* table = nullptr;
+  int columnCount = 0;
+  int operation = 0;
+  int isIndirect = 0;
+  return sqlite3changeset_op(change, &table, &columnCount, &operation, &isIndirect) == SQLITE_OK &&
+         operation == SQLITE_DELETE;
+}
+
 /// What triggers did comes back with the step, so that they must not run again.
 class WithoutTriggers {
  public:
@@ -141,7 +150,10 @@ Status StepApplication::apply() {
   return checkResult();
 }
 
-int StepApplication::onConflict(void* self, int kind, sqlite3_changeset_iter*) {
+int StepApplication::onConflict(void* self, int kind, sqlite3_changeset_iter* change) {
+  // All rows were there: one that is to go has gone already when a rule of the table put another one of the
+  // step in its place.
+  if (kind == SQLITE_CHANGESET_NOTFOUND && isDeletion(change)) return SQLITE_CHANGESET_OMIT;
   auto* application = static_cast<StepApplication*>(self);
   if (application->conflict_ == 0) {
     application->conflict_ = kind;
