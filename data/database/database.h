@@ -312,6 +312,8 @@ class Database {
   Outcome takeStep(HistoryWay way);
   /// Where the record that it was about stands in the current recordset; 0 when it doesn't.
   std::uint32_t positionOfStep() const;
+  /// Whether it changed values alone, so that the current recordset need not be opened anew for it.
+  bool hasStepKeptRecords() const;
 
   // ---- Values of the current record (record_reading.cpp, value_writing.cpp)
 

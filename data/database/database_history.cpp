@@ -16,3 +16,7 @@ Outcome Database::takeStep(HistoryWay way) {
 std::uint32_t Database::positionOfStep() const {
   return static_cast<std::uint32_t>(HistoryHandle(*connection_).find(*recordset_));
 }
+
+bool Database::hasStepKeptRecords() const {
+  return HistoryHandle(*connection_).hasKeptRecords();
+}

@@ -46,3 +46,8 @@ LONG HistoryHandle::find(const RecordsetHandle& records) const {
       history_ && records.get() && SUCCEEDED(history_->FindHistoryRecord(records.get(), &position));
   return found ? position : 0;
 }
+
+bool HistoryHandle::hasKeptRecords() const {
+  VARIANT_BOOL hasKept = VARIANT_FALSE;
+  return history_ && SUCCEEDED(history_->HistoryHasKeptRecords(&hasKept)) && hasKept != VARIANT_FALSE;
+}

@@ -70,9 +70,17 @@ bool RecordHistory::isOfQueries(const HistoryStep& step) const {
   return std::wcscmp(step.table.text(), kQueriesTable) == 0 && !wanted().isTable(step.table);
 }
 
+/// The open recordset has the record, and the right ones beside it: of a whole table where only values have
+/// changed. All keys of a large one need not be read for it.
+bool RecordHistory::isOpenAsItIs(const HistoryStep& step) const {
+  return document().isRecordsetOpen() && !sqlPending() && wanted().isTable(step.table) &&
+         wanted().arrangement().isEmpty() && database().hasStepKeptRecords() && database().positionOfStep() != 0;
+}
+
 /// Sees to it that the records in use are those that the step was about, as they are now: rows that come or
 /// go are not in a recordset that was opened before. A query in use may hold them as well.
 void RecordHistory::openTaken(const HistoryStep& step) {
+  if (isOpenAsItIs(step)) return;
   const bool isSame = document().isRecordsetOpen() && !sqlPending() && database().reopenSameFields();
   const bool isOtherTable = wanted().isTable() && !wanted().isTable(step.table);
   const bool isNotInQuery =

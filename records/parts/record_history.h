@@ -23,6 +23,7 @@ class RecordHistory : public DocumentPart {
  private:
   bool hasTyped() const;
   bool isOfQueries(const HistoryStep& step) const;
+  bool isOpenAsItIs(const HistoryStep& step) const;
   void openTaken(const HistoryStep& step);
   void reopenTaken(const String& table);
   void showHiddenTaken();

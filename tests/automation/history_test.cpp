@@ -89,6 +89,28 @@ TEST_F(History, RecordsOfAnotherConnectionDontHoldIt) {
   EXPECT_EQ(position, 0);
 }
 
+TEST_F(History, AChangeOfAValueKeepsTheRecords) {
+  ASSERT_EQ(history_->KeepHistory(16), S_OK);
+  const auto hasKept = [&] {
+    VARIANT_BOOL kept = 1;
+    EXPECT_EQ(history_->HistoryHasKeptRecords(&kept), S_OK);
+    return kept;
+  };
+  EXPECT_EQ(hasKept(), VARIANT_FALSE);
+  const ComPtr<IAdoceRecordset> records = recordsOf(connection_.get(), L"Select * from [T]");
+  ASSERT_EQ(put(records.get(), 0, variant(L"changed")), S_OK);
+  ASSERT_EQ(update(records.get()), S_OK);
+  ASSERT_EQ(history_->TakeHistoryStep(kBack), S_OK);
+  EXPECT_EQ(hasKept(), VARIANT_TRUE);
+  remove(2);
+  ASSERT_EQ(history_->TakeHistoryStep(kBack), S_OK);
+  EXPECT_EQ(hasKept(), VARIANT_FALSE);
+  EXPECT_EQ(history_->HistoryHasKeptRecords(nullptr), E_POINTER);
+  ASSERT_EQ(connection_->Close(), S_OK);
+  VARIANT_BOOL kept = VARIANT_FALSE;
+  EXPECT_EQ(history_->HistoryHasKeptRecords(&kept), kInvalidConnection);
+}
+
 TEST_F(History, ARefusalSaysWhy) {
   ASSERT_EQ(history_->KeepHistory(16), S_OK);
   {
@@ -126,6 +148,7 @@ TEST_F(History, ScriptsCallItOnTheConnection) {
   remove(1);
   late.call(L"TakeHistoryStep", arguments(variant(kBack)));
   EXPECT_EQ(names().size(), 3u);
+  EXPECT_EQ(late.call(L"HistoryHasKeptRecords").get()->boolVal, VARIANT_FALSE);
   EXPECT_EQ(failureOf([&] { late.call(L"TakeHistoryStep", arguments(variant(kBack))); }).result, kNoStep);
 }
 

@@ -74,6 +74,10 @@ class ChangeHistory {
   /// The record that the step taken last is about, as it stands now; empty when that has deleted it, was
   /// about no single one, or none was taken.
   virtual const std::optional<RecordAddress>& taken() const = 0;
+
+  /// Whether the step taken last changed values alone: no row of any table has come, gone or got another key
+  /// by it. False when none was taken.
+  virtual bool hasKeptRows() const = 0;
 };
 
 }  // namespace store

@@ -269,6 +269,51 @@ TEST_F(HistoryTest, TellsWhereTheRecordStands) {
   EXPECT_FALSE(history().taken());
 }
 
+TEST_F(HistoryTest, TellsWhetherTheRowsHaveStayed) {
+  prepare(
+      "CREATE TABLE t(a TEXT UNIQUE ON CONFLICT REPLACE, b TEXT); INSERT INTO t VALUES('one', '1'), ('two', '2');"
+      "CREATE TABLE k(a TEXT PRIMARY KEY, b TEXT) WITHOUT ROWID; INSERT INTO k VALUES('one', '1');"
+      "CREATE TABLE u(a TEXT); CREATE TABLE seen(a TEXT);"
+      "CREATE TRIGGER r AFTER UPDATE ON k WHEN new.b = 'see' BEGIN INSERT INTO seen VALUES('x'); END");
+  openKeeping();
+  EXPECT_FALSE(history().hasKeptRows()) << "none was taken";
+  const auto expectBothWays = [&](bool isKept, const char* what) {
+    SCOPED_TRACE(what);
+    takeBack();
+    EXPECT_EQ(isKept, history().hasKeptRows()) << "taken back";
+    doAgain();
+    EXPECT_EQ(isKept, history().hasKeptRows()) << "done again";
+  };
+  change("t", 1, 1, "eins");
+  expectBothWays(true, "a value");
+  change("k", 1, 1, "eins");
+  expectBothWays(true, "a value beside a key");
+  run("UPDATE t SET b = b || '+'");
+  expectBothWays(true, "values of many");
+  addTo("u", "new");
+  expectBothWays(false, "a row");
+  remove("u", 1);
+  expectBothWays(false, "a row that goes");
+  change("t", 1, 0, "two");
+  expectBothWays(false, "a value that takes another row's place");
+  change("k", 1, 0, "zwei");
+  expectBothWays(false, "a key");
+  change("k", 1, 1, "see");
+  expectBothWays(false, "a row that a trigger adds elsewhere");
+  history().keep(kPlenty);
+  EXPECT_FALSE(history().hasKeptRows());
+}
+
+TEST_F(HistoryTest, AStepThatFailsHasKeptNoRows) {
+  prepare("CREATE TABLE t(a TEXT); INSERT INTO t VALUES('one')");
+  openKeeping();
+  change("t", 1, 0, "eins");
+  takeBack();
+  ASSERT_TRUE(history().hasKeptRows());
+  EXPECT_FALSE(history().take(Way::back));
+  EXPECT_FALSE(history().hasKeptRows());
+}
+
 TEST_F(HistoryTest, ARecordIsCalledByItsFirstTextElseItsFirstValue) {
   prepare(
       "CREATE TABLE t(n INTEGER, b BLOB, x TEXT, y TEXT); INSERT INTO t VALUES(1, x'00', '', 'Ulysses'), "

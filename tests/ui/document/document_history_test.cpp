@@ -72,6 +72,26 @@ TEST_F(DocumentHistoryTest, TheFormShowsTheRecordThatWasChanged) {
   EXPECT_THAT(messages(), IsEmpty());
 }
 
+/// The keys of a large table take their time.
+TEST_F(DocumentHistoryTest, ForAChangeOfValuesTheRecordsAreNotOpenedAnew) {
+  for (const ViewMode mode : {ViewMode::form, ViewMode::list}) {
+    openOn(ViewMode::form);
+    type(L"11");
+    document().moveNextRecord();
+    document().setViewMode(mode);
+    ASSERT_EQ(recordCount, 3u);
+    runStatements(path(), {L"INSERT INTO [First One] VALUES (40)"});
+    EXPECT_TRUE(undo());
+    EXPECT_EQ(recordCount, 3u);
+    EXPECT_EQ(currentRecord, 1u);
+    EXPECT_TRUE(redo());
+    EXPECT_EQ(recordCount, 3u);
+    EXPECT_TRUE(undo());
+    runStatements(path(), {L"DELETE FROM [First One] WHERE a = 40"});
+    document().closeDatabase();
+  }
+}
+
 TEST_F(DocumentHistoryTest, ARecordWhosePlaceTheChangeTookComesBack) {
   runStatements(path(), {L"CREATE TABLE 'Fourth' (a Integer UNIQUE ON CONFLICT REPLACE)",
                          L"INSERT INTO Fourth VALUES (1)", L"INSERT INTO Fourth VALUES (2)"});

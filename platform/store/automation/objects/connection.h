@@ -73,6 +73,7 @@ class ConnectionObject final : public AutomationObject<IAdoceConnection>,
                                            hyper* records) override;
   HRESULT STDMETHODCALLTYPE TakeHistoryStep(LONG direction) override;
   HRESULT STDMETHODCALLTYPE FindHistoryRecord(IAdoceRecordset* records, LONG* position) override;
+  HRESULT STDMETHODCALLTYPE HistoryHasKeptRecords(VARIANT_BOOL* hasKept) override;
 
   // IAdoceCopies (connection_copies.cpp)
   HRESULT STDMETHODCALLTYPE KeepCopies(BSTR folder) override;

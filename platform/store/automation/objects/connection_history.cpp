@@ -85,4 +85,13 @@ HRESULT ConnectionObject::FindHistoryRecord(IAdoceRecordset* records, LONG* posi
   });
 }
 
+HRESULT ConnectionObject::HistoryHasKeptRecords(VARIANT_BOOL* hasKept) {
+  return call([&]() -> Outcome {
+    if (hasKept == nullptr) return nullPointer();
+    if (!isOpen()) return closedConnection();
+    *hasKept = history() != nullptr && history()->hasKeptRows() ? VARIANT_TRUE : VARIANT_FALSE;
+    return {};
+  });
+}
+
 }  // namespace automation

@@ -10,7 +10,7 @@ constexpr DISPID kExecuteMember = 4;  // in adoce.idl
 
 // The members of the other interfaces, in adoce.idl.
 constexpr DISPID kFirstOfHistory = 200;
-constexpr DISPID kLastOfHistory = 203;
+constexpr DISPID kLastOfHistory = 204;
 constexpr DISPID kFirstOfCopies = 300;
 constexpr DISPID kLastOfCopies = 311;
 

@@ -63,6 +63,7 @@ void SqliteHistory::keep(std::size_t mostBytes) {
   forget();
   tables_.clear();
   taken_.reset();
+  hasKeptRows_ = false;
   recorder_.end();
   mostBytes_ = mostBytes;
   connection_.watch().accompany({});
@@ -136,6 +137,7 @@ Status SqliteHistory::take(Way way) {
   Steps& from = way == Way::back ? done_ : undone_;
   Steps& to = way == Way::back ? undone_ : done_;
   taken_.reset();
+  hasKeptRows_ = false;
   if (from.empty()) return {ErrorCode::noCurrentRecord, "There is no such step."};
   if (to.size() == to.capacity()) to.reserve(to.size() + 16);
   RecordedStep& step = from.back();
@@ -163,6 +165,7 @@ Status SqliteHistory::takeStep(Way way, RecordedStep& step) {
   if (Status status = transaction.commit(); !status) return status;
   step.images = std::move(images);
   step.rowIds = std::move(rowIds);
+  hasKeptRows_ = application.keepsRows();
   return {};
 }
 

@@ -26,6 +26,7 @@ class SqliteHistory : public ChangeHistory, private ChangeListener {
   const HistoryStep* next(Way way) const override;
   Status take(Way way) override;
   const std::optional<RecordAddress>& taken() const override { return taken_; }
+  bool hasKeptRows() const override { return hasKeptRows_; }
 
  private:
   using Steps = std::vector<RecordedStep>;
@@ -49,6 +50,7 @@ class SqliteHistory : public ChangeHistory, private ChangeListener {
   Steps undone_;
   Recording recording_ = Recording::nothing;  // of the present transaction
   std::optional<RecordAddress> taken_;
+  bool hasKeptRows_ = false;  // by the step that was taken last
 };
 
 }  // namespace store

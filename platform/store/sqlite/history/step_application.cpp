@@ -115,6 +115,8 @@ Status StepApplication::checkRows() {
 Status StepApplication::checkRow(const ChangesetReader& change) {
   const int operation = change.operation();
   addedRows_ += operation == SQLITE_INSERT ? 1 : operation == SQLITE_DELETE ? -1 : 0;
+  // Another key is a row that goes and one that comes.
+  if (operation != SQLITE_UPDATE) keepsRows_ = false;
   if (operation == SQLITE_INSERT) return {};
   bool found = false;
   if (Status status = table_->find(change, false, &found); !status) return status;

@@ -26,6 +26,9 @@ class StepApplication {
   /// As ChangeHistory::take.
   Status run();
 
+  /// Whether no row has come, gone or got another key.
+  bool keepsRows() const { return keepsRows_; }
+
   /// How the rows stand now, for the step to be taken the other way.
   std::vector<std::uint64_t> takeImages() { return std::move(images_); }
   std::vector<std::optional<std::int64_t>> takeRowIds() { return std::move(rowIds_); }
@@ -50,6 +53,7 @@ class StepApplication {
   const RecordedStep& step_;
   bool isBack_;
   RecordedTable* table_ = nullptr;
+  bool keepsRows_ = true;
   std::size_t imagesSeen_ = 0;
   std::size_t rowIdsUsed_ = 0;
   std::int64_t addedRows_ = 0;    // as the changes say, deleted ones taken off
