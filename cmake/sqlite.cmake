@@ -30,5 +30,10 @@ target_compile_definitions(sqlite PUBLIC
   SQLITE_ENABLE_COLUMN_METADATA
   SQLITE_ENABLE_PREUPDATE_HOOK        # what the next one stands on
   SQLITE_ENABLE_SESSION)              # changes that can be taken back
+if(WIN32)
+  # Read and write after a seek. With an OVERLAPPED structure Wine tells its server of each reading and writing,
+  # which is two changes of the process for each page.
+  target_compile_definitions(sqlite PRIVATE SQLITE_WIN32_NO_OVERLAPPED)
+endif()
 find_package(Threads REQUIRED)
 target_link_libraries(sqlite PUBLIC Threads::Threads)
