@@ -22,8 +22,8 @@ class HistoryHandle {
   Outcome take(HistoryWay way);
   /// Where the record that the step taken last is about stands among these, from 1; 0 for nowhere.
   LONG find(const RecordsetHandle& records) const;
-  /// Whether the step taken last changed values alone, so that recordsets which were open before have the right
-  /// records still.
+  /// Whether the step taken last changed values alone, so that recordsets which were open before have the
+  /// right records still.
   bool hasKeptRecords() const;
 
  private:

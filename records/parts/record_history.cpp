@@ -74,7 +74,8 @@ bool RecordHistory::isOfQueries(const HistoryStep& step) const {
 /// changed. All keys of a large one need not be read for it.
 bool RecordHistory::isOpenAsItIs(const HistoryStep& step) const {
   return document().isRecordsetOpen() && !sqlPending() && wanted().isTable(step.table) &&
-         wanted().arrangement().isEmpty() && database().hasStepKeptRecords() && database().positionOfStep() != 0;
+         wanted().arrangement().isEmpty() && database().hasStepKeptRecords() &&
+         database().positionOfStep() != 0;
 }
 
 /// Sees to it that the records in use are those that the step was about, as they are now: rows that come or

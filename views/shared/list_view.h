@@ -115,9 +115,9 @@ inline int nextItem(HWND list, int after, UINT flags) {
 }
 
 /// Takes the selection of a list in which at most one row is selected away from any row but `next`, which is
-/// to be selected, or -1. Some lists walk over every row to take the former selection away by themselves: half
-/// a second for a million. They also walk over all rows to find that none is selected, and know the number of
-/// those that are without that.
+/// to be selected, or -1. Some lists walk over every row to take the former selection away by themselves:
+/// half a second for a million. They also walk over all rows to find that none is selected, and know the
+/// number of those that are without that.
 inline void takeSelectionAway(HWND list, int next) {
   if (selectedCount(list) == 0) return;
   const int former = nextItem(list, kFirstOfAll, LVNI_SELECTED);

@@ -271,7 +271,8 @@ TEST_F(HistoryTest, TellsWhereTheRecordStands) {
 
 TEST_F(HistoryTest, TellsWhetherTheRowsHaveStayed) {
   prepare(
-      "CREATE TABLE t(a TEXT UNIQUE ON CONFLICT REPLACE, b TEXT); INSERT INTO t VALUES('one', '1'), ('two', '2');"
+      "CREATE TABLE t(a TEXT UNIQUE ON CONFLICT REPLACE, b TEXT); INSERT INTO t VALUES('one', '1'), ('two', "
+      "'2');"
       "CREATE TABLE k(a TEXT PRIMARY KEY, b TEXT) WITHOUT ROWID; INSERT INTO k VALUES('one', '1');"
       "CREATE TABLE u(a TEXT); CREATE TABLE seen(a TEXT);"
       "CREATE TRIGGER r AFTER UPDATE ON k WHEN new.b = 'see' BEGIN INSERT INTO seen VALUES('x'); END");
