@@ -1,5 +1,6 @@
 // The folder of the copies: what it says of itself, and how much room it takes.
 #include "platform/store/sqlite/copies/database_key.h"
+#include "platform/store/sqlite/copies/record_count.h"
 #include "platform/store/sqlite/copies/upkeep.h"
 #include "tests/store/copies/copies_fixture.h"
 
@@ -48,6 +49,33 @@ TEST_F(CopyFolderTest, TellsTheCopiesOfEachDatabaseNewestFirst) {
   EXPECT_EQ((std::vector<std::string>{databaseKeyOf(other), databaseKeyOf(one)}), copies_->databases());
   EXPECT_TRUE(copies_->isCopy(third));
   EXPECT_FALSE(copies_->isCopy(one));
+}
+
+TEST_F(CopyFolderTest, ACopyThatSomebodyHasCarriedElsewhereIsAFileLikeAnyOther) {
+  const std::filesystem::path copy = pathOf(keepOne(fileCalled("data.cdb"), 10));
+  const std::filesystem::path carried = folder_.file("elsewhere") / "deeper" / copy.filename();
+  std::filesystem::create_directories(carried.parent_path());
+  std::filesystem::copy_file(copy, carried);
+  EXPECT_TRUE(copies_->isCopy(utf8Of(copy)));
+  EXPECT_FALSE(copies_->isCopy(utf8Of(carried)));
+  writeBytes(copy.parent_path() / "own.cdb", "mine");
+  EXPECT_FALSE(copies_->isCopy(utf8Of(copy.parent_path() / "own.cdb"))) << "nor is whatever lies beside one";
+}
+
+TEST_F(CopyFolderTest, ANameIsNotTakenFromACopyThatHasIt) {
+  const std::string database = fileCalled("data.cdb");
+  std::string unfinished;
+  std::int64_t time = 0;
+  ASSERT_TRUE(copies_->begin(database, 3, &unfinished, &time));
+  writeBytes(pathOf(unfinished), "new");
+  const CopyName name{.time = time};
+  const std::filesystem::path other = pathOf(unfinished).parent_path() / store::textOf(name);
+  writeBytes(other, "other");
+  std::string kept = "as it was";
+  EXPECT_EQ(ErrorCode::inputOutput, copies_->finish(unfinished, name, &kept).code());
+  EXPECT_EQ("as it was", kept);
+  EXPECT_EQ("other", bytesOf(other));
+  EXPECT_EQ("new", bytesOf(pathOf(unfinished)));
 }
 
 TEST_F(CopyFolderTest, FilesOfTheSameNameInOtherFoldersAreOtherDatabases) {
@@ -226,6 +254,18 @@ TEST_F(CopyFolderTest, WhatWasLeftUnfinishedGoesAfterAnHour) {
   copies_->prune(database, {});
   EXPECT_FALSE(std::filesystem::exists(pathOf(unfinished)));
   EXPECT_FALSE(std::filesystem::exists(pathOf(unfinished + "-wal")));
+}
+
+TEST_F(CopyFolderTest, CountingCanBeBrokenOff) {
+  prepare("CREATE TABLE second (a); INSERT INTO second VALUES (1), (2); CREATE TABLE third (a)");
+  const std::string path = utf8Of(path_);
+  EXPECT_EQ(5, countRecords(path, nullptr));
+  for (int number = 1; number <= 3; ++number) {
+    int asked = 0;
+    EXPECT_EQ(std::nullopt, countRecords(path, [&] { return ++asked == number; })) << number;
+    EXPECT_EQ(number, asked);
+  }
+  EXPECT_EQ(5, countRecords(path, [] { return false; }));
 }
 
 TEST_F(CopyFolderTest, AFileInThePlaceOfTheFolderIsTold) {

@@ -200,17 +200,32 @@ TEST_P(FirstChangeTest, OthersReadMeanwhileAndTheirTransactionsStayAsTheyAre) {
 
 TEST_P(FirstChangeTest, TwoAtOnceHaveOneEach) {
   openKeeping();
-  const std::shared_ptr<Backend> first = backend_;
+  std::shared_ptr<Backend> first = backend_;
   openKeeping();
   run("INSERT INTO t VALUES (4, 'second')");
-  const std::shared_ptr<Backend> second = backend_;
+  std::shared_ptr<Backend> second = backend_;
   backend_ = first;
   now_ += kSecond;
   run("INSERT INTO t VALUES (5, 'first')");
+  // As long as one is open its copy may get another name, once its records are counted.
   backend_.reset();
+  first.reset();
+  second.reset();
   ASSERT_EQ(2u, kept().size());
   EXPECT_EQ("3", OtherProgram(pathOfCopy(1)).ask("SELECT count(*) FROM t"));
   EXPECT_EQ("4", OtherProgram(pathOfCopy(0)).ask("SELECT count(*) FROM t"));
+}
+
+TEST_P(FirstChangeTest, AfterTheClockWasSetBackTheNewCopyStays) {
+  for (int number = 0; number < 5; ++number) {
+    now_ += kSecond;
+    change("INSERT INTO t VALUES (9, 'x')");
+  }
+  now_ -= 100 * kDay;
+  before_ = contentOf(path_);
+  change("DELETE FROM t");
+  ASSERT_EQ(6u, kept().size());
+  EXPECT_EQ(before_, contentOf(pathOfCopy(5)));
 }
 
 TEST_P(FirstChangeTest, TheNameSaysHowManyRecordsThereAreAndTheCopyIsMarked) {
@@ -265,7 +280,39 @@ TEST_P(FirstChangeTest, ALaterDeletionIsKeptToo) {
   EXPECT_EQ(before_, contentOf(pathOfCopy(1)));
 }
 
+TEST_P(FirstChangeTest, ADeletionIsNotKeptWhileAnotherProgramWrites) {
+  openKeeping();
+  OtherProgram other(path_);
+  other.run("BEGIN IMMEDIATE; INSERT INTO t VALUES (8, 'unfinished')");
+  EXPECT_EQ(ErrorCode::locked, backend_->formerStates()->keepBeforeDeletion().code());
+  other.run("ROLLBACK");
+  expectNothingKept();
+}
+
 // ---- What can't be kept
+
+TEST_P(FirstChangeTest, AfterADeletionThatCouldNotBeKeptTheNextChangeIsStillTheFirst) {
+  openKeeping();
+  free_ = 100;
+  EXPECT_EQ(ErrorCode::tooLarge, backend_->formerStates()->keepBeforeDeletion().code());
+  free_.reset();
+  run("DELETE FROM t");
+  EXPECT_TRUE(takeFailure());
+  expectKeptOnce();
+}
+
+TEST_P(FirstChangeTest, WhatTakesTooLongIsGivenUpAndTheChangeIsMade) {
+  CopySettings hurried = settings();
+  hurried.mostWait = std::chrono::milliseconds(0);
+  copies_ = std::make_shared<CopyFolder>(hurried);
+  openKeeping();
+  run("DELETE FROM t");
+  const Status failure = takeFailure();
+  EXPECT_EQ(ErrorCode::inputOutput, failure.code());
+  EXPECT_EQ("It takes longer than five seconds.", failure.message());
+  EXPECT_EQ("0", inFile("SELECT count(*) FROM t"));
+  expectNothingKept();
+}
 
 TEST_P(FirstChangeTest, AFileThatIsTooLargeIsChangedAllTheSameAndSaidOnce) {
   free_ = 100;
@@ -281,6 +328,16 @@ TEST_P(FirstChangeTest, AFileThatIsTooLargeIsChangedAllTheSameAndSaidOnce) {
   run("DELETE FROM t WHERE a = 3");
   EXPECT_TRUE(takeFailure()) << "nor in another session";
   EXPECT_EQ("0", inFile("SELECT count(*) FROM t"));
+  expectNothingKept();
+}
+
+TEST_P(FirstChangeTest, TheLogIsPartOfTheSize) {
+  OtherProgram other(path_);
+  other.run("PRAGMA wal_autocheckpoint = 0; INSERT INTO t VALUES (7, hex(randomblob(100000)))");
+  free_ = 10 * 100'000;
+  openKeeping();
+  run("DELETE FROM t");
+  EXPECT_EQ(ErrorCode::tooLarge, takeFailure().code());
   expectNothingKept();
 }
 

@@ -72,11 +72,22 @@ TEST_P(GoingBackTest, OtherProgramsThatHaveTheFileOpenSeeIt) {
 }
 
 TEST_P(GoingBackTest, AFileThatIsGoneIsMadeAnew) {
+  // What is left of it beside would be taken for the new one's: its log, or a transaction to be undone.
+  const std::filesystem::path beside = utf8Of(path_) + (isWriteAhead() ? "-wal" : "-journal");
+  std::string left;
+  {
+    OtherProgram writer(path_);
+    writer.run("PRAGMA wal_autocheckpoint = 0; PRAGMA cache_size = 1; BEGIN");
+    writer.run("UPDATE t SET b = 'left over'; INSERT INTO another VALUES (zeroblob(2000000))");
+    if (isWriteAhead()) writer.run("COMMIT");
+    left = bytesOf(beside);
+    if (!isWriteAhead()) writer.run("ROLLBACK");
+  }
+  ASSERT_GT(left.size(), 0u);
   std::filesystem::remove(path_);
-  // What is left of it beside would be taken for the new one's.
-  writeBytes(utf8Of(path_) + "-wal", "left over");
-  writeBytes(utf8Of(path_) + "-journal", "left over");
+  writeBytes(beside, left);
   ASSERT_TRUE(putBack(copy_));
+  EXPECT_FALSE(std::filesystem::exists(beside));
   EXPECT_EQ(former_, contentOf(path_));
   EXPECT_EQ(1u, kept().size());
 }
@@ -198,6 +209,31 @@ TEST_P(GoingBackTest, StoppedAnywhereNothingHasChanged) {
     if (HasFailure()) return;
   }
   EXPECT_GT(tries, 5);
+  expectGoneBack();
+}
+
+TEST_P(GoingBackTest, StoppedOnceThePresentStateIsKeptNothingIsChangedEither) {
+  const Status status = putBack(copy_, [&](Busy) { return kept().size() > keptBefore_; });
+  EXPECT_EQ(ErrorCode::stopped, status.code()) << status.message();
+  expectUnchanged();
+}
+
+TEST_P(GoingBackTest, WhileThePresentStateIsKeptNobodyElseWrites) {
+  OtherProgram other(path_);
+  int tries = 0;
+  const Status status = putBack(copy_, [&](Busy) {
+    const std::vector<std::filesystem::path> files = filesOfCopies();
+    if (std::none_of(files.begin(), files.end(), [](const std::filesystem::path& file) {
+          return isUnfinishedName(utf8Of(file.filename()));
+        })) {
+      return false;
+    }
+    EXPECT_EQ(SQLITE_BUSY, other.tryRun("INSERT INTO t VALUES (8, 'meanwhile')") & 0xFF);
+    ++tries;
+    return false;
+  });
+  ASSERT_TRUE(status) << status.message();
+  EXPECT_GT(tries, 0);
   expectGoneBack();
 }
 

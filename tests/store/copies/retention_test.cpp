@@ -122,6 +122,15 @@ TEST(Retention, ACopyFromTheFutureIsOneOfTheLastFiveAndNothingMore) {
                                            now));
 }
 
+TEST(Retention, AClockBefore1970HasWeeksToo) {
+  // A computer whose battery is empty begins anew, and days may have negative numbers. Day -3 was a Monday.
+  const auto days = [](std::int64_t time) { return time; };
+  std::vector<CopyName> copies(5, CopyName{.time = -3 + 14});
+  for (const std::int64_t day : {-3, -4, -10, -11}) copies.push_back({.time = day});
+  EXPECT_EQ((std::vector<bool>{true, true, true, true, true, true, true, false, true}),
+            keptOf(copies, -3 + 14, days));
+}
+
 TEST(Retention, TheSystemsDaysFollowOneAnotherAtTheUsersMidnight) {
   const std::time_t now = std::time(nullptr);
   std::tm local = *std::localtime(&now);

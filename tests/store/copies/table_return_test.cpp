@@ -1,4 +1,5 @@
 // A table that was deleted comes back alone.
+#include "platform/store/sqlite/files/durable_file.h"
 #include "tests/store/copies/copies_fixture.h"
 
 namespace store {
@@ -111,6 +112,78 @@ TEST_F(TableReturnTest, ItWaitsForNobodyAndChangesNothingThen) {
   other.run("ROLLBACK");
   EXPECT_EQ(present, contentOf(path_));
   EXPECT_EQ(1u, kept().size());
+}
+
+TEST_F(TableReturnTest, RecordsMayReferToEachOther) {
+  prepare(
+      "CREATE TABLE node (id Integer PRIMARY KEY, above Integer REFERENCES node);"
+      "INSERT INTO node VALUES (1, 2), (2, 3), (3, NULL)");
+  drop("node");
+  const Status status = putBack("node");
+  ASSERT_TRUE(status) << status.message();
+  EXPECT_EQ("1 2, 2 3, 3 ", inFile("SELECT group_concat(id || ' ' || ifnull(above, ''), ', ') FROM node"));
+}
+
+TEST_F(TableReturnTest, OfADamagedCopyNothingComesBack) {
+  prepare("CREATE TABLE much (x); INSERT INTO much VALUES (zeroblob(100000))");
+  drop("t");
+  const std::string present = contentOf(path_);
+  const std::filesystem::path copy = pathOfCopy(0);
+  markReadOnly(utf8Of(copy), false);
+  const std::string bytes = bytesOf(copy);
+  writeBytes(copy, bytes.substr(0, bytes.size() - 4096));
+  EXPECT_EQ(ErrorCode::damaged, putBack("t").code());
+  EXPECT_EQ(present, contentOf(path_));
+  EXPECT_EQ(1u, kept().size());
+}
+
+TEST_F(TableReturnTest, NotIntoAFileThatIsNotToBeWritten) {
+  drop("t");
+  const std::string present = contentOf(path_);
+  markReadOnly(utf8Of(path_), true);
+  EXPECT_EQ(ErrorCode::readOnly, putBack("t").code());
+  markReadOnly(utf8Of(path_), false);
+  EXPECT_EQ(present, contentOf(path_));
+  EXPECT_EQ(1u, kept().size());
+}
+
+TEST_F(TableReturnTest, WhatHasItsRecordsElsewhereDoesNotComeBackAlone) {
+  prepare("CREATE VIRTUAL TABLE f USING fts5(y); INSERT INTO f VALUES ('word')");
+  drop("f");
+  EXPECT_EQ(ErrorCode::notAvailable, putBack("f").code());
+  EXPECT_EQ(1u, kept().size());
+}
+
+TEST_F(TableReturnTest, WhileThePresentStateIsKeptNobodyElseWrites) {
+  drop("t");
+  OtherProgram other(path_);
+  int tries = 0;
+  GoingBack asking(*copies_, 0, [&](Busy) {
+    const std::vector<std::filesystem::path> files = filesOfCopies();
+    if (std::any_of(files.begin(), files.end(), [](const std::filesystem::path& file) {
+          return isUnfinishedName(utf8Of(file.filename()));
+        })) {
+      EXPECT_EQ(SQLITE_BUSY, other.tryRun("INSERT INTO k VALUES ('meanwhile', 3)") & 0xFF);
+      ++tries;
+    }
+    return false;
+  });
+  const Status status = asking.putTableBack(utf8Of(path_), utf8Of(pathOfCopy(0)), "t");
+  ASSERT_TRUE(status) << status.message();
+  EXPECT_GT(tries, 0);
+}
+
+TEST_F(TableReturnTest, TheCopyThatItComesFromIsNotThrownAwayForTheNewOne) {
+  for (int number = 0; number < 5; ++number) {
+    now_ += kSecond;
+    change("INSERT INTO k VALUES ('x', " + std::to_string(number + 10) + ")");
+  }
+  ASSERT_EQ(5u, kept().size());
+  const std::filesystem::path oldest = pathOfCopy(4);
+  now_ += kSecond;
+  prepare("DROP TABLE t");
+  ASSERT_TRUE(putBack("t", 4));
+  EXPECT_TRUE(std::filesystem::exists(oldest));
 }
 
 TEST_F(TableReturnTest, OfADatabaseThatIsGoneAllTablesAreMissing) {

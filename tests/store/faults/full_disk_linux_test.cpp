@@ -1,13 +1,10 @@
-// A disk that is full, on a real file system of one megabyte. It is mounted for this process alone, by the
-// means of Linux, where the system allows that.
+// A disk that is full.
 #include <cerrno>
 #include <cstring>
 #include <fstream>
-#include <sched.h>
 #include <string>
-#include <sys/mount.h>
-#include <unistd.h>
 
+#include "tests/store/faults/small_disk_linux.h"
 #include "tests/store/store_fixture.h"
 
 namespace store {
@@ -15,39 +12,11 @@ namespace {
 
 namespace fs = std::filesystem;
 
-bool writeLine(const char* path, const std::string& line) {
-  std::ofstream file(path);
-  return static_cast<bool>(file << line << std::flush);
-}
-
-/// A name space of this process, where nobody else sees what it mounts and where that ends with the process
-/// at the latest. Ordinary users need a name space of users as well, in which they stay who they are.
-bool leaveNameSpaces() {
-  const uid_t user = geteuid();
-  const gid_t group = getegid();
-  if (unshare(CLONE_NEWNS | (user == 0 ? 0 : CLONE_NEWUSER)) != 0) return false;
-  if (user != 0) {
-    const auto itself = [](unsigned number) {
-      return std::to_string(number) + " " + std::to_string(number) + " 1";
-    };
-    if (!writeLine("/proc/self/setgroups", "deny") || !writeLine("/proc/self/uid_map", itself(user)) ||
-        !writeLine("/proc/self/gid_map", itself(group)))
-      return false;
-  }
-  return mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0;
-}
-
-bool mountSmallDisk(const fs::path& folder) {
-  // Who has left them once stays outside; in the new ones it can't be done again.
-  static const bool hasLeft = leaveNameSpaces();
-  return hasLeft && mount("tmpfs", folder.c_str(), "tmpfs", 0, "size=1m") == 0;
-}
-
 class FullDiskTest : public testing::TestWithParam<const char*> {
  protected:
   void SetUp() override {
     fs::create_directory(disk_);
-    isMounted_ = mountSmallDisk(disk_);
+    isMounted_ = mountSmallDisk(disk_, 1);
     if (!isMounted_) GTEST_SKIP() << "no file system can be mounted here: " << std::strerror(errno);
     ASSERT_TRUE(createDatabase(utf8Of(path_)));
     OtherProgram(path_).run(std::string("PRAGMA journal_mode = ") + GetParam() +
@@ -58,7 +27,7 @@ class FullDiskTest : public testing::TestWithParam<const char*> {
     rows_.reset();
     backend_.reset();
     if (!isMounted_) return;
-    EXPECT_EQ(umount(disk_.c_str()), 0) << "a file on it was left open";
+    EXPECT_TRUE(removeSmallDisk(disk_)) << "a file on it was left open";
   }
 
   void open() {

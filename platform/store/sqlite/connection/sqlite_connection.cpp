@@ -43,19 +43,6 @@ ErrorCode codeOfStatementError(std::string_view message) {
   return ErrorCode::errorsInCommand;
 }
 
-Status statusOfState(FileState state) {
-  switch (state) {
-    case FileState::same:
-      return {};
-    case FileState::gone:
-      return {ErrorCode::fileGone, "The file was deleted or renamed while it was open."};
-    case FileState::replaced:
-      return {ErrorCode::fileReplaced, "Another file has taken the place of the one that is open."};
-    default:
-      return {ErrorCode::inputOutput, "The file can't be found under its name at the moment."};
-  }
-}
-
 ErrorCode codeOf(int result, std::string_view message) {
   switch (result & 0xFF) {
     case SQLITE_OK:
@@ -102,7 +89,7 @@ bool onlyBlanks(std::string_view text) {
 Status statusOf(sqlite3* connection, int result) {
   if (result == SQLITE_OK || result == SQLITE_ROW || result == SQLITE_DONE) return {};
   if (result == SQLITE_READONLY_DBMOVED && connection != nullptr) {
-    if (Status status = statusOfState(fileStateOf(connection)); !status) return status;
+    if (Status status = checkNameOf(connection); !status) return status;
   }
   const char* text = connection != nullptr ? sqlite3_errmsg(connection) : sqlite3_errstr(result);
   std::string message = text != nullptr ? text : "The database can't be used.";
@@ -111,6 +98,19 @@ Status statusOf(sqlite3* connection, int result) {
   if (code == ErrorCode::stopped) message = "The statement was stopped.";
   if (result == SQLITE_READONLY_DIRECTORY) message = "The folder of the database is read-only.";
   return {code, std::move(message)};
+}
+
+Status checkNameOf(sqlite3* connection) {
+  switch (fileStateOf(connection)) {
+    case FileState::same:
+      return {};
+    case FileState::gone:
+      return {ErrorCode::fileGone, "The file was deleted or renamed while it was open."};
+    case FileState::replaced:
+      return {ErrorCode::fileReplaced, "Another file has taken the place of the one that is open."};
+    default:
+      return {ErrorCode::inputOutput, "The file can't be found under its name at the moment."};
+  }
 }
 
 SqliteConnection::~SqliteConnection() {
@@ -223,7 +223,7 @@ Status SqliteConnection::open(const std::string& path, const OpenOptions& option
 }
 
 Status SqliteConnection::checkFile() {
-  return statusOfState(fileStateOf(handle()));
+  return checkNameOf(handle());
 }
 
 // Begins a change that changes nothing, and undoes it: what it needs beside the database is made with the

@@ -23,6 +23,10 @@ namespace store {
 /// What SQLite told last on `connection` about `result`, as a status.
 Status statusOf(sqlite3* connection, int result);
 
+/// Whether the main file of `connection`, which was opened in the file system of the store, still stands
+/// under its name: fileGone or fileReplaced if not, inputOutput when the system doesn't tell.
+Status checkNameOf(sqlite3* connection);
+
 /// One open SQLite file: settings, statements, read and write transactions.
 /// All operations but the constructor and open() are made inside a Use of `guard()`.
 class SqliteConnection {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <optional>
@@ -20,6 +21,8 @@ struct CopySettings {
   LocalDay dayOf = systemLocalDay;
   /// How many bytes are free where the folder is; empty when the system does not tell.
   std::function<std::optional<std::int64_t>()> freeBytes = nullptr;
+  /// No change waits longer for the copy of what was before it.
+  std::chrono::milliseconds mostWait{5000};
 };
 
 /// A copy as its folder shows it.
@@ -44,6 +47,7 @@ class CopyFolder {
   static constexpr std::int64_t kMostBytes = std::int64_t{2} << 30;
 
   const std::string& path() const { return settings_.folder; }
+  std::chrono::milliseconds mostWait() const { return settings_.mostWait; }
 
   /// The paths of the databases that have copies, the one with the newest copy first.
   std::vector<std::string> databases() const;

@@ -49,7 +49,7 @@ Status FirstChange::make() {
   if (Status status = readVersion(&version); !status) return status;
   if ((copy_.isMade() || !kept_.empty()) && version == version_) return {};
   dropUnused();
-  const auto end = std::chrono::steady_clock::now() + kMostWait;
+  const auto end = std::chrono::steady_clock::now() + folder_->mostWait();
   bool isLate = false;
   Status status = copy_.make(connection_.handle(), [&] {
     isLate = std::chrono::steady_clock::now() >= end;

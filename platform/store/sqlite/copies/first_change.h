@@ -23,9 +23,6 @@ namespace store {
 /// A state that can't be kept is no reason to refuse a change; it is said once.
 class FirstChange : public FormerStates, private WriteListener {
  public:
-  /// No change waits longer for it.
-  static constexpr std::chrono::milliseconds kMostWait{5000};
-
   /// Both outlive it.
   FirstChange(SqliteConnection& connection, std::shared_ptr<CopyFolder> folder);
   ~FirstChange() override;

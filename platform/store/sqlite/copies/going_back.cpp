@@ -175,7 +175,8 @@ Status GoingBack::putIntoFile(const std::string& database, sqlite3* copy, std::s
 }
 
 /// The transaction shuts other writers out before anything is in the file. What is there then is kept, and
-/// the pages follow.
+/// the pages follow. The write-ahead log takes pages of a file that has lost its name, too, and would then be
+/// taken for that of the file which has the name.
 Status GoingBack::putInto(Target& target, sqlite3* copy, const std::string& database, std::string* kept) {
   std::unique_ptr<sqlite3_backup, BackupFinisher> backup(
       sqlite3_backup_init(target.handle(), kMain, copy, kMain));
@@ -186,10 +187,12 @@ Status GoingBack::putInto(Target& target, sqlite3* copy, const std::string& data
   if (Status status = keep(target.handle(), database, CopyReason::goingBack, kept); !status) return status;
   while (result == SQLITE_OK) {
     if (isToStop()) return {ErrorCode::stopped, "The statement was stopped."};
+    if (Status status = checkNameOf(target.handle()); !status) return status;
     result = sqlite3_backup_step(backup.get(), kPagesPerStep);
   }
   const int finished = sqlite3_backup_finish(backup.release());
-  return statusOf(nullptr, result != SQLITE_DONE ? result : finished);
+  if (result == SQLITE_DONE) result = finished;
+  return result == SQLITE_OK ? checkNameOf(target.handle()) : statusOf(target.handle(), result);
 }
 
 /// As a file of its own, which then gets the name.
@@ -204,6 +207,9 @@ Status GoingBack::makeAnew(const std::string& database, sqlite3* copy, bool repl
   status = copyState(copy, unfinished, [this] { return isToStop(); });
   if (status && !flushFile(unfinished)) {
     status = {ErrorCode::inputOutput, "The file could not be written to the disk."};
+  }
+  if (status && !replaces && isThere(database)) {
+    status = {ErrorCode::fileExists, "Another program has made a file of that name meanwhile."};
   }
   if (status) {
     // What a file of this name had beside it belongs to that one, and would be taken for the new one's.
