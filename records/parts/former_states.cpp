@@ -57,6 +57,15 @@ std::vector<DatabaseCopy> FormerStates::copiesOf(const String& path) {
   return copies;
 }
 
+/// While the list was shown the copy may have got another name: once its records are counted that says how
+/// many.
+String FormerStates::presentPathOf(const String& path, const DatabaseCopy& copy) {
+  for (const DatabaseCopy& each : database().copiesOf(path)) {
+    if (each.time == copy.time && each.reason == copy.reason) return each.path;
+  }
+  return copy.path;
+}
+
 bool FormerStates::isLooking() const {
   return !lookedAt_.isEmpty() && document().isDatabaseOpen() &&
          isSameFile(lookedAt_, document().databasePath());
@@ -87,8 +96,9 @@ bool FormerStates::openInstead(const String& path) {
 
 void FormerStates::look(const String& path, const DatabaseCopy& copy) {
   const String from = path;
-  if (!openInstead(copy.path)) return;
-  lookedAt_ = copy.path;
+  const String looked = presentPathOf(path, copy);
+  if (!openInstead(looked)) return;
+  lookedAt_ = looked;
   lookedFrom_ = from;
   const std::wstring text = std::wstring(L"This is ") + from.text() + L" as it was on " +
                             copyTimeText(copy.time) +
@@ -137,12 +147,12 @@ void FormerStates::putBack(const String& path, const DatabaseCopy& copy) {
   const std::wstring text = std::wstring(L"Do you want to put back ") + path.text() + L" as it was on " +
                             copyTimeText(copy.time) + L"?\nHow it is now is kept as a copy before.";
   if (!pages().prompts.ask(PromptOwner::mainWindow, Question::discard, text.c_str())) return;
-  workOn(path, [&](const String& worked) { return database().putBack(worked, copy.path); });
+  workOn(path, [&](const String& worked) { return database().putBack(worked, presentPathOf(worked, copy)); });
 }
 
 NameList FormerStates::missingTables(const String& path, const DatabaseCopy& copy) {
   NameList names;
-  if (const Outcome listed = database().listMissingTables(path, copy.path, names); !listed) {
+  if (const Outcome listed = database().listMissingTables(path, presentPathOf(path, copy), names); !listed) {
     tellFailure(L"The tables of the copy could not be listed.", listed.reason());
   } else if (names.isEmpty()) {
     refuse(L"The database has all tables of this copy.");
@@ -151,5 +161,7 @@ NameList FormerStates::missingTables(const String& path, const DatabaseCopy& cop
 }
 
 void FormerStates::putTableBack(const String& path, const DatabaseCopy& copy, const String& table) {
-  workOn(path, [&](const String& worked) { return database().putTableBack(worked, copy.path, table); });
+  workOn(path, [&](const String& worked) {
+    return database().putTableBack(worked, presentPathOf(worked, copy), table);
+  });
 }

@@ -43,6 +43,7 @@ class FormerStates : public DocumentPart {
   void putTableBack(const String& database, const DatabaseCopy& copy, const String& table);
 
  private:
+  String presentPathOf(const String& database, const DatabaseCopy& copy);
   bool openInstead(const String& path);
   template <typename Work>
   void workOn(const String& database, Work work);

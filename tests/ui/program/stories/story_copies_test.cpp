@@ -1,69 +1,9 @@
 // Stories of former states that are looked at and put back.
-#include "dialogs/copies/go_back_ids.h"
-#include "resources/command_ids.h"
-#include "tests/ui/remote/story_test.h"
-#include "views/form/form_ids.h"
+#include "tests/ui/program/stories/copies_story.h"
 
 using testing::ElementsAre;
-using testing::StartsWith;
 
 namespace {
-
-std::filesystem::path copiesPath() {
-  std::wstring folder(MAX_PATH, L'\0');
-  folder.resize(GetEnvironmentVariableW(L"LOCALAPPDATA", folder.data(), static_cast<DWORD>(folder.size())));
-  return std::filesystem::path(folder) / L"Quivane copies";
-}
-
-class CopiesStory : public StoryTest {
- protected:
-  void SetUp() override {
-    StoryTest::SetUp();
-    forgetCopies();
-    makeDatabase(path(),
-                 {L"CREATE TABLE 'Books' (Title VarChar(40))", L"INSERT INTO Books VALUES ('Ulysses')",
-                  L"CREATE TABLE 'People' (Name Text)", L"INSERT INTO People VALUES ('Joyce'), ('Bloom')"});
-  }
-  void TearDown() override {
-    StoryTest::TearDown();
-    forgetCopies();
-  }
-
-  /// The list of copies, once it has so many rows.
-  HWND goBackTo(User& user, std::size_t rows) {
-    user.chooseDesktop(ID_GO_BACK_TO);
-    const HWND dialog = user.dialog(L"Go Back To");
-    const HWND list = remote::control(dialog, IDC_GO_BACK_COPIES);
-    EXPECT_TRUE(remote::waitUntil([=] { return remote::itemTexts(list).size() == rows; }))
-        << remote::itemTexts(list).size();
-    return dialog;
-  }
-  /// Answers the message box that begins so.
-  void answerBeginning(User& user, const std::wstring& beginning, int button) {
-    const std::wstring text = remote::messageBoxText(user.dialog(L"Quivane"));
-    EXPECT_THAT(text, StartsWith(beginning));
-    user.answer(L"Quivane", text, button);
-  }
-  void changeTitle(User& user, const wchar_t* title) {
-    user.showPage(OpenedDatabase::kFormPage);
-    user.fillEditor(kFirstTextEditorId, title);
-    user.showPage(OpenedDatabase::kTablesPage);
-  }
-  std::wstring shownTitle(User& user) {
-    return remote::text(remote::control(user.main(), kFirstTextEditorId));
-  }
-  std::wstring name() const { return path().wstring(); }
-
- private:
-  static void forgetCopies() {
-    std::error_code ignored;
-    if (!std::filesystem::exists(copiesPath())) return;
-    for (const auto& entry : std::filesystem::recursive_directory_iterator(copiesPath())) {
-      SetFileAttributesW(entry.path().c_str(), FILE_ATTRIBUTE_NORMAL);
-    }
-    std::filesystem::remove_all(copiesPath(), ignored);
-  }
-};
 
 TEST_P(CopiesStory, AFormerStateIsLookedAtAndPutBack) {
   User& user = start();
@@ -148,7 +88,7 @@ TEST_P(CopiesStory, ThereAreNoneBeforeSomethingWasChanged) {
   User& user = launch();
   user.chooseDesktop(ID_GO_BACK_TO);
   user.answer(L"Quivane", L"There are no copies yet.", IDOK);
-  EXPECT_FALSE(std::filesystem::exists(copiesPath()));
+  EXPECT_FALSE(std::filesystem::exists(keptCopiesPath()));
   user.exit();
 }
 
