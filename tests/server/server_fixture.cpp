@@ -1,10 +1,12 @@
 #include "tests/server/server_fixture.h"
 
+#include <chrono>
 #include <cstdlib>
 #include <stdexcept>
 #include <utility>
 
 #include "platform/store/dsn/file_dsn.h"
+#include "platform/store/odbc/driver/answer.h"
 #include "platform/store/odbc/server_database.h"
 #include "platform/store/sql/sql_tokens.h"
 #include "tests/store/cell_text.h"
@@ -21,6 +23,16 @@ std::string portOfServer() {
   if (port == nullptr)
     throw std::runtime_error("There is no server: the program is run by tests/server/with-server.");
   return port;
+}
+
+/// When the server began; empty as long as it is away.
+std::string beginningOfServer() {
+  FileDsn dsn;
+  EXPECT_TRUE(readFileDsn(linkTo(kServersOwn), &dsn));
+  OdbcConnection connection(connectionTextOf(dsn), {});
+  Answer answer;
+  const Status status = ask(connection, "SELECT pg_postmaster_start_time()::text", {}, &answer);
+  return status ? answer.at(0).at(0).value_or("") : "";
 }
 
 /// The one database of this process, made at the first call and emptied at each: to make one takes the server
@@ -55,6 +67,20 @@ void runOnServer(const std::string& sql, const std::string& database) {
   OdbcStatement statement(connection);
   const Status status = statement.run(sql);
   ASSERT_TRUE(status) << sql << ": " << status.message();
+}
+
+void restartServer() {
+  const char* folder = std::getenv("QUIVANE_TEST_SERVER_FOLDER");
+  ASSERT_NE(nullptr, folder);
+  const std::string former = beginningOfServer();
+  testsupport::writeFile(std::filesystem::path(folder) / "restart", "");
+  std::string present = former;
+  const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(30);
+  while ((present == former || present.empty()) && std::chrono::steady_clock::now() < deadline) {
+    present = beginningOfServer();
+  }
+  ASSERT_NE("", present);
+  ASSERT_NE(former, present);
 }
 
 OtherProgram::OtherProgram(const std::filesystem::path& link) {

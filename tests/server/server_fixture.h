@@ -26,6 +26,9 @@ std::string linkTo(const std::string& database, const std::string& more = {});
 /// Runs statements in the server's own language, as its own tools do.
 void runOnServer(const std::string& sql, const std::string& database);
 
+/// Ends the server as a crash does, and waits until it has begun anew.
+void restartServer();
+
 /// Another program that uses the server at the same time.
 class OtherProgram {
  public:

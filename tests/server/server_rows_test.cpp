@@ -2,6 +2,8 @@
 #include <chrono>
 #include <thread>
 
+#include "platform/store/dsn/file_dsn.h"
+#include "platform/store/odbc/driver/odbc_statement.h"
 #include "platform/store/sql/dialect.h"
 #include "tests/server/server_fixture.h"
 
@@ -365,6 +367,42 @@ TEST_F(ServerRowsTest, AStatementIsStoppedFromAnotherThread) {
   stopper.join();
 }
 
+TEST_F(ServerRowsTest, AServerThatIsRestartedInTheMidstOfAWalkLosesNothingAndShowsNoOtherRow) {
+  runOnServer("CREATE TABLE t (k integer PRIMARY KEY, v text)", database_);
+  runOnServer("INSERT INTO t SELECT i, 'row ' || i FROM generate_series(1, 60) i", database_);
+  open();
+  const auto rows = records("Select * from [t]");
+  ASSERT_EQ(60, rows->recordCount());
+  int failures = 0;
+  // An operation may fail as long as the server is away, and then says so.
+  const auto untilDone = [&](const auto& operation) {
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(30);
+    for (Status status = operation(); !status; status = operation()) {
+      ++failures;
+      ASSERT_TRUE(status.code() == ErrorCode::inputOutput || status.code() == ErrorCode::cannotOpen)
+          << status.message();
+      ASSERT_LT(std::chrono::steady_clock::now(), deadline) << status.message();
+    }
+  };
+  // Once before reading and once after it.
+  for (int number = 1; number <= 60; ++number) {
+    if (number % 20 == 10) {
+      ASSERT_NO_FATAL_FAILURE(restartServer());
+    }
+    Cell cell;
+    ASSERT_NO_FATAL_FAILURE(untilDone([&] { return rows->cell(1, &cell); }));
+    ASSERT_EQ("row " + std::to_string(number), cell.bytes);
+    if (number % 20 == 15) {
+      ASSERT_NO_FATAL_FAILURE(restartServer());
+    }
+    ASSERT_TRUE(rows->setValue(1, "new " + std::to_string(number)));
+    ASSERT_NO_FATAL_FAILURE(untilDone([&] { return rows->update(); }));
+    ASSERT_NO_FATAL_FAILURE(untilDone([&] { return rows->moveNext(); }));
+  }
+  EXPECT_GT(failures, 0) << "the server was never away";
+  EXPECT_EQ("60", onServer("SELECT count(*) FROM t WHERE v = 'new ' || k"));
+}
+
 TEST_F(ServerRowsTest, AServerThatDoesNotAnswerIsGivenUpWhenTheUserWants) {
   openRow("a text", "'a'");
   const std::string server = columnOf("SELECT pg_backend_pid() FROM t");
@@ -379,6 +417,31 @@ TEST_F(ServerRowsTest, AServerThatDoesNotAnswerIsGivenUpWhenTheUserWants) {
   backend_->askWhileBusy({});
   ASSERT_TRUE(rows_->cell(1, &cell)) << "the next action connects anew";
   EXPECT_EQ("a", cell.bytes);
+}
+
+TEST_F(ServerRowsTest, AServerThatDoesNotAnswerTheCallerIsGivenUpWithinTenSecondsAndAtOnceWhenTheUserWants) {
+  FileDsn dsn;
+  ASSERT_TRUE(readFileDsn(linkTo("postgres"), &dsn));
+  OdbcConnection inside(connectionTextOf(dsn), {});
+  const auto signal = [&inside](const std::string& name) {
+    OdbcStatement statement(inside);
+    return statement.run("COPY (SELECT 1) TO PROGRAM 'cat >/dev/null; kill -" + name +
+                         " $(head -n 1 postmaster.pid)'");
+  };
+  ASSERT_TRUE(signal("STOP"));
+  auto start = std::chrono::steady_clock::now();
+  OpenOptions options;
+  options.question = [&](Busy) { return std::chrono::steady_clock::now() - start > std::chrono::seconds(1); };
+  std::unique_ptr<Backend> backend;
+  const Status stopped = openPath(utf8Of(path_), options, &backend);
+  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(3));
+  EXPECT_EQ(ErrorCode::stopped, stopped.code()) << stopped.message();
+  start = std::chrono::steady_clock::now();
+  const Status gaveUp = openPath(utf8Of(path_), {}, &backend);
+  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(11));
+  EXPECT_EQ(ErrorCode::cannotOpen, gaveUp.code()) << gaveUp.message();
+  ASSERT_TRUE(signal("CONT"));
+  EXPECT_TRUE(openPath(utf8Of(path_), {}, &backend)) << "afterwards it answers again";
 }
 
 TEST_F(ServerRowsTest, WhatCannotBeOpenedSaysWhy) {

@@ -13,15 +13,37 @@ using namespace std::chrono_literals;
 constexpr auto kQuestionInterval = 50ms;
 // A server that is asked to stop a statement and alive does so at once.
 constexpr auto kCancelPatience = 3s;
+// A name may have several addresses, and the driver has its patience with each.
+constexpr auto kConnectPatience = 10s;
 
 }  // namespace
+
+/// Connects, as long as nobody wants it stopped. The driver can't be told so: it is left alone then.
+Status OdbcConnection::connect(const std::shared_ptr<OdbcSession>& session) {
+  const auto outcome = std::make_shared<Status>();
+  CallThread thread;
+  thread.begin([session, outcome, text = connectionText_] {
+    *outcome = session->connect(text);
+    return *outcome ? SQL_SUCCESS : SQL_ERROR;
+  });
+  const auto deadline = std::chrono::steady_clock::now() + kConnectPatience;
+  while (!thread.waitFor(kQuestionInterval)) {
+    if (question_ && question_(Busy::working)) {
+      return {ErrorCode::stopped, "The connecting to the server was stopped."};
+    }
+    if (std::chrono::steady_clock::now() > deadline) {
+      return {ErrorCode::cannotOpen, "The server's database can't be opened: the server does not answer."};
+    }
+  }
+  return *outcome;
+}
 
 Status OdbcConnection::ensureOpen() {
   if (session_ != nullptr) return {};
   const OdbcFunctions* functions = nullptr;
   if (Status status = findOdbc(&functions); !status) return status;
   auto session = std::make_shared<OdbcSession>(*functions);
-  if (Status status = session->connect(connectionText_); !status) return status;
+  if (Status status = connect(session); !status) return status;
   {
     const std::lock_guard<std::mutex> lock(mutex_);
     session_ = std::move(session);

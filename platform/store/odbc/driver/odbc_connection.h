@@ -24,8 +24,8 @@ class OdbcConnection {
   OdbcConnection(const OdbcConnection&) = delete;
   OdbcConnection& operator=(const OdbcConnection&) = delete;
 
-  /// Sees to it that there is a conversation. Failures are those of OdbcSession::connect() and of the
-  /// settings.
+  /// Sees to it that there is a conversation, after ten seconds at the longest. Failures are those of
+  /// OdbcSession::connect() and of the settings; stopped when who was asked wanted that.
   Status ensureOpen();
 
   /// Of the conversation; not null after ensureOpen().
@@ -50,6 +50,8 @@ class OdbcConnection {
   void perform(SQLHSTMT statement, std::function<SQLRETURN()> call, SQLRETURN* result, bool* gaveUp);
 
  private:
+  Status connect(const std::shared_ptr<OdbcSession>& session);
+
   std::string connectionText_;
   std::vector<std::string> settings_;
   BusyQuestion question_;

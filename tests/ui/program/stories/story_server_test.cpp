@@ -9,6 +9,7 @@
 #include "tests/ui/remote/story_test.h"
 
 using store::OtherProgram;
+using store::restartServer;
 using store::runOnServer;
 
 namespace {
@@ -77,6 +78,13 @@ class ServerStory : public StoryTest {
   static void awaitNames(const User& user, const std::vector<std::wstring>& names) {
     ASSERT_TRUE(remote::waitUntil([&] { return remote::itemTexts(remote::shownPage(user.main())) == names; }))
         << testing::PrintToString(remote::itemTexts(remote::shownPage(user.main())));
+  }
+
+  /// Answers the box that tells of a lost connection.
+  static void answerLoss(User& user, int button) {
+    const std::wstring text = remote::messageBoxText(user.dialog(L"Quivane"));
+    EXPECT_THAT(text, testing::HasSubstr(L"The connection to the server was lost"));
+    user.answer(L"Quivane", text, button);
   }
 
   ServersDatabase database_;
@@ -187,12 +195,32 @@ TEST_P(ServerStory, ALostConnectionIsToldOnceAndWhatWasTypedIsStoredAfterwards) 
       "SELECT pg_terminate_backend(pid) FROM pg_stat_activity WHERE datname = '" + database_.name() + "'",
       "postgres");
   user.choose(ID_RECORD_NEXT);
-  const std::wstring text = remote::messageBoxText(user.dialog(L"Quivane"));
-  EXPECT_THAT(text, testing::HasSubstr(L"The connection to the server was lost"));
-  user.answer(L"Quivane", text, IDNO);
+  answerLoss(user, IDNO);
   EXPECT_EQ(shown(user, kName), L"Ada L");
   user.choose(ID_RECORD_NEXT);
   awaitShown(user, kName, L"Grace");
+  endHere(user);
+  EXPECT_EQ("Ada L 1815 false, Grace 1906 false, Barbara 1939 true", people());
+}
+
+TEST_P(ServerStory, AServerThatIsKilledAndRestartedInTheMidstOfAWalkLosesNothing) {
+  makePeople();
+  User& user = startOnForm();
+  awaitShown(user, kName, L"Ada");
+  user.fillEditor(kName, L"Ada L");
+  ASSERT_NO_FATAL_FAILURE(restartServer());
+  user.choose(ID_RECORD_NEXT);
+  answerLoss(user, IDNO);
+  EXPECT_EQ(shown(user, kName), L"Ada L");
+  user.choose(ID_RECORD_NEXT);
+  awaitShown(user, kName, L"Grace");
+  ASSERT_NO_FATAL_FAILURE(restartServer());
+  user.choose(ID_RECORD_NEXT);
+  answerLoss(user, IDOK);
+  user.useButton(ID_RECORD_PREVIOUS, 'P', VK_CONTROL);
+  awaitShown(user, kName, L"Grace");
+  user.useButton(ID_RECORD_NEXT, 'T', VK_CONTROL);
+  awaitShown(user, kName, L"Barbara");
   endHere(user);
   EXPECT_EQ("Ada L 1815 false, Grace 1906 false, Barbara 1939 true", people());
 }
