@@ -55,14 +55,8 @@ Status notOnServers(const char* what) {
 }  // namespace
 
 Status ServerBackend::openRows(std::string_view source, SourceKind kind, std::unique_ptr<RowSource>* rows) {
-  bool isName = kind == SourceKind::table;
-  if (kind == SourceKind::unknown) {
-    if (Status status = isTable(source, &isName); !status) return status;
-  }
-  std::string text(source);
-  if (isName) {
-    if (Status status = selectAllOf(source, &text); !status) return status;
-  }
+  std::string text;
+  if (Status status = textOfSource(source, kind, *this, &text); !status) return status;
   std::int64_t affected = 0;
   return runText(text, &affected, rows);
 }
@@ -234,19 +228,9 @@ std::unique_ptr<ServerTableRows> ServerBackend::keyedRows(Described& described) 
 
 Status ServerBackend::openStream(std::string_view source, SourceKind kind,
                                  std::unique_ptr<RowStream>* stream) {
-  bool isName = kind == SourceKind::table;
-  if (kind == SourceKind::unknown) {
-    if (Status status = isTable(source, &isName); !status) return status;
-  }
-  std::string text(source);
-  if (isName) {
-    if (Status status = selectAllOf(source, &text); !status) return status;
-  }
   Statement statement;
-  if (Status status = readStatement(text, &statement); !status) return status;
-  if (statement.kind != StatementKind::select || changesRows(statement.sql)) {
-    return {ErrorCode::illegalOperation, "The statement has no records."};
-  }
+  if (Status status = readStreamedSource(source, kind, *this, &statement); !status) return status;
+  if (statement.kind != StatementKind::select || changesRows(statement.sql)) return statementWithoutRecords();
   Described described;
   if (Status status = describeSelect(statement.sql, &described); !status) return status;
   auto made = std::make_unique<ServerRowStream>(*connection_, std::move(described.columns),

@@ -12,11 +12,12 @@
 #include "platform/store/odbc/sources/server_table_rows.h"
 #include "platform/store/rows/backend.h"
 #include "platform/store/sql/dialect.h"
+#include "platform/store/sql/source_text.h"
 
 namespace store {
 
 /// A database of a server that speaks PostgreSQL's SQL, through ODBC.
-class ServerBackend : public Backend {
+class ServerBackend : public Backend, private TableNames {
  public:
   /// Runs a CREATE DATABASE or DROP DATABASE, which are about files.
   using FileStatements = std::function<Status(const Statement& statement)>;
@@ -55,8 +56,8 @@ class ServerBackend : public Backend {
     std::vector<ListedColumn> listed;
   };
 
-  Status isTable(std::string_view name, bool* found);
-  Status selectAllOf(std::string_view name, std::string* select);
+  Status isTable(std::string_view name, bool* found) override;
+  Status selectAllOf(std::string_view name, std::string* select) override;
   Status describeSelect(const std::string& select, Described* described);
   Status openSelect(const std::string& select, std::unique_ptr<RowSource>* rows);
   Status takeApart(const std::string& select, Described* described);

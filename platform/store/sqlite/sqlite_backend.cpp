@@ -102,14 +102,10 @@ void SqliteBackend::stop() {
 
 Status SqliteBackend::openRows(std::string_view source, SourceKind kind, std::unique_ptr<RowSource>* rows) {
   ConnectionGuard::Use use(connection_->guard());
-  if (kind == SourceKind::table) return openTable(source, rows);
-  if (kind == SourceKind::unknown) {
-    bool found = false;
-    if (Status status = isTable(source, &found); !status) return status;
-    if (found) return openTable(source, rows);
-  }
+  std::string text;
+  if (Status status = textOfSource(source, kind, *this, &text); !status) return status;
   std::int64_t affected = 0;
-  return runText(source, &affected, rows);
+  return runText(text, &affected, rows);
 }
 
 Status SqliteBackend::run(std::string_view sql, std::int64_t* affected, std::unique_ptr<RowSource>* rows) {
@@ -160,13 +156,6 @@ Status SqliteBackend::isTable(std::string_view name, bool* found) {
   if (Status status = readTableSchema(*connection_, name, &schema); !status) return status;
   *found = !schema.columns.empty();
   return {};
-}
-
-Status SqliteBackend::openTable(std::string_view name, std::unique_ptr<RowSource>* rows) {
-  std::string select;
-  if (Status status = selectAllOf(name, &select); !status) return status;
-  std::int64_t affected = 0;
-  return runText(select, &affected, rows);
 }
 
 Status SqliteBackend::selectAllOf(std::string_view name, std::string* select) {
@@ -222,24 +211,11 @@ Status SqliteBackend::prepareText(Statement* statement, UserStatement* prepared)
 Status SqliteBackend::openStream(std::string_view source, SourceKind kind,
                                  std::unique_ptr<RowStream>* stream) {
   ConnectionGuard::Use use(connection_->guard());
-  bool isName = kind == SourceKind::table;
-  if (kind == SourceKind::unknown) {
-    if (Status status = isTable(source, &isName); !status) return status;
-  }
-  std::string text(source);
-  if (isName) {
-    if (Status status = selectAllOf(source, &text); !status) return status;
-  }
   Statement statement;
-  if (Status status = readStatement(text, &statement); !status) return status;
-  const bool isOfDatabase =
-      statement.kind == StatementKind::createDatabase || statement.kind == StatementKind::dropDatabase;
-  if (isOfDatabase) return {ErrorCode::illegalOperation, "The statement has no records."};
+  if (Status status = readStreamedSource(source, kind, *this, &statement); !status) return status;
   UserStatement prepared;
   if (Status status = prepareText(&statement, &prepared); !status) return status;
-  if (!yieldsRows(prepared.statement.get())) {
-    return {ErrorCode::illegalOperation, "The statement has no records."};
-  }
+  if (!yieldsRows(prepared.statement.get())) return statementWithoutRecords();
   std::vector<Column> columns = columnsOf(prepared.statement.get());
   *stream =
       std::make_unique<SqliteRowStream>(*connection_, std::move(columns), std::move(prepared.statement));

@@ -9,6 +9,7 @@
 #include "platform/store/rows/backend.h"
 #include "platform/store/sql/date_literals.h"
 #include "platform/store/sql/dialect.h"
+#include "platform/store/sql/source_text.h"
 #include "platform/store/sqlite/connection/sqlite_connection.h"
 #include "platform/store/sqlite/copies/first_change.h"
 #include "platform/store/sqlite/database_file.h"
@@ -17,7 +18,7 @@
 namespace store {
 
 /// A database in an SQLite file.
-class SqliteBackend : public Backend, private DeclaredTypes {
+class SqliteBackend : public Backend, private DeclaredTypes, private TableNames {
  public:
   /// Without `copies` no former states are kept.
   SqliteBackend(std::unique_ptr<SqliteConnection> connection, DateOrder dateOrder,
@@ -41,9 +42,8 @@ class SqliteBackend : public Backend, private DeclaredTypes {
  private:
   using UserStatement = SqliteConnection::UserStatement;
 
-  Status openTable(std::string_view name, std::unique_ptr<RowSource>* rows);
-  Status selectAllOf(std::string_view name, std::string* select);
-  Status isTable(std::string_view name, bool* found);
+  Status selectAllOf(std::string_view name, std::string* select) override;
+  Status isTable(std::string_view name, bool* found) override;
   Status isInFile(std::string_view name, bool* found);
   Status prepareText(Statement* statement, UserStatement* prepared);
   Status runText(std::string_view text, std::int64_t* affected, std::unique_ptr<RowSource>* rows);
