@@ -7,12 +7,12 @@ namespace store {
 namespace {
 
 constexpr std::chrono::milliseconds kFreshness{1000};
-// Before that the rows may be any.
-constexpr std::size_t kFewest = 3;
+// The rows of a window: whoever reads a second one behind the first mostly draws them all.
+constexpr std::size_t kFewest = 32;
 constexpr std::size_t kMost = 256;
 
 std::size_t sizeAfter(std::size_t run) {
-  return run < kFewest ? 1 : std::min(run * 8, kMost);
+  return run == 0 ? 1 : std::clamp(run * 8, kFewest, kMost);
 }
 
 }  // namespace

@@ -215,12 +215,13 @@ TEST_P(ServerStory, AServerThatIsKilledAndRestartedInTheMidstOfAWalkLosesNothing
   user.choose(ID_RECORD_NEXT);
   awaitShown(user, kName, L"Grace");
   ASSERT_NO_FATAL_FAILURE(restartServer());
-  user.choose(ID_RECORD_NEXT);
+  // The next one may have come together with this one.
+  user.choose(ID_RECORD_PREVIOUS);
   answerLoss(user, IDOK);
-  user.useButton(ID_RECORD_PREVIOUS, 'P', VK_CONTROL);
-  awaitShown(user, kName, L"Grace");
   user.useButton(ID_RECORD_NEXT, 'T', VK_CONTROL);
-  awaitShown(user, kName, L"Barbara");
+  awaitShown(user, kName, L"Grace");
+  user.useButton(ID_RECORD_PREVIOUS, 'P', VK_CONTROL);
+  awaitShown(user, kName, L"Ada L");
   endHere(user);
   EXPECT_EQ("Ada L 1815 false, Grace 1906 false, Barbara 1939 true", people());
 }
