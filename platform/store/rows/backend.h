@@ -52,9 +52,15 @@ class RowSource {
   /// Whether rows can be added, changed and deleted at all; a single column may still be read-only.
   virtual bool isUpdatable() const = 0;
 
-  /// Replaces `keys` by the keys of all rows, in the statement's order and of the kind that this source
-  /// uses. On failure `keys` is untouched.
-  virtual Status readKeys(KeySet* keys) = 0;
+  /// Replaces `keys` by the keys of the rows as they are at the moment, in the statement's order and of the
+  /// kind that this source uses, and stores how many rows there are. Only some of the first keys may be there
+  /// yet; readMoreKeys() has the others. On failure both are untouched.
+  virtual Status readKeys(KeySet* keys, std::size_t* count) = 0;
+
+  /// Appends to what readKeys() began the keys that follow, until there are `wanted` or all; waits for them.
+  /// The set may have been changed meanwhile, but for additions. structureChanged when they can't be had any
+  /// more.
+  virtual Status readMoreKeys(KeySet* /*keys*/, std::size_t /*wanted*/) { return {}; }
 
   /// Copies the values of the row with the key at `index` of `keys` into `row`, one for each column.
   /// Fails with noCurrentRecord when the row is gone, and with structureChanged when it can no longer be

@@ -50,16 +50,36 @@ Recordset::Recordset(std::shared_ptr<Backend> backend, std::shared_ptr<RowSource
 Recordset::~Recordset() = default;
 
 Status Recordset::load() {
-  if (Status status = rows_->readKeys(&keys_); !status) return status;
+  std::size_t count = 0;
+  if (Status status = rows_->readKeys(&keys_, &count); !status) return status;
+  missingCount_ = count - keys_.count();
   goTo(0);
   return {};
 }
 
-std::unique_ptr<Recordset> Recordset::clone() const {
-  std::unique_ptr<Recordset> copy(new Recordset(backend_, rows_, cursor_, lock_));
-  copy->keys_ = keys_.clone();
-  copy->goTo(0);
-  return copy;
+Status Recordset::clone(std::unique_ptr<Recordset>* copy) {
+  if (Status status = needAllKeys(); !status) return status;
+  std::unique_ptr<Recordset> made(new Recordset(backend_, rows_, cursor_, lock_));
+  made->keys_ = keys_.clone();
+  made->goTo(0);
+  *copy = std::move(made);
+  return {};
+}
+
+Status Recordset::needKeys(std::size_t count) {
+  if (missingCount_ == 0 || keys_.count() >= count) return {};
+  const std::size_t before = keys_.count();
+  Status status = rows_->readMoreKeys(&keys_, count);
+  missingCount_ -= std::min(missingCount_, keys_.count() - before);
+  return status;
+}
+
+Status Recordset::findKey(const Key& key, std::size_t* found) {
+  *found = keys_.find(key, index_);
+  if (*found != KeySet::npos || missingCount_ == 0) return {};
+  if (Status status = needAllKeys(); !status) return status;
+  *found = keys_.find(key, index_);
+  return {};
 }
 
 std::optional<std::size_t> Recordset::columnIndex(std::string_view name) const {
@@ -80,11 +100,11 @@ EditMode Recordset::editMode() const {
 }
 
 bool Recordset::isBof() const {
-  return place_ == Place::bof || (place_ == Place::eof && keys_.count() == 0);
+  return place_ == Place::bof || (place_ == Place::eof && recordCount() == 0);
 }
 
 bool Recordset::isEof() const {
-  return place_ == Place::eof || (place_ == Place::bof && keys_.count() == 0);
+  return place_ == Place::eof || (place_ == Place::bof && recordCount() == 0);
 }
 
 std::int64_t Recordset::position() const {
@@ -115,7 +135,7 @@ void Recordset::goTo(std::int64_t index) {
     index_ = 0;
   } else if (index >= recordCount()) {
     place_ = Place::eof;
-    index_ = keys_.count();
+    index_ = static_cast<std::size_t>(recordCount());
   } else {
     place_ = Place::row;
     index_ = static_cast<std::size_t>(index);
@@ -157,7 +177,7 @@ Status Recordset::move(std::int64_t count, MoveOrigin origin) {
   }
   if (Status status = leaveRecord(); !status) return status;
   const bool leavesDeleted = place_ == Place::deleted && origin == MoveOrigin::current && count != 0;
-  if (keys_.count() == 0 && !leavesDeleted) {
+  if (recordCount() == 0 && !leavesDeleted) {
     if (place_ == Place::deleted && origin != MoveOrigin::current) goTo(0);
     return noCurrentRecord("There are no records.");
   }
@@ -184,7 +204,10 @@ std::int64_t Recordset::indexOf(MoveOrigin origin, bool forwards) const {
 Status Recordset::moveFromBookmark(std::int64_t count, std::string_view bookmark) {
   if (Status status = requireBackwards(); !status) return status;
   const std::optional<Key> key = keyOfBookmark(bookmark);
-  const std::size_t found = key ? keys_.find(*key, index_) : KeySet::npos;
+  std::size_t found = KeySet::npos;
+  if (key) {
+    if (Status status = findKey(*key, &found); !status) return status;
+  }
   if (found == KeySet::npos) return {ErrorCode::invalidArgument, "The bookmark names no record."};
   if (Status status = leaveRecord(); !status) return status;
   // Storing a record moves no other.
@@ -193,14 +216,15 @@ Status Recordset::moveFromBookmark(std::int64_t count, std::string_view bookmark
   return {};
 }
 
-std::int64_t Recordset::positionOf(const RecordAddress& record) const {
+std::int64_t Recordset::positionOf(const RecordAddress& record) {
   if (!sameNameAnyCase(rows_->table(), record.table)) return 0;
-  const std::size_t found = keys_.find(record.key, index_);
-  return found != KeySet::npos ? static_cast<std::int64_t>(found) + 1 : 0;
+  std::size_t found = KeySet::npos;
+  return findKey(record.key, &found) && found != KeySet::npos ? static_cast<std::int64_t>(found) + 1 : 0;
 }
 
-Status Recordset::bookmark(std::string* bookmark) const {
+Status Recordset::bookmark(std::string* bookmark) {
   if (place_ != Place::row) return noCurrentRecord("There is no current record.");
+  if (Status status = needKeys(index_ + 1); !status) return status;
   *bookmark = bookmarkOf(keys_.keyAt(index_));
   return {};
 }
@@ -219,6 +243,7 @@ Status Recordset::fetchRow() {
       return noCurrentRecord("There is no current record.");
   }
   if (rowFetched_) return {};
+  if (Status status = needKeys(index_ + 1); !status) return status;
   Status status = rows_->fetch(keys_, index_, &row_);
   rowFetched_ = static_cast<bool>(status);
   return status;
@@ -282,6 +307,8 @@ Status Recordset::addNew() {
 
 Status Recordset::update() {
   if (place_ == Place::adding) {
+    // The new one stands behind all of them.
+    if (Status status = needAllKeys(); !status) return status;
     if (Status status = rows_->insert(changes_, &keys_); !status) return status;
     ++keyChanges_;
     changes_.clear();
@@ -314,6 +341,7 @@ Status Recordset::passOver(RowScan& scan, std::int64_t most, RowScan::Clock::tim
   if (place_ != Place::row || !changes_.empty() || most <= 0) return {};
   const std::size_t last =
       index_ + static_cast<std::size_t>(std::min(most, recordCount() - static_cast<std::int64_t>(index_)));
+  if (Status status = needKeys(last); !status) return status;
   std::size_t next = index_;
   Status status = scan.passOver(keys_, index_, last, until, &next);
   *passed = static_cast<std::int64_t>(next - index_);
@@ -325,6 +353,7 @@ Status Recordset::remove() {
   if (!isUpdatable()) return {ErrorCode::readOnly, "The records can only be read."};
   if (place_ == Place::adding) return cancelUpdate();
   if (place_ != Place::row) return noCurrentRecord("There is no record to delete.");
+  if (Status status = needKeys(index_ + 1); !status) return status;
   if (Status status = rows_->remove(&keys_, index_, rowFetched_ ? &row_ : nullptr); !status) return status;
   ++keyChanges_;
   changes_.clear();

@@ -43,8 +43,9 @@ class Recordset {
   /// Takes the keys and makes the first record current. To be called once, before anything else.
   Status load();
 
-  /// A second cursor over the same keys, standing at the first record, without this one's edits.
-  std::unique_ptr<Recordset> clone() const;
+  /// A second cursor over the same keys, standing at the first record, without this one's edits. Waits for
+  /// all keys; on failure `*copy` is untouched.
+  Status clone(std::unique_ptr<Recordset>* copy);
 
   const std::vector<Column>& columns() const { return rows_->columns(); }
   /// The column of that name: exact, else in any letter case (ASCII). Empty when there is none.
@@ -53,7 +54,7 @@ class Recordset {
   CursorType cursorType() const { return cursor_; }
   LockType lockType() const { return lock_; }
   EditMode editMode() const;
-  std::int64_t recordCount() const { return static_cast<std::int64_t>(keys_.count()); }
+  std::int64_t recordCount() const { return static_cast<std::int64_t>(keys_.count() + missingCount_); }
   bool isBof() const;
   bool isEof() const;
 
@@ -73,11 +74,11 @@ class Recordset {
   /// The same from a bookmark. invalidArgument when it names no record of this recordset.
   Status moveFromBookmark(std::int64_t count, std::string_view bookmark);
 
-  /// Where the record stands among these, 1-based; 0 when it is none of them.
-  std::int64_t positionOf(const RecordAddress& record) const;
+  /// Where the record stands among these, 1-based; 0 when it is none of them, or not all keys could be read.
+  std::int64_t positionOf(const RecordAddress& record);
 
   /// Opaque bytes that name the current record until it leaves the recordset.
-  Status bookmark(std::string* bookmark) const;
+  Status bookmark(std::string* bookmark);
   Status setBookmark(std::string_view bookmark);
 
   /// The value of the current record's field: what was written into the field and not yet stored, else
@@ -128,6 +129,11 @@ class Recordset {
   /// Where a move starts.
   std::int64_t indexOf(MoveOrigin origin, bool forwards) const;
   void goTo(std::int64_t index);
+  /// Waits for the keys of the first records, so many of them.
+  Status needKeys(std::size_t count);
+  Status needAllKeys() { return needKeys(keys_.count() + missingCount_); }
+  /// Where the key stands; KeySet::npos when it is none of these.
+  Status findKey(const Key& key, std::size_t* found);
   Status fetchRow();
   const Value* pendingValue(std::size_t column) const;
 
@@ -136,6 +142,7 @@ class Recordset {
   CursorType cursor_;
   LockType lock_;
   KeySet keys_;
+  std::size_t missingCount_ = 0;  // keys of the last records, which were counted and have not come yet
   std::uint64_t keyChanges_ = 0;
   Place place_ = Place::eof;
   std::size_t index_ = 0;  // of the row; where a deleted row stood

@@ -332,7 +332,8 @@ TEST_F(RecordsetTest, FieldsAreFoundByNameInAnyLetterCase) {
 TEST_F(RecordsetTest, ACloneWalksOnItsOwn) {
   openNumbers(3);
   ASSERT_TRUE(numbers_->moveLast());
-  const std::unique_ptr<Recordset> copy = numbers_->clone();
+  std::unique_ptr<Recordset> copy;
+  ASSERT_TRUE(numbers_->clone(&copy));
   EXPECT_EQ("10", textOf(*copy, 0));
   ASSERT_TRUE(copy->moveNext());
   EXPECT_EQ("30", current());

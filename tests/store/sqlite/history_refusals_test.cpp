@@ -155,7 +155,8 @@ TEST_F(HistoryTest, ARecordsetThatWasOpenedBeforeShowsWhatCameBack) {
   prepare("CREATE TABLE t(a TEXT); INSERT INTO t VALUES('one'), ('two')");
   openKeeping();
   const auto rows = records("Select * from [t]");
-  const auto copy = rows->clone();
+  std::unique_ptr<Recordset> copy;
+  ASSERT_TRUE(rows->clone(&copy));
   ASSERT_TRUE(rows->setValue(0, std::string("eins")));
   ASSERT_TRUE(rows->update());
   EXPECT_EQ("eins", textOf(*copy, 0));

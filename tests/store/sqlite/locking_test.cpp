@@ -297,7 +297,8 @@ TEST_F(LockingTest, ClosingWhileAReadingIsUnderWayLeavesNoLock) {
 TEST_F(LockingTest, ARecordsetThatOutlivesItsBackendStillWrites) {
   open();
   const auto rows = records("Select * from [t]");
-  const auto copy = rows->clone();
+  std::unique_ptr<Recordset> copy;
+  ASSERT_TRUE(rows->clone(&copy));
   backend_.reset();
   ASSERT_TRUE(rows->setValue(1, std::string("late")));
   ASSERT_TRUE(rows->update());

@@ -77,7 +77,7 @@ HRESULT ConnectionObject::FindHistoryRecord(IAdoceRecordset* records, LONG* posi
     if (!isOpen()) return closedConnection();
     const ComPtr<RecordsetObject> own = RecordsetObject::of(records);
     if (!own) return {kInvalidArgument, "The records are not of these components."};
-    const store::Recordset* const open = own->records();
+    store::Recordset* const open = own->records();
     if (open == nullptr) return closedRecordset();
     const bool isTaken = history() != nullptr && history()->taken() && own->isOn(*this);
     *position = isTaken ? static_cast<long>(open->positionOf(*history()->taken())) : 0;

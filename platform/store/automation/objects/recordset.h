@@ -89,7 +89,7 @@ class RecordsetObject final : public AutomationObject<IAdoceRecordset>, public I
   /// The object behind an interface that a client passes; empty when it is none of this module's recordsets.
   static ComPtr<RecordsetObject> of(IUnknown* object);
   /// Null while it is closed.
-  const store::Recordset* records() const { return openRecords(); }
+  store::Recordset* records() const { return openRecords(); }
   bool isOn(const ConnectionObject& connection) const { return connection_.get() == &connection; }
   /// Makes `connection` the active one and `source` the source.
   void bind(ComPtr<ConnectionObject> connection, std::wstring_view source);

@@ -157,11 +157,13 @@ HRESULT RecordsetObject::Supports(long cursorOptions, VARIANT_BOOL* supported) {
 HRESULT RecordsetObject::Clone(IAdoceRecordset** copy) {
   return withRecords([&](store::Recordset& records) -> Outcome {
     if (copy == nullptr) return nullPointer();
+    std::unique_ptr<store::Recordset> second;
+    if (store::Status status = records.clone(&second); !status) return status;
     ComPtr<RecordsetObject> made = makeObject<RecordsetObject>();
     made->bind(connection_, source_);
     made->cursorType_ = cursorType_;
     made->lockType_ = lockType_;
-    made->cursor_ = std::make_shared<Cursor>(records.clone(), cursor_->errors());
+    made->cursor_ = std::make_shared<Cursor>(std::move(second), cursor_->errors());
     connection_->remember(made->cursor_);
     *copy = made.release();
     return {};

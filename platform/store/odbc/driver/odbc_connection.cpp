@@ -74,6 +74,13 @@ void OdbcConnection::stop() {
   if (session != nullptr) session->cancel();
 }
 
+Status OdbcConnection::wait(const std::function<bool(std::chrono::milliseconds)>& isOver) {
+  while (!isOver(kQuestionInterval)) {
+    if (question_ && question_(Busy::working)) return {ErrorCode::stopped, "The reading was stopped."};
+  }
+  return {};
+}
+
 void OdbcConnection::perform(SQLHSTMT statement, std::function<SQLRETURN()> call, SQLRETURN* result,
                              bool* gaveUp) {
   *gaveUp = false;

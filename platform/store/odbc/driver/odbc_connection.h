@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -32,6 +33,10 @@ class OdbcConnection {
   const std::shared_ptr<OdbcSession>& session() const { return session_; }
   /// Counts the conversations: what was made in an earlier one, as a cursor, is gone.
   std::uint64_t conversations() const { return conversations_; }
+  /// A way to the same server for another thread, where nobody is asked.
+  std::unique_ptr<OdbcConnection> another() const {
+    return std::make_unique<OdbcConnection>(connectionText_, settings_);
+  }
   /// To be told when the server doesn't answer any more.
   void lose();
 
@@ -40,6 +45,9 @@ class OdbcConnection {
   void noteChange() { ++changes_; }
 
   void askWhileBusy(BusyQuestion question) { question_ = std::move(question); }
+  /// Waits for another thread's work as long as nobody wants it stopped: `isOver` waits so long itself, and
+  /// tells whether it was worth it. Else stopped.
+  Status wait(const std::function<bool(std::chrono::milliseconds)>& isOver);
   /// As Backend::stop().
   void stop();
 

@@ -20,9 +20,10 @@ Status ServerResultRows::take(const std::string& select) {
   return cursor_.count(&count_);
 }
 
-Status ServerResultRows::readKeys(KeySet* keys) {
+Status ServerResultRows::readKeys(KeySet* keys, std::size_t* count) {
   KeySet read(KeySet::Kind::rowId);
   for (std::int64_t number = 1; number <= count_; ++number) read.append(number);
+  *count = read.count();
   *keys = std::move(read);
   return {};
 }

@@ -10,8 +10,6 @@ namespace store {
 
 namespace {
 
-constexpr std::size_t kKeysAtOnce = 20000;
-
 std::string keyAlias(std::size_t number) {
   return "\"quivane key " + std::to_string(number) + "\"";
 }
@@ -26,30 +24,6 @@ Status ofReading(const Status& status) {
   return {ErrorCode::structureChanged,
           "The structure of the database was changed meanwhile: the table must be opened again."};
 }
-
-/// A transaction that is taken back unless it is committed.
-class ReadTransaction {
- public:
-  explicit ReadTransaction(OdbcConnection& connection) : connection_(connection) {}
-  ~ReadTransaction() {
-    if (!isOpen_ || connection_.session() == nullptr) return;
-    OdbcStatement rollback(connection_);
-    static_cast<void>(rollback.run("ROLLBACK"));
-  }
-  ReadTransaction(const ReadTransaction&) = delete;
-  ReadTransaction& operator=(const ReadTransaction&) = delete;
-
-  Status begin() {
-    OdbcStatement statement(connection_);
-    Status status = statement.run("BEGIN READ ONLY");
-    isOpen_ = static_cast<bool>(status);
-    return status;
-  }
-
- private:
-  OdbcConnection& connection_;
-  bool isOpen_ = false;
-};
 
 bool isWholeNumber(const ServerColumn& column) {
   return column.type.form == ValueForm::integer;
@@ -68,6 +42,7 @@ ServerTableRows::ServerTableRows(OdbcConnection& connection, const SingleTableSe
       tableName_(table.name),
       reference_(table.reference),
       qualifier_(select.qualifier),
+      isWholeTable_(select.isPlainTable),
       canInsert_(table.canInsert),
       canUpdate_(table.canUpdate),
       canDelete_(table.canDelete) {
@@ -121,33 +96,21 @@ Status ServerTableRows::check() {
   return statement.describe(keysSql_);
 }
 
-Status ServerTableRows::readKeys(KeySet* keys) {
-  KeySet read(isTupleKeyed_ ? KeySet::Kind::tuple : KeySet::Kind::rowId);
-  ReadTransaction transaction(connection_);
-  if (Status status = transaction.begin(); !status) return status;
-  OdbcStatement declare(connection_);
-  if (Status status = declare.run("DECLARE quivane_keys NO SCROLL CURSOR FOR " + keysSql_); !status) {
-    return ofReading(status);
-  }
-  const std::string fetchSql = "FETCH FORWARD " + std::to_string(kKeysAtOnce) + " FROM quivane_keys";
-  for (bool isAtEnd = false; !isAtEnd;) {
-    OdbcStatement fetch(connection_);
-    if (Status status = fetch.run(fetchSql); !status) return status;
-    if (isTupleKeyed_) {
-      Answer answer;
-      if (Status status = takeRows(fetch, &answer); !status) return status;
-      for (const AnswerRow& row : answer) read.append(keyOf(row));
-      isAtEnd = answer.empty();
-    } else {
-      std::vector<std::int64_t> numbers;
-      if (Status status = fetch.readIntegers(&numbers); !status) return status;
-      for (const std::int64_t number : numbers) read.append(number);
-      isAtEnd = numbers.empty();
-    }
-  }
+Status ServerTableRows::readKeys(KeySet* keys, std::size_t* count) {
+  KeyReading::Statements statements;
+  statements.keys = keysSql_;
+  // An order of its own has to be made of all rows before the first one is known.
+  if (isWholeTable_) statements.count = "SELECT count(*) FROM " + reference_;
+  statements.kind = isTupleKeyed_ ? KeySet::Kind::tuple : KeySet::Kind::rowId;
+  auto reading = std::make_unique<KeyReading>(connection_, std::move(statements));
+  if (Status status = reading->begin(keys, count); !status) return ofReading(status);
+  reading_ = std::move(reading);
   ahead_.clear();
-  *keys = std::move(read);
   return {};
+}
+
+Status ServerTableRows::readMoreKeys(KeySet* keys, std::size_t wanted) {
+  return reading_->readOn(keys, wanted);
 }
 
 Key ServerTableRows::keyOf(const AnswerRow& row) const {

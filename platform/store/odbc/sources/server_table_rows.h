@@ -7,6 +7,7 @@
 
 #include "platform/store/odbc/catalogue/server_catalogue.h"
 #include "platform/store/odbc/dialect/column_list.h"
+#include "platform/store/odbc/sources/key_reading.h"
 #include "platform/store/odbc/sources/rows_ahead.h"
 #include "platform/store/rows/backend.h"
 #include "platform/store/sql/dialect.h"
@@ -37,7 +38,8 @@ class ServerTableRows : public RowSource {
   const std::vector<Column>& columns() const override { return columns_; }
   std::string_view table() const override { return tableName_; }
   bool isUpdatable() const override { return canInsert_ || canUpdate_ || canDelete_; }
-  Status readKeys(KeySet* keys) override;
+  Status readKeys(KeySet* keys, std::size_t* count) override;
+  Status readMoreKeys(KeySet* keys, std::size_t wanted) override;
   Status fetch(const KeySet& keys, std::size_t index, Row* row) override;
   std::unique_ptr<RowScan> makeScan(RowTest& test) override;
   Status insert(const std::vector<Change>& changes, KeySet* keys) override;
@@ -81,6 +83,7 @@ class ServerTableRows : public RowSource {
   std::string tableName_;
   std::string reference_;
   std::string qualifier_;
+  bool isWholeTable_;
   std::vector<KeyColumn> keyColumns_;
   bool isTupleKeyed_;
   bool canInsert_;
@@ -89,6 +92,7 @@ class ServerTableRows : public RowSource {
   std::vector<std::string> texts_;  // the SELECT's columns, as texts
   std::string rowList_;             // all of them
   std::string keysSql_;
+  std::unique_ptr<KeyReading> reading_;
   RowsAhead ahead_;
 };
 

@@ -72,9 +72,10 @@ Status ResultRows::take(sqlite3_stmt* statement) {
   return status;
 }
 
-Status ResultRows::readKeys(KeySet* keys) {
+Status ResultRows::readKeys(KeySet* keys, std::size_t* count) {
   KeySet read(KeySet::Kind::rowId);
   for (std::int64_t number = 1; number <= count_; ++number) read.append(number);
+  *count = read.count();
   *keys = std::move(read);
   return {};
 }

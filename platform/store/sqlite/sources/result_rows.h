@@ -26,7 +26,7 @@ class ResultRows : public RowSource {
 
   const std::vector<Column>& columns() const override { return columns_; }
   bool isUpdatable() const override { return false; }
-  Status readKeys(KeySet* keys) override;
+  Status readKeys(KeySet* keys, std::size_t* count) override;
   Status fetch(const KeySet& keys, std::size_t index, Row* row) override;
   std::unique_ptr<RowScan> makeScan(RowTest& test) override;
   Status insert(const std::vector<Change>& changes, KeySet* keys) override;

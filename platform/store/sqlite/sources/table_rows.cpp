@@ -121,7 +121,7 @@ Status TableRows::prepare() {
   return connection_.prepare(fetchSql_, &fetch_);
 }
 
-Status TableRows::readKeys(KeySet* keys) {
+Status TableRows::readKeys(KeySet* keys, std::size_t* count) {
   ConnectionGuard::Use use(connection_.guard());
   if (Status status = connection_.beginRead(); !status) return status;
   SqliteStatement statement;
@@ -159,6 +159,7 @@ Status TableRows::readKeys(KeySet* keys) {
     return status;
   }
   rebuildsAtLoad_ = connection_.rebuilds();
+  *count = read.count();
   *keys = std::move(read);
   return {};
 }

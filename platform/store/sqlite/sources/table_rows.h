@@ -33,7 +33,7 @@ class TableRows : public RowSource {
   const std::vector<Column>& columns() const override { return columns_; }
   std::string_view table() const override { return tableName_; }
   bool isUpdatable() const override { return !connection_.isReadOnly(); }
-  Status readKeys(KeySet* keys) override;
+  Status readKeys(KeySet* keys, std::size_t* count) override;
   Status fetch(const KeySet& keys, std::size_t index, Row* row) override;
   std::unique_ptr<RowScan> makeScan(RowTest& test) override;
   Status insert(const std::vector<Change>& changes, KeySet* keys) override;

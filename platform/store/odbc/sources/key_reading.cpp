@@ -1,0 +1,273 @@
+#include "platform/store/odbc/sources/key_reading.h"
+
+#include <chrono>
+#include <condition_variable>
+#include <deque>
+#include <mutex>
+#include <utility>
+#include <vector>
+
+#include "platform/store/odbc/driver/answer.h"
+#include "platform/store/odbc/driver/call_thread.h"
+#include "platform/store/sql/dialect.h"
+
+namespace store {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr std::size_t kFirstKeys = 1000;
+constexpr std::size_t kKeysAtOnce = 20000;
+// A server that is alive ends a statement at once when it is told to.
+constexpr auto kEndPatience = 3s;
+
+/// A transaction that is taken back at its end.
+class ReadTransaction {
+ public:
+  explicit ReadTransaction(OdbcConnection& connection) : connection_(connection) {}
+  ~ReadTransaction() {
+    if (!isOpen_ || connection_.session() == nullptr) return;
+    OdbcStatement rollback(connection_);
+    static_cast<void>(rollback.run("ROLLBACK"));
+  }
+  ReadTransaction(const ReadTransaction&) = delete;
+  ReadTransaction& operator=(const ReadTransaction&) = delete;
+
+  /// All that it reads is of one moment.
+  Status begin() {
+    OdbcStatement statement(connection_);
+    Status status = statement.run("BEGIN ISOLATION LEVEL REPEATABLE READ READ ONLY");
+    isOpen_ = static_cast<bool>(status);
+    return status;
+  }
+
+ private:
+  OdbcConnection& connection_;
+  bool isOpen_ = false;
+};
+
+Status runOn(OdbcConnection& connection, const std::string& sql) {
+  OdbcStatement statement(connection);
+  return statement.run(sql);
+}
+
+Status declareKeys(OdbcConnection& connection, const KeyReading::Statements& statements) {
+  return runOn(connection, "DECLARE quivane_keys NO SCROLL CURSOR FOR " + statements.keys);
+}
+
+/// Appends the next keys, up to `most`.
+Status fetchKeys(OdbcConnection& connection, std::size_t most, KeySet* keys) {
+  OdbcStatement fetch(connection);
+  Status status = fetch.run("FETCH FORWARD " + std::to_string(most) + " FROM quivane_keys");
+  if (!status) return status;
+  if (keys->kind() == KeySet::Kind::rowId) {
+    std::vector<std::int64_t> numbers;
+    if (status = fetch.readIntegers(&numbers); !status) return status;
+    for (const std::int64_t number : numbers) keys->append(number);
+    return {};
+  }
+  Answer answer;
+  if (status = takeRows(fetch, &answer); !status) return status;
+  for (const AnswerRow& row : answer) {
+    std::vector<Value> values;
+    for (const std::optional<std::string>& text : row) values.emplace_back(text.value_or(""));
+    keys->append(values);
+  }
+  return {};
+}
+
+}  // namespace
+
+/// Reads the keys behind the first ones in another conversation, which sees what the first one saw.
+class KeyReading::Background {
+ public:
+  Background(const OdbcConnection& connection, const Statements& statements, std::string snapshot)
+      : state_(std::make_shared<State>(connection, statements, std::move(snapshot))) {
+    thread_.begin([state = state_] {
+      state->read();
+      return SQL_SUCCESS;
+    });
+  }
+  ~Background() {
+    state_->end();
+    thread_.waitFor(kEndPatience);
+  }
+  Background(const Background&) = delete;
+  Background& operator=(const Background&) = delete;
+
+  /// Whether it has seen the snapshot within that time, so that this may go, or has failed to.
+  bool waitForBeginning(std::chrono::milliseconds time) { return state_->waitForBeginning(time); }
+  Status status() { return state_->status(); }
+  /// Appends what has come; false when nothing has within that time. `*isWhole` tells that no more will come.
+  bool take(std::chrono::milliseconds time, KeySet* keys, bool* isWhole) {
+    return state_->take(time, keys, isWhole);
+  }
+
+ private:
+  /// Also the thread's, which may outlast the reading when the server doesn't answer.
+  class State {
+   public:
+    State(const OdbcConnection& connection, Statements statements, std::string snapshot)
+        : connection_(connection.another()),
+          statements_(std::move(statements)),
+          snapshot_(std::move(snapshot)) {}
+
+    void read() {
+      Status status = begin();
+      for (bool isAtEnd = false; status && !isAtEnd;) {
+        KeySet block(statements_.kind);
+        status = fetchKeys(*connection_, kKeysAtOnce, &block);
+        isAtEnd = !status || block.count() == 0;
+        const std::lock_guard<std::mutex> lock(mutex_);
+        if (isEnding_) status = {ErrorCode::stopped, "The reading was ended."};
+        if (!isAtEnd) blocks_.push_back(std::move(block));
+        changed_.notify_all();
+      }
+      connection_->lose();
+      const std::lock_guard<std::mutex> lock(mutex_);
+      status_ = status;
+      hasBegun_ = isOver_ = true;
+      changed_.notify_all();
+    }
+
+    void end() {
+      {
+        const std::lock_guard<std::mutex> lock(mutex_);
+        isEnding_ = true;
+      }
+      connection_->stop();
+    }
+
+    bool waitForBeginning(std::chrono::milliseconds time) {
+      std::unique_lock<std::mutex> lock(mutex_);
+      return changed_.wait_for(lock, time, [this] { return hasBegun_; });
+    }
+
+    Status status() {
+      const std::lock_guard<std::mutex> lock(mutex_);
+      return status_;
+    }
+
+    bool take(std::chrono::milliseconds time, KeySet* keys, bool* isWhole) {
+      std::unique_lock<std::mutex> lock(mutex_);
+      if (!changed_.wait_for(lock, time, [this] { return !blocks_.empty() || isOver_; })) return false;
+      std::deque<KeySet> blocks;
+      blocks.swap(blocks_);
+      *isWhole = isOver_;
+      lock.unlock();
+      for (const KeySet& block : blocks) {
+        for (std::size_t index = 0; index < block.count(); ++index) keys->append(block.keyAt(index));
+      }
+      return true;
+    }
+
+   private:
+    Status begin() {
+      Status status = runOn(*connection_, "BEGIN ISOLATION LEVEL REPEATABLE READ READ ONLY");
+      if (status) status = runOn(*connection_, "SET TRANSACTION SNAPSHOT " + quotedText(snapshot_));
+      if (status) status = declareKeys(*connection_, statements_);
+      if (status)
+        status = runOn(*connection_, "MOVE FORWARD " + std::to_string(kFirstKeys) + " IN quivane_keys");
+      if (!status) return status;
+      const std::lock_guard<std::mutex> lock(mutex_);
+      hasBegun_ = true;
+      changed_.notify_all();
+      return {};
+    }
+
+    std::unique_ptr<OdbcConnection> connection_;  // but for stop() the thread's
+    Statements statements_;
+    std::string snapshot_;
+    std::mutex mutex_;
+    std::condition_variable changed_;
+    std::deque<KeySet> blocks_;
+    Status status_;
+    bool hasBegun_ = false;
+    bool isEnding_ = false;
+    bool isOver_ = false;
+  };
+
+  std::shared_ptr<State> state_;
+  CallThread thread_;
+};
+
+KeyReading::KeyReading(OdbcConnection& connection, Statements statements)
+    : connection_(connection), statements_(std::move(statements)) {}
+
+KeyReading::~KeyReading() = default;
+
+Status KeyReading::begin(KeySet* keys, std::size_t* count) {
+  background_.reset();
+  KeySet read(statements_.kind);
+  std::size_t counted = 0;
+  bool isWhole = false;
+  if (!statements_.count.empty()) {
+    if (Status status = readFirst(&read, &counted, &isWhole); !status) return status;
+  }
+  // A server that lets no other conversation see the same moment gives all keys in this one.
+  if (!isWhole && background_ == nullptr) {
+    if (Status status = readAll(&read); !status) return status;
+    counted = read.count();
+  }
+  *keys = std::move(read);
+  *count = counted;
+  return {};
+}
+
+/// Leaves `*isWhole` false and `background_` null when all keys have to be read at once.
+Status KeyReading::readFirst(KeySet* keys, std::size_t* count, bool* isWhole) {
+  ReadTransaction transaction(connection_);
+  if (Status status = transaction.begin(); !status) return status;
+  if (Status status = declareKeys(connection_, statements_); !status) return status;
+  if (Status status = fetchKeys(connection_, kFirstKeys, keys); !status) return status;
+  if (keys->count() < kFirstKeys) {
+    *count = keys->count();
+    *isWhole = true;
+    return {};
+  }
+  Answer snapshot;
+  Status status = ask(connection_, "SELECT pg_export_snapshot()", {}, &snapshot);
+  if (status.code() == ErrorCode::stopped || connection_.session() == nullptr) return status;
+  if (!status || snapshot.empty()) return {};
+  auto background = std::make_unique<Background>(connection_, statements_, snapshot[0][0].value_or(""));
+  Answer counted;
+  if (status = ask(connection_, statements_.count, {}, &counted); !status) return status;
+  status = connection_.wait([&](auto time) { return background->waitForBeginning(time); });
+  if (!status) return status;
+  if (counted.empty() || !background->status()) return {};
+  *count = static_cast<std::size_t>(std::stoull(counted[0][0].value_or("0")));
+  background_ = std::move(background);
+  return {};
+}
+
+Status KeyReading::readAll(KeySet* keys) {
+  KeySet read(statements_.kind);
+  ReadTransaction transaction(connection_);
+  if (Status status = transaction.begin(); !status) return status;
+  if (Status status = declareKeys(connection_, statements_); !status) return status;
+  for (bool isAtEnd = false; !isAtEnd;) {
+    const std::size_t before = read.count();
+    if (Status status = fetchKeys(connection_, kKeysAtOnce, &read); !status) return status;
+    isAtEnd = read.count() == before;
+  }
+  *keys = std::move(read);
+  return {};
+}
+
+Status KeyReading::readOn(KeySet* keys, std::size_t wanted) {
+  while (background_ != nullptr && keys->count() < wanted) {
+    bool isWhole = false;
+    const auto take = [&](auto time) { return background_->take(time, keys, &isWhole); };
+    if (Status status = connection_.wait(take); !status) return status;
+    if (!isWhole) continue;
+    if (Status status = background_->status(); !status) {
+      return {ErrorCode::structureChanged,
+              "Not all records could be read: the table must be opened again. " + status.message()};
+    }
+    background_.reset();
+  }
+  return {};
+}
+
+}  // namespace store
