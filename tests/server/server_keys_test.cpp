@@ -1,9 +1,11 @@
 // The keys of a large table, which come in blocks.
 #include <chrono>
+#include <new>
 
 #include "platform/store/dsn/file_dsn.h"
 #include "platform/store/odbc/sources/key_reading.h"
 #include "tests/server/server_fixture.h"
+#include "tests/store/allocation_probe.h"
 
 namespace store {
 namespace {
@@ -97,6 +99,32 @@ TEST_F(ServerKeysTest, KeysThatCannotBeHadAnyMoreAreToldAndThoseThatAreThereStay
   KeyReading failing(connection(), series(10, "i / 0"));
   EXPECT_FALSE(failing.begin(&untouched, &count));
   EXPECT_EQ(1u, untouched.count());
+}
+
+TEST_F(ServerKeysTest, KeysThatThereWasNoMemoryForAreNotPassedOver) {
+  KeyReading::Statements statements = series(5'000, "'key ' || i || ' of a table'");
+  statements.kind = KeySet::Kind::tuple;
+  bool wasReached = true;
+  for (std::size_t allowed = 0; wasReached; allowed = 2 * allowed + 1) {
+    KeyReading reading(connection(), statements);
+    KeySet keys(KeySet::Kind::tuple);
+    std::size_t count = 0;
+    ASSERT_TRUE(reading.begin(&keys, &count));
+    try {
+      const testsupport::AllocationLimit limit(allowed);
+      static_cast<void>(reading.readOn(&keys, count));
+      wasReached = limit.wasReached();
+    } catch (const std::bad_alloc&) {
+      wasReached = true;
+    }
+    const Status status = reading.readOn(&keys, count);
+    EXPECT_TRUE(status || status.code() == ErrorCode::structureChanged) << status.message();
+    EXPECT_TRUE(!status || keys.count() == count) << allowed;
+    for (std::size_t index = 0; index < keys.count(); ++index) {
+      const std::string key = "key " + std::to_string(index + 1) + " of a table";
+      ASSERT_EQ(Key(std::vector<Value>{key}), keys.keyAt(index)) << allowed;
+    }
+  }
 }
 
 TEST_F(ServerKeysTest, AReadingThatIsDroppedInItsMidstEndsAtTheServerToo) {

@@ -113,20 +113,17 @@ class KeyReading::Background {
           statements_(std::move(statements)),
           snapshot_(std::move(snapshot)) {}
 
-    void read() {
-      Status status = begin();
-      for (bool isAtEnd = false; status && !isAtEnd;) {
-        KeySet block(statements_.kind);
-        status = fetchKeys(*connection_, kKeysAtOnce, &block);
-        isAtEnd = !status || block.count() == 0;
-        const std::lock_guard<std::mutex> lock(mutex_);
-        if (isEnding_) status = {ErrorCode::stopped, "The reading was ended."};
-        if (!isAtEnd) blocks_.push_back(std::move(block));
-        changed_.notify_all();
+    /// Nothing leaves it: there is nobody on that thread to catch it.
+    void read() noexcept {
+      Status status;
+      try {
+        status = readBlocks();
+      } catch (...) {
+        status = {ErrorCode::outOfMemory, "Out of memory."};
       }
       connection_->lose();
       const std::lock_guard<std::mutex> lock(mutex_);
-      status_ = status;
+      status_ = std::move(status);
       hasBegun_ = isOver_ = true;
       changed_.notify_all();
     }
@@ -146,23 +143,42 @@ class KeyReading::Background {
 
     Status status() {
       const std::lock_guard<std::mutex> lock(mutex_);
-      return status_;
+      return isIncomplete_ ? Status(ErrorCode::outOfMemory, "Out of memory.") : status_;
     }
 
     bool take(std::chrono::milliseconds time, KeySet* keys, bool* isWhole) {
       std::unique_lock<std::mutex> lock(mutex_);
-      if (!changed_.wait_for(lock, time, [this] { return !blocks_.empty() || isOver_; })) return false;
-      std::deque<KeySet> blocks;
-      blocks.swap(blocks_);
-      *isWhole = isOver_;
+      const auto isThere = [this] { return !blocks_.empty() || isOver_ || isIncomplete_; };
+      if (!changed_.wait_for(lock, time, isThere)) return false;
+      *isWhole = isOver_ || isIncomplete_;
+      if (isIncomplete_) return true;
+      std::deque<KeySet> blocks = std::exchange(blocks_, {});
+      // Whoever has no memory for these gets none of the later ones in their place.
+      isIncomplete_ = true;
       lock.unlock();
       for (const KeySet& block : blocks) {
         for (std::size_t index = 0; index < block.count(); ++index) keys->append(block.keyAt(index));
       }
+      lock.lock();
+      isIncomplete_ = false;
       return true;
     }
 
    private:
+    Status readBlocks() {
+      Status status = begin();
+      for (bool isAtEnd = false; status && !isAtEnd;) {
+        KeySet block(statements_.kind);
+        status = fetchKeys(*connection_, kKeysAtOnce, &block);
+        isAtEnd = !status || block.count() == 0;
+        const std::lock_guard<std::mutex> lock(mutex_);
+        if (isEnding_) status = {ErrorCode::stopped, "The reading was ended."};
+        if (!isAtEnd) blocks_.push_back(std::move(block));
+        changed_.notify_all();
+      }
+      return status;
+    }
+
     Status begin() {
       Status status = runOn(*connection_, "BEGIN ISOLATION LEVEL REPEATABLE READ READ ONLY");
       if (status) status = runOn(*connection_, "SET TRANSACTION SNAPSHOT " + quotedText(snapshot_));
@@ -186,6 +202,7 @@ class KeyReading::Background {
     bool hasBegun_ = false;
     bool isEnding_ = false;
     bool isOver_ = false;
+    bool isIncomplete_ = false;  // keys were taken and got lost
   };
 
   std::shared_ptr<State> state_;
