@@ -98,6 +98,34 @@ TEST_F(CopyFolderTest, ADatabaseIsKnownByWhateverPathLeadsToIt) {
   }
 }
 
+TEST_F(CopyFolderTest, WhatLiesBesideItMovesTogetherWithIt) {
+  const std::filesystem::path stick = folder_.file("stick");
+  std::filesystem::create_directories(stick / "data");
+  const auto copiesOn = [this](const std::filesystem::path& place) {
+    CopySettings moved = settings();
+    moved.folder = utf8Of(place / "copies");
+    return std::make_shared<CopyFolder>(moved);
+  };
+  copies_ = copiesOn(stick);
+  keepOne(utf8Of(stick / "beside.cdb"), 10);
+  keepOne(utf8Of(stick / "data" / "below.cdb"), 20);
+  keepOne(fileCalled("stick.cdb"), 30);
+  const std::filesystem::path other = folder_.file("another stick");
+  std::filesystem::rename(stick, other);
+  copies_ = copiesOn(other);
+  EXPECT_EQ(1u, countOf(utf8Of(other / "beside.cdb")));
+  EXPECT_EQ(1u, countOf(utf8Of(other / "data" / "below.cdb")));
+  EXPECT_EQ(0u, countOf(utf8Of(stick / "beside.cdb")));
+  EXPECT_EQ(1u, countOf(fileCalled("stick.cdb"))) << "what lies elsewhere is known by its full path";
+  std::vector<std::string> found = copies_->databases();
+  std::sort(found.begin(), found.end());
+  std::vector<std::string> wanted = {databaseKeyOf(utf8Of(other / "beside.cdb")),
+                                     databaseKeyOf(utf8Of(other / "data" / "below.cdb")),
+                                     databaseKeyOf(fileCalled("stick.cdb"))};
+  std::sort(wanted.begin(), wanted.end());
+  EXPECT_EQ(wanted, found);
+}
+
 TEST_F(CopyFolderTest, ANameTellsPeopleWhoseFolderItIs) {
   EXPECT_TRUE(folderNameOf("/home/user/my library.cdb").starts_with("my_library-"));
   EXPECT_EQ(folderNameOf("/a.cdb").size(), std::string("a-").size() + 16);

@@ -7,9 +7,13 @@
 
 #include "base/settings/settings_file.h"
 #include "base/settings/settings_store.h"
+#include "dialogs/copies/go_back_ids.h"
 #include "owners/handles.h"
+#include "resources/command_ids.h"
 #include "tests/shell/shell_settings.h"
+#include "tests/ui/support/kept_copies.h"
 #include "tests/ui/support/ui_test.h"
+#include "views/form/form_ids.h"
 
 namespace {
 
@@ -123,6 +127,38 @@ TEST_F(PortableTest, TheShellsSettingsAreInTheFileToo) {
   const HWND main = again.mainWindow();
   ASSERT_NE(main, nullptr);
   EXPECT_GT(widthOf(main), narrow);
+  EXPECT_EQ(remote::close(main), 0u);
+}
+
+TEST_F(PortableTest, ItsCopiesAreBesideItAndFoundAgainWhereverItIsMoved) {
+  fs::copy_file(database(), folder() / "moved.cdb");
+  {
+    const RunningProgram running(program(), quoted(folder() / "moved.cdb"));
+    const HWND main = running.mainWindow();
+    ASSERT_NE(running.tablesList(), nullptr);
+    ASSERT_TRUE(remote::switchToPage(main, OpenedDatabase::kFormPage));
+    remote::typeText(remote::control(main, kFirstTextEditorId), L"7");
+    ASSERT_TRUE(remote::switchToPage(main, OpenedDatabase::kTablesPage));
+    EXPECT_EQ(remote::close(main), 0u);
+  }
+  EXPECT_EQ(keptCopies(folder() / "Quivane copies").size(), 1u);
+  EXPECT_FALSE(fs::exists(keptCopiesPath()));
+
+  const fs::path elsewhere = file("elsewhere");
+  fs::rename(folder(), elsewhere);
+  const RunningProgram again(elsewhere / L"Quivane Pocket PC.exe", quoted(elsewhere / "moved.cdb"));
+  const HWND main = again.mainWindow();
+  ASSERT_NE(again.tablesList(), nullptr);
+  PostMessageW(main, WM_COMMAND, ID_GO_BACK_TO, 0);
+  HWND dialog = nullptr;
+  ASSERT_TRUE(remote::waitUntil(
+      [&] { return (dialog = remote::dialog(again.processId(), L"Go Back To")) != nullptr; }));
+  EXPECT_TRUE(
+      remote::waitUntil([&] { return remote::itemCount(remote::control(dialog, IDC_GO_BACK_COPIES)) == 1; }));
+  EXPECT_EQ(SendDlgItemMessageW(dialog, IDC_GO_BACK_FILE, CB_GETCOUNT, 0, 0), 1)
+      << "under its present path alone";
+  PostMessageW(dialog, WM_COMMAND, IDCANCEL, 0);
+  ASSERT_TRUE(remote::waitUntil([&] { return !IsWindow(dialog); }));
   EXPECT_EQ(remote::close(main), 0u);
 }
 

@@ -6,9 +6,11 @@
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
+#include <string_view>
 #include <system_error>
 #include <utility>
 
+#include "platform/store/rows/ascii_case.h"
 #include "platform/store/sqlite/copies/database_key.h"
 #include "platform/store/sqlite/files/durable_file.h"
 #include "platform/store/sqlite/files/file_path.h"
@@ -23,8 +25,20 @@ namespace fs = std::filesystem;
 // What is told here must be read by people too, who look into the folder.
 constexpr const char* kPathFile = "Path.txt";
 constexpr const char* kTooLargeFile = "Too large.txt";
+// Before the way to a database from where the folder of the copies is.
+constexpr std::string_view kFromHome = "./";
 constexpr std::size_t kMostPathBytes = 100'000;
 constexpr std::int64_t kUnfinishedLife = 60 * 60 * 1000;
+
+constexpr bool kHasDrives = fs::path::preferred_separator == '\\';
+
+bool isSeparator(char sign) {
+  return sign == '/' || (kHasDrives && sign == '\\');
+}
+
+bool isSameName(const std::string& one, const std::string& other) {
+  return kHasDrives ? equalsIgnoringCase(one, other) : one == other;
+}
 
 std::string textOf(const fs::path& path) {
   const std::u8string text = path.u8string();
@@ -100,25 +114,38 @@ std::int64_t CopyFolder::bytesOf(const std::vector<History>& histories) {
   return bytes;
 }
 
-CopyFolder::CopyFolder(CopySettings settings) : settings_(std::move(settings)) {
+CopyFolder::CopyFolder(CopySettings settings)
+    : settings_(std::move(settings)), home_(databaseKeyOf(textOf(pathOf(settings_.folder).parent_path()))) {
+  if (!home_.empty() && isSeparator(home_.back())) home_.pop_back();
   if (!settings_.now) settings_.now = systemNow;
   if (!settings_.freeBytes) {
     settings_.freeBytes = [folder = settings_.folder] { return systemFreeBytes(folder); };
   }
 }
 
+std::string CopyFolder::keyOf(const std::string& database) const {
+  std::string key = databaseKeyOf(database);
+  const bool isBelow = !home_.empty() && key.size() > home_.size() && isSeparator(key[home_.size()]) &&
+                       isSameName(key.substr(0, home_.size()), home_);
+  return isBelow ? std::string(kFromHome) + key.substr(home_.size() + 1) : key;
+}
+
+std::string CopyFolder::pathOfKey(const std::string& key) const {
+  return key.starts_with(kFromHome) ? joined(home_, key.substr(kFromHome.size())) : key;
+}
+
 std::string CopyFolder::folderOf(const std::string& database) const {
-  return joined(settings_.folder, folderNameOf(databaseKeyOf(database)));
+  return joined(settings_.folder, folderNameOf(keyOf(database)));
 }
 
 std::vector<CopyFolder::History> CopyFolder::histories() const {
   std::vector<History> found;
   for (const std::string& name : namesIn(settings_.folder)) {
     const std::string folder = joined(settings_.folder, name);
-    std::string database = readText(joined(folder, kPathFile));
+    const std::string database = readText(joined(folder, kPathFile));
     if (database.empty() || folderNameOf(database) != name) continue;
     std::vector<KeptCopy> copies = copiesIn(folder);
-    if (!copies.empty()) found.push_back({std::move(database), std::move(copies)});
+    if (!copies.empty()) found.push_back({pathOfKey(database), std::move(copies)});
   }
   std::sort(found.begin(), found.end(), [](const History& one, const History& other) {
     return one.copies.front().name.time > other.copies.front().name.time;
@@ -163,7 +190,8 @@ Status CopyFolder::begin(const std::string& database, std::int64_t bytes, std::s
   fs::create_directories(pathOf(folder), error);
   if (error) return {ErrorCode::cannotOpen, "No folder can be made for it: " + error.message()};
   const std::string label = joined(folder, kPathFile);
-  if (readText(label) != databaseKeyOf(database) && !writeText(label, databaseKeyOf(database))) {
+  const std::string key = keyOf(database);
+  if (readText(label) != key && !writeText(label, key)) {
     return {ErrorCode::cannotOpen, "No file can be made in the folder of the copies."};
   }
   // The names are in the order in which the copies were made, also where the clock was set back.

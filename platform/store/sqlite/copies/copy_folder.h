@@ -35,7 +35,9 @@ struct KeptCopy {
 /// The folder of the copies of all databases: for each path a folder of its own, which says in a file what
 /// the path is, and in it the copies, which say in their names what they are. Nothing else tells what there
 /// is, so nothing can be wrong: what somebody takes out or puts in has gone or is there. A database is known
-/// by its path alone: the copies of one that was moved stand under its former path.
+/// by its path alone: the copies of one that was moved stand under its former path. One that lies beside the
+/// folder of the copies, or below there, is known by the way from there, so that all can move together, as
+/// with a program on a stick.
 ///
 /// Other programs use the same folder at the same time. All paths are UTF-8. std::bad_alloc passes through.
 class CopyFolder {
@@ -73,6 +75,8 @@ class CopyFolder {
  private:
   struct History;
 
+  std::string keyOf(const std::string& database) const;
+  std::string pathOfKey(const std::string& key) const;
   std::string folderOf(const std::string& database) const;
   std::vector<History> histories() const;
   static std::int64_t bytesOf(const std::vector<History>& histories);
@@ -80,6 +84,7 @@ class CopyFolder {
   void removeUnfinished(const std::string& folder) const;
 
   CopySettings settings_;
+  std::string home_;  // the folder in which that of the copies is
 };
 
 }  // namespace store
