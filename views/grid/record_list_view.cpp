@@ -115,6 +115,7 @@ bool RecordListView::createList(HWND tabControl) {
   HandheldNameControl(list_, 0, L"Records");
   hide();
   listview::setExtendedStyle(list_, LVS_EX_FULLROWSELECT);
+  typedLetters_.attach(list_);
   if (!listSubclass_.attach(list_) || !headerSubclass_.attach(listview::header(list_))) return false;
   tips_.attach(list_);
   return true;

@@ -61,6 +61,7 @@ NameListView::NameListView(HWND mainWindow, AppColor background, AppColor text, 
       place.right - place.left, place.bottom - place.top, mainWindow,
       reinterpret_cast<HMENU>(static_cast<INT_PTR>(kControlId)), GetModuleHandleW(nullptr), nullptr);
   HandheldNameControl(window_, 0, spokenName);
+  typedLetters_.attach(window_);
   // A new child lies behind its siblings, and the tab control covers the same area.
   if (window_) SetWindowPos(window_, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
 }

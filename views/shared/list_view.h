@@ -130,6 +130,16 @@ inline void takeFocusAway(HWND list) {
   if (former >= 0) setItemState(list, former, 0, LVIS_FOCUSED);
 }
 
+/// The first item behind `after` whose text begins so, in any letter case, from the first one again behind
+/// the last; -1 when there is none.
+inline int findBeginning(HWND list, int after, const wchar_t* beginning) {
+  LVFINDINFOW search{};
+  search.flags = LVFI_STRING | LVFI_PARTIAL | LVFI_WRAP;
+  search.psz = beginning;
+  return static_cast<int>(
+      SendMessageW(list, LVM_FINDITEMW, static_cast<WPARAM>(after), reinterpret_cast<LPARAM>(&search)));
+}
+
 /// The item at a place in the list's client area, in the monitor's pixels; -1 when there is none.
 inline int itemAt(HWND list, POINT place) {
   LVHITTESTINFO test{};

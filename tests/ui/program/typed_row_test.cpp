@@ -48,6 +48,25 @@ TEST_F(TypedRowTest, LettersThatFollowEachOtherAreOneText) {
   EXPECT_TRUE(isOneText);
 }
 
+TEST_F(TypedRowTest, LettersOfEveryAlphabetDo) {
+  makeDatabase(file("b.cdb"),
+               {L"CREATE TABLE 'T' (t Text)",
+                L"INSERT INTO T VALUES ('Ada'), ('\u00C9mile'), ('\u03A9\u03BC\u03AD\u03B3\u03B1'), ('Bo')"});
+  OpenedDatabase opened(file("b.cdb"));
+  const HWND grid = opened.showRecords(0);
+  ASSERT_NE(grid, nullptr);
+  type(grid, L'\u03C9');
+  EXPECT_TRUE(comesTo(grid, 2));
+  ASSERT_TRUE(remote::selectItem(grid, 0));
+  bool isFound = false;
+  for (int tries = 0; tries < 10 && !isFound; ++tries) {
+    type(grid, L'\u00E9');
+    isFound =
+        remote::waitUntil([=] { return remote::selectedItem(grid) == 1; }, std::chrono::milliseconds(2000));
+  }
+  EXPECT_TRUE(isFound);
+}
+
 TEST_F(TypedRowTest, WhatNoRowBeginsWithChangesNothing) {
   OpenedDatabase opened(file("a.cdb"));
   const HWND grid = opened.showRecords(0);

@@ -1,0 +1,53 @@
+#include "views/shared/typed_letters.h"
+
+#include <commctrl.h>
+
+#include <algorithm>
+
+#include "views/shared/list_view.h"
+
+namespace {
+
+constexpr DWORD kPause = 1000;  // milliseconds, after which another text begins
+constexpr wchar_t kLastOfTheSystems = L'~';
+
+bool isFirstHalf(wchar_t unit) {
+  return unit >= 0xD800 && unit <= 0xDBFF;
+}
+
+}  // namespace
+
+LRESULT TypedLetters::answer(HWND list, UINT message, WPARAM wParam, LPARAM lParam) {
+  const auto letter = static_cast<wchar_t>(wParam);
+  if (message != WM_CHAR || letter < L' ') return DefSubclassProc(list, message, wParam, lParam);
+  add(letter, static_cast<DWORD>(GetMessageTime()));
+  if (isTheSystems()) return DefSubclassProc(list, message, wParam, lParam);
+  if (!isFirstHalf(letter)) choose(list);
+  return 0;
+}
+
+void TypedLetters::add(wchar_t letter, DWORD time) {
+  if (time - lastTime_ > kPause) text_.clear();
+  lastTime_ = time;
+  text_ += letter;
+}
+
+bool TypedLetters::isTheSystems() const {
+  return std::all_of(text_.begin(), text_.end(), [](wchar_t letter) { return letter <= kLastOfTheSystems; });
+}
+
+/// A letter that is typed again goes on to the next item that begins with it; what is added to a letter may
+/// lead to the same item.
+void TypedLetters::choose(HWND list) const {
+  const bool isOneLetter =
+      std::all_of(text_.begin(), text_.end(), [this](wchar_t letter) { return letter == text_.front(); });
+  const std::wstring beginning = isOneLetter ? text_.substr(0, 1) : text_;
+  const int present = listview::nextItem(list, listview::kFirstOfAll, LVNI_FOCUSED);
+  // The search begins behind the item that is named.
+  const int after = isOneLetter ? present : std::max(present - 1, listview::kFirstOfAll);
+  const int found = listview::findBeginning(list, after, beginning.c_str());
+  if (found < 0) return;
+  constexpr UINT kChosen = LVIS_SELECTED | LVIS_FOCUSED;
+  listview::setItemState(list, found, kChosen, kChosen);
+  listview::ensureVisible(list, found);
+}
