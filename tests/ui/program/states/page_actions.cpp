@@ -146,6 +146,14 @@ void everywhereCancelled(Pages& pages) {
   }
 }
 
+/// As Find it has what is typed stored before, and it lowers the panel for good, as the dialogs of files do.
+/// Without a database there may be no copies of any.
+void goBackCancelled(Pages& pages) {
+  if (!pages.model.isOpen()) return;
+  cancel<ID_GO_BACK_TO>();
+  if (pages.model.page() != kForm || pages.model.leaveRecord()) pages.model.movePanel(false);
+}
+
 /// What was done here can't be told from the pages alone: only that nothing is undone where nothing was done.
 void undoOfNothing(Pages&) {
   if (!theDocument->history().hasStep(HistoryWay::back)) pagewindow::command(ID_HISTORY_UNDO);
@@ -317,6 +325,7 @@ constexpr Action kActions[] = {
     {"Options cancelled", cancels<ID_OPTIONS>},
     {"Change password cancelled", cancelsWithPanel<ID_PASSWORD_CHANGE, true>},
     {"Find in all tables cancelled", everywhereCancelled},
+    {"Go back to, cancelled", goBackCancelled},
     {"Filter cancelled", cancels<ID_FILTER_ALL>},
     {"Undo of nothing", undoOfNothing},
     {"Redo of nothing", stray<ID_HISTORY_REDO>},

@@ -1,5 +1,6 @@
 // Stories of a server's database: what a user does with a file's, on the same pages.
 #include "base/settings/options.h"
+#include "dialogs/copies/go_back_ids.h"
 #include "dialogs/find/find_dialog_ids.h"
 #include "dialogs/query/query_dialog_ids.h"
 #include "dialogs/table/new_field_ids.h"
@@ -224,6 +225,45 @@ TEST_P(ServerStory, AServerThatIsKilledAndRestartedInTheMidstOfAWalkLosesNothing
   awaitShown(user, kName, L"Ada L");
   endHere(user);
   EXPECT_EQ("Ada L 1815 false, Grace 1906 false, Barbara 1939 true", people());
+}
+
+TEST_P(ServerStory, ATableGoesForGoodOnlyOnceItsUserKnowsThatNoCopyIsKept) {
+  makePeople();
+  onServer("CREATE TABLE \"Towns\" (\"Name\" varchar(20) PRIMARY KEY)");
+  User& user = startHere();
+  awaitNames(user, {L"People", L"Towns"});
+  user.pickItem(0);
+  const auto isSure = [&](int forGood) {
+    user.choose(ID_TABLE_DELETE);
+    user.answer(L"Quivane", L"Are you sure you want to delete table 'People' ?", IDYES);
+    user.answer(
+        L"Quivane",
+        L"No copy of table 'People' can be kept.\nNo copies are kept of this database.\nDo you want to "
+        L"delete it for good?",
+        forGood);
+  };
+  isSure(IDNO);
+  EXPECT_EQ("3", stored("SELECT count(*) FROM People"));
+  awaitNames(user, {L"People", L"Towns"});
+  isSure(IDYES);
+  awaitNames(user, {L"Towns"});
+  endHere(user);
+}
+
+TEST_P(ServerStory, GoingBackHasNothingToOfferAndLeavesTheLinkAsItIs) {
+  makePeople();
+  User& user = startOnForm();
+  awaitShown(user, kName, L"Ada");
+  user.fillEditor(kName, L"Ada Lovelace");
+  user.chooseDesktop(ID_GO_BACK_TO);
+  const HWND dialog = user.dialog(L"Go Back To");
+  EXPECT_EQ(0, remote::itemCount(remote::control(dialog, IDC_GO_BACK_COPIES)));
+  user.press(dialog, IDC_GO_BACK_PUT);
+  user.answer(L"Quivane", L"Please choose a copy!", IDOK);
+  user.leave(dialog);
+  awaitShown(user, kName, L"Ada Lovelace");
+  endHere(user);
+  EXPECT_EQ("Ada Lovelace 1815 false, Grace 1906 false, Barbara 1939 true", people());
 }
 
 TELL_WITH_BOTH_HANDS(ServerStory);
