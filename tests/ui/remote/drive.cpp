@@ -186,6 +186,13 @@ int chooseNextMenu(HWND main, const Arguments& arguments) {
   return opened ? 0 : fail("no other menu opens");
 }
 
+/// What ends the menus and does something.
+int chooseMenuItem(HWND main, const Arguments& arguments) {
+  PostMessageW(main, WM_CHAR, arguments.texts[0][0], 1);
+  const DWORD process = remote::processOf(main);
+  return remote::waitUntil([=] { return remote::popups(process).empty(); }) ? 0 : fail("the menu stays open");
+}
+
 int closeMenus(HWND main, const Arguments&) {
   return remote::closeMenus(main) ? 0 : fail("a menu stays open");
 }
@@ -308,6 +315,7 @@ constexpr std::array kVerbs = {
     VerbRow{L"open-menu", L"N", "gives command N and waits for the menu that it opens", openMenuOfCommand},
     VerbRow{L"next-menu", L"T", "chooses the item with access key T, which opens another menu",
             chooseNextMenu},
+    VerbRow{L"menu-item", L"T", "chooses the item with access key T, which ends the menus", chooseMenuItem},
     VerbRow{L"close-menus", L"", "leaves all menus", closeMenus},
     VerbRow{L"sheet-page", L"N", "shows page N of the sheet in front", turnSheet},
     VerbRow{L"raise-panel", L"", "raises the input panel by its button", raisePanel},
