@@ -133,13 +133,17 @@ TEST_P(GoingBackTest, ADamagedCopyIsRefused) {
 TEST_P(GoingBackTest, WhatBreaksItsOwnRulesIsNoDamage) {
   prepare(
       "CREATE TABLE r (x Integer NOT NULL, CHECK (x > 5)); PRAGMA ignore_check_constraints = ON;"
-      "INSERT INTO r VALUES (1)");
+      "INSERT INTO r VALUES (1);"
+      "CREATE TABLE n (x Integer); INSERT INTO n VALUES (NULL); PRAGMA writable_schema = ON;"
+      "UPDATE sqlite_schema SET sql = 'CREATE TABLE n (x Integer NOT NULL)' WHERE name = 'n'");
+  ASSERT_EQ("NULL value in n.x", inFile("PRAGMA quick_check(n)"));
   now_ += kHour;
   change("DELETE FROM r");
   ASSERT_EQ(2u, kept().size());
   const Status status = putBack(pathOfCopy(0));
   EXPECT_TRUE(status) << status.message();
   EXPECT_EQ("1", inFile("SELECT x FROM r"));
+  EXPECT_EQ("1", inFile("SELECT x IS NULL FROM n"));
 }
 
 TEST_P(GoingBackTest, ACopyThatIsGoneIsTold) {

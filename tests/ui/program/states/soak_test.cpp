@@ -176,6 +176,7 @@ void SoakTest::giveCommand() {
                                ID_LOOK_UP,
                                ID_GO_TO_LOOKED_UP,
                                ID_GO_BACK,
+                               ID_GO_BACK_TO,
                                ID_ORDER_COLUMN,
                                ID_FILTER_ALL,
                                ID_ARRANGEMENT_CLEAR,
