@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "data/database/record_counters.h"
+#include "data/database/table_search.h"
 #include "data/handles/recordset_handle.h"
 #include "tests/unit/data/fake_store.h"
 #include "tests/unit/data/store_fixture.h"
@@ -233,6 +234,58 @@ TEST_F(DataSearchRandomTest, FindsWhatThePlainWayFinds) {
   }
   EXPECT_GT(found, 300);
   EXPECT_LT(found, 1450);
+}
+
+/// The search of a whole table, beside the values of its records one by one.
+TEST_F(DataSearchRandomTest, FindsInATableWhatThePlainWayFinds) {
+  using Place = std::pair<std::uint32_t, std::wstring>;
+  const std::wstring columns =
+      L" (k Integer PRIMARY KEY, a Varchar (20), b Text, c Integer, d SmallInt, e Double, f Bit, g Datetime, "
+      L"h Varbinary (20), i bigint, j unsigned int, l)";
+  openWith({(L"CREATE TABLE t" + columns).c_str(), (L"CREATE TABLE u" + columns + L" WITHOUT ROWID").c_str(),
+            L"CREATE VIEW v AS SELECT *, e * 1.25 AS x FROM t", L"CREATE TABLE w (a Text)"});
+  fill(L"t", 150);
+  fill(L"u", 150);
+  std::size_t found = 0;
+  for (int round = 0; round < 40; ++round) {
+    static constexpr const wchar_t* kTables[] = {L"t", L"u", L"v", L"w"};
+    const wchar_t* table = kTables[number(3)];
+    if (round % 6 == 5)
+      runOn(path_, {L"DELETE FROM t WHERE k % 41 = 7", L"UPDATE t SET a = b WHERE k % 17 = 3"});
+    const std::wstring units = number(3) == 0 ? std::to_wstring(number(120)) : L"a" + text(1);
+    String capitals(units.c_str());
+    capitals.toUpperCase();
+
+    std::vector<Place> plain;
+    ASSERT_TRUE(database_.openRecordset((std::wstring(L"Select * from [") + table + L"]").c_str()));
+    for (std::uint32_t record = 1; record <= database_.recordCount(); ++record) {
+      ASSERT_TRUE(database_.moveTo(record));
+      for (std::uint32_t field = 0; field < database_.fieldCount(); ++field) {
+        const FieldType type = database_.fieldType(field);
+        String shown = database_.valueText(field);
+        shown.toUpperCase();
+        const bool isSearched = type != FieldType::bit && type != FieldType::date;
+        if (isSearched && shown.find(capitals.text()) >= 0)
+          plain.emplace_back(record, database_.fieldName(field).text());
+      }
+    }
+
+    TableSearch quick;
+    ASSERT_TRUE(database_.beginTableSearch(table, units.c_str(), quick));
+    EXPECT_EQ(quick.recordCount(), database_.recordCount());
+    std::vector<TableSearch::Match> matches;
+    const auto slice = static_cast<std::uint32_t>(number(1) == 0 ? 0 : kLongTime);
+    while (!quick.isOver()) ASSERT_TRUE(quick.step(slice, matches));
+    std::vector<Place> places;
+    for (const TableSearch::Match& match : matches) {
+      places.emplace_back(match.record, match.field.text());
+      EXPECT_FALSE(match.excerpt.empty());
+    }
+    ASSERT_EQ(plain, places) << "round " << round << ", table " << testing::PrintToString(std::wstring(table))
+                             << ", text " << testing::PrintToString(units);
+    found += places.size();
+  }
+  EXPECT_GT(found, 300u);
 }
 
 /// A component that lacks the search.
