@@ -26,7 +26,7 @@ constexpr double kMostFilter = 1.2;      // times the bare statement
 constexpr double kMostEverywhere = 1.2;  // times a step of Find
 constexpr double kMostNarrowing = 1.2;   // times the bare statement
 constexpr double kMostLook = 2.0;        // times the bare walk over the row ids
-constexpr double kMostUndo = 250;        // milliseconds, at the longest
+constexpr double kMostWait = 250;        // milliseconds, at the longest, for what nobody is to wait for
 constexpr int kSecondEditor = 1201;
 constexpr int kLevel = 4711;
 
@@ -103,6 +103,42 @@ void measureEverywhere(OpenProgram& program) {
   report("all tables, beside Find", ours, theirs, kMostEverywhere);
 }
 
+// ---- A change of a record
+
+/// Types over the second field and goes to the next record, which stores it.
+double secondsToChange(const OpenProgram& program, HWND station, const std::wstring& text) {
+  // What is typed goes by the editor that was focused last.
+  SendMessageW(station, WM_SETFOCUS, 0, 0);
+  SendMessageW(station, EM_SETSEL, 0, -1);
+  for (const wchar_t letter : text) SendMessageW(station, WM_CHAR, letter, 1);
+  const double seconds = secondsOf([&] {
+    SendMessageW(program.main(), WM_COMMAND, ID_RECORD_NEXT, 0);
+    require(answers(program.main()), "the window does not answer");
+  });
+  require(remote::text(station) != text, "the change was not stored");
+  return seconds;
+}
+
+/// The first change of a session has the file's former state copied before.
+void measureFirstChange(const std::wstring& program, const std::wstring& database) {
+  constexpr int kSessions = 5;
+  constexpr int kChanges = 4;
+  std::vector<double> first;
+  std::vector<double> next;
+  for (int session = 0; session < kSessions; ++session) {
+    OpenProgram open(program, database);
+    open.choose(0);
+    open.show(kFormPage);
+    const HWND station = remote::control(open.main(), kSecondEditor);
+    for (int change = 0; change < kChanges; ++change) {
+      const std::wstring text = L"changed " + std::to_wstring(session) + L"." + std::to_wstring(change);
+      (change == 0 ? first : next).push_back(secondsToChange(open, station, text));
+    }
+  }
+  reportDelay("the first change of a session", first, kMostWait);
+  reportDelay("a next change", next, kMostWait);
+}
+
 // ---- Undo of one change of a record, to the record as it was
 
 void measureUndo(OpenProgram& program) {
@@ -112,12 +148,7 @@ void measureUndo(OpenProgram& program) {
   std::vector<double> seconds;
   for (int turn = 0; turn < kTurns; ++turn) {
     const std::wstring before = remote::text(station);
-    // What is typed goes by the editor that was focused last.
-    SendMessageW(station, WM_SETFOCUS, 0, 0);
-    SendMessageW(station, EM_SETSEL, 0, -1);
-    for (const wchar_t letter : std::wstring(L"changed")) SendMessageW(station, WM_CHAR, letter, 1);
-    SendMessageW(program.main(), WM_COMMAND, ID_RECORD_NEXT, 0);
-    require(remote::text(station) != L"changed", "the change was not stored");
+    secondsToChange(program, station, L"changed");
     seconds.push_back(secondsOf([&] {
       program.command(ID_HISTORY_UNDO);
       waitFor([&] { return remote::text(station) == before && answers(program.main()); },
@@ -125,7 +156,7 @@ void measureUndo(OpenProgram& program) {
     }));
     SendMessageW(program.main(), WM_COMMAND, ID_RECORD_NEXT, 0);
   }
-  reportDelay("undo of one change", seconds, kMostUndo);
+  reportDelay("undo of one change", seconds, kMostWait);
 }
 
 // ---- One look at what another program has changed
@@ -238,6 +269,7 @@ void measureSession(const std::wstring& program, const std::wstring& database,
     measureUndo(open);
     measureLook(open, bare, bareDatabase);
   }
+  measureFirstChange(program, database);
   makeNamed(bareDatabase, rows);
   measureNarrowing(program, database, bareDatabase, static_cast<int>(rows));
 }
