@@ -57,8 +57,11 @@ std::optional<std::int64_t> countRecords(const std::string& path, const std::fun
 
 std::function<bool()> untilTimeIsUp() {
   using Clock = std::chrono::steady_clock;
-  constexpr std::chrono::milliseconds kMost{100};
-  return [end = Clock::now() + kMost] { return Clock::now() >= end; };
+  static constexpr std::chrono::milliseconds kMost{100};
+  return [end = std::optional<Clock::time_point>()]() mutable {
+    if (!end) end = Clock::now() + kMost;
+    return Clock::now() >= *end;
+  };
 }
 
 }  // namespace store

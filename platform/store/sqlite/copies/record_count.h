@@ -12,7 +12,7 @@ namespace store {
 /// before each table.
 std::optional<std::int64_t> countRecords(const std::string& path, const std::function<bool()>& isStopped);
 
-/// Stops after the time that somebody waits for a count without noticing.
+/// Stops after the time that somebody waits for a count without noticing, from the first question on.
 std::function<bool()> untilTimeIsUp();
 
 }  // namespace store
