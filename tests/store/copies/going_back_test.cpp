@@ -1,6 +1,7 @@
 // A copy in the place of the database.
 #include "platform/store/sqlite/copies/going_back.h"
 
+#include "platform/store/sqlite/copies/record_count.h"
 #include "platform/store/sqlite/files/durable_file.h"
 #include "tests/store/copies/copies_fixture.h"
 
@@ -283,7 +284,8 @@ TEST_P(GoingBackTest, ADeletedDatabaseCanBeHadBack) {
   ASSERT_TRUE(dropDatabase(utf8Of(path_)));
   ASSERT_EQ(2u, kept().size());
   EXPECT_EQ(CopyReason::databaseDeletion, kept()[0].name.reason);
-  EXPECT_EQ(4, kept()[0].name.records);
+  // There is little time for the count: where the machine has none it is not said.
+  EXPECT_EQ(4, kept()[0].name.records.value_or(*countRecords(kept()[0].path, nullptr)));
   EXPECT_EQ(1u, copies_->databases().size());
   ASSERT_TRUE(putBack(pathOfCopy(0)));
   EXPECT_EQ(present_, contentOf(path_));
