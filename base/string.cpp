@@ -109,6 +109,11 @@ void String::trim() noexcept {
   buffer_[count] = L'\0';
 }
 
+void String::wipe() noexcept {
+  if (buffer_) SecureZeroMemory(buffer_.get(), length() * sizeof(wchar_t));
+  clear();
+}
+
 void String::toUpperCase() noexcept {
   if (buffer_) _wcsupr_l(buffer_.get(), foldingLocale());
 }

@@ -46,6 +46,8 @@ class String {
   /// Becomes a copy of `text`, which may be null (empty) or point into this very String.
   void assign(const wchar_t* text);
   void clear() noexcept { buffer_.reset(); }
+  /// The same, and nothing of the text stays in the memory that it had.
+  void wipe() noexcept;
 
   /// Never null. Valid until the value changes or the String is destroyed.
   const wchar_t* text() const noexcept { return buffer_ ? buffer_.get() : kEmptyText; }

@@ -16,6 +16,7 @@ class [[nodiscard]] Outcome {
     structureChanged,  ///< the tables became others since the recordset was opened: it is to be opened anew
     notNow,            ///< another program holds the file, or it would take more than there may be
     stopped,           ///< the user stopped it
+    passwordWanted,    ///< a server wants a password, or another one than it was given
     other,
   };
 

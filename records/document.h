@@ -324,6 +324,7 @@ class Document : private BusyListener {
   static constexpr wchar_t kQueriesTable[] = L"QuivaneQueries";
   static constexpr wchar_t kGoneElsewhere[] = L"Another program has renamed or deleted it.";
 
+  Outcome openWithPassword(const String& path);
   Outcome openConnection(const String& path);
   /// What came of the choice: `settled` also when there was none to make, `open` when it was put off.
   enum class LostFileEnd { settled, open, otherFile };

@@ -33,9 +33,23 @@ Document::~Document() {
   closeDatabase();
 }
 
+/// Asks the user for the password of a server as long as it wants another one and he gives one.
+Outcome Document::openWithPassword(const String& path) {
+  Outcome opened = database_.open(path);
+  while (opened.cause() == Outcome::Cause::passwordWanted) {
+    pages_.prompts.endProgress();
+    std::optional<String> password = pages_.prompts.askPassword(opened.reason());
+    if (!password) break;
+    const WaitCursor wait;
+    opened = database_.open(path, *password);
+    password->wipe();
+  }
+  return opened;
+}
+
 Outcome Document::openConnection(const String& path) {
   const WaitCursor wait;
-  if (Outcome opened = database_.open(path); !opened) return opened;
+  if (Outcome opened = openWithPassword(path); !opened) return opened;
   Outcome listed;
   database_.listTables(tableNames_, &listed);
   if (!listed) {

@@ -102,6 +102,8 @@ class UserPrompts {
   virtual void returnToFindDialog() = 0;
   /// The user is going to type: the input panel is raised, where there is one.
   virtual void raiseInputPanel() = 0;
+  /// A server's password; `reason` says why it is asked for. None when the user cancels.
+  virtual std::optional<String> askPassword(const String& reason) = 0;
   /// A number from 1 to `highest`; none when the user cancels.
   virtual std::optional<std::uint32_t> askRecordNumber(std::uint32_t highest) = 0;
 };

@@ -20,7 +20,7 @@ packages_program=(cmake ninja-build g++-mingw-w64-x86-64-posix mingw-w64-tools c
 packages_display=(xvfb imagemagick)
 packages_native=(g++ "${packages_headers[@]}" "${packages_odbc_headers[@]}")
 # A server and the way to it; the server's own first cluster, which its package makes and starts, is left alone.
-packages_server=(unixodbc odbc-postgresql postgresql)
+packages_server=(openssl unixodbc odbc-postgresql postgresql)
 packages_test=(googletest "${packages_server[@]}")
 packages_benchmark=(libbenchmark-dev libpq-dev sqlite3)
 packages_fuzz=(cmake ninja-build ccache clang "${packages_headers[@]}" "${packages_odbc_headers[@]}")

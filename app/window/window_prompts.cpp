@@ -9,6 +9,7 @@
 #include "app/window/messages.h"
 #include "app/window/program_state.h"
 #include "dialogs/exchange/export_dialog.h"
+#include "dialogs/password/server_password_dialog.h"
 #include "dialogs/small/go_to.h"
 #include "platform/pocketshell/aygshell.h"
 #include "resources/resource_ids.h"
@@ -216,6 +217,11 @@ LostFileChoice WindowPrompts::askAboutLostFile(const String& path, bool isReplac
                   (isReplaced ? MB_YESNOCANCEL : MB_YESNO) | MB_ICONEXCLAMATION);
   if (answer == IDYES) return LostFileChoice::saveCopy;
   return isReplaced && answer == IDNO ? LostFileChoice::openPresent : LostFileChoice::later;
+}
+
+std::optional<String> WindowPrompts::askPassword(const String& reason) {
+  ServerPasswordDialog dialog(reason);
+  return dialog.run(mainWindow);
 }
 
 std::optional<std::uint32_t> WindowPrompts::askRecordNumber(std::uint32_t highest) {

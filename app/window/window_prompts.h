@@ -19,6 +19,7 @@ class WindowPrompts final : public UserPrompts {
   std::optional<String> chooseFile(FileChoice choice, const String& suggestion = String()) override;
   std::optional<std::uint32_t> chooseSource(const NameList& sources) override;
   LostFileChoice askAboutLostFile(const String& path, bool isReplaced) override;
+  std::optional<String> askPassword(const String& reason) override;
   std::optional<std::uint32_t> askRecordNumber(std::uint32_t highest) override;
   void showFindDialog(FindState& state, NameList fieldNames) override;
   void refillFindDialog() override;

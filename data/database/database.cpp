@@ -26,9 +26,9 @@ void Database::setBusyListener(BusyListener* listener) {
   connection_->setBusyListener(listener);
 }
 
-Outcome Database::open(const String& path) {
+Outcome Database::open(const String& path, const String& password) {
   close();
-  if (Outcome opened = connection_->open(path.text()); !opened) return opened;
+  if (Outcome opened = connection_->open(path.text(), password.text()); !opened) return opened;
   HistoryHandle(*connection_).keep();
   path_ = path;
   isOpen_ = true;

@@ -54,9 +54,9 @@ class Database {
 
   // ---- The file (database.cpp)
 
-  /// Opens the file at `path` after closing the one that is open. Opens no recordset. A failure leaves
-  /// no file open.
-  Outcome open(const String& path);
+  /// Opens the file at `path` after closing the one that is open, with a password for a server that wants
+  /// one. Opens no recordset. A failure leaves no file open.
+  Outcome open(const String& path, const String& password = String());
   /// Closes the file and forgets its path, fields and records. Always true.
   bool close();
   /// Makes a new database file. Whatever the result, no file is open afterwards.

@@ -23,6 +23,7 @@ inline constexpr HRESULT kLocked = static_cast<HRESULT>(0x800A0E92);
 inline constexpr HRESULT kTooLarge = static_cast<HRESULT>(0x800A0E95);
 inline constexpr HRESULT kStructureChanged = static_cast<HRESULT>(0x800A0E94);
 inline constexpr HRESULT kStopped = static_cast<HRESULT>(0x80040E4E);
+inline constexpr HRESULT kPasswordWanted = static_cast<HRESULT>(0x80040E4D);
 inline constexpr HRESULT kChangedElsewhere = static_cast<HRESULT>(0x80040E38);
 
 /// Bits of Field.Attributes.

@@ -39,10 +39,15 @@ int ConnectionHandle::open() {
   return opened ? kOpened : kOpenFailed;
 }
 
-Outcome ConnectionHandle::open(const wchar_t* path) {
+Outcome ConnectionHandle::open(const wchar_t* path, const wchar_t* password) {
   if (!connection_) return noObject();
   setConnectionString(path);
-  return open() == kOpened ? Outcome() : Outcome::failure(takeLastErrorText());
+  close();
+  const UniqueBstr secret = makeBstr(password);
+  const HRESULT result = connection_->Open(nullptr, nullptr, secret.get(), kConnectUnspecified);
+  Outcome opened = outcomeOf(result);
+  SecureZeroMemory(secret.get(), SysStringByteLen(secret.get()));
+  return opened;
 }
 
 void ConnectionHandle::close() {

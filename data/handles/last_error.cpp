@@ -20,6 +20,8 @@ Outcome::Cause causeOf(HRESULT result) {
       return Outcome::Cause::structureChanged;
     case kStopped:
       return Outcome::Cause::stopped;
+    case kPasswordWanted:
+      return Outcome::Cause::passwordWanted;
     case kLocked:
     case kTooLarge:
       return Outcome::Cause::notNow;

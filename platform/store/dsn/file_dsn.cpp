@@ -164,8 +164,13 @@ Status readFileDsn(std::string_view bytes, FileDsn* dsn) {
 
 std::string connectionTextOf(const FileDsn& dsn) {
   std::string text;
+  // No longer text is moved about in memory, where a password would stay.
+  std::size_t most = 0;
+  for (const FileDsn::Entry& entry : dsn.entries) most += entry.keyword.size() + 2 * entry.value.size() + 4;
+  text.reserve(most);
   for (const FileDsn::Entry& entry : dsn.entries) {
-    const bool isPlain = entry.value.find_first_of("[]{}(),;?*=!@ \t") == std::string::npos;
+    // Without braces PostgreSQL's driver takes a plus for a blank, and signs out of per cents.
+    const bool isPlain = entry.value.find_first_of("[]{}(),;?*=!@+% \t") == std::string::npos;
     text += entry.keyword + "=";
     if (isPlain && !equalsIgnoringCase(entry.keyword, "DRIVER")) {
       text += entry.value;

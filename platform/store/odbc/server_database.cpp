@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "platform/store/odbc/driver/answer.h"
+#include "platform/store/odbc/session_passwords.h"
 #include "platform/store/rows/ascii_case.h"
 
 namespace store {
@@ -10,6 +11,13 @@ namespace store {
 namespace {
 
 constexpr std::string_view kProduct = "PostgreSQL";
+
+Status checkProduct(const OdbcSession& session) {
+  const std::string product = session.productName();
+  if (product == kProduct) return {};
+  return {ErrorCode::cannotOpen, "The server is " + (product.empty() ? "unknown" : product) +
+                                     "; only those can be opened that speak PostgreSQL's SQL."};
+}
 
 const char* orderOf(DateOrder order) {
   switch (order) {
@@ -30,6 +38,14 @@ std::vector<std::string> settingsFor(DateOrder order) {
           "SET standard_conforming_strings TO on; SET client_min_messages TO warning"};
 }
 
+bool isPasswordKeyword(std::string_view keyword) {
+  return equalsIgnoringCase(keyword, "PWD") || equalsIgnoringCase(keyword, "PASSWORD");
+}
+
+bool hasPassword(const FileDsn& dsn) {
+  return dsn.find("PWD") != nullptr || dsn.find("PASSWORD") != nullptr;
+}
+
 void addUnlessGiven(FileDsn* dsn, std::string_view keyword, std::string_view value) {
   if (dsn->find(keyword) == nullptr) dsn->entries.push_back({std::string(keyword), std::string(value)});
 }
@@ -39,6 +55,10 @@ void addUnlessGiven(FileDsn* dsn, std::string_view keyword, std::string_view val
 /// are its user's own, and that a server whose machine or line is dead is found out within ten seconds.
 FileDsn completed(const FileDsn& dsn) {
   FileDsn complete = dsn;
+  // As the system's own tools leave it for a user who is to be asked.
+  std::erase_if(complete.entries, [](const FileDsn::Entry& entry) {
+    return isPasswordKeyword(entry.keyword) && entry.value.empty();
+  });
   const std::string* driver = dsn.find("DRIVER");
   const bool isKnown = driver != nullptr && lowerCase(*driver).find("postgres") != std::string::npos;
   if (!isKnown) return complete;
@@ -54,18 +74,27 @@ FileDsn completed(const FileDsn& dsn) {
 
 Status openServerDatabase(const FileDsn& dsn, const ServerOptions& options,
                           std::unique_ptr<Backend>* backend) {
-  auto connection =
-      std::make_unique<OdbcConnection>(connectionTextOf(completed(dsn)), settingsFor(options.dateOrder));
+  FileDsn complete = completed(dsn);
+  const std::string link = connectionTextOf(complete);
+  const bool hasOwnPassword = hasPassword(complete);
+  const std::optional<std::string> password =
+      hasOwnPassword || options.password ? options.password : rememberedPassword(link);
+  if (!hasOwnPassword && password) complete.entries.push_back({"PWD", *password});
+  auto connection = std::make_unique<OdbcConnection>(connectionTextOf(complete),
+                                                     settingsFor(options.dateOrder), checkProduct);
   connection->askWhileBusy(options.question);
-  if (Status status = connection->ensureOpen(); !status) return status;
-  const std::string product = connection->session()->productName();
-  if (product != kProduct) {
-    return {ErrorCode::cannotOpen, "The server is " + (product.empty() ? "unknown" : product) +
-                                       "; only those can be opened that speak PostgreSQL's SQL."};
+  if (Status status = connection->ensureOpen(); !status) {
+    if (status.code() != ErrorCode::passwordWanted) return status;
+    if (hasOwnPassword)
+      return {ErrorCode::cannotOpen, "The server does not take the link's password: " + status.message()};
+    forgetPassword(link);
+    if (!password) return {ErrorCode::passwordWanted, "The server wants a password."};
+    return {ErrorCode::passwordWanted, "The server does not take the password: " + status.message()};
   }
   Answer answer;
   if (Status status = ask(*connection, "SHOW transaction_read_only", {}, &answer); !status) return status;
   const bool isReadOnly = !answer.empty() && answer[0][0] == "on";
+  if (!hasOwnPassword && password) rememberPassword(link, *password);
   *backend = std::make_unique<ServerBackend>(std::move(connection), isReadOnly, options.fileStatements);
   return {};
 }

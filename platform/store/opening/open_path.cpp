@@ -16,6 +16,7 @@ Status openPath(const std::string& path, const OpenOptions& options, std::unique
   ServerOptions server;
   server.dateOrder = options.dateOrder;
   server.question = options.question;
+  server.password = options.password;
   // The link that is open is a link, and not deleted anyway.
   server.fileStatements = [](const Statement& statement) { return runDatabaseStatement(statement, {}); };
   return openServerDatabase(dsn, server, backend);

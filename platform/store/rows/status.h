@@ -22,6 +22,7 @@ enum class ErrorCode {
   noTable,          ///< a table that does not exist, or a SELECT without a table
   tableExists,
   cannotOpen,        ///< a file that is missing, not a file, not a database, or damaged at its head
+  passwordWanted,    ///< the server lets its user in only with a password, or not with the one that was given
   fileExists,        ///< CREATE DATABASE on a path that is taken
   locked,            ///< another program held the database for longer than the wait
   readOnly,          ///< the file, the table or the field can't be written

@@ -94,6 +94,11 @@ TEST(FileDsnTest, APlainValueNeedsNoBracesButADriversHasThem) {
             connectionTextOf(read("[ODBC]\nDRIVER=d\nSERVER=127.0.0.1\nPORT=5432\nUID=\n")));
 }
 
+TEST(FileDsnTest, SignsThatADriverReadsOtherwiseOutsideBracesStandInThem) {
+  EXPECT_EQ("DRIVER={d};PWD={a+b};UID={c%41};",
+            connectionTextOf(read("[ODBC]\nDRIVER=d\nPWD=a+b\nUID=c%41\n")));
+}
+
 TEST(FileDsnTest, TheFirstOfTwoCountsAndAnotherSectionIsNotRead) {
   const FileDsn dsn =
       read("[ODBC]\nDRIVER=d\nUID=first\nuid=second\n[Others]\nno line of ours\nSAVEFILE=x\n");

@@ -64,13 +64,14 @@ class PasswordTest : public DialogTest {
   /// How often a password dialog was opened.
   int dialogCount() const { return dialogCount_; }
 
- private:
+  /// Runs what opens the dialogs.
   void run(const std::function<void()>& command) {
     const DialogScript script([this](HWND dialog) { answer(dialog); });
     command();
     EXPECT_TRUE(steps_.empty()) << "a dialog was not opened";
   }
 
+ private:
   void answer(HWND dialog) {
     ++dialogCount_;
     if (steps_.empty()) return DialogScript::close(dialog, IDCANCEL);

@@ -62,6 +62,13 @@ struct FakePrompts final : UserPrompts {
     lostFileChoices.pop_front();
     return choice;
   }
+  std::optional<String> askPassword(const String& reason) override {
+    passwordReasons.emplace_back(reason.text());
+    if (passwords.empty()) return std::nullopt;
+    String given(passwords.front().c_str());
+    passwords.pop_front();
+    return given;
+  }
   std::optional<std::uint32_t> askRecordNumber(std::uint32_t highest) override {
     highestNumber = highest;
     return number;
@@ -102,11 +109,13 @@ struct FakePrompts final : UserPrompts {
   int typedCount = 0;
 
   // What he answers
-  bool isTyping = false;                       ///< a key of his waits to be taken
-  bool agrees = false;                         ///< to what he is asked
-  std::optional<String> file;                  ///< which he names
-  std::optional<std::uint32_t> number;         ///< the record's that he wants
-  std::optional<std::uint32_t> source = 0;     ///< which of what he is offered he writes out
+  bool isTyping = false;                    ///< a key of his waits to be taken
+  bool agrees = false;                      ///< to what he is asked
+  std::optional<String> file;               ///< which he names
+  std::optional<std::uint32_t> number;      ///< the record's that he wants
+  std::optional<std::uint32_t> source = 0;  ///< which of what he is offered he writes out
+  std::deque<std::wstring> passwords;       ///< one for each question, none behind the last
+  std::vector<std::wstring> passwordReasons;
   std::deque<LostFileChoice> lostFileChoices;  ///< one for each question, later behind the last
   std::function<void(FindState&)> setFind = [](FindState&) {};  ///< what he enters for a search
   std::function<bool(std::uint32_t, std::uint32_t)> goesOnSearching = [](std::uint32_t, std::uint32_t) {

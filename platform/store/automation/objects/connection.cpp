@@ -10,6 +10,7 @@
 #include "platform/store/automation/values/text.h"
 #include "platform/store/automation/values/variant_values.h"
 #include "platform/store/opening/open_path.h"
+#include "platform/store/rows/secret_text.h"
 #include "platform/store/sql/dialect.h"
 #include "platform/store/sqlite/database_file.h"
 
@@ -103,14 +104,14 @@ HRESULT ConnectionObject::put_Provider(BSTR name) {
   });
 }
 
-HRESULT ConnectionObject::Open(BSTR connectionString, BSTR, BSTR, long) {
+HRESULT ConnectionObject::Open(BSTR connectionString, BSTR, BSTR password, long) {
   return call([&]() -> Outcome {
     const std::wstring_view given = viewOf(connectionString);
-    return open(given.empty() ? connectionString_ : std::wstring(given));
+    return open(given.empty() ? connectionString_ : std::wstring(given), viewOf(password));
   });
 }
 
-Outcome ConnectionObject::open(const std::wstring& connectionString) {
+Outcome ConnectionObject::open(const std::wstring& connectionString, std::wstring_view password) {
   if (isOpen()) return {kObjectOpen, "The connection is open already."};
   const ConnectionTarget target = readConnectionString(connectionString);
   if (Outcome outcome = checkProvider(target.provider); !outcome) return outcome;
@@ -122,9 +123,11 @@ Outcome ConnectionObject::open(const std::wstring& connectionString) {
     path = fullPathOf(target.path);
     store::OpenOptions options = userOptions();
     options.question = question_;
+    if (!password.empty()) options.password = utf8Of(std::wstring(password));
     options.copies = copies_;
     options.isReadOnly = copies_ != nullptr && copies_->isCopy(utf8Of(path));
     store::Status status = store::openPath(utf8Of(path), options, &backend);
+    if (options.password) store::wipe(&*options.password);
     if (!status) return status;
   }
   connectionString_ = connectionString;

@@ -141,7 +141,7 @@ class ConnectionObject final : public AutomationObject<IAdoceConnection>,
   store::ChangeHistory* history() const;
 
   /// Opens by the text; it is the connection string afterwards when that succeeds.
-  Outcome open(const std::wstring& connectionString);
+  Outcome open(const std::wstring& connectionString, std::wstring_view password = {});
 
   std::wstring connectionString_;
   std::wstring databasePath_;  // of the open database, whatever became of the current folder; else empty

@@ -45,6 +45,8 @@ HRESULT resultOf(store::ErrorCode code) {
       return oleDbError(0x3F);
     case ErrorCode::cannotOpen:
       return objectModelError(3002);
+    case ErrorCode::passwordWanted:
+      return oleDbError(0x4D);
     case ErrorCode::damaged:
       return objectModelError(3003);
     case ErrorCode::changedElsewhere:

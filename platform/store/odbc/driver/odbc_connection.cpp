@@ -23,7 +23,7 @@ Status OdbcConnection::connect(const std::shared_ptr<OdbcSession>& session) {
   const auto outcome = std::make_shared<Status>();
   CallThread thread;
   thread.begin([session, outcome, text = connectionText_] {
-    *outcome = session->connect(text);
+    *outcome = session->connect(text->text());
     return *outcome ? SQL_SUCCESS : SQL_ERROR;
   });
   const auto deadline = std::chrono::steady_clock::now() + kConnectPatience;
@@ -44,6 +44,9 @@ Status OdbcConnection::ensureOpen() {
   if (Status status = findOdbc(&functions); !status) return status;
   auto session = std::make_shared<OdbcSession>(*functions);
   if (Status status = connect(session); !status) return status;
+  if (check_ != nullptr) {
+    if (Status status = check_(*session); !status) return status;
+  }
   {
     const std::lock_guard<std::mutex> lock(mutex_);
     session_ = std::move(session);

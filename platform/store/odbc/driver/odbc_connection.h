@@ -11,6 +11,7 @@
 #include "platform/store/odbc/driver/call_thread.h"
 #include "platform/store/odbc/driver/odbc_session.h"
 #include "platform/store/rows/busy.h"
+#include "platform/store/rows/secret_text.h"
 #include "platform/store/rows/status.h"
 
 namespace store {
@@ -19,9 +20,14 @@ namespace store {
 /// another. Everything but stop() is called by one thread.
 class OdbcConnection {
  public:
-  /// `settings` are statements that each conversation begins with.
-  OdbcConnection(std::string connectionText, std::vector<std::string> settings)
-      : connectionText_(std::move(connectionText)), settings_(std::move(settings)) {}
+  /// Whether the server at the other end is one that can be talked with.
+  using ServerCheck = Status (*)(const OdbcSession& session);
+
+  /// `settings` are statements that each conversation begins with, behind the check of the server.
+  OdbcConnection(std::string connectionText, std::vector<std::string> settings, ServerCheck check = nullptr)
+      : connectionText_(std::make_shared<SecretText>(std::move(connectionText))),
+        settings_(std::move(settings)),
+        check_(check) {}
   OdbcConnection(const OdbcConnection&) = delete;
   OdbcConnection& operator=(const OdbcConnection&) = delete;
 
@@ -35,7 +41,7 @@ class OdbcConnection {
   std::uint64_t conversations() const { return conversations_; }
   /// A way to the same server for another thread, where nobody is asked.
   std::unique_ptr<OdbcConnection> another() const {
-    return std::make_unique<OdbcConnection>(connectionText_, settings_);
+    return std::make_unique<OdbcConnection>(connectionText_->text(), settings_, check_);
   }
   /// To be told when the server doesn't answer any more.
   void lose();
@@ -60,8 +66,9 @@ class OdbcConnection {
  private:
   Status connect(const std::shared_ptr<OdbcSession>& session);
 
-  std::string connectionText_;
+  std::shared_ptr<const SecretText> connectionText_;  // with the password
   std::vector<std::string> settings_;
+  ServerCheck check_;
   BusyQuestion question_;
   std::unique_ptr<CallThread> thread_;  // once somebody was to be asked
   std::mutex mutex_;                    // of session_, which stop() uses from another thread

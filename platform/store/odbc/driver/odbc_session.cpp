@@ -4,6 +4,7 @@
 #include <array>
 
 #include "platform/store/odbc/driver/odbc_text.h"
+#include "platform/store/rows/secret_text.h"
 
 namespace store {
 
@@ -13,6 +14,13 @@ constexpr std::uintptr_t kLoginSeconds = 8;
 
 SQLPOINTER pointerOf(std::uintptr_t number) {
   return reinterpret_cast<SQLPOINTER>(number);
+}
+
+/// PostgreSQL's driver calls every refusal the same; what its library says of a missing password begins like
+/// this in each language.
+bool wantsPassword(const Diagnosis& diagnosis) {
+  const auto says = [&](const char* text) { return diagnosis.message.find(text) != std::string::npos; };
+  return diagnosis.state.starts_with("28") || says("fe_sendauth") || says("authentication failed");
 }
 
 }  // namespace
@@ -37,11 +45,13 @@ Status OdbcSession::connect(const std::string& connectionText) {
   const SQLRETURN result =
       functions_.driverConnect(connection_, nullptr, wideOf(text), static_cast<SQLSMALLINT>(text.size()),
                                nullptr, 0, &length, SQL_DRIVER_NOPROMPT);
+  wipe(&text);
   if (SQL_SUCCEEDED(result)) {
     isConnected_ = true;
     return {};
   }
   const Diagnosis diagnosis = diagnose(functions_, SQL_HANDLE_DBC, connection_);
+  if (wantsPassword(diagnosis)) return {ErrorCode::passwordWanted, diagnosis.message};
   return {ErrorCode::cannotOpen, "The server's database can't be opened: " + statusOf(diagnosis).message()};
 }
 

@@ -19,7 +19,8 @@ class OdbcSession {
   OdbcSession(const OdbcSession&) = delete;
   OdbcSession& operator=(const OdbcSession&) = delete;
 
-  /// Connects, and gives up after some seconds. cannotOpen, or what the driver says.
+  /// Connects, and gives up after some seconds. cannotOpen; passwordWanted, with the driver's words, when the
+  /// server wants a password or not this one.
   Status connect(const std::string& connectionText);
 
   const OdbcFunctions& functions() const { return functions_; }

@@ -2,6 +2,8 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
+#include <string>
 
 #include "platform/store/rows/backend.h"
 #include "platform/store/rows/case_folding.h"
@@ -27,6 +29,8 @@ struct OpenOptions {
   const CaseFolding& (*folding)() = asciiCapitals;
   /// Never written to, whatever the system would let do.
   bool isReadOnly = false;
+  /// Of the user of a server, for a link that has none; a file has no password.
+  std::optional<std::string> password = std::nullopt;
   /// Where the state before the first change is kept; null keeps none.
   std::shared_ptr<CopyFolder> copies = nullptr;
 };

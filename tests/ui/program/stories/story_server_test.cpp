@@ -2,6 +2,7 @@
 #include "base/settings/options.h"
 #include "dialogs/copies/go_back_ids.h"
 #include "dialogs/find/find_dialog_ids.h"
+#include "dialogs/password/password_ids.h"
 #include "dialogs/query/query_dialog_ids.h"
 #include "dialogs/table/new_field_ids.h"
 #include "dialogs/table/new_table_ids.h"
@@ -81,6 +82,17 @@ class ServerStory : public StoryTest {
         << testing::PrintToString(remote::itemTexts(remote::shownPage(user.main())));
   }
 
+  /// Makes the link one of a user who needs the password "right one", which it lacks. Returns what is in it.
+  std::string lockLink() const {
+    runOnServer(
+        "DO $$ BEGIN IF NOT EXISTS (SELECT FROM pg_roles WHERE rolname = 'quivane_locked') THEN CREATE ROLE "
+        "quivane_locked LOGIN; END IF; END $$; ALTER ROLE quivane_locked PASSWORD 'right one'",
+        "postgres");
+    std::string link = store::linkTo(database_.name());
+    link.replace(link.find("UID=quivane"), 11, "UID=quivane_locked");
+    testsupport::writeFile(database_.link(), link);
+    return link;
+  }
   /// Answers the box that tells of a lost connection.
   static void answerLoss(User& user, int button) {
     const std::wstring text = remote::messageBoxText(user.dialog(L"Quivane"));
@@ -264,6 +276,43 @@ TEST_P(ServerStory, GoingBackHasNothingToOfferAndLeavesTheLinkAsItIs) {
   awaitShown(user, kName, L"Ada Lovelace");
   endHere(user);
   EXPECT_EQ("Ada Lovelace 1815 false, Grace 1906 false, Barbara 1939 true", people());
+}
+
+TEST_P(ServerStory, APasswordThatTheLinkLacksIsAskedForOnceAndStoredNowhere) {
+  makePeople();
+  const std::string link = lockLink();
+  onServer("GRANT SELECT ON \"People\" TO quivane_locked");
+  User& user = launch(database_.link());
+  HWND question = user.dialog(L"Server Password");
+  EXPECT_EQ(remote::text(remote::control(question, IDC_PASSWORD_REASON)), L"The server wants a password.");
+  user.fill(question, IDC_PASSWORD, L"wrong");
+  user.accept(question);
+  question = user.dialog(L"Server Password");
+  EXPECT_THAT(remote::text(remote::control(question, IDC_PASSWORD_REASON)),
+              testing::StartsWith(L"The server does not take the password: "));
+  user.fill(question, IDC_PASSWORD, L"right one");
+  user.accept(question);
+  awaitDatabase();
+  awaitNames(user, {L"People"});
+  // The next opening asks for none.
+  user.choose(ID_DATABASE_CLOSE);
+  user.choose(ID_DATABASE_OPEN);
+  user.chooseFile(database_.link());
+  awaitNames(user, {L"People"});
+  user.exit();
+  EXPECT_EQ(program().exitCode(), 0u);
+  EXPECT_EQ(testsupport::contentOf(database_.link()), link);
+}
+
+TEST_P(ServerStory, WhoGivesNoPasswordIsToldThatNothingWasOpened) {
+  lockLink();
+  User& user = launch(database_.link());
+  user.leave(user.dialog(L"Server Password"));
+  const std::wstring text = remote::messageBoxText(user.dialog(L"Quivane"));
+  EXPECT_THAT(text, testing::HasSubstr(L"could not be opened.\nThe server wants a password."));
+  user.answer(L"Quivane", text, IDOK);
+  user.exit();
+  EXPECT_EQ(program().exitCode(), 0u);
 }
 
 TELL_WITH_BOTH_HANDS(ServerStory);
