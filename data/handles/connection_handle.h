@@ -34,8 +34,8 @@ class ConnectionHandle {
   bool setConnectionString(const wchar_t* text);
   /// Closes the connection first if it is open. kOpened or kOpenFailed.
   int open();
-  /// The same with `path` as the connection string and a password for a server that wants one, and says why it
-  /// failed.
+  /// The same with `path` as the connection string and a password for a server that wants one, and says why
+  /// it failed.
   Outcome open(const wchar_t* path, const wchar_t* password = L"");
   void close();
   /// Runs a statement. `recordsAffected`, if given, receives how many records it changed (untouched

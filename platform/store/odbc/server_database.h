@@ -24,8 +24,8 @@ struct ServerOptions {
 
 /// Opens the server's database that the link names. cannotOpen when there is no ODBC, no such driver, no such
 /// server or database, when it doesn't let the user in, or when the server doesn't speak PostgreSQL's SQL.
-/// passwordWanted, with the reason for the user, when the link has no password and the server wants one, or not
-/// the one of `options`. On failure `*backend` is untouched.
+/// passwordWanted, with the reason for the user, when the link has no password and the server wants one, or
+/// not the one of `options`. On failure `*backend` is untouched.
 Status openServerDatabase(const FileDsn& dsn, const ServerOptions& options,
                           std::unique_ptr<Backend>* backend);
 
