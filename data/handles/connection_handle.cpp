@@ -43,10 +43,11 @@ Outcome ConnectionHandle::open(const wchar_t* path, const wchar_t* password) {
   if (!connection_) return noObject();
   setConnectionString(path);
   close();
-  const UniqueBstr secret = makeBstr(password);
+  UniqueBstr secret;
+  if (*password != L'\0') secret = makeBstr(password);
   const HRESULT result = connection_->Open(nullptr, nullptr, secret.get(), kConnectUnspecified);
   Outcome opened = outcomeOf(result);
-  SecureZeroMemory(secret.get(), SysStringByteLen(secret.get()));
+  if (secret) SecureZeroMemory(secret.get(), SysStringByteLen(secret.get()));
   return opened;
 }
 
