@@ -2,21 +2,18 @@
 #include <vector>
 
 #include "benchmarks/bench_main.h"
+#include "benchmarks/turns.h"
 
 namespace {
 
-double medianOf(std::vector<double> seconds) {
-  std::sort(seconds.begin(), seconds.end());
-  return seconds[seconds.size() / 2];
-}
-
 /// The ratios of the turns, from the least to the greatest.
-void reportSpread(const std::vector<double>& engine, const std::vector<double>& bare) {
+void reportSpread(const bench::Turns& turns) {
   std::vector<double> ratios;
-  for (std::size_t turn = 0; turn < engine.size(); ++turn) ratios.push_back(engine[turn] / bare[turn]);
+  for (std::size_t turn = 0; turn < turns.engine.size(); ++turn)
+    ratios.push_back(turns.engine[turn] / turns.bare[turn]);
   const auto [least, most] = std::minmax_element(ratios.begin(), ratios.end());
   std::printf("  %30s %d turns, ratios from %.2f to %.2f, median %.2f\n", "", static_cast<int>(ratios.size()),
-              *least, *most, medianOf(ratios));
+              *least, *most, bench::medianOf(ratios));
 }
 
 }  // namespace
@@ -26,16 +23,10 @@ int main(int argc, char** argv) {
   if (!bench::readArguments(argc, argv, &arguments)) return 2;
   bool within = true;
   for (const bench::Measure& measure : bench::allMeasures(arguments)) {
-    std::vector<double> engine;
-    std::vector<double> bare;
-    measure.engine();
-    measure.bare();
-    for (int round = 0; round < measure.rounds; ++round) {
-      engine.push_back(measure.engine());
-      bare.push_back(measure.bare());
-    }
-    within &= bench::report(measure, medianOf(engine), medianOf(bare), arguments.figuresPath);
-    reportSpread(engine, bare);
+    const bench::Turns turns = bench::takeTurns(measure);
+    within &= bench::report(measure, bench::medianOf(turns.engine), bench::medianOf(turns.bare),
+                            arguments.figuresPath);
+    reportSpread(turns);
   }
   within &= bench::reportMemory(arguments.path);
   within &= bench::reportMatches(arguments.path);

@@ -133,11 +133,6 @@ HWND openFind(OpenProgram& program) {
   return dialog;
 }
 
-double medianOf(std::vector<double> values) {
-  std::sort(values.begin(), values.end());
-  return values[values.size() / 2];
-}
-
 void report(const char* name, const std::vector<double>& ours, const std::vector<double>& theirs,
             double limit) {
   std::vector<double> ratios;

@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "benchmarks/turns.h"
+
 /// The measuring of the real program from outside, by its windows alone.
 namespace outside {
 
@@ -71,7 +73,7 @@ void setBox(HWND dialog, int id, bool checked);
 /// The box over a dialog, null when there is none. While it is there the dialog itself takes no input.
 HWND boxOver(HWND dialog, DWORD processId);
 
-double medianOf(std::vector<double> values);
+using bench::medianOf;
 /// Prints both medians and their ratio beside its limit.
 void report(const char* name, const std::vector<double>& ours, const std::vector<double>& theirs,
             double limit);

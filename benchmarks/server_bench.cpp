@@ -1,20 +1,11 @@
 // server_bench RECORDS: the engine over a server's database, beside the server's own library. Run by
 // tests/server/with-server.
-#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 
 #include "benchmarks/server_measures.h"
-
-namespace {
-
-double medianOf(std::vector<double> seconds) {
-  std::sort(seconds.begin(), seconds.end());
-  return seconds[seconds.size() / 2];
-}
-
-}  // namespace
+#include "benchmarks/turns.h"
 
 int main(int argc, char** argv) {
   const char* port = std::getenv("QUIVANE_TEST_SERVER");
@@ -27,15 +18,8 @@ int main(int argc, char** argv) {
       std::filesystem::temp_directory_path() / (std::string("bench-") + port + ".cdb");
   bool within = true;
   for (const bench::Measure& measure : bench::makeServerMeasures(port, link.string(), count)) {
-    std::vector<double> engine;
-    std::vector<double> bare;
-    measure.engine();
-    measure.bare();
-    for (int round = 0; round < measure.rounds; ++round) {
-      engine.push_back(measure.engine());
-      bare.push_back(measure.bare());
-    }
-    within &= bench::report(measure, medianOf(engine), medianOf(bare), {});
+    const bench::Turns turns = bench::takeTurns(measure);
+    within &= bench::report(measure, bench::medianOf(turns.engine), bench::medianOf(turns.bare), {});
   }
   std::filesystem::remove(link);
   return within ? 0 : 3;
