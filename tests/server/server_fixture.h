@@ -74,4 +74,21 @@ class StoreTest : public testing::Test {
   std::shared_ptr<Backend> backend_;
 };
 
+/// Of tests with a table of a single row.
+class ServerRowTest : public StoreTest {
+ protected:
+  /// The table t with one row, which is opened.
+  void openRow(const std::string& columns, const std::string& values) {
+    runOnServer("CREATE TABLE t (k integer PRIMARY KEY, " + columns + ")", database_);
+    runOnServer("INSERT INTO t VALUES (1, " + values + ")", database_);
+    open();
+    rows_ = records("Select * from [t]");
+    ASSERT_NE(nullptr, rows_);
+    ASSERT_EQ(1, rows_->recordCount());
+  }
+  std::string onServer(const std::string& sql) { return OtherProgram(path_).ask(sql); }
+
+  std::unique_ptr<Recordset> rows_;
+};
+
 }  // namespace store

@@ -1,0 +1,163 @@
+// The conversation with a server: lost, stopped, not answered and not to be had.
+#include <chrono>
+#include <thread>
+
+#include "platform/store/dsn/file_dsn.h"
+#include "platform/store/odbc/driver/odbc_statement.h"
+#include "tests/server/server_fixture.h"
+
+namespace store {
+namespace {
+
+class ServerConnectionTest : public ServerRowTest {};
+
+TEST_F(ServerConnectionTest, AConnectionThatWasLostIsToldOnceAndBeginsAnew) {
+  openRow("a text", "'a'");
+  EXPECT_EQ("a", textOf(*rows_, 1));
+  const auto result = records("SELECT max(a) FROM t");
+  runOnServer(
+      "SELECT pg_terminate_backend(pid) FROM pg_stat_activity WHERE pid <> pg_backend_pid() AND datname = '" +
+          database_ + "'",
+      "postgres");
+  ASSERT_TRUE(rows_->setValue(1, std::string("typed")));
+  const Status lost = rows_->update();
+  EXPECT_EQ(ErrorCode::inputOutput, lost.code());
+  EXPECT_NE(std::string::npos, lost.message().find("connection to the server was lost")) << lost.message();
+  EXPECT_EQ("typed", textOf(*rows_, 1));
+  EXPECT_TRUE(rows_->update());
+  EXPECT_EQ("typed", onServer("SELECT a FROM t"));
+  Cell cell;
+  EXPECT_EQ(ErrorCode::structureChanged, result->cell(0, &cell).code()) << "what the server kept is gone";
+}
+
+TEST_F(ServerConnectionTest, ALongStatementIsStoppedByWhoIsAsked) {
+  openRow("a integer", "1");
+  bool wasAsked = false;
+  backend_->askWhileBusy([&](Busy) {
+    wasAsked = true;
+    return true;
+  });
+  const auto start = std::chrono::steady_clock::now();
+  std::unique_ptr<Recordset> none;
+  EXPECT_EQ(ErrorCode::stopped,
+            tryOpen("SELECT max(i) FROM (SELECT pg_sleep(60), a AS i FROM t) AS s", &none).code());
+  EXPECT_TRUE(wasAsked);
+  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(10));
+  backend_->askWhileBusy({});
+  EXPECT_EQ("1", columnOf("SELECT a FROM t"));
+}
+
+TEST_F(ServerConnectionTest, AStatementIsStoppedFromAnotherThread) {
+  openRow("a integer", "1");
+  std::thread stopper([this] {
+    // It has to be running before it can be stopped.
+    while (
+        OtherProgram(path_).ask("SELECT count(*) FROM pg_stat_activity WHERE state = 'active' AND query LIKE "
+                                "'%pg_sleep(60)%' AND query NOT LIKE '%pg_stat_activity%'") == "0") {
+    }
+    backend_->stop();
+  });
+  std::unique_ptr<Recordset> none;
+  EXPECT_EQ(ErrorCode::stopped,
+            tryOpen("SELECT max(i) FROM (SELECT pg_sleep(60), a AS i FROM t) AS s", &none).code());
+  stopper.join();
+}
+
+TEST_F(ServerConnectionTest, AServerThatIsRestartedInTheMidstOfAWalkLosesNothingAndShowsNoOtherRow) {
+  runOnServer("CREATE TABLE t (k integer PRIMARY KEY, v text)", database_);
+  runOnServer("INSERT INTO t SELECT i, 'row ' || i FROM generate_series(1, 60) i", database_);
+  open();
+  const auto rows = records("Select * from [t]");
+  ASSERT_EQ(60, rows->recordCount());
+  int failures = 0;
+  // An operation may fail as long as the server is away, and then says so.
+  const auto untilDone = [&](const auto& operation) {
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(30);
+    for (Status status = operation(); !status; status = operation()) {
+      ++failures;
+      ASSERT_TRUE(status.code() == ErrorCode::inputOutput || status.code() == ErrorCode::cannotOpen)
+          << status.message();
+      ASSERT_LT(std::chrono::steady_clock::now(), deadline) << status.message();
+    }
+  };
+  // Once before reading and once after it.
+  for (int number = 1; number <= 60; ++number) {
+    if (number % 20 == 10) {
+      ASSERT_NO_FATAL_FAILURE(restartServer());
+    }
+    Cell cell;
+    ASSERT_NO_FATAL_FAILURE(untilDone([&] { return rows->cell(1, &cell); }));
+    ASSERT_EQ("row " + std::to_string(number), cell.bytes);
+    if (number % 20 == 15) {
+      ASSERT_NO_FATAL_FAILURE(restartServer());
+    }
+    ASSERT_TRUE(rows->setValue(1, "new " + std::to_string(number)));
+    ASSERT_NO_FATAL_FAILURE(untilDone([&] { return rows->update(); }));
+    ASSERT_NO_FATAL_FAILURE(untilDone([&] { return rows->moveNext(); }));
+  }
+  EXPECT_GT(failures, 0) << "the server was never away";
+  EXPECT_EQ("60", onServer("SELECT count(*) FROM t WHERE v = 'new ' || k"));
+}
+
+TEST_F(ServerConnectionTest, AServerThatDoesNotAnswerIsGivenUpWhenTheUserWants) {
+  openRow("a text", "'a'");
+  const std::string server = columnOf("SELECT pg_backend_pid() FROM t");
+  runOnServer("COPY (SELECT 1) TO PROGRAM 'cat >/dev/null; kill -STOP " + server + "'", "postgres");
+  const auto start = std::chrono::steady_clock::now();
+  backend_->askWhileBusy(
+      [&](Busy) { return std::chrono::steady_clock::now() - start > std::chrono::seconds(1); });
+  Cell cell;
+  const Status status = rows_->cell(1, &cell);
+  EXPECT_EQ(ErrorCode::stopped, status.code()) << status.message();
+  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(10));
+  backend_->askWhileBusy({});
+  ASSERT_TRUE(rows_->cell(1, &cell)) << "the next action connects anew";
+  EXPECT_EQ("a", cell.bytes);
+}
+
+TEST_F(ServerConnectionTest,
+       AServerThatDoesNotAnswerTheCallerIsGivenUpWithinTenSecondsAndAtOnceWhenTheUserWants) {
+  FileDsn dsn;
+  ASSERT_TRUE(readFileDsn(linkTo("postgres"), &dsn));
+  OdbcConnection inside(connectionTextOf(dsn), {});
+  const auto signal = [&inside](const std::string& name) {
+    OdbcStatement statement(inside);
+    return statement.run("COPY (SELECT 1) TO PROGRAM 'cat >/dev/null; kill -" + name +
+                         " $(head -n 1 postmaster.pid)'");
+  };
+  ASSERT_TRUE(signal("STOP"));
+  auto start = std::chrono::steady_clock::now();
+  OpenOptions options;
+  options.question = [&](Busy) { return std::chrono::steady_clock::now() - start > std::chrono::seconds(1); };
+  std::unique_ptr<Backend> backend;
+  const Status stopped = openPath(utf8Of(path_), options, &backend);
+  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(3));
+  EXPECT_EQ(ErrorCode::stopped, stopped.code()) << stopped.message();
+  start = std::chrono::steady_clock::now();
+  const Status gaveUp = openPath(utf8Of(path_), {}, &backend);
+  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(11));
+  EXPECT_EQ(ErrorCode::cannotOpen, gaveUp.code()) << gaveUp.message();
+  ASSERT_TRUE(signal("CONT"));
+  EXPECT_TRUE(openPath(utf8Of(path_), {}, &backend)) << "afterwards it answers again";
+}
+
+TEST_F(ServerConnectionTest, WhatCannotBeOpenedSaysWhy) {
+  const auto reasonOf = [this](const std::string& link) {
+    testsupport::writeFile(path_, link);
+    std::unique_ptr<Backend> backend;
+    const Status status = openPath(utf8Of(path_), {}, &backend);
+    EXPECT_EQ(ErrorCode::cannotOpen, status.code());
+    EXPECT_EQ(nullptr, backend);
+    EXPECT_EQ(link, testsupport::contentOf(path_)) << "a link is only read";
+    return status.message();
+  };
+  EXPECT_NE(std::string::npos, reasonOf(linkTo("no_such_database")).find("no_such_database"));
+  EXPECT_NE(std::string::npos, reasonOf("[ODBC]\nDRIVER=No such driver\n").find("can't be opened"));
+  EXPECT_NE(std::string::npos,
+            reasonOf("[ODBC]\nDRIVER=PostgreSQL Unicode\nSERVER=127.0.0.1\nPORT=1\nDATABASE=x\nUID=y\n")
+                .find("refused"));
+  testsupport::writeFile(path_, linkTo(database_));
+}
+
+}  // namespace
+}  // namespace store
