@@ -1,8 +1,10 @@
 // The conversation with a server: lost, stopped, not answered and not to be had.
 #include <chrono>
+#include <new>
 #include <thread>
 
 #include "platform/store/dsn/file_dsn.h"
+#include "platform/store/odbc/driver/call_thread.h"
 #include "platform/store/odbc/driver/odbc_statement.h"
 #include "tests/server/server_fixture.h"
 
@@ -157,6 +159,17 @@ TEST_F(ServerConnectionTest, WhatCannotBeOpenedSaysWhy) {
             reasonOf("[ODBC]\nDRIVER=PostgreSQL Unicode\nSERVER=127.0.0.1\nPORT=1\nDATABASE=x\nUID=y\n")
                 .find("refused"));
   testsupport::writeFile(path_, linkTo(database_));
+}
+
+TEST(CallThreadTest, ACallThatMemoryWasRefusedComesBackAndAnotherOneIsMade) {
+  constexpr std::chrono::seconds kPatience{30};
+  CallThread thread;
+  thread.begin([]() -> SQLRETURN { throw std::bad_alloc(); });
+  ASSERT_TRUE(thread.waitFor(kPatience));
+  EXPECT_EQ(SQL_ERROR, thread.result());
+  thread.begin([] { return SQLRETURN{SQL_SUCCESS}; });
+  ASSERT_TRUE(thread.waitFor(kPatience));
+  EXPECT_EQ(SQL_SUCCESS, thread.result());
 }
 
 }  // namespace

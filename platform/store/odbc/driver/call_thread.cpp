@@ -40,7 +40,13 @@ void CallThread::run(const std::shared_ptr<State>& state) {
     if (!state->call) return;
     std::function<SQLRETURN()> call = std::exchange(state->call, nullptr);
     lock.unlock();
-    const SQLRETURN result = call();
+    SQLRETURN result = SQL_ERROR;
+    try {
+      result = call();
+    } catch (...) {
+      // There is nobody on this thread to be told. Who waits for the call finds what it left, and that it
+      // failed.
+    }
     // Before anybody goes on: what goes with it must not go while the driver is used again.
     call = nullptr;
     lock.lock();

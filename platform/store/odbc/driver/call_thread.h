@@ -24,7 +24,7 @@ class CallThread {
   void begin(std::function<SQLRETURN()> call);
   /// Whether it comes back within that time. What it kept alive is then let go already.
   bool waitFor(std::chrono::milliseconds time);
-  /// What it came back with.
+  /// What it came back with; SQL_ERROR also when it threw.
   SQLRETURN result() const;
 
  private:

@@ -20,7 +20,8 @@ constexpr auto kConnectPatience = 10s;
 
 /// Connects, as long as nobody wants it stopped. The driver can't be told so: it is left alone then.
 Status OdbcConnection::connect(const std::shared_ptr<OdbcSession>& session) {
-  const auto outcome = std::make_shared<Status>();
+  // What stands here when there was no memory for anything else.
+  const auto outcome = std::make_shared<Status>(ErrorCode::outOfMemory, "Out of memory.");
   CallThread thread;
   thread.begin([session, outcome, text = connectionText_] {
     *outcome = session->connect(text->text());
