@@ -98,6 +98,8 @@ class KeyReading::Background {
 
   /// Whether it has seen the snapshot within that time, so that this may go, or has failed to.
   bool waitForBeginning(std::chrono::milliseconds time) { return state_->waitForBeginning(time); }
+  /// Whether it sees the snapshot, whatever became of it afterwards.
+  bool hasSnapshot() { return state_->hasSnapshot(); }
   Status status() { return state_->status(); }
   /// Appends what has come; false when nothing has within that time. `*isWhole` tells that no more will come.
   bool take(std::chrono::milliseconds time, KeySet* keys, bool* isWhole) {
@@ -139,6 +141,11 @@ class KeyReading::Background {
     bool waitForBeginning(std::chrono::milliseconds time) {
       std::unique_lock<std::mutex> lock(mutex_);
       return changed_.wait_for(lock, time, [this] { return hasBegun_; });
+    }
+
+    bool hasSnapshot() {
+      const std::lock_guard<std::mutex> lock(mutex_);
+      return hasSnapshot_;
     }
 
     Status status() {
@@ -187,7 +194,7 @@ class KeyReading::Background {
         status = runOn(*connection_, "MOVE FORWARD " + std::to_string(kFirstKeys) + " IN quivane_keys");
       if (!status) return status;
       const std::lock_guard<std::mutex> lock(mutex_);
-      hasBegun_ = true;
+      hasBegun_ = hasSnapshot_ = true;
       changed_.notify_all();
       return {};
     }
@@ -199,7 +206,8 @@ class KeyReading::Background {
     std::condition_variable changed_;
     std::deque<KeySet> blocks_;
     Status status_;
-    bool hasBegun_ = false;
+    bool hasBegun_ = false;  // or failed to
+    bool hasSnapshot_ = false;
     bool isEnding_ = false;
     bool isOver_ = false;
     bool isIncomplete_ = false;  // keys were taken and got lost
@@ -252,7 +260,7 @@ Status KeyReading::readFirst(KeySet* keys, std::size_t* count, bool* isWhole) {
   if (status = ask(connection_, statements_.count, {}, &counted); !status) return status;
   status = connection_.wait([&](auto time) { return background->waitForBeginning(time); });
   if (!status) return status;
-  if (counted.empty() || !background->status()) return {};
+  if (counted.empty() || !background->hasSnapshot()) return {};
   *count = static_cast<std::size_t>(std::stoull(counted[0][0].value_or("0")));
   background_ = std::move(background);
   return {};
