@@ -7,6 +7,7 @@
 #include "app/bars/rebar.h"
 #include "app/bars/toolbar.h"
 #include "platform/pocketshell/handheld_windows.h"
+#include "views/shared/edit_guard.h"
 #include "views/shared/page_area.h"
 
 namespace {
@@ -97,6 +98,7 @@ bool PageBars::createBand(HINSTANCE instance, const BandLayout& layout, HWND mai
                           BandWindow& band) {
   const bool isPosition = layout.buttons.empty();
   if (isPosition) {
+    guardEditControls();
     band.window.reset(HandheldCreateWindow(
         0, WC_EDITW, L"", WS_CHILD | WS_VISIBLE | WS_BORDER | ES_READONLY, 0, 0, kPositionSize.cx,
         kPositionSize.cy, rebar(), reinterpret_cast<HMENU>(UINT_PTR{layout.controlId}), instance, nullptr));

@@ -30,7 +30,6 @@
 #include "resources/resource_ids.h"
 #include "views/names/queries_list_view.h"
 #include "views/names/tables_list_view.h"
-#include "views/shared/edit_guard.h"
 
 namespace {
 
@@ -151,7 +150,6 @@ int runProgram(HINSTANCE instance, const wchar_t* commandLine, int showCommand) 
   const FaultWatch watch(recoveryFiles(portable.isOn()));
   const TypedTextKeeper typed;
   if (!registerMainWindowClass()) return kExitCannotStart;
-  guardEditControls();
   RecordListView::registerClass(instance);
   FormWrapper::registerClass(instance);
   const int exitCode = runWithWindow(commandLine, showCommand, portable.isOn());

@@ -15,6 +15,7 @@
 #include "resources/resource_ids.h"
 #include "views/dialog/current_dialog.h"
 #include "views/shared/boxes_over_window.h"
+#include "views/shared/edit_guard.h"
 #include "views/shared/unowned_box.h"
 
 namespace {
@@ -188,6 +189,7 @@ std::optional<String> WindowPrompts::chooseFile(FileChoice choice, const String&
   const CurrentFolderKept folder;
   const TitleOfPurpose title(dialog.title);
   const BoxesOverWindow place(mainWindow);
+  guardEditControls();
   isChoosingFile_ = true;
   const BOOL chosen = dialog.run(&question);
   isChoosingFile_ = false;

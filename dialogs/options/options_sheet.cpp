@@ -12,6 +12,7 @@
 #include "views/dialog/current_dialog.h"
 #include "views/dialog/dialog_growth.h"
 #include "views/dialog/dialog_place.h"
+#include "views/shared/edit_guard.h"
 
 namespace {
 
@@ -109,6 +110,7 @@ PROPSHEETPAGEW descriptionOf(WORD templateId, DLGPROC procedure, Page& object) {
 }  // namespace
 
 bool runOptionsSheet(HWND owner, Options& options) {
+  guardEditControls();
   const std::array pages = {
       descriptionOf(IDD_OPTIONS_GENERAL, generalOptionsProcedure, options.generalPage()),
       descriptionOf(IDD_OPTIONS_SECURITY, securityOptionsProcedure, options.securityPage()),

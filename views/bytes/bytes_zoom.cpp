@@ -13,7 +13,6 @@
 #include "views/dialog/dialog_place.h"
 #include "views/form/popup_ids.h"
 #include "views/shared/child_control.h"
-#include "views/shared/edit_guard.h"
 
 const std::span<const ControlGrowth> BytesZoom::kGrowth = [] {
   static constexpr ControlGrowth kControls[] = {
@@ -33,7 +32,6 @@ BytesZoom::BytesZoom(String caption, ShownBytes shown, BytesZoomHost host)
     : caption_(std::move(caption)), shown_(std::move(shown)), host_(std::move(host)), growth_(kGrowth) {}
 
 BytesZoom::Change BytesZoom::run(HWND owner) {
-  guardEditControls();
   return runTemplate(IDD_BYTES_ZOOM, owner) == IDOK ? change_ : Change::none;
 }
 

@@ -6,6 +6,7 @@
 #include "platform/pocketshell/handheld_windows.h"
 #include "views/dialog/current_dialog.h"
 #include "views/dialog/dialog_colors.h"
+#include "views/shared/edit_guard.h"
 #include "views/shared/escaped_exception.h"
 #include "views/shared/unowned_box.h"
 
@@ -25,6 +26,7 @@ const std::span<const ModalDialog::MessageRow> ModalDialog::kMessages = [] {
 }();
 
 int ModalDialog::runTemplate(WORD templateId, HWND owner) {
+  guardEditControls();
   const INT_PTR result = HandheldDialogBox(GetModuleHandleW(nullptr), templateId, owner, procedure,
                                            reinterpret_cast<LPARAM>(this));
   window_ = nullptr;

@@ -5,7 +5,6 @@
 #include "views/dialog/dialog_place.h"
 #include "views/form/popup_ids.h"
 #include "views/shared/child_control.h"
-#include "views/shared/edit_guard.h"
 #include "views/shared/paragraph_breaks.h"
 
 const std::span<const ControlGrowth> FieldZoom::kGrowth = [] {
@@ -18,7 +17,6 @@ const std::span<const ControlGrowth> FieldZoom::kGrowth = [] {
 }();
 
 bool FieldZoom::run(HWND owner) {
-  guardEditControls();
   return runTemplate(IDD_FIELD_ZOOM, owner) == IDOK;
 }
 

@@ -11,7 +11,6 @@
 #include "views/dialog/dialog_place.h"
 #include "views/lookup/look_up_ids.h"
 #include "views/shared/child_control.h"
-#include "views/shared/edit_guard.h"
 #include "views/shared/list_view.h"
 
 namespace {
@@ -38,7 +37,6 @@ LookUpDialog::LookUpDialog(std::wstring caption, std::unique_ptr<LookUpRecords> 
     : caption_(std::move(caption)), records_(std::move(records)), growth_(kGrowth) {}
 
 std::optional<String> LookUpDialog::run(HWND owner) {
-  guardEditControls();
   const bool isConfirmed = runTemplate(IDD_LOOK_UP, owner) == IDOK;
   return isConfirmed ? std::exchange(chosen_, std::nullopt) : std::nullopt;
 }

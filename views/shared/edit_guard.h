@@ -9,6 +9,7 @@
 /// Nor does one paint into what is no device context, whatever message asks for it.
 ///
 /// A paste after which the control would hold more than kMostShownCount characters
-/// (views/shared/shown_text.h) is refused with a message. Needs to be called once; further calls change
-/// nothing. User-interface thread only.
+/// (views/shared/shown_text.h) is refused with a message. To be called before each edit control and each
+/// dialog is made: the first call costs as much as an edit control, which not every start needs; further
+/// calls change nothing. User-interface thread only.
 void guardEditControls();

@@ -29,8 +29,12 @@ std::wstring valueName(std::size_t index, const wchar_t* what) {
   return L"Place" + std::to_wstring(index + 1) + what;
 }
 
+DWORD readArrangement(std::size_t index) {
+  return readShellNumber(valueName(index, L"Monitors").c_str());
+}
+
 Kept readKept(std::size_t index) {
-  return {readShellNumber(valueName(index, L"Monitors").c_str()),
+  return {readArrangement(index),
           {readShellNumber(valueName(index, L"Corner").c_str()),
            readShellNumber(valueName(index, L"Size").c_str())}};
 }
@@ -72,8 +76,7 @@ DWORD presentArrangement() {
 
 std::optional<FramePlace> readKeptPlace(DWORD arrangement) {
   for (std::size_t index = 0; index < kKeptCount; ++index) {
-    const Kept kept = readKept(index);
-    if (kept.arrangement == arrangement) return unpackFramePlace(kept.place);
+    if (readArrangement(index) == arrangement) return unpackFramePlace(readKept(index).place);
   }
   return std::nullopt;
 }
