@@ -322,10 +322,24 @@ bool isRowInView(HWND list, int row) {
   return row >= top && row < top + static_cast<int>(SendMessageW(list, LVM_GETCOUNTPERPAGE, 0, 0));
 }
 
-HWND focus(HWND window) {
+namespace {
+
+/// All null where there is none.
+GUITHREADINFO inputState(HWND window) {
   GUITHREADINFO state{};
   state.cbSize = sizeof(state);
-  return GetGUIThreadInfo(GetWindowThreadProcessId(window, nullptr), &state) ? state.hwndFocus : nullptr;
+  if (!GetGUIThreadInfo(GetWindowThreadProcessId(window, nullptr), &state)) return {};
+  return state;
+}
+
+}  // namespace
+
+HWND focus(HWND window) {
+  return inputState(window).hwndFocus;
+}
+
+HWND capture(HWND window) {
+  return inputState(window).hwndCapture;
 }
 
 void pressKey(HWND window, WORD key) {

@@ -105,6 +105,8 @@ int topRow(HWND list);
 bool isRowInView(HWND list, int row);
 /// The window of the same thread that has the focus, null when none has.
 HWND focus(HWND window);
+/// The window of the same thread that has captured the mouse, null when none has.
+HWND capture(HWND window);
 /// Presses and releases a key.
 void pressKey(HWND window, WORD key);
 

@@ -325,6 +325,8 @@ void User::pick(HWND dialog, int id, int index) {
   }
   await(
       [=] {
+        // The entry is chosen when the button goes down, and what that leads to when it goes up.
+        if (remote::capture(control) != nullptr) return false;
         if (isRows) return remote::selectedItem(control) == index;
         return SendMessageW(control, isCombo ? CB_GETCURSEL : LB_GETCURSEL, 0, 0) == index;
       },
