@@ -66,12 +66,15 @@ void LookUpDialog::sized() {
   setColumnWidths();
 }
 
+/// Beside the list's own scroll bar, whether it is there already or not: the list narrows and widens.
 void LookUpDialog::setColumnWidths() const {
   const HWND list = control(IDC_LOOK_UP_RECORDS);
   RECT room{};
   GetClientRect(list, &room);
+  const bool hasScrollBar = (GetWindowLongW(list, GWL_STYLE) & WS_VSCROLL) != 0;
+  const int width = static_cast<int>(room.right) - (hasScrollBar ? 0 : GetSystemMetrics(SM_CXVSCROLL));
   const int key = HandheldToMonitor(kKeyWidth);
-  listview::setColumnWidth(list, 1, std::max(static_cast<int>(room.right) - key, key));
+  listview::setColumnWidth(list, 1, std::max(width - key, key));
 }
 
 bool LookUpDialog::command(WORD id, WORD notification) {

@@ -19,8 +19,9 @@ using testing::IsEmpty;
 
 class LookUpFormTest : public FormFixture {
  protected:
-  void showLoans(
-      const wchar_t* declaration = L"CREATE TABLE 'T' (Book Integer REFERENCES Books, Note Text)") {
+  static constexpr const wchar_t* kLoans = L"CREATE TABLE 'T' (Book Integer REFERENCES Books, Note Text)";
+
+  void showLoans(const wchar_t* declaration = kLoans) {
     showTable(declaration,
               {L"CREATE TABLE 'Books' (Id Integer PRIMARY KEY, Title Text)",
                L"INSERT INTO Books VALUES (3, 'Ulysses')", L"INSERT INTO Books VALUES (5, 'Emma')",
@@ -133,6 +134,28 @@ TEST_F(LookUpFormTest, WhatIsTypedIsNoWalkOverAllRowsOfTheList) {
     for (const wchar_t* text : {L"s", L"ss", L"nothing", L""}) SetWindowTextW(edit(dialog), text);
     EXPECT_EQ(walks, 0);
     RemoveWindowSubclass(list(dialog), count, 1);
+    DialogScript::close(dialog, IDCANCEL);
+  });
+}
+
+TEST_F(LookUpFormTest, TheNamesStandBesideTheScrollBarAndNotBelowIt) {
+  constexpr auto kScrollBars = [](HWND dialog) {
+    return GetWindowLongW(list(dialog), GWL_STYLE) & (WS_HSCROLL | WS_VSCROLL);
+  };
+  showTable(kLoans, {L"CREATE TABLE 'Books' (Id Integer PRIMARY KEY, Title Text)",
+                     L"INSERT INTO Books VALUES (3, 'Ulysses')",
+                     L"INSERT INTO Books WITH RECURSIVE n(i) AS (SELECT 100 UNION ALL SELECT i + 1 FROM n LIMIT "
+                     L"300) SELECT i, 'Book ' || i FROM n",
+                     L"INSERT INTO T VALUES (3, 'n')"});
+  open([&](HWND dialog) {
+    EXPECT_EQ(note(dialog), L"301 records");
+    EXPECT_EQ(kScrollBars(dialog), LONG{WS_VSCROLL});
+    SetWindowTextW(edit(dialog), L"ss");
+    EXPECT_EQ(kScrollBars(dialog), 0);
+    SetWindowTextW(edit(dialog), L"Book 1");
+    EXPECT_EQ(kScrollBars(dialog), LONG{WS_VSCROLL});
+    SetWindowPos(dialog, nullptr, 0, 0, 500, 300, SWP_NOMOVE | SWP_NOZORDER);
+    EXPECT_EQ(kScrollBars(dialog), LONG{WS_VSCROLL});
     DialogScript::close(dialog, IDCANCEL);
   });
 }
