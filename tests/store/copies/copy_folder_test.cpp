@@ -296,6 +296,27 @@ TEST_F(CopyFolderTest, CountingCanBeBrokenOff) {
   EXPECT_EQ(5, countRecords(path, [] { return false; }));
 }
 
+TEST_F(CopyFolderTest, CountingCanBeBrokenOffInTheMidstOfATable) {
+  constexpr int kMany = 100'000;
+  prepare(
+      "CREATE TABLE large (a INTEGER PRIMARY KEY, b);"
+      "CREATE TABLE keyed (a PRIMARY KEY) WITHOUT ROWID;"
+      "INSERT INTO large WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n LIMIT " +
+      std::to_string(kMany) + ") SELECT i, NULL FROM n; INSERT INTO keyed SELECT a FROM large");
+  const std::string path = utf8Of(path_);
+  const std::int64_t all = countRecords(path, nullptr).value_or(-1);
+  EXPECT_GE(all, 2 * kMany);
+  int asked = 0;
+  EXPECT_EQ(all, countRecords(path, [&] { return ++asked == 0; }));
+  EXPECT_GE(asked, 2 * kMany / 10'000);
+  const int whole = asked;
+  for (int number = 1; number <= whole; ++number) {
+    asked = 0;
+    EXPECT_EQ(std::nullopt, countRecords(path, [&] { return ++asked == number; })) << number;
+    EXPECT_EQ(number, asked) << "nothing goes on behind the answer";
+  }
+}
+
 TEST_F(CopyFolderTest, AFileInThePlaceOfTheFolderIsTold) {
   writeBytes(copiesPath(), "in the way");
   std::string unfinished;

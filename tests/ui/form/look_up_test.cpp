@@ -142,11 +142,12 @@ TEST_F(LookUpFormTest, TheNamesStandBesideTheScrollBarAndNotBelowIt) {
   constexpr auto kScrollBars = [](HWND dialog) {
     return GetWindowLongW(list(dialog), GWL_STYLE) & (WS_HSCROLL | WS_VSCROLL);
   };
-  showTable(kLoans, {L"CREATE TABLE 'Books' (Id Integer PRIMARY KEY, Title Text)",
-                     L"INSERT INTO Books VALUES (3, 'Ulysses')",
-                     L"INSERT INTO Books WITH RECURSIVE n(i) AS (SELECT 100 UNION ALL SELECT i + 1 FROM n LIMIT "
-                     L"300) SELECT i, 'Book ' || i FROM n",
-                     L"INSERT INTO T VALUES (3, 'n')"});
+  showTable(kLoans,
+            {L"CREATE TABLE 'Books' (Id Integer PRIMARY KEY, Title Text)",
+             L"INSERT INTO Books VALUES (3, 'Ulysses')",
+             L"INSERT INTO Books WITH RECURSIVE n(i) AS (SELECT 100 UNION ALL SELECT i + 1 FROM n LIMIT "
+             L"300) SELECT i, 'Book ' || i FROM n",
+             L"INSERT INTO T VALUES (3, 'n')"});
   open([&](HWND dialog) {
     EXPECT_EQ(note(dialog), L"301 records");
     EXPECT_EQ(kScrollBars(dialog), LONG{WS_VSCROLL});

@@ -23,6 +23,13 @@ constexpr const char* kTables =
     "SELECT s.name FROM sqlite_schema s WHERE s.type = 'table' AND s.name NOT LIKE 'sqlite\\_%' ESCAPE '\\' "
     "AND " QUIVANE_KIND_OF_TABLE " = 'table'";
 
+/// So many of SQLite's steps, two for each record.
+constexpr int kStepsBetweenQuestions = 10'000;
+
+int ask(void* isStopped) {
+  return (*static_cast<const std::function<bool()>*>(isStopped))() ? 1 : 0;
+}
+
 SqliteStatement prepare(sqlite3* connection, const std::string& sql) {
   sqlite3_stmt* statement = nullptr;
   sqlite3_prepare_v2(connection, sql.data(), static_cast<int>(sql.size()), &statement, nullptr);
@@ -32,6 +39,7 @@ SqliteStatement prepare(sqlite3* connection, const std::string& sql) {
 }  // namespace
 
 std::optional<std::int64_t> countRecords(const std::string& path, const std::function<bool()>& isStopped) {
+  std::function<bool()> question = isStopped;
   sqlite3* opened = nullptr;
   const int result = sqlite3_open_v2(path.c_str(), &opened, SQLITE_OPEN_READONLY, fileSystemName());
   const std::unique_ptr<sqlite3, Closer> connection(opened);
@@ -44,11 +52,13 @@ std::optional<std::int64_t> countRecords(const std::string& path, const std::fun
     while ((step = sqlite3_step(names.get())) == SQLITE_ROW) tables.emplace_back(columnText(names.get(), 0));
     if (step != SQLITE_DONE) return {};
   }
+  if (question) sqlite3_progress_handler(opened, kStepsBetweenQuestions, ask, &question);
   std::int64_t records = 0;
-  // To count one table is a single step of SQLite's, during which nobody is asked.
   for (const std::string& table : tables) {
-    if (isStopped && isStopped()) return {};
-    const SqliteStatement count = prepare(opened, "SELECT count(*) FROM main." + quotedName(table));
+    if (question && question()) return {};
+    // Without a condition SQLite would count the table in a single step, during which nobody is asked.
+    const SqliteStatement count =
+        prepare(opened, "SELECT count(*) FROM main." + quotedName(table) + " WHERE 1");
     if (count == nullptr || sqlite3_step(count.get()) != SQLITE_ROW) return {};
     records += sqlite3_column_int64(count.get(), 0);
   }
