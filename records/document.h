@@ -137,6 +137,8 @@ class Document : private BusyListener {
   const NameList& tableNames() const { return tableNames_; }
   bool isDatabaseOpen() const { return databaseOpen_; }
   const String& databasePath() const { return databasePath_; }
+  /// What the server of the open database is, or why that can't be told now; empty for a file.
+  String serverText();
   const String& tableName() const { return wanted_.tableName(); }
   const String& queryName() const { return wanted_.queryName(); }
   const String& sqlText() const { return wanted_.sqlText(); }

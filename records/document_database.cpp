@@ -95,6 +95,13 @@ bool Document::openAt(const String& path, const OpenPlace& place) {
   return true;
 }
 
+String Document::serverText() {
+  const WaitCursor wait;
+  String text;
+  const Outcome described = database_.describeServer(text);
+  return described ? text : described.reason();
+}
+
 int Document::closeDatabase() {
   if (!database_.isOpen()) return -1;
   if (viewMode_ == ViewMode::form && recordsetOpen_ && recordCount != 0) commitCurrentRecord();

@@ -58,6 +58,7 @@ LRESULT closeDatabase(HWND, WORD, LPARAM, WORD) {
 LRESULT showDatabaseInfo(HWND, WORD, LPARAM, WORD) {
   DatabaseInfoDialog dialog;
   dialog.databasePath = theDocument->databasePath();
+  dialog.serverText = theDocument->serverText();
   dialog.tableName = theDocument->tableName();
   dialog.queryName = theDocument->queryName();
   dialog.sqlText = theDocument->sqlText();

@@ -76,6 +76,9 @@ class Database {
   /// Why a change could not be stored at the moment; done when nothing is known against it. Nothing is
   /// changed. A file is open.
   Outcome tryWriting();
+  /// What the server of the open database is and whether the connection to it is encrypted, for the user;
+  /// empty for a file, and when none is open. On failure `text` is untouched.
+  Outcome describeServer(String& text);
   /// Writes what is open into a new file, without records that were begun and not stored; the open file
   /// stays open. Fails, and no file was made, when something stands at `path` already or it can't be written.
   Outcome saveCopy(const String& path);

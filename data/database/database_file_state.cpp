@@ -18,6 +18,12 @@ Outcome Database::tryWriting() {
   return connection_->tryWriting();
 }
 
+Outcome Database::describeServer(String& text) {
+  if (isOpen_) return connection_->describeServer(text);
+  text.clear();
+  return {};
+}
+
 Outcome Database::saveCopy(const String& path) {
   return connection_->saveCopy(path.text());
 }

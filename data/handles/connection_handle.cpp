@@ -78,6 +78,14 @@ bool ConnectionHandle::countOthersChanges(std::int64_t& count) {
   return true;
 }
 
+Outcome ConnectionHandle::describeServer(String& text) {
+  if (!connection_) return noObject();
+  UniqueBstr described;
+  if (Outcome outcome = outcomeOf(connection_->DescribeServer(described.put())); !outcome) return outcome;
+  text = textOfBstr(described.get());
+  return {};
+}
+
 Outcome ConnectionHandle::saveCopy(const wchar_t* path) {
   return connection_ ? outcomeOf(connection_->SaveCopy(makeBstr(path).get())) : noObject();
 }

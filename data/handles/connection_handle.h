@@ -56,6 +56,9 @@ class ConnectionHandle {
   /// Stores a number that becomes another one when another program has changed the file. False, and nothing
   /// is stored, when that can't be told at the moment: nobody is waited for.
   bool countOthersChanges(std::int64_t& count);
+  /// What the server is and whether the connection to it is encrypted, for the user; empty for a file. On
+  /// failure `text` is untouched.
+  Outcome describeServer(String& text);
   /// Writes what is open into a new file, also when the open one has lost its name; the connection stays
   /// with what it has open. Fails, and no file was made, when something stands at `path` already or it can't
   /// be written there.

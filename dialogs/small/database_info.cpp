@@ -7,8 +7,11 @@
 namespace {
 
 constexpr ControlGrowth kGrowth[] = {
-    {.id = IDC_INFO_DATABASE, .wider = true},  {.id = IDC_INFO_TABLE, .wider = true},
-    {.id = IDC_INFO_QUERY, .wider = true},     {.id = IDC_INFO_SQL, .wider = true, .higher = true},
+    {.id = IDC_INFO_DATABASE, .wider = true},
+    {.id = IDC_INFO_SERVER, .wider = true},
+    {.id = IDC_INFO_TABLE, .wider = true},
+    {.id = IDC_INFO_QUERY, .wider = true},
+    {.id = IDC_INFO_SQL, .wider = true, .higher = true},
     {.id = IDOK, .right = true, .down = true},
 };
 
@@ -17,7 +20,7 @@ constexpr ControlGrowth kGrowth[] = {
 DatabaseInfoDialog::DatabaseInfoDialog() : growth_(kGrowth) {}
 
 int DatabaseInfoDialog::run(HWND owner) {
-  return runTemplate(IDD_DATABASE_INFO, owner);
+  return runTemplate(serverText.isEmpty() ? IDD_DATABASE_INFO : IDD_SERVER_DATABASE_INFO, owner);
 }
 
 void DatabaseInfoDialog::opened() {
@@ -26,6 +29,7 @@ void DatabaseInfoDialog::opened() {
   growth_.layOut();
   centreDialog(window());
   SetDlgItemTextW(window(), IDC_INFO_DATABASE, databasePath.text());
+  SetDlgItemTextW(window(), IDC_INFO_SERVER, serverText.text());
   SetDlgItemTextW(window(), IDC_INFO_TABLE, tableName.text());
   SetDlgItemTextW(window(), IDC_INFO_QUERY, queryName.text());
   SetDlgItemTextW(window(), IDC_INFO_SQL, textForLines(sqlText.text()).text.c_str());

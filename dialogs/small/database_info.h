@@ -9,6 +9,7 @@
 class DatabaseInfoDialog final : private ModalDialog {
  public:
   String databasePath;
+  String serverText;  ///< has a field of its own for a server's database alone
   String tableName;
   String queryName;
   String sqlText;

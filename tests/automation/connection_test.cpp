@@ -270,6 +270,16 @@ TEST_F(Connection, CountsWhatOthersHaveChanged) {
   EXPECT_EQ(counted, -1);
 }
 
+TEST_F(Connection, HasNoServerToTellOfForAFile) {
+  const ComPtr<IAdoceConnection> connection = connectTo(makeFilledDatabase());
+  UniqueBstr text(SysAllocString(L"before"));
+  EXPECT_EQ(connection->DescribeServer(text.put()), S_OK);
+  EXPECT_EQ(SysStringLen(text.get()), 0u);
+  EXPECT_EQ(connection->DescribeServer(nullptr), E_POINTER);
+  EXPECT_EQ(connection->Close(), S_OK);
+  EXPECT_EQ(connection->DescribeServer(text.put()), objectModelError(3709));
+}
+
 TEST_F(Connection, OpensAReadOnlyFileForReading) {
   const std::wstring path = makeFilledDatabase();
   const std::string before = contentOf(path);

@@ -129,6 +129,12 @@ class ServerEncryptionTest : public StoreTest {
     EXPECT_TRUE(status) << status.message();
     return hasRow ? std::string(rows->cell(0).bytes) : std::string();
   }
+  std::string described() {
+    std::string text = "untouched";
+    const Status status = backend_->describeServer(&text);
+    EXPECT_TRUE(status) << status.message();
+    return text;
+  }
 };
 
 TEST_F(ServerEncryptionTest, ItIsOnWhereTheServerCanUnlessTheLinkSaysOtherwise) {
@@ -139,6 +145,46 @@ TEST_F(ServerEncryptionTest, ItIsOnWhereTheServerCanUnlessTheLinkSaysOtherwise) 
   EXPECT_EQ("true", isEncrypted());
   ASSERT_TRUE(tryOpening("SSLmode=disable\n"));
   EXPECT_EQ("false", isEncrypted());
+}
+
+TEST_F(ServerEncryptionTest, WhatTheConnectionIsIsToldByTheServer) {
+  setEncryption("on");
+  ASSERT_TRUE(tryOpening(""));
+  const std::string version = OtherProgram(path_).ask(
+      "SELECT split_part(setting, ' ', 1) FROM pg_settings WHERE name = 'server_version'");
+  const std::string server = ", PostgreSQL " + version + " at 127.0.0.1";
+  EXPECT_EQ("Encrypted (TLSv1.3)" + server, described());
+  ASSERT_TRUE(tryOpening("SSLmode=disable\n"));
+  EXPECT_EQ("Not encrypted" + server, described());
+  setEncryption("off");
+  ASSERT_TRUE(tryOpening(""));
+  EXPECT_EQ("Not encrypted" + server, described());
+}
+
+TEST_F(ServerEncryptionTest, AServerThatDoesNotSayWhatTheConnectionIsIsDescribedAllTheSame) {
+  ASSERT_TRUE(tryOpening(""));
+  // As one that is only like PostgreSQL: the name finds a table that lacks the columns.
+  run("CREATE TABLE public.pg_stat_ssl (a integer)");
+  run("ALTER ROLE quivane SET search_path TO public, pg_catalog");
+  backend_.reset();
+  ASSERT_TRUE(tryOpening(""));
+  const std::string text = described();
+  run("ALTER ROLE quivane RESET search_path");
+  EXPECT_EQ(0u, text.find("The server doesn't tell whether the connection is encrypted, PostgreSQL "))
+      << text;
+}
+
+TEST_F(ServerEncryptionTest, WithoutTheServerThereIsAReasonInsteadOfADescription) {
+  const auto endAll = [&] {
+    runOnServer("SELECT pg_terminate_backend(pid) FROM pg_stat_activity WHERE datname = '" + database_ + "'",
+                "postgres");
+  };
+  ASSERT_TRUE(tryOpening(""));
+  endAll();
+  std::string text = "untouched";
+  EXPECT_EQ(ErrorCode::inputOutput, backend_->describeServer(&text).code());
+  EXPECT_EQ("untouched", text);
+  EXPECT_EQ(0u, described().find("Not encrypted")) << "the next question connects anew";
 }
 
 TEST_F(ServerEncryptionTest, WithoutItOnlyALinkThatRequiresItIsRefused) {

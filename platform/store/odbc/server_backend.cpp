@@ -4,6 +4,7 @@
 
 #include "platform/store/odbc/dialect/server_definition.h"
 #include "platform/store/odbc/dialect/server_statement.h"
+#include "platform/store/odbc/server_description.h"
 #include "platform/store/odbc/sources/server_result_rows.h"
 #include "platform/store/odbc/sources/server_row_stream.h"
 #include "platform/store/sql/sql_tokens.h"
@@ -275,6 +276,10 @@ Status ServerBackend::tryWriting() {
 Status ServerBackend::countOthersChanges(std::int64_t* count) {
   *count = 0;
   return {};
+}
+
+Status ServerBackend::describeServer(std::string* text) {
+  return store::describeServer(*connection_, text);
 }
 
 Status ServerBackend::saveCopy(const std::string&) {

@@ -42,6 +42,7 @@ class ServerBackend : public Backend, private TableNames {
   Status tryWriting() override;
   /// A server doesn't tell; the number stays.
   Status countOthersChanges(std::int64_t* count) override;
+  Status describeServer(std::string* text) override;
   Status saveCopy(const std::string& path) override;
 
  private:

@@ -150,6 +150,12 @@ class Backend {
   /// nothing is read, and nobody is waited for: fails with locked while another program keeps the database to
   /// itself. On failure `*count` is untouched.
   virtual Status countOthersChanges(std::int64_t* count) = 0;
+  /// Stores a line for people: what the server is and whether the connection to it is encrypted, as far as it
+  /// says so. Empty for a database that is a file. On failure `*text` is untouched.
+  virtual Status describeServer(std::string* text) {
+    text->clear();
+    return {};
+  }
   /// What can be taken back of the changes made through this backend. Null where there is nothing of the
   /// kind; it keeps nothing until it is told to.
   virtual ChangeHistory* history() { return nullptr; }

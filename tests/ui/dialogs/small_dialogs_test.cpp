@@ -263,6 +263,37 @@ TEST_F(DatabaseInfoTest, EachTextHasItsLabel) {
   EXPECT_EQ(script.count(), 1);
 }
 
+TEST_F(DatabaseInfoTest, AServersDatabaseHasAFieldMore) {
+  info_.serverText = L"Encrypted (TLSv1.3), PostgreSQL 15.14 at db.example.org";
+  DialogScript script([&](HWND dialog) {
+    EXPECT_EQ(textOf(dialog), L"Database Information");
+    EXPECT_EQ(textOf(dialog, IDC_INFO_DATABASE), L"C:\\My Documents\\people.cdb");
+    EXPECT_EQ(textOf(dialog, IDC_INFO_SERVER), L"Encrypted (TLSv1.3), PostgreSQL 15.14 at db.example.org");
+    EXPECT_EQ(textOf(dialog, IDC_INFO_TABLE), L"People");
+    EXPECT_EQ(textOf(dialog, IDC_INFO_QUERY), L"");
+    EXPECT_EQ(textOf(dialog, IDC_INFO_SQL), L"Select * from [People]");
+    EXPECT_EQ(textOf(GetWindow(GetDlgItem(dialog, IDC_INFO_SERVER), GW_HWNDPREV)), L"S&erver:");
+    EXPECT_NE(styleOf(GetDlgItem(dialog, IDC_INFO_SERVER)) & ES_READONLY, 0u);
+    expectFits(dialog);
+    expectControlsApart(dialog);
+    expectTextsFit(dialog);
+    expectAccessKeysApart(dialog);
+    expectColors(dialog);
+    press(dialog, IDOK);
+  });
+  EXPECT_EQ(info_.run(frame()), IDOK);
+  EXPECT_EQ(script.count(), 1);
+}
+
+TEST_F(DatabaseInfoTest, AFileHasNoServer) {
+  DialogScript script([&](HWND dialog) {
+    EXPECT_EQ(GetDlgItem(dialog, IDC_INFO_SERVER), nullptr);
+    press(dialog, IDOK);
+  });
+  info_.run(frame());
+  EXPECT_EQ(script.count(), 1);
+}
+
 TEST_F(DatabaseInfoTest, NothingCanBeTyped) {
   DialogScript script([&](HWND dialog) {
     for (const int id : {IDC_INFO_DATABASE, IDC_INFO_TABLE, IDC_INFO_QUERY, IDC_INFO_SQL}) {

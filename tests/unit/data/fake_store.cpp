@@ -338,6 +338,7 @@ class FakeConnectionObject final : public FakeObject<IAdoceConnection> {
     return S_OK;
   }
   HRESULT STDMETHODCALLTYPE CountOthersChanges(hyper*) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE DescribeServer(BSTR*) override { return E_NOTIMPL; }
 
  private:
   FakeStore& store_;

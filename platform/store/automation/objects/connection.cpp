@@ -277,6 +277,17 @@ HRESULT ConnectionObject::CountOthersChanges(hyper* count) {
   });
 }
 
+HRESULT ConnectionObject::DescribeServer(BSTR* text) {
+  return call([&]() -> Outcome {
+    if (text == nullptr) return nullPointer();
+    if (!isOpen()) return closedConnection();
+    std::string described;
+    if (const store::Status status = backend_->describeServer(&described); !status) return status;
+    *text = newText(described);
+    return {};
+  });
+}
+
 HRESULT ConnectionObject::SaveCopy(BSTR path) {
   return call([&]() -> Outcome {
     if (!isOpen()) return closedConnection();

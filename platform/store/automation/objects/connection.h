@@ -66,6 +66,7 @@ class ConnectionObject final : public AutomationObject<IAdoceConnection>,
   HRESULT STDMETHODCALLTYPE TryWriting() override;
   HRESULT STDMETHODCALLTYPE ExportFormat(BSTR path, BSTR* name) override;
   HRESULT STDMETHODCALLTYPE CountOthersChanges(hyper* count) override;
+  HRESULT STDMETHODCALLTYPE DescribeServer(BSTR* text) override;
 
   // IAdoceHistory (connection_history.cpp)
   HRESULT STDMETHODCALLTYPE KeepHistory(LONG megabytes) override;

@@ -55,11 +55,11 @@ Status OdbcSession::connect(const std::string& connectionText) {
   return {ErrorCode::cannotOpen, "The server's database can't be opened: " + statusOf(diagnosis).message()};
 }
 
-std::string OdbcSession::productName() const {
-  std::array<SQLWCHAR, 128> name{};
+std::string OdbcSession::information(SQLUSMALLINT what) const {
+  std::array<SQLWCHAR, 256> name{};
   SQLSMALLINT length = 0;
-  const SQLRETURN result = functions_.getInfo(connection_, SQL_DBMS_NAME, name.data(),
-                                              static_cast<SQLSMALLINT>(sizeof name), &length);
+  const SQLRETURN result =
+      functions_.getInfo(connection_, what, name.data(), static_cast<SQLSMALLINT>(sizeof name), &length);
   if (!SQL_SUCCEEDED(result)) return {};
   return fromWide(name.data(),
                   static_cast<std::size_t>(std::find(name.begin(), name.end(), 0) - name.begin()));

@@ -25,8 +25,9 @@ class OdbcSession {
 
   const OdbcFunctions& functions() const { return functions_; }
   SQLHDBC handle() const { return connection_; }
-  /// What the driver calls the server's kind, as in "PostgreSQL".
-  std::string productName() const;
+  /// What the driver calls the server's kind, as in "PostgreSQL", and the server. Empty when it doesn't tell.
+  std::string productName() const { return information(SQL_DBMS_NAME); }
+  std::string serverName() const { return information(SQL_SERVER_NAME); }
 
   /// Marks the statement whose call runs, so that cancel() finds it; null for none.
   void setRunning(SQLHSTMT statement);
@@ -34,6 +35,8 @@ class OdbcSession {
   void cancel();
 
  private:
+  std::string information(SQLUSMALLINT what) const;
+
   const OdbcFunctions& functions_;
   OdbcEnvironment environment_;
   SQLHDBC connection_ = nullptr;

@@ -4,6 +4,7 @@
 #include "dialogs/find/find_dialog_ids.h"
 #include "dialogs/password/password_ids.h"
 #include "dialogs/query/query_dialog_ids.h"
+#include "dialogs/small/database_info_ids.h"
 #include "dialogs/table/new_field_ids.h"
 #include "dialogs/table/new_table_ids.h"
 #include "resources/command_ids.h"
@@ -176,6 +177,19 @@ TEST_P(ServerStory, TablesAndQueriesAreMadeUsedAndDeleted) {
   awaitNames(user, {});
   endHere(user);
   EXPECT_EQ("0", stored("SELECT count(*) FROM QuivaneQueries"));
+}
+
+TEST_P(ServerStory, TheDatabaseInformationTellsWhatTheConnectionIs) {
+  makePeople();
+  User& user = startOnForm();
+  user.choose(ID_DATABASE_INFO);
+  const HWND information = user.dialog(L"Database Information");
+  EXPECT_EQ(remote::text(remote::control(information, IDC_INFO_TABLE)), L"People");
+  const std::wstring server = remote::text(remote::control(information, IDC_INFO_SERVER));
+  EXPECT_THAT(server, testing::StartsWith(L"Not encrypted, PostgreSQL "));
+  EXPECT_THAT(server, testing::EndsWith(L" at 127.0.0.1"));
+  user.accept(information);
+  endHere(user);
 }
 
 TEST_P(ServerStory, ARecordThatSomeoneElseChangedIsNotOverwritten) {
