@@ -28,32 +28,55 @@ bool holdsText(HWND label) {
   }
 }
 
+bool breaksLines(HWND label) {
+  const LONG_PTR type = GetWindowLongPtrW(label, GWL_STYLE) & SS_TYPEMASK;
+  return type == SS_LEFT || type == SS_CENTER;
+}
+
+RECT clientOf(HWND label) {
+  RECT client{};
+  GetClientRect(label, &client);
+  return client;
+}
+
+bool hasRoomForLines(HDC dc, HWND label) {
+  TEXTMETRICW metrics{};
+  GetTextMetricsW(dc, &metrics);
+  return clientOf(label).bottom >= 2 * metrics.tmHeight;
+}
+
+/// The control would break it, and show of the next line the upper edge.
+bool isTooLongForItsLine(HDC dc, HWND label, const std::wstring& text) {
+  return breaksLines(label) && !hasRoomForLines(dc, label) &&
+         textLineWidth(dc, text) > static_cast<int>(clientOf(label).right);
+}
+
 bool needsDrawing(HWND label) {
   if (!holdsText(label)) return false;
   const UniqueWindowDc dc(label);
   const ControlFont font(dc.dc(), label);
-  return needsOtherFonts(dc.dc(), shownText(label));
+  const std::wstring text = shownText(label);
+  return needsOtherFonts(dc.dc(), text) || isTooLongForItsLine(dc.dc(), label, text);
 }
 
 }  // namespace
 
 void LabelDrawing::drawInto(HDC dc) {
-  RECT client{};
-  GetClientRect(window(), &client);
+  RECT client = clientOf(window());
   const ControlFont font(dc, window());
   const auto brush = reinterpret_cast<HBRUSH>(SendMessageW(GetParent(window()), WM_CTLCOLORSTATIC,
                                                            reinterpret_cast<WPARAM>(dc),
                                                            reinterpret_cast<LPARAM>(window())));
   FillRect(dc, &client, brush ? brush : GetSysColorBrush(COLOR_BTNFACE));
-  TEXTMETRICW metrics{};
-  GetTextMetricsW(dc, &metrics);
   const LONG_PTR type = GetWindowLongPtrW(window(), GWL_STYLE) & SS_TYPEMASK;
   const LinePlace where = type == SS_CENTER ? LinePlace::centre : LinePlace::left;
   if (!IsWindowEnabled(window())) SetTextColor(dc, GetSysColor(COLOR_GRAYTEXT));
-  if ((type == SS_LEFT || type == SS_CENTER) && client.bottom >= 2 * metrics.tmHeight) {
+  if (breaksLines(window()) && hasRoomForLines(dc, window())) {
     drawTextLines(dc, shownText(window()), client, where);
     return;
   }
+  TEXTMETRICW metrics{};
+  GetTextMetricsW(dc, &metrics);
   client.bottom = std::min(client.bottom, client.top + metrics.tmHeight);
   drawTextLine(dc, shownText(window()), client, where);
 }

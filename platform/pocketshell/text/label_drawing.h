@@ -6,7 +6,8 @@
 
 namespace pocketshell {
 
-/// Draws a static text while its font lacks letters of it.
+/// Draws a static text while its font lacks letters of it, or it is longer than the one line that it has room
+/// for: then it ends with an ellipsis.
 class LabelDrawing : public WindowLayer<LabelDrawing> {
  public:
   explicit LabelDrawing(HWND label) : WindowLayer(label) {}

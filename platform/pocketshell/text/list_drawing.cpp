@@ -17,7 +17,6 @@ namespace {
 constexpr int kTextCapacity = 260;
 
 /// Beside a text, as lists leave it, in the monitor's pixels.
-constexpr int kFirstCellMargin = 2;
 constexpr int kCellMargin = 5;
 constexpr int kLabelMargin = 2;
 
@@ -69,9 +68,10 @@ bool drawCell(const NMLVCUSTOMDRAW& state) {
   const HWND list = state.nmcd.hdr.hwndFrom;
   const HDC dc = state.nmcd.hdc;
   const auto item = static_cast<int>(state.nmcd.dwItemSpec);
-  const std::wstring text = cellText(list, item, state.iSubItem);
+  const std::wstring whole = cellText(list, item, state.iSubItem);
+  const std::wstring text = onOneLine(whole);
   const ControlFont font(dc, list);
-  if (!needsOtherFonts(dc, text)) return false;
+  if (text == whole && !needsOtherFonts(dc, text)) return false;
   RECT cell{};
   cell.left = LVIR_LABEL;
   cell.top = state.iSubItem;
@@ -81,8 +81,8 @@ bool drawCell(const NMLVCUSTOMDRAW& state) {
   const Colors colors = colorsOf(state, state.iSubItem == 0 || (extended & LVS_EX_FULLROWSELECT) != 0);
   fillArea(dc, cell, colors.background);
   const TextColor color(dc, colors.text);
-  const int margin = state.iSubItem == 0 ? kFirstCellMargin : kCellMargin;
-  drawTextLine(dc, text, {cell.left + margin, cell.top, cell.right - margin, cell.bottom}, LinePlace::left);
+  drawTextLine(dc, text, {cell.left + kCellMargin, cell.top, cell.right - kCellMargin, cell.bottom},
+               LinePlace::left);
   return true;
 }
 

@@ -1,7 +1,6 @@
 #include "platform/pocketshell/text/text_line.h"
 
 #include <algorithm>
-#include <string>
 #include <usp10.h>
 #include <vector>
 
@@ -67,6 +66,14 @@ std::wstring fittingLine(HDC dc, std::wstring_view text, int room) {
   return cutWithEllipsis(text, fits);
 }
 
+/// Where letters are laid out one by one they stand a little apart from those of the controls around.
+void drawAsControlsDo(HDC dc, std::wstring_view text, RECT place, LinePlace where) {
+  text = text.substr(0, kMostDrawnCount);
+  DrawTextW(dc, text.data(), static_cast<int>(text.size()), &place,
+            DT_SINGLELINE | DT_VCENTER | DT_NOPREFIX | DT_END_ELLIPSIS |
+                static_cast<UINT>(where == LinePlace::centre ? DT_CENTER : DT_LEFT));
+}
+
 }  // namespace
 
 bool needsOtherFonts(HDC dc, std::wstring_view text) {
@@ -82,6 +89,16 @@ bool needsOtherFonts(HDC dc, std::wstring_view text) {
   return std::find(glyphs.begin(), glyphs.end(), kMissing) != glyphs.end();
 }
 
+std::wstring onOneLine(std::wstring_view text) {
+  std::wstring line;
+  line.reserve(text.size());
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const bool isInsideLineEnd = text[i] == L'\n' && i > 0 && text[i - 1] == L'\r';
+    if (!isInsideLineEnd) line += text[i] < L' ' ? L' ' : text[i];
+  }
+  return line;
+}
+
 int textLineWidth(HDC dc, std::wstring_view text) {
   return LaidOutText(dc, text).width();
 }
@@ -90,12 +107,17 @@ void drawTextLine(HDC dc, std::wstring_view text, const RECT& place, LinePlace w
   const int room = static_cast<int>(place.right - place.left);
   TEXTMETRICW metrics{};
   if (text.empty() || room <= 0 || !GetTextMetricsW(dc, &metrics)) return;
+  if (!needsOtherFonts(dc, text)) {
+    drawAsControlsDo(dc, text, place, where);
+    return;
+  }
   const std::wstring line = fittingLine(dc, text, room);
   const LaidOutText laidOut(dc, line);
   const int spare = std::max(0, room - laidOut.width());
   const int x = static_cast<int>(place.left) + (where == LinePlace::centre ? spare / 2 : 0);
-  // Fonts differ in what they have above the line on which their letters stand.
-  const int top = static_cast<int>(place.top + (place.bottom - place.top - metrics.tmHeight) / 2);
+  // Fonts differ in what they have above the line on which their letters stand. Half a pixel goes where it
+  // goes in texts that controls draw.
+  const int top = static_cast<int>(place.top + (place.bottom - place.top) / 2 - metrics.tmHeight / 2);
   const UINT alignment = SetTextAlign(dc, TA_BASELINE | TA_LEFT | TA_NOUPDATECP);
   laidOut.draw(x, top + static_cast<int>(metrics.tmAscent), place);
   SetTextAlign(dc, alignment);

@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include <string>
 #include <string_view>
 
 /// Texts on one line with letters of every script. The system's controls draw with one font, and on some
@@ -12,6 +13,9 @@ namespace pocketshell {
 /// Whether the font that is selected into `dc` lacks a letter of the text: then a control may draw it
 /// wrongly.
 bool needsOtherFonts(HDC dc, std::wstring_view text);
+
+/// The text with a blank for each line end, tab and other control character, of which a font has boxes alone.
+std::wstring onOneLine(std::wstring_view text);
 
 enum class LinePlace { left, centre };
 
