@@ -24,9 +24,14 @@ constexpr int kColumnWidth = 75;
 constexpr wchar_t kLeftOut[] = L"(left out)";
 
 constexpr ControlGrowth kGrowth[] = {
-    {.id = IDC_IMPORT_TABLE, .wider = true},       {.id = IDC_IMPORT_COLUMNS, .wider = true},
-    {.id = IDC_IMPORT_TYPE, .wider = true},        {.id = IDC_IMPORT_PREVIEW, .wider = true, .higher = true},
-    {.id = IDC_IMPORT_DOUBT, .wider = true},       {.id = IDC_IMPORT_MORE, .down = true},
+    {.id = IDC_IMPORT_TABLE, .wider = true},
+    {.id = IDC_IMPORT_COLUMNS, .wider = true, .halfHigher = true},
+    {.id = IDC_IMPORT_TYPE_LABEL, .halfDown = true},
+    {.id = IDC_IMPORT_TYPE, .wider = true, .halfDown = true},
+    {.id = IDC_IMPORT_PREVIEW_LABEL, .halfDown = true},
+    {.id = IDC_IMPORT_DOUBT, .wider = true, .halfDown = true},
+    {.id = IDC_IMPORT_PREVIEW, .wider = true, .higher = true, .halfDown = true},
+    {.id = IDC_IMPORT_MORE, .down = true},
     {.id = IDCANCEL, .right = true, .down = true},
 };
 

@@ -16,6 +16,8 @@
 #define IDC_IMPORT_MORE 1113
 // The table's name has been typed and left.
 #define IDC_IMPORT_TABLE_LEFT 1114
+#define IDC_IMPORT_TYPE_LABEL 1115
+#define IDC_IMPORT_PREVIEW_LABEL 1116
 
 #define IDD_IMPORT_RESULT 281
 #define IDC_IMPORT_RESULT_TEXT 1110

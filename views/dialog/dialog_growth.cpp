@@ -43,10 +43,15 @@ void DialogGrowth::layOut() const {
   for (std::size_t i = 0; i < places_.size(); ++i) {
     const ControlGrowth& growth = controls_[i];
     const RECT& place = places_[i];
+    const LONG half = excess.cy / 2;
+    const LONG upper = growth.down ? excess.cy : growth.halfDown ? half : 0;
+    const LONG lower = growth.down || growth.higher           ? excess.cy
+                       : growth.halfDown || growth.halfHigher ? half
+                                                              : 0;
     HandheldMoveWindow(GetDlgItem(dialog_, growth.id),
                        static_cast<int>(place.left + (growth.right ? excess.cx : 0)),
-                       static_cast<int>(place.top + (growth.down ? excess.cy : 0)),
+                       static_cast<int>(place.top + upper),
                        static_cast<int>(place.right - place.left + (growth.wider ? excess.cx : 0)),
-                       static_cast<int>(place.bottom - place.top + (growth.higher ? excess.cy : 0)), TRUE);
+                       static_cast<int>(place.bottom - place.top + lower - upper), TRUE);
   }
 }

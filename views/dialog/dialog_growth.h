@@ -12,6 +12,9 @@ struct ControlGrowth {
   bool higher = false;
   bool right = false;  ///< goes to the right with it
   bool down = false;
+  /// Of two that share the height one gets so much of it, and what stands below that goes down by as much.
+  bool halfHigher = false;
+  bool halfDown = false;
 };
 
 /// How much wider and higher the screen is than the handheld's, in handheld pixels; 0 at its size.

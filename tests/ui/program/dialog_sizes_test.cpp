@@ -144,6 +144,36 @@ TEST_F(DialogSizesTest, AQueryGivesTheRoomToItsText) {
   leave(opened.main(), dialog);
 }
 
+TEST_F(DialogSizesTest, AnImportSharesTheHeightBetweenItsColumnsAndItsRecords) {
+  constexpr int kImport = 53296;
+  constexpr int kFileName = 1148;
+  constexpr LONG kHalf = kHigher / 2;
+  testsupport::writeFile(file("a.csv"), "one,two\n1,2\n");
+  OpenedDatabase opened(file("a.cdb"));
+  ASSERT_NE(opened.tables(), nullptr);
+  size(opened.main(), kHandheld);
+  const HWND files = open(opened.main(), kImport, L"Open");
+  ASSERT_NE(files, nullptr);
+  const std::wstring path = file("a.csv").wstring();
+  SendMessageW(remote::control(files, kFileName), WM_SETTEXT, 0, reinterpret_cast<LPARAM>(path.c_str()));
+  PostMessageW(files, WM_COMMAND, IDOK, 0);
+  ASSERT_TRUE(remote::waitForDialog(opened.main(), L"Import"));
+  const HWND dialog = remote::frontWindow(opened.main());
+  expectFollows(opened.main(), dialog,
+                {{1100, kGetsWider},
+                 {1105, kStays},
+                 {1106, {0, 0, kWider, kHalf}},
+                 {1115, {0, kHalf, 0, kHalf}},
+                 {1107, {0, kHalf, kWider, kHalf}},
+                 {1116, {0, kHalf, 0, kHalf}},
+                 {1109, {0, kHalf, kWider, kHalf}},
+                 {1108, {0, kHalf, kWider, kHigher}},
+                 {1113, kGoesDown},
+                 {IDCANCEL, kGoesAlong},
+                 {IDOK, kGoesAlong}});
+  leave(opened.main(), dialog);
+}
+
 TEST_F(DialogSizesTest, TheOptionsGiveTheRoomToTheListOfColours) {
   OpenedDatabase opened(file("a.cdb"));
   ASSERT_NE(opened.tables(), nullptr);
