@@ -2,6 +2,8 @@
 // seconds at most; if it does not happen, one line on stderr says so and the exit code is 1.
 #include <windows.h>
 
+#include <commctrl.h>
+
 #include <algorithm>
 #include <array>
 #include <cstdio>
@@ -241,6 +243,45 @@ int printArea(HWND main, const Arguments&) {
   return 0;
 }
 
+/// The tooltip that is shown of the program; null when none is.
+HWND shownTip(HWND main) {
+  HWND tip = nullptr;
+  while ((tip = FindWindowExW(nullptr, tip, TOOLTIPS_CLASSW, nullptr)) != nullptr) {
+    if (remote::processOf(tip) == remote::processOf(main) && IsWindowVisible(tip) != FALSE) return tip;
+  }
+  return nullptr;
+}
+
+/// From a little beside the place, as a pointer that rests would not be noticed.
+int hoverAt(HWND main, HWND window, POINT place) {
+  ClientToScreen(window, &place);
+  for (const int beside : {2, 0}) {
+    SetCursorPos(static_cast<int>(place.x) + beside, static_cast<int>(place.y));
+    SendMessageW(window, WM_NULL, 0, 0);
+  }
+  return remote::waitUntil([=] { return shownTip(main) != nullptr; }) ? 0 : fail("no tooltip is shown");
+}
+
+int hoverOverControl(HWND main, const Arguments& arguments) {
+  const HWND control = waitForControl(main, arguments.number);
+  RECT inside{};
+  if (!control || !GetClientRect(control, &inside)) return fail("there is no such control in front");
+  return hoverAt(main, control, {inside.right / 2, inside.bottom / 2});
+}
+
+int hoverOverRow(HWND main, const Arguments& arguments) {
+  constexpr LONG kFromLeft = 20;
+  const HWND grid = remote::recordGrid(main);
+  const std::optional<RECT> row = grid ? remote::itemPlace(grid, arguments.number) : std::nullopt;
+  if (!row) return fail("there is no such row");
+  return hoverAt(main, grid, {row->left + kFromLeft, (row->top + row->bottom) / 2});
+}
+
+int restPointer(HWND main, const Arguments&) {
+  SetCursorPos(GetSystemMetrics(SM_CXSCREEN) - 1, GetSystemMetrics(SM_CYSCREEN) - 1);
+  return remote::waitUntil([=] { return shownTip(main) == nullptr; }) ? 0 : fail("the tooltip stays");
+}
+
 int waitNames(HWND main, const Arguments&) {
   const bool found = remote::waitUntil([&] {
     const HWND list = remote::shownPage(main);
@@ -319,6 +360,12 @@ constexpr std::array kVerbs = {
     VerbRow{L"close-menus", L"", "leaves all menus", closeMenus},
     VerbRow{L"sheet-page", L"N", "shows page N of the sheet in front", turnSheet},
     VerbRow{L"raise-panel", L"", "raises the input panel by its button", raisePanel},
+    VerbRow{L"hover", L"N", "moves the pointer onto control N in front and waits for its tooltip",
+            hoverOverControl},
+    VerbRow{L"hover-row", L"N", "the same with the first cell of row N of the grid", hoverOverRow},
+    VerbRow{L"rest", L"",
+            "moves the pointer into the corner of the screen and waits until no tooltip is shown",
+            restPointer},
     VerbRow{L"size", L"NT", "gives the main window N x T of the monitor's pixels inside", sizeWindow},
     VerbRow{L"move", L"NT", "moves the main window's upper left corner to N, T", moveWindow},
     VerbRow{L"maximise", L"", "maximises the main window", maximiseWindow},
