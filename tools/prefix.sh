@@ -14,7 +14,7 @@ cache_folder=${XDG_CACHE_HOME:-$HOME/.cache}/quivane
 fresh_prefixes=${TMPDIR:-/tmp}/quivane-wine-$UID
 
 # Goes into the stamp: a change of what is set up below makes every prefix out of date.
-prefix_revision=4
+prefix_revision=5
 # Working copies of different age have templates of their own.
 template_prefix=$cache_folder/wine-template-$prefix_revision
 
@@ -152,7 +152,8 @@ copy_wine_files() {
 
 # Which font has the letters that the program's own lacks. By script, as OpenType names them ("-" for what belongs to
 # none, signs and emoji): Wine's fonts for these are not free. The packages are in setup.sh and make-deb. A font that has
-# much room above its letters, as Noto Sans Arabic has, would be cut at the bottom in the editors of the form.
+# much room above its letters, as Noto Sans Arabic and Noto Sans Myanmar have, is cut at the bottom in the editors of the
+# form; those made for user interfaces have little. Of Tibetan and Mongolian there is none with less, and Tamil loses a row.
 script_fonts='
 - Symbola
 latn DejaVu Sans
@@ -184,7 +185,7 @@ sinh Noto Sans Sinhala
 thai Noto Sans Thai
 lao Noto Sans Lao
 khmr Noto Sans Khmer
-mymr Noto Sans Myanmar
+mymr Noto Sans Myanmar UI
 tibt Noto Serif Tibetan
 tale Noto Sans Tai Le
 mong Noto Sans Mongolian

@@ -14,7 +14,7 @@ source "$root/tools/prefix.sh"
 packages_headers=(libcli11-dev nlohmann-json3-dev)
 # Those of ODBC; the cross compiler has its own.
 packages_odbc_headers=(unixodbc-dev)
-packages_fonts=(fontconfig fonts-wine fonts-dejavu-core fonts-noto-core fonts-wqy-microhei fonts-symbola)
+packages_fonts=(fontconfig fonts-wine fonts-dejavu-core fonts-noto-core fonts-noto-ui-core fonts-wqy-microhei fonts-symbola)
 packages_program=(cmake ninja-build g++-mingw-w64-x86-64-posix mingw-w64-tools ccache "${packages_headers[@]}"
   wine wine64 libwine-dev "${packages_fonts[@]}" libxrender1 libxcursor1 libxi6 libxrandr2 libxinerama1 libxcomposite1 python3)
 packages_display=(xvfb imagemagick)

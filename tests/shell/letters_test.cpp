@@ -374,8 +374,8 @@ TEST_F(LettersTest, editors_show_the_whole_of_them) {
                          [](std::uint32_t pixel) { return (pixel & 0xFFFFFF) != 0xFFFFFF; });
   };
   const HWND editor = makeControl(WC_EDITW, 0);
-  // There are no other fonts of these.
-  const std::set<std::string> cut = {"Tamil", "Burmese", "Tibetan", "Mongolian"};
+  // There are no other fonts of these. Burmese loses no more than its undermost row.
+  const std::set<std::string> cut = {"Tamil", "Tibetan", "Mongolian"};
   for (const Script& script : kScripts) {
     if (cut.contains(script.name)) continue;
     const std::wstring text = std::wstring(script.one) + script.other;
@@ -384,7 +384,10 @@ TEST_F(LettersTest, editors_show_the_whole_of_them) {
     const HGDIOBJ former = SelectObject(whole.dc(), presentFont());
     drawTextLine(whole.dc(), text, {0, 0, kWidth, kHeight}, LinePlace::left);
     SelectObject(whole.dc(), former);
-    EXPECT_EQ(inkOf(pictureOf(editor)), inkOf(whole.pixels())) << script.name;
+    const auto all = inkOf(whole.pixels());
+    const auto lost = all - inkOf(pictureOf(editor));
+    EXPECT_GE(lost, 0) << script.name;
+    EXPECT_LE(lost, script.name == std::string("Burmese") ? all / 20 : 0) << script.name;
   }
 }
 
