@@ -31,9 +31,10 @@ _cdbtool_tables() {
   [[ -f $database ]] || return
   # Then the shell puts quotes where they are needed.
   compopt -o filenames 2>/dev/null
+  # Nobody is asked for a server's password here.
   while IFS= read -r name; do
     if [[ $name == "$current"* ]]; then COMPREPLY+=("$name"); fi
-  done < <(cdbtool tables -- "$database" 2>/dev/null)
+  done < <(cdbtool tables -- "$database" 2>/dev/null </dev/null)
 }
 
 _cdbtool() {
@@ -57,6 +58,7 @@ _cdbtool() {
         ;;
       check) words="-q --quiet" ;;
     esac
+    if [[ $command != new ]]; then words+=" --password-file"; fi
     words+=" -h --help"
   else
     case $previous in

@@ -46,7 +46,7 @@ class CommandLine {
   CLI::App app_{kAbout, "cdbtool"};
   std::function<int()> chosen_;
 
-  std::string file_;
+  DatabaseFile file_;
   std::string text_;
   bool isQuiet_ = false;
   bool withCounts_ = false;
@@ -77,8 +77,17 @@ std::string noStream(const std::string& text) {
   return text == kStandardStream ? "a database can't be the standard input or output" : "";
 }
 
-CLI::Option* addFile(CLI::App* command, std::string& file) {
-  return command->add_option("FILE", file, "The database")->required()->check(noStream);
+CLI::Option* addFile(CLI::App* command, std::string& path) {
+  return command->add_option("FILE", path, "The database")->required()->check(noStream);
+}
+
+/// A database that is there, and may be a server's.
+void addFile(CLI::App* command, DatabaseFile& file) {
+  addFile(command, file.path);
+  command
+      ->add_option("--password-file", file.passwordFile,
+                   "The file whose first line is the password, when FILE links to a server that wants one")
+      ->check(notEmpty);
 }
 
 /// A separator as the user writes it; not a character of its own for anything else.
@@ -254,8 +263,9 @@ void CommandLine::addExport() {
 }
 
 void CommandLine::addUpkeep() {
-  addFile(add("new", "Make an empty database", "new library.cdb", [this] { return makeDatabase(file_); }),
-          file_);
+  addFile(
+      add("new", "Make an empty database", "new library.cdb", [this] { return makeDatabase(file_.path); }),
+      file_.path);
 
   CLI::App* backup = add("backup", "Copy a database, also while it is in use",
                          "backup library.cdb library-copy.cdb", [this] { return backUp(file_, text_); });

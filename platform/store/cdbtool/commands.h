@@ -16,29 +16,36 @@ namespace cdbtool {
 /// One function for each sub-command. It is given what the user has asked for and returns the exit code;
 /// failures it has told itself.
 
-/// Opens the database at `path` (UTF-8).
-store::Status openFile(const std::string& path, std::unique_ptr<store::Backend>* backend);
+/// A database as the user names it. Both are paths in UTF-8.
+struct DatabaseFile {
+  std::string path;
+  std::string passwordFile;  ///< whose first line is the password for a server; empty for none
+};
+
+/// Opens the database. Where a server wants a password that neither its link nor the user's file has, the
+/// user is asked for it, once, if he is there.
+store::Status openFile(const DatabaseFile& file, std::unique_ptr<store::Backend>* backend);
 
 /// Which letters count as one, as the system has it.
 const store::CaseFolding& lettersOfSystem();
 
-int listTables(const std::string& file, bool withCounts);
+int listTables(const DatabaseFile& file, bool withCounts);
 
 /// How rows are shown or written.
 enum class RowFormat { text, csv, json, jsonLines, html, sql };
 
 struct ShowRequest {
-  std::string file;
+  DatabaseFile file;
   std::string what;  ///< a table, a view, a saved query or a SELECT
   RowFormat format = RowFormat::text;
 };
 int show(const ShowRequest& request);
 
 /// Runs one statement: shows its rows, or tells how many records it has changed.
-int query(const std::string& file, const std::string& statement, RowFormat format, bool isQuiet);
+int query(const DatabaseFile& file, const std::string& statement, RowFormat format, bool isQuiet);
 
 struct FindRequest {
-  std::string file;
+  DatabaseFile file;
   std::string text;
   std::string table;  ///< all of them when it is empty
   bool matchesCase = false;
@@ -46,7 +53,7 @@ struct FindRequest {
 int find(const FindRequest& request);
 
 struct ImportRequest {
-  std::string file;
+  DatabaseFile file;
   std::string source;  ///< "-" for the standard input
   store::exchange::ImportOptions options;
   bool keepsGoodRows = false;
@@ -58,7 +65,7 @@ struct ImportRequest {
 int import(const ImportRequest& request);
 
 struct ExportRequest {
-  std::string file;
+  DatabaseFile file;
   std::string what;
   std::string target = "-";
   std::optional<RowFormat> format;  ///< by the name of the target when it is not given
@@ -74,9 +81,9 @@ struct ExportRequest {
 int exportRows(const ExportRequest& request);
 
 int makeDatabase(const std::string& file);
-int backUp(const std::string& file, const std::string& target);
-int check(const std::string& file, bool isQuiet);
-int info(const std::string& file);
+int backUp(const DatabaseFile& file, const std::string& target);
+int check(const DatabaseFile& file, bool isQuiet);
+int info(const DatabaseFile& file);
 
 /// What the user means by `what`: the name of a table or view, the statement of the saved query of that name,
 /// or a statement.

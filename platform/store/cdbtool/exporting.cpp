@@ -69,7 +69,7 @@ Status exportTo(const ExportRequest& request, Backend& backend, Console& console
     return status ? StandardOutput::finish() : status;
   }
   exchange::OutputFile output;
-  Status status = withForceHint(output.create(request.target, request.replacesFiles, {request.file}),
+  Status status = withForceHint(output.create(request.target, request.replacesFiles, {request.file.path}),
                                 request.replacesFiles);
   if (status) status = exchange::exportSource(backend, rows, options, output, progress, result);
   return status ? output.keep() : status;

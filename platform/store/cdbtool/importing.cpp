@@ -60,7 +60,7 @@ class Observer : public exchange::ImportObserver {
       list_ = &output_;
       return {};
     }
-    std::vector<std::string> inUse{request_.file};
+    std::vector<std::string> inUse{request_.file.path};
     if (request_.source != kStandardStream) inUse.push_back(request_.source);
     list_ = &file_;
     return withForceHint(file_.create(request_.rejectsFile, request_.replacesFiles, inUse),

@@ -8,7 +8,6 @@
 #include "platform/store/dsn/file_dsn.h"
 #include "platform/store/exchange/formats/csv_writer.h"
 #include "platform/store/exchange/formats/json_writer.h"
-#include "platform/store/opening/open_path.h"
 #include "platform/store/sql/dialect.h"
 #include "platform/store/sqlite/files/file_path.h"
 
@@ -38,17 +37,6 @@ Status firstText(Backend& backend, const std::string& sql, std::string* text) {
 
 }  // namespace
 
-Status openFile(const std::string& path, std::unique_ptr<Backend>* backend) {
-  store::OpenOptions options;
-  // This program stays small beside what it works on.
-  options.pageCacheKibibytes = 16 * 1024;
-  options.question = [](store::Busy) { return wasInterrupted(); };
-  options.folding = lettersOfSystem;
-  Status status = openPath(path, options, backend);
-  if (status) return {};
-  return {status.code(), path + ": " + status.message()};
-}
-
 Status readTexts(Backend& backend, const std::string& sql, std::vector<std::string>* texts) {
   std::unique_ptr<RowStream> rows;
   if (Status status = backend.openStream(sql, SourceKind::text, &rows); !status) return status;
@@ -71,7 +59,7 @@ Status userTables(Backend& backend, std::vector<std::string>* names) {
   return status;
 }
 
-int listTables(const std::string& file, bool withCounts) {
+int listTables(const DatabaseFile& file, bool withCounts) {
   std::unique_ptr<Backend> backend;
   if (Status status = openFile(file, &backend); !status) return failed(status);
   std::vector<std::string> names;
@@ -160,7 +148,7 @@ int show(const ShowRequest& request) {
   return status ? kDone : failed(status);
 }
 
-int query(const std::string& file, const std::string& statement, RowFormat format, bool isQuiet) {
+int query(const DatabaseFile& file, const std::string& statement, RowFormat format, bool isQuiet) {
   std::unique_ptr<Backend> backend;
   if (Status status = openFile(file, &backend); !status) return failed(status);
   std::unique_ptr<RowStream> rows;
@@ -179,11 +167,11 @@ int query(const std::string& file, const std::string& statement, RowFormat forma
   return kDone;
 }
 
-int info(const std::string& file) {
+int info(const DatabaseFile& file) {
   std::unique_ptr<Backend> backend;
   if (Status status = openFile(file, &backend); !status) return failed(status);
   std::error_code error;
-  const auto size = std::filesystem::file_size(store::pathOf(file), error);
+  const auto size = std::filesystem::file_size(store::pathOf(file.path), error);
   std::vector<std::string> tables;
   Status status = userTables(*backend, &tables);
   std::int64_t records = 0;
@@ -202,11 +190,11 @@ int info(const std::string& file) {
       {"free pages", "PRAGMA freelist_count"},
       {"encoding", "PRAGMA encoding"},
   };
-  std::string text = "file: " + file + "\nbytes: " + (error ? "unknown" : std::to_string(size)) +
+  std::string text = "file: " + file.path + "\nbytes: " + (error ? "unknown" : std::to_string(size)) +
                      "\ntables: " + std::to_string(tables.size()) + "\nrecords: " + std::to_string(records) +
                      "\n";
   // What a server keeps its data in is its own affair.
-  const bool isLink = store::isFileDsnAt(file);
+  const bool isLink = store::isFileDsnAt(file.path);
   for (const Question& question : kQuestions) {
     std::string answer;
     if (status && !isLink) status = firstText(*backend, question.sql, &answer);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdio>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -17,6 +18,10 @@ void prepareStreams();
 
 /// Whether a person reads the stream.
 bool isTerminal(std::FILE* stream);
+
+/// Has the person at the terminal type something that is not shown, and ends at the line's end. Nothing when
+/// the standard input is no terminal, when it ends before, and when it is interrupted.
+std::optional<std::string> askSecret(const std::string& question);
 
 /// From now on an interrupt (Ctrl+C, the request to end) is only noted; the second one ends the program.
 void noteInterrupts();

@@ -1,6 +1,7 @@
 #include <csignal>
 #include <cwctype>
 #include <locale.h>
+#include <termios.h>
 #include <unistd.h>
 
 #include "platform/store/cdbtool/system.h"
@@ -27,6 +28,29 @@ void prepareStreams() {
 
 bool isTerminal(std::FILE* stream) {
   return isatty(fileno(stream)) == 1;
+}
+
+std::optional<std::string> askSecret(const std::string& question) {
+  termios before{};
+  if (!isTerminal(stdin) || tcgetattr(STDIN_FILENO, &before) != 0) return std::nullopt;
+  termios silent = before;
+  silent.c_lflag &= ~static_cast<tcflag_t>(ECHO);
+  // What was typed before the question is none of the answer.
+  if (tcsetattr(STDIN_FILENO, TCSAFLUSH, &silent) != 0) return std::nullopt;
+  std::fputs(question.c_str(), stderr);
+  std::fflush(stderr);
+  std::string answer;
+  bool isWhole = false;
+  char sign = 0;
+  // One by one: what an interrupt leaves behind in a buffer would be taken for something else later.
+  while (!isWhole && read(STDIN_FILENO, &sign, 1) == 1) {
+    isWhole = sign == '\n';
+    if (!isWhole) answer += sign;
+  }
+  tcsetattr(STDIN_FILENO, TCSAFLUSH, &before);
+  std::fputs("\n", stderr);
+  if (isWhole) return answer;
+  return std::nullopt;
 }
 
 void noteInterrupts() {

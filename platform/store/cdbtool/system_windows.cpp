@@ -7,6 +7,7 @@
 #include <io.h>
 
 #include "platform/store/cdbtool/system.h"
+#include "platform/store/rows/secret_text.h"
 #include "platform/store/rows/utf.h"
 
 namespace cdbtool {
@@ -42,6 +43,26 @@ void prepareStreams() {
 bool isTerminal(std::FILE* stream) {
   DWORD mode = 0;
   return GetConsoleMode(reinterpret_cast<HANDLE>(_get_osfhandle(_fileno(stream))), &mode) != 0;
+}
+
+std::optional<std::string> askSecret(const std::string& question) {
+  const auto console = reinterpret_cast<HANDLE>(_get_osfhandle(_fileno(stdin)));
+  DWORD before = 0;
+  if (GetConsoleMode(console, &before) == 0) return std::nullopt;
+  if (SetConsoleMode(console, ENABLE_LINE_INPUT | ENABLE_PROCESSED_INPUT) == 0) return std::nullopt;
+  std::fputs(question.c_str(), stderr);
+  std::fflush(stderr);
+  std::wstring line(1024, L'\0');
+  DWORD count = 0;
+  const bool isRead =
+      ReadConsoleW(console, line.data(), static_cast<DWORD>(line.size()), &count, nullptr) != 0;
+  SetConsoleMode(console, before);
+  std::fputs("\n", stderr);
+  const std::size_t end = line.find_first_of(L"\r\n");
+  if (!isRead || end >= count) return std::nullopt;
+  std::string answer = store::toUtf8({reinterpret_cast<const char16_t*>(line.data()), end});
+  store::wipe(&line);
+  return answer;
 }
 
 void noteInterrupts() {

@@ -117,11 +117,11 @@ int makeDatabase(const std::string& file) {
   return failed({status.code(), file + ": " + status.message()});
 }
 
-int backUp(const std::string& file, const std::string& target) {
+int backUp(const DatabaseFile& file, const std::string& target) {
   std::unique_ptr<Backend> backend;
   if (Status status = openFile(file, &backend); !status) return failed(status);
   // Beside the database a file of some names would be taken for a part of it.
-  Status status = store::exchange::checkNotInUse(target, {file});
+  Status status = store::exchange::checkNotInUse(target, {file.path});
   if (!status) return failed(status);
   status = backend->saveCopy(target);
   if (status) return kDone;
@@ -130,10 +130,10 @@ int backUp(const std::string& file, const std::string& target) {
   return failed({status.code(), target + ": " + status.message()});
 }
 
-int check(const std::string& file, bool isQuiet) {
+int check(const DatabaseFile& file, bool isQuiet) {
   std::unique_ptr<Backend> backend;
   if (Status status = openFile(file, &backend); !status) {
-    if (status.code() == store::ErrorCode::cannotOpen) status = withMissingPart(status, file);
+    if (status.code() == store::ErrorCode::cannotOpen) status = withMissingPart(status, file.path);
     return failed(status);
   }
   Console console(isQuiet);
