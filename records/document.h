@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -101,6 +102,9 @@ class Document : private BusyListener {
   /// What is typed stays on the form unless he opens the other file. False when he did: what asked for this
   /// was meant for the former one.
   bool lookAfterFile();
+  /// Asks for another password when the server has refused the present one since this was called last. What
+  /// it was refused for has failed and been told; what the user does next connects with the new one.
+  void lookAfterPassword();
 
   // The commands of the File, Tables and Queries menus (document_files.cpp). They tell the user themselves
   // what can't be done.
@@ -326,7 +330,7 @@ class Document : private BusyListener {
   static constexpr wchar_t kQueriesTable[] = L"QuivaneQueries";
   static constexpr wchar_t kGoneElsewhere[] = L"Another program has renamed or deleted it.";
 
-  Outcome openWithPassword(const String& path);
+  Outcome settlePassword(Outcome tried, const std::function<Outcome(const String& password)>& tryWith);
   Outcome openConnection(const String& path);
   /// What came of the choice: `settled` also when there was none to make, `open` when it was put off.
   enum class LostFileEnd { settled, open, otherFile };

@@ -1,4 +1,5 @@
 // Opening and closing the database file.
+#include <functional>
 #include <memory>
 #include <string>
 #include <utility>
@@ -33,23 +34,33 @@ Document::~Document() {
   closeDatabase();
 }
 
-/// Asks the user for the password of a server as long as it wants another one and he gives one.
-Outcome Document::openWithPassword(const String& path) {
-  Outcome opened = database_.open(path);
-  while (opened.cause() == Outcome::Cause::passwordWanted) {
+/// Asks the user for the password of a server as long as it wants another one and he gives one, for which
+/// `tried` is what became of trying without it or the former one.
+Outcome Document::settlePassword(Outcome tried,
+                                 const std::function<Outcome(const String& password)>& tryWith) {
+  while (tried.cause() == Outcome::Cause::passwordWanted) {
     pages_.prompts.endProgress();
-    std::optional<String> password = pages_.prompts.askPassword(opened.reason());
+    std::optional<String> password = pages_.prompts.askPassword(tried.reason());
     if (!password) break;
     const WaitCursor wait;
-    opened = database_.open(path, *password);
+    tried = tryWith(*password);
     password->wipe();
   }
-  return opened;
+  return tried;
+}
+
+void Document::lookAfterPassword() {
+  const Outcome settled = settlePassword(
+      database_.takeRefusal(), [this](const String& password) { return database_.givePassword(password); });
+  const bool isCancelled = settled.cause() == Outcome::Cause::passwordWanted;
+  if (!settled && !isCancelled) tellFailure(L"The server can't be reached.", settled.reason());
 }
 
 Outcome Document::openConnection(const String& path) {
   const WaitCursor wait;
-  if (Outcome opened = openWithPassword(path); !opened) return opened;
+  Outcome opened = settlePassword(database_.open(path),
+                                  [&](const String& password) { return database_.open(path, password); });
+  if (!opened) return opened;
   Outcome listed;
   database_.listTables(tableNames_, &listed);
   if (!listed) {

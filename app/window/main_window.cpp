@@ -125,6 +125,7 @@ LRESULT windowActivated(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
 LRESULT cameToFront(HWND window, UINT, WPARAM wParam, LPARAM) {
   if (!theDocument || !IsWindowEnabled(window) || theDocument->isBusy()) return 0;
   theDocument->lookAfterFile();
+  theDocument->lookAfterPassword();
   if (wParam != 0) lookForChanges(window);
   return 0;
 }

@@ -79,6 +79,12 @@ class Database {
   /// What the server of the open database is and whether the connection to it is encrypted, for the user;
   /// empty for a file, and when none is open. On failure `text` is untouched.
   Outcome describeServer(String& text);
+  /// Why the server of the open database let its user in no more since this was asked last; done when it has
+  /// not.
+  Outcome takeRefusal();
+  /// Gives another password, by which the next operation connects. passwordWanted when the server doesn't
+  /// take it.
+  Outcome givePassword(const String& password);
   /// Writes what is open into a new file, without records that were begun and not stored; the open file
   /// stays open. Fails, and no file was made, when something stands at `path` already or it can't be written.
   Outcome saveCopy(const String& path);

@@ -24,6 +24,14 @@ Outcome Database::describeServer(String& text) {
   return {};
 }
 
+Outcome Database::takeRefusal() {
+  return isOpen_ ? connection_->takeRefusal() : Outcome();
+}
+
+Outcome Database::givePassword(const String& password) {
+  return connection_->givePassword(password.text());
+}
+
 Outcome Database::saveCopy(const String& path) {
   return connection_->saveCopy(path.text());
 }

@@ -86,6 +86,21 @@ Outcome ConnectionHandle::describeServer(String& text) {
   return {};
 }
 
+Outcome ConnectionHandle::takeRefusal() {
+  UniqueBstr reason;
+  if (!connection_ || FAILED(connection_->TakeRefusal(reason.put())) || SysStringLen(reason.get()) == 0)
+    return {};
+  return Outcome::failure(textOfBstr(reason.get()), Outcome::Cause::passwordWanted);
+}
+
+Outcome ConnectionHandle::givePassword(const wchar_t* password) {
+  if (!connection_) return noObject();
+  const UniqueBstr secret = makeBstr(password);
+  Outcome given = outcomeOf(connection_->GivePassword(secret.get()));
+  SecureZeroMemory(secret.get(), SysStringByteLen(secret.get()));
+  return given;
+}
+
 Outcome ConnectionHandle::saveCopy(const wchar_t* path) {
   return connection_ ? outcomeOf(connection_->SaveCopy(makeBstr(path).get())) : noObject();
 }

@@ -59,6 +59,10 @@ class ConnectionHandle {
   /// What the server is and whether the connection to it is encrypted, for the user; empty for a file. On
   /// failure `text` is untouched.
   Outcome describeServer(String& text);
+  /// Why a server let its user in no more since this was asked last; done when it has not. Such a failure is
+  /// one of passwordWanted, and another password is to be given before anything else.
+  Outcome takeRefusal();
+  Outcome givePassword(const wchar_t* password);
   /// Writes what is open into a new file, also when the open one has lost its name; the connection stays
   /// with what it has open. Fails, and no file was made, when something stands at `path` already or it can't
   /// be written there.

@@ -1,6 +1,7 @@
 // Who is let in to a server's database: passwords that a link has, that somebody types, and that are
 // remembered.
 #include <chrono>
+#include <cstdlib>
 
 #include "platform/store/dsn/file_dsn.h"
 #include "platform/store/odbc/driver/answer.h"
@@ -90,6 +91,128 @@ TEST_F(ServerLoginTest, ThePasswordOfALinkIsTakenAndNobodyIsAskedForAnother) {
   makeLink("PWD=\n");
   EXPECT_EQ(kWantsNone, tryOpening().message()) << "an empty one is none";
   EXPECT_TRUE(tryOpening(kPassword));
+}
+
+/// A database that is open and loses its conversation, after which the server wants another password.
+class ServerNewPasswordTest : public ServerLoginTest {
+ protected:
+  void openWith(const std::string& password) {
+    OpenOptions options;
+    if (!password.empty()) options.password = password;
+    const Status status = openPath(utf8Of(path_), options, &open_);
+    ASSERT_TRUE(status) << status.message();
+  }
+  void loseConversation() const {
+    runOnServer("SELECT pg_terminate_backend(pid) FROM pg_stat_activity WHERE usename = 'quivane_locked'",
+                "postgres");
+    EXPECT_EQ(ErrorCode::inputOutput, tryReading().code());
+  }
+  Status tryReading() const {
+    std::unique_ptr<RowSource> rows;
+    return open_->openRows("t", SourceKind::table, &rows);
+  }
+
+  std::unique_ptr<Backend> open_;
+};
+
+TEST_F(ServerNewPasswordTest, AnotherOneIsAskedForAndTaken) {
+  makeLink();
+  openWith(kPassword);
+  setPassword("another");
+  EXPECT_TRUE(open_->takeRefusal()) << "nothing was refused so far";
+  EXPECT_TRUE(tryReading()) << "as long as the conversation goes on";
+  loseConversation();
+  EXPECT_TRUE(open_->takeRefusal()) << "a lost conversation is no refusal";
+  const Status refused = tryReading();
+  EXPECT_EQ(ErrorCode::passwordWanted, refused.code());
+  EXPECT_EQ(0u, refused.message().find("The server does not take the password any more: "))
+      << refused.message();
+  EXPECT_EQ(refused.message(), open_->takeRefusal().message());
+  EXPECT_TRUE(open_->takeRefusal()) << "once for each";
+  Status given = open_->givePassword("wrong");
+  EXPECT_EQ(ErrorCode::passwordWanted, given.code());
+  EXPECT_EQ(0u, given.message().find("The server does not take the password: ")) << given.message();
+  EXPECT_EQ(ErrorCode::passwordWanted, tryReading().code());
+  given = open_->givePassword("another");
+  EXPECT_TRUE(given) << given.message();
+  EXPECT_TRUE(tryReading());
+  EXPECT_TRUE(tryOpening()) << "it is remembered";
+}
+
+TEST_F(ServerNewPasswordTest, OneOfTheLinkIsNotAskedForButToldOf) {
+  makeLink("PWD={a b;{c}}}}'\"+%41=\\\xC3\xA9}\n");
+  openWith("");
+  setPassword("another");
+  loseConversation();
+  const Status refused = tryReading();
+  EXPECT_EQ(ErrorCode::cannotOpen, refused.code());
+  EXPECT_EQ(0u, refused.message().find("The server does not take the link's password any more: "))
+      << refused.message();
+  EXPECT_TRUE(open_->takeRefusal());
+  EXPECT_EQ(ErrorCode::notAvailable, open_->givePassword("another").code());
+}
+
+/// A server that writes its reasons in another language than English.
+class ServerLanguageTest : public ServerNewPasswordTest {
+ protected:
+  void SetUp() override {
+    ServerNewPasswordTest::SetUp();
+    language_ = std::getenv("QUIVANE_TEST_SERVER_LANGUAGE");
+    if (language_ == nullptr) GTEST_SKIP() << "The system has no other language for the server.";
+    setLanguage(language_);
+  }
+  void TearDown() override {
+    if (language_ != nullptr) setLanguage("C.UTF-8");
+    ServerNewPasswordTest::TearDown();
+  }
+  static void setLanguage(const std::string& language) {
+    runOnServer("ALTER SYSTEM SET lc_messages = '" + language + "'", "postgres");
+    runOnServer("SELECT pg_reload_conf()", "postgres");
+    // The server takes it for those who come later.
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+    std::string present;
+    while (present != language && std::chrono::steady_clock::now() < deadline) {
+      FileDsn dsn;
+      ASSERT_TRUE(readFileDsn(linkTo("postgres"), &dsn));
+      OdbcConnection connection(connectionTextOf(dsn), {});
+      Answer answer;
+      if (ask(connection, "SHOW lc_messages", {}, &answer)) present = answer.at(0).at(0).value_or("");
+    }
+    ASSERT_EQ(language, present);
+  }
+
+  const char* language_ = nullptr;
+};
+
+TEST_F(ServerLanguageTest, AWrongPasswordIsKnownForOne) {
+  makeLink();
+  const Status status = tryOpening("wrong");
+  EXPECT_EQ(ErrorCode::passwordWanted, status.code());
+  EXPECT_EQ(0u, status.message().find("The server does not take the password: ")) << status.message();
+  EXPECT_EQ(std::string::npos, status.message().find("password authentication"))
+      << "the words are not English";
+  EXPECT_TRUE(tryOpening(kPassword));
+  setPassword("another");
+  EXPECT_EQ(ErrorCode::passwordWanted, tryOpening().code()) << "what was remembered is not taken";
+  EXPECT_EQ(kWantsNone, tryOpening().message()) << "and forgotten";
+}
+
+TEST_F(ServerLanguageTest, APasswordThatIsRightIsNotBlamedForWhatElseIsWrong) {
+  makeLink();
+  link_.replace(link_.find("DATABASE=" + database_), 9 + database_.size(), "DATABASE=none_such");
+  testsupport::writeFile(path_, link_);
+  EXPECT_EQ(ErrorCode::cannotOpen, tryOpening(kPassword).code());
+  EXPECT_EQ(ErrorCode::passwordWanted, tryOpening("wrong").code());
+}
+
+TEST_F(ServerLanguageTest, AnotherOneIsAskedForWhereTheFormerOneIsNotTakenAnyMore) {
+  makeLink();
+  openWith(kPassword);
+  setPassword("another");
+  loseConversation();
+  EXPECT_EQ(ErrorCode::passwordWanted, tryReading().code());
+  EXPECT_TRUE(open_->givePassword("another"));
+  EXPECT_TRUE(tryReading());
 }
 
 class ServerEncryptionTest : public StoreTest {

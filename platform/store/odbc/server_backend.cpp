@@ -5,6 +5,7 @@
 #include "platform/store/odbc/dialect/server_definition.h"
 #include "platform/store/odbc/dialect/server_statement.h"
 #include "platform/store/odbc/server_description.h"
+#include "platform/store/odbc/session_passwords.h"
 #include "platform/store/odbc/sources/server_result_rows.h"
 #include "platform/store/odbc/sources/server_row_stream.h"
 #include "platform/store/sql/sql_tokens.h"
@@ -280,6 +281,17 @@ Status ServerBackend::countOthersChanges(std::int64_t* count) {
 
 Status ServerBackend::describeServer(std::string* text) {
   return store::describeServer(*connection_, text);
+}
+
+Status ServerBackend::givePassword(const std::string& password) {
+  if (link_.empty()) return Backend::givePassword(password);
+  Status status = connection_->tryPassword(password);
+  if (status) {
+    rememberPassword(link_, password);
+  } else if (status.code() == ErrorCode::passwordWanted) {
+    status = {status.code(), "The server does not take the password: " + status.message()};
+  }
+  return status;
 }
 
 Status ServerBackend::saveCopy(const std::string&) {

@@ -22,9 +22,11 @@ class ServerBackend : public Backend, private TableNames {
   /// Runs a CREATE DATABASE or DROP DATABASE, which are about files.
   using FileStatements = std::function<Status(const Statement& statement)>;
 
-  /// `connection` is open.
-  ServerBackend(std::unique_ptr<OdbcConnection> connection, bool isReadOnly, FileStatements fileStatements)
+  /// `connection` is open. `link` is what a password is remembered for, empty where the link has its own.
+  ServerBackend(std::unique_ptr<OdbcConnection> connection, std::string link, bool isReadOnly,
+                FileStatements fileStatements)
       : connection_(std::move(connection)),
+        link_(std::move(link)),
         catalogue_(*connection_),
         isReadOnly_(isReadOnly),
         fileStatements_(std::move(fileStatements)) {}
@@ -43,6 +45,8 @@ class ServerBackend : public Backend, private TableNames {
   /// A server doesn't tell; the number stays.
   Status countOthersChanges(std::int64_t* count) override;
   Status describeServer(std::string* text) override;
+  Status takeRefusal() override { return connection_->takeRefusal(); }
+  Status givePassword(const std::string& password) override;
   Status saveCopy(const std::string& path) override;
 
  private:
@@ -67,6 +71,7 @@ class ServerBackend : public Backend, private TableNames {
   Status runText(std::string_view text, std::int64_t* affected, std::unique_ptr<RowSource>* rows);
 
   std::unique_ptr<OdbcConnection> connection_;
+  std::string link_;
   ServerCatalogue catalogue_;
   bool isReadOnly_;
   FileStatements fileStatements_;

@@ -74,14 +74,13 @@ FileDsn completed(const FileDsn& dsn) {
 
 Status openServerDatabase(const FileDsn& dsn, const ServerOptions& options,
                           std::unique_ptr<Backend>* backend) {
-  FileDsn complete = completed(dsn);
+  const FileDsn complete = completed(dsn);
   const std::string link = connectionTextOf(complete);
   const bool hasOwnPassword = hasPassword(complete);
   const std::optional<std::string> password =
       hasOwnPassword || options.password ? options.password : rememberedPassword(link);
-  if (!hasOwnPassword && password) complete.entries.push_back({"PWD", *password});
-  auto connection = std::make_unique<OdbcConnection>(connectionTextOf(complete),
-                                                     settingsFor(options.dateOrder), checkProduct);
+  auto connection = std::make_unique<OdbcConnection>(link, settingsFor(options.dateOrder), checkProduct);
+  if (!hasOwnPassword) connection->usePassword(password);
   connection->askWhileBusy(options.question);
   if (Status status = connection->ensureOpen(); !status) {
     if (status.code() != ErrorCode::passwordWanted) return status;
@@ -95,7 +94,8 @@ Status openServerDatabase(const FileDsn& dsn, const ServerOptions& options,
   if (Status status = ask(*connection, "SHOW transaction_read_only", {}, &answer); !status) return status;
   const bool isReadOnly = !answer.empty() && answer[0][0] == "on";
   if (!hasOwnPassword && password) rememberPassword(link, *password);
-  *backend = std::make_unique<ServerBackend>(std::move(connection), isReadOnly, options.fileStatements);
+  *backend = std::make_unique<ServerBackend>(std::move(connection), hasOwnPassword ? std::string() : link,
+                                             isReadOnly, options.fileStatements);
   return {};
 }
 

@@ -156,6 +156,14 @@ class Backend {
     text->clear();
     return {};
   }
+  /// Why the server let its user in no more after a conversation was lost: passwordWanted, once for each time
+  /// that something failed for it. Done when that was not the reason, or there is no server.
+  virtual Status takeRefusal() { return {}; }
+  /// Gives another password to connect with; what is called next does. passwordWanted when the server doesn't
+  /// take it either, notAvailable where none is wanted; on failure the former one stays.
+  virtual Status givePassword(const std::string& /*password*/) {
+    return {ErrorCode::notAvailable, "No password is wanted for what is open."};
+  }
   /// What can be taken back of the changes made through this backend. Null where there is nothing of the
   /// kind; it keeps nothing until it is told to.
   virtual ChangeHistory* history() { return nullptr; }

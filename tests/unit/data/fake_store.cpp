@@ -339,6 +339,8 @@ class FakeConnectionObject final : public FakeObject<IAdoceConnection> {
   }
   HRESULT STDMETHODCALLTYPE CountOthersChanges(hyper*) override { return E_NOTIMPL; }
   HRESULT STDMETHODCALLTYPE DescribeServer(BSTR*) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE TakeRefusal(BSTR*) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE GivePassword(BSTR) override { return E_NOTIMPL; }
 
  private:
   FakeStore& store_;

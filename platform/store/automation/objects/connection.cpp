@@ -288,6 +288,25 @@ HRESULT ConnectionObject::DescribeServer(BSTR* text) {
   });
 }
 
+HRESULT ConnectionObject::TakeRefusal(BSTR* reason) {
+  return call([&]() -> Outcome {
+    if (reason == nullptr) return nullPointer();
+    if (!isOpen()) return closedConnection();
+    *reason = newText(backend_->takeRefusal().message());
+    return {};
+  });
+}
+
+HRESULT ConnectionObject::GivePassword(BSTR password) {
+  return call([&]() -> Outcome {
+    if (!isOpen()) return closedConnection();
+    std::string given = utf8Of(std::wstring(viewOf(password)));
+    Outcome outcome = backend_->givePassword(given);
+    store::wipe(&given);
+    return outcome;
+  });
+}
+
 HRESULT ConnectionObject::SaveCopy(BSTR path) {
   return call([&]() -> Outcome {
     if (!isOpen()) return closedConnection();

@@ -3,6 +3,7 @@
 #include <chrono>
 #include <thread>
 
+#include "platform/store/dsn/file_dsn.h"
 #include "platform/store/odbc/driver/odbc_statement.h"
 
 namespace store {
@@ -18,25 +19,77 @@ constexpr auto kConnectPatience = 10s;
 
 }  // namespace
 
-/// Connects, as long as nobody wants it stopped. The driver can't be told so: it is left alone then.
+void OdbcConnection::usePassword(const std::optional<std::string>& password) {
+  asksForPassword_ = true;
+  password_ = password ? std::make_shared<SecretText>(*password) : nullptr;
+}
+
+Status OdbcConnection::tryPassword(const std::string& password) {
+  const std::unique_ptr<OdbcConnection> trial = another();
+  trial->usePassword(password);
+  trial->askWhileBusy(question_);
+  if (Status status = trial->ensureOpen(); !status) return status;
+  password_ = trial->password_;
+  return {};
+}
+
 Status OdbcConnection::connect(const std::shared_ptr<OdbcSession>& session) {
+  const Clock::time_point deadline = Clock::now() + kConnectPatience;
+  const Attempt attempt = connectWith(password_.get(), deadline, session);
+  const bool mayBeOfPassword = attempt.status.code() == ErrorCode::cannotOpen && password_ != nullptr;
+  if (!mayBeOfPassword || attempt.refusal.empty()) return attempt.status;
+  if (!isPasswordRefused(session->functions(), attempt.refusal, deadline)) return attempt.status;
+  return {ErrorCode::passwordWanted, attempt.refusal};
+}
+
+/// Whether the server that gave this reason doesn't take the password. PostgreSQL's driver gives one state
+/// for all reasons, and the server writes them in its own language; so the reason is compared with the one
+/// why a password that nobody has is not taken.
+bool OdbcConnection::isPasswordRefused(const OdbcFunctions& functions, const std::string& refusal,
+                                       Clock::time_point deadline) {
+  const auto tryWith = [&](const SecretText* password) {
+    return connectWith(password, deadline, std::make_shared<OdbcSession>(functions));
+  };
+  // Whom it wants no password of, it has refused for something else.
+  if (tryWith(nullptr).status.code() != ErrorCode::passwordWanted) return false;
+  const SecretText nobodys("this is nobody's password");
+  return tryWith(&nobodys).refusal == refusal;
+}
+
+/// Connects, as long as nobody wants it stopped. The driver can't be told so: it is left alone then.
+OdbcConnection::Attempt OdbcConnection::connectWith(const SecretText* password, Clock::time_point deadline,
+                                                    const std::shared_ptr<OdbcSession>& session) {
   // What stands here when there was no memory for anything else.
   const auto outcome = std::make_shared<Status>(ErrorCode::outOfMemory, "Out of memory.");
   CallThread thread;
-  thread.begin([session, outcome, text = connectionText_] {
+  thread.begin([session, outcome, text = textWith(password)] {
     *outcome = session->connect(text->text());
     return *outcome ? SQL_SUCCESS : SQL_ERROR;
   });
-  const auto deadline = std::chrono::steady_clock::now() + kConnectPatience;
   while (!thread.waitFor(kQuestionInterval)) {
     if (question_ && question_(Busy::working)) {
-      return {ErrorCode::stopped, "The connecting to the server was stopped."};
+      return {{ErrorCode::stopped, "The connecting to the server was stopped."}, {}};
     }
-    if (std::chrono::steady_clock::now() > deadline) {
-      return {ErrorCode::cannotOpen, "The server's database can't be opened: the server does not answer."};
+    if (Clock::now() > deadline) {
+      return {{ErrorCode::cannotOpen, "The server's database can't be opened: the server does not answer."},
+              {}};
     }
   }
-  return *outcome;
+  return {*outcome, session->refusal()};
+}
+
+std::shared_ptr<const SecretText> OdbcConnection::textWith(const SecretText* password) const {
+  if (password == nullptr) return connectionText_;
+  FileDsn entries;
+  entries.entries.push_back({"PWD", password->text()});
+  std::string entry = connectionTextOf(entries);
+  std::string text;
+  text.reserve(connectionText_->text().size() + entry.size());
+  text = connectionText_->text();
+  text += entry;
+  wipe(&entries.entries.front().value);
+  wipe(&entry);
+  return std::make_shared<const SecretText>(std::move(text));
 }
 
 Status OdbcConnection::ensureOpen() {
@@ -44,7 +97,7 @@ Status OdbcConnection::ensureOpen() {
   const OdbcFunctions* functions = nullptr;
   if (Status status = findOdbc(&functions); !status) return status;
   auto session = std::make_shared<OdbcSession>(*functions);
-  if (Status status = connect(session); !status) return status;
+  if (Status status = connect(session); !status) return conversations_ == 0 ? status : refusedAnew(status);
   if (check_ != nullptr) {
     if (Status status = check_(*session); !status) return status;
   }
@@ -61,6 +114,18 @@ Status OdbcConnection::ensureOpen() {
     }
   }
   return {};
+}
+
+/// The failure of a conversation that is not the first one.
+Status OdbcConnection::refusedAnew(const Status& status) {
+  if (status.code() != ErrorCode::passwordWanted) return status;
+  if (!asksForPassword_) {
+    return {ErrorCode::cannotOpen,
+            "The server does not take the link's password any more: " + status.message()};
+  }
+  refusal_ = {ErrorCode::passwordWanted,
+              "The server does not take the password any more: " + status.message()};
+  return refusal_;
 }
 
 void OdbcConnection::lose() {

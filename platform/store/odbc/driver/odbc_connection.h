@@ -5,7 +5,9 @@
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/store/odbc/driver/call_thread.h"
@@ -31,6 +33,16 @@ class OdbcConnection {
   OdbcConnection(const OdbcConnection&) = delete;
   OdbcConnection& operator=(const OdbcConnection&) = delete;
 
+  /// The connection text has no password, and its user is asked for one: from now on this one is used, or
+  /// none.
+  void usePassword(const std::optional<std::string>& password);
+  /// Whether the server takes this one, by a conversation that is ended again; it is used from now on then.
+  /// Failures are those of ensureOpen().
+  Status tryPassword(const std::string& password);
+  /// Why the server let nobody in any more for want of a password, or of another one than it has, once for
+  /// each time that it refused a conversation after the first one: passwordWanted. Else done.
+  Status takeRefusal() { return std::exchange(refusal_, {}); }
+
   /// Sees to it that there is a conversation, after ten seconds at the longest. Failures are those of
   /// OdbcSession::connect() and of the settings; stopped when who was asked wanted that.
   Status ensureOpen();
@@ -41,7 +53,9 @@ class OdbcConnection {
   std::uint64_t conversations() const { return conversations_; }
   /// A way to the same server for another thread, where nobody is asked.
   std::unique_ptr<OdbcConnection> another() const {
-    return std::make_unique<OdbcConnection>(connectionText_->text(), settings_, check_);
+    auto made = std::make_unique<OdbcConnection>(connectionText_->text(), settings_, check_);
+    made->password_ = password_;
+    return made;
   }
   /// To be told when the server doesn't answer any more.
   void lose();
@@ -64,9 +78,24 @@ class OdbcConnection {
   void perform(SQLHSTMT statement, std::function<SQLRETURN()> call, SQLRETURN* result, bool* gaveUp);
 
  private:
-  Status connect(const std::shared_ptr<OdbcSession>& session);
+  using Clock = std::chrono::steady_clock;
+  struct Attempt {
+    Status status;
+    std::string refusal;  // in the driver's words
+  };
 
-  std::shared_ptr<const SecretText> connectionText_;  // with the password
+  Status connect(const std::shared_ptr<OdbcSession>& session);
+  Attempt connectWith(const SecretText* password, Clock::time_point deadline,
+                      const std::shared_ptr<OdbcSession>& session);
+  bool isPasswordRefused(const OdbcFunctions& functions, const std::string& refusal,
+                         Clock::time_point deadline);
+  std::shared_ptr<const SecretText> textWith(const SecretText* password) const;
+  Status refusedAnew(const Status& status);
+
+  std::shared_ptr<const SecretText> connectionText_;  // with the link's password
+  std::shared_ptr<const SecretText> password_;        // the user's
+  bool asksForPassword_ = false;
+  Status refusal_;
   std::vector<std::string> settings_;
   ServerCheck check_;
   BusyQuestion question_;

@@ -51,6 +51,7 @@ Status OdbcSession::connect(const std::string& connectionText) {
     return {};
   }
   const Diagnosis diagnosis = diagnose(functions_, SQL_HANDLE_DBC, connection_);
+  refusal_ = diagnosis.message;
   if (wantsPassword(diagnosis)) return {ErrorCode::passwordWanted, diagnosis.message};
   return {ErrorCode::cannotOpen, "The server's database can't be opened: " + statusOf(diagnosis).message()};
 }

@@ -23,6 +23,9 @@ class OdbcSession {
   /// server wants a password or not this one.
   Status connect(const std::string& connectionText);
 
+  /// What the driver said when the connecting failed.
+  const std::string& refusal() const { return refusal_; }
+
   const OdbcFunctions& functions() const { return functions_; }
   SQLHDBC handle() const { return connection_; }
   /// What the driver calls the server's kind, as in "PostgreSQL", and the server. Empty when it doesn't tell.
@@ -41,6 +44,7 @@ class OdbcSession {
   OdbcEnvironment environment_;
   SQLHDBC connection_ = nullptr;
   bool isConnected_ = false;
+  std::string refusal_;
   std::mutex mutex_;
   SQLHSTMT running_ = nullptr;
 };

@@ -318,6 +318,45 @@ TEST_P(ServerStory, APasswordThatTheLinkLacksIsAskedForOnceAndStoredNowhere) {
   EXPECT_EQ(testsupport::contentOf(database_.link()), link);
 }
 
+TEST_P(ServerStory, APasswordThatTheServerTakesNoLongerIsAskedForAnew) {
+  makePeople();
+  lockLink();
+  onServer("GRANT SELECT, UPDATE ON \"People\" TO quivane_locked");
+  User& user = launch(database_.link());
+  HWND question = user.dialog(L"Server Password");
+  user.fill(question, IDC_PASSWORD, L"right one");
+  user.accept(question);
+  awaitDatabase();
+  user.showPage(OpenedDatabase::kFormPage);
+  awaitShown(user, kName, L"Ada");
+  user.fillEditor(kName, L"Ada L");
+  runOnServer(
+      "ALTER ROLE quivane_locked PASSWORD 'next one'; SELECT pg_terminate_backend(pid) FROM pg_stat_activity "
+      "WHERE usename = 'quivane_locked'",
+      "postgres");
+  user.choose(ID_RECORD_NEXT);
+  answerLoss(user, IDNO);
+  user.choose(ID_RECORD_NEXT);
+  const std::wstring text = remote::messageBoxText(user.dialog(L"Quivane"));
+  EXPECT_THAT(text, testing::HasSubstr(L"\nThe server does not take the password any more: "));
+  user.answer(L"Quivane", text, IDNO);
+  question = user.dialog(L"Server Password");
+  EXPECT_THAT(remote::text(remote::control(question, IDC_PASSWORD_REASON)),
+              testing::StartsWith(L"The server does not take the password any more: "));
+  user.fill(question, IDC_PASSWORD, L"wrong");
+  user.accept(question);
+  question = user.dialog(L"Server Password");
+  user.fill(question, IDC_PASSWORD, L"next one");
+  user.accept(question);
+  EXPECT_EQ(shown(user, kName), L"Ada L") << "what was typed stays";
+  user.choose(ID_RECORD_NEXT);
+  awaitShown(user, kName, L"Grace");
+  user.exit();
+  EXPECT_EQ(program().exitCode(), 0u);
+  testsupport::writeFile(database_.link(), store::linkTo(database_.name()));
+  EXPECT_EQ("Ada L", stored("SELECT Name FROM People WHERE Born = 1815"));
+}
+
 TEST_P(ServerStory, WhoGivesNoPasswordIsToldThatNothingWasOpened) {
   lockLink();
   User& user = launch(database_.link());
