@@ -166,6 +166,7 @@ class ServerBench {
     std::vector<int> places = somePlaces(kScreenfuls);
     return secondsOf([&] {
       for (const int place : places) {
+        walked_->readAhead(place, kRowsOfScreenful);
         for (int row = 0; row < kRowsOfScreenful; ++row) {
           require(walked_->setPosition(place + row));
           look(*walked_);

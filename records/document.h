@@ -317,6 +317,8 @@ class Document : private BusyListener {
   bool isNewRecordPending() const { return database_.newRecordPending(); }
   /// A row of the grid, as Database::moveForList and readForList have it.
   bool moveToRow(std::uint32_t row) { return database_.moveForList(row); }
+  /// Tells that `count` rows from this one on will be read soon, in their order.
+  void expectRows(std::uint32_t row, std::uint32_t count) { database_.expectListRows(row, count); }
   Outcome readRow(std::uint32_t row, std::uint32_t field, String& text) {
     return database_.readForList(row, field, text);
   }

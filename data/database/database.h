@@ -250,6 +250,8 @@ class Database {
 
   /// Moves that cursor to a row, by the shortest way from the row where it stands.
   bool moveForList(std::uint32_t row);
+  /// Tells that `count` rows from this one on will be read soon, in their order.
+  void expectListRows(std::uint32_t row, std::uint32_t count);
   /// What valueText gives for the field in that row; empty where there is no such row or field. When it
   /// can't be read `text` is untouched.
   Outcome readForList(std::uint32_t row, std::uint32_t field, String& text);

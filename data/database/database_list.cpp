@@ -13,6 +13,10 @@ constexpr LONG kMostListedBytes = 10'000;
 
 }  // namespace
 
+void Database::expectListRows(std::uint32_t row, std::uint32_t count) {
+  if (prepareListRows()) listRows_->readAhead(static_cast<LONG>(row) + 1, static_cast<LONG>(count));
+}
+
 bool Database::moveForList(std::uint32_t row) {
   if (!prepareListRows()) return false;
   const LONG distance = static_cast<LONG>(row - listPosition_ + 1);

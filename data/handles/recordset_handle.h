@@ -44,6 +44,10 @@ class RecordsetHandle {
   /// `count` records on (back when negative) from `origin`. Past an end it lands there and succeeds.
   bool move(LONG count, MoveOrigin origin);
 
+  /// Tells that the `count` records from the one at `position` (1-based) on will be read soon, in their
+  /// order.
+  void readAhead(LONG position, LONG count);
+
   /// What names the current record in every recordset over the same table, until it leaves this one. False
   /// where there is no current record.
   bool bookmark(Variant& bookmark);

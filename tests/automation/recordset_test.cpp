@@ -1,4 +1,5 @@
 #include <filesystem>
+#include <limits>
 
 #include "tests/automation/support/automation_test.h"
 #include "tests/automation/support/sqlite_file.h"
@@ -41,6 +42,7 @@ TEST_F(Recordset, BeginsClosed) {
   EXPECT_EQ(recordset->get_RecordCount(&number), objectModelError(3704));
   EXPECT_EQ(recordset->get_AbsolutePosition(&number), objectModelError(3704));
   EXPECT_EQ(recordset->put_AbsolutePosition(1), objectModelError(3704));
+  EXPECT_EQ(recordset->ReadAhead(1, 1), objectModelError(3704));
   EXPECT_EQ(recordset->get_EditMode(&number), objectModelError(3704));
   EXPECT_EQ(recordset->get_BOF(&flag), objectModelError(3704));
   EXPECT_EQ(recordset->get_EOF(&flag), objectModelError(3704));
@@ -300,6 +302,22 @@ TEST_F(Recordset, MoveFromNowhereIsRefused) {
   EXPECT_EQ(recordset->put_Bookmark(*bytes("")), objectModelError(3001));
   EXPECT_EQ(recordset->put_Bookmark(*variant(1L)), objectModelError(3001));
   EXPECT_EQ(textOf(recordset.get(), 0), L"a");
+}
+
+TEST_F(Recordset, ReadingAheadMovesNothingAndTakesAnyPlaces) {
+  const ComPtr<IAdoceRecordset> recordset = records();
+  ASSERT_EQ(S_OK, recordset->put_AbsolutePosition(2));
+  constexpr long kLeast = std::numeric_limits<long>::min();
+  constexpr long kMost = std::numeric_limits<long>::max();
+  for (const long position : {kLeast, -1L, 0L, 1L, 3L, 5L, kMost}) {
+    for (const long count : {kLeast, -1L, 0L, 1L, 4L, kMost}) {
+      EXPECT_EQ(S_OK, recordset->ReadAhead(position, count)) << position << ", " << count;
+    }
+  }
+  long position = 0;
+  EXPECT_EQ(S_OK, recordset->get_AbsolutePosition(&position));
+  EXPECT_EQ(2, position);
+  EXPECT_EQ(textOf(recordset.get(), 0), L"b");
 }
 
 TEST_F(Recordset, AbsolutePositionIsReadAndSet) {

@@ -128,6 +128,45 @@ TEST_F(ServerRowsTest, KeysOfSeveralColumnsAndOfEveryTypeTellRowsApart) {
   }
 }
 
+TEST_F(ServerRowsTest, RecordsThatAreToBeReadSoonComeTogether) {
+  runOnServer("CREATE TABLE t (k integer PRIMARY KEY, n integer)", database_);
+  runOnServer("INSERT INTO t SELECT i, i FROM generate_series(1, 100) i", database_);
+  open();
+  const auto rows = records("Select * from [t]");
+  ASSERT_NE(nullptr, rows);
+  rows->readAhead(41, 20);
+  ASSERT_TRUE(rows->setPosition(41));
+  EXPECT_EQ("41", textOf(*rows, 1));
+  prepare("UPDATE t SET n = -n");
+  // With the first one the others had come.
+  for (const int place : {42, 59, 60}) {
+    ASSERT_TRUE(rows->setPosition(place));
+    EXPECT_EQ(std::to_string(place), textOf(*rows, 1));
+  }
+  ASSERT_TRUE(rows->setPosition(61));
+  EXPECT_EQ("-61", textOf(*rows, 1));
+}
+
+TEST_F(ServerRowsTest, ATableThatIsMadeAnewInTheMidstIsReadAndChangedAsItIs) {
+  openRow("a text", "'x'");
+  EXPECT_EQ("x", textOf(*rows_, 1));
+  runOnServer("ALTER TABLE t ALTER a TYPE integer USING 7", database_);
+  ASSERT_TRUE(rows_->setPosition(1));
+  EXPECT_EQ("7", textOf(*rows_, 1));
+  runOnServer("DROP TABLE t", database_);
+  runOnServer("CREATE TABLE t (k integer PRIMARY KEY, a text)", database_);
+  runOnServer("INSERT INTO t VALUES (1, 'new')", database_);
+  ASSERT_TRUE(rows_->setPosition(1));
+  EXPECT_EQ("new", textOf(*rows_, 1));
+  ASSERT_TRUE(rows_->setValue(1, std::string("newer")));
+  EXPECT_TRUE(rows_->update());
+  EXPECT_EQ("newer", onServer("SELECT a FROM t"));
+  runOnServer("ALTER TABLE t DROP a", database_);
+  ASSERT_TRUE(rows_->setPosition(1));
+  Cell cell;
+  EXPECT_EQ(ErrorCode::structureChanged, rows_->cell(1, &cell).code());
+}
+
 TEST_F(ServerRowsTest, AnotherProgramsChangeIsNotOverwrittenAndIsReadAnew) {
   openRow("a integer, b text", "1, 'b'");
   EXPECT_EQ("1", textOf(*rows_, 1));

@@ -42,6 +42,9 @@ LRESULT RecordListView::handleNotification(NMHDR& notification) noexcept {
       case LVN_GETDISPINFOW:
         giveText(reinterpret_cast<NMLVDISPINFOW&>(notification).item);
         break;
+      case LVN_ODCACHEHINT:
+        expectRows(reinterpret_cast<const NMLVCACHEHINT&>(notification));
+        break;
       case LVN_ODFINDITEMW:
         return findTyped(reinterpret_cast<const NMLVFINDITEMW&>(notification));
       case LVN_KEYDOWN:
@@ -92,6 +95,13 @@ std::wstring RecordListView::tipText(int row, int column) {
   String key;
   if (!document_->readRow(static_cast<std::uint32_t>(row), field, key)) return {};
   return document_->lookUps().nameOf(field, key).text();
+}
+
+/// What the list is about to draw. Those of a server come together then.
+void RecordListView::expectRows(const NMLVCACHEHINT& rows) {
+  if (rows.iFrom < 0 || rows.iTo < rows.iFrom || document_->isBusy()) return;
+  document_->expectRows(static_cast<std::uint32_t>(rows.iFrom),
+                        static_cast<std::uint32_t>(rows.iTo - rows.iFrom) + 1);
 }
 
 String RecordListView::cellText(std::uint32_t row, std::uint32_t field) {

@@ -101,6 +101,7 @@ class RecordListView final : public RecordGrid {
 
   // record_list_notifications.cpp
   void giveText(LVITEMW& item);
+  void expectRows(const NMLVCACHEHINT& rows);
   String cellText(std::uint32_t row, std::uint32_t field);
   std::wstring tipText(int row, int column);
   void noteFailure(const Outcome& reading);

@@ -67,6 +67,11 @@ class RowSource {
   /// told to be the same row; `row` is then empty.
   virtual Status fetch(const KeySet& keys, std::size_t index, Row* row) = 0;
 
+  /// Tells that the rows at `index` and the `count - 1` behind it will be fetched soon, one after the other,
+  /// so that a source far away can bring them together. Reads nothing yet, and changes nothing of what
+  /// fetch() does.
+  virtual void expect(std::size_t /*index*/, std::size_t /*count*/) {}
+
   /// The quickest way through the rows that this source has (row_scan.h); at worst makeFetchingScan(). The
   /// source and `test` outlive it. May throw std::bad_alloc.
   virtual std::unique_ptr<RowScan> makeScan(RowTest& test) = 0;

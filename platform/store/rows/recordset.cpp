@@ -127,6 +127,16 @@ Status Recordset::setPosition(std::int64_t position) {
   return move(position - 1, MoveOrigin::first);
 }
 
+void Recordset::readAhead(std::int64_t position, std::int64_t count) {
+  const std::int64_t last = recordCount();
+  if (count < 1 || position > last) return;
+  const std::int64_t first = std::max<std::int64_t>(position, 1);
+  // By differences, as the sum of both may be too large for their type.
+  const std::int64_t skipped = first - std::max<std::int64_t>(position, first - count);
+  const std::int64_t wanted = std::min(count - skipped, last - first + 1);
+  if (wanted > 0) rows_->expect(static_cast<std::size_t>(first - 1), static_cast<std::size_t>(wanted));
+}
+
 // `index` may lie outside the records: -1 is BOF, the count is EOF.
 void Recordset::goTo(std::int64_t index) {
   rowFetched_ = false;

@@ -62,6 +62,11 @@ class Recordset {
   std::int64_t position() const;
   Status setPosition(std::int64_t position);
 
+  /// Tells that the `count` records from `position` on will be read soon, in their order: where they are far
+  /// away they come together then. Moves nothing and reads nothing; places where there is no record are
+  /// passed over.
+  void readAhead(std::int64_t position, std::int64_t count);
+
   Status moveFirst();
   Status moveLast();
   /// From the last record to EOF; at EOF noCurrentRecord. From a deleted record to the one behind it.

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "platform/store/odbc/driver/diagnostics.h"
+#include "platform/store/odbc/sources/row_text.h"
 #include "platform/store/odbc/sources/rows_ahead.h"
 
 namespace store {
@@ -104,6 +105,52 @@ TEST(RowsAheadTest, AWindowFullOfRowsTakesTwoQuestionsInEitherDirection) {
       ahead.keep(block.first, std::vector<RowsAhead::FoundRow>(block.count), index, 0);
     }
     EXPECT_EQ(2u, questions);
+  }
+}
+
+TEST(RowsAheadTest, RowsThatAreExpectedComeWithTheFirstOfThemThatIsAskedFor) {
+  RowsAhead ahead;
+  RowsAhead::FoundRow row;
+  ahead.expect({40, 20});
+  EXPECT_FALSE(ahead.take(42, 0, &row));
+  const RowsAhead::Block block = ahead.blockFor(42, 1000);
+  EXPECT_EQ(42u, block.first);
+  EXPECT_EQ(18u, block.count);
+  // Once: who asks again, because they were taken or have grown old, wants one of them.
+  ahead.take(500, 0, &row);
+  ahead.take(42, 0, &row);
+  EXPECT_EQ(1u, ahead.blockFor(42, 1000).count);
+  ahead.expect({990, 5000});
+  ahead.take(990, 0, &row);
+  EXPECT_EQ(10u, ahead.blockFor(990, 1000).count);
+  ahead.expect({0, 5000});
+  ahead.take(0, 0, &row);
+  EXPECT_EQ(256u, ahead.blockFor(0, 10000).count);
+  // A row beside them.
+  ahead.expect({40, 20});
+  ahead.take(60, 0, &row);
+  EXPECT_EQ(1u, ahead.blockFor(60, 1000).count);
+  EXPECT_EQ(60u, ahead.blockFor(60, 1000).first);
+}
+
+TEST(RowTextTest, ARowIsPartedIntoItsValues) {
+  AnswerRow row;
+  ASSERT_TRUE(readRowText("(1,two,)", 3, &row));
+  EXPECT_EQ((AnswerRow{"1", "two", std::nullopt}), row);
+  ASSERT_TRUE(readRowText(R"s(("","a ""b"" \\ , ) (","\\xff"))s", 3, &row));
+  EXPECT_EQ((AnswerRow{"", R"s(a "b" \ , ) ()s", "\\xff"}), row);
+  ASSERT_TRUE(readRowText("(,)", 2, &row));
+  EXPECT_EQ((AnswerRow{std::nullopt, std::nullopt}), row);
+  ASSERT_TRUE(readRowText("(\"line\nend\")", 1, &row));
+  EXPECT_EQ((AnswerRow{"line\nend"}), row);
+}
+
+TEST(RowTextTest, WhatIsNoRowIsRefusedAndLeavesTheValuesAlone) {
+  const AnswerRow former{"as it was"};
+  for (const std::string_view text : {"", "(", ")", "1,2", "(1,2", "(1)", "(1,2,3)", "(1,2)x", "(1,\"2)"}) {
+    AnswerRow row = former;
+    EXPECT_FALSE(readRowText(text, 2, &row)) << text;
+    EXPECT_EQ(former, row) << text;
   }
 }
 

@@ -254,6 +254,7 @@ class FakeRecordsetObject final : public FakeObject<IAdoceRecordset> {
   HRESULT STDMETHODCALLTYPE put_Source(BSTR) override { return E_NOTIMPL; }
   HRESULT STDMETHODCALLTYPE get_State(LONG*) override { return E_NOTIMPL; }
   HRESULT STDMETHODCALLTYPE SaveField(VARIANT, BSTR) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE ReadAhead(long, long) override { return S_OK; }
 
  private:
   LONG rowCount() const { return static_cast<LONG>(store_.rows.size()); }

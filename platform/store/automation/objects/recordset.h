@@ -56,6 +56,7 @@ class RecordsetObject final : public AutomationObject<IAdoceRecordset>, public I
   HRESULT STDMETHODCALLTYPE put_Source(BSTR source) override;
   HRESULT STDMETHODCALLTYPE get_State(long* state) override;
   HRESULT STDMETHODCALLTYPE SaveField(VARIANT field, BSTR path) override;
+  HRESULT STDMETHODCALLTYPE ReadAhead(long position, long count) override;
 
   // IAdoceTextSearch (recordset_search.cpp)
   HRESULT STDMETHODCALLTYPE BeginTextSearch(BSTR text, VARIANT field, VARIANT_BOOL matchCase) override;

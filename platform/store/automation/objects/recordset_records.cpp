@@ -182,6 +182,13 @@ HRESULT RecordsetObject::put_AbsolutePosition(long position) {
   return withRecords([&](store::Recordset& records) -> Outcome { return records.setPosition(position); });
 }
 
+HRESULT RecordsetObject::ReadAhead(long position, long count) {
+  return withRecords([&](store::Recordset& records) -> Outcome {
+    records.readAhead(position, count);
+    return {};
+  });
+}
+
 HRESULT RecordsetObject::get_BOF(VARIANT_BOOL* bof) {
   return withRecords([&](store::Recordset& records) -> Outcome {
     if (bof == nullptr) return nullPointer();

@@ -26,4 +26,13 @@ Status ask(OdbcConnection& connection, std::string_view sql, const OdbcStatement
   return {};
 }
 
+Status askAgain(OdbcStatement& statement, std::string_view sql, const OdbcStatement::Parameters& parameters,
+                Answer* answer) {
+  if (Status status = statement.runPrepared(sql, parameters); !status) return status;
+  Answer read;
+  if (Status status = takeRows(statement, &read); !status) return status;
+  *answer = std::move(read);
+  return {};
+}
+
 }  // namespace store

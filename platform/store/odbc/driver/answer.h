@@ -17,6 +17,10 @@ using Answer = std::vector<AnswerRow>;
 Status ask(OdbcConnection& connection, std::string_view sql, const OdbcStatement::Parameters& parameters,
            Answer* answer);
 
+/// The same with a statement that is kept, by its runPrepared().
+Status askAgain(OdbcStatement& statement, std::string_view sql, const OdbcStatement::Parameters& parameters,
+                Answer* answer);
+
 /// Appends the rows that are left.
 Status takeRows(OdbcStatement& statement, Answer* answer);
 

@@ -10,6 +10,7 @@ namespace store {
 namespace {
 
 constexpr std::size_t kIntegersAtOnce = 1000;
+constexpr std::size_t kUnitsAtOnce = 4096;
 
 SQLPOINTER pointerOf(std::uintptr_t number) {
   return reinterpret_cast<SQLPOINTER>(number);
@@ -29,6 +30,8 @@ struct OdbcStatement::Call {
   std::u16string sql;
   std::vector<std::u16string> values;
   std::vector<SQLLEN> lengths;
+  bool isPrepared = false;
+  std::vector<SQLWCHAR> buffer = std::vector<SQLWCHAR>(kUnitsAtOnce);  // for what is read
 };
 
 OdbcStatement::OdbcStatement(OdbcConnection& connection) : connection_(connection) {}
@@ -69,15 +72,20 @@ Status OdbcStatement::outcomeOf(SQLRETURN result, bool gaveUp) {
   return {ErrorCode::inputOutput, "The connection to the server was lost: " + status.message()};
 }
 
-Status OdbcStatement::run(std::string_view sql, const Parameters& parameters) {
+bool OdbcStatement::isPrepared(const std::u16string& sql) const {
+  return call_ != nullptr && call_->isPrepared && call_->session == connection_.session() &&
+         call_->sql == sql;
+}
+
+Status OdbcStatement::bind(const Parameters& parameters) {
   for (const std::optional<std::string>& value : parameters) {
     if (value && value->find('\0') != std::string::npos) {
       return {ErrorCode::conversion, "The server's texts can't hold a zero character."};
     }
   }
-  if (Status status = prepareHandle(); !status) return status;
   const OdbcFunctions& functions = call_->session->functions();
-  call_->sql = toUtf16(sql);
+  call_->values.clear();
+  call_->lengths.clear();
   call_->values.reserve(parameters.size());
   call_->lengths.reserve(parameters.size());
   for (std::size_t index = 0; index < parameters.size(); ++index) {
@@ -91,16 +99,48 @@ Status OdbcStatement::run(std::string_view sql, const Parameters& parameters) {
                                 wideOf(value), length, &call_->lengths.back());
     if (!SQL_SUCCEEDED(bound)) return outcomeOf(bound, false);
   }
+  return {};
+}
+
+Status OdbcStatement::run(std::string_view sql, const Parameters& parameters) {
+  if (Status status = prepareHandle(); !status) return status;
+  call_->sql = toUtf16(sql);
+  if (Status status = bind(parameters); !status) return status;
+  return execute([call = call_] {
+    return call->session->functions().executeDirect(call->handle.get(), wideOf(call->sql),
+                                                    static_cast<SQLINTEGER>(call->sql.size()));
+  });
+}
+
+Status OdbcStatement::runPrepared(std::string_view sql, const Parameters& parameters) {
+  std::u16string text = toUtf16(sql);
+  if (isPrepared(text)) {
+    columnCount_ = 0;
+    affected_ = 0;
+    call_->session->functions().freeStatement(call_->handle.get(), SQL_CLOSE);
+  } else {
+    if (Status status = prepareHandle(); !status) return status;
+    call_->sql = std::move(text);
+  }
+  if (Status status = bind(parameters); !status) return status;
+  return execute([call = call_] {
+    const OdbcFunctions& functions = call->session->functions();
+    if (!call->isPrepared) {
+      const SQLRETURN prepared =
+          functions.prepare(call->handle.get(), wideOf(call->sql), static_cast<SQLINTEGER>(call->sql.size()));
+      if (!SQL_SUCCEEDED(prepared)) return prepared;
+      call->isPrepared = true;
+    }
+    return functions.execute(call->handle.get());
+  });
+}
+
+Status OdbcStatement::execute(std::function<SQLRETURN()> call) {
   SQLRETURN result = SQL_ERROR;
   bool gaveUp = false;
-  connection_.perform(
-      call_->handle.get(),
-      [call = call_] {
-        return call->session->functions().executeDirect(call->handle.get(), wideOf(call->sql),
-                                                        static_cast<SQLINTEGER>(call->sql.size()));
-      },
-      &result, &gaveUp);
+  connection_.perform(call_->handle.get(), std::move(call), &result, &gaveUp);
   if (Status status = outcomeOf(result, gaveUp); !status) return status;
+  const OdbcFunctions& functions = call_->session->functions();
   // A change that met no row answers nothing, whatever it was to return.
   if (result == SQL_NO_DATA) return {};
   SQLSMALLINT columns = 0;
@@ -167,13 +207,13 @@ Status OdbcStatement::next(bool* hasRow) {
 }
 
 Status OdbcStatement::read(std::size_t index, std::optional<std::string>* value) {
-  std::array<SQLWCHAR, 1024> buffer{};
+  std::vector<SQLWCHAR>& buffer = call_->buffer;
   std::u16string units;
   for (;;) {
     SQLLEN length = 0;
-    const SQLRETURN result =
-        call_->session->functions().getData(call_->handle.get(), static_cast<SQLUSMALLINT>(index + 1),
-                                            SQL_C_WCHAR, buffer.data(), sizeof buffer, &length);
+    const SQLRETURN result = call_->session->functions().getData(
+        call_->handle.get(), static_cast<SQLUSMALLINT>(index + 1), SQL_C_WCHAR, buffer.data(),
+        static_cast<SQLLEN>(buffer.size() * sizeof(SQLWCHAR)), &length);
     if (result == SQL_NO_DATA) break;
     if (Status status = outcomeOf(result, false); !status) return status;
     if (length == SQL_NULL_DATA) {
@@ -184,7 +224,12 @@ Status OdbcStatement::read(std::size_t index, std::optional<std::string>* value)
     // A part fills the buffer but for its terminator.
     const std::size_t count =
         isWhole && length >= 0 ? static_cast<std::size_t>(length) / sizeof(SQLWCHAR) : buffer.size() - 1;
-    units.append(reinterpret_cast<const char16_t*>(buffer.data()), std::min(count, buffer.size() - 1));
+    const auto* read = reinterpret_cast<const char16_t*>(buffer.data());
+    if (isWhole && units.empty()) {
+      *value = fromWide(buffer.data(), std::min(count, buffer.size() - 1));
+      return {};
+    }
+    units.append(read, std::min(count, buffer.size() - 1));
     if (isWhole) break;
   }
   *value = fromWide(reinterpret_cast<const SQLWCHAR*>(units.data()), units.size());

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -31,6 +32,10 @@ class OdbcStatement {
   /// hold.
   Status run(std::string_view sql, const Parameters& parameters = {});
 
+  /// The same, for a statement that is run again and again: the server reads and plans it once, as long as
+  /// one run after the other has this text, and each of them is one question. With a new text it is two.
+  Status runPrepared(std::string_view sql, const Parameters& parameters);
+
   /// Lets the server tell the columns of a statement without running it.
   Status describe(std::string_view sql);
 
@@ -54,6 +59,10 @@ class OdbcStatement {
   struct Call;
 
   Status prepareHandle();
+  bool isPrepared(const std::u16string& sql) const;
+  Status bind(const Parameters& parameters);
+  /// Makes the call by which the statement runs, and notes what it answers.
+  Status execute(std::function<SQLRETURN()> call);
   Status outcomeOf(SQLRETURN result, bool gaveUp);
   std::string columnText(std::size_t index, SQLUSMALLINT what) const;
 

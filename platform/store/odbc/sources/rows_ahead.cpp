@@ -1,6 +1,7 @@
 #include "platform/store/odbc/sources/rows_ahead.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace store {
 
@@ -29,7 +30,12 @@ bool RowsAhead::take(std::size_t index, std::uint64_t changes, FoundRow* row) {
   return true;
 }
 
-RowsAhead::Block RowsAhead::blockFor(std::size_t index, std::size_t count) const {
+RowsAhead::Block RowsAhead::blockFor(std::size_t index, std::size_t count) {
+  const Block expected = std::exchange(expected_, {0, 0});
+  if (index >= expected.first && index - expected.first < expected.count) {
+    // What has been read of them needn't come again.
+    return {index, std::min({expected.first + expected.count - index, kMost, count - index})};
+  }
   const std::size_t back = sizeAfter(backwards_);
   if (back > 1) {
     const std::size_t first = index + 1 > back ? index + 1 - back : 0;

@@ -28,9 +28,13 @@ class RowsAhead {
   /// meanwhile.
   bool take(std::size_t index, std::uint64_t changes, FoundRow* row);
 
+  /// Told that the rows of the block will be read soon, one after the other: the first of them that has to be
+  /// asked for brings the others.
+  void expect(Block rows) { expected_ = rows; }
+
   /// What to ask for instead of the one row at `index`, of `count` in all: more the longer the rows were
   /// taken one after the other. The row itself is in it.
-  Block blockFor(std::size_t index, std::size_t count) const;
+  Block blockFor(std::size_t index, std::size_t count);
 
   /// Keeps the rows of that block, and takes the one that was asked for out: nothing when it is not among
   /// them.
@@ -44,6 +48,7 @@ class RowsAhead {
   std::size_t lastIndex_ = 0;
   std::size_t forwards_ = 0;  // rows that were asked for one behind the other
   std::size_t backwards_ = 0;
+  Block expected_{0, 0};
 };
 
 }  // namespace store

@@ -1,6 +1,10 @@
 #include "platform/store/odbc/sources/server_cursor.h"
 
+#include <algorithm>
 #include <atomic>
+#include <iterator>
+
+#include "platform/store/odbc/sources/row_text.h"
 
 namespace store {
 
@@ -29,10 +33,11 @@ Status ServerCursor::open(const std::string& select, std::size_t columnCount) {
     names += (index == 0 ? "c" : ", c") + number;
   }
   OdbcStatement statement(connection_);
-  Status status = statement.run("DECLARE " + name + " SCROLL CURSOR WITH HOLD FOR SELECT " + texts +
-                                " FROM (" + select + "\n) AS q(" + names + ")");
+  Status status = statement.run("DECLARE " + name + " SCROLL CURSOR WITH HOLD FOR SELECT " +
+                                asRowText(texts) + " FROM (" + select + "\n) AS q(" + names + ")");
   if (!status) return status;
   name_ = name;
+  columnCount_ = columnCount;
   conversation_ = connection_.conversations();
   return {};
 }
@@ -59,7 +64,11 @@ Status ServerCursor::readOn(std::size_t count, Answer* answer) {
   OdbcStatement statement(connection_);
   if (Status status = statement.run("FETCH FORWARD " + std::to_string(count) + " FROM " + name_); !status)
     return status;
-  return takeRows(statement, answer);
+  Answer read;
+  if (Status status = takeRows(statement, &read); !status) return status;
+  if (Status status = partRowTexts(columnCount_, &read); !status) return status;
+  std::move(read.begin(), read.end(), std::back_inserter(*answer));
+  return {};
 }
 
 }  // namespace store

@@ -36,6 +36,7 @@ class ServerCursor {
   OdbcConnection& connection_;
   std::string name_;
   std::uint64_t conversation_ = 0;
+  std::size_t columnCount_ = 0;
 };
 
 }  // namespace store

@@ -28,6 +28,7 @@ class ServerResultRows : public RowSource {
   bool isUpdatable() const override { return false; }
   Status readKeys(KeySet* keys, std::size_t* count) override;
   Status fetch(const KeySet& keys, std::size_t index, Row* row) override;
+  void expect(std::size_t index, std::size_t count) override { ahead_.expect({index, count}); }
   std::unique_ptr<RowScan> makeScan(RowTest& test) override;
   Status insert(const std::vector<Change>& changes, KeySet* keys) override;
   Status update(const std::vector<Change>& changes, KeySet* keys, std::size_t index,

@@ -4,6 +4,7 @@
 #include <map>
 
 #include "platform/store/odbc/sources/candidate_scan.h"
+#include "platform/store/odbc/sources/row_text.h"
 #include "platform/store/odbc/sources/server_result_rows.h"
 
 namespace store {
@@ -45,7 +46,9 @@ ServerTableRows::ServerTableRows(OdbcConnection& connection, const SingleTableSe
       isWholeTable_(select.isPlainTable),
       canInsert_(table.canInsert),
       canUpdate_(table.canUpdate),
-      canDelete_(table.canDelete) {
+      canDelete_(table.canDelete),
+      blocks_(connection),
+      changes_(connection) {
   const std::vector<const ServerColumn*> keys = table.keyColumns();
   isTupleKeyed_ = keys.size() != 1 || !isWholeNumber(*keys.front());
   for (const ServerColumn* key : keys) keyColumns_.push_back({quotedName(key->name), key->castType});
@@ -140,23 +143,44 @@ std::string ServerTableRows::keyCondition(const KeySet& keys, std::size_t index,
   return condition;
 }
 
+std::string ServerTableRows::keyCondition(const KeySet& keys, std::size_t index,
+                                          OdbcStatement::Parameters* parameters) const {
+  std::string condition;
+  for (const KeyColumn& key : keyColumns_) {
+    condition +=
+        (condition.empty() ? "quivane." : " AND quivane.") + key.name + " = ?::text::" + key.castType;
+  }
+  for (std::string& text : keyTexts(keys, index)) parameters->emplace_back(std::move(text));
+  return condition;
+}
+
+Status ServerTableRows::askForBlock(const KeySet& keys, RowsAhead::Block block, Answer* answer) {
+  const std::string select = "SELECT " + asRowText(keyList(qualifier_) + ", " + rowList_) + " FROM " +
+                             reference_ + " AS " + qualifier_ + " WHERE ";
+  if (isTupleKeyed_) {
+    std::string conditions;
+    for (std::size_t index = 0; index < block.count; ++index) {
+      conditions +=
+          (index == 0 ? "(" : " OR (") + keyCondition(keys, block.first + index, qualifier_ + ".") + ")";
+    }
+    return ask(connection_, select + conditions, {}, answer);
+  }
+  const KeyColumn& key = keyColumns_.front();
+  std::string numbers = "{";
+  for (std::size_t index = 0; index < block.count; ++index) {
+    numbers += (index == 0 ? "" : ",") + std::to_string(keys.rowIdAt(block.first + index));
+  }
+  numbers += '}';
+  return askAgain(blocks_, select + qualifier_ + "." + key.name + " = ANY(?::text::" + key.castType + "[])",
+                  {std::move(numbers)}, answer);
+}
+
 Status ServerTableRows::readBlock(const KeySet& keys, RowsAhead::Block block,
                                   std::vector<RowsAhead::FoundRow>* rows) {
-  std::string sql = "SELECT " + keyList(qualifier_) + ", " + rowList_ + " FROM " + reference_ + " AS " +
-                    qualifier_ + " WHERE ";
-  if (isTupleKeyed_) {
-    for (std::size_t index = 0; index < block.count; ++index) {
-      sql += (index == 0 ? "(" : " OR (") + keyCondition(keys, block.first + index, qualifier_ + ".") + ")";
-    }
-  } else {
-    sql += qualifier_ + "." + keyColumns_.front().name + " IN (";
-    for (std::size_t index = 0; index < block.count; ++index) {
-      sql += (index == 0 ? "" : ", ") + std::to_string(keys.rowIdAt(block.first + index));
-    }
-    sql += ")";
-  }
   Answer answer;
-  if (Status status = ask(connection_, sql, {}, &answer); !status) return ofReading(status);
+  Status asked = askForBlock(keys, block, &answer);
+  if (asked) asked = partRowTexts(keyColumns_.size() + texts_.size(), &answer);
+  if (!asked) return ofReading(asked);
   std::map<std::vector<std::string>, AnswerRow> byKey;
   const auto keyCount = static_cast<std::ptrdiff_t>(keyColumns_.size());
   for (AnswerRow& row : answer) {
@@ -286,15 +310,13 @@ Status ServerTableRows::insert(const std::vector<Change>& changes, KeySet* keys)
   const std::string content = names.empty() ? " DEFAULT VALUES" : " (" + names + ") VALUES (" + values + ")";
   const std::string sql =
       "INSERT INTO " + reference_ + " AS quivane" + content + " RETURNING " + keyList("quivane");
-  OdbcStatement statement(connection_);
   // The set grows first, because that may need memory; afterwards the row is there.
   keys->append(isTupleKeyed_ ? Key(std::vector<Value>(keyColumns_.size(), std::string()))
                              : Key(std::int64_t{0}));
   const std::size_t index = keys->count() - 1;
   Answer answer;
   connection_.noteChange();
-  Status status = statement.run(sql, parameters);
-  if (status) status = takeRows(statement, &answer);
+  Status status = askAgain(changes_, sql, parameters, &answer);
   if (status && answer.empty()) {
     status = {ErrorCode::constraint, "The database's own rules did not take the record."};
   }
@@ -316,15 +338,12 @@ Status ServerTableRows::update(const std::vector<Change>& changes, KeySet* keys,
     parameters.push_back(std::move(assignment.text));
   }
   if (sql.empty()) return {};
-  sql = "UPDATE " + reference_ + " AS quivane" + sql + " WHERE " + keyCondition(*keys, index, "quivane.");
+  sql = "UPDATE " + reference_ + " AS quivane" + sql + " WHERE " + keyCondition(*keys, index, &parameters);
   addReadCondition(read, &sql, &parameters);
   sql += " RETURNING " + keyList("quivane");
-  OdbcStatement statement(connection_);
   Answer answer;
   connection_.noteChange();
-  Status status = statement.run(sql, parameters);
-  if (status) status = takeRows(statement, &answer);
-  if (!status) return status;
+  if (Status status = askAgain(changes_, sql, parameters, &answer); !status) return status;
   if (answer.empty()) return explainUnmet(*keys, index, &read);
   const Key key = keyOf(answer.front());
   if (key != keys->keyAt(index)) keys->replaceAt(index, key);
@@ -332,15 +351,14 @@ Status ServerTableRows::update(const std::vector<Change>& changes, KeySet* keys,
 }
 
 Status ServerTableRows::remove(KeySet* keys, std::size_t index, const Row* read) {
-  std::string sql =
-      "DELETE FROM " + reference_ + " AS quivane WHERE " + keyCondition(*keys, index, "quivane.");
   OdbcStatement::Parameters parameters;
+  std::string sql =
+      "DELETE FROM " + reference_ + " AS quivane WHERE " + keyCondition(*keys, index, &parameters);
   if (read != nullptr) addReadCondition(*read, &sql, &parameters);
   keys->prepareErase(index);
-  OdbcStatement statement(connection_);
   connection_.noteChange();
-  if (Status status = statement.run(sql, parameters); !status) return status;
-  if (statement.affected() == 0) {
+  if (Status status = changes_.runPrepared(sql, parameters); !status) return status;
+  if (changes_.affected() == 0) {
     Status status = explainUnmet(*keys, index, read);
     if (status.code() != ErrorCode::noCurrentRecord) return status;
   }

@@ -7,6 +7,7 @@
 
 #include "platform/store/odbc/catalogue/server_catalogue.h"
 #include "platform/store/odbc/dialect/column_list.h"
+#include "platform/store/odbc/driver/odbc_statement.h"
 #include "platform/store/odbc/sources/key_reading.h"
 #include "platform/store/odbc/sources/rows_ahead.h"
 #include "platform/store/rows/backend.h"
@@ -41,6 +42,7 @@ class ServerTableRows : public RowSource {
   Status readKeys(KeySet* keys, std::size_t* count) override;
   Status readMoreKeys(KeySet* keys, std::size_t wanted) override;
   Status fetch(const KeySet& keys, std::size_t index, Row* row) override;
+  void expect(std::size_t index, std::size_t count) override { ahead_.expect({index, count}); }
   std::unique_ptr<RowScan> makeScan(RowTest& test) override;
   Status insert(const std::vector<Change>& changes, KeySet* keys) override;
   Status update(const std::vector<Change>& changes, KeySet* keys, std::size_t index,
@@ -63,12 +65,17 @@ class ServerTableRows : public RowSource {
   };
 
   std::vector<Assignment> assignmentsOf(const std::vector<Change>& changes) const;
+  /// With the key's values in the condition itself.
   std::string keyCondition(const KeySet& keys, std::size_t index, const std::string& qualifier) const;
+  /// With the key's values appended to `*parameters`, so that the statement is the same for each row.
+  std::string keyCondition(const KeySet& keys, std::size_t index,
+                           OdbcStatement::Parameters* parameters) const;
   std::vector<std::string> keyTexts(const KeySet& keys, std::size_t index) const;
   Key keyOf(const AnswerRow& row) const;
   std::string keyList(const std::string& qualifier) const;
   /// Appends " AND ..." for each column of the table that `read` holds.
   void addReadCondition(const Row& read, std::string* sql, OdbcStatement::Parameters* parameters) const;
+  Status askForBlock(const KeySet& keys, RowsAhead::Block block, Answer* answer);
   Status readBlock(const KeySet& keys, RowsAhead::Block block, std::vector<RowsAhead::FoundRow>* rows);
   /// Which rows may be wanted because of the column; empty when none.
   std::string candidateCondition(const RowTest& test, const SoughtText& sought, std::size_t number) const;
@@ -93,6 +100,8 @@ class ServerTableRows : public RowSource {
   std::string rowList_;             // all of them
   std::string keysSql_;
   std::unique_ptr<KeyReading> reading_;
+  OdbcStatement blocks_;   // by which rows were read last
+  OdbcStatement changes_;  // by which one was changed last
   RowsAhead ahead_;
 };
 
