@@ -76,6 +76,8 @@ class Database {
   /// Why a change could not be stored at the moment; done when nothing is known against it. Nothing is
   /// changed. A file is open.
   Outcome tryWriting();
+  /// Whether what is open is the database of a server.
+  bool isServers() const;
   /// What the server of the open database is and whether the connection to it is encrypted, for the user;
   /// empty for a file, and when none is open. On failure `text` is untouched.
   Outcome describeServer(String& text);

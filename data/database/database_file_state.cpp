@@ -18,6 +18,10 @@ Outcome Database::tryWriting() {
   return connection_->tryWriting();
 }
 
+bool Database::isServers() const {
+  return isOpen_ && connection_->isServers();
+}
+
 Outcome Database::describeServer(String& text) {
   if (isOpen_) return connection_->describeServer(text);
   text.clear();

@@ -78,6 +78,11 @@ bool ConnectionHandle::countOthersChanges(std::int64_t& count) {
   return true;
 }
 
+bool ConnectionHandle::isServers() {
+  VARIANT_BOOL isServers = VARIANT_FALSE;
+  return connection_ && SUCCEEDED(connection_->get_IsServers(&isServers)) && isServers != VARIANT_FALSE;
+}
+
 Outcome ConnectionHandle::describeServer(String& text) {
   if (!connection_) return noObject();
   UniqueBstr described;

@@ -56,6 +56,8 @@ class ConnectionHandle {
   /// Stores a number that becomes another one when another program has changed the file. False, and nothing
   /// is stored, when that can't be told at the moment: nobody is waited for.
   bool countOthersChanges(std::int64_t& count);
+  /// Whether what is open is the database of a server.
+  bool isServers();
   /// What the server is and whether the connection to it is encrypted, for the user; empty for a file. On
   /// failure `text` is untouched.
   Outcome describeServer(String& text);

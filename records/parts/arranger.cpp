@@ -30,6 +30,21 @@ bool mayHaveLetters(FieldType type) {
   }
 }
 
+ServerValues serverValues(FieldType type) {
+  switch (type) {
+    case FieldType::real:
+      return ServerValues::real;
+    case FieldType::varBinary:
+    case FieldType::longVarBinary:
+      return ServerValues::bytes;
+    case FieldType::varWChar:
+    case FieldType::longVarWChar:
+      return ServerValues::text;
+    default:
+      return ServerValues::whole;
+  }
+}
+
 bool looksAtAllFields(const Arrangement& arrangement) {
   return std::any_of(arrangement.conditions().begin(), arrangement.conditions().end(),
                      [](const Arrangement::Condition& condition) { return !condition.field; });
@@ -195,7 +210,11 @@ void Arranger::calculate(std::uint32_t field) const {
   if (editor == FieldEditorKind::date) kind = ColumnKind::dates;
   if (editor == FieldEditorKind::checkBox) kind = ColumnKind::truth;
   const std::wstring name = document().fieldName(field).text();
-  const std::wstring sql = figuresSql(wanted().sqlText().text(), name, kind);
+  const bool isServers = database().isServers();
+  const std::wstring shown = wanted().sqlText().text();
+  const std::wstring sql =
+      isServers ? serverFiguresSql(shown, name, kind, serverValues(document().fieldType(field)))
+                : figuresSql(shown, name, kind);
   std::vector<std::wstring> values;
   const Outcome read = readFigures(String(sql.c_str()), values);
   if (read.cause() == Outcome::Cause::stopped) return;
@@ -203,6 +222,7 @@ void Arranger::calculate(std::uint32_t field) const {
     tellFailure(L"The column could not be calculated.", read.reason());
     return;
   }
+  if (isServers) writeFiguresAsFilesDo(kind, values);
   for (std::wstring& value : values) value = beginningOf(std::move(value));
   const std::wstring text = L"Column '" + name + L"'\n\n" + figuresText(kind, values);
   pages().prompts.tell(PromptOwner::mainWindow, Notice::remark, text.c_str());

@@ -36,7 +36,7 @@ SYSTEM_TEXTS = {'Quivane Document', 'Quivane Pocket PC.exe', 'New Database', 'Op
 # What is written for those who make the program.
 NOT_FOR_USERS = {'app/recovery/fault_report.cpp',
                  # statements
-                 'records/arrangement/column_statement.cpp'}
+                 'records/arrangement/column_statement.cpp', 'records/arrangement/server_column_statement.cpp'}
 # What resource scripts name and nobody sees: a button that is hidden when its dialog opens.
 HIDDEN_CONTROLS = {'Filter'}
 

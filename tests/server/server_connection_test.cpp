@@ -172,5 +172,16 @@ TEST(CallThreadTest, ACallThatMemoryWasRefusedComesBackAndAnotherOneIsMade) {
   EXPECT_EQ(SQL_SUCCESS, thread.result());
 }
 
+TEST_F(StoreTest, TheDriverThatKnowsNoUnicodeIsRefusedWithTheOneToTake) {
+  std::string link = linkTo(database_);
+  link.replace(link.find("PostgreSQL Unicode"), 18, "PostgreSQL ANSI");
+  testsupport::writeFile(path_, link);
+  std::unique_ptr<Backend> backend;
+  const Status status = openPath(utf8Of(path_), {}, &backend);
+  EXPECT_EQ(ErrorCode::cannotOpen, status.code());
+  EXPECT_NE(std::string::npos, status.message().find("PostgreSQL Unicode instead of PostgreSQL ANSI"))
+      << status.message();
+}
+
 }  // namespace
 }  // namespace store

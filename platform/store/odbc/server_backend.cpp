@@ -129,9 +129,13 @@ Status ServerBackend::runChange(const Statement& statement, std::int64_t* affect
   connection_->noteChange();
   OdbcStatement run(*connection_);
   Status status = run.run(sql);
-  if (statement.kind == StatementKind::definition) catalogue_.forget();
+  if (statement.kind == StatementKind::definition) {
+    catalogue_.forget();
+    connection_->noteDefinition();
+  }
   if (!status) return status;
   *affected = statement.kind == StatementKind::change ? run.affected() : 0;
+  connection_->noteChangedRows(*affected);
   return {};
 }
 
@@ -275,8 +279,7 @@ Status ServerBackend::tryWriting() {
 }
 
 Status ServerBackend::countOthersChanges(std::int64_t* count) {
-  *count = 0;
-  return {};
+  return look_.count(count);
 }
 
 Status ServerBackend::describeServer(std::string* text) {

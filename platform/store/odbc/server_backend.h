@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/store/odbc/catalogue/change_look.h"
 #include "platform/store/odbc/catalogue/server_catalogue.h"
 #include "platform/store/odbc/driver/odbc_connection.h"
 #include "platform/store/odbc/sources/server_table_rows.h"
@@ -28,6 +29,7 @@ class ServerBackend : public Backend, private TableNames {
       : connection_(std::move(connection)),
         link_(std::move(link)),
         catalogue_(*connection_),
+        look_(*connection_),
         isReadOnly_(isReadOnly),
         fileStatements_(std::move(fileStatements)) {}
 
@@ -42,8 +44,9 @@ class ServerBackend : public Backend, private TableNames {
   /// The file that names the server is nothing that could be lost.
   Status checkFile() override { return {}; }
   Status tryWriting() override;
-  /// A server doesn't tell; the number stays.
+  /// Asks the server at most each some seconds, and only in a conversation that there is.
   Status countOthersChanges(std::int64_t* count) override;
+  bool isServers() const override { return true; }
   Status describeServer(std::string* text) override;
   Status takeRefusal() override { return connection_->takeRefusal(); }
   Status givePassword(const std::string& password) override;
@@ -73,6 +76,7 @@ class ServerBackend : public Backend, private TableNames {
   std::unique_ptr<OdbcConnection> connection_;
   std::string link_;
   ServerCatalogue catalogue_;
+  ChangeLook look_;
   bool isReadOnly_;
   FileStatements fileStatements_;
 };

@@ -12,8 +12,19 @@ namespace {
 
 constexpr std::string_view kProduct = "PostgreSQL";
 
+/// Of PostgreSQL's two drivers the one that knows no Unicode: psqlodbca.so, psqlodbc30a.dll.
+bool isOneAlphabetsDriver(const std::string& file) {
+  const std::string name = lowerCase(file);
+  return name.find("psqlodbc") != std::string::npos && name.substr(0, name.find('.')).ends_with('a');
+}
+
 Status checkProduct(const OdbcSession& session) {
   const std::string product = session.productName();
+  if (product == kProduct && isOneAlphabetsDriver(session.driverName())) {
+    return {ErrorCode::cannotOpen,
+            "The link's driver knows the letters of one language alone: it must be "
+            "PostgreSQL Unicode instead of PostgreSQL ANSI."};
+  }
   if (product == kProduct) return {};
   return {ErrorCode::cannotOpen, "The server is " + (product.empty() ? "unknown" : product) +
                                      "; only those can be opened that speak PostgreSQL's SQL."};

@@ -155,6 +155,8 @@ class Backend {
   /// nothing is read, and nobody is waited for: fails with locked while another program keeps the database to
   /// itself. On failure `*count` is untouched.
   virtual Status countOthersChanges(std::int64_t* count) = 0;
+  /// Whether a server has the database, and statements are its own SQL where the dialect says nothing.
+  virtual bool isServers() const { return false; }
   /// Stores a line for people: what the server is and whether the connection to it is encrypted, as far as it
   /// says so. Empty for a database that is a file. On failure `*text` is untouched.
   virtual Status describeServer(std::string* text) {

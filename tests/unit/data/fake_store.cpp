@@ -340,6 +340,7 @@ class FakeConnectionObject final : public FakeObject<IAdoceConnection> {
   }
   HRESULT STDMETHODCALLTYPE CountOthersChanges(hyper*) override { return E_NOTIMPL; }
   HRESULT STDMETHODCALLTYPE DescribeServer(BSTR*) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE get_IsServers(VARIANT_BOOL*) override { return E_NOTIMPL; }
   HRESULT STDMETHODCALLTYPE TakeRefusal(BSTR*) override { return E_NOTIMPL; }
   HRESULT STDMETHODCALLTYPE GivePassword(BSTR) override { return E_NOTIMPL; }
 

@@ -288,6 +288,14 @@ HRESULT ConnectionObject::DescribeServer(BSTR* text) {
   });
 }
 
+HRESULT ConnectionObject::get_IsServers(VARIANT_BOOL* isServers) {
+  return call([&]() -> Outcome {
+    if (isServers == nullptr) return nullPointer();
+    *isServers = isOpen() && backend_->isServers() ? VARIANT_TRUE : VARIANT_FALSE;
+    return {};
+  });
+}
+
 HRESULT ConnectionObject::TakeRefusal(BSTR* reason) {
   return call([&]() -> Outcome {
     if (reason == nullptr) return nullPointer();

@@ -67,6 +67,7 @@ class ConnectionObject final : public AutomationObject<IAdoceConnection>,
   HRESULT STDMETHODCALLTYPE ExportFormat(BSTR path, BSTR* name) override;
   HRESULT STDMETHODCALLTYPE CountOthersChanges(hyper* count) override;
   HRESULT STDMETHODCALLTYPE DescribeServer(BSTR* text) override;
+  HRESULT STDMETHODCALLTYPE get_IsServers(VARIANT_BOOL* isServers) override;
   HRESULT STDMETHODCALLTYPE TakeRefusal(BSTR* reason) override;
   HRESULT STDMETHODCALLTYPE GivePassword(BSTR password) override;
 

@@ -94,6 +94,7 @@ std::shared_ptr<const SecretText> OdbcConnection::textWith(const SecretText* pas
 
 Status OdbcConnection::ensureOpen() {
   if (session_ != nullptr) return {};
+  if (!untold_) return std::exchange(untold_, {});
   const OdbcFunctions* functions = nullptr;
   if (Status status = findOdbc(&functions); !status) return status;
   auto session = std::make_shared<OdbcSession>(*functions);

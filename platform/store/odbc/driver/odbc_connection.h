@@ -59,10 +59,17 @@ class OdbcConnection {
   }
   /// To be told when the server doesn't answer any more.
   void lose();
+  /// Nobody heard of that loss: what needs the conversation next fails with it instead of beginning another.
+  void tellLater(Status loss) { untold_ = std::move(loss); }
 
   /// Counts the changes that were made through it: rows that were read before one may be others now.
   std::uint64_t changes() const { return changes_; }
   void noteChange() { ++changes_; }
+  /// How many rows these have changed, and how many statements were definitions.
+  std::int64_t changedRows() const { return changedRows_; }
+  void noteChangedRows(std::int64_t count) { changedRows_ += count; }
+  std::uint64_t definitions() const { return definitions_; }
+  void noteDefinition() { ++definitions_; }
 
   void askWhileBusy(BusyQuestion question) { question_ = std::move(question); }
   /// Waits for another thread's work as long as nobody wants it stopped: `isOver` waits so long itself, and
@@ -104,6 +111,9 @@ class OdbcConnection {
   std::shared_ptr<OdbcSession> session_;
   std::uint64_t conversations_ = 0;
   std::uint64_t changes_ = 0;
+  std::int64_t changedRows_ = 0;
+  std::uint64_t definitions_ = 0;
+  Status untold_;
 };
 
 }  // namespace store

@@ -31,6 +31,8 @@ class OdbcSession {
   /// What the driver calls the server's kind, as in "PostgreSQL", and the server. Empty when it doesn't tell.
   std::string productName() const { return information(SQL_DBMS_NAME); }
   std::string serverName() const { return information(SQL_SERVER_NAME); }
+  /// The driver's file, as in "psqlodbcw.so".
+  std::string driverName() const { return information(SQL_DRIVER_NAME); }
 
   /// Marks the statement whose call runs, so that cancel() finds it; null for none.
   void setRunning(SQLHSTMT statement);

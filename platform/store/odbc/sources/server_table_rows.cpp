@@ -324,6 +324,7 @@ Status ServerTableRows::insert(const std::vector<Change>& changes, KeySet* keys)
     keys->eraseAt(index);
     return status;
   }
+  connection_.noteChangedRows(1);
   keys->replaceAt(index, keyOf(answer.front()));
   return {};
 }
@@ -345,6 +346,7 @@ Status ServerTableRows::update(const std::vector<Change>& changes, KeySet* keys,
   connection_.noteChange();
   if (Status status = askAgain(changes_, sql, parameters, &answer); !status) return status;
   if (answer.empty()) return explainUnmet(*keys, index, &read);
+  connection_.noteChangedRows(1);
   const Key key = keyOf(answer.front());
   if (key != keys->keyAt(index)) keys->replaceAt(index, key);
   return {};
@@ -358,6 +360,7 @@ Status ServerTableRows::remove(KeySet* keys, std::size_t index, const Row* read)
   keys->prepareErase(index);
   connection_.noteChange();
   if (Status status = changes_.runPrepared(sql, parameters); !status) return status;
+  connection_.noteChangedRows(changes_.affected());
   if (changes_.affected() == 0) {
     Status status = explainUnmet(*keys, index, read);
     if (status.code() != ErrorCode::noCurrentRecord) return status;

@@ -1,4 +1,6 @@
 // Stories of a server's database: what a user does with a file's, on the same pages.
+#include <algorithm>
+
 #include "base/settings/options.h"
 #include "dialogs/copies/go_back_ids.h"
 #include "dialogs/find/find_dialog_ids.h"
@@ -10,6 +12,7 @@
 #include "resources/command_ids.h"
 #include "tests/server/server_fixture.h"
 #include "tests/ui/remote/story_test.h"
+#include "tests/ui/remote/user_input.h"
 
 using store::OtherProgram;
 using store::restartServer;
@@ -93,6 +96,30 @@ class ServerStory : public StoryTest {
     link.replace(link.find("UID=quivane"), 11, "UID=quivane_locked");
     testsupport::writeFile(database_.link(), link);
     return link;
+  }
+  void awaitPopups(std::size_t count) const {
+    ASSERT_TRUE(remote::waitUntil([&] { return remote::popups(program().processId()).size() == count; }));
+  }
+  /// A key that closes the menus that are open, after which another one opens.
+  void pressForNextMenu(WORD key) const {
+    const std::vector<HWND> former = remote::popups(program().processId());
+    userinput::press(key);
+    ASSERT_TRUE(remote::waitUntil([&] {
+      const std::vector<HWND> open = remote::popups(program().processId());
+      return open.size() == 1 && std::find(former.begin(), former.end(), open.front()) == former.end();
+    }));
+  }
+  /// By the keys of the desktop menu, which are there for both hands.
+  void calculate(int column) const {
+    userinput::press('M', VK_MENU);
+    awaitPopups(1);
+    userinput::press('O');
+    awaitPopups(2);
+    pressForNextMenu('C');
+    for (int i = 0; i <= column; ++i) userinput::press(VK_DOWN);
+    pressForNextMenu(VK_RETURN);
+    userinput::press('L');
+    awaitPopups(0);
   }
   /// Answers the box that tells of a lost connection.
   static void answerLoss(User& user, int button) {
@@ -211,6 +238,61 @@ TEST_P(ServerStory, ARecordThatSomeoneElseChangedIsNotOverwritten) {
   awaitShown(user, kName, L"theirs");
   endHere(user);
   EXPECT_EQ("theirs 1815 false, Grace 1906 false, Barbara 1939 true", people());
+}
+
+TEST_P(ServerStory, WhatSomeoneElseChangesShowsByItselfButNeverOverWhatIsTyped) {
+  makePeople();
+  User& user = startOnForm();
+  awaitShown(user, kName, L"Ada");
+  onServer("UPDATE \"People\" SET \"Name\" = 'Ada L' WHERE \"Born\" = 1815");
+  awaitShown(user, kName, L"Ada L");
+  onServer("INSERT INTO \"People\" VALUES ('Sophie', false, 1776)");
+  awaitShown(user, kPosition, L"    2 / 4");
+  EXPECT_EQ(shown(user, kName), L"Ada L") << "the record stays";
+  user.fillEditor(kName, L"mine");
+  onServer("DELETE FROM \"People\" WHERE \"Born\" = 1776");
+  onServer("CREATE TABLE \"Towns\" (\"Name\" varchar(20) PRIMARY KEY)");
+  user.choose(ID_RECORD_NEXT);
+  awaitShown(user, kName, L"Grace");
+  awaitShown(user, kPosition, L"    2 / 3");
+  user.showPage(OpenedDatabase::kTablesPage);
+  awaitNames(user, {L"People", L"Towns"});
+  onServer("DROP TABLE \"Towns\"");
+  awaitNames(user, {L"People"});
+  endHere(user);
+  EXPECT_EQ("mine 1815 false, Grace 1906 false, Barbara 1939 true", people());
+}
+
+TEST_P(ServerStory, AColumnOfTheRecordsThatAreShownIsCalculated) {
+  onServer(
+      "CREATE TABLE \"Books\" (\"Title\" text PRIMARY KEY, \"Pages\" integer, \"Price\" double precision, "
+      "\"Bought\" "
+      "date, \"Read\" boolean)");
+  onServer(
+      "INSERT INTO \"Books\" VALUES ('ulysses', 700, 0.1, '2001-03-09', true), ('Dubliners', 200, 0.2, NULL, "
+      "false), "
+      "('100% Wool', NULL, 2.5, '1999-12-31', NULL)");
+  User& user = startHere();
+  user.showPage(OpenedDatabase::kListPage);
+  calculate(0);
+  user.answer(L"Quivane", L"Column 'Title'\n\nRecords: 3\nNot empty: 3\nLeast: 100% Wool\nGreatest: ulysses",
+              IDOK);
+  calculate(1);
+  user.answer(L"Quivane",
+              L"Column 'Pages'\n\nRecords: 3\nNot empty: 2\nSum: 900\nMean: 450.0\nLeast: 200\nGreatest: 700",
+              IDOK);
+  calculate(2);
+  user.answer(
+      L"Quivane",
+      L"Column 'Price'\n\nRecords: 3\nNot empty: 3\nSum: 2.8\nMean: 0.933333333333333\nLeast: 0.100000\n"
+      L"Greatest: 2.500000",
+      IDOK);
+  calculate(3);
+  user.answer(L"Quivane",
+              L"Column 'Bought'\n\nRecords: 3\nNot empty: 2\nLeast: 12/31/1999\nGreatest: 3/9/2001", IDOK);
+  calculate(4);
+  user.answer(L"Quivane", L"Column 'Read'\n\nRecords: 3\nTrue: 1\nFalse: 2", IDOK);
+  endHere(user);
 }
 
 TEST_P(ServerStory, ALostConnectionIsToldOnceAndWhatWasTypedIsStoredAfterwards) {
