@@ -1,6 +1,7 @@
 #include "platform/store/exchange/import.h"
 
 #include "platform/store/exchange/formats/value_reading.h"
+#include "platform/store/exchange/kept_records.h"
 #include "platform/store/rows/utf.h"
 
 namespace store::exchange {
@@ -9,6 +10,8 @@ namespace {
 
 constexpr std::int64_t kRecordsBetweenLooks = 1024;
 constexpr std::size_t kMostShown = 40;
+/// Records that wait to be told of, when none of them goes to the load.
+constexpr std::size_t kMostWaiting = 10'000;
 
 /// A text of the file as a message shows it.
 std::string shown(std::string_view text) {
@@ -18,20 +21,34 @@ std::string shown(std::string_view text) {
 
 class Import {
  public:
-  Import(const ImportPlan& plan, TableLoad& load) : plan_(plan), load_(load), cells_(plan.columns.size()) {
+  Import(const ImportPlan& plan, TableLoad& load, ImportObserver& observer)
+      : plan_(plan), load_(load), observer_(observer), cells_(plan.columns.size()) {
     scratch_.resize(plan.columns.size());
   }
 
-  /// Adds the record; `reason` says why not if it can't be taken.
-  Status take(const RecordReader& reader, std::string* reason);
+  /// Adds the record, or tells why it can't be taken, at the latest in settle().
+  Status take(const RecordReader& reader);
+  /// Sees to it that what became of all records is known.
+  Status settle();
+
+  std::int64_t addedCount() const { return added_; }
+  std::int64_t leftOutCount() const { return leftOut_; }
 
  private:
+  Status add(const RecordReader& reader, std::string* reason);
+  Status note(const Record& record, const std::string& reason);
   bool readValues(const RecordReader& reader, std::string* reason);
 
   const ImportPlan& plan_;
   TableLoad& load_;
+  ImportObserver& observer_;
   std::vector<Cell> cells_;
   std::vector<std::string> scratch_;
+  std::string reason_;
+  KeptRecords waiting_;              // of which the load has not told yet, and those behind them
+  std::vector<std::size_t> loaded_;  // the places in `waiting_` of those that the load has
+  std::int64_t added_ = 0;
+  std::int64_t leftOut_ = 0;
 };
 
 bool Import::readValues(const RecordReader& reader, std::string* reason) {
@@ -60,11 +77,45 @@ bool Import::readValues(const RecordReader& reader, std::string* reason) {
   return true;
 }
 
-Status Import::take(const RecordReader& reader, std::string* reason) {
+Status Import::add(const RecordReader& reader, std::string* reason) {
+  reason->clear();
   if (!readValues(reader, reason)) return {};
   Status status = load_.add(cells_);
   if (status.code() != ErrorCode::constraint) return status;
   *reason = status.message();
+  return {};
+}
+
+Status Import::note(const Record& record, const std::string& reason) {
+  if (reason.empty()) {
+    ++added_;
+    return {};
+  }
+  ++leftOut_;
+  return observer_.rejected(record, reason);
+}
+
+Status Import::take(const RecordReader& reader) {
+  if (Status status = add(reader, &reason_); !status) return status;
+  if (!load_.isPuttingOff()) return note(reader.record(), reason_);
+  // They are told in the order of the file.
+  if (reason_.empty()) loaded_.push_back(waiting_.count());
+  waiting_.keep(reader.record(), reason_);
+  return load_.isFull() || waiting_.count() >= kMostWaiting ? settle() : Status();
+}
+
+Status Import::settle() {
+  std::vector<TableLoad::Refusal> refused;
+  if (Status status = load_.settle(&refused); !status) return status;
+  for (TableLoad::Refusal& refusal : refused) {
+    waiting_.problem(loaded_[refusal.number]) = std::move(refusal.reason);
+  }
+  for (std::size_t index = 0; index < waiting_.count(); ++index) {
+    const Record record = waiting_.recordAt(index);
+    if (Status status = note(record, record.problem); !status) return status;
+  }
+  waiting_.clear();
+  loaded_.clear();
   return {};
 }
 
@@ -82,25 +133,20 @@ Status runImport(Backend& backend, ByteSource& source, const ImportPlan& plan, I
   std::unique_ptr<TableLoad> load;
   if (Status status = backend.beginLoad(target, &load); !status) return status;
 
-  Import import(plan, *load);
+  Import import(plan, *load, observer);
   ImportResult counts;
-  std::string reason;
   for (std::int64_t number = 1;; ++number) {
     bool hasRecord = false;
     if (Status status = reader->next(&hasRecord); !status) return status;
     if (!hasRecord) break;
-    if (Status status = import.take(*reader, &reason); !status) return status;
-    if (reason.empty()) {
-      ++counts.added;
-    } else {
-      ++counts.leftOut;
-      if (Status status = observer.rejected(reader->record(), reason); !status) return status;
-      reason.clear();
-    }
+    if (Status status = import.take(*reader); !status) return status;
     const bool isToLook = number % kRecordsBetweenLooks == 0;
     if (isToLook && !observer.goesOn(true, reader->bytesRead(), source.length())) return cancelled();
   }
+  if (Status status = import.settle(); !status) return status;
   if (!observer.goesOn(true, source.length(), source.length())) return cancelled();
+  counts.added = import.addedCount();
+  counts.leftOut = import.leftOutCount();
   counts.replaced = load->replacedCount();
   counts.added -= counts.replaced;
   counts.isStored =

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <span>
 #include <string>
@@ -35,6 +36,23 @@ class TableLoad {
   /// value of another kind than the key's column takes, several rows with this key): nothing has changed then
   /// and others may follow. After any other failure nothing can follow and nothing will be stored.
   virtual Status add(std::span<const Cell> values) = 0;
+
+  /// A row that settle() has refused.
+  struct Refusal {
+    std::size_t number;  ///< 0-based, among those added since the last settle()
+    std::string reason;
+  };
+
+  /// Whether add() only takes rows, of which settle() tells what became of them.
+  virtual bool isPuttingOff() const { return false; }
+
+  /// Whether no more rows should be added before settle().
+  virtual bool isFull() const { return false; }
+
+  /// Stores the rows that were added and put off. Appends those that can't be in the table, in their order:
+  /// of them nothing has changed, the others are there, and others may follow. To be called before commit().
+  /// After a failure nothing can follow and nothing will be stored.
+  virtual Status settle(std::vector<Refusal>* /*refused*/) { return {}; }
 
   /// After it nothing is undone any more. To be called once, as the last operation; on failure nothing has
   /// been stored.
