@@ -350,8 +350,6 @@ TEST_F(ServerRowsTest, DatabasesOfFilesAreMadeAndDroppedWhileAServersIsOpenButNo
 
 TEST_F(ServerRowsTest, WhatIsNotPossibleIsRefusedAndSaysSo) {
   open();
-  std::unique_ptr<TableLoad> load;
-  EXPECT_EQ(ErrorCode::notAvailable, backend_->beginLoad({.table = "t"}, &load).code());
   EXPECT_EQ(ErrorCode::notAvailable, backend_->saveCopy(utf8Of(folder_.file("copy.cdb"))).code());
   EXPECT_FALSE(std::filesystem::exists(folder_.file("copy.cdb")));
   EXPECT_EQ(ErrorCode::errorsInCommand, tryRun("VACUUM").code());

@@ -17,6 +17,10 @@ namespace store::exchange {
 
 namespace {
 
+std::string_view typeOfValues(const TableSchema::Column& column) {
+  return column.valueType.empty() ? std::string_view(column.declaredType) : column.valueType;
+}
+
 constexpr int kRecordsBetweenLooks = 1024;
 
 using Texts = std::vector<std::string>;
@@ -310,7 +314,7 @@ Status Planner::planExistingTable() {
     }
     column.target = target->name;
     column.declaredType = target->declaredType;
-    column.kind = options_.isExact ? ValueKind::any : kindOf(target->declaredType);
+    column.kind = options_.isExact ? ValueKind::any : kindOf(typeOfValues(*target));
   }
   return {};
 }

@@ -8,6 +8,7 @@
 #include "platform/store/odbc/session_passwords.h"
 #include "platform/store/odbc/sources/server_result_rows.h"
 #include "platform/store/odbc/sources/server_row_stream.h"
+#include "platform/store/odbc/sources/server_table_load.h"
 #include "platform/store/sql/sql_tokens.h"
 
 namespace store {
@@ -258,6 +259,7 @@ Status ServerBackend::describeTable(std::string_view name, TableSchema* schema) 
       TableSchema::Column described;
       described.name = column.name;
       described.declaredType = column.spelledType;
+      described.valueType = valueTypeOf(column.type);
       described.keyPosition = column.keyPosition;
       described.notNull = column.notNull;
       described.generated = !column.isWritable;
@@ -269,8 +271,20 @@ Status ServerBackend::describeTable(std::string_view name, TableSchema* schema) 
   return {};
 }
 
-Status ServerBackend::beginLoad(const LoadTarget&, std::unique_ptr<TableLoad>*) {
-  return notOnServers("An import");
+Status ServerBackend::beginLoad(const LoadTarget& target, std::unique_ptr<TableLoad>* load) {
+  if (isReadOnly_) return readOnlyDatabase();
+  std::string createSql;
+  if (!target.createStatement.empty()) {
+    Statement statement;
+    if (Status status = readStatement(target.createStatement, &statement); !status) return status;
+    std::optional<std::string> definition = toServerDefinition(statement.sql);
+    if (!definition) return {ErrorCode::invalidArgument, "The statement makes no table."};
+    createSql = std::move(*definition);
+  }
+  auto made = std::make_unique<ServerTableLoad>(*connection_, catalogue_);
+  if (Status status = made->begin(target, createSql); !status) return status;
+  *load = std::move(made);
+  return {};
 }
 
 Status ServerBackend::tryWriting() {

@@ -17,6 +17,9 @@ struct TableSchema {
   struct Column {
     std::string name;
     std::string declaredType;
+    /// A type of the components' vocabulary that has the same values; empty when declaredType is to be read
+    /// so.
+    std::string_view valueType = {};
     int keyPosition = 0;  ///< 1-based place in the primary key, 0 outside it
     bool notNull = false;
     bool generated = false;

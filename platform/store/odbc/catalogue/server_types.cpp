@@ -89,6 +89,22 @@ ServerType serverTypeOf(std::string_view name, std::string_view spelled) {
   return {fieldTypeOf(hasSize ? spelled : std::string_view("text")), ValueForm::text};
 }
 
+std::string_view valueTypeOf(const ServerType& type) {
+  switch (type.form) {
+    case ValueForm::integer:
+      return "bigint";
+    case ValueForm::boolean:
+      return "boolean";
+    case ValueForm::real:
+      return "double";
+    case ValueForm::bytes:
+      return "long varbinary";
+    case ValueForm::text:
+      break;
+  }
+  return type.field.code == TypeCode::date ? "datetime" : "text";
+}
+
 void addServerValue(ValueForm form, const std::optional<std::string>& text, Row* row) {
   if (!text) return row->addNull();
   std::int64_t integer = 0;

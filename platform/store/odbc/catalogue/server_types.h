@@ -29,6 +29,10 @@ struct ServerType {
 /// arrays, enumerations) is a text, as the server writes it, so that nothing is lost.
 ServerType serverTypeOf(std::string_view name, std::string_view spelled);
 
+/// The type of the components' vocabulary by whose rules values for one of the server's are read from a file:
+/// text for all that the server alone can judge.
+std::string_view valueTypeOf(const ServerType& type);
+
 /// Appends a value as the server wrote it; nothing is null. Throws std::bad_alloc.
 void addServerValue(ValueForm form, const std::optional<std::string>& text, Row* row);
 

@@ -1,0 +1,328 @@
+#include "platform/store/odbc/sources/server_table_load.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+
+#include "platform/store/rows/ascii_case.h"
+#include "platform/store/sql/dialect.h"
+
+namespace store {
+
+namespace {
+
+constexpr std::size_t kMostRowsAtOnce = 4096;
+constexpr std::size_t kMostBytesAtOnce = 1 << 20;
+
+/// Whether the server refused a row for what it holds. What is wrong with the transaction or the table shows
+/// by the next statement at the latest.
+bool isOfRows(const Status& status) {
+  return status.code() == ErrorCode::constraint || status.code() == ErrorCode::conversion ||
+         status.code() == ErrorCode::tooLarge || status.code() == ErrorCode::errorsInCommand;
+}
+
+/// Appends the text as an array's text has it.
+void appendElement(std::string_view value, std::string* text) {
+  *text += ",\"";
+  for (const char sign : value) {
+    if (sign == '"' || sign == '\\') *text += '\\';
+    *text += sign;
+  }
+  *text += '"';
+}
+
+void appendCell(const Cell& cell, ValueForm form, std::string* text) {
+  if (cell.kind == CellKind::null) {
+    *text += ",NULL";
+    return;
+  }
+  if (cell.kind == CellKind::text) return appendElement(cell.bytes, text);
+  if (cell.kind == CellKind::integer && form != ValueForm::boolean) {
+    std::array<char, 24> digits{};
+    const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), cell.integer);
+    *text += ',';
+    text->append(digits.data(), end.ptr);
+    return;
+  }
+  appendElement(serverTextOf(valueOf(cell), form).value_or(""), text);
+}
+
+std::string columnAlias(std::size_t index) {
+  return "c" + std::to_string(index);
+}
+
+bool isAmong(const std::vector<std::string>& names, const std::string& name) {
+  return std::any_of(names.begin(), names.end(),
+                     [&](const std::string& other) { return equalsIgnoringCase(other, name); });
+}
+
+/// The table's column of that name: exactly, else in any letter case.
+const ServerColumn* findColumn(const ServerTable& table, const std::string& name) {
+  if (const ServerColumn* exact = table.find(name)) return exact;
+  for (const ServerColumn& column : table.columns) {
+    if (equalsIgnoringCase(column.name, name)) return &column;
+  }
+  return nullptr;
+}
+
+std::int64_t numberOf(const std::optional<std::string>& text) {
+  std::int64_t number = 0;
+  if (text) std::from_chars(text->data(), text->data() + text->size(), number);
+  return number;
+}
+
+/// The rows that are sent, one array for each column, numbered.
+std::string sentRows(const std::vector<const ServerColumn*>& columns) {
+  std::string values;
+  std::string arrays;
+  std::string names;
+  for (std::size_t index = 0; index < columns.size(); ++index) {
+    const std::string alias = columnAlias(index);
+    values += ", s." + alias + "::" + columns[index]->castType + " AS " + alias;
+    arrays += std::string(index == 0 ? "" : ", ") + "pg_catalog.unnest(?::text::text[])";
+    names += alias + ", ";
+  }
+  return "SELECT s.place" + values + " FROM ROWS FROM (" + arrays + ") WITH ORDINALITY AS s(" + names +
+         "place)";
+}
+
+}  // namespace
+
+ServerTableLoad::~ServerTableLoad() {
+  if (!isOpen_ || !checkConversation()) return;
+  // When it doesn't get there the server takes all back by itself, at the end of the conversation.
+  OdbcStatement undo(connection_);
+  if (!undo.run("ROLLBACK")) connection_.lose();
+  catalogue_.forget();
+}
+
+Status ServerTableLoad::checkConversation() const {
+  if (connection_.session() != nullptr && connection_.conversations() == conversation_) return {};
+  return {ErrorCode::inputOutput, "The connection to the server was lost: nothing was stored."};
+}
+
+Status ServerTableLoad::fail(Status status) {
+  hasFailed_ = true;
+  return status;
+}
+
+Status ServerTableLoad::runInside(std::string_view sql, const OdbcStatement::Parameters& parameters) {
+  if (Status status = checkConversation(); !status) return fail(status);
+  OdbcStatement statement(connection_);
+  return statement.run(sql, parameters);
+}
+
+Status ServerTableLoad::begin(const LoadTarget& target, const std::string& createSql) {
+  if (target.columns.empty()) return {ErrorCode::invalidArgument, "No column was named."};
+  if (Status status = connection_.ensureOpen(); !status) return status;
+  conversation_ = connection_.conversations();
+  if (Status status = runInside("BEGIN"); !status) return status;
+  isOpen_ = true;
+  if (!createSql.empty()) {
+    if (Status status = runInside(createSql); !status) return status;
+    makesTable_ = true;
+    catalogue_.forget();
+  }
+  std::optional<ServerTable> table;
+  if (Status status = catalogue_.readTable(target.table, &table); !status) return status;
+  if (!table) return {ErrorCode::noTable, "no such table: " + target.table};
+  if (!table->isTable || !table->canInsert) {
+    return {ErrorCode::readOnly, target.table + " is not a table that takes records."};
+  }
+  return prepare(target, *table);
+}
+
+Status ServerTableLoad::prepare(const LoadTarget& target, const ServerTable& table) {
+  for (const std::string& name : target.columns) {
+    const ServerColumn* column = findColumn(table, name);
+    if (column == nullptr) return {ErrorCode::badColumn, "no such column: " + name};
+    columns_.push_back({column->type.form, {}, {}});
+  }
+  replaces_ = !target.keyColumns.empty();
+  if (replaces_) {
+    if (Status status = writeReplacement(target, table); !status) return status;
+  } else {
+    writeInsert(target, table);
+  }
+  // What is wrong with the statement, and not with a row, shows without one.
+  Sent sent;
+  return send(0, 0, &sent);
+}
+
+void ServerTableLoad::writeInsert(const LoadTarget& target, const ServerTable& table) {
+  std::vector<const ServerColumn*> columns;
+  std::string names;
+  std::string values;
+  for (std::size_t index = 0; index < target.columns.size(); ++index) {
+    columns.push_back(findColumn(table, target.columns[index]));
+    names += (index == 0 ? "" : ", ") + quotedName(columns.back()->name);
+    values += (index == 0 ? "n." : ", n.") + columnAlias(index);
+  }
+  sql_ = "INSERT INTO " + table.reference + " (" + names + ") SELECT " + values + " FROM (" +
+         sentRows(columns) + ") AS n ORDER BY n.place";
+}
+
+// All parts of the statement see the table as it was before: what is found decides what is replaced and what
+// is inserted, and the numbers tell whether that is what happened.
+Status ServerTableLoad::writeReplacement(const LoadTarget& target, const ServerTable& table) {
+  std::vector<const ServerColumn*> columns;
+  std::string names;
+  std::string values;
+  std::string keys;
+  std::string match;
+  std::string changes;
+  std::size_t keyCount = 0;
+  for (std::size_t index = 0; index < target.columns.size(); ++index) {
+    const ServerColumn* column = findColumn(table, target.columns[index]);
+    columns.push_back(column);
+    const std::string name = quotedName(column->name);
+    const std::string alias = "n." + columnAlias(index);
+    names += (index == 0 ? "" : ", ") + name;
+    values += (index == 0 ? "" : ", ") + alias;
+    if (isAmong(target.keyColumns, target.columns[index])) {
+      ++keyCount;
+      keys += (keys.empty() ? "" : ", ") + alias;
+      match += (match.empty() ? "" : " AND ") + ("t." + name) +
+               (column->notNull ? " = " : " IS NOT DISTINCT FROM ") + alias;
+    } else {
+      changes += (changes.empty() ? "" : ", ") + name + " = " + alias;
+    }
+  }
+  if (keyCount != target.keyColumns.size()) {
+    return {ErrorCode::badColumn, "Each column of the key needs a value."};
+  }
+  const std::string replaced =
+      changes.empty() ? "SELECT place FROM found"
+                      : "UPDATE " + table.reference + " AS t SET " + changes + " FROM n WHERE " + match +
+                            " AND n.place IN (SELECT place FROM found WHERE times = 1) RETURNING n.place";
+  sql_ =
+      "WITH n AS MATERIALIZED (" + sentRows(columns) +
+      "), found AS MATERIALIZED (SELECT n.place, count(*) AS times FROM n JOIN " + table.reference +
+      " AS t ON " + match + " GROUP BY n.place), replaced AS (" + replaced + "), inserted AS (INSERT INTO " +
+      table.reference + " (" + names + ") SELECT " + values +
+      " FROM n WHERE n.place NOT IN (SELECT place FROM found) ORDER BY n.place RETURNING 1) "
+      "SELECT (SELECT count(*) FROM n)::text, (SELECT count(*) FROM (SELECT DISTINCT " +
+      keys +
+      " FROM n) AS k)::text, (SELECT count(*) FROM found)::text, (SELECT count(*) FROM found WHERE times > "
+      "1)::text, (SELECT count(*) FROM replaced)::text, (SELECT count(*) FROM inserted)::text";
+  return {};
+}
+
+Status ServerTableLoad::add(std::span<const Cell> values) {
+  if (hasFailed_) return {ErrorCode::illegalOperation, "The transaction was undone already."};
+  for (std::size_t index = 0; index < columns_.size(); ++index) {
+    WaitingColumn& column = columns_[index];
+    const std::size_t before = column.texts.size();
+    appendCell(values[index], column.form, &column.texts);
+    column.ends.push_back(column.texts.size());
+    waitingBytes_ += column.texts.size() - before;
+  }
+  ++waitingCount_;
+  return {};
+}
+
+bool ServerTableLoad::isFull() const {
+  return waitingCount_ >= kMostRowsAtOnce || waitingBytes_ >= kMostBytesAtOnce;
+}
+
+OdbcStatement::Parameters ServerTableLoad::arraysOf(std::size_t first, std::size_t count) const {
+  OdbcStatement::Parameters arrays;
+  for (const WaitingColumn& column : columns_) {
+    if (count == 0) {
+      arrays.emplace_back("{}");
+      continue;
+    }
+    const std::size_t begin = first == 0 ? 0 : column.ends[first - 1];
+    const std::size_t end = column.ends[first + count - 1];
+    // Without the comma in front of the first.
+    arrays.emplace_back("{" + column.texts.substr(begin + 1, end - begin - 1) + "}");
+  }
+  return arrays;
+}
+
+Status ServerTableLoad::send(std::size_t first, std::size_t count, Sent* sent) {
+  if (Status status = checkConversation(); !status) return status;
+  if (Status status = statement_.runPrepared(sql_, arraysOf(first, count)); !status) return status;
+  Sent counted;
+  if (!replaces_) {
+    counted.rows = static_cast<std::int64_t>(count);
+    counted.distinctKeys = counted.rows;
+    counted.inserted = statement_.affected();
+  } else {
+    Answer answer;
+    if (Status status = takeRows(statement_, &answer); !status) return status;
+    if (answer.size() != 1 || answer[0].size() != 6) {
+      return {ErrorCode::inputOutput, "The server's answer can't be read."};
+    }
+    const AnswerRow& row = answer.front();
+    counted = {numberOf(row[0]), numberOf(row[1]), numberOf(row[2]),
+               numberOf(row[3]), numberOf(row[4]), numberOf(row[5])};
+  }
+  *sent = counted;
+  return {};
+}
+
+bool ServerTableLoad::isWhole(const Sent& sent, std::size_t count) const {
+  return sent.rows == static_cast<std::int64_t>(count) && sent.distinctKeys == sent.rows &&
+         sent.ambiguous == 0 && sent.replaced == sent.found && sent.inserted == sent.rows - sent.found;
+}
+
+std::string ServerTableLoad::reasonOf(const Sent& sent) const {
+  return sent.ambiguous > 0 ? "Several records have this key."
+                            : "A rule of the database left the record out.";
+}
+
+Status ServerTableLoad::store(std::size_t first, std::size_t count, std::vector<Refusal>* refused) {
+  if (count == 0) return {};
+  if (Status status = runInside("SAVEPOINT quivane_rows"); !status) return fail(status);
+  Sent sent;
+  Status status = send(first, count, &sent);
+  if (status && isWhole(sent, count)) {
+    replacedCount_ += sent.found;
+    storedCount_ += sent.replaced + sent.inserted;
+    Status released = runInside("RELEASE SAVEPOINT quivane_rows");
+    return released ? released : fail(released);
+  }
+  if (!status && !isOfRows(status)) return fail(status);
+  Status undone = runInside("ROLLBACK TO SAVEPOINT quivane_rows");
+  if (undone) undone = runInside("RELEASE SAVEPOINT quivane_rows");
+  if (!undone) return fail(undone);
+  if (count == 1) {
+    refused->push_back({first, status ? reasonOf(sent) : status.message()});
+    return {};
+  }
+  const std::size_t half = count / 2;
+  if (Status stored = store(first, half, refused); !stored) return stored;
+  return store(first + half, count - half, refused);
+}
+
+Status ServerTableLoad::settle(std::vector<Refusal>* refused) {
+  if (hasFailed_) return {ErrorCode::illegalOperation, "The transaction was undone already."};
+  if (Status status = store(0, waitingCount_, refused); !status) return status;
+  for (WaitingColumn& column : columns_) {
+    column.texts.clear();
+    column.ends.clear();
+  }
+  waitingCount_ = 0;
+  waitingBytes_ = 0;
+  return {};
+}
+
+Status ServerTableLoad::commit() {
+  if (hasFailed_ || waitingCount_ > 0) {
+    return {ErrorCode::illegalOperation, "The transaction was undone already."};
+  }
+  // A transaction that failed unseen would end as well as a good one, and store nothing.
+  if (Status status = runInside("SAVEPOINT quivane_rows"); !status) return fail(status);
+  if (Status status = checkConversation(); !status) return fail(status);
+  isOpen_ = false;
+  catalogue_.forget();
+  connection_.noteChange();
+  OdbcStatement statement(connection_);
+  if (Status status = statement.run("COMMIT"); !status) return status;
+  connection_.noteChangedRows(storedCount_);
+  if (makesTable_) connection_.noteDefinition();
+  return {};
+}
+
+}  // namespace store

@@ -1,0 +1,83 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/store/odbc/catalogue/server_catalogue.h"
+#include "platform/store/odbc/driver/answer.h"
+#include "platform/store/odbc/driver/odbc_connection.h"
+#include "platform/store/odbc/driver/odbc_statement.h"
+#include "platform/store/rows/table_load.h"
+
+namespace store {
+
+/// Adds rows to a table of a server: some thousand by each statement, in one transaction. Those among which
+/// one can't be in the table are parted in halves, and these again, until that one is found.
+class ServerTableLoad : public TableLoad {
+ public:
+  /// Both outlive the load.
+  ServerTableLoad(OdbcConnection& connection, ServerCatalogue& catalogue)
+      : connection_(connection), catalogue_(catalogue), statement_(connection) {}
+  ~ServerTableLoad() override;
+
+  /// Begins the transaction and runs `createSql` (the server's SQL; may be empty) in it. To be called once,
+  /// before anything else.
+  Status begin(const LoadTarget& target, const std::string& createSql);
+
+  Status add(std::span<const Cell> values) override;
+  bool isPuttingOff() const override { return true; }
+  bool isFull() const override;
+  Status settle(std::vector<Refusal>* refused) override;
+  Status commit() override;
+  std::int64_t replacedCount() const override { return replacedCount_; }
+
+ private:
+  /// The values of one column of the rows that wait, each as it stands in an array's text, with a comma in
+  /// front.
+  struct WaitingColumn {
+    ValueForm form = ValueForm::text;
+    std::string texts;
+    std::vector<std::size_t> ends;  // of each row's value in `texts`
+  };
+  /// What became of some rows that were sent together.
+  struct Sent {
+    std::int64_t rows = 0;
+    std::int64_t distinctKeys = 0;
+    std::int64_t found = 0;      // of which there was one with the key
+    std::int64_t ambiguous = 0;  // of which there were several
+    std::int64_t replaced = 0;
+    std::int64_t inserted = 0;
+  };
+
+  /// Runs a statement of the transaction, and only there: never in a conversation that began after it.
+  Status runInside(std::string_view sql, const OdbcStatement::Parameters& parameters = {});
+  Status checkConversation() const;
+  Status prepare(const LoadTarget& target, const ServerTable& table);
+  void writeInsert(const LoadTarget& target, const ServerTable& table);
+  Status writeReplacement(const LoadTarget& target, const ServerTable& table);
+  OdbcStatement::Parameters arraysOf(std::size_t first, std::size_t count) const;
+  Status send(std::size_t first, std::size_t count, Sent* sent);
+  Status store(std::size_t first, std::size_t count, std::vector<Refusal>* refused);
+  bool isWhole(const Sent& sent, std::size_t count) const;
+  std::string reasonOf(const Sent& sent) const;
+  Status fail(Status status);
+
+  OdbcConnection& connection_;
+  ServerCatalogue& catalogue_;
+  OdbcStatement statement_;  // by which rows are sent
+  std::uint64_t conversation_ = 0;
+  bool isOpen_ = false;  // a transaction
+  bool hasFailed_ = false;
+  bool replaces_ = false;
+  std::string sql_;
+  std::vector<WaitingColumn> columns_;
+  std::size_t waitingCount_ = 0;
+  std::size_t waitingBytes_ = 0;
+  std::int64_t replacedCount_ = 0;
+  std::int64_t storedCount_ = 0;  // with those that replace others
+  bool makesTable_ = false;
+};
+
+}  // namespace store
