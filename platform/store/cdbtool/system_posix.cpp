@@ -1,6 +1,7 @@
 #include <csignal>
 #include <cwctype>
 #include <locale.h>
+#include <poll.h>
 #include <termios.h>
 #include <unistd.h>
 
@@ -15,6 +16,31 @@ volatile std::sig_atomic_t interrupted = 0;
 void onInterrupt(int /*signal*/) {
   interrupted = 1;
 }
+
+constexpr int kInterrupts[] = {SIGINT, SIGTERM, SIGHUP};
+
+/// Puts interrupts off, so that none comes between the look whether there was one and the wait.
+class InterruptsPutOff {
+ public:
+  InterruptsPutOff() {
+    sigset_t all;
+    sigemptyset(&all);
+    for (const int signal : kInterrupts) sigaddset(&all, signal);
+    pthread_sigmask(SIG_BLOCK, &all, &before_);
+  }
+  ~InterruptsPutOff() { pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
+  InterruptsPutOff(const InterruptsPutOff&) = delete;
+  InterruptsPutOff& operator=(const InterruptsPutOff&) = delete;
+
+  /// Waits until something can be read. False when an interrupt comes, or came before.
+  bool waitFor(int stream) const {
+    pollfd awaited{stream, POLLIN, 0};
+    return interrupted == 0 && ppoll(&awaited, 1, nullptr, &before_) == 1;
+  }
+
+ private:
+  sigset_t before_{};
+};
 
 }  // namespace
 
@@ -43,9 +69,12 @@ std::optional<std::string> askSecret(const std::string& question) {
   bool isWhole = false;
   char sign = 0;
   // One by one: what an interrupt leaves behind in a buffer would be taken for something else later.
-  while (!isWhole && read(STDIN_FILENO, &sign, 1) == 1) {
-    isWhole = sign == '\n';
-    if (!isWhole) answer += sign;
+  {
+    const InterruptsPutOff putOff;
+    while (!isWhole && putOff.waitFor(STDIN_FILENO) && read(STDIN_FILENO, &sign, 1) == 1) {
+      isWhole = sign == '\n';
+      if (!isWhole) answer += sign;
+    }
   }
   tcsetattr(STDIN_FILENO, TCSAFLUSH, &before);
   std::fputs("\n", stderr);
@@ -58,7 +87,7 @@ void noteInterrupts() {
   action.sa_handler = onInterrupt;
   // Reading that waits is to end, too, and the second one finds the system's own way.
   action.sa_flags = static_cast<int>(SA_RESETHAND);
-  for (const int signal : {SIGINT, SIGTERM, SIGHUP}) sigaction(signal, &action, nullptr);
+  for (const int signal : kInterrupts) sigaction(signal, &action, nullptr);
 }
 
 bool wasInterrupted() {
