@@ -317,5 +317,16 @@ TEST_F(SelectTest, ManyResultsLiveAndDieBesideEachOther) {
   EXPECT_EQ(before, columnOf("SELECT count(*) FROM sqlite_temp_schema"));
 }
 
+// A change takes over the transaction in which the records of a statement were taken down.
+TEST_F(SelectTest, RecordsOfAStatementStayWhenAChangeFailsRightAfterwards) {
+  run("CREATE UNIQUE INDEX i ON t (a)");
+  const auto rows = records("SELECT * FROM t");
+  const auto sums = records("SELECT DISTINCT b FROM t");
+  ASSERT_TRUE(rows->addNew());
+  ASSERT_TRUE(rows->setValue(0, std::int64_t{1}));
+  EXPECT_EQ(ErrorCode::constraint, rows->update().code());
+  EXPECT_EQ("one two three", columnOf(*sums));
+}
+
 }  // namespace
 }  // namespace store

@@ -20,6 +20,7 @@ ResultRows::~ResultRows() {
   ConnectionGuard::Use use(connection_.guard());
   fetch_.reset();
   if (!table_.empty()) {
+    connection_.endRead();
     sqlite3_exec(connection_.handle(), dropStatement_.c_str(), nullptr, nullptr, nullptr);
   }
 }
@@ -68,6 +69,8 @@ Status ResultRows::take(sqlite3_stmt* statement) {
   const TemporaryBound bound(connection_.mostTemporaryBytes());
   Status status = bound.explain(takeRows(statement));
   sqlite3_reset(statement);
+  // As a part of that transaction the table would go with a change that takes it over and is undone.
+  connection_.endRead();
   if (status) status = connection_.prepare("SELECT * FROM " + table_ + " WHERE rowid = ?", &fetch_);
   return status;
 }
@@ -98,7 +101,6 @@ Status ResultRows::fetch(const KeySet& keys, std::size_t index, Row* row) {
 std::unique_ptr<RowScan> ResultRows::makeScan(RowTest& test) {
   ScannedRows rows;
   rows.columnList = "*";
-  rows.columnCount = columns_.size();
   rows.tableClause = table_;
   rows.keys = {"rowid"};
   rows.areWholeTable = true;
