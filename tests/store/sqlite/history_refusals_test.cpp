@@ -1,4 +1,5 @@
 // What the history refuses to take back, and what it does not keep.
+#include "platform/store/sqlite/history/change_recorder.h"
 #include "tests/store/sqlite/history_fixture.h"
 
 namespace store {
@@ -292,6 +293,22 @@ TEST_F(HistoryTest, TakesNoMoreMemoryThanItMay) {
   EXPECT_EQ("", told(Way::back));
   addTo("t", "small again");
   EXPECT_EQ("added t 'small again' 1", told(Way::back));
+}
+
+TEST_F(HistoryTest, GivesUpAtTheRowThatTakesMoreThanItMay) {
+  prepare(
+      "CREATE TABLE t(a INTEGER, b BLOB); WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE "
+      "i < 40) INSERT INTO t SELECT i, zeroblob(1000000) FROM n");
+  OtherProgram file(path_);
+  ChangeRecorder recorder(file.handle());
+  recorder.begin(2'500'000);
+  file.run("DELETE FROM t WHERE a > 0");
+  bool isKnown = true;
+  Changeset changes;
+  EXPECT_TRUE(recorder.read(&isKnown, &changes));
+  EXPECT_FALSE(isKnown);
+  ASSERT_EQ(1u, recorder.touched().size());
+  EXPECT_GE(4u, recorder.touched().front().rowIds.size()) << "more are not remembered, nor their values";
 }
 
 }  // namespace

@@ -88,6 +88,8 @@ void ChangeRecorder::onRow(void* self, int, const char* database, const char* ta
   } catch (const std::bad_alloc&) {
     recorder->isLost_ = true;
   }
+  // One row may hold as much as all may take.
+  recorder->checkSize();
 }
 
 void ChangeRecorder::touch(const char* table, std::int64_t rowId) {
