@@ -161,6 +161,30 @@ TEST_F(ImportTest, ManyRecordsAreReplacedQuickly) {
   EXPECT_EQ(ask("SELECT count(*) FROM T"), "20000");
 }
 
+// An index of the import's own, which it makes and drops, changes the version of the structure.
+TEST_F(ImportTest, AnIndexThatCanNotFindTheKeyIsNotReliedOn) {
+  prepare(
+      "CREATE TABLE T (Id Integer, Name TEXT, N INTEGER); CREATE INDEX ofAnExpression ON T (lower(Name));"
+      "CREATE INDEX otherwiseCollated ON T (Name COLLATE NOCASE); CREATE INDEX ofSome ON T (N) WHERE N > 5;"
+      "CREATE INDEX ofTheFirst ON T (N, Id)");
+  open();
+  options_.replaces = true;
+  for (const std::vector<std::string>& key :
+       std::vector<std::vector<std::string>>{{"Id"}, {"Name"}, {"N", "Name"}}) {
+    options_.keyColumns = key;
+    const std::string before = ask("PRAGMA schema_version");
+    import("Id,Name,N\n1,a,2\n");
+    EXPECT_NE(before, ask("PRAGMA schema_version")) << key.front();
+  }
+  for (const std::vector<std::string>& key : std::vector<std::vector<std::string>>{{"N"}, {"Id", "N"}}) {
+    options_.keyColumns = key;
+    const std::string before = ask("PRAGMA schema_version");
+    import("Id,Name,N\n1,a,2\n");
+    EXPECT_EQ(before, ask("PRAGMA schema_version")) << key.front();
+  }
+  EXPECT_EQ(ask("SELECT count(*) FROM T"), "1");
+}
+
 TEST_F(ImportTest, JsonGoesIntoANewTable) {
   open();
   import("[{\"a\":1,\"b\":\"007\",\"c\":true},{\"a\":2.5,\"d\":{\"x\":[1]}}]");

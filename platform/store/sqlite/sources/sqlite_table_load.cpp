@@ -48,24 +48,26 @@ bool isOfRow(int result) {
   return code == SQLITE_CONSTRAINT || code == SQLITE_MISMATCH || code == SQLITE_TOOBIG;
 }
 
-/// Whether the table has an index that begins with the columns of the key, so that they are found quickly.
-Status hasIndexOf(SqliteConnection& connection, const LoadTarget& target, bool* found) {
-  SqliteStatement statement;
-  Status status = connection.prepare(
-      "SELECT count(*) FROM pragma_index_list(?1, 'main') AS i WHERE NOT i.partial AND NOT EXISTS (SELECT 1 "
-      "FROM pragma_index_info(i.name, 'main') AS c WHERE c.seqno < ?2 AND instr(?3, char(10) || "
-      "lower(c.name) || char(10)) = 0) AND (SELECT count(*) FROM pragma_index_info(i.name, 'main')) >= ?2",
-      &statement);
-  if (!status) return status;
-  std::string names = "\n";
-  for (const std::string& name : target.keyColumns) names += lowerCase(name) + "\n";
-  sqlite3_bind_text64(statement.get(), 1, target.table.data(), target.table.size(), SQLITE_STATIC,
-                      SQLITE_UTF8);
-  sqlite3_bind_int64(statement.get(), 2, static_cast<std::int64_t>(target.keyColumns.size()));
-  sqlite3_bind_text64(statement.get(), 3, names.data(), names.size(), SQLITE_STATIC, SQLITE_UTF8);
-  const int result = sqlite3_step(statement.get());
-  *found = result == SQLITE_ROW && sqlite3_column_int(statement.get(), 0) > 0;
-  return statusOf(connection.handle(), result);
+/// Whether SQLite finds the rows of a statement on one table by an index that has all `columnCount` columns of
+/// its condition, and by nothing that it would have to go through. Only SQLite itself knows which index suits: its
+/// columns, what they collate, and whether it has all rows.
+Status isSearched(SqliteConnection& connection, const std::string& sql, std::size_t columnCount,
+                  bool* searched) {
+  constexpr int kDetail = 3;
+  SqliteStatement plan;
+  if (Status status = connection.prepare("EXPLAIN QUERY PLAN " + sql, &plan); !status) return status;
+  bool found = false;
+  int result = SQLITE_ROW;
+  while ((result = sqlite3_step(plan.get())) == SQLITE_ROW) {
+    const std::string_view detail = columnText(plan.get(), kDetail);
+    if (!detail.starts_with("SEARCH ")) continue;
+    std::size_t compared = 0;
+    for (std::size_t at = detail.find("=?"); at != detail.npos; at = detail.find("=?", at + 1)) ++compared;
+    found = compared >= columnCount;
+  }
+  if (result != SQLITE_DONE) return statusOf(connection.handle(), result);
+  *searched = found;
+  return {};
 }
 
 }  // namespace
@@ -113,9 +115,17 @@ Status SqliteTableLoad::prepareKey(const LoadTarget& target) {
   if (keyIndexes_.size() != target.keyColumns.size()) {
     return {ErrorCode::badColumn, "Each column of the key needs a value."};
   }
-  if (Status status = makeKeyIndex(target); !status) return status;
   const std::string condition = " WHERE " + joined(target.columns, keyIndexes_, " IS ?", " AND ");
   const std::string table = quotedName(target.table);
+  bool isQuick = false;
+  if (Status status =
+          isSearched(connection_, "SELECT 1 FROM " + table + condition, keyIndexes_.size(), &isQuick);
+      !status) {
+    return status;
+  }
+  if (!isQuick) {
+    if (Status status = makeKeyIndex(target); !status) return status;
+  }
   Status status =
       connection_.prepare("SELECT count(*) FROM (SELECT 1 FROM " + table + condition + " LIMIT 2)", &find_);
   if (!status || updateIndexes_.empty()) return status;
@@ -126,17 +136,6 @@ Status SqliteTableLoad::prepareKey(const LoadTarget& target) {
 
 // Without an index the whole table would be gone through for each row.
 Status SqliteTableLoad::makeKeyIndex(const LoadTarget& target) {
-  bool found = false;
-  TableSchema schema;
-  if (Status status = readTableSchema(connection_, target.table, &schema); !status) return status;
-  const std::vector<std::string> primary = schema.keyColumns();
-  if (target.keyColumns.size() == 1 && schema.rowIdIsColumn && primary.size() == 1) {
-    found = equalsIgnoringCase(primary.front(), target.keyColumns.front());
-  }
-  if (!found) {
-    if (Status status = hasIndexOf(connection_, target, &found); !status || found) return status;
-  }
-  if (found) return {};
   SqliteStatement statement;
   Status status =
       connection_.prepare(std::string("CREATE INDEX ") + kKeyIndex + " ON " + quotedName(target.table) +
