@@ -483,5 +483,54 @@ TEST_F(RandomSearchTest, BothWaysAgreeInLargeTables) {
   }
 }
 
+TEST_F(TextSearchTest, AColumnThatAnotherProgramAddsIsNotInTheWay) {
+  prepare("CREATE TABLE T (N INTEGER PRIMARY KEY, A Varchar (20)); INSERT INTO T VALUES (1, 'a'), (2, 'b')");
+  open();
+  const std::unique_ptr<Recordset> rows = records("Select * from [T]");
+  prepare("ALTER TABLE T ADD COLUMN X");
+  EXPECT_EQ((Found{1, 2}), search(*rows, u"b"));
+  ASSERT_TRUE(rows->moveFirst());
+  TextSearch search(*rows, {1}, TextNeedle(u"b", &oddFolding()), texts_);
+  std::int64_t passed = 0;
+  ASSERT_TRUE(search.passOver(1, never(), &passed));
+  ASSERT_TRUE(rows->moveFirst());
+  prepare("ALTER TABLE T ADD COLUMN Y");
+  const Status status = search.passOver(10, never(), &passed);
+  EXPECT_TRUE(status) << status.message();
+  EXPECT_EQ(1, passed);
+}
+
+// SQLite would have to sort the whole table before it gives the first row.
+TEST_F(TextSearchTest, ATableWhoseKeyHasAnOrderOfItsOwnIsGoneThroughBitByBit) {
+  prepare(
+      "CREATE TABLE T (A INTEGER, B INTEGER, C TEXT, PRIMARY KEY (A, B DESC)) WITHOUT ROWID;"
+      "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 20000) "
+      "INSERT INTO T SELECT i % 7, i, 'text ' || i FROM n");
+  open();
+  const std::unique_ptr<Recordset> rows = records("Select * from [T] Order By C");
+  TextSearch search(*rows, {2}, TextNeedle(u"nowhere", &oddFolding()), texts_);
+  std::int64_t all = 0;
+  while (rows->position() > 0) {
+    std::int64_t passed = 0;
+    ASSERT_TRUE(search.passOver(20000, Clock::now() + std::chrono::milliseconds(1), &passed));
+    ASSERT_GT(passed, 0) << "behind " << all;
+    all += passed;
+  }
+  EXPECT_EQ(20000, all);
+}
+
+TEST_F(TextSearchTest, AFewRecordsOfAMuchLargerTableAreLookedAtOneByOne) {
+  prepare(
+      "CREATE TABLE T (A INTEGER, B INTEGER, C TEXT);"
+      "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 500000) "
+      "INSERT INTO T SELECT i, i % 100 = 0, 'text ' || i FROM n");
+  open();
+  const std::unique_ptr<Recordset> rows = records("Select * from [T] Where B = 1 Order By A Desc");
+  TextSearch search(*rows, {2}, TextNeedle(u"nowhere", &oddFolding()), texts_);
+  std::int64_t passed = 0;
+  ASSERT_TRUE(search.passOver(5000, Clock::now() + std::chrono::seconds(30), &passed));
+  EXPECT_EQ(5000, passed);
+}
+
 }  // namespace
 }  // namespace store

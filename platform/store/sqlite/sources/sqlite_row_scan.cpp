@@ -35,6 +35,21 @@ bool growsOnTheWhole(const KeySet& keys) {
   return true;
 }
 
+/// Whether SQLite sorts the rows of a statement before it gives the first one.
+Status isSortedFirst(SqliteConnection& connection, const std::string& sql, bool* isSorted) {
+  constexpr int kDetail = 3;
+  SqliteStatement plan;
+  if (Status status = connection.prepare("EXPLAIN QUERY PLAN " + sql, &plan); !status) return status;
+  bool found = false;
+  int result = SQLITE_ROW;
+  while ((result = sqlite3_step(plan.get())) == SQLITE_ROW) {
+    found = found || columnText(plan.get(), kDetail).starts_with("USE TEMP B-TREE");
+  }
+  if (result != SQLITE_DONE) return statusOf(connection.handle(), result);
+  *isSorted = found;
+  return {};
+}
+
 }  // namespace
 
 SqliteRowScan::SqliteRowScan(SqliteConnection& connection, RowSource& source, RowTest& test, ScannedRows rows,
@@ -119,6 +134,7 @@ Status SqliteRowScan::passOverSome(const KeySet& keys, std::size_t last, Clock::
     // Records that were added here stand at the end, whatever their row ids; there are few of them.
     return goAlong(keys, end, until, next, stops);
   }
+  if (isOneByOne_) return lookOneByOne(keys, last, until, next, stops);
   if (oneByOneLeft_ > 0 || (!isMarked_ && last - *next <= kFewRows)) {
     const std::size_t before = *next;
     const std::size_t end = std::min(last, *next + std::max(oneByOneLeft_, kFewRows));
@@ -180,7 +196,7 @@ Status SqliteRowScan::goThrough(const KeySet& keys, Clock::time_point until) {
       rowsSeen_ = run.rowCount;
       resumeAt_ = std::move(key);
       // The table is much larger than what is looked for in it.
-      if (rowsSeen_ > mostRows) oneByOneLeft_ = std::numeric_limits<std::size_t>::max();
+      isOneByOne_ = rowsSeen_ > mostRows;
       return {};
     }
     const std::uint64_t bit = bitOf(KeySet::hashOf(key));
@@ -218,11 +234,25 @@ Key SqliteRowScan::keyOf(sqlite3_stmt* statement) const {
 }
 
 Status SqliteRowScan::prepare() {
-  if (from_) return {};
+  if (from_ && preparedAt_ == connection_.rebuilds()) return {};
+  from_.reset();
+  whole_.reset();
+  companion_.reset();
+  // Another program may have added columns behind those of the source.
+  SqliteStatement all;
+  const std::string sql = "SELECT " + rows_.columnList + " FROM " + rows_.tableClause;
+  if (Status status = connection_.prepare(sql, &all); !status) return status;
+  columnCount_ = static_cast<std::size_t>(sqlite3_column_count(all.get()));
   if (rows_.areTupleKeyed) {
     if (Status status = connection_.prepare(statementText(false), &whole_); !status) return status;
+    bool isSorted = false;
+    if (Status status = isSortedFirst(connection_, statementText(false), &isSorted); !status) return status;
+    // The table would be gone through to its end before the first row of it came, and that again each time.
+    isOneByOne_ = isOneByOne_ || isSorted;
   }
-  return connection_.prepare(statementText(true), &from_);
+  if (Status status = connection_.prepare(statementText(true), &from_); !status) return status;
+  preparedAt_ = connection_.rebuilds();
+  return {};
 }
 
 // The columns get names of their own by way of a table expression, which SQLite dissolves again: it reads
@@ -231,7 +261,7 @@ std::string SqliteRowScan::statementText(bool isBounded) const {
   const auto column = [](std::size_t index) { return "c" + std::to_string(index); };
   const auto key = [](std::size_t index) { return "k" + std::to_string(index); };
   std::string names;
-  for (std::size_t index = 0; index < rows_.columnCount; ++index) names += column(index) + ", ";
+  for (std::size_t index = 0; index < columnCount_; ++index) names += column(index) + ", ";
   std::string keyNames;
   std::string keys;
   std::string parameters;

@@ -15,7 +15,6 @@ namespace store {
 /// Where the rows of a source are, and how SQL names what is in them.
 struct ScannedRows {
   std::string columnList;         ///< what stands behind SELECT for all columns of the source
-  std::size_t columnCount = 0;    ///< that it makes
   std::string tableClause;        ///< what stands behind FROM
   std::vector<std::string> keys;  ///< what reads the key: one for a row id
   bool areTupleKeyed = false;
@@ -64,16 +63,19 @@ class SqliteRowScan : public RowScan {
   SqliteConnection& connection_;
   RowTest& test_;
   ScannedRows rows_;
+  std::size_t columnCount_ = 0;  // that its list of columns makes
   std::vector<char> ignored_;  // what the test ignores
   std::function<Status()> checkRows_;
   std::unique_ptr<RowScan> oneByOne_;
   SqliteStatement from_;   // from a key on, for row ids up to another one
   SqliteStatement whole_;  // for tuples: from the first key on
+  unsigned preparedAt_ = 0;  // what the connection had counted of rebuilds then
 
   bool isDecided_ = false;
   bool goesAlong_ = false;  // the keys are row ids in their order, as far as is known
   bool mayHaveCompanion_ = false;
   std::unique_ptr<CompanionScan> companion_;
+  bool isOneByOne_ = false;       // the table is never gone through
   std::size_t oneByOneLeft_ = 0;  // so many rows are looked at one by one before the table is gone through
   bool isMarked_ = false;         // the whole table was gone through
   std::vector<std::uint64_t> marks_;  // a bit for each remainder of a hash of a key; a power of two of words

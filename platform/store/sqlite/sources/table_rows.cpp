@@ -99,7 +99,6 @@ TableRows::TableRows(SqliteConnection& connection, const SingleTableSelect& sele
     keysSql_ = "SELECT " + joined(aliases, ", ") + " FROM (" + wideKeysSql_ + ")";
   }
   scanned_.columnList = select.columnList;
-  scanned_.columnCount = columns_.size();
   scanned_.tableClause = select.tableClause;
   scanned_.keys = qualified;
   scanned_.areTupleKeyed = tupleKeyed_;
