@@ -273,6 +273,7 @@ TEST_P(CopyMishapsTest, AFileThatIsReplacedMeanwhileIsLeftAlone) {
     OtherProgram(other).run("CREATE TABLE mine (x); INSERT INTO mine VALUES ('of another program')");
     const std::string others = contentOf(other);
     Happening replacing(number, [&] { fs::rename(other, path_); });
+    const std::size_t before = kept().size();
     const Status status = putBack(copy_, std::ref(replacing));
     if (!replacing.hasBeen()) break;
     if (status) {
@@ -280,6 +281,8 @@ TEST_P(CopyMishapsTest, AFileThatIsReplacedMeanwhileIsLeftAlone) {
       EXPECT_TRUE(others == contentOf(pathOfCopy(0))) << "what was in its place is a copy";
     } else {
       EXPECT_TRUE(others == contentOf(path_)) << status.message();
+      EXPECT_EQ(before + 1, kept().size());
+      EXPECT_TRUE(present_ == contentOf(pathOfCopy(0))) << "nowhere else is what was in the file";
       ++refused;
     }
     for (const auto& entry : fs::directory_iterator(place_)) fs::remove(entry.path());

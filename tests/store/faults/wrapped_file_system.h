@@ -56,6 +56,7 @@ class WrappedFileSystem {
   static int truncate(sqlite3_file* file, sqlite3_int64 length) {
     return ofSystem(file)->xTruncate(own(file), length);
   }
+  static int sync(sqlite3_file* file, int flags) { return ofSystem(file)->xSync(own(file), flags); }
   static int size(sqlite3_file* file, sqlite3_int64* length) {
     return ofSystem(file)->xFileSize(own(file), length);
   }
@@ -75,7 +76,6 @@ class WrappedFileSystem {
   }
   static const sqlite3_io_methods* ofSystem(sqlite3_file* file) { return own(file)->pMethods; }
 
-  static int sync(sqlite3_file* file, int flags) { return ofSystem(file)->xSync(own(file), flags); }
   static int unlock(sqlite3_file* file, int level) { return ofSystem(file)->xUnlock(own(file), level); }
   static int checkReservedLock(sqlite3_file* file, int* reserved) {
     return ofSystem(file)->xCheckReservedLock(own(file), reserved);

@@ -226,6 +226,11 @@ Status SqliteConnection::checkFile() {
   return checkNameOf(handle());
 }
 
+Status SqliteConnection::checkFileAfterCommit() {
+  Status status = checkFile();
+  return status.code() == ErrorCode::fileGone || status.code() == ErrorCode::fileReplaced ? status : Status();
+}
+
 // Begins a change that changes nothing, and undoes it: what it needs beside the database is made with the
 // first page that is touched.
 Status SqliteConnection::tryWriting() {
@@ -423,7 +428,7 @@ Status SqliteConnection::WriteTransaction::commitChange(bool hasChanged) {
   if (!status) return status;
   open_ = false;
   if (WriteListener* const listener = std::exchange(writeListener_, nullptr)) listener->writingIsOver(true);
-  status = connection_.checkFile();
+  status = connection_.checkFileAfterCommit();
   tellEnd(static_cast<bool>(status));
   return status;
 }
@@ -458,7 +463,7 @@ Status SqliteConnection::runAlone(sqlite3_stmt* statement) {
   if (!status) return status;
   ++rebuilds_;
   if (status = readSchemaVersion(&schemaVersion_); !status) return status;
-  return checkFile();
+  return checkFileAfterCommit();
 }
 
 }  // namespace store

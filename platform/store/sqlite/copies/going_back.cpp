@@ -143,22 +143,27 @@ Status GoingBack::putBack(const std::string& database, const std::string& copy) 
   SqliteConnection whole;
   if (Status status = openWhole(copy, question_, &whole); !status) return status;
   const ConnectionGuard::Use use(whole.guard());
-  std::string kept;
+  FormerState kept;
   Status status;
   if (!isThere(database)) {
     status = makeAnew(database, whole.handle(), false);
   } else {
     status = putIntoFile(database, whole.handle(), &kept);
   }
-  if (!status) {
-    // Nothing was changed, so that it is no former state.
-    if (!kept.empty()) removeFile(kept);
-    return status;
-  }
-  return kept.empty() ? Status() : bringIn(folder_, database, kept, {copy}, untilTimeIsUp());
+  return settle(status, kept, database, copy);
 }
 
-Status GoingBack::putIntoFile(const std::string& database, sqlite3* copy, std::string* kept) {
+/// Where nothing was changed the copy is no former state; where it may be the only one of what was in the file
+/// nothing is tried with it that could fail.
+Status GoingBack::settle(const Status& status, const FormerState& kept, const std::string& database,
+                         const std::string& copy) {
+  if (kept.path.empty()) return status;
+  if (status) return bringIn(folder_, database, kept.path, {copy}, untilTimeIsUp());
+  if (!kept.isNeeded) removeFile(kept.path);
+  return status;
+}
+
+Status GoingBack::putIntoFile(const std::string& database, sqlite3* copy, FormerState* kept) {
   Target target;
   if (Status status = checkOrdinaryFile(database); !status) return status;
   if (Status status = target.open(database, lockWait_, question_); !status) return status;
@@ -168,31 +173,45 @@ Status GoingBack::putIntoFile(const std::string& database, sqlite3* copy, std::s
   if (status) status = putInto(target, copy, database, kept);
   target.end();
   if (status.code() != ErrorCode::damaged) return status;
-  if (!kept->empty()) removeFile(*kept);
-  status = keep(target.handle(), database, CopyReason::goingBack, kept);
+  if (!kept->path.empty()) removeFile(kept->path);
+  *kept = {};
+  status = keep(target.handle(), database, CopyReason::goingBack, &kept->path);
   target.close();
-  return status ? makeAnew(database, copy, true) : status;
+  if (!status) return status;
+  status = makeAnew(database, copy, true);
+  // It may have its place already, and only not be on the disk.
+  kept->isNeeded = status.code() == ErrorCode::inputOutput;
+  return status;
 }
 
 /// The transaction shuts other writers out before anything is in the file. What is there then is kept, and
 /// the pages follow. The write-ahead log takes pages of a file that has lost its name, too, and would then be
 /// taken for that of the file which has the name.
-Status GoingBack::putInto(Target& target, sqlite3* copy, const std::string& database, std::string* kept) {
+Status GoingBack::putInto(Target& target, sqlite3* copy, const std::string& database, FormerState* kept) {
   std::unique_ptr<sqlite3_backup, BackupFinisher> backup(
       sqlite3_backup_init(target.handle(), kMain, copy, kMain));
   if (backup == nullptr) return statusOf(target.handle(), sqlite3_extended_errcode(target.handle()));
   constexpr int kNoPages = 0;
   int result = sqlite3_backup_step(backup.get(), kNoPages);
   if (result != SQLITE_OK) return statusOf(nullptr, result);
-  if (Status status = keep(target.handle(), database, CopyReason::goingBack, kept); !status) return status;
-  while (result == SQLITE_OK) {
-    if (isToStop()) return {ErrorCode::stopped, "The statement was stopped."};
-    if (Status status = checkNameOf(target.handle()); !status) return status;
-    result = sqlite3_backup_step(backup.get(), kPagesPerStep);
+  Status status = keep(target.handle(), database, CopyReason::goingBack, &kept->path);
+  if (!status) return status;
+  while (result == SQLITE_OK && status) {
+    if (isToStop()) {
+      status = {ErrorCode::stopped, "The statement was stopped."};
+    } else if (status = checkNameOf(target.handle()); status) {
+      result = sqlite3_backup_step(backup.get(), kPagesPerStep);
+    }
   }
   const int finished = sqlite3_backup_finish(backup.release());
   if (result == SQLITE_DONE) result = finished;
-  return result == SQLITE_OK ? checkNameOf(target.handle()) : statusOf(target.handle(), result);
+  if (status) status = statusOf(target.handle(), result);
+  const Status named = checkNameOf(target.handle());
+  if (status) status = named;
+  // A commit whose last flush failed may have been one all the same, and a file without a name goes with whoever
+  // has it open.
+  kept->isNeeded = !named || (result & 0xFF) == SQLITE_IOERR;
+  return status;
 }
 
 /// As a file of its own, which then gets the name.

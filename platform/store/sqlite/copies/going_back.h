@@ -33,7 +33,8 @@ class GoingBack {
   /// is.
   ///
   /// On failure the database is as it was: damaged when the copy is, readOnly, locked, stopped, inputOutput,
-  /// outOfMemory, and what keepBeforeDeletion can fail with.
+  /// outOfMemory, and what keepBeforeDeletion can fail with. Where the system leaves open whether it is, or the
+  /// file has lost its name meanwhile, the copy of it as it was stays: fileGone, fileReplaced, inputOutput.
   Status putBack(const std::string& database, const std::string& copy);
 
   /// The tables of the copy that the database does not have, in the order of their making; all of them where
@@ -49,13 +50,20 @@ class GoingBack {
 
  private:
   class Target;
+  /// The copy of the database as it was.
+  struct FormerState {
+    std::string path;       // empty until it is made
+    bool isNeeded = false;  // although nothing may have been changed
+  };
 
   Status keep(sqlite3* connection, const std::string& database, CopyReason reason, std::string* kept);
-  Status putIntoFile(const std::string& database, sqlite3* copy, std::string* kept);
-  Status putInto(Target& target, sqlite3* copy, const std::string& database, std::string* kept);
+  Status settle(const Status& status, const FormerState& kept, const std::string& database,
+                const std::string& copy);
+  Status putIntoFile(const std::string& database, sqlite3* copy, FormerState* kept);
+  Status putInto(Target& target, sqlite3* copy, const std::string& database, FormerState* kept);
   Status makeAnew(const std::string& database, sqlite3* copy, bool replaces);
   Status insertTable(SqliteConnection& connection, const std::string& database, SqliteConnection& copy,
-                     const std::string& table, std::string* kept);
+                     const std::string& table, FormerState* kept);
   bool isToStop() const { return question_ && question_(Busy::working); }
 
   CopyFolder& folder_;

@@ -110,15 +110,14 @@ Status GoingBack::putTableBack(const std::string& database, const std::string& c
   if (connection.isReadOnly()) return {ErrorCode::readOnly, "The database can only be read."};
   const ConnectionGuard::Use use(connection.guard());
   if (Status status = attach(connection, copy); !status) return status;
-  std::string kept;
-  Status status = insertTable(connection, database, whole, table, &kept);
-  if (status) return bringIn(folder_, database, kept, {copy}, untilTimeIsUp());
-  if (!kept.empty()) removeFile(kept);
-  return status;
+  FormerState kept;
+  const Status status = insertTable(connection, database, whole, table, &kept);
+  kept.isNeeded = !connection.checkFile();
+  return settle(status, kept, database, copy);
 }
 
 Status GoingBack::insertTable(SqliteConnection& connection, const std::string& database,
-                              SqliteConnection& copy, const std::string& table, std::string* kept) {
+                              SqliteConnection& copy, const std::string& table, FormerState* kept) {
   TableSchema schema;
   if (Status status = readTableSchema(copy, table, &schema); !status) return status;
   if (schema.columns.empty()) return {ErrorCode::noTable, "no such table: " + table};
@@ -136,7 +135,7 @@ Status GoingBack::insertTable(SqliteConnection& connection, const std::string& d
 
   SqliteConnection::WriteTransaction transaction(connection);
   if (status = transaction.begin(); !status) return status;
-  if (status = keep(connection.handle(), database, CopyReason::goingBack, kept); !status) return status;
+  if (status = keep(connection.handle(), database, CopyReason::goingBack, &kept->path); !status) return status;
   const std::string columns = columnsOf(schema);
   const std::string name = quotedName(table);
   std::vector<std::string> statements = {"PRAGMA defer_foreign_keys=ON", definitions.front(),
