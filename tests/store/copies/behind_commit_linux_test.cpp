@@ -1,4 +1,5 @@
-// What goes wrong when a change is done already: behind the emptying of its journal, before it is acknowledged.
+// What goes wrong when a change is done already: behind the emptying of its journal, before it is
+// acknowledged.
 #include <functional>
 #include <utility>
 

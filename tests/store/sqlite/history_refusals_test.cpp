@@ -297,7 +297,8 @@ TEST_F(HistoryTest, TakesNoMoreMemoryThanItMay) {
 
 TEST_F(HistoryTest, GivesUpAtTheRowThatTakesMoreThanItMay) {
   prepare(
-      "CREATE TABLE t(a INTEGER, b BLOB); WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE "
+      "CREATE TABLE t(a INTEGER, b BLOB); WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n "
+      "WHERE "
       "i < 40) INSERT INTO t SELECT i, zeroblob(1000000) FROM n");
   OtherProgram file(path_);
   ChangeRecorder recorder(file.handle());

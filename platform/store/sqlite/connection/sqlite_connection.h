@@ -63,8 +63,8 @@ class SqliteConnection {
   /// Whether the open file still stands under its name: fileGone or fileReplaced if not, inputOutput when the
   /// system doesn't tell.
   Status checkFile();
-  /// The same of a file with a change that is durable: what the system doesn't tell is no reason to say that it
-  /// failed, because it would be made once more then.
+  /// The same of a file with a change that is durable: what the system doesn't tell is no reason to say that
+  /// it failed, because it would be made once more then.
   Status checkFileAfterCommit();
   /// As Backend::tryWriting.
   Status tryWriting();

@@ -153,8 +153,8 @@ Status GoingBack::putBack(const std::string& database, const std::string& copy) 
   return settle(status, kept, database, copy);
 }
 
-/// Where nothing was changed the copy is no former state; where it may be the only one of what was in the file
-/// nothing is tried with it that could fail.
+/// Where nothing was changed the copy is no former state; where it may be the only one of what was in the
+/// file nothing is tried with it that could fail.
 Status GoingBack::settle(const Status& status, const FormerState& kept, const std::string& database,
                          const std::string& copy) {
   if (kept.path.empty()) return status;
@@ -208,8 +208,8 @@ Status GoingBack::putInto(Target& target, sqlite3* copy, const std::string& data
   if (status) status = statusOf(target.handle(), result);
   const Status named = checkNameOf(target.handle());
   if (status) status = named;
-  // A commit whose last flush failed may have been one all the same, and a file without a name goes with whoever
-  // has it open.
+  // A commit whose last flush failed may have been one all the same, and a file without a name goes with
+  // whoever has it open.
   kept->isNeeded = !named || (result & 0xFF) == SQLITE_IOERR;
   return status;
 }

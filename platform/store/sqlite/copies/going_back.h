@@ -33,8 +33,9 @@ class GoingBack {
   /// is.
   ///
   /// On failure the database is as it was: damaged when the copy is, readOnly, locked, stopped, inputOutput,
-  /// outOfMemory, and what keepBeforeDeletion can fail with. Where the system leaves open whether it is, or the
-  /// file has lost its name meanwhile, the copy of it as it was stays: fileGone, fileReplaced, inputOutput.
+  /// outOfMemory, and what keepBeforeDeletion can fail with. Where the system leaves open whether it is, or
+  /// the file has lost its name meanwhile, the copy of it as it was stays: fileGone, fileReplaced,
+  /// inputOutput.
   Status putBack(const std::string& database, const std::string& copy);
 
   /// The tables of the copy that the database does not have, in the order of their making; all of them where

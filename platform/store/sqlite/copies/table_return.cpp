@@ -135,7 +135,8 @@ Status GoingBack::insertTable(SqliteConnection& connection, const std::string& d
 
   SqliteConnection::WriteTransaction transaction(connection);
   if (status = transaction.begin(); !status) return status;
-  if (status = keep(connection.handle(), database, CopyReason::goingBack, &kept->path); !status) return status;
+  if (status = keep(connection.handle(), database, CopyReason::goingBack, &kept->path); !status)
+    return status;
   const std::string columns = columnsOf(schema);
   const std::string name = quotedName(table);
   std::vector<std::string> statements = {"PRAGMA defer_foreign_keys=ON", definitions.front(),

@@ -64,11 +64,11 @@ class SqliteRowScan : public RowScan {
   RowTest& test_;
   ScannedRows rows_;
   std::size_t columnCount_ = 0;  // that its list of columns makes
-  std::vector<char> ignored_;  // what the test ignores
+  std::vector<char> ignored_;    // what the test ignores
   std::function<Status()> checkRows_;
   std::unique_ptr<RowScan> oneByOne_;
-  SqliteStatement from_;   // from a key on, for row ids up to another one
-  SqliteStatement whole_;  // for tuples: from the first key on
+  SqliteStatement from_;     // from a key on, for row ids up to another one
+  SqliteStatement whole_;    // for tuples: from the first key on
   unsigned preparedAt_ = 0;  // what the connection had counted of rebuilds then
 
   bool isDecided_ = false;

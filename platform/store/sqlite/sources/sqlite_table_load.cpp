@@ -48,9 +48,9 @@ bool isOfRow(int result) {
   return code == SQLITE_CONSTRAINT || code == SQLITE_MISMATCH || code == SQLITE_TOOBIG;
 }
 
-/// Whether SQLite finds the rows of a statement on one table by an index that has all `columnCount` columns of
-/// its condition, and by nothing that it would have to go through. Only SQLite itself knows which index suits: its
-/// columns, what they collate, and whether it has all rows.
+/// Whether SQLite finds the rows of a statement on one table by an index that has all `columnCount` columns
+/// of its condition, and by nothing that it would have to go through. Only SQLite itself knows which index
+/// suits: its columns, what they collate, and whether it has all rows.
 Status isSearched(SqliteConnection& connection, const std::string& sql, std::size_t columnCount,
                   bool* searched) {
   constexpr int kDetail = 3;
