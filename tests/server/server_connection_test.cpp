@@ -117,6 +117,26 @@ TEST_F(ServerConnectionTest, AServerThatDoesNotAnswerIsGivenUpWhenTheUserWants) 
   EXPECT_EQ("a", cell.bytes);
 }
 
+TEST_F(ServerConnectionTest, AChangeThatTheServerIsLeftAloneWithIsNotSaidToBeUndone) {
+  openRow("a text", "'a'");
+  const std::string server = columnOf("SELECT pg_backend_pid() FROM t");
+  const auto signal = [&](const std::string& name) {
+    runOnServer("COPY (SELECT 1) TO PROGRAM 'cat >/dev/null; kill -" + name + " " + server + "'", "postgres");
+  };
+  ASSERT_TRUE(rows_->addNew());
+  ASSERT_TRUE(rows_->setValue(0, std::int64_t{2}));
+  signal("STOP");
+  const auto start = std::chrono::steady_clock::now();
+  backend_->askWhileBusy(
+      [&](Busy) { return std::chrono::steady_clock::now() - start > std::chrono::milliseconds(200); });
+  const Status status = rows_->update();
+  backend_->askWhileBusy({});
+  signal("CONT");
+  EXPECT_EQ(ErrorCode::inputOutput, status.code());
+  EXPECT_NE(std::string::npos, status.message().find("is not known")) << status.message();
+  EXPECT_EQ(EditMode::adding, rows_->editMode());
+}
+
 TEST_F(ServerConnectionTest,
        AServerThatDoesNotAnswerTheCallerIsGivenUpWithinTenSecondsAndAtOnceWhenTheUserWants) {
   FileDsn dsn;

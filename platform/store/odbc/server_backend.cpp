@@ -128,7 +128,7 @@ Status ServerBackend::runChange(const Statement& statement, std::int64_t* affect
     return {ErrorCode::readOnly, "The catalogue's tables can only be read."};
   }
   connection_->noteChange();
-  OdbcStatement run(*connection_);
+  OdbcStatement run(*connection_, OdbcStatement::Effect::change);
   Status status = run.run(sql);
   if (statement.kind == StatementKind::definition) {
     catalogue_.forget();

@@ -110,8 +110,9 @@ class Backend {
   virtual bool isReadOnly() const = 0;
 
   /// Whom to ask while an operation on the database or on rows of it takes its time. One that is stopped has
-  /// changed nothing, and fails with locked when it was waiting, else with stopped. While a change is being
-  /// made durable nobody is asked but about the waiting for other programs.
+  /// changed nothing, and fails with locked when it was waiting, else with stopped. A change that a server is
+  /// left alone with, because it doesn't answer, fails with inputOutput: whether it is stored is not known.
+  /// While a change is being made durable nobody is asked but about the waiting for other programs.
   virtual void askWhileBusy(BusyQuestion question) = 0;
 
   /// Stops the operation that runs at the moment of the call, like the answer true; without one nothing

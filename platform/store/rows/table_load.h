@@ -55,7 +55,7 @@ class TableLoad {
   virtual Status settle(std::vector<Refusal>* /*refused*/) { return {}; }
 
   /// After it nothing is undone any more. To be called once, as the last operation; on failure nothing has
-  /// been stored.
+  /// been stored, but for inputOutput, whose sentence says when that is not known.
   virtual Status commit() = 0;
 
   /// How many rows took the place of another one.

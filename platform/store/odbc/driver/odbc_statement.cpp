@@ -34,7 +34,8 @@ struct OdbcStatement::Call {
   std::vector<SQLWCHAR> buffer = std::vector<SQLWCHAR>(kUnitsAtOnce);  // for what is read
 };
 
-OdbcStatement::OdbcStatement(OdbcConnection& connection) : connection_(connection) {}
+OdbcStatement::OdbcStatement(OdbcConnection& connection, Effect effect)
+    : connection_(connection), effect_(effect) {}
 
 OdbcStatement::~OdbcStatement() = default;
 
@@ -58,6 +59,12 @@ Status OdbcStatement::outcomeOf(SQLRETURN result, bool gaveUp) {
   if (gaveUp) {
     call_.reset();
     connection_.lose();
+    if (effect_ == Effect::change) {
+      return {
+          ErrorCode::inputOutput,
+          "The server did not answer. Whether the change is stored is not known: look before you store it "
+          "again."};
+    }
     return {ErrorCode::stopped, "The statement was stopped. The server did not answer."};
   }
   if (SQL_SUCCEEDED(result) || result == SQL_NO_DATA) return {};

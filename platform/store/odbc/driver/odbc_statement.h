@@ -20,16 +20,22 @@ class OdbcStatement {
   /// Values for the question marks of a statement, in UTF-8; nothing is null.
   using Parameters = std::vector<std::optional<std::string>>;
 
+  /// What a statement does that the server was left alone with.
+  enum class Effect {
+    nothing,  ///< what it reads, or what is undone with its transaction
+    change,   ///< it may have been stored
+  };
+
   /// `connection` outlives the statement.
-  explicit OdbcStatement(OdbcConnection& connection);
+  explicit OdbcStatement(OdbcConnection& connection, Effect effect = Effect::nothing);
   ~OdbcStatement();
   OdbcStatement(const OdbcStatement&) = delete;
   OdbcStatement& operator=(const OdbcStatement&) = delete;
 
   /// Runs it, in another conversation when the former one was lost. What an earlier run answered is gone.
-  /// stopped when who was asked wanted that; inputOutput when the server was lost meanwhile: whether a change
-  /// was stored is then unknown. conversion for a parameter with a zero character, which no server's text can
-  /// hold.
+  /// stopped when who was asked wanted that, and nothing was changed; inputOutput when the server was lost
+  /// meanwhile, or did not end a change that was to be stopped: whether it was stored is then unknown.
+  /// conversion for a parameter with a zero character, which no server's text can hold.
   Status run(std::string_view sql, const Parameters& parameters = {});
 
   /// The same, for a statement that is run again and again: the server reads and plans it once, as long as
@@ -67,6 +73,7 @@ class OdbcStatement {
   std::string columnText(std::size_t index, SQLUSMALLINT what) const;
 
   OdbcConnection& connection_;
+  Effect effect_;
   std::shared_ptr<Call> call_;
   std::size_t columnCount_ = 0;
   std::int64_t affected_ = 0;

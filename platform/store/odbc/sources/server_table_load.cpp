@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <chrono>
+#include <thread>
 
 #include "platform/store/rows/ascii_case.h"
 #include "platform/store/sql/dialect.h"
@@ -13,6 +15,13 @@ namespace {
 
 constexpr std::size_t kMostRowsAtOnce = 4096;
 constexpr std::size_t kMostBytesAtOnce = 1 << 20;
+
+// A server that begins anew after a crash needs some seconds.
+constexpr std::chrono::seconds kOutcomePatience{10};
+
+Status nothingStored() {
+  return {ErrorCode::inputOutput, "The connection to the server was lost: nothing was stored."};
+}
 
 /// Whether the server refused a row for what it holds. What is wrong with the transaction or the table shows
 /// by the next statement at the latest.
@@ -98,7 +107,7 @@ ServerTableLoad::~ServerTableLoad() {
 
 Status ServerTableLoad::checkConversation() const {
   if (connection_.session() != nullptr && connection_.conversations() == conversation_) return {};
-  return {ErrorCode::inputOutput, "The connection to the server was lost: nothing was stored."};
+  return nothingStored();
 }
 
 Status ServerTableLoad::fail(Status status) {
@@ -308,18 +317,52 @@ Status ServerTableLoad::settle(std::vector<Refusal>* refused) {
   return {};
 }
 
+/// What became of the transaction whose end the server did not answer, by its number. The conversation may
+/// have ended before the transaction has, and the server may be beginning anew.
+Status ServerTableLoad::findOutcome(const std::string& number) {
+  const auto deadline = std::chrono::steady_clock::now() + kOutcomePatience;
+  std::string outcome;
+  const auto isOver = [&](std::chrono::milliseconds time) {
+    Answer answer;
+    const Status status =
+        ask(connection_, "SELECT pg_catalog.txid_status(?::text::bigint)", {number}, &answer);
+    if (status && !answer.empty()) outcome = answer.front().front().value_or("");
+    const bool mayTellLater =
+        status ? outcome == "in progress"
+               : status.code() == ErrorCode::cannotOpen || status.code() == ErrorCode::inputOutput;
+    if (!mayTellLater || std::chrono::steady_clock::now() >= deadline) return true;
+    std::this_thread::sleep_for(time);
+    return false;
+  };
+  // Whoever doesn't want to wait for it doesn't know it.
+  const Status waited = connection_.wait(isOver);
+  if (waited && outcome == "committed") return {};
+  if (waited && outcome == "aborted") return nothingStored();
+  return {
+      ErrorCode::inputOutput,
+      "The connection was lost while the import was being stored. Whether it is stored is not known: look "
+      "before you import again."};
+}
+
 Status ServerTableLoad::commit() {
   if (hasFailed_ || waitingCount_ > 0) {
     return {ErrorCode::illegalOperation, "The transaction was undone already."};
   }
-  // A transaction that failed unseen would end as well as a good one, and store nothing.
-  if (Status status = runInside("SAVEPOINT quivane_rows"); !status) return fail(status);
+  // A transaction that failed unseen would end as well as a good one, and store nothing: it tells no number.
+  Answer number;
+  if (Status status = checkConversation(); !status) return fail(status);
+  if (Status status = ask(connection_, "SELECT pg_catalog.txid_current()::text", {}, &number); !status)
+    return fail(status);
   if (Status status = checkConversation(); !status) return fail(status);
   isOpen_ = false;
   catalogue_.forget();
   connection_.noteChange();
-  OdbcStatement statement(connection_);
-  if (Status status = statement.run("COMMIT"); !status) return status;
+  OdbcStatement statement(connection_, OdbcStatement::Effect::change);
+  Status status = statement.run("COMMIT");
+  if (!status && !checkConversation() && !number.empty()) {
+    status = findOutcome(number.front().front().value_or(""));
+  }
+  if (!status) return status;
   connection_.noteChangedRows(storedCount_);
   if (makesTable_) connection_.noteDefinition();
   return {};

@@ -63,6 +63,7 @@ class ServerTableLoad : public TableLoad {
   bool isWhole(const Sent& sent, std::size_t count) const;
   std::string reasonOf(const Sent& sent) const;
   Status fail(Status status);
+  Status findOutcome(const std::string& number);
 
   OdbcConnection& connection_;
   ServerCatalogue& catalogue_;

@@ -48,7 +48,7 @@ ServerTableRows::ServerTableRows(OdbcConnection& connection, const SingleTableSe
       canUpdate_(table.canUpdate),
       canDelete_(table.canDelete),
       blocks_(connection),
-      changes_(connection) {
+      changes_(connection, OdbcStatement::Effect::change) {
   const std::vector<const ServerColumn*> keys = table.keyColumns();
   isTupleKeyed_ = keys.size() != 1 || !isWholeNumber(*keys.front());
   for (const ServerColumn* key : keys) keyColumns_.push_back({quotedName(key->name), key->castType});
