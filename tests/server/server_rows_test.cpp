@@ -377,5 +377,49 @@ TEST_F(ServerRowsTest, DescribeTableTellsKeysTypesAndReferences) {
   EXPECT_TRUE(schema.columns.empty());
 }
 
+TEST_F(ServerRowsTest, RecordsThatShareAKeyWithThoseOfAnInheritingTableAreTheirOwn) {
+  runOnServer(
+      "CREATE TABLE t (k integer PRIMARY KEY, v text); CREATE TABLE heir () INHERITS (t); INSERT INTO t "
+      "VALUES "
+      "(1, 'own'); INSERT INTO heir VALUES (1, 'inherited')",
+      database_);
+  open();
+  EXPECT_EQ("inherited own", columnOf("SELECT v FROM t ORDER BY v"));
+  const auto rows = records("t", SourceKind::table);
+  ASSERT_NE(nullptr, rows);
+  EXPECT_FALSE(rows->isUpdatable()) << "nothing tells them apart";
+  EXPECT_EQ("own inherited", columnOf(*rows, 1));
+}
+
+TEST_F(ServerRowsTest, ATableThatComesToInheritLosesNoRecord) {
+  openRow("v text", "'own'");
+  const auto other = records("t", SourceKind::table);
+  runOnServer("CREATE TABLE heir () INHERITS (t); INSERT INTO heir VALUES (1, 'inherited')", database_);
+  EXPECT_EQ("own", textOf(*rows_, 1));
+  ASSERT_TRUE(rows_->setValue(1, std::string("changed")));
+  ASSERT_TRUE(rows_->update());
+  EXPECT_EQ("inherited changed", onServer("SELECT string_agg(v, ' ' ORDER BY v DESC) FROM t"));
+  ASSERT_TRUE(other->remove()) << "which was never read";
+  EXPECT_EQ("inherited", onServer("SELECT string_agg(v, ' ') FROM t"));
+}
+
+TEST_F(ServerRowsTest, ThePartsOfATableAreItsOwnRecords) {
+  runOnServer(
+      "CREATE TABLE t (k integer PRIMARY KEY, v text) PARTITION BY RANGE (k); CREATE TABLE low PARTITION OF "
+      "t "
+      "FOR VALUES FROM (0) TO (10); CREATE TABLE high PARTITION OF t FOR VALUES FROM (10) TO (20); INSERT "
+      "INTO t "
+      "VALUES (1, 'a'), (11, 'b')",
+      database_);
+  open();
+  const auto rows = records("t", SourceKind::table);
+  ASSERT_NE(nullptr, rows);
+  EXPECT_TRUE(rows->isUpdatable());
+  ASSERT_TRUE(rows->moveLast());
+  ASSERT_TRUE(rows->setValue(1, std::string("c")));
+  ASSERT_TRUE(rows->update());
+  EXPECT_EQ("a c", columnOf("t", 1));
+}
+
 }  // namespace
 }  // namespace store

@@ -209,6 +209,7 @@ Status ServerBackend::openSelect(const std::string& select, std::unique_ptr<RowS
 /// Null when the rows can't be told apart by keys.
 std::unique_ptr<ServerTableRows> ServerBackend::keyedRows(Described& described) {
   if (!described.table || !described.table->isTable || described.table->keyColumns().empty()) return nullptr;
+  if (described.table->hasHeirs) return nullptr;
   if (described.listed.size() != described.columns.size()) return nullptr;
   ServerTable& table = *described.table;
   if (isReadOnly_) table.canInsert = table.canUpdate = table.canDelete = false;

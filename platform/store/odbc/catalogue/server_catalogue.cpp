@@ -20,7 +20,9 @@ const std::string kAllTables =
 const std::string kTable =
     "SELECT (c.relkind IN ('r', 'p'))::text, pg_catalog.has_table_privilege(c.oid, 'INSERT')::text, "
     "pg_catalog.has_any_column_privilege(c.oid, 'UPDATE')::text, "
-    "pg_catalog.has_table_privilege(c.oid, 'DELETE')::text FROM pg_catalog.pg_class c WHERE c.oid = ";
+    "pg_catalog.has_table_privilege(c.oid, 'DELETE')::text, (c.relkind = 'r')::text, "
+    "EXISTS (SELECT FROM pg_catalog.pg_inherits h WHERE h.inhparent = c.oid)::text "
+    "FROM pg_catalog.pg_class c WHERE c.oid = ";
 
 // The type of a domain is that which it stands on; the cast goes to the domain, whose rules the server then
 // keeps.
@@ -166,6 +168,9 @@ Status ServerCatalogue::readTable(std::string_view name, std::optional<ServerTab
   read.canInsert = isTrue(answer[0][1]);
   read.canUpdate = isTrue(answer[0][2]);
   read.canDelete = isTrue(answer[0][3]);
+  const bool isOrdinary = isTrue(answer[0][4]);
+  read.ownRows = (isOrdinary ? "ONLY " : "") + known.reference;
+  read.hasHeirs = isOrdinary && isTrue(answer[0][5]);
   if (Status status = readColumns(&read); !status) return status;
   if (Status status = readReferences(&read); !status) return status;
   *table = std::move(read);

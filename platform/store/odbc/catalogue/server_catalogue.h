@@ -31,7 +31,9 @@ struct ServerTable {
   std::int64_t id = 0;
   std::string name;       ///< as in NamedTable
   std::string reference;  ///< as in NamedTable
+  std::string ownRows;    ///< the reference, without the rows of tables that inherit from it
   bool isTable = false;   ///< and not a view or another server's table
+  bool hasHeirs = false;  ///< tables that inherit from it, for whose rows its key does not count
   bool canInsert = false;
   bool canUpdate = false;
   bool canDelete = false;

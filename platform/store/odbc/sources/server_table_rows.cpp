@@ -42,6 +42,7 @@ ServerTableRows::ServerTableRows(OdbcConnection& connection, const SingleTableSe
     : connection_(connection),
       tableName_(table.name),
       reference_(table.reference),
+      ownRows_(table.ownRows),
       qualifier_(select.qualifier),
       isWholeTable_(select.isPlainTable),
       canInsert_(table.canInsert),
@@ -61,7 +62,7 @@ ServerTableRows::ServerTableRows(OdbcConnection& connection, const SingleTableSe
     texts_.push_back("(" + column.expression + ")::text");
     rowList_ += (rowList_.empty() ? "" : ", ") + texts_.back();
   }
-  const std::string from = " FROM " + reference_ + " AS " + qualifier_ + " ";
+  const std::string from = " FROM " + ownRows_ + " AS " + qualifier_ + " ";
   std::string order;
   std::string aliased;
   std::string aliases;
@@ -103,7 +104,7 @@ Status ServerTableRows::readKeys(KeySet* keys, std::size_t* count) {
   KeyReading::Statements statements;
   statements.keys = keysSql_;
   // An order of its own has to be made of all rows before the first one is known.
-  if (isWholeTable_) statements.count = "SELECT count(*) FROM " + reference_;
+  if (isWholeTable_) statements.count = "SELECT count(*) FROM " + ownRows_;
   statements.kind = isTupleKeyed_ ? KeySet::Kind::tuple : KeySet::Kind::rowId;
   auto reading = std::make_unique<KeyReading>(connection_, std::move(statements));
   if (Status status = reading->begin(keys, count); !status) return ofReading(status);
@@ -156,7 +157,7 @@ std::string ServerTableRows::keyCondition(const KeySet& keys, std::size_t index,
 
 Status ServerTableRows::askForBlock(const KeySet& keys, RowsAhead::Block block, Answer* answer) {
   const std::string select = "SELECT " + asRowText(keyList(qualifier_) + ", " + rowList_) + " FROM " +
-                             reference_ + " AS " + qualifier_ + " WHERE ";
+                             ownRows_ + " AS " + qualifier_ + " WHERE ";
   if (isTupleKeyed_) {
     std::string conditions;
     for (std::size_t index = 0; index < block.count; ++index) {
@@ -245,7 +246,7 @@ std::unique_ptr<RowScan> ServerTableRows::makeScan(RowTest& test) {
     const std::string condition = candidateCondition(test, *sought, number);
     if (!condition.empty()) conditions += (conditions.empty() ? "" : " OR ") + condition;
   }
-  const std::string sql = "SELECT " + keyList(qualifier_) + " FROM " + reference_ + " AS " + qualifier_ +
+  const std::string sql = "SELECT " + keyList(qualifier_) + " FROM " + ownRows_ + " AS " + qualifier_ +
                           " WHERE " + (conditions.empty() ? "FALSE" : conditions);
   return std::make_unique<CandidateScan>(connection_, *this, test, sql, isTupleKeyed_);
 }
@@ -339,7 +340,7 @@ Status ServerTableRows::update(const std::vector<Change>& changes, KeySet* keys,
     parameters.push_back(std::move(assignment.text));
   }
   if (sql.empty()) return {};
-  sql = "UPDATE " + reference_ + " AS quivane" + sql + " WHERE " + keyCondition(*keys, index, &parameters);
+  sql = "UPDATE " + ownRows_ + " AS quivane" + sql + " WHERE " + keyCondition(*keys, index, &parameters);
   addReadCondition(read, &sql, &parameters);
   sql += " RETURNING " + keyList("quivane");
   Answer answer;
@@ -355,7 +356,7 @@ Status ServerTableRows::update(const std::vector<Change>& changes, KeySet* keys,
 Status ServerTableRows::remove(KeySet* keys, std::size_t index, const Row* read) {
   OdbcStatement::Parameters parameters;
   std::string sql =
-      "DELETE FROM " + reference_ + " AS quivane WHERE " + keyCondition(*keys, index, &parameters);
+      "DELETE FROM " + ownRows_ + " AS quivane WHERE " + keyCondition(*keys, index, &parameters);
   if (read != nullptr) addReadCondition(*read, &sql, &parameters);
   keys->prepareErase(index);
   connection_.noteChange();

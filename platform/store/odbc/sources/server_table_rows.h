@@ -89,6 +89,7 @@ class ServerTableRows : public RowSource {
   std::vector<Source> sources_;
   std::string tableName_;
   std::string reference_;
+  std::string ownRows_;  // a table that comes to inherit from it may have the same keys
   std::string qualifier_;
   bool isWholeTable_;
   std::vector<KeyColumn> keyColumns_;
