@@ -1,17 +1,46 @@
 // The conversation with a server: lost, stopped, not answered and not to be had.
 #include <chrono>
+#include <future>
 #include <new>
 #include <thread>
 
 #include "platform/store/dsn/file_dsn.h"
 #include "platform/store/odbc/driver/call_thread.h"
 #include "platform/store/odbc/driver/odbc_statement.h"
+#include "platform/store/odbc/sources/key_reading.h"
 #include "tests/server/server_fixture.h"
 
 namespace store {
 namespace {
 
-class ServerConnectionTest : public ServerRowTest {};
+class ServerConnectionTest : public ServerRowTest {
+ protected:
+  /// A conversation of the test's own, by which the server can be told something when nobody else can.
+  std::unique_ptr<OdbcConnection> ownConversation() const {
+    FileDsn dsn;
+    EXPECT_TRUE(readFileDsn(linkTo("postgres"), &dsn));
+    auto made = std::make_unique<OdbcConnection>(connectionTextOf(dsn), std::vector<std::string>());
+    EXPECT_TRUE(made->ensureOpen());
+    return made;
+  }
+};
+
+/// As long as it lives nobody answers who connects to the server: neither a new conversation nor who asks to
+/// end a statement.
+class SilentCaller {
+ public:
+  explicit SilentCaller(OdbcConnection& inside) : inside_(inside) { signal("STOP"); }
+  ~SilentCaller() { signal("CONT"); }
+
+ private:
+  void signal(const std::string& name) {
+    OdbcStatement statement(inside_);
+    EXPECT_TRUE(statement.run("COPY (SELECT 1) TO PROGRAM 'cat >/dev/null; kill -" + name +
+                              " $(head -n 1 postmaster.pid)'"));
+  }
+
+  OdbcConnection& inside_;
+};
 
 TEST_F(ServerConnectionTest, AConnectionThatWasLostIsToldOnceAndBeginsAnew) {
   openRow("a text", "'a'");
@@ -117,6 +146,45 @@ TEST_F(ServerConnectionTest, AServerThatDoesNotAnswerIsGivenUpWhenTheUserWants) 
   EXPECT_EQ("a", cell.bytes);
 }
 
+TEST_F(ServerConnectionTest, AServerThatHearsOfNoWishToStopIsGivenUpToo) {
+  openRow("a text", "'a'");
+  const std::unique_ptr<OdbcConnection> inside = ownConversation();
+  const auto start = std::chrono::steady_clock::now();
+  backend_->askWhileBusy(
+      [&](Busy) { return std::chrono::steady_clock::now() - start > std::chrono::milliseconds(500); });
+  auto silent = std::make_unique<SilentCaller>(*inside);
+  std::future<Status> reading = std::async(std::launch::async, [this] {
+    std::unique_ptr<Recordset> none;
+    return tryOpen("SELECT max(i) FROM (SELECT pg_sleep(60), a AS i FROM t) AS s", &none);
+  });
+  const bool isOver = reading.wait_for(std::chrono::seconds(10)) == std::future_status::ready;
+  silent.reset();
+  EXPECT_TRUE(isOver);
+  EXPECT_EQ(ErrorCode::stopped, reading.get().code());
+  backend_->askWhileBusy({});
+  EXPECT_EQ("a", columnOf("SELECT a FROM t")) << "the next action connects anew";
+}
+
+TEST_F(ServerConnectionTest, KeysThatNobodyWantsAnyMoreAreNotWaitedForLong) {
+  // All but the first block take long.
+  const std::string slow = " FROM generate_series(1, 5000) i WHERE i < 1500 OR pg_sleep(60) IS NOT NULL";
+  FileDsn dsn;
+  ASSERT_TRUE(readFileDsn(linkTo(database_, "Protocol=7.4-0\n"), &dsn));
+  OdbcConnection connection(connectionTextOf(dsn), {});
+  auto keys = std::make_unique<KeyReading>(
+      connection, KeyReading::Statements{"SELECT i" + slow, "SELECT 5000", KeySet::Kind::rowId});
+  KeySet read;
+  std::size_t count = 0;
+  ASSERT_TRUE(keys->begin(&read, &count));
+  ASSERT_LT(read.count(), count);
+  const std::unique_ptr<OdbcConnection> inside = ownConversation();
+  auto silent = std::make_unique<SilentCaller>(*inside);
+  std::future<void> ending = std::async(std::launch::async, [&] { keys.reset(); });
+  EXPECT_EQ(std::future_status::ready, ending.wait_for(std::chrono::seconds(10)));
+  silent.reset();
+  ending.get();
+}
+
 TEST_F(ServerConnectionTest, AChangeThatTheServerIsLeftAloneWithIsNotSaidToBeUndone) {
   openRow("a text", "'a'");
   const std::string server = columnOf("SELECT pg_backend_pid() FROM t");
@@ -139,15 +207,8 @@ TEST_F(ServerConnectionTest, AChangeThatTheServerIsLeftAloneWithIsNotSaidToBeUnd
 
 TEST_F(ServerConnectionTest,
        AServerThatDoesNotAnswerTheCallerIsGivenUpWithinTenSecondsAndAtOnceWhenTheUserWants) {
-  FileDsn dsn;
-  ASSERT_TRUE(readFileDsn(linkTo("postgres"), &dsn));
-  OdbcConnection inside(connectionTextOf(dsn), {});
-  const auto signal = [&inside](const std::string& name) {
-    OdbcStatement statement(inside);
-    return statement.run("COPY (SELECT 1) TO PROGRAM 'cat >/dev/null; kill -" + name +
-                         " $(head -n 1 postmaster.pid)'");
-  };
-  ASSERT_TRUE(signal("STOP"));
+  const std::unique_ptr<OdbcConnection> inside = ownConversation();
+  auto silent = std::make_unique<SilentCaller>(*inside);
   auto start = std::chrono::steady_clock::now();
   OpenOptions options;
   options.question = [&](Busy) { return std::chrono::steady_clock::now() - start > std::chrono::seconds(1); };
@@ -159,7 +220,7 @@ TEST_F(ServerConnectionTest,
   const Status gaveUp = openPath(utf8Of(path_), {}, &backend);
   EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(11));
   EXPECT_EQ(ErrorCode::cannotOpen, gaveUp.code()) << gaveUp.message();
-  ASSERT_TRUE(signal("CONT"));
+  silent.reset();
   EXPECT_TRUE(openPath(utf8Of(path_), {}, &backend)) << "afterwards it answers again";
 }
 

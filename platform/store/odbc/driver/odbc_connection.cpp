@@ -1,7 +1,6 @@
 #include "platform/store/odbc/driver/odbc_connection.h"
 
 #include <chrono>
-#include <thread>
 
 #include "platform/store/dsn/file_dsn.h"
 #include "platform/store/odbc/driver/odbc_statement.h"
@@ -141,7 +140,7 @@ void OdbcConnection::stop() {
     const std::lock_guard<std::mutex> lock(mutex_);
     session = session_;
   }
-  if (session != nullptr) session->cancel();
+  if (session != nullptr) OdbcSession::cancel(session);
 }
 
 Status OdbcConnection::wait(const std::function<bool(std::chrono::milliseconds)>& isOver) {
@@ -151,26 +150,24 @@ Status OdbcConnection::wait(const std::function<bool(std::chrono::milliseconds)>
   return {};
 }
 
-void OdbcConnection::perform(SQLHSTMT statement, std::function<SQLRETURN()> call, SQLRETURN* result,
-                             bool* gaveUp) {
+void OdbcConnection::perform(std::shared_ptr<void> statement, std::function<SQLRETURN()> call,
+                             SQLRETURN* result, bool* gaveUp) {
   *gaveUp = false;
-  OdbcSession& session = *session_;
-  session.setRunning(statement);
+  if (question_ && thread_ == nullptr) thread_ = std::make_unique<CallThread>();
+  session_->beginRunning(std::move(statement));
   if (!question_) {
     *result = call();
-    session.setRunning(nullptr);
+    *gaveUp = !session_->endRunning(kCancelPatience);
     return;
   }
-  if (thread_ == nullptr) thread_ = std::make_unique<CallThread>();
   thread_->begin(std::move(call));
   bool isStopped = false;
   while (!isStopped && !thread_->waitFor(kQuestionInterval)) isStopped = question_(Busy::working);
   if (isStopped) {
-    // That it asks the server may take long, too.
-    std::thread([kept = session_] { kept->cancel(); }).detach();
+    OdbcSession::cancel(session_);
     *gaveUp = !thread_->waitFor(kCancelPatience);
   }
-  session.setRunning(nullptr);
+  if (!session_->endRunning(*gaveUp ? std::chrono::milliseconds(0) : kCancelPatience)) *gaveUp = true;
   *result = *gaveUp ? SQL_ERROR : thread_->result();
   if (*gaveUp) thread_.reset();
 }

@@ -79,10 +79,11 @@ class OdbcConnection {
   void stop();
 
   /// Makes one call of the driver for `statement`, during which whoever is to be asked is asked again and
-  /// again. When he wants it stopped, the server is; when that doesn't answer, the conversation is given up.
-  /// `call` keeps alive all that it uses. Stores its result, SQL_ERROR when it was given up, which `*gaveUp`
-  /// tells.
-  void perform(SQLHSTMT statement, std::function<SQLRETURN()> call, SQLRETURN* result, bool* gaveUp);
+  /// again. When he wants it stopped, the server is; when that doesn't answer, or doesn't hear of it, the
+  /// conversation is given up. `statement` is the handle; it and `call` keep alive all that they use. Stores
+  /// the call's result, SQL_ERROR when it was given up, which `*gaveUp` tells.
+  void perform(std::shared_ptr<void> statement, std::function<SQLRETURN()> call, SQLRETURN* result,
+               bool* gaveUp);
 
  private:
   using Clock = std::chrono::steady_clock;

@@ -2,6 +2,9 @@
 
 #include <algorithm>
 #include <array>
+#include <exception>
+#include <thread>
+#include <utility>
 
 #include "platform/store/odbc/driver/odbc_text.h"
 #include "platform/store/rows/secret_text.h"
@@ -66,14 +69,44 @@ std::string OdbcSession::information(SQLUSMALLINT what) const {
                   static_cast<std::size_t>(std::find(name.begin(), name.end(), 0) - name.begin()));
 }
 
-void OdbcSession::setRunning(SQLHSTMT statement) {
+void OdbcSession::beginRunning(std::shared_ptr<void> statement) {
   const std::lock_guard<std::mutex> lock(mutex_);
-  running_ = statement;
+  running_ = std::move(statement);
 }
 
-void OdbcSession::cancel() {
+bool OdbcSession::endRunning(std::chrono::milliseconds patience) {
+  // It goes behind the lock: the end of a statement may be the end of the session.
+  std::shared_ptr<void> ended;
+  std::unique_lock<std::mutex> lock(mutex_);
+  ended.swap(running_);
+  return cancelled_.wait_for(lock, patience, [this] { return !isCancelling_; });
+}
+
+void OdbcSession::endCancelling() {
   const std::lock_guard<std::mutex> lock(mutex_);
-  if (running_ != nullptr) functions_.cancel(running_);
+  isCancelling_ = false;
+  cancelled_.notify_all();
+}
+
+void OdbcSession::cancel(const std::shared_ptr<OdbcSession>& session) {
+  std::shared_ptr<void> statement;
+  {
+    const std::lock_guard<std::mutex> lock(session->mutex_);
+    if (session->running_ == nullptr || session->isCancelling_) return;
+    statement = session->running_;
+    session->isCancelling_ = true;
+  }
+  try {
+    std::thread([session, statement]() mutable {
+      session->functions_.cancel(statement.get());
+      // Before anybody goes on: it must not go while the driver is used again.
+      statement.reset();
+      session->endCancelling();
+    }).detach();
+  } catch (const std::exception&) {
+    // Whoever waits for the statement gives it up, and can ask again.
+    session->endCancelling();
+  }
 }
 
 }  // namespace store

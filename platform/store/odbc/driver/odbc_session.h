@@ -1,5 +1,8 @@
 #pragma once
 
+#include <chrono>
+#include <condition_variable>
+#include <memory>
 #include <mutex>
 #include <string>
 
@@ -34,13 +37,19 @@ class OdbcSession {
   /// The driver's file, as in "psqlodbcw.so".
   std::string driverName() const { return information(SQL_DRIVER_NAME); }
 
-  /// Marks the statement whose call runs, so that cancel() finds it; null for none.
-  void setRunning(SQLHSTMT statement);
-  /// Asks the server to end the statement that runs. From any thread; nothing happens when none does.
-  void cancel();
+  /// Marks the statement whose call runs, so that cancel() finds it. It is the handle, together with all that
+  /// its call uses.
+  void beginRunning(std::shared_ptr<void> statement);
+  /// Its call has come back, or is left alone. Waits for a cancelling that is under way, which could meet the
+  /// next statement; false when that has no end within this time: the conversation is of no use any more.
+  bool endRunning(std::chrono::milliseconds patience);
+  /// Asks the server to end the statement that runs, by a thread of its own: nobody knows how long the server
+  /// takes to hear of it. From any thread; nothing happens when none runs.
+  static void cancel(const std::shared_ptr<OdbcSession>& session);
 
  private:
   std::string information(SQLUSMALLINT what) const;
+  void endCancelling();
 
   const OdbcFunctions& functions_;
   OdbcEnvironment environment_;
@@ -48,7 +57,9 @@ class OdbcSession {
   bool isConnected_ = false;
   std::string refusal_;
   std::mutex mutex_;
-  SQLHSTMT running_ = nullptr;
+  std::condition_variable cancelled_;
+  std::shared_ptr<void> running_;
+  bool isCancelling_ = false;
 };
 
 }  // namespace store

@@ -145,7 +145,7 @@ Status OdbcStatement::runPrepared(std::string_view sql, const Parameters& parame
 Status OdbcStatement::execute(std::function<SQLRETURN()> call) {
   SQLRETURN result = SQL_ERROR;
   bool gaveUp = false;
-  connection_.perform(call_->handle.get(), std::move(call), &result, &gaveUp);
+  connection_.perform({call_, call_->handle.get()}, std::move(call), &result, &gaveUp);
   if (Status status = outcomeOf(result, gaveUp); !status) return status;
   const OdbcFunctions& functions = call_->session->functions();
   // A change that met no row answers nothing, whatever it was to return.
@@ -166,7 +166,7 @@ Status OdbcStatement::describe(std::string_view sql) {
   SQLSMALLINT columns = 0;
   bool gaveUp = false;
   connection_.perform(
-      call_->handle.get(),
+      {call_, call_->handle.get()},
       [call = call_] {
         SQLSMALLINT count = 0;
         const SQLRETURN prepared = call->session->functions().prepare(

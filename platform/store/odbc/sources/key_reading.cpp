@@ -29,7 +29,8 @@ class ReadTransaction {
   ~ReadTransaction() {
     if (!isOpen_ || connection_.session() == nullptr) return;
     OdbcStatement rollback(connection_);
-    static_cast<void>(rollback.run("ROLLBACK"));
+    // What follows must not be a part of it.
+    if (!rollback.run("ROLLBACK")) connection_.lose();
   }
   ReadTransaction(const ReadTransaction&) = delete;
   ReadTransaction& operator=(const ReadTransaction&) = delete;
