@@ -84,12 +84,23 @@ TEST(RowsAheadTest, RowsThatAreAskedForOneAfterTheOtherComeTogether) {
     ASSERT_LE(block.first + block.count, 1000u);
     std::vector<RowsAhead::FoundRow> rows;
     for (std::size_t number = 0; number < block.count; ++number) {
-      rows.push_back(AnswerRow{std::to_string(block.first + number)});
+      rows.push_back({RowsAhead::FoundRow::State::found, {std::to_string(block.first + number)}});
     }
     row = ahead.keep(block.first, rows, index, 0);
-    ASSERT_EQ(std::to_string(index), row->front());
+    ASSERT_EQ(std::to_string(index), row.values.front());
   }
   EXPECT_LT(questions, 10u);
+}
+
+TEST(RowsAheadTest, ARowThatWasLeftOutIsAskedForAloneAndTheOthersStay) {
+  using State = RowsAhead::FoundRow::State;
+  RowsAhead ahead;
+  RowsAhead::FoundRow row;
+  ahead.keep(0, {{State::found, {"0"}}, {State::leftOut, {}}, {State::found, {"2"}}}, 0, 0);
+  EXPECT_FALSE(ahead.take(1, 0, &row));
+  EXPECT_EQ(State::leftOut, row.state);
+  EXPECT_TRUE(ahead.take(2, 0, &row));
+  EXPECT_EQ("2", row.values.front());
 }
 
 TEST(RowsAheadTest, AWindowFullOfRowsTakesTwoQuestionsInEitherDirection) {
@@ -166,14 +177,15 @@ TEST(RowsAheadTest, AnyOtherRowIsAskedForAlone) {
 }
 
 TEST(RowsAheadTest, ARowIsHandedOutOnceAndNotAfterAChange) {
+  using State = RowsAhead::FoundRow::State;
   RowsAhead ahead;
-  ahead.keep(0, {AnswerRow{"0"}, AnswerRow{"1"}, std::nullopt, AnswerRow{"3"}}, 0, 7);
+  ahead.keep(0, {{State::found, {"0"}}, {State::found, {"1"}}, {}, {State::found, {"3"}}}, 0, 7);
   RowsAhead::FoundRow row;
   EXPECT_TRUE(ahead.take(1, 7, &row));
-  EXPECT_EQ("1", row->front());
+  EXPECT_EQ("1", row.values.front());
   EXPECT_FALSE(ahead.take(1, 7, &row));
   EXPECT_TRUE(ahead.take(2, 7, &row));
-  EXPECT_FALSE(row) << "it is known to be gone";
+  EXPECT_EQ(State::gone, row.state) << "it is known to be gone";
   EXPECT_FALSE(ahead.take(3, 8, &row));
 }
 

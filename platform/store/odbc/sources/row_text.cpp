@@ -54,10 +54,14 @@ bool readRowText(std::string_view text, std::size_t count, AnswerRow* row) {
   return true;
 }
 
+Status partRowText(std::size_t count, AnswerRow* row) {
+  if (row->size() == 1 && row->front() && readRowText(*row->front(), count, row)) return {};
+  return {ErrorCode::inputOutput, "The server's answer can't be read."};
+}
+
 Status partRowTexts(std::size_t count, Answer* answer) {
   for (AnswerRow& row : *answer) {
-    if (row.size() == 1 && row[0] && readRowText(*row[0], count, &row)) continue;
-    return {ErrorCode::inputOutput, "The server's answer can't be read."};
+    if (Status status = partRowText(count, &row); !status) return status;
   }
   return {};
 }

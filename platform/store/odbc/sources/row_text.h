@@ -18,7 +18,10 @@ std::string asRowText(const std::string& list);
 /// any other text.
 bool readRowText(std::string_view text, std::size_t count, AnswerRow* row);
 
-/// Replaces each row of an answer, which has one such text, by the values in it.
+/// Replaces a row of an answer, which has one such text, by the values in it.
+Status partRowText(std::size_t count, AnswerRow* row);
+
+/// The same for each row of an answer.
 Status partRowTexts(std::size_t count, Answer* answer);
 
 }  // namespace store

@@ -10,10 +10,9 @@ namespace {
 constexpr std::chrono::milliseconds kFreshness{1000};
 // The rows of a window: whoever reads a second one behind the first mostly draws them all.
 constexpr std::size_t kFewest = 32;
-constexpr std::size_t kMost = 256;
 
-std::size_t sizeAfter(std::size_t run) {
-  return run == 0 ? 1 : std::clamp(run * 8, kFewest, kMost);
+std::size_t sizeAfter(std::size_t run, std::size_t most) {
+  return run == 0 ? 1 : std::min(std::clamp(run * 8, kFewest, RowsAhead::kMostRows), most);
 }
 
 }  // namespace
@@ -27,21 +26,21 @@ bool RowsAhead::take(std::size_t index, std::uint64_t changes, FoundRow* row) {
   if (found == rows_.end()) return false;
   *row = std::move(found->second);
   rows_.erase(found);
-  return true;
+  return row->state != FoundRow::State::leftOut;
 }
 
-RowsAhead::Block RowsAhead::blockFor(std::size_t index, std::size_t count) {
+RowsAhead::Block RowsAhead::blockFor(std::size_t index, std::size_t count, std::size_t most) {
   const Block expected = std::exchange(expected_, {0, 0});
   if (index >= expected.first && index - expected.first < expected.count) {
     // What has been read of them needn't come again.
-    return {index, std::min({expected.first + expected.count - index, kMost, count - index})};
+    return {index, std::min({expected.first + expected.count - index, most, count - index})};
   }
-  const std::size_t back = sizeAfter(backwards_);
+  const std::size_t back = sizeAfter(backwards_, most);
   if (back > 1) {
     const std::size_t first = index + 1 > back ? index + 1 - back : 0;
     return {first, index + 1 - first};
   }
-  return {index, std::min(sizeAfter(forwards_), count - index)};
+  return {index, std::min(sizeAfter(forwards_, most), count - index)};
 }
 
 RowsAhead::FoundRow RowsAhead::keep(std::size_t first, std::vector<FoundRow> rows, std::size_t asked,
@@ -52,7 +51,7 @@ RowsAhead::FoundRow RowsAhead::keep(std::size_t first, std::vector<FoundRow> row
   changes_ = changes;
   FoundRow row;
   if (const auto found = rows_.find(asked); found != rows_.end()) {
-    row.swap(found->second);
+    row = std::move(found->second);
     rows_.erase(found);
   }
   return row;

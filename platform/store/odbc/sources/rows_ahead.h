@@ -16,27 +16,35 @@ namespace store {
 class RowsAhead {
  public:
   using Clock = std::chrono::steady_clock;
-  /// A row that the server no longer has is nothing.
-  using FoundRow = std::optional<AnswerRow>;
+  /// A row that the server no longer has is gone; one that is too large to come with others is left out, and
+  /// has to be asked for alone.
+  struct FoundRow {
+    enum class State : std::uint8_t { gone, found, leftOut };
+    State state = State::gone;
+    AnswerRow values = {};
+  };
+  static constexpr std::size_t kMostRows = 256;
+  /// What the rows of a block should take together at most.
+  static constexpr std::size_t kMostBytes = std::size_t{8} << 20;
 
   struct Block {
     std::size_t first;
     std::size_t count;
   };
 
-  /// Takes the row at `index` out. False when it has to be asked for. `changes` counts what was changed
-  /// meanwhile.
+  /// Takes the row at `index` out. False when it has to be asked for, `*row` tells whether alone. `changes`
+  /// counts what was changed meanwhile.
   bool take(std::size_t index, std::uint64_t changes, FoundRow* row);
 
   /// Told that the rows of the block will be read soon, one after the other: the first of them that has to be
   /// asked for brings the others.
   void expect(Block rows) { expected_ = rows; }
 
-  /// What to ask for instead of the one row at `index`, of `count` in all: more the longer the rows were
-  /// taken one after the other. The row itself is in it.
-  Block blockFor(std::size_t index, std::size_t count);
+  /// What to ask for instead of the one row at `index`, of `count` in all, but at most `most` rows: more the
+  /// longer the rows were taken one after the other. The row itself is in it.
+  Block blockFor(std::size_t index, std::size_t count, std::size_t most = kMostRows);
 
-  /// Keeps the rows of that block, and takes the one that was asked for out: nothing when it is not among
+  /// Keeps the rows of that block, and takes the one that was asked for out: as gone when it is not among
   /// them.
   FoundRow keep(std::size_t first, std::vector<FoundRow> rows, std::size_t asked, std::uint64_t changes);
   void clear() { rows_.clear(); }

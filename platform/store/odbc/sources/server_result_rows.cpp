@@ -1,8 +1,22 @@
 #include "platform/store/odbc/sources/server_result_rows.h"
 
+#include <algorithm>
+
 namespace store {
 
 namespace {
+
+// As long as it is not known how large they are.
+constexpr std::size_t kFirstRows = 16;
+
+/// How large a row is, on the average; at least 1.
+std::size_t bytesOfRows(const Answer& answer) {
+  std::size_t bytes = 0;
+  for (const AnswerRow& row : answer) {
+    for (const std::optional<std::string>& value : row) bytes += value ? value->size() : 0;
+  }
+  return answer.empty() ? 1 : std::max<std::size_t>(bytes / answer.size(), 1);
+}
 
 Status readOnlyRows() {
   return {ErrorCode::readOnly, "The records of this statement can only be read."};
@@ -35,16 +49,23 @@ Status ServerResultRows::fetch(const KeySet& keys, std::size_t index, Row* row) 
   // What it shows doesn't change any more.
   constexpr std::uint64_t kNoChanges = 0;
   if (!ahead_.take(place, kNoChanges, &found)) {
-    const RowsAhead::Block block = ahead_.blockFor(place, static_cast<std::size_t>(count_));
+    const std::size_t most =
+        rowBytes_ == 0 ? kFirstRows
+                       : std::clamp<std::size_t>(RowsAhead::kMostBytes / rowBytes_, 1, RowsAhead::kMostRows);
+    const RowsAhead::Block block = ahead_.blockFor(place, static_cast<std::size_t>(count_), most);
     Answer answer;
     if (Status status = cursor_.readFrom(static_cast<std::int64_t>(block.first), block.count, &answer);
         !status) {
       return status;
     }
-    found = ahead_.keep(block.first, {answer.begin(), answer.end()}, place, kNoChanges);
+    rowBytes_ = bytesOfRows(answer);
+    std::vector<RowsAhead::FoundRow> rows;
+    for (AnswerRow& values : answer) rows.push_back({RowsAhead::FoundRow::State::found, std::move(values)});
+    found = ahead_.keep(block.first, std::move(rows), place, kNoChanges);
   }
-  if (!found) return {ErrorCode::noCurrentRecord, "There is no such record."};
-  setRow(forms_, *found, row);
+  if (found.state != RowsAhead::FoundRow::State::found)
+    return {ErrorCode::noCurrentRecord, "There is no such record."};
+  setRow(forms_, found.values, row);
   return {};
 }
 

@@ -41,6 +41,7 @@ class ServerResultRows : public RowSource {
   std::vector<Column> columns_;
   std::vector<ValueForm> forms_;
   std::int64_t count_ = 0;
+  std::size_t rowBytes_ = 0;  // of those that were read last, on the average
   RowsAhead ahead_;
 };
 

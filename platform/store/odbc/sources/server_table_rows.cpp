@@ -1,6 +1,7 @@
 #include "platform/store/odbc/sources/server_table_rows.h"
 
 #include <algorithm>
+#include <limits>
 #include <map>
 
 #include "platform/store/odbc/sources/candidate_scan.h"
@@ -35,6 +36,13 @@ std::optional<std::string> textOf(const Cell& cell, ValueForm form) {
   return serverTextOf(valueOf(cell), form);
 }
 
+/// About how long the column's text is, as the server says it without reading what it keeps elsewhere.
+std::string sizeOf(ValueForm form, const std::string& expression) {
+  if (form == ValueForm::bytes) return "coalesce(2 * octet_length(" + expression + ")::bigint, 0)";
+  if (form == ValueForm::text) return "coalesce(octet_length((" + expression + ")::text)::bigint, 0)";
+  return "32";
+}
+
 }  // namespace
 
 ServerTableRows::ServerTableRows(OdbcConnection& connection, const SingleTableSelect& select,
@@ -60,6 +68,7 @@ ServerTableRows::ServerTableRows(OdbcConnection& connection, const SingleTableSe
                            ? Source{quotedName(column.source->name), column.source->castType}
                            : Source{});
     texts_.push_back("(" + column.expression + ")::text");
+    rowSize_ += (rowSize_.empty() ? "" : " + ") + sizeOf(column.form, column.expression);
     rowList_ += (rowList_.empty() ? "" : ", ") + texts_.back();
   }
   const std::string from = " FROM " + ownRows_ + " AS " + qualifier_ + " ";
@@ -156,61 +165,85 @@ std::string ServerTableRows::keyCondition(const KeySet& keys, std::size_t index,
 }
 
 Status ServerTableRows::askForBlock(const KeySet& keys, RowsAhead::Block block, Answer* answer) {
-  const std::string select = "SELECT " + asRowText(keyList(qualifier_) + ", " + rowList_) + " FROM " +
-                             ownRows_ + " AS " + qualifier_ + " WHERE ";
+  const std::string key = keyList(qualifier_);
+  const std::string whole = asRowText(key + ", " + rowList_);
+  const std::string from = " FROM " + ownRows_ + " AS " + qualifier_ + " WHERE ";
+  // Of a row that is too large to come with others the key alone. One comes whatever its size.
+  const auto orKey = [&](const std::string& limit) {
+    return "SELECT CASE WHEN " + rowSize_ + " <= " + limit + " THEN " + whole + " ELSE " + asRowText(key) +
+           " END";
+  };
+  const std::string limit =
+      std::to_string(block.count == 1 ? std::numeric_limits<std::int64_t>::max()
+                                      : static_cast<std::int64_t>(RowsAhead::kMostBytes / block.count));
   if (isTupleKeyed_) {
     std::string conditions;
     for (std::size_t index = 0; index < block.count; ++index) {
       conditions +=
           (index == 0 ? "(" : " OR (") + keyCondition(keys, block.first + index, qualifier_ + ".") + ")";
     }
-    return ask(connection_, select + conditions, {}, answer);
+    return ask(connection_, orKey(limit) + from + conditions, {}, answer);
   }
-  const KeyColumn& key = keyColumns_.front();
   std::string numbers = "{";
   for (std::size_t index = 0; index < block.count; ++index) {
     numbers += (index == 0 ? "" : ",") + std::to_string(keys.rowIdAt(block.first + index));
   }
   numbers += '}';
-  return askAgain(blocks_, select + qualifier_ + "." + key.name + " = ANY(?::text::" + key.castType + "[])",
-                  {std::move(numbers)}, answer);
+  const KeyColumn& only = keyColumns_.front();
+  return askAgain(blocks_,
+                  orKey("?::text::bigint") + from + qualifier_ + "." + only.name +
+                      " = ANY(?::text::" + only.castType + "[])",
+                  {limit, std::move(numbers)}, answer);
 }
 
 Status ServerTableRows::readBlock(const KeySet& keys, RowsAhead::Block block,
                                   std::vector<RowsAhead::FoundRow>* rows) {
+  using State = RowsAhead::FoundRow::State;
   Answer answer;
-  Status asked = askForBlock(keys, block, &answer);
-  if (asked) asked = partRowTexts(keyColumns_.size() + texts_.size(), &answer);
-  if (!asked) return ofReading(asked);
-  std::map<std::vector<std::string>, AnswerRow> byKey;
-  const auto keyCount = static_cast<std::ptrdiff_t>(keyColumns_.size());
-  for (AnswerRow& row : answer) {
-    std::vector<std::string> key;
-    for (std::ptrdiff_t number = 0; number < keyCount; ++number) {
-      key.push_back(row[static_cast<std::size_t>(number)].value_or(""));
+  if (Status status = askForBlock(keys, block, &answer); !status) return ofReading(status);
+  std::map<std::vector<std::string>, RowsAhead::FoundRow> byKey;
+  const std::size_t keyCount = keyColumns_.size();
+  for (AnswerRow& text : answer) {
+    RowsAhead::FoundRow row{State::found};
+    const bool isWhole =
+        text.size() == 1 && text[0] && readRowText(*text[0], keyCount + texts_.size(), &row.values);
+    if (!isWhole) {
+      row.state = State::leftOut;
+      if (Status status = partRowText(keyCount, &text); !status) return status;
+      row.values = std::move(text);
     }
-    row.erase(row.begin(), row.begin() + keyCount);
+    text = {};
+    std::vector<std::string> key;
+    for (std::size_t number = 0; number < keyCount; ++number) key.push_back(row.values[number].value_or(""));
+    row.values.erase(row.values.begin(), row.values.begin() + static_cast<std::ptrdiff_t>(keyCount));
     byKey.emplace(std::move(key), std::move(row));
   }
   for (std::size_t index = 0; index < block.count; ++index) {
     const auto found = byKey.find(keyTexts(keys, block.first + index));
-    rows->push_back(found != byKey.end() ? RowsAhead::FoundRow(found->second) : std::nullopt);
+    rows->push_back(found != byKey.end() ? std::move(found->second) : RowsAhead::FoundRow());
   }
   return {};
 }
 
 Status ServerTableRows::fetch(const KeySet& keys, std::size_t index, Row* row) {
+  using State = RowsAhead::FoundRow::State;
   row->clear();
   RowsAhead::FoundRow found;
   const std::uint64_t changes = connection_.changes();
-  if (!ahead_.take(index, changes, &found)) {
+  if (!ahead_.take(index, changes, &found) && found.state != State::leftOut) {
     const RowsAhead::Block block = ahead_.blockFor(index, keys.count());
     std::vector<RowsAhead::FoundRow> rows;
     if (Status status = readBlock(keys, block, &rows); !status) return status;
     found = ahead_.keep(block.first, std::move(rows), index, changes);
   }
-  if (!found) return rowGone();
-  setRow(forms_, *found, row);
+  if (found.state == State::leftOut) {
+    // The others stay.
+    std::vector<RowsAhead::FoundRow> rows;
+    if (Status status = readBlock(keys, {index, 1}, &rows); !status) return status;
+    found = std::move(rows.front());
+  }
+  if (found.state == State::gone) return rowGone();
+  setRow(forms_, found.values, row);
   return {};
 }
 
@@ -288,9 +321,9 @@ void ServerTableRows::addReadCondition(const Row& read, std::string* sql,
 Status ServerTableRows::explainUnmet(const KeySet& keys, std::size_t index, const Row* read) {
   std::vector<RowsAhead::FoundRow> rows;
   if (Status status = readBlock(keys, {index, 1}, &rows); !status) return status;
-  if (!rows.front()) return rowGone();
+  if (rows.front().state == RowsAhead::FoundRow::State::gone) return rowGone();
   Row present;
-  setRow(forms_, *rows.front(), &present);
+  setRow(forms_, rows.front().values, &present);
   for (std::size_t column = 0; column < columns_.size(); ++column) {
     if (read == nullptr || sources_[column].name.empty()) continue;
     if (sameCell(present.at(column), read->at(column))) continue;

@@ -99,6 +99,7 @@ class ServerTableRows : public RowSource {
   bool canDelete_;
   std::vector<std::string> texts_;  // the SELECT's columns, as texts
   std::string rowList_;             // all of them
+  std::string rowSize_;             // about how long they are together
   std::string keysSql_;
   std::unique_ptr<KeyReading> reading_;
   OdbcStatement blocks_;   // by which rows were read last
