@@ -71,12 +71,16 @@ TEST(DiagnosticsTest, StatesHaveTheEnginesCodes) {
   EXPECT_FALSE(endsConnection("57014"));
 }
 
+Key keyOf(std::size_t index) {
+  return static_cast<std::int64_t>(index);
+}
+
 TEST(RowsAheadTest, RowsThatAreAskedForOneAfterTheOtherComeTogether) {
   RowsAhead ahead;
   RowsAhead::FoundRow row;
   std::size_t questions = 0;
   for (std::size_t index = 0; index < 1000; ++index) {
-    if (ahead.take(index, 0, &row)) continue;
+    if (ahead.take(index, keyOf(index), 0, &row)) continue;
     ++questions;
     const RowsAhead::Block block = ahead.blockFor(index, 1000);
     ASSERT_LE(block.first, index);
@@ -84,7 +88,9 @@ TEST(RowsAheadTest, RowsThatAreAskedForOneAfterTheOtherComeTogether) {
     ASSERT_LE(block.first + block.count, 1000u);
     std::vector<RowsAhead::FoundRow> rows;
     for (std::size_t number = 0; number < block.count; ++number) {
-      rows.push_back({RowsAhead::FoundRow::State::found, {std::to_string(block.first + number)}});
+      rows.push_back({RowsAhead::FoundRow::State::found,
+                      {std::to_string(block.first + number)},
+                      keyOf(block.first + number)});
     }
     row = ahead.keep(block.first, rows, index, 0);
     ASSERT_EQ(std::to_string(index), row.values.front());
@@ -96,11 +102,22 @@ TEST(RowsAheadTest, ARowThatWasLeftOutIsAskedForAloneAndTheOthersStay) {
   using State = RowsAhead::FoundRow::State;
   RowsAhead ahead;
   RowsAhead::FoundRow row;
-  ahead.keep(0, {{State::found, {"0"}}, {State::leftOut, {}}, {State::found, {"2"}}}, 0, 0);
-  EXPECT_FALSE(ahead.take(1, 0, &row));
+  ahead.keep(
+      0, {{State::found, {"0"}, keyOf(0)}, {State::leftOut, {}, keyOf(1)}, {State::found, {"2"}, keyOf(2)}},
+      0, 0);
+  EXPECT_FALSE(ahead.take(1, keyOf(1), 0, &row));
   EXPECT_EQ(State::leftOut, row.state);
-  EXPECT_TRUE(ahead.take(2, 0, &row));
+  EXPECT_TRUE(ahead.take(2, keyOf(2), 0, &row));
   EXPECT_EQ("2", row.values.front());
+}
+
+TEST(RowsAheadTest, ARowIsTakenByWhoHasItsKeyAtThatPlaceAlone) {
+  using State = RowsAhead::FoundRow::State;
+  RowsAhead ahead;
+  RowsAhead::FoundRow row;
+  ahead.keep(0, {{State::found, {"0"}, keyOf(0)}, {State::found, {"1"}, keyOf(1)}}, 0, 0);
+  EXPECT_FALSE(ahead.take(1, keyOf(2), 0, &row));
+  EXPECT_TRUE(ahead.take(1, keyOf(1), 0, &row));
 }
 
 TEST(RowsAheadTest, AWindowFullOfRowsTakesTwoQuestionsInEitherDirection) {
@@ -110,10 +127,12 @@ TEST(RowsAheadTest, AWindowFullOfRowsTakesTwoQuestionsInEitherDirection) {
     std::size_t questions = 0;
     for (std::size_t number = 0; number < 30; ++number) {
       const std::size_t index = isForwards ? 500 + number : 500 - number;
-      if (ahead.take(index, 0, &row)) continue;
+      if (ahead.take(index, keyOf(index), 0, &row)) continue;
       ++questions;
       const RowsAhead::Block block = ahead.blockFor(index, 1000);
-      ahead.keep(block.first, std::vector<RowsAhead::FoundRow>(block.count), index, 0);
+      std::vector<RowsAhead::FoundRow> rows(block.count);
+      for (std::size_t place = 0; place < block.count; ++place) rows[place].key = keyOf(block.first + place);
+      ahead.keep(block.first, std::move(rows), index, 0);
     }
     EXPECT_EQ(2u, questions);
   }
@@ -123,23 +142,23 @@ TEST(RowsAheadTest, RowsThatAreExpectedComeWithTheFirstOfThemThatIsAskedFor) {
   RowsAhead ahead;
   RowsAhead::FoundRow row;
   ahead.expect({40, 20});
-  EXPECT_FALSE(ahead.take(42, 0, &row));
+  EXPECT_FALSE(ahead.take(42, keyOf(42), 0, &row));
   const RowsAhead::Block block = ahead.blockFor(42, 1000);
   EXPECT_EQ(42u, block.first);
   EXPECT_EQ(18u, block.count);
   // Once: who asks again, because they were taken or have grown old, wants one of them.
-  ahead.take(500, 0, &row);
-  ahead.take(42, 0, &row);
+  ahead.take(500, keyOf(500), 0, &row);
+  ahead.take(42, keyOf(42), 0, &row);
   EXPECT_EQ(1u, ahead.blockFor(42, 1000).count);
   ahead.expect({990, 5000});
-  ahead.take(990, 0, &row);
+  ahead.take(990, keyOf(990), 0, &row);
   EXPECT_EQ(10u, ahead.blockFor(990, 1000).count);
   ahead.expect({0, 5000});
-  ahead.take(0, 0, &row);
+  ahead.take(0, keyOf(0), 0, &row);
   EXPECT_EQ(256u, ahead.blockFor(0, 10000).count);
   // A row beside them.
   ahead.expect({40, 20});
-  ahead.take(60, 0, &row);
+  ahead.take(60, keyOf(60), 0, &row);
   EXPECT_EQ(1u, ahead.blockFor(60, 1000).count);
   EXPECT_EQ(60u, ahead.blockFor(60, 1000).first);
 }
@@ -169,7 +188,7 @@ TEST(RowsAheadTest, AnyOtherRowIsAskedForAlone) {
   RowsAhead ahead;
   RowsAhead::FoundRow row;
   for (const std::size_t index : {5u, 500u, 7u, 9u, 300u}) {
-    EXPECT_FALSE(ahead.take(index, 0, &row));
+    EXPECT_FALSE(ahead.take(index, keyOf(index), 0, &row));
     const RowsAhead::Block block = ahead.blockFor(index, 1000);
     EXPECT_EQ(index, block.first);
     EXPECT_EQ(1u, block.count);
@@ -179,14 +198,19 @@ TEST(RowsAheadTest, AnyOtherRowIsAskedForAlone) {
 TEST(RowsAheadTest, ARowIsHandedOutOnceAndNotAfterAChange) {
   using State = RowsAhead::FoundRow::State;
   RowsAhead ahead;
-  ahead.keep(0, {{State::found, {"0"}}, {State::found, {"1"}}, {}, {State::found, {"3"}}}, 0, 7);
+  ahead.keep(0,
+             {{State::found, {"0"}, keyOf(0)},
+              {State::found, {"1"}, keyOf(1)},
+              {State::gone, {}, keyOf(2)},
+              {State::found, {"3"}, keyOf(3)}},
+             0, 7);
   RowsAhead::FoundRow row;
-  EXPECT_TRUE(ahead.take(1, 7, &row));
+  EXPECT_TRUE(ahead.take(1, keyOf(1), 7, &row));
   EXPECT_EQ("1", row.values.front());
-  EXPECT_FALSE(ahead.take(1, 7, &row));
-  EXPECT_TRUE(ahead.take(2, 7, &row));
+  EXPECT_FALSE(ahead.take(1, keyOf(1), 7, &row));
+  EXPECT_TRUE(ahead.take(2, keyOf(2), 7, &row));
   EXPECT_EQ(State::gone, row.state) << "it is known to be gone";
-  EXPECT_FALSE(ahead.take(3, 8, &row));
+  EXPECT_FALSE(ahead.take(3, keyOf(3), 8, &row));
 }
 
 }  // namespace

@@ -17,13 +17,13 @@ std::size_t sizeAfter(std::size_t run, std::size_t most) {
 
 }  // namespace
 
-bool RowsAhead::take(std::size_t index, std::uint64_t changes, FoundRow* row) {
+bool RowsAhead::take(std::size_t index, const Key& key, std::uint64_t changes, FoundRow* row) {
   forwards_ = index == lastIndex_ + 1 ? forwards_ + 1 : 0;
   backwards_ = index + 1 == lastIndex_ ? backwards_ + 1 : 0;
   lastIndex_ = index;
   if (changes != changes_ || Clock::now() - readAt_ > kFreshness) rows_.clear();
   const auto found = rows_.find(index);
-  if (found == rows_.end()) return false;
+  if (found == rows_.end() || found->second.key != key) return false;
   *row = std::move(found->second);
   rows_.erase(found);
   return row->state != FoundRow::State::leftOut;

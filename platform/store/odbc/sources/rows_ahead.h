@@ -7,6 +7,7 @@
 #include <optional>
 
 #include "platform/store/odbc/driver/answer.h"
+#include "platform/store/rows/keyset.h"
 
 namespace store {
 
@@ -22,6 +23,7 @@ class RowsAhead {
     enum class State : std::uint8_t { gone, found, leftOut };
     State state = State::gone;
     AnswerRow values = {};
+    Key key = {};  // two recordsets over the same rows may have other rows at the same index
   };
   static constexpr std::size_t kMostRows = 256;
   /// What the rows of a block should take together at most.
@@ -32,9 +34,9 @@ class RowsAhead {
     std::size_t count;
   };
 
-  /// Takes the row at `index` out. False when it has to be asked for, `*row` tells whether alone. `changes`
-  /// counts what was changed meanwhile.
-  bool take(std::size_t index, std::uint64_t changes, FoundRow* row);
+  /// Takes the row at `index` out, which has this key. False when it has to be asked for, `*row` tells
+  /// whether alone. `changes` counts what was changed meanwhile.
+  bool take(std::size_t index, const Key& key, std::uint64_t changes, FoundRow* row);
 
   /// Told that the rows of the block will be read soon, one after the other: the first of them that has to be
   /// asked for brings the others.

@@ -18,6 +18,11 @@ std::size_t bytesOfRows(const Answer& answer) {
   return answer.empty() ? 1 : std::max<std::size_t>(bytes / answer.size(), 1);
 }
 
+/// A row's place is all that tells it from others.
+Key keyOf(std::size_t place) {
+  return static_cast<std::int64_t>(place);
+}
+
 Status readOnlyRows() {
   return {ErrorCode::readOnly, "The records of this statement can only be read."};
 }
@@ -48,7 +53,7 @@ Status ServerResultRows::fetch(const KeySet& keys, std::size_t index, Row* row) 
   RowsAhead::FoundRow found;
   // What it shows doesn't change any more.
   constexpr std::uint64_t kNoChanges = 0;
-  if (!ahead_.take(place, kNoChanges, &found)) {
+  if (!ahead_.take(place, keyOf(place), kNoChanges, &found)) {
     const std::size_t most =
         rowBytes_ == 0 ? kFirstRows
                        : std::clamp<std::size_t>(RowsAhead::kMostBytes / rowBytes_, 1, RowsAhead::kMostRows);
@@ -60,7 +65,10 @@ Status ServerResultRows::fetch(const KeySet& keys, std::size_t index, Row* row) 
     }
     rowBytes_ = bytesOfRows(answer);
     std::vector<RowsAhead::FoundRow> rows;
-    for (AnswerRow& values : answer) rows.push_back({RowsAhead::FoundRow::State::found, std::move(values)});
+    for (AnswerRow& values : answer) {
+      const Key key = keyOf(block.first + rows.size());
+      rows.push_back({RowsAhead::FoundRow::State::found, std::move(values), key});
+    }
     found = ahead_.keep(block.first, std::move(rows), place, kNoChanges);
   }
   if (found.state != RowsAhead::FoundRow::State::found)

@@ -221,6 +221,7 @@ Status ServerTableRows::readBlock(const KeySet& keys, RowsAhead::Block block,
   for (std::size_t index = 0; index < block.count; ++index) {
     const auto found = byKey.find(keyTexts(keys, block.first + index));
     rows->push_back(found != byKey.end() ? std::move(found->second) : RowsAhead::FoundRow());
+    rows->back().key = keys.keyAt(block.first + index);
   }
   return {};
 }
@@ -230,7 +231,7 @@ Status ServerTableRows::fetch(const KeySet& keys, std::size_t index, Row* row) {
   row->clear();
   RowsAhead::FoundRow found;
   const std::uint64_t changes = connection_.changes();
-  if (!ahead_.take(index, changes, &found) && found.state != State::leftOut) {
+  if (!ahead_.take(index, keys.keyAt(index), changes, &found) && found.state != State::leftOut) {
     const RowsAhead::Block block = ahead_.blockFor(index, keys.count());
     std::vector<RowsAhead::FoundRow> rows;
     if (Status status = readBlock(keys, block, &rows); !status) return status;
