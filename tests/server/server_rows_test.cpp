@@ -377,6 +377,21 @@ TEST_F(ServerRowsTest, DescribeTableTellsKeysTypesAndReferences) {
   EXPECT_TRUE(schema.columns.empty());
 }
 
+TEST_F(ServerRowsTest, SeveralRecordsThatTheServerMakesOfOneRowAreOnlyRead) {
+  openRow("tags text[]", "'{a,b,c}'");
+  for (const char* statement : {"SELECT k, unnest(tags) AS tag FROM t",
+                                "SELECT k, cardinality(tags) AS tag FROM t ORDER BY unnest(tags)"}) {
+    const auto rows = records(statement);
+    ASSERT_NE(nullptr, rows) << statement;
+    EXPECT_EQ(3, rows->recordCount()) << statement;
+    EXPECT_FALSE(rows->isUpdatable()) << statement;
+  }
+  EXPECT_EQ("a b c", columnOf("SELECT k, unnest(tags) AS tag FROM t", 1));
+  const auto one = records("SELECT k, cardinality(tags) AS tag FROM t WHERE k = 1 ORDER BY k");
+  EXPECT_TRUE(one->isUpdatable());
+  EXPECT_EQ("3", textOf(*one, 1));
+}
+
 TEST_F(ServerRowsTest, RecordsThatShareAKeyWithThoseOfAnInheritingTableAreTheirOwn) {
   runOnServer(
       "CREATE TABLE t (k integer PRIMARY KEY, v text); CREATE TABLE heir () INHERITS (t); INSERT INTO t "

@@ -229,9 +229,8 @@ std::unique_ptr<ServerTableRows> ServerBackend::keyedRows(Described& described) 
     columns.push_back(std::move(shown));
   }
   auto made = std::make_unique<ServerTableRows>(*connection_, *described.parts, table, columns);
-  // One row of all has no key.
-  const bool isEachOne = described.parts->isPlainTable || made->check();
-  return isEachOne ? std::move(made) : nullptr;
+  const bool isKeyed = described.parts->isPlainTable || made->isEachItsOwn();
+  return isKeyed ? std::move(made) : nullptr;
 }
 
 Status ServerBackend::openStream(std::string_view source, SourceKind kind,

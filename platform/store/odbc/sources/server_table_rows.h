@@ -33,8 +33,8 @@ class ServerTableRows : public RowSource {
                   const std::vector<ShownColumn>& columns);
 
   /// Whether the server takes the SELECT with the keys beside its columns, which it doesn't when it makes one
-  /// row of all. To be called once, before all else.
-  Status check();
+  /// row of all, and each row of the table is one of the SELECT at most. To be called once, before all else.
+  bool isEachItsOwn();
 
   const std::vector<Column>& columns() const override { return columns_; }
   std::string_view table() const override { return tableName_; }
