@@ -92,8 +92,7 @@ store::Status resolveRows(store::Backend& backend, const std::string& what, std:
 /// Says how many values will not come back from a file of that format; nothing when there are none.
 void tellChanged(std::int64_t count, RowFormat format, bool isExact);
 /// Writes the rows to the standard output.
-store::Status writeRows(store::Backend& backend, const std::string& source, store::SourceKind kind,
-                        RowFormat format);
+store::Status writeRows(store::RowStream& rows, RowFormat format);
 /// The texts in the first column of a statement.
 store::Status readTexts(store::Backend& backend, const std::string& sql, std::vector<std::string>* texts);
 /// The names of the tables that are the user's, in the order of their making.

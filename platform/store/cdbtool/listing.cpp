@@ -80,8 +80,14 @@ int listTables(const DatabaseFile& file, bool withCounts) {
 }
 
 Status resolveRows(Backend& backend, const std::string& what, std::string* source, SourceKind* kind) {
-  std::unique_ptr<RowStream> rows;
-  Status asTable = backend.openStream(what, SourceKind::table, &rows);
+  store::TableSchema schema;
+  if (Status status = backend.describeTable(what, &schema); !status) return status;
+  Status asTable;
+  if (schema.columns.empty()) {
+    // The components' own tables are told by opening them alone.
+    std::unique_ptr<RowStream> rows;
+    asTable = backend.openStream(what, SourceKind::table, &rows);
+  }
   if (asTable) {
     *source = what;
     *kind = SourceKind::table;
@@ -89,7 +95,6 @@ Status resolveRows(Backend& backend, const std::string& what, std::string* sourc
   }
   if (asTable.code() != store::ErrorCode::noTable) return asTable;
   *kind = SourceKind::text;
-  store::TableSchema schema;
   if (Status status = backend.describeTable(kSavedQueries, &schema); !status) return status;
   if (schema.columns.size() >= 2) {
     std::string saved;
@@ -112,9 +117,7 @@ Status resolveRows(Backend& backend, const std::string& what, std::string* sourc
   return {};
 }
 
-Status writeRows(Backend& backend, const std::string& source, SourceKind kind, RowFormat format) {
-  std::unique_ptr<RowStream> rows;
-  if (Status status = backend.openStream(source, kind, &rows); !status) return status;
+Status writeRows(RowStream& rows, RowFormat format) {
   TextTableWriter text;
   exchange::CsvWriter::Options csvOptions;
   csvOptions.lineEnd = "\n";
@@ -123,15 +126,10 @@ Status writeRows(Backend& backend, const std::string& source, SourceKind kind, R
   exchange::RowWriter* writer = &text;
   if (format == RowFormat::csv) writer = &csv;
   if (format == RowFormat::json) writer = &json;
-  if (format == RowFormat::text) {
-    std::unique_ptr<RowStream> measured;
-    if (Status status = backend.openStream(source, kind, &measured); !status) return status;
-    if (Status status = text.measure(*measured); !status) return status;
-  }
   StandardOutput output;
   UntilInterrupted observer;
   exchange::ExportResult result;
-  if (Status status = exchange::exportRows(*rows, *writer, output, observer, &result); !status) return status;
+  if (Status status = exchange::exportRows(rows, *writer, output, observer, &result); !status) return status;
   Status status = StandardOutput::finish();
   // Only an export can be exact.
   if (status) tellChanged(result.changed, format, true);
@@ -144,7 +142,9 @@ int show(const ShowRequest& request) {
   SourceKind kind = SourceKind::text;
   Status status = openFile(request.file, &backend);
   if (status) status = resolveRows(*backend, request.what, &source, &kind);
-  if (status) status = writeRows(*backend, source, kind, request.format);
+  std::unique_ptr<RowStream> rows;
+  if (status) status = backend->openStream(source, kind, &rows);
+  if (status) status = writeRows(*rows, request.format);
   return status ? kDone : failed(status);
 }
 
@@ -154,8 +154,7 @@ int query(const DatabaseFile& file, const std::string& statement, RowFormat form
   std::unique_ptr<RowStream> rows;
   Status status = backend->openStream(statement, SourceKind::text, &rows);
   if (status) {
-    rows.reset();
-    status = writeRows(*backend, statement, SourceKind::text, format);
+    status = writeRows(*rows, format);
     return status ? kDone : failed(status);
   }
   // What can't be streamed may be a change.

@@ -12,6 +12,7 @@ using store::exchange::ValueKind;
 
 namespace {
 
+constexpr std::size_t kMostWaitingBytes = std::size_t{8} << 20;
 constexpr std::string_view kHex = "0123456789ABCDEF";
 
 std::string lineOf(std::string_view text) {
@@ -77,20 +78,7 @@ std::size_t widthOf(std::string_view text) {
   }));
 }
 
-store::Status TextTableWriter::measure(store::RowStream& rows) {
-  kinds_ = store::exchange::kindsOf(rows.columns());
-  widths_.clear();
-  for (const store::Column& column : rows.columns()) widths_.push_back(widthOf(lineOf(column.name)));
-  for (bool hasRow = true;;) {
-    if (store::Status status = rows.next(&hasRow); !status) return status;
-    if (!hasRow) return {};
-    for (std::size_t index = 0; index < widths_.size(); ++index) {
-      widths_[index] = std::max(widths_[index], widthOf(shownText(rows.cell(index), kinds_[index])));
-    }
-  }
-}
-
-void TextTableWriter::put(std::size_t index, const std::string& text, bool isNumber,
+void TextTableWriter::put(std::size_t index, std::string_view text, bool isNumber,
                           store::exchange::TextOutput& output) {
   const std::size_t width = widthOf(text);
   const std::size_t blanks = widths_[index] - std::min(width, widths_[index]);
@@ -100,27 +88,56 @@ void TextTableWriter::put(std::size_t index, const std::string& text, bool isNum
   output.put(text);
   // No blanks at the end of a line.
   if (!isNumber && !isLast) output.put(std::string(blanks, ' '));
+  if (isLast) output.put('\n');
 }
 
-void TextTableWriter::begin(const std::vector<store::Column>& columns, store::exchange::TextOutput& output) {
-  for (std::size_t index = 0; index < columns.size(); ++index)
-    put(index, lineOf(columns[index].name), false, output);
-  output.put('\n');
-  for (std::size_t index = 0; index < columns.size(); ++index) {
+void TextTableWriter::begin(const std::vector<store::Column>& columns,
+                            store::exchange::TextOutput& /*output*/) {
+  kinds_ = store::exchange::kindsOf(columns);
+  for (const store::Column& column : columns) {
+    names_.push_back(lineOf(column.name));
+    widths_.push_back(widthOf(names_.back()));
+  }
+}
+
+void TextTableWriter::writeWaiting(store::exchange::TextOutput& output) {
+  isWaiting_ = false;
+  for (std::size_t index = 0; index < names_.size(); ++index) put(index, names_[index], false, output);
+  for (std::size_t index = 0; index < names_.size(); ++index) {
     put(index, std::string(widths_[index], '-'), false, output);
   }
-  output.put('\n');
+  std::size_t begin = 0;
+  for (std::size_t number = 0; number < ends_.size(); ++number) {
+    put(number % names_.size(), std::string_view(texts_).substr(begin, ends_[number] - begin),
+        areNumbers_[number], output);
+    begin = ends_[number];
+  }
+  texts_ = {};
+  ends_ = {};
+  areNumbers_ = {};
 }
 
 void TextTableWriter::writeRow(store::RowStream& rows, store::exchange::TextOutput& output) {
   for (std::size_t index = 0; index < kinds_.size(); ++index) {
     const Cell cell = rows.cell(index);
-    const bool isNumber = cell.kind == CellKind::integer || cell.kind == CellKind::real;
-    put(index, shownText(cell, kinds_[index]), isNumber && kinds_[index] != ValueKind::boolean, output);
+    const bool isNumber = (cell.kind == CellKind::integer || cell.kind == CellKind::real) &&
+                          kinds_[index] != ValueKind::boolean;
+    const std::string text = shownText(cell, kinds_[index]);
+    if (!isWaiting_) {
+      put(index, text, isNumber, output);
+      continue;
+    }
+    widths_[index] = std::max(widths_[index], widthOf(text));
+    texts_ += text;
+    ends_.push_back(texts_.size());
+    areNumbers_.push_back(isNumber);
   }
-  output.put('\n');
+  const std::size_t bytes = texts_.size() + ends_.size() * sizeof(std::size_t);
+  if (isWaiting_ && bytes >= kMostWaitingBytes) writeWaiting(output);
 }
 
-void TextTableWriter::end(store::exchange::TextOutput& /*output*/) {}
+void TextTableWriter::end(store::exchange::TextOutput& output) {
+  if (isWaiting_) writeWaiting(output);
+}
 
 }  // namespace cdbtool
