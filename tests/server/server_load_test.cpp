@@ -10,7 +10,9 @@
 #include "platform/store/exchange/bytes/byte_source.h"
 #include "platform/store/exchange/export.h"
 #include "platform/store/exchange/import.h"
+#include "platform/store/sqlite/database_file.h"
 #include "tests/server/server_fixture.h"
+#include "tests/store/cell_text.h"
 
 namespace store {
 namespace {
@@ -314,6 +316,50 @@ TEST_F(ServerLoadTest, ARuleThatIsLookedAtAtTheEndLeavesNothing) {
   open();
   EXPECT_EQ(ErrorCode::constraint, tryImport("k,v\n1,a\n").code());
   EXPECT_EQ("0", onServer("SELECT count(*) FROM t"));
+}
+
+TEST_F(ServerLoadTest, AsStatementsATableIsMadeAgainInAFile) {
+  runOnServer(
+      "CREATE TABLE t (k integer PRIMARY KEY, v varchar(20), n numeric(9,2), day timestamp(3) without time "
+      "zone, span interval day to second, list integer[], x bytea)",
+      database_);
+  runOnServer(
+      "INSERT INTO t VALUES (1, 'it''s', 1.25, '2001-03-09 14:05:07', '1 day', '{1,2}', '\\x00ff'), (2, "
+      "NULL, "
+      "NULL, NULL, NULL, NULL, NULL)",
+      database_);
+  open();
+  Text sink;
+  exchange::ExportResult result;
+  exchange::ExportOptions how;
+  how.format = exchange::ExportFormat::sql;
+  const Status status = exchange::exportSource(
+      *backend_, {.source = "t", .kind = SourceKind::table, .name = "t"}, how, sink, observer_, &result);
+  ASSERT_TRUE(status) << status.message();
+  EXPECT_EQ(2, result.rows);
+  const std::string file = utf8Of(folder_.file("made.cdb"));
+  ASSERT_TRUE(createDatabase(file));
+  std::unique_ptr<Backend> made;
+  ASSERT_TRUE(openPath(file, {}, &made));
+  std::unique_ptr<RowSource> none;
+  std::int64_t count = 0;
+  for (std::size_t begin = 0, end = 0; (end = sink.content.find(";\n", begin)) != std::string::npos;
+       begin = end + 2) {
+    const std::string line = sink.content.substr(begin, end - begin);
+    // One statement is one transaction here.
+    if (!line.starts_with("CREATE") && !line.starts_with("INSERT")) continue;
+    const Status taken = made->run(line, &count, &none);
+    ASSERT_TRUE(taken) << line << ": " << taken.message();
+  }
+  std::unique_ptr<RowStream> rows;
+  ASSERT_TRUE(made->openStream("t", SourceKind::table, &rows));
+  bool hasRow = false;
+  ASSERT_TRUE(rows->next(&hasRow));
+  std::string texts;
+  for (std::size_t index = 0; index < 7; ++index) texts += plainTextOf(rows->cell(index)) + "|";
+  EXPECT_EQ("1|it's|1.250000|2001-03-09 14:05:07|1 day|{1,2}|" + std::string("x:\0\xFF|", 5), texts);
+  ASSERT_TRUE(rows->next(&hasRow));
+  EXPECT_EQ(CellKind::null, rows->cell(1).kind);
 }
 
 /// As long as it lives the end of each change waits for another server that there is not.

@@ -27,7 +27,7 @@ std::unique_ptr<RowWriter> makeWriter(const ExportOptions& options, const std::s
     case ExportFormat::html:
       return std::make_unique<HtmlWriter>(name);
     case ExportFormat::sql: {
-      const bool isTable = !statements.create.empty();
+      const bool isTable = statements.isOfTable;
       return std::make_unique<SqlWriter>(isTable ? name : "Result", std::move(statements));
     }
     case ExportFormat::csv:

@@ -1,5 +1,8 @@
 #include "platform/store/exchange/formats/sql_writer.h"
 
+#include <algorithm>
+#include <string_view>
+
 #include "platform/store/exchange/bytes/encoding.h"
 #include "platform/store/sql/dialect.h"
 
@@ -20,6 +23,20 @@ void putString(std::string_view text, TextOutput& output) {
   output.put('\'');
 }
 
+/// A type as a CREATE TABLE takes it: words, and sizes behind them. A server's may be anything else, as
+/// "timestamp(3) without time zone".
+std::string typeText(const std::string& type) {
+  constexpr std::string_view kOfNames = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789_ ";
+  constexpr std::string_view kOfSizes = "0123456789, ";
+  const std::size_t sizes = std::min(type.find('('), type.size());
+  const std::string_view name = std::string_view(type).substr(0, sizes);
+  const std::string_view behind = std::string_view(type).substr(sizes);
+  const bool isPlain = name.find_first_not_of(kOfNames) == std::string_view::npos &&
+                       name.find(" to ") == std::string_view::npos &&
+                       (behind.empty() || behind.find_first_not_of(kOfSizes, 1) == behind.size() - 1);
+  return isPlain && (behind.empty() || behind.ends_with(')')) ? type : quotedName(type);
+}
+
 Status readTexts(Backend& backend, const std::string& sql, std::vector<std::string>* texts) {
   std::unique_ptr<RowStream> rows;
   if (Status status = backend.openStream(sql, SourceKind::text, &rows); !status) return status;
@@ -37,7 +54,8 @@ Status readTableStatements(Backend& backend, const std::string& name, TableState
   TableSchema schema;
   if (Status status = backend.describeTable(name, &schema); !status) return status;
   std::vector<std::string> create;
-  if (schema.ordinary) {
+  read.isOfTable = schema.ordinary;
+  if (schema.ordinary && !backend.isServers()) {
     const std::string ofTable =
         " FROM sqlite_schema WHERE sql IS NOT NULL AND tbl_name = " + quotedText(name) +
         " COLLATE NOCASE AND type ";
@@ -92,7 +110,7 @@ void SqlWriter::begin(const std::vector<Column>& columns, TextOutput& output) {
     names += quotedName(column.name);
     if (!definitions.empty()) definitions += ", ";
     definitions += quotedName(column.name);
-    if (!column.declaredType.empty()) definitions += " " + column.declaredType;
+    if (!column.declaredType.empty()) definitions += " " + typeText(column.declaredType);
   }
   output.put("PRAGMA foreign_keys=OFF;\nBEGIN TRANSACTION;\n");
   output.put(statements_.create.empty() ? "CREATE TABLE " + quotedName(table_) + " (" + definitions + ")"

@@ -7,13 +7,14 @@ namespace store::exchange {
 
 /// What makes a table again and what belongs to it.
 struct TableStatements {
-  std::string create;                ///< in front of the rows
+  bool isOfTable = false;
+  std::string create;                ///< in front of the rows; empty where the columns alone make it
   std::vector<std::string> behind;   ///< indexes and triggers
   std::vector<std::string> columns;  ///< those that take values
 };
 
-/// Reads the statements of the table `name` from the database. Without any for what is no table: its columns
-/// then make one.
+/// Reads the statements of the table `name` from the database. Without any for what is no table, and for one
+/// of a server, whose statements are its own SQL: the columns then make one.
 Status readTableStatements(Backend& backend, const std::string& name, TableStatements* statements);
 
 /// Writes a value as SQL says it, to the bit: a text that SQL would not read as it is, and with `asBytes` any
