@@ -1,6 +1,9 @@
 // What only a server's tables can be.
+#include <new>
+
 #include "platform/store/sql/dialect.h"
 #include "tests/server/server_fixture.h"
+#include "tests/store/allocation_probe.h"
 
 namespace store {
 namespace {
@@ -375,6 +378,30 @@ TEST_F(ServerRowsTest, DescribeTableTellsKeysTypesAndReferences) {
   EXPECT_EQ("id", schema.columns[1].reference.column);
   ASSERT_TRUE(backend_->describeTable("none", &schema));
   EXPECT_TRUE(schema.columns.empty());
+}
+
+TEST_F(ServerRowsTest, ANewRecordThatThereWasNoMemoryForIsNone) {
+  runOnServer("CREATE TABLE t (k serial PRIMARY KEY, v text)", database_);
+  open();
+  rows_ = records("Select * from [t]");
+  ASSERT_NE(nullptr, rows_);
+  bool wasReached = true;
+  for (std::size_t allowed = 0; wasReached; ++allowed) {
+    const std::int64_t before = rows_->recordCount();
+    ASSERT_TRUE(rows_->addNew());
+    ASSERT_TRUE(rows_->setValue(1, std::string("new")));
+    bool isStored = false;
+    try {
+      const testsupport::AllocationLimit limit(allowed);
+      isStored = static_cast<bool>(rows_->update());
+      wasReached = limit.wasReached();
+    } catch (const std::bad_alloc&) {
+      wasReached = true;
+    }
+    EXPECT_EQ(before + (isStored ? 1 : 0), rows_->recordCount()) << allowed;
+    ASSERT_TRUE(rows_->cancelUpdate());
+  }
+  EXPECT_GT(rows_->recordCount(), 0);
 }
 
 TEST_F(ServerRowsTest, SeveralRecordsThatTheServerMakesOfOneRowAreOnlyRead) {

@@ -36,6 +36,26 @@ std::optional<std::string> textOf(const Cell& cell, ValueForm form) {
   return serverTextOf(valueOf(cell), form);
 }
 
+/// A key that is appended to a set for a row that there is not yet, and leaves it when there will be none.
+class AddedKey {
+ public:
+  AddedKey(KeySet* keys, const Key& key) : keys_(keys) { keys_->append(key); }
+  ~AddedKey() {
+    if (!isKept_) keys_->eraseAt(keys_->count() - 1);
+  }
+  AddedKey(const AddedKey&) = delete;
+  AddedKey& operator=(const AddedKey&) = delete;
+
+  void become(const Key& key) {
+    keys_->replaceAt(keys_->count() - 1, key);
+    isKept_ = true;
+  }
+
+ private:
+  KeySet* keys_;
+  bool isKept_ = false;
+};
+
 /// About how long the column's text is, as the server says it without reading what it keeps elsewhere.
 std::string sizeOf(ValueForm form, const std::string& expression) {
   if (form == ValueForm::bytes) return "coalesce(2 * octet_length(" + expression + ")::bigint, 0)";
@@ -350,21 +370,17 @@ Status ServerTableRows::insert(const std::vector<Change>& changes, KeySet* keys)
   const std::string sql =
       "INSERT INTO " + reference_ + " AS quivane" + content + " RETURNING " + keyList("quivane");
   // The set grows first, because that may need memory; afterwards the row is there.
-  keys->append(isTupleKeyed_ ? Key(std::vector<Value>(keyColumns_.size(), std::string()))
-                             : Key(std::int64_t{0}));
-  const std::size_t index = keys->count() - 1;
+  AddedKey added(keys, isTupleKeyed_ ? Key(std::vector<Value>(keyColumns_.size(), std::string()))
+                                     : Key(std::int64_t{0}));
   Answer answer;
   connection_.noteChange();
   Status status = askAgain(changes_, sql, parameters, &answer);
   if (status && answer.empty()) {
     status = {ErrorCode::constraint, "The database's own rules did not take the record."};
   }
-  if (!status) {
-    keys->eraseAt(index);
-    return status;
-  }
+  if (!status) return status;
   connection_.noteChangedRows(1);
-  keys->replaceAt(index, keyOf(answer.front()));
+  added.become(keyOf(answer.front()));
   return {};
 }
 
