@@ -5,7 +5,6 @@
 #include "platform/store/cdbtool/commands.h"
 #include "platform/store/cdbtool/system.h"
 #include "platform/store/cdbtool/text_table.h"
-#include "platform/store/dsn/file_dsn.h"
 #include "platform/store/exchange/formats/csv_writer.h"
 #include "platform/store/exchange/formats/json_writer.h"
 #include "platform/store/sql/dialect.h"
@@ -193,11 +192,11 @@ int info(const DatabaseFile& file) {
                      "\ntables: " + std::to_string(tables.size()) + "\nrecords: " + std::to_string(records) +
                      "\n";
   // What a server keeps its data in is its own affair.
-  const bool isLink = store::isFileDsnAt(file.path);
+  const bool isServers = backend->isServers();
   for (const Question& question : kQuestions) {
     std::string answer;
-    if (status && !isLink) status = firstText(*backend, question.sql, &answer);
-    if (!isLink) text += std::string(question.label) + ": " + answer + "\n";
+    if (status && !isServers) status = firstText(*backend, question.sql, &answer);
+    if (!isServers) text += std::string(question.label) + ": " + answer + "\n";
   }
   text += std::string("can be written: ") + (backend->isReadOnly() ? "no" : "yes") + "\n";
   if (!status) return failed(status);
