@@ -64,6 +64,14 @@ TEST(CsvReader, AnEmptyLineIsANullOfASingleColumn) {
   EXPECT_EQ(readAll("name\na\n\nb\n", {.hasHeader = true}), "2: [a]\n3: null\n4: [b]\n");
 }
 
+TEST(CsvReader, EmptyLinesInFrontAreNullsOfASingleColumnToo) {
+  EXPECT_EQ(readAll("\n\na\n"), "1: null\n2: null\n3: [a]\n");
+  EXPECT_EQ(readAll("\r\n\r\na\r\n\r\nb"), "1: null\n2: null\n3: [a]\n4: null\n5: [b]\n");
+  EXPECT_EQ(readAll("\n\n\"a\nb\"\n", {.hasHeader = false}, 1), "1: null\n2: null\n3: \"a\nb\"\n");
+  EXPECT_EQ(readAll("\nNULL\n", {.hasHeader = false, .nullText = "NULL"}), "1: []\n2: null\n");
+  EXPECT_EQ(readAll("\n\nname\na\n", {.hasHeader = true}), "4: [a]\n");
+}
+
 TEST(CsvReader, TheHeaderNamesTheColumns) {
   MemorySource source("\"a\nb\",c\n1,2\n");
   std::unique_ptr<CsvReader> reader;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <utility>
 
 namespace store::exchange {
 
@@ -79,13 +80,24 @@ Status CsvReader::readFirst() {
     return {ErrorCode::conversion,
             "The line with the names of the columns can't be read: " + record_.problem};
   }
-  hasPending_ = !format_.hasHeader;
+  if (format_.hasHeader) return {};
+  hasPending_ = true;
+  pending_ = std::move(record_);
+  // How many columns there are shows only now: of a single one each line is a record.
+  if (names_.size() != 1) blankLines_ = 0;
   return {};
 }
 
 Status CsvReader::next(bool* hasRecord) {
   if (hasPending_) {
-    hasPending_ = false;
+    if (blankLines_ > 0) {
+      record_ = {};
+      record_.line = pending_.line - blankLines_--;
+      addField(nullptr, nullptr, FieldForm::bare);
+    } else {
+      hasPending_ = false;
+      record_ = std::move(pending_);
+    }
     *hasRecord = true;
     return {};
   }
@@ -105,7 +117,10 @@ Status CsvReader::next(bool* hasRecord) {
     const bool isBlank = *place_ == '\n' || *place_ == '\r';
     readRecord();
     if (!status_) return status_;
-    if (isBlank && names_.size() != 1) continue;
+    if (isBlank && names_.size() != 1) {
+      ++blankLines_;
+      continue;
+    }
     break;
   }
   checkCharacters();

@@ -73,7 +73,9 @@ class CsvReader : public RecordReader {
   bool isBehindReturn_ = false;   // in a quoted text, so that a line feed ends no other line
   Record record_;
   std::vector<std::string> names_;
-  bool hasPending_ = false;  // the present record was read ahead and is the next one
+  bool hasPending_ = false;  // the first record was read ahead and comes next
+  Record pending_;
+  std::int64_t blankLines_ = 0;  // in front of it, which are records as well when they turn out to be
 };
 
 }  // namespace store::exchange
