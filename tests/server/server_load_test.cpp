@@ -295,6 +295,34 @@ TEST_F(ServerLoadTest, AKeyOfNullsAndOneThatSeveralRecordsHave) {
   EXPECT_EQ("1a 1b 3c N", onServer("SELECT string_agg(concat(k, v), ' ' ORDER BY k, v) FROM t"));
 }
 
+TEST_F(ServerLoadTest, KeysThatMayBeNullAreFoundByTheirIndex) {
+  runOnServer(
+      "CREATE TABLE t (k integer, v text); INSERT INTO t SELECT i, 'old' FROM generate_series(1, 20000) i; "
+      "CREATE INDEX t_k ON t (k)",
+      database_);
+  runOnServer("ANALYZE t", database_);
+  open();
+  options_.replaces = true;
+  options_.keyColumns = {"k"};
+  import("k,v\n7,new\n8,new\n");
+  EXPECT_EQ(2, result_.replaced);
+  EXPECT_EQ("2", onServer("SELECT count(*) FROM t WHERE v = 'new' AND k + 0 IN (7, 8)"));
+  backend_.reset();
+  // The server notes it at the end of the conversation at the latest.
+  const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+  std::string uses = "0";
+  while (uses == "0" && std::chrono::steady_clock::now() < deadline) {
+    uses = onServer("SELECT pg_stat_get_numscans('t_k'::regclass) FROM t LIMIT 1");
+  }
+  EXPECT_NE("0", uses);
+  open();
+  import("k,v\n7,newer\n,none\n");
+  EXPECT_EQ(1, result_.replaced);
+  import("k,v\n,noone\n9,nine\n");
+  EXPECT_EQ(2, result_.replaced);
+  EXPECT_EQ("newer new nine noone", onServer("SELECT string_agg(v, ' ' ORDER BY k) FROM t WHERE v <> 'old'"));
+}
+
 TEST_F(ServerLoadTest, ARuleThatKeepsARecordOutIsTold) {
   runOnServer(
       "CREATE TABLE t (k integer PRIMARY KEY, v text); CREATE FUNCTION no() RETURNS trigger LANGUAGE plpgsql "

@@ -171,16 +171,32 @@ void ServerTableLoad::writeInsert(const LoadTarget& target, const ServerTable& t
          sentRows(columns) + ") AS n ORDER BY n.place";
 }
 
+Status ServerTableLoad::writeReplacement(const LoadTarget& target, const ServerTable& table) {
+  std::size_t keyCount = 0;
+  bool mayBeNull = false;
+  for (const std::string& name : target.columns) {
+    isKey_.push_back(isAmong(target.keyColumns, name));
+    if (!isKey_.back()) continue;
+    ++keyCount;
+    mayBeNull = mayBeNull || !findColumn(table, name)->notNull;
+  }
+  if (keyCount != target.keyColumns.size()) {
+    return {ErrorCode::badColumn, "Each column of the key needs a value."};
+  }
+  sql_ = replacementSql(target, table, false);
+  if (mayBeNull) sqlForNulls_ = replacementSql(target, table, true);
+  return {};
+}
+
 // All parts of the statement see the table as it was before: what is found decides what is replaced and what
 // is inserted, and the numbers tell whether that is what happened.
-Status ServerTableLoad::writeReplacement(const LoadTarget& target, const ServerTable& table) {
+std::string ServerTableLoad::replacementSql(const LoadTarget& target, const ServerTable& table, bool nulls) {
   std::vector<const ServerColumn*> columns;
   std::string names;
   std::string values;
   std::string keys;
   std::string match;
   std::string changes;
-  std::size_t keyCount = 0;
   for (std::size_t index = 0; index < target.columns.size(); ++index) {
     const ServerColumn* column = findColumn(table, target.columns[index]);
     columns.push_back(column);
@@ -189,38 +205,42 @@ Status ServerTableLoad::writeReplacement(const LoadTarget& target, const ServerT
     names += (index == 0 ? "" : ", ") + name;
     values += (index == 0 ? "" : ", ") + alias;
     if (isAmong(target.keyColumns, target.columns[index])) {
-      ++keyCount;
       keys += (keys.empty() ? "" : ", ") + alias;
       match += (match.empty() ? "" : " AND ") + ("t." + name) +
-               (column->notNull ? " = " : " IS NOT DISTINCT FROM ") + alias;
+               (column->notNull || !nulls ? " = " : " IS NOT DISTINCT FROM ") + alias;
     } else {
       changes += (changes.empty() ? "" : ", ") + name + " = " + alias;
     }
-  }
-  if (keyCount != target.keyColumns.size()) {
-    return {ErrorCode::badColumn, "Each column of the key needs a value."};
   }
   const std::string replaced =
       changes.empty() ? "SELECT place FROM found"
                       : "UPDATE " + table.reference + " AS t SET " + changes + " FROM n WHERE " + match +
                             " AND n.place IN (SELECT place FROM found WHERE times = 1) RETURNING n.place";
-  sql_ =
-      "WITH n AS MATERIALIZED (" + sentRows(columns) +
-      "), found AS MATERIALIZED (SELECT n.place, count(*) AS times FROM n JOIN " + table.reference +
-      " AS t ON " + match + " GROUP BY n.place), replaced AS (" + replaced + "), inserted AS (INSERT INTO " +
-      table.reference + " (" + names + ") SELECT " + values +
-      " FROM n WHERE n.place NOT IN (SELECT place FROM found) ORDER BY n.place RETURNING 1) "
-      "SELECT (SELECT count(*) FROM n)::text, (SELECT count(*) FROM (SELECT DISTINCT " +
-      keys +
-      " FROM n) AS k)::text, (SELECT count(*) FROM found)::text, (SELECT count(*) FROM found WHERE times > "
-      "1)::text, (SELECT count(*) FROM replaced)::text, (SELECT count(*) FROM inserted)::text";
-  return {};
+  return "WITH n AS MATERIALIZED (" + sentRows(columns) +
+         "), found AS MATERIALIZED (SELECT n.place, count(*) AS times FROM n JOIN " + table.reference +
+         " AS t ON " + match + " GROUP BY n.place), replaced AS (" + replaced +
+         "), inserted AS (INSERT INTO " + table.reference + " (" + names + ") SELECT " + values +
+         " FROM n WHERE n.place NOT IN (SELECT place FROM found) ORDER BY n.place RETURNING 1) "
+         "SELECT (SELECT count(*) FROM n)::text, (SELECT count(*) FROM (SELECT DISTINCT " +
+         keys +
+         " FROM n) AS k)::text, (SELECT count(*) FROM found)::text, (SELECT count(*) FROM found WHERE times "
+         "> 1)::text, (SELECT count(*) FROM replaced)::text, (SELECT count(*) FROM inserted)::text";
+}
+
+const std::string& ServerTableLoad::sqlFor(std::size_t first, std::size_t count) const {
+  const auto null = std::lower_bound(nullKeyRows_.begin(), nullKeyRows_.end(), first);
+  const bool hasNull = null != nullKeyRows_.end() && *null < first + count;
+  return hasNull && !sqlForNulls_.empty() ? sqlForNulls_ : sql_;
 }
 
 Status ServerTableLoad::add(std::span<const Cell> values) {
   if (hasFailed_) return {ErrorCode::illegalOperation, "The transaction was undone already."};
   for (std::size_t index = 0; index < columns_.size(); ++index) {
     WaitingColumn& column = columns_[index];
+    const bool isNullKey = replaces_ && isKey_[index] && values[index].kind == CellKind::null;
+    if (isNullKey && (nullKeyRows_.empty() || nullKeyRows_.back() != waitingCount_)) {
+      nullKeyRows_.push_back(waitingCount_);
+    }
     const std::size_t before = column.texts.size();
     appendCell(values[index], column.form, &column.texts);
     column.ends.push_back(column.texts.size());
@@ -251,7 +271,8 @@ OdbcStatement::Parameters ServerTableLoad::arraysOf(std::size_t first, std::size
 
 Status ServerTableLoad::send(std::size_t first, std::size_t count, Sent* sent) {
   if (Status status = checkConversation(); !status) return status;
-  if (Status status = statement_.runPrepared(sql_, arraysOf(first, count)); !status) return status;
+  if (Status status = statement_.runPrepared(sqlFor(first, count), arraysOf(first, count)); !status)
+    return status;
   Sent counted;
   if (!replaces_) {
     counted.rows = static_cast<std::int64_t>(count);
@@ -312,6 +333,7 @@ Status ServerTableLoad::settle(std::vector<Refusal>* refused) {
     column.texts.clear();
     column.ends.clear();
   }
+  nullKeyRows_.clear();
   waitingCount_ = 0;
   waitingBytes_ = 0;
   return {};

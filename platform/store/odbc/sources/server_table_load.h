@@ -57,6 +57,10 @@ class ServerTableLoad : public TableLoad {
   Status prepare(const LoadTarget& target, const ServerTable& table);
   void writeInsert(const LoadTarget& target, const ServerTable& table);
   Status writeReplacement(const LoadTarget& target, const ServerTable& table);
+  /// The statement that replaces rows. Where it finds `nulls` in keys as well, no index of the table's is of
+  /// use to it.
+  static std::string replacementSql(const LoadTarget& target, const ServerTable& table, bool nulls);
+  const std::string& sqlFor(std::size_t first, std::size_t count) const;
   OdbcStatement::Parameters arraysOf(std::size_t first, std::size_t count) const;
   Status send(std::size_t first, std::size_t count, Sent* sent);
   Status store(std::size_t first, std::size_t count, std::vector<Refusal>* refused);
@@ -73,6 +77,9 @@ class ServerTableLoad : public TableLoad {
   bool hasFailed_ = false;
   bool replaces_ = false;
   std::string sql_;
+  std::string sqlForNulls_;  // for rows of which some have a null in the key; empty when none can
+  std::vector<bool> isKey_;  // of each column
+  std::vector<std::size_t> nullKeyRows_;  // those that wait, in their order
   std::vector<WaitingColumn> columns_;
   std::size_t waitingCount_ = 0;
   std::size_t waitingBytes_ = 0;
