@@ -12,6 +12,7 @@
 #include "platform/store/exchange/import.h"
 #include "platform/store/sqlite/database_file.h"
 #include "tests/server/server_fixture.h"
+#include "tests/store/allocation_probe.h"
 #include "tests/store/cell_text.h"
 
 namespace store {
@@ -27,12 +28,15 @@ class Observer : public exchange::ImportObserver, public exchange::ExportObserve
   bool goesOn(std::int64_t) override { return true; }
   Status rejected(const exchange::Record& record, const std::string& reason) override {
     std::string fields;
-    for (const exchange::Field& field : record.fields) fields += std::string(field.text) + ",";
+    for (const exchange::Field& field : record.fields) {
+      if (keepsFields) fields += std::string(field.text) + ",";
+    }
     rejects.push_back(std::to_string(record.line) + ": " + fields + " " +
                       reason.substr(0, reason.find('\n')));
     return {};
   }
 
+  bool keepsFields = true;
   std::vector<std::string> rejects;
   std::function<bool()> whileStoring;
 };
@@ -334,6 +338,23 @@ TEST_F(ServerLoadTest, ARuleThatKeepsARecordOutIsTold) {
   EXPECT_EQ((std::vector<std::string>{"3: 2,b, A rule of the database left the record out."}),
             observer_.rejects);
   EXPECT_EQ("2", onServer("SELECT count(*) FROM t"));
+}
+
+TEST_F(ServerLoadTest, LargeRecordsThatAreRefusedAreNotAllKept) {
+  runOnServer("CREATE TABLE t (k integer PRIMARY KEY, v text)", database_);
+  open();
+  constexpr std::size_t kMegabyte = std::size_t{1} << 20;
+  std::string file = "k,v\n";
+  for (int number = 0; number < 40; ++number) file += "x," + std::string(kMegabyte, 'v') + "\n";
+  file += "1,good\n";
+  observer_.keepsFields = false;
+  testsupport::resetPeak();
+  const std::size_t before = testsupport::liveBytes();
+  import(file, exchange::ImportMode::goodRecords);
+  EXPECT_LT((testsupport::peakBytes() - before) / kMegabyte, 40u);
+  EXPECT_EQ(40, result_.leftOut);
+  EXPECT_EQ(1, result_.added);
+  EXPECT_EQ("2: ", observer_.rejects.front().substr(0, 3));
 }
 
 TEST_F(ServerLoadTest, ARuleThatIsLookedAtAtTheEndLeavesNothing) {

@@ -5,6 +5,7 @@
 #include "platform/store/rows/utf.h"
 #include "platform/store/sql/dialect.h"
 #include "tests/server/server_fixture.h"
+#include "tests/store/allocation_probe.h"
 #include "tests/store/rows/search_fixture.h"
 
 namespace store {
@@ -119,6 +120,45 @@ TEST_F(ServerSearchTest, RecordsOfALargeTableAreLeftToTheServer) {
   EXPECT_EQ(-3, search(*records, 1, u"needle", true)) << "behind the last";
   EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(20))
       << "row by row it takes minutes";
+}
+
+TEST_F(ServerSearchTest, OfManyRecordsThatMayBeWantedFewKeysAreThereAtATime) {
+  runOnServer("CREATE TABLE t (k integer PRIMARY KEY, a text)", database_);
+  runOnServer("CREATE TABLE w (k text PRIMARY KEY, a text)", database_);
+  // The server can't tell whether those with other letters are wanted.
+  runOnServer(
+      "INSERT INTO t SELECT i, CASE WHEN i > 99000 THEN 'Needle' ELSE '\u00e9' END FROM "
+      "generate_series(1, 100000) i",
+      database_);
+  runOnServer("INSERT INTO w SELECT 'key ' || to_char(k, '000000'), a FROM t", database_);
+  open();
+  for (const char* table : {"t", "w"}) {
+    const auto records = this->records(table, SourceKind::table);
+    ASSERT_NE(nullptr, records);
+    // All keys are there afterwards.
+    ASSERT_TRUE(records->moveLast());
+    EXPECT_EQ("Needle", textOf(*records, 1));
+    int questions = 0;
+    bool isStopped = false;
+    backend_->askWhileBusy([&](Busy) {
+      ++questions;
+      return isStopped;
+    });
+    testsupport::resetPeak();
+    const std::size_t before = testsupport::liveBytes();
+    EXPECT_EQ(99001, search(*records, 98990, u"needle", false)) << table;
+    EXPECT_LT(testsupport::peakBytes() - before, std::size_t{4} << 20) << table;
+    EXPECT_GE(questions, 5) << table;
+    isStopped = true;
+    ASSERT_TRUE(records->setPosition(1));
+    TextSearch search(*records, {1}, TextNeedle(u"needle", &oddFolding()), texts_);
+    std::int64_t passed = 0;
+    const Status status =
+        search.passOver(INT64_MAX, RowScan::Clock::now() + std::chrono::minutes(1), &passed);
+    EXPECT_EQ(ErrorCode::stopped, status.code()) << table;
+    backend_->askWhileBusy({});
+    EXPECT_EQ("100000", columnOf("SELECT count(*) FROM t")) << "the transaction of the search is over";
+  }
 }
 
 TEST_F(ServerSearchTest, ARecordThatWasChangedOrDeletedMeanwhileIsNotFound) {

@@ -12,6 +12,7 @@ constexpr std::int64_t kRecordsBetweenLooks = 1024;
 constexpr std::size_t kMostShown = 40;
 /// Records that wait to be told of, when none of them goes to the load.
 constexpr std::size_t kMostWaiting = 10'000;
+constexpr std::size_t kMostWaitingBytes = std::size_t{8} << 20;
 
 /// A text of the file as a message shows it.
 std::string shown(std::string_view text) {
@@ -101,7 +102,8 @@ Status Import::take(const RecordReader& reader) {
   // They are told in the order of the file.
   if (reason_.empty()) loaded_.push_back(waiting_.count());
   waiting_.keep(reader.record(), reason_);
-  return load_.isFull() || waiting_.count() >= kMostWaiting ? settle() : Status();
+  const bool isMuch = waiting_.count() >= kMostWaiting || waiting_.byteCount() >= kMostWaitingBytes;
+  return load_.isFull() || isMuch ? settle() : Status();
 }
 
 Status Import::settle() {

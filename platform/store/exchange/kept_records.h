@@ -15,6 +15,8 @@ class KeptRecords {
   void keep(const Record& record, const std::string& problem);
 
   std::size_t count() const { return records_.size(); }
+  /// The length of all their fields.
+  std::size_t byteCount() const { return bytes_.size(); }
   /// Why it can't be taken; empty when it can.
   std::string& problem(std::size_t index) { return records_[index].problem; }
   /// Its fields are valid until anything else is kept.

@@ -1,6 +1,8 @@
 #include "platform/store/odbc/sources/candidate_scan.h"
 
-#include "platform/store/odbc/driver/answer.h"
+#include <algorithm>
+
+#include "platform/store/odbc/sources/key_blocks.h"
 
 namespace store {
 
@@ -12,28 +14,54 @@ constexpr std::size_t kKeysBetweenLooks = 4096;
 }  // namespace
 
 Status CandidateScan::readCandidates() {
-  OdbcStatement statement(connection_);
-  if (Status status = statement.run(sql_); !status) return status;
-  if (isTupleKeyed_) {
-    Answer answer;
-    if (Status status = takeRows(statement, &answer); !status) return status;
-    for (const AnswerRow& row : answer) {
-      std::vector<Value> values;
-      for (const std::optional<std::string>& text : row) values.emplace_back(text.value_or(""));
-      tuples_.insert(bookmarkOf(values));
-    }
-  } else {
-    std::vector<std::int64_t> numbers;
-    if (Status status = statement.readIntegers(&numbers); !status) return status;
-    numbers_.insert(numbers.begin(), numbers.end());
+  bool isWhole = false;
+  if (Status status = readFew(&isWhole); !status) return status;
+  if (!isWhole) {
+    if (Status status = readMany(); !status) return status;
   }
+  std::sort(hashes_.begin(), hashes_.end());
   isRead_ = true;
   return {};
 }
 
+/// Reads them when they are few. The limit stands outside, where it is no reason for the server to look for
+/// the first of them instead of for all of them with all of its processors.
+Status CandidateScan::readFew(bool* isWhole) {
+  OdbcStatement statement(connection_);
+  KeySet block(kind());
+  Status status =
+      statement.run("WITH quivane_candidates AS MATERIALIZED (" + sql_ +
+                    ") SELECT * FROM quivane_candidates LIMIT " + std::to_string(kKeysAtOnce + 1));
+  if (status) status = takeKeys(statement, &block);
+  if (!status) return status;
+  *isWhole = block.count() <= kKeysAtOnce;
+  if (*isWhole) add(block);
+  return {};
+}
+
+/// Reads them block after block. Whoever waits for them is asked between.
+Status CandidateScan::readMany() {
+  hashes_.clear();
+  ReadTransaction transaction(connection_);
+  if (Status status = transaction.begin(); !status) return status;
+  if (Status status = declareKeys(connection_, sql_); !status) return status;
+  Status status;
+  const auto isOver = [&](std::chrono::milliseconds /*time*/) {
+    KeySet block(kind());
+    status = fetchKeys(connection_, kKeysAtOnce, &block);
+    add(block);
+    return !status || block.count() == 0;
+  };
+  Status waited = connection_.wait(isOver);
+  return waited ? status : waited;
+}
+
+void CandidateScan::add(const KeySet& block) {
+  for (std::size_t index = 0; index < block.count(); ++index) hashes_.push_back(block.hashAt(index));
+}
+
 bool CandidateScan::isCandidate(const KeySet& keys, std::size_t index) const {
-  return isTupleKeyed_ ? tuples_.contains(bookmarkOf(keys.keyAt(index)))
-                       : numbers_.contains(keys.rowIdAt(index));
+  return std::binary_search(hashes_.begin(), hashes_.end(), keys.hashAt(index));
 }
 
 Status CandidateScan::passOver(const KeySet& keys, std::size_t first, std::size_t last,

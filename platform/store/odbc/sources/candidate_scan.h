@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
-#include <unordered_set>
+#include <vector>
 
 #include "platform/store/odbc/driver/odbc_connection.h"
 #include "platform/store/rows/backend.h"
@@ -28,6 +28,10 @@ class CandidateScan : public RowScan {
 
  private:
   Status readCandidates();
+  Status readFew(bool* isWhole);
+  Status readMany();
+  void add(const KeySet& block);
+  KeySet::Kind kind() const { return isTupleKeyed_ ? KeySet::Kind::tuple : KeySet::Kind::rowId; }
   bool isCandidate(const KeySet& keys, std::size_t index) const;
 
   OdbcConnection& connection_;
@@ -35,8 +39,8 @@ class CandidateScan : public RowScan {
   std::string sql_;
   bool isTupleKeyed_;
   bool isRead_ = false;
-  std::unordered_set<std::int64_t> numbers_;
-  std::unordered_set<std::string> tuples_;  // as bookmarks
+  // Of the candidates' keys, in growing order: what else has the hash of one is tested in vain.
+  std::vector<std::uint64_t> hashes_;
 };
 
 }  // namespace store

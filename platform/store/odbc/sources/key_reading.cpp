@@ -9,6 +9,7 @@
 
 #include "platform/store/odbc/driver/answer.h"
 #include "platform/store/odbc/driver/call_thread.h"
+#include "platform/store/odbc/sources/key_blocks.h"
 #include "platform/store/sql/dialect.h"
 
 namespace store {
@@ -18,65 +19,8 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr std::size_t kFirstKeys = 1000;
-constexpr std::size_t kKeysAtOnce = 20000;
 // A server that is alive ends a statement at once when it is told to.
 constexpr auto kEndPatience = 3s;
-
-/// A transaction that is taken back at its end.
-class ReadTransaction {
- public:
-  explicit ReadTransaction(OdbcConnection& connection) : connection_(connection) {}
-  ~ReadTransaction() {
-    if (!isOpen_ || connection_.session() == nullptr) return;
-    OdbcStatement rollback(connection_);
-    // What follows must not be a part of it.
-    if (!rollback.run("ROLLBACK")) connection_.lose();
-  }
-  ReadTransaction(const ReadTransaction&) = delete;
-  ReadTransaction& operator=(const ReadTransaction&) = delete;
-
-  /// All that it reads is of one moment.
-  Status begin() {
-    OdbcStatement statement(connection_);
-    Status status = statement.run("BEGIN ISOLATION LEVEL REPEATABLE READ READ ONLY");
-    isOpen_ = static_cast<bool>(status);
-    return status;
-  }
-
- private:
-  OdbcConnection& connection_;
-  bool isOpen_ = false;
-};
-
-Status runOn(OdbcConnection& connection, const std::string& sql) {
-  OdbcStatement statement(connection);
-  return statement.run(sql);
-}
-
-Status declareKeys(OdbcConnection& connection, const KeyReading::Statements& statements) {
-  return runOn(connection, "DECLARE quivane_keys NO SCROLL CURSOR FOR " + statements.keys);
-}
-
-/// Appends the next keys, up to `most`.
-Status fetchKeys(OdbcConnection& connection, std::size_t most, KeySet* keys) {
-  OdbcStatement fetch(connection);
-  Status status = fetch.run("FETCH FORWARD " + std::to_string(most) + " FROM quivane_keys");
-  if (!status) return status;
-  if (keys->kind() == KeySet::Kind::rowId) {
-    std::vector<std::int64_t> numbers;
-    if (status = fetch.readIntegers(&numbers); !status) return status;
-    for (const std::int64_t number : numbers) keys->append(number);
-    return {};
-  }
-  Answer answer;
-  if (status = takeRows(fetch, &answer); !status) return status;
-  for (const AnswerRow& row : answer) {
-    std::vector<Value> values;
-    for (const std::optional<std::string>& text : row) values.emplace_back(text.value_or(""));
-    keys->append(values);
-  }
-  return {};
-}
 
 }  // namespace
 
@@ -188,11 +132,12 @@ class KeyReading::Background {
     }
 
     Status begin() {
-      Status status = runOn(*connection_, "BEGIN ISOLATION LEVEL REPEATABLE READ READ ONLY");
-      if (status) status = runOn(*connection_, "SET TRANSACTION SNAPSHOT " + quotedText(snapshot_));
-      if (status) status = declareKeys(*connection_, statements_);
+      Status status = runStatement(*connection_, "BEGIN ISOLATION LEVEL REPEATABLE READ READ ONLY");
+      if (status) status = runStatement(*connection_, "SET TRANSACTION SNAPSHOT " + quotedText(snapshot_));
+      if (status) status = declareKeys(*connection_, statements_.keys);
       if (status)
-        status = runOn(*connection_, "MOVE FORWARD " + std::to_string(kFirstKeys) + " IN quivane_keys");
+        status =
+            runStatement(*connection_, "MOVE FORWARD " + std::to_string(kFirstKeys) + " IN quivane_keys");
       if (!status) return status;
       const std::lock_guard<std::mutex> lock(mutex_);
       hasBegun_ = hasSnapshot_ = true;
@@ -245,7 +190,7 @@ Status KeyReading::begin(KeySet* keys, std::size_t* count) {
 Status KeyReading::readFirst(KeySet* keys, std::size_t* count, bool* isWhole) {
   ReadTransaction transaction(connection_);
   if (Status status = transaction.begin(); !status) return status;
-  if (Status status = declareKeys(connection_, statements_); !status) return status;
+  if (Status status = declareKeys(connection_, statements_.keys); !status) return status;
   if (Status status = fetchKeys(connection_, kFirstKeys, keys); !status) return status;
   if (keys->count() < kFirstKeys) {
     *count = keys->count();
@@ -271,7 +216,7 @@ Status KeyReading::readAll(KeySet* keys) {
   KeySet read(statements_.kind);
   ReadTransaction transaction(connection_);
   if (Status status = transaction.begin(); !status) return status;
-  if (Status status = declareKeys(connection_, statements_); !status) return status;
+  if (Status status = declareKeys(connection_, statements_.keys); !status) return status;
   for (bool isAtEnd = false; !isAtEnd;) {
     const std::size_t before = read.count();
     if (Status status = fetchKeys(connection_, kKeysAtOnce, &read); !status) return status;
