@@ -105,8 +105,13 @@ Status ServerCatalogue::learn() {
       const std::string schema = textOf(row[2]);
       const std::string reference =
           isVisible ? quotedName(name) : quotedName(schema) + "." + quotedName(name);
+      const std::string id = textOf(row[0]);
+      std::string itself =
+          id + " AND c.relname = " + quotedText(name) +
+          " AND c.relnamespace = (SELECT n.oid FROM pg_catalog.pg_namespace n WHERE n.nspname = " +
+          quotedText(schema) + ") AND pg_catalog.pg_table_is_visible(c.oid) = " + textOf(row[3]);
       tables.emplace(isVisible ? name : schema + "." + name,
-                     KnownTable{std::stoll(textOf(row[0])), reference});
+                     KnownTable{std::stoll(id), reference, std::move(itself)});
     }
   }
   tables_ = std::move(tables);
@@ -129,8 +134,8 @@ Status ServerCatalogue::find(std::string_view name, std::string* foundName, Know
     if (Status status = learn(); !status) return status;
   }
   const auto* table = look(name);
-  if (table == nullptr && wasKnown) {
-    // It may have been made since.
+  if (wasKnown && (table == nullptr || table->first != name)) {
+    // It may have been made since, beside one whose name has other letter cases.
     if (Status status = learn(); !status) return status;
     table = look(name);
   }
@@ -149,17 +154,15 @@ Status ServerCatalogue::readTable(std::string_view name, std::optional<ServerTab
   table->reset();
   if (!isFound) return {};
   Answer answer;
-  if (Status status = ask(connection_, kTable + std::to_string(known.id), {}, &answer); !status)
-    return status;
+  if (Status status = ask(connection_, kTable + known.itself, {}, &answer); !status) return status;
   if (answer.empty()) {
-    // It was dropped, and another one may have been made under its name.
+    // It was dropped or renamed, and another one may have been made under its name.
     if (Status status = learn(); !status) return status;
     const auto* other = look(name);
     if (other == nullptr) return {};
     read.name = other->first;
     known = other->second;
-    if (Status status = ask(connection_, kTable + std::to_string(known.id), {}, &answer); !status)
-      return status;
+    if (Status status = ask(connection_, kTable + known.itself, {}, &answer); !status) return status;
     if (answer.empty()) return {};
   }
   read.id = known.id;

@@ -74,6 +74,7 @@ class ServerCatalogue : public NameSource {
   struct KnownTable {
     std::int64_t id = 0;
     std::string reference;
+    std::string itself;  // behind "c.oid = " of pg_class c: as long as the table has this name
   };
 
   Status learn();

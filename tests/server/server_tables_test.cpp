@@ -1,0 +1,71 @@
+// Tables that other programs make and rename while the database is open.
+#include "tests/server/server_fixture.h"
+
+namespace store {
+namespace {
+
+class ServerTablesTest : public StoreTest {
+ protected:
+  std::string onServer(const std::string& sql) { return OtherProgram(path_).ask(sql); }
+  /// The second column of all records; only what the statement names is looked up.
+  std::string secondColumn(std::string_view select) {
+    const std::unique_ptr<Recordset> rows = records(select);
+    return rows ? columnOf(*rows, 1) : "(failed)";
+  }
+};
+
+TEST_F(ServerTablesTest, ATableThatTookTheNameOfARenamedOneIsKnownByItsOwnKeyAndColumns) {
+  runOnServer("CREATE TABLE t (a integer PRIMARY KEY, b text)", database_);
+  runOnServer("INSERT INTO t VALUES (1, 'former')", database_);
+  open();
+  EXPECT_EQ("former", secondColumn("Select * from [t]"));
+  runOnServer("ALTER TABLE t RENAME TO t_old", database_);
+  runOnServer("CREATE TABLE t (b integer PRIMARY KEY, a integer)", database_);
+  runOnServer("INSERT INTO t VALUES (1, 7), (2, 7)", database_);
+  const auto rows = records("Select * from [t]");
+  ASSERT_NE(nullptr, rows);
+  ASSERT_EQ(2u, rows->columns().size());
+  EXPECT_EQ("b", rows->columns()[0].name);
+  ASSERT_TRUE(rows->setValue(1, std::int64_t{8}));
+  const Status status = rows->update();
+  EXPECT_TRUE(status) << status.message();
+  EXPECT_EQ("1 8, 2 7", onServer("SELECT string_agg(b || ' ' || a, ', ' ORDER BY b) FROM t"));
+  TableSchema schema;
+  ASSERT_TRUE(backend_->describeTable("t", &schema));
+  ASSERT_EQ(2u, schema.columns.size());
+  EXPECT_EQ(1, schema.columns[0].keyPosition);
+}
+
+TEST_F(ServerTablesTest, ATableMadeMeanwhileIsNotTakenForOneWithOtherLetterCases) {
+  runOnServer("CREATE TABLE people (k integer PRIMARY KEY, v text)", database_);
+  runOnServer("INSERT INTO people VALUES (1, 'small')", database_);
+  open();
+  EXPECT_EQ("small", secondColumn("Select * from [People]"))
+      << "in any letter case as long as there is one alone";
+  runOnServer("CREATE TABLE \"People\" (k integer PRIMARY KEY, v text)", database_);
+  runOnServer("INSERT INTO \"People\" VALUES (1, 'large')", database_);
+  EXPECT_EQ("large", secondColumn("Select * from [People]"));
+  EXPECT_EQ("small", secondColumn("Select * from [people]"));
+  run("DROP TABLE 'People'");
+  EXPECT_EQ("people", onServer("SELECT string_agg(relname, ' ') FROM pg_class WHERE relname ILIKE 'people'"));
+}
+
+TEST_F(ServerTablesTest, ATableHiddenByOneOfAnotherSchemaMeanwhileIsNotTakenForIt) {
+  runOnServer("CREATE TABLE t (a integer PRIMARY KEY, b text)", database_);
+  runOnServer("INSERT INTO t VALUES (1, 'public')", database_);
+  open();
+  EXPECT_EQ("public", secondColumn("Select * from [t]"));
+  // The schema that is called like its user comes first.
+  runOnServer("CREATE SCHEMA quivane CREATE TABLE t (b text, a integer, c text PRIMARY KEY)", database_);
+  runOnServer("INSERT INTO quivane.t VALUES ('own', 1, 'x'), ('own', 1, 'y')", database_);
+  const auto rows = records("Select * from [t]");
+  ASSERT_NE(nullptr, rows);
+  ASSERT_EQ(3u, rows->columns().size());
+  ASSERT_TRUE(rows->setValue(0, std::string("changed")));
+  ASSERT_TRUE(rows->update());
+  EXPECT_EQ("changed own", onServer("SELECT string_agg(b, ' ' ORDER BY c) FROM quivane.t"));
+  EXPECT_EQ("public", onServer("SELECT b FROM public.t"));
+}
+
+}  // namespace
+}  // namespace store
