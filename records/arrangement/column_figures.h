@@ -22,8 +22,9 @@ enum class ServerValues { whole, real, text, bytes };
 std::wstring serverFiguresSql(std::wstring_view sql, std::wstring_view field, ColumnKind kind,
                               ServerValues values);
 
-/// Has the values that such a statement has given look as those of a file: sum and mean have fifteen digits.
-void writeFiguresAsFilesDo(ColumnKind kind, std::vector<std::wstring>& values);
+/// Has the values that such a statement has given look as those of a file: sum and mean have fifteen digits,
+/// but for the sum of decimals, which no file has and which is exact.
+void writeFiguresAsFilesDo(ColumnKind kind, ServerValues serverValues, std::vector<std::wstring>& values);
 
 /// Lines for the user. `values` are the texts of the fields of that record. Whole numbers are added up
 /// exactly, whatever comes of it.

@@ -32,10 +32,20 @@ std::wstring realFigures(const std::wstring& name) {
          L"), min(" + text + L"), max(" + text + L")";
 }
 
-/// By their letters' numbers, whatever the order of the server's language is.
+/// Texts by their letters' numbers, whatever the order of the server's language is. Types that the handheld
+/// lacks are texts here, and some of them numbers all the same: the server tells.
 std::wstring textFigures(const std::wstring& name, const std::wstring& from) {
   const std::wstring text = L"CAST(" + name + L" AS text)";
-  std::wstring all = L"count(NULLIF(" + text + L", '')), 0, 0, 0, 0, NULL, NULL, NULL, NULL";
+  const std::wstring type = L"CAST(pg_typeof(" + name + L") AS text)";
+  const std::wstring whole = L"CAST(CASE WHEN " + type + L" = 'bigint' THEN " + text + L" END AS bigint)";
+  const std::wstring decimal = L"CAST(CASE WHEN " + type + L" = 'numeric' AND " + text +
+                               L" NOT IN ('NaN', 'Infinity', '-Infinity') THEN " + text + L" END AS numeric)";
+  const std::wstring number = L"coalesce(CAST(" + whole + L" AS numeric), " + decimal + L")";
+  std::wstring all = L"count(NULLIF(" + text + L", '')), count(" + whole + L"), sum(" + whole +
+                     L" >> 32), sum(" + whole + L" & 4294967295), count(" + decimal + L")";
+  for (const wchar_t* function : {L"sum", L"avg", L"min", L"max"}) {
+    all += std::wstring(L", CAST(") + function + L"(" + number + L") AS text)";
+  }
   for (const wchar_t* direction : {L"", L" DESC"}) {
     all += L", (SELECT " + text + from + L" WHERE " + name + L" IS NOT NULL ORDER BY convert_to(upper(" +
            text + L"), 'UTF8')" + direction + L" LIMIT 1)";
@@ -87,7 +97,8 @@ std::wstring serverFiguresSql(std::wstring_view sql, std::wstring_view field, Co
   return {};
 }
 
-void writeFiguresAsFilesDo(ColumnKind kind, std::vector<std::wstring>& values) {
+void writeFiguresAsFilesDo(ColumnKind kind, ServerValues serverValues, std::vector<std::wstring>& values) {
   if (kind != ColumnKind::values || values.size() < kValuesCount) return;
-  for (const std::size_t place : {kSum, kMean}) values[place] = fifteenDigits(values[place]);
+  if (serverValues != ServerValues::text) values[kSum] = fifteenDigits(values[kSum]);
+  values[kMean] = fifteenDigits(values[kMean]);
 }

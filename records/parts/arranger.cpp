@@ -212,9 +212,9 @@ void Arranger::calculate(std::uint32_t field) const {
   const std::wstring name = document().fieldName(field).text();
   const bool isServers = database().isServers();
   const std::wstring shown = wanted().sqlText().text();
+  const ServerValues kept = serverValues(document().fieldType(field));
   const std::wstring sql =
-      isServers ? serverFiguresSql(shown, name, kind, serverValues(document().fieldType(field)))
-                : figuresSql(shown, name, kind);
+      isServers ? serverFiguresSql(shown, name, kind, kept) : figuresSql(shown, name, kind);
   std::vector<std::wstring> values;
   const Outcome read = readFigures(String(sql.c_str()), values);
   if (read.cause() == Outcome::Cause::stopped) return;
@@ -222,7 +222,7 @@ void Arranger::calculate(std::uint32_t field) const {
     tellFailure(L"The column could not be calculated.", read.reason());
     return;
   }
-  if (isServers) writeFiguresAsFilesDo(kind, values);
+  if (isServers) writeFiguresAsFilesDo(kind, kept, values);
   for (std::wstring& value : values) value = beginningOf(std::move(value));
   const std::wstring text = L"Column '" + name + L"'\n\n" + figuresText(kind, values);
   pages().prompts.tell(PromptOwner::mainWindow, Notice::remark, text.c_str());

@@ -80,7 +80,7 @@ class ServerFiguresTest : public StoreTest {
   std::string onServer(const std::wstring& field, ColumnKind kind, ServerValues values,
                        const std::wstring& sql = L"Select * from [T]") {
     std::vector<std::wstring> row = rowOf(*backend_, serverFiguresSql(sql, field, kind, values));
-    writeFiguresAsFilesDo(kind, row);
+    writeFiguresAsFilesDo(kind, values, row);
     return narrow(figuresText(kind, row));
   }
   std::string inFile(const std::wstring& field, ColumnKind kind,
@@ -158,12 +158,30 @@ TEST_F(ServerFiguresTest, WhatIsNoNumberIsCountedApart) {
       onServer(L"v", ColumnKind::values, ServerValues::real, L"Select * from [odd]"));
 }
 
-TEST_F(ServerFiguresTest, TypesThatOnlyTheServerHasAreTexts) {
-  runOnServer("CREATE TABLE odd (k integer PRIMARY KEY, v numeric, u uuid)", database_);
-  runOnServer("INSERT INTO odd VALUES (1, 9.50, NULL), (2, 10, 'a0eebc99-9c0b-4ef8-bb6d-6bb9bd380a11')",
-              database_);
-  EXPECT_EQ("Records: 2\nNot empty: 2\nLeast: 10\nGreatest: 9.50",
-            onServer(L"v", ColumnKind::values, ServerValues::text, L"Select * from [odd]"));
+// Both are texts to the components.
+TEST_F(ServerFiguresTest, NumbersOfSixtyFourBitsAndDecimalsAreNumbers) {
+  runOnServer("CREATE TABLE odd (k integer PRIMARY KEY, b bigint, n numeric)", database_);
+  runOnServer(
+      "INSERT INTO odd VALUES (1, 9, 9.50), (2, 10, 10), (3, -9223372036854775808, 12345678901234567890.25), "
+      "(4, NULL, NULL)",
+      database_);
+  const std::wstring sql = L"Select * from [odd]";
+  EXPECT_EQ(
+      "Records: 4\nNot empty: 3\nSum: -9223372036854775789\nMean: -3.07445734561826e+18\n"
+      "Least: -9223372036854775808\nGreatest: 10",
+      onServer(L"b", ColumnKind::values, ServerValues::text, sql));
+  EXPECT_EQ(
+      "Records: 4\nNot empty: 3\nSum: 12345678901234567909.75\nMean: 4.11522630041152e+18\nLeast: 9.50\n"
+      "Greatest: 12345678901234567890.25",
+      onServer(L"n", ColumnKind::values, ServerValues::text, sql));
+  runOnServer("INSERT INTO odd VALUES (5, 1, 'NaN')", database_);
+  EXPECT_EQ("Records: 2\nNot empty: 2\nNot numbers: 1\nSum: 10\nMean: 10.0\nLeast: 10\nGreatest: 10",
+            onServer(L"n", ColumnKind::values, ServerValues::text, sql + L" WHERE k IN (2, 5)"));
+}
+
+TEST_F(ServerFiguresTest, OtherTypesThatOnlyTheServerHasAreTexts) {
+  runOnServer("CREATE TABLE odd (k integer PRIMARY KEY, u uuid)", database_);
+  runOnServer("INSERT INTO odd VALUES (1, NULL), (2, 'a0eebc99-9c0b-4ef8-bb6d-6bb9bd380a11')", database_);
   EXPECT_EQ(
       "Records: 2\nNot empty: 1\nLeast: a0eebc99-9c0b-4ef8-bb6d-6bb9bd380a11\nGreatest: "
       "a0eebc99-9c0b-4ef8-bb6d-6bb9bd380a11",

@@ -90,6 +90,31 @@ TEST_F(ServerRowsTest, ATextThatTheFieldCannotTakeIsRefusedAndNothingChanges) {
   EXPECT_EQ("1.0 abc 2001-03-09", onServer("SELECT n || ' ' || v || ' ' || d FROM t"));
 }
 
+TEST_F(ServerRowsTest, WhatIsANumberToTheServerAloneIsOrderedAsOne) {
+  runOnServer("CREATE TABLE o (k integer PRIMARY KEY, b bigint, n numeric, i interval, t text)", database_);
+  runOnServer(
+      "INSERT INTO o VALUES (1, 9, 9.5, '2 days', 'b'), (2, 10, 10, '1 mon', 'A'), (3, -1, 1e3, '3:00', 'c')",
+      database_);
+  open();
+  EXPECT_EQ("3 1 2", columnOf("Select * from [o] ORDER BY quivane_fold([b])"));
+  EXPECT_EQ("3 2 1", columnOf("Select * from [o] ORDER BY quivane_fold([n]) DESC"));
+  EXPECT_EQ("3 1 2", columnOf("Select * from [o] ORDER BY quivane_fold([i])"));
+  EXPECT_EQ("2 1 3", columnOf("Select * from [o] ORDER BY quivane_fold([t]), quivane_fold([n])"));
+  EXPECT_EQ("1 2", columnOf("SELECT * FROM (SELECT k, n FROM o WHERE b > 0\n) ORDER BY quivane_fold([n])"));
+}
+
+TEST_F(ServerRowsTest, ANumberWithDecimalsOfAnySizeEqualsTheOneThatIsShown) {
+  runOnServer("CREATE TABLE r (k integer PRIMARY KEY, s real, d double precision)", database_);
+  runOnServer("INSERT INTO r VALUES (1, 0.1, 0.1), (2, -3.1415927, -3.1415926535), (3, 1e30, 1e300)",
+              database_);
+  open();
+  for (const char* condition : {"[s] = 0.10000000000000001", "[d] = 0.1", "[s] >= 0.1 AND [s] < 1"})
+    EXPECT_EQ("1", columnOf(std::string("Select * from [r] WHERE ") + condition)) << condition;
+  EXPECT_EQ("2", columnOf("Select * from [r] WHERE [s] = -3.1415926999999999"));
+  EXPECT_EQ("3", columnOf("Select * from [r] WHERE [s] = 1e+30"));
+  EXPECT_EQ("1 2 3", columnOf("Select * from [r] WHERE [s] < 1e300"));
+}
+
 TEST_F(ServerRowsTest, ATableWithoutAKeyIsReadOnlyAndItsFieldsSaySo) {
   runOnServer("CREATE TABLE loose (a integer, b text)", database_);
   runOnServer("INSERT INTO loose SELECT i, 'row ' || i FROM generate_series(1, 600) i", database_);

@@ -9,12 +9,20 @@
 
 namespace store {
 
-/// Books (Title, Pages, InPrint of booleans, "order"), members (id, name), and sales.orders (Number).
+/// Books (Title, Pages, InPrint of booleans, "order", Price of decimals, Weight of singles), members (id,
+/// name), and sales.orders (Number).
 class KnownNames : public NameSource {
  public:
   Status findTable(std::string_view name, std::optional<NamedTable>* table) override {
     static const std::vector<NamedTable> kTables = {
-        {"Books", "\"Books\"", {{"Title"}, {"Pages"}, {"InPrint", true}, {"order"}}},
+        {"Books",
+         "\"Books\"",
+         {{"Title"},
+          {"Pages"},
+          {"InPrint", NamedTable::Values::truth},
+          {"order"},
+          {"Price", NamedTable::Values::measured},
+          {"Weight", NamedTable::Values::single}}},
         {"members", "\"members\"", {{"id"}, {"name"}}},
         {"sales.orders", "\"sales\".\"orders\"", {{"Number"}}},
     };

@@ -39,6 +39,24 @@ TEST(ServerStatementTest, AKeywordStaysOneThoughAColumnIsCalledSo) {
             forServer("SELECT [order] FROM Books ORDER BY \"order\""));
 }
 
+TEST(ServerStatementTest, WhatHasAnOrderOfItsOwnIsOrderedByIt) {
+  EXPECT_EQ("Select * from \"Books\" ORDER BY (\"Price\") DESC, upper(CAST(\"Title\" AS text))",
+            forServer("Select * from [Books] ORDER BY quivane_fold([Price]) DESC, quivane_fold([Title])"));
+  EXPECT_EQ("SELECT * FROM (SELECT \"Price\" FROM \"Books\" ORDER BY 1) AS quivane_3 ORDER BY (\"Price\")",
+            forServer("SELECT * FROM (SELECT Price FROM Books ORDER BY 1) ORDER BY quivane_fold([Price])"));
+  EXPECT_EQ("Select * from \"Books\" WHERE upper(CAST(\"Price\" AS text)) = upper(CAST('9.50' AS text))",
+            forServer("Select * from [Books] WHERE quivane_fold([Price]) = quivane_fold('9.50')"));
+  EXPECT_EQ("Select * from \"Books\" ORDER BY upper(CAST(\"Price\" || 'x' AS text))",
+            forServer("Select * from [Books] ORDER BY quivane_fold([Price] || 'x')"));
+}
+
+TEST(ServerStatementTest, ANumberBesideSinglesIsOneOfThem) {
+  EXPECT_EQ("SELECT * FROM \"Books\" WHERE \"Weight\" = CAST(0.1 AS real) AND \"Pages\" = 0.1",
+            forServer("SELECT * FROM Books WHERE [Weight] = 0.1 AND Pages = 0.1"));
+  EXPECT_EQ("SELECT * FROM \"Books\" WHERE \"Weight\" >= -CAST(0.1 AS real) OR \"Weight\" < 1e300",
+            forServer("SELECT * FROM Books WHERE weight >= -0.1 OR weight < 1e300"));
+}
+
 TEST(ServerStatementTest, ATableOfAnotherSchemaIsCalledByBoth) {
   EXPECT_EQ("Select * from \"sales\".\"orders\"", forServer("Select * from [sales.orders]"));
   EXPECT_EQ("Select * from \"sales\".\"orders\" where \"Number\" = 1",

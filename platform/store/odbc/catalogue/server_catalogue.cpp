@@ -50,6 +50,12 @@ const std::string kReferences =
     "JOIN pg_catalog.pg_attribute oa ON oa.attrelid = k.confrelid AND oa.attnum = k.confkey[1] "
     "WHERE k.contype = 'f' AND pg_catalog.cardinality(k.conkey) = 1 AND k.conrelid = ";
 
+NamedTable::Values valuesOf(std::string_view typeName) {
+  if (typeName == "bool") return NamedTable::Values::truth;
+  if (typeName == "float4") return NamedTable::Values::single;
+  return isMeasured(typeName) ? NamedTable::Values::measured : NamedTable::Values::others;
+}
+
 bool isTrue(const std::optional<std::string>& text) {
   return text && text->starts_with('t');
 }
@@ -191,6 +197,7 @@ Status ServerCatalogue::readColumns(ServerTable* table) {
     column.castType = textOf(row[2]);
     const std::string base = textOf(row[7]);
     column.type = serverTypeOf(textOf(row[3]), base.empty() || base == "-" ? column.spelledType : base);
+    column.values = valuesOf(textOf(row[3]));
     column.notNull = isTrue(row[4]);
     column.isWritable = isTrue(row[5]);
     column.keyPosition = std::stoi(textOf(row[6]));
@@ -229,7 +236,7 @@ Status ServerCatalogue::findTable(std::string_view name, std::optional<NamedTabl
   if (read) {
     made = {.name = read->name, .reference = read->reference, .columns = {}};
     for (const ServerColumn& column : read->columns) {
-      made.columns.push_back({column.name, column.type.form == ValueForm::boolean});
+      made.columns.push_back({column.name, column.values});
     }
   }
   if (made.name.empty()) {

@@ -20,6 +20,7 @@ struct ServerColumn {
   std::string spelledType;  ///< for people: "character varying(20)"
   std::string castType;     ///< for a cast, quoted and without a size, so that the cast cuts nothing off
   ServerType type;
+  NamedTable::Values values = NamedTable::Values::others;
   int keyPosition = 0;  ///< 1-based place in the primary key
   bool notNull = false;
   bool isWritable = false;  ///< by this user, and not computed by the server

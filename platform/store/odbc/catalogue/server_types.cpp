@@ -1,5 +1,6 @@
 #include "platform/store/odbc/catalogue/server_types.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>
@@ -87,6 +88,12 @@ ServerType serverTypeOf(std::string_view name, std::string_view spelled) {
   }
   const bool hasSize = (name == "varchar" || name == "bpchar") && spelled.find('(') != std::string_view::npos;
   return {fieldTypeOf(hasSize ? spelled : std::string_view("text")), ValueForm::text};
+}
+
+bool isMeasured(std::string_view name) {
+  constexpr std::array<std::string_view, 8> kNames{"int8",   "numeric", "money", "interval",
+                                                   "timetz", "inet",    "cidr",  "timestamptz"};
+  return std::find(kNames.begin(), kNames.end(), name) != kNames.end();
 }
 
 std::string_view valueTypeOf(const ServerType& type) {

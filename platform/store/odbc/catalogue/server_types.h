@@ -29,6 +29,10 @@ struct ServerType {
 /// arrays, enumerations) is a text, as the server writes it, so that nothing is lost.
 ServerType serverTypeOf(std::string_view name, std::string_view spelled);
 
+/// Whether the values are no texts to the server, though they are to the components: they have an order of
+/// their own (10 behind 9.5).
+bool isMeasured(std::string_view name);
+
 /// The type of the components' vocabulary by whose rules values for one of the server's are read from a file:
 /// text for all that the server alone can judge.
 std::string_view valueTypeOf(const ServerType& type);

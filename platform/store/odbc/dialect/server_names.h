@@ -15,9 +15,16 @@ inline constexpr std::string_view kHiddenKey = "quivane_row";
 
 /// A table or view as statements name it.
 struct NamedTable {
+  /// What statements have to know of a column's values.
+  enum class Values {
+    others,
+    truth,
+    single,    ///< numbers with decimals of 32 bits: what is compared with them has to be such a number, too
+    measured,  ///< texts to the components, which the server orders by what they say: numbers and the like
+  };
   struct Column {
     std::string name;
-    bool isBoolean = false;
+    Values values = Values::others;
   };
   std::string name;  ///< as the catalogue tells it: in another schema than the user's own, "schema.table"
   std::string reference;  ///< as the server's SQL names it, quoted, with its schema

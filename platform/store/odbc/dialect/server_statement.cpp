@@ -1,6 +1,9 @@
 #include "platform/store/odbc/dialect/server_statement.h"
 
 #include <algorithm>
+#include <array>
+#include <cstdlib>
+#include <limits>
 #include <map>
 #include <set>
 
@@ -49,10 +52,8 @@ class Translation {
   }
 
  private:
-  struct KnownColumn {
-    std::string name;
-    bool isBoolean = false;
-  };
+  using KnownColumn = NamedTable::Column;
+  using Values = NamedTable::Values;
 
   bool isQuoted(std::size_t index) const { return tokens_[index].kind == TokenKind::name; }
 
@@ -123,7 +124,7 @@ class Translation {
       replaced_[index + 2] = "";
     }
     for (const NamedTable::Column& column : table->columns) {
-      columns_[lowerCase(column.name)].push_back({column.name, column.isBoolean});
+      columns_[lowerCase(column.name)].push_back(column);
     }
     qualifiers_[lowerCase(name)] = reference;
     return {};
@@ -229,6 +230,10 @@ class Translation {
       return true;
     }
     if (isWord(tokens_[index], "QUIVANE_FOLD")) {
+      if (isMeasuredColumn(index + 2, close) && isOrder(index)) {
+        replaced_[index] = "";
+        return true;
+      }
       replaced_[index] = "upper(CAST(";
       replaced_[index + 1] = "";
       replaced_[close] = " AS text))";
@@ -245,13 +250,33 @@ class Translation {
     return true;
   }
 
+  /// Whether the tokens between are the name of one, by which its values are to be ordered instead of by
+  /// their letters.
+  bool isMeasuredColumn(std::size_t name, std::size_t end) const {
+    if (name + 1 != end || !isName(tokens_[name])) return false;
+    const KnownColumn* column = columnOf(nameOf(tokens_[name]));
+    return column != nullptr && column->values == Values::measured;
+  }
+
+  /// Whether it is what ORDER BY orders by.
+  bool isOrder(std::size_t index) const {
+    const int depth = tokens_[index].depth;
+    for (std::size_t before = index; before-- > 0 && tokens_[before].depth >= depth;) {
+      if (tokens_[before].depth != depth) continue;
+      if (isWord(tokens_[before], "BY")) return isWord(tokens_[before - 1], "ORDER");
+      if (isOneOfWords(tokens_[before], {"SELECT", "FROM", "WHERE", "HAVING", "LIMIT"})) return false;
+    }
+    return false;
+  }
+
   /// IFNULL(name, '') and IFNULL(name, 0): the server takes only values of one type.
   void castFirstOf(std::size_t function, std::size_t close) {
     const std::size_t name = function + 2;
     if (close != function + 5 || !isName(tokens_[name]) || tokens_[name + 1].kind != TokenKind::comma) return;
     const Token& other = tokens_[name + 2];
     const KnownColumn* column = columnOf(nameOf(tokens_[name]));
-    const bool isTruth = other.kind == TokenKind::number && column != nullptr && column->isBoolean;
+    const bool isTruth =
+        other.kind == TokenKind::number && column != nullptr && column->values == Values::truth;
     if (other.kind != TokenKind::string && !isTruth) return;
     // Not by colons, which who reads the statement on doesn't know.
     replaced_[function + 1] = "(CAST(";
@@ -265,7 +290,8 @@ class Translation {
   bool replaceKnown(std::size_t index, const std::string& name) {
     if (const KnownColumn* column = columnOf(name)) {
       replaced_[index] = quotedName(column->name);
-      if (column->isBoolean) translateBooleanBehind(index);
+      if (column->values == Values::truth) translateBooleanBehind(index);
+      if (column->values == Values::single) castSingleBehind(index);
       return true;
     }
     if (const auto found = qualifiers_.find(lowerCase(name)); found != qualifiers_.end()) {
@@ -316,6 +342,20 @@ class Translation {
     const Token& number = tokens_[index + 2];
     if (number.text == "0" || number.text == "1")
       replaced_[index + 2] = number.text == "1" ? "TRUE" : "FALSE";
+  }
+
+  /// single = 0.1, which the server would take for the nearest number of 64 bits, that no single is.
+  void castSingleBehind(std::size_t index) {
+    const std::string_view sign = tokens_[index + 1].text;
+    constexpr std::array<std::string_view, 8> kComparisons{"=", "==", "<>", "!=", "<", ">", "<=", ">="};
+    if (std::find(kComparisons.begin(), kComparisons.end(), sign) == kComparisons.end()) return;
+    const std::size_t number = index + (tokens_[index + 2].text == "-" ? 3 : 2);
+    if (tokens_[number].kind != TokenKind::number) return;
+    const std::string text(tokens_[number].text);
+    const double value = std::strtod(text.c_str(), nullptr);
+    using Limits = std::numeric_limits<float>;
+    if (value > Limits::max() || (value < Limits::min() && value != 0)) return;
+    replaced_[number] = "CAST(" + text + " AS real)";
   }
 
   /// WHERE 0.
