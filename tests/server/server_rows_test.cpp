@@ -115,6 +115,37 @@ TEST_F(ServerRowsTest, ANumberWithDecimalsOfAnySizeEqualsTheOneThatIsShown) {
   EXPECT_EQ("1 2 3", columnOf("Select * from [r] WHERE [s] < 1e300"));
 }
 
+// A form writes what its editors hold, and the editor of a field that holds nothing holds an empty text.
+TEST_F(ServerRowsTest, AnEmptyTextIsNothingInAFieldOfAnotherTypeAndTheDefaultInANewRecord) {
+  runOnServer("CREATE TYPE mood AS ENUM ('fine', 'so-so')", database_);
+  runOnServer("CREATE DOMAIN word AS varchar(9) CHECK (VALUE <> 'no')", database_);
+  openRow(
+      "n numeric(9,2), b bigint, u uuid DEFAULT 'a0eebc99-9c0b-4ef8-bb6d-6bb9bd380a11', m mood, j json, t "
+      "text, "
+      "w word, c char(3)",
+      "9.5, 9, NULL, 'fine', '{}', 'text', 'word', 'abc'");
+  constexpr std::size_t kCount = 8;
+  for (std::size_t column = 1; column <= kCount; ++column)
+    ASSERT_TRUE(
+        rows_->setValue(column, std::string(column == 3 ? "b0eebc99-9c0b-4ef8-bb6d-6bb9bd380a11" : "")));
+  Status status = rows_->update();
+  ASSERT_TRUE(status) << status.message();
+  ASSERT_TRUE(rows_->setValue(3, std::string()));
+  status = rows_->update();
+  ASSERT_TRUE(status) << status.message();
+  ASSERT_TRUE(rows_->addNew());
+  ASSERT_TRUE(rows_->setValue(0, std::int64_t{2}));
+  for (std::size_t column = 1; column <= kCount; ++column)
+    ASSERT_TRUE(rows_->setValue(column, std::string()));
+  status = rows_->update();
+  ASSERT_TRUE(status) << status.message();
+  EXPECT_EQ("a0eebc99-9c0b-4ef8-bb6d-6bb9bd380a11", textOf(*rows_, 3));
+  const std::string kEmpty =
+      "SELECT num_nulls(n, b, u, m, j) || ' ' || (t || w || c || '.') FROM t WHERE k = ";
+  EXPECT_EQ("5 .", onServer(kEmpty + "1"));
+  EXPECT_EQ("4 .", onServer(kEmpty + "2"));
+}
+
 TEST_F(ServerRowsTest, ATableWithoutAKeyIsReadOnlyAndItsFieldsSaySo) {
   runOnServer("CREATE TABLE loose (a integer, b text)", database_);
   runOnServer("INSERT INTO loose SELECT i, 'row ' || i FROM generate_series(1, 600) i", database_);

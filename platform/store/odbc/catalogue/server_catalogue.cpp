@@ -34,7 +34,7 @@ const std::string kColumns =
     "pg_catalog.has_column_privilege(a.attrelid, a.attnum, 'UPDATE'))::text, "
     "coalesce(pg_catalog.array_position(pg_catalog.string_to_array(i.indkey::text, ' ')::int[], "
     "a.attnum::int), "
-    "0)::text, coalesce(pg_catalog.format_type(t.typbasetype, t.typtypmod), '') "
+    "0)::text, coalesce(pg_catalog.format_type(t.typbasetype, t.typtypmod), ''), (t.typcategory = 'S')::text "
     "FROM pg_catalog.pg_attribute a JOIN pg_catalog.pg_type t ON t.oid = a.atttypid "
     "JOIN pg_catalog.pg_namespace tn ON tn.oid = t.typnamespace "
     "LEFT JOIN pg_catalog.pg_type b ON b.oid = t.typbasetype "
@@ -198,6 +198,7 @@ Status ServerCatalogue::readColumns(ServerTable* table) {
     const std::string base = textOf(row[7]);
     column.type = serverTypeOf(textOf(row[3]), base.empty() || base == "-" ? column.spelledType : base);
     column.values = valuesOf(textOf(row[3]));
+    column.holdsTexts = isTrue(row[8]);
     column.notNull = isTrue(row[4]);
     column.isWritable = isTrue(row[5]);
     column.keyPosition = std::stoi(textOf(row[6]));

@@ -21,7 +21,8 @@ struct ServerColumn {
   std::string castType;     ///< for a cast, quoted and without a size, so that the cast cuts nothing off
   ServerType type;
   NamedTable::Values values = NamedTable::Values::others;
-  int keyPosition = 0;  ///< 1-based place in the primary key
+  bool holdsTexts = false;  ///< also an empty one, which for the server is no value of any other type
+  int keyPosition = 0;      ///< 1-based place in the primary key
   bool notNull = false;
   bool isWritable = false;  ///< by this user, and not computed by the server
   Reference reference;

@@ -84,9 +84,9 @@ ServerTableRows::ServerTableRows(OdbcConnection& connection, const SingleTableSe
   for (const ShownColumn& column : columns) {
     columns_.push_back(column.column);
     forms_.push_back(column.form);
-    sources_.push_back(column.source != nullptr
-                           ? Source{quotedName(column.source->name), column.source->castType}
-                           : Source{});
+    sources_.push_back(column.source != nullptr ? Source{quotedName(column.source->name),
+                                                         column.source->castType, column.source->holdsTexts}
+                                                : Source{});
     texts_.push_back("(" + column.expression + ")::text");
     rowSize_ += (rowSize_.empty() ? "" : " + ") + sizeOf(column.form, column.expression);
     rowList_ += (rowList_.empty() ? "" : ", ") + texts_.back();
@@ -316,6 +316,7 @@ std::vector<ServerTableRows::Assignment> ServerTableRows::assignmentsOf(
     const Source& source = sources_[change.column];
     if (source.name.empty()) continue;
     std::optional<std::string> text = serverTextOf(change.value, forms_[change.column]);
+    if (text && text->empty() && !source.holdsTexts) text.reset();
     // A column may be shown twice; what was written last counts.
     const auto known = std::find_if(assignments.begin(), assignments.end(), [&](const Assignment& other) {
       return other.source->name == source.name;
@@ -362,6 +363,8 @@ Status ServerTableRows::insert(const std::vector<Change>& changes, KeySet* keys)
   std::string values;
   OdbcStatement::Parameters parameters;
   for (Assignment& assignment : assignmentsOf(changes)) {
+    // The server has its default for it.
+    if (!assignment.text) continue;
     names += (names.empty() ? "" : ", ") + assignment.source->name;
     values += (values.empty() ? "?::text::" : ", ?::text::") + assignment.source->castType;
     parameters.push_back(std::move(assignment.text));

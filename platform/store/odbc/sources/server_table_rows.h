@@ -58,12 +58,14 @@ class ServerTableRows : public RowSource {
   struct Source {
     std::string name;  // of the table's column, quoted; empty for an expression
     std::string castType;
+    bool holdsTexts = false;
   };
   struct Assignment {
     const Source* source;
     std::optional<std::string> text;
   };
 
+  /// An empty text is no value of a type that holds no texts: it becomes nothing.
   std::vector<Assignment> assignmentsOf(const std::vector<Change>& changes) const;
   /// With the key's values in the condition itself.
   std::string keyCondition(const KeySet& keys, std::size_t index, const std::string& qualifier) const;
