@@ -67,5 +67,41 @@ TEST_F(ServerTablesTest, ATableHiddenByOneOfAnotherSchemaMeanwhileIsNotTakenForI
   EXPECT_EQ("public", onServer("SELECT b FROM public.t"));
 }
 
+TEST_F(ServerTablesTest, AKeyOfAnotherTypeIsAnotherStructure) {
+  runOnServer("CREATE TABLE t (\"a \"\"key\"\"\" integer PRIMARY KEY, b text)", database_);
+  runOnServer("INSERT INTO t VALUES (1, 'one'), (2, 'two'), (3, 'three')", database_);
+  open();
+  const char* other = "text";
+  for (const char* next : {"integer USING \"a \"\"key\"\"\"::integer", "numeric"}) {
+    const auto rows = records("Select * from [t]");
+    ASSERT_NE(nullptr, rows);
+    EXPECT_EQ("one", textOf(*rows, 1));
+    runOnServer(std::string("ALTER TABLE t ALTER COLUMN \"a \"\"key\"\"\" TYPE ") + other, database_);
+    ASSERT_TRUE(rows->setPosition(3));
+    Cell cell;
+    EXPECT_EQ(ErrorCode::structureChanged, rows->cell(1, &cell).code()) << other;
+    other = next;
+  }
+}
+
+TEST_F(ServerTablesTest, AnErrorOfTheStatementIsNoOtherStructure) {
+  runOnServer("CREATE TABLE t (k integer PRIMARY KEY, b text)", database_);
+  runOnServer("INSERT INTO t VALUES (1, '1'), (2, '2')", database_);
+  runOnServer(
+      "CREATE FUNCTION refuse(t text) RETURNS text LANGUAGE plpgsql AS $$ BEGIN IF t = 'two' THEN RAISE "
+      "EXCEPTION 'Not this one'; END IF; RETURN t; END $$",
+      database_);
+  open();
+  const auto rows = records("SELECT k, refuse(b) AS r FROM t");
+  ASSERT_NE(nullptr, rows);
+  EXPECT_EQ("1", textOf(*rows, 1));
+  runOnServer("UPDATE t SET b = 'two' WHERE k = 2", database_);
+  ASSERT_TRUE(rows->setPosition(2));
+  Cell cell;
+  const Status status = rows->cell(1, &cell);
+  EXPECT_EQ(ErrorCode::errorsInCommand, status.code());
+  EXPECT_NE(std::string::npos, status.message().find("Not this one")) << status.message();
+}
+
 }  // namespace
 }  // namespace store

@@ -20,13 +20,6 @@ Status rowGone() {
   return {ErrorCode::noCurrentRecord, "The record is no longer there: another program has deleted it."};
 }
 
-/// What reading fails with when the table has lost a column, or is gone.
-Status ofReading(const Status& status) {
-  if (status.code() != ErrorCode::badColumn && status.code() != ErrorCode::noTable) return status;
-  return {ErrorCode::structureChanged,
-          "The structure of the database was changed meanwhile: the table must be opened again."};
-}
-
 bool isWholeNumber(const ServerColumn& column) {
   return column.type.form == ValueForm::integer;
 }
@@ -186,6 +179,31 @@ std::string ServerTableRows::keyCondition(const KeySet& keys, std::size_t index,
   }
   for (std::string& text : keyTexts(keys, index)) parameters->emplace_back(std::move(text));
   return condition;
+}
+
+Status ServerTableRows::ofReading(const Status& status) {
+  const bool isOfStructure = status.code() == ErrorCode::badColumn || status.code() == ErrorCode::noTable ||
+                             (status.code() == ErrorCode::errorsInCommand && haveKeysOtherTypes());
+  if (!isOfStructure) return status;
+  return {ErrorCode::structureChanged,
+          "The structure of the database was changed meanwhile: the table must be opened again."};
+}
+
+bool ServerTableRows::haveKeysOtherTypes() {
+  std::string keys;
+  for (const KeyColumn& key : keyColumns_) {
+    keys += (keys.empty() ? "(" : ", (") + quotedText(key.name) + ", " + quotedText(key.castType) + ")";
+  }
+  const std::string sql =
+      "SELECT count(*)::text FROM pg_catalog.pg_attribute a JOIN pg_catalog.pg_type t ON t.oid = a.atttypid "
+      "JOIN pg_catalog.pg_namespace n ON n.oid = t.typnamespace WHERE a.attrelid = pg_catalog.to_regclass(" +
+      quotedText(reference_) +
+      ") AND NOT a.attisdropped AND ('\"' || pg_catalog.replace(a.attname::text, '\"', '\"\"') || '\"', "
+      "pg_catalog.quote_ident(n.nspname) || '.' || pg_catalog.quote_ident(t.typname)) IN (" +
+      keys + ")";
+  Answer answer;
+  return ask(connection_, sql, {}, &answer) && !answer.empty() &&
+         answer[0][0] != std::to_string(keyColumns_.size());
 }
 
 Status ServerTableRows::askForBlock(const KeySet& keys, RowsAhead::Block block, Answer* answer) {

@@ -77,6 +77,9 @@ class ServerTableRows : public RowSource {
   std::string keyList(const std::string& qualifier) const;
   /// Appends " AND ..." for each column of the table that `read` holds.
   void addReadCondition(const Row& read, std::string* sql, OdbcStatement::Parameters* parameters) const;
+  /// What reading fails with when the table is gone, has lost a column or has keys of another type.
+  Status ofReading(const Status& status);
+  bool haveKeysOtherTypes();
   Status askForBlock(const KeySet& keys, RowsAhead::Block block, Answer* answer);
   Status readBlock(const KeySet& keys, RowsAhead::Block block, std::vector<RowsAhead::FoundRow>* rows);
   /// Which rows may be wanted because of the column; empty when none.
