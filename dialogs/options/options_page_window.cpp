@@ -21,15 +21,23 @@ LRESULT keepPlace(HWND, UINT, WPARAM, LPARAM lParam) {
   return TRUE;
 }
 
+/// With a theme some systems draw the ground of its tabs over that of a page.
+LRESULT eraseGround(HWND page, UINT, WPARAM wParam, LPARAM) {
+  const auto dc = reinterpret_cast<HDC>(wParam);
+  RECT client{};
+  GetClientRect(page, &client);
+  FillRect(dc, &client, dialogBrush(dc, page));
+  return TRUE;
+}
+
 LRESULT leaveToSystem(HWND, UINT, WPARAM, LPARAM) noexcept {
   return FALSE;
 }
 
 constexpr MessageRow kMessages[] = {
-    {WM_NOTIFY, optionspage::answerSheet},
-    {WM_WINDOWPOSCHANGING, keepPlace},
-    {WM_CTLCOLORSTATIC, colorDialog},
-    {WM_CTLCOLORDLG, colorDialog},
+    {WM_NOTIFY, optionspage::answerSheet}, {WM_WINDOWPOSCHANGING, keepPlace},
+    {WM_CTLCOLORSTATIC, colorDialog},      {WM_CTLCOLORDLG, colorDialog},
+    {WM_ERASEBKGND, eraseGround},
 };
 
 LRESULT answerAsAnyPage(HWND page, UINT message, WPARAM wParam, LPARAM lParam) noexcept {

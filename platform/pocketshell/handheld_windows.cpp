@@ -4,6 +4,7 @@
 #include <array>
 #include <string_view>
 
+#include "platform/pocketshell/look/plain_look.h"
 #include "platform/pocketshell/menu/menu_bar.h"
 #include "platform/pocketshell/text/own_letters.h"
 #include "platform/pocketshell/window/list_focus.h"
@@ -31,6 +32,7 @@ void equip(HWND window) {
   SendMessageW(window, WM_SETFONT, reinterpret_cast<WPARAM>(presentFont()), FALSE);
   if (isOfClass(window, WC_LISTVIEWW)) TapAndHold::attach(window);
   drawOwnLetters(window);
+  followSystemLook(window);
   showFocusOf(window);
 }
 

@@ -82,9 +82,10 @@ AYGSHELL_API BOOL HandheldSetButtonTips(HWND toolbar, UINT count, const wchar_t*
 /// copied and lasts as long as the window. False when there is no such window.
 AYGSHELL_API BOOL HandheldNameControl(HWND control, LONG child, const wchar_t* name);
 
-/// For a message box of the system, on its WM_INITDIALOG or right after it: its texts then show letters that
-/// its font lacks, and the box grows where these need more room.
-AYGSHELL_API void HandheldShowBoxLetters(HWND box);
+/// For a message box or another dialog of the system, on its WM_INITDIALOG or right after it: its texts then
+/// show letters that its font lacks, and the box grows where these need more room; and its controls are drawn
+/// in the system's colours alone where the theme would not fit them.
+AYGSHELL_API void HandheldEquipBox(HWND box);
 
 /// For a tooltip control that has just been made: it then shows letters that its font lacks.
 AYGSHELL_API void HandheldShowTipLetters(HWND tip);

@@ -352,11 +352,11 @@ TEST_F(LettersTest, a_box_grows_by_what_the_letters_need_more) {
   RECT before{};
   GetWindowRect(top(), &before);
   SetWindowTextW(text, L"Any plain text that is much wider than its place");
-  HandheldShowBoxLetters(top());
+  HandheldEquipBox(top());
   EXPECT_EQ(placeOf(button).top, 30) << "texts without such letters stay as the system has laid them out";
   SetWindowTextW(text,
                  L"\u05D0\u05D1\u05D2\u05D3\u05D4\u05D5\u05D6 \u05D0\u05D1\u05D2\u05D3\u05D4\u05D5\u05D6");
-  HandheldShowBoxLetters(top());
+  HandheldEquipBox(top());
   RECT after{};
   GetWindowRect(top(), &after);
   const LONG grown = (after.bottom - after.top) - (before.bottom - before.top);

@@ -1,5 +1,7 @@
 #include "views/dialog/dialog_colors.h"
 
+#include "platform/pocketshell/system_colors.h"
+
 namespace {
 
 constexpr COLORREF kBackground = RGB(255, 255, 255);
@@ -17,6 +19,11 @@ bool isEdit(HWND window) {
 }  // namespace
 
 HBRUSH dialogBrush(HDC dc, HWND window) {
+  if (HandheldWantsSystemColors()) {
+    SetBkColor(dc, GetSysColor(COLOR_WINDOW));
+    SetTextColor(dc, GetSysColor(COLOR_WINDOWTEXT));
+    return GetSysColorBrush(COLOR_WINDOW);
+  }
   SetBkColor(dc, kBackground);
   SetTextColor(dc, isEdit(window) ? kOtherText : kLabelText);
   return static_cast<HBRUSH>(GetStockObject(WHITE_BRUSH));

@@ -2,6 +2,7 @@
 
 #include <commctrl.h>
 
+#include <array>
 #include <utility>
 
 #include "platform/pocketshell/handheld_windows.h"
@@ -17,6 +18,24 @@ LRESULT CALLBACK forgetDestroyed(HWND calendar, UINT message, WPARAM wParam, LPA
   return DefSubclassProc(calendar, message, wParam, lParam);
 }
 
+/// As they are at the moment. Of its own it has the title in the colour of windows on that of captions, which
+/// some schemes of high contrast have the same, and the names of the days in the title's ground.
+void setColors(HWND calendar) {
+  struct Row {
+    int part;
+    int color;
+  };
+  constexpr std::array kRows = {
+      Row{MCSC_BACKGROUND, COLOR_WINDOW},       Row{MCSC_MONTHBK, COLOR_WINDOW},
+      Row{MCSC_TEXT, COLOR_WINDOWTEXT},         Row{MCSC_TITLEBK, COLOR_HIGHLIGHT},
+      Row{MCSC_TITLETEXT, COLOR_HIGHLIGHTTEXT}, Row{MCSC_TRAILINGTEXT, COLOR_GRAYTEXT},
+  };
+  for (const Row& row : kRows) {
+    SendMessageW(calendar, MCM_SETCOLOR, static_cast<WPARAM>(row.part),
+                 static_cast<LPARAM>(GetSysColor(row.color)));
+  }
+}
+
 HWND createMonthCalendar(HWND dialog, int id) {
   const HWND calendar = HandheldCreateWindow(
       0, MONTHCAL_CLASSW, L"Calender ctrl", WS_CHILD | WS_VISIBLE | WS_BORDER, 0, 0, 0, 0, dialog,
@@ -24,6 +43,7 @@ HWND createMonthCalendar(HWND dialog, int id) {
   if (!calendar) return nullptr;
   SetWindowSubclass(calendar, forgetDestroyed, 1, 0);
   addCalendarKeys(calendar);
+  setColors(calendar);
   return calendar;
 }
 
@@ -33,6 +53,7 @@ HWND takeMonthCalendar(HWND dialog, int id) {
   const HWND calendar = std::exchange(waiting, nullptr);
   if (!calendar) return createMonthCalendar(dialog, id);
   SetParent(calendar, dialog);
+  setColors(calendar);
   // As a new one begins.
   SYSTEMTIME today{};
   GetLocalTime(&today);

@@ -37,7 +37,7 @@ LRESULT CALLBACK messageAnswered(int code, WPARAM wParam, LPARAM lParam) {
     const auto& message = *reinterpret_cast<const CWPRETSTRUCT*>(lParam);
     if (message.message == WM_INITDIALOG && isDialog(message.hwnd)) {
       const HWND owner = GetWindow(message.hwnd, GW_OWNER);
-      HandheldShowBoxLetters(message.hwnd);
+      HandheldEquipBox(message.hwnd);
       standOver(message.hwnd, owner ? owner : windowBelow);
     }
   }

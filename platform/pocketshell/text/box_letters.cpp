@@ -6,6 +6,7 @@
 
 #include "owners/handles.h"
 #include "platform/pocketshell/handheld_windows.h"
+#include "platform/pocketshell/look/plain_look.h"
 #include "platform/pocketshell/text/control_text.h"
 #include "platform/pocketshell/text/label_drawing.h"
 #include "platform/pocketshell/text/text_lines.h"
@@ -77,6 +78,7 @@ void showLettersOfBox(HWND box) {
 
 }  // namespace pocketshell
 
-void HandheldShowBoxLetters(HWND box) {
+void HandheldEquipBox(HWND box) {
+  pocketshell::followSystemLook(box);
   pocketshell::showLettersOfBox(box);
 }

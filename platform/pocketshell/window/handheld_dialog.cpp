@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "platform/pocketshell/handheld_windows.h"
+#include "platform/pocketshell/look/plain_look.h"
 #include "platform/pocketshell/naming/dialog_names.h"
 #include "platform/pocketshell/panel/input_panel.h"
 #include "platform/pocketshell/text/dialog_lists.h"
@@ -90,6 +91,7 @@ INT_PTR CALLBACK openingProcedure(HWND dialog, UINT message, WPARAM wParam, LPAR
   const Opening dialogOpening = *std::exchange(opening, nullptr);
   DialogLists::attach(dialog);
   layOutDialog(dialog, dialogOpening.description);
+  followSystemLook(dialog);
   nameByLabels(dialog);
   InputPanel::standOn(dialog);
   SetWindowLongPtrW(dialog, DWLP_DLGPROC, reinterpret_cast<LONG_PTR>(dialogOpening.procedure));

@@ -1,4 +1,5 @@
 #include "platform/pocketshell/aygshell.h"
+#include "platform/pocketshell/look/plain_look.h"
 #include "platform/pocketshell/panel/input_panel.h"
 #include "platform/pocketshell/window/covering_dialogs.h"
 #include "platform/pocketshell/window/window_places.h"
@@ -24,6 +25,7 @@ void giveCaption(HWND dialog) {
 BOOL SHInitDialog(SHINITDLGINFO* info) {
   if (!info || (info->dwMask & SHIDIM_FLAGS) == 0 || !IsWindow(info->hDlg)) return FALSE;
   if ((info->dwFlags & SHIDIF_SIPDOWN) != 0) InputPanel::lower();
+  followSystemLook(info->hDlg);
   // The page of a property sheet lies in the sheet, which has size and buttons of its own.
   if (isChild(info->hDlg)) return TRUE;
   giveCaption(info->hDlg);

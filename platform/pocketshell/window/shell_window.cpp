@@ -6,6 +6,7 @@
 #include <array>
 
 #include "platform/pocketshell/handheld_windows.h"
+#include "platform/pocketshell/look/plain_look.h"
 #include "platform/pocketshell/menu/menu_bar.h"
 #include "platform/pocketshell/menu/menu_keys.h"
 #include "platform/pocketshell/menu/menu_walk.h"
@@ -292,6 +293,17 @@ LRESULT ShellWindow::activationChanged(UINT message, WPARAM wParam, LPARAM lPara
   return passOn(message, wParam, lParam);
 }
 
+/// The system tells top-level windows alone.
+LRESULT ShellWindow::colorsChanged(UINT message, WPARAM wParam, LPARAM lParam) {
+  if (isFrame_) systemLookChanged();
+  return passOn(message, wParam, lParam);
+}
+
+LRESULT ShellWindow::settingChanged(UINT message, WPARAM wParam, LPARAM lParam) {
+  if (isFrame_ && wParam == SPI_SETHIGHCONTRAST) systemLookChanged();
+  return passOn(message, wParam, lParam);
+}
+
 /// The window may not be destroyed any more.
 LRESULT ShellWindow::sessionEnded(UINT message, WPARAM wParam, LPARAM lParam) {
   if (wParam != FALSE) keepPlace();
@@ -323,6 +335,9 @@ LRESULT ShellWindow::answer(UINT message, WPARAM wParam, LPARAM lParam) {
       Row{WM_DPICHANGED, &ShellWindow::resolutionChanged},
       Row{WM_CANCELMODE, &ShellWindow::leftMenu},
       Row{WM_ACTIVATE, &ShellWindow::activationChanged},
+      Row{WM_SYSCOLORCHANGE, &ShellWindow::colorsChanged},
+      Row{WM_THEMECHANGED, &ShellWindow::colorsChanged},
+      Row{WM_SETTINGCHANGE, &ShellWindow::settingChanged},
       Row{WM_ENDSESSION, &ShellWindow::sessionEnded},
       Row{WM_DESTROY, &ShellWindow::destroyed},
   };

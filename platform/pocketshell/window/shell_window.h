@@ -62,6 +62,8 @@ class ShellWindow : public WindowLayer<ShellWindow> {
   LRESULT resolutionChanged(UINT message, WPARAM wParam, LPARAM lParam);
   LRESULT leftMenu(UINT message, WPARAM wParam, LPARAM lParam);
   LRESULT activationChanged(UINT message, WPARAM wParam, LPARAM lParam);
+  LRESULT colorsChanged(UINT message, WPARAM wParam, LPARAM lParam);
+  LRESULT settingChanged(UINT message, WPARAM wParam, LPARAM lParam);
   LRESULT sessionEnded(UINT message, WPARAM wParam, LPARAM lParam);
   LRESULT destroyed(UINT message, WPARAM wParam, LPARAM lParam);
 

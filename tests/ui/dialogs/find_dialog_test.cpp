@@ -5,6 +5,7 @@
 #include "base/settings/recent_finds.h"
 #include "base/settings/settings_store.h"
 #include "gmock/gmock.h"
+#include "tests/support/system_colors.h"
 #include "tests/ui/support/dialog_fixture.h"
 #include "tests/ui/support/dialog_script.h"
 #include "tests/ui/support/window_reading.h"
@@ -122,6 +123,24 @@ TEST_F(FindDialogTest, ItsControlsAreThoseOfTheHandheld) {
   });
   EXPECT_EQ(currentDialog, nullptr);
   EXPECT_TRUE(IsWindowEnabled(frame()));
+}
+
+/// What is greyed is so in the system's colours, which may be as light as the dialog's ground.
+TEST_F(FindDialogTest, WithLightTextsOnDarkItHasTheSystemsColors) {
+  const SystemColors colors(RGB(255, 255, 1), RGB(1, 0, 0));
+  show([&](HWND window) {
+    const HDC context = CreateCompatibleDC(nullptr);
+    for (const UINT message : {WM_CTLCOLORDLG, WM_CTLCOLORSTATIC}) {
+      const HWND asking = message == WM_CTLCOLORDLG ? window : GetDlgItem(window, kAllFields);
+      EXPECT_EQ(
+          SendMessageW(window, message, reinterpret_cast<WPARAM>(context), reinterpret_cast<LPARAM>(asking)),
+          reinterpret_cast<LRESULT>(GetSysColorBrush(COLOR_WINDOW)));
+      EXPECT_EQ(GetTextColor(context), RGB(255, 255, 1));
+      EXPECT_EQ(GetBkColor(context), RGB(1, 0, 0));
+    }
+    DeleteDC(context);
+    press(window, IDCANCEL);
+  });
 }
 
 TEST_F(FindDialogTest, ItIsCentredInItsOwner) {

@@ -1,13 +1,19 @@
+#include <windows.h>
+
 #include <algorithm>
 #include <array>
 #include <string>
+#include <uxtheme.h>
 #include <vector>
 
 #include "gmock/gmock.h"
+#include "tests/shell/drawn_picture.h"
+#include "tests/support/system_colors.h"
 #include "tests/ui/dialogs/options_fixture.h"
 
 namespace {
 
+using testing::Each;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -335,6 +341,18 @@ TEST_F(OptionsSheetTest, OneHundredOpeningsLeaveNothingBehind) {
   });
   EXPECT_EQ(sheetCount(), 101);
   EXPECT_EQ(appliedCount(), 101);
+}
+
+TEST_F(OptionsSheetTest, WithLightTextsOnDarkPagesAndTabsHaveTheSystemsColors) {
+  const SystemColors colors(RGB(255, 255, 1), RGB(1, 0, 0));
+  show([&](HWND sheet) {
+    const DrawnPicture picture(4, 4);
+    SendMessageW(pageOf(sheet, kGeneralPage), WM_ERASEBKGND, reinterpret_cast<WPARAM>(picture.dc()), 0);
+    EXPECT_THAT(picture.pixels(), Each(0x010000u));
+    EXPECT_FALSE(GetWindowTheme(tabsOf(sheet)));
+    closeByOk(sheet);
+  });
+  EXPECT_EQ(sheetCount(), 1);
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 #include <array>
 
 #include "gmock/gmock.h"
+#include "tests/support/system_colors.h"
 #include "tests/ui/form/form_fixture.h"
 #include "tests/ui/support/dialog_script.h"
 #include "tests/ui/support/graphics_objects.h"
@@ -222,6 +223,31 @@ TEST_F(CalendarTest, ATapOpensItAtTheFieldsDate) {
   EXPECT_EQ(currentDialog, nullptr);
   EXPECT_EQ(textOf(dateEditor()), L"3/9/2001 2:05:07 PM");
   EXPECT_FALSE(view().takeChange());
+}
+
+TEST_F(CalendarTest, ItsTitleIsReadableInEveryColorsOfTheSystem) {
+  showDate(L"NULL");
+  const auto expectColors = [&](COLORREF ground, COLORREF title, COLORREF titleText) {
+    DialogScript script([&](HWND dialog) {
+      const auto colorOf = [&](int part) {
+        return static_cast<COLORREF>(SendDlgItemMessageW(dialog, kCalendar, MCM_GETCOLOR, part, 0));
+      };
+      EXPECT_EQ(colorOf(MCSC_MONTHBK), ground);
+      EXPECT_EQ(colorOf(MCSC_TITLEBK), title) << "the names of the days have it too, on the ground";
+      EXPECT_EQ(colorOf(MCSC_TITLETEXT), titleText);
+      DialogScript::close(dialog, IDCANCEL);
+    });
+    tap(dateEditor());
+    EXPECT_EQ(script.count(), 1);
+  };
+  expectColors(GetSysColor(COLOR_WINDOW), GetSysColor(COLOR_HIGHLIGHT), GetSysColor(COLOR_HIGHLIGHTTEXT));
+  // The calendar of a popup is that of the one before.
+  const SystemColors colors({{COLOR_WINDOW, RGB(0, 0, 1)},
+                             {COLOR_WINDOWTEXT, RGB(255, 255, 255)},
+                             {COLOR_ACTIVECAPTION, RGB(0, 0, 1)},
+                             {COLOR_HIGHLIGHT, RGB(0, 255, 255)},
+                             {COLOR_HIGHLIGHTTEXT, RGB(1, 0, 0)}});
+  expectColors(RGB(0, 0, 1), RGB(0, 255, 255), RGB(1, 0, 0));
 }
 
 TEST_F(CalendarTest, ItsControlsHaveTheirPlaces) {

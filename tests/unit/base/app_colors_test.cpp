@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "gtest/gtest.h"
+#include "tests/support/system_colors.h"
 
 namespace {
 
@@ -94,28 +95,12 @@ TEST(ColorSetTest, EveryTextOfTheDarkOnesIsReadable) {
   }
 }
 
-/// Colours of the system for the time of a test.
-class SystemColors {
- public:
-  SystemColors() {
-    for (std::size_t i = 0; i < kNumbers.size(); ++i) former_[i] = GetSysColor(kNumbers[i]);
-    SetSysColors(static_cast<int>(kNumbers.size()), kNumbers.data(), kColors.data());
-  }
-  ~SystemColors() { SetSysColors(static_cast<int>(kNumbers.size()), kNumbers.data(), former_.data()); }
-  SystemColors(const SystemColors&) = delete;
-  SystemColors& operator=(const SystemColors&) = delete;
-
- private:
-  static constexpr std::array<int, 4> kNumbers = {COLOR_BTNFACE, COLOR_BTNTEXT, COLOR_WINDOW,
-                                                  COLOR_WINDOWTEXT};
-  // As with high contrast: all of them others than usual.
-  static constexpr std::array<COLORREF, 4> kColors = {RGB(0, 0, 1), RGB(255, 255, 1), RGB(0, 0, 2),
-                                                      RGB(255, 255, 2)};
-  std::array<COLORREF, 4> former_{};
-};
-
 TEST(ColorSetTest, TheSystemsAreThoseOfAllPrograms) {
-  const SystemColors colors;
+  // As with high contrast: all of them others than usual.
+  const SystemColors colors({{COLOR_BTNFACE, RGB(0, 0, 1)},
+                             {COLOR_BTNTEXT, RGB(255, 255, 1)},
+                             {COLOR_WINDOW, RGB(0, 0, 2)},
+                             {COLOR_WINDOWTEXT, RGB(255, 255, 2)}});
   const AppColorTable table = colorsOfSet(ColorSet::system);
   for (const Pair& pair : kPairs) {
     const bool isForm = table[pair.ground] == RGB(0, 0, 1);
