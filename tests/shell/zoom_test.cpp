@@ -78,6 +78,22 @@ TEST_F(ZoomTest, EveryWindowHasTheFontOfTheZoom) {
   }
 }
 
+TEST_F(ZoomTest, TooltipsHaveItsFont) {
+  HandheldSetZoom(200);
+  const HWND tip = CreateWindowExW(0, TOOLTIPS_CLASSW, nullptr, WS_POPUP, 0, 0, 0, 0, top(), nullptr,
+                                   GetModuleHandleW(nullptr), nullptr);
+  HandheldShowTipLetters(tip);
+  const HWND bar = HandheldCreateWindow(0, TOOLBARCLASSNAMEW, L"", WS_CHILD | TBSTYLE_TOOLTIPS, 0, 0, 100, 26,
+                                        top(), nullptr, GetModuleHandleW(nullptr), nullptr);
+  const wchar_t* const text = L"New";
+  HandheldSetButtonTips(bar, 1, &text);
+  const auto tipOfBar = reinterpret_cast<HWND>(SendMessageW(bar, TB_GETTOOLTIPS, 0, 0));
+  ASSERT_TRUE(tipOfBar);
+  for (const HWND each : {tip, tipOfBar}) EXPECT_EQ(heightOfFont(each), -21);
+  HandheldSetZoom(150);
+  for (const HWND each : {tip, tipOfBar}) EXPECT_EQ(heightOfFont(each), -16);
+}
+
 TEST_F(ZoomTest, TheWindowIsToldOnceAndAfterTheLayout) {
   RECT then{};
   onMessage([&](const Got& got) {

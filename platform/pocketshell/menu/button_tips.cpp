@@ -43,5 +43,7 @@ BOOL HandheldSetButtonTips(HWND toolbar, UINT count, const wchar_t* const* tips)
     if (tips[i]) HandheldNameControl(toolbar, static_cast<LONG>(i) + 1, tips[i]);
   }
   ButtonTips::attach(toolbar).setTips(std::move(copies));
+  if (const auto tip = reinterpret_cast<HWND>(SendMessageW(toolbar, TB_GETTOOLTIPS, 0, 0)))
+    HandheldShowTipLetters(tip);
   return TRUE;
 }

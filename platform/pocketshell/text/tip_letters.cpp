@@ -8,6 +8,7 @@
 #include "platform/pocketshell/handheld_windows.h"
 #include "platform/pocketshell/text/control_text.h"
 #include "platform/pocketshell/text/text_lines.h"
+#include "platform/pocketshell/zoom/present_zoom.h"
 
 namespace pocketshell {
 
@@ -24,6 +25,10 @@ int mostWidth(HWND tip) {
 }
 
 }  // namespace
+
+void TipLetters::takeFont() {
+  SendMessageW(window(), WM_SETFONT, reinterpret_cast<WPARAM>(presentFont()), FALSE);
+}
 
 bool TipLetters::needsDrawing(const std::wstring& text) const {
   const UniqueWindowDc dc(window());
@@ -73,5 +78,5 @@ LRESULT TipLetters::answer(UINT message, WPARAM wParam, LPARAM lParam) {
 }  // namespace pocketshell
 
 void HandheldShowTipLetters(HWND tip) {
-  pocketshell::TipLetters::attach(tip);
+  pocketshell::TipLetters::attach(tip).takeFont();
 }

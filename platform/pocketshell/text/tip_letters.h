@@ -13,6 +13,9 @@ class TipLetters : public WindowLayer<TipLetters> {
  public:
   explicit TipLetters(HWND tip) : WindowLayer(tip) {}
 
+  /// That of the present zoom, for the tip's next showing.
+  void takeFont();
+
   LRESULT answer(UINT message, WPARAM wParam, LPARAM lParam);
 
  private:

@@ -6,6 +6,7 @@
 #include "platform/pocketshell/menu/menu_bar.h"
 #include "platform/pocketshell/panel/input_panel.h"
 #include "platform/pocketshell/shell_settings.h"
+#include "platform/pocketshell/text/tip_letters.h"
 #include "platform/pocketshell/window/shell_window.h"
 #include "platform/pocketshell/window/window_places.h"
 #include "platform/pocketshell/zoom/present_zoom.h"
@@ -64,6 +65,7 @@ void layOutWindow(HWND window, int from, int to) {
     scaleDialog(window, from, to);
   }
   layOutDescendants(placed);
+  if (TipLetters* const tip = TipLetters::of(window)) tip->takeFont();
   if (shell && shell->menuBar()) shell->menuBar()->applyZoom();
   RedrawWindow(window, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
 }
