@@ -126,14 +126,20 @@ void Document::enterForm(bool opensRecords) {
   pages_.form.show();
   if (recordsetOpen_) recordCount = database_.recordCount();
   if (!recordsetOpen_ || recordCount == 0) {
-    // The editors of records that were deleted meanwhile.
-    if (!formStale()) pages_.form.clearEditors();
-    if (formStale()) currentRecord = 0;
+    if (formStale()) {
+      // Of the records that were shown before.
+      pages_.form.tearDown();
+      currentRecord = 0;
+    } else {
+      // Of records that were deleted meanwhile.
+      pages_.form.clearEditors();
+    }
     formIsBuilt();
     updatePositionText();
     return;
   }
-  const bool builds = formStale();
+  // A form that was entered without records has no editors, and may have got records since.
+  const bool builds = formStale() || pages_.form.editors().empty();
   if (builds) pages_.form.build();
   formIsBuilt();
   goToFirstRecordOfForm(opensRecords);

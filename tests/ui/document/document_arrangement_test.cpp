@@ -98,6 +98,32 @@ TEST_F(DocumentArrangementTest, ARecordThatIsNotShownGivesWayToTheFirst) {
   EXPECT_EQ(recordCount, 0u);
 }
 
+TEST_F(DocumentArrangementTest, AFormThatHadNoRecordsHasEditorsOnceThereAreSomeAgain) {
+  openBooks();
+  ASSERT_TRUE(document().arranger().arrange(only(L"Title", Kind::containing, L"nothing")));
+  document().setViewMode(ViewMode::form);
+  EXPECT_EQ(window().sight(), "form: no editors");
+  document().setViewMode(ViewMode::list);
+  ASSERT_TRUE(document().arranger().arrange({}));
+  document().setViewMode(ViewMode::form);
+  EXPECT_EQ(window().sight(), "form: record 1");
+  EXPECT_EQ(value(), L"b");
+}
+
+TEST_F(DocumentArrangementTest, WithoutRecordsTheFormKeepsNoEditorsOfOtherFields) {
+  openBooks(ViewMode::form);
+  ASSERT_EQ(window().form.fields.size(), 6u);
+  document().setViewMode(ViewMode::list);
+  runStatements(path(), {L"ALTER TABLE Books ADD COLUMN Shelf Text"});
+  ASSERT_TRUE(document().arranger().arrange(only(L"Title", Kind::containing, L"nothing")));
+  document().setViewMode(ViewMode::form);
+  document().setViewMode(ViewMode::list);
+  ASSERT_TRUE(document().arranger().arrange({}));
+  document().setViewMode(ViewMode::form);
+  EXPECT_EQ(window().form.fields.size(), 7u);
+  EXPECT_EQ(window().sight(), "form: record 1");
+}
+
 TEST_F(DocumentArrangementTest, TheValueOfEveryKindIsFoundAgain) {
   openBooks();
   EXPECT_THAT(sameAs(1, 0), ElementsAre(L"A"));

@@ -135,6 +135,18 @@ TEST_F(DocumentOthersTest, WhatIsTypedStaysUntilItIsStored) {
   EXPECT_THAT(stored(L"Select * from [First One]"), ElementsAre(L"10", L"21", L"30", L"40"));
 }
 
+TEST_F(DocumentOthersTest, AFormThatWasEnteredWithoutRecordsShowsOneThatHasComeSince) {
+  document().openTableSelection(2);
+  document().setViewMode(ViewMode::form);
+  ASSERT_EQ(window().sight(), "form: no editors");
+  document().setViewMode(ViewMode::list);
+  elsewhere(L"INSERT INTO Empty VALUES (5)");
+  look();
+  document().setViewMode(ViewMode::form);
+  EXPECT_EQ(window().sight(), "form: record 1");
+  EXPECT_EQ(value(), L"5");
+}
+
 TEST_F(DocumentOthersTest, ANewRecordStays) {
   showForm();
   theAppSettings->options().setGenUpdateRights(kNewRecords);
