@@ -1,12 +1,35 @@
 #include "records/parts/record_history.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <cwchar>
 #include <optional>
+#include <vector>
 
 #include "records/history_text.h"
 
 namespace {
+
+/// The components keep changes of up to 64 MB; what follows from a change by the rules of its table counts,
+/// too.
+constexpr std::uint64_t kMostTypedBytes = 32 * 1024 * 1024;
+
+constexpr const wchar_t* kNoFormerState = L"It is stored, and what was there before was not kept.";
+
+/// At most, in the file.
+std::uint64_t bytesOfText(std::uint64_t count) {
+  constexpr std::uint64_t kMostBytesOfUnit = 3;
+  return count * kMostBytesOfUnit;
+}
+
+std::uint64_t bytesOf(const ValueBeginning& value) {
+  return value.value.type() == VT_BSTR ? bytesOfText(value.length) : value.length;
+}
+
+std::uint64_t bytesIn(const FieldValueSource& editor) {
+  if (const Bytes* bytes = editor.bytes()) return bytes->size();
+  return bytesOfText(editor.text().length());
+}
 
 /// Whether the step is about one record, which is there when it has been taken.
 bool leavesRecord(const HistoryStep& step, HistoryWay way) {
@@ -20,9 +43,51 @@ bool leavesRecord(const HistoryStep& step, HistoryWay way) {
 /// What is typed on the form is the newest change as soon as it is stored.
 bool RecordHistory::hasTyped() const {
   if (document().viewMode() != ViewMode::form || !shown().isReadable()) return false;
+  // Not what the editors say of themselves: a text with line breaks differs from what is shown of it.
+  return database().newRecordPending() || pages().form.hasChange();
+}
+
+/// Whether what is typed could be taken back once it is stored. What a server's database or a very large
+/// value was before is not kept.
+bool RecordHistory::canTakeTypedBack() const {
+  if (database().isServers()) return false;
   const FieldEditors editors = pages().form.editors();
-  return database().newRecordPending() ||
-         std::any_of(editors.begin(), editors.end(), [](const auto* editor) { return editor->isEdited(); });
+  const std::vector<FieldSnapshot>& fields = shown().fields();
+  std::uint64_t bytes = 0;
+  for (std::size_t i = 0; i < fields.size() && i < editors.size(); ++i) {
+    // Of a record that is changed all former values are kept, and the new ones of what was edited.
+    bytes += bytesOf(fields[i].read);
+    if (editors[i]->isEdited()) bytes += bytesIn(*editors[i]);
+  }
+  return bytes <= kMostTypedBytes;
+}
+
+/// The form shows what the file holds again.
+void RecordHistory::takeTypedOff() const {
+  const bool wasNew = database().newRecordPending();
+  // Behind a match stands the cursor; the user means the record that he sees.
+  const std::uint32_t position = shown().position();
+  discardTyped();
+  if (openRecordCount() != 0) {
+    if (!wasNew) database().moveTo(position);
+    document().loadRecord();
+  }
+  document().updateCommandBar();
+}
+
+/// What the file holds of the record that is typed into; of a new record nothing.
+RecordSnapshot RecordHistory::readBefore() const {
+  if (database().newRecordPending() || !database().moveTo(shown().position())) return {};
+  return database().readRecord();
+}
+
+/// After what was typed over `before` has been stored: whether that is a step which can be taken back.
+/// Without one nothing older is taken in its place.
+bool RecordHistory::isTypedStep(const RecordSnapshot& before) {
+  const bool hasChanged = !Database::isSameReading(before, shown());
+  if (hasChanged && database().nextStep(HistoryWay::back).kind != HistoryStep::Kind::none) return true;
+  if (hasChanged) tellFailure(L"The change could not be undone.", kNoFormerState);
+  return false;
 }
 
 bool RecordHistory::hasStep(HistoryWay way) const {
@@ -36,6 +101,12 @@ std::wstring RecordHistory::text(HistoryWay way) const {
 }
 
 std::optional<ViewMode> RecordHistory::take(HistoryWay way) {
+  const bool takesTyped = way == HistoryWay::back && hasTyped();
+  if (takesTyped && !canTakeTypedBack()) {
+    takeTypedOff();
+    return std::nullopt;
+  }
+  const RecordSnapshot before = takesTyped ? readBefore() : RecordSnapshot();
   // What is refused is left as it is, and nothing older is taken for it.
   if (hasTyped()) {
     if (const Outcome stored = storeShownRecord(); !stored) {
@@ -43,8 +114,11 @@ std::optional<ViewMode> RecordHistory::take(HistoryWay way) {
       return std::nullopt;
     }
   }
-  if (document().viewMode() == ViewMode::form ? !settleRecord() : !document().canLeaveRecord())
+  if (!document().settleTyped()) return std::nullopt;
+  if (takesTyped && !isTypedStep(before)) {
+    document().updateCommandBar();
     return std::nullopt;
+  }
   const HistoryStep step = database().nextStep(way);
   if (step.kind == HistoryStep::Kind::none || !canChangeFile()) {
     document().updateCommandBar();

@@ -6,7 +6,8 @@
 #include "records/parts/document_part.h"
 
 /// Changes that are taken back and done again, those of every record that was stored since the file was
-/// opened, one by one, newest first. What is typed on the form is stored before.
+/// opened, one by one, newest first. What is typed on the form is stored before; where that could not be
+/// taken back it is taken off the form instead.
 class RecordHistory : public DocumentPart {
  public:
   explicit RecordHistory(Document& document) : DocumentPart(document) {}
@@ -22,6 +23,10 @@ class RecordHistory : public DocumentPart {
 
  private:
   bool hasTyped() const;
+  bool canTakeTypedBack() const;
+  void takeTypedOff() const;
+  RecordSnapshot readBefore() const;
+  bool isTypedStep(const RecordSnapshot& before);
   bool isOfQueries(const HistoryStep& step) const;
   bool isOpenAsItIs(const HistoryStep& step) const;
   void openTaken(const HistoryStep& step);

@@ -295,4 +295,90 @@ TEST_F(DocumentHistoryTest, ARecordThatAnotherProgramHasChangedIsLeftAloneAndTha
   EXPECT_FALSE(isOffered(ID_HISTORY_UNDO));
 }
 
+TEST_F(DocumentHistoryTest, WhatIsTooLargeToBeTakenBackLaterIsNotStoredAtAll) {
+  runStatements(path(), {L"CREATE TABLE 'Pictures' (Title Text, Picture Image)",
+                         L"INSERT INTO Pictures VALUES ('first', zeroblob(40000000)), ('second', NULL)"});
+  open();
+  document().openTableSelection(3);
+  document().setViewMode(ViewMode::form);
+  document().moveNextRecord();
+  type(L"changed");
+  document().moveFirstRecord();
+  window().form.fields[1].loaded = Bytes(40'000'000, 1);
+  EXPECT_EQ(document().history().text(HistoryWay::back), L"Undo what is typed");
+  EXPECT_FALSE(undo()) << "the form shows already what there is to be seen";
+  EXPECT_FALSE(window().form.fields[1].isEdited());
+  EXPECT_EQ(value(), L"first");
+  EXPECT_THAT(messages(), IsEmpty());
+  EXPECT_THAT(stored(L"Select hex(substr(Picture, 1, 2)) From Pictures Where Title = 'first'"),
+              ElementsAre(L"0000"));
+  EXPECT_EQ(document().history().text(HistoryWay::back), L"Undo change of 'changed'");
+  EXPECT_TRUE(undo());
+  EXPECT_EQ(value(), L"second");
+}
+
+TEST_F(DocumentHistoryTest, WhatIsTooLargeIsTakenOffTheMatchAndNotOffTheRecordBehind) {
+  runStatements(path(), {L"CREATE TABLE 'Pictures' (Title Text, Picture Image)",
+                         L"INSERT INTO Pictures VALUES ('first', NULL), ('second', NULL), ('third', NULL)"});
+  open();
+  document().openTableSelection(3);
+  document().setViewMode(ViewMode::form);
+  window().prompts.setFind = [](FindState& state) {
+    state.text = L"second";
+    state.checkAllFields = 1;
+  };
+  document().openFind();
+  document().findNext();
+  ASSERT_EQ(value(), L"second");
+  window().form.fields[1].loaded = Bytes(40'000'000, 1);
+  EXPECT_FALSE(undo());
+  EXPECT_EQ(value(), L"second");
+  EXPECT_EQ(window().sight(), "form: record 2");
+}
+
+TEST_F(DocumentHistoryTest, ANewRecordThatIsTooLargeGoesAgain) {
+  runStatements(path(), {L"CREATE TABLE 'Pictures' (Title Text, Picture Image)"});
+  open();
+  document().openTableSelection(3);
+  document().setViewMode(ViewMode::form);
+  for (const wchar_t* title : {L"first", L"second"}) {
+    document().newRecord();
+    window().form.fields[1].loaded = Bytes(40'000'000, 1);
+    EXPECT_FALSE(undo());
+    EXPECT_FALSE(document().isNewRecordPending());
+    document().newRecord();
+    type(title);
+    document().moveFirstRecord();
+  }
+  EXPECT_EQ(window().bar.position, L"    1 / 2");
+  EXPECT_THAT(stored(L"Select Title From Pictures"), ElementsAre(L"first", L"second"));
+}
+
+TEST_F(DocumentHistoryTest, ForWhatIsStoredAsItWasNothingOlderIsTaken) {
+  openOn(ViewMode::form);
+  type(L"11");
+  document().moveNextRecord();
+  type(L"020");
+  EXPECT_FALSE(undo());
+  EXPECT_EQ(value(), L"20");
+  EXPECT_THAT(stored(kFirst), ElementsAre(L"11", L"20", L"30"));
+  EXPECT_THAT(messages(), IsEmpty());
+  EXPECT_TRUE(undo());
+  EXPECT_THAT(stored(kFirst), ElementsAre(L"10", L"20", L"30"));
+}
+
+TEST_F(DocumentHistoryTest, OfWhatNothingWasKeptIsToldThatItIsStored) {
+  runStatements(path(), {L"CREATE TABLE 'Keyed' (a Text, b Text PRIMARY KEY)",
+                         L"INSERT INTO Keyed VALUES ('old', NULL)"});
+  open();
+  document().openTableSelection(3);
+  document().setViewMode(ViewMode::form);
+  type(L"new");
+  EXPECT_FALSE(undo());
+  EXPECT_EQ(value(), L"new");
+  ASSERT_EQ(messages().size(), 1u);
+  EXPECT_EQ(messages()[0].text,
+            L"The change could not be undone.\nIt is stored, and what was there before was not kept.");
+}
+
 }  // namespace

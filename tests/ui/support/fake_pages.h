@@ -38,13 +38,15 @@ class PagesInSight {
 
 /// An editor without a window.
 struct FakeFieldEditor final : FieldValueSource {
-  bool isEdited() const override { return content != shown; }
+  bool isEdited() const override { return loaded || content != shown; }
   String text() const override { return content.c_str(); }
+  const Bytes* bytes() const override { return loaded ? &*loaded : nullptr; }
   bool isChecked() const override { return content == L"-1"; }
   std::optional<double> date() const override { return dateFromText(content.c_str()); }
 
-  std::wstring shown;    ///< what it was given
-  std::wstring content;  ///< what the user left in it
+  std::wstring shown;           ///< what it was given
+  std::wstring content;         ///< what the user left in it
+  std::optional<Bytes> loaded;  ///< what he has loaded from a file
 };
 
 /// Shows records as a form does, and takes what a test types.
@@ -79,6 +81,7 @@ struct FakeForm final : FormPage {
     for (std::size_t i = 0; i < fields.size(); ++i) {
       fields[i].shown = i < read.fields().size() ? read.fields()[i].text.text() : L"";
       fields[i].content = fields[i].shown;
+      fields[i].loaded.reset();
     }
     record = read.isReadable() ? std::optional(read.position()) : std::nullopt;
     isUnreadable = !read.isReadable();
