@@ -18,6 +18,7 @@ class [[nodiscard]] Outcome {
     stopped,           ///< the user stopped it
     passwordWanted,    ///< a server wants a password, or another one than it was given
     other,
+    notFitting,  ///< what was asked for does not fit the tables as they are: it would fail again
   };
 
   /// Done.

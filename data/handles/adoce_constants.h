@@ -25,6 +25,10 @@ inline constexpr HRESULT kStructureChanged = static_cast<HRESULT>(0x800A0E94);
 inline constexpr HRESULT kStopped = static_cast<HRESULT>(0x80040E4E);
 inline constexpr HRESULT kPasswordWanted = static_cast<HRESULT>(0x80040E4D);
 inline constexpr HRESULT kChangedElsewhere = static_cast<HRESULT>(0x80040E38);
+inline constexpr HRESULT kErrorsInCommand = static_cast<HRESULT>(0x80040E14);
+inline constexpr HRESULT kBadColumn = static_cast<HRESULT>(0x80040E11);
+inline constexpr HRESULT kConversion = static_cast<HRESULT>(0x800A0D5D);
+inline constexpr HRESULT kNotAvailable = static_cast<HRESULT>(0x800A0CB3);
 
 /// Bits of Field.Attributes.
 inline constexpr LONG kFieldUpdatable = 4;

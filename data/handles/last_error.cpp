@@ -25,6 +25,11 @@ Outcome::Cause causeOf(HRESULT result) {
     case kLocked:
     case kTooLarge:
       return Outcome::Cause::notNow;
+    case kErrorsInCommand:
+    case kBadColumn:
+    case kConversion:
+    case kNotAvailable:
+      return Outcome::Cause::notFitting;
     default:
       return Outcome::Cause::other;
   }

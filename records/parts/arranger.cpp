@@ -107,11 +107,11 @@ void Arranger::keep() const {
                    arrangement.isEmpty() ? std::wstring() : arrangement.toText());
 }
 
-/// Another program may have renamed or deleted a field by which the records are ordered.
+/// Another program may have renamed or deleted a field by which the records are ordered. What fails for
+/// another reason, as by a connection that was lost, says nothing of the order and filter.
 Outcome Arranger::openRecords() {
   Outcome opened = database().openRecordset(wanted().sqlText());
-  const bool maySuitNoLonger = opened.cause() == Outcome::Cause::other && !wanted().arrangement().isEmpty();
-  if (opened || !maySuitNoLonger) return opened;
+  if (opened.cause() != Outcome::Cause::notFitting || wanted().arrangement().isEmpty()) return opened;
   const String reason = opened.reason();
   Outcome plain = database().openRecordset(wanted().plainSql());
   if (!plain) return plain;
