@@ -9,6 +9,7 @@
 #include "app/window/order_commands.h"
 #include "app/window/page_layout.h"
 #include "app/window/program_state.h"
+#include "app/window/tab_pages.h"
 #include "base/settings/app_colors.h"
 #include "base/settings/app_settings.h"
 #include "platform/pocketshell/desktop_entries.h"
@@ -76,8 +77,10 @@ void goToLookedUp(WORD) {
   theDocument->lookUps().goThere();
 }
 
+/// The record is shown on the Form page, whichever is shown now.
 void goBack(WORD) {
-  theDocument->lookUps().goBack();
+  showPage(kFormPageIndex);
+  if (currentPage == kFormPageIndex) theDocument->lookUps().goBack();
 }
 
 void arrangeColumn(WORD) {

@@ -124,6 +124,20 @@ TEST_P(LookUpStory, TheUserGoesToTheRecordChangesItAndComesBack) {
   end();
 }
 
+TEST_P(LookUpStory, FromAnotherPageTheWayBackLeadsToTheFormAndWhatIsTypedThereIsStored) {
+  User& user = startOnLoans();
+  user.goTo(kBook);
+  user.chooseDesktop(ID_GO_TO_LOOKED_UP);
+  awaitShown(user, kFirst, L"Ulysses");
+  user.showPage(OpenedDatabase::kListPage);
+  user.chooseDesktop(ID_GO_BACK);
+  awaitShown(user, kFirst, L"first");
+  user.fillEditor(kFirst, L"typed");
+  user.showPage(OpenedDatabase::kListPage);
+  EXPECT_THAT(stored("SELECT Note FROM Loans ORDER BY rowid"), ElementsAre("typed", "second", "third"));
+  end();
+}
+
 TEST_P(LookUpStory, WhatReferencesNothingIsToldAndTheRecordStays) {
   User& user = startOnLoans();
   user.choose(ID_RECORD_LAST);
