@@ -13,13 +13,16 @@
 #include "data/database/sql_names.h"
 #include "data/handles/connection_handle.h"
 #include "data/handles/recordset_handle.h"
+#include "data/values/binary_text.h"
 #include "data/values/field_kinds.h"
+#include "data/values/value_conversion.h"
 
 namespace {
 
 /// More than anybody reads of a key or name.
 constexpr LONG kMostReadBytes = 1000;
 constexpr int kSampleCount = 100;
+constexpr int kSampleLength = 300;
 constexpr LONG kKeyField = 0;
 constexpr LONG kNameField = 1;
 
@@ -35,18 +38,39 @@ Outcome openRecords(RecordsetHandle& records, const ConnectionHandle& connection
   return records.open(sql.c_str(), &connection, CursorType::keyset, SourceKind::text);
 }
 
-Outcome readText(RecordsetHandle& records, LONG field, String& text) {
-  FieldHandle& handle = records.field(field);
-  const FieldType type{handle.type()};
+Outcome readText(RecordsetHandle& records, LONG field, FieldType type, String& text) {
   ValueBeginning value;
-  Outcome read = handle.readBeginning(kMostReadBytes, value);
+  Outcome read = records.field(field).readBeginning(kMostReadBytes, value);
   if (read) text = textOfBeginning(type, value);
   return read;
 }
 
+Outcome readText(RecordsetHandle& records, LONG field, String& text) {
+  return readText(records, field, FieldType{records.field(field).type()}, text);
+}
+
+/// Whether the value comes of its text again, to the last bit, in a field like its own.
+bool saysAll(FieldType type, const String& text, const Variant& value) {
+  switch (value.type()) {
+    case VT_BSTR:
+      return isSameValue(Variant::fromText(text.text()), value);
+    case VT_R4:
+    case VT_R8:
+      return isSameValue(doubleFromText(text.text()), value);
+    case VT_ARRAY | VT_UI1:
+      return fieldKind(type).editor == FieldEditorKind::bytes &&
+             isSameValue(bytesFromText(text.text()), value);
+    case VT_DATE:
+      // It is written in the user's way.
+      return false;
+    default:
+      return true;
+  }
+}
+
 /// What the first values of a field are like.
 struct Sample {
-  LONG field = 0;
+  String field{};
   bool hasLetters = false;
   bool repeats = false;
   std::set<std::wstring> values{};
@@ -60,15 +84,29 @@ struct Sample {
   }
 };
 
-std::vector<Sample> textFields(RecordsetHandle& records, const String& key) {
-  std::vector<Sample> samples;
+/// No record is read for it: a table may have fields of bytes besides, and nobody waits for those.
+Outcome findTextFields(const ConnectionHandle& connection, const LookUpTarget& target,
+                       std::vector<Sample>& samples) {
+  RecordsetHandle records;
+  if (Outcome opened = openRecords(records, connection, selectOf(target, L"*") + L" Limit 0"); !opened)
+    return opened;
   for (LONG field = 0; field < records.fieldCount(); ++field) {
     FieldHandle& handle = records.field(field);
     const FieldType type{handle.type()};
     const bool isText = type == FieldType::varWChar || type == FieldType::longVarWChar;
-    if (isText && !isSame(handle.name(), key)) samples.push_back({.field = field});
+    if (isText && !isSame(handle.name(), target.field)) samples.push_back({.field = handle.name()});
   }
-  return samples;
+  return {};
+}
+
+/// A statement that reads the beginnings of the values of the samples' fields.
+std::wstring sampleSql(const LookUpTarget& target, const std::vector<Sample>& samples) {
+  std::wstring fields;
+  for (const Sample& sample : samples) {
+    if (!fields.empty()) fields += L", ";
+    fields += L"substr(" + selectedName(sample.field) + L", 1, " + std::to_wstring(kSampleLength) + L")";
+  }
+  return selectOf(target, fields) + L" Limit " + std::to_wstring(kSampleCount);
 }
 
 std::wstring literal(const String& text) {
@@ -83,16 +121,22 @@ std::wstring literal(const String& text) {
 }  // namespace
 
 Outcome findNameField(const ConnectionHandle& connection, const LookUpTarget& target, String& field) {
+  std::vector<Sample> samples;
+  if (Outcome found = findTextFields(connection, target, samples); !found) return found;
+  if (samples.empty()) {
+    field.clear();
+    return {};
+  }
   RecordsetHandle records;
-  const std::wstring sql = selectOf(target, L"*") + L" Limit " + std::to_wstring(kSampleCount);
-  if (Outcome opened = openRecords(records, connection, sql); !opened) return opened;
-  std::vector<Sample> samples = textFields(records, target.field);
-  const LONG count = samples.empty() ? 0 : records.recordCount();
+  if (Outcome opened = openRecords(records, connection, sampleSql(target, samples)); !opened) return opened;
+  const LONG count = records.recordCount();
   for (LONG record = 0; record < count; ++record) {
-    for (Sample& sample : samples) {
+    for (std::size_t i = 0; i < samples.size(); ++i) {
       String value;
-      if (Outcome read = readText(records, sample.field, value); !read) return read;
-      sample.add(value);
+      // What is calculated has no type of its own everywhere.
+      if (Outcome read = readText(records, static_cast<LONG>(i), FieldType::longVarWChar, value); !read)
+        return read;
+      samples[i].add(value);
     }
     if (Outcome read = records.readOn(); !read) return read;
   }
@@ -102,7 +146,7 @@ Outcome findNameField(const ConnectionHandle& connection, const LookUpTarget& ta
     found =
         std::find_if(samples.begin(), samples.end(), [](const Sample& sample) { return sample.hasLetters; });
   }
-  field = found == samples.end() ? String() : records.field(found->field).name();
+  field = found == samples.end() ? String() : found->field;
   return {};
 }
 
@@ -150,6 +194,18 @@ Outcome LookUpRecords::read(std::uint32_t row, LookUpRecord& record) {
     if (Outcome read = readText(*records_, kNameField, found.name); !read) return read;
   }
   record = std::move(found);
+  return {};
+}
+
+Outcome LookUpRecords::readKey(std::uint32_t row, String& key) {
+  if (!moveTo(row)) return Outcome::failure(L"The record can't be reached.");
+  FieldHandle& handle = records_->field(kKeyField);
+  const FieldType type{handle.type()};
+  Variant value;
+  if (Outcome read = handle.read(value); !read) return read;
+  String text = fieldKind(type).textOf(value);
+  if (!saysAll(type, text, value)) return Outcome::failure(L"Its key can't be written in full.");
+  key = std::move(text);
   return {};
 }
 

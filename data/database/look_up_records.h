@@ -45,8 +45,12 @@ class LookUpRecords {
   LookUpRecords& operator=(const LookUpRecords&) = delete;
 
   std::uint32_t count() const { return count_; }
-  /// `record` is untouched when it can't be read.
+  /// What the user sees of the record: no more than the beginning of a long key or name. `record` is
+  /// untouched when it can't be read.
   Outcome read(std::uint32_t row, LookUpRecord& record);
+  /// The whole key, to be stored in a field that refers to it. Fails when it can't be read, and where the
+  /// text would not give the same value again; `key` is untouched then.
+  Outcome readKey(std::uint32_t row, String& key);
 
   /// Begins to look for the records whose key or name has this text in any letter case.
   void beginSearch(const String& text);

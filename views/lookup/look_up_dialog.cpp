@@ -12,6 +12,7 @@
 #include "views/lookup/look_up_ids.h"
 #include "views/shared/child_control.h"
 #include "views/shared/list_view.h"
+#include "views/shared/shown_text.h"
 
 namespace {
 
@@ -30,6 +31,12 @@ constexpr UINT_PTR kSearchTimer = 1;
 /// Who wants more than these types more.
 constexpr std::size_t kMostFound = 500;
 constexpr int kKeyWidth = 60;
+
+/// The editor of the field would store commas in the place of line breaks.
+bool fitsLine(const String& key) {
+  const ShownText shown = textForLine(key.text());
+  return !shown.isExact || shown.text == key.text();
+}
 
 }  // namespace
 
@@ -208,6 +215,13 @@ void LookUpDialog::confirm() {
     tell((std::wstring(L"The record could not be read.\n") + read.reason().text()).c_str());
     return;
   }
-  chosen_ = record.key;
+  String key;
+  Outcome given = records_->readKey(*row, key);
+  if (given && !fitsLine(key)) given = Outcome::failure(L"Its key has line breaks.");
+  if (!given) {
+    tell((std::wstring(L"The record can't be chosen.\n") + given.reason().text()).c_str());
+    return;
+  }
+  chosen_ = std::move(key);
   close(IDOK);
 }

@@ -93,6 +93,34 @@ TEST_F(LookUpFormTest, TheFirstOfThoseThatWereFoundIsChosenByEnter) {
   EXPECT_EQ(storedText(0), L"8");
 }
 
+TEST_F(LookUpFormTest, ALongKeyIsStoredToTheLastCharacter) {
+  showTable(
+      L"CREATE TABLE 'T' (Book Text REFERENCES Books, Note Text)",
+      {L"CREATE TABLE 'Books' (Id Text PRIMARY KEY)",
+       L"INSERT INTO Books VALUES (hex(zeroblob(3000)) || 'end')", L"INSERT INTO T VALUES (NULL, 'n')"});
+  open([](HWND dialog) { press(dialog, IDOK); });
+  commit();
+  EXPECT_EQ(storedText(0), std::wstring(6000, L'0') + L"end");
+}
+
+TEST_F(LookUpFormTest, AKeyThatWouldBeStoredAsAnotherIsRefused) {
+  showTable(
+      L"CREATE TABLE 'T' (Price Float REFERENCES Prices, Note Text REFERENCES Notes)",
+      {L"CREATE TABLE 'Prices' (Id Float PRIMARY KEY)", L"INSERT INTO Prices VALUES (0.12345678)",
+       L"CREATE TABLE 'Notes' (Id Text PRIMARY KEY)",
+       L"INSERT INTO Notes VALUES ('one' || char(13, 10) || 'two')", L"INSERT INTO T VALUES (NULL, NULL)"});
+  MessageBoxes boxes;
+  const auto refused = [](HWND dialog) {
+    press(dialog, IDOK);
+    EXPECT_TRUE(IsWindow(dialog));
+    DialogScript::close(dialog, IDCANCEL);
+  };
+  open(refused);
+  DialogScript script(refused);
+  SendMessageW(textEditor(1), kLookUpMessage, 0, 0);
+  EXPECT_FALSE(view().takeChange());
+}
+
 TEST_F(LookUpFormTest, TheArrowsChooseWhileTheKeyboardIsInTheText) {
   showLoans();
   open([](HWND dialog) {

@@ -108,6 +108,67 @@ TEST_F(LookUpTest, TheListNarrowsByKeyAndNameInAnyLetterCase) {
   EXPECT_THAT(found(*books, L"nobody"), IsEmpty());
 }
 
+/// Of a table with pictures, say, the texts alone are read.
+TEST_F(LookUpTest, TheNameIsFoundWithoutReadingOtherFields) {
+  openWith({L"CREATE TABLE P (Id Integer PRIMARY KEY, Low Integer, Title Text, Fails Integer AS (abs(Low)))",
+            L"CREATE TABLE C (P Integer REFERENCES P)",
+            L"INSERT INTO P (Id, Low, Title) VALUES (1, -9223372036854775807 - 1, 'named')"});
+  ASSERT_TRUE(database_.openRecordset(L"Select * from [C]"));
+  EXPECT_EQ(name(L"1"), L"named");
+  LookUpRecord record;
+  ASSERT_TRUE(openBooks()->read(0, record));
+  EXPECT_STREQ(record.name.text(), L"named");
+}
+
+TEST_F(LookUpTest, AKeyIsGivenWhole) {
+  openWith({L"CREATE TABLE P (K Text PRIMARY KEY)", L"CREATE TABLE C (P Text REFERENCES P)",
+            L"INSERT INTO P VALUES (hex(zeroblob(3000)) || 'end'), ('short')"});
+  ASSERT_TRUE(database_.openRecordset(L"Select * from [C]"));
+  const auto records = openBooks();
+  String key;
+  ASSERT_TRUE(records->readKey(0, key));
+  EXPECT_EQ(key.text(), std::wstring(6000, L'0') + L"end");
+  ASSERT_TRUE(records->readKey(1, key));
+  EXPECT_STREQ(key.text(), L"short");
+  EXPECT_FALSE(records->readKey(2, key));
+  EXPECT_STREQ(key.text(), L"short");
+}
+
+TEST_F(LookUpTest, AKeyThatItsTextDoesNotSayIsNotGiven) {
+  openWith({L"CREATE TABLE P (K Float PRIMARY KEY)", L"CREATE TABLE C (P Float REFERENCES P)",
+            L"INSERT INTO P VALUES (0.5), (0.12345678), (1e300)"});
+  ASSERT_TRUE(database_.openRecordset(L"Select * from [C]"));
+  const auto records = openBooks();
+  String key;
+  ASSERT_TRUE(records->readKey(0, key));
+  EXPECT_STREQ(key.text(), L"0.500000");
+  const Outcome read = records->readKey(1, key);
+  EXPECT_FALSE(read);
+  EXPECT_STREQ(read.reason().text(), L"Its key can't be written in full.");
+  EXPECT_STREQ(key.text(), L"0.500000");
+}
+
+TEST_F(LookUpTest, EveryKindOfKeyThatTextsCanSayIsGiven) {
+  openWith({L"CREATE TABLE P (K Integer PRIMARY KEY)", L"CREATE TABLE C (P Integer REFERENCES P)",
+            L"INSERT INTO P VALUES (-5), (9223372036854775807)", L"CREATE TABLE Q (K Image PRIMARY KEY)",
+            L"CREATE TABLE D (Q Image REFERENCES Q)", L"INSERT INTO Q VALUES (x'00ff'), ('word'), (7)"});
+  ASSERT_TRUE(database_.openRecordset(L"Select * from [C]"));
+  auto records = openBooks();
+  String key;
+  ASSERT_TRUE(records->readKey(0, key));
+  EXPECT_STREQ(key.text(), L"-5");
+  ASSERT_TRUE(records->readKey(1, key));
+  EXPECT_STREQ(key.text(), L"9223372036854775807");
+  records.reset();
+  ASSERT_TRUE(database_.openRecordset(L"Select * from [D]"));
+  records = openBooks();
+  std::uint32_t row = 0;
+  for (const wchar_t* text : {L"00 FF", L"word", L"7"}) {
+    ASSERT_TRUE(records->readKey(row++, key)) << text;
+    EXPECT_STREQ(key.text(), text);
+  }
+}
+
 TEST_F(LookUpTest, ATableThatIsGoneIsTold) {
   openWith({L"CREATE TABLE C (P Integer REFERENCES Gone (Id))"});
   ASSERT_TRUE(database_.openRecordset(L"Select * from [C]"));
