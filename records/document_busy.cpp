@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include "records/document.h"
+#include "records/raised.h"
 
 namespace {
 
@@ -60,10 +61,9 @@ void Document::tellWhenOver() {
 
 bool Document::keepsGoing(const Progress& progress) {
   tellWhenOver();
-  isAsked_ = true;
-  const bool wanted = pages_.prompts.keepGoing(progress);
-  isAsked_ = false;
-  return wanted;
+  // Where the asking fails it is over as well: no command could run any more otherwise.
+  const Raised asked(isAsked_);
+  return pages_.prompts.keepGoing(progress);
 }
 
 bool Document::mayWaitOn() {

@@ -1,5 +1,6 @@
 // What takes its time: one wait for one thing that the user did, and statements that he stops.
 #include <chrono>
+#include <new>
 #include <string>
 #include <utility>
 #include <vector>
@@ -101,6 +102,20 @@ TEST_F(DocumentBusyTest, AStatementThatTakesItsTimeIsStopped) {
   document().setViewMode(ViewMode::tables);
   document().setViewMode(ViewMode::form);
   EXPECT_EQ(value(), L"10");
+}
+
+TEST_F(DocumentBusyTest, AnAskingThatFailsIsOverAsWell) {
+  int askedCount = 0;
+  window().prompts.goesOnBusy = [&](What) {
+    if (++askedCount == 1) throw std::bad_alloc();
+    return false;
+  };
+  const std::wstring lasting = std::wstring(kEndless) + L" WHERE n < 30000000";
+  String reason;
+  document().returnsRecords(String(lasting.c_str()), reason);
+  EXPECT_EQ(askedCount, 2);
+  EXPECT_STREQ(reason.text(), L"The statement was stopped.");
+  EXPECT_FALSE(document().isBusy());
 }
 
 TEST_F(DocumentBusyTest, WhileItIsAskedTheDatabaseCantBeUsed) {
