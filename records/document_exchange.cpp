@@ -78,7 +78,7 @@ class ExportSources {
 // ---- Export
 
 void Document::exportRecords() {
-  if (wanted_.isNone() || !settleRecord()) return;
+  if (wanted_.isNone() || !settleTyped()) return;
   ExportedRecords records;
   if (!chooseExported(records)) return;
   const std::optional<String> path = pages_.prompts.chooseFile(FileChoice::exportTo);
@@ -148,7 +148,7 @@ Outcome Document::readChosenRow(std::wstring& text) {
 
 std::unique_ptr<ImportFile> Document::openImport(const String& path) {
   std::unique_ptr<ImportFile> file;
-  if (!database_.isOpen() || !settleRecord()) return file;
+  if (!database_.isOpen() || !settleTyped()) return file;
   if (const Outcome opened = database_.openImport(path, file); !opened) {
     tellFailure(std::wstring(L"File ") + path.text() + L" could not be opened.", opened.reason());
   }

@@ -103,6 +103,22 @@ class ExchangeStory : public StoryTest {
   }
 };
 
+TEST_P(ExchangeStory, WhoExportsNothingFromTheListGoesOnThereWithTheKeyboard) {
+  runStatements(path(), {L"INSERT INTO People VALUES ('Bo', 4)"});
+  User& user = start();
+  user.showPage(kFormPage);
+  user.fillEditor(kFirstTextEditorId, L"Grace");
+  user.showPage(kListPage);
+  user.pickItem(0);
+  user.chooseDesktop(ID_EXPORT);
+  user.leave(user.dialog(L"Export"));
+  const HWND grid = remote::recordGrid(user.main());
+  EXPECT_TRUE(remote::waitUntil([&] { return remote::focus(user.main()) == grid; }));
+  userinput::press(VK_DOWN);
+  EXPECT_TRUE(remote::waitUntil([&] { return remote::selectedItem(grid) == 1; }));
+  end();
+}
+
 TEST_P(ExchangeStory, ATableIsExportedAndImportedAgain) {
   User& user = start();
   beginExport(user, 0);
