@@ -59,9 +59,11 @@ std::wstring typedIntoForm() {
   doubtFieldWithFocus(editors);
   std::erase_if(fieldsInDoubt, [&](std::uint32_t field) {
     if (field >= editors.size()) return true;
-    const bool isEdited = editors[field]->isEdited();
-    if (isEdited) addItem(typed, theDocument->fieldName(field).text(), contentOf(field, *editors[field]));
-    return !isEdited;
+    const auto& editor = static_cast<const FieldEditor&>(*editors[field]);
+    // A text with line breaks is shown as something else than its record holds, also when nobody has typed.
+    const bool isTyped = editor.hasChange() && editor.isEdited();
+    if (isTyped) addItem(typed, theDocument->fieldName(field).text(), contentOf(field, editor));
+    return !isTyped;
   });
   return typed;
 }

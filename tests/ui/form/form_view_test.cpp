@@ -4,6 +4,7 @@
 #include "data/database/database.h"
 #include "gmock/gmock.h"
 #include "owners/live_resources.h"
+#include "records/parts/record_history.h"
 #include "tests/ui/form/form_fixture.h"
 #include "tests/ui/support/window_reading.h"
 #include "views/form/date_field_editor.h"
@@ -289,6 +290,21 @@ TEST_F(FormViewTest, LineBreaksAreWrittenAsShownWithTheirRecordAndAreNoChangeAlo
   type(textEditor(1), L"y");
   commit();
   EXPECT_EQ(storedText(0), L"one,two");
+}
+
+TEST_F(FormViewTest, ATextWithLineBreaksIsNoneThatWasTyped) {
+  showTable(L"CREATE TABLE 'T' (a Text, b Text)",
+            {L"INSERT INTO T VALUES ('one' || char(13, 10) || 'two', 'x')"});
+  RecordHistory& history = document().history();
+  EXPECT_FALSE(history.hasStep(HistoryWay::back));
+  type(textEditor(1), L"y");
+  EXPECT_TRUE(history.hasStep(HistoryWay::back));
+  EXPECT_EQ(history.text(HistoryWay::back), L"Undo what is typed");
+  ASSERT_TRUE(history.take(HistoryWay::back));
+  history.showTaken();
+  EXPECT_EQ(storedText(0), L"one\r\ntwo");
+  EXPECT_TRUE(history.hasStep(HistoryWay::again));
+  EXPECT_FALSE(history.hasStep(HistoryWay::back));
 }
 
 TEST_F(FormViewTest, ADateThatIsChosenAgainIsNoOther) {

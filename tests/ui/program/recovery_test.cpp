@@ -291,6 +291,20 @@ TEST_F(RecoveryTest, WhatIsStoredIsNotOffered) {
               testing::ElementsAre("stored"));
 }
 
+TEST_F(RecoveryTest, ATextWithLineBreaksThatNobodyHasChangedIsNotOffered) {
+  runStatements(path_, {L"UPDATE People SET Name = 'Ada' || char(13, 10) || 'Lovelace'"});
+  {
+    OpenedDatabase opened(path_);
+    ASSERT_TRUE(opened.tables());
+    ASSERT_TRUE(remote::switchToPage(opened.main(), OpenedDatabase::kFormPage));
+    const HWND name = remote::control(opened.main(), kName);
+    ASSERT_TRUE(remote::waitUntil([&] { return remote::focus(name) == name; }));
+    faultInAWindow(opened, opened.program());
+  }
+  EXPECT_TRUE(fs::exists(faultFile()));
+  EXPECT_FALSE(fs::exists(typedFile()));
+}
+
 TEST_F(RecoveryTest, AnOrdinaryEndLeavesNothing) {
   OpenedDatabase opened(path_);
   ASSERT_TRUE(opened.tables());
