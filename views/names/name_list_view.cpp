@@ -147,10 +147,14 @@ String NameListView::itemText(int index) const {
 }
 
 int NameListView::findItem(const String& name) const {
-  const auto found = std::find_if(names_.begin(), names_.end(), [&](const String& each) {
-    return CompareStringOrdinal(each.text(), -1, name.text(), -1, TRUE) == CSTR_EQUAL;
-  });
-  return found == names_.end() ? -1 : static_cast<int>(found - names_.begin());
+  // On a server names may differ by nothing else than the case of their letters.
+  for (const BOOL ignoresCase : {FALSE, TRUE}) {
+    const auto found = std::find_if(names_.begin(), names_.end(), [&](const String& each) {
+      return CompareStringOrdinal(each.text(), -1, name.text(), -1, ignoresCase) == CSTR_EQUAL;
+    });
+    if (found != names_.end()) return static_cast<int>(found - names_.begin());
+  }
+  return -1;
 }
 
 void NameListView::refill(const NameList& names) {

@@ -72,6 +72,19 @@ TEST_F(TablesListViewTest, AnEmptyListSelectsNothing) {
   EXPECT_EQ(selected(list()), -1);
 }
 
+TEST_F(TablesListViewTest, ANameInItsOwnSpellingComesBeforeOneInAnother) {
+  const NameList both = names({L"Orders", L"orders", L"Other"});
+  const auto selectedBy = [&](const wchar_t* name) {
+    view().fill(both, Positioning::first, L"");
+    view().itemText(2);
+    view().fill(both, Positioning::byName, name);
+    return selected(list());
+  };
+  EXPECT_EQ(selectedBy(L"orders"), 1);
+  EXPECT_EQ(selectedBy(L"Orders"), 0);
+  EXPECT_EQ(selectedBy(L"OTHER"), 2);
+}
+
 TEST_F(TablesListViewTest, EachPositioningChoosesItsItem) {
   EXPECT_EQ(selectedAfter(Positioning::first, 2), 0);
   EXPECT_EQ(selectedAfter(Positioning::last, 0), 2);
