@@ -1,6 +1,7 @@
 // Stories of a server's database: what a user does with a file's, on the same pages.
 #include <algorithm>
 
+#include "base/settings/kept_texts.h"
 #include "base/settings/options.h"
 #include "dialogs/copies/go_back_ids.h"
 #include "dialogs/find/find_dialog_ids.h"
@@ -110,7 +111,7 @@ class ServerStory : public StoryTest {
     }));
   }
   /// By the keys of the desktop menu, which are there for both hands.
-  void calculate(int column) const {
+  void chooseForColumn(int column, WORD key) const {
     userinput::press('M', VK_MENU);
     awaitPopups(1);
     userinput::press('O');
@@ -118,8 +119,14 @@ class ServerStory : public StoryTest {
     pressForNextMenu('C');
     for (int i = 0; i <= column; ++i) userinput::press(VK_DOWN);
     pressForNextMenu(VK_RETURN);
-    userinput::press('L');
+    userinput::press(key);
     awaitPopups(0);
+  }
+  void calculate(int column) const { chooseForColumn(column, 'L'); }
+  void endConnections() const {
+    runOnServer(
+        "SELECT pg_terminate_backend(pid) FROM pg_stat_activity WHERE datname = '" + database_.name() + "'",
+        "postgres");
   }
   /// Answers the box that tells of a lost connection.
   static void answerLoss(User& user, int button) {
@@ -300,9 +307,7 @@ TEST_P(ServerStory, ALostConnectionIsToldOnceAndWhatWasTypedIsStoredAfterwards) 
   User& user = startOnForm();
   awaitShown(user, kName, L"Ada");
   user.fillEditor(kName, L"Ada L");
-  runOnServer(
-      "SELECT pg_terminate_backend(pid) FROM pg_stat_activity WHERE datname = '" + database_.name() + "'",
-      "postgres");
+  endConnections();
   user.choose(ID_RECORD_NEXT);
   answerLoss(user, IDNO);
   EXPECT_EQ(shown(user, kName), L"Ada L");
@@ -333,6 +338,69 @@ TEST_P(ServerStory, AServerThatIsKilledAndRestartedInTheMidstOfAWalkLosesNothing
   awaitShown(user, kName, L"Ada L");
   endHere(user);
   EXPECT_EQ("Ada L 1815 false, Grace 1906 false, Barbara 1939 true", people());
+}
+
+TEST_P(ServerStory, TheUndoOfWhatIsTypedStoresNothing) {
+  makePeople();
+  User& user = startOnForm();
+  awaitShown(user, kName, L"Ada");
+  user.fillEditor(kName, L"typed");
+  user.chooseDesktop(ID_HISTORY_UNDO);
+  awaitShown(user, kName, L"Ada");
+  EXPECT_EQ("Ada 1815 false, Grace 1906 false, Barbara 1939 true", people());
+  endHere(user);
+  EXPECT_EQ("Ada 1815 false, Grace 1906 false, Barbara 1939 true", people());
+}
+
+TEST_P(ServerStory, ALostConnectionLeavesTheOrderThatWasChosen) {
+  makePeople();
+  onServer("CREATE TABLE \"Towns\" (\"Name\" varchar(20) PRIMARY KEY)");
+  User& user = startHere();
+  user.showPage(OpenedDatabase::kListPage);
+  chooseForColumn(0, 'D');
+  const HWND grid = remote::recordGrid(user.main());
+  const std::vector<std::wstring> names = {L"Grace", L"Barbara", L"Ada"};
+  ASSERT_TRUE(remote::waitUntil([&] { return remote::itemTexts(grid) == names; }));
+  const auto kept = [&] { return kepttexts::read(database_.link().c_str(), false, L"People"); };
+  const std::wstring order = kept();
+  ASSERT_NE(order, L"");
+  user.showPage(OpenedDatabase::kTablesPage);
+  user.pickItem(1);
+  user.showPage(OpenedDatabase::kFormPage);
+  user.showPage(OpenedDatabase::kTablesPage);
+  user.pickItem(0);
+  endConnections();
+  user.showPage(OpenedDatabase::kFormPage);
+  answerLoss(user, IDOK);
+  EXPECT_EQ(kept(), order);
+  user.showPage(OpenedDatabase::kTablesPage);
+  user.showPage(OpenedDatabase::kFormPage);
+  awaitShown(user, kName, L"Grace");
+  endHere(user);
+  EXPECT_EQ(kept(), order);
+}
+
+TEST_P(ServerStory, OfTwoTablesThatDifferByTheCaseOfTheirLettersTheOneReferredToIsShown) {
+  onServer("CREATE TABLE \"Orders\" (\"Name\" varchar(20), \"Id\" integer PRIMARY KEY)");
+  onServer("CREATE TABLE \"orders\" (\"Name\" varchar(20), \"Id\" integer PRIMARY KEY)");
+  onServer(
+      "CREATE TABLE \"Bills\" (\"Note\" varchar(20), \"Id\" integer PRIMARY KEY REFERENCES \"orders\" "
+      "(\"Id\"))");
+  onServer(
+      "INSERT INTO \"Orders\" VALUES ('another', 1); INSERT INTO \"orders\" VALUES ('referred to', 1); "
+      "INSERT "
+      "INTO \"Bills\" VALUES ('bill', 1)");
+  User& user = startHere();
+  const std::vector<std::wstring> tables = remote::itemTexts(remote::shownPage(user.main()));
+  const auto bills = std::find(tables.begin(), tables.end(), L"Bills");
+  ASSERT_NE(bills, tables.end()) << testing::PrintToString(tables);
+  user.pickItem(static_cast<int>(bills - tables.begin()));
+  user.showPage(OpenedDatabase::kFormPage);
+  awaitShown(user, kName, L"bill");
+  user.goTo(kBorn);
+  user.chooseDesktop(ID_GO_TO_LOOKED_UP);
+  awaitShown(user, kName, L"referred to");
+  endHere(user);
 }
 
 TEST_P(ServerStory, ATableGoesForGoodOnlyOnceItsUserKnowsThatNoCopyIsKept) {
