@@ -132,6 +132,7 @@ TEST_P(LookUpStory, FromAnotherPageTheWayBackLeadsToTheFormAndWhatIsTypedThereIs
   user.showPage(OpenedDatabase::kListPage);
   user.chooseDesktop(ID_GO_BACK);
   awaitShown(user, kFirst, L"first");
+  ASSERT_TRUE(remote::waitUntil([&] { return remote::focus(user.main()) == control(user, kBook); }));
   user.fillEditor(kFirst, L"typed");
   user.showPage(OpenedDatabase::kListPage);
   EXPECT_THAT(stored("SELECT Note FROM Loans ORDER BY rowid"), ElementsAre("typed", "second", "third"));
