@@ -7,6 +7,7 @@
 #include "records/parts/look_ups.h"
 #include "tests/ui/form/form_fixture.h"
 #include "tests/ui/support/dialog_script.h"
+#include "tests/ui/support/message_boxes.h"
 #include "tests/ui/support/test_database.h"
 #include "tests/ui/support/window_reading.h"
 #include "views/form/text_field_editor.h"

@@ -108,18 +108,6 @@ TEST_F(LookUpTest, TheListNarrowsByKeyAndNameInAnyLetterCase) {
   EXPECT_THAT(found(*books, L"nobody"), IsEmpty());
 }
 
-/// Of a table with pictures, say, the texts alone are read.
-TEST_F(LookUpTest, TheNameIsFoundWithoutReadingOtherFields) {
-  openWith({L"CREATE TABLE P (Id Integer PRIMARY KEY, Low Integer, Title Text, Fails Integer AS (abs(Low)))",
-            L"CREATE TABLE C (P Integer REFERENCES P)",
-            L"INSERT INTO P (Id, Low, Title) VALUES (1, -9223372036854775807 - 1, 'named')"});
-  ASSERT_TRUE(database_.openRecordset(L"Select * from [C]"));
-  EXPECT_EQ(name(L"1"), L"named");
-  LookUpRecord record;
-  ASSERT_TRUE(openBooks()->read(0, record));
-  EXPECT_STREQ(record.name.text(), L"named");
-}
-
 TEST_F(LookUpTest, AKeyIsGivenWhole) {
   openWith({L"CREATE TABLE P (K Text PRIMARY KEY)", L"CREATE TABLE C (P Text REFERENCES P)",
             L"INSERT INTO P VALUES (hex(zeroblob(3000)) || 'end'), ('short')"});
