@@ -7,7 +7,6 @@
 #include "platform/store/odbc/server_description.h"
 #include "platform/store/odbc/session_passwords.h"
 #include "platform/store/odbc/sources/server_result_rows.h"
-#include "platform/store/odbc/sources/server_row_stream.h"
 #include "platform/store/odbc/sources/server_table_load.h"
 #include "platform/store/sql/sql_tokens.h"
 
@@ -240,10 +239,8 @@ Status ServerBackend::openStream(std::string_view source, SourceKind kind,
   if (statement.kind != StatementKind::select || changesRows(statement.sql)) return statementWithoutRecords();
   Described described;
   if (Status status = describeSelect(statement.sql, &described); !status) return status;
-  auto made = std::make_unique<ServerRowStream>(*connection_, std::move(described.columns),
-                                                std::move(described.forms));
-  if (Status status = made->take(described.sql); !status) return status;
-  *stream = std::move(made);
+  *stream = std::make_unique<ServerRowStream>(*connection_, spareConversation_, std::move(described.sql),
+                                              std::move(described.columns), std::move(described.forms));
   return {};
 }
 

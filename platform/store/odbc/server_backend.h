@@ -10,6 +10,7 @@
 #include "platform/store/odbc/catalogue/change_look.h"
 #include "platform/store/odbc/catalogue/server_catalogue.h"
 #include "platform/store/odbc/driver/odbc_connection.h"
+#include "platform/store/odbc/sources/server_row_stream.h"
 #include "platform/store/odbc/sources/server_table_rows.h"
 #include "platform/store/rows/backend.h"
 #include "platform/store/sql/dialect.h"
@@ -74,6 +75,7 @@ class ServerBackend : public Backend, private TableNames {
   Status runText(std::string_view text, std::int64_t* affected, std::unique_ptr<RowSource>* rows);
 
   std::unique_ptr<OdbcConnection> connection_;
+  ServerRowStream::Spare spareConversation_;  // for what is read from the first row to the last
   std::string link_;
   ServerCatalogue catalogue_;
   ChangeLook look_;

@@ -175,6 +175,24 @@ TEST(RowTextTest, ARowIsPartedIntoItsValues) {
   EXPECT_EQ((AnswerRow{"line\nend"}), row);
 }
 
+TEST(RowTextTest, RowsThatStandBehindOneAnotherAreReadInTurn) {
+  const std::string texts = R"s((1,"a ""b""",)(2,"\\,)(",x)())s";
+  RowTextReader reader(texts);
+  std::string read;
+  for (const int count : {3, 3, 1}) {
+    ASSERT_FALSE(reader.isAtEnd());
+    ASSERT_TRUE(reader.enterRow());
+    for (int number = 0; number < count; ++number) {
+      std::optional<std::string_view> value;
+      ASSERT_TRUE(reader.takeValue(&value));
+      read += "[" + std::string(value.value_or("null")) + "]";
+    }
+    ASSERT_TRUE(reader.leaveRow());
+  }
+  EXPECT_TRUE(reader.isAtEnd());
+  EXPECT_EQ(R"s([1][a "b"][null][2][\,)(][x][null])s", read);
+}
+
 TEST(RowTextTest, WhatIsNoRowIsRefusedAndLeavesTheValuesAlone) {
   const AnswerRow former{"as it was"};
   for (const std::string_view text : {"", "(", ")", "1,2", "(1,2", "(1)", "(1,2,3)", "(1,2)x", "(1,\"2)"}) {

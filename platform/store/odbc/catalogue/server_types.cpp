@@ -32,13 +32,13 @@ constexpr std::array<NamedServerType, 11> kTypes{{
 
 constexpr std::string_view kBytesPrefix = "\\x";
 
-bool readInteger(const std::string& text, std::int64_t* value) {
+bool readInteger(std::string_view text, std::int64_t* value) {
   const char* end = text.data() + text.size();
   const auto [last, error] = std::from_chars(text.data(), end, *value);
   return error == std::errc() && last == end;
 }
 
-bool readReal(const std::string& text, double* value) {
+bool readReal(std::string_view text, double* value) {
   const char* end = text.data() + text.size();
   const auto [last, error] = std::from_chars(text.data(), end, *value);
   return error == std::errc() && last == end && std::isfinite(*value);
@@ -112,7 +112,7 @@ std::string_view valueTypeOf(const ServerType& type) {
   return type.field.code == TypeCode::date ? "datetime" : "text";
 }
 
-void addServerValue(ValueForm form, const std::optional<std::string>& text, Row* row) {
+void addServerValue(ValueForm form, std::optional<std::string_view> text, Row* row) {
   if (!text) return row->addNull();
   std::int64_t integer = 0;
   double real = 0;

@@ -38,7 +38,7 @@ bool isMeasured(std::string_view name);
 std::string_view valueTypeOf(const ServerType& type);
 
 /// Appends a value as the server wrote it; nothing is null. Throws std::bad_alloc.
-void addServerValue(ValueForm form, const std::optional<std::string>& text, Row* row);
+void addServerValue(ValueForm form, std::optional<std::string_view> text, Row* row);
 
 /// The value as a text that the server reads back as the same one; nothing for null.
 std::optional<std::string> serverTextOf(const Value& value, ValueForm form);

@@ -135,6 +135,7 @@ void OdbcConnection::lose() {
 }
 
 void OdbcConnection::stop() {
+  ++stops_;
   std::shared_ptr<OdbcSession> session;
   {
     const std::lock_guard<std::mutex> lock(mutex_);
@@ -144,8 +145,10 @@ void OdbcConnection::stop() {
 }
 
 Status OdbcConnection::wait(const std::function<bool(std::chrono::milliseconds)>& isOver) {
+  const std::uint64_t stops = stops_;
   while (!isOver(kQuestionInterval)) {
-    if (question_ && question_(Busy::working)) return {ErrorCode::stopped, "The reading was stopped."};
+    const bool isStopped = stops_ != stops || (question_ && question_(Busy::working));
+    if (isStopped) return {ErrorCode::stopped, "The reading was stopped."};
   }
   return {};
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <chrono>
 #include <cstdint>
 #include <functional>
@@ -73,7 +74,7 @@ class OdbcConnection {
 
   void askWhileBusy(BusyQuestion question) { question_ = std::move(question); }
   /// Waits for another thread's work as long as nobody wants it stopped: `isOver` waits so long itself, and
-  /// tells whether it was worth it. Else stopped.
+  /// tells whether it was worth it. Else stopped, also by stop().
   Status wait(const std::function<bool(std::chrono::milliseconds)>& isOver);
   /// As Backend::stop().
   void stop();
@@ -110,6 +111,7 @@ class OdbcConnection {
   std::unique_ptr<CallThread> thread_;  // once somebody was to be asked
   std::mutex mutex_;                    // of session_, which stop() uses from another thread
   std::shared_ptr<OdbcSession> session_;
+  std::atomic<std::uint64_t> stops_ = 0;
   std::uint64_t conversations_ = 0;
   std::uint64_t changes_ = 0;
   std::int64_t changedRows_ = 0;

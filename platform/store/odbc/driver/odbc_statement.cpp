@@ -11,6 +11,7 @@ namespace {
 
 constexpr std::size_t kIntegersAtOnce = 1000;
 constexpr std::size_t kUnitsAtOnce = 4096;
+static_assert(OdbcStatement::kMostTextBytes <= kUnitsAtOnce * sizeof(SQLWCHAR));
 
 SQLPOINTER pointerOf(std::uintptr_t number) {
   return reinterpret_cast<SQLPOINTER>(number);
@@ -240,6 +241,28 @@ Status OdbcStatement::read(std::size_t index, std::optional<std::string>* value)
     if (isWhole) break;
   }
   *value = fromWide(reinterpret_cast<const SQLWCHAR*>(units.data()), units.size());
+  return {};
+}
+
+Status OdbcStatement::appendText(std::size_t index, bool asBytes, std::string* text) {
+  if (!asBytes) {
+    std::optional<std::string> value;
+    if (Status status = read(index, &value); !status) return status;
+    if (value) *text += *value;
+    return {};
+  }
+  const std::vector<SQLWCHAR>& buffer = call_->buffer;
+  SQLLEN length = 0;
+  const SQLRETURN result = call_->session->functions().getData(
+      call_->handle.get(), static_cast<SQLUSMALLINT>(index + 1), SQL_C_BINARY, call_->buffer.data(),
+      static_cast<SQLLEN>(kMostTextBytes), &length);
+  if (length == SQL_NULL_DATA) return {};
+  if (Status status = outcomeOf(result, false); !status) return status;
+  // Only a part of it. What a driver says of the parts that follow can't be relied on.
+  if (result != SQL_SUCCESS || length < 0 || static_cast<std::size_t>(length) > kMostTextBytes) {
+    return {ErrorCode::inputOutput, "A text from the server is too long."};
+  }
+  text->append(reinterpret_cast<const char*>(buffer.data()), static_cast<std::size_t>(length));
   return {};
 }
 

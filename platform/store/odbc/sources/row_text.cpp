@@ -6,32 +6,8 @@ namespace store {
 
 namespace {
 
-/// Takes the value in front of `*text`, up to the sign that ends it. False when none does.
-bool takeValue(std::string_view* text, std::optional<std::string>* value) {
-  const bool isNull = text->starts_with(',') || text->starts_with(')');
-  value->reset();
-  if (isNull) return true;
-  std::string& taken = value->emplace();
-  bool isQuoted = false;
-  std::size_t place = 0;
-  for (; place < text->size(); ++place) {
-    const char sign = (*text)[place];
-    const bool isDoubled =
-        (sign == '"' || sign == '\\') && isQuoted && place + 1 < text->size() && (*text)[place + 1] == sign;
-    if (isDoubled) {
-      taken += sign;
-      ++place;
-    } else if (sign == '"') {
-      isQuoted = !isQuoted;
-    } else if (!isQuoted && (sign == ',' || sign == ')')) {
-      break;
-    } else {
-      taken += sign;
-    }
-  }
-  const bool isEnded = place < text->size();
-  text->remove_prefix(place);
-  return isEnded;
+bool endsValue(char sign) {
+  return sign == ',' || sign == ')';
 }
 
 }  // namespace
@@ -40,16 +16,75 @@ std::string asRowText(const std::string& list) {
   return "ROW(" + list + ")::text";
 }
 
-bool readRowText(std::string_view text, std::size_t count, AnswerRow* row) {
-  if (!text.starts_with('(')) return false;
-  text.remove_prefix(1);
-  AnswerRow values(count);
-  for (std::size_t index = 0; index < count; ++index) {
-    if (!takeValue(&text, &values[index])) return false;
-    if (text.front() != (index + 1 < count ? ',' : ')')) return false;
-    text.remove_prefix(1);
+bool RowTextReader::enterRow() {
+  if (!rest_.starts_with('(')) return false;
+  rest_.remove_prefix(1);
+  isFirst_ = true;
+  return true;
+}
+
+bool RowTextReader::leaveRow() {
+  if (!rest_.starts_with(')')) return false;
+  rest_.remove_prefix(1);
+  return true;
+}
+
+bool RowTextReader::takeValue(std::optional<std::string_view>* value) {
+  if (!std::exchange(isFirst_, false)) {
+    if (!rest_.starts_with(',')) return false;
+    rest_.remove_prefix(1);
   }
-  if (!text.empty()) return false;
+  std::size_t place = 0;
+  for (; place < rest_.size() && !endsValue(rest_[place]); ++place) {
+    if (rest_[place] == '"') return takeQuotedValue(value);
+  }
+  if (place == rest_.size()) return false;
+  if (place == 0) {
+    value->reset();
+  } else {
+    *value = rest_.substr(0, place);
+  }
+  rest_.remove_prefix(place);
+  return true;
+}
+
+bool RowTextReader::takeQuotedValue(std::optional<std::string_view>* value) {
+  unquoted_.clear();
+  bool isQuoted = false;
+  std::size_t copied = 0;
+  std::size_t place = 0;
+  for (; place < rest_.size(); ++place) {
+    const char sign = rest_[place];
+    if (!isQuoted && endsValue(sign)) break;
+    if (sign != '"' && sign != '\\') continue;
+    const bool isDoubled = isQuoted && place + 1 < rest_.size() && rest_[place + 1] == sign;
+    if (!isDoubled && sign == '\\') continue;
+    // Of two signs the first goes with what stands in front of them.
+    unquoted_.append(rest_, copied, place + (isDoubled ? 1 : 0) - copied);
+    if (isDoubled) {
+      ++place;
+    } else {
+      isQuoted = !isQuoted;
+    }
+    copied = place + 1;
+  }
+  if (place == rest_.size()) return false;
+  unquoted_.append(rest_, copied, place - copied);
+  rest_.remove_prefix(place);
+  *value = unquoted_;
+  return true;
+}
+
+bool readRowText(std::string_view text, std::size_t count, AnswerRow* row) {
+  RowTextReader reader(text);
+  if (!reader.enterRow()) return false;
+  AnswerRow values(count);
+  for (std::optional<std::string>& value : values) {
+    std::optional<std::string_view> taken;
+    if (!reader.takeValue(&taken)) return false;
+    if (taken) value.emplace(*taken);
+  }
+  if (!reader.leaveRow() || !reader.isAtEnd()) return false;
   *row = std::move(values);
   return true;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -13,6 +14,32 @@ namespace store {
 
 /// What is selected instead of the expressions in `list`, which are parted by commas.
 std::string asRowText(const std::string& list);
+
+/// Goes through the values of such texts that stand one behind the other.
+class RowTextReader {
+ public:
+  /// `text` outlives the reader.
+  explicit RowTextReader(std::string_view text = {}) : rest_(text) {}
+
+  bool isAtEnd() const { return rest_.empty(); }
+  /// Goes on with another text.
+  void begin(std::string_view text) { rest_ = text; }
+
+  /// Goes to the first value of the next row, and behind the last one of this. False, and nothing more can be
+  /// read, where no row begins or ends.
+  bool enterRow();
+  bool leaveRow();
+  /// Takes the next value of the row; nothing is null. It holds until the next one is taken. False, and
+  /// nothing more can be read, where no value ends.
+  bool takeValue(std::optional<std::string_view>* value);
+
+ private:
+  bool takeQuotedValue(std::optional<std::string_view>* value);
+
+  std::string_view rest_;
+  bool isFirst_ = false;
+  std::string unquoted_;
+};
 
 /// Parts a text of that kind into its `count` values; nothing is null. False, and `*row` is untouched, for
 /// any other text.

@@ -56,12 +56,6 @@ Status ServerCursor::readFrom(std::int64_t first, std::size_t count, Answer* ans
   OdbcStatement statement(connection_);
   if (Status status = statement.run("MOVE ABSOLUTE " + std::to_string(first) + " IN " + name_); !status)
     return status;
-  return readOn(count, answer);
-}
-
-Status ServerCursor::readOn(std::size_t count, Answer* answer) {
-  if (Status status = checkConversation(); !status) return status;
-  OdbcStatement statement(connection_);
   if (Status status = statement.run("FETCH FORWARD " + std::to_string(count) + " FROM " + name_); !status)
     return status;
   Answer read;

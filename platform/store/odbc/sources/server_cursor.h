@@ -27,8 +27,6 @@ class ServerCursor {
 
   /// Appends up to `count` rows from the 0-based `first` on.
   Status readFrom(std::int64_t first, std::size_t count, Answer* answer);
-  /// Appends the next rows, up to `count`; none behind the last.
-  Status readOn(std::size_t count, Answer* answer);
 
  private:
   Status checkConversation() const;
