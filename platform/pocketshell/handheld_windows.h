@@ -87,7 +87,8 @@ AYGSHELL_API BOOL HandheldNameControl(HWND control, LONG child, const wchar_t* n
 /// in the system's colours alone where the theme would not fit them.
 AYGSHELL_API void HandheldEquipBox(HWND box);
 
-/// For a tooltip control that has just been made: it has the font of controls, and shows letters that this lacks.
+/// For a tooltip control that has just been made: it has the font of controls, and shows letters that this
+/// lacks.
 AYGSHELL_API void HandheldShowTipLetters(HWND tip);
 
 /// As TrackPopupMenuEx with TPM_RETURNCMD: the command of the item that is chosen, 0 when none is. Items with
