@@ -154,13 +154,16 @@ Status OdbcConnection::wait(const std::function<bool(std::chrono::milliseconds)>
 }
 
 void OdbcConnection::perform(std::shared_ptr<void> statement, std::function<SQLRETURN()> call,
-                             SQLRETURN* result, bool* gaveUp) {
+                             SQLRETURN* result, bool* gaveUp, bool* wasCancelled) {
+  const std::uint64_t stops = stops_;
   *gaveUp = false;
+  *wasCancelled = false;
   if (question_ && thread_ == nullptr) thread_ = std::make_unique<CallThread>();
   session_->beginRunning(std::move(statement));
   if (!question_) {
     *result = call();
     *gaveUp = !session_->endRunning(kCancelPatience);
+    *wasCancelled = stops_ != stops;
     return;
   }
   thread_->begin(std::move(call));
@@ -171,6 +174,7 @@ void OdbcConnection::perform(std::shared_ptr<void> statement, std::function<SQLR
     *gaveUp = !thread_->waitFor(kCancelPatience);
   }
   if (!session_->endRunning(*gaveUp ? std::chrono::milliseconds(0) : kCancelPatience)) *gaveUp = true;
+  *wasCancelled = isStopped || stops_ != stops;
   *result = *gaveUp ? SQL_ERROR : thread_->result();
   if (*gaveUp) thread_.reset();
 }

@@ -82,9 +82,10 @@ class OdbcConnection {
   /// Makes one call of the driver for `statement`, during which whoever is to be asked is asked again and
   /// again. When he wants it stopped, the server is; when that doesn't answer, or doesn't hear of it, the
   /// conversation is given up. `statement` is the handle; it and `call` keep alive all that they use. Stores
-  /// the call's result, SQL_ERROR when it was given up, which `*gaveUp` tells.
+  /// the call's result, SQL_ERROR when it was given up, which `*gaveUp` tells; `*wasCancelled` tells whether
+  /// the driver was told to stop the statement, by the user or by stop().
   void perform(std::shared_ptr<void> statement, std::function<SQLRETURN()> call, SQLRETURN* result,
-               bool* gaveUp);
+               bool* gaveUp, bool* wasCancelled);
 
  private:
   using Clock = std::chrono::steady_clock;

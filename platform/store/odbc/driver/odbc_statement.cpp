@@ -17,6 +17,12 @@ SQLPOINTER pointerOf(std::uintptr_t number) {
   return reinterpret_cast<SQLPOINTER>(number);
 }
 
+Status unknownChange() {
+  return {ErrorCode::inputOutput,
+          "The server did not answer. Whether the change is stored is not known: look before you store it "
+          "again."};
+}
+
 }  // namespace
 
 /// All that the driver uses while it runs: it may go on with it when nobody waits any more.
@@ -60,12 +66,7 @@ Status OdbcStatement::outcomeOf(SQLRETURN result, bool gaveUp) {
   if (gaveUp) {
     call_.reset();
     connection_.lose();
-    if (effect_ == Effect::change) {
-      return {
-          ErrorCode::inputOutput,
-          "The server did not answer. Whether the change is stored is not known: look before you store it "
-          "again."};
-    }
+    if (effect_ == Effect::change) return unknownChange();
     return {ErrorCode::stopped, "The statement was stopped. The server did not answer."};
   }
   if (SQL_SUCCEEDED(result) || result == SQL_NO_DATA) return {};
@@ -146,7 +147,7 @@ Status OdbcStatement::runPrepared(std::string_view sql, const Parameters& parame
 Status OdbcStatement::execute(std::function<SQLRETURN()> call) {
   SQLRETURN result = SQL_ERROR;
   bool gaveUp = false;
-  connection_.perform({call_, call_->handle.get()}, std::move(call), &result, &gaveUp);
+  connection_.perform({call_, call_->handle.get()}, std::move(call), &result, &gaveUp, &wasCancelled_);
   if (Status status = outcomeOf(result, gaveUp); !status) return status;
   const OdbcFunctions& functions = call_->session->functions();
   // A change that met no row answers nothing, whatever it was to return.
@@ -158,6 +159,12 @@ Status OdbcStatement::execute(std::function<SQLRETURN()> call) {
   functions.rowCount(call_->handle.get(), &rows);
   affected_ = std::max<SQLLEN>(rows, 0);
   return {};
+}
+
+Status OdbcStatement::answered() const {
+  if (!wasCancelled_) return {};
+  return effect_ == Effect::change ? unknownChange()
+                                   : Status(ErrorCode::stopped, "The statement was stopped.");
 }
 
 Status OdbcStatement::describe(std::string_view sql) {
@@ -177,8 +184,9 @@ Status OdbcStatement::describe(std::string_view sql) {
                    ? call->session->functions().resultColumnCount(call->handle.get(), &count)
                    : prepared;
       },
-      &result, &gaveUp);
+      &result, &gaveUp, &wasCancelled_);
   if (Status status = outcomeOf(result, gaveUp); !status) return status;
+  if (Status status = answered(); !status) return status;
   call_->session->functions().resultColumnCount(call_->handle.get(), &columns);
   columnCount_ = static_cast<std::size_t>(std::max<SQLSMALLINT>(columns, 0));
   return {};
@@ -204,6 +212,7 @@ std::string OdbcStatement::columnTypeName(std::size_t index) const {
 }
 
 Status OdbcStatement::next(bool* hasRow) {
+  if (Status status = answered(); !status) return status;
   if (columnCount_ == 0) {
     *hasRow = false;
     return {};
@@ -267,6 +276,7 @@ Status OdbcStatement::appendText(std::size_t index, bool asBytes, std::string* t
 }
 
 Status OdbcStatement::readIntegers(std::vector<std::int64_t>* integers) {
+  if (Status status = answered(); !status) return status;
   if (columnCount_ == 0) return {};
   const OdbcFunctions& functions = call_->session->functions();
   SQLHSTMT handle = call_->handle.get();

@@ -50,6 +50,12 @@ class OdbcStatement {
   std::string columnName(std::size_t index) const;
   std::string columnTypeName(std::size_t index) const;
 
+  /// Whether what the last run answered can be relied on. Not when it was to be stopped just as it ended:
+  /// some drivers then throw the answer away, and it looks like none. The statement itself has been run;
+  /// stopped where only the answer mattered, inputOutput for a change. next() and readIntegers() see to that
+  /// by themselves.
+  Status answered() const;
+
   /// How many rows were changed, or came.
   std::int64_t affected() const { return affected_; }
 
@@ -84,6 +90,7 @@ class OdbcStatement {
   std::shared_ptr<Call> call_;
   std::size_t columnCount_ = 0;
   std::int64_t affected_ = 0;
+  bool wasCancelled_ = false;
 };
 
 }  // namespace store

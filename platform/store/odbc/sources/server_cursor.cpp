@@ -47,6 +47,7 @@ Status ServerCursor::count(std::int64_t* count) {
   OdbcStatement statement(connection_);
   if (Status status = statement.run("MOVE ABSOLUTE 0 IN " + name_); !status) return status;
   if (Status status = statement.run("MOVE FORWARD ALL IN " + name_); !status) return status;
+  if (Status status = statement.answered(); !status) return status;
   *count = statement.affected();
   return {};
 }
