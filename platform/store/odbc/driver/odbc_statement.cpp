@@ -269,7 +269,7 @@ Status OdbcStatement::appendText(std::size_t index, bool asBytes, std::string* t
   if (Status status = outcomeOf(result, false); !status) return status;
   // Only a part of it. What a driver says of the parts that follow can't be relied on.
   if (result != SQL_SUCCESS || length < 0 || static_cast<std::size_t>(length) > kMostTextBytes) {
-    return {ErrorCode::inputOutput, "A text from the server is too long."};
+    return {ErrorCode::inputOutput, "The server's answer can't be read."};
   }
   text->append(reinterpret_cast<const char*>(buffer.data()), static_cast<std::size_t>(length));
   return {};
