@@ -370,7 +370,12 @@ TEST_P(ServerStory, ALostConnectionLeavesTheOrderThatWasChosen) {
   user.showPage(OpenedDatabase::kTablesPage);
   user.pickItem(0);
   endConnections();
-  user.showPage(OpenedDatabase::kFormPage);
+  const HWND tab = remote::tabControl(user.main());
+  if (user.hasMouse()) {
+    userinput::click(tab, remote::tabPlace(tab, OpenedDatabase::kFormPage));
+  } else {
+    userinput::press(VK_TAB, VK_CONTROL);
+  }
   answerLoss(user, IDOK);
   EXPECT_EQ(kept(), order);
   user.showPage(OpenedDatabase::kTablesPage);
