@@ -74,7 +74,8 @@ def main():
         if sum(1 for _ in open(exported, "rb")) != int(count) + 1:
             sys.exit("the export has another number of records")
         on_server("TRUNCATE target")
-        turns["import"][0].append(run([*program, "import", "link.cdb", "copied.csv", "--table", "target", "--quiet"]))
+        # Each its own file: psql writes truth values as cdbtool doesn't take them.
+        turns["import"][0].append(run([*program, "import", "link.cdb", "exported.csv", "--table", "target", "--quiet"]))
         on_server("TRUNCATE target")
         turns["import"][1].append(run([*PSQL, f"\\copy target FROM '{copied}' CSV HEADER", "exchange"]))
     over = report("export to CSV", *turns["export"], MOST_OF_EXPORT)
