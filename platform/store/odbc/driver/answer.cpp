@@ -16,6 +16,11 @@ Status takeRows(OdbcStatement& statement, Answer* answer) {
   }
 }
 
+Status runStatement(OdbcConnection& connection, std::string_view sql) {
+  OdbcStatement statement(connection);
+  return statement.run(sql);
+}
+
 Status ask(OdbcConnection& connection, std::string_view sql, const OdbcStatement::Parameters& parameters,
            Answer* answer) {
   OdbcStatement statement(connection);

@@ -13,6 +13,9 @@ namespace store {
 using AnswerRow = std::vector<std::optional<std::string>>;
 using Answer = std::vector<AnswerRow>;
 
+/// Runs a statement whose answer is not wanted.
+Status runStatement(OdbcConnection& connection, std::string_view sql);
+
 /// Runs a statement and takes all that it answers. On failure `*answer` is untouched.
 Status ask(OdbcConnection& connection, std::string_view sql, const OdbcStatement::Parameters& parameters,
            Answer* answer);

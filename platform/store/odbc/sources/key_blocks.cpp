@@ -19,11 +19,6 @@ Status ReadTransaction::begin() {
   return status;
 }
 
-Status runStatement(OdbcConnection& connection, const std::string& sql) {
-  OdbcStatement statement(connection);
-  return statement.run(sql);
-}
-
 Status declareKeys(OdbcConnection& connection, const std::string& select) {
   return runStatement(connection, "DECLARE quivane_keys NO SCROLL CURSOR FOR " + select);
 }

@@ -29,9 +29,6 @@ class ReadTransaction {
   bool isOpen_ = false;
 };
 
-/// Runs a statement whose answer is not wanted.
-Status runStatement(OdbcConnection& connection, const std::string& sql);
-
 /// Begins to read what `select` selects, within a transaction: keys of one whole number, or texts for tuples.
 Status declareKeys(OdbcConnection& connection, const std::string& select);
 

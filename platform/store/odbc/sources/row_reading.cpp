@@ -35,11 +35,6 @@ constexpr auto kEndPatience = 3s;
 // A letter that is no ASCII, but in most of the sets of letters that a server may have.
 constexpr std::string_view kProbe = "\xC3\xA4";
 
-Status runOn(OdbcConnection& connection, const std::string& sql) {
-  OdbcStatement statement(connection);
-  return statement.run(sql);
-}
-
 /// Whether the driver hands out a text as UTF-8 when it is asked for bytes.
 bool handsOutUtf8(OdbcConnection& connection) {
   OdbcStatement statement(connection);
@@ -162,22 +157,22 @@ class RowReading::State {
     if (status && !piece_.empty()) status = unreadable();
     if (connection_->session() == nullptr) return status;
     // What could not be ended must not go on with another's statements.
-    const Status ended = runOn(*connection_, status ? "COMMIT" : "ROLLBACK");
+    const Status ended = runStatement(*connection_, status ? "COMMIT" : "ROLLBACK");
     if (!ended) connection_->lose();
     return status ? ended : status;
   }
 
   Status begin() {
     // A conversation that was used before may have been lost since.
-    if (connection_->session() != nullptr && !runOn(*connection_, "SELECT 1")) connection_->lose();
+    if (connection_->session() != nullptr && !runStatement(*connection_, "SELECT 1")) connection_->lose();
     if (Status status = connection_->ensureOpen(); !status) return status;
     asBytes_ = handsOutUtf8(*connection_);
     // All of the rows will be read, and nothing is worth long thought about how; not every server knows
     // these.
-    static_cast<void>(runOn(*connection_, "SET cursor_tuple_fraction TO 1"));
-    static_cast<void>(runOn(*connection_, "SET jit TO off"));
-    Status status = runOn(*connection_, "BEGIN ISOLATION LEVEL REPEATABLE READ");
-    if (status) status = runOn(*connection_, declaration_);
+    static_cast<void>(runStatement(*connection_, "SET cursor_tuple_fraction TO 1"));
+    static_cast<void>(runStatement(*connection_, "SET jit TO off"));
+    Status status = runStatement(*connection_, "BEGIN ISOLATION LEVEL REPEATABLE READ");
+    if (status) status = runStatement(*connection_, declaration_);
     return status;
   }
 
