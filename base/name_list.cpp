@@ -1,8 +1,8 @@
 #include "base/name_list.h"
 
-#include <windows.h>
-
 #include <utility>
+
+#include "base/name_search.h"
 
 const String& NameList::operator[](std::uint32_t index) const noexcept {
   static const String noName;
@@ -26,9 +26,6 @@ void NameList::clear() noexcept {
   names_.setSize(0);
 }
 
-bool NameList::holds(const String& name) const noexcept {
-  for (std::uint32_t i = 0; i < size(); ++i) {
-    if (CompareStringOrdinal((*this)[i].text(), -1, name.text(), -1, TRUE) == CSTR_EQUAL) return true;
-  }
-  return false;
+std::uint32_t NameList::find(const String& name) const noexcept {
+  return findName(name, size(), [this](std::uint32_t index) -> const String& { return (*this)[index]; });
 }

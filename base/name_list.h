@@ -17,8 +17,11 @@ class NameList {
   /// removed; growing the list does not move the Strings.
   const String& operator[](std::uint32_t index) const noexcept;
 
+  /// Where a name is first; size() when it is not in the list. A name in other cases of its letters is taken
+  /// only where the very same one is missing.
+  std::uint32_t find(const String& name) const noexcept;
   /// Whether a name is in the list, in whatever case of its letters.
-  bool holds(const String& name) const noexcept;
+  bool holds(const String& name) const noexcept { return find(name) != size(); }
 
   /// Each throws std::bad_alloc when memory runs out; the list is then as before.
   void append(String name);

@@ -41,17 +41,6 @@ namespace {
 /// More than anybody remembers.
 constexpr std::size_t kMostCameFrom = 50;
 
-/// Behind the last one when it is not there. A file may spell it otherwise than who refers to it; on a server
-/// names may differ by nothing else than the case of their letters.
-std::uint32_t placeOf(const String& name, const NameList& names) {
-  for (const BOOL ignoresCase : {FALSE, TRUE}) {
-    for (std::uint32_t i = 0; i < names.size(); ++i) {
-      if (CompareStringOrdinal(names[i].text(), -1, name.text(), -1, ignoresCase) == CSTR_EQUAL) return i;
-    }
-  }
-  return names.size();
-}
-
 }  // namespace
 
 bool LookUps::refersElsewhere() const {
@@ -87,7 +76,7 @@ void LookUps::goThere() {
   CameFrom from{wanted(), shown().position(), {}, field};
   if (!settleRecord()) return;
   from.mark = database().markRecord(from.position);
-  const std::uint32_t table = placeOf(target.table, tableNames());
+  const std::uint32_t table = tableNames().find(target.table);
   if (table == tableNames().size()) {
     tellFailure(std::wstring(L"The records of table '") + target.table.text() + L"' could not be opened.",
                 kGoneElsewhere);

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "base/name_search.h"
 #include "owners/control_handles.h"
 #include "owners/handles.h"
 #include "platform/pocketshell/handheld_windows.h"
@@ -147,14 +148,10 @@ String NameListView::itemText(int index) const {
 }
 
 int NameListView::findItem(const String& name) const {
-  // On a server names may differ by nothing else than the case of their letters.
-  for (const BOOL ignoresCase : {FALSE, TRUE}) {
-    const auto found = std::find_if(names_.begin(), names_.end(), [&](const String& each) {
-      return CompareStringOrdinal(each.text(), -1, name.text(), -1, ignoresCase) == CSTR_EQUAL;
-    });
-    if (found != names_.end()) return static_cast<int>(found - names_.begin());
-  }
-  return -1;
+  const auto count = static_cast<std::uint32_t>(names_.size());
+  const std::uint32_t found =
+      findName(name, count, [this](std::uint32_t index) -> const String& { return names_[index]; });
+  return found < count ? static_cast<int>(found) : -1;
 }
 
 void NameListView::refill(const NameList& names) {

@@ -173,6 +173,16 @@ TEST(NameListTest, HoldsANameInAnyCaseOfItsLetters) {
   EXPECT_FALSE(names.holds(L""));
 }
 
+TEST(NameListTest, FindsTheVerySameNameBeforeOneInOtherCases) {
+  NameList names;
+  EXPECT_EQ(names.find(L"Orders"), 0u);
+  for (const wchar_t* name : {L"Books", L"ORDERS", L"orders", L"Orders"}) names.append(name);
+  EXPECT_EQ(names.find(L"Orders"), 3u);
+  EXPECT_EQ(names.find(L"orders"), 2u);
+  EXPECT_EQ(names.find(L"oRDERS"), 1u);
+  EXPECT_EQ(names.find(L"Order"), 4u);
+}
+
 TEST(NameListTest, EmptyingDeletesEveryString) {
   const AllocationProbe probe;
   NameList names;
