@@ -166,7 +166,7 @@ void PageBars::setPositionTip(const wchar_t* text) {
                              CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, box, nullptr,
                              GetModuleHandleW(nullptr), nullptr));
   if (!tip_) return;
-  HandheldShowTipLetters(tip_.get());
+  HandheldEquipTip(tip_.get());
   SendMessageW(tip_.get(), WM_SETFONT, static_cast<WPARAM>(SendMessageW(box, WM_GETFONT, 0, 0)), FALSE);
   // With a width the lines of the text are lines.
   SendMessageW(tip_.get(), TTM_SETMAXTIPWIDTH, 0, HandheldToMonitor(kWidth));

@@ -89,7 +89,7 @@ AYGSHELL_API void HandheldEquipBox(HWND box);
 
 /// For a tooltip control that has just been made: it has the font of controls, and shows letters that this
 /// lacks.
-AYGSHELL_API void HandheldShowTipLetters(HWND tip);
+AYGSHELL_API void HandheldEquipTip(HWND tip);
 
 /// As TrackPopupMenuEx with TPM_RETURNCMD: the command of the item that is chosen, 0 when none is. Items with
 /// letters that the font of menus lacks show them. `owner` is a window of this thread.

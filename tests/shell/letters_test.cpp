@@ -309,7 +309,7 @@ TEST_F(LettersTest, a_chosen_label_under_its_icon_is_drawn_nowhere_else) {
 TEST_F(LettersTest, tooltips_show_them_and_are_as_large) {
   const UniqueWindow tip(CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr, WS_POPUP | TTS_NOPREFIX, 0,
                                          0, 0, 0, top(), nullptr, GetModuleHandleW(nullptr), nullptr));
-  HandheldShowTipLetters(tip.get());
+  HandheldEquipTip(tip.get());
   TTTOOLINFOW tool{};
   tool.cbSize = TTTOOLINFOW_V1_SIZE;
   tool.uFlags = TTF_TRACK;

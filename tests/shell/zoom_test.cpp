@@ -82,7 +82,7 @@ TEST_F(ZoomTest, TooltipsHaveItsFont) {
   HandheldSetZoom(200);
   const HWND tip = CreateWindowExW(0, TOOLTIPS_CLASSW, nullptr, WS_POPUP, 0, 0, 0, 0, top(), nullptr,
                                    GetModuleHandleW(nullptr), nullptr);
-  HandheldShowTipLetters(tip);
+  HandheldEquipTip(tip);
   const HWND bar = HandheldCreateWindow(0, TOOLBARCLASSNAMEW, L"", WS_CHILD | TBSTYLE_TOOLTIPS, 0, 0, 100, 26,
                                         top(), nullptr, GetModuleHandleW(nullptr), nullptr);
   const wchar_t* const text = L"New";

@@ -30,7 +30,7 @@ void CellTips::attach(HWND list) {
       WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr, WS_POPUP | TTS_NOPREFIX | TTS_ALWAYSTIP, CW_USEDEFAULT,
       CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, list, nullptr, GetModuleHandleW(nullptr), nullptr));
   if (!window_) return;
-  HandheldShowTipLetters(window_.get());
+  HandheldEquipTip(window_.get());
   TTTOOLINFOW tool = toolOf(list);
   SendMessageW(window_.get(), TTM_ADDTOOLW, 0, reinterpret_cast<LPARAM>(&tool));
   // After the tooltip's own subclass: the cell is known before it looks where the mouse is.

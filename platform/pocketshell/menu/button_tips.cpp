@@ -44,6 +44,6 @@ BOOL HandheldSetButtonTips(HWND toolbar, UINT count, const wchar_t* const* tips)
   }
   ButtonTips::attach(toolbar).setTips(std::move(copies));
   if (const auto tip = reinterpret_cast<HWND>(SendMessageW(toolbar, TB_GETTOOLTIPS, 0, 0)))
-    HandheldShowTipLetters(tip);
+    HandheldEquipTip(tip);
   return TRUE;
 }

@@ -77,6 +77,6 @@ LRESULT TipLetters::answer(UINT message, WPARAM wParam, LPARAM lParam) {
 
 }  // namespace pocketshell
 
-void HandheldShowTipLetters(HWND tip) {
+void HandheldEquipTip(HWND tip) {
   pocketshell::TipLetters::attach(tip).takeFont();
 }
