@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <limits>
 
+#include "platform/store/sqlite/connection/query_plan.h"
 #include "platform/store/sqlite/connection/row_run.h"
 
 namespace store {
@@ -37,16 +38,10 @@ bool growsOnTheWhole(const KeySet& keys) {
 
 /// Whether SQLite sorts the rows of a statement before it gives the first one.
 Status isSortedFirst(SqliteConnection& connection, const std::string& sql, bool* isSorted) {
-  constexpr int kDetail = 3;
-  SqliteStatement plan;
-  if (Status status = connection.prepare("EXPLAIN QUERY PLAN " + sql, &plan); !status) return status;
-  bool found = false;
-  int result = SQLITE_ROW;
-  while ((result = sqlite3_step(plan.get())) == SQLITE_ROW) {
-    found = found || columnText(plan.get(), kDetail).starts_with("USE TEMP B-TREE");
-  }
-  if (result != SQLITE_DONE) return statusOf(connection.handle(), result);
-  *isSorted = found;
+  std::vector<std::string> steps;
+  if (Status status = readQueryPlan(connection, sql, &steps); !status) return status;
+  *isSorted = std::any_of(steps.begin(), steps.end(),
+                          [](const std::string& step) { return step.starts_with("USE TEMP B-TREE"); });
   return {};
 }
 

@@ -5,6 +5,7 @@
 #include "platform/store/rows/ascii_case.h"
 #include "platform/store/sql/dialect.h"
 #include "platform/store/sql/sql_tokens.h"
+#include "platform/store/sqlite/connection/query_plan.h"
 #include "platform/store/sqlite/sources/schema_reading.h"
 
 namespace store {
@@ -53,20 +54,13 @@ bool isOfRow(int result) {
 /// suits: its columns, what they collate, and whether it has all rows.
 Status isSearched(SqliteConnection& connection, const std::string& sql, std::size_t columnCount,
                   bool* searched) {
-  constexpr int kDetail = 3;
-  SqliteStatement plan;
-  if (Status status = connection.prepare("EXPLAIN QUERY PLAN " + sql, &plan); !status) return status;
-  bool found = false;
-  int result = SQLITE_ROW;
-  while ((result = sqlite3_step(plan.get())) == SQLITE_ROW) {
-    const std::string_view detail = columnText(plan.get(), kDetail);
-    if (!detail.starts_with("SEARCH ")) continue;
+  std::vector<std::string> steps;
+  if (Status status = readQueryPlan(connection, sql, &steps); !status) return status;
+  *searched = std::any_of(steps.begin(), steps.end(), [&](const std::string& step) {
     std::size_t compared = 0;
-    for (std::size_t at = detail.find("=?"); at != detail.npos; at = detail.find("=?", at + 1)) ++compared;
-    found = compared >= columnCount;
-  }
-  if (result != SQLITE_DONE) return statusOf(connection.handle(), result);
-  *searched = found;
+    for (std::size_t at = step.find("=?"); at != step.npos; at = step.find("=?", at + 1)) ++compared;
+    return step.starts_with("SEARCH ") && compared >= columnCount;
+  });
   return {};
 }
 
