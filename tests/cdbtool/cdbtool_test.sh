@@ -13,17 +13,6 @@ root=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
 folder=$(mktemp -d)
 trap 'rm -rf "$folder"' EXIT
 if [[ $kind == windows ]]; then
-  # One prefix for all of the runs.
-  source "$root/tools/prefix.sh"
-  find_wine
-  set_wine_environment
-  ensure_prefix "$template_prefix" test
-  make_fresh_prefix
-  trap 'remove_fresh_prefix "$fresh_prefix"; rm -rf "$folder"' EXIT
-  unset QUIVANE_PREFIX DISPLAY WAYLAND_DISPLAY
-  use_prefix "$fresh_prefix"
-  # The server would end after each run, and a run that begins at that moment is turned away by it.
-  "${WINESERVER:-wineserver}" -p 7>&- 8>&-
   cdbtool() { "$root/tools/wine" "$program" "$@"; }
 else
   cdbtool() { "$program" "$@"; }
