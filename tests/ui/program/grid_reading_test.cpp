@@ -98,6 +98,7 @@ TEST_F(GridReadingTest, ATableThatAnotherProgramDropsIsToldOnce) {
   SendMessageW(box, WM_COMMAND, IDOK, 0);
   ASSERT_TRUE(remote::waitUntil([&] { return IsWindowEnabled(main()) != FALSE; }));
   EXPECT_THAT(remote::itemTexts(grid), Each(L"<not readable>"));
+  ASSERT_TRUE(remote::awaitPosted(grid));
   EXPECT_EQ(remote::messageBox(opened().program().processId()), nullptr);
   close();
 }

@@ -9,6 +9,7 @@
 #include <utility>
 #include <vector>
 
+#include "app/window/messages.h"
 #include "resources/command_ids.h"
 #include "tests/automation/support/sqlite_file.h"
 #include "tests/ui/support/ui_test.h"
@@ -33,7 +34,9 @@ class OthersChangesTest : public UiTest {
     ASSERT_NE(opened_->tables(), nullptr);
   }
   void TearDown() override {
-    EXPECT_EQ(remote::messageBox(opened_->program().processId()), nullptr) << "nothing is ever told";
+    const HWND box = remote::messageBox(opened_->program().processId());
+    EXPECT_EQ(box, nullptr) << "nothing is ever told: "
+                            << testing::PrintToString(remote::messageBoxText(box));
     EXPECT_EQ(remote::close(main()), 0u);
     opened_.reset();
   }
@@ -149,9 +152,12 @@ TEST_F(OthersChangesTest, BehindALockTheyAreShownWhenItIsOver) {
   {
     SqliteFile other(file("people.cdb").wstring());
     if (!other.tryRun("BEGIN EXCLUSIVE", 5000)) FAIL() << "the file is in use";
-    // It answers at once: nobody waits for the lock.
-    DWORD_PTR result = 0;
-    EXPECT_NE(SendMessageTimeoutW(main(), WM_NULL, 0, 0, SMTO_NORMAL, 4000, &result), 0);
+    // A window that comes to the front looks at once, and nobody waits for the lock.
+    const ULONGLONG begin = GetTickCount64();
+    PostMessageW(main(), kCameToFrontMessage, 1, 0);
+    EXPECT_TRUE(remote::awaitPosted(remote::recordGrid(main())));
+    EXPECT_LT(GetTickCount64() - begin, 4000u);
+    EXPECT_EQ(remote::text(control(kName)), L"Ada");
     other.run("COMMIT");
   }
   EXPECT_TRUE(comesToShow(kName, L"Augusta Ada"));

@@ -84,6 +84,7 @@ TEST_F(SessionTest, WithTheOptionOffNothingIsOpened) {
   RunningProgram program(L"");
   const HWND main = program.mainWindow();
   ASSERT_NE(main, nullptr);
+  ASSERT_TRUE(remote::awaitStarted(main));
   sendCommand(main, ID_RECORD_NEXT);
   EXPECT_EQ(remote::shownPage(main), nullptr);
   EXPECT_EQ(remote::close(main), 0u);
@@ -95,6 +96,7 @@ TEST_F(SessionTest, ADatabaseThatHasGoneOpensNothingAndSaysNothing) {
   RunningProgram program(L"");
   const HWND main = program.mainWindow();
   ASSERT_NE(main, nullptr);
+  ASSERT_TRUE(remote::awaitStarted(main));
   sendCommand(main, ID_RECORD_NEXT);
   EXPECT_EQ(remote::shownPage(main), nullptr);
   EXPECT_EQ(remote::messageBox(program.processId()), nullptr);

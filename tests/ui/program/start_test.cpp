@@ -36,7 +36,7 @@ class StartTest : public UiTest {
     const HWND main = program.mainWindow();
     const bool built = remote::waitUntil(
         [=] { return remote::recordGrid(main) != nullptr && GetDlgItem(main, 61206) != nullptr; });
-    return built ? main : nullptr;
+    return built && remote::awaitStarted(main) ? main : nullptr;
   }
 };
 

@@ -233,6 +233,7 @@ bool isList(HWND window) {
 }
 
 int itemCount(HWND list) {
+  if (!IsWindow(list)) return -1;
   return static_cast<int>(SendMessageW(list, LVM_GETITEMCOUNT, 0, 0));
 }
 
@@ -262,7 +263,9 @@ std::wstring itemText(HWND list, int row, int column) {
 }
 
 std::vector<std::wstring> itemTexts(HWND list, int column) {
-  std::vector<std::wstring> texts(static_cast<std::size_t>(itemCount(list)));
+  const int count = itemCount(list);
+  if (count < 0) return {L"(no list)"};
+  std::vector<std::wstring> texts(static_cast<std::size_t>(count));
   for (std::size_t i = 0; i < texts.size(); ++i) texts[i] = itemText(list, static_cast<int>(i), column);
   return texts;
 }
@@ -294,6 +297,14 @@ bool awaitPosted(HWND list) {
   const bool isReached = waitUntil([=] { return SendMessageW(list, LVM_GETHOVERTIME, 0, 0) == mark; });
   SendMessageW(list, LVM_SETHOVERTIME, 0, former);
   return isReached;
+}
+
+bool awaitStarted(HWND main) {
+  HWND grid = nullptr;
+  if (!waitUntil([&] { return (grid = recordGrid(main)) != nullptr; })) return false;
+  // Answered by its loop of messages alone, and there the start posts before.
+  SendMessageW(main, WM_NULL, 0, 0);
+  return awaitPosted(grid);
 }
 
 bool clickItem(HWND list, int row) {
@@ -377,6 +388,7 @@ RECT placeIn(HWND window, HWND parent) {
 }
 
 std::wstring text(HWND window) {
+  if (!IsWindow(window)) return L"(no window)";
   std::wstring content(static_cast<std::size_t>(SendMessageW(window, WM_GETTEXTLENGTH, 0, 0)) + 1, L'\0');
   content.resize(static_cast<std::size_t>(SendMessageW(
       window, WM_GETTEXT, static_cast<WPARAM>(content.size()), reinterpret_cast<LPARAM>(content.data()))));

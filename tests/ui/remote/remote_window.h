@@ -13,8 +13,8 @@
 /// identifiers. Items, rows, columns and pages are 0-based.
 namespace remote {
 
-/// How long every wait takes at most.
-inline constexpr std::chrono::milliseconds kPatience{10'000};
+/// How long every wait takes at most: on a busy machine a program may need long to start.
+inline constexpr std::chrono::milliseconds kPatience{30'000};
 
 /// Asks again and again until the answer is yes: true then, false when `patience` ends first.
 bool waitUntil(const std::function<bool()>& condition, std::chrono::milliseconds patience = kPatience);
@@ -81,12 +81,13 @@ bool clickTab(HWND tab, int page);
 bool switchToPage(HWND main, int page);
 
 bool isList(HWND window);
+/// -1 when there is no such window.
 int itemCount(HWND list);
 int columnCount(HWND list);
 int columnWidth(HWND list, int column);
 std::wstring columnTitle(HWND list, int column);
 std::wstring itemText(HWND list, int row, int column = 0);
-/// All items of one column.
+/// All items of one column; a text that says so when there is no such window.
 std::vector<std::wstring> itemTexts(HWND list, int column = 0);
 /// The selected item, -1 for none.
 int selectedItem(HWND list);
@@ -97,6 +98,9 @@ std::optional<RECT> itemPlace(HWND list, int row);
 /// Waits until a list has answered all that was posted to it, or to windows of its thread, up to now. False
 /// when that takes too long.
 bool awaitPosted(HWND list);
+/// Waits until a program that has just shown its main window takes commands, and has answered what its start
+/// has posted to itself: a database that is to be opened again has been. False when that takes too long.
+bool awaitStarted(HWND main);
 /// Clicks an item with the left button; the click is over then.
 bool clickItem(HWND list, int row);
 void ensureVisible(HWND list, int row);
@@ -119,7 +123,7 @@ HWND shownControl(HWND window, int id);
 bool sizeInside(HWND window, SIZE inside);
 /// Where a window is in another one.
 RECT placeIn(HWND window, HWND parent);
-/// The text of a window or control.
+/// The text of a window or control; one that says so when there is no such window.
 std::wstring text(HWND window);
 /// Where a button is in a toolbar; none when it can't be had.
 std::optional<RECT> buttonPlace(HWND toolbar, int index);

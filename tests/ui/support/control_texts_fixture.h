@@ -29,8 +29,10 @@ class ControlTextsTest : public testing::Test {
 
   HWND host() const { return host_.get(); }
   HWND createControl(const wchar_t* className, DWORD style) {
-    return CreateWindowExW(0, className, L"", WS_CHILD | WS_VISIBLE | style, 2, 2, 220, 60, host(), nullptr,
-                           GetModuleHandleW(nullptr), nullptr);
+    const HWND made = CreateWindowExW(0, className, L"", WS_CHILD | WS_VISIBLE | style, 2, 2, 220, 60, host(),
+                                      nullptr, GetModuleHandleW(nullptr), nullptr);
+    EXPECT_NE(made, nullptr);
+    return made;
   }
   /// Gives `show` one text after the other.
   template <typename Show>
