@@ -4,10 +4,10 @@
 #include <string>
 #include <vector>
 
+#include "app/bars/position_box.h"
 #include "app/bars/rebar.h"
 #include "app/bars/toolbar.h"
 #include "platform/pocketshell/handheld_windows.h"
-#include "views/shared/edit_guard.h"
 #include "views/shared/page_area.h"
 
 namespace {
@@ -98,10 +98,7 @@ bool PageBars::createBand(HINSTANCE instance, const BandLayout& layout, HWND mai
                           BandWindow& band) {
   const bool isPosition = layout.buttons.empty();
   if (isPosition) {
-    guardEditControls();
-    band.window.reset(HandheldCreateWindow(
-        0, WC_EDITW, L"", WS_CHILD | WS_VISIBLE | WS_BORDER | ES_READONLY, 0, 0, kPositionSize.cx,
-        kPositionSize.cy, rebar(), reinterpret_cast<HMENU>(UINT_PTR{layout.controlId}), instance, nullptr));
+    band.window = makePositionBox(instance, rebar(), layout.controlId, kPositionSize);
     if (!band.window) return false;
     HandheldNameControl(band.window.get(), 0, L"Record");
   } else if (!createToolbar(instance, layout, mainWindow, band)) {

@@ -2,11 +2,14 @@
 
 #include <commctrl.h>
 
+#include <cstdint>
 #include <string>
+#include <vector>
 
 #include "base/settings/app_settings.h"
 #include "gmock/gmock.h"
 #include "platform/pocketshell/handheld_windows.h"
+#include "tests/shell/drawn_picture.h"
 #include "tests/ui/bars/bar_host.h"
 #include "views/shared/page_area.h"
 
@@ -47,6 +50,24 @@ RECT placeOf(HWND window) {
   GetWindowRect(window, &place);
   MapWindowPoints(nullptr, GetParent(window), reinterpret_cast<POINT*>(&place), 2);
   return place;
+}
+
+/// From the first row with anything dark to the row behind the last.
+struct InkRows {
+  int first = 0;
+  int end = 0;
+};
+
+InkRows inkRows(const std::vector<std::uint32_t>& pixels, LONG width) {
+  InkRows rows;
+  for (std::size_t i = 0; i < pixels.size(); ++i) {
+    constexpr std::uint32_t kHalfGreen = 0x8000;
+    if ((pixels[i] & 0xFF00) >= kHalfGreen) continue;
+    const int row = static_cast<int>(i / static_cast<std::size_t>(width));
+    if (rows.end == 0) rows.first = row;
+    rows.end = row + 1;
+  }
+  return rows;
 }
 
 class PageBarsTest : public testing::Test {
@@ -196,6 +217,29 @@ TEST_F(PageBarsTest, ThePositionBoxIsAReadOnlyEdit) {
   }
   create(kTables);
   EXPECT_EQ(bars_.positionBox(), nullptr);
+}
+
+TEST_F(PageBarsTest, ThePositionStandsInTheMiddleOfItsBoxAtAnyZoom) {
+  for (const int zoom : {100, 125, 150, 175, 200, 225, 250, 275, 300}) {
+    SCOPED_TRACE(std::to_string(zoom) + " per cent");
+    ASSERT_TRUE(HandheldSetZoom(zoom));
+    create(kForm);
+    const HWND box = bars_.positionBox();
+    RECT place{};
+    GetWindowRect(box, &place);
+    MapWindowPoints(nullptr, box, reinterpret_cast<POINT*>(&place), 2);
+    RECT client{};
+    GetClientRect(box, &client);
+    SetWindowTextW(box, L"12 / 345");
+    const DrawnPicture picture(client.right, client.bottom);
+    SendMessageW(box, WM_PRINTCLIENT, reinterpret_cast<WPARAM>(picture.dc()), PRF_CLIENT);
+    const InkRows ink = inkRows(picture.pixels(), client.right);
+    ASSERT_LT(ink.first, ink.end) << "no text is drawn";
+    EXPECT_GE(ink.end - ink.first, HandheldToMonitor(7)) << "the text is cut off";
+    const double middle = (ink.first + ink.end) / 2.0;
+    EXPECT_NEAR(middle, (place.top + place.bottom) / 2.0, zoom / 100.0);
+  }
+  ASSERT_TRUE(HandheldSetZoom(100));
 }
 
 TEST_F(PageBarsTest, TheToolbarsHaveTheirButtons) {
