@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "gtest/gtest.h"
+#include "owners/handles.h"
 #include "platform/pocketshell/handheld_windows.h"
 #include "platform/pocketshell/system_colors.h"
 #include "tests/shell/drawn_picture.h"
@@ -84,6 +85,24 @@ TEST_F(PlainLookTest, ControlsFollowAChangeBothWays) {
   setColors(kBlack, kWhite);
   EXPECT_TRUE(GetWindowTheme(tabs));
   EXPECT_TRUE(GetWindowTheme(titles));
+}
+
+TEST_F(PlainLookTest, TheGroundOfAListInADialogFollowsAChange) {
+  const UniqueWindow dialog(CreateWindowExW(0, L"#32770", L"", WS_POPUP, 0, 0, 200, 100, top(), nullptr,
+                                            GetModuleHandleW(nullptr), nullptr));
+  const auto groundOf = [](HWND list) {
+    return static_cast<COLORREF>(SendMessageW(list, LVM_GETBKCOLOR, 0, 0));
+  };
+  const HWND list = HandheldCreateWindow(0, WC_LISTVIEWW, L"", WS_CHILD | LVS_REPORT, 0, 0, 200, 100,
+                                         dialog.get(), nullptr, GetModuleHandleW(nullptr), nullptr);
+  const HWND ofPage = make(WC_LISTVIEWW, LVS_REPORT);
+  constexpr COLORREF kChosen = RGB(1, 2, 3);
+  SendMessageW(ofPage, LVM_SETBKCOLOR, 0, kChosen);
+  for (const COLORREF ground : {kBlack, kWhite}) {
+    setColors(kYellow, ground);
+    EXPECT_EQ(groundOf(list), ground);
+    EXPECT_EQ(groundOf(ofPage), kChosen);
+  }
 }
 
 TEST_F(PlainLookTest, ADialogOfTheSystemHasNoneInIt) {

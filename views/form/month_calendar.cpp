@@ -12,12 +12,6 @@ namespace {
 
 HWND waiting = nullptr;  // between two popups
 
-LRESULT CALLBACK forgetDestroyed(HWND calendar, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR,
-                                 DWORD_PTR) {
-  if (message == WM_NCDESTROY && waiting == calendar) waiting = nullptr;
-  return DefSubclassProc(calendar, message, wParam, lParam);
-}
-
 /// As they are at the moment. Of its own it has the title in the colour of windows on that of captions, which
 /// some schemes of high contrast have the same, and the names of the days in the title's ground.
 void setColors(HWND calendar) {
@@ -36,12 +30,20 @@ void setColors(HWND calendar) {
   }
 }
 
+LRESULT CALLBACK followed(HWND calendar, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR, DWORD_PTR) {
+  if (message == WM_NCDESTROY && waiting == calendar) waiting = nullptr;
+  const LRESULT answered = DefSubclassProc(calendar, message, wParam, lParam);
+  // They may change while the popup stands.
+  if (message == WM_SYSCOLORCHANGE) setColors(calendar);
+  return answered;
+}
+
 HWND createMonthCalendar(HWND dialog, int id) {
   const HWND calendar = HandheldCreateWindow(
       0, MONTHCAL_CLASSW, L"Calender ctrl", WS_CHILD | WS_VISIBLE | WS_BORDER, 0, 0, 0, 0, dialog,
       reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), GetModuleHandleW(nullptr), nullptr);
   if (!calendar) return nullptr;
-  SetWindowSubclass(calendar, forgetDestroyed, 1, 0);
+  SetWindowSubclass(calendar, followed, 1, 0);
   addCalendarKeys(calendar);
   setColors(calendar);
   return calendar;

@@ -1,5 +1,7 @@
 #include "platform/pocketshell/look/plain_look.h"
 
+#include <commctrl.h>
+
 #include <array>
 #include <uxtheme.h>
 #include <vector>
@@ -39,6 +41,19 @@ void takeLook(HWND control, bool plain) {
   SetWindowTheme(control, plain ? kNoTheme : nullptr, plain ? kNoTheme : nullptr);
 }
 
+bool isOfClass(HWND window, const wchar_t* name) {
+  wchar_t own[32] = L"";
+  GetClassNameW(window, own, ARRAYSIZE(own));
+  return CompareStringOrdinal(own, -1, name, -1, TRUE) == CSTR_EQUAL;
+}
+
+/// Of the colours that a list view looks for when it is made, some systems' keep the ground. A dialog's has
+/// the system's; the program's own pages have colours that the user chose.
+void takeGround(HWND control, HWND top) {
+  if (!isOfClass(top, L"#32770") || !isOfClass(control, WC_LISTVIEWW)) return;
+  SendMessageW(control, LVM_SETBKCOLOR, 0, static_cast<LPARAM>(GetSysColor(COLOR_WINDOW)));
+}
+
 }  // namespace
 
 bool needsPlainLook() {
@@ -70,6 +85,7 @@ void systemLookChanged() {
     for (const HWND control : descendantsOf(top)) {
       SendMessageW(control, WM_SYSCOLORCHANGE, 0, 0);
       takeLook(control, plain);
+      takeGround(control, top);
     }
   }
 }

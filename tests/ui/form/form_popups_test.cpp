@@ -250,6 +250,20 @@ TEST_F(CalendarTest, ItsTitleIsReadableInEveryColorsOfTheSystem) {
   expectColors(RGB(0, 0, 1), RGB(0, 255, 255), RGB(1, 0, 0));
 }
 
+TEST_F(CalendarTest, ItFollowsTheColorsOfTheSystemWhileItStands) {
+  showDate(L"NULL");
+  DialogScript script([&](HWND dialog) {
+    const HWND calendar = GetDlgItem(dialog, kCalendar);
+    const SystemColors colors({{COLOR_WINDOW, RGB(0, 0, 1)}, {COLOR_WINDOWTEXT, RGB(255, 255, 254)}});
+    SendMessageW(calendar, WM_SYSCOLORCHANGE, 0, 0);
+    EXPECT_EQ(static_cast<COLORREF>(SendMessageW(calendar, MCM_GETCOLOR, MCSC_MONTHBK, 0)), RGB(0, 0, 1));
+    EXPECT_EQ(static_cast<COLORREF>(SendMessageW(calendar, MCM_GETCOLOR, MCSC_TEXT, 0)), RGB(255, 255, 254));
+    DialogScript::close(dialog, IDCANCEL);
+  });
+  tap(dateEditor());
+  EXPECT_EQ(script.count(), 1);
+}
+
 TEST_F(CalendarTest, ItsControlsHaveTheirPlaces) {
   showDate(L"NULL");
   DialogScript script([](HWND dialog) {
