@@ -10,6 +10,7 @@
 #include "platform/pocketshell/window/list_focus.h"
 #include "platform/pocketshell/window/shell_window.h"
 #include "platform/pocketshell/window/tap_and_hold.h"
+#include "platform/pocketshell/window/window_class.h"
 #include "platform/pocketshell/window/window_places.h"
 #include "platform/pocketshell/zoom/present_screen.h"
 #include "platform/pocketshell/zoom/present_zoom.h"
@@ -20,13 +21,6 @@ namespace {
 
 /// Between HandheldBeginLayout and HandheldEndLayout.
 bool isLayingOut = false;
-
-bool isOfClass(HWND window, std::wstring_view wanted) {
-  wchar_t name[64];
-  const int length = GetClassNameW(window, name, ARRAYSIZE(name));
-  return CompareStringOrdinal(name, length, wanted.data(), static_cast<int>(wanted.size()), TRUE) ==
-         CSTR_EQUAL;
-}
 
 void equip(HWND window) {
   SendMessageW(window, WM_SETFONT, reinterpret_cast<WPARAM>(presentFont()), FALSE);

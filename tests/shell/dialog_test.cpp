@@ -1,3 +1,7 @@
+#include <windows.h>
+
+#include <commctrl.h>
+
 #include <functional>
 
 #include "tests/shell/shell_fixture.h"
@@ -92,6 +96,23 @@ TEST_F(DialogTest, TheZoomMayChangeWhileItIsOpen) {
           EXPECT_EQ(placeInParent(GetDlgItem(dialog, IDC_NAME)), (RECT{124, 22, 394, 62}));
           HandheldSetZoom(100);
           EXPECT_EQ(clientRect(dialog), (RECT{0, 0, 210, 130}));
+        }));
+}
+
+TEST_F(DialogTest, TheColumnsOfAListKeepTheirShareOfItAtEveryZoom) {
+  visit(IDD_EXTENDED, 0, closing([&](HWND dialog) {
+          const HWND list = GetDlgItem(dialog, IDC_LIST);
+          for (const int width : {50, 71}) {
+            LVCOLUMNW column{};
+            column.mask = LVCF_WIDTH;
+            column.cx = width;
+            SendMessageW(list, LVM_INSERTCOLUMNW, 9, reinterpret_cast<LPARAM>(&column));
+          }
+          for (const int zoom : {200, 150, 100}) {
+            HandheldSetZoom(zoom);
+            EXPECT_EQ(SendMessageW(list, LVM_GETCOLUMNWIDTH, 0, 0), HandheldToMonitor(50));
+            EXPECT_EQ(SendMessageW(list, LVM_GETCOLUMNWIDTH, 1, 0), HandheldToMonitor(71));
+          }
         }));
 }
 

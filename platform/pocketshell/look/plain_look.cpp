@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "platform/pocketshell/system_colors.h"
+#include "platform/pocketshell/window/window_class.h"
 
 namespace pocketshell {
 
@@ -39,12 +40,6 @@ std::vector<HWND> descendantsOf(HWND window) {
 
 void takeLook(HWND control, bool plain) {
   SetWindowTheme(control, plain ? kNoTheme : nullptr, plain ? kNoTheme : nullptr);
-}
-
-bool isOfClass(HWND window, const wchar_t* name) {
-  wchar_t own[32] = L"";
-  GetClassNameW(window, own, ARRAYSIZE(own));
-  return CompareStringOrdinal(own, -1, name, -1, TRUE) == CSTR_EQUAL;
 }
 
 /// Of the colours that a list view looks for when it is made, some systems' keep the ground. A dialog's has

@@ -8,15 +8,11 @@
 
 #include "platform/pocketshell/handheld_windows.h"
 #include "platform/pocketshell/text/control_text.h"
+#include "platform/pocketshell/window/window_class.h"
 
 namespace pocketshell {
 
 namespace {
-
-bool isOfClass(HWND control, const wchar_t* wanted) {
-  wchar_t name[32];
-  return GetClassNameW(control, name, ARRAYSIZE(name)) != 0 && lstrcmpiW(name, wanted) == 0;
-}
 
 bool isNamedByLabel(HWND control) {
   constexpr std::array kClasses = {WC_EDITW, WC_COMBOBOXW, WC_LISTBOXW, WC_LISTVIEWW};

@@ -1,5 +1,9 @@
 #include "platform/pocketshell/zoom/zoom_change.h"
 
+#include <windows.h>
+
+#include <commctrl.h>
+
 #include <vector>
 
 #include "platform/pocketshell/handheld_windows.h"
@@ -8,6 +12,7 @@
 #include "platform/pocketshell/shell_settings.h"
 #include "platform/pocketshell/text/tip_letters.h"
 #include "platform/pocketshell/window/shell_window.h"
+#include "platform/pocketshell/window/window_class.h"
 #include "platform/pocketshell/window/window_places.h"
 #include "platform/pocketshell/zoom/present_zoom.h"
 
@@ -47,6 +52,20 @@ void scaleDialog(HWND dialog, int from, int to) {
                SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
+/// As wide as the user has made them. The program's own pages look after theirs.
+void scaleColumns(const std::vector<HWND>& placed, int from, int to) {
+  for (const HWND list : placed) {
+    if (!isOfClass(list, WC_LISTVIEWW)) continue;
+    const auto titles = reinterpret_cast<HWND>(SendMessageW(list, LVM_GETHEADER, 0, 0));
+    const LRESULT count = titles ? SendMessageW(titles, HDM_GETITEMCOUNT, 0, 0) : 0;
+    for (LRESULT column = 0; column < count; ++column) {
+      const auto index = static_cast<WPARAM>(column);
+      const auto width = static_cast<int>(SendMessageW(list, LVM_GETCOLUMNWIDTH, index, 0));
+      SendMessageW(list, LVM_SETCOLUMNWIDTH, index, MAKELPARAM(toMonitor(fromMonitor(width, from), to), 0));
+    }
+  }
+}
+
 void layOutDescendants(const std::vector<HWND>& placed) {
   for (const HWND window : placed) {
     if (const auto place = placeOf(window)) {
@@ -62,6 +81,8 @@ void layOutWindow(HWND window, int from, int to) {
   if (shell && shell->isFrame()) {
     shell->fitToZoom();
   } else if (!placed.empty()) {
+    // Before it is told of its new size, by which it may choose other widths.
+    scaleColumns(placed, from, to);
     scaleDialog(window, from, to);
   }
   layOutDescendants(placed);
