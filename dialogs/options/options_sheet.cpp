@@ -36,13 +36,14 @@ void setTabSize(HWND sheet) {
   const HWND tabs = tabsOf(sheet);
   SendMessageW(tabs, TCM_SETITEMSIZE, 0, MAKELPARAM(0, HandheldToMonitor(kTabHeight)));
   SendMessageW(tabs, TCM_SETMINTABWIDTH, 0, HandheldToMonitor(kLeastTabWidth));
+  // Some systems' reckon the widths of the tabs that are there when they get a font alone.
+  setFont(tabs);
 }
 
 void layOutTabs(HWND sheet) {
   const HWND tabs = tabsOf(sheet);
   const LONG_PTR style = GetWindowLongPtrW(tabs, GWL_STYLE);
   SetWindowLongPtrW(tabs, GWL_STYLE, (style & ~LONG_PTR{TCS_MULTILINE}) | TCS_BOTTOM);
-  setFont(tabs);
   setTabSize(sheet);
 }
 

@@ -258,6 +258,7 @@ class OptionsLayoutTest : public OptionsSheetTest, public testing::WithParamInte
     RECT lastTab{};
     SendMessageW(tabsOf(sheet), TCM_GETITEMRECT, kColorPage, reinterpret_cast<LPARAM>(&lastTab));
     EXPECT_LE(lastTab.right, clientSize(tabsOf(sheet)).cx);
+    EXPECT_GE(lastTab.right - lastTab.left, scaled({.width = 54}).width);
     for (int i = 0; i <= kColorPage; ++i) expectPage(sheet, i);
   }
 
@@ -303,6 +304,32 @@ TEST_P(OptionsLayoutTest, ItFollowsAChangeOfTheZoom) {
     closeByOk(sheet);
   });
   EXPECT_EQ(sheetCount(), 1);
+}
+
+TEST_P(OptionsLayoutTest, ItsTabsAreAsWideAfterAChangeOfTheZoomAsIfItHadBeenOpenedThen) {
+  const auto tabs = [&](HWND sheet) {
+    std::vector<LONG> edges;
+    for (WPARAM i = 0; i <= kColorPage; ++i) {
+      RECT tab{};
+      SendMessageW(tabsOf(sheet), TCM_GETITEMRECT, i, reinterpret_cast<LPARAM>(&tab));
+      edges.insert(edges.end(), {tab.left, tab.right});
+    }
+    return edges;
+  };
+  std::vector<LONG> expected;
+  HandheldSetZoom(GetParam());
+  show([&](HWND sheet) {
+    expected = tabs(sheet);
+    closeByOk(sheet);
+  });
+  for (const int before : {100, 200, 300}) {
+    HandheldSetZoom(before);
+    show([&](HWND sheet) {
+      HandheldSetZoom(GetParam());
+      EXPECT_EQ(tabs(sheet), expected) << "before at " << before;
+      closeByOk(sheet);
+    });
+  }
 }
 
 TEST_F(OptionsSheetTest, TheInputPanelIsDownWhileTheSheetIsOpenAndUpAgainAfterwards) {
