@@ -21,6 +21,8 @@ struct TableSchema {
     /// so.
     std::string_view valueType = {};
     int keyPosition = 0;  ///< 1-based place in the primary key, 0 outside it
+    /// By which the key of a table without row ids tells texts apart; elsewhere empty.
+    std::string keyCollation = {};
     bool notNull = false;
     bool generated = false;
     Reference reference;  ///< by the first foreign key that it has for itself

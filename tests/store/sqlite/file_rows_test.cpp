@@ -62,6 +62,84 @@ TEST_F(FileRowsTest, ARebuiltFileKeepsTheRowsOfATableWithItsOwnKey) {
   EXPECT_EQ("c", textOf(*keyed, 1));
 }
 
+struct Rebuilding {
+  const char* former;
+  const char* present;
+  const char* rows;
+};
+
+// The columns are called as before, and what was the key of one record may be that of several, or of another.
+TEST_F(FileRowsTest, ATableThatCameToAnotherKeyIsToBeOpenedAgain) {
+  const Rebuilding rebuildings[] = {
+      {"(A Integer PRIMARY KEY, B Integer, C Text) WITHOUT ROWID",
+       "(A Integer, B Integer, C Text, PRIMARY KEY (A, B)) WITHOUT ROWID",
+       "(2, 1, 'two'), (2, 2, 'another'), (3, 1, 'three')"},
+      {"(A Integer, B Integer, C Text, PRIMARY KEY (A, B)) WITHOUT ROWID",
+       "(A Integer, B Integer, C Text, PRIMARY KEY (B, A)) WITHOUT ROWID",
+       "(2, 1, 'another'), (1, 2, 'two')"},
+      {"(A Integer PRIMARY KEY, B Integer, C Text)", "(A Integer, B Integer PRIMARY KEY, C Text)",
+       "(2, 1, 'two'), (1, 2, 'another')"},
+      {"(A Integer PRIMARY KEY, B Integer, C Text)", "(A Integer, B Integer, C Text, PRIMARY KEY (A, B))",
+       "(3, 1, 'three'), (2, 1, 'two')"},
+      {"(A Integer PRIMARY KEY, B Integer, C Text)",
+       "(A Integer PRIMARY KEY, B Integer, C Text, rowid Integer)", "(1, 1, 'one', 2), (2, 1, 'two', 1)"},
+      {"(A Integer PRIMARY KEY, B Integer, C Text) WITHOUT ROWID",
+       "(A Integer, B Integer, C Text, PRIMARY KEY (A, B))", "(2, 1, 'two'), (2, 2, 'another')"},
+  };
+  for (const Rebuilding& each : rebuildings) {
+    SCOPED_TRACE(each.present);
+    OtherProgram(path_).run("DROP TABLE IF EXISTS T; CREATE TABLE T " + std::string(each.former) +
+                            "; INSERT INTO T VALUES (1, 1, 'one'), (2, 1, 'two')");
+    open();
+    const auto rows = records("Select A, B, C from [T]");
+    ASSERT_TRUE(rows->moveLast());
+    EXPECT_EQ("two", textOf(*rows, 2));
+    ASSERT_TRUE(rows->setValue(2, std::string("mine")));
+    OtherProgram(path_).run("DROP TABLE T; CREATE TABLE T " + std::string(each.present) +
+                            "; INSERT INTO T VALUES " + each.rows);
+    const std::string all = "SELECT group_concat(A || B || C) FROM (SELECT * FROM T ORDER BY C)";
+    const std::string before = inFile(all);
+    EXPECT_EQ(ErrorCode::structureChanged, rows->update().code());
+    ASSERT_TRUE(rows->cancelUpdate());
+    Cell cell;
+    EXPECT_EQ(ErrorCode::structureChanged, rows->cell(2, &cell).code());
+    EXPECT_EQ(ErrorCode::structureChanged, rows->remove().code());
+    EXPECT_EQ(before, inFile(all));
+  }
+}
+
+TEST_F(FileRowsTest, ATableThatWasMadeAgainWithItsKeyGoesOn) {
+  prepare(
+      "CREATE TABLE T (A Integer, B Integer, C Text, PRIMARY KEY (B, A)) WITHOUT ROWID;"
+      "INSERT INTO T VALUES (1, 1, 'one'), (2, 1, 'two')");
+  open();
+  const auto rows = records("Select * from [T]");
+  ASSERT_TRUE(rows->moveLast());
+  EXPECT_EQ("two", textOf(*rows, 2));
+  ASSERT_TRUE(rows->setValue(2, std::string("mine")));
+  OtherProgram(path_).run(
+      "DROP TABLE T; CREATE TABLE T (A Integer, B Integer, C Text, D Text, PRIMARY KEY (B, A)) WITHOUT ROWID;"
+      "INSERT INTO T VALUES (1, 1, 'one', 'd'), (2, 1, 'two', 'd')");
+  EXPECT_TRUE(rows->update());
+  EXPECT_EQ("one,mine", inFile("SELECT group_concat(C) FROM (SELECT * FROM T ORDER BY B, A)"));
+}
+
+// A key that tells two texts apart which are the same to their column.
+TEST_F(FileRowsTest, TheKeyTellsTextsApartAsTheKeyDoes) {
+  prepare(
+      "CREATE TABLE T (K Text COLLATE NOCASE, V Text, PRIMARY KEY (K COLLATE BINARY)) WITHOUT ROWID;"
+      "INSERT INTO T VALUES ('A', 'upper'), ('a', 'lower')");
+  open();
+  EXPECT_EQ("upper lower", columnOf("Select * from [T]", 1));
+  const auto rows = records("Select * from [T]");
+  ASSERT_TRUE(rows->moveLast());
+  ASSERT_TRUE(rows->setValue(1, std::string("mine")));
+  EXPECT_TRUE(rows->update());
+  EXPECT_EQ("upper mine", inFile("SELECT group_concat(V, ' ') FROM (SELECT V FROM T ORDER BY V DESC)"));
+  EXPECT_TRUE(rows->remove());
+  EXPECT_EQ("upper", inFile("SELECT group_concat(V) FROM T"));
+}
+
 TEST_F(FileRowsTest, OurStatementsThatLeaveTheTablesAloneKeepTheRecordsetAlive) {
   openNumbers(3);
   for (const char* statement :

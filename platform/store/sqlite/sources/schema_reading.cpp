@@ -96,6 +96,25 @@ Status readKeyIndex(SqliteConnection& connection, std::string_view name, bool* h
   return statusOf(connection.handle(), result);
 }
 
+// The key need not tell texts apart as the columns do that it consists of.
+Status readKeyCollations(SqliteConnection& connection, std::string_view name, TableSchema* schema) {
+  SqliteStatement statement;
+  Status status = connection.prepare(
+      "SELECT k.name, k.coll FROM pragma_index_list(?1, 'main') i, pragma_index_xinfo(i.name, 'main') k "
+      "WHERE i.origin = 'pk' AND k.key = 1",
+      &statement);
+  if (!status) return status;
+  if (!bindText(statement.get(), name)) return {ErrorCode::outOfMemory, "Out of memory."};
+  int result = SQLITE_ROW;
+  while ((result = sqlite3_step(statement.get())) == SQLITE_ROW) {
+    const std::string_view column = columnText(statement.get(), 0);
+    for (TableSchema::Column& found : schema->columns) {
+      if (found.name == column) found.keyCollation = columnText(statement.get(), 1);
+    }
+  }
+  return statusOf(connection.handle(), result);
+}
+
 }  // namespace
 
 Status readTableSchema(SqliteConnection& connection, std::string_view name, TableSchema* schema) {
@@ -109,6 +128,9 @@ Status readTableSchema(SqliteConnection& connection, std::string_view name, Tabl
   bool hasRowId = true;
   if (Status status = readKeyIndex(connection, name, &hasKeyIndex, &hasRowId); !status) return status;
   read.withoutRowId = !hasRowId;
+  if (read.withoutRowId) {
+    if (Status status = readKeyCollations(connection, name, &read); !status) return status;
+  }
   const std::vector<std::string> keys = read.keyColumns();
   read.rowIdIsColumn = !read.withoutRowId && keys.size() == 1 && !hasKeyIndex;
   *schema = std::move(read);

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "platform/store/sqlite/files/temporary_bound.h"
+#include "platform/store/sqlite/sources/schema_reading.h"
 
 namespace store {
 
@@ -23,6 +24,28 @@ Status notTaken(const char* message) {
 // How the n-th key is called inside a statement of the engine's own. In brackets, which never become a text.
 std::string keyAlias(std::size_t number) {
   return "[quivane key " + std::to_string(number) + "]";
+}
+
+/// What reads the key of a record in a statement on the table alone.
+std::vector<std::string> keyNamesOf(const TableSchema& schema) {
+  if (!schema.withoutRowId) {
+    const std::string name = schema.rowIdName();
+    return {schema.find(name) != nullptr ? quotedName(name) : name};
+  }
+  std::vector<std::string> names;
+  for (const std::string& name : schema.keyColumns()) names.push_back(quotedName(name));
+  return names;
+}
+
+/// With which each part of the key is to be compared, behind the value; empty where it has nothing to choose.
+std::vector<std::string> keyCollationsOf(const TableSchema& schema) {
+  if (!schema.withoutRowId) return {""};
+  std::vector<std::string> collations;
+  for (const std::string& name : schema.keyColumns()) {
+    const std::string& collation = schema.find(name)->keyCollation;
+    collations.push_back(collation.empty() ? "" : " COLLATE " + quotedName(collation));
+  }
+  return collations;
 }
 
 /// Tells a table that has no end. What that would be is asked only of tables that are not small.
@@ -62,19 +85,14 @@ TableRows::TableRows(SqliteConnection& connection, const SingleTableSelect& sele
       tableName_(select.table),
       table_(quotedName(select.table)),
       tupleKeyed_(schema.withoutRowId),
+      keyNames_(keyNamesOf(schema)),
+      keyCollations_(keyCollationsOf(schema)),
       keysSurviveRebuild_(schema.withoutRowId || schema.rowIdIsColumn) {
   for (SelectedColumn& column : columns) {
     columns_.push_back(std::move(column.column));
     tableColumns_.push_back(std::move(column.tableColumn));
   }
-  if (schema.withoutRowId) {
-    keyColumns_ = schema.keyColumns();
-    for (const std::string& name : keyColumns_) keyNames_.push_back(quotedName(name));
-  } else {
-    const std::string name = schema.rowIdName();
-    keyNames_.push_back(schema.find(name) != nullptr ? quotedName(name) : name);
-    if (schema.rowIdIsColumn) keyColumns_ = schema.keyColumns();
-  }
+  if (keysSurviveRebuild_) keyColumns_ = schema.keyColumns();
 
   std::vector<std::string> qualified;
   std::vector<std::string> aliased;
@@ -84,7 +102,7 @@ TableRows::TableRows(SqliteConnection& connection, const SingleTableSelect& sele
     qualified.push_back(select.qualifier + "." + keyNames_[number]);
     aliases.push_back(keyAlias(number + 1));
     aliased.push_back(qualified.back() + " AS " + aliases.back());
-    conditions.push_back(qualified.back() + " = ?" + std::to_string(number + 1));
+    conditions.push_back(qualified.back() + " = ?" + std::to_string(number + 1) + keyCollations_[number]);
   }
   const std::string from = " FROM " + select.tableClause + " ";
   if (select.isPlainTable) {
@@ -398,12 +416,19 @@ Key TableRows::returnedKey(sqlite3_stmt* statement, int first) const {
   return values;
 }
 
-// Keys that columns hold stay good; then only the columns could have become others.
+// Keys that columns hold stay good, as long as the same columns are the key; then only the other columns
+// could have become others.
 Status TableRows::checkSameRows() {
   if (connection_.rebuilds() == rebuildsAtLoad_) return {};
   SqliteStatement fetch;
-  bool isSame = keysSurviveRebuild_ && connection_.prepare(fetchSql_, &fetch) &&
-                sqlite3_column_count(fetch.get()) >= static_cast<int>(columns_.size());
+  bool isSame = keysSurviveRebuild_;
+  if (isSame) {
+    TableSchema schema;
+    if (Status status = readTableSchema(connection_, tableName_, &schema); !status) return status;
+    isSame = hasSameKey(schema);
+  }
+  isSame = isSame && connection_.prepare(fetchSql_, &fetch) &&
+           sqlite3_column_count(fetch.get()) >= static_cast<int>(columns_.size());
   for (std::size_t index = 0; index < columns_.size() && isSame; ++index) {
     const char* name = sqlite3_column_name(fetch.get(), static_cast<int>(index));
     isSame = name != nullptr && columns_[index].name == name;
@@ -417,11 +442,17 @@ Status TableRows::checkSameRows() {
   return {};
 }
 
+bool TableRows::hasSameKey(const TableSchema& schema) const {
+  return schema.ordinary && schema.withoutRowId == tupleKeyed_ &&
+         (schema.withoutRowId || schema.rowIdIsColumn) && schema.keyColumns() == keyColumns_ &&
+         keyNamesOf(schema) == keyNames_ && keyCollationsOf(schema) == keyCollations_;
+}
+
 std::string TableRows::keyCondition(int firstParameter) const {
   std::vector<std::string> conditions;
-  for (const std::string& name : keyNames_) {
-    conditions.push_back(name + " = ?" +
-                         std::to_string(firstParameter + static_cast<int>(conditions.size())));
+  for (std::size_t number = 0; number < keyNames_.size(); ++number) {
+    conditions.push_back(keyNames_[number] + " = ?" +
+                         std::to_string(firstParameter + static_cast<int>(number)) + keyCollations_[number]);
   }
   return joined(conditions, " AND ");
 }

@@ -64,6 +64,7 @@ class TableRows : public RowSource {
   Key returnedKey(sqlite3_stmt* statement, int first) const;
   bool isTupleKeyed() const { return tupleKeyed_; }
   Status checkSameRows();
+  bool hasSameKey(const TableSchema& schema) const;
   Status readRow(const KeySet& keys, std::size_t index, Row* row);
   Status checkSameRow(const KeySet& keys, std::size_t index, const Row* read);
   std::string keyCondition(int firstParameter) const;
@@ -73,9 +74,10 @@ class TableRows : public RowSource {
   std::vector<std::string> tableColumns_;
   std::string tableName_;
   std::string table_;                    // the same, quoted
-  bool tupleKeyed_;                      // by primary key instead of row id
-  std::vector<std::string> keyColumns_;  // the table's columns that hold the key, if columns do
-  std::vector<std::string> keyNames_;    // what reads the key in a statement on the table alone, quoted
+  bool tupleKeyed_;                         // by primary key instead of row id
+  std::vector<std::string> keyColumns_;     // the table's columns that hold the key, if columns do
+  std::vector<std::string> keyNames_;       // what reads the key in a statement on the table alone, quoted
+  std::vector<std::string> keyCollations_;  // for each of them, what stands behind a value to compare it with
   bool keysSurviveRebuild_;
   ScannedRows scanned_;
   std::string keysSql_;
