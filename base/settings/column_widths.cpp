@@ -57,9 +57,10 @@ void ColumnWidths::set(const wchar_t* field, int width) {
 
 void ColumnWidths::keep() {
   if (!isChanged_) return;
-  isChanged_ = false;
   const auto entries = std::make_unique<Entries>();
-  read(*entries);
+  // Without the others none is written: they would be gone.
+  if (!read(*entries)) return;
+  isChanged_ = false;
   auto place =
       std::find_if(entries->begin(), entries->end(), [this](const Entry& each) { return isOfSame(each); });
   if (place == entries->end()) --place;
@@ -68,6 +69,10 @@ void ColumnWidths::keep() {
   SettingsStore::write(Setting::columnWidths, wordsOf(*entries));
 }
 
-void ColumnWidths::read(Entries& entries) noexcept {
-  if (!SettingsStore::read(Setting::columnWidths, wordsOf(entries))) entries = {};
+/// False when they can't be read; then there are none.
+bool ColumnWidths::read(Entries& entries) noexcept {
+  using Reading = SettingsStore::Reading;
+  const Reading reading = SettingsStore::find(Setting::columnWidths, wordsOf(entries));
+  if (reading != Reading::value) entries = {};
+  return reading != Reading::unreadable;
 }

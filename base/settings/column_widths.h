@@ -23,7 +23,7 @@ class ColumnWidths {
   /// Brought to what a column may have. A width that is the one there is already changes nothing.
   void set(const wchar_t* field, int width);
   /// Writes what was set since the last time, as that of the latest table or query. Nothing happens without a
-  /// change.
+  /// change, nor while the settings can't be read; the change is kept for the next time then.
   void keep();
 
  private:
@@ -42,7 +42,7 @@ class ColumnWidths {
   using Entries = std::array<Entry, kEntryCount>;
   static_assert(sizeof(Entries) % sizeof(std::uint32_t) == 0);
 
-  static void read(Entries& entries) noexcept;
+  static bool read(Entries& entries) noexcept;
   bool isOfSame(const Entry& other) const {
     return entry_.source == other.source && entry_.source2 == other.source2;
   }

@@ -1,5 +1,7 @@
 #include "base/settings/recent_finds.h"
 
+#include <algorithm>
+#include <array>
 #include <cwchar>
 #include <utility>
 
@@ -12,45 +14,42 @@ Setting settingAt(int position) noexcept {
   return static_cast<Setting>(static_cast<int>(Setting::recentFind) + position - 1);
 }
 
-/// The empty text when the value is missing; there is none at position 0.
-String read(int position) {
-  String text;
-  if (position > 0) SettingsStore::read(settingAt(position), text);
-  return text;
-}
-
-void write(int position, const String& text) noexcept {
-  SettingsStore::write(settingAt(position), text);
+/// False when what stands there can't be read; a value that is missing is the empty text.
+bool read(int position, String& text) {
+  String found;
+  if (SettingsStore::find(settingAt(position), found) == SettingsStore::Reading::unreadable) return false;
+  text = std::move(found);
+  return true;
 }
 
 bool isEqual(const String& a, const String& b) noexcept {
   return std::wcscmp(a.text(), b.text()) == 0;
 }
 
-bool isStored(const String& text) {
-  for (int position = RecentFinds::kCount; position >= 1; --position) {
-    if (isEqual(read(position), text)) return true;
-  }
-  return false;
-}
-
 }  // namespace
 
 void RecentFinds::list(NameList& finds) {
   NameList found;
-  for (int position = 1; position <= kCount; ++position) {
-    String text = read(position);
-    if (!text.isEmpty()) found.append(std::move(text));
+  String text;
+  for (int position = 1; position <= kCount && read(position, text); ++position) {
+    if (!text.isEmpty()) found.append(text);
   }
   finds.swap(found);
 }
 
 void RecentFinds::remember(const String& text) {
-  int source = isStored(text) ? kCount : kCount - 1;
+  std::array<String, kCount + 1> former;  // the one in front of the newest is empty
+  for (int position = 1; position <= kCount; ++position) {
+    // Written back would be a list without it.
+    if (!read(position, former[position])) return;
+  }
+  const bool isStored =
+      std::any_of(former.begin() + 1, former.end(), [&](const String& each) { return isEqual(each, text); });
+  int source = isStored ? kCount : kCount - 1;
   int destination = kCount;
   bool dropped = false;
   for (int i = 0; i < kCount; ++i, --source) {
-    const String entry = read(source);
+    const String& entry = former[source];
     // Free places hold the empty text, too. Where that is remembered one of them makes room; with all of
     // them gone the texts before them would stand in the list twice.
     const bool isKept = dropped && text.isEmpty();
@@ -58,8 +57,9 @@ void RecentFinds::remember(const String& text) {
       dropped = true;
       continue;
     }
-    write(destination, entry);
+    // The next one would take the place of one that has not moved on.
+    if (!SettingsStore::write(settingAt(destination), entry)) return;
     --destination;
   }
-  write(1, text);
+  SettingsStore::write(settingAt(1), text);
 }

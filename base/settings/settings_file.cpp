@@ -14,9 +14,16 @@ constexpr wchar_t kByteOrderMark = L'\xFEFF';
 /// Far more than the program ever stores, and enough for one that has been given a value of a megabyte.
 constexpr LONGLONG kLargestByteCount = 16 * 1024 * 1024;
 
+/// In milliseconds. Programs that look at every new file, or copy it elsewhere, keep it only for a moment.
+constexpr ULONGLONG kMostWaiting = 500;
+constexpr DWORD kPause = 10;
+/// A start reads dozens of values, which may not all wait.
+constexpr ULONGLONG kNextWaiting = 5000;
+
 /// What a file holds. `text` is empty for one that is not there, and for one that is too large to be ours.
 struct Content {
   bool isReadable = false;
+  bool isInUse = false;  // by another program; perhaps it is readable soon
   bool isTooLarge = false;
   std::wstring text = {};
 };
@@ -24,7 +31,10 @@ struct Content {
 Content contentOf(const std::filesystem::path& path) {
   const UniqueFile file(CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_DELETE, nullptr,
                                     OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
-  if (!file) return {.isReadable = GetLastError() == ERROR_FILE_NOT_FOUND};
+  if (!file) {
+    const DWORD error = GetLastError();
+    return {.isReadable = error == ERROR_FILE_NOT_FOUND, .isInUse = error == ERROR_SHARING_VIOLATION};
+  }
   LARGE_INTEGER length{};
   if (!GetFileSizeEx(file.get(), &length)) return {};
   if (length.QuadPart > kLargestByteCount) return {.isReadable = true, .isTooLarge = true};
@@ -32,9 +42,27 @@ Content contentOf(const std::filesystem::path& path) {
   content.text.resize(static_cast<std::size_t>(length.QuadPart) / sizeof(wchar_t));
   const auto byteCount = static_cast<DWORD>(content.text.size() * sizeof(wchar_t));
   DWORD read = 0;
-  if (!ReadFile(file.get(), content.text.data(), byteCount, &read, nullptr) || read != byteCount) return {};
+  if (!ReadFile(file.get(), content.text.data(), byteCount, &read, nullptr)) {
+    return {.isInUse = GetLastError() == ERROR_LOCK_VIOLATION};
+  }
+  if (read != byteCount) return {};
   if (content.text.starts_with(kByteOrderMark)) content.text.erase(0, 1);
   return content;
+}
+
+Content waitForContent(const std::filesystem::path& path, std::uint64_t& waitedInVainAt) {
+  const ULONGLONG begin = GetTickCount64();
+  const bool mayWait = waitedInVainAt == 0 || begin - waitedInVainAt >= kNextWaiting;
+  for (;;) {
+    Content content = contentOf(path);
+    if (!content.isInUse || !mayWait) return content;
+    const ULONGLONG now = GetTickCount64();
+    if (now - begin >= kMostWaiting) {
+      waitedInVainAt = now;
+      return content;
+    }
+    Sleep(kPause);
+  }
 }
 
 bool writeNew(const std::filesystem::path& path, const std::wstring& text) {
@@ -71,7 +99,9 @@ bool replaceBy(const std::filesystem::path& path, const std::wstring& text, bool
 
 SettingsFile::Found SettingsFile::read(const wchar_t* key, const wchar_t* name,
                                        settings::Value& value) const noexcept try {
-  const std::optional<settings::Keys> keys = settings::keysOf(contentOf(path_).text);
+  const Content content = waitForContent(path_, waitedInVainAt_);
+  if (!content.isReadable) return Found::unreadable;
+  const std::optional<settings::Keys> keys = settings::keysOf(content.text);
   if (!keys) return Found::noKey;
   const auto values = keys->find(key);
   if (values == keys->end()) return Found::noKey;
@@ -80,12 +110,12 @@ SettingsFile::Found SettingsFile::read(const wchar_t* key, const wchar_t* name,
   value = found->second;
   return Found::value;
 } catch (const std::exception&) {
-  return Found::noKey;
+  return Found::unreadable;
 }
 
 bool SettingsFile::write(const wchar_t* key, const wchar_t* name, DWORD type, const void* bytes,
                          std::size_t byteCount) const noexcept try {
-  const Content content = contentOf(path_);
+  const Content content = waitForContent(path_, waitedInVainAt_);
   if (!content.isReadable) return false;
   std::optional<settings::Keys> keys = settings::keysOf(content.text);
   const bool damaged = content.isTooLarge || (!keys && !content.text.empty());

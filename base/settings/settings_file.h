@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <filesystem>
 #include <utility>
 
@@ -12,10 +13,11 @@ class SettingsFile {
  public:
   explicit SettingsFile(std::filesystem::path path) : path_(std::move(path)) {}
 
-  enum class Found { noKey, noValue, value };
+  enum class Found { unreadable, noKey, noValue, value };
 
-  /// `value` is changed only when it was found. A file that is missing, can't be read or holds something else
-  /// or too much has no keys.
+  /// `value` is changed only when it was found. A file that is missing or holds something else or too much
+  /// has no keys. One that another program keeps to itself is waited for, half a second at most and not again
+  /// in the next seconds; then it is unreadable.
   Found read(const wchar_t* key, const wchar_t* name, settings::Value& value) const noexcept;
 
   /// Writes the whole file anew beside the old one, to the disk, and then gives it the name: at any moment
@@ -26,4 +28,5 @@ class SettingsFile {
 
  private:
   std::filesystem::path path_;
+  mutable std::uint64_t waitedInVainAt_ = 0;  // in the system's milliseconds
 };

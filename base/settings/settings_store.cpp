@@ -64,6 +64,44 @@ SettingsFile::Found findInFile(const wchar_t* subkey, const wchar_t* name, setti
   return path.fits() ? file->read(path.text(), name, value) : SettingsFile::Found::noKey;
 }
 
+using Reading = SettingsStore::Reading;
+
+Reading readingOf(SettingsFile::Found found) noexcept {
+  if (found == SettingsFile::Found::unreadable) return Reading::unreadable;
+  return found == SettingsFile::Found::value ? Reading::value : Reading::none;
+}
+
+Reading findText(const wchar_t* subkey, const wchar_t* name, String& text) {
+  if (file) {
+    settings::Value found;
+    const Reading reading = readingOf(findInFile(subkey, name, found));
+    if (reading == Reading::value) text = textOfBytes(found.bytes).c_str();
+    return reading;
+  }
+  const KeyPath path(subkey);
+  const bool isThere = path.fits() && readRegistryText(HKEY_CURRENT_USER, path.text(), name, text);
+  return isThere ? Reading::value : Reading::none;
+}
+
+Reading findWords(const wchar_t* subkey, const wchar_t* name, std::uint32_t* words,
+                  std::uint32_t wordCount) noexcept {
+  const DWORD wanted = wordCount * static_cast<DWORD>(sizeof *words);
+  if (file) {
+    settings::Value found;
+    const Reading reading = readingOf(findInFile(subkey, name, found));
+    if (reading != Reading::value) return reading;
+    if (found.bytes.size() != wanted) return Reading::none;
+    std::memcpy(words, found.bytes.data(), wanted);
+    return reading;
+  }
+  const UniqueRegistryKey key = openForReading(subkey);
+  if (!key) return Reading::none;
+  DWORD byteCount = wanted;
+  const LSTATUS result =
+      RegQueryValueExW(key.get(), name, nullptr, nullptr, reinterpret_cast<BYTE*>(words), &byteCount);
+  return result == ERROR_SUCCESS && byteCount == wanted ? Reading::value : Reading::none;
+}
+
 const SettingRow& rowOf(Setting setting, [[maybe_unused]] SettingKind kind) noexcept {
   const SettingRow& row = settings::rowOf(setting);
   assert(row.kind == kind);
@@ -77,14 +115,7 @@ void SettingsStore::keepIn(const SettingsFile* settingsFile) noexcept {
 }
 
 bool SettingsStore::readString(const wchar_t* subkey, const wchar_t* name, String& value) {
-  if (file) {
-    settings::Value found;
-    if (findInFile(subkey, name, found) != SettingsFile::Found::value) return false;
-    value = textOfBytes(found.bytes).c_str();
-    return true;
-  }
-  const KeyPath path(subkey);
-  return path.fits() && readRegistryText(HKEY_CURRENT_USER, path.text(), name, value);
+  return findText(subkey, name, value) == Reading::value;
 }
 
 bool SettingsStore::readDword(const wchar_t* subkey, const wchar_t* name, std::uint32_t defaultValue,
@@ -92,7 +123,7 @@ bool SettingsStore::readDword(const wchar_t* subkey, const wchar_t* name, std::u
   if (file) {
     settings::Value found;
     const SettingsFile::Found result = findInFile(subkey, name, found);
-    if (result == SettingsFile::Found::noKey) return false;
+    if (result == SettingsFile::Found::unreadable || result == SettingsFile::Found::noKey) return false;
     value = defaultValue;
     if (result == SettingsFile::Found::noValue || found.bytes.size() > sizeof value) return false;
     value = 0;
@@ -112,20 +143,7 @@ bool SettingsStore::readDword(const wchar_t* subkey, const wchar_t* name, std::u
 
 bool SettingsStore::readBinary(const wchar_t* subkey, const wchar_t* name, std::uint32_t* words,
                                std::uint32_t wordCount) noexcept {
-  const DWORD wanted = wordCount * static_cast<DWORD>(sizeof *words);
-  if (file) {
-    settings::Value found;
-    if (findInFile(subkey, name, found) != SettingsFile::Found::value || found.bytes.size() != wanted)
-      return false;
-    std::memcpy(words, found.bytes.data(), wanted);
-    return true;
-  }
-  const UniqueRegistryKey key = openForReading(subkey);
-  if (!key) return false;
-  DWORD byteCount = wanted;
-  const LSTATUS result =
-      RegQueryValueExW(key.get(), name, nullptr, nullptr, reinterpret_cast<BYTE*>(words), &byteCount);
-  return result == ERROR_SUCCESS && byteCount == wanted;
+  return findWords(subkey, name, words, wordCount) == Reading::value;
 }
 
 bool SettingsStore::writeString(const wchar_t* subkey, const wchar_t* name, const String& value) noexcept {
@@ -142,8 +160,12 @@ bool SettingsStore::writeBinary(const wchar_t* subkey, const wchar_t* name, cons
 }
 
 bool SettingsStore::read(Setting setting, String& text) {
+  return find(setting, text) == Reading::value;
+}
+
+SettingsStore::Reading SettingsStore::find(Setting setting, String& text) {
   const SettingRow& row = rowOf(setting, SettingKind::text);
-  return readString(row.subkey, row.name, text);
+  return findText(row.subkey, row.name, text);
 }
 
 bool SettingsStore::read(Setting setting, std::uint32_t& number) noexcept {
@@ -152,8 +174,12 @@ bool SettingsStore::read(Setting setting, std::uint32_t& number) noexcept {
 }
 
 bool SettingsStore::read(Setting setting, std::span<std::uint32_t> words) noexcept {
+  return find(setting, words) == Reading::value;
+}
+
+SettingsStore::Reading SettingsStore::find(Setting setting, std::span<std::uint32_t> words) noexcept {
   const SettingRow& row = rowOf(setting, SettingKind::words);
-  return readBinary(row.subkey, row.name, words.data(), static_cast<std::uint32_t>(words.size()));
+  return findWords(row.subkey, row.name, words.data(), static_cast<std::uint32_t>(words.size()));
 }
 
 bool SettingsStore::write(Setting setting, const String& text) noexcept {

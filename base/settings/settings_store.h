@@ -59,6 +59,14 @@ class SettingsStore {
   static bool read(Setting setting, String& text);
   static bool read(Setting setting, std::uint32_t& number) noexcept;
   static bool read(Setting setting, std::span<std::uint32_t> words) noexcept;
+
+  /// `none` also for what can't be a value of that kind. What is unreadable at the moment may be there:
+  /// whoever writes a part of it and takes the rest from what was read writes nothing then.
+  enum class Reading { unreadable, none, value };
+  /// As read(), which is true for a value.
+  static Reading find(Setting setting, String& text);
+  static Reading find(Setting setting, std::span<std::uint32_t> words) noexcept;
+
   static bool write(Setting setting, const String& text) noexcept;
   static bool write(Setting setting, std::uint32_t number) noexcept;
   static bool write(Setting setting, std::span<const std::uint32_t> words) noexcept;

@@ -2,11 +2,18 @@
 
 #include <windows.h>
 
+#include <atomic>
+#include <chrono>
 #include <cstdint>
 #include <filesystem>
 #include <fstream>
+#include <future>
 #include <string>
+#include <thread>
 
+#include "base/settings/column_widths.h"
+#include "base/settings/kept_texts.h"
+#include "base/settings/recent_finds.h"
 #include "base/settings/settings_store.h"
 #include "gtest/gtest.h"
 #include "owners/handles.h"
@@ -29,6 +36,12 @@ Value textValue(const std::wstring& text) {
 Value numberValue(DWORD number) {
   const auto* const bytes = reinterpret_cast<const BYTE*>(&number);
   return {REG_DWORD, {bytes, bytes + sizeof(number)}};
+}
+
+/// As a program does that looks for viruses, or copies the file elsewhere.
+UniqueFile holdForOneself(const fs::path& path) {
+  return UniqueFile(
+      CreateFileW(path.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
 }
 
 class SettingsFileTest : public testing::Test {
@@ -173,14 +186,38 @@ TEST_F(SettingsFileTest, AnEmptyFileIsAsGoodAsNone) {
 TEST_F(SettingsFileTest, AFileThatCanNotBeReadIsLeftAlone) {
   ASSERT_TRUE(write(L"a", numberValue(1)));
   {
-    const UniqueFile held(
-        CreateFileW(path().c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+    const UniqueFile held = holdForOneself(path());
     ASSERT_TRUE(held);
     EXPECT_EQ(read(L"a").type, 77u);
     EXPECT_FALSE(write(L"a", numberValue(2)));
   }
   EXPECT_EQ(read(L"a"), numberValue(1));
   EXPECT_EQ(fileCount(), 1u);
+}
+
+TEST_F(SettingsFileTest, AFileThatAnotherProgramKeepsToItselfForAMomentIsWaitedFor) {
+  ASSERT_TRUE(write(L"a", numberValue(1)));
+  UniqueFile held = holdForOneself(path());
+  ASSERT_TRUE(held);
+  auto reading = std::async(std::launch::async, [this] { return read(L"a"); });
+  EXPECT_EQ(reading.wait_for(std::chrono::milliseconds(50)), std::future_status::timeout);
+  held.reset();
+  EXPECT_EQ(reading.get(), numberValue(1));
+}
+
+TEST_F(SettingsFileTest, AndOneThatItKeepsForLongerIsWaitedForOnce) {
+  const SettingsFile settings = file();
+  ASSERT_TRUE(settings.write(kKey, L"a", REG_DWORD, "\1\0\0", 4));
+  UniqueFile held = holdForOneself(path());
+  ASSERT_TRUE(held);
+  Value value{77, {}};
+  EXPECT_EQ(settings.read(kKey, L"a", value), Found::unreadable);
+  EXPECT_EQ(value.type, 77u);
+  const auto begin = std::chrono::steady_clock::now();
+  for (int i = 0; i < 5; ++i) EXPECT_EQ(settings.read(kKey, L"a", value), Found::unreadable);
+  EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(2)) << "each waited for itself";
+  held.reset();
+  EXPECT_EQ(settings.read(kKey, L"a", value), Found::value);
 }
 
 TEST_F(SettingsFileTest, AFileThatIsInUseKeepsItsOldContent) {
@@ -291,6 +328,61 @@ TEST_F(SettingsInFileTest, EveryRowOfTheTableReadsBack) {
       }
     }
   }
+}
+
+/// What is written is a part of what was read: where that can't be read nothing else may get lost.
+class SettingsInUseTest : public SettingsInFileTest {
+ protected:
+  /// Changes something again and again while another program has the file for itself every other moment.
+  template <typename Change>
+  void changeInBetween(const Change& change) {
+    Value value;
+    {
+      const UniqueFile held = holdForOneself(path());
+      ASSERT_TRUE(held);
+      ASSERT_EQ(settingsFile_.read(kKey, L"a", value), Found::unreadable) << "from here on without waiting";
+    }
+    std::atomic<bool> isOver = false;
+    std::thread other([&] {
+      while (!isOver) holdForOneself(path()).reset();
+    });
+    int refused = 0;
+    for (int i = 0; i < 40 || (refused == 0 && i < 4000); ++i) {
+      if (settingsFile_.read(kKey, L"a", value) == Found::unreadable) ++refused;
+      change(i);
+    }
+    isOver = true;
+    other.join();
+    EXPECT_GT(refused, 0);
+  }
+};
+
+TEST_F(SettingsInUseTest, RecentFindsDontGetLost) {
+  for (const wchar_t* text : {L"c", L"d", L"e", L"a", L"b"}) RecentFinds::remember(text);
+  changeInBetween([](int i) { RecentFinds::remember(i % 2 == 0 ? L"a" : L"b"); });
+  NameList finds;
+  RecentFinds::list(finds);
+  for (const wchar_t* text : {L"c", L"d", L"e"}) EXPECT_TRUE(finds.holds(text)) << text;
+}
+
+TEST_F(SettingsInUseTest, NorDoTheTextsKeptForOtherTables) {
+  kepttexts::write(L"a.cdb", false, L"Books", L"one");
+  changeInBetween([](int i) { kepttexts::write(L"a.cdb", false, L"Members", std::to_wstring(i)); });
+  EXPECT_EQ(kepttexts::read(L"a.cdb", false, L"Books"), L"one");
+}
+
+TEST_F(SettingsInUseTest, NorDoTheWidthsOfTheirColumns) {
+  ColumnWidths books(L"a.cdb", false, L"Books");
+  books.set(L"Title", 120);
+  books.keep();
+  ColumnWidths members(L"a.cdb", false, L"Members");
+  changeInBetween([&](int i) {
+    members.set(L"Name", 100 + i);
+    members.keep();
+  });
+  EXPECT_EQ(ColumnWidths(L"a.cdb", false, L"Books").of(L"Title"), 120);
+  members.keep();
+  EXPECT_EQ(ColumnWidths(L"a.cdb", false, L"Members").of(L"Name"), members.of(L"Name")) << "once it can be";
 }
 
 }  // namespace
