@@ -15,12 +15,12 @@ namespace {
 
 /// A combo box takes the height that it is given for that of the box and its open list together.
 int givenHeight(HWND control, const RECT& place) {
-  RECT open{};
-  const bool isCombo =
-      SendMessageW(control, CB_GETDROPPEDCONTROLRECT, 0, reinterpret_cast<LPARAM>(&open)) != 0 &&
-      open.bottom > open.top;
-  return isCombo ? HandheldFromMonitor(static_cast<int>(open.bottom - open.top))
-                 : static_cast<int>(place.bottom - place.top);
+  const auto height = static_cast<int>(place.bottom - place.top);
+  COMBOBOXINFO parts{};
+  parts.cbSize = sizeof(parts);
+  RECT list{};
+  if (!GetComboBoxInfo(control, &parts) || !GetWindowRect(parts.hwndList, &list)) return height;
+  return height + HandheldFromMonitor(static_cast<int>(list.bottom - list.top));
 }
 
 }  // namespace

@@ -71,6 +71,25 @@ TEST_F(QueryDialogTest, AtZoom200EveryLengthIsTwiceAsLong) {
   });
 }
 
+TEST_F(QueryDialogTest, ItsListsDropAsFarAfterAChangeOfTheZoom) {
+  const auto droppedHeight = [](HWND combo) {
+    RECT dropped{};
+    SendMessageW(combo, CB_GETDROPPEDCONTROLRECT, 0, reinterpret_cast<LPARAM>(&dropped));
+    return static_cast<int>(dropped.bottom - dropped.top);
+  };
+  constexpr int kLine = 13;
+  show([&](HWND window) {
+    const HWND combo = GetDlgItem(window, kTables);
+    const int height = droppedHeight(combo);
+    ASSERT_GT(height, 9 * kLine);
+    for (const int zoom : {200, 150, 100}) {
+      HandheldSetZoom(zoom);
+      EXPECT_NEAR(droppedHeight(combo), HandheldToMonitor(height), HandheldToMonitor(kLine)) << zoom;
+    }
+    press(window, IDCANCEL);
+  });
+}
+
 TEST_F(QueryDialogTest, ThePanelThatWasUpIsPutDownAndComesBack) {
   for (const int command : {IDOK, IDCANCEL}) {
     SHSipPreference(frame(), SIP_UP);
