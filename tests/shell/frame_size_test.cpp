@@ -90,6 +90,22 @@ TEST_F(FrameSizeTest, TheZoomKeepsTheFiguresInsideAsFarAsTheMonitorHasRoom) {
   EXPECT_LE(outerRect().right - outerRect().left, monitor.rcWork.right - monitor.rcWork.left);
 }
 
+TEST_F(FrameSizeTest, WhatALargeZoomHadNoRoomForComesBackWithASmallerOne) {
+  size(400, 480);
+  SetWindowPos(top(), nullptr, 90, 40, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+  const RECT before = outerRect();
+  HandheldSetZoom(200);
+  ASSERT_LT(clientRect(top()).bottom, 2 * 480) << "the monitor of the test is too large";
+  HandheldSetZoom(300);
+  HandheldSetZoom(100);
+  EXPECT_EQ(outerRect(), before);
+
+  HandheldSetZoom(200);
+  size(560, 640);
+  HandheldSetZoom(100);
+  EXPECT_EQ(clientRect(top()), (RECT{0, 0, 280, 320})) << "the user has chosen another size";
+}
+
 TEST_F(FrameSizeTest, NoGapIsLeftAtSizesThatAreNoWholeFigures) {
   const HWND bar = makeBar();
   HandheldSetZoom(200);

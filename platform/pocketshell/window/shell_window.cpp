@@ -164,7 +164,11 @@ void ShellWindow::fitToZoom() {
   }
   RECT outer{};
   GetWindowRect(window(), &outer);
-  placeAt({outer.left, outer.top}, inside_);
+  // What the monitor had no room for at another zoom comes back, unless the user has chosen a new place
+  // since.
+  if (!EqualRect(&outer, &fitted_)) unfitted_ = {{outer.left, outer.top}, inside_};
+  placeAt(unfitted_.corner, unfitted_.inside);
+  GetWindowRect(window(), &fitted_);
 }
 
 LRESULT ShellWindow::positionChanged(UINT message, WPARAM wParam, LPARAM lParam) {

@@ -75,6 +75,13 @@ class ShellWindow : public WindowLayer<ShellWindow> {
   POINT corner_{};
   SIZE inside_ = kLeastWorkArea;
   bool isMaximised_ = false;  // or will be when it is minimised no longer
+
+  struct Unfitted {
+    POINT corner;
+    SIZE inside;
+  };
+  Unfitted unfitted_{};  // before the zoom changed
+  RECT fitted_{};        // where it has been since
 };
 
 /// The zoom of the monitor on which a frame is, or else of the main monitor.
