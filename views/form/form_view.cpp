@@ -298,10 +298,13 @@ void FormView::hideAllEditors() {
   showFields({0, rowCount()}, false);
 }
 
+/// The keyboard goes from an editor to the first one of the page.
 void FormView::turnPage(std::uint32_t page) {
+  const bool hasKeyboard = GetFocus() == wrapper_.window() || focusedField().has_value();
   hideEditors();
   pageIndex_ = page;
   showEditors();
+  if (hasKeyboard && !rows_.empty()) rows_[pageRange().first].editor->takeFocus();
 }
 
 bool FormView::showNextPage() {

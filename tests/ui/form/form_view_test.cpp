@@ -132,6 +132,35 @@ TEST_F(FormViewTest, TheFocusGoesToTheFirstFieldAlsoFromAnotherPage) {
   EXPECT_EQ(view().pageIndex(), 1u);
 }
 
+TEST_F(FormViewTest, TurningThePageTakesTheKeyboardAlong) {
+  showFields(20, L"Text");
+  ASSERT_EQ(GetFocus(), textEditor(0));
+  ASSERT_TRUE(view().showNextPage());
+  EXPECT_EQ(GetFocus(), textEditor(9));
+  SendMessageW(GetFocus(), WM_CHAR, L'\t', 1);
+  EXPECT_EQ(GetFocus(), textEditor(10));
+  ASSERT_TRUE(view().showPreviousPage());
+  EXPECT_EQ(GetFocus(), textEditor(0));
+}
+
+TEST_F(FormViewTest, TurningThePageAfterAMoveTakesTheKeyboardFromTheHiddenFirstField) {
+  showFields(20, L"Text");
+  view().showNextPage();
+  document().loadRecord();
+  ASSERT_EQ(GetFocus(), textEditor(0));
+  ASSERT_TRUE(view().showNextPage());
+  EXPECT_EQ(GetFocus(), textEditor(18));
+}
+
+TEST_F(FormViewTest, TurningThePageLeavesTheKeyboardToWhatIsNoEditor) {
+  showFields(20, L"Text");
+  const HWND other = CreateWindowExW(0, L"EDIT", L"", WS_CHILD | WS_VISIBLE, 0, 0, 50, 20, host(), nullptr,
+                                     nullptr, nullptr);
+  SetFocus(other);
+  ASSERT_TRUE(view().showNextPage());
+  EXPECT_EQ(GetFocus(), other);
+}
+
 TEST_F(FormViewTest, AFieldThatWasFoundIsSelectedWhole) {
   showTable(L"CREATE TABLE 'T' (a Text, b Text, c Bit)", {L"INSERT INTO T VALUES ('one', 'three', 0)"});
   view().focusField(1);
