@@ -40,11 +40,10 @@ void layOutForInputPanel() {
 void layOutForSize() {
   const SIZE area = HandheldGetPageArea();
   if (!IsWindow(tabControl) || (area.cx == laidOutArea.cx && area.cy == laidOutArea.cy)) return;
-  HandheldBeginLayout();
+  const HandheldLayout layout(mainWindow);
   layOutForInputPanel();
   // There may be room for more columns, and none to move on to.
   if (theDocument) theDocument->updateNavigationState();
-  HandheldEndLayout(mainWindow);
 }
 
 void applyOptions() {

@@ -34,6 +34,17 @@ AYGSHELL_API BOOL HandheldSetWindowPos(HWND window, HWND after, int x, int y, in
 /// all in it is drawn at once, each thing once and in its last place.
 AYGSHELL_API void HandheldBeginLayout();
 AYGSHELL_API void HandheldEndLayout(HWND window);
+/// Does both, the second also when the layout is left by an exception.
+class HandheldLayout {
+ public:
+  explicit HandheldLayout(HWND window) : window_(window) { HandheldBeginLayout(); }
+  ~HandheldLayout() { HandheldEndLayout(window_); }
+  HandheldLayout(const HandheldLayout&) = delete;
+  HandheldLayout& operator=(const HandheldLayout&) = delete;
+
+ private:
+  HWND window_;
+};
 /// A menu bar lies over the last 26 of the pixels of its window and takes none of them away. Of a frame whose
 /// inside is no whole number of handheld pixels the answer is the next larger, so that nothing stays
 /// uncovered.

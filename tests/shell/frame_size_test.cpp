@@ -263,4 +263,17 @@ TEST_F(FrameSizeTest, WhatIsLaidOutIsDrawnOnceAndAtOnce) {
   EXPECT_TRUE(GetUpdateRect(child, nullptr, FALSE));
 }
 
+TEST_F(FrameSizeTest, ALayoutThatFailsIsOverToo) {
+  const HWND child = HandheldCreateWindow(0, WC_STATICW, L"", WS_CHILD | WS_VISIBLE, 0, 0, 10, 10, top(),
+                                          nullptr, nullptr, nullptr);
+  const auto failing = [this] {
+    const HandheldLayout layout(top());
+    throw std::bad_alloc();
+  };
+  EXPECT_THROW(failing(), std::bad_alloc);
+  ValidateRect(child, nullptr);
+  HandheldMoveWindow(child, 5, 5, 60, 60, TRUE);
+  EXPECT_TRUE(GetUpdateRect(child, nullptr, FALSE));
+}
+
 }  // namespace
