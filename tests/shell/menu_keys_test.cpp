@@ -218,21 +218,23 @@ TEST_F(MenuKeysTest, ARightClickOnTheBarOffersTheZoom) {
   EXPECT_EQ(HandheldGetZoom(), 200);
 }
 
-/// Ctrl is down as long as it lives.
-class ControlDown {
+/// A key is down as long as it lives.
+class KeyDown {
  public:
-  ControlDown() { set(0x80); }
-  ~ControlDown() { set(0); }
-  ControlDown(const ControlDown&) = delete;
-  ControlDown& operator=(const ControlDown&) = delete;
+  explicit KeyDown(BYTE key) : key_(key) { set(0x80); }
+  ~KeyDown() { set(0); }
+  KeyDown(const KeyDown&) = delete;
+  KeyDown& operator=(const KeyDown&) = delete;
 
  private:
-  static void set(BYTE state) {
+  void set(BYTE state) const {
     std::array<BYTE, 256> keys{};
     GetKeyboardState(keys.data());
-    keys[VK_CONTROL] = state;
+    keys[key_] = state;
     SetKeyboardState(keys.data());
   }
+
+  BYTE key_;
 };
 
 TEST_F(MenuKeysTest, ControlWithPlusMinusAnd0ChangesTheZoom) {
@@ -242,7 +244,7 @@ TEST_F(MenuKeysTest, ControlWithPlusMinusAnd0ChangesTheZoom) {
     return HandheldGetZoom();
   };
   EXPECT_EQ(zoomAfter(VK_OEM_PLUS), 100) << "without Ctrl";
-  const ControlDown control;
+  const KeyDown control(VK_CONTROL);
   for (const int zoom : {150, 200, 300, 400, 400}) EXPECT_EQ(zoomAfter(VK_OEM_PLUS), zoom);
   for (const int zoom : {300, 200, 150, 100, 100}) EXPECT_EQ(zoomAfter(VK_SUBTRACT), zoom);
   HandheldSetZoom(160);
@@ -252,6 +254,27 @@ TEST_F(MenuKeysTest, ControlWithPlusMinusAnd0ChangesTheZoom) {
   EXPECT_EQ(pocketshell::readZoomSetting(), 150);
   zoomAfter(L'0');
   EXPECT_EQ(pocketshell::readZoomSetting(), 0);
+}
+
+// The key to the third character of a key is told as Ctrl and Alt together.
+TEST_F(MenuKeysTest, ControlWithAltLeavesTheKeyToTheEditor) {
+  const KeyDown control(VK_CONTROL);
+  const KeyDown alt(VK_MENU);
+  for (const WPARAM key : {WPARAM{VK_OEM_PLUS}, WPARAM{VK_OEM_MINUS}, WPARAM{L'0'}}) {
+    HandheldSetZoom(150);
+    int reached = 0;
+    const auto count = [](HWND edit, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR,
+                          DWORD_PTR counter) -> LRESULT {
+      if (message == WM_KEYDOWN) ++*reinterpret_cast<int*>(counter);
+      return DefSubclassProc(edit, message, wParam, lParam);
+    };
+    ASSERT_TRUE(SetWindowSubclass(edit_, count, 1, reinterpret_cast<DWORD_PTR>(&reached)));
+    press(key);
+    pump();
+    RemoveWindowSubclass(edit_, count, 1);
+    EXPECT_EQ(reached, 1) << key;
+    EXPECT_EQ(pocketshell::readZoomSetting(), 150) << key;
+  }
 }
 
 TEST_F(MenuKeysTest, TheBarMayBeRebuiltByTheCommand) {

@@ -48,6 +48,11 @@ void redirectWhileWalked(MSG& message, const MenuBar& bar) {
   }
 }
 
+/// With Alt, too, it is the key to the third character of a key, as "@" on "0".
+bool isControlAlone() {
+  return GetKeyState(VK_CONTROL) < 0 && GetKeyState(VK_MENU) >= 0;
+}
+
 void redirectZoomKey(MSG& message, HWND frame) {
   const auto command = zoomCommandOfKey(message.wParam, presentZoom());
   if (!command) return;
@@ -68,7 +73,7 @@ void redirect(MSG& message) {
     message.message = WM_SYSCOMMAND;
     message.lParam = static_cast<LPARAM>(message.wParam);
     message.wParam = SC_KEYMENU;
-  } else if (message.message == WM_KEYDOWN && GetKeyState(VK_CONTROL) < 0) {
+  } else if (message.message == WM_KEYDOWN && isControlAlone()) {
     redirectZoomKey(message, bar->parent());
   }
 }
