@@ -7,6 +7,7 @@
 #include "app/window/tab_pages.h"
 #include "records/parts/record_history.h"
 #include "resources/command_ids.h"
+#include "views/shared/access_marks.h"
 #include "views/shared/focused_edit.h"
 
 namespace {
@@ -30,11 +31,7 @@ int pageOf(ViewMode mode) {
 
 /// With the access key of the entry, the key that does the same, and no other ampersand taken for one.
 std::wstring menuText(const std::wstring& text, HistoryWay way) {
-  std::wstring shown;
-  for (const wchar_t letter : text) {
-    shown += letter;
-    if (letter == L'&') shown += letter;
-  }
+  std::wstring shown = withPlainAmpersands(text);
   shown.insert(way == HistoryWay::back ? 0 : 2, 1, L'&');
   return shown + (way == HistoryWay::back ? L"\tCtrl+Z" : L"\tCtrl+Y");
 }

@@ -1,5 +1,6 @@
 #include "app/window/order_commands.h"
 
+#include <algorithm>
 #include <cwchar>
 #include <optional>
 #include <string>
@@ -14,6 +15,7 @@
 #include "platform/pocketshell/aygshell.h"
 #include "platform/pocketshell/handheld_windows.h"
 #include "records/parts/arranger.h"
+#include "views/shared/access_marks.h"
 
 namespace {
 
@@ -41,12 +43,9 @@ constexpr std::size_t kMostValueCount = 24;
 std::wstring menuText(const wchar_t* text, std::size_t mostCount) {
   std::wstring plain = showableText(text);
   if (plain.size() > mostCount) plain = plain.substr(0, mostCount) + L"...";
-  std::wstring shown;
-  for (const wchar_t unit : plain) {
-    shown += unit < L' ' ? L' ' : unit;
-    if (unit == L'&') shown += unit;
-  }
-  return shown;
+  std::replace_if(
+      plain.begin(), plain.end(), [](wchar_t unit) { return unit < L' '; }, L' ');
+  return withPlainAmpersands(plain);
 }
 
 void append(HMENU menu, Choice choice, const std::wstring& text, bool isOffered, bool isChosen = false) {

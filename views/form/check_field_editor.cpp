@@ -3,10 +3,11 @@
 #include <cwchar>
 
 #include "views/form/tab_key.h"
+#include "views/shared/access_marks.h"
 #include "views/shared/check_box.h"
 
 bool CheckFieldEditor::create(const ControlCreation& creation) {
-  if (!createControl(L"BUTTON", caption_.text(), creation)) return false;
+  if (!createControl(L"BUTTON", withPlainAmpersands(caption_.text()).c_str(), creation)) return false;
   moveFocusByTabKey(window());
   setChecked(checked_);
   if (isLocked_) lockBox();

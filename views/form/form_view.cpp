@@ -1,6 +1,7 @@
 #include "views/form/form_view.h"
 
 #include <algorithm>
+#include <cwchar>
 #include <memory>
 #include <optional>
 #include <string>
@@ -43,6 +44,11 @@ ControlPlace editorPlace(FieldEditorKind kind, int y, const FormMetrics& metrics
 
 std::wstring captionOf(const String& name) {
   return std::wstring(name.text()) + L":";
+}
+
+/// The system would take an ampersand for the mark of an access key.
+DWORD labelStyle(const String& name) {
+  return std::wcschr(name.text(), L'&') ? WS_CHILD | SS_NOPREFIX : WS_CHILD;
 }
 
 DWORD editorStyle(FieldEditorKind kind, bool readOnly) {
@@ -193,8 +199,8 @@ void FormView::makeControls(std::uint32_t field) {
   const int y = rowTop(field);
   if (row.kind != FieldEditorKind::checkBox) {
     row.label = std::make_unique<FieldLabel>();
-    row.label->create(captionOf(document_->fieldName(field)).c_str(),
-                      {WS_CHILD, labelPlace(y, metrics_), parent, kLabelId});
+    const String& name = document_->fieldName(field);
+    row.label->create(captionOf(name).c_str(), {labelStyle(name), labelPlace(y, metrics_), parent, kLabelId});
   }
   row.editor->create({editorStyle(row.kind, document_->isFieldReadOnly(field)),
                       editorPlace(row.kind, y, metrics_), parent, row.identifier});

@@ -69,6 +69,15 @@ TEST_F(FormViewTest, ABooleanIsACheckBoxAtTheLeftAndItsRowHasNoLabel) {
   EXPECT_EQ(labelCount(form()), 5);
 }
 
+TEST_F(FormViewTest, AnAmpersandInANameIsNoMarkOfAKey) {
+  showTable(L"CREATE TABLE 'T' ([R&D] Text, plain Text, [Q&A] Bit)", {L"INSERT INTO T VALUES ('a', 'b', 1)"});
+  ASSERT_NE(label(L"R&D:"), nullptr);
+  EXPECT_NE(styleOf(label(L"R&D:")) & SS_NOPREFIX, 0u);
+  EXPECT_EQ(styleOf(label(L"plain:")) & SS_NOPREFIX, 0u);
+  // A button has no such style.
+  EXPECT_EQ(textOf(checkBox()), L"Q&&A:");
+}
+
 TEST_F(FormViewTest, WithTheBandsAtTheBottomTheFormBeginsHigher) {
   theAppSettings = std::make_unique<AppSettings>();
   theAppSettings->options().setRebarsAtTop(0);
