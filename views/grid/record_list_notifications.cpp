@@ -165,6 +165,7 @@ void RecordListView::tellFailure() {
 // ---- Keys and the selection
 
 void RecordListView::keyPressed(WORD key) {
+  if (!listview::isShown(list_)) return;
   // The list moves its selection after this, and reports a row that is then current already.
   if (key == VK_UP && currentRecord > 1) {
     --currentRecord;
@@ -176,7 +177,9 @@ void RecordListView::keyPressed(WORD key) {
   document_->rowChosen();
 }
 
+/// On another page the current record is that page's.
 void RecordListView::itemChanged(const NMLISTVIEW& change) {
+  if (!listview::isShown(list_)) return;
   // A row that loses the selection is reported too.
   if ((change.uNewState & LVIS_SELECTED) == 0 || change.iItem < 0) return;
   const std::uint32_t position = static_cast<std::uint32_t>(change.iItem) + 1;

@@ -200,7 +200,8 @@ void RecordListView::createFonts() {
 void RecordListView::zoomChanged() {
   if (!document_) return;
   createFonts();
-  if (columnCount_ > 0) rebuildColumns();
+  // What is hidden gets its columns anew before it is shown, and leaves the keyboard where it is.
+  if (columnCount_ > 0 && listview::isShown(list_)) rebuildColumns();
 }
 
 void RecordListView::show() {

@@ -389,6 +389,29 @@ TEST_F(RecordListViewTest, AHiddenGridTellsNothing) {
   EXPECT_THAT(told(), IsEmpty());
 }
 
+TEST_F(RecordListViewTest, AHiddenGridMovesNoRecord) {
+  showFiveFields();
+  view().hide();
+  NMLVKEYDOWN key{};
+  key.hdr = {list(), RecordListView::kListId, LVN_KEYDOWN};
+  key.wVKey = VK_DOWN;
+  view().handleNotification(key.hdr);
+  EXPECT_EQ(currentRecord, 1u);
+  listview::setItemState(list(), 1, LVIS_SELECTED, LVIS_SELECTED);
+  EXPECT_EQ(currentRecord, 1u);
+}
+
+TEST_F(RecordListViewTest, AtAnotherZoomAHiddenGridLeavesTheKeyboardWhereItIs) {
+  showFiveFields();
+  view().hide();
+  const HWND other = CreateWindowExW(0, L"EDIT", L"", WS_CHILD | WS_VISIBLE, 0, 0, 50, 20, host(), nullptr,
+                                     nullptr, nullptr);
+  SetFocus(other);
+  ASSERT_EQ(GetFocus(), other);
+  view().zoomChanged();
+  EXPECT_EQ(GetFocus(), other);
+}
+
 TEST_F(RecordListViewTest, OfAMillionRowsThoseInViewAreRead) {
   showTable(
       L"CREATE TABLE 'T' (id Integer, name Varchar (255), b Bit)",

@@ -185,6 +185,23 @@ TEST_F(FormPageTest, ClosingTheDatabaseTakesTheFormAndTheBarsAway) {
   close();
 }
 
+TEST_F(FormPageTest, TheKeyboardStaysInItsEditorWhenTheZoomChanges) {
+  constexpr WPARAM kZoom200 = 0xE030;
+  constexpr WPARAM kZoom100 = 0xE010;
+  makeThreeRecords();
+  showForm();
+  ASSERT_TRUE(remote::switchToPage(main(), OpenedDatabase::kListPage));
+  ASSERT_TRUE(remote::switchToPage(main(), OpenedDatabase::kFormPage));
+  ASSERT_EQ(remote::focus(main()), editor(0));
+  for (const WPARAM zoom : {kZoom200, kZoom100}) {
+    SendMessageW(main(), WM_SYSCOMMAND, zoom, 0);
+    EXPECT_EQ(remote::focus(main()), editor(0));
+    remote::pressKey(remote::focus(main()), VK_DOWN);
+    ASSERT_TRUE(remote::awaitPosted(remote::recordGrid(main())));
+    EXPECT_EQ(position(), L"    1 / 3");
+  }
+}
+
 TEST_F(FormPageTest, AllFieldsOfAWideTableAreShownAndStored) {
   std::wstring create = L"CREATE TABLE 'Every Type' (f0 Integer";
   for (int field = 1; field < 120; ++field) create += L", f" + std::to_wstring(field) + L" Integer";
