@@ -7,6 +7,7 @@
 #include "data/values/field_kinds.h"
 #include "records/document.h"
 #include "records/parts/look_ups.h"
+#include "records/parts/others_changes.h"
 #include "views/grid/record_list_view.h"
 #include "views/shared/escaped_exception.h"
 #include "views/shared/list_view.h"
@@ -155,7 +156,9 @@ LRESULT RecordListView::drawnWhileBusy(HWND window, UINT, WPARAM, LPARAM) {
 
 void RecordListView::tellFailure() {
   if (!document_ || !listview::isShown(list_)) return;
-  document_->rowsUnreadable(Outcome(failure_));
+  // What another program has deleted is shown as its other changes are, without a word.
+  if (failure_.cause() == Outcome::Cause::recordGone) document_->othersChanges().show();
+  if (!failure_) document_->rowsUnreadable(Outcome(failure_));
   // What stood in the way may be over by now.
   noReadingBefore_ = 0;
   cachedRow_ = kNoRow;
