@@ -5,6 +5,7 @@
 
 #include "dialogs/find/everywhere_ids.h"
 #include "platform/pocketshell/handheld_windows.h"
+#include "records/raised.h"
 #include "views/dialog/dialog_place.h"
 #include "views/shared/list_view.h"
 
@@ -87,9 +88,11 @@ void EverywhereDialog::search() {
   places_.clear();
   SetDlgItemTextW(window(), IDC_EVERYWHERE_STATE, L"");
   searched_ = entered.c_str();
-  isSearching_ = true;
-  const bool isWhole = search_(searched_, [this](const FoundPlace& place) { return show(place); });
-  isSearching_ = false;
+  bool isWhole = false;
+  {
+    const Raised searching(isSearching_);
+    isWhole = search_(searched_, [this](const FoundPlace& place) { return show(place); });
+  }
   if (!window()) return;
   SetDlgItemTextW(window(), IDC_EVERYWHERE_STATE, countText(places_.size(), isWhole).c_str());
   // Enter goes to the place that is chosen now.
