@@ -21,7 +21,6 @@ struct Choice {
 inline void fillChoices(HWND combo, std::span<const Choice> choices) {
   combobox::clear(combo);
   for (const Choice& choice : choices) combobox::add(combo, choice.shown);
-  combobox::fitHeight(combo);
 }
 
 /// None where no choice has the value.

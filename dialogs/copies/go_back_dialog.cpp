@@ -52,7 +52,6 @@ void GoBackDialog::opened() {
   sized();
   const HWND file = control(IDC_GO_BACK_FILE);
   for (const String& path : databases_) combobox::add(file, path);
-  combobox::fitHeight(file);
   combobox::select(file, 0);
   fill();
   SetFocus(list);

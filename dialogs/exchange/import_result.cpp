@@ -35,8 +35,7 @@ void ImportResultDialog::opened() {
   fillScreen(window(), SHIDIF_SIPDOWN);
   SetDlgItemTextW(window(), IDC_IMPORT_RESULT_TEXT, showableText(text_).c_str());
   const HWND list = control(IDC_IMPORT_REJECTS);
-  constexpr int kWidth = 800;  // room to scroll to the end of a long reason
-  SendMessageW(list, LB_SETHORIZONTALEXTENT, static_cast<WPARAM>(HandheldToMonitor(kWidth)), 0);
+  makeRoomForReasons();
   for (const RejectedRecord& record : records_) {
     const std::wstring line = L"line " + std::to_wstring(record.line) + L": " + record.reason.text();
     listbox::append(list, showableText(line).c_str());
@@ -45,6 +44,13 @@ void ImportResultDialog::opened() {
   if (more > 0) listbox::append(list, (L"... and " + std::to_wstring(more) + L" more").c_str());
   listbox::select(list, 0);
   SetFocus(list);
+}
+
+/// To scroll to the end of a long one.
+void ImportResultDialog::makeRoomForReasons() const {
+  constexpr int kWidth = 800;
+  const auto width = static_cast<WPARAM>(HandheldToMonitor(kWidth));
+  SendMessageW(control(IDC_IMPORT_REJECTS), LB_SETHORIZONTALEXTENT, width, 0);
 }
 
 bool ImportResultDialog::command(WORD id, WORD notification) {

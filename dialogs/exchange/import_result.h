@@ -34,6 +34,8 @@ class ImportResultDialog final : private ModalDialog {
   void opened() override;
   bool command(WORD id, WORD notification) override;
   void sized() override { growth_.layOut(); }
+  void zoomChanged() override { makeRoomForReasons(); }
+  void makeRoomForReasons() const;
   void saveList();
   void finish() { close(IDOK); }
 

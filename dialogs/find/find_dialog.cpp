@@ -42,8 +42,6 @@ void FindDialog::opened() {
   centreDialog(window());
   panel_.raise(window());
   state_.newSearch = true;
-  combobox::fitHeight(control(IDC_FIND_TEXT));
-  combobox::fitHeight(control(IDC_FIND_FIELD));
   combobox::removeTextLimit(control(IDC_FIND_TEXT));
   SetFocus(control(IDC_FIND_TEXT));
   combobox::fill(control(IDC_FIND_FIELD), fieldNames_);

@@ -90,8 +90,6 @@ void QueryDialog::opened() {
   showSql();
   layOutSql();
   ShowWindow(control(IDC_QUERY_FILTER), SW_HIDE);
-  combobox::fitHeight(control(IDC_QUERY_TABLES));
-  combobox::fitHeight(control(IDC_QUERY_FIELDS));
   SetFocus(control(IDC_QUERY_NAME));
   combobox::fill(control(IDC_QUERY_TABLES), host_.tableNames);
   fillFields();

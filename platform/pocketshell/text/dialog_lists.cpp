@@ -1,11 +1,14 @@
 #include "platform/pocketshell/text/dialog_lists.h"
 
+#include <commctrl.h>
+
 #include <string>
 
 #include "owners/handles.h"
 #include "platform/pocketshell/handheld_windows.h"
 #include "platform/pocketshell/text/control_text.h"
 #include "platform/pocketshell/text/text_line.h"
+#include "platform/pocketshell/window/window_class.h"
 #include "platform/pocketshell/zoom/present_zoom.h"
 
 namespace pocketshell {
@@ -79,14 +82,21 @@ void draw(const DRAWITEMSTRUCT& item) {
   }
 }
 
-BOOL CALLBACK fitEntries(HWND control, LPARAM height) {
-  wchar_t name[16] = L"";
-  GetClassNameW(control, name, ARRAYSIZE(name));
-  const LONG_PTR style = GetWindowLongPtrW(control, GWL_STYLE);
-  if (lstrcmpiW(name, L"ComboBox") == 0 && (style & CBS_OWNERDRAWFIXED) != 0) {
-    SendMessageW(control, CB_SETITEMHEIGHT, 0, height);
-  } else if (lstrcmpiW(name, L"ListBox") == 0 && (style & LBS_OWNERDRAWFIXED) != 0) {
-    SendMessageW(control, LB_SETITEMHEIGHT, 0, height);
+/// The system's own height follows the font, but not in proportion.
+void fitCombo(HWND combo, LPARAM entryHeight) {
+  constexpr auto kSelectionField = static_cast<WPARAM>(-1);
+  constexpr int kHeightInside = 15;
+  SendMessageW(combo, CB_SETITEMHEIGHT, kSelectionField, HandheldToMonitor(kHeightInside));
+  const bool isOwnerDrawn = (GetWindowLongPtrW(combo, GWL_STYLE) & CBS_OWNERDRAWFIXED) != 0;
+  if (isOwnerDrawn) SendMessageW(combo, CB_SETITEMHEIGHT, 0, entryHeight);
+}
+
+BOOL CALLBACK fitBox(HWND control, LPARAM entryHeight) {
+  if (isOfClass(control, WC_COMBOBOXW)) {
+    fitCombo(control, entryHeight);
+  } else if (isOfClass(control, WC_LISTBOXW) &&
+             (GetWindowLongPtrW(control, GWL_STYLE) & LBS_OWNERDRAWFIXED) != 0) {
+    SendMessageW(control, LB_SETITEMHEIGHT, 0, entryHeight);
   }
   return TRUE;
 }
@@ -99,6 +109,10 @@ bool DialogLists::measure(MEASUREITEMSTRUCT& item) {
   return true;
 }
 
+void DialogLists::fit() const {
+  EnumChildWindows(window(), fitBox, lineHeight());
+}
+
 LRESULT DialogLists::answer(UINT message, WPARAM wParam, LPARAM lParam) {
   if (message == WM_MEASUREITEM && measure(*reinterpret_cast<MEASUREITEMSTRUCT*>(lParam))) return TRUE;
   if (message == WM_DRAWITEM) {
@@ -108,7 +122,7 @@ LRESULT DialogLists::answer(UINT message, WPARAM wParam, LPARAM lParam) {
       return TRUE;
     }
   }
-  if (message == HandheldZoomMessage()) EnumChildWindows(window(), fitEntries, lineHeight());
+  if (message == HandheldZoomMessage()) fit();
   return passOn(message, wParam, lParam);
 }
 

@@ -89,8 +89,9 @@ INT_PTR CALLBACK openingProcedure(HWND dialog, UINT message, WPARAM wParam, LPAR
     return TRUE;
   if (message != WM_INITDIALOG) return opening->procedure(dialog, message, wParam, lParam);
   const Opening dialogOpening = *std::exchange(opening, nullptr);
-  DialogLists::attach(dialog);
+  const DialogLists& lists = DialogLists::attach(dialog);
   layOutDialog(dialog, dialogOpening.description);
+  lists.fit();
   followSystemLook(dialog);
   nameByLabels(dialog);
   InputPanel::standOn(dialog);
