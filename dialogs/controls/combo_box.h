@@ -7,7 +7,6 @@
 #include "base/name_list.h"
 #include "base/showable_text.h"
 #include "base/string.h"
-#include "platform/pocketshell/handheld_windows.h"
 
 /// The messages of a combo box, typed. Indexes are 0-based, in the order of the list.
 namespace combobox {
@@ -18,16 +17,17 @@ inline void clear(HWND combo) {
   SendMessageW(combo, CB_RESETCONTENT, 0, 0);
 }
 
-/// At the end, or in its place when the list is sorted.
-inline void add(HWND combo, const String& text) {
+/// At the end, or in its place when the list is sorted; `data` goes with the entry.
+inline void add(HWND combo, const String& text, std::uint32_t data = 0) {
   const std::wstring shown = showableText(text.text());
-  SendMessageW(combo, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(shown.c_str()));
+  const LRESULT place = SendMessageW(combo, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(shown.c_str()));
+  if (place >= 0) SendMessageW(combo, CB_SETITEMDATA, static_cast<WPARAM>(place), data);
 }
 
 /// Replaces what the list held and selects the first entry, if there is one.
 inline void fill(HWND combo, const NameList& names) {
   clear(combo);
-  for (std::uint32_t i = 0; i < names.size(); ++i) add(combo, names[i]);
+  for (std::uint32_t i = 0; i < names.size(); ++i) add(combo, names[i], i);
   SendMessageW(combo, CB_SETCURSEL, 0, 0);
 }
 
@@ -58,12 +58,14 @@ inline String selectedText(HWND combo) {
   return text.c_str();
 }
 
-/// As high as other controls at the present zoom; the system's own height follows the font, but not in
-/// proportion.
-inline void fitHeight(HWND combo) {
-  constexpr auto kSelectionField = static_cast<WPARAM>(-1);
-  constexpr int kHeightInside = 15;
-  SendMessageW(combo, CB_SETITEMHEIGHT, kSelectionField, HandheldToMonitor(kHeightInside));
+/// Of the names that the list was filled with that of the selected entry, whose text shows what the control
+/// can show of it. Empty when none is selected.
+inline String selectedName(HWND combo, const NameList& names) {
+  const int index = selection(combo);
+  if (index == kNoSelection) return {};
+  const auto place =
+      static_cast<std::uint32_t>(SendMessageW(combo, CB_GETITEMDATA, static_cast<WPARAM>(index), 0));
+  return place < names.size() ? names[place] : String();
 }
 
 /// Of the edit; the system's own limit is lower than what people paste.

@@ -116,11 +116,9 @@ void ImportDialog::fillLists() {
   const HWND table = control(IDC_IMPORT_TABLE);
   combobox::fill(table, tables_);
   combobox::removeTextLimit(table);
-  combobox::fitHeight(table);
-  SetWindowTextW(table, file_.table().text());
+  nameTable(file_.table());
   fillChoices(control(IDC_IMPORT_ENCODING), kEncodings);
   fillChoices(control(IDC_IMPORT_DELIMITER), kDelimiters);
-  combobox::fitHeight(control(IDC_IMPORT_TYPE));
   listview::setExtendedStyle(control(IDC_IMPORT_PREVIEW), LVS_EX_FULLROWSELECT);
 }
 
@@ -145,7 +143,7 @@ void ImportDialog::examineOr(const std::function<void()>& takeBack) {
 
 /// For the table that the control names.
 bool ImportDialog::tryToExamine() {
-  const String table = windowText(control(IDC_IMPORT_TABLE));
+  const String table = namedTable();
   if (table.isEmpty()) return false;
   file_.setTable(table);
   const Outcome examined = file_.examine();
@@ -236,9 +234,19 @@ void ImportDialog::typeChosen() {
   showColumns();
 }
 
+void ImportDialog::nameTable(const String& name) {
+  givenTable_ = name;
+  SetWindowTextW(control(IDC_IMPORT_TABLE), showableText(name.text()).c_str());
+}
+
+/// What the control shows of a name is not always all of it.
+String ImportDialog::namedTable() const {
+  String shown = windowText(control(IDC_IMPORT_TABLE));
+  return showableText(givenTable_.text()) == shown.text() ? givenTable_ : shown;
+}
+
 bool ImportDialog::isTableTaken() const {
-  const String named = windowText(control(IDC_IMPORT_TABLE));
-  return isExamined_ && std::wcscmp(named.text(), file_.table().text()) == 0;
+  return isExamined_ && std::wcscmp(namedTable().text(), file_.table().text()) == 0;
 }
 
 /// Unless that was done. False as examine().
@@ -268,9 +276,8 @@ void ImportDialog::tableLeft() {
 }
 
 void ImportDialog::tableChosen() {
-  const String chosen = combobox::selectedText(control(IDC_IMPORT_TABLE));
   // The edit has it only after this.
-  SetWindowTextW(control(IDC_IMPORT_TABLE), chosen.text());
+  nameTable(combobox::selectedName(control(IDC_IMPORT_TABLE), tables_));
   takeTable();
 }
 

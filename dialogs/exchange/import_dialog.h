@@ -51,6 +51,8 @@ class ImportDialog final : private ModalDialog {
   void moreChosen();
   ImportDetails details() const;
   void setDetails(const ImportDetails& wanted);
+  void nameTable(const String& name);
+  String namedTable() const;
   bool isTableTaken() const;
   bool takeTable();
   void confirm();
@@ -59,6 +61,7 @@ class ImportDialog final : private ModalDialog {
 
   ImportFile& file_;
   const NameList& tables_;
+  String givenTable_;                // which the control was given last, and may show otherwise
   bool isExamined_ = false;          // what the controls show was found, for the table that they name
   bool isFoundForNewTable_ = false;  // the last time
   InputPanelHold panel_;

@@ -138,19 +138,24 @@ void QueryDialog::sized() {
 void QueryDialog::fillFields() {
   NameList names;
   if (combobox::selection(control(IDC_QUERY_TABLES)) != combobox::kNoSelection) {
-    const String table = combobox::selectedText(control(IDC_QUERY_TABLES));
-    host_.listFieldNames((L"Select * from " + selectedName(table)).c_str(), names);
+    host_.listFieldNames((L"Select * from " + selectedName(selectedTable())).c_str(), names);
   }
-  combobox::fill(control(IDC_QUERY_FIELDS), names);
+  combobox::clear(control(IDC_QUERY_FIELDS));
+  fieldNames_.swap(names);
+  combobox::fill(control(IDC_QUERY_FIELDS), fieldNames_);
+}
+
+String QueryDialog::selectedTable() const {
+  return combobox::selectedName(control(IDC_QUERY_TABLES), host_.tableNames);
 }
 
 void QueryDialog::insertTable() {
-  const String table = combobox::selectedText(control(IDC_QUERY_TABLES));
+  const String table = selectedTable();
   insert(table.isEmpty() ? L"" : (std::wstring(L"[") + table.text() + L"]").c_str());
 }
 
 void QueryDialog::insertField() {
-  insert(combobox::selectedText(control(IDC_QUERY_FIELDS)).text());
+  insert(combobox::selectedName(control(IDC_QUERY_FIELDS), fieldNames_).text());
 }
 
 /// The empty text inserts nothing, and spares what is selected.

@@ -52,6 +52,7 @@ class QueryDialog final : private ModalDialog {
   String writtenSql() const;
   void layOutSql();
   void fillFields();
+  String selectedTable() const;
   void insertTable();
   void insertField();
   void check();
@@ -64,6 +65,7 @@ class QueryDialog final : private ModalDialog {
   void leave(int result);
 
   QueryDialogHost host_;
+  NameList fieldNames_;  // of the selected table
   InputPanelHold panel_;
   DialogGrowth growth_;
   bool isNameShown_ = true;  // as it is; else it can't be edited

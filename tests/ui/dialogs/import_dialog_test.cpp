@@ -43,6 +43,23 @@ TEST_F(ImportDialogTest, AFileIsShownAsItWasFoundOut) {
   EXPECT_THAT(takeBoxes(), IsEmpty());
 }
 
+TEST_F(ImportDialogTest, AChosenTableIsMeantByItsNameAndNotByWhatTheListShowsOfIt) {
+  // The mark of an accent at the beginning is shown as U+FFFD.
+  NameList names;
+  names.append(L"People");
+  names.append(L"\u0301x");
+  ImportFile& import = open("Name,Age\nAda,3\n");
+  ImportDialog dialog(import, names);
+  const DialogScript script([&](HWND window) {
+    chooseTable(window, L"\uFFFDx");
+    EXPECT_EQ(textOf(window, IDC_IMPORT_TABLE), L"\uFFFDx");
+    press(window, IDOK);
+    DialogScript::close(window, IDCANCEL);
+  });
+  EXPECT_EQ(dialog.run(frame()), IDOK);
+  EXPECT_STREQ(import.table().text(), L"\u0301x");
+}
+
 TEST_F(ImportDialogTest, ThePreviewShowsTheFirstTwentyRecords) {
   std::string content = "n\n";
   for (int i = 1; i <= 30; ++i) content += std::to_string(i) + "\n";

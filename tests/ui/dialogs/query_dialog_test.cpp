@@ -54,6 +54,19 @@ TEST_F(QueryDialogTest, AnotherTableBringsItsFields) {
   });
 }
 
+TEST_F(QueryDialogTest, ATableIsAskedForByItsNameAndNotByWhatTheListShowsOfIt) {
+  // The mark of an accent at the beginning is shown as U+FFFD.
+  tables.append(L"\u0301x");
+  fields[L"Select * from [\u0301x]"] = {L"f"};
+  show([&](HWND window) {
+    chooseTable(window, L"\uFFFDx");
+    EXPECT_EQ(selectedEntry(window, kTables), L"\uFFFDx");
+    EXPECT_EQ(listed.back(), L"Select * from [\u0301x]");
+    EXPECT_THAT(entries(window, kFields), ElementsAre(L"f"));
+    press(window, IDCANCEL);
+  });
+}
+
 TEST_F(QueryDialogTest, WithoutTablesNothingIsListedOrInserted) {
   tables.clear();
   show([&](HWND window) {
