@@ -38,7 +38,7 @@ endfunction()
 
 # Each of these takes longer to load than a window to make, and most sessions need none of them.
 if(WIN32)
-  quivane_late_library(NAME comdlg32 FUNCTIONS ChooseColorW GetOpenFileNameW GetSaveFileNameW)
+  quivane_late_library(NAME comdlg32 FUNCTIONS ChooseColorW CommDlgExtendedError GetOpenFileNameW GetSaveFileNameW)
   quivane_late_library(NAME oleacc FUNCTIONS CreateStdAccessibleObject LresultFromObject)
   quivane_late_library(NAME shell32 FUNCTIONS DragFinish DragQueryFileW)
   quivane_late_library(NAME usp10

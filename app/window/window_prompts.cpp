@@ -2,6 +2,7 @@
 
 #include <commdlg.h>
 
+#include <cderr.h>
 #include <string>
 #include <utility>
 
@@ -193,8 +194,13 @@ std::optional<String> WindowPrompts::chooseFile(FileChoice choice, const String&
   isChoosingFile_ = true;
   const BOOL chosen = dialog.run(&question);
   isChoosingFile_ = false;
-  if (!chosen) return std::nullopt;
-  return String(path);
+  if (chosen) return String(path);
+  // The dialog then ends as if it were cancelled.
+  if (CommDlgExtendedError() == FNERR_BUFFERTOOSMALL) {
+    showBox(question.hwndOwner, L"The path of the file is too long. At most 259 characters can be chosen.",
+            kPromptCaption, boxFlags(Notice::refusal));
+  }
+  return std::nullopt;
 }
 
 std::optional<std::uint32_t> WindowPrompts::chooseSource(const NameList& sources) {

@@ -3,8 +3,10 @@
 
 #include <commdlg.h>
 
+#include <cderr.h>
 #include <filesystem>
 #include <string>
+#include <vector>
 
 #include "app/window/program_state.h"
 #include "app/window/window_prompts.h"
@@ -12,12 +14,15 @@
 #include "tests/support/paths.h"
 #include "tests/ui/bars/bar_host.h"
 #include "tests/ui/support/import_swap.h"
+#include "tests/ui/support/message_boxes.h"
 #include "tests/ui/support/window_reading.h"
 #include "views/dialog/current_dialog.h"
 
 // The imports that the program calls through, as the compiler names them.
 extern "C" decltype(&GetOpenFileNameW) __imp_GetOpenFileNameW;  // NOLINT(bugprone-reserved-identifier)
 extern "C" decltype(&GetSaveFileNameW) __imp_GetSaveFileNameW;  // NOLINT(bugprone-reserved-identifier)
+extern "C" decltype(&CommDlgExtendedError)
+    __imp_CommDlgExtendedError;  // NOLINT(bugprone-reserved-identifier)
 
 namespace {
 
@@ -39,6 +44,7 @@ struct Call {
 Call call;
 std::filesystem::path lookedAt;
 bool userConfirms = true;
+DWORD error = 0;
 
 std::wstring joined(const wchar_t* filter) {
   std::wstring all;
@@ -72,6 +78,10 @@ BOOL WINAPI answerSave(OPENFILENAMEW* question) {
   return answer(question, true);
 }
 
+DWORD WINAPI answerError() {
+  return error;
+}
+
 class FileDialogsTest : public testing::Test {
  protected:
   FileDialogsTest() {
@@ -80,6 +90,7 @@ class FileDialogsTest : public testing::Test {
     SetWindowTextW(mainWindow, L"Quivane");
     lookedAt = folder_.path();
     userConfirms = true;
+    error = 0;
     call = {};
   }
   ~FileDialogsTest() override {
@@ -110,6 +121,7 @@ class FileDialogsTest : public testing::Test {
   BarHost host_;
   ImportSwap<decltype(&GetOpenFileNameW)> open_{__imp_GetOpenFileNameW, answerOpen};
   ImportSwap<decltype(&GetSaveFileNameW)> save_{__imp_GetSaveFileNameW, answerSave};
+  ImportSwap<decltype(&CommDlgExtendedError)> error_{__imp_CommDlgExtendedError, answerError};
 };
 
 TEST_F(FileDialogsTest, OpeningAsksForAFileThatExists) {
@@ -171,6 +183,18 @@ TEST_F(FileDialogsTest, WhoCancelsHasChosenNothing) {
                                   FileChoice::exportTo, FileChoice::importFrom, FileChoice::rejects}) {
     EXPECT_FALSE(thePrompts.chooseFile(choice));
   }
+}
+
+TEST_F(FileDialogsTest, APathThatIsTooLongIsToldAndNotTakenForACancel) {
+  MessageBoxes boxes;
+  userConfirms = false;
+  EXPECT_FALSE(thePrompts.chooseFile(FileChoice::importFrom));
+  EXPECT_TRUE(boxes.take().empty());
+  error = FNERR_BUFFERTOOSMALL;
+  EXPECT_FALSE(thePrompts.chooseFile(FileChoice::importFrom));
+  const std::vector<MessageBoxes::Box> told = boxes.take();
+  ASSERT_EQ(told.size(), 1u);
+  EXPECT_EQ(told[0].text, L"The path of the file is too long. At most 259 characters can be chosen.");
 }
 
 }  // namespace
