@@ -11,6 +11,7 @@
 #include "platform/pocketshell/panel/input_panel.h"
 #include "platform/pocketshell/shell_settings.h"
 #include "platform/pocketshell/text/tip_letters.h"
+#include "platform/pocketshell/window/covering_dialogs.h"
 #include "platform/pocketshell/window/shell_window.h"
 #include "platform/pocketshell/window/window_class.h"
 #include "platform/pocketshell/window/window_places.h"
@@ -100,6 +101,11 @@ void changeZoom(int percent) {
   const UniqueFont replaced = changePresentZoom(percent);
   const std::vector<HWND> windows = topLevelWindows();
   for (const HWND window : windows) layOutWindow(window, before, percent);
+  // A dialog that covers a frame goes by the frame's size, which need not have changed with the zoom.
+  for (const HWND window : windows) {
+    const ShellWindow* const shell = ShellWindow::of(window);
+    if (shell && shell->isFrame()) coverAgain(window);
+  }
   InputPanel::applyZoom();
   for (const HWND window : windows) {
     if (IsWindow(window)) SendMessageW(window, HandheldZoomMessage(), 0, 0);

@@ -144,6 +144,36 @@ TEST_F(DialogSizesTest, AQueryGivesTheRoomToItsText) {
   leave(opened.main(), dialog);
 }
 
+TEST_F(DialogSizesTest, OverAMaximisedWindowAQueryCoversItAtEveryZoom) {
+  OpenedDatabase opened(file("a.cdb"));
+  const HWND main = opened.main();
+  ASSERT_NE(opened.tables(), nullptr);
+  SendMessageW(main, WM_SYSCOMMAND, SC_MAXIMIZE, 0);
+  ASSERT_TRUE(IsZoomed(main));
+  ASSERT_TRUE(remote::switchToPage(main, OpenedDatabase::kQueriesPage));
+  const Moves controls = {{1049, kStays}, {1050, kStays}, {1055, kStays}, {1057, kStays}, {IDOK, kStays}};
+  const auto openedAt = [&](WPARAM zoom) {
+    SendMessageW(main, WM_SYSCOMMAND, zoom, 0);
+    const HWND dialog = open(main, 40078, L"Query");
+    const auto found = places(dialog, controls);
+    leave(main, dialog);
+    return found;
+  };
+  const std::map<WPARAM, std::map<int, RECT>> wanted = {{kZoom200, openedAt(kZoom200)},
+                                                        {kZoom100, openedAt(kZoom100)}};
+  const HWND dialog = open(main, 40078, L"Query");
+  ASSERT_NE(dialog, nullptr);
+  for (const WPARAM zoom : {kZoom200, kZoom100}) {
+    SendMessageW(main, WM_SYSCOMMAND, zoom, 0);
+    expectCovers(dialog, main);
+    const auto found = places(dialog, controls);
+    for (const auto& [id, place] : wanted.at(zoom)) {
+      EXPECT_TRUE(EqualRect(&place, &found.at(id))) << id << " at " << std::hex << zoom;
+    }
+  }
+  leave(main, dialog);
+}
+
 TEST_F(DialogSizesTest, AnImportSharesTheHeightBetweenItsColumnsAndItsRecords) {
   constexpr int kImport = 53296;
   constexpr int kFileName = 1148;
