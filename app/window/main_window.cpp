@@ -109,7 +109,8 @@ LRESULT helpWanted(HWND, UINT, WPARAM, LPARAM) {
 LRESULT windowActivated(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
   // A dialog that follows another comes before the focus has returned.
   if (LOWORD(wParam) == WA_INACTIVE && IsChild(window, GetFocus())) lastFocus = GetFocus();
-  if (currentDialog) {
+  // One that ends enables this window before it goes, and is not shown once more.
+  if (currentDialog && !IsWindowEnabled(window)) {
     ShowWindow(currentDialog, SW_SHOWNORMAL);
     UpdateWindow(currentDialog);
   }

@@ -1,6 +1,7 @@
 // What the main window answers to messages of the system, in the whole program on a thread of the test.
 #include <windows.h>
 
+#include <atomic>
 #include <string>
 #include <vector>
 
@@ -91,6 +92,52 @@ TEST_F(WindowMessagesTest, WhoComesBackFindsTheCalendarShown) {
   EXPECT_TRUE(IsWindowVisible(calendar));
   SendMessageW(calendar, WM_COMMAND, IDCANCEL, 0);
   EXPECT_TRUE(remote::waitUntil([&] { return !IsWindow(calendar); }));
+}
+
+/// Counts what is sent to a window of another thread of this process, as long as it lives. One at a time.
+class SentMessages {
+ public:
+  explicit SentMessages(HWND window) {
+    watched = window;
+    shown = 0;
+    destroyed = 0;
+    hook_ = SetWindowsHookExW(WH_CALLWNDPROC, note, nullptr, GetWindowThreadProcessId(window, nullptr));
+  }
+  ~SentMessages() { UnhookWindowsHookEx(hook_); }
+  SentMessages(const SentMessages&) = delete;
+  SentMessages& operator=(const SentMessages&) = delete;
+
+  static int shownCount() { return shown; }
+  static int destroyedCount() { return destroyed; }
+
+ private:
+  static LRESULT CALLBACK note(int code, WPARAM wParam, LPARAM lParam) {
+    const auto& sent = *reinterpret_cast<const CWPSTRUCT*>(lParam);
+    if (code == HC_ACTION && sent.hwnd == watched) {
+      if (sent.message == WM_SHOWWINDOW && sent.wParam != FALSE) ++shown;
+      if (sent.message == WM_DESTROY) ++destroyed;
+    }
+    return CallNextHookEx(nullptr, code, wParam, lParam);
+  }
+
+  static inline std::atomic<HWND> watched;
+  static inline std::atomic<int> shown;
+  static inline std::atomic<int> destroyed;
+  HHOOK hook_ = nullptr;
+};
+
+TEST_F(WindowMessagesTest, ADialogThatEndsIsNotShownOnceMore) {
+  for (const int command : {ID_ABOUT, ID_DATABASE_INFO, ID_OPTIONS}) {
+    PostMessageW(main(), WM_COMMAND, static_cast<WPARAM>(command), 0);
+    HWND dialog = nullptr;
+    ASSERT_TRUE(remote::waitUntil(
+        [&] { return (dialog = remote::dialog(GetCurrentProcessId(), nullptr)) != nullptr; }));
+    const SentMessages sent(dialog);
+    PostMessageW(dialog, WM_COMMAND, IDCANCEL, 0);
+    ASSERT_TRUE(remote::waitUntil([&] { return IsWindowEnabled(main()) && !IsWindow(dialog); }));
+    EXPECT_EQ(SentMessages::destroyedCount(), 1) << command;
+    EXPECT_EQ(SentMessages::shownCount(), 0) << command;
+  }
 }
 
 TEST_F(WindowMessagesTest, WhatStandsOnTheFormIsStoredWhenTheUserLogsOff) {
