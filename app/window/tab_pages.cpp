@@ -99,6 +99,15 @@ void loadTabImages() {
   tabImages = std::move(images);
 }
 
+/// The labels have the control's own blank again.
+void takeTabImagesAway() {
+  SendMessageW(tabControl, TCM_SETIMAGELIST, 0, 0);
+  tabImages.reset();
+  constexpr int kUsualPadding = 6;
+  constexpr int kUsualPaddingAbove = 3;
+  SendMessageW(tabControl, TCM_SETPADDING, 0, MAKELPARAM(kUsualPadding, kUsualPaddingAbove));
+}
+
 }  // namespace
 
 void createTabControl() {
@@ -127,6 +136,8 @@ void buildTabPages() {
     // Half the usual blank beside the labels: else four of them with text and image don't fit in the width.
     const int padding = HandheldToMonitor(3);
     SendMessageW(tabControl, TCM_SETPADDING, 0, MAKELPARAM(padding, padding));
+  } else if (tabImages) {
+    takeTabImagesAway();
   }
   HandheldNameControl(tabControl, 0, L"Pages");
   for (const wchar_t* name : kPageNames) {

@@ -7,6 +7,7 @@
 #include "base/settings/options.h"
 #include "base/settings/settings_store.h"
 #include "owners/handles.h"
+#include "tests/ui/remote/remote_dialog.h"
 #include "tests/ui/support/ui_test.h"
 
 using testing::ElementsAre;
@@ -108,6 +109,44 @@ TEST_F(OptionsTest, TabsWithImagesAloneHaveNoText) {
   const HWND tab = remote::tabControl(opened.main());
   EXPECT_NE(SendMessageW(tab, TCM_GETIMAGELIST, 0, 0), 0);
   EXPECT_EQ(remote::tabText(tab, 0), L"");
+}
+
+TEST_F(OptionsTest, TabsWithTextAloneAreAgainWhatTheyWereAfterImages) {
+  constexpr int kOptions = 32775;
+  constexpr int kViewPage = 2;
+  constexpr int kTextOnly = 1059;
+  constexpr int kIconOnly = 1060;
+  constexpr int kTextAndIcon = 1061;
+  OpenedDatabase opened(file("a.cdb"));
+  ASSERT_NE(opened.tables(), nullptr);
+  const HWND tab = remote::tabControl(opened.main());
+  const auto places = [&] {
+    std::vector<std::vector<LONG>> all;
+    for (int page = 0; page < 4; ++page) {
+      const RECT in = remote::tabPlace(tab, page);
+      all.push_back({in.left, in.top, in.right, in.bottom});
+    }
+    return all;
+  };
+  const auto choose = [&](int labels) {
+    PostMessageW(opened.main(), WM_COMMAND, kOptions, 0);
+    ASSERT_TRUE(remote::waitForDialog(opened.main(), L"Options"));
+    const HWND sheet = remote::frontWindow(opened.main());
+    ASSERT_TRUE(remote::turnSheet(sheet, kViewPage));
+    const HWND radio = remote::control(sheet, labels);
+    remote::clickControl(radio);
+    ASSERT_TRUE(remote::waitUntil([=] { return SendMessageW(radio, BM_GETCHECK, 0, 0) == BST_CHECKED; }));
+    PostMessageW(sheet, WM_COMMAND, IDOK, 0);
+    ASSERT_TRUE(remote::waitForMain(opened.main()));
+  };
+  const auto before = places();
+  for (const int labels : {kTextAndIcon, kIconOnly}) {
+    choose(labels);
+    ASSERT_NE(places(), before);
+    choose(kTextOnly);
+    EXPECT_EQ(places(), before);
+    EXPECT_EQ(SendMessageW(tab, TCM_GETIMAGELIST, 0, 0), 0);
+  }
 }
 
 TEST_F(OptionsTest, WithTheBandsAtTheTopThePagesBeginBelowThem) {
