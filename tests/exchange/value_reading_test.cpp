@@ -63,6 +63,10 @@ TEST(ValueReading, NumbersFitOrAreRefused) {
 TEST(ValueReading, TruthValuesAreWordsOrNumbers) {
   EXPECT_EQ(valueOf("TRUE", ValueKind::boolean), "i1");
   EXPECT_EQ(valueOf("no", ValueKind::boolean), "i0");
+  for (const char* text : {"t", "T"}) EXPECT_EQ(valueOf(text, ValueKind::boolean), "i1");
+  for (const char* text : {"f", "F"}) EXPECT_EQ(valueOf(text, ValueKind::boolean), "i0");
+  EXPECT_EQ(valueOf("t", ValueKind::any), "tt") << "only where truth is wanted";
+  EXPECT_EQ(valueOf("tr", ValueKind::boolean), "!");
   EXPECT_EQ(valueOf("-1", ValueKind::boolean), "i-1");
   EXPECT_EQ(valueOf("perhaps", ValueKind::boolean), "!");
 }
@@ -78,6 +82,9 @@ TEST(ValueReading, DatesHaveTheYearInFront) {
 TEST(ValueReading, BytesArePairsOfDigits) {
   EXPECT_EQ(valueOf("x'4142'", ValueKind::bytes), "bAB");
   EXPECT_EQ(valueOf("4142", ValueKind::bytes), "bAB");
+  EXPECT_EQ(valueOf("\\x4142", ValueKind::bytes), "bAB");
+  EXPECT_EQ(valueOf("\\x", ValueKind::bytes), "b");
+  EXPECT_EQ(valueOf("\\x414", ValueKind::bytes), "!");
   EXPECT_EQ(valueOf("x''", ValueKind::bytes), "b");
   EXPECT_EQ(valueOf("414", ValueKind::bytes), "!");
   EXPECT_EQ(valueOf("zz", ValueKind::bytes), "!");

@@ -178,6 +178,17 @@ TEST_F(ServerLoadTest, EveryTypeComesBackFromAFile) {
   }
 }
 
+TEST_F(ServerLoadTest, WhatTheServersOwnProgramHasWrittenIsTaken) {
+  runOnServer("CREATE TABLE t (k integer PRIMARY KEY, seen boolean, image bytea, moment timestamptz, v text)",
+              database_);
+  open();
+  import("k,seen,image,moment,v\n1,t,\\x00ff,2001-03-09 14:05:07+00,t\n2,f,\\x,,\"\"\n3,,,,\n");
+  EXPECT_EQ(std::vector<std::string>(), observer_.rejects);
+  EXPECT_EQ("1|t|\\x00ff|t 2|f|\\x| 3",
+            onServer("SELECT string_agg(concat_ws('|', k, seen, image, v), ' ' ORDER BY k) FROM t"));
+  EXPECT_EQ("1", onServer("SELECT k FROM t WHERE moment = '2001-03-09 14:05:07+00'"));
+}
+
 TEST_F(ServerLoadTest, ARecordThatTheServerRefusesIsToldWithItsLineAndInOrder) {
   runOnServer("CREATE TABLE t (k integer PRIMARY KEY, v varchar(3) CHECK (v <> 'bad'))", database_);
   open();

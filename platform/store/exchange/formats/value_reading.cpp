@@ -88,7 +88,8 @@ const char* readBoolean(std::string_view text, Cell* cell) {
     std::string_view text;
     std::int64_t value;
   };
-  static constexpr Word kWords[] = {{"true", 1}, {"false", 0}, {"yes", 1}, {"no", 0}};
+  // The single letters are PostgreSQL's.
+  static constexpr Word kWords[] = {{"true", 1}, {"false", 0}, {"yes", 1}, {"no", 0}, {"t", 1}, {"f", 0}};
   for (const Word& word : kWords) {
     if (!equalsIgnoringCase(text, word.text)) continue;
     *cell = integerCell(word.value);
@@ -128,7 +129,12 @@ bool isTextLiteral(std::string_view text, std::string_view* digits) {
 
 const char* readBytes(std::string_view text, std::string* scratch, Cell* cell) {
   std::string_view digits = text;
-  isBlobLiteral(text, &digits);
+  // As PostgreSQL writes them.
+  if (text.starts_with("\\x")) {
+    digits.remove_prefix(2);
+  } else {
+    isBlobLiteral(text, &digits);
+  }
   if (!readHex(digits, scratch)) return "is no row of pairs of hexadecimal digits";
   *cell = bytesCell(CellKind::blob, *scratch);
   return nullptr;
