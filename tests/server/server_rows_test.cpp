@@ -342,7 +342,7 @@ TEST_F(ServerRowsTest, FiltersAndOrdersOfTheListLeaveRecordsThatCanBeChanged) {
       database_);
   runOnServer(
       "INSERT INTO \"Books\" VALUES (1, 'b', 10, true, NULL), (2, 'A', 20, false, ''), (3, 'ab', NULL, NULL, "
-      "'\\x00'), (4, '', 5, true, NULL)",
+      "'\\x00'), (4, '', 5, true, NULL), (5, E'\\\\x', 6, false, '\\x01')",
       database_);
   open();
   const std::string all = "Select * from [Books]";
@@ -351,16 +351,17 @@ TEST_F(ServerRowsTest, FiltersAndOrdersOfTheListLeaveRecordsThatCanBeChanged) {
     const char* ids;
   };
   constexpr Example kExamples[] = {
-      {" ORDER BY quivane_fold([Title])", "4 2 3 1"},
-      {" ORDER BY [Pages] DESC, quivane_fold([Title])", "3 2 1 4"},
+      {" ORDER BY quivane_fold([Title])", "4 2 3 1 5"},
+      {" ORDER BY [Pages] DESC, quivane_fold([Title])", "3 2 1 5 4"},
       {" WHERE quivane_contains('B', [Title])", "1 3"},
       {" WHERE quivane_contains('0', [Title], [Pages])", "1 2"},
       {" WHERE quivane_fold([Title]) = quivane_fold('a')", "2"},
       {" WHERE ifnull([Title], '') IN ('', x'')", "4"},
+      {" WHERE ifnull([Title], '') NOT IN ('', x'')", "1 2 3 5"},
       {" WHERE ifnull([Pages], '') IN ('', x'')", "3"},
-      {" WHERE ifnull([image], '') NOT IN ('', x'')", "3"},
+      {" WHERE ifnull([image], '') NOT IN ('', x'')", "3 5"},
       {" WHERE ifnull([out], 0) <> 0", "1 4"},
-      {" WHERE ifnull([out], 0) = 0", "2 3"},
+      {" WHERE ifnull([out], 0) = 0", "2 3 5"},
   };
   for (const Example& example : kExamples) {
     for (const std::string& sql : {all + example.tail, "SELECT * FROM (" + all + "\n)" + example.tail}) {
@@ -372,6 +373,9 @@ TEST_F(ServerRowsTest, FiltersAndOrdersOfTheListLeaveRecordsThatCanBeChanged) {
     }
   }
   EXPECT_EQ(0, records("SELECT * FROM (" + all + "\n) WHERE 0")->recordCount());
+  const std::string renamed = "SELECT * FROM (SELECT id, \"Title\" AS a, image AS b FROM [Books]\n) WHERE ";
+  EXPECT_EQ("4", columnOf(renamed + "ifnull([a], '') IN ('', x'')"));
+  EXPECT_EQ("1 2 4", columnOf(renamed + "ifnull([b], '') IN ('', x'')"));
   const auto filtered = records("SELECT * FROM (" + all + "\n) WHERE quivane_contains('ab', [Title])");
   ASSERT_TRUE(filtered->setValue(1, std::string("changed")));
   EXPECT_TRUE(filtered->update());

@@ -9,8 +9,8 @@
 
 namespace store {
 
-/// Books (Title, Pages, InPrint of booleans, "order", Price of decimals, Weight of singles), members (id,
-/// name), and sales.orders (Number).
+/// Books (Title, Pages, InPrint of booleans, "order", Price of decimals, Weight of singles, Cover of bytes),
+/// members (id, name), and sales.orders (Number).
 class KnownNames : public NameSource {
  public:
   Status findTable(std::string_view name, std::optional<NamedTable>* table) override {
@@ -22,7 +22,8 @@ class KnownNames : public NameSource {
           {"InPrint", NamedTable::Values::truth},
           {"order"},
           {"Price", NamedTable::Values::measured},
-          {"Weight", NamedTable::Values::single}}},
+          {"Weight", NamedTable::Values::single},
+          {"Cover", NamedTable::Values::bytes}}},
         {"members", "\"members\"", {{"id"}, {"name"}}},
         {"sales.orders", "\"sales\".\"orders\"", {{"Number"}}},
     };

@@ -136,8 +136,15 @@ TEST(ServerStatementTest, WhatFiltersAndOrdersIsWhatTheServerHasOfTheKind) {
       "SELECT * FROM \"Books\" WHERE (strpos(upper(concat_ws(chr(31), \"Title\", \"Pages\")), "
       "upper('it''s')) > 0)",
       forServer("SELECT * FROM Books WHERE quivane_contains('it''s', Title, Pages)"));
-  EXPECT_EQ("SELECT * FROM \"Books\" WHERE COALESCE(CAST(\"Pages\" AS text), '') IN ('', '\\x')",
-            forServer("SELECT * FROM Books WHERE ifnull(\"Pages\", '') IN ('', x'')"));
+  EXPECT_EQ("SELECT * FROM \"Books\" WHERE COALESCE(CAST(\"Cover\" AS text), '') IN ('', '\\x')",
+            forServer("SELECT * FROM Books WHERE ifnull(\"Cover\", '') IN ('', x'')"));
+  EXPECT_EQ("SELECT * FROM \"Books\" WHERE COALESCE(CAST(\"Title\" AS text), '') NOT IN ('', '')",
+            forServer("SELECT * FROM Books WHERE ifnull([title], '') NOT IN ('', x'')"))
+      << "a text of these two signs is not empty";
+  EXPECT_EQ(
+      "SELECT * FROM (SELECT \"Title\" AS \"T\" FROM \"Books\") AS quivane_3 WHERE COALESCE(CAST(\"T\" AS "
+      "text), '') IN ('', CASE WHEN pg_typeof(\"T\") = CAST('bytea' AS regtype) THEN '\\x' ELSE '' END)",
+      forServer("SELECT * FROM (SELECT Title AS T FROM Books) WHERE ifnull([T], '') IN ('', x'')"));
   EXPECT_EQ("SELECT * FROM \"Books\" WHERE COALESCE(CAST(\"InPrint\" AS integer), 0) <> 0",
             forServer("SELECT * FROM Books WHERE ifnull(InPrint, 0) <> 0"));
   EXPECT_EQ("SELECT * FROM \"Books\" WHERE FALSE", forServer("SELECT * FROM Books WHERE 0"));

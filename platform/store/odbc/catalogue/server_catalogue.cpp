@@ -52,6 +52,7 @@ const std::string kReferences =
 
 NamedTable::Values valuesOf(std::string_view typeName) {
   if (typeName == "bool") return NamedTable::Values::truth;
+  if (typeName == "bytea") return NamedTable::Values::bytes;
   if (typeName == "float4") return NamedTable::Values::single;
   return isMeasured(typeName) ? NamedTable::Values::measured : NamedTable::Values::others;
 }

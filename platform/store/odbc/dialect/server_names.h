@@ -19,6 +19,7 @@ struct NamedTable {
   enum class Values {
     others,
     truth,
+    bytes,
     single,    ///< numbers with decimals of 32 bits: what is compared with them has to be such a number, too
     measured,  ///< texts to the components, which the server orders by what they say: numbers and the like
   };

@@ -227,6 +227,7 @@ class Translation {
     if (isWord(tokens_[index], "IFNULL")) {
       replaced_[index] = "COALESCE";
       castFirstOf(index, close);
+      compareWithEmpty(index + 2, close);
       return true;
     }
     if (isWord(tokens_[index], "QUIVANE_FOLD")) {
@@ -281,6 +282,23 @@ class Translation {
     // Not by colons, which who reads the statement on doesn't know.
     replaced_[function + 1] = "(CAST(";
     behind_[name] = isTruth ? " AS integer)" : " AS text)";
+  }
+
+  /// IFNULL(name, '') IN ('', x''), behind whose first parenthesis `name` stands and which closes at `close`:
+  /// the text of bytes that are none is that of others than bytes, too, and no empty one there.
+  void compareWithEmpty(std::size_t name, std::size_t close) {
+    const std::size_t in = close + (isWord(tokens_[close + 1], "NOT") ? 2 : 1);
+    const std::size_t blob = in + 4;
+    if (!isName(tokens_[name]) || !isWord(tokens_[in], "IN") || blob >= tokens_.count()) return;
+    if (tokens_[blob].kind != TokenKind::blob || tokens_[blob].text.size() > 3) return;
+    if (const KnownColumn* column = columnOf(nameOf(tokens_[name]))) {
+      if (column->values != Values::bytes) replaced_[blob] = "''";
+      return;
+    }
+    // The server knows what it is.
+    translate(name);
+    const std::string own = replaced_[name] ? *replaced_[name] : std::string(tokens_[name].text);
+    replaced_[blob] = "CASE WHEN pg_typeof(" + own + ") = CAST('bytea' AS regtype) THEN '\\x' ELSE '' END";
   }
 
   /// A name before a parenthesis is a function's, but not a table's in front of its list of columns.
