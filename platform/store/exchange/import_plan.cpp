@@ -117,16 +117,23 @@ struct HeaderGuess {
   bool isInDoubt = false;
 };
 
+/// Whether any of the texts is the name of a column that is known: the table's own, or one that the user
+/// named.
+bool nameColumn(const Texts& texts, const TableSchema* schema, const Texts& chosen) {
+  return std::any_of(texts.begin(), texts.end(), [&](const std::string& text) {
+    return contains(chosen, text) || (schema != nullptr && schema->find(text) != nullptr);
+  });
+}
+
 /// Whether the first record has the names of the columns: it is made of words alone, and of different ones. A
 /// table that is there has to give a reason besides, because a record taken for names would be lost in it:
 /// one of its own names, one that the user has named, or values of another kind below a word. Without a
 /// reason it is in doubt.
 HeaderGuess guessHeader(const FileContents& contents, const TableSchema* schema, const Texts& chosen) {
+  if (nameColumn(contents.first, schema, chosen)) return {true};
   std::set<std::string> names;
   bool hasReason = false;
   for (std::size_t index = 0; index < contents.first.size(); ++index) {
-    const std::string& text = contents.first[index];
-    if (contains(chosen, text) || (schema != nullptr && schema->find(text) != nullptr)) return {true};
     if (index < contents.guesses.size() && contents.guesses[index].isTyped()) hasReason = true;
   }
   for (std::size_t index = 0; index < contents.first.size(); ++index) {
@@ -149,6 +156,7 @@ class Planner {
   Status findTable();
   Status findFormat();
   Status readFile();
+  Status readHeaderOfTable();
   Status checkChoices() const;
   Status planNewTable();
   Status planExistingTable();
@@ -227,6 +235,9 @@ Status Planner::findFormat() {
 Status Planner::readFile() {
   const bool looksForHeader = !plan_.isJson && !options_.hasHeader;
   plan_.csv.hasHeader = !plan_.isJson && options_.hasHeader.value_or(false);
+  if (looksForHeader && !plan_.isNewTable) {
+    if (Status status = readHeaderOfTable(); !status || plan_.csv.hasHeader) return status;
+  }
   std::unique_ptr<RecordReader> reader;
   if (Status status = openReader(source_, plan_, &reader); !status) return status;
   const bool needsNamesAlone = !plan_.isNewTable && !plan_.isJson && !looksForHeader;
@@ -251,6 +262,20 @@ Status Planner::readFile() {
   for (std::size_t index = 0; index < reader->record().fields.size(); ++index) {
     contents_.guesses[index].look(reader->record().fields[index]);
   }
+  return {};
+}
+
+/// A first record that names columns of the table has the names, whatever follows.
+Status Planner::readHeaderOfTable() {
+  std::unique_ptr<RecordReader> reader;
+  if (Status status = openReader(source_, plan_, &reader); !status) return status;
+  bool hasRecord = false;
+  if (Status status = reader->next(&hasRecord); !status || !hasRecord) return status;
+  Texts first;
+  for (const Field& field : reader->record().fields) first.emplace_back(field.text);
+  if (!nameColumn(first, &schema_, chosenColumns(options_))) return {};
+  plan_.csv.hasHeader = true;
+  contents_.names = std::move(first);
   return {};
 }
 
