@@ -1,5 +1,7 @@
 #include "platform/store/exchange/import.h"
 
+#include <utility>
+
 #include "platform/store/exchange/formats/value_reading.h"
 #include "platform/store/exchange/kept_records.h"
 #include "platform/store/rows/utf.h"
@@ -37,6 +39,8 @@ class Import {
 
  private:
   Status add(const RecordReader& reader, std::string* reason);
+  Status passOn();
+  Status learn();
   Status note(const Record& record, const std::string& reason);
   bool readValues(const RecordReader& reader, std::string* reason);
 
@@ -46,8 +50,13 @@ class Import {
   std::vector<Cell> cells_;
   std::vector<std::string> scratch_;
   std::string reason_;
-  KeptRecords waiting_;              // of which the load has not told yet, and those behind them
-  std::vector<std::size_t> loaded_;  // the places in `waiting_` of those that the load has
+  /// Of which the load has not told yet, and those between them.
+  struct Waiting {
+    KeptRecords records;
+    std::vector<std::size_t> loaded;  // the places of those that the load has
+  };
+  Waiting waiting_;
+  Waiting settling_;  // the load is about to tell of these
   std::int64_t added_ = 0;
   std::int64_t leftOut_ = 0;
 };
@@ -100,25 +109,40 @@ Status Import::take(const RecordReader& reader) {
   if (Status status = add(reader, &reason_); !status) return status;
   if (!load_.isPuttingOff()) return note(reader.record(), reason_);
   // They are told in the order of the file.
-  if (reason_.empty()) loaded_.push_back(waiting_.count());
-  waiting_.keep(reader.record(), reason_);
-  const bool isMuch = waiting_.count() >= kMostWaiting || waiting_.byteCount() >= kMostWaitingBytes;
-  return load_.isFull() || isMuch ? settle() : Status();
+  if (reason_.empty()) waiting_.loaded.push_back(waiting_.records.count());
+  waiting_.records.keep(reader.record(), reason_);
+  const bool isMuch =
+      waiting_.records.count() >= kMostWaiting || waiting_.records.byteCount() >= kMostWaitingBytes;
+  return load_.isFull() || isMuch ? passOn() : Status();
 }
 
-Status Import::settle() {
+/// The load stores them while the next ones are read.
+Status Import::passOn() {
+  if (Status status = learn(); !status) return status;
+  if (Status status = load_.beginSettling(); !status) return status;
+  std::swap(waiting_, settling_);
+  return {};
+}
+
+/// What became of those that were passed on.
+Status Import::learn() {
   std::vector<TableLoad::Refusal> refused;
   if (Status status = load_.settle(&refused); !status) return status;
   for (TableLoad::Refusal& refusal : refused) {
-    waiting_.problem(loaded_[refusal.number]) = std::move(refusal.reason);
+    settling_.records.problem(settling_.loaded[refusal.number]) = std::move(refusal.reason);
   }
-  for (std::size_t index = 0; index < waiting_.count(); ++index) {
-    const Record record = waiting_.recordAt(index);
+  for (std::size_t index = 0; index < settling_.records.count(); ++index) {
+    const Record record = settling_.records.recordAt(index);
     if (Status status = note(record, record.problem); !status) return status;
   }
-  waiting_.clear();
-  loaded_.clear();
+  settling_.records.clear();
+  settling_.loaded.clear();
   return {};
+}
+
+Status Import::settle() {
+  if (Status status = passOn(); !status) return status;
+  return learn();
 }
 
 }  // namespace

@@ -39,19 +39,24 @@ class TableLoad {
 
   /// A row that settle() has refused.
   struct Refusal {
-    std::size_t number;  ///< 0-based, among those added since the last settle()
+    std::size_t number;  ///< 0-based, among those that it was about
     std::string reason;
   };
 
   /// Whether add() only takes rows, of which settle() tells what became of them.
   virtual bool isPuttingOff() const { return false; }
 
-  /// Whether no more rows should be added before settle().
+  /// Whether no more rows should be added before beginSettling().
   virtual bool isFull() const { return false; }
 
-  /// Stores the rows that were added and put off. Appends those that can't be in the table, in their order:
-  /// of them nothing has changed, the others are there, and others may follow. To be called before commit().
-  /// After a failure nothing can follow and nothing will be stored.
+  /// Begins to store the rows that were added and put off. Others may be added before the settle() that tells
+  /// of these, and nothing else be done. After a failure nothing can follow and nothing will be stored.
+  virtual Status beginSettling() { return {}; }
+
+  /// Sees what was begun to its end. Appends those rows that can't be in the table, in their order: of them
+  /// nothing has changed, the others are there, and others may follow. To be called once for each
+  /// beginSettling(), and behind the last rows before commit(). After a failure nothing can follow and
+  /// nothing will be stored.
   virtual Status settle(std::vector<Refusal>* /*refused*/) { return {}; }
 
   /// After it nothing is undone any more. To be called once, as the last operation; on failure nothing has

@@ -153,30 +153,46 @@ Status OdbcConnection::wait(const std::function<bool(std::chrono::milliseconds)>
   return {};
 }
 
-void OdbcConnection::perform(std::shared_ptr<void> statement, std::function<SQLRETURN()> call,
-                             SQLRETURN* result, bool* gaveUp, bool* wasCancelled) {
-  const std::uint64_t stops = stops_;
-  *gaveUp = false;
-  *wasCancelled = false;
-  if (question_ && thread_ == nullptr) thread_ = std::make_unique<CallThread>();
-  session_->beginRunning(std::move(statement));
-  if (!question_) {
-    *result = call();
-    *gaveUp = !session_->endRunning(kCancelPatience);
-    *wasCancelled = stops_ != stops;
-    return;
+OdbcConnection::Performed OdbcConnection::perform(std::shared_ptr<void> statement,
+                                                  std::function<SQLRETURN()> call) {
+  if (question_) {
+    begin(std::move(statement), std::move(call));
+    return end(true);
   }
+  const std::uint64_t stops = stops_;
+  Performed done;
+  session_->beginRunning(std::move(statement));
+  done.result = call();
+  done.gaveUp = !session_->endRunning(kCancelPatience);
+  done.wasCancelled = stops_ != stops;
+  return done;
+}
+
+void OdbcConnection::begin(std::shared_ptr<void> statement, std::function<SQLRETURN()> call) {
+  stopsBefore_ = stops_;
+  if (thread_ == nullptr) thread_ = std::make_unique<CallThread>();
+  session_->beginRunning(std::move(statement));
   thread_->begin(std::move(call));
-  bool isStopped = false;
-  while (!isStopped && !thread_->waitFor(kQuestionInterval)) isStopped = question_(Busy::working);
+}
+
+OdbcConnection::Performed OdbcConnection::end(bool isWanted) {
+  Performed done;
+  bool isStopped = !isWanted;
+  while (!isStopped && !thread_->waitFor(kQuestionInterval)) {
+    isStopped = question_ && question_(Busy::working);
+  }
   if (isStopped) {
     OdbcSession::cancel(session_);
-    *gaveUp = !thread_->waitFor(kCancelPatience);
+    done.gaveUp = !thread_->waitFor(kCancelPatience);
   }
-  if (!session_->endRunning(*gaveUp ? std::chrono::milliseconds(0) : kCancelPatience)) *gaveUp = true;
-  *wasCancelled = isStopped || stops_ != stops;
-  *result = *gaveUp ? SQL_ERROR : thread_->result();
-  if (*gaveUp) thread_.reset();
+  if (!session_->endRunning(done.gaveUp ? std::chrono::milliseconds(0) : kCancelPatience)) done.gaveUp = true;
+  done.wasCancelled = isStopped || stops_ != stopsBefore_;
+  if (done.gaveUp) {
+    thread_.reset();
+  } else {
+    done.result = thread_->result();
+  }
+  return done;
 }
 
 }  // namespace store

@@ -81,11 +81,20 @@ class OdbcConnection {
 
   /// Makes one call of the driver for `statement`, during which whoever is to be asked is asked again and
   /// again. When he wants it stopped, the server is; when that doesn't answer, or doesn't hear of it, the
-  /// conversation is given up. `statement` is the handle; it and `call` keep alive all that they use. Stores
-  /// the call's result, SQL_ERROR when it was given up, which `*gaveUp` tells; `*wasCancelled` tells whether
-  /// the driver was told to stop the statement, by the user or by stop().
-  void perform(std::shared_ptr<void> statement, std::function<SQLRETURN()> call, SQLRETURN* result,
-               bool* gaveUp, bool* wasCancelled);
+  /// conversation is given up. `statement` is the handle; it and `call` keep alive all that they use. Answers
+  /// with the call's result, SQL_ERROR when it was given up, which `gaveUp` tells; `wasCancelled` tells
+  /// whether the driver was told to stop the statement, by the user or by stop().
+  struct Performed {
+    SQLRETURN result = SQL_ERROR;
+    bool gaveUp = false;
+    bool wasCancelled = false;
+  };
+  Performed perform(std::shared_ptr<void> statement, std::function<SQLRETURN()> call);
+
+  /// The same in two steps, between which the conversation is used for nothing else: whoever waits for the
+  /// answer can do something meanwhile, but is not asked. `isWanted`: else the statement is stopped at once.
+  void begin(std::shared_ptr<void> statement, std::function<SQLRETURN()> call);
+  Performed end(bool isWanted);
 
  private:
   using Clock = std::chrono::steady_clock;
@@ -113,6 +122,7 @@ class OdbcConnection {
   std::mutex mutex_;                    // of session_, which stop() uses from another thread
   std::shared_ptr<OdbcSession> session_;
   std::atomic<std::uint64_t> stops_ = 0;
+  std::uint64_t stopsBefore_ = 0;  // what was begun
   std::uint64_t conversations_ = 0;
   std::uint64_t changes_ = 0;
   std::int64_t changedRows_ = 0;

@@ -122,6 +122,29 @@ Status OdbcStatement::run(std::string_view sql, const Parameters& parameters) {
 }
 
 Status OdbcStatement::runPrepared(std::string_view sql, const Parameters& parameters) {
+  std::function<SQLRETURN()> call;
+  Status status = prepareCall(sql, parameters, &call);
+  return status ? execute(std::move(call)) : status;
+}
+
+Status OdbcStatement::beginPrepared(std::string_view sql, const Parameters& parameters) {
+  std::function<SQLRETURN()> call;
+  Status status = prepareCall(sql, parameters, &call);
+  if (status) connection_.begin({call_, call_->handle.get()}, std::move(call));
+  return status;
+}
+
+Status OdbcStatement::endPrepared() {
+  return noteAnswer(connection_.end(true));
+}
+
+void OdbcStatement::abandonPrepared() {
+  // Whoever lost interest in the answer needn't know what became of it either.
+  static_cast<void>(noteAnswer(connection_.end(false)));
+}
+
+Status OdbcStatement::prepareCall(std::string_view sql, const Parameters& parameters,
+                                  std::function<SQLRETURN()>* ready) {
   std::u16string text = toUtf16(sql);
   if (isPrepared(text)) {
     columnCount_ = 0;
@@ -132,7 +155,7 @@ Status OdbcStatement::runPrepared(std::string_view sql, const Parameters& parame
     call_->sql = std::move(text);
   }
   if (Status status = bind(parameters); !status) return status;
-  return execute([call = call_] {
+  *ready = [call = call_] {
     const OdbcFunctions& functions = call->session->functions();
     if (!call->isPrepared) {
       const SQLRETURN prepared =
@@ -141,17 +164,20 @@ Status OdbcStatement::runPrepared(std::string_view sql, const Parameters& parame
       call->isPrepared = true;
     }
     return functions.execute(call->handle.get());
-  });
+  };
+  return {};
 }
 
 Status OdbcStatement::execute(std::function<SQLRETURN()> call) {
-  SQLRETURN result = SQL_ERROR;
-  bool gaveUp = false;
-  connection_.perform({call_, call_->handle.get()}, std::move(call), &result, &gaveUp, &wasCancelled_);
-  if (Status status = outcomeOf(result, gaveUp); !status) return status;
+  return noteAnswer(connection_.perform({call_, call_->handle.get()}, std::move(call)));
+}
+
+Status OdbcStatement::noteAnswer(const OdbcConnection::Performed& performed) {
+  wasCancelled_ = performed.wasCancelled;
+  if (Status status = outcomeOf(performed.result, performed.gaveUp); !status) return status;
   const OdbcFunctions& functions = call_->session->functions();
   // A change that met no row answers nothing, whatever it was to return.
-  if (result == SQL_NO_DATA) return {};
+  if (performed.result == SQL_NO_DATA) return {};
   SQLSMALLINT columns = 0;
   functions.resultColumnCount(call_->handle.get(), &columns);
   columnCount_ = static_cast<std::size_t>(std::max<SQLSMALLINT>(columns, 0));
@@ -170,12 +196,8 @@ Status OdbcStatement::answered() const {
 Status OdbcStatement::describe(std::string_view sql) {
   if (Status status = prepareHandle(); !status) return status;
   call_->sql = toUtf16(sql);
-  SQLRETURN result = SQL_ERROR;
-  SQLSMALLINT columns = 0;
-  bool gaveUp = false;
-  connection_.perform(
-      {call_, call_->handle.get()},
-      [call = call_] {
+  const OdbcConnection::Performed performed =
+      connection_.perform({call_, call_->handle.get()}, [call = call_] {
         SQLSMALLINT count = 0;
         const SQLRETURN prepared = call->session->functions().prepare(
             call->handle.get(), wideOf(call->sql), static_cast<SQLINTEGER>(call->sql.size()));
@@ -183,10 +205,11 @@ Status OdbcStatement::describe(std::string_view sql) {
         return SQL_SUCCEEDED(prepared)
                    ? call->session->functions().resultColumnCount(call->handle.get(), &count)
                    : prepared;
-      },
-      &result, &gaveUp, &wasCancelled_);
-  if (Status status = outcomeOf(result, gaveUp); !status) return status;
+      });
+  wasCancelled_ = performed.wasCancelled;
+  if (Status status = outcomeOf(performed.result, performed.gaveUp); !status) return status;
   if (Status status = answered(); !status) return status;
+  SQLSMALLINT columns = 0;
   call_->session->functions().resultColumnCount(call_->handle.get(), &columns);
   columnCount_ = static_cast<std::size_t>(std::max<SQLSMALLINT>(columns, 0));
   return {};

@@ -42,6 +42,13 @@ class OdbcStatement {
   /// one run after the other has this text, and each of them is one question. With a new text it is two.
   Status runPrepared(std::string_view sql, const Parameters& parameters);
 
+  /// runPrepared() in two steps, between which the connection is used for nothing else: the server works
+  /// while something else is done. What was begun has to be ended before the connection or the statement is.
+  Status beginPrepared(std::string_view sql, const Parameters& parameters);
+  Status endPrepared();
+  /// The same when it is not wanted any more: the server is told to stop it.
+  void abandonPrepared();
+
   /// Lets the server tell the columns of a statement without running it.
   Status describe(std::string_view sql);
 
@@ -80,8 +87,11 @@ class OdbcStatement {
   Status prepareHandle();
   bool isPrepared(const std::u16string& sql) const;
   Status bind(const Parameters& parameters);
+  /// Makes ready what `*call` then does.
+  Status prepareCall(std::string_view sql, const Parameters& parameters, std::function<SQLRETURN()>* call);
   /// Makes the call by which the statement runs, and notes what it answers.
   Status execute(std::function<SQLRETURN()> call);
+  Status noteAnswer(const OdbcConnection::Performed& performed);
   Status outcomeOf(SQLRETURN result, bool gaveUp);
   std::string columnText(std::size_t index, SQLUSMALLINT what) const;
 

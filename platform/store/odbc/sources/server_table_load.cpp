@@ -5,6 +5,7 @@
 #include <charconv>
 #include <chrono>
 #include <thread>
+#include <utility>
 
 #include "platform/store/rows/ascii_case.h"
 #include "platform/store/sql/dialect.h"
@@ -80,24 +81,37 @@ std::int64_t numberOf(const std::optional<std::string>& text) {
   return number;
 }
 
-/// The rows that are sent, one array for each column, numbered.
-std::string sentRows(const std::vector<const ServerColumn*>& columns) {
+/// Whether the server reads an array of the type as quickly as one of texts, and parts its values by commas.
+bool isReadInArrays(const ServerColumn& column) {
+  constexpr std::array<std::string_view, 10> kTypes{"int2",        "int4",       "int8", "float4",
+                                                    "float8",      "bool",       "date", "\"timestamp\"",
+                                                    "timestamptz", "\"numeric\""};
+  constexpr std::string_view kSchema = "pg_catalog.";
+  const std::string_view type = column.castType;
+  return type.starts_with(kSchema) &&
+         std::find(kTypes.begin(), kTypes.end(), type.substr(kSchema.size())) != kTypes.end();
+}
+
+/// The rows that are sent, one array for each column, in their order. What makes rows of the arrays stands
+/// among what is selected: there the server makes one after the other, and keeps none.
+std::string sentRows(const std::vector<const ServerColumn*>& columns, const std::string& more = {}) {
   std::string values;
   std::string arrays;
-  std::string names;
   for (std::size_t index = 0; index < columns.size(); ++index) {
+    const char* separator = index == 0 ? "" : ", ";
     const std::string alias = columnAlias(index);
-    values += ", s." + alias + "::" + columns[index]->castType + " AS " + alias;
-    arrays += std::string(index == 0 ? "" : ", ") + "pg_catalog.unnest(?::text::text[])";
-    names += alias + ", ";
+    const std::string cast = "::" + columns[index]->castType;
+    const bool isRead = isReadInArrays(*columns[index]);
+    values += separator + ("s." + alias) + (isRead ? "" : cast) + " AS " + alias;
+    arrays += separator + ("pg_catalog.unnest(?::text" + (isRead ? cast : "::text") + "[]) AS " + alias);
   }
-  return "SELECT s.place" + values + " FROM ROWS FROM (" + arrays + ") WITH ORDINALITY AS s(" + names +
-         "place)";
+  return "SELECT " + more + values + " FROM (SELECT " + arrays + ") AS s";
 }
 
 }  // namespace
 
 ServerTableLoad::~ServerTableLoad() {
+  if (isSettling_ && begun_) statement_.abandonPrepared();
   if (!isOpen_ || !checkConversation()) return;
   // When it doesn't get there the server takes all back by itself, at the end of the conversation.
   OdbcStatement undo(connection_);
@@ -145,8 +159,10 @@ Status ServerTableLoad::prepare(const LoadTarget& target, const ServerTable& tab
   for (const std::string& name : target.columns) {
     const ServerColumn* column = findColumn(table, name);
     if (column == nullptr) return {ErrorCode::badColumn, "no such column: " + name};
-    columns_.push_back({column->type.form, {}, {}});
+    forms_.push_back(column->type.form);
   }
+  waiting_.columns.resize(forms_.size());
+  settling_.columns.resize(forms_.size());
   replaces_ = !target.keyColumns.empty();
   if (replaces_) {
     if (Status status = writeReplacement(target, table); !status) return status;
@@ -155,7 +171,8 @@ Status ServerTableLoad::prepare(const LoadTarget& target, const ServerTable& tab
   }
   // What is wrong with the statement, and not with a row, shows without one.
   Sent sent;
-  return send(0, 0, &sent);
+  Status status = send(0, 0, &sent);
+  return status ? runInside("SAVEPOINT quivane_rows") : status;
 }
 
 void ServerTableLoad::writeInsert(const LoadTarget& target, const ServerTable& table) {
@@ -168,7 +185,7 @@ void ServerTableLoad::writeInsert(const LoadTarget& target, const ServerTable& t
     values += (index == 0 ? "n." : ", n.") + columnAlias(index);
   }
   sql_ = "INSERT INTO " + table.reference + " (" + names + ") SELECT " + values + " FROM (" +
-         sentRows(columns) + ") AS n ORDER BY n.place";
+         sentRows(columns) + ") AS n";
 }
 
 Status ServerTableLoad::writeReplacement(const LoadTarget& target, const ServerTable& table) {
@@ -190,7 +207,8 @@ Status ServerTableLoad::writeReplacement(const LoadTarget& target, const ServerT
 
 // All parts of the statement see the table as it was before: what is found decides what is replaced and what
 // is inserted, and the numbers tell whether that is what happened.
-std::string ServerTableLoad::replacementSql(const LoadTarget& target, const ServerTable& table, bool nulls) {
+std::string ServerTableLoad::replacementSql(const LoadTarget& target, const ServerTable& table,
+                                            bool nulls) const {
   std::vector<const ServerColumn*> columns;
   std::string names;
   std::string values;
@@ -204,7 +222,7 @@ std::string ServerTableLoad::replacementSql(const LoadTarget& target, const Serv
     const std::string alias = "n." + columnAlias(index);
     names += (index == 0 ? "" : ", ") + name;
     values += (index == 0 ? "" : ", ") + alias;
-    if (isAmong(target.keyColumns, target.columns[index])) {
+    if (isKey_[index]) {
       keys += (keys.empty() ? "" : ", ") + alias;
       match += (match.empty() ? "" : " AND ") + ("t." + name) +
                (column->notNull || !nulls ? " = " : " IS NOT DISTINCT FROM ") + alias;
@@ -216,7 +234,7 @@ std::string ServerTableLoad::replacementSql(const LoadTarget& target, const Serv
       changes.empty() ? "SELECT place FROM found"
                       : "UPDATE " + table.reference + " AS t SET " + changes + " FROM n WHERE " + match +
                             " AND n.place IN (SELECT place FROM found WHERE times = 1) RETURNING n.place";
-  return "WITH n AS MATERIALIZED (" + sentRows(columns) +
+  return "WITH n AS MATERIALIZED (" + sentRows(columns, "pg_catalog.row_number() OVER () AS place, ") +
          "), found AS MATERIALIZED (SELECT n.place, count(*) AS times FROM n JOIN " + table.reference +
          " AS t ON " + match + " GROUP BY n.place), replaced AS (" + replaced +
          "), inserted AS (INSERT INTO " + table.reference + " (" + names + ") SELECT " + values +
@@ -228,35 +246,45 @@ std::string ServerTableLoad::replacementSql(const LoadTarget& target, const Serv
 }
 
 const std::string& ServerTableLoad::sqlFor(std::size_t first, std::size_t count) const {
-  const auto null = std::lower_bound(nullKeyRows_.begin(), nullKeyRows_.end(), first);
-  const bool hasNull = null != nullKeyRows_.end() && *null < first + count;
+  const std::vector<std::size_t>& nulls = settling_.nullKeyRows;
+  const auto null = std::lower_bound(nulls.begin(), nulls.end(), first);
+  const bool hasNull = null != nulls.end() && *null < first + count;
   return hasNull && !sqlForNulls_.empty() ? sqlForNulls_ : sql_;
 }
 
 Status ServerTableLoad::add(std::span<const Cell> values) {
   if (hasFailed_) return {ErrorCode::illegalOperation, "The transaction was undone already."};
-  for (std::size_t index = 0; index < columns_.size(); ++index) {
-    WaitingColumn& column = columns_[index];
+  for (std::size_t index = 0; index < forms_.size(); ++index) {
+    WaitingColumn& column = waiting_.columns[index];
+    std::vector<std::size_t>& nulls = waiting_.nullKeyRows;
     const bool isNullKey = replaces_ && isKey_[index] && values[index].kind == CellKind::null;
-    if (isNullKey && (nullKeyRows_.empty() || nullKeyRows_.back() != waitingCount_)) {
-      nullKeyRows_.push_back(waitingCount_);
-    }
+    if (isNullKey && (nulls.empty() || nulls.back() != waiting_.count)) nulls.push_back(waiting_.count);
     const std::size_t before = column.texts.size();
-    appendCell(values[index], column.form, &column.texts);
+    appendCell(values[index], forms_[index], &column.texts);
     column.ends.push_back(column.texts.size());
-    waitingBytes_ += column.texts.size() - before;
+    waiting_.bytes += column.texts.size() - before;
   }
-  ++waitingCount_;
+  ++waiting_.count;
   return {};
 }
 
 bool ServerTableLoad::isFull() const {
-  return waitingCount_ >= kMostRowsAtOnce || waitingBytes_ >= kMostBytesAtOnce;
+  return waiting_.count >= kMostRowsAtOnce || waiting_.bytes >= kMostBytesAtOnce;
+}
+
+void ServerTableLoad::WaitingRows::clear() {
+  for (WaitingColumn& column : columns) {
+    column.texts.clear();
+    column.ends.clear();
+  }
+  nullKeyRows.clear();
+  count = 0;
+  bytes = 0;
 }
 
 OdbcStatement::Parameters ServerTableLoad::arraysOf(std::size_t first, std::size_t count) const {
   OdbcStatement::Parameters arrays;
-  for (const WaitingColumn& column : columns_) {
+  for (const WaitingColumn& column : settling_.columns) {
     if (count == 0) {
       arrays.emplace_back("{}");
       continue;
@@ -273,11 +301,20 @@ Status ServerTableLoad::send(std::size_t first, std::size_t count, Sent* sent) {
   if (Status status = checkConversation(); !status) return status;
   if (Status status = statement_.runPrepared(sqlFor(first, count), arraysOf(first, count)); !status)
     return status;
+  return takeOutcome(count, sent);
+}
+
+/// What the statement answers that has run with so many rows.
+Status ServerTableLoad::takeOutcome(std::size_t count, Sent* sent) {
   Sent counted;
   if (!replaces_) {
     counted.rows = static_cast<std::int64_t>(count);
     counted.distinctKeys = counted.rows;
     counted.inserted = statement_.affected();
+    // None is also what an answer looks like that was lost.
+    if (counted.inserted == 0) {
+      if (Status status = statement_.answered(); !status) return status;
+    }
   } else {
     Answer answer;
     if (Status status = takeRows(statement_, &answer); !status) return status;
@@ -302,40 +339,65 @@ std::string ServerTableLoad::reasonOf(const Sent& sent) const {
                             : "A rule of the database left the record out.";
 }
 
-Status ServerTableLoad::store(std::size_t first, std::size_t count, std::vector<Refusal>* refused) {
-  if (count == 0) return {};
-  if (Status status = runInside("SAVEPOINT quivane_rows"); !status) return fail(status);
-  Sent sent;
-  Status status = send(first, count, &sent);
-  if (status && isWhole(sent, count)) {
+/// Keeps rows that were sent behind the savepoint, or takes them back; `*isKept` tells which. The savepoint
+/// stands again for those that follow.
+Status ServerTableLoad::conclude(const Status& status, const Sent& sent, std::size_t count, bool* isKept) {
+  *isKept = status && isWhole(sent, count);
+  if (!status && !isOfRows(status)) return fail(status);
+  if (*isKept) {
     replacedCount_ += sent.found;
     storedCount_ += sent.replaced + sent.inserted;
-    Status released = runInside("RELEASE SAVEPOINT quivane_rows");
-    return released ? released : fail(released);
   }
-  if (!status && !isOfRows(status)) return fail(status);
-  Status undone = runInside("ROLLBACK TO SAVEPOINT quivane_rows");
-  if (undone) undone = runInside("RELEASE SAVEPOINT quivane_rows");
-  if (!undone) return fail(undone);
-  if (count == 1) {
-    refused->push_back({first, status ? reasonOf(sent) : status.message()});
-    return {};
+  Status stands = runInside(*isKept ? "RELEASE SAVEPOINT quivane_rows; SAVEPOINT quivane_rows"
+                                    : "ROLLBACK TO SAVEPOINT quivane_rows");
+  return stands ? stands : fail(stands);
+}
+
+/// Sends the rows again among which there is one that can't be in the table: the fewer at once the more of
+/// them there are.
+Status ServerTableLoad::sendApart(std::vector<Refusal>* refused) {
+  std::size_t most = settling_.count / 2;
+  for (std::size_t first = 0; first < settling_.count;) {
+    const std::size_t count = std::clamp<std::size_t>(most, 1, settling_.count - first);
+    Sent sent;
+    const Status status = send(first, count, &sent);
+    bool isKept = false;
+    if (Status stands = conclude(status, sent, count, &isKept); !stands) return stands;
+    if (!isKept && count > 1) {
+      most = count / 2;
+      continue;
+    }
+    if (!isKept) refused->push_back({first, status ? reasonOf(sent) : status.message()});
+    if (isKept) most = count * 2;
+    first += count;
   }
-  const std::size_t half = count / 2;
-  if (Status stored = store(first, half, refused); !stored) return stored;
-  return store(first + half, count - half, refused);
+  return {};
+}
+
+Status ServerTableLoad::beginSettling() {
+  if (hasFailed_) return {ErrorCode::illegalOperation, "The transaction was undone already."};
+  std::swap(waiting_, settling_);
+  waiting_.clear();
+  if (settling_.count == 0) return {};
+  if (Status status = checkConversation(); !status) return fail(status);
+  // What can't even be sent is told of by its row, too.
+  begun_ = statement_.beginPrepared(sqlFor(0, settling_.count), arraysOf(0, settling_.count));
+  isSettling_ = true;
+  return {};
 }
 
 Status ServerTableLoad::settle(std::vector<Refusal>* refused) {
   if (hasFailed_) return {ErrorCode::illegalOperation, "The transaction was undone already."};
-  if (Status status = store(0, waitingCount_, refused); !status) return status;
-  for (WaitingColumn& column : columns_) {
-    column.texts.clear();
-    column.ends.clear();
+  if (!std::exchange(isSettling_, false)) return {};
+  Sent sent;
+  Status status = begun_ ? statement_.endPrepared() : begun_;
+  if (status) status = takeOutcome(settling_.count, &sent);
+  bool isKept = false;
+  if (Status stands = conclude(status, sent, settling_.count, &isKept); !stands) return stands;
+  if (!isKept) {
+    if (Status apart = sendApart(refused); !apart) return apart;
   }
-  nullKeyRows_.clear();
-  waitingCount_ = 0;
-  waitingBytes_ = 0;
+  settling_.clear();
   return {};
 }
 
@@ -367,7 +429,7 @@ Status ServerTableLoad::findOutcome(const std::string& number) {
 }
 
 Status ServerTableLoad::commit() {
-  if (hasFailed_ || waitingCount_ > 0) {
+  if (hasFailed_ || isSettling_ || waiting_.count > 0) {
     return {ErrorCode::illegalOperation, "The transaction was undone already."};
   }
   // A transaction that failed unseen would end as well as a good one, and store nothing: it tells no number.

@@ -13,8 +13,9 @@
 
 namespace store {
 
-/// Adds rows to a table of a server: some thousand by each statement, in one transaction. Those among which
-/// one can't be in the table are parted in halves, and these again, until that one is found.
+/// Adds rows to a table of a server: some thousand by each statement, in one transaction. While the server
+/// stores them the next ones are added. Those among which one can't be in the table are sent again, fewer at
+/// once, until that one is found.
 class ServerTableLoad : public TableLoad {
  public:
   /// Both outlive the load.
@@ -29,6 +30,7 @@ class ServerTableLoad : public TableLoad {
   Status add(std::span<const Cell> values) override;
   bool isPuttingOff() const override { return true; }
   bool isFull() const override;
+  Status beginSettling() override;
   Status settle(std::vector<Refusal>* refused) override;
   Status commit() override;
   std::int64_t replacedCount() const override { return replacedCount_; }
@@ -37,9 +39,16 @@ class ServerTableLoad : public TableLoad {
   /// The values of one column of the rows that wait, each as it stands in an array's text, with a comma in
   /// front.
   struct WaitingColumn {
-    ValueForm form = ValueForm::text;
     std::string texts;
     std::vector<std::size_t> ends;  // of each row's value in `texts`
+  };
+  struct WaitingRows {
+    std::vector<WaitingColumn> columns;
+    std::vector<std::size_t> nullKeyRows;  // those with a null in the key, in their order
+    std::size_t count = 0;
+    std::size_t bytes = 0;
+
+    void clear();
   };
   /// What became of some rows that were sent together.
   struct Sent {
@@ -59,11 +68,13 @@ class ServerTableLoad : public TableLoad {
   Status writeReplacement(const LoadTarget& target, const ServerTable& table);
   /// The statement that replaces rows. Where it finds `nulls` in keys as well, no index of the table's is of
   /// use to it.
-  static std::string replacementSql(const LoadTarget& target, const ServerTable& table, bool nulls);
+  std::string replacementSql(const LoadTarget& target, const ServerTable& table, bool nulls) const;
   const std::string& sqlFor(std::size_t first, std::size_t count) const;
   OdbcStatement::Parameters arraysOf(std::size_t first, std::size_t count) const;
   Status send(std::size_t first, std::size_t count, Sent* sent);
-  Status store(std::size_t first, std::size_t count, std::vector<Refusal>* refused);
+  Status takeOutcome(std::size_t count, Sent* sent);
+  Status conclude(const Status& status, const Sent& sent, std::size_t count, bool* isKept);
+  Status sendApart(std::vector<Refusal>* refused);
   bool isWhole(const Sent& sent, std::size_t count) const;
   std::string reasonOf(const Sent& sent) const;
   Status fail(Status status);
@@ -79,10 +90,11 @@ class ServerTableLoad : public TableLoad {
   std::string sql_;
   std::string sqlForNulls_;  // for rows of which some have a null in the key; empty when none can
   std::vector<bool> isKey_;  // of each column
-  std::vector<std::size_t> nullKeyRows_;  // those that wait, in their order
-  std::vector<WaitingColumn> columns_;
-  std::size_t waitingCount_ = 0;
-  std::size_t waitingBytes_ = 0;
+  std::vector<ValueForm> forms_;
+  WaitingRows waiting_;   // that were added
+  WaitingRows settling_;  // that beginSettling() has sent
+  bool isSettling_ = false;
+  Status begun_;  // the sending of all of them
   std::int64_t replacedCount_ = 0;
   std::int64_t storedCount_ = 0;  // with those that replace others
   bool makesTable_ = false;
