@@ -1,10 +1,12 @@
 // The conversation with a server: lost, stopped, not answered and not to be had.
+#include <atomic>
 #include <chrono>
 #include <future>
 #include <new>
 #include <thread>
 
 #include "platform/store/dsn/file_dsn.h"
+#include "platform/store/odbc/driver/answer.h"
 #include "platform/store/odbc/driver/call_thread.h"
 #include "platform/store/odbc/driver/odbc_statement.h"
 #include "platform/store/odbc/sources/key_reading.h"
@@ -203,6 +205,40 @@ TEST_F(ServerConnectionTest, AChangeThatTheServerIsLeftAloneWithIsNotSaidToBeUnd
   EXPECT_EQ(ErrorCode::inputOutput, status.code());
   EXPECT_NE(std::string::npos, status.message().find("is not known")) << status.message();
   EXPECT_EQ(EditMode::adding, rows_->editMode());
+}
+
+TEST_F(ServerConnectionTest, AChangeThatWasToBeStoppedTooLateIsNotSaidToHaveMetNoRecord) {
+  openRow("a text", "'a'");
+  runOnServer("CREATE FUNCTION slow(v text) RETURNS text LANGUAGE sql AS 'SELECT v FROM pg_sleep(1)'",
+              database_);
+  const std::unique_ptr<OdbcConnection> inside = ownConversation();
+  const std::string ended =
+      "SELECT count(*)::text FROM pg_stat_activity WHERE state = 'idle' AND query LIKE 'UPDATE%slow%' AND "
+      "datname = '" +
+      database_ + "'";
+  std::atomic<bool> wasAsked = false;
+  backend_->askWhileBusy([&](Busy) { return !wasAsked.exchange(true); });
+  // Nobody hears of the wish to stop it before it has ended.
+  auto silent = std::make_unique<SilentCaller>(*inside);
+  std::int64_t affected = -1;
+  std::future<Status> changing =
+      std::async(std::launch::async, [&] { return tryRun("UPDATE t SET a = slow('b')", &affected); });
+  const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(30);
+  for (Answer answer; std::chrono::steady_clock::now() < deadline;) {
+    ASSERT_TRUE(ask(*inside, ended, {}, &answer));
+    if (answer[0][0] == "1") break;
+  }
+  silent.reset();
+  const Status status = changing.get();
+  backend_->askWhileBusy({});
+  EXPECT_TRUE(wasAsked);
+  EXPECT_EQ("b", onServer("SELECT a FROM t"));
+  if (status) {
+    EXPECT_EQ(1, affected);
+  } else {
+    EXPECT_EQ(ErrorCode::inputOutput, status.code());
+    EXPECT_NE(std::string::npos, status.message().find("is not known")) << status.message();
+  }
 }
 
 TEST_F(ServerConnectionTest,

@@ -134,6 +134,10 @@ Status ServerBackend::runChange(const Statement& statement, std::int64_t* affect
     connection_->noteDefinition();
   }
   if (!status) return status;
+  // None is also what an answer looks like that was lost.
+  if (statement.kind == StatementKind::change && run.affected() == 0) {
+    if (status = run.answered(); !status) return status;
+  }
   *affected = statement.kind == StatementKind::change ? run.affected() : 0;
   connection_->noteChangedRows(*affected);
   return {};

@@ -436,9 +436,9 @@ Status ServerTableRows::remove(KeySet* keys, std::size_t index, const Row* read)
   keys->prepareErase(index);
   connection_.noteChange();
   if (Status status = changes_.runPrepared(sql, parameters); !status) return status;
-  if (Status status = changes_.answered(); !status) return status;
   connection_.noteChangedRows(changes_.affected());
   if (changes_.affected() == 0) {
+    if (Status status = changes_.answered(); !status) return status;
     Status status = explainUnmet(*keys, index, read);
     if (status.code() != ErrorCode::noCurrentRecord) return status;
   }
