@@ -175,6 +175,28 @@ TEST_F(ServerStreamTest, MemoryIsBoundedWhateverTheRowsAre) {
   }
 }
 
+TEST_F(ServerStreamTest, OnlySomeRowsAreReadAheadOfWhoTakesThem) {
+  runOnServer("CREATE TABLE one AS SELECT 1 AS k", database_);
+  open();
+  const auto rows = stream("SELECT repeat('x', 2900) AS v FROM one, generate_series(1, 20000) i");
+  ASSERT_NE(nullptr, rows);
+  testsupport::resetPeak();
+  const std::size_t before = testsupport::liveBytes();
+  bool hasRow = false;
+  ASSERT_TRUE(rows->next(&hasRow));
+  // The server has been asked for the last ones that have room, and for nothing since.
+  const std::string waits =
+      "SELECT count(*) FROM pg_stat_activity WHERE state = 'idle in transaction' AND query LIKE 'FETCH%' AND "
+      "clock_timestamp() - state_change > interval '500 ms' AND datname = '" +
+      database_ + "'";
+  const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(30);
+  std::string waiting = "0";
+  while (waiting != "1" && std::chrono::steady_clock::now() < deadline) waiting = onServer(waits);
+  EXPECT_EQ("1", waiting);
+  EXPECT_LT((testsupport::peakBytes() - before) / kMegabyte, 12u);
+  EXPECT_EQ(19999, countRest(*rows));
+}
+
 TEST_F(ServerStreamTest, OneThatWaitsForTheServerIsStopped) {
   runOnServer("CREATE TABLE t AS SELECT 1 AS k", database_);
   open();
