@@ -46,7 +46,7 @@ const char* orderOf(DateOrder order) {
 std::vector<std::string> settingsFor(DateOrder order) {
   return {std::string("SET datestyle TO 'ISO, ") + orderOf(order) +
           "'; SET intervalstyle TO 'postgres'; SET bytea_output TO 'hex'; SET extra_float_digits TO 1; "
-          "SET standard_conforming_strings TO on; SET client_min_messages TO warning"};
+          "SET standard_conforming_strings TO on; SET array_nulls TO on; SET client_min_messages TO warning"};
 }
 
 bool isPasswordKeyword(std::string_view keyword) {

@@ -18,6 +18,6 @@ inline constexpr std::string_view kUserTables =
     "c.relkind IN ('r', 'p', 'v', 'm', 'f') AND NOT c.relispartition "
     "AND n.nspname NOT IN ('pg_catalog', 'information_schema') AND n.nspname !~ '^pg_(toast|temp)' "
     "AND (pg_catalog.pg_table_is_visible(c.oid) OR (pg_catalog.has_schema_privilege(n.oid, 'USAGE') "
-    "AND pg_catalog.has_table_privilege(c.oid, 'SELECT')))";
+    "AND pg_catalog.has_any_column_privilege(c.oid, 'SELECT')))";
 
 }  // namespace store

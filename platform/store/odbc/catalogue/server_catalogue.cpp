@@ -34,7 +34,9 @@ const std::string kColumns =
     "pg_catalog.has_column_privilege(a.attrelid, a.attnum, 'UPDATE'))::text, "
     "coalesce(pg_catalog.array_position(pg_catalog.string_to_array(i.indkey::text, ' ')::int[], "
     "a.attnum::int), "
-    "0)::text, coalesce(pg_catalog.format_type(t.typbasetype, t.typtypmod), ''), (t.typcategory = 'S')::text "
+    "0)::text, coalesce(pg_catalog.format_type(t.typbasetype, t.typtypmod), ''), (t.typcategory = "
+    "'S')::text, "
+    "pg_catalog.has_column_privilege(a.attrelid, a.attnum, 'SELECT')::text "
     "FROM pg_catalog.pg_attribute a JOIN pg_catalog.pg_type t ON t.oid = a.atttypid "
     "JOIN pg_catalog.pg_namespace tn ON tn.oid = t.typnamespace "
     "LEFT JOIN pg_catalog.pg_type b ON b.oid = t.typbasetype "
@@ -75,7 +77,9 @@ bool ServerTable::hasHiddenKey() const {
 std::vector<const ServerColumn*> ServerTable::keyColumns() const {
   std::vector<const ServerColumn*> keys;
   for (const ServerColumn& column : columns) {
-    if (column.keyPosition > 0) keys.push_back(&column);
+    if (column.keyPosition == 0) continue;
+    if (!column.isReadable) return {};
+    keys.push_back(&column);
   }
   std::sort(keys.begin(), keys.end(), [](const ServerColumn* left, const ServerColumn* right) {
     return left->keyPosition < right->keyPosition;
@@ -94,7 +98,8 @@ std::vector<std::string> ServerTable::fieldNames() const {
   const bool hides = hasHiddenKey();
   std::vector<std::string> names;
   for (const ServerColumn& column : columns) {
-    if (!hides || column.name != kHiddenKey) names.push_back(column.name);
+    const bool isField = column.isReadable && (!hides || column.name != kHiddenKey);
+    if (isField) names.push_back(column.name);
   }
   return names;
 }
@@ -202,6 +207,7 @@ Status ServerCatalogue::readColumns(ServerTable* table) {
     column.holdsTexts = isTrue(row[8]);
     column.notNull = isTrue(row[4]);
     column.isWritable = isTrue(row[5]);
+    column.isReadable = isTrue(row[9]);
     column.keyPosition = std::stoi(textOf(row[6]));
     table->columns.push_back(std::move(column));
   }

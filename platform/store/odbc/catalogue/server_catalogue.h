@@ -24,6 +24,7 @@ struct ServerColumn {
   bool holdsTexts = false;  ///< also an empty one, which for the server is no value of any other type
   int keyPosition = 0;      ///< 1-based place in the primary key
   bool notNull = false;
+  bool isReadable = true;   ///< by this user: what is not is no field
   bool isWritable = false;  ///< by this user, and not computed by the server
   Reference reference;
 };
@@ -42,7 +43,7 @@ struct ServerTable {
   std::vector<ServerColumn> columns;  ///< in their order, the hidden key included
 
   bool hasHiddenKey() const;
-  /// The key columns in the key's order.
+  /// The key columns in the key's order; none where the user may not read all of them.
   std::vector<const ServerColumn*> keyColumns() const;
   const ServerColumn* find(std::string_view column) const;
   /// The names of all columns that are fields.

@@ -72,6 +72,10 @@ Status OdbcStatement::outcomeOf(SQLRETURN result, bool gaveUp) {
   if (SQL_SUCCEEDED(result) || result == SQL_NO_DATA) return {};
   const Diagnosis diagnosis = diagnose(call_->session->functions(), SQL_HANDLE_STMT, call_->handle.get());
   Status status = statusOf(diagnosis);
+  // By a limit of its own, or by its keeper.
+  if (status.code() == ErrorCode::stopped && !wasCancelled_) {
+    status = {ErrorCode::inputOutput, "The server has stopped the statement: " + diagnosis.message};
+  }
   SQLINTEGER isDead = SQL_CD_FALSE;
   call_->session->functions().getConnectionAttribute(call_->session->handle(), SQL_ATTR_CONNECTION_DEAD,
                                                      &isDead, 0, nullptr);
