@@ -11,7 +11,8 @@ namespace store {
 /// Fails, leaving nothing behind, with
 ///  - fileExists: something stands at `path` already;
 ///  - cannotOpen: no file can be made there;
-///  - locked, inputOutput (the disk is full), outOfMemory.
+///  - locked, inputOutput (the disk is full), outOfMemory;
+///  - stopped: who watches over the source wanted it.
 /// Made inside a Use of the source's guard.
 Status copyDatabase(SqliteConnection& source, const std::string& path);
 

@@ -75,6 +75,37 @@ TEST_F(StopTest, AChangeThatIsStoppedHasChangedNothing) {
   expectUsable();
 }
 
+TEST_F(StopTest, ACopyOfTheFileIsStoppedAndLeavesNothing) {
+  run("INSERT INTO t SELECT a, b || b FROM t");
+  const std::filesystem::path copy = folder_.file("copy.cdb");
+  stopAtQuestion(2);
+  EXPECT_EQ(ErrorCode::stopped, backend_->saveCopy(utf8Of(copy)).code());
+  EXPECT_EQ(2, asked_);
+  for (const char* name : {"copy.cdb", "copy.cdb-journal"}) EXPECT_FALSE(exists(folder_.file(name))) << name;
+  EXPECT_EQ("20000", OtherProgram(path_).ask("SELECT count(*) FROM t WHERE length(b) = 50"));
+  OtherProgram(path_).run("DELETE FROM t WHERE length(b) > 50");
+  expectUsable();
+}
+
+TEST_F(StopTest, ACopyIsOfOneMomentWhateverIsWrittenMeanwhile) {
+  OtherProgram(path_).run("PRAGMA journal_mode=WAL; INSERT INTO t SELECT a, b || b FROM t");
+  OtherProgram other(path_);
+  int writings = 0;
+  backend_->askWhileBusy([&](Busy) {
+    other.run("UPDATE t SET a = a + 100000");
+    ++writings;
+    return false;
+  });
+  const std::filesystem::path copy = folder_.file("copy.cdb");
+  const Status copied = backend_->saveCopy(utf8Of(copy));
+  backend_->askWhileBusy(nullptr);
+  ASSERT_TRUE(copied) << copied.message();
+  EXPECT_GT(writings, 1) << "it was copied in one step";
+  OtherProgram reader(copy);
+  EXPECT_EQ("ok", reader.ask("PRAGMA integrity_check"));
+  EXPECT_EQ("40000 1 20000", reader.ask("SELECT count(*) || ' ' || min(a) || ' ' || max(a) FROM t"));
+}
+
 TEST_F(StopTest, AnUpdateOfARecordAsksNobodyOnceItIsBeingStored) {
   const auto rows = records("Select * from [t]");
   backend_->askWhileBusy([](Busy) { return true; });
