@@ -347,7 +347,7 @@ class SettingsInUseTest : public SettingsInFileTest {
       while (!isOver) holdForOneself(path()).reset();
     });
     int refused = 0;
-    for (int i = 0; i < 40 || (refused == 0 && i < 4000); ++i) {
+    for (int i = 0; i < 150 || (refused == 0 && i < 4000); ++i) {
       if (settingsFile_.read(kKey, L"a", value) == Found::unreadable) ++refused;
       change(i);
     }
