@@ -392,6 +392,8 @@ class Document : private BusyListener {
   void breakSearchOff(const Outcome& failure);
   Outcome storeShownRecord();
   bool settleRecord();
+  /// Tells what the store refused and asks for it.
+  bool mayDiscardTyped(const Outcome& refused);
   void discardTyped();
   void showNoRecords();
   void tellLeftOut(const NameList& fields);

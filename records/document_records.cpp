@@ -38,11 +38,15 @@ bool Document::canLeaveRecord() {
     if (end == LostFileEnd::settled) stored = storeShownRecord();
   }
   if (stored) return lookAfterFile();
-  const std::wstring text = std::wstring(L"The record could not be written.\n") + stored.reason().text() +
-                            L"\n\nDo you want to discard what was typed?";
-  if (!pages_.prompts.ask(PromptOwner::mainWindow, Question::discard, text.c_str())) return false;
+  if (!mayDiscardTyped(stored)) return false;
   discardTyped();
   return true;
+}
+
+bool Document::mayDiscardTyped(const Outcome& refused) {
+  const std::wstring text = std::wstring(L"The record could not be written.\n") + refused.reason().text() +
+                            L"\n\nDo you want to discard what was typed?";
+  return pages_.prompts.ask(PromptOwner::mainWindow, Question::discard, text.c_str());
 }
 
 /// For what needs nothing unstored on a form that stays in sight: it shows what the file holds now, and a

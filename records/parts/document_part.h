@@ -50,6 +50,7 @@ class DocumentPart {
 
   Outcome storeShownRecord() const { return document_.storeShownRecord(); }
   bool settleRecord() const { return document_.settleRecord(); }
+  bool mayDiscardTyped(const Outcome& refused) const { return document_.mayDiscardTyped(refused); }
   void discardTyped() const { document_.discardTyped(); }
   bool canChangeFile() const { return document_.canChangeFile(); }
   void refuse(const wchar_t* text) const { document_.refuse(PromptOwner::mainWindow, text); }

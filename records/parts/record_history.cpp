@@ -107,10 +107,11 @@ std::optional<ViewMode> RecordHistory::take(HistoryWay way) {
     return std::nullopt;
   }
   const RecordSnapshot before = takesTyped ? readBefore() : RecordSnapshot();
-  // What is refused is left as it is, and nothing older is taken for it.
+  // Nothing older is taken for what is refused. To have it off the form again is what the user asks for.
   if (hasTyped()) {
     if (const Outcome stored = storeShownRecord(); !stored) {
-      tellFailure(L"The record could not be written.", stored.reason());
+      if (!takesTyped) tellFailure(L"The record could not be written.", stored.reason());
+      if (takesTyped && mayDiscardTyped(stored)) takeTypedOff();
       return std::nullopt;
     }
   }

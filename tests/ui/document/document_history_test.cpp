@@ -122,6 +122,35 @@ TEST_F(DocumentHistoryTest, WhatIsTypedIsTheNewestChange) {
   EXPECT_EQ(value(), L"11");
 }
 
+TEST_F(DocumentHistoryTest, WhatIsTypedAndRefusedIsTakenOffTheFormWhenTheUserAgrees) {
+  runStatements(path(), {L"CREATE TABLE 'Fourth' (a Integer UNIQUE)", L"INSERT INTO Fourth VALUES (1)",
+                         L"INSERT INTO Fourth VALUES (2)"});
+  open();
+  document().openTableSelection(3);
+  document().setViewMode(ViewMode::form);
+  type(L"3");
+  document().moveNextRecord();
+  document().moveFirstRecord();
+  for (const bool isNew : {false, true}) {
+    if (isNew) document().newRecord();
+    const std::wstring before = value();
+    type(L"2");
+    window().prompts.agrees = false;
+    EXPECT_FALSE(undo());
+    ASSERT_EQ(messages().size(), 1u);
+    EXPECT_THAT(messages().front().text, HasSubstr(L"Do you want to discard what was typed?"));
+    EXPECT_EQ(window().form.fields.front().content, L"2") << "the form stays as it is";
+    window().prompts.agrees = true;
+    window().prompts.messages.clear();
+    EXPECT_FALSE(undo());
+    EXPECT_EQ(messages().size(), 1u);
+    EXPECT_EQ(value(), isNew ? L"2" : before);
+    EXPECT_FALSE(document().isNewRecordPending());
+    EXPECT_THAT(stored(L"Select * from [Fourth]"), ElementsAre(L"3", L"2")) << "nothing older was taken back";
+    window().prompts.messages.clear();
+  }
+}
+
 TEST_F(DocumentHistoryTest, ADeletedRecordComesBackInItsPlace) {
   openOn(ViewMode::form);
   document().moveNextRecord();
