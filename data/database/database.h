@@ -374,8 +374,8 @@ class Database {
   /// Always true; `names` is left as it was when there is no such table or it can't be read, which `read`
   /// says unless it is null.
   bool listQueries(NameList& names, Outcome* read = nullptr);
-  /// True when the table could be read and has that index.
-  bool getQuery(std::uint32_t index, SavedQuery& query);
+  /// True when the table could be read and has that index; `read` says why not, unless it is null.
+  bool getQuery(std::uint32_t index, SavedQuery& query, Outcome* read = nullptr);
   /// Each is true when the table could be read and has that index, whether or not the query was changed:
   /// that is what `change` says, unless it is null. A query that is no longer what was `seen` is left alone;
   /// of a query that is deleted the name is compared. Null compares nothing.

@@ -37,6 +37,13 @@ Outcome compareQuery(RecordsetHandle& queries, const String& name, const String*
   return Outcome::failure(L"Another program has changed it meanwhile.", Outcome::Cause::changedElsewhere);
 }
 
+/// It would not open either if it were there.
+bool saysNothingOfTable(const Outcome& opened) {
+  using Cause = Outcome::Cause;
+  return opened.cause() == Cause::notNow || opened.cause() == Cause::stopped ||
+         opened.cause() == Cause::passwordWanted;
+}
+
 void tell(Outcome* change, Outcome outcome) {
   if (change) *change = std::move(outcome);
 }
@@ -65,22 +72,30 @@ Outcome Database::readQueryNames(NameList& names) {
   return {};
 }
 
-bool Database::getQuery(std::uint32_t index, SavedQuery& query) {
+bool Database::getQuery(std::uint32_t index, SavedQuery& query, Outcome* read) {
   RecordsetHandle queries;
   SavedQuery stored;
-  if (!openQueryAt(index, queries) || !readQuery(queries, stored)) return false;
-  query = std::move(stored);
-  return true;
+  Outcome found = openQueryAt(index, queries);
+  if (found) found = readQuery(queries, stored);
+  const bool isFound = static_cast<bool>(found);
+  if (isFound) query = std::move(stored);
+  tell(read, std::move(found));
+  return isFound;
 }
 
 bool Database::addQuery(const SavedQuery& query, Outcome* change) {
   RecordsetHandle queries;
-  if (!openQueries(queries)) {
+  if (Outcome opened = openQueries(queries); !opened) {
+    // Behind a lock the table may well be there.
+    if (saysNothingOfTable(opened)) {
+      tell(change, std::move(opened));
+      return false;
+    }
     if (Outcome created = connection_->execute(kCreateTable); !created) {
       tell(change, std::move(created));
       return false;
     }
-    if (Outcome opened = openQueries(queries); !opened) {
+    if (opened = openQueries(queries); !opened) {
       tell(change, std::move(opened));
       return true;
     }

@@ -1,5 +1,6 @@
 #include <string>
 
+#include "data/handles/adoce_constants.h"
 #include "gmock/gmock.h"
 #include "tests/unit/data/fake_store.h"
 #include "tests/unit/data/store_fixture.h"
@@ -198,6 +199,17 @@ TEST_F(FakeQueriesTest, AddingWithoutTheTableSendsExactlyItsStatement) {
       store_.statements,
       ElementsAre(kSelect,
                   "Execute CREATE TABLE 'QuivaneQueries' (QueryName Text ,SQL Text) options 1 in a.cdb"));
+}
+
+TEST_F(FakeQueriesTest, WhereTheTableCantBeSeenNowNoneIsMade) {
+  for (const HRESULT result : {kLocked, kStopped, kPasswordWanted}) {
+    store_.statements.clear();
+    store_.openResult = result;
+    Outcome change;
+    EXPECT_FALSE(database_.addQuery({L"a", L"1"}, &change));
+    EXPECT_FALSE(change);
+    EXPECT_THAT(store_.statements, ElementsAre(kSelect)) << result;
+  }
 }
 
 TEST_F(FakeQueriesTest, TheOneAtThatPlaceIsChangedOrDeleted) {
