@@ -11,7 +11,6 @@
 #include "base/string.h"
 #include "data/database/look_up_records.h"
 #include "data/database/record_counters.h"
-#include "data/database/record_mark.h"
 #include "data/database/saved_query.h"
 #include "data/handles/database_copy.h"
 #include "data/handles/exported_records.h"
@@ -20,6 +19,7 @@
 #include "data/outcome.h"
 #include "data/values/bytes.h"
 #include "data/values/field_value_source.h"
+#include "data/values/record_mark.h"
 #include "data/values/record_snapshot.h"
 #include "data/values/schema.h"
 
@@ -405,6 +405,9 @@ class Database {
   void setRecordCount(std::uint32_t count);
   bool hasSameFields(RecordsetHandle& other) const;
   bool holds(const RecordSnapshot& present, const RecordSnapshot& seen) const;
+  RecordMark markOf(RecordsetHandle& records) const;
+  bool standAt(const RecordSnapshot& seen);
+  Outcome checkOnlyOne(const RecordSnapshot& seen) const;
   Outcome returnTo(const RecordSnapshot& seen);
   Outcome returnOrReopen(const RecordSnapshot& seen);
   Outcome writeAndStore(const FieldEditors& editors, NameList& leftOut);
@@ -426,7 +429,8 @@ class Database {
   String copiesFolder_;  // empty while no copies are kept
   String path_;
   bool newRecordPending_ = false;
-  String recordsetSql_;  // what the current recordset was opened from
+  String recordsetSql_;    // what the current recordset was opened from
+  unsigned rebuilds_ = 0;  // of times that the records were opened anew because the tables became others
   std::uint32_t recordCount_ = 0;
   std::uint32_t fieldCount_ = 0;
   NameList fieldNames_;

@@ -104,6 +104,7 @@ bool Database::reopenSameFields() {
   if (newRecordPending_ && !reopened->addNew()) return false;
   const std::uint32_t count = countOf(*reopened);
   takeInPlace(std::move(reopened));
+  ++rebuilds_;
   setRecordCount(count + (newRecordPending_ ? 1 : 0));
   return true;
 }
@@ -118,9 +119,15 @@ void Database::takeInPlace(std::unique_ptr<RecordsetHandle> records) {
 }
 
 RecordMark Database::markRecord(std::uint32_t position) {
-  RecordMark mark;
   const bool isThere = position != 0 && position <= recordCount_ && moveForList(position - 1);
-  if (!isThere || !listRows_->bookmark(mark.key_)) mark.key_.clear();
+  return isThere ? markOf(*listRows_) : RecordMark();
+}
+
+/// Of the current one.
+RecordMark Database::markOf(RecordsetHandle& records) const {
+  RecordMark mark;
+  if (!records.bookmark(mark.key_)) mark.key_.clear();
+  mark.rebuilds_ = rebuilds_;
   return mark;
 }
 

@@ -79,12 +79,52 @@ Outcome Database::deleteRecord(const RecordSnapshot& seen) {
 Outcome Database::returnTo(const RecordSnapshot& seen) {
   if (seen.isEmpty()) return Outcome::failure(L"It was not read.");
   if (!seen.isReadable() && seen.outcome().cause() != Outcome::Cause::recordGone) return seen.outcome();
-  if (!moveTo(seen.position())) return Outcome::failure(L"It can no longer be reached.");
+  if (!standAt(seen)) {
+    return Outcome::failure(L"It can no longer be reached.", Outcome::Cause::changedElsewhere);
+  }
   const RecordSnapshot present = readRecord();
   if (!present.isReadable()) return present.outcome();
-  if (holds(present, seen)) return {};
-  return Outcome::failure(L"Another program has changed the record since it was read.",
-                          Outcome::Cause::changedElsewhere);
+  if (!holds(present, seen)) {
+    return Outcome::failure(L"Another program has changed the record since it was read.",
+                            Outcome::Cause::changedElsewhere);
+  }
+  return seen.mark().rebuilds_ == rebuilds_ ? Outcome() : checkOnlyOne(seen);
+}
+
+/// By its key: its place is another one when its records were opened anew meanwhile. False when it is none of
+/// them; the one that stands in its place is current then.
+bool Database::standAt(const RecordSnapshot& seen) {
+  const RecordMark& mark = seen.mark();
+  if (mark.isEmpty()) return moveTo(seen.position());
+  if (recordCount_ == 0 || !moveTo(std::clamp(seen.position(), 1u, recordCount_))) return false;
+  if (!recordset_->goTo(mark.key_)) return false;
+  currentRecord = static_cast<std::uint32_t>(std::max(recordset_->position(), 1L));
+  return true;
+}
+
+/// A program that rebuilds the file may give the key of a record to another one, so that no more than the
+/// values tell whether it is the same.
+Outcome Database::checkOnlyOne(const RecordSnapshot& seen) const {
+  const std::unique_ptr<RecordsetHandle> records = recordset_->clone();
+  const std::uint32_t count = records ? countOf(*records) : 0;
+  unsigned same = 0;
+  for (std::uint32_t passed = 0; passed < count; ++passed) {
+    bool isSame = true;
+    for (std::uint32_t field = 0; field < fieldCount_ && isSame; ++field) {
+      if (isFieldReadOnly(field)) continue;
+      ValueBeginning present;
+      Outcome read = records->field(static_cast<LONG>(field)).readBeginning(kMostReadBytes, present);
+      if (!read && read.cause() != Outcome::Cause::recordGone) return read;
+      isSame = read && isSameBeginning(present, seen.fields()[field].read);
+    }
+    if (isSame) ++same;
+    if (same > 1) break;
+    if (Outcome read = records->readOn(); !read) return read;
+  }
+  if (same == 1) return {};
+  return Outcome::failure(
+      L"Another program has changed the structure of the database, and another record holds the same.",
+      Outcome::Cause::changedElsewhere);
 }
 
 Outcome Database::returnOrReopen(const RecordSnapshot& seen) {

@@ -32,7 +32,7 @@ RecordSnapshot Database::readFrom(RecordsetHandle& records, std::uint32_t positi
     field.text = textOfBeginning(fieldType(index), field.read);
     field.state = stateOf(field.read.value, field.text);
   }
-  return {position, isNew, std::move(fields)};
+  return {position, isNew, std::move(fields), isNew ? RecordMark() : markOf(records)};
 }
 
 String Database::valueText(std::uint32_t field) {

@@ -5,6 +5,7 @@
 
 #include "base/string.h"
 #include "data/outcome.h"
+#include "data/values/record_mark.h"
 #include "data/values/value_beginning.h"
 
 /// Of a text or of bytes no more than this is read, in the file's own length. It is more than any control
@@ -33,7 +34,7 @@ class RecordSnapshot {
   /// Of no record: nothing was read.
   RecordSnapshot() = default;
   /// Of the record at `position` (from 1). `isNew` for one that is not stored yet.
-  RecordSnapshot(std::uint32_t position, bool isNew, std::vector<FieldSnapshot> fields);
+  RecordSnapshot(std::uint32_t position, bool isNew, std::vector<FieldSnapshot> fields, RecordMark mark);
   /// Of a record that could not be read.
   RecordSnapshot(std::uint32_t position, Outcome failure);
 
@@ -46,6 +47,8 @@ class RecordSnapshot {
 
   std::uint32_t position() const { return position_; }
   bool isNew() const { return isNew_; }
+  /// Empty for a record that is not stored yet, and where the components name none.
+  const RecordMark& mark() const { return mark_; }
   /// In field order; none of a record that is not readable.
   const std::vector<FieldSnapshot>& fields() const { return fields_; }
 
@@ -55,4 +58,5 @@ class RecordSnapshot {
   std::uint32_t position_ = 0;
   Outcome outcome_;
   std::vector<FieldSnapshot> fields_;
+  RecordMark mark_;
 };

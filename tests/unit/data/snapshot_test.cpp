@@ -208,6 +208,60 @@ TEST_F(SnapshotTest, AfterAnotherProgramsVacuumTheRecordIsChangedAllTheSame) {
   EXPECT_EQ(everything(), L"1x 2changed 3z");
 }
 
+TEST_F(SnapshotTest, AfterAnotherProgramsIndexTheRecordIsFoundByItsKey) {
+  openThree();
+  const RecordSnapshot second = (database_.moveTo(2), database_.readRecord());
+  elsewhere(L"DELETE FROM t WHERE a = 1");
+  elsewhere(L"CREATE INDEX i ON t (b)");
+  EXPECT_TRUE(change(second, L"changed"));
+  EXPECT_EQ(everything(), L"2changed 3z");
+  EXPECT_EQ(currentRecord, 1u);
+  const RecordSnapshot third = (database_.moveTo(2), database_.readRecord());
+  elsewhere(L"INSERT INTO t (rowid, a, b) VALUES (1, 1, 'x')");
+  elsewhere(L"DROP INDEX i");
+  EXPECT_TRUE(database_.deleteRecord(third));
+  EXPECT_EQ(everything(), L"1x 2changed");
+}
+
+TEST_F(SnapshotTest, OfRecordsThatShowTheSameNoneIsTakenForAnother) {
+  openTable(L"city text, month text", {L"'Oslo', 'Jan'", L"'Rome', 'Feb'", L"'Rome', 'Mar'"});
+  ASSERT_TRUE(database_.openRecordset(L"Select city from t"));
+  currentRecord = 1;
+  const RecordSnapshot second = (database_.moveTo(2), database_.readRecord());
+  elsewhere(L"DELETE FROM t WHERE city = 'Oslo'");
+  elsewhere(L"CREATE INDEX i ON t (city)");
+  const FakeEditor city = FakeEditor::withText(L"Roma");
+  NameList leftOut;
+  // A program may have given its key to the other one.
+  for (int i = 0; i < 2; ++i) {
+    const Outcome refused = database_.storeRecord(second, {&city}, leftOut);
+    EXPECT_EQ(refused.cause(), Cause::changedElsewhere);
+    EXPECT_THAT(std::wstring(refused.reason().text()), HasSubstr(L"another record holds the same"));
+    EXPECT_EQ(database_.deleteRecord(second).cause(), Cause::changedElsewhere);
+  }
+  EXPECT_EQ(stored(L"Select group_concat(city || month, ' ') from t"), L"RomeFeb RomeMar");
+  const RecordSnapshot again = (database_.moveTo(1), database_.readRecord());
+  EXPECT_TRUE(database_.storeRecord(again, {&city}, leftOut)) << "what is read now is told apart by its key";
+  EXPECT_EQ(stored(L"Select group_concat(city || month, ' ') from t"), L"RomaFeb RomeMar");
+}
+
+TEST_F(SnapshotTest, ARecordThatIsGoneFromARebuiltFileIsNoOther) {
+  openTable(L"city text, month text", {L"'Oslo', 'Jan'", L"'Rome', 'Feb'", L"'Rome', 'Mar'"});
+  ASSERT_TRUE(database_.openRecordset(L"Select city from t"));
+  currentRecord = 1;
+  const RecordSnapshot third = (database_.moveTo(3), database_.readRecord());
+  elsewhere(L"DELETE FROM t WHERE month = 'Jan'");
+  elsewhere(L"VACUUM");
+  const FakeEditor city = FakeEditor::withText(L"Roma");
+  NameList leftOut;
+  EXPECT_EQ(database_.storeRecord(third, {&city}, leftOut).cause(), Cause::changedElsewhere);
+  EXPECT_LE(currentRecord, database_.recordCount());
+  EXPECT_EQ(database_.deleteRecord(third).cause(), Cause::changedElsewhere) << "it may be there";
+  EXPECT_EQ(stored(L"Select group_concat(city || month, ' ') from t"), L"RomeFeb RomeMar");
+  elsewhere(L"DELETE FROM t");
+  EXPECT_FALSE(database_.storeRecord(third, {&city}, leftOut));
+}
+
 TEST_F(SnapshotTest, ANewRecordSurvivesAnotherProgramsIndex) {
   openThree();
   ASSERT_TRUE(database_.addNew());

@@ -11,4 +11,5 @@ class RecordMark {
  private:
   friend class Database;
   Variant key_;
+  unsigned rebuilds_ = 0;  // what the Database had counted of them when the record was marked
 };
