@@ -73,7 +73,7 @@ class TableRows : public RowSource {
   std::vector<Column> columns_;
   std::vector<std::string> tableColumns_;
   std::string tableName_;
-  std::string table_;                    // the same, quoted
+  std::string table_;                       // the same, quoted
   bool tupleKeyed_;                         // by primary key instead of row id
   std::vector<std::string> keyColumns_;     // the table's columns that hold the key, if columns do
   std::vector<std::string> keyNames_;       // what reads the key in a statement on the table alone, quoted
