@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <optional>
 
 #include "base/variant.h"
@@ -46,13 +47,21 @@ Variant convertedText(const String& text, VARTYPE type) {
   return converted;
 }
 
-/// Whole numbers that their field's type can't hold stand in files of other programs; a field that
-/// holds one takes others like it.
+bool isFraction(const Variant& number) {
+  return number.type() == VT_R8 && number.get().dblVal != std::trunc(number.get().dblVal);
+}
+
+/// Numbers that their field's type can't hold stand in files of other programs; a field that holds one takes
+/// others like it.
 template <VARTYPE own>
 Variant numberFrom(const FieldValueSource& editor, const Variant& stored) {
   const String text = editor.text();
+  if (stored.type() == VT_R8) {
+    if (Variant real = convertedText(text, VT_R8); isFraction(real)) return real;
+  }
   Variant number = convertedText(text, own);
-  const bool holdsOther = stored.type() == VT_DECIMAL || (stored.type() == VT_I4 && own != VT_I4);
+  const bool holdsOther =
+      stored.type() == VT_DECIMAL || stored.type() == VT_R8 || (stored.type() == VT_I4 && own != VT_I4);
   if (number.type() == VT_EMPTY && holdsOther) number = convertedText(text, VT_DECIMAL);
   return number;
 }

@@ -52,6 +52,23 @@ TEST_F(ValueWritingTest, NumbersAreReadAsTheSystemReadsThem) {
   EXPECT_EQ(kept(L"a"), L"integer 2") << "halves go to the even number";
 }
 
+TEST_F(ValueWritingTest, AFieldThatHoldsAFractionTakesAnother) {
+  openTable(L"a integer, b smallint, c \"unsigned integer\", d integer, e integer, f integer",
+            {L"1.5, -2.25, 0.5, 1.5, 1.5, 1.5"});
+  write(0, L"1.7");
+  write(1, L"-2.75");
+  write(2, L"1e-3");
+  write(3, L"2");
+  write(4, L"9007199254740993");
+  write(5, L"abc");
+  EXPECT_EQ(kept(L"a"), L"real 1.7");
+  EXPECT_EQ(kept(L"b"), L"real -2.75");
+  EXPECT_EQ(kept(L"c"), L"real 0.001");
+  EXPECT_EQ(kept(L"d"), L"integer 2");
+  EXPECT_EQ(kept(L"e"), L"integer 9007199254740993");
+  EXPECT_EQ(stored(L"Select f from t"), L"(null)");
+}
+
 TEST_F(ValueWritingTest, AbcInAnIntegerFieldLeavesItEmpty) {
   openTable(L"a integer", {L"5"});
   write(0, L"abc");

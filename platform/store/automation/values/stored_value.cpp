@@ -210,13 +210,23 @@ Outcome toBytes(const VARIANT& given, Value* value) {
   return {};
 }
 
-/// The same for a column that other programs may fill with any 64-bit number: it takes such a number from
-/// a type that was made for it (as the field itself shows one), and from every type where it holds one.
+bool isFraction(const VARIANT& value) {
+  if (V_VT(&value) != VT_R8 && V_VT(&value) != VT_R4) return false;
+  const double number = *doubleOf(value);
+  return std::isfinite(number) && number != std::trunc(number);
+}
+
+/// The same for a column that other programs may fill with any number: it takes one of 64 bits from a type
+/// that was made for it (as the field itself shows one), and from every type where it holds one, and a
+/// fraction where it holds one.
 Outcome toColumnInteger(const VARIANT& given, Range range, bool takesWide, const Cell& present,
                         Value* value) {
   const VARTYPE type = V_VT(&given);
   const bool isWide = takesWide && (type == VT_DECIMAL || type == VT_I8 || type == VT_UI8);
-  const bool holdsWide = present.kind == CellKind::integer && !isWithin(present.integer, range);
+  const bool holdsReal = present.kind == CellKind::real;
+  const bool holdsWide =
+      holdsReal || (present.kind == CellKind::integer && !isWithin(present.integer, range));
+  if (holdsReal && isFraction(given)) return toReal(given, value);
   return toInteger(given, isWide || holdsWide ? kRangeOf<std::int64_t> : range, value);
 }
 

@@ -28,8 +28,10 @@ OwnedVariant shownValue(const store::Cell& cell, const store::FieldType& type);
 /// the automation's rules in the user's locale; true is stored as 1. A text into a binary field gives
 /// its UTF-16 units in little-endian order, and bytes into a text field likewise. A column without a
 /// type keeps the kind of the value; only a text that replaces a number and reads as one stays a number.
-/// Whole numbers beyond the type's range, up to 64 bits with a sign, are taken where the field holds one,
-/// and by an Integer column from VT_DECIMAL, VT_I8 and VT_UI8.
+/// Whole numbers beyond the type's range, up to 64 bits with a sign, are taken where the field holds one or a
+/// number that is not whole, and by an Integer column from VT_DECIMAL, VT_I8 and VT_UI8. A column of whole
+/// numbers takes a double or float that is not whole as it is where it holds such a number, and rounds it
+/// elsewhere.
 /// kConversion, with `*value` untouched, for what the field can't take. Throws std::bad_alloc.
 Outcome storedValue(const VARIANT& given, const store::FieldType& type, const store::Cell& present,
                     store::Value* value);
