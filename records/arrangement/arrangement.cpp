@@ -57,7 +57,7 @@ std::wstring conditionSql(const Arrangement::Condition& condition, const std::ve
   return L"1";
 }
 
-/// The line end is that of a comment with which a query may end.
+/// The line end is that of a comment with which a query may end (withoutEnd).
 std::wstring inParentheses(std::wstring_view sql) {
   return L"SELECT * FROM (" + withoutEnd(sql) + L"\n)";
 }

@@ -84,11 +84,25 @@ TEST(ArrangementTest, ConditionsAllHoldAndOneOfAFieldTakesThePlaceOfItsFormer) {
             L"Only where Title contains 'b' and Author is not empty and any column contains 'c'");
 }
 
-TEST(ArrangementTest, AQueryStandsInParenthesesWithItsCommentsAndWithoutItsSemicolons) {
+TEST(ArrangementTest, AQueryStandsInParenthesesWithoutWhatEndsIt) {
   Arrangement arrangement;
   arrangement.orderBy({L"a", false, Letters::asTheyAre});
-  EXPECT_EQ(arrangement.toSql(L"SELECT a FROM t -- all ; \n;; ", false, kFields),
-            L"SELECT * FROM (SELECT a FROM t -- all\n) ORDER BY [a]");
+  const auto inParentheses = [&](const wchar_t* sql) {
+    const std::wstring text = arrangement.toSql(sql, false, kFields);
+    const std::wstring before = L"SELECT * FROM (";
+    const std::wstring behind = L"\n) ORDER BY [a]";
+    EXPECT_TRUE(text.starts_with(before) && text.ends_with(behind)) << testing::PrintToString(text);
+    return text.substr(before.size(), text.size() - before.size() - behind.size());
+  };
+  EXPECT_EQ(inParentheses(L"SELECT 1; -- a"), L"SELECT 1");
+  EXPECT_EQ(inParentheses(L"SELECT ';--' ; /* b */ ;"), L"SELECT ';--'");
+  EXPECT_EQ(inParentheses(L"SELECT a FROM t -- all ; \n;; "), L"SELECT a FROM t");
+  EXPECT_EQ(inParentheses(L"SELECT a FROM t -- all"), L"SELECT a FROM t");
+  EXPECT_EQ(inParentheses(L"SELECT a -- the first\nFROM t; --"), L"SELECT a -- the first\nFROM t");
+  EXPECT_EQ(inParentheses(L"SELECT [;--] FROM \"/*\" /* ; "), L"SELECT [;--] FROM \"/*\"");
+  EXPECT_EQ(inParentheses(L"SELECT 'it''s; ' || `;` ;/**/"), L"SELECT 'it''s; ' || `;`");
+  EXPECT_EQ(inParentheses(L"SELECT a - - b / * c"), L"SELECT a - - b / * c");
+  EXPECT_EQ(inParentheses(L"; -- nothing"), L"");
 }
 
 TEST(ArrangementTest, NoNameIsTakenForAText) {
