@@ -160,7 +160,7 @@ def check(path, participants):
         return
     rows = {}
     for name, number, count, changed in connection.execute(
-            "SELECT writer, round, count(*), sum(state = 'changed') FROM t GROUP BY writer, round"):
+            "SELECT writer, round, count(*), sum(state IS 'changed') FROM t GROUP BY writer, round"):
         rows[name, number] = (count, changed)
     for participant in participants:
         for number in sorted(participant.acknowledged["added"]):
