@@ -60,13 +60,12 @@ void ColumnWidths::keep() {
   const auto entries = std::make_unique<Entries>();
   // Without the others none is written: they would be gone.
   if (!read(*entries)) return;
-  isChanged_ = false;
   auto place =
       std::find_if(entries->begin(), entries->end(), [this](const Entry& each) { return isOfSame(each); });
   if (place == entries->end()) --place;
   std::move_backward(entries->begin(), place, place + 1);
   entries->front() = entry_;
-  SettingsStore::write(Setting::columnWidths, wordsOf(*entries));
+  isChanged_ = !SettingsStore::write(Setting::columnWidths, wordsOf(*entries));
 }
 
 /// False when they can't be read; then there are none.

@@ -23,7 +23,7 @@ class ColumnWidths {
   /// Brought to what a column may have. A width that is the one there is already changes nothing.
   void set(const wchar_t* field, int width);
   /// Writes what was set since the last time, as that of the latest table or query. Nothing happens without a
-  /// change, nor while the settings can't be read; the change is kept for the next time then.
+  /// change. While the settings can't be read or written the change is kept for the next time.
   void keep();
 
  private:

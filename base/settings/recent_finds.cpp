@@ -45,7 +45,12 @@ void RecentFinds::remember(const String& text) {
   }
   const bool isStored =
       std::any_of(former.begin() + 1, former.end(), [&](const String& each) { return isEqual(each, text); });
-  int source = isStored ? kCount : kCount - 1;
+  // Where writing failed on the way a text stands in its former place, too, which is free then.
+  const auto twice =
+      std::adjacent_find(former.begin() + 1, former.end(),
+                         [](const String& a, const String& b) { return !a.isEmpty() && isEqual(a, b); });
+  const int freePlace = isStored || twice == former.end() ? 0 : static_cast<int>(twice - former.begin()) + 1;
+  int source = isStored || freePlace != 0 ? kCount : kCount - 1;
   int destination = kCount;
   bool dropped = false;
   for (int i = 0; i < kCount; ++i, --source) {
@@ -53,7 +58,7 @@ void RecentFinds::remember(const String& text) {
     // Free places hold the empty text, too. Where that is remembered one of them makes room; with all of
     // them gone the texts before them would stand in the list twice.
     const bool isKept = dropped && text.isEmpty();
-    if (isEqual(entry, text) && !isKept) {
+    if ((isEqual(entry, text) && !isKept) || source == freePlace) {
       dropped = true;
       continue;
     }

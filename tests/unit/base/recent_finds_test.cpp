@@ -93,6 +93,12 @@ TEST_F(RecentFindsTest, TheSameTextTwiceInARowLeavesTheListUnchanged) {
   EXPECT_EQ(stored(), once);
 }
 
+TEST_F(RecentFindsTest, ATextThatMovedOnAndLeftItselfBehindMakesRoom) {
+  store({L"a", L"a", L"c", L"d", L"e"});
+  RecentFinds::remember(L"x");
+  EXPECT_EQ(stored(), (Texts{L"x", L"a", L"c", L"d", L"e"}));
+}
+
 TEST_F(RecentFindsTest, TextsThatDifferInCaseOrLengthAreDifferent) {
   for (const wchar_t* text : {L"Word", L"word", L"words"}) RecentFinds::remember(text);
   EXPECT_EQ(listed(), (Texts{L"words", L"word", L"Word"}));
