@@ -44,6 +44,22 @@ class SilentCaller {
   OdbcConnection& inside_;
 };
 
+/// As long as it lives the process of a conversation does nothing. Left like that it would keep whoever drops
+/// a database waiting for good.
+class SilentConversation {
+ public:
+  explicit SilentConversation(std::string process) : process_(std::move(process)) { signal("STOP"); }
+  ~SilentConversation() { signal("CONT"); }
+
+ private:
+  void signal(const std::string& name) {
+    runOnServer("COPY (SELECT 1) TO PROGRAM 'cat >/dev/null; kill -" + name + " " + process_ + "'",
+                "postgres");
+  }
+
+  std::string process_;
+};
+
 TEST_F(ServerConnectionTest, AConnectionThatWasLostIsToldOnceAndBeginsAnew) {
   openRow("a text", "'a'");
   EXPECT_EQ("a", textOf(*rows_, 1));
@@ -134,8 +150,7 @@ TEST_F(ServerConnectionTest, AServerThatIsRestartedInTheMidstOfAWalkLosesNothing
 
 TEST_F(ServerConnectionTest, AServerThatDoesNotAnswerIsGivenUpWhenTheUserWants) {
   openRow("a text", "'a'");
-  const std::string server = columnOf("SELECT pg_backend_pid() FROM t");
-  runOnServer("COPY (SELECT 1) TO PROGRAM 'cat >/dev/null; kill -STOP " + server + "'", "postgres");
+  const SilentConversation silent(columnOf("SELECT pg_backend_pid() FROM t"));
   const auto start = std::chrono::steady_clock::now();
   backend_->askWhileBusy(
       [&](Busy) { return std::chrono::steady_clock::now() - start > std::chrono::seconds(1); });
@@ -189,19 +204,16 @@ TEST_F(ServerConnectionTest, KeysThatNobodyWantsAnyMoreAreNotWaitedForLong) {
 
 TEST_F(ServerConnectionTest, AChangeThatTheServerIsLeftAloneWithIsNotSaidToBeUndone) {
   openRow("a text", "'a'");
-  const std::string server = columnOf("SELECT pg_backend_pid() FROM t");
-  const auto signal = [&](const std::string& name) {
-    runOnServer("COPY (SELECT 1) TO PROGRAM 'cat >/dev/null; kill -" + name + " " + server + "'", "postgres");
-  };
+  const std::string process = columnOf("SELECT pg_backend_pid() FROM t");
   ASSERT_TRUE(rows_->addNew());
   ASSERT_TRUE(rows_->setValue(0, std::int64_t{2}));
-  signal("STOP");
+  auto silent = std::make_unique<SilentConversation>(process);
   const auto start = std::chrono::steady_clock::now();
   backend_->askWhileBusy(
       [&](Busy) { return std::chrono::steady_clock::now() - start > std::chrono::milliseconds(200); });
   const Status status = rows_->update();
   backend_->askWhileBusy({});
-  signal("CONT");
+  silent.reset();
   EXPECT_EQ(ErrorCode::inputOutput, status.code());
   EXPECT_NE(std::string::npos, status.message().find("is not known")) << status.message();
   EXPECT_EQ(EditMode::adding, rows_->editMode());
