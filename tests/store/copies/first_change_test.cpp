@@ -37,10 +37,12 @@ INSTANTIATE_TEST_SUITE_P(Modes, FirstChangeTest, testing::Values("DELETE", "WAL"
 
 TEST_P(FirstChangeTest, ARecordThatIsChangedAddedOrDeleted) {
   openKeeping();
-  const auto rows = records("Select * from [t]");
+  // Records that are still there would keep the database open, which brings the copy in beside the test.
+  auto rows = records("Select * from [t]");
   ASSERT_TRUE(rows->setValue(1, std::string("changed")) && rows->update());
   ASSERT_TRUE(rows->addNew() && rows->setValue(0, std::int64_t{4}) && rows->update());
   ASSERT_TRUE(rows->moveFirst() && rows->remove());
+  rows.reset();
   EXPECT_EQ("3", inFile("SELECT count(*) FROM t"));
   expectKeptOnce();
 }
