@@ -71,16 +71,19 @@ void PageBars::create(HINSTANCE instance, int page, HWND parent, HWND mainWindow
   const std::span<const BandLayout> bands = pageBands(page);
   if (bands.empty() || !createRebar(instance, parent)) return;
   const bool onForm = page == 1;
-  if (!createBand(instance, bands[0], mainWindow, onForm, first_)) return;
-  if (!createBand(instance, bands[1], mainWindow, onForm, second_)) return;
-  rebar::showBand(rebar(), 0);
-  rebar::showBand(rebar(), 1);
-  fillRow();
+  if (createBand(instance, bands[0], mainWindow, onForm, first_) &&
+      createBand(instance, bands[1], mainWindow, onForm, second_)) {
+    rebar::showBand(rebar(), 0);
+    rebar::showBand(rebar(), 1);
+    fillRow();
+  }
+  // Seen before, it would draw itself with each band that comes.
+  ShowWindow(rebar(), SW_SHOWNA);
 }
 
 bool PageBars::createRebar(HINSTANCE instance, HWND parent) {
-  constexpr DWORD kStyle = WS_CHILD | WS_VISIBLE | WS_CLIPSIBLINGS | WS_CLIPCHILDREN | WS_BORDER |
-                           RBS_VARHEIGHT | RBS_BANDBORDERS | CCS_NODIVIDER | CCS_NOPARENTALIGN;
+  constexpr DWORD kStyle = WS_CHILD | WS_CLIPSIBLINGS | WS_CLIPCHILDREN | WS_BORDER | RBS_VARHEIGHT |
+                           RBS_BANDBORDERS | CCS_NODIVIDER | CCS_NOPARENTALIGN;
   RECT client{};
   HandheldGetClientRect(parent, &client);
   rebar_.reset(HandheldCreateWindow(0, REBARCLASSNAMEW, L"", kStyle, 0, 0, client.right, kBandHeight, parent,

@@ -154,6 +154,17 @@ int NameListView::findItem(const String& name) const {
   return found < count ? static_cast<int>(found) : -1;
 }
 
+NameListView::Unseen::Unseen(NameListView& list)
+    : window_(list.window_), hadFocus_(GetFocus() == list.window_) {
+  ShowWindow(window_, SW_HIDE);
+}
+
+NameListView::Unseen::~Unseen() {
+  ShowWindow(window_, SW_SHOW);
+  // A window that is hidden loses the focus.
+  if (hadFocus_) SetFocus(window_);
+}
+
 void NameListView::refill(const NameList& names) {
   deleteAllItems();
   loadImages();
@@ -168,13 +179,8 @@ void NameListView::refill(const NameList& names) {
 }
 
 void NameListView::scrollThrough() {
-  const bool hadFocus = GetFocus() == window_;
-  hide();
   listview::ensureVisible(window_, count() - 1);
   listview::ensureVisible(window_, 0);
-  ShowWindow(window_, SW_SHOW);
-  // A window that is hidden loses the focus.
-  if (hadFocus) SetFocus(window_);
 }
 
 void NameListView::loadImages() {

@@ -59,9 +59,23 @@ class NameListView {
   void setSelectedIndex(int index) { selectedIndex_ = index; }
 
  protected:
+  /// The list is out of sight as long as this lives, which else draws its whole frame with each scroll bar
+  /// that comes or goes. Shown again it has the focus that it had.
+  class Unseen {
+   public:
+    explicit Unseen(NameListView& list);
+    ~Unseen();
+    Unseen(const Unseen&) = delete;
+    Unseen& operator=(const Unseen&) = delete;
+
+   private:
+    HWND window_;
+    bool hadFocus_;
+  };
+
   /// Replaces the items and selects none.
   void refill(const NameList& names);
-  /// Moves the view to the last and back to the first item, unseen.
+  /// Moves the view to the last and back to the first item.
   void scrollThrough();
 
  private:

@@ -7,9 +7,12 @@ QueriesListView::QueriesListView(HWND mainWindow)
                    L"Queries", 0) {}
 
 void QueriesListView::fill(const NameList& names) {
-  refill(names);
-  if (!names.isEmpty()) {
-    selectItem(selectedIndex());
-    scrollThrough();
+  if (names.isEmpty()) {
+    refill(names);
+    return;
   }
+  const Unseen unseen(*this);
+  refill(names);
+  selectItem(selectedIndex());
+  scrollThrough();
 }

@@ -19,12 +19,17 @@ String TablesListView::itemText(int index) {
 }
 
 void TablesListView::fill(const NameList& names, Positioning positioning, const String& name) {
-  refill(names);
-  if (!names.isEmpty()) {
+  if (names.isEmpty()) {
+    refill(names);
+    return;
+  }
+  {
+    const Unseen unseen(*this);
+    refill(names);
     setSelectedIndex(selectionRemembered_ ? positioned(positioning, name) : 0);
     scrollThrough();
-    selectItem(selectedIndex());
   }
+  selectItem(selectedIndex());
 }
 
 int TablesListView::positioned(Positioning positioning, const String& name) const {
