@@ -26,19 +26,6 @@ inline HIMAGELIST setImageList(HWND list, int which, HIMAGELIST images) {
       SendMessageW(list, LVM_SETIMAGELIST, static_cast<WPARAM>(which), reinterpret_cast<LPARAM>(images)));
 }
 
-/// Puts the icons in rows as the present width has room for.
-inline void arrange(HWND list) {
-  SendMessageW(list, LVM_ARRANGE, LVA_DEFAULT, 0);
-  // The bar that the former rows may have needed stays otherwise. These rows are as wide as the list.
-  const LONG_PTR type = GetWindowLongPtrW(list, GWL_STYLE) & LVS_TYPEMASK;
-  if (type == LVS_ICON || type == LVS_SMALLICON) ShowScrollBar(list, SB_HORZ, FALSE);
-}
-
-/// From the left edge of an icon to that of the next, and from top to top.
-inline void setIconSpacing(HWND list, int width, int height) {
-  SendMessageW(list, LVM_SETICONSPACING, 0, MAKELPARAM(width, height));
-}
-
 /// Keeps a list from reckoning its scroll bars and drawing itself anew after each change, for a scope.
 class RedrawingOff {
  public:
@@ -50,6 +37,24 @@ class RedrawingOff {
  private:
   HWND list_;
 };
+
+/// Puts the icons in rows as the present width has room for.
+inline void arrange(HWND list) {
+  {
+    // At its end the list reckons its scroll bars anew. It would keep those of the former rows, and what
+    // stands below them could not be scrolled into view.
+    const RedrawingOff off(list);
+    SendMessageW(list, LVM_ARRANGE, LVA_DEFAULT, 0);
+  }
+  // The bar that the former rows may have needed stays otherwise. These rows are as wide as the list.
+  const LONG_PTR type = GetWindowLongPtrW(list, GWL_STYLE) & LVS_TYPEMASK;
+  if (type == LVS_ICON || type == LVS_SMALLICON) ShowScrollBar(list, SB_HORZ, FALSE);
+}
+
+/// From the left edge of an icon to that of the next, and from top to top.
+inline void setIconSpacing(HWND list, int width, int height) {
+  SendMessageW(list, LVM_SETICONSPACING, 0, MAKELPARAM(width, height));
+}
 
 inline void setExtendedStyle(HWND list, DWORD style) {
   SendMessageW(list, LVM_SETEXTENDEDLISTVIEWSTYLE, 0, static_cast<LPARAM>(style));

@@ -174,6 +174,28 @@ TEST_F(TablesListViewTest, FiveThousandNamesStandInRowsAndNoneOnAnother) {
   }
 }
 
+TEST_F(TablesListViewTest, WhatIsChosenAmongManyIsInViewHoweverOftenTheListIsFilled) {
+  NameList many;
+  for (int number = 0; number < 40; ++number) many.append(std::to_wstring(number).c_str());
+  ShowWindow(GetAncestor(list(), GA_ROOT), SW_SHOWNA);
+  view().show();
+  view().fill(many, Positioning::first, L"");
+  view().itemText(0);
+  RECT inside{};
+  GetClientRect(list(), &inside);
+  for (const wchar_t* name : {L"39", L"20", L"39"}) {
+    view().fill(many, Positioning::byName, name);
+    const int chosen = selected(list());
+    EXPECT_EQ(view().itemText(chosen).text(), std::wstring(name));
+    RECT place{LVIR_ICON, 0, 0, 0};
+    ASSERT_NE(
+        SendMessageW(list(), LVM_GETITEMRECT, static_cast<WPARAM>(chosen), reinterpret_cast<LPARAM>(&place)),
+        0);
+    EXPECT_GE(place.top, 0) << testing::PrintToString(name);
+    EXPECT_LE(place.bottom, inside.bottom) << testing::PrintToString(name);
+  }
+}
+
 TEST_F(TablesListViewTest, AHiddenListStaysHiddenWhenItIsFilled) {
   view().hide();
   {
