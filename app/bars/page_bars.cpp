@@ -19,6 +19,9 @@ constexpr int kFormToolbarWidth = 100;
 constexpr SIZE kNewToolbar = {100, 30};
 constexpr int kImageSize = 16;
 constexpr SIZE kButtonSize = {23, 22};
+/// What the system leaves free above the buttons, and within them above and below their images, together. It
+/// is so many of the monitor's pixels at every zoom.
+constexpr int kAboveAndInButtons = 8;
 constexpr COLORREF kTransparent = RGB(192, 192, 192);
 
 /// Of the system's class, so the same for each rebar.
@@ -47,6 +50,12 @@ LRESULT CALLBACK rebarProcedure(HWND window, UINT message, WPARAM wParam, LPARAM
       break;
   }
   return CallWindowProcW(rebarOldProc, window, message, wParam, lParam);
+}
+
+/// In the monitor's pixels: what a band has besides what the system leaves free, so that the drawings stand
+/// in its middle at every zoom.
+int bandImageHeight() {
+  return rebar::childHeight(kBandHeight) - kAboveAndInButtons;
 }
 
 /// Of the window in a band, at least.
@@ -120,10 +129,11 @@ bool PageBars::createToolbar(HINSTANCE instance, const BandLayout& layout, HWND 
   const HWND bar = band.window.get();
   if (!bar) return false;
   HandheldNameControl(bar, 0, L"Commands");
-  band.images.reset(HandheldLoadImages(instance, layout.bitmap, kTransparent));
+  const int imageHeight = bandImageHeight();
+  band.images.reset(HandheldLoadImages(instance, layout.bitmap, kTransparent, imageHeight));
   toolbar::initialise(bar);
   toolbar::setCommandTarget(bar, mainWindow);
-  toolbar::setImageSize(bar, kImageSize, kImageSize);
+  toolbar::setImageSize(bar, HandheldToMonitor(kImageSize), imageHeight);
   toolbar::setButtonSize(bar, kButtonSize.cx, kButtonSize.cy);
   toolbar::setImages(bar, band.images.get());
 

@@ -12,6 +12,12 @@ namespace rebar {
 /// What the edges of a band add to the height of its window, at every zoom.
 inline constexpr int kBandEdges = 4;
 
+/// How high the window of a band is in the monitor's pixels, of which the edges, that don't grow with the
+/// zoom, leave it what they don't need.
+inline int childHeight(int handheldHeight) {
+  return HandheldToMonitor(handheldHeight + kBandEdges) - kBandEdges;
+}
+
 /// A band of fixed size with a window in it. Lengths are in handheld pixels.
 struct Band {
   UINT id;
@@ -30,8 +36,7 @@ inline bool appendBand(HWND rebar, const Band& band) {
   info.fStyle = RBBS_FIXEDSIZE | RBBS_CHILDEDGE;
   info.hwndChild = band.child;
   info.cxMinChild = static_cast<UINT>(HandheldToMonitor(band.minimumWidth));
-  // The edges, which don't grow with the zoom, leave the window what they don't need.
-  info.cyMinChild = static_cast<UINT>(HandheldToMonitor(band.minimumHeight + kBandEdges) - kBandEdges);
+  info.cyMinChild = static_cast<UINT>(childHeight(band.minimumHeight));
   info.cx = static_cast<UINT>(HandheldToMonitor(band.width));
   info.wID = band.id;
   if (band.namesImage) {

@@ -17,9 +17,9 @@ inline void initialise(HWND bar) {
   SendMessageW(bar, TB_BUTTONSTRUCTSIZE, sizeof(TBBUTTON), 0);
 }
 
-/// The size of every image; to be set before there are buttons.
+/// The size of every image, in the monitor's pixels; to be set before there are buttons.
 inline void setImageSize(HWND bar, int width, int height) {
-  SendMessageW(bar, TB_SETBITMAPSIZE, 0, MAKELPARAM(HandheldToMonitor(width), HandheldToMonitor(height)));
+  SendMessageW(bar, TB_SETBITMAPSIZE, 0, MAKELPARAM(width, height));
 }
 
 inline void setButtonSize(HWND bar, int width, int height) {

@@ -76,9 +76,11 @@ AYGSHELL_API INT_PTR HandheldDialogBox(HINSTANCE instance, WORD dialogId, HWND p
 
 /// An image list of 16 x 16 images from a strip in bitmap resource `bitmapId`, at the zoom. The pixels of
 /// colour `transparent` are transparent. The resources bitmapId + 1000 x 2, 3 and 4, where they exist,
-/// are the same strip drawn 2, 3 and 4 times as large; the next larger one is taken and reduced. Null
-/// when it fails; belongs to the caller.
-AYGSHELL_API HIMAGELIST HandheldLoadImages(HINSTANCE instance, WORD bitmapId, COLORREF transparent);
+/// are the same strip drawn 2, 3 and 4 times as large; the next larger one is taken and reduced. With a
+/// `height` the images are as many of the monitor's pixels high, if that is more, with the drawing in the
+/// middle. Null when it fails; belongs to the caller.
+AYGSHELL_API HIMAGELIST HandheldLoadImages(HINSTANCE instance, WORD bitmapId, COLORREF transparent,
+                                           int height = 0);
 /// An icon of size x size handheld pixels, from the best of the resource's images. Null when it fails;
 /// belongs to the caller.
 AYGSHELL_API HICON HandheldLoadIcon(HINSTANCE instance, WORD iconId, int size);

@@ -1,6 +1,7 @@
 #include "platform/pocketshell/menu/image_strip.h"
 
 #include "owners/control_handles.h"
+#include "tests/shell/drawn_picture.h"
 #include "tests/shell/shell_fixture.h"
 #include "tests/shell/shell_resources.h"
 
@@ -63,6 +64,12 @@ class LoadedImagesTest : public ShellTest {
     EXPECT_EQ(ImageList_GetImageCount(images.get()), 3);
     return {width, height};
   }
+  /// Without the byte that no colour is in.
+  static std::vector<std::uint32_t> colors(const DrawnPicture& picture) {
+    std::vector<std::uint32_t> pixels = picture.pixels();
+    for (std::uint32_t& pixel : pixels) pixel &= 0xFFFFFF;
+    return pixels;
+  }
 };
 
 TEST_F(LoadedImagesTest, HaveTheSizeOfTheZoom) {
@@ -71,6 +78,25 @@ TEST_F(LoadedImagesTest, HaveTheSizeOfTheZoom) {
     const SIZE size = sizeOfImages(IDB_STRIP);
     EXPECT_EQ(size.cx, 16 * zoom / 100);
     EXPECT_EQ(size.cy, 16 * zoom / 100);
+  }
+}
+
+TEST_F(LoadedImagesTest, AreAsHighAsIsAskedForWithTheDrawingInTheMiddle) {
+  const UniqueImageList images(
+      HandheldLoadImages(GetModuleHandleW(nullptr), IDB_STRIP, RGB(192, 192, 192), 26));
+  const UniqueImageList plain(HandheldLoadImages(GetModuleHandleW(nullptr), IDB_STRIP, RGB(192, 192, 192)));
+  ASSERT_TRUE(images && plain);
+  int width = 0;
+  int height = 0;
+  ImageList_GetIconSize(images.get(), &width, &height);
+  EXPECT_EQ(width, 16);
+  EXPECT_EQ(height, 26);
+  const DrawnPicture tall(16, 26);
+  const DrawnPicture expected(16, 26);
+  for (int image = 0; image < 3; ++image) {
+    ImageList_Draw(images.get(), image, tall.dc(), 0, 0, ILD_TRANSPARENT);
+    ImageList_Draw(plain.get(), image, expected.dc(), 0, 5, ILD_TRANSPARENT);
+    EXPECT_EQ(colors(tall), colors(expected)) << image;
   }
 }
 

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cstdint>
 #include <optional>
 #include <utility>
@@ -56,38 +57,56 @@ std::optional<ImageStrip> loadStrip(HINSTANCE instance, WORD id, int size, COLOR
   return keyedStrip(size, width / size, std::move(pixels), asPixel(transparent));
 }
 
-UniqueBitmap colorBitmap(const ImageStrip& strip) {
-  const BITMAPINFO format = topDownFormat(strip.size * strip.count, strip.size);
+/// Images that may be higher than their drawings, which then stand in the middle.
+struct TallStrip {
+  const ImageStrip& strip;
+  int height = 0;
+
+  int width() const { return strip.size * strip.count; }
+  int above() const { return (height - strip.size) / 2; }
+};
+
+UniqueBitmap colorBitmap(const TallStrip& tall) {
+  const BITMAPINFO format = topDownFormat(tall.width(), tall.height);
   void* bits = nullptr;
   UniqueBitmap bitmap(CreateDIBSection(nullptr, &format, DIB_RGB_COLORS, &bits, nullptr, 0));
-  if (bitmap) std::copy(strip.pixels.begin(), strip.pixels.end(), static_cast<std::uint32_t*>(bits));
+  // Black, as what is transparent has to be, where nothing is copied.
+  if (bitmap) {
+    std::copy(tall.strip.pixels.begin(), tall.strip.pixels.end(),
+              static_cast<std::uint32_t*>(bits) + tall.width() * tall.above());
+  }
   return bitmap;
 }
 
 /// One bit for each pixel, set where it is transparent; the rows are whole 16-bit words.
-UniqueBitmap maskBitmap(const ImageStrip& strip) {
-  const int width = strip.size * strip.count;
-  const std::size_t rowLength = static_cast<std::size_t>((width + 15) / 16) * 2;
-  std::vector<BYTE> bits(rowLength * static_cast<std::size_t>(strip.size));
-  for (std::size_t i = 0; i < strip.transparent.size(); ++i) {
-    const std::size_t x = i % static_cast<std::size_t>(width);
-    const std::size_t y = i / static_cast<std::size_t>(width);
-    if (strip.transparent[i]) bits[y * rowLength + x / 8] |= static_cast<BYTE>(0x80U >> (x % 8));
+UniqueBitmap maskBitmap(const TallStrip& tall) {
+  const auto width = static_cast<std::size_t>(tall.width());
+  const auto above = static_cast<std::size_t>(tall.above());
+  const std::size_t rowLength = (width + 15) / 16 * 2;
+  std::vector<BYTE> bits(rowLength * static_cast<std::size_t>(tall.height), BYTE{0xFF});
+  for (std::size_t i = 0; i < tall.strip.transparent.size(); ++i) {
+    const std::size_t x = i % width;
+    const std::size_t y = above + i / width;
+    if (!tall.strip.transparent[i]) {
+      BYTE& eight = bits[y * rowLength + x / 8];
+      eight = static_cast<BYTE>(eight & ~(0x80U >> (x % 8)));
+    }
   }
-  return UniqueBitmap(CreateBitmap(width, strip.size, 1, 1, bits.data()));
+  return UniqueBitmap(CreateBitmap(tall.width(), tall.height, 1, 1, bits.data()));
 }
 
-UniqueImageList imageListOf(const ImageStrip& strip) {
-  const UniqueBitmap color = colorBitmap(strip);
-  const UniqueBitmap mask = maskBitmap(strip);
-  UniqueImageList images(ImageList_Create(strip.size, strip.size, ILC_COLOR24 | ILC_MASK, strip.count, 0));
+UniqueImageList imageListOf(const TallStrip& tall) {
+  const UniqueBitmap color = colorBitmap(tall);
+  const UniqueBitmap mask = maskBitmap(tall);
+  UniqueImageList images(
+      ImageList_Create(tall.strip.size, tall.height, ILC_COLOR24 | ILC_MASK, tall.strip.count, 0));
   if (!color || !mask || !images || ImageList_Add(images.get(), color.get(), mask.get()) < 0) return {};
   return images;
 }
 
 }  // namespace
 
-HIMAGELIST HandheldLoadImages(HINSTANCE instance, WORD bitmapId, COLORREF transparent) {
+HIMAGELIST HandheldLoadImages(HINSTANCE instance, WORD bitmapId, COLORREF transparent, int height) {
   std::vector<bool> available;
   for (int factor = 1; factor <= kLargestFactor; ++factor) {
     available.push_back(FindResourceW(instance, MAKEINTRESOURCEW(idOfFactor(bitmapId, factor)), RT_BITMAP) !=
@@ -98,7 +117,8 @@ HIMAGELIST HandheldLoadImages(HINSTANCE instance, WORD bitmapId, COLORREF transp
   if (factor == 0) return nullptr;
   const auto strip = loadStrip(instance, idOfFactor(bitmapId, factor), kImageSize * factor, transparent);
   if (!strip) return nullptr;
-  return imageListOf(scaledStrip(*strip, toMonitor(kImageSize, zoom))).release();
+  const ImageStrip scaled = scaledStrip(*strip, toMonitor(kImageSize, zoom));
+  return imageListOf({scaled, std::max(height, scaled.size)}).release();
 }
 
 HICON HandheldLoadIcon(HINSTANCE instance, WORD iconId, int size) {

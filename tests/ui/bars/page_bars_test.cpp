@@ -315,6 +315,47 @@ TEST_F(PageBarsTest, NoButtonIsCutOffAtAnyZoom) {
   ASSERT_TRUE(HandheldSetZoom(100));
 }
 
+TEST_F(PageBarsTest, TheButtonsStandInTheMiddleOfTheBandsAtAnyZoom) {
+  for (const int zoom : {100, 125, 150, 175, 200, 225, 250, 275, 300, 400}) {
+    ASSERT_TRUE(HandheldSetZoom(zoom));
+    for (const int page : {kTables, kForm, kList, kQueries}) {
+      SCOPED_TRACE(std::to_string(zoom) + " per cent, page " + std::to_string(page));
+      create(page);
+      RECT rebar{};
+      GetClientRect(bars_.rebar(), &rebar);
+      const HWND bar = bars_.secondBand();
+      for (const int command : toolbarCommands(bar)) {
+        RECT button{};
+        SendMessageW(bar, TB_GETRECT, static_cast<WPARAM>(command), reinterpret_cast<LPARAM>(&button));
+        MapWindowPoints(bar, bars_.rebar(), reinterpret_cast<POINT*>(&button), 2);
+        EXPECT_NEAR((button.top + button.bottom) / 2.0, rebar.bottom / 2.0, zoom / 100.0) << command;
+        EXPECT_NEAR(button.right - button.left, HandheldToMonitor(23), 1) << command;
+      }
+    }
+  }
+  ASSERT_TRUE(HandheldSetZoom(100));
+}
+
+TEST_F(PageBarsTest, TheImagesOfTheButtonsDoSoToo) {
+  for (const int zoom : {100, 125, 150, 175, 200, 225, 250, 275, 300, 400}) {
+    SCOPED_TRACE(std::to_string(zoom) + " per cent");
+    ASSERT_TRUE(HandheldSetZoom(zoom));
+    create(kForm);
+    const HWND bar = bars_.secondBand();
+    RECT client{};
+    GetClientRect(bar, &client);
+    RECT rebar{};
+    GetClientRect(bars_.rebar(), &rebar);
+    MapWindowPoints(bars_.rebar(), bar, reinterpret_cast<POINT*>(&rebar), 2);
+    const DrawnPicture picture(client.right, client.bottom);
+    SendMessageW(bar, WM_PRINTCLIENT, reinterpret_cast<WPARAM>(picture.dc()), PRF_CLIENT);
+    const InkRows ink = inkRows(picture.pixels(), client.right);
+    ASSERT_LT(ink.first, ink.end) << "no image is drawn";
+    EXPECT_NEAR((ink.first + ink.end) / 2.0, (rebar.top + rebar.bottom) / 2.0, zoom / 100.0);
+  }
+  ASSERT_TRUE(HandheldSetZoom(100));
+}
+
 TEST_F(PageBarsTest, BelowThePageTheRebarEndsAboveTheTabs) {
   RECT client{};
   GetClientRect(host_.tab(), &client);
