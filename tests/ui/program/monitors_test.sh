@@ -1,8 +1,9 @@
 #!/bin/bash
 # monitors_test.sh EXAMPLE.cdb
 #
-# Tests where the program's window stands on one and on two monitors: each arrangement has its own place, and a window
-# that was left on a monitor that has gone comes onto one that is there.
+# Tests where the program's window stands on one and on two monitors: each arrangement has its own place, a window that
+# was left on a monitor that has gone comes onto one that is there, and one that is moved to a monitor with another zoom
+# takes along what is being typed.
 set -euo pipefail
 here=$(dirname "${BASH_SOURCE[0]}")
 source "$here/../../../tools/setup.sh"
@@ -86,4 +87,38 @@ read -r x y width height _ <<<"$(drive place | tr -d '\r')"
 ((x >= 0 && y >= 0 && (x + width <= 1024 || (x >= 1024 && x + width <= 1424)) && y + height <= 768)) ||
   fail "it is not on one of the monitors: $x $y $width $height"
 end_program
+
+# expect_inside_zoom PER_CENT: the window is as wide as 240 handheld pixels and its frame.
+expect_inside_zoom() {
+  local width
+  read -r _ _ width _ <<<"$(drive place | tr -d '\r')"
+  ((width >= 240 * $1 / 100 && width <= 240 * $1 / 100 + 12)) ||
+    fail "line ${BASH_LINENO[0]}: the window is $width wide, not as at $1 per cent"
+}
+
+# The second monitor has no room for the zoom of the first.
+"$WINELOADER" reg add 'HKCU\Control Panel\Desktop' /v LogPixels /t REG_DWORD /d 192 /f >>"$drive_log" 2>&1 8>&-
+monitors 1024x768+0+0 400x500+1024+0
+start
+drive wait-names
+drive move 10 10
+drive size 480 588
+expect_inside_zoom 200
+drive select-table 3
+drive tab 1
+first_text=1200
+drive click $((first_text + 1))
+drive keys 'typed on two'
+drive move 1025 10
+drive resolution 192
+expect_inside_zoom 150
+drive keys ' monitors'
+drive move 10 10
+drive resolution 192
+expect_inside_zoom 200
+end_program
+stored=$(python3 -c 'import sqlite3, sys
+print(sqlite3.connect(sys.argv[1]).execute("SELECT count(*) FROM Books WHERE Title LIKE ?", ["%typed on two monitors%"]).fetchone()[0])' \
+  "$fresh_prefix/drive_c/library.cdb")
+[[ $stored == 1 ]] || fail "what was typed on both monitors is in $stored records"
 say "passed"

@@ -223,6 +223,25 @@ int moveWindow(HWND main, const Arguments& arguments) {
              : fail("the window does not go there");
 }
 
+/// As a system does that has another resolution on the monitor where the window is now.
+int changeResolution(HWND main, const Arguments& arguments) {
+  remote::Memory memory(main, sizeof(RECT));
+  RECT suggested{};
+  if (!GetWindowRect(main, &suggested) || !memory.write(0, &suggested, sizeof suggested)) {
+    return fail("the place can't be suggested");
+  }
+  SendMessageW(main, WM_DPICHANGED, MAKEWPARAM(arguments.number, arguments.number),
+               reinterpret_cast<LPARAM>(memory.address()));
+  return 0;
+}
+
+int typeAtKeyboard(HWND main, const Arguments& arguments) {
+  const HWND focus = remote::focus(main);
+  if (!focus) return fail("nothing has the keyboard");
+  for (const wchar_t letter : arguments.texts[0]) SendMessageW(focus, WM_CHAR, letter, 1);
+  return 0;
+}
+
 int printPlace(HWND main, const Arguments&) {
   RECT place{};
   if (!GetWindowRect(main, &place)) return fail("the window has no place");
@@ -368,6 +387,8 @@ constexpr std::array kVerbs = {
             restPointer},
     VerbRow{L"size", L"NT", "gives the main window N x T of the monitor's pixels inside", sizeWindow},
     VerbRow{L"move", L"NT", "moves the main window's upper left corner to N, T", moveWindow},
+    VerbRow{L"resolution", L"N", "tells the main window of a monitor with N dots per inch", changeResolution},
+    VerbRow{L"keys", L"T", "types T where the keyboard is", typeAtKeyboard},
     VerbRow{L"maximise", L"", "maximises the main window", maximiseWindow},
     VerbRow{L"place", L"", "prints where the main window is: x y width height, and whether it is maximised",
             printPlace},
