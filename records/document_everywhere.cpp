@@ -17,7 +17,14 @@ bool Document::findEverywhere(const String& text, const FoundListener& found) {
   // It may be filled anew while the windows are painted.
   NameList tables;
   for (std::uint32_t i = 0; i < tableNames_.size(); ++i) tables.append(tableNames_[i]);
-  for (std::uint32_t i = 0; i < tables.size() && !searchStopped_; ++i) findInTable(tables[i], text, found);
+  for (std::uint32_t i = 0; i < tables.size() && !searchStopped_; ++i) {
+    findInTable(tables[i], text, found);
+    // Thousands of tables without a record take their time, too.
+    const bool isLast = i + 1 == tables.size();
+    if (!isLast && !pages_.prompts.keepGoing({Progress::What::searchingTables, i + 1, tables.size()})) {
+      searchStopped_ = true;
+    }
+  }
   return !searchStopped_;
 }
 

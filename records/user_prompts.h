@@ -49,12 +49,13 @@ inline constexpr wchar_t kPromptCaption[] = L"Quivane";
 /// What takes its time.
 struct Progress {
   enum class What {
-    searching,  ///< a step of the search, which has looked at `tested` of `all` records
-    working,    ///< a statement
-    waiting,    ///< another program holds the file
-    examining,  ///< a file that is looked through, `tested` per cent of it
-    importing,  ///< a file whose records are stored, `tested` per cent of it
-    exporting,  ///< `tested` records were written out
+    searching,        ///< a step of the search, which has looked at `tested` of `all` records
+    searchingTables,  ///< the search of all tables, `tested` of `all` of which are done
+    working,          ///< a statement
+    waiting,          ///< another program holds the file
+    examining,        ///< a file that is looked through, `tested` per cent of it
+    importing,        ///< a file whose records are stored, `tested` per cent of it
+    exporting,        ///< `tested` records were written out
   };
   What what;
   std::uint32_t tested = 0;

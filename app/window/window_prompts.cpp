@@ -112,6 +112,9 @@ std::wstring progressText(const Progress& progress) {
       return L"The file is imported: " + std::to_wstring(progress.tested) + L" %. Esc stops.";
     case Progress::What::exporting:
       return L"Exported: " + std::to_wstring(progress.tested) + L" records. Esc stops.";
+    case Progress::What::searchingTables:
+      return std::to_wstring(progress.tested) + L" of " + std::to_wstring(progress.all) +
+             L" tables searched. Esc stops.";
     case Progress::What::searching:
       break;
   }

@@ -69,6 +69,22 @@ TEST_F(DocumentEverywhereTest, ItEndsWhenNobodyWantsMore) {
   EXPECT_FALSE(document().isBusy());
 }
 
+TEST_F(DocumentEverywhereTest, ItEndsAmongTablesWithoutARecordToo) {
+  runStatements(path(), {L"DELETE FROM Books", L"DELETE FROM 'First One'", L"DELETE FROM Second"});
+  int asked = 0;
+  window().prompts.goesOnBusy = [&](Progress::What what) {
+    if (what == Progress::What::searchingTables) ++asked;
+    return true;
+  };
+  EXPECT_THAT(places(L"0"), IsEmpty());
+  EXPECT_TRUE(isWhole_);
+  EXPECT_EQ(asked, 3) << "between four tables";
+  window().prompts.goesOnBusy = [&](Progress::What) { return false; };
+  EXPECT_THAT(places(L"0"), IsEmpty());
+  EXPECT_FALSE(isWhole_);
+  EXPECT_FALSE(window().prompts.isProgressShown);
+}
+
 TEST_F(DocumentEverywhereTest, ATableThatIsGoneIsTold) {
   runStatements(path(), {L"DROP TABLE Second"});
   const std::vector<std::wstring> found = places(L"20");
