@@ -23,7 +23,7 @@ class FieldEditor : public FieldValueSource {
   virtual bool create(const ControlCreation& creation) = 0;
   /// Null before that.
   HWND window() const { return control_.window(); }
-  void show(bool visible) const { control_.show(visible); }
+  virtual void show(bool visible) { control_.show(visible); }
   void takeFocus() const { SetFocus(window()); }
   virtual void position(const ControlPlace& place, UINT flags) { moveControl(place, flags); }
 

@@ -2,6 +2,7 @@
 
 #include <cwchar>
 #include <string>
+#include <utility>
 
 #include "data/values/binary_text.h"
 #include "views/form/field_zoom.h"
@@ -48,6 +49,12 @@ bool TextFieldEditor::create(const ControlCreation& creation) {
   if (wasGiven_) fillWindow();
   if (isLookUp()) tip_.create(window());
   return true;
+}
+
+void TextFieldEditor::show(bool visible) {
+  // The text that the control was made with would be taken for the record's, which may need seconds to come.
+  if (visible && !std::exchange(wasShown_, true) && !wasGiven_ && window()) SetWindowTextW(window(), L"");
+  FieldEditor::show(visible);
 }
 
 String TextFieldEditor::text() const {

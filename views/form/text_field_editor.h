@@ -69,6 +69,8 @@ class TextFieldEditor final : public FieldEditor {
 
   // ---- The window
 
+  /// As long as no value was given nothing is shown in it.
+  void show(bool visible) override;
   void position(const ControlPlace& place, UINT flags) override;
   /// As last given to create or position.
   const ControlPlace& place() const { return place_; }
@@ -118,6 +120,7 @@ class TextFieldEditor final : public FieldEditor {
   bool binary_ = false;
   bool holdsForeignBytes_ = false;  // bytes in a field of another type
   bool hasValue_ = false;
+  bool wasShown_ = false;
   bool wasGiven_ = false;  // something to show, and be it nothing
   bool showsAll_ = true;   // but for the commas
   bool isLocked_ = false;  // nothing is known of the field's value

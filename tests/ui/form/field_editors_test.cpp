@@ -254,6 +254,19 @@ TEST_F(LoneEditorsTest, ADateEditorShowsTodayInANewRecord) {
   EXPECT_EQ(textOf(editor.window()), L"3/9/2001");
 }
 
+TEST_F(LoneEditorsTest, ATextEditorWhoseRecordIsStillToComeShowsNothing) {
+  TextFieldEditor editor;
+  ASSERT_TRUE(editor.create({WS_CHILD | ES_AUTOHSCROLL, {41, 30, 80, 18}, host(), 1200}));
+  editor.show(true);
+  EXPECT_EQ(textOf(editor.window()), L"");
+  SetWindowTextW(editor.window(), L"typed");
+  editor.show(false);
+  editor.show(true);
+  EXPECT_EQ(textOf(editor.window()), L"typed");
+  editor.load(readAs(L"read"), false);
+  EXPECT_EQ(textOf(editor.window()), L"read");
+}
+
 /// A text of five characters at most, in the focus.
 class FiveCharactersTest : public LoneEditorsTest {
  protected:
