@@ -83,6 +83,14 @@ void restartServer() {
   ASSERT_NE(former, present);
 }
 
+bool isMetSoon(const std::function<bool()>& condition) {
+  const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(30);
+  while (!condition()) {
+    if (std::chrono::steady_clock::now() >= deadline) return false;
+  }
+  return true;
+}
+
 OtherProgram::OtherProgram(const std::filesystem::path& link) {
   const Status status = openPath(utf8Of(link), {}, &backend_);
   if (!status) throw std::runtime_error(status.message());

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <gtest/gtest.h>
 #include <memory>
 #include <string>
@@ -42,6 +43,9 @@ class OtherProgram {
  private:
   std::unique_ptr<Backend> backend_;
 };
+
+/// Asks again and again until the answer is yes; false when half a minute was not enough.
+bool isMetSoon(const std::function<bool()>& condition);
 
 /// A database of the server that is empty before each test.
 class StoreTest : public testing::Test {

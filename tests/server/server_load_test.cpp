@@ -449,7 +449,16 @@ class LostCommitTest : public ServerLoadTest {
       std::future<Status> import =
           std::async(std::launch::async, [this] { return tryImport("k,v\n" + number_ + ",a\n"); });
       while (import.wait_for(std::chrono::milliseconds(20)) != std::future_status::ready) {
-        if (other.ask("SELECT count(*)" + importing) == "0") continue;
+        if (other.ask("SELECT count(*)" + importing) == "0") {
+          if (std::chrono::steady_clock::now() < deadline) continue;
+          // Nothing else would end it.
+          other.ask(
+              "SELECT pg_terminate_backend(pid) FROM pg_stat_activity WHERE pid <> pg_backend_pid() AND "
+              "datname = '" +
+              database_ + "'");
+          import.wait();
+          return {ErrorCode::illegalOperation, "It waited for something else."};
+        }
         if (beforeTheEnd_) beforeTheEnd_();
         other.ask("SELECT pg_terminate_backend(pid)" + importing);
         hasEnded_ = true;

@@ -210,11 +210,11 @@ TEST_F(ServerStreamTest, OneThatWaitsForTheServerIsStopped) {
   const auto other = stream("SELECT k FROM t WHERE pg_sleep(61) IS NOT NULL");
   std::thread stopper([this] {
     // It has to be running before it can be stopped.
-    while (
-        onServer(
-            "SELECT count(*) FROM pg_stat_activity WHERE state = 'active' AND query LIKE 'FETCH%' AND pid IN "
-            "(SELECT pid FROM pg_stat_activity WHERE wait_event = 'PgSleep')") == "0") {
-    }
+    EXPECT_TRUE(isMetSoon([this] {
+      return onServer(
+                 "SELECT count(*) FROM pg_stat_activity WHERE state = 'active' AND query LIKE 'FETCH%' AND "
+                 "pid IN (SELECT pid FROM pg_stat_activity WHERE wait_event = 'PgSleep')") != "0";
+    }));
     backend_->stop();
   });
   EXPECT_EQ(ErrorCode::stopped, other->next(&hasRow).code());

@@ -54,6 +54,8 @@ std::string sentenceOf(std::string text) {
   for (const std::string_view level : {"ERROR: ", "FATAL: ", "PANIC: "}) {
     if (text.starts_with(level)) text.erase(0, level.size());
   }
+  // PostgreSQL's library sets what it adds on lines of its own in from the left.
+  for (std::size_t tab = 0; (tab = text.find("\n\t", tab)) != std::string::npos;) text.erase(tab + 1, 1);
   const auto isSpace = [](char sign) { return sign == ' ' || sign == '\n' || sign == '\r' || sign == '\t'; };
   text.erase(text.begin(), std::find_if_not(text.begin(), text.end(), isSpace));
   while (!text.empty() && isSpace(text.back())) text.pop_back();
