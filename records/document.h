@@ -256,8 +256,11 @@ class Document : private BusyListener {
   /// form, the cursor stands behind it.
   int findNext();
   /// The first row of the grid from `first` on, and then from the first one on, whose field begins with a
-  /// text in any letter case. Takes its time where there are many, and the user can stop it.
-  std::optional<std::uint32_t> findRow(std::uint32_t first, std::uint32_t field, const String& beginning);
+  /// text in any letter case. Takes its time where there are many, and the user can stop it. `row` is
+  /// untouched where a row can't be read for another reason than that it is gone, and none when there is no
+  /// such row.
+  Outcome findRow(std::uint32_t first, std::uint32_t field, const String& beginning,
+                  std::optional<std::uint32_t>& row);
   const FindState& findState() const { return find_; }
 
   // ---- The search through all tables (document_everywhere.cpp)
@@ -378,8 +381,8 @@ class Document : private BusyListener {
   std::uint32_t sliceOfSearch() const;
   using IsWanted = bool (*)(const String& text, const String& wanted);
   void findInTable(const String& table, const String& text, const FoundListener& found);
-  std::optional<std::uint32_t> findRowAmong(std::uint32_t first, std::uint32_t end, std::uint32_t field,
-                                            const String& wanted, IsWanted isWanted);
+  Outcome findRowAmong(std::uint32_t first, std::uint32_t end, std::uint32_t field, const String& wanted,
+                       IsWanted isWanted, std::optional<std::uint32_t>& row);
   enum class SearchEnd { found, notFound, stopped };
   Outcome runSearch(SearchEnd& end);
   void standAt(std::uint32_t position);
@@ -416,7 +419,7 @@ class Document : private BusyListener {
   bool chooseExported(ExportedRecords& records);
   void tellNotExported(const Outcome& failure);
   bool mayWaitOn();
-  std::optional<std::uint32_t> findRowOfKey(std::uint32_t field, const String& key);
+  Outcome findRowOfKey(std::uint32_t field, const String& key, std::optional<std::uint32_t>& row);
   Outcome switchMode(ViewMode mode);
   template <typename Move>
   void moveOnForm(Move move);

@@ -223,26 +223,30 @@ bool beginsWith(const String& text, const String& beginning) {
 
 }  // namespace
 
-std::optional<std::uint32_t> Document::findRow(std::uint32_t first, std::uint32_t field,
-                                               const String& beginning) {
-  if (isBusy() || !recordsetOpen_ || beginning.isEmpty()) return std::nullopt;
-  const WaitCursor wait;
-  const SearchStep step(*this);
-  searchStopped_ = false;
-  searchedRecords_ = 0;
-  database_.beginRowSearch(field, beginning);
-  const std::uint32_t count = openRecordCount();
-  std::optional<std::uint32_t> found = findRowAmong(first, count, field, beginning, beginsWith);
-  if (!found && !searchStopped_)
-    found = findRowAmong(0, std::min(first, count), field, beginning, beginsWith);
-  database_.endRowSearch();
-  return found;
+Outcome Document::findRow(std::uint32_t first, std::uint32_t field, const String& beginning,
+                          std::optional<std::uint32_t>& row) {
+  std::optional<std::uint32_t> found;
+  Outcome read;
+  if (!isBusy() && recordsetOpen_ && !beginning.isEmpty()) {
+    const WaitCursor wait;
+    const SearchStep step(*this);
+    searchStopped_ = false;
+    searchedRecords_ = 0;
+    database_.beginRowSearch(field, beginning);
+    const std::uint32_t count = openRecordCount();
+    read = findRowAmong(first, count, field, beginning, beginsWith, found);
+    if (read && !found && !searchStopped_)
+      read = findRowAmong(0, std::min(first, count), field, beginning, beginsWith, found);
+    database_.endRowSearch();
+  }
+  if (read) row = found;
+  return read;
 }
 
-/// What can't be read holds nothing: the grid tells of it when it draws the row.
-std::optional<std::uint32_t> Document::findRowAmong(std::uint32_t first, std::uint32_t end,
-                                                    std::uint32_t field, const String& wanted,
-                                                    IsWanted isWanted) {
+/// What is gone holds nothing. What can't be read might be the wanted row, and behind a lock or in another
+/// structure none can be.
+Outcome Document::findRowAmong(std::uint32_t first, std::uint32_t end, std::uint32_t field,
+                               const String& wanted, IsWanted isWanted, std::optional<std::uint32_t>& found) {
   for (std::uint32_t row = first; row < end; ++row, ++searchedRecords_) {
     const std::uint32_t passed = database_.passOverRows(row, end - row, sliceOfSearch());
     row += passed;
@@ -251,21 +255,27 @@ std::optional<std::uint32_t> Document::findRowAmong(std::uint32_t first, std::ui
     if (searchStopped_ ||
         !pages_.prompts.keepGoing({Progress::What::searching, std::min(searchedRecords_, all), all})) {
       searchStopped_ = true;
-      return std::nullopt;
+      return {};
     }
+    if (row >= end) return {};
     String text;
-    if (row < end && database_.readForList(row, field, text) && isWanted(text, wanted)) return row;
+    Outcome read = database_.readForList(row, field, text);
+    if (read && isWanted(text, wanted)) {
+      found = row;
+      return read;
+    }
+    if (!read && read.cause() != Outcome::Cause::recordGone) return read;
   }
-  return std::nullopt;
+  return {};
 }
 
-std::optional<std::uint32_t> Document::findRowOfKey(std::uint32_t field, const String& key) {
+Outcome Document::findRowOfKey(std::uint32_t field, const String& key, std::optional<std::uint32_t>& row) {
   const WaitCursor wait;
   const SearchStep step(*this);
   searchStopped_ = false;
   searchedRecords_ = 0;
   database_.beginRowSearch(field, key);
-  const std::optional<std::uint32_t> found = findRowAmong(0, openRecordCount(), field, key, isSameText);
+  Outcome read = findRowAmong(0, openRecordCount(), field, key, isSameText, row);
   database_.endRowSearch();
-  return found;
+  return read;
 }

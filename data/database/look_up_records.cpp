@@ -226,8 +226,8 @@ bool LookUpRecords::isWanted(const LookUpRecord& record) const {
   return false;
 }
 
-bool LookUpRecords::searchOn(std::uint32_t milliseconds, std::size_t most,
-                             std::vector<std::uint32_t>& found) {
+Outcome LookUpRecords::searchOn(std::uint32_t milliseconds, std::size_t most,
+                                std::vector<std::uint32_t>& found, bool& goesOn) {
   using Clock = std::chrono::steady_clock;
   const Clock::time_point end = Clock::now() + std::chrono::milliseconds(milliseconds);
   while (next_ < count_ && found.size() < most && Clock::now() < end) {
@@ -237,10 +237,17 @@ bool LookUpRecords::searchOn(std::uint32_t milliseconds, std::size_t most,
           records_->passOver(static_cast<LONG>(count_ - next_), static_cast<LONG>(milliseconds));
       next_ += static_cast<std::uint32_t>(std::max(passed, 0L));
     }
-    LookUpRecord record;
-    // What can't be read is passed over: the list says nothing of it.
-    if (next_ < count_ && read(next_, record) && isWanted(record)) found.push_back(next_);
+    if (next_ < count_) {
+      LookUpRecord record;
+      Outcome wasRead = read(next_, record);
+      if (!wasRead && wasRead.cause() != Outcome::Cause::recordGone) {
+        goesOn = false;
+        return wasRead;
+      }
+      if (wasRead && isWanted(record)) found.push_back(next_);
+    }
     ++next_;
   }
-  return next_ < count_ && found.size() < most;
+  goesOn = next_ < count_ && found.size() < most;
+  return {};
 }

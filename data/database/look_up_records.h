@@ -55,8 +55,10 @@ class LookUpRecords {
   /// Begins to look for the records whose key or name has this text in any letter case.
   void beginSearch(const String& text);
   /// Appends the rows that have it to `found`, until that holds `most` of them, or for about so many
-  /// milliseconds. False when there is no more to be looked for.
-  bool searchOn(std::uint32_t milliseconds, std::size_t most, std::vector<std::uint32_t>& found);
+  /// milliseconds; `goesOn` is false then when there is no more to be looked for. Fails, and does not go on,
+  /// at the first record that can't be read for another reason than that it is gone.
+  Outcome searchOn(std::uint32_t milliseconds, std::size_t most, std::vector<std::uint32_t>& found,
+                   bool& goesOn);
 
  private:
   explicit LookUpRecords(std::unique_ptr<RecordsetHandle> records);

@@ -87,8 +87,8 @@ class DocumentPart {
   void selectInGrid(std::uint32_t position) const { document_.selectInGrid(position); }
   void showNoRecords() const { document_.showNoRecords(); }
   void standAt(std::uint32_t position) const { document_.standAt(position); }
-  std::optional<std::uint32_t> findRowOfKey(std::uint32_t field, const String& key) const {
-    return document_.findRowOfKey(field, key);
+  Outcome findRowOfKey(std::uint32_t field, const String& key, std::optional<std::uint32_t>& row) const {
+    return document_.findRowOfKey(field, key, row);
   }
   /// By the user, in the search that was the last one.
   bool wasSearchStopped() const { return document_.searchStopped_; }

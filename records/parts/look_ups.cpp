@@ -91,12 +91,14 @@ void LookUps::goThere() {
   if (cameFrom_.size() > kMostCameFrom) cameFrom_.erase(cameFrom_.begin());
   if (!document().isRecordsetOpen()) return;
   const std::uint32_t keyField = database().fieldIndexByName(target.field);
-  const std::optional<std::uint32_t> row =
-      keyField < database().fieldCount() ? findRowOfKey(keyField, key) : std::nullopt;
+  std::optional<std::uint32_t> row;
+  const Outcome searched = keyField < database().fieldCount() ? findRowOfKey(keyField, key, row) : Outcome();
   if (row && database().moveTo(*row + 1)) {
     document().loadRecord();
     document().updateNavigationState();
-  } else if (!wasSearchStopped()) {
+  } else if (!searched && searched.cause() != Outcome::Cause::stopped) {
+    tellFailure(L"The search could not go on.", searched.reason());
+  } else if (searched && !wasSearchStopped()) {
     refuse(
         (std::wstring(L"There is no record '") + key.text() + L"' in table '" + target.table.text() + L"'.")
             .c_str());

@@ -73,7 +73,10 @@ LRESULT RecordListView::findTyped(const NMLVFINDITEMW& search) {
   constexpr UINT kByText = LVFI_STRING | LVFI_PARTIAL;
   if ((search.lvfi.flags & kByText) == 0 || !search.lvfi.psz) return kNoRow;
   const auto first = static_cast<std::uint32_t>(std::max(search.iStart, 0));
-  const auto row = document_->findRow(first, static_cast<std::uint32_t>(fieldOfColumn(0)), search.lvfi.psz);
+  std::optional<std::uint32_t> row;
+  const Outcome searched =
+      document_->findRow(first, static_cast<std::uint32_t>(fieldOfColumn(0)), search.lvfi.psz, row);
+  if (!searched && searched.cause() != Outcome::Cause::stopped) noteFailure(searched);
   return row ? static_cast<LRESULT>(*row) : kNoRow;
 }
 

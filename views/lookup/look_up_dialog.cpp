@@ -162,7 +162,9 @@ void LookUpDialog::showCount() {
   const HWND list = control(IDC_LOOK_UP_RECORDS);
   SendMessageW(list, LVM_SETITEMCOUNT, shownCount(), LVSICF_NOSCROLL);
   std::wstring note = countOfRecords(shownCount());
-  if (isSearching_) {
+  if (!failure_) {
+    note = showableText(failure_.reason().text());
+  } else if (isSearching_) {
     note += L", searching...";
   } else if (isNarrowed_ && found_.size() == kMostFound) {
     note = L"The first " + note;
@@ -177,6 +179,7 @@ void LookUpDialog::textChanged() {
   found_.clear();
   isNarrowed_ = !text.isEmpty();
   isSearching_ = isNarrowed_;
+  failure_ = {};
   lastRow_.reset();
   listview::takeSelectionAway(control(IDC_LOOK_UP_RECORDS), -1);
   listview::takeFocusAway(control(IDC_LOOK_UP_RECORDS));
@@ -197,7 +200,7 @@ void LookUpDialog::timerFired() {
 void LookUpDialog::goOn() {
   const ULONGLONG end = GetTickCount64() + kRoundMilliseconds;
   do {
-    isSearching_ = records_->searchOn(kSliceMilliseconds, kMostFound, found_);
+    failure_ = records_->searchOn(kSliceMilliseconds, kMostFound, found_, isSearching_);
   } while (isSearching_ && GetTickCount64() < end && HIWORD(GetQueueStatus(QS_INPUT)) == 0);
   lastRow_.reset();
   if (!isSearching_) KillTimer(window(), kSearchTimer);

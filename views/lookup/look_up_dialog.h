@@ -54,6 +54,7 @@ class LookUpDialog final : private ModalDialog {
   DialogGrowth growth_;
   bool isNarrowed_ = false;
   bool isSearching_ = false;
+  Outcome failure_;                       // of the search
   std::vector<std::uint32_t> found_;      // rows, while it is narrowed
   std::optional<std::uint32_t> lastRow_;  // that was read last
   LookUpRecord last_;

@@ -53,6 +53,20 @@ TEST_F(DocumentLookUpTest, TheRecordIsShownOnItsOwnFormAndTheFormerOneAgain) {
   EXPECT_THAT(messages(), IsEmpty());
 }
 
+TEST_F(DocumentLookUpTest, ARecordIsNotCalledMissingWhereTheSearchForItCouldNotGoOn) {
+  document().moveNextRecord();
+  focus(1);
+  bool isFirst = true;
+  window().prompts.goesOnSearching = [&](std::uint32_t, std::uint32_t) {
+    if (std::exchange(isFirst, false))
+      runStatements(path(), {L"ALTER TABLE Books RENAME COLUMN Title TO Heading"});
+    return true;
+  };
+  document().lookUps().goThere();
+  EXPECT_FALSE(isFirst);
+  EXPECT_THAT(window().prompts.takeTexts(), ElementsAre(StartsWith(L"The search could not go on.\n")));
+}
+
 TEST_F(DocumentLookUpTest, WhatIsTypedIsStoredFirstAndFollowed) {
   focus(1);
   window().form.fields[1].content = L"8";

@@ -64,6 +64,18 @@ class LookUpFormTest : public FormFixture {
   }
 };
 
+TEST_F(LookUpFormTest, WhereTheSearchCantGoOnTheReasonStandsInThePlaceOfTheCount) {
+  showLoans();
+  open([this](HWND dialog) {
+    runStatements(path(), {L"ALTER TABLE Books RENAME COLUMN Title TO Heading"});
+    SetWindowTextW(edit(dialog), L"ss");
+    EXPECT_THAT(note(dialog), testing::StartsWith(L"The structure of the database was changed meanwhile"));
+    SetWindowTextW(edit(dialog), L"");
+    EXPECT_EQ(note(dialog), L"3 records");
+    press(dialog, IDCANCEL);
+  });
+}
+
 TEST_F(LookUpFormTest, AllRecordsAreOfferedAndTheListNarrows) {
   showLoans();
   open([](HWND dialog) {

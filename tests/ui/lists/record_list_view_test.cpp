@@ -511,6 +511,24 @@ TEST_F(TypedRowTest, IsFoundByWhatIsShownOfNumbersToo) {
   EXPECT_EQ(find(L"-", 0), 2);
 }
 
+TEST_F(TypedRowTest, IsNotTakenForMissingWhereRowsCantBeRead) {
+  showNames();
+  bool isFirst = true;
+  prompts().goesOnSearching = [&](std::uint32_t, std::uint32_t) {
+    if (std::exchange(isFirst, false)) runStatements(path(), {L"DROP TABLE T"});
+    return true;
+  };
+  EXPECT_EQ(find(L"b", 0), -1);
+  EXPECT_FALSE(isFirst);
+  EXPECT_THAT(told(), ElementsAre(StartsWith(L"Records could not be read.\n")));
+}
+
+TEST_F(TypedRowTest, IsFoundBehindOneThatIsGone) {
+  showNames();
+  runStatements(path(), {L"DELETE FROM T WHERE t = 'Ada'"});
+  EXPECT_EQ(find(L"b", 0), 2);
+}
+
 TEST_F(TypedRowTest, IsFoundAmongVeryManyAndTheUserCanStopThat) {
   showTable(L"CREATE TABLE 'T' (t Text)",
             L"WITH RECURSIVE s(n) AS (SELECT 1 UNION ALL SELECT n + 1 FROM s LIMIT 30000) "

@@ -31,8 +31,7 @@ class LookUpTest : public DataTest {
                                          std::size_t most = 100) {
     std::vector<std::uint32_t> rows;
     records.beginSearch(text);
-    while (records.searchOn(1000, most, rows)) {
-    }
+    for (bool goesOn = true; goesOn;) EXPECT_TRUE(records.searchOn(1000, most, rows, goesOn));
     std::vector<std::wstring> names;
     for (const std::uint32_t row : rows) {
       LookUpRecord record;
@@ -178,6 +177,22 @@ TEST_F(LookUpTest, ARecordThatIsDeletedMeanwhileIsNotReadAndNotFound) {
   EXPECT_STREQ(record.key.text(), L"as");
   EXPECT_THAT(found(*books, L"e"), ElementsAre(L"Ulysses", L"O'Brien"));
   EXPECT_FALSE(books->read(99, record));
+}
+
+TEST_F(LookUpTest, ASearchEndsWhereRecordsCantBeReadAnyMore) {
+  openLoans();
+  const auto books = openBooks();
+  std::vector<std::uint32_t> rows;
+  bool goesOn = true;
+  books->beginSearch(L"e");
+  ASSERT_TRUE(books->searchOn(1000, 1, rows, goesOn));
+  ASSERT_EQ(rows.size(), 1u);
+  runOn(path_, {L"ALTER TABLE Books RENAME COLUMN Title TO Heading"});
+  books->beginSearch(L"e");
+  goesOn = true;
+  EXPECT_EQ(books->searchOn(1000, 100, rows, goesOn).cause(), Outcome::Cause::structureChanged);
+  EXPECT_FALSE(goesOn);
+  EXPECT_EQ(rows.size(), 1u) << "what was found stays";
 }
 
 }  // namespace
