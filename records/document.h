@@ -122,7 +122,7 @@ class Document : private BusyListener {
   /// `columns` as Database::createTable takes it. The new table is selected on the Tables page.
   bool createTable(const String& name, const String& columns);
   /// The saved query that is chosen on the Queries page, to be edited. False when none is, or when it can't
-  /// be read or another program has deleted it.
+  /// be read or another program has deleted it, which was told.
   bool chosenQuery(SavedQuery& query);
   /// Each shows the saved queries anew, with this one chosen.
   bool addQuery(const SavedQuery& query);
@@ -175,7 +175,8 @@ class Document : private BusyListener {
 
   /// The table at this place of the Tables page becomes the current one.
   void openTableSelection(int index);
-  /// The saved query at this place of the Queries page becomes the current one.
+  /// The saved query at this place of the Queries page becomes the current one. Where it can't be read the
+  /// one in use stays so; that is told, and shown on the page, when what the user did is over.
   void openQuerySelection(int index);
 
   // ---- Pages (document_modes.cpp)
@@ -368,7 +369,8 @@ class Document : private BusyListener {
   void tellFailure(const std::wstring& what, const String& reason,
                    PromptOwner owner = PromptOwner::mainWindow);
   Outcome findListedQuery(int index, std::uint32_t& place);
-  bool readListedQuery(int index, SavedQuery& query);
+  Outcome readListedQuery(int index, SavedQuery& query);
+  void tellUnreadQuery();
   void readTables();
   void readQueries();
   void reloadQueries();
@@ -457,8 +459,15 @@ class Document : private BusyListener {
   bool talksToPages_ = false;   // what the lists report is the Document's own doing
   RecordSnapshot shown_;        // the reading that the form shows; empty when what stands there is none
 
-  SavedQuery editedQuery_;    // as it was read to be edited
-  RecordSnapshot chosenRow_;  // the row of the grid as it was read when it was chosen
+  /// A query that was tapped on the Queries page and could not be read.
+  struct UnreadQuery {
+    int index;
+    String name;
+    Outcome reason;
+  };
+  std::optional<UnreadQuery> unread_;  // until that is told
+  SavedQuery editedQuery_;             // as it was read to be edited
+  RecordSnapshot chosenRow_;           // the row of the grid as it was read when it was chosen
 
   FindState find_;
   std::uint32_t findStartRecord_ = 0;    // currentRecord when the dialog was opened

@@ -81,4 +81,5 @@ void Document::busyOver() {
   waited_ = {};
   moved_.reset();
   if (!isSearching_) pages_.prompts.endProgress();
+  tellUnreadQuery();
 }

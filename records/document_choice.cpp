@@ -1,4 +1,6 @@
 // Which table or query is in use.
+#include <utility>
+
 #include "records/document.h"
 #include "records/parts/arranger.h"
 
@@ -21,9 +23,15 @@ void Document::openTableSelection(int index) {
 }
 
 void Document::openQuerySelection(int index) {
-  if (talksToPages_ || index < 0) return;
+  // One tap may be reported more than once.
+  if (talksToPages_ || index < 0 || (unread_ && unread_->index == index)) return;
   SavedQuery query;
-  if (!readListedQuery(index, query)) return;
+  if (Outcome read = readListedQuery(index, query); !read) {
+    unread_ = UnreadQuery{index, pages_.queries->itemText(index), std::move(read)};
+    // Not from here: the list is still at the choosing.
+    tellWhenOver();
+    return;
+  }
   chooseQuery(pages_.queries->itemText(index), query.sql);
   pages_.queries->setSelectedIndex(index);
   pages_.grid.resetColumns();

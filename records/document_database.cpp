@@ -142,5 +142,6 @@ void Document::forgetDatabase() {
   reselectTable_ = false;
   freshlyOpened_ = false;
   databasePath_.clear();
+  unread_.reset();
   lookUps_->forgetWay();
 }

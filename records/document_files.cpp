@@ -6,8 +6,13 @@
 
 #include "data/handles/file_identity.h"
 #include "records/parts/former_states.h"
+#include "records/raised.h"
 
 namespace {
+
+std::wstring notRead(const String& name) {
+  return std::wstring(L"Query '") + name.text() + L"' could not be read.";
+}
 
 std::wstring notStored(const SavedQuery& query) {
   return std::wstring(L"Query '") + query.name.text() + L"' could not be stored.";
@@ -165,20 +170,42 @@ Outcome Document::findListedQuery(int index, std::uint32_t& place) {
 
 bool Document::chosenQuery(SavedQuery& query) {
   if (!database_.isOpen() || viewMode_ != ViewMode::queries) return false;
-  if (!readListedQuery(pages_.queries->selectedIndex(), query)) return false;
+  const int index = pages_.queries->selectedIndex();
+  if (index < 0 || queryNames_.isEmpty()) return false;
+  if (const Outcome read = readListedQuery(index, query); !read) {
+    if (read.cause() != Outcome::Cause::stopped) {
+      tellFailure(notRead(pages_.queries->itemText(index)), read.reason());
+    }
+    return false;
+  }
   editedQuery_ = query;
   return true;
 }
 
-bool Document::readListedQuery(int index, SavedQuery& query) {
+Outcome Document::readListedQuery(int index, SavedQuery& query) {
   std::uint32_t place = 0;
+  if (Outcome found = findListedQuery(index, place); !found) return found;
   SavedQuery present;
-  if (!findListedQuery(index, place) || !database_.getQuery(place, present)) return false;
+  Outcome read;
+  if (!database_.getQuery(place, present, &read)) return read;
   // It may have got another place since.
   if (std::wcscmp(present.name.text(), queryNames_[static_cast<std::uint32_t>(index)].text()) != 0)
-    return false;
+    return Outcome::failure(kGoneElsewhere);
   query = std::move(present);
-  return true;
+  return {};
+}
+
+void Document::tellUnreadQuery() {
+  if (!unread_) return;
+  const UnreadQuery unread = std::move(*unread_);
+  unread_.reset();
+  if (viewMode_ == ViewMode::queries) {
+    const Raised talks(talksToPages_);
+    pages_.queries->select(wanted_.isQuery() ? pages_.queries->selectedIndex() : -1);
+  }
+  updateCommandBar();
+  if (unread.reason.cause() != Outcome::Cause::stopped)
+    tellFailure(notRead(unread.name), unread.reason.reason());
 }
 
 bool Document::keepQuery(const SavedQuery& query) {

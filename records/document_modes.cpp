@@ -171,6 +171,8 @@ void Document::enterList() {
 
 void Document::enterQueries() {
   readQueries();
+  // None was while one could not be read.
+  if (pages_.queries->selectedIndex() < 0) pages_.queries->setSelectedIndex(0);
   pages_.queries->show();
   pages_.queries->fill(queryNames_);
 }

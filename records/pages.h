@@ -68,6 +68,8 @@ class QueriesPage : public NamesPage {
   /// Replaces the items and selects the one at the current index.
   virtual void fill(const NameList& names) = 0;
   virtual void setSelectedIndex(int index) = 0;
+  /// The same, and the list shows it at once; with -1 none is chosen.
+  virtual void select(int index) = 0;
 };
 
 /// The form of the current record: an editor for each field of the recordset, on pages of which one is

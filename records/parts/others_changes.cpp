@@ -77,7 +77,8 @@ bool OthersChanges::showQueries() const {
   const int selected = pages().queries->selectedIndex();
   const int place = placeOf(pages().queries->itemText(selected), present);
   queryNames().swap(present);
-  pages().queries->setSelectedIndex(place >= 0 ? place : placeLeft(selected, queryNames()));
+  const bool stays = place >= 0 || selected < 0;
+  pages().queries->setSelectedIndex(stays ? place : placeLeft(selected, queryNames()));
   fillQueries();
   document().updateCommandBar();
   return true;

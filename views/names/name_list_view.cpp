@@ -131,6 +131,11 @@ void NameListView::deleteAllItems() {
   names_.clear();
 }
 
+void NameListView::selectNone() {
+  constexpr int kAll = -1;
+  listview::setItemState(window_, kAll, 0, LVIS_SELECTED);
+}
+
 int NameListView::count() const {
   return listview::itemCount(window_);
 }

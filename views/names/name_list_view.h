@@ -49,6 +49,7 @@ class NameListView {
   /// Takes the focus, selects the item and scrolls it into view. An index that is no item's selects
   /// nothing.
   void selectItem(int index);
+  void selectNone();
   /// The name as it was given, which the control may show only in part; empty for an index that is no item's.
   String itemText(int index) const;
   /// The first item of this name, in whatever case of its letters; -1 when there is none.

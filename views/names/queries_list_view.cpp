@@ -6,6 +6,15 @@ QueriesListView::QueriesListView(HWND mainWindow)
     : NameListView(mainWindow, kQueryViewBackground, kQueryViewText, {IDI_QUERIES_LARGE, IDI_QUERIES_SMALL},
                    L"Queries", 0) {}
 
+void QueriesListView::select(int index) {
+  setSelectedIndex(index);
+  if (index >= 0) {
+    selectItem(index);
+  } else {
+    selectNone();
+  }
+}
+
 void QueriesListView::fill(const NameList& names) {
   if (names.isEmpty()) {
     refill(names);

@@ -20,5 +20,6 @@ class QueriesListView final : public QueriesPage, private NameListView {
   int selectedIndex() const override { return NameListView::selectedIndex(); }
   void fill(const NameList& names) override;
   void setSelectedIndex(int index) override { NameListView::setSelectedIndex(index); }
+  void select(int index) override;
   bool hasChoice() const override { return NameListView::hasChoice(); }
 };

@@ -3,6 +3,7 @@
 #include <iterator>
 
 #include "resources/command_ids.h"
+#include "tests/support/exclusive_lock.h"
 #include "tests/ui/document/document_fixture.h"
 
 using testing::Contains;
@@ -300,6 +301,80 @@ TEST_F(DocumentFilesTest, AQueryThatCantBeDeletedIsStillThere) {
   EXPECT_THAT(messages()[1].text, testing::StartsWith(L"Query 'used' could not be deleted.\n"));
   EXPECT_GT(messages()[1].text.size(), messages()[1].text.find(L'\n') + 10) << "the reason is missing";
   EXPECT_THAT(window().queries->items, ElementsAre(L"used"));
+}
+
+TEST_F(DocumentFilesTest, AQueryThatCantBeReadIsToldAndTheOneInUseStays) {
+  addQueries();
+  open();
+  document().setViewMode(ViewMode::queries);
+  document().openQuerySelection(0);
+  document().busyOver();
+  ASSERT_STREQ(document().queryName().text(), L"big");
+  {
+    const auto lock = lockExclusively(path().wstring());
+    ASSERT_TRUE(lock->isHeld());
+    document().openQuerySelection(1);
+    EXPECT_THAT(messages(), IsEmpty()) << "not while the list is at the choosing";
+    document().openQuerySelection(1);
+    EXPECT_TRUE(window().prompts.waitsForTheEnd);
+    document().busyOver();
+    EXPECT_THAT(window().prompts.takeTexts(),
+                ElementsAre(L"Query 'wrong' could not be read.\nAnother program is using the database."));
+    EXPECT_STREQ(document().queryName().text(), L"big");
+    EXPECT_STREQ(document().sqlText().text(), L"Select * from [First One] where a > 10");
+    EXPECT_EQ(window().queries->chosen(), L"big");
+    SavedQuery query;
+    EXPECT_FALSE(document().chosenQuery(query));
+    EXPECT_THAT(window().prompts.takeTexts(),
+                ElementsAre(L"Query 'big' could not be read.\nAnother program is using the database."));
+  }
+  document().openQuerySelection(1);
+  document().busyOver();
+  EXPECT_THAT(messages(), IsEmpty());
+  EXPECT_STREQ(document().queryName().text(), L"wrong");
+}
+
+TEST_F(DocumentFilesTest, WhereATableIsInUseNoQueryStaysChosenThatCantBeRead) {
+  addQueries();
+  open();
+  document().setViewMode(ViewMode::queries);
+  runStatements(path(), {L"DELETE FROM QuivaneQueries WHERE QueryName = 'big'"});
+  window().queries->report = [this] { document().openQuerySelection(window().queries->selected); };
+  document().openQuerySelection(0);
+  document().busyOver();
+  EXPECT_THAT(window().prompts.takeTexts(),
+              ElementsAre(L"Query 'big' could not be read.\nAnother program has renamed or deleted it."));
+  EXPECT_EQ(window().queries->chosen(), L"");
+  EXPECT_STREQ(document().tableName().text(), L"First One");
+  document().setViewMode(ViewMode::tables);
+  document().setViewMode(ViewMode::queries);
+  EXPECT_EQ(window().queries->chosen(), L"wrong") << "as at the first time";
+  EXPECT_THAT(messages(), IsEmpty());
+}
+
+TEST_F(DocumentFilesTest, AnotherQueryIsChosenAlsoBeforeItIsToldThatOneCantBeRead) {
+  addQueries();
+  open();
+  document().setViewMode(ViewMode::queries);
+  runStatements(path(), {L"DELETE FROM QuivaneQueries WHERE QueryName = 'big'"});
+  document().openQuerySelection(0);
+  document().openQuerySelection(1);
+  EXPECT_STREQ(document().queryName().text(), L"wrong");
+  document().busyOver();
+  EXPECT_THAT(window().prompts.takeTexts(),
+              ElementsAre(L"Query 'big' could not be read.\nAnother program has renamed or deleted it."));
+  EXPECT_EQ(window().queries->chosen(), L"wrong");
+}
+
+TEST_F(DocumentFilesTest, AQueryThatCouldNotBeReadIsForgottenWithItsDatabase) {
+  addQueries();
+  open();
+  document().setViewMode(ViewMode::queries);
+  runStatements(path(), {L"DELETE FROM QuivaneQueries WHERE QueryName = 'big'"});
+  document().openQuerySelection(0);
+  document().closeDatabase();
+  document().busyOver();
+  EXPECT_THAT(messages(), IsEmpty());
 }
 
 TEST_F(DocumentFilesTest, AQueryThatAnotherProgramMovedIsFollowedByItsName) {

@@ -296,6 +296,12 @@ TEST_F(DocumentOthersTest, TheQueriesFollowAndTheChosenOneStays) {
   look();
   EXPECT_THAT(window().queries->items, ElementsAre(L"all", L"big", L"wrong"));
   EXPECT_EQ(window().queries->chosen(), L"wrong");
+  window().queries->setSelectedIndex(-1);
+  elsewhere(L"DELETE FROM QuivaneQueries WHERE QueryName = 'wrong'");
+  look();
+  EXPECT_THAT(window().queries->items, ElementsAre(L"all", L"big"));
+  EXPECT_EQ(window().queries->chosen(), L"") << "none was";
+  window().queries->setSelectedIndex(1);
   elsewhere(L"DELETE FROM QuivaneQueries WHERE QueryName <> 'all'");
   look();
   EXPECT_THAT(window().queries->items, ElementsAre(L"all"));

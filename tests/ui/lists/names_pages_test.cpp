@@ -236,6 +236,19 @@ TEST(QueriesListViewTest, AFillSelectsTheStoredIndexWhichStartsAtTheFirst) {
   EXPECT_EQ(selected(list), -1);
 }
 
+TEST(QueriesListViewTest, AnotherItemIsChosenAndNone) {
+  HostWindow host;
+  QueriesListView view(host.get());
+  const HWND list = GetDlgItem(host.get(), kControlId);
+  view.fill(names({L"a", L"b"}));
+  view.select(1);
+  EXPECT_EQ(selected(list), 1);
+  EXPECT_EQ(view.selectedIndex(), 1);
+  view.select(-1);
+  EXPECT_EQ(selected(list), -1);
+  EXPECT_FALSE(view.hasChoice());
+}
+
 TEST(QueriesListViewTest, TheColoursAreItsOwn) {
   HostWindow host;
   QueriesListView view(host.get());

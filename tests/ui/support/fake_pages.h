@@ -288,6 +288,10 @@ struct FakeQueries final : FakeNames<QueriesPage> {
     tellSelection();
   }
   void setSelectedIndex(int index) override { selected = index; }
+  void select(int index) override {
+    selected = index;
+    tellSelection();
+  }
 };
 
 /// A Document with fake pages.
