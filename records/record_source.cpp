@@ -35,12 +35,14 @@ void RecordSource::setPlainSql(String sql) {
   sqlText_ = sql;
   plainSql_ = std::move(sql);
   arrangement_ = {};
+  pending_ = {};
 }
 
 void RecordSource::arrange(Arrangement arrangement, const std::vector<std::wstring>& fields) {
   String sql = arrangement.toSql(plainSql_.text(), kind_ == Kind::table, fields).c_str();
   sqlText_ = std::move(sql);
   arrangement_ = std::move(arrangement);
+  pending_ = {};
   ++generation_;
 }
 

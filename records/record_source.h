@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "base/string.h"
@@ -18,6 +19,8 @@ class RecordSource {
   /// The records that are chosen, in this order and as far as they fit. Another choice has none at first.
   /// `fields` as Arrangement::toSql takes them.
   void arrange(Arrangement arrangement, const std::vector<std::wstring>& fields);
+  /// The same once the fields are known; until then the records have no order and filter.
+  void arrangeLater(Arrangement arrangement) { pending_ = std::move(arrangement); }
   /// The same records, opened anew.
   void chooseAgain();
 
@@ -32,6 +35,7 @@ class RecordSource {
   const String& sqlText() const { return sqlText_; }      ///< the recordset is opened from it
   const String& plainSql() const { return plainSql_; }    ///< the same without the arrangement
   const Arrangement& arrangement() const { return arrangement_; }
+  const Arrangement& pendingArrangement() const { return pending_; }  ///< empty when there is none
   /// Another one for each choice, never kNeverChosen.
   std::uint32_t generation() const { return generation_; }
   static constexpr std::uint32_t kNeverChosen = 0;
@@ -47,5 +51,6 @@ class RecordSource {
   String sqlText_;
   String plainSql_;
   Arrangement arrangement_;
+  Arrangement pending_;
   std::uint32_t generation_ = 1;
 };

@@ -151,6 +151,7 @@ void ColumnMenu::run(UINT choice) const {
     case kThenDescending:
       return order(true, choice == kThenDescending);
     case kOnlyValue: {
+      // Where the value was read its field has the name of the arrangement.
       Arrangement arrangement = theDocument->arranger().present();
       arrangement.require(*value_);
       theDocument->arranger().arrange(std::move(arrangement));
@@ -176,8 +177,10 @@ void ColumnMenu::run(UINT choice) const {
 }
 
 void ColumnMenu::order(bool isThen, bool isDescending) const {
+  std::optional<std::wstring> name = theDocument->arranger().arrangedName(field_);
+  if (!name) return;
   Arrangement arrangement = theDocument->arranger().present();
-  Arrangement::Order order{name_, isDescending, theDocument->arranger().lettersOf(field_)};
+  Arrangement::Order order{std::move(*name), isDescending, theDocument->arranger().lettersOf(field_)};
   if (isThen) {
     arrangement.thenBy(std::move(order));
   } else {
@@ -187,10 +190,11 @@ void ColumnMenu::order(bool isThen, bool isDescending) const {
 }
 
 void ColumnMenu::require(Arrangement::Test test) const {
-  Arrangement arrangement = theDocument->arranger().present();
   Arrangement::Condition condition;
-  condition.field = name_;
+  condition.field = theDocument->arranger().arrangedName(field_);
+  if (!condition.field) return;
   condition.test = test;
+  Arrangement arrangement = theDocument->arranger().present();
   arrangement.require(std::move(condition));
   theDocument->arranger().arrange(std::move(arrangement));
 }
@@ -207,10 +211,11 @@ bool askText(const std::wstring& label, std::wstring& text) {
 }
 
 void ColumnMenu::requireText() const {
-  Arrangement arrangement = theDocument->arranger().present();
-  const Arrangement::Condition* former = arrangement.conditionOf(name_);
   Arrangement::Condition condition;
-  condition.field = name_;
+  condition.field = theDocument->arranger().arrangedName(field_);
+  if (!condition.field) return;
+  Arrangement arrangement = theDocument->arranger().present();
+  const Arrangement::Condition* former = arrangement.conditionOf(*condition.field);
   condition.test = Arrangement::Test::containing;
   if (former && former->test == condition.test) condition.value = former->value;
   if (!askText(L"&Text in '" + menuText(name_.c_str(), kMostNameCount) + L"':", condition.value)) return;

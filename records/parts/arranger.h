@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -18,6 +19,8 @@ class Arranger : public DocumentPart {
   bool arrange(Arrangement arrangement) const;
   /// Whether letter case may differ in the values of a field.
   Arrangement::Letters lettersOf(std::uint32_t field) const;
+  /// How an order or condition calls the field; none where it can't be told from another one, which was told.
+  std::optional<std::wstring> arrangedName(std::uint32_t field) const;
   /// Whether a text is looked for in the field.
   bool canContainText(std::uint32_t field) const;
   /// The condition that the field is what it is in the row that is chosen in the grid.
@@ -33,7 +36,12 @@ class Arranger : public DocumentPart {
   void tellUnfitting();
 
  private:
-  std::vector<std::wstring> searchedFields() const;
+  Outcome describe(std::vector<Database::FieldDescription>& fields) const;
+  Outcome readArrangedName(std::uint32_t field, std::wstring& name) const;
+  Outcome readArrangedNames(const std::vector<std::uint32_t>& fields, std::vector<std::wstring>& names) const;
+  Outcome readSearchedFields(std::vector<std::wstring>& names) const;
+  void tellNotArranged(const Outcome& failure) const;
+  Outcome arrangePending() const;
   const String& sourceName() const;
   void keep() const;
   Outcome openInPlace(const RecordSource& source, std::uint32_t former, std::uint32_t& position,

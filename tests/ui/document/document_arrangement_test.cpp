@@ -2,6 +2,7 @@
 #include "base/settings/options.h"
 #include "base/settings/settings_store.h"
 #include "records/parts/arranger.h"
+#include "tests/support/exclusive_lock.h"
 #include "tests/ui/document/document_fixture.h"
 
 using testing::ElementsAre;
@@ -209,6 +210,31 @@ TEST_F(DocumentArrangementTest, AnyFieldMeansTheFieldsThatThereAreAtTheOpening) 
   EXPECT_THAT(rows(), ElementsAre(L"A", L"c"));
 }
 
+TEST_F(DocumentArrangementTest, WhereTheFieldsCantBeReadNowItIsKeptForLater) {
+  openBooks();
+  ASSERT_TRUE(document().arranger().arrange(only(nullptr, Kind::containing, L"c")));
+  ASSERT_THAT(rows(), ElementsAre(L"c"));
+  document().setViewMode(ViewMode::tables);
+  document().openTableSelection(0);
+  {
+    const auto lock = lockExclusively(path().wstring());
+    ASSERT_TRUE(lock->isHeld());
+    document().openTableSelection(kBooks);
+    document().busyOver();
+    document().setViewMode(ViewMode::form);
+    document().busyOver();
+    EXPECT_FALSE(document().isRecordsetOpen());
+    EXPECT_THAT(window().prompts.takeTexts(),
+                ElementsAre(L"The records could not be opened.\nAnother program is using the database."));
+  }
+  document().setViewMode(ViewMode::list);
+  EXPECT_THAT(rows(), ElementsAre(L"c"));
+  restart();
+  openBooks();
+  EXPECT_THAT(rows(), ElementsAre(L"c")) << "it stays kept";
+  EXPECT_THAT(messages(), IsEmpty());
+}
+
 TEST_F(DocumentArrangementTest, OneThatNoLongerFitsIsGivenUpAndTold) {
   openBooks();
   document().arranger().arrange(ordered(L"Title"));
@@ -224,6 +250,83 @@ TEST_F(DocumentArrangementTest, OneThatNoLongerFitsIsGivenUpAndTold) {
   restart();
   openBooks();
   EXPECT_THAT(messages(), IsEmpty()) << "it is forgotten";
+}
+
+TEST_F(DocumentArrangementTest, AQueryWithANoteBehindItIsOrderedFilteredAndCalculated) {
+  runStatements(path(),
+                {L"CREATE TABLE 'QuivaneQueries' (QueryName Text ,SQL Text)",
+                 L"INSERT INTO QuivaneQueries VALUES ('noted', 'Select * from Books; -- all of them')"});
+  open();
+  document().setViewMode(ViewMode::queries);
+  document().openQuerySelection(0);
+  document().setViewMode(ViewMode::list);
+  ASSERT_THAT(rows(), ElementsAre(L"b", L"A", L"c"));
+  EXPECT_TRUE(document().arranger().arrange(ordered(L"Title")));
+  EXPECT_THAT(rows(), ElementsAre(L"A", L"b", L"c"));
+  EXPECT_TRUE(document().arranger().arrange(only(L"Title", Kind::containing, L"b")));
+  EXPECT_THAT(rows(), ElementsAre(L"b"));
+  document().arranger().calculate(0);
+  ASSERT_EQ(messages().size(), 1u);
+  EXPECT_THAT(messages()[0].text, testing::StartsWith(L"Column 'Title'\n\n"));
+}
+
+TEST_F(DocumentArrangementTest, OfTwoColumnsOfOneNameTheChosenOneIsMeant) {
+  runStatements(path(),
+                {L"CREATE TABLE 'QuivaneQueries' (QueryName Text ,SQL Text)",
+                 L"INSERT INTO QuivaneQueries VALUES ('pairs', 'Select x.Pages, y.title, x.Title, "
+                 L"y.Pages from Books x join Books y on x.Pages < y.Pages order by x.Pages, y.Pages')"});
+  open();
+  document().setViewMode(ViewMode::queries);
+  document().openQuerySelection(0);
+  document().setViewMode(ViewMode::list);
+  ASSERT_THAT(rows(0), ElementsAre(L"1", L"1", L"2"));
+  ASSERT_THAT(rows(3), ElementsAre(L"2", L"10", L"10"));
+  ASSERT_THAT(rows(2), ElementsAre(L"c", L"c", L"b"));
+  Arranger& arranger = document().arranger();
+  const std::optional<std::wstring> pages = arranger.arrangedName(3);
+  ASSERT_TRUE(pages);
+  EXPECT_NE(*pages, L"Pages");
+  EXPECT_EQ(arranger.arrangedName(1), L"title");
+  EXPECT_EQ(arranger.arrangedName(0), L"Pages");
+  EXPECT_TRUE(arranger.arrange(ordered(pages->c_str(), true)));
+  EXPECT_THAT(rows(3), ElementsAre(L"10", L"10", L"2"));
+  EXPECT_EQ(arranger.arrangedName(3), pages) << "also once it is arranged";
+  EXPECT_TRUE(arranger.arrange({}));
+  window().tapRow(1);
+  Arrangement::Condition value;
+  ASSERT_TRUE(arranger.readChosenValue(3, value));
+  Arrangement filtered;
+  filtered.require(value);
+  EXPECT_TRUE(arranger.arrange(filtered));
+  EXPECT_THAT(rows(3), ElementsAre(L"2"));
+  EXPECT_TRUE(arranger.arrange(only(nullptr, Kind::containing, L"b")));
+  EXPECT_THAT(rows(2), ElementsAre(L"c", L"b")) << "in either of them";
+  EXPECT_TRUE(arranger.arrange({}));
+  arranger.calculate(3);
+  ASSERT_EQ(messages().size(), 1u);
+  EXPECT_THAT(messages()[0].text, testing::StartsWith(L"Column 'Pages'\n\n")) << "as its heading";
+  EXPECT_THAT(messages()[0].text, testing::HasSubstr(L"22")) << "2 + 10 + 10";
+}
+
+TEST_F(DocumentArrangementTest, OfSixColumnsOfOneNameNoneIsTakenForAnother) {
+  runStatements(path(),
+                {L"CREATE TABLE 'QuivaneQueries' (QueryName Text ,SQL Text)",
+                 L"INSERT INTO QuivaneQueries VALUES ('many', 'Select a.Title, b.Title, c.Title, d.Title, "
+                 L"e.Title, f.Title, f.Pages from Books a, Books b, Books c, Books d, Books e, Books f')"});
+  open();
+  document().setViewMode(ViewMode::queries);
+  document().openQuerySelection(0);
+  document().setViewMode(ViewMode::list);
+  const Arranger& arranger = document().arranger();
+  EXPECT_EQ(arranger.arrangedName(0), L"Title");
+  EXPECT_EQ(arranger.arrangedName(6), L"Pages");
+  EXPECT_THAT(messages(), IsEmpty());
+  EXPECT_EQ(arranger.arrangedName(5), std::nullopt);
+  EXPECT_THAT(window().prompts.takeTexts(),
+              ElementsAre(L"The records could not be ordered or filtered.\nTwo columns are called 'Title'. "
+                          L"Give one of them another name in the query."));
+  EXPECT_FALSE(arranger.arrange(only(nullptr, Kind::containing, L"b")));
+  EXPECT_EQ(window().prompts.takeTexts().size(), 1u);
 }
 
 TEST_F(DocumentArrangementTest, ASavedQueryIsOrderedAndStaysUpdatable) {
