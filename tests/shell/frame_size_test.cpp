@@ -263,6 +263,21 @@ TEST_F(FrameSizeTest, WhatIsLaidOutIsDrawnOnceAndAtOnce) {
   EXPECT_TRUE(GetUpdateRect(child, nullptr, FALSE));
 }
 
+TEST_F(FrameSizeTest, WhatIsShownStaysWhereItIsUntilItIsLaidOut) {
+  // For all windows of the class, and the next one is told of it.
+  SetClassLongPtrW(top(), GCL_STYLE, CS_HREDRAW | CS_VREDRAW);
+  makeTopAnew();
+  ShowWindow(top(), SW_SHOWNA);
+  size(300, 300);
+  RedrawWindow(top(), nullptr, nullptr, RDW_VALIDATE | RDW_ALLCHILDREN);
+  size(400, 400);
+  const HRGN undrawn = CreateRectRgn(0, 0, 0, 0);
+  GetUpdateRgn(top(), undrawn, FALSE);
+  EXPECT_FALSE(PtInRegion(undrawn, 100, 100));
+  EXPECT_TRUE(PtInRegion(undrawn, 350, 350)) << "what is new is to be drawn";
+  DeleteObject(undrawn);
+}
+
 TEST_F(FrameSizeTest, ALayoutThatFailsIsOverToo) {
   const HWND child = HandheldCreateWindow(0, WC_STATICW, L"", WS_CHILD | WS_VISIBLE, 0, 0, 10, 10, top(),
                                           nullptr, nullptr, nullptr);

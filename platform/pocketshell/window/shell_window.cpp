@@ -48,6 +48,13 @@ RECT freeAreaAt(const RECT& place) {
   return monitor.rcWork;
 }
 
+/// A class that wants its windows to be drawn anew as a whole when they are sized loses what they show with
+/// each step of the edge that is dragged, which leaves them black until they are laid out.
+void keepWhatIsShown(HWND window) {
+  const ULONG_PTR style = GetClassLongPtrW(window, GCL_STYLE);
+  SetClassLongPtrW(window, GCL_STYLE, static_cast<LONG_PTR>(style & ~ULONG_PTR{CS_HREDRAW | CS_VREDRAW}));
+}
+
 }  // namespace
 
 DWORD shellWindowStyle() {
@@ -91,6 +98,7 @@ bool ShellWindow::becomeFrame() {
   }
   bool wasMaximised = false;
   if (canBeSized_) {
+    keepWhatIsShown(window());
     wasMaximised = standWhereLeft();
   } else {
     fitToZoom();
