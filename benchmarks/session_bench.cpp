@@ -232,6 +232,7 @@ void measureNarrowing(const std::wstring& program, const std::wstring& database,
   open.show(kFormPage);
   const HWND number = remote::control(open.main(), kSecondEditor);
   require(number != nullptr, "there is no editor of the reference");
+  waitFor([&] { return !remote::text(number).empty(); }, "the record is not shown");
   PostMessageW(number, WM_KEYDOWN, VK_F4, 1);
   const HWND dialog = open.dialog(L"Number");
   const HWND list = remote::control(dialog, IDC_LOOK_UP_RECORDS);
