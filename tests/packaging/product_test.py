@@ -17,7 +17,6 @@ PRODUCT = ('Quivane Pocket PC.exe', 'adoce31.dll', 'aygshell.dll', 'peghelp.exe'
 
 # Set by main.
 folder = None
-late_list = None
 
 
 def product():
@@ -71,19 +70,11 @@ class ImportsTest(unittest.TestCase):
     def imports(self):
         own = {name.lower() for name in PRODUCT}
         passed_over = own | {'msvcrt.dll'}
-        at_start = {entry for _, module in product() for entry in module.imports() if entry[0] not in passed_over}
-        return at_start | set(functions_in(late_list))
+        return {entry for _, module in product() for entry in module.imports() if entry[0] not in passed_over}
 
     def test_nothing_but_what_windows_10_1809_has_is_taken_from_the_system(self):
         new = sorted(self.imports() - set(known_functions()))
         self.assertEqual(new, [], f'look up since when Windows has these, as {KNOWN_IMPORTS.name} says')
-
-    def test_the_start_waits_for_no_module_that_is_loaded_later(self):
-        late = {module for module, _ in functions_in(late_list)}
-        self.assertIn('comdlg32.dll', late)
-        for name in ('Quivane Pocket PC.exe', 'aygshell.dll'):
-            at_start = {module for module, _ in pe_file.PeFile((folder / name).read_bytes()).imports()}
-            self.assertEqual(at_start & late, set(), name)
 
     def test_the_list_is_in_order(self):
         self.assertEqual(known_functions(), sorted(set(known_functions())))
@@ -118,5 +109,4 @@ class PeFileTest(unittest.TestCase):
 
 if __name__ == '__main__':
     folder = pathlib.Path(sys.argv.pop(1))
-    late_list = pathlib.Path(sys.argv.pop(1))
     unittest.main()
