@@ -26,16 +26,25 @@ inline HIMAGELIST setImageList(HWND list, int which, HIMAGELIST images) {
       SendMessageW(list, LVM_SETIMAGELIST, static_cast<WPARAM>(which), reinterpret_cast<LPARAM>(images)));
 }
 
-/// Keeps a list from reckoning its scroll bars and drawing itself anew after each change, for a scope.
+/// Keeps a list from reckoning its scroll bars and drawing itself anew after each change, for a scope. A list
+/// that is hidden stays so.
 class RedrawingOff {
  public:
-  explicit RedrawingOff(HWND list) : list_(list) { SendMessageW(list_, WM_SETREDRAW, FALSE, 0); }
-  ~RedrawingOff() { SendMessageW(list_, WM_SETREDRAW, TRUE, 0); }
+  explicit RedrawingOff(HWND list)
+      : list_(list), isHidden_((GetWindowLongPtrW(list, GWL_STYLE) & WS_VISIBLE) == 0) {
+    SendMessageW(list_, WM_SETREDRAW, FALSE, 0);
+  }
+  ~RedrawingOff() {
+    SendMessageW(list_, WM_SETREDRAW, TRUE, 0);
+    // Where the system itself answers that message it shows the window.
+    if (isHidden_) ShowWindow(list_, SW_HIDE);
+  }
   RedrawingOff(const RedrawingOff&) = delete;
   RedrawingOff& operator=(const RedrawingOff&) = delete;
 
  private:
   HWND list_;
+  bool isHidden_;
 };
 
 /// Puts the icons in rows as the present width has room for.
