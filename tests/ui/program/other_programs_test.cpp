@@ -13,6 +13,7 @@
 #include <random>
 #include <string>
 #include <thread>
+#include <utility>
 
 #include "base/settings/settings_store.h"
 #include "resources/command_ids.h"
@@ -150,15 +151,36 @@ class OtherProgramsTest : public UiTest {
     give(main(), WM_COMMAND, ID_ENTER, shown(kMark), discarded);
   }
 
-  void checkForm() {
-    const std::wstring id = shown(kId);
-    const std::wstring content = shown(kContent);
-    const std::wstring mark = shown(kMark);
-    if (id.empty()) return;
+  /// What the editors show of one record.
+  struct Reading {
+    std::wstring id;
+    std::wstring content;
+    std::wstring mark;
+    bool operator==(const Reading&) const = default;
+  };
+  /// The program shows others' changes whenever it likes, between two of these questions, too: an answer is
+  /// taken when it has come twice.
+  Reading formReading() const {
+    const auto read = [this] { return Reading{shown(kId), shown(kContent), shown(kMark)}; };
+    Reading reading = read();
+    EXPECT_TRUE(remote::waitUntil([&] {
+      const Reading last = std::exchange(reading, read());
+      return reading == last;
+    }));
+    return reading;
+  }
+
+  void check(const Reading& form) {
+    if (form.id.empty()) return;
     ++readings_;
-    EXPECT_EQ(content, L"content of " + id);
-    EXPECT_TRUE(mark.empty() || mark.starts_with(L"mark " + id + L" "))
-        << testing::PrintToString(mark) << " of " << testing::PrintToString(id);
+    EXPECT_EQ(form.content, L"content of " + form.id);
+    EXPECT_TRUE(form.mark.empty() || form.mark.starts_with(L"mark " + form.id + L" "))
+        << testing::PrintToString(form.mark) << " of " << testing::PrintToString(form.id);
+  }
+
+  static void typeInstead(HWND editor, const std::wstring& text) {
+    SendMessageW(editor, EM_SETSEL, 0, -1);
+    for (const wchar_t character : text) SendMessageW(editor, WM_CHAR, character, 1);
   }
 
   const fs::path path_ = file("shared.cdb");
@@ -196,23 +218,23 @@ TEST_F(OtherProgramsTest, NoRecordIsTakenForAnotherAndWhatWasTypedStays) {
   while (!isEnough() && std::chrono::steady_clock::now() < end && !HasFailure() &&
          opened_->program().isRunning()) {
     bool discarded = false;
-    checkForm();
-    std::wstring typed = shown(kMark);
-    const std::wstring id = shown(kId);
+    Reading form = formReading();
+    check(form);
     const HWND editor = control(kMark);
-    if (below(2) == 0 && !id.empty() && editor != nullptr) {
-      typed = L"mark " + id + L" " + std::to_wstring(++marks);
+    if (below(2) == 0 && !form.id.empty() && editor != nullptr) {
       if (remote::focus(main()) != editor) remote::clickControl(editor);
       ASSERT_TRUE(remote::waitUntil([&] { return remote::focus(main()) == editor; }));
-      SendMessageW(editor, EM_SETSEL, 0, -1);
-      for (const wchar_t character : typed) SendMessageW(editor, WM_CHAR, character, 1);
+      // What is begun holds the record that the form shows by now.
+      typeInstead(editor, L"mark");
+      form = formReading();
+      const std::wstring typed = L"mark " + form.id + L" " + std::to_wstring(++marks);
+      typeInstead(editor, typed);
+      form.mark = shown(kMark);
       // A record that can't be read takes nothing.
-      if (shown(kMark) != typed)
-        typed = shown(kMark);
-      else
-        ++stored;
+      if (form.mark == typed) ++stored;
     }
-    if (!id.empty() && !typed.empty()) expected_[id] = typed;
+    if (!form.id.empty() && !form.mark.empty()) expected_[form.id] = form.mark;
+    const std::wstring typed = form.mark;
     give(main(), WM_COMMAND, static_cast<WPARAM>(kMoves[below(ARRAYSIZE(kMoves))]), typed, &discarded);
     if (discarded) --stored;
     if (below(20) == 0) {
