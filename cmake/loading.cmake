@@ -5,6 +5,3 @@
 if(WIN32)
   add_link_options(LINKER:--file-alignment,4096,--strip-debug)
 endif()
-
-# Nothing is taken late, by the run-time's __delayLoadHelper2: it writes the address of a function into the import section at
-# the first call, which a newer Wine does not allow in every session.

@@ -20,6 +20,7 @@
 #include "app/window/program_state.h"
 #include "app/window/tab_pages.h"
 #include "dialogs/find/find_dialog.h"
+#include "owners/late_function.h"
 #include "platform/pocketshell/handheld_windows.h"
 #include "resources/resource_ids.h"
 #include "views/dialog/current_dialog.h"
@@ -80,13 +81,16 @@ LRESULT pathHandedOver(HWND, UINT, WPARAM, LPARAM lParam) {
   return TRUE;
 }
 
+constinit const LateFunction<decltype(DragQueryFileW)> dragQueryFile{L"shell32.dll", "DragQueryFileW"};
+constinit const LateFunction<decltype(DragFinish)> dragFinish{L"shell32.dll", "DragFinish"};
+
 /// The first of the files that were dropped is opened as one of the command line is. Not under a dialog, and
 /// not from here: the program that they come from waits for the answer.
 LRESULT filesDropped(HWND window, UINT, WPARAM wParam, LPARAM) {
   const auto drop = reinterpret_cast<HDROP>(wParam);
-  std::wstring path(static_cast<std::size_t>(DragQueryFileW(drop, 0, nullptr, 0)) + 1, L'\0');
-  DragQueryFileW(drop, 0, path.data(), static_cast<UINT>(path.size()));
-  DragFinish(drop);
+  std::wstring path(static_cast<std::size_t>(dragQueryFile(drop, 0, nullptr, 0)) + 1, L'\0');
+  dragQueryFile(drop, 0, path.data(), static_cast<UINT>(path.size()));
+  dragFinish(drop);
   if (IsWindowEnabled(window) && theDocument && !theDocument->isBusy()) openDatabaseLater(path.c_str());
   return 0;
 }

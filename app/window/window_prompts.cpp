@@ -12,6 +12,7 @@
 #include "dialogs/exchange/export_dialog.h"
 #include "dialogs/password/server_password_dialog.h"
 #include "dialogs/small/go_to.h"
+#include "owners/late_function.h"
 #include "platform/pocketshell/aygshell.h"
 #include "resources/resource_ids.h"
 #include "views/dialog/current_dialog.h"
@@ -62,12 +63,17 @@ constexpr wchar_t kImportFilter[] =
     L"CSV and JSON (*.csv; *.tsv; *.txt; *.json; *.jsonl)\0*.csv;*.tsv;*.txt;*.json;*.jsonl\0"
     L"All files (*.*)\0*.*\0";
 
+constinit const LateFunction<decltype(GetOpenFileNameW)> getOpenFileName{L"comdlg32.dll", "GetOpenFileNameW"};
+constinit const LateFunction<decltype(GetSaveFileNameW)> getSaveFileName{L"comdlg32.dll", "GetSaveFileNameW"};
+constinit const LateFunction<decltype(CommDlgExtendedError), CDERR_INITIALIZATION> commDlgExtendedError{
+    L"comdlg32.dll", "CommDlgExtendedError"};
+
 struct FileDialog {
   const wchar_t* title;
   const wchar_t* filter;
   const wchar_t* ending;  // what a name without one gets, null for none
   DWORD flags;
-  BOOL(WINAPI* run)(OPENFILENAMEW*);
+  const LateFunction<BOOL(OPENFILENAMEW*)>* run;
 };
 
 FileDialog fileDialog(FileChoice choice) {
@@ -78,26 +84,26 @@ FileDialog fileDialog(FileChoice choice) {
   static_assert(kExisting == 0x81000 && kNew == 0x82002);
   switch (choice) {
     case FileChoice::create:
-      return {L"New Database", kCreateFilter, kDatabase, kNew, GetSaveFileNameW};
+      return {L"New Database", kCreateFilter, kDatabase, kNew, &getSaveFileName};
     case FileChoice::copy:
       // Nothing is replaced: who names a file that exists is told so by the store.
-      return {L"Save Database As", kCreateFilter, kDatabase, kWritten, GetSaveFileNameW};
+      return {L"Save Database As", kCreateFilter, kDatabase, kWritten, &getSaveFileName};
     case FileChoice::exportTo:
-      return {L"Export", kExportFilter, L"csv", kWritten | OFN_OVERWRITEPROMPT, GetSaveFileNameW};
+      return {L"Export", kExportFilter, L"csv", kWritten | OFN_OVERWRITEPROMPT, &getSaveFileName};
     case FileChoice::rejects:
-      return {L"Save List", kListFilter, L"csv", kWritten | OFN_OVERWRITEPROMPT, GetSaveFileNameW};
+      return {L"Save List", kListFilter, L"csv", kWritten | OFN_OVERWRITEPROMPT, &getSaveFileName};
     case FileChoice::bytesTo:
-      return {L"Save Bytes", kBytesFilter, nullptr, kWritten | OFN_OVERWRITEPROMPT, GetSaveFileNameW};
+      return {L"Save Bytes", kBytesFilter, nullptr, kWritten | OFN_OVERWRITEPROMPT, &getSaveFileName};
     case FileChoice::bytesFrom:
-      return {L"Load Bytes", kPictureFilter, nullptr, kExisting | OFN_HIDEREADONLY, GetOpenFileNameW};
+      return {L"Load Bytes", kPictureFilter, nullptr, kExisting | OFN_HIDEREADONLY, &getOpenFileName};
     case FileChoice::importFrom:
-      return {L"Import", kImportFilter, nullptr, kExisting | OFN_HIDEREADONLY, GetOpenFileNameW};
+      return {L"Import", kImportFilter, nullptr, kExisting | OFN_HIDEREADONLY, &getOpenFileName};
     case FileChoice::remove:
-      return {L"Delete Database", kOpenFilter, kDatabase, kExisting, GetOpenFileNameW};
+      return {L"Delete Database", kOpenFilter, kDatabase, kExisting, &getOpenFileName};
     case FileChoice::open:
       break;
   }
-  return {L"Open Database", kOpenFilter, kDatabase, kExisting, GetOpenFileNameW};
+  return {L"Open Database", kOpenFilter, kDatabase, kExisting, &getOpenFileName};
 }
 
 std::wstring progressText(const Progress& progress) {
@@ -195,11 +201,11 @@ std::optional<String> WindowPrompts::chooseFile(FileChoice choice, const String&
   const BoxesOverWindow place(mainWindow);
   guardEditControls();
   isChoosingFile_ = true;
-  const BOOL chosen = dialog.run(&question);
+  const BOOL chosen = (*dialog.run)(&question);
   isChoosingFile_ = false;
   if (chosen) return String(path);
   // The dialog then ends as if it were cancelled.
-  if (CommDlgExtendedError() == FNERR_BUFFERTOOSMALL) {
+  if (commDlgExtendedError() == FNERR_BUFFERTOOSMALL) {
     showBox(question.hwndOwner, L"The path of the file is too long. At most 259 characters can be chosen.",
             kPromptCaption, boxFlags(Notice::refusal));
   }

@@ -12,6 +12,7 @@
 #include "dialogs/options/options_ids.h"
 #include "dialogs/options/options_page_procedures.h"
 #include "dialogs/options/options_page_window.h"
+#include "owners/late_function.h"
 #include "platform/pocketshell/handheld_windows.h"
 #include "views/dialog/dialog_growth.h"
 #include "views/shared/boxes_over_window.h"
@@ -50,6 +51,8 @@ void refreshSwatch(HWND page) {
   UpdateWindow(page);
 }
 
+constinit const LateFunction<decltype(ChooseColorW)> chooseColor{L"comdlg32.dll", "ChooseColorW"};
+
 void pickColor(HWND page) {
   std::uint32_t* const color = selectedColor(page);
   if (!color) return;
@@ -60,7 +63,7 @@ void pickColor(HWND page) {
   choice.lpCustColors = customColors.data();
   choice.Flags = CC_RGBINIT | CC_FULLOPEN;
   const BoxesOverWindow place(GetAncestor(page, GA_ROOT));
-  if (!ChooseColorW(&choice)) return;
+  if (!chooseColor(&choice)) return;
   *color = choice.rgbResult;
   refreshSwatch(page);
 }

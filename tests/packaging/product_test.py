@@ -1,18 +1,20 @@
 #!/usr/bin/env python3
 """Tests the built programs and modules: how they are hardened, and what they take from the system.
 
-Usage: product_test.py FOLDER LATE [unittest's arguments]; FOLDER is where they were built, LATE the list of the functions
-whose modules they load when they first call them.
+Usage: product_test.py FOLDER [unittest's arguments]; FOLDER is where they were built.
 """
 
 import pathlib
+import re
 import sys
 import unittest
 
 import pe_file
 
 HERE = pathlib.Path(__file__).resolve().parent
+ROOT = HERE.parents[1]
 KNOWN_IMPORTS = HERE / 'system_functions.txt'
+SOURCES = ('app', 'base', 'data', 'dialogs', 'help', 'platform', 'records', 'tools', 'views')
 PRODUCT = ('Quivane Pocket PC.exe', 'adoce31.dll', 'aygshell.dll', 'peghelp.exe', 'cdbtool.exe')
 
 # Set by main.
@@ -31,6 +33,21 @@ def functions_in(path):
 
 def known_functions():
     return functions_in(KNOWN_IMPORTS)
+
+
+def late_functions():
+    """Those whose modules are loaded when they are first called, as the sources define them."""
+    found = set()
+    for name in SOURCES:
+        for path in sorted((ROOT / name).rglob('*')):
+            if path.suffix not in ('.cpp', '.h'):
+                continue
+            text = path.read_text(encoding='utf-8')
+            definitions = re.findall(r'LateFunction<decltype\(\w+\)[^{};]*{\s*L"([^"]+)",\s*"(\w+)"};', text)
+            if len(definitions) != text.count('LateFunction<decltype'):
+                raise ValueError(f'{path}: a function is not defined as owners/late_function.h says')
+            found.update(definitions)
+    return found
 
 
 class HardeningTest(unittest.TestCase):
@@ -70,11 +87,19 @@ class ImportsTest(unittest.TestCase):
     def imports(self):
         own = {name.lower() for name in PRODUCT}
         passed_over = own | {'msvcrt.dll'}
-        return {entry for _, module in product() for entry in module.imports() if entry[0] not in passed_over}
+        at_start = {entry for _, module in product() for entry in module.imports() if entry[0] not in passed_over}
+        return at_start | late_functions()
 
     def test_nothing_but_what_windows_10_1809_has_is_taken_from_the_system(self):
         new = sorted(self.imports() - set(known_functions()))
         self.assertEqual(new, [], f'look up since when Windows has these, as {KNOWN_IMPORTS.name} says')
+
+    def test_the_start_waits_for_no_module_that_is_loaded_later(self):
+        late = {module for module, _ in late_functions()}
+        self.assertIn('comdlg32.dll', late)
+        for name in ('Quivane Pocket PC.exe', 'aygshell.dll'):
+            at_start = {module for module, _ in pe_file.PeFile((folder / name).read_bytes()).imports()}
+            self.assertEqual(at_start & late, set(), name)
 
     def test_the_list_is_in_order(self):
         self.assertEqual(known_functions(), sorted(set(known_functions())))

@@ -7,6 +7,7 @@
 #include <usp10.h>
 
 #include "base/showable_text.h"
+#include "owners/late_function.h"
 #include "views/shared/word_breaks.h"
 
 namespace {
@@ -15,6 +16,8 @@ constexpr std::wstring_view kLineBreak = L"\r\n";
 
 /// Between two soft breaks.
 constexpr std::size_t kSoftLineCount = 250;
+
+constinit const LateFunction<decltype(ScriptItemize), E_NOTIMPL> scriptItemize{L"usp10.dll", "ScriptItemize"};
 
 /// A run of digits, or of letters that change their shapes, takes a time that grows with the square of its
 /// length. The squares of a line's runs add up to this at most.
@@ -41,7 +44,7 @@ std::size_t countInRuns(std::wstring_view text) {
   for (std::size_t place = 0; place < text.size(); place += kPieceCount) {
     const std::wstring_view piece = text.substr(place, kPieceCount);
     int count = 0;
-    if (FAILED(ScriptItemize(piece.data(), static_cast<int>(piece.size()), static_cast<int>(items.size()),
+    if (FAILED(scriptItemize(piece.data(), static_cast<int>(piece.size()), static_cast<int>(items.size()),
                              nullptr, nullptr, items.data(), &count))) {
       return place;
     }

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "owners/com_handles.h"
+#include "owners/late_function.h"
 #include "platform/pocketshell/handheld_windows.h"
 
 namespace pocketshell {
@@ -17,6 +18,9 @@ constexpr CLSID kServicesClass = {
     0xB5F8350B, 0x0548, 0x48B1, {0xA6, 0xEE, 0x88, 0xBD, 0x00, 0xB4, 0xA5, 0xE7}};
 constexpr IID kServicesInterface = {
     0x6E26E776, 0x04F0, 0x495D, {0x80, 0xE4, 0x33, 0x30, 0x35, 0x2E, 0x31, 0x69}};
+
+constinit const LateFunction<decltype(LresultFromObject), E_NOTIMPL> lresultFromObject{L"oleacc.dll",
+                                                                                       "LresultFromObject"};
 
 constexpr DWORD kClientObject = static_cast<DWORD>(OBJID_CLIENT);
 /// What UI Automation asks for before anything else.
@@ -73,7 +77,7 @@ LRESULT ControlNames::describe(WPARAM wParam, LPARAM lParam) {
   if (!concerned || handToSystem() || wanted != kClientObject) return passOn(WM_GETOBJECT, wParam, lParam);
   const ComPtr<IAccessible> description(describeWithNames(window(), names_));
   if (!description) return passOn(WM_GETOBJECT, wParam, lParam);
-  return LresultFromObject(__uuidof(IAccessible), wParam, description.get());
+  return lresultFromObject(__uuidof(IAccessible), wParam, description.get());
 }
 
 LRESULT ControlNames::answer(UINT message, WPARAM wParam, LPARAM lParam) {

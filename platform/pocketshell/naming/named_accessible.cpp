@@ -5,10 +5,14 @@
 #include <utility>
 
 #include "owners/com_handles.h"
+#include "owners/late_function.h"
 
 namespace pocketshell {
 
 namespace {
+
+constinit const LateFunction<decltype(CreateStdAccessibleObject), E_NOTIMPL> createStdAccessibleObject{
+    L"oleacc.dll", "CreateStdAccessibleObject"};
 
 /// Its names don't change; only the count of references does.
 class NamedAccessible final : public IAccessible {
@@ -140,7 +144,7 @@ class NamedAccessible final : public IAccessible {
 
 IAccessible* describeWithNames(HWND control, const AccessibleNames& names) {
   ComPtr<IAccessible> systems;
-  if (FAILED(CreateStdAccessibleObject(control, OBJID_CLIENT, __uuidof(IAccessible),
+  if (FAILED(createStdAccessibleObject(control, OBJID_CLIENT, __uuidof(IAccessible),
                                        reinterpret_cast<void**>(systems.put())))) {
     return nullptr;
   }

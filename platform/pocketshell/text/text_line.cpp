@@ -4,6 +4,8 @@
 #include <usp10.h>
 #include <vector>
 
+#include "owners/late_function.h"
+
 namespace pocketshell {
 
 namespace {
@@ -12,6 +14,15 @@ constexpr wchar_t kEllipsis[] = L"...";
 
 /// A line holds no more of a text than controls draw of it.
 constexpr std::size_t kMostDrawnCount = 1024;
+
+constinit const LateFunction<decltype(ScriptStringAnalyse), E_NOTIMPL> scriptStringAnalyse{
+    L"usp10.dll", "ScriptStringAnalyse"};
+constinit const LateFunction<decltype(ScriptString_pSize), nullptr> scriptStringSize{L"usp10.dll",
+                                                                                     "ScriptString_pSize"};
+constinit const LateFunction<decltype(ScriptStringOut), E_NOTIMPL> scriptStringOut{L"usp10.dll",
+                                                                                   "ScriptStringOut"};
+constinit const LateFunction<decltype(ScriptStringFree), E_NOTIMPL> scriptStringFree{L"usp10.dll",
+                                                                                     "ScriptStringFree"};
 
 bool isHalfOfPair(wchar_t unit) {
   return unit >= 0xD800 && unit <= 0xDFFF;
@@ -24,24 +35,24 @@ class LaidOutText {
     if (text.empty()) return;
     const auto count = static_cast<int>(text.size());
     constexpr DWORD kFlags = SSA_GLYPHS | SSA_FALLBACK | SSA_LINK;
-    if (ScriptStringAnalyse(dc, text.data(), count, count * 3 / 2 + 16, -1, kFlags, 0, nullptr, nullptr,
+    if (scriptStringAnalyse(dc, text.data(), count, count * 3 / 2 + 16, -1, kFlags, 0, nullptr, nullptr,
                             nullptr, nullptr, nullptr, &analysis_) != S_OK) {
       analysis_ = nullptr;
     }
   }
   ~LaidOutText() {
-    if (analysis_) ScriptStringFree(&analysis_);
+    if (analysis_) scriptStringFree(&analysis_);
   }
   LaidOutText(const LaidOutText&) = delete;
   LaidOutText& operator=(const LaidOutText&) = delete;
 
   int width() const {
-    const SIZE* const size = analysis_ ? ScriptString_pSize(analysis_) : nullptr;
+    const SIZE* const size = analysis_ ? scriptStringSize(analysis_) : nullptr;
     return size ? static_cast<int>(size->cx) : 0;
   }
 
   void draw(int x, int y, const RECT& clip) const {
-    if (analysis_) ScriptStringOut(analysis_, x, y, ETO_CLIPPED, &clip, 0, 0, FALSE);
+    if (analysis_) scriptStringOut(analysis_, x, y, ETO_CLIPPED, &clip, 0, 0, FALSE);
   }
 
  private:
