@@ -21,7 +21,9 @@ packages_display=(xvfb imagemagick)
 packages_native=(g++ "${packages_headers[@]}" "${packages_odbc_headers[@]}")
 # A server and the way to it; the server's own first cluster, which its package makes and starts, is left alone.
 packages_server=(openssl unixodbc odbc-postgresql postgresql)
-packages_test=(googletest clang-format "${packages_server[@]}")
+# The manual's. Of Debian's browsers the one that brings least along, and no system bus.
+packages_browser=(chromium-headless-shell)
+packages_test=(googletest clang-format "${packages_server[@]}" "${packages_browser[@]}")
 packages_benchmark=(libbenchmark-dev libpq-dev sqlite3)
 packages_fuzz=(cmake ninja-build ccache clang "${packages_headers[@]}" "${packages_odbc_headers[@]}")
 packages_npm=(npm nodejs)
