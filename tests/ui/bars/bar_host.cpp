@@ -86,9 +86,14 @@ int buttonState(HWND bar, int command) {
   return static_cast<int>(SendMessageW(bar, TB_GETSTATE, static_cast<WPARAM>(command), 0));
 }
 
-void clickButton(HWND bar, int command) {
+RECT buttonPlace(HWND bar, int command) {
   RECT place{};
   SendMessageW(bar, TB_GETRECT, static_cast<WPARAM>(command), reinterpret_cast<LPARAM>(&place));
+  return place;
+}
+
+void clickButton(HWND bar, int command) {
+  const RECT place = buttonPlace(bar, command);
   const LPARAM point = MAKELPARAM((place.left + place.right) / 2, (place.top + place.bottom) / 2);
   SendMessageW(bar, WM_LBUTTONDOWN, MK_LBUTTON, point);
   SendMessageW(bar, WM_LBUTTONUP, 0, point);

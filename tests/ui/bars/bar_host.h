@@ -51,6 +51,8 @@ std::vector<TBBUTTON> toolbarButtons(HWND bar);
 std::vector<int> toolbarCommands(HWND bar);
 /// The state of a button, -1 when there is none.
 int buttonState(HWND bar, int command);
+/// In the client area of the toolbar.
+RECT buttonPlace(HWND bar, int command);
 /// Presses the left mouse button on a toolbar button and lets it go.
 void clickButton(HWND bar, int command);
 

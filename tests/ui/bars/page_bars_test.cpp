@@ -303,8 +303,7 @@ TEST_F(PageBarsTest, NoButtonIsCutOffAtAnyZoom) {
         RECT client{};
         GetClientRect(bar, &client);
         for (const int command : toolbarCommands(bar)) {
-          RECT button{};
-          SendMessageW(bar, TB_GETRECT, static_cast<WPARAM>(command), reinterpret_cast<LPARAM>(&button));
+          const RECT button = buttonPlace(bar, command);
           EXPECT_GE(button.right - button.left, HandheldToMonitor(16)) << command;
           EXPECT_LE(button.right, client.right) << command;
           EXPECT_LE(button.bottom, client.bottom) << command;
@@ -325,8 +324,7 @@ TEST_F(PageBarsTest, TheButtonsStandInTheMiddleOfTheBandsAtAnyZoom) {
       GetClientRect(bars_.rebar(), &rebar);
       const HWND bar = bars_.secondBand();
       for (const int command : toolbarCommands(bar)) {
-        RECT button{};
-        SendMessageW(bar, TB_GETRECT, static_cast<WPARAM>(command), reinterpret_cast<LPARAM>(&button));
+        RECT button = buttonPlace(bar, command);
         MapWindowPoints(bar, bars_.rebar(), reinterpret_cast<POINT*>(&button), 2);
         EXPECT_NEAR((button.top + button.bottom) / 2.0, rebar.bottom / 2.0, zoom / 100.0) << command;
         EXPECT_NEAR(button.right - button.left, HandheldToMonitor(23), 1) << command;
