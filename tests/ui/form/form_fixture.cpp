@@ -50,6 +50,11 @@ void FormFixture::showFields(int count, const wchar_t* type) {
   showTable(createTable + L")", {insert.c_str()});
 }
 
+void FormFixture::showOneOfEach() {
+  showTable(L"CREATE TABLE 'T' (abc Text, n Integer, flag Bit, born Datetime, x Float, u UInt16)",
+            {L"INSERT INTO T VALUES ('one', -2, 1, '2001-03-09', 1.5, 7)"});
+}
+
 std::wstring FormFixture::storedText(std::uint32_t field, std::uint32_t record) {
   Database database;
   String text;

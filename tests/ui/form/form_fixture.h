@@ -26,6 +26,8 @@ class FormFixture : public testing::Test {
   /// A table of so many fields of a type, named f0, f1 and so on, with one record: of the text "v", the
   /// number 5 or 4 January 1900.
   void showFields(int count, const wchar_t* type);
+  /// A table with a field of each kind and one record.
+  void showOneOfEach();
   /// What the store holds in the field of the record with this number.
   std::wstring storedText(std::uint32_t field, std::uint32_t record = 1);
   /// Stores the form as the leaving of a record does.

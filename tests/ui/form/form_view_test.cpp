@@ -1,10 +1,8 @@
 #include "views/form/form_view.h"
 
 #include "base/settings/app_settings.h"
-#include "data/database/database.h"
 #include "gmock/gmock.h"
 #include "owners/live_resources.h"
-#include "records/parts/record_history.h"
 #include "tests/ui/form/form_fixture.h"
 #include "tests/ui/support/window_reading.h"
 #include "views/form/date_field_editor.h"
@@ -13,10 +11,6 @@
 namespace {
 
 using FormViewTest = FormFixture;
-
-constexpr wchar_t kOfEachKind[] =
-    L"CREATE TABLE 'T' (abc Text, n Integer, flag Bit, born Datetime, x Float, u UInt16)";
-constexpr wchar_t kOneOfEach[] = L"INSERT INTO T VALUES ('one', -2, 1, '2001-03-09', 1.5, 7)";
 
 int labelCount(HWND form) {
   int count = 0;
@@ -27,7 +21,7 @@ int labelCount(HWND form) {
 }
 
 TEST_F(FormViewTest, EveryFieldGetsItsKindOfEditorAndIdentifier) {
-  showTable(kOfEachKind, {kOneOfEach});
+  showOneOfEach();
   EXPECT_EQ(classOf(textEditor(0)), L"Edit");
   EXPECT_EQ(textOf(textEditor(0)), L"one");
   EXPECT_EQ(textOf(textEditor(1)), L"-2");
@@ -44,7 +38,7 @@ TEST_F(FormViewTest, EveryFieldGetsItsKindOfEditorAndIdentifier) {
 }
 
 TEST_F(FormViewTest, TheControlsHaveTheStylesOfTheirKind) {
-  showTable(kOfEachKind, {kOneOfEach});
+  showOneOfEach();
   // Some systems' edit controls draw the border themselves and take its style away.
   EXPECT_EQ(styleOf(textEditor()) & ~DWORD{WS_VISIBLE | WS_BORDER},
             static_cast<DWORD>(WS_CHILD | WS_TABSTOP | ES_AUTOHSCROLL));
@@ -55,7 +49,7 @@ TEST_F(FormViewTest, TheControlsHaveTheStylesOfTheirKind) {
 }
 
 TEST_F(FormViewTest, TheRowsHaveTheirPlaces) {
-  showTable(kOfEachKind, {kOneOfEach});
+  showOneOfEach();
   EXPECT_EQ(placeOf(label(L"abc:")), (ControlPlace{3, 30, 35, 18}));
   EXPECT_EQ(placeOf(textEditor(0)), (ControlPlace{48, 30, 188, 18}));
   EXPECT_EQ(placeOf(textEditor(1)), (ControlPlace{48, 53, 188, 18}));
@@ -63,7 +57,7 @@ TEST_F(FormViewTest, TheRowsHaveTheirPlaces) {
 }
 
 TEST_F(FormViewTest, ABooleanIsACheckBoxAtTheLeftAndItsRowHasNoLabel) {
-  showTable(kOfEachKind, {kOneOfEach});
+  showOneOfEach();
   EXPECT_EQ(placeOf(checkBox()), (ControlPlace{3, 76, 170, 18}));
   EXPECT_EQ(label(L"flag:"), nullptr);
   EXPECT_EQ(labelCount(form()), 5);
@@ -189,53 +183,6 @@ TEST_F(FormViewTest, OnlyMinusOneChecksABoolean) {
   EXPECT_EQ(SendMessageW(checkBox(2), BM_GETCHECK, 0, 0), BST_UNCHECKED);
 }
 
-// ---- Changes
-
-TEST_F(FormViewTest, ATouchedFieldIsStoredAndItsNeighboursStay) {
-  showTable(kOfEachKind, {kOneOfEach});
-  EXPECT_FALSE(view().takeChange());
-  type(textEditor(1), L"1");
-  EXPECT_EQ(textOf(textEditor(1)), L"1-2");
-  SetWindowTextW(textEditor(1), L"12");
-  commit();
-  EXPECT_EQ(storedText(1), L"12");
-  EXPECT_EQ(storedText(0), L"one");
-  EXPECT_EQ(storedText(3), L"3/9/2001");
-  EXPECT_EQ(storedText(4), L"1.500000");
-}
-
-TEST_F(FormViewTest, TheFirstChangeInFieldOrderIsTakenAway) {
-  showFields(3, L"Text");
-  type(textEditor(2), L"x\b");
-  type(textEditor(1), L"x\b");
-  EXPECT_TRUE(view().takeChange());
-  EXPECT_TRUE(view().takeChange());
-  EXPECT_FALSE(view().takeChange());
-}
-
-TEST_F(FormViewTest, LoadingARecordForgetsTheMarksOfTheFormerOne) {
-  showFields(3, L"Text");
-  type(textEditor(1), L"x");
-  type(textEditor(2), L"x");
-  document().loadRecord();
-  EXPECT_FALSE(view().takeChange());
-}
-
-TEST_F(FormViewTest, AFieldThatIsReadOnlyGetsAReadOnlyEditor) {
-  showTable(L"CREATE TABLE 'T' (a Text, b Text GENERATED ALWAYS AS (a || '!') VIRTUAL)",
-            {L"INSERT INTO T (a) VALUES ('x')"});
-  const auto expectStyles = [this] {
-    EXPECT_EQ(styleOf(textEditor(0)) & ES_READONLY, 0u);
-    EXPECT_EQ(styleOf(textEditor(1)) & ES_READONLY, static_cast<DWORD>(ES_READONLY));
-  };
-  EXPECT_EQ(textOf(textEditor(1)), L"x!");
-  expectStyles();
-  // The editor has it from its making on; loading a record sets it once more.
-  view().build();
-  ASSERT_NE(textOf(textEditor(1)), L"x!") << "nothing was loaded yet";
-  expectStyles();
-}
-
 TEST_F(FormViewTest, WithoutARecordNoEditorOfAnyPageIsShown) {
   showFields(11, L"Integer");
   panel().raise(214, 80);
@@ -244,163 +191,6 @@ TEST_F(FormViewTest, WithoutARecordNoEditorOfAnyPageIsShown) {
   view().hideAllEditors();
   for (int field = 0; field < 11; ++field) EXPECT_FALSE(isShown(textEditor(field))) << field;
   EXPECT_FALSE(isShown(label(L"f8:")));
-}
-
-TEST_F(FormViewTest, WhatTheDeleteKeyAndTheClipboardDoIsAChange) {
-  showFields(2, L"Text");
-  SendMessageW(textEditor(1), EM_SETSEL, 0, -1);
-  SendMessageW(textEditor(1), WM_CLEAR, 0, 0);
-  EXPECT_TRUE(view().takeChange());
-}
-
-TEST_F(FormViewTest, EveryCharacterThatTheFilterTakesCountsAsAChangeAndTheSameTextIsNotWritten) {
-  showFields(1, L"Text");
-  const std::wstring before = storedText(0);
-  SendMessageW(textEditor(), EM_SETSEL, 0, -1);
-  type(textEditor(), L"\x03");
-  EXPECT_TRUE(theTextEditors.find(textEditor())->isChanged());
-  EXPECT_TRUE(view().takeChange());
-  EXPECT_FALSE(view().takeChange()) << "asking takes it away";
-  commit();
-  EXPECT_EQ(storedText(0), before);
-}
-
-TEST_F(FormViewTest, ACheckBoxAndADateReportTheirChange) {
-  showTable(kOfEachKind, {kOneOfEach});
-  SendMessageW(checkBox(), BM_CLICK, 0, 0);
-  EXPECT_TRUE(view().takeChange());
-  commit();
-  EXPECT_EQ(storedText(2), L"0");
-  document().loadRecord();
-  EXPECT_FALSE(view().takeChange());
-  SetWindowTextW(dateEditor(), L"12/31/1999");
-  EXPECT_TRUE(view().takeChange());
-  commit();
-  EXPECT_EQ(storedText(3), L"12/31/1999");
-}
-
-TEST_F(FormViewTest, ALongTextIsShownAndStoredWhole) {
-  const std::wstring text(40000, L'q');
-  showTable(L"CREATE TABLE 'T' (a Text, b Integer)",
-            {(L"INSERT INTO T VALUES ('" + text + L"', 1)").c_str()});
-  EXPECT_EQ(textOf(textEditor(0)), text);
-  EXPECT_FALSE(view().takeChange());
-  SendMessageW(textEditor(0), EM_SETSEL, 40000, 40000);
-  SendMessageW(textEditor(0), EM_REPLACESEL, TRUE, reinterpret_cast<LPARAM>(L"END"));
-  commit();
-  EXPECT_EQ(storedText(0), text + L"END");
-}
-
-TEST_F(FormViewTest, TextsWithOddCharactersComeBackUnchanged) {
-  showTable(
-      L"CREATE TABLE 'T' (a Text, b Text, c Text, d Text)",
-      {L"INSERT INTO T VALUES ('one' || char(10) || 'two', 'a' || char(13) || 'b', 'x' || char(9) || 'y', "
-       L"'&' || char(8232) || char(55357, 56832))"});
-  EXPECT_EQ(textOf(textEditor(0)), L"one\ntwo");
-  EXPECT_EQ(textOf(textEditor(1)), L"a\rb");
-  EXPECT_EQ(textOf(textEditor(2)), L"x\ty");
-  for (int i = 0; i < 4; ++i) SetFocus(textEditor(i));
-  EXPECT_FALSE(view().takeChange());
-}
-
-TEST_F(FormViewTest, ValuesBeyondTheirTextSurviveTheSavingOfTheirNeighbours) {
-  showTable(L"CREATE TABLE 'T' (a Integer, b Float, f Datetime, g Datetime, c Bit, d Bit, n Text)",
-            {L"INSERT INTO T VALUES (9007199254740993, 0.12345678901234567, '2001-03-09 14:05:07.250', "
-             L"'1899-12-30', 5, NULL, 'x')"});
-  type(textEditor(2), L"y");
-  commit();
-  Database database;
-  ASSERT_TRUE(database.open(document().databasePath()));
-  ASSERT_TRUE(database.openRecordset(
-      L"Select a || ' ' || (b = 0.12345678901234567) || ' ' || f || ' ' || g || ' ' || c || ' ' || "
-      L"coalesce(d, 'null') || ' ' || n from T"));
-  EXPECT_STREQ(database.valueText(0).text(),
-               L"9007199254740993 1 2001-03-09 14:05:07.250 1899-12-30 00:00:00 5 null yx");
-}
-
-TEST_F(FormViewTest, LineBreaksAreWrittenAsShownWithTheirRecordAndAreNoChangeAlone) {
-  showTable(L"CREATE TABLE 'T' (a Text, b Text)",
-            {L"INSERT INTO T VALUES ('one' || char(13, 10) || 'two', 'x')"});
-  EXPECT_EQ(textOf(textEditor(0)), L"one,two");
-  EXPECT_FALSE(view().takeChange());
-  commit();
-  EXPECT_EQ(storedText(0), L"one\r\ntwo");
-  type(textEditor(1), L"y");
-  commit();
-  EXPECT_EQ(storedText(0), L"one,two");
-}
-
-TEST_F(FormViewTest, ATextWithLineBreaksIsNoneThatWasTyped) {
-  showTable(L"CREATE TABLE 'T' (a Text, b Text)",
-            {L"INSERT INTO T VALUES ('one' || char(13, 10) || 'two', 'x')"});
-  RecordHistory& history = document().history();
-  EXPECT_FALSE(history.hasStep(HistoryWay::back));
-  type(textEditor(1), L"y");
-  EXPECT_TRUE(history.hasStep(HistoryWay::back));
-  EXPECT_EQ(history.text(HistoryWay::back), L"Undo what is typed");
-  ASSERT_TRUE(history.take(HistoryWay::back));
-  history.showTaken();
-  EXPECT_EQ(storedText(0), L"one\r\ntwo");
-  EXPECT_TRUE(history.hasStep(HistoryWay::again));
-  EXPECT_FALSE(history.hasStep(HistoryWay::back));
-}
-
-TEST_F(FormViewTest, ADateThatIsChosenAgainIsNoOther) {
-  showTable(kOfEachKind, {kOneOfEach});
-  SetWindowTextW(dateEditor(), L"March 9, 2001");
-  EXPECT_FALSE(theDateEditors.find(dateEditor())->isEdited());
-  SetWindowTextW(dateEditor(), L"None");
-  EXPECT_TRUE(theDateEditors.find(dateEditor())->isEdited());
-}
-
-TEST_F(FormViewTest, OfARecordThatWasNotReadNothingIsShownAndNothingCanBeTyped) {
-  showTable(kOfEachKind, {kOneOfEach});
-  view().showRecord(RecordSnapshot(1, Outcome::failure(L"locked")));
-  EXPECT_EQ(textOf(textEditor(0)), L"");
-  EXPECT_EQ(textOf(dateEditor()), L"");
-  EXPECT_EQ(SendMessageW(checkBox(), BM_GETCHECK, 0, 0), BST_UNCHECKED);
-  type(textEditor(0), L"typed");
-  type(textEditor(1), L"12");
-  SendMessageW(checkBox(), BM_CLICK, 0, 0);
-  tap(dateEditor());  // opens no calendar, which would wait for its user
-  tap(textEditor(0));
-  EXPECT_EQ(textOf(textEditor(0)), L"");
-  EXPECT_EQ(textOf(textEditor(1)), L"");
-  EXPECT_EQ(SendMessageW(checkBox(), BM_GETCHECK, 0, 0), BST_UNCHECKED);
-  EXPECT_TRUE((GetWindowLongW(textEditor(0), GWL_STYLE) & ES_READONLY) != 0);
-  EXPECT_FALSE(view().takeChange());
-  for (const FieldValueSource* editor : view().editors()) EXPECT_FALSE(editor->isEdited());
-
-  document().loadRecord();
-  EXPECT_EQ(textOf(textEditor(0)), L"one");
-  type(textEditor(0), L"x");
-  SendMessageW(checkBox(), BM_CLICK, 0, 0);
-  EXPECT_EQ(textOf(textEditor(0)), L"xone");
-  EXPECT_TRUE((GetWindowLongW(textEditor(0), GWL_STYLE) & ES_READONLY) == 0);
-  EXPECT_TRUE(view().takeChange());
-}
-
-TEST_F(FormViewTest, TheFirstKeyInAnyTextIsReported) {
-  showTable(kOfEachKind, {kOneOfEach});
-  EXPECT_EQ(prompts().typedCount, 0);
-  constexpr wchar_t kCopy[] = L"\x03";
-  type(textEditor(0), kCopy);
-  EXPECT_EQ(prompts().typedCount, 0) << "copying changes nothing";
-  type(textEditor(0), L"xy");
-  EXPECT_EQ(prompts().typedCount, 1);
-}
-
-TEST_F(FormViewTest, SoIsAKeyInATextThatCantBeChanged) {
-  showTable(L"CREATE TABLE 'T' (abc Text)", {L"INSERT INTO T VALUES ('one')"});
-  document().closeDatabase();
-  SetFileAttributesW(path().c_str(), FILE_ATTRIBUTE_READONLY);
-  ASSERT_TRUE(document().openDatabase(path().c_str()));
-  document().setViewMode(ViewMode::form);
-  type(textEditor(0), L"x");
-  EXPECT_EQ(textOf(textEditor(0)), L"one");
-  EXPECT_EQ(prompts().typedCount, 1);
-  document().closeDatabase();
-  SetFileAttributesW(path().c_str(), FILE_ATTRIBUTE_NORMAL);
 }
 
 // ---- Many fields
@@ -429,7 +219,7 @@ TEST_F(FormViewTest, AHundredAndTwentyDatesAreShownAndStored) {
 }
 
 TEST_F(FormViewTest, BuildingAgainAndAgainKeepsNothing) {
-  showTable(kOfEachKind, {kOneOfEach});
+  showOneOfEach();
   const long before = LiveResources::countOfAll();
   for (int i = 0; i < 20; ++i) {
     view().build();
@@ -446,7 +236,7 @@ TEST_F(FormViewTest, BuildingAgainAndAgainKeepsNothing) {
 }
 
 TEST_F(FormViewTest, EditorsThatWentWithTheirWindowAreForgotten) {
-  showTable(kOfEachKind, {kOneOfEach});
+  showOneOfEach();
   DestroyWindow(form());
   document().loadRecord();
   view().tearDown();
