@@ -181,6 +181,50 @@ TEST_F(ServerRulesTest, FieldsThatTheUserMayNotReadAreLeftOut) {
   EXPECT_EQ(2, parts->recordCount());
 }
 
+TEST_F(ServerRulesTest, OnlyTablesThatTheUserMayReadAreListed) {
+  const Guest guest(database_);
+  run("CREATE TABLE readable (v text); GRANT SELECT ON readable TO guest; CREATE TABLE everybodys (v text); "
+      "GRANT SELECT ON everybodys TO PUBLIC; CREATE TABLE by_a_column (secret text, v text); GRANT SELECT "
+      "(v) "
+      "ON by_a_column TO guest; CREATE TABLE parted (v integer) PARTITION BY RANGE (v); CREATE TABLE part "
+      "PARTITION OF parted DEFAULT; GRANT SELECT ON parted TO guest; CREATE TABLE hidden (v text); CREATE "
+      "TABLE hidden_parted (v integer) PARTITION BY RANGE (v); CREATE TABLE inbox (v text); GRANT INSERT, "
+      "UPDATE, DELETE ON inbox TO guest");
+  run("CREATE VIEW readable_view AS SELECT * FROM hidden; GRANT SELECT ON readable_view TO guest; CREATE "
+      "VIEW "
+      "hidden_view AS SELECT * FROM hidden; CREATE MATERIALIZED VIEW readable_copy AS SELECT * FROM hidden; "
+      "GRANT SELECT ON readable_copy TO guest; CREATE MATERIALIZED VIEW hidden_copy AS SELECT * FROM hidden; "
+      "CREATE EXTENSION postgres_fdw; CREATE SERVER other FOREIGN DATA WRAPPER postgres_fdw; CREATE FOREIGN "
+      "TABLE hidden_abroad (v text) SERVER other; CREATE FOREIGN TABLE readable_abroad (v text) SERVER "
+      "other; "
+      "GRANT SELECT ON readable_abroad TO guest");
+  run("CREATE SCHEMA other; GRANT USAGE ON SCHEMA other TO guest; CREATE TABLE other.readable (v text); "
+      "GRANT "
+      "SELECT ON other.readable TO guest; CREATE TABLE other.hidden (v text); CREATE SCHEMA closed; CREATE "
+      "TABLE closed.readable (v text); GRANT SELECT ON closed.readable TO guest");
+  openAs("guest");
+  EXPECT_EQ(
+      "by_a_column everybodys other.readable parted readable readable_abroad readable_copy readable_view",
+      columnOf("SELECT TableName FROM MSysTables WHERE TableName NOT LIKE 'MSys%' ORDER BY TableName"));
+  EXPECT_EQ("v", columnOf("SELECT DISTINCT FieldName FROM MSysFields JOIN MSysTables ON MSysTables.TableID = "
+                          "MSysFields.TableID WHERE TableName = 'readable'"));
+  EXPECT_EQ("", columnOf("SELECT FieldName FROM MSysFields WHERE TableID NOT IN (SELECT TableID FROM "
+                         "MSysTables)"));
+}
+
+TEST_F(ServerRulesTest, ATableThatIsNotListedIsKnownToStatementsThatNameIt) {
+  const Guest guest(database_);
+  run("CREATE TABLE \"Inbox\" (\"Letter\" text); GRANT INSERT ON \"Inbox\" TO guest");
+  openAs("guest");
+  EXPECT_EQ("", columnOf("SELECT TableName FROM MSysTables WHERE TableName NOT LIKE 'MSys%'"));
+  ASSERT_TRUE(tryRun("INSERT INTO inbox (letter) VALUES ('Dear')"));
+  EXPECT_EQ("Dear", onServer("SELECT \"Letter\" FROM \"Inbox\""));
+  std::unique_ptr<Recordset> rows;
+  const Status status = tryOpen("inbox", &rows, SourceKind::table);
+  EXPECT_NE(std::string::npos, status.message().find("permission denied")) << status.message();
+  EXPECT_EQ(nullptr, rows);
+}
+
 TEST_F(ServerRulesTest, ViewsOfAnyKindAndOtherServersTablesAreRead) {
   run("CREATE TABLE b (k integer PRIMARY KEY, v text); INSERT INTO b VALUES (1, 'a'); CREATE VIEW w AS "
       "SELECT * "

@@ -72,7 +72,7 @@ std::vector<std::string_view> catalogueColumns(std::string_view table) {
 
 std::string ServerCatalogue::catalogueClause(bool isContinued) {
   std::string clause = "WITH ";
-  clause.append(kUsersTables).append(kUserTables).append("), ");
+  clause.append(kUsersTables).append(kIsUsers).append(" AND ").append(kIsReadable).append("), ");
   clause.append(kTables).append(", ").append(kFields).append(", ");
   clause.append(kIndexes).append(", ").append(kProcedures);
   return clause + (isContinued ? ", " : " ");

@@ -12,10 +12,12 @@ namespace store {
 
 namespace {
 
+// Also those that may not be read: a statement that names one is to be told that by the server.
 const std::string kAllTables =
     "SELECT c.oid::text, c.relname::text, n.nspname::text, pg_catalog.pg_table_is_visible(c.oid)::text "
     "FROM pg_catalog.pg_class c JOIN pg_catalog.pg_namespace n ON n.oid = c.relnamespace WHERE " +
-    std::string(kUserTables);
+    std::string(kIsUsers) + " AND (pg_catalog.pg_table_is_visible(c.oid) OR " + std::string(kIsReadable) +
+    ")";
 
 const std::string kTable =
     "SELECT (c.relkind IN ('r', 'p'))::text, pg_catalog.has_table_privilege(c.oid, 'INSERT')::text, "
