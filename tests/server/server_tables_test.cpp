@@ -1,4 +1,6 @@
 // Tables that other programs make and rename while the database is open.
+#include <cstdlib>
+
 #include "tests/server/server_fixture.h"
 
 namespace store {
@@ -11,6 +13,23 @@ class ServerTablesTest : public StoreTest {
   std::string secondColumn(std::string_view select) {
     const std::unique_ptr<Recordset> rows = records(select);
     return rows ? columnOf(*rows, 1) : "(failed)";
+  }
+  /// Opens the database so that the server writes down all that it is asked.
+  void openWrittenDown() {
+    runOnServer("ALTER DATABASE " + database_ + " SET log_statement TO 'all'", "postgres");
+    open();
+    runOnServer("ALTER DATABASE " + database_ + " RESET log_statement", "postgres");
+  }
+  /// How often the server was asked for a table's columns.
+  static std::size_t tablesAskedFor() {
+    const std::filesystem::path folder = std::getenv("QUIVANE_TEST_SERVER_FOLDER");
+    const std::string log = testsupport::contentOf(folder / "data" / "server.log");
+    constexpr std::string_view kQuestion = "FROM pg_catalog.pg_attribute a JOIN pg_catalog.pg_type";
+    std::size_t count = 0;
+    for (std::size_t at = log.find(kQuestion); at != std::string::npos; at = log.find(kQuestion, at + 1)) {
+      ++count;
+    }
+    return count;
   }
 };
 
@@ -65,6 +84,47 @@ TEST_F(ServerTablesTest, ATableHiddenByOneOfAnotherSchemaMeanwhileIsNotTakenForI
   ASSERT_TRUE(rows->update());
   EXPECT_EQ("changed own", onServer("SELECT string_agg(b, ' ' ORDER BY c) FROM quivane.t"));
   EXPECT_EQ("public", onServer("SELECT b FROM public.t"));
+}
+
+TEST_F(ServerTablesTest, AnOpeningAsksTheServerOnceForEachTable) {
+  runOnServer(
+      "CREATE TABLE t (k integer PRIMARY KEY, v text); CREATE TABLE u (k integer PRIMARY KEY, w text)",
+      database_);
+  runOnServer("INSERT INTO t VALUES (1, 'a'); INSERT INTO u VALUES (1, 'b')", database_);
+  openWrittenDown();
+  struct Opening {
+    const char* source;
+    SourceKind kind;
+    std::size_t tables;
+  };
+  for (const Opening& opening : {
+           Opening{"t", SourceKind::table, 1},
+           Opening{"T", SourceKind::unknown, 1},
+           Opening{"Select * from [t]", SourceKind::text, 1},
+           Opening{"Select V from [T] WHERE [K] > 0 ORDER BY v", SourceKind::text, 1},
+           Opening{"Select * from t, t AS other", SourceKind::text, 1},
+           Opening{"Select t.v, u.w from t INNER JOIN u ON t.k = u.k", SourceKind::text, 2},
+       }) {
+    SCOPED_TRACE(opening.source);
+    const std::size_t before = tablesAskedFor();
+    const std::unique_ptr<Recordset> rows = records(opening.source, opening.kind);
+    ASSERT_NE(nullptr, rows);
+    EXPECT_EQ(opening.tables, tablesAskedFor() - before);
+    std::unique_ptr<RowStream> stream;
+    ASSERT_TRUE(backend_->openStream(opening.source, opening.kind, &stream));
+    EXPECT_EQ(2 * opening.tables, tablesAskedFor() - before) << "one that goes through the records once";
+  }
+}
+
+TEST_F(ServerTablesTest, EachOpeningSeesWhatAnotherProgramHasMadeOfATable) {
+  runOnServer("CREATE TABLE t (k integer PRIMARY KEY, v text)", database_);
+  open();
+  for (const SourceKind kind : {SourceKind::table, SourceKind::unknown}) {
+    EXPECT_EQ(2u, records("t", kind)->columns().size());
+    runOnServer("ALTER TABLE t ADD COLUMN w text", database_);
+    EXPECT_EQ(3u, records("t", kind)->columns().size());
+    runOnServer("ALTER TABLE t DROP COLUMN w", database_);
+  }
 }
 
 TEST_F(ServerTablesTest, AKeyOfAnotherTypeIsAnotherStructure) {

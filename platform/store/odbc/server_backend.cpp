@@ -8,31 +8,12 @@
 #include "platform/store/odbc/session_passwords.h"
 #include "platform/store/odbc/sources/server_result_rows.h"
 #include "platform/store/odbc/sources/server_table_load.h"
+#include "platform/store/sql/source_text.h"
 #include "platform/store/sql/sql_tokens.h"
 
 namespace store {
 
 namespace {
-
-/// The catalogue, which remembers whether one of its own tables was asked for.
-class WatchedNames : public NameSource {
- public:
-  explicit WatchedNames(ServerCatalogue& catalogue) : catalogue_(catalogue) {}
-
-  Status findTable(std::string_view name, std::optional<NamedTable>* table) override {
-    std::optional<NamedTable> found;
-    if (Status status = catalogue_.findTable(name, &found); !status) return status;
-    if (found && found->name == ServerCatalogue::catalogueTable(found->name)) readsCatalogue_ = true;
-    *table = std::move(found);
-    return {};
-  }
-
-  bool readsCatalogue() const { return readsCatalogue_; }
-
- private:
-  ServerCatalogue& catalogue_;
-  bool readsCatalogue_ = false;
-};
 
 /// A SELECT that reads the catalogue's tables, with what they are in front of it.
 std::string withCatalogue(const std::string& sql) {
@@ -40,10 +21,6 @@ std::string withCatalogue(const std::string& sql) {
   const bool continues = isWord(tokens[0], "WITH");
   const std::string_view rest = tokens.slice(continues ? 1 : 0, tokens.count());
   return ServerCatalogue::catalogueClause(continues) + std::string(rest);
-}
-
-Status noSuchTable(std::string_view name) {
-  return {ErrorCode::noTable, "no such table: " + std::string(name)};
 }
 
 Status readOnlyDatabase() {
@@ -57,35 +34,19 @@ Status notOnServers(const char* what) {
 }  // namespace
 
 Status ServerBackend::openRows(std::string_view source, SourceKind kind, std::unique_ptr<RowSource>* rows) {
+  StatementNames names(catalogue_);
   std::string text;
-  if (Status status = textOfSource(source, kind, *this, &text); !status) return status;
+  if (Status status = textOfSource(source, kind, names, &text); !status) return status;
   std::int64_t affected = 0;
-  return runText(text, &affected, rows);
+  return runText(text, names, &affected, rows);
 }
 
 Status ServerBackend::run(std::string_view sql, std::int64_t* affected, std::unique_ptr<RowSource>* rows) {
-  return runText(sql, affected, rows);
+  StatementNames names(catalogue_);
+  return runText(sql, names, affected, rows);
 }
 
-Status ServerBackend::isTable(std::string_view name, bool* found) {
-  std::optional<NamedTable> table;
-  *found = false;
-  if (name.find('\0') != std::string_view::npos) return {};
-  if (Status status = catalogue_.findTable(name, &table); !status) return status;
-  *found = table.has_value();
-  return {};
-}
-
-Status ServerBackend::selectAllOf(std::string_view name, std::string* select) {
-  std::optional<NamedTable> table;
-  if (name.find('\0') != std::string_view::npos) return noSuchTable(name);
-  if (Status status = catalogue_.findTable(name, &table); !status) return status;
-  if (!table) return noSuchTable(name);
-  *select = "SELECT * FROM " + quotedName(table->name);
-  return {};
-}
-
-Status ServerBackend::runText(std::string_view text, std::int64_t* affected,
+Status ServerBackend::runText(std::string_view text, StatementNames& names, std::int64_t* affected,
                               std::unique_ptr<RowSource>* rows) {
   Statement statement;
   if (Status status = readStatement(text, &statement); !status) return status;
@@ -98,12 +59,12 @@ Status ServerBackend::runText(std::string_view text, std::int64_t* affected,
       if (Status status = fileStatements_(statement); !status) return status;
       break;
     case StatementKind::select:
-      if (Status status = openSelect(statement.sql, rows); !status) return status;
+      if (Status status = openSelect(statement.sql, names, rows); !status) return status;
       *affected = 0;
       return {};
     case StatementKind::change:
     case StatementKind::definition:
-      if (Status status = runChange(statement, &changed); !status) return status;
+      if (Status status = runChange(statement, names, &changed); !status) return status;
       break;
     case StatementKind::other:
       return {ErrorCode::errorsInCommand,
@@ -114,9 +75,8 @@ Status ServerBackend::runText(std::string_view text, std::int64_t* affected,
   return {};
 }
 
-Status ServerBackend::runChange(const Statement& statement, std::int64_t* affected) {
+Status ServerBackend::runChange(const Statement& statement, StatementNames& names, std::int64_t* affected) {
   if (isReadOnly_) return readOnlyDatabase();
-  WatchedNames names(catalogue_);
   std::string sql;
   if (std::optional<std::string> definition = toServerDefinition(statement.sql)) {
     sql = std::move(*definition);
@@ -143,12 +103,11 @@ Status ServerBackend::runChange(const Statement& statement, std::int64_t* affect
   return {};
 }
 
-Status ServerBackend::describeSelect(const std::string& select, Described* described) {
+Status ServerBackend::describeSelect(const std::string& select, StatementNames& names, Described* described) {
   if (!namesTable(select)) return {ErrorCode::noTable, "The statement names no table."};
   Described made;
-  if (Status status = takeApart(select, &made); !status) return status;
+  if (Status status = takeApart(select, names, &made); !status) return status;
   if (!made.table) {
-    WatchedNames names(catalogue_);
     if (Status status = toServerSql(select, names, &made.sql); !status) return status;
     if (names.readsCatalogue()) made.sql = withCatalogue(made.sql);
   }
@@ -170,14 +129,13 @@ Status ServerBackend::describeSelect(const std::string& select, Described* descr
 
 /// Finds out which columns of which table a SELECT on one table shows, and makes of it one in which each of
 /// them has its name, so that the hidden key is none of them. Of any other SELECT nothing is stored.
-Status ServerBackend::takeApart(const std::string& select, Described* described) {
-  WatchedNames names(catalogue_);
+Status ServerBackend::takeApart(const std::string& select, StatementNames& names, Described* described) {
   std::string readable;
   if (Status status = toReadableSql(select, names, &readable); !status) return status;
   std::optional<SingleTableSelect> parts = readSingleTableSelect(readable);
   if (!parts || names.readsCatalogue()) return {};
   std::optional<ServerTable> table;
-  if (Status status = catalogue_.readTable(parts->table, &table); !status || !table) return status;
+  if (Status status = names.readTable(parts->table, &table); !status || !table) return status;
   auto listed = readColumnList(parts->columnList, table->fieldNames(), parts->qualifier);
   if (!listed || listed->empty()) return {};
   std::string list;
@@ -195,9 +153,10 @@ Status ServerBackend::takeApart(const std::string& select, Described* described)
   return {};
 }
 
-Status ServerBackend::openSelect(const std::string& select, std::unique_ptr<RowSource>* rows) {
+Status ServerBackend::openSelect(const std::string& select, StatementNames& names,
+                                 std::unique_ptr<RowSource>* rows) {
   Described described;
-  if (Status status = describeSelect(select, &described); !status) return status;
+  if (Status status = describeSelect(select, names, &described); !status) return status;
   if (std::unique_ptr<ServerTableRows> keyed = keyedRows(described)) {
     *rows = std::move(keyed);
     return {};
@@ -238,11 +197,12 @@ std::unique_ptr<ServerTableRows> ServerBackend::keyedRows(Described& described) 
 
 Status ServerBackend::openStream(std::string_view source, SourceKind kind,
                                  std::unique_ptr<RowStream>* stream) {
+  StatementNames names(catalogue_);
   Statement statement;
-  if (Status status = readStreamedSource(source, kind, *this, &statement); !status) return status;
+  if (Status status = readStreamedSource(source, kind, names, &statement); !status) return status;
   if (statement.kind != StatementKind::select || changesRows(statement.sql)) return statementWithoutRecords();
   Described described;
-  if (Status status = describeSelect(statement.sql, &described); !status) return status;
+  if (Status status = describeSelect(statement.sql, names, &described); !status) return status;
   *stream = std::make_unique<ServerRowStream>(*connection_, spareConversation_, std::move(described.sql),
                                               std::move(described.columns), std::move(described.forms));
   return {};

@@ -9,17 +9,17 @@
 
 #include "platform/store/odbc/catalogue/change_look.h"
 #include "platform/store/odbc/catalogue/server_catalogue.h"
+#include "platform/store/odbc/catalogue/statement_names.h"
 #include "platform/store/odbc/driver/odbc_connection.h"
 #include "platform/store/odbc/sources/server_row_stream.h"
 #include "platform/store/odbc/sources/server_table_rows.h"
 #include "platform/store/rows/backend.h"
 #include "platform/store/sql/dialect.h"
-#include "platform/store/sql/source_text.h"
 
 namespace store {
 
 /// A database of a server that speaks PostgreSQL's SQL, through ODBC.
-class ServerBackend : public Backend, private TableNames {
+class ServerBackend : public Backend {
  public:
   /// Runs a CREATE DATABASE or DROP DATABASE, which are about files.
   using FileStatements = std::function<Status(const Statement& statement)>;
@@ -65,14 +65,13 @@ class ServerBackend : public Backend, private TableNames {
     std::vector<ListedColumn> listed;
   };
 
-  Status isTable(std::string_view name, bool* found) override;
-  Status selectAllOf(std::string_view name, std::string* select) override;
-  Status describeSelect(const std::string& select, Described* described);
-  Status openSelect(const std::string& select, std::unique_ptr<RowSource>* rows);
-  Status takeApart(const std::string& select, Described* described);
+  Status describeSelect(const std::string& select, StatementNames& names, Described* described);
+  Status openSelect(const std::string& select, StatementNames& names, std::unique_ptr<RowSource>* rows);
+  static Status takeApart(const std::string& select, StatementNames& names, Described* described);
   std::unique_ptr<ServerTableRows> keyedRows(Described& described);
-  Status runChange(const Statement& statement, std::int64_t* affected);
-  Status runText(std::string_view text, std::int64_t* affected, std::unique_ptr<RowSource>* rows);
+  Status runChange(const Statement& statement, StatementNames& names, std::int64_t* affected);
+  Status runText(std::string_view text, StatementNames& names, std::int64_t* affected,
+                 std::unique_ptr<RowSource>* rows);
 
   std::unique_ptr<OdbcConnection> connection_;
   ServerRowStream::Spare spareConversation_;  // for what is read from the first row to the last

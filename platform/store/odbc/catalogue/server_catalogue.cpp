@@ -229,34 +229,6 @@ Status ServerCatalogue::readReferences(ServerTable* table) {
   return {};
 }
 
-Status ServerCatalogue::findTable(std::string_view name, std::optional<NamedTable>* table) {
-  NamedTable made;
-  if (const std::string_view own = catalogueTable(name); !own.empty()) {
-    made.name = own;
-    made.reference = quotedName(own);
-    for (const std::string_view column : catalogueColumns(own)) made.columns.push_back({std::string(column)});
-    // A table of the database may be called like one of the catalogue but for the letter case.
-    if (own == name) {
-      *table = std::move(made);
-      return {};
-    }
-  }
-  std::optional<ServerTable> read;
-  if (Status status = readTable(name, &read); !status) return status;
-  if (read) {
-    made = {.name = read->name, .reference = read->reference, .columns = {}};
-    for (const ServerColumn& column : read->columns) {
-      made.columns.push_back({column.name, column.values});
-    }
-  }
-  if (made.name.empty()) {
-    table->reset();
-  } else {
-    *table = std::move(made);
-  }
-  return {};
-}
-
 std::string_view ServerCatalogue::catalogueTable(std::string_view name) {
   for (const std::string_view own : kCatalogueTables) {
     if (equalsIgnoringCase(own, name)) return own;

@@ -52,14 +52,10 @@ struct ServerTable {
 
 /// Which tables a server's database has. What it has once told is remembered until a name is asked for that
 /// it did not tell, or until forget().
-class ServerCatalogue : public NameSource {
+class ServerCatalogue {
  public:
   /// `connection` outlives the catalogue.
   explicit ServerCatalogue(OdbcConnection& connection) : connection_(connection) {}
-
-  /// The table or catalogue table for statements. A catalogue table's columns are told, its reference is its
-  /// name.
-  Status findTable(std::string_view name, std::optional<NamedTable>* table) override;
 
   /// Asks the server for the table or view; nothing when there is none called so. Catalogue tables are not
   /// among them.
