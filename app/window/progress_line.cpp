@@ -1,6 +1,7 @@
 #include "app/window/progress_line.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -42,9 +43,12 @@ bool ProgressLine::goesOn(HWND owner, const std::wstring& text, ULONGLONG quietM
 }
 
 void ProgressLine::end() {
-  if (line_) DestroyWindow(line_);
-  line_ = nullptr;
   asked_ = 0;
+  if (!line_) return;
+  DestroyWindow(std::exchange(line_, nullptr));
+  MSG message{};
+  while (takeKey(&message)) {
+  }
 }
 
 void ProgressLine::show(HWND owner, const std::wstring& text) {
@@ -66,17 +70,22 @@ void ProgressLine::show(HWND owner, const std::wstring& text) {
   ShowWindow(line_, SW_SHOWNOACTIVATE);
 }
 
+/// The next key that waits. False when there is none, or when the program is to end: `*message` is then
+/// WM_QUIT.
+bool ProgressLine::takeKey(MSG* message) {
+  if (!PeekMessageW(message, nullptr, WM_KEYFIRST, WM_KEYLAST, PM_REMOVE)) return false;
+  if (message->message != WM_QUIT) return true;
+  // It comes whatever was asked for, and is the message loop's.
+  PostQuitMessage(static_cast<int>(message->wParam));
+  return false;
+}
+
 bool ProgressLine::isStopAsked() {
   MSG message{};
-  while (PeekMessageW(&message, nullptr, WM_KEYFIRST, WM_KEYLAST, PM_REMOVE)) {
-    // It comes whatever was asked for, and is the message loop's.
-    if (message.message == WM_QUIT) {
-      PostQuitMessage(static_cast<int>(message.wParam));
-      return true;
-    }
+  while (takeKey(&message)) {
     if (message.message == WM_KEYDOWN && message.wParam == VK_ESCAPE) return true;
   }
-  return false;
+  return message.message == WM_QUIT;
 }
 
 void ProgressLine::paintWindows() {

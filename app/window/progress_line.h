@@ -18,11 +18,13 @@ class ProgressLine {
   /// `quietMilliseconds`. The line then says `text` and lies over `owner`, under it. False once Esc was
   /// pressed.
   bool goesOn(HWND owner, const std::wstring& text, ULONGLONG quietMilliseconds);
-  /// It is over.
+  /// It is over, to be called before anything else takes keys. What was pressed while the line stood was
+  /// meant for it, also when it came too late to stop anything: it is dropped.
   void end();
 
  private:
   void show(HWND owner, const std::wstring& text);
+  static bool takeKey(MSG* message);
   static bool isStopAsked();
   static void paintWindows();
 

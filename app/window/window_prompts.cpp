@@ -169,8 +169,9 @@ HWND WindowPrompts::ownerWindow(PromptOwner owner) const {
   return nullptr;
 }
 
-int WindowPrompts::showMessage(PromptOwner owner, const wchar_t* text, const wchar_t* caption,
-                               UINT flags) const {
+int WindowPrompts::showMessage(PromptOwner owner, const wchar_t* text, const wchar_t* caption, UINT flags) {
+  // What was pressed before it showed is no answer to it.
+  progress_.end();
   const HWND window = ownerWindow(owner);
   return window ? showBox(window, text, caption, flags) : showUnownedBox(mainWindow, text, caption, flags);
 }

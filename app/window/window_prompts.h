@@ -37,7 +37,7 @@ class WindowPrompts final : public UserPrompts {
  private:
   HWND ownerWindow(PromptOwner owner) const;
   HWND findWindow() const { return find_ ? find_->window() : nullptr; }
-  int showMessage(PromptOwner owner, const wchar_t* text, const wchar_t* caption, UINT flags) const;
+  int showMessage(PromptOwner owner, const wchar_t* text, const wchar_t* caption, UINT flags);
 
   bool isChoosingFile_ = false;
   FindDialog* find_ = nullptr;  // the one that runs
