@@ -7,6 +7,7 @@
 #include "platform/store/odbc/sources/candidate_scan.h"
 #include "platform/store/odbc/sources/row_text.h"
 #include "platform/store/odbc/sources/server_result_rows.h"
+#include "platform/store/rows/structure_changed.h"
 
 namespace store {
 
@@ -184,9 +185,7 @@ std::string ServerTableRows::keyCondition(const KeySet& keys, std::size_t index,
 Status ServerTableRows::ofReading(const Status& status) {
   const bool isOfStructure = status.code() == ErrorCode::badColumn || status.code() == ErrorCode::noTable ||
                              (status.code() == ErrorCode::errorsInCommand && haveKeysOtherTypes());
-  if (!isOfStructure) return status;
-  return {ErrorCode::structureChanged,
-          "The structure of the database was changed meanwhile: the table must be opened again."};
+  return isOfStructure ? structureChanged() : status;
 }
 
 bool ServerTableRows::haveKeysOtherTypes() {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "platform/store/rows/structure_changed.h"
 #include "platform/store/sqlite/files/temporary_bound.h"
 #include "platform/store/sqlite/sources/schema_reading.h"
 
@@ -433,10 +434,7 @@ Status TableRows::checkSameRows() {
     const char* name = sqlite3_column_name(fetch.get(), static_cast<int>(index));
     isSame = name != nullptr && columns_[index].name == name;
   }
-  if (!isSame) {
-    return {ErrorCode::structureChanged,
-            "The structure of the database was changed meanwhile: the table must be opened again."};
-  }
+  if (!isSame) return structureChanged();
   fetch_ = std::move(fetch);
   rebuildsAtLoad_ = connection_.rebuilds();
   return {};
