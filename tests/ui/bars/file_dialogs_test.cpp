@@ -13,16 +13,10 @@
 #include "gtest/gtest.h"
 #include "tests/support/paths.h"
 #include "tests/ui/bars/bar_host.h"
-#include "tests/ui/support/import_swap.h"
+#include "tests/ui/support/late_swap.h"
 #include "tests/ui/support/message_boxes.h"
 #include "tests/ui/support/window_reading.h"
 #include "views/dialog/current_dialog.h"
-
-// The imports that the program calls through, as the compiler names them.
-extern "C" decltype(&GetOpenFileNameW) __imp_GetOpenFileNameW;  // NOLINT(bugprone-reserved-identifier)
-extern "C" decltype(&GetSaveFileNameW) __imp_GetSaveFileNameW;  // NOLINT(bugprone-reserved-identifier)
-extern "C" decltype(&CommDlgExtendedError)
-    __imp_CommDlgExtendedError;  // NOLINT(bugprone-reserved-identifier)
 
 namespace {
 
@@ -85,6 +79,9 @@ DWORD WINAPI answerError() {
 class FileDialogsTest : public testing::Test {
  protected:
   FileDialogsTest() {
+    replaceLateFunction("GetOpenFileNameW", answerOpen);
+    replaceLateFunction("GetSaveFileNameW", answerSave);
+    replaceLateFunction("CommDlgExtendedError", answerError);
     mainWindow = host_.main();
     tabControl = host_.tab();
     SetWindowTextW(mainWindow, L"Quivane");
@@ -119,9 +116,6 @@ class FileDialogsTest : public testing::Test {
   std::filesystem::path before_ = std::filesystem::current_path();
   testsupport::TempFolder folder_;
   BarHost host_;
-  ImportSwap<decltype(&GetOpenFileNameW)> open_{__imp_GetOpenFileNameW, answerOpen};
-  ImportSwap<decltype(&GetSaveFileNameW)> save_{__imp_GetSaveFileNameW, answerSave};
-  ImportSwap<decltype(&CommDlgExtendedError)> error_{__imp_CommDlgExtendedError, answerError};
 };
 
 TEST_F(FileDialogsTest, OpeningAsksForAFileThatExists) {

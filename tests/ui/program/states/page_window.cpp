@@ -5,6 +5,7 @@
 
 #include <array>
 #include <cwchar>
+#include <optional>
 #include <utility>
 
 #include "app/window/program_state.h"
@@ -12,16 +13,16 @@
 #include "dialogs/find/find_dialog_ids.h"
 #include "dialogs/small/go_to_ids.h"
 #include "resources/command_ids.h"
+#include "tests/ui/support/import_swap.h"
+#include "tests/ui/support/late_swap.h"
 #include "tests/ui/support/window_reading.h"
 #include "views/dialog/input_panel_hold.h"
 #include "views/form/form_ids.h"
 #include "views/names/name_list_view.h"
 #include "views/shared/list_view.h"
 
-// The imports that the program calls through, as the compiler names them.
-extern "C" decltype(&MessageBoxW) __imp_MessageBoxW;            // NOLINT(bugprone-reserved-identifier)
-extern "C" decltype(&GetOpenFileNameW) __imp_GetOpenFileNameW;  // NOLINT(bugprone-reserved-identifier)
-extern "C" decltype(&GetSaveFileNameW) __imp_GetSaveFileNameW;  // NOLINT(bugprone-reserved-identifier)
+// The import that the program calls through, as the compiler names it.
+extern "C" decltype(&MessageBoxW) __imp_MessageBoxW;  // NOLINT(bugprone-reserved-identifier)
 
 namespace {
 
@@ -40,17 +41,7 @@ LRESULT CALLBACK callProcedure(HWND window, UINT message, WPARAM wParam, LPARAM 
 
 // ---- Answers
 
-template <typename Function>
-void setImport(Function& import, Function function) {
-  DWORD access = 0;
-  VirtualProtect(&import, sizeof(import), PAGE_READWRITE, &access);
-  import = function;
-  VirtualProtect(&import, sizeof(import), access, &access);
-}
-
-decltype(&MessageBoxW) realMessageBox = nullptr;
-decltype(&GetOpenFileNameW) realOpen = nullptr;
-decltype(&GetSaveFileNameW) realSave = nullptr;
+std::optional<ImportSwap<decltype(&MessageBoxW)>> boxSwap;
 int boxAnswer = IDOK;
 std::optional<std::wstring> chosenFile;
 std::vector<std::wstring> boxes;
@@ -205,18 +196,13 @@ void ThreadCaller::call(const std::function<void()>& what) const {
 }
 
 PromptAnswers::PromptAnswers() {
-  realMessageBox = __imp_MessageBoxW;
-  realOpen = __imp_GetOpenFileNameW;
-  realSave = __imp_GetSaveFileNameW;
-  setImport(__imp_MessageBoxW, &answerBox);
-  setImport(__imp_GetOpenFileNameW, &answerFile);
-  setImport(__imp_GetSaveFileNameW, &answerFile);
+  boxSwap.emplace(__imp_MessageBoxW, &answerBox);
+  replaceLateFunction("GetOpenFileNameW", answerFile);
+  replaceLateFunction("GetSaveFileNameW", answerFile);
 }
 
 PromptAnswers::~PromptAnswers() {
-  setImport(__imp_MessageBoxW, realMessageBox);
-  setImport(__imp_GetOpenFileNameW, realOpen);
-  setImport(__imp_GetSaveFileNameW, realSave);
+  boxSwap.reset();
 }
 
 void PromptAnswers::setBox(int answer) {

@@ -26,7 +26,8 @@ class ThreadCaller {
   HWND window_;
 };
 
-/// Answers the message boxes and file dialogs of the program at once, as long as it lives.
+/// Answers the message boxes and file dialogs of the program at once: the boxes as long as it lives, the file
+/// dialogs from then on.
 class PromptAnswers {
  public:
   PromptAnswers();
