@@ -115,6 +115,24 @@ LONG WINAPI faultHappened(EXCEPTION_POINTERS* exception) {
   return formerFilter != nullptr ? formerFilter(exception) : EXCEPTION_CONTINUE_SEARCH;
 }
 
+/// That the calling thread has kStackLeft when its stack is full.
+///
+/// Wine takes note of the wish and leaves the guard where it is, at the very end: with what is left there
+/// Wine 8 just comes as far as the handler, and Wine 10 does not. But Wine commits the whole stack, so that
+/// the guard can be set where the room has to begin, and from then on the wish is fulfilled. Where a stack is
+/// committed as it grows nothing is committed there yet, and the system itself heeds the wish.
+void keepStackLeft() noexcept {
+  ULONG left = kStackLeft;
+  if (SetThreadStackGuarantee(&left) == FALSE) return;
+  MEMORY_BASIC_INFORMATION memory{};
+  if (VirtualQuery(&memory, &memory, sizeof(memory)) == 0) return;
+  char* const guard = static_cast<char*>(memory.AllocationBase) + kStackLeft;
+  if (VirtualQuery(guard, &memory, sizeof(memory)) == 0) return;
+  if (memory.State != MEM_COMMIT || memory.Protect != PAGE_READWRITE) return;
+  DWORD former = 0;
+  VirtualProtect(guard, 1, PAGE_READWRITE | PAGE_GUARD, &former);
+}
+
 /// Returns into abort(), which ends the program.
 void aborted(int) {
   EXCEPTION_RECORD fault{};
@@ -130,8 +148,7 @@ FaultWatch::FaultWatch(const RecoveryFiles& files) noexcept {
   copyPath(files.typed, typedPath);
   copyPath(files.fault, faultPath);
   faultingThread = 0;
-  ULONG stackLeft = kStackLeft;
-  SetThreadStackGuarantee(&stackLeft);
+  keepStackLeft();
   formerFilter = SetUnhandledExceptionFilter(faultHappened);
   formerAbort = std::signal(SIGABRT, aborted);
 }

@@ -49,9 +49,20 @@ RecoveryFiles filesIn(const fs::path& folder) {
   return {folder / "typed.txt", folder / "fault.txt"};
 }
 
+/// What ends by an exception has had half of the stack that is to be left.
+constexpr int kHadRoom = 18;
+
+/// What was there before the watch, which calls it when it has done its own.
+LONG WINAPI needRoom(EXCEPTION_POINTERS*) {
+  volatile char room[32 * 1024];
+  for (volatile char& each : room) each = 1;
+  ExitProcess(kHadRoom);
+}
+
 class EndsByFault : public testing::Test {
  protected:
   void SetUp() override {
+    SetUnhandledExceptionFilter(needRoom);
     std::wstring folder(MAX_PATH, L'\0');
     folder.resize(GetEnvironmentVariableW(kFolderVariable, folder.data(), MAX_PATH));
     watch_.emplace(filesIn(folder));
@@ -138,6 +149,10 @@ TEST_F(OneFaultTest, WhatAnEarlierEndHasLeftIsKept) {
   ASSERT_TRUE(endBy("Access"));
   ASSERT_TRUE(endBy("Abort"));
   EXPECT_EQ(wideTextOf(files().typed), L"\xFEFFtyped last\r\ntyped last");
+}
+
+TEST_F(OneFaultTest, AFullStackLeavesRoom) {
+  EXPECT_EQ(endBy("Stack"), kHadRoom);
 }
 
 TEST(RecoveryFilesTest, LieBesideAProgramThatLeavesNothingElsewhere) {
