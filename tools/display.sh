@@ -20,15 +20,23 @@ raise SystemExit(0 if display else 1)' 2>/dev/null && return
 # Starts Xvfb on a free display and exports its name as DISPLAY. The folder $1 keeps what belongs to it; $2 is the
 # size of the screen when it is not the usual one.
 start_display() {
+  start_x_server "$1" Xvfb -screen 0 "${2:-1024x768}x24"
+}
+
+# The same of Xvnc, whose screen can be divided into outputs: through display-socket in the folder $1.
+start_divisible_display() {
+  start_x_server "$1" Xvnc -geometry "$2" -depth 24 -SecurityTypes None -rfbport -1 -rfbunixpath "$1/display-socket"
+}
+
+start_x_server() {
   local number=
   rm -f "$1/display-number"
   mkfifo "$1/display-number"
-  Xvfb -displayfd 6 -screen 0 "${2:-1024x768}x24" -nolisten tcp -noreset \
-    6>"$1/display-number" >"$1/display.log" 2>&1 8>&- &
+  "${@:2}" -displayfd 6 -nolisten tcp -noreset 6>"$1/display-number" >"$1/display.log" 2>&1 8>&- &
   echo $! >"$1/display-server"
   read -r -t 60 number <"$1/display-number" || true
   if [[ ! $number ]]; then
-    echo "Xvfb does not start: $(tail -n 1 "$1/display.log")" >&2
+    echo "$2 does not start: $(tail -n 1 "$1/display.log")" >&2
     return 1
   fi
   export DISPLAY=:$number
@@ -41,7 +49,7 @@ stop_display() {
     return 0
   fi
   read -r server <"$1/display-server"
-  if [[ $(cat "/proc/$server/comm" 2>/dev/null) == Xvfb ]]; then
+  if [[ $(cat "/proc/$server/comm" 2>/dev/null) =~ ^(Xvfb|Xvnc)$ ]]; then
     kill "$server"
     timeout 30 tail --pid="$server" -f /dev/null || true
   fi

@@ -423,6 +423,10 @@ int wmain(int argc, wchar_t** argv) {
     arguments.number = parseNumber(arguments.texts[0]);
     if (arguments.number < 0) return usage();
   }
+  // Of the monitor's pixels, as the program that is driven, whatever resolution the monitor has.
+  if (!SetThreadDpiAwarenessContext(DPI_AWARENESS_CONTEXT_PER_MONITOR_AWARE)) {
+    return fail("the system doesn't tell of the monitor's pixels");
+  }
   const HWND main = waitForMainWindow();
   return main ? verb->run(main, arguments) : fail("there is no main window");
 }
