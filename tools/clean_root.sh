@@ -25,6 +25,8 @@ in_root() {
     folder=$1 project=$2
     shift 2
     mount --make-rprivate /
+    # Only what is a mount itself can be the root of one that has mounts of its own inside.
+    mount --bind "$folder" "$folder"
     mount -t proc proc "$folder/proc"
     mount --rbind /dev "$folder/dev"
     mount -t tmpfs tmpfs "$folder/tmp"

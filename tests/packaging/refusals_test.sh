@@ -54,6 +54,14 @@ chmod -R a+rX "$own" "$home"
 if [[ $EUID == 0 ]]; then
   chown -R nobody:nogroup "$own"
 fi
+# Which packages the build still wants is not what is tried: all are there.
+mkdir "$work/bin"
+cat >"$work/bin/dpkg-query" <<'END'
+#!/bin/bash
+printf '%s:installed ' "${@:4}"
+END
+chmod a+rx,u+w "$work/bin" "$work/bin/dpkg-query"
+export PATH=$work/bin:$PATH
 in_home() {
   as_somebody env -u DISPLAY -u WAYLAND_DISPLAY -u WINEPREFIX -u XDG_DATA_HOME -u XDG_CACHE_HOME HOME="$home" "$@"
 }
@@ -74,6 +82,7 @@ expect_of in_home 1 "there is no writing into $home/.local/share/quivane, where"
 without_wine() {
   # shellcheck disable=SC2016
   unshare --mount bash -c '
+    set -e
     for loader in /usr/lib/wine/wine* /usr/bin/wine*; do
       mount --bind /dev/null "$loader"
     done
