@@ -4,7 +4,9 @@
 #include <filesystem>
 #include <functional>
 #include <iterator>
+#include <optional>
 #include <thread>
+#include <vector>
 
 #include "platform/store/dsn/file_dsn.h"
 #include "platform/store/exchange/bytes/output_file.h"
@@ -300,31 +302,78 @@ TEST_F(ServerStreamTest, ATextIsTheSameAsBytesAndThroughUtf16) {
   FileDsn dsn;
   ASSERT_TRUE(readFileDsn(linkTo(database_, "LFConversion=0\n"), &dsn));
   OdbcConnection connection(connectionTextOf(dsn), {});
-  const std::string letters = "<><plain><\xE6\x97\xA5\xF0\x9F\x98\x80 \\ \n\r\t\"><><";
-  std::string longest;
-  for (std::size_t number = 0; number < OdbcStatement::kMostTextBytes / 2; ++number) longest += "\xC3\xA4";
-  for (const bool asBytes : {false, true}) {
-    SCOPED_TRACE(asBytes ? "bytes" : "UTF-16");
-    OdbcStatement statement(connection);
-    ASSERT_TRUE(
-        statement.run("SELECT v FROM (VALUES (''), ('plain'), (E'\\u65e5\\U0001F600 \\\\ \\n\\r\\t\"'), "
-                      "(NULL), (repeat(E'\\u00e4', " +
-                      std::to_string(longest.size() / 2) + ")), (repeat('x', " +
-                      std::to_string(longest.size() + 1) + "))) AS t(v)"));
-    std::string texts;
-    bool hasRow = false;
-    for (int number = 0; number < 5; ++number) {
-      ASSERT_TRUE(statement.next(&hasRow));
-      ASSERT_TRUE(hasRow);
-      texts += "<";
-      ASSERT_TRUE(statement.appendText(0, asBytes, &texts));
-      texts += ">";
-    }
-    EXPECT_TRUE(letters + longest + ">" == texts) << texts.substr(0, 40) << ", " << texts.size();
-    ASSERT_TRUE(statement.next(&hasRow));
-    const Status status = statement.appendText(0, asBytes, &texts);
-    EXPECT_EQ(asBytes ? ErrorCode::inputOutput : ErrorCode::ok, status.code());
+  OdbcStatement::TextBlock block;
+  // More than come at once, among them some as long as they may be.
+  const std::string sql =
+      "SELECT CASE WHEN n % 70 = 0 THEN repeat(E'\\u00e4', " +
+      std::to_string(OdbcStatement::kMostTextBytes / 2) +
+      ") WHEN n % 5 = 0 THEN NULL WHEN n % 5 = 1 THEN '' WHEN n % 5 = 2 THEN E'\\u65e5\\U0001F600 \\\\ "
+      "\\n\\r\\t\"' ELSE 'plain ' || n END FROM generate_series(1, 333) n";
+  std::vector<std::string> read;
+  OdbcStatement one(connection);
+  ASSERT_TRUE(one.run(sql));
+  for (bool hasRow = true;;) {
+    ASSERT_TRUE(one.next(&hasRow));
+    if (!hasRow) break;
+    std::optional<std::string> text;
+    ASSERT_TRUE(one.read(0, &text));
+    read.push_back(text.value_or(""));
   }
+  ASSERT_EQ(333u, read.size());
+  ASSERT_EQ(OdbcStatement::kMostTextBytes, read[69].size());
+  ASSERT_EQ("\xE6\x97\xA5\xF0\x9F\x98\x80 \\ \n\r\t\"", read[1]);
+  for (int round = 0; round < 2; ++round) {
+    std::vector<std::string> texts;
+    OdbcStatement many(connection);
+    ASSERT_TRUE(many.run(sql));
+    const Status status = many.readTexts(block, [&](std::string_view text) {
+      texts.emplace_back(text);
+      return true;
+    });
+    EXPECT_TRUE(status) << status.message();
+    EXPECT_TRUE(read == texts) << texts.size();
+  }
+}
+
+TEST_F(ServerStreamTest, OfATextThatIsTooLongNoPartIsTaken) {
+  FileDsn dsn;
+  ASSERT_TRUE(readFileDsn(linkTo(database_), &dsn));
+  OdbcConnection connection(connectionTextOf(dsn), {});
+  OdbcStatement::TextBlock block;
+  for (const std::size_t length : {OdbcStatement::kMostTextBytes + 1, 20 * OdbcStatement::kMostTextBytes}) {
+    OdbcStatement statement(connection);
+    ASSERT_TRUE(statement.run("SELECT v FROM (VALUES ('first'), (repeat('x', " + std::to_string(length) +
+                              ")), ('last')) AS t(v)"));
+    std::string texts;
+    const Status status = statement.readTexts(block, [&](std::string_view text) {
+      texts.append(text);
+      return true;
+    });
+    EXPECT_EQ(ErrorCode::inputOutput, status.code());
+    EXPECT_EQ("first", texts);
+  }
+}
+
+TEST_F(ServerStreamTest, TextsAreReadUntilOneIsNotTaken) {
+  FileDsn dsn;
+  ASSERT_TRUE(readFileDsn(linkTo(database_), &dsn));
+  OdbcConnection connection(connectionTextOf(dsn), {});
+  OdbcStatement::TextBlock block;
+  OdbcStatement statement(connection);
+  ASSERT_TRUE(statement.run("SELECT n::text FROM generate_series(1, 1000) n"));
+  std::string texts;
+  const Status status = statement.readTexts(block, [&](std::string_view text) {
+    texts.append(text);
+    return text != "100";
+  });
+  EXPECT_EQ(ErrorCode::inputOutput, status.code());
+  EXPECT_TRUE(texts.ends_with("99100")) << texts;
+  ASSERT_TRUE(statement.run("SELECT 'on'")) << "the statement can be used again";
+  bool hasRow = false;
+  std::optional<std::string> text;
+  ASSERT_TRUE(statement.next(&hasRow));
+  ASSERT_TRUE(statement.read(0, &text));
+  EXPECT_EQ("on", text);
 }
 
 }  // namespace

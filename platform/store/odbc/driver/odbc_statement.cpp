@@ -11,7 +11,10 @@ namespace {
 
 constexpr std::size_t kIntegersAtOnce = 1000;
 constexpr std::size_t kUnitsAtOnce = 4096;
-static_assert(OdbcStatement::kMostTextBytes <= kUnitsAtOnce * sizeof(SQLWCHAR));
+constexpr std::size_t kTextsAtOnce = 64;
+// Not a whole number of pages, so that short texts do not all want the same place in the processor's cache.
+constexpr std::size_t kTextStride = OdbcStatement::kMostTextBytes + 64;
+static_assert(kTextStride % 4096 != 0);
 
 SQLPOINTER pointerOf(std::uintptr_t number) {
   return reinterpret_cast<SQLPOINTER>(number);
@@ -280,26 +283,44 @@ Status OdbcStatement::read(std::size_t index, std::optional<std::string>* value)
   return {};
 }
 
-Status OdbcStatement::appendText(std::size_t index, bool asBytes, std::string* text) {
-  if (!asBytes) {
-    std::optional<std::string> value;
-    if (Status status = read(index, &value); !status) return status;
-    if (value) *text += *value;
-    return {};
+OdbcStatement::TextBlock::TextBlock() : texts_(kTextsAtOnce * kTextStride), lengths_(kTextsAtOnce) {}
+
+std::string_view OdbcStatement::TextBlock::at(std::size_t row) const {
+  const SQLLEN length = lengths_[row];
+  return {texts_.data() + row * kTextStride, length == SQL_NULL_DATA ? 0 : static_cast<std::size_t>(length)};
+}
+
+Status OdbcStatement::readTexts(TextBlock& block, const std::function<bool(std::string_view text)>& take) {
+  if (Status status = answered(); !status) return status;
+  if (columnCount_ == 0) return {};
+  const OdbcFunctions& functions = call_->session->functions();
+  SQLHSTMT handle = call_->handle.get();
+  SQLULEN fetched = 0;
+  functions.setStatementAttribute(handle, SQL_ATTR_ROW_ARRAY_SIZE, pointerOf(kTextsAtOnce), 0);
+  functions.setStatementAttribute(handle, SQL_ATTR_ROWS_FETCHED_PTR, &fetched, 0);
+  functions.bindColumn(handle, 1, SQL_C_BINARY, block.texts_.data(), static_cast<SQLLEN>(kTextStride),
+                       block.lengths_.data());
+  SQLRETURN result = SQL_SUCCESS;
+  bool isReadable = true;
+  while (isReadable) {
+    // What the driver says nothing of is not taken for what was there before.
+    std::fill(block.lengths_.begin(), block.lengths_.end(), SQLLEN{SQL_NO_TOTAL});
+    result = functions.fetch(handle);
+    if (!SQL_SUCCEEDED(result)) break;
+    isReadable = fetched <= kTextsAtOnce;
+    for (std::size_t row = 0; row < fetched && isReadable; ++row) {
+      // Of a longer one only a part has come.
+      const SQLLEN length = block.lengths_[row];
+      isReadable = (length == SQL_NULL_DATA || length >= 0) &&
+                   length <= static_cast<SQLLEN>(kMostTextBytes) && take(block.at(row));
+    }
   }
-  const std::vector<SQLWCHAR>& buffer = call_->buffer;
-  SQLLEN length = 0;
-  const SQLRETURN result = call_->session->functions().getData(
-      call_->handle.get(), static_cast<SQLUSMALLINT>(index + 1), SQL_C_BINARY, call_->buffer.data(),
-      static_cast<SQLLEN>(kMostTextBytes), &length);
-  if (length == SQL_NULL_DATA) return {};
-  if (Status status = outcomeOf(result, false); !status) return status;
-  // Only a part of it. What a driver says of the parts that follow can't be relied on.
-  if (result != SQL_SUCCESS || length < 0 || static_cast<std::size_t>(length) > kMostTextBytes) {
-    return {ErrorCode::inputOutput, "The server's answer can't be read."};
-  }
-  text->append(reinterpret_cast<const char*>(buffer.data()), static_cast<std::size_t>(length));
-  return {};
+  Status status = outcomeOf(result, false);
+  if (status && !isReadable) status = {ErrorCode::inputOutput, "The server's answer can't be read."};
+  // The block goes its own way; a handle that is used again must not know it.
+  call_.reset();
+  columnCount_ = 0;
+  return status;
 }
 
 Status OdbcStatement::readIntegers(std::vector<std::int64_t>* integers) {

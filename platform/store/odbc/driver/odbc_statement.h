@@ -59,8 +59,8 @@ class OdbcStatement {
 
   /// Whether what the last run answered can be relied on. Not when it was to be stopped just as it ended:
   /// some drivers then throw the answer away, and it looks like none. The statement itself has been run;
-  /// stopped where only the answer mattered, inputOutput for a change. next() and readIntegers() see to that
-  /// by themselves.
+  /// stopped where only the answer mattered, inputOutput for a change. What reads the answer sees to that by
+  /// itself.
   Status answered() const;
 
   /// How many rows were changed, or came.
@@ -71,12 +71,14 @@ class OdbcStatement {
   /// The value of the row's column, each one at most once and in growing order; nothing is null.
   Status read(std::size_t index, std::optional<std::string>* value);
 
-  /// Appends the text of the row's column to `*text`, as read() has it but for a null, which appends nothing.
-  /// `asBytes`: as the driver has it from the server, without a way through UTF-16, which takes half the
-  /// time. Only where the driver is known to hand out UTF-8 so, and for texts of up to kMostTextBytes; for
-  /// longer ones inputOutput. On failure `*text` is untouched.
-  static constexpr std::size_t kMostTextBytes = 8192;
-  Status appendText(std::size_t index, bool asBytes, std::string* text);
+  /// What readTexts() reads into; it may serve one statement after the other.
+  class TextBlock;
+  /// Hands the texts of the only column of all rows that are left to `take`, one after the other, nothing as
+  /// an empty one. They come as the driver has them from the server, many at once and without a way through
+  /// UTF-16: read() takes many times as long. Only where the driver is known to hand out UTF-8 so, and for
+  /// texts of up to kMostTextBytes; for longer ones inputOutput, as when `take` answers false.
+  static constexpr std::size_t kMostTextBytes = 9216;
+  Status readTexts(TextBlock& block, const std::function<bool(std::string_view text)>& take);
 
   /// Appends the only column of all rows that are left, whole numbers without a null among them.
   Status readIntegers(std::vector<std::int64_t>* integers);
@@ -101,6 +103,19 @@ class OdbcStatement {
   std::size_t columnCount_ = 0;
   std::int64_t affected_ = 0;
   bool wasCancelled_ = false;
+};
+
+class OdbcStatement::TextBlock {
+ public:
+  TextBlock();
+
+ private:
+  friend OdbcStatement;
+
+  std::string_view at(std::size_t row) const;
+
+  std::vector<char> texts_;
+  std::vector<SQLLEN> lengths_;
 };
 
 }  // namespace store

@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <condition_variable>
 #include <deque>
+#include <functional>
 #include <mutex>
+#include <optional>
 #include <string_view>
 #include <utility>
 
@@ -21,6 +23,8 @@ using namespace std::chrono_literals;
 // is longer than this; those that are come in pieces, as the digits of their bytes.
 constexpr std::size_t kMostInOneRow = 3000;
 constexpr std::size_t kBytesOfPiece = kMostInOneRow / 2 - 1;
+// A letter that is one byte to the server may be three in UTF-8.
+static_assert(3 * kMostInOneRow <= OdbcStatement::kMostTextBytes);
 // Each question is a way to the server and back, and while it is answered nothing else is made.
 constexpr std::size_t kBytesAtOnce = std::size_t{1} << 19;
 constexpr std::size_t kFirstRows = 200;
@@ -35,15 +39,18 @@ constexpr auto kEndPatience = 3s;
 // A letter that is no ASCII, but in most of the sets of letters that a server may have.
 constexpr std::string_view kProbe = "\xC3\xA4";
 
-/// Whether the driver hands out a text as UTF-8 when it is asked for bytes.
-bool handsOutUtf8(OdbcConnection& connection) {
+/// Whether the driver hands out texts as UTF-8, and many at once, when it is asked for bytes.
+bool handsOutUtf8(OdbcConnection& connection, OdbcStatement::TextBlock& block) {
   OdbcStatement statement(connection);
-  bool hasRow = false;
-  std::string text;
-  Status status = statement.run("SELECT '" + std::string(kProbe) + "'::text");
-  if (status) status = statement.next(&hasRow);
-  if (status && hasRow) status = statement.appendText(0, true, &text);
-  return status && text == kProbe;
+  Status status =
+      statement.run("SELECT '" + std::string(kProbe) + "'::text FROM pg_catalog.generate_series(1, 2)");
+  std::size_t count = 0;
+  const auto take = [&](std::string_view text) {
+    ++count;
+    return text == kProbe;
+  };
+  if (status) status = statement.readTexts(block, take);
+  return status && count == 2;
 }
 
 /// The rows as texts, and those that are too long in pieces, each with a sign behind it that tells whether it
@@ -78,14 +85,14 @@ int digitOf(char sign) {
   return -1;
 }
 
-/// Replaces the pieces of a row behind `*rows` by the bytes that they stand for.
-bool appendBytes(std::string_view digits, std::string* rows) {
+/// Appends the bytes that the digits stand for.
+bool appendBytes(std::string_view digits, std::string* bytes) {
   if (digits.size() % 2 != 0) return false;
   for (std::size_t index = 0; index < digits.size(); index += 2) {
     const int high = digitOf(digits[index]);
     const int low = digitOf(digits[index + 1]);
     if (high < 0 || low < 0) return false;
-    rows->push_back(static_cast<char>(high * 16 + low));
+    bytes->push_back(static_cast<char>(high * 16 + low));
   }
   return true;
 }
@@ -166,7 +173,7 @@ class RowReading::State {
     // A conversation that was used before may have been lost since.
     if (connection_->session() != nullptr && !runStatement(*connection_, "SELECT 1")) connection_->lose();
     if (Status status = connection_->ensureOpen(); !status) return status;
-    asBytes_ = handsOutUtf8(*connection_);
+    asBytes_ = handsOutUtf8(*connection_, block_);
     // All of the rows will be read, and nothing is worth long thought about how; not every server knows
     // these.
     static_cast<void>(runStatement(*connection_, "SET cursor_tuple_fraction TO 1"));
@@ -182,28 +189,37 @@ class RowReading::State {
     Status status = fetch.run("FETCH FORWARD " + std::to_string(rowsAtOnce_) + " FROM quivane_rows");
     std::size_t count = 0;
     std::size_t bytes = 0;
-    for (bool hasRow = true; status; ++count) {
-      if (status = fetch.next(&hasRow); !status || !hasRow) break;
-      const std::size_t before = rows->size();
-      if (status = fetch.appendText(0, asBytes_, rows); !status) break;
-      bytes += rows->size() - before;
-      const bool isWhole = rows->size() > before && (*rows)[before] == '(';
-      if (!isWhole && !takePiece(before, rows)) status = unreadable();
-    }
+    const auto take = [&](std::string_view text) {
+      ++count;
+      bytes += text.size();
+      return takeText(text, rows);
+    };
+    if (status) status = asBytes_ ? fetch.readTexts(block_, take) : readEach(fetch, take);
     *isAtEnd = count < rowsAtOnce_;
     rowsAtOnce_ = std::clamp(kBytesAtOnce / std::max<std::size_t>(bytes / std::max<std::size_t>(count, 1), 1),
                              kFirstRows / 2, kMostRows);
     return status;
   }
 
-  /// Takes the piece behind `before` away, and puts the row in its place when it was the last one.
-  bool takePiece(std::size_t before, std::string* rows) {
-    const std::string_view text = std::string_view(*rows).substr(before);
+  /// As OdbcStatement::readTexts(), through UTF-16.
+  static Status readEach(OdbcStatement& fetch, const std::function<bool(std::string_view text)>& take) {
+    for (bool hasRow = true;;) {
+      std::optional<std::string> text;
+      if (Status status = fetch.next(&hasRow); !status || !hasRow) return status;
+      if (Status status = fetch.read(0, &text); !status) return status;
+      if (!take(text ? std::string_view(*text) : std::string_view())) return unreadable();
+    }
+  }
+
+  /// Appends a row to `*rows`, of one that comes in pieces with the last of them.
+  bool takeText(std::string_view text, std::string* rows) {
+    if (text.starts_with('(')) {
+      rows->append(text);
+      return true;
+    }
     if (text.empty() || (text.back() != kEnds && text.back() != kMoreFollows)) return false;
-    const bool isLast = text.back() == kEnds;
     if (!appendBytes(text.substr(0, text.size() - 1), &piece_)) return false;
-    rows->resize(before);
-    if (!isLast) return true;
+    if (text.back() == kMoreFollows) return true;
     *rows += piece_;
     // Its memory goes, too.
     piece_ = std::string();
@@ -224,6 +240,7 @@ class RowReading::State {
   std::unique_ptr<OdbcConnection> connection_;  // but for stop() the thread's
   std::string declaration_;
   bool asBytes_ = false;
+  OdbcStatement::TextBlock block_;
   std::size_t rowsAtOnce_ = kFirstRows;  // as large as the last ones were
   std::string piece_;                    // of a row whose last piece is to come
   std::mutex mutex_;

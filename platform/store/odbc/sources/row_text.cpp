@@ -49,6 +49,14 @@ bool RowTextReader::takeValue(std::optional<std::string_view>* value) {
 }
 
 bool RowTextReader::takeQuotedValue(std::optional<std::string_view>* value) {
+  // Mostly the quotes stand around all of it, and nothing in it is doubled.
+  const std::size_t end = rest_.starts_with('"') ? rest_.find('"', 1) : std::string_view::npos;
+  const bool isWhole = end != std::string_view::npos && end + 1 < rest_.size() && endsValue(rest_[end + 1]);
+  if (isWhole && rest_.substr(1, end - 1).find('\\') == std::string_view::npos) {
+    *value = rest_.substr(1, end - 1);
+    rest_.remove_prefix(end + 1);
+    return true;
+  }
   unquoted_.clear();
   bool isQuoted = false;
   std::size_t copied = 0;
