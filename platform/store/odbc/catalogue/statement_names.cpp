@@ -52,11 +52,11 @@ Status StatementNames::isTable(std::string_view name, bool* found) {
 }
 
 Status StatementNames::selectAllOf(std::string_view name, std::string* select) {
-  const Status missing(ErrorCode::noTable, "no such table: " + std::string(name));
-  if (name.find('\0') != std::string_view::npos) return missing;
   std::optional<NamedTable> table;
-  if (Status status = findTable(name, &table); !status) return status;
-  if (!table) return missing;
+  if (name.find('\0') == std::string_view::npos) {
+    if (Status status = findTable(name, &table); !status) return status;
+  }
+  if (!table) return {ErrorCode::noTable, "no such table: " + std::string(name)};
   *select = "SELECT * FROM " + quotedName(table->name);
   return {};
 }
