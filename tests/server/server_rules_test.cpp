@@ -215,6 +215,13 @@ TEST_F(ServerRulesTest, OnlyTablesThatTheUserMayReadAreListed) {
                          "MSysTables)"));
 }
 
+TEST_F(ServerRulesTest, SavedQueriesThatMayNotBeReadAreListed) {
+  const Guest guest(database_);
+  run("CREATE TABLE \"QuivaneQueries\" (\"QueryName\" text, \"SQL\" text)");
+  openAs("guest");
+  EXPECT_EQ("QuivaneQueries", columnOf("SELECT TableName FROM MSysTables WHERE TableName NOT LIKE 'MSys%'"));
+}
+
 TEST_F(ServerRulesTest, ATableThatIsNotListedIsKnownToStatementsThatNameIt) {
   const Guest guest(database_);
   run("CREATE TABLE \"Inbox\" (\"Letter\" text); GRANT INSERT ON \"Inbox\" TO guest");

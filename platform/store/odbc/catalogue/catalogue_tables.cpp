@@ -72,7 +72,9 @@ std::vector<std::string_view> catalogueColumns(std::string_view table) {
 
 std::string ServerCatalogue::catalogueClause(bool isContinued) {
   std::string clause = "WITH ";
-  clause.append(kUsersTables).append(kIsUsers).append(" AND ").append(kIsReadable).append("), ");
+  clause.append(kUsersTables).append(kIsUsers).append(" AND (").append(kIsReadable);
+  // That the saved queries may not be read is told, and not taken for none.
+  clause.append(" OR (c.relname = 'QuivaneQueries' AND pg_catalog.pg_table_is_visible(c.oid)))), ");
   clause.append(kTables).append(", ").append(kFields).append(", ");
   clause.append(kIndexes).append(", ").append(kProcedures);
   return clause + (isContinued ? ", " : " ");
