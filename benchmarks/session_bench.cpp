@@ -232,7 +232,9 @@ void measureNarrowing(const std::wstring& program, const std::wstring& database,
   open.show(kFormPage);
   const HWND number = remote::control(open.main(), kSecondEditor);
   require(number != nullptr, "there is no editor of the reference");
-  waitFor([&] { return !remote::text(number).empty(); }, "the record is not shown");
+  // It has no value: what stands beside it tells that the record has come.
+  const HWND beside = remote::control(open.main(), kSecondEditor - 1);
+  waitFor([&] { return remote::text(beside) == L"note"; }, "the record is not shown");
   PostMessageW(number, WM_KEYDOWN, VK_F4, 1);
   const HWND dialog = open.dialog(L"Number");
   const HWND list = remote::control(dialog, IDC_LOOK_UP_RECORDS);
