@@ -46,7 +46,8 @@ std::size_t countInRuns(std::wstring_view text) {
     int count = 0;
     if (FAILED(scriptItemize(piece.data(), static_cast<int>(piece.size()), static_cast<int>(items.size()),
                              nullptr, nullptr, items.data(), &count))) {
-      return place;
+      // Of a text that can't be divided its first piece is shown, and not nothing, as if it were empty.
+      return std::max(place, piece.size());
     }
     const auto found = static_cast<std::size_t>(count);
     if (found > left) return place + static_cast<std::size_t>(items[left].iCharPos);

@@ -2,11 +2,13 @@
 #include <algorithm>
 #include <cstdint>
 #include <string>
+#include <usp10.h>
 #include <vector>
 
 #include "gtest/gtest.h"
 #include "tests/ui/form/form_fixture.h"
 #include "tests/ui/support/dialog_script.h"
+#include "tests/ui/support/late_swap.h"
 #include "tests/ui/support/test_database.h"
 #include "tests/ui/support/window_reading.h"
 #include "views/form/field_zoom.h"
@@ -16,6 +18,16 @@
 namespace {
 
 constexpr int kZoomText = 1015;
+
+bool isDivided = true;
+
+HRESULT WINAPI divide(const WCHAR* text, int count, int most, const SCRIPT_CONTROL* control,
+                      const SCRIPT_STATE* state, SCRIPT_ITEM* items, int* found) {
+  return isDivided ? ScriptItemize(text, count, most, control, state, items, found) : E_OUTOFMEMORY;
+}
+
+/// Before the program's first call of it.
+const bool isReplaced = (replaceLateFunction("ScriptItemize", divide), true);
 
 std::wstring repeated(const wchar_t* part, std::size_t count) {
   std::wstring text;
@@ -91,6 +103,18 @@ class LongTextsTest : public FormFixture {
     return zoom.text().text();
   }
 };
+
+TEST(ShownTextTest, WhatTheSystemCannotDivideIsNotTakenForEmpty) {
+  ASSERT_TRUE(isReplaced);
+  isDivided = false;
+  const ShownText few = textForLine(L"few letters");
+  const ShownText many = textForLine(repeated(L"letters ", 2000));
+  isDivided = true;
+  EXPECT_EQ(few.text, L"few letters");
+  EXPECT_TRUE(few.isExact);
+  EXPECT_EQ(many.shownCount, 500u);
+  EXPECT_TRUE(many.isCut());
+}
 
 TEST_F(LongTextsTest, ThirtyTwoThousandLettersOfOneShapeAreEditedInTheLine) {
   showText(repeated(L"plain words ", 32000));
