@@ -14,6 +14,7 @@ using testing::ElementsAre;
 
 namespace {
 
+constexpr int kNamesListId = 61206;
 constexpr WORD kFirst = 32778;
 constexpr WORD kLast = 32779;
 constexpr WORD kPrevious = 32780;
@@ -46,8 +47,13 @@ TEST_F(TablesPageTest, AnEmptyDatabaseHasAnEmptyPage) {
   makeDatabase(file("a.cdb"), {});
   RunningProgram program(quoted(file("a.cdb")));
   const HWND main = program.mainWindow();
-  ASSERT_TRUE(remote::waitUntil([&] { return remote::shownPage(main) != nullptr; }));
-  EXPECT_EQ(remote::itemCount(remote::shownPage(main)), 0);
+  ASSERT_NE(main, nullptr);
+  // Before that the grid is shown for a moment.
+  ASSERT_TRUE(remote::awaitStarted(main));
+  HWND page = nullptr;
+  ASSERT_TRUE(remote::waitUntil([&] { return (page = remote::shownPage(main)) != nullptr; }));
+  EXPECT_EQ(GetDlgCtrlID(page), kNamesListId);
+  EXPECT_EQ(remote::itemCount(page), 0);
   EXPECT_EQ(remote::close(main), 0u);
 }
 
