@@ -8,7 +8,9 @@
 #include "platform/store/dsn/file_dsn.h"
 #include "platform/store/odbc/driver/answer.h"
 #include "platform/store/odbc/driver/call_thread.h"
+#include "platform/store/odbc/driver/odbc_session.h"
 #include "platform/store/odbc/driver/odbc_statement.h"
+#include "platform/store/odbc/driver/odbc_text.h"
 #include "platform/store/odbc/sources/key_reading.h"
 #include "tests/server/server_fixture.h"
 
@@ -111,6 +113,48 @@ TEST_F(ServerConnectionTest, AStatementIsStoppedFromAnotherThread) {
   EXPECT_EQ(ErrorCode::stopped,
             tryOpen("SELECT max(i) FROM (SELECT pg_sleep(60), a AS i FROM t) AS s", &none).code());
   stopper.join();
+}
+
+/// In the place of a driver manager that lets nobody at a statement until it has come back.
+std::atomic<bool> mayCancel = false;
+SQLRETURN SQL_API heldBackCancel(SQLHSTMT /*statement*/) {
+  mayCancel.wait(false);
+  return SQL_SUCCESS;
+}
+
+TEST_F(ServerConnectionTest, AStatementIsStoppedWhereTheDriverManagerHoldsTheWishBack) {
+  const OdbcFunctions* system = nullptr;
+  ASSERT_TRUE(findOdbc(&system));
+  OdbcFunctions functions = *system;
+  functions.cancel = heldBackCancel;
+  mayCancel = false;
+  FileDsn dsn;
+  ASSERT_TRUE(readFileDsn(linkTo(database_), &dsn));
+  const auto text = std::make_shared<const SecretText>(connectionTextOf(dsn));
+  const auto session = std::make_shared<OdbcSession>(functions);
+  ASSERT_TRUE(session->connect(text->text()));
+  auto statement = std::make_shared<OdbcStatementHandle>();
+  ASSERT_TRUE(statement->make(functions, session->handle()));
+  std::u16string sql = u"SELECT pg_sleep(60) AS held_back";
+  session->beginRunning({statement, statement->get()});
+  std::future<SQLRETURN> running = std::async(std::launch::async, [&] {
+    return functions.executeDirect(statement->get(), wideOf(sql), static_cast<SQLINTEGER>(sql.size()));
+  });
+  std::string process;
+  EXPECT_TRUE(isMetSoon([&] {
+    process = onServer(
+        "SELECT coalesce(max(pid), 0) FROM pg_stat_activity WHERE state = 'active' AND query LIKE "
+        "'%held_back%' AND pid <> pg_backend_pid()");
+    return process != "0";
+  }));
+  session->noteProcess(text, process);
+  OdbcSession::cancel(session);
+  EXPECT_EQ(std::future_status::ready, running.wait_for(std::chrono::seconds(20)));
+  EXPECT_FALSE(SQL_SUCCEEDED(running.get()));
+  EXPECT_FALSE(session->endRunning(std::chrono::milliseconds(0))) << "the driver's cancelling is under way";
+  mayCancel = true;
+  mayCancel.notify_all();
+  EXPECT_TRUE(session->endRunning(std::chrono::seconds(20)));
 }
 
 TEST_F(ServerConnectionTest, AServerThatIsRestartedInTheMidstOfAWalkLosesNothingAndShowsNoOtherRow) {

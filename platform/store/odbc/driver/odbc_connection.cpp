@@ -3,7 +3,7 @@
 #include <chrono>
 
 #include "platform/store/dsn/file_dsn.h"
-#include "platform/store/odbc/driver/odbc_statement.h"
+#include "platform/store/odbc/driver/answer.h"
 
 namespace store {
 
@@ -112,6 +112,21 @@ Status OdbcConnection::ensureOpen() {
       lose();
       return status;
     }
+  }
+  return noteProcess();
+}
+
+/// Failures are those that end the conversation. Who doesn't know the number of its process can do without.
+Status OdbcConnection::noteProcess() {
+  Answer answer;
+  Status status = ask(*this, "SELECT pg_catalog.pg_backend_pid()", {}, &answer);
+  if (session_ == nullptr) return status;
+  if (status.code() == ErrorCode::stopped) {
+    lose();
+    return status;
+  }
+  if (status && answer.size() == 1 && answer[0].size() == 1) {
+    session_->noteProcess(textWith(password_.get()), answer[0][0].value_or(""));
   }
   return {};
 }

@@ -110,6 +110,7 @@ class OdbcConnection {
                          Clock::time_point deadline);
   std::shared_ptr<const SecretText> textWith(const SecretText* password) const;
   Status refusedAnew(const Status& status);
+  Status noteProcess();
 
   std::shared_ptr<const SecretText> connectionText_;  // with the link's password
   std::shared_ptr<const SecretText> password_;        // the user's

@@ -18,7 +18,7 @@ std::optional<OdbcFunctions> findAll() {
       find("SQLAllocHandle", &all.allocHandle) && find("SQLFreeHandle", &all.freeHandle) &&
       find("SQLSetEnvAttr", &all.setEnvironmentAttribute) &&
       find("SQLSetConnectAttrW", &all.setConnectionAttribute) &&
-      find("SQLGetConnectAttrW", &all.getConnectionAttribute) &&
+      find("SQLGetConnectAttr", &all.getConnectionAttribute) &&
       find("SQLSetStmtAttrW", &all.setStatementAttribute) && find("SQLDriverConnectW", &all.driverConnect) &&
       find("SQLDisconnect", &all.disconnect) && find("SQLGetInfoW", &all.getInfo) &&
       find("SQLGetDiagRecW", &all.getDiagnostics) && find("SQLPrepareW", &all.prepare) &&

@@ -8,13 +8,15 @@ namespace store {
 
 /// The functions of the system's ODBC that are used here. They are looked up when a server is wanted first,
 /// so that whoever has none of it, or has none, needs no driver manager. Texts are UTF-16 in all of them:
-/// that form alone is the same for every driver, locale and system.
+/// that form alone is the same for every driver, locale and system. Attributes of a connection are read by
+/// the form without texts: only numbers are read so, and the other one leaves the connection locked under
+/// Wine 10.
 struct OdbcFunctions {
   decltype(&::SQLAllocHandle) allocHandle = nullptr;
   decltype(&::SQLFreeHandle) freeHandle = nullptr;
   decltype(&::SQLSetEnvAttr) setEnvironmentAttribute = nullptr;
   decltype(&::SQLSetConnectAttrW) setConnectionAttribute = nullptr;
-  decltype(&::SQLGetConnectAttrW) getConnectionAttribute = nullptr;
+  decltype(&::SQLGetConnectAttr) getConnectionAttribute = nullptr;
   decltype(&::SQLSetStmtAttrW) setStatementAttribute = nullptr;
   decltype(&::SQLDriverConnectW) driverConnect = nullptr;
   decltype(&::SQLDisconnect) disconnect = nullptr;

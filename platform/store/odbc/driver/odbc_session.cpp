@@ -14,6 +14,8 @@ namespace store {
 namespace {
 
 constexpr std::uintptr_t kLoginSeconds = 8;
+// The driver only sends a word to a server; who waits for the end of the statement has a multiple of it.
+constexpr auto kDriverPatience = std::chrono::milliseconds(300);
 
 SQLPOINTER pointerOf(std::uintptr_t number) {
   return reinterpret_cast<SQLPOINTER>(number);
@@ -72,6 +74,7 @@ std::string OdbcSession::information(SQLUSMALLINT what) const {
 void OdbcSession::beginRunning(std::shared_ptr<void> statement) {
   const std::lock_guard<std::mutex> lock(mutex_);
   running_ = std::move(statement);
+  ++runs_;
 }
 
 bool OdbcSession::endRunning(std::chrono::milliseconds patience) {
@@ -79,7 +82,8 @@ bool OdbcSession::endRunning(std::chrono::milliseconds patience) {
   std::shared_ptr<void> ended;
   std::unique_lock<std::mutex> lock(mutex_);
   ended.swap(running_);
-  return cancelled_.wait_for(lock, patience, [this] { return !isCancelling_; });
+  cancelled_.notify_all();
+  return cancelled_.wait_for(lock, patience, [this] { return !isCancelling_ && !isCancellingByAnother_; });
 }
 
 void OdbcSession::endCancelling() {
@@ -90,10 +94,14 @@ void OdbcSession::endCancelling() {
 
 void OdbcSession::cancel(const std::shared_ptr<OdbcSession>& session) {
   std::shared_ptr<void> statement;
+  std::uint64_t run = 0;
+  bool hasAnotherWay = false;
   {
     const std::lock_guard<std::mutex> lock(session->mutex_);
     if (session->running_ == nullptr || session->isCancelling_) return;
     statement = session->running_;
+    run = session->runs_;
+    hasAnotherWay = !session->stopStatement_.empty();
     session->isCancelling_ = true;
   }
   try {
@@ -106,7 +114,48 @@ void OdbcSession::cancel(const std::shared_ptr<OdbcSession>& session) {
   } catch (const std::exception&) {
     // Whoever waits for the statement gives it up, and can ask again.
     session->endCancelling();
+    return;
   }
+  if (!hasAnotherWay) return;
+  try {
+    std::thread([session, run] {
+      if (session->isDriverHeldUp(run)) session->cancelByAnother(run);
+    }).detach();
+  } catch (const std::exception&) {
+    // The driver is asked already, which nearly always is enough.
+  }
+}
+
+void OdbcSession::noteProcess(std::shared_ptr<const SecretText> connectionText, const std::string& number) {
+  const bool isNumber = !number.empty() && number.find_first_not_of("0123456789") == std::string::npos;
+  const std::lock_guard<std::mutex> lock(mutex_);
+  connectionText_ = std::move(connectionText);
+  stopStatement_ = isNumber ? "SELECT pg_catalog.pg_cancel_backend(" + number + ")" : std::string();
+}
+
+/// Whether the driver has not come back from its cancelling after a while, and the statement runs still.
+bool OdbcSession::isDriverHeldUp(std::uint64_t run) {
+  std::unique_lock<std::mutex> lock(mutex_);
+  const auto isOver = [&] { return !isCancelling_ || running_ == nullptr || runs_ != run; };
+  return !cancelled_.wait_for(lock, kDriverPatience, isOver);
+}
+
+void OdbcSession::cancelByAnother(std::uint64_t run) {
+  OdbcSession another(functions_);
+  if (!another.connect(connectionText_->text())) return;
+  OdbcStatementHandle statement;
+  if (!statement.make(functions_, another.connection_)) return;
+  std::u16string sql = toUtf16(stopStatement_);
+  {
+    // From here on the end of the statement waits: the next one would be stopped.
+    const std::lock_guard<std::mutex> lock(mutex_);
+    if (running_ == nullptr || runs_ != run) return;
+    isCancellingByAnother_ = true;
+  }
+  functions_.executeDirect(statement.get(), wideOf(sql), static_cast<SQLINTEGER>(sql.size()));
+  const std::lock_guard<std::mutex> lock(mutex_);
+  isCancellingByAnother_ = false;
+  cancelled_.notify_all();
 }
 
 }  // namespace store

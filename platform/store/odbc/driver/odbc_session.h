@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <condition_variable>
+#include <cstdint>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -9,6 +10,7 @@
 #include "platform/store/odbc/driver/diagnostics.h"
 #include "platform/store/odbc/driver/odbc_functions.h"
 #include "platform/store/odbc/driver/odbc_handle.h"
+#include "platform/store/rows/secret_text.h"
 
 namespace store {
 
@@ -44,12 +46,18 @@ class OdbcSession {
   /// next statement; false when that has no end within this time: the conversation is of no use any more.
   bool endRunning(std::chrono::milliseconds patience);
   /// Asks the server to end the statement that runs, by a thread of its own: nobody knows how long the server
-  /// takes to hear of it. From any thread; nothing happens when none runs.
+  /// takes to hear of it. From any thread; nothing happens when none runs. Where the driver manager keeps
+  /// that thread waiting for the very statement, as Wine 10's does, and noteProcess() was called, the server
+  /// is asked by another conversation.
   static void cancel(const std::shared_ptr<OdbcSession>& session);
+  /// How the server is reached by another conversation, and the number that it has for this one's process.
+  void noteProcess(std::shared_ptr<const SecretText> connectionText, const std::string& number);
 
  private:
   std::string information(SQLUSMALLINT what) const;
   void endCancelling();
+  bool isDriverHeldUp(std::uint64_t run);
+  void cancelByAnother(std::uint64_t run);
 
   const OdbcFunctions& functions_;
   OdbcEnvironment environment_;
@@ -59,7 +67,11 @@ class OdbcSession {
   std::mutex mutex_;
   std::condition_variable cancelled_;
   std::shared_ptr<void> running_;
+  std::uint64_t runs_ = 0;
   bool isCancelling_ = false;
+  bool isCancellingByAnother_ = false;
+  std::shared_ptr<const SecretText> connectionText_;
+  std::string stopStatement_;  // empty when nobody else can stop this one
 };
 
 }  // namespace store

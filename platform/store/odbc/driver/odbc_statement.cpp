@@ -79,6 +79,8 @@ Status OdbcStatement::outcomeOf(SQLRETURN result, bool gaveUp) {
   if (status.code() == ErrorCode::stopped && !wasCancelled_) {
     status = {ErrorCode::inputOutput, "The server has stopped the statement: " + diagnosis.message};
   }
+  // A cancelling that the driver manager held back until the statement failed throws away why it did.
+  if (wasCancelled_ && diagnosis.state.empty()) status = {ErrorCode::stopped, "The statement was stopped."};
   SQLINTEGER isDead = SQL_CD_FALSE;
   call_->session->functions().getConnectionAttribute(call_->session->handle(), SQL_ATTR_CONNECTION_DEAD,
                                                      &isDead, 0, nullptr);
