@@ -205,10 +205,16 @@ std::optional<String> WindowPrompts::chooseFile(FileChoice choice, const String&
   const BOOL chosen = (*dialog.run)(&question);
   isChoosingFile_ = false;
   if (chosen) return String(path);
-  // The dialog then ends as if it were cancelled.
-  if (commDlgExtendedError() == FNERR_BUFFERTOOSMALL) {
-    showBox(question.hwndOwner, L"The path of the file is too long. At most 259 characters can be chosen.",
-            kPromptCaption, boxFlags(Notice::refusal));
+  // The dialog then ends as if it were cancelled, and where the system has none it looks like that, too.
+  switch (commDlgExtendedError()) {
+    case FNERR_BUFFERTOOSMALL:
+      showBox(question.hwndOwner, L"The path of the file is too long. At most 259 characters can be chosen.",
+              kPromptCaption, boxFlags(Notice::refusal));
+      break;
+    case CDERR_INITIALIZATION:
+      showBox(question.hwndOwner, L"The system's dialog for choosing a file can't be shown.", kPromptCaption,
+              boxFlags(Notice::refusal));
+      break;
   }
   return std::nullopt;
 }

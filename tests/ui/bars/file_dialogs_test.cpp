@@ -191,4 +191,14 @@ TEST_F(FileDialogsTest, APathThatIsTooLongIsToldAndNotTakenForACancel) {
   EXPECT_EQ(told[0].text, L"The path of the file is too long. At most 259 characters can be chosen.");
 }
 
+TEST_F(FileDialogsTest, ADialogThatTheSystemDoesNotHaveIsToldAndNotTakenForACancel) {
+  MessageBoxes boxes;
+  userConfirms = false;
+  error = CDERR_INITIALIZATION;
+  EXPECT_FALSE(thePrompts.chooseFile(FileChoice::open));
+  const std::vector<MessageBoxes::Box> told = boxes.take();
+  ASSERT_EQ(told.size(), 1u);
+  EXPECT_EQ(told[0].text, L"The system's dialog for choosing a file can't be shown.");
+}
+
 }  // namespace
