@@ -12,7 +12,6 @@ namespace {
 TTTOOLINFOW toolOf(HWND list) {
   TTTOOLINFOW tool{};
   tool.cbSize = TTTOOLINFOW_V1_SIZE;
-  tool.uFlags = TTF_SUBCLASS;
   tool.hwnd = list;
   tool.lpszText = LPSTR_TEXTCALLBACKW;
   return tool;
@@ -26,6 +25,14 @@ CellTips::CellTips(TextOf textOf)
       }) {}
 
 void CellTips::attach(HWND list) {
+  window_.reset();
+  row_ = -1;
+  column_ = -1;
+  subclass_.attach(list);
+}
+
+/// With the first move of the mouse: a window of its own is dear, and few sessions need it.
+void CellTips::create(HWND list) {
   window_.reset(CreateWindowExW(
       WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr, WS_POPUP | TTS_NOPREFIX | TTS_ALWAYSTIP, CW_USEDEFAULT,
       CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, list, nullptr, GetModuleHandleW(nullptr), nullptr));
@@ -33,12 +40,10 @@ void CellTips::attach(HWND list) {
   HandheldEquipTip(window_.get());
   TTTOOLINFOW tool = toolOf(list);
   SendMessageW(window_.get(), TTM_ADDTOOLW, 0, reinterpret_cast<LPARAM>(&tool));
-  // After the tooltip's own subclass: the cell is known before it looks where the mouse is.
-  subclass_.attach(list);
 }
 
 LRESULT CellTips::answer(HWND list, UINT message, WPARAM wParam, LPARAM lParam) {
-  if (message == WM_MOUSEMOVE) moveTo(list, {GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)});
+  if (message >= WM_MOUSEFIRST && message <= WM_MOUSELAST) tellOfMouse(list, message, wParam, lParam);
   if (message == WM_NOTIFY) {
     auto& notification = *reinterpret_cast<NMHDR*>(lParam);
     if (notification.hwndFrom == window_.get() && notification.code == static_cast<UINT>(TTN_GETDISPINFOW)) {
@@ -48,6 +53,19 @@ LRESULT CellTips::answer(HWND list, UINT message, WPARAM wParam, LPARAM lParam) 
     }
   }
   return DefSubclassProc(list, message, wParam, lParam);
+}
+
+/// The cell is known before the tooltip looks where the mouse is.
+void CellTips::tellOfMouse(HWND list, UINT message, WPARAM wParam, LPARAM lParam) {
+  if (message == WM_MOUSEMOVE && !window_) create(list);
+  if (!window_) return;
+  if (message == WM_MOUSEMOVE) moveTo(list, {GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)});
+  MSG told{};
+  told.hwnd = list;
+  told.message = message;
+  told.wParam = wParam;
+  told.lParam = lParam;
+  SendMessageW(window_.get(), TTM_RELAYEVENT, 0, reinterpret_cast<LPARAM>(&told));
 }
 
 /// The tooltip is that of the cell under the mouse.

@@ -18,11 +18,14 @@ class CellTips {
 
   explicit CellTips(TextOf textOf);
 
-  /// For this list, which lives longer. Nothing is shown where the system has no tooltips.
+  /// For this list, which lives longer. Nothing is shown where the system has no tooltips; there is no window
+  /// for them until the mouse moves over the list.
   void attach(HWND list);
 
  private:
+  void create(HWND list);
   LRESULT answer(HWND list, UINT message, WPARAM wParam, LPARAM lParam);
+  void tellOfMouse(HWND list, UINT message, WPARAM wParam, LPARAM lParam);
   void moveTo(HWND list, POINT place);
 
   TextOf textOf_;

@@ -2,8 +2,10 @@
 #include <commctrl.h>
 
 #include <string>
+#include <vector>
 
 #include "tests/ui/lists/record_list_fixture.h"
+#include "views/shared/window_subclass.h"
 
 namespace {
 
@@ -47,8 +49,9 @@ class CellTipsTest : public RecordListFixture {
 TEST_F(CellTipsTest, ACellTellsTheNameOfTheRecordToWhichItRefers) {
   showTable(L"CREATE TABLE 'T' (Id Integer PRIMARY KEY, Up Integer REFERENCES T, Name Text)",
             L"INSERT INTO T VALUES (1, NULL, 'root'), (2, 1, 'leaf')");
-  ASSERT_NE(tipWindow(), nullptr);
+  EXPECT_EQ(tipWindow(), nullptr) << "before the mouse is moved";
   EXPECT_EQ(tipOf(1, 1), L"root");
+  ASSERT_NE(tipWindow(), nullptr);
   EXPECT_EQ(cell(1, 1), L"1") << "never in its place";
   EXPECT_EQ(tipOf(0, 1), L"") << "it refers to none";
   EXPECT_EQ(tipOf(1, 0), L"");
@@ -69,6 +72,33 @@ TEST_F(CellTipsTest, TheTooltipIsThatOfTheCellUnderTheMouseAlone) {
   ASSERT_TRUE(SendMessageW(tipWindow(), TTM_GETTOOLINFOW, 0, reinterpret_cast<LPARAM>(&tool)));
   const RECT place = placeOf(1, 1);
   EXPECT_TRUE(EqualRect(&tool.rect, &place));
+}
+
+TEST_F(CellTipsTest, TheTooltipIsToldOfTheMouseAfterTheCell) {
+  showTable(L"CREATE TABLE 'T' (Id Integer PRIMARY KEY, Up Integer REFERENCES T, Name Text)",
+            L"INSERT INTO T VALUES (1, NULL, 'root'), (2, 1, 'leaf')");
+  tipOf(0, 0);
+  std::vector<MSG> told;
+  RECT known{};
+  WindowSubclass watch([&](HWND tip, UINT message, WPARAM wParam, LPARAM lParam) {
+    if (message == TTM_RELAYEVENT) told.push_back(*reinterpret_cast<const MSG*>(lParam));
+    if (message == TTM_NEWTOOLRECTW) {
+      EXPECT_TRUE(told.empty());
+      known = reinterpret_cast<const TTTOOLINFOW*>(lParam)->rect;
+    }
+    return DefSubclassProc(tip, message, wParam, lParam);
+  });
+  ASSERT_TRUE(watch.attach(tipWindow()));
+  const RECT place = placeOf(1, 1);
+  const LPARAM point = MAKELPARAM(place.left + 2, place.top + 2);
+  SendMessageW(list(), WM_MOUSEMOVE, 0, point);
+  EXPECT_TRUE(EqualRect(&known, &place));
+  SendMessageW(list(), WM_RBUTTONDOWN, MK_RBUTTON, point);
+  ASSERT_EQ(told.size(), 2U);
+  EXPECT_EQ(told[0].hwnd, list());
+  EXPECT_EQ(told[0].message, static_cast<UINT>(WM_MOUSEMOVE));
+  EXPECT_EQ(told[0].lParam, point);
+  EXPECT_EQ(told[1].message, static_cast<UINT>(WM_RBUTTONDOWN)) << "which ends it";
 }
 
 }  // namespace
