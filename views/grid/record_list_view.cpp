@@ -107,13 +107,14 @@ bool RecordListView::createList(HWND tabControl) {
                            LVS_SHOWSELALWAYS | LVS_OWNERDATA | LVS_NOSORTHEADER;
   static_assert(kStyle == 0x5001900D);
   const RECT place = listRectangle();
-  list_ = HandheldCreateWindow(WS_EX_TRANSPARENT, WC_LISTVIEWW, L"", kStyle, place.left, place.top,
-                               place.right - place.left, place.bottom - place.top, tabControl,
+  // Made hidden, not hidden at once: what lies below it would be drawn for nothing.
+  list_ = HandheldCreateWindow(WS_EX_TRANSPARENT, WC_LISTVIEWW, L"", kStyle & ~DWORD{WS_VISIBLE}, place.left,
+                               place.top, place.right - place.left, place.bottom - place.top, tabControl,
                                reinterpret_cast<HMENU>(static_cast<INT_PTR>(kListId)),
                                GetModuleHandleW(nullptr), nullptr);
   if (!list_) return false;
+  widths_.keep();
   HandheldNameControl(list_, 0, L"Records");
-  hide();
   listview::setExtendedStyle(list_, LVS_EX_FULLROWSELECT);
   typedLetters_.attach(list_);
   if (!listSubclass_.attach(list_) || !headerSubclass_.attach(listview::header(list_))) return false;
