@@ -46,13 +46,4 @@ TEST(ZoomFiguresTest, AutomaticZoomFitsTheWorkArea) {
   EXPECT_EQ(automaticZoom(192, {100, 100}, frame), 100);
 }
 
-TEST(ZoomFiguresTest, APlaceIsPackedInOneNumber) {
-  for (const Place& place : {Place{}, Place{-1, -2, 3, 4}, Place{16383, -16383, 0, 16383}}) {
-    EXPECT_EQ(unpackPlace(packPlace(place)), place);
-    EXPECT_NE(packPlace(place), 0U);
-  }
-  EXPECT_EQ(unpackPlace(packPlace({20000, -20000, 1, 1})), (Place{16383, -16383, 1, 1}));
-  EXPECT_EQ(unpackPlace(0), std::nullopt);
-}
-
 }  // namespace

@@ -66,6 +66,13 @@ TEST_F(ZoomTest, EveryWindowHasItsFiguresAtEveryZoomAndBack) {
   EXPECT_EQ(back, frame);
 }
 
+TEST_F(ZoomTest, WindowsThatComeAndGoTakeNoPlaceAway) {
+  for (int i = 0; i < 1000; ++i) DestroyWindow(make(WC_STATICW, top(), {0, 0, 1, 1}));
+  HandheldSetZoom(333);
+  EXPECT_EQ(placeInParent(left_), scaled({1, 1, 8, 18}));
+  EXPECT_EQ(placeInParent(moved_), scaled({13, 27, 44, 34}));
+}
+
 TEST_F(ZoomTest, EveryWindowHasTheFontOfTheZoom) {
   struct Height {
     int zoom;

@@ -1,12 +1,29 @@
 #include "platform/pocketshell/window/window_places.h"
 
+#include <algorithm>
+#include <cstddef>
+#include <unordered_map>
+
 #include "platform/pocketshell/zoom/present_zoom.h"
 
 namespace pocketshell {
 
 namespace {
 
-constexpr wchar_t kProperty[] = L"Pocket Shell Place";
+/// Not in a property of each window, for which Wine asks its server each time.
+std::unordered_map<HWND, Place>& places() {
+  static std::unordered_map<HWND, Place> all;
+  return all;
+}
+
+/// The number of a window that is gone comes again only after 65,535 others in its place.
+void forgetThoseGone() {
+  constexpr std::size_t kLeastCount = 256;
+  static std::size_t count = kLeastCount;
+  if (places().size() < count) return;
+  std::erase_if(places(), [](const auto& each) { return !IsWindow(each.first); });
+  count = std::max(kLeastCount, 2 * places().size());
+}
 
 }  // namespace
 
@@ -15,11 +32,13 @@ bool isChild(HWND window) {
 }
 
 void rememberPlace(HWND child, const Place& place) {
-  SetPropW(child, kProperty, reinterpret_cast<HANDLE>(packPlace(place)));
+  forgetThoseGone();
+  places()[child] = place;
 }
 
 std::optional<Place> placeOf(HWND child) {
-  return unpackPlace(reinterpret_cast<std::uint64_t>(GetPropW(child, kProperty)));
+  const auto found = places().find(child);
+  return found == places().end() ? std::nullopt : std::optional(found->second);
 }
 
 Place presentPlace(HWND child) {

@@ -6,8 +6,7 @@
 
 #include "platform/pocketshell/zoom/zoom_figures.h"
 
-/// What child windows were told last of their place, in handheld pixels. It is kept in a property of the
-/// window, one number without memory, and goes with the window.
+/// What child windows were told last of their place, in handheld pixels. Belongs to the windows' thread.
 namespace pocketshell {
 
 void rememberPlace(HWND child, const Place& place);

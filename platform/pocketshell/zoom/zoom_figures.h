@@ -2,9 +2,6 @@
 
 #include <windows.h>
 
-#include <cstdint>
-#include <optional>
-
 /// The arithmetic of the zoom, in per cent. A rectangle is converted by its edges, so that what touches
 /// on the handheld touches at every zoom.
 namespace pocketshell {
@@ -48,11 +45,5 @@ struct Place {
   RECT rectangle() const { return {x, y, x + width, y + height}; }
   bool operator==(const Place&) const = default;
 };
-
-/// A place in one number that is never 0, as a window's property can hold. Figures beyond +-16383 are
-/// brought to it.
-std::uint64_t packPlace(const Place& place);
-/// Nothing from 0.
-std::optional<Place> unpackPlace(std::uint64_t all);
 
 }  // namespace pocketshell
