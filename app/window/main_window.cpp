@@ -283,15 +283,22 @@ LRESULT CALLBACK mainProcedure(HWND window, UINT message, WPARAM wParam, LPARAM 
 }  // namespace
 
 bool registerMainWindowClass() {
-  WNDCLASSW description{};
+  const auto icon = [](int width, int height) {
+    return static_cast<HICON>(LoadImageW(instanceHandle, MAKEINTRESOURCEW(IDI_QUIVANE), IMAGE_ICON,
+                                         GetSystemMetrics(width), GetSystemMetrics(height), LR_SHARED));
+  };
+  WNDCLASSEXW description{};
+  description.cbSize = sizeof(description);
   description.style = CS_HREDRAW | CS_VREDRAW;
   description.lpfnWndProc = mainProcedure;
   description.hInstance = instanceHandle;
-  description.hIcon = LoadIconW(instanceHandle, MAKEINTRESOURCEW(IDI_QUIVANE));
+  description.hIcon = icon(SM_CXICON, SM_CYICON);
+  // The system would make it of the other one, twice.
+  description.hIconSm = icon(SM_CXSMICON, SM_CYSMICON);
   description.hCursor = LoadCursorW(nullptr, IDC_ARROW);
   description.hbrBackground = static_cast<HBRUSH>(GetStockObject(WHITE_BRUSH));
   description.lpszClassName = kMainWindowClass;
-  return RegisterClassW(&description) != 0;
+  return RegisterClassExW(&description) != 0;
 }
 
 void createMainWindow(int showCommand) {
