@@ -36,15 +36,14 @@ HWND createFrame(DWORD extendedStyle, const wchar_t* className, const wchar_t* t
   const DWORD visible = style & WS_VISIBLE;
   constexpr DWORD kResizing = WS_THICKFRAME | WS_MAXIMIZEBOX;
   const DWORD hidden = (style & ~visible & ~kResizing) | shellWindowStyle();
-  const SIZE frame = shellFrameSize();
-  const int zoom = presentZoom();
+  const FrameBeginning beginning = frameBeginning();
   const HWND window =
-      CreateWindowExW(extendedStyle, className, title, hidden, CW_USEDEFAULT, CW_USEDEFAULT,
-                      toMonitor(kScreenWidth, zoom) + frame.cx, toMonitor(kWorkAreaHeight, zoom) + frame.cy,
-                      nullptr, menu, instance, parameter);
+      CreateWindowExW(extendedStyle, className, title, hidden, static_cast<int>(beginning.corner.x),
+                      static_cast<int>(beginning.corner.y), static_cast<int>(beginning.size.cx),
+                      static_cast<int>(beginning.size.cy), nullptr, menu, instance, parameter);
   if (!window) return nullptr;
   ShellWindow& shell = ShellWindow::attach(window);
-  const bool wasMaximised = shell.becomeFrame();
+  const bool wasMaximised = shell.becomeFrame(beginning);
   equip(window);
   if (visible) ShowWindow(window, wasMaximised ? SW_SHOWMAXIMIZED : SW_SHOW);
   return window;

@@ -127,6 +127,10 @@ void MenuBar::layOut() {
   const int bottom = static_cast<int>(client.bottom);
   const int top = toMonitor(coveringFigure(bottom, zoom) - kMenuBarHeight, zoom);
   SetWindowPos(window(), HWND_TOP, 0, top, static_cast<int>(client.right), bottom - top, SWP_NOACTIVATE);
+  layOutButtons();
+}
+
+void MenuBar::layOutButtons() const {
   MenuButton::layOut(window(), PanelButton::layOut(window()));
 }
 

@@ -41,6 +41,8 @@ class MenuBar : public WindowLayer<MenuBar> {
   const std::vector<DropDown>& dropDowns() const { return parts_.dropDowns; }
   /// Gives it the button that opens the desktop menu of its parent, a frame. To be laid out after that.
   void addMenuButton();
+  /// Puts that and the input panel's, where they are, to the right end of the bar.
+  void layOutButtons() const;
   /// How many buttons open menus: the drop-down buttons and, as the last, that of the desktop menu.
   int buttonCount() const;
   bool isMenuButton(int index) const { return index == static_cast<int>(parts_.dropDowns.size()); }

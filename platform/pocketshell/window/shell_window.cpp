@@ -40,12 +40,16 @@ SIZE onMonitor(SIZE inside) {
   return {toMonitor(static_cast<int>(inside.cx), zoom), toMonitor(static_cast<int>(inside.cy), zoom)};
 }
 
-/// What the monitor has free that a rectangle lies on or is next to. An empty one when it can't be had.
-RECT freeAreaAt(const RECT& place) {
+/// Of the monitor that a rectangle lies on or is next to. An empty work area when it can't be had.
+MONITORINFO monitorAt(const RECT& place) {
   MONITORINFO monitor{};
   monitor.cbSize = sizeof(monitor);
   GetMonitorInfoW(MonitorFromRect(&place, MONITOR_DEFAULTTONEAREST), &monitor);
-  return monitor.rcWork;
+  return monitor;
+}
+
+RECT rectangleOf(POINT corner, SIZE size) {
+  return {corner.x, corner.y, corner.x + size.cx, corner.y + size.cy};
 }
 
 /// A class that wants its windows to be drawn anew as a whole when they are sized loses what they show with
@@ -87,19 +91,43 @@ MenuBar* ShellWindow::menuBar() const {
   return bar && bar->parent() == window() ? bar : nullptr;
 }
 
-bool ShellWindow::becomeFrame() {
+/// Another monitor may have another resolution, which the system tells of a window that is moved there.
+FrameBeginning frameBeginning() {
+  FrameBeginning beginning;
+  const SIZE frame = shellFrameSize();
+  beginning.size = sum(onMonitor(kLeastWorkArea), frame);
+  if (readKeepsHandheldSize()) return beginning;
+  beginning.kept = readKeptPlace(presentArrangement());
+  const POINT corner = beginning.kept ? beginning.kept->corner : POINT{};
+  const SIZE kept = beginning.kept ? sum(onMonitor(beginning.kept->inside), frame) : SIZE{1, 1};
+  const MONITORINFO monitor = monitorAt(rectangleOf(corner, kept));
+  if ((monitor.dwFlags & MONITORINFOF_PRIMARY) == 0 || IsRectEmpty(&monitor.rcWork)) return beginning;
+  beginning.free = monitor.rcWork;
+  if (beginning.kept) {
+    beginning.inside = beginning.kept->inside;
+    const RECT place = keptWithin(corner, kept, beginning.free, sum(onMonitor(kLeastWorkArea), frame));
+    beginning.corner = {place.left, place.top};
+    beginning.size = sizeOf(place);
+  } else {
+    beginning.inside = comfortableInside(sizeOf(beginning.free), frame, presentZoom());
+    beginning.size = sum(onMonitor(beginning.inside), frame);
+  }
+  return beginning;
+}
+
+bool ShellWindow::becomeFrame(const FrameBeginning& beginning) {
   isFrame_ = true;
   canBeSized_ = (GetWindowLongPtrW(window(), GWL_STYLE) & WS_THICKFRAME) != 0;
   desktopMenu_ = std::make_unique<DesktopMenu>(window());
   // It may have been made before, when the window was.
   if (MenuBar* const bar = menuBar()) {
     bar->addMenuButton();
-    bar->layOut();
+    bar->layOutButtons();
   }
   bool wasMaximised = false;
   if (canBeSized_) {
     keepWhatIsShown(window());
-    wasMaximised = standWhereLeft();
+    wasMaximised = standWhereLeft(beginning);
   } else {
     fitToZoom();
   }
@@ -117,29 +145,39 @@ SIZE ShellWindow::border() const {
   return client.right > 0 ? SIZE{present.cx - client.right, present.cy - client.bottom} : shellFrameSize();
 }
 
-void ShellWindow::placeAt(POINT corner, SIZE inside) {
+/// Where it stands with a corner and an inside, of what its monitor has free.
+RECT ShellWindow::fitted(POINT corner, SIZE inside, const RECT& free) const {
   const SIZE frame = border();
   const SIZE wanted = sum(onMonitor(inside), frame);
+  if (IsRectEmpty(&free)) return rectangleOf(corner, wanted);
   // Of a size that can't be changed nothing is taken away.
-  const SIZE least = canBeSized_ ? sum(onMonitor(kLeastWorkArea), frame) : wanted;
-  const RECT free = freeAreaAt({corner.x, corner.y, corner.x + wanted.cx, corner.y + wanted.cy});
-  const RECT place = IsRectEmpty(&free) ? RECT{corner.x, corner.y, corner.x + wanted.cx, corner.y + wanted.cy}
-                                        : keptWithin(corner, wanted, free, least);
+  return keptWithin(corner, wanted, free, canBeSized_ ? sum(onMonitor(kLeastWorkArea), frame) : wanted);
+}
+
+void ShellWindow::placeAt(POINT corner, SIZE inside) {
+  const RECT wanted = rectangleOf(corner, sum(onMonitor(inside), border()));
+  const RECT place = fitted(corner, inside, monitorAt(wanted).rcWork);
   SetWindowPos(window(), nullptr, static_cast<int>(place.left), static_cast<int>(place.top),
                static_cast<int>(place.right - place.left), static_cast<int>(place.bottom - place.top),
                SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
-bool ShellWindow::standWhereLeft() {
-  if (const auto kept = readKeptPlace(presentArrangement())) {
-    placeAt(kept->corner, kept->inside);
-    return kept->maximised;
-  }
+bool ShellWindow::standWhereLeft(const FrameBeginning& beginning) {
   RECT outer{};
   GetWindowRect(window(), &outer);
-  const RECT free = freeAreaAt(outer);
-  placeAt({outer.left, outer.top}, comfortableInside(sizeOf(free), border(), presentZoom()));
-  return false;
+  const bool wasMaximised = beginning.kept && beginning.kept->maximised;
+  const POINT corner = beginning.kept ? beginning.kept->corner : POINT{outer.left, outer.top};
+  const RECT place = fitted(corner, beginning.inside, beginning.free);
+  RECT within{};
+  IntersectRect(&within, &place, &beginning.free);
+  if (EqualRect(&place, &outer) && EqualRect(&place, &within)) return wasMaximised;
+  if (beginning.kept) {
+    placeAt(beginning.kept->corner, beginning.kept->inside);
+  } else {
+    const RECT least = rectangleOf(corner, sum(onMonitor(kLeastWorkArea), border()));
+    placeAt(corner, comfortableInside(sizeOf(monitorAt(least).rcWork), border(), presentZoom()));
+  }
+  return wasMaximised;
 }
 
 /// What the window has inside is the screen from now on.
@@ -180,11 +218,15 @@ void ShellWindow::fitToZoom() {
 }
 
 LRESULT ShellWindow::positionChanged(UINT message, WPARAM wParam, LPARAM lParam) {
+  constexpr UINT kInPlace = SWP_NOMOVE | SWP_NOSIZE;
+  const UINT flags = reinterpret_cast<const WINDOWPOS*>(lParam)->flags & (kInPlace | SWP_FRAMECHANGED);
+  const bool isElsewhere = flags != kInPlace;
   if (isFrame_) noteInside();
-  if (MenuBar* const bar = menuBar()) bar->layOut();
+  MenuBar* const bar = isElsewhere ? menuBar() : nullptr;
+  if (bar) bar->layOut();
   InputPanel::follow();
   const LRESULT answered = passOn(message, wParam, lParam);
-  if (isFrame_) coverAgain(window());
+  if (isFrame_ && isElsewhere) coverAgain(window());
   return answered;
 }
 

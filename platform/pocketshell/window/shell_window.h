@@ -3,8 +3,10 @@
 #include <windows.h>
 
 #include <memory>
+#include <optional>
 
 #include "platform/pocketshell/menu/desktop_menu.h"
+#include "platform/pocketshell/window/frame_place.h"
 #include "platform/pocketshell/window/window_layer.h"
 #include "platform/pocketshell/zoom/zoom_figures.h"
 
@@ -18,6 +20,16 @@ DWORD shellWindowStyle();
 
 /// What the frame of such a window adds to its client area.
 SIZE shellFrameSize();
+
+/// Where and how large a frame is to be made, so that it seldom has to be moved before it is shown.
+struct FrameBeginning {
+  POINT corner{CW_USEDEFAULT, CW_USEDEFAULT};
+  SIZE size{};
+  SIZE inside = kLeastWorkArea;    ///< that it gets with this size, in handheld pixels
+  std::optional<FramePlace> kept;  ///< where the user has left it
+  RECT free{};                     ///< of the main monitor
+};
+FrameBeginning frameBeginning();
 
 /// A top-level window as the shell sees it: it may have a menu bar, and when it is the shell's frame its
 /// inside is the screen that programs are told of (zoom/present_screen.h), and it has a desktop menu. One
@@ -34,8 +46,8 @@ class ShellWindow : public WindowLayer<ShellWindow> {
   bool isFrame() const { return isFrame_; }
   /// Null when it is no frame.
   DesktopMenu* desktopMenu() const { return desktopMenu_.get(); }
-  /// True when it is to be shown maximised, as the user left it.
-  bool becomeFrame();
+  /// It was made as `beginning` says. True when it is to be shown maximised, as the user left it.
+  bool becomeFrame(const FrameBeginning& beginning);
   /// Gives the inside its handheld pixels at the present zoom, and keeps the window within the work area of
   /// its monitor where it fits. A maximised window keeps its size, and has more or less inside.
   void fitToZoom();
@@ -44,8 +56,9 @@ class ShellWindow : public WindowLayer<ShellWindow> {
 
  private:
   SIZE border() const;
+  RECT fitted(POINT corner, SIZE inside, const RECT& free) const;
   void placeAt(POINT corner, SIZE inside);
-  bool standWhereLeft();
+  bool standWhereLeft(const FrameBeginning& beginning);
   void noteInside();
   void keepPlace() const;
 
