@@ -6,6 +6,7 @@
 
 #include "platform/pocketshell/look/plain_look.h"
 #include "platform/pocketshell/menu/menu_bar.h"
+#include "platform/pocketshell/shell_settings.h"
 #include "platform/pocketshell/text/own_letters.h"
 #include "platform/pocketshell/window/list_focus.h"
 #include "platform/pocketshell/window/shell_window.h"
@@ -33,6 +34,7 @@ void equip(HWND window) {
 /// Made hidden, so that the user doesn't see it before its client area has the right size.
 HWND createFrame(DWORD extendedStyle, const wchar_t* className, const wchar_t* title, DWORD style, HMENU menu,
                  HINSTANCE instance, void* parameter) {
+  const ShellSettingsReading reading;
   const DWORD visible = style & WS_VISIBLE;
   constexpr DWORD kResizing = WS_THICKFRAME | WS_MAXIMIZEBOX;
   const DWORD hidden = (style & ~visible & ~kResizing) | shellWindowStyle();

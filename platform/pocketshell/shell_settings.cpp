@@ -1,5 +1,7 @@
 #include "platform/pocketshell/shell_settings.h"
 
+#include <optional>
+
 #include "owners/handles.h"
 #include "platform/pocketshell/kept_settings.h"
 #include "platform/pocketshell/zoom/zoom_figures.h"
@@ -17,17 +19,34 @@ constexpr DWORD kHandheldSize = 1;
 /// Without functions for the registry.
 HandheldSettings keeper{};
 
+/// As long as there is a ShellSettingsReading; null when there is no key.
+std::optional<UniqueRegistryKey> openedKey;
+
+UniqueRegistryKey openKey() {
+  HKEY opened = nullptr;
+  if (RegOpenKeyExW(HKEY_CURRENT_USER, kKey, 0, KEY_QUERY_VALUE, &opened) != ERROR_SUCCESS) return {};
+  return UniqueRegistryKey(opened);
+}
+
 }  // namespace
+
+ShellSettingsReading::ShellSettingsReading() : isOutermost_(!keeper.read && !openedKey) {
+  if (isOutermost_) openedKey = openKey();
+}
+
+ShellSettingsReading::~ShellSettingsReading() {
+  if (isOutermost_) openedKey.reset();
+}
 
 DWORD readShellNumber(const wchar_t* name) {
   DWORD number = 0;
   if (keeper.read) return keeper.read(name, &number) ? number : 0;
+  const ShellSettingsReading reading;
   DWORD size = sizeof(number);
-  if (RegGetValueW(HKEY_CURRENT_USER, kKey, name, RRF_RT_REG_DWORD, nullptr, &number, &size) !=
-      ERROR_SUCCESS) {
-    return 0;
-  }
-  return number;
+  const bool isRead = openedKey && *openedKey &&
+                      RegGetValueW(openedKey->get(), nullptr, name, RRF_RT_REG_DWORD, nullptr, &number,
+                                   &size) == ERROR_SUCCESS;
+  return isRead ? number : 0;
 }
 
 bool writeShellNumber(const wchar_t* name, DWORD number) {
@@ -38,6 +57,8 @@ bool writeShellNumber(const wchar_t* name, DWORD number) {
     return false;
   }
   const UniqueRegistryKey key(opened);
+  // There may have been none.
+  if (openedKey && !*openedKey) openedKey = openKey();
   return RegSetValueExW(key.get(), name, 0, REG_DWORD, reinterpret_cast<const BYTE*>(&number),
                         sizeof(number)) == ERROR_SUCCESS;
 }

@@ -28,4 +28,16 @@ bool writeShellNumber(const wchar_t* name, DWORD number);
 /// "InputPanel"; what is missing or not understood means automatic.
 PanelPolicy readPanelPolicy();
 
+/// While one lives their key stays open for all who read them, and is asked for once.
+class ShellSettingsReading {
+ public:
+  ShellSettingsReading();
+  ~ShellSettingsReading();
+  ShellSettingsReading(const ShellSettingsReading&) = delete;
+  ShellSettingsReading& operator=(const ShellSettingsReading&) = delete;
+
+ private:
+  bool isOutermost_;
+};
+
 }  // namespace pocketshell
