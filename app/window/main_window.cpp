@@ -272,8 +272,9 @@ constexpr std::array kMessages = {
 };
 
 LRESULT CALLBACK mainProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-  // A number that the system gives out at run time has no place in the table.
-  if (message == HandheldZoomMessage()) {
+  // A number that the system gives out at run time has no place in the table, and is asked for only then.
+  constexpr UINT kFirstRegisteredMessage = 0xC000;
+  if (message >= kFirstRegisteredMessage && message == HandheldZoomMessage()) {
     layOutForZoom();
     return 0;
   }

@@ -7,7 +7,6 @@
 #include "platform/pocketshell/handheld_windows.h"
 #include "platform/pocketshell/menu/menu_bar.h"
 #include "platform/pocketshell/menu/menu_bar_resource.h"
-#include "platform/pocketshell/panel/panel_button.h"
 #include "platform/pocketshell/text/control_text.h"
 #include "platform/pocketshell/window/shell_window.h"
 
@@ -93,13 +92,11 @@ BOOL SHCreateMenuBar(SHMENUBARINFO* info) {
     HandheldNameControl(bar, static_cast<LONG>(i) + 1, withoutAccessMarks(parts->dropDowns[i].label).c_str());
   }
   MenuBar& layer = MenuBar::attach(bar, parent, std::move(*parts));
-  PanelButton::create(bar);
+  layer.addPanelButton();
   ShellWindow& shell = ShellWindow::attach(parent);
   shell.setMenuBar(bar);
   if (shell.desktopMenu()) layer.addMenuButton();
-  // Lays all of it out.
-  layer.applyZoom();
-  ShowWindow(bar, SW_SHOWNA);
+  layer.applyZoom(SWP_SHOWWINDOW);
   info->hwndMB = bar;
   return TRUE;
 }

@@ -48,11 +48,15 @@ MenuBar::~MenuBar() {
 }
 
 void MenuBar::addMenuButton() {
-  MenuButton::create(window());
+  menuButton_ = MenuButton::create(window());
+}
+
+void MenuBar::addPanelButton() {
+  panelButton_ = PanelButton::create(window());
 }
 
 int MenuBar::buttonCount() const {
-  return static_cast<int>(parts_.dropDowns.size()) + (MenuButton::of(window()) ? 1 : 0);
+  return static_cast<int>(parts_.dropDowns.size()) + (menuButton_ ? 1 : 0);
 }
 
 HMENU MenuBar::popupOf(int index) const {
@@ -84,7 +88,7 @@ int MenuBar::indexOfMnemonic(wchar_t character) const {
   for (int i = 0; i < static_cast<int>(parts_.dropDowns.size()); ++i) {
     if (mnemonicOf(parts_.dropDowns[static_cast<std::size_t>(i)].label) == wanted && isEnabled(i)) return i;
   }
-  return wanted == kMenuMnemonic && MenuButton::of(window()) ? buttonCount() - 1 : -1;
+  return wanted == kMenuMnemonic && menuButton_ ? buttonCount() - 1 : -1;
 }
 
 bool MenuBar::isEnabled(int index) const {
@@ -96,7 +100,7 @@ bool MenuBar::isEnabled(int index) const {
 RECT MenuBar::buttonOnScreen(int index) const {
   RECT button{};
   if (isMenuButton(index)) {
-    GetWindowRect(MenuButton::of(window()), &button);
+    GetWindowRect(menuButton_, &button);
     return button;
   }
   SendMessageW(window(), TB_GETITEMRECT, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(&button));
@@ -120,13 +124,14 @@ void MenuBar::highlight(int index) {
   MenuButton::mark(window(), isMenu);
 }
 
-void MenuBar::layOut() {
+void MenuBar::layOut(UINT flags) {
   RECT client{};
   GetClientRect(parent_, &client);
   const int zoom = presentZoom();
   const int bottom = static_cast<int>(client.bottom);
   const int top = toMonitor(coveringFigure(bottom, zoom) - kMenuBarHeight, zoom);
-  SetWindowPos(window(), HWND_TOP, 0, top, static_cast<int>(client.right), bottom - top, SWP_NOACTIVATE);
+  SetWindowPos(window(), HWND_TOP, 0, top, static_cast<int>(client.right), bottom - top,
+               SWP_NOACTIVATE | flags);
   layOutButtons();
 }
 
@@ -134,7 +139,7 @@ void MenuBar::layOutButtons() const {
   MenuButton::layOut(window(), PanelButton::layOut(window()));
 }
 
-void MenuBar::applyZoom() {
+void MenuBar::applyZoom(UINT flags) {
   const int zoom = presentZoom();
   const int image = toMonitor(kImageSize, zoom);
   SendMessageW(window(), WM_SETFONT, reinterpret_cast<WPARAM>(presentFont()), FALSE);
@@ -152,7 +157,7 @@ void MenuBar::applyZoom() {
   SendMessageW(window(), TB_SETBUTTONSIZE, 0, MAKELPARAM(width, height));
   setButtonWidths();
   SendMessageW(window(), TB_AUTOSIZE, 0, 0);
-  layOut();
+  layOut(flags);
 }
 
 void MenuBar::setButtonWidths() {

@@ -41,6 +41,11 @@ class MenuBar : public WindowLayer<MenuBar> {
   const std::vector<DropDown>& dropDowns() const { return parts_.dropDowns; }
   /// Gives it the button that opens the desktop menu of its parent, a frame. To be laid out after that.
   void addMenuButton();
+  /// Gives it the button of the input panel, if the user wants that at all. To be laid out after that.
+  void addPanelButton();
+  /// Null when it has none.
+  HWND menuButton() const { return menuButton_; }
+  HWND panelButton() const { return panelButton_; }
   /// Puts that and the input panel's, where they are, to the right end of the bar.
   void layOutButtons() const;
   /// How many buttons open menus: the drop-down buttons and, as the last, that of the desktop menu.
@@ -60,10 +65,11 @@ class MenuBar : public WindowLayer<MenuBar> {
   /// Shows the button as the one that a key would open, -1 for none.
   void highlight(int index);
 
-  /// Puts the bar at the bottom edge of its parent's client area, above its siblings.
-  void layOut();
-  /// Takes font, images and sizes of the present zoom.
-  void applyZoom();
+  /// Puts the bar at the bottom edge of its parent's client area, above its siblings. `flags` are more of
+  /// SetWindowPos's.
+  void layOut(UINT flags = 0);
+  /// Takes font, images and sizes of the present zoom, and is laid out.
+  void applyZoom(UINT flags = 0);
 
   /// The answer to the toolbar's NM_CUSTOMDRAW. A toolbar by itself leaves room for an image beside each
   /// label, and does not centre images beside labels.
@@ -79,6 +85,8 @@ class MenuBar : public WindowLayer<MenuBar> {
 
   HWND parent_;
   MenuBarParts parts_;
+  HWND menuButton_ = nullptr;
+  HWND panelButton_ = nullptr;
 };
 
 }  // namespace pocketshell

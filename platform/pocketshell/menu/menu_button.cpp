@@ -70,7 +70,8 @@ HWND MenuButton::create(HWND menuBar) {
 }
 
 HWND MenuButton::of(HWND menuBar) {
-  return FindWindowExW(menuBar, nullptr, kClassName, nullptr);
+  const MenuBar* const bar = MenuBar::of(menuBar);
+  return bar ? bar->menuButton() : nullptr;
 }
 
 void MenuButton::layOut(HWND menuBar, int right) {

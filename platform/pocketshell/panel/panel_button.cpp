@@ -1,5 +1,6 @@
 #include "platform/pocketshell/panel/panel_button.h"
 
+#include "platform/pocketshell/menu/menu_bar.h"
 #include "platform/pocketshell/module.h"
 #include "platform/pocketshell/panel/input_panel.h"
 #include "platform/pocketshell/zoom/present_zoom.h"
@@ -60,13 +61,14 @@ LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM wParam, LPARAM lPar
 }
 
 HWND buttonOf(HWND menuBar) {
-  return FindWindowExW(menuBar, nullptr, kClassName, nullptr);
+  const MenuBar* const bar = MenuBar::of(menuBar);
+  return bar ? bar->panelButton() : nullptr;
 }
 
 }  // namespace
 
-void PanelButton::create(HWND menuBar) {
-  if (!InputPanel::isWanted()) return;
+HWND PanelButton::create(HWND menuBar) {
+  if (!InputPanel::isWanted()) return nullptr;
   WNDCLASSW description{};
   description.style = CS_HREDRAW | CS_VREDRAW;
   description.lpfnWndProc = procedure;
@@ -74,8 +76,8 @@ void PanelButton::create(HWND menuBar) {
   description.hCursor = LoadCursorW(nullptr, IDC_ARROW);
   description.lpszClassName = kClassName;
   RegisterClassW(&description);  // fails but for the first
-  CreateWindowExW(0, kClassName, L"Input panel", WS_CHILD | WS_VISIBLE, 0, 0, 0, 0, menuBar, nullptr,
-                  thisModule(), nullptr);
+  return CreateWindowExW(0, kClassName, L"Input panel", WS_CHILD | WS_VISIBLE, 0, 0, 0, 0, menuBar, nullptr,
+                         thisModule(), nullptr);
 }
 
 int PanelButton::layOut(HWND menuBar) {

@@ -26,6 +26,8 @@ namespace pocketshell {
 namespace {
 
 constexpr UINT kSystemCommandMask = 0xFFF0;
+/// Of the numbers that the system gives out at run time.
+constexpr UINT kFirstRegisteredMessage = 0xC000;
 
 SIZE sizeOf(const RECT& rectangle) {
   return {rectangle.right - rectangle.left, rectangle.bottom - rectangle.top};
@@ -398,6 +400,7 @@ LRESULT ShellWindow::answer(UINT message, WPARAM wParam, LPARAM lParam) {
   for (const Row& row : kRows) {
     if (row.message == message) return (this->*row.handler)(message, wParam, lParam);
   }
+  if (message < kFirstRegisteredMessage) return passOn(message, wParam, lParam);
   if (message == MenuKeys::keyMessage()) {
     MenuKeys::keyPressed(wParam);
     return 0;
