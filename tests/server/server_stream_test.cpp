@@ -134,7 +134,12 @@ TEST_F(ServerStreamTest, SeveralGoOnBesideEachOtherAndTheConversationsAreUsedAga
   const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(30);
   while (conversations() != "2" && std::chrono::steady_clock::now() < deadline) {
   }
-  EXPECT_EQ("2", conversations()) << "but for the one that counts them";
+  EXPECT_EQ("2", conversations())
+      << "but for the one that counts them: "
+      << onServer(
+             "SELECT string_agg(concat_ws(' ', backend_type, state, query), '; ') FROM pg_stat_activity "
+             "WHERE datname = '" +
+             database_ + "'");
 }
 
 TEST_F(ServerStreamTest, OneThatIsNotWantedAnyMoreEndsAtOnce) {
