@@ -138,8 +138,9 @@ TEST_F(ServerKeysTest, AReadingThatIsDroppedInItsMidstEndsAtTheServerToo) {
   // Who is asked about is not who asks.
   const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
   const auto busy = [this] {
-    return OtherProgram(path_).ask("SELECT count(*) FROM pg_stat_activity WHERE datname = '" + database_ +
-                                   "' AND pid <> pg_backend_pid() AND state <> 'idle'");
+    return OtherProgram(path_).ask(
+        "SELECT count(*) FROM pg_stat_activity WHERE backend_type = 'client backend' AND datname = '" +
+        database_ + "' AND pid <> pg_backend_pid() AND state <> 'idle'");
   };
   while (busy() != "0" && std::chrono::steady_clock::now() < deadline) {
   }
