@@ -119,7 +119,11 @@ void OdbcSession::cancel(const std::shared_ptr<OdbcSession>& session) {
   if (!hasAnotherWay) return;
   try {
     std::thread([session, run] {
-      if (session->isDriverHeldUp(run)) session->cancelByAnother(run);
+      try {
+        if (session->isDriverHeldUp(run)) session->cancelByAnother(run);
+      } catch (const std::exception&) {
+        // There is nobody on this thread to be told, and the driver is asked already.
+      }
     }).detach();
   } catch (const std::exception&) {
     // The driver is asked already, which nearly always is enough.
