@@ -150,7 +150,7 @@ TEST_F(ServerConnectionTest, AStatementIsStoppedWhereTheDriverManagerHoldsTheWis
     return process != "0";
   }));
   session->noteProcess(text, process);
-  OdbcSession::cancel(session);
+  session->cancel();
   EXPECT_EQ(std::future_status::ready, running.wait_for(std::chrono::seconds(20)));
   EXPECT_FALSE(SQL_SUCCEEDED(running.get()));
   EXPECT_FALSE(session->endRunning(std::chrono::milliseconds(0))) << "the driver's cancelling is under way";

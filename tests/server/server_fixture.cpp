@@ -35,6 +35,22 @@ std::string beginningOfServer() {
   return status ? answer.at(0).at(0).value_or("") : "";
 }
 
+/// What the conversations about a database are doing; empty when there are none. The server's own worker may
+/// be there to look after the tables.
+std::string conversationsAbout(const std::string& database) {
+  FileDsn dsn;
+  EXPECT_TRUE(readFileDsn(linkTo(kServersOwn), &dsn));
+  OdbcConnection connection(connectionTextOf(dsn), {});
+  Answer answer;
+  const Status status =
+      ask(connection,
+          "SELECT string_agg(concat_ws(' ', state, query), '; ') FROM pg_stat_activity WHERE backend_type = "
+          "'client backend' AND datname = '" +
+              database + "'",
+          {}, &answer);
+  return status ? answer.at(0).at(0).value_or("") : status.message();
+}
+
 /// The one database of this process, made at the first call and emptied at each: to make one takes the server
 /// longer than most tests do.
 const std::string& emptyDatabase() {
@@ -126,6 +142,12 @@ std::string OtherProgram::ask(const std::string& sql) {
 
 StoreTest::StoreTest() : database_(emptyDatabase()), path_(folder_.file("some data.cdb")) {
   testsupport::writeFile(path_, linkTo(database_));
+}
+
+StoreTest::~StoreTest() {
+  backend_.reset();
+  std::string left;
+  EXPECT_TRUE(isMetSoon([&] { return (left = conversationsAbout(database_)).empty(); })) << left;
 }
 
 void StoreTest::open(const OpenOptions& options) {

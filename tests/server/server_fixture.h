@@ -47,10 +47,11 @@ class OtherProgram {
 /// Asks again and again until the answer is yes; false when half a minute was not enough.
 bool isMetSoon(const std::function<bool()>& condition);
 
-/// A database of the server that is empty before each test.
+/// A database of the server that is empty before each test, and that nobody uses any more soon after it.
 class StoreTest : public testing::Test {
  protected:
   StoreTest();
+  ~StoreTest() override;
 
   /// What other programs do with the database.
   void prepare(const std::string& sql) { OtherProgram(path_).run(sql); }

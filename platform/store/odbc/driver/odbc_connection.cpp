@@ -156,7 +156,7 @@ void OdbcConnection::stop() {
     const std::lock_guard<std::mutex> lock(mutex_);
     session = session_;
   }
-  if (session != nullptr) OdbcSession::cancel(session);
+  if (session != nullptr) session->cancel();
 }
 
 Status OdbcConnection::wait(const std::function<bool(std::chrono::milliseconds)>& isOver) {
@@ -197,7 +197,7 @@ OdbcConnection::Performed OdbcConnection::end(bool isWanted) {
     isStopped = question_ && question_(Busy::working);
   }
   if (isStopped) {
-    OdbcSession::cancel(session_);
+    session_->cancel();
     done.gaveUp = !thread_->waitFor(kCancelPatience);
   }
   if (!session_->endRunning(done.gaveUp ? std::chrono::milliseconds(0) : kCancelPatience)) done.gaveUp = true;

@@ -2,7 +2,10 @@
 
 #include <algorithm>
 #include <array>
+#include <condition_variable>
+#include <cstdint>
 #include <exception>
+#include <mutex>
 #include <thread>
 #include <utility>
 
@@ -29,6 +32,36 @@ bool wantsPassword(const Diagnosis& diagnosis) {
 }
 
 }  // namespace
+
+/// The statement whose call runs, and its cancelling. The threads that cancel keep it alive, and not the
+/// session: the end of a conversation is not to wait for them.
+class OdbcSession::Running : public std::enable_shared_from_this<Running> {
+ public:
+  explicit Running(const OdbcFunctions& functions) : functions_(functions) {}
+
+  void noteProcess(std::shared_ptr<const SecretText> connectionText, const std::string& number);
+  void begin(std::shared_ptr<void> statement);
+  bool end(std::chrono::milliseconds patience);
+  void cancel();
+
+ private:
+  void endCancelling();
+  bool isDriverHeldUp(std::uint64_t run);
+  void cancelByAnother(std::uint64_t run);
+
+  const OdbcFunctions& functions_;
+  std::mutex mutex_;
+  std::condition_variable cancelled_;
+  std::shared_ptr<void> statement_;
+  std::uint64_t runs_ = 0;
+  bool isCancelling_ = false;
+  bool isCancellingByAnother_ = false;
+  std::shared_ptr<const SecretText> connectionText_;
+  std::string stopStatement_;  // empty when nobody else can stop this one
+};
+
+OdbcSession::OdbcSession(const OdbcFunctions& functions)
+    : functions_(functions), running_(std::make_shared<Running>(functions)) {}
 
 OdbcSession::~OdbcSession() {
   if (connection_ == nullptr) return;
@@ -72,55 +105,73 @@ std::string OdbcSession::information(SQLUSMALLINT what) const {
 }
 
 void OdbcSession::beginRunning(std::shared_ptr<void> statement) {
-  const std::lock_guard<std::mutex> lock(mutex_);
-  running_ = std::move(statement);
-  ++runs_;
+  running_->begin(std::move(statement));
 }
 
 bool OdbcSession::endRunning(std::chrono::milliseconds patience) {
+  return running_->end(patience);
+}
+
+void OdbcSession::cancel() {
+  running_->cancel();
+}
+
+void OdbcSession::noteProcess(std::shared_ptr<const SecretText> connectionText, const std::string& number) {
+  running_->noteProcess(std::move(connectionText), number);
+}
+
+void OdbcSession::Running::begin(std::shared_ptr<void> statement) {
+  const std::lock_guard<std::mutex> lock(mutex_);
+  statement_ = std::move(statement);
+  ++runs_;
+}
+
+bool OdbcSession::Running::end(std::chrono::milliseconds patience) {
   // It goes behind the lock: the end of a statement may be the end of the session.
   std::shared_ptr<void> ended;
   std::unique_lock<std::mutex> lock(mutex_);
-  ended.swap(running_);
+  ended.swap(statement_);
   cancelled_.notify_all();
   return cancelled_.wait_for(lock, patience, [this] { return !isCancelling_ && !isCancellingByAnother_; });
 }
 
-void OdbcSession::endCancelling() {
+void OdbcSession::Running::endCancelling() {
   const std::lock_guard<std::mutex> lock(mutex_);
   isCancelling_ = false;
   cancelled_.notify_all();
 }
 
-void OdbcSession::cancel(const std::shared_ptr<OdbcSession>& session) {
+void OdbcSession::Running::cancel() {
   std::shared_ptr<void> statement;
   std::uint64_t run = 0;
   bool hasAnotherWay = false;
   {
-    const std::lock_guard<std::mutex> lock(session->mutex_);
-    if (session->running_ == nullptr || session->isCancelling_) return;
-    statement = session->running_;
-    run = session->runs_;
-    hasAnotherWay = !session->stopStatement_.empty();
-    session->isCancelling_ = true;
+    const std::lock_guard<std::mutex> lock(mutex_);
+    if (statement_ == nullptr || isCancelling_) return;
+    statement = statement_;
+    run = runs_;
+    hasAnotherWay = !stopStatement_.empty();
+    isCancelling_ = true;
   }
+  const std::shared_ptr<Running> self = shared_from_this();
   try {
-    std::thread([session, statement]() mutable {
-      session->functions_.cancel(statement.get());
+    // Nothing of the statement stays here: its end would meet the next one's call.
+    std::thread([self, statement = std::move(statement)]() mutable {
+      self->functions_.cancel(statement.get());
       // Before anybody goes on: it must not go while the driver is used again.
       statement.reset();
-      session->endCancelling();
+      self->endCancelling();
     }).detach();
   } catch (const std::exception&) {
     // Whoever waits for the statement gives it up, and can ask again.
-    session->endCancelling();
+    endCancelling();
     return;
   }
   if (!hasAnotherWay) return;
   try {
-    std::thread([session, run] {
+    std::thread([self, run] {
       try {
-        if (session->isDriverHeldUp(run)) session->cancelByAnother(run);
+        if (self->isDriverHeldUp(run)) self->cancelByAnother(run);
       } catch (const std::exception&) {
         // There is nobody on this thread to be told, and the driver is asked already.
       }
@@ -130,7 +181,8 @@ void OdbcSession::cancel(const std::shared_ptr<OdbcSession>& session) {
   }
 }
 
-void OdbcSession::noteProcess(std::shared_ptr<const SecretText> connectionText, const std::string& number) {
+void OdbcSession::Running::noteProcess(std::shared_ptr<const SecretText> connectionText,
+                                       const std::string& number) {
   const bool isNumber = !number.empty() && number.find_first_not_of("0123456789") == std::string::npos;
   const std::lock_guard<std::mutex> lock(mutex_);
   connectionText_ = std::move(connectionText);
@@ -138,22 +190,22 @@ void OdbcSession::noteProcess(std::shared_ptr<const SecretText> connectionText, 
 }
 
 /// Whether the driver has not come back from its cancelling after a while, and the statement runs still.
-bool OdbcSession::isDriverHeldUp(std::uint64_t run) {
+bool OdbcSession::Running::isDriverHeldUp(std::uint64_t run) {
   std::unique_lock<std::mutex> lock(mutex_);
-  const auto isOver = [&] { return !isCancelling_ || running_ == nullptr || runs_ != run; };
+  const auto isOver = [&] { return !isCancelling_ || statement_ == nullptr || runs_ != run; };
   return !cancelled_.wait_for(lock, kDriverPatience, isOver);
 }
 
-void OdbcSession::cancelByAnother(std::uint64_t run) {
+void OdbcSession::Running::cancelByAnother(std::uint64_t run) {
   OdbcSession another(functions_);
   if (!another.connect(connectionText_->text())) return;
   OdbcStatementHandle statement;
-  if (!statement.make(functions_, another.connection_)) return;
+  if (!statement.make(functions_, another.handle())) return;
   std::u16string sql = toUtf16(stopStatement_);
   {
     // From here on the end of the statement waits: the next one would be stopped.
     const std::lock_guard<std::mutex> lock(mutex_);
-    if (running_ == nullptr || runs_ != run) return;
+    if (statement_ == nullptr || runs_ != run) return;
     isCancellingByAnother_ = true;
   }
   functions_.executeDirect(statement.get(), wideOf(sql), static_cast<SQLINTEGER>(sql.size()));

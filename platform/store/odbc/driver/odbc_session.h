@@ -1,10 +1,7 @@
 #pragma once
 
 #include <chrono>
-#include <condition_variable>
-#include <cstdint>
 #include <memory>
-#include <mutex>
 #include <string>
 
 #include "platform/store/odbc/driver/diagnostics.h"
@@ -19,7 +16,7 @@ namespace store {
 /// caller.
 class OdbcSession {
  public:
-  explicit OdbcSession(const OdbcFunctions& functions) : functions_(functions) {}
+  explicit OdbcSession(const OdbcFunctions& functions);
   ~OdbcSession();
   OdbcSession(const OdbcSession&) = delete;
   OdbcSession& operator=(const OdbcSession&) = delete;
@@ -49,29 +46,21 @@ class OdbcSession {
   /// takes to hear of it. From any thread; nothing happens when none runs. Where the driver manager keeps
   /// that thread waiting for the very statement, as Wine 10's does, and noteProcess() was called, the server
   /// is asked by another conversation.
-  static void cancel(const std::shared_ptr<OdbcSession>& session);
+  void cancel();
   /// How the server is reached by another conversation, and the number that it has for this one's process.
   void noteProcess(std::shared_ptr<const SecretText> connectionText, const std::string& number);
 
  private:
   std::string information(SQLUSMALLINT what) const;
-  void endCancelling();
-  bool isDriverHeldUp(std::uint64_t run);
-  void cancelByAnother(std::uint64_t run);
+
+  class Running;
 
   const OdbcFunctions& functions_;
   OdbcEnvironment environment_;
   SQLHDBC connection_ = nullptr;
   bool isConnected_ = false;
   std::string refusal_;
-  std::mutex mutex_;
-  std::condition_variable cancelled_;
-  std::shared_ptr<void> running_;
-  std::uint64_t runs_ = 0;
-  bool isCancelling_ = false;
-  bool isCancellingByAnother_ = false;
-  std::shared_ptr<const SecretText> connectionText_;
-  std::string stopStatement_;  // empty when nobody else can stop this one
+  std::shared_ptr<Running> running_;
 };
 
 }  // namespace store
