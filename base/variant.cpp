@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "owners/live_resources.h"
+#include "owners/ole_functions.h"
 
 namespace {
 
@@ -34,7 +35,7 @@ Variant::~Variant() {
 }
 
 Variant Variant::fromText(const wchar_t* text) {
-  const BSTR copy = SysAllocString(text ? text : L"");
+  const BSTR copy = ole::sysAllocString(text ? text : L"");
   if (!copy) throw std::bad_alloc();
   Variant variant;
   variant.value_.vt = VT_BSTR;
@@ -68,8 +69,8 @@ void Variant::clear() noexcept {
   // The content leaves first: releasing an object can come back to this Variant. A content that
   // VariantClear refuses (a locked array) is not ours to free, so the result says nothing of use.
   VARIANT old = value_;
-  VariantInit(&value_);
-  VariantClear(&old);
+  value_ = {};
+  ole::variantClear(&old);
 }
 
 VARIANT* Variant::put() noexcept {
@@ -79,7 +80,7 @@ VARIANT* Variant::put() noexcept {
 
 HRESULT Variant::convertTo(VARTYPE type, Variant& target) const noexcept {
   Variant converted;
-  const HRESULT result = VariantChangeType(&converted.value_, source(value_), 0, type);
+  const HRESULT result = ole::variantChangeType(&converted.value_, source(value_), 0, type);
   if (SUCCEEDED(result)) std::swap(target.value_, converted.value_);
   return result;
 }

@@ -5,6 +5,7 @@
 #include <objbase.h>
 #include <oleauto.h>
 
+#include "owners/ole_functions.h"
 #include "owners/unique_resource.h"
 
 /// Owners of what COM and OLE Automation hand out. What they promise is in unique_resource.h.
@@ -17,7 +18,7 @@ struct ComPointerTraits : NullTraits<Interface*, ResourceKind::comPointer> {
 };
 
 struct BstrTraits : NullTraits<BSTR, ResourceKind::bstr> {
-  static void close(BSTR value) noexcept { SysFreeString(value); }
+  static void close(BSTR value) noexcept { ole::sysFreeString(value); }
 };
 
 }  // namespace handles

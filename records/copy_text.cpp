@@ -6,6 +6,8 @@
 
 #include <array>
 
+#include "owners/ole_functions.h"
+
 namespace {
 
 constexpr std::size_t kLongest = 80;
@@ -15,7 +17,7 @@ constexpr std::size_t kLongest = 80;
 std::wstring copyTimeText(double time) {
   SYSTEMTIME universal{};
   SYSTEMTIME local{};
-  if (!VariantTimeToSystemTime(time, &universal) ||
+  if (!ole::variantTimeToSystemTime(time, &universal) ||
       !SystemTimeToTzSpecificLocalTime(nullptr, &universal, &local)) {
     return {};
   }

@@ -11,6 +11,7 @@
 #include "base/settings/registry_text.h"
 #include "base/string.h"
 #include "owners/handles.h"
+#include "owners/ole_functions.h"
 
 namespace {
 
@@ -25,9 +26,9 @@ constexpr const wchar_t* kComponentLibraries[] = {
 String registeredModule() {
   CLSID classId;
   String path;
-  if (FAILED(CLSIDFromProgID(kConnectionProgramId, &classId))) return path;
+  if (FAILED(ole::clsidFromProgId(kConnectionProgramId, &classId))) return path;
   wchar_t number[40];
-  if (StringFromGUID2(classId, number, ARRAYSIZE(number)) == 0) return path;
+  if (ole::stringFromGuid(classId, number, ARRAYSIZE(number)) == 0) return path;
   const std::wstring key = std::wstring(L"CLSID\\") + number + L"\\InprocServer32";
   readRegistryText(HKEY_CLASSES_ROOT, key.c_str(), nullptr, path);
   return path;

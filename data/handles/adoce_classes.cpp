@@ -4,11 +4,13 @@
 
 #include <objbase.h>
 
+#include "owners/ole_functions.h"
+
 namespace {
 
 void initialiseCom() {
   // A thread that someone else has initialised differently can use the components all the same.
-  [[maybe_unused]] static const HRESULT result = CoInitializeEx(nullptr, COINIT_MULTITHREADED);
+  [[maybe_unused]] static const HRESULT result = ole::coInitializeEx(nullptr, COINIT_MULTITHREADED);
 }
 
 /// A class identifier that is looked up until it is found, and then kept.
@@ -18,7 +20,7 @@ class ClassId {
 
   /// Null while the class is not registered.
   const CLSID* get() {
-    if (!found_) found_ = SUCCEEDED(CLSIDFromProgID(programId_, &id_));
+    if (!found_) found_ = SUCCEEDED(ole::clsidFromProgId(programId_, &id_));
     return found_ ? &id_ : nullptr;
   }
 
@@ -33,8 +35,8 @@ ComPtr<Interface> create(ClassId& classId) {
   initialiseCom();
   ComPtr<Interface> object;
   const CLSID* id = classId.get();
-  if (!id || FAILED(CoCreateInstance(*id, nullptr, CLSCTX_INPROC_SERVER, __uuidof(Interface),
-                                     reinterpret_cast<void**>(object.put())))) {
+  if (!id || FAILED(ole::coCreateInstance(*id, nullptr, CLSCTX_INPROC_SERVER, __uuidof(Interface),
+                                          reinterpret_cast<void**>(object.put())))) {
     object.reset();
   }
   return object;

@@ -10,6 +10,7 @@
 #include "data/handles/last_error.h"
 #include "data/handles/recordset_handle.h"
 #include "data/values/value_conversion.h"
+#include "owners/ole_functions.h"
 
 namespace {
 
@@ -47,7 +48,7 @@ Outcome ConnectionHandle::open(const wchar_t* path, const wchar_t* password) {
   if (*password != L'\0') secret = makeBstr(password);
   const HRESULT result = connection_->Open(nullptr, nullptr, secret.get(), kConnectUnspecified);
   Outcome opened = outcomeOf(result);
-  if (secret) SecureZeroMemory(secret.get(), SysStringByteLen(secret.get()));
+  if (secret) SecureZeroMemory(secret.get(), ole::sysStringByteLen(secret.get()));
   return opened;
 }
 
@@ -93,7 +94,7 @@ Outcome ConnectionHandle::describeServer(String& text) {
 
 Outcome ConnectionHandle::takeRefusal() {
   UniqueBstr reason;
-  if (!connection_ || FAILED(connection_->TakeRefusal(reason.put())) || SysStringLen(reason.get()) == 0)
+  if (!connection_ || FAILED(connection_->TakeRefusal(reason.put())) || ole::sysStringLen(reason.get()) == 0)
     return {};
   return Outcome::failure(textOfBstr(reason.get()), Outcome::Cause::passwordWanted);
 }
@@ -102,7 +103,7 @@ Outcome ConnectionHandle::givePassword(const wchar_t* password) {
   if (!connection_) return noObject();
   const UniqueBstr secret = makeBstr(password);
   Outcome given = outcomeOf(connection_->GivePassword(secret.get()));
-  SecureZeroMemory(secret.get(), SysStringByteLen(secret.get()));
+  SecureZeroMemory(secret.get(), ole::sysStringByteLen(secret.get()));
   return given;
 }
 

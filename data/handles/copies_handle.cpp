@@ -3,6 +3,7 @@
 #include "base/variant.h"
 #include "data/handles/last_error.h"
 #include "data/values/value_conversion.h"
+#include "owners/ole_functions.h"
 
 namespace {
 
@@ -15,12 +16,12 @@ std::vector<String> textsOf(const Variant& array) {
   std::vector<String> texts;
   LONG last = -1;
   if (V_VT(&array.get()) != (VT_ARRAY | VT_BSTR) ||
-      FAILED(SafeArrayGetUBound(V_ARRAY(&array.get()), 1, &last))) {
+      FAILED(ole::safeArrayGetUBound(V_ARRAY(&array.get()), 1, &last))) {
     return texts;
   }
   for (LONG index = 0; index <= last; ++index) {
     UniqueBstr text;
-    if (SUCCEEDED(SafeArrayGetElement(V_ARRAY(&array.get()), &index, text.put()))) {
+    if (SUCCEEDED(ole::safeArrayGetElement(V_ARRAY(&array.get()), &index, text.put()))) {
       texts.push_back(textOfBstr(text.get()));
     }
   }

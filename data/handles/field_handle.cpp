@@ -6,6 +6,7 @@
 #include "data/handles/last_error.h"
 #include "data/values/date_value.h"
 #include "data/values/value_conversion.h"
+#include "owners/ole_functions.h"
 
 namespace {
 
@@ -79,7 +80,7 @@ Outcome FieldHandle::readSeparated(std::wstring& text) {
   if (!field_) return noField();
   UniqueBstr read;
   Outcome outcome = outcomeOf(field_->ReadSeparated(read.put()));
-  if (outcome) text.assign(read.get(), SysStringLen(read.get()));
+  if (outcome) text.assign(read.get(), ole::sysStringLen(read.get()));
   return outcome;
 }
 
@@ -87,7 +88,7 @@ Outcome FieldHandle::readLiteral(LONG mostBytes, std::wstring& text) {
   if (!field_) return noField();
   UniqueBstr read;
   Outcome outcome = outcomeOf(field_->ReadLiteral(mostBytes, read.put()));
-  if (outcome) text.assign(read.get(), SysStringLen(read.get()));
+  if (outcome) text.assign(read.get(), ole::sysStringLen(read.get()));
   return outcome;
 }
 

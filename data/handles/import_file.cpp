@@ -11,6 +11,7 @@
 #include "data/handles/last_error.h"
 #include "data/values/value_conversion.h"
 #include "owners/com_handles.h"
+#include "owners/ole_functions.h"
 
 namespace {
 
@@ -161,7 +162,7 @@ Outcome ImportFile::preview(std::uint32_t most, std::vector<std::vector<String>>
   const std::size_t columnCount = array->rgsabound[1].cElements;
   const std::size_t recordCount = array->rgsabound[0].cElements;
   BSTR* all = nullptr;
-  if (Outcome locked = outcomeOf(SafeArrayAccessData(array, reinterpret_cast<void**>(&all))); !locked)
+  if (Outcome locked = outcomeOf(ole::safeArrayAccessData(array, reinterpret_cast<void**>(&all))); !locked)
     return locked;
   std::vector<std::vector<String>> found(recordCount);
   for (std::size_t record = 0; record < recordCount; ++record) {
@@ -169,7 +170,7 @@ Outcome ImportFile::preview(std::uint32_t most, std::vector<std::vector<String>>
       found[record].push_back(textOfBstr(all[record * columnCount + column]));
     }
   }
-  SafeArrayUnaccessData(array);
+  ole::safeArrayUnaccessData(array);
   records = std::move(found);
   return {};
 }

@@ -7,6 +7,7 @@
 #include "data/handles/adoce_constants.h"
 #include "data/values/value_conversion.h"
 #include "owners/com_handles.h"
+#include "owners/ole_functions.h"
 
 namespace {
 
@@ -40,7 +41,7 @@ Outcome::Cause causeOf(HRESULT result) {
 String takeLastErrorText() {
   ComPtr<IErrorInfo> info;
   UniqueBstr text;
-  if (GetErrorInfo(0, info.put()) != S_OK || FAILED(info->GetDescription(text.put()))) return String();
+  if (ole::getErrorInfo(0, info.put()) != S_OK || FAILED(info->GetDescription(text.put()))) return String();
   return textOfBstr(text.get());
 }
 

@@ -6,6 +6,8 @@
 #include <span>
 #include <string>
 
+#include "owners/ole_functions.h"
+
 namespace {
 
 constexpr wchar_t kDigits[] = L"0123456789ABCDEF";
@@ -41,7 +43,7 @@ std::optional<Bytes> readPairs(const wchar_t* text) {
 /// The bytes of a value, which outlives them; none of a value that isBytes denies.
 std::span<const std::uint8_t> viewOf(const Variant& value) {
   SAFEARRAY* const array = isBytes(value) ? value.get().parray : nullptr;
-  if (!array || SafeArrayGetDim(array) != 1) return {};
+  if (!array || ole::safeArrayGetDim(array) != 1) return {};
   return {static_cast<const std::uint8_t*>(array->pvData), array->rgsabound[0].cElements};
 }
 
@@ -84,7 +86,7 @@ Bytes bytesOf(const Variant& value) {
 
 Variant variantOfBytes(const Bytes& bytes) {
   Variant value;
-  SAFEARRAY* const array = SafeArrayCreateVector(VT_UI1, 0, static_cast<ULONG>(bytes.size()));
+  SAFEARRAY* const array = ole::safeArrayCreateVector(VT_UI1, 0, static_cast<ULONG>(bytes.size()));
   if (!array) throw std::bad_alloc();
   VARIANT* const target = value.put();
   target->vt = VT_ARRAY | VT_UI1;

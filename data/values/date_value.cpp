@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "base/variant.h"
+#include "owners/ole_functions.h"
 
 std::optional<double> dateFromText(const String& text) {
   Variant date;
@@ -12,6 +13,6 @@ std::optional<double> dateFromText(const String& text) {
 
 std::optional<SYSTEMTIME> calendarFromDate(double date) {
   SYSTEMTIME calendar = {};
-  if (!std::isfinite(date) || !VariantTimeToSystemTime(date, &calendar)) return std::nullopt;
+  if (!std::isfinite(date) || !ole::variantTimeToSystemTime(date, &calendar)) return std::nullopt;
   return calendar;
 }

@@ -6,6 +6,8 @@
 
 #include <cstring>
 
+#include "owners/ole_functions.h"
+
 namespace {
 
 bool sameBytes(const void* one, const void* other, std::size_t length) {
@@ -13,8 +15,8 @@ bool sameBytes(const void* one, const void* other, std::size_t length) {
 }
 
 bool sameTexts(BSTR one, BSTR other) {
-  const UINT length = SysStringByteLen(one);
-  return length == SysStringByteLen(other) && sameBytes(one, other, length);
+  const UINT length = ole::sysStringByteLen(one);
+  return length == ole::sysStringByteLen(other) && sameBytes(one, other, length);
 }
 
 /// One-dimensional arrays of bytes; null for an array of none.

@@ -9,6 +9,7 @@
 #include <new>
 
 #include "data/values/binary_text.h"
+#include "owners/ole_functions.h"
 
 namespace {
 
@@ -45,14 +46,14 @@ bool hasDecimalPoint(const wchar_t* text) {
 }  // namespace
 
 UniqueBstr makeBstr(const wchar_t* text) {
-  UniqueBstr copy(SysAllocString(text ? text : L""));
+  UniqueBstr copy(ole::sysAllocString(text ? text : L""));
   if (!copy) throw std::bad_alloc();
   return copy;
 }
 
 String textOfBstr(BSTR text) {
   constexpr wchar_t kSymbolForNull = L'\x2400';
-  const UINT length = SysStringLen(text);
+  const UINT length = ole::sysStringLen(text);
   if (length == 0 || wmemchr(text, L'\0', length) == nullptr) return text;
   const auto shown = std::make_unique_for_overwrite<wchar_t[]>(std::size_t{length} + 1);
   for (UINT i = 0; i < length; ++i) shown[i] = text[i] == L'\0' ? kSymbolForNull : text[i];
@@ -92,7 +93,7 @@ Variant doubleFromText(const wchar_t* text) {
     return converted;
   }
   double number = 0;
-  if (SUCCEEDED(VarR8FromStr(const_cast<wchar_t*>(text), LOCALE_INVARIANT, 0, &number))) {
+  if (SUCCEEDED(ole::varR8FromStr(const_cast<wchar_t*>(text), LOCALE_INVARIANT, 0, &number))) {
     VARIANT* target = converted.put();
     target->vt = VT_R8;
     target->dblVal = number;

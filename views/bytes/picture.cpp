@@ -6,6 +6,7 @@
 #include <wincodec.h>
 
 #include "owners/com_handles.h"
+#include "owners/ole_functions.h"
 
 namespace {
 
@@ -35,8 +36,8 @@ ComPtr<IWICFormatConverter> openFrame(std::span<const std::uint8_t> bytes, Pictu
   ComPtr<IWICFormatConverter> points;
   const bool isOpen =
       bytes.size() <= std::numeric_limits<DWORD>::max() &&
-      SUCCEEDED(CoCreateInstance(CLSID_WICImagingFactory, nullptr, CLSCTX_INPROC_SERVER,
-                                 IID_IWICImagingFactory, reinterpret_cast<void**>(factory.put()))) &&
+      SUCCEEDED(ole::coCreateInstance(CLSID_WICImagingFactory, nullptr, CLSCTX_INPROC_SERVER,
+                                      IID_IWICImagingFactory, reinterpret_cast<void**>(factory.put()))) &&
       SUCCEEDED(factory->CreateStream(stream.put())) &&
       // It only reads them.
       SUCCEEDED(

@@ -4,6 +4,7 @@
 
 #include "owners/com_handles.h"
 #include "owners/late_function.h"
+#include "owners/ole_functions.h"
 #include "platform/pocketshell/handheld_windows.h"
 
 namespace pocketshell {
@@ -29,8 +30,8 @@ constexpr DWORD kAutomationRoot = static_cast<DWORD>(-25);
 ComPtr<IAccPropServices> services() {
   ComPtr<IAccPropServices> found;
   void* object = nullptr;
-  if (SUCCEEDED(
-          CoCreateInstance(kServicesClass, nullptr, CLSCTX_INPROC_SERVER, kServicesInterface, &object))) {
+  if (SUCCEEDED(ole::coCreateInstance(kServicesClass, nullptr, CLSCTX_INPROC_SERVER, kServicesInterface,
+                                      &object))) {
     found.reset(static_cast<IAccPropServices*>(object));
   }
   return found;

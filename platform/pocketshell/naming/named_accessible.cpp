@@ -6,6 +6,7 @@
 
 #include "owners/com_handles.h"
 #include "owners/late_function.h"
+#include "owners/ole_functions.h"
 
 namespace pocketshell {
 
@@ -65,7 +66,7 @@ class NamedAccessible final : public IAccessible {
     if (!name) return E_POINTER;
     const auto found = child.vt == VT_I4 ? names_.find(child.lVal) : names_.end();
     if (found == names_.end()) return systems_->get_accName(child, name);
-    *name = SysAllocStringLen(found->second.data(), static_cast<UINT>(found->second.size()));
+    *name = ole::sysAllocStringLen(found->second.data(), static_cast<UINT>(found->second.size()));
     return *name ? S_OK : E_OUTOFMEMORY;
   }
   /// What has a name is there, whether the system knows it or not.
