@@ -7,14 +7,18 @@
 
 #include "owners/late_function.h"
 
-/// What the program uses of COM and OLE Automation. Their modules are loaded when the first function is
-/// called: the start would wait for them if they were linked in.
+/// What the program uses of COM and OLE Automation. Their modules are loaded while the windows are made, or
+/// when a function is called before that; the start would wait for them if they were linked in.
 namespace ole {
 
 inline constinit const LateFunction<decltype(CLSIDFromProgID), E_NOTIMPL> clsidFromProgId{L"ole32.dll",
                                                                                           "CLSIDFromProgID"};
 inline constinit const LateFunction<decltype(CoCreateInstance), E_NOTIMPL> coCreateInstance{
     L"ole32.dll", "CoCreateInstance"};
+inline constinit const LateFunction<decltype(CoGetClassObject), E_NOTIMPL> coGetClassObject{
+    L"ole32.dll", "CoGetClassObject"};
+inline constinit const LateFunction<decltype(CoIncrementMTAUsage), E_NOTIMPL> coIncrementMTAUsage{
+    L"ole32.dll", "CoIncrementMTAUsage"};
 inline constinit const LateFunction<decltype(CoInitializeEx), E_NOTIMPL> coInitializeEx{L"ole32.dll",
                                                                                         "CoInitializeEx"};
 inline constinit const LateFunction<decltype(StringFromGUID2)> stringFromGuid{L"ole32.dll",

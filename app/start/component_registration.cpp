@@ -51,10 +51,13 @@ void registerLibrary(const wchar_t* name) {
 
 }  // namespace
 
-void registerComponents() {
+bool areComponentsRegistered() {
   const String module = registeredModule();
   const std::wstring own = ownModule();
-  const bool moved = !own.empty() && _wcsicmp(own.c_str(), module.text()) != 0;
-  if (!module.isEmpty() && !moved) return;
+  const bool isMoved = !own.empty() && _wcsicmp(own.c_str(), module.text()) != 0;
+  return !module.isEmpty() && !isMoved;
+}
+
+void registerComponents() {
   for (const wchar_t* name : kComponentLibraries) registerLibrary(name);
 }

@@ -1,6 +1,9 @@
 #pragma once
 
-/// Registers the data-access components when they are not registered yet, and again when the program's
-/// folder was moved: when the registered module is not the one beside this program. Each library
-/// registers itself; failures are ignored: opening a database tells what is missing.
+/// Whether the data-access components are registered, and where there are some beside this program, those:
+/// not so when the program's folder was moved. By any thread. Throws std::bad_alloc.
+bool areComponentsRegistered();
+
+/// Registers them. Each library registers itself; failures are ignored: opening a database tells what is
+/// missing.
 void registerComponents();

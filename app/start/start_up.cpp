@@ -3,6 +3,7 @@
 #include <commctrl.h>
 
 #include <memory>
+#include <optional>
 
 #include "app/recovery/fault_watch.h"
 #include "app/recovery/recovery_files.h"
@@ -10,9 +11,9 @@
 #include "app/start/command_line.h"
 #include "app/start/component_registration.h"
 #include "app/start/copies_folder.h"
-#include "app/start/file_association.h"
 #include "app/start/portable.h"
 #include "app/start/single_instance.h"
+#include "app/start/start_beside_windows.h"
 #include "app/window/desktop_commands.h"
 #include "app/window/history_commands.h"
 #include "app/window/main_window.h"
@@ -118,16 +119,18 @@ void shutDown() {
 
 /// From the first window on: what was created is taken down again in every case.
 int runWithWindow(const wchar_t* commandLine, int showCommand, bool isPortable) {
+  std::optional<StartBesideWindows> beside;
+  if (!isPortable) beside.emplace();
   theCommandBar = std::make_unique<MainCommandBar>(instanceHandle, barFacts);
   createMainWindow(showCommand);
-  if (!isPortable) registerFileAssociation();
   theAppSettings = std::make_unique<AppSettings>();
   if (!mainWindow) return kExitNoWindow;
   offerDesktopCommands();
   initialiseControls();
   createTabControl();
   createPageWindows();
-  if (!isPortable) registerComponents();
+  if (beside && !beside->areComponentsRegistered()) registerComponents();
+  beside.reset();
   createDocument(isPortable);
   // Who does not know the password sees the window and no more.
   return appUnlocked ? runMessageLoop(commandLine) : 0;

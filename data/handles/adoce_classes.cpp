@@ -4,6 +4,9 @@
 
 #include <objbase.h>
 
+#include <utility>
+
+#include "data/handles/component_loading.h"
 #include "owners/ole_functions.h"
 
 namespace {
@@ -13,43 +16,69 @@ void initialiseCom() {
   [[maybe_unused]] static const HRESULT result = ole::coInitializeEx(nullptr, COINIT_MULTITHREADED);
 }
 
-/// A class identifier that is looked up until it is found, and then kept.
-class ClassId {
+/// A class whose identifier is looked up until it is found, and then kept.
+class AdoceClass {
  public:
-  explicit ClassId(const wchar_t* programId) : programId_(programId) {}
+  explicit AdoceClass(const wchar_t* programId) : programId_(programId) {}
 
-  /// Null while the class is not registered.
-  const CLSID* get() {
-    if (!found_) found_ = SUCCEEDED(ole::clsidFromProgId(programId_, &id_));
-    return found_ ? &id_ : nullptr;
+  void load() noexcept {
+    if (!find()) return;
+    ole::coGetClassObject(id_, CLSCTX_INPROC_SERVER, nullptr, IID_IClassFactory,
+                          reinterpret_cast<void**>(loaded_.put()));
+  }
+
+  template <typename Interface>
+  ComPtr<Interface> create() {
+    initialiseCom();
+    ComPtr<Interface> object;
+    if (FAILED(create(__uuidof(Interface), reinterpret_cast<void**>(object.put())))) object.reset();
+    return object;
   }
 
  private:
+  bool find() noexcept {
+    if (!isFound_) isFound_ = SUCCEEDED(ole::clsidFromProgId(programId_, &id_));
+    return isFound_;
+  }
+
+  HRESULT create(REFIID interfaceId, void** object) {
+    const ComPtr<IClassFactory> loaded = std::exchange(loaded_, {});
+    if (loaded) return loaded->CreateInstance(nullptr, interfaceId, object);
+    if (!find()) return REGDB_E_CLASSNOTREG;
+    return ole::coCreateInstance(id_, nullptr, CLSCTX_INPROC_SERVER, interfaceId, object);
+  }
+
   const wchar_t* programId_;
   CLSID id_ = {};
-  bool found_ = false;
+  bool isFound_ = false;
+  ComPtr<IClassFactory> loaded_;  // until the first object is made
 };
 
-template <typename Interface>
-ComPtr<Interface> create(ClassId& classId) {
-  initialiseCom();
-  ComPtr<Interface> object;
-  const CLSID* id = classId.get();
-  if (!id || FAILED(ole::coCreateInstance(*id, nullptr, CLSCTX_INPROC_SERVER, __uuidof(Interface),
-                                          reinterpret_cast<void**>(object.put())))) {
-    object.reset();
-  }
-  return object;
+AdoceClass& connectionClass() {
+  static AdoceClass only(L"ADOCE.Connection.3.1");
+  return only;
+}
+
+AdoceClass& recordsetClass() {
+  static AdoceClass only(L"ADOCE.Recordset.3.1");
+  return only;
 }
 
 }  // namespace
 
 ComPtr<IAdoceConnection> createAdoceConnection() {
-  static ClassId classId(L"ADOCE.Connection.3.1");
-  return create<IAdoceConnection>(classId);
+  return connectionClass().create<IAdoceConnection>();
 }
 
 ComPtr<IAdoceRecordset> createAdoceRecordset() {
-  static ClassId classId(L"ADOCE.Recordset.3.1");
-  return create<IAdoceRecordset>(classId);
+  return recordsetClass().create<IAdoceRecordset>();
+}
+
+void loadAdoceClasses() noexcept {
+  // A thread that is not initialised belongs to the multithreaded apartment while there is one. This is
+  // never taken back: the class objects may outlive the thread that has loaded them.
+  CO_MTA_USAGE_COOKIE usage = nullptr;
+  if (FAILED(ole::coIncrementMTAUsage(&usage))) return;
+  connectionClass().load();
+  recordsetClass().load();
 }

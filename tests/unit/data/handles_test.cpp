@@ -2,8 +2,10 @@
 #include <cmath>
 #include <cwchar>
 #include <limits>
+#include <thread>
 #include <utility>
 
+#include "data/handles/component_loading.h"
 #include "data/handles/connection_handle.h"
 #include "data/handles/recordset_handle.h"
 #include "gmock/gmock.h"
@@ -52,6 +54,21 @@ TEST_F(HandlesTest, ANewConnectionHasItsProviderSetAtOnce) {
   const ConnectionHandle connection;
   EXPECT_EQ(store_.provider, "CEDB");
   EXPECT_FALSE(store_.isConnected);
+}
+
+TEST_F(HandlesTest, WhatAnotherThreadHasLoadedMakesTheFirstObjectOfEachKind) {
+  {
+    const FakeStoreRegistration registration(store_);
+    std::thread(loadAdoceClasses).join();
+  }
+  const ConnectionHandle connection;
+  EXPECT_EQ(store_.provider, "CEDB") << "although the class is registered no more";
+  RecordsetHandle recordset(&connection);
+  EXPECT_TRUE(recordset.open(L"a", nullptr, CursorType::keyset, SourceKind::text));
+  EXPECT_THAT(store_.statements, ElementsAre("Open a cursor 1 lock 3 options 1"));
+  store_.provider.clear();
+  const ConnectionHandle next;
+  EXPECT_EQ(store_.provider, "") << "the next one is looked for anew";
 }
 
 TEST_F(HandlesTest, NothingIsExportedInAFormatThatCanNotBeTold) {
