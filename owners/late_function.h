@@ -8,17 +8,16 @@
 template <typename Function, auto kWithout = 0>
 class LateFunction;
 
-/// A function of a module of the system that few sessions call: the first call loads the module, not the
-/// program's start, and it stays loaded. It is looked for in the system's folder only, and may be called by
-/// any thread.
+/// A function of a module of the system for which the program's start is not to wait: the first call loads
+/// the module, and it stays loaded. It is looked for in the system's folder only, and may be called by any
+/// thread.
 ///
 /// Where the module or the function can't be had a call has no effect and gives kWithout, so that has to be
 /// what the function itself says when it fails. The linker's late imports are no choice: the run-time writes
 /// an address into the import section at the first call, which newer versions of Wine don't always allow.
 ///
 /// tests/packaging reads these definitions, to know which functions the program takes from the system: each
-/// names module and function in its braces, as LateFunction<decltype(Function)> name{L"module.dll",
-/// "Function"}.
+/// names the function in decltype(), and module and function in its braces: name{L"module.dll", "Function"}.
 template <typename Result, typename... Arguments, auto kWithout>
 class LateFunction<Result(Arguments...), kWithout> {
  public:

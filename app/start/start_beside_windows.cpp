@@ -16,7 +16,7 @@ StartBesideWindows::~StartBesideWindows() {
 
 bool StartBesideWindows::areComponentsRegistered() {
   wait();
-  return areRegistered_;
+  return areRegistered_ ? *areRegistered_ : ::areComponentsRegistered();
 }
 
 void StartBesideWindows::wait() noexcept {
@@ -24,14 +24,18 @@ void StartBesideWindows::wait() noexcept {
   thread_.reset();
 }
 
-/// What fails for want of memory does so again where it is needed, and is told there.
 DWORD WINAPI StartBesideWindows::run(void* start) noexcept {
   auto& self = *static_cast<StartBesideWindows*>(start);
   try {
     self.areRegistered_ = ::areComponentsRegistered();
-    if (self.areRegistered_) loadAdoceClasses();
+    if (*self.areRegistered_) loadAdoceClasses();
+  } catch (const std::exception&) {
+    // Whoever asks looks again.
+  }
+  try {
     registerFileAssociation();
   } catch (const std::exception&) {
+    // The next start writes it.
   }
   return 0;
 }

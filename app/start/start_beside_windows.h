@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include <optional>
+
 #include "owners/handles.h"
 
 /// What the start has to do that needs no window: the file association is written, and the data-access
@@ -15,13 +17,13 @@ class StartBesideWindows {
   StartBesideWindows(const StartBesideWindows&) = delete;
   StartBesideWindows& operator=(const StartBesideWindows&) = delete;
 
-  /// Waits until all is done. Whether the components are registered.
+  /// Waits until all is done. Whether the components are registered. Throws std::bad_alloc.
   bool areComponentsRegistered();
 
  private:
   static DWORD WINAPI run(void* start) noexcept;
   void wait() noexcept;
 
-  bool areRegistered_ = false;  // the thread's until it has ended
+  std::optional<bool> areRegistered_;  // the thread's until it has ended
   UniqueKernelObject thread_;
 };

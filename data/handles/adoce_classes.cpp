@@ -43,7 +43,8 @@ class AdoceClass {
 
   HRESULT create(REFIID interfaceId, void** object) {
     const ComPtr<IClassFactory> loaded = std::exchange(loaded_, {});
-    if (loaded) return loaded->CreateInstance(nullptr, interfaceId, object);
+    // A class of somebody else's may be bound to the apartment where it was loaded.
+    if (loaded && SUCCEEDED(loaded->CreateInstance(nullptr, interfaceId, object))) return S_OK;
     if (!find()) return REGDB_E_CLASSNOTREG;
     return ole::coCreateInstance(id_, nullptr, CLSCTX_INPROC_SERVER, interfaceId, object);
   }

@@ -14,7 +14,7 @@ import pe_file
 HERE = pathlib.Path(__file__).resolve().parent
 ROOT = HERE.parents[1]
 KNOWN_IMPORTS = HERE / 'system_functions.txt'
-SOURCES = ('app', 'base', 'data', 'dialogs', 'help', 'platform', 'records', 'tools', 'views')
+SOURCES = ('app', 'base', 'data', 'dialogs', 'help', 'owners', 'platform', 'records', 'tools', 'views')
 PRODUCT = ('Quivane Pocket PC.exe', 'adoce31.dll', 'aygshell.dll', 'peghelp.exe', 'cdbtool.exe')
 
 # Set by main.
@@ -96,7 +96,7 @@ class ImportsTest(unittest.TestCase):
 
     def test_the_start_waits_for_no_module_that_is_loaded_later(self):
         late = {module for module, _ in late_functions()}
-        self.assertIn('comdlg32.dll', late)
+        self.assertLessEqual({'comdlg32.dll', 'ole32.dll', 'oleaut32.dll'}, late)
         for name in ('Quivane Pocket PC.exe', 'aygshell.dll'):
             at_start = {module for module, _ in pe_file.PeFile((folder / name).read_bytes()).imports()}
             self.assertEqual(at_start & late, set(), name)

@@ -55,7 +55,7 @@ class OdbcSession::Running : public std::enable_shared_from_this<Running> {
   std::shared_ptr<void> statement_;
   std::uint64_t runs_ = 0;
   bool isCancelling_ = false;
-  bool isCancellingByAnother_ = false;
+  int othersCancelling_ = 0;  // conversations that are about to stop it
   std::shared_ptr<const SecretText> connectionText_;
   std::string stopStatement_;  // empty when nobody else can stop this one
 };
@@ -132,7 +132,7 @@ bool OdbcSession::Running::end(std::chrono::milliseconds patience) {
   std::unique_lock<std::mutex> lock(mutex_);
   ended.swap(statement_);
   cancelled_.notify_all();
-  return cancelled_.wait_for(lock, patience, [this] { return !isCancelling_ && !isCancellingByAnother_; });
+  return cancelled_.wait_for(lock, patience, [this] { return !isCancelling_ && othersCancelling_ == 0; });
 }
 
 void OdbcSession::Running::endCancelling() {
@@ -197,6 +197,8 @@ bool OdbcSession::Running::isDriverHeldUp(std::uint64_t run) {
 }
 
 void OdbcSession::Running::cancelByAnother(std::uint64_t run) {
+  // Who has given it up must not end its conversation yet: the process's number may be another's then.
+  std::shared_ptr<void> stopped;
   OdbcSession another(functions_);
   if (!another.connect(connectionText_->text())) return;
   OdbcStatementHandle statement;
@@ -206,11 +208,13 @@ void OdbcSession::Running::cancelByAnother(std::uint64_t run) {
     // From here on the end of the statement waits: the next one would be stopped.
     const std::lock_guard<std::mutex> lock(mutex_);
     if (statement_ == nullptr || runs_ != run) return;
-    isCancellingByAnother_ = true;
+    stopped = statement_;
+    ++othersCancelling_;
   }
   functions_.executeDirect(statement.get(), wideOf(sql), static_cast<SQLINTEGER>(sql.size()));
+  stopped.reset();
   const std::lock_guard<std::mutex> lock(mutex_);
-  isCancellingByAnother_ = false;
+  --othersCancelling_;
   cancelled_.notify_all();
 }
 
