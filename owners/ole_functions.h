@@ -15,12 +15,17 @@ inline constinit const LateFunction<decltype(CLSIDFromProgID), E_NOTIMPL> clsidF
                                                                                           "CLSIDFromProgID"};
 inline constinit const LateFunction<decltype(CoCreateInstance), E_NOTIMPL> coCreateInstance{
     L"ole32.dll", "CoCreateInstance"};
+inline constinit const LateFunction<decltype(CoDecrementMTAUsage), E_NOTIMPL> coDecrementMTAUsage{
+    L"ole32.dll", "CoDecrementMTAUsage"};
+inline constinit const LateFunction<decltype(CoGetApartmentType), E_NOTIMPL> coGetApartmentType{
+    L"ole32.dll", "CoGetApartmentType"};
 inline constinit const LateFunction<decltype(CoGetClassObject), E_NOTIMPL> coGetClassObject{
     L"ole32.dll", "CoGetClassObject"};
 inline constinit const LateFunction<decltype(CoIncrementMTAUsage), E_NOTIMPL> coIncrementMTAUsage{
     L"ole32.dll", "CoIncrementMTAUsage"};
 inline constinit const LateFunction<decltype(CoInitializeEx), E_NOTIMPL> coInitializeEx{L"ole32.dll",
                                                                                         "CoInitializeEx"};
+inline constinit const LateFunction<decltype(CoUninitialize)> coUninitialize{L"ole32.dll", "CoUninitialize"};
 inline constinit const LateFunction<decltype(StringFromGUID2)> stringFromGuid{L"ole32.dll",
                                                                               "StringFromGUID2"};
 inline constinit const LateFunction<decltype(GetErrorInfo), E_NOTIMPL> getErrorInfo{L"oleaut32.dll",

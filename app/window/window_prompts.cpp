@@ -9,6 +9,7 @@
 #include "app/window/main_window.h"
 #include "app/window/messages.h"
 #include "app/window/program_state.h"
+#include "app/window/shell_apartment.h"
 #include "dialogs/exchange/export_dialog.h"
 #include "dialogs/password/server_password_dialog.h"
 #include "dialogs/small/go_to.h"
@@ -201,6 +202,7 @@ std::optional<String> WindowPrompts::chooseFile(FileChoice choice, const String&
   const TitleOfPurpose title(dialog.title);
   const BoxesOverWindow place(mainWindow);
   guardEditControls();
+  const ShellApartment apartment;
   isChoosingFile_ = true;
   const BOOL chosen = (*dialog.run)(&question);
   isChoosingFile_ = false;

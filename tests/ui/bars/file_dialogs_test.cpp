@@ -5,10 +5,14 @@
 
 #include <cderr.h>
 #include <filesystem>
+#include <optional>
 #include <string>
+#include <thread>
+#include <utility>
 #include <vector>
 
 #include "app/window/program_state.h"
+#include "app/window/shell_apartment.h"
 #include "app/window/window_prompts.h"
 #include "gtest/gtest.h"
 #include "tests/support/paths.h"
@@ -33,7 +37,19 @@ struct Call {
   std::wstring extension;  ///< for a name without one
   std::wstring titleOfWindow;
   bool isChoosingFile = false;
+  APTTYPE apartment = APTTYPE_NA;
 };
+
+APTTYPE apartmentOfThread() {
+  APTTYPE type = APTTYPE_NA;
+  APTTYPEQUALIFIER qualifier{};
+  EXPECT_TRUE(SUCCEEDED(CoGetApartmentType(&type, &qualifier)));
+  return type;
+}
+
+bool isSingleThreaded(APTTYPE type) {
+  return type == APTTYPE_STA || type == APTTYPE_MAINSTA;
+}
 
 Call call;
 std::filesystem::path lookedAt;
@@ -58,7 +74,8 @@ BOOL answer(OPENFILENAMEW* question, bool isSave) {
           joined(question->lpstrFilter),
           question->lpstrDefExt ? question->lpstrDefExt : L"",
           textOf(mainWindow),
-          thePrompts.isChoosingFile()};
+          thePrompts.isChoosingFile(),
+          apartmentOfThread()};
   SetCurrentDirectoryW(lookedAt.c_str());
   if (userConfirms) lstrcpyW(question->lpstrFile, kChosenPath);
   return userConfirms ? TRUE : FALSE;
@@ -110,6 +127,7 @@ class FileDialogsTest : public testing::Test {
     EXPECT_EQ(call.extension, extension);
     EXPECT_EQ(call.titleOfWindow, title);
     EXPECT_TRUE(call.isChoosingFile);
+    EXPECT_TRUE(isSingleThreaded(call.apartment)) << call.apartment;
   }
 
  private:
@@ -117,6 +135,54 @@ class FileDialogsTest : public testing::Test {
   testsupport::TempFolder folder_;
   BarHost host_;
 };
+
+/// In which apartments a thread is that has been initialised like this: for a dialog, and behind it.
+std::pair<APTTYPE, APTTYPE> apartmentsOf(std::optional<DWORD> initialisation) {
+  std::pair<APTTYPE, APTTYPE> apartments;
+  std::thread([&] {
+    EXPECT_EQ(initialisation ? CoInitializeEx(nullptr, *initialisation) : S_OK, S_OK);
+    {
+      const ShellApartment apartment;
+      const ShellApartment another;
+      apartments.first = apartmentOfThread();
+    }
+    if (!initialisation) return;
+    apartments.second = apartmentOfThread();
+    CoUninitialize();
+  }).join();
+  return apartments;
+}
+
+TEST(ShellApartmentTest, AThreadOfTheMultithreadedApartmentComesBackToIt) {
+  const auto [meanwhile, afterwards] = apartmentsOf(COINIT_MULTITHREADED);
+  EXPECT_TRUE(isSingleThreaded(meanwhile)) << meanwhile;
+  EXPECT_EQ(afterwards, APTTYPE_MTA);
+}
+
+TEST(ShellApartmentTest, AThreadThatHasItsOwnStaysThere) {
+  const auto [meanwhile, afterwards] = apartmentsOf(COINIT_APARTMENTTHREADED);
+  EXPECT_TRUE(isSingleThreaded(meanwhile)) << meanwhile;
+  EXPECT_TRUE(isSingleThreaded(afterwards)) << afterwards;
+}
+
+TEST(ShellApartmentTest, AThreadThatIsNotInitialisedHasOneMeanwhile) {
+  EXPECT_TRUE(isSingleThreaded(apartmentsOf(std::nullopt).first));
+}
+
+TEST(ShellApartmentTest, WhereItCanNotChangeOverAllIsAsBefore) {
+  std::thread([] {
+    EXPECT_EQ(CoInitializeEx(nullptr, COINIT_MULTITHREADED), S_OK);
+    EXPECT_EQ(CoInitializeEx(nullptr, COINIT_MULTITHREADED), S_FALSE);
+    {
+      const ShellApartment apartment;
+      EXPECT_EQ(apartmentOfThread(), APTTYPE_MTA);
+    }
+    EXPECT_EQ(apartmentOfThread(), APTTYPE_MTA);
+    CoUninitialize();
+    EXPECT_EQ(apartmentOfThread(), APTTYPE_MTA) << "twice, as it was initialised";
+    CoUninitialize();
+  }).join();
+}
 
 TEST_F(FileDialogsTest, OpeningAsksForAFileThatExists) {
   const std::optional<String> path = thePrompts.chooseFile(FileChoice::open);
