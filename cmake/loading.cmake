@@ -5,3 +5,19 @@
 if(WIN32)
   add_link_options(LINKER:--file-alignment,4096,--strip-debug)
 endif()
+
+# The system's modules are named as their files are. For a name in capitals, as the compiler's import libraries have some,
+# Wine reads the whole folder of the system at every start, file names of 735 modules. These copies of the libraries go
+# before the compiler's own.
+if(MINGW)
+  set(import_libraries ${PROJECT_BINARY_DIR}/import_libraries)
+  file(MAKE_DIRECTORY ${import_libraries})
+  foreach(module advapi32 comctl32 gdi32 kernel32 oleaut32 shcore shell32 user32 uxtheme)
+    execute_process(COMMAND ${CMAKE_C_COMPILER} -print-file-name=lib${module}.a OUTPUT_VARIABLE library
+      OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
+    execute_process(COMMAND env LC_ALL=C sed -E "s/[A-Za-z0-9_]+\\.dll/\\L&/Ig" INPUT_FILE ${library}
+      OUTPUT_FILE ${import_libraries}/lib${module}.a COMMAND_ERROR_IS_FATAL ANY)
+    set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${library})
+  endforeach()
+  link_directories(BEFORE ${import_libraries})
+endif()

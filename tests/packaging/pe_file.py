@@ -40,18 +40,22 @@ class PeFile:
 
     def imports(self):
         """The pairs of a module's name, in small letters, and a function's name or number."""
-        found = set()
+        return {(module.lower(), function) for module, names in self._import_table() for function in self._functions(names)}
+
+    def imported_modules(self):
+        """Their names as they are written."""
+        return [module for module, _ in self._import_table()]
+
+    def _import_table(self):
+        if self._directory(_DIRECTORY_DELAYED_IMPORTS)[1] > 0:
+            raise ValueError('delayed imports are not read')
         descriptor, size = self._directory(_DIRECTORY_IMPORTS)
         while size > 0:
             names, _, _, module, addresses = struct.unpack_from('<5I', self._data, self._offset(descriptor))
             if module == 0:
                 break
-            name = self._text(module).lower()
-            found.update((name, function) for function in self._functions(names or addresses))
+            yield self._text(module), names or addresses
             descriptor += 20
-        if self._directory(_DIRECTORY_DELAYED_IMPORTS)[1] > 0:
-            raise ValueError('delayed imports are not read')
-        return found
 
     def _functions(self, address):
         at = self._offset(address)

@@ -74,6 +74,12 @@ class LoadingTest(unittest.TestCase):
             for section in module.sections:
                 self.assertEqual(section.offset % 4096, 0, f'{name}: {section.name}')
 
+    def test_the_modules_of_the_system_are_named_as_their_files_are(self):
+        for name, module in product():
+            modules = module.imported_modules()
+            self.assertIn('kernel32.dll', modules, name)
+            self.assertEqual(modules, [entry.lower() for entry in modules], name)
+
     def test_no_debugging_information_is_loaded(self):
         for name, module in product():
             self.assertEqual([section.name for section in module.sections if section.name.startswith(('.debug', '/'))],
