@@ -111,8 +111,9 @@ bool FormWrapper::registerClass(HINSTANCE instance) {
 
 HWND FormWrapper::create(HINSTANCE instance, HWND tabControl, SIZE size, WNDPROC procedure) {
   tabProcedure = procedure;
-  window_ = HandheldCreateWindow(0, kClassName, L"", WS_CHILD | WS_VSCROLL, 0, 0, size.cx, size.cy,
-                                 tabControl, reinterpret_cast<HMENU>(kControlId), instance, nullptr);
+  // Made without WS_VSCROLL, which the range takes away: with it the tab control would be drawn once more.
+  window_ = HandheldCreateWindow(0, kClassName, L"", WS_CHILD, 0, 0, size.cx, size.cy, tabControl,
+                                 reinterpret_cast<HMENU>(kControlId), instance, nullptr);
   if (window_) SetScrollRange(window_, SB_VERT, 0, 0, FALSE);
   return window_;
 }

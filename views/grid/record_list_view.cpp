@@ -116,8 +116,9 @@ bool RecordListView::createList(HWND tabControl) {
   widths_.keep();
   HandheldNameControl(list_, 0, L"Records");
   listview::setExtendedStyle(list_, LVS_EX_FULLROWSELECT);
+  if (!headerSubclass_.attach(listview::header(list_))) return false;
   typedLetters_.attach(list_);
-  if (!listSubclass_.attach(list_) || !headerSubclass_.attach(listview::header(list_))) return false;
+  if (!listSubclass_.attach(list_)) return false;
   tips_.attach(list_);
   return true;
 }

@@ -62,9 +62,10 @@ NameListView::NameListView(HWND mainWindow, AppColor background, AppColor text, 
       place.right - place.left, place.bottom - place.top, mainWindow,
       reinterpret_cast<HMENU>(static_cast<INT_PTR>(kControlId)), GetModuleHandleW(nullptr), nullptr);
   HandheldNameControl(window_, 0, spokenName);
-  typedLetters_.attach(window_);
-  // A new child lies behind its siblings, and the tab control covers the same area.
-  if (window_) SetWindowPos(window_, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+  // A new child lies behind its siblings, and the tab control covers the same area. Of what is hidden
+  // nothing is to be drawn.
+  constexpr UINT kOrderAlone = SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE | SWP_DEFERERASE | SWP_NOSENDCHANGING;
+  if (window_) SetWindowPos(window_, HWND_TOP, 0, 0, 0, 0, kOrderAlone);
 }
 
 NameListView::~NameListView() {
@@ -72,6 +73,8 @@ NameListView::~NameListView() {
 }
 
 void NameListView::show() {
+  // Not before it is seen: what is laid over a control makes each of its messages dearer.
+  typedLetters_.attach(window_);
   applyColors();
   ShowWindow(window_, SW_SHOW);
   // The page that was shown before has taken the focus with it; also a list without items has keys.

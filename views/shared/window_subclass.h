@@ -18,7 +18,8 @@ class WindowSubclass {
   WindowSubclass(const WindowSubclass&) = delete;
   WindowSubclass& operator=(const WindowSubclass&) = delete;
 
-  /// Leaves the window that it was attached to. False when the system refuses.
+  /// Leaves another window that it was attached to; over the same one it stays where it is. False when the
+  /// system refuses.
   bool attach(HWND window) noexcept;
   void detach() noexcept;
 
