@@ -58,6 +58,38 @@ TEST_F(TextSearchWalkTest, StopsWhenItsTimeIsUpAndGoesOn) {
   }
 }
 
+// In an order of their own the rows are not read when the search comes to them, but along the table before.
+TEST_F(TextSearchWalkTest, ARecordThatAnotherProgramMakesAMatchAheadOfTheSearchIsFound) {
+  prepare(
+      "CREATE TABLE T (K INTEGER, A Varchar (20));"
+      "CREATE TABLE W (K INTEGER, A Varchar (20), PRIMARY KEY (K)) WITHOUT ROWID;"
+      "WITH n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 30000) "
+      "INSERT INTO T SELECT i, 'text ' || i FROM n;"
+      "INSERT INTO W SELECT K, A FROM T");
+  open();
+  for (const char* source : {"Select * from [T]", "Select * from [T] Order By -K", "Select * from [W]",
+                             "Select * from [W] Order By -K"}) {
+    const std::unique_ptr<Recordset> rows = records(source);
+    TextSearch search(*rows, {1}, TextNeedle(u"x!", &oddFolding()), texts_);
+    std::int64_t passed = 0;
+    ASSERT_TRUE(search.passOver(10'000, never(), &passed));
+    ASSERT_EQ(10'000, passed);
+    const std::string table = std::string(source).find("[T]") != std::string::npos ? "T" : "W";
+    // More often than the table is gone through again.
+    for (int change = 0; change < 8; ++change) {
+      const std::int64_t wanted = rows->position() + 1000;
+      const bool isBackwards = std::string(source).find("Order") != std::string::npos;
+      const std::string key = std::to_string(isBackwards ? 30'001 - wanted : wanted);
+      prepare("UPDATE " + table + " SET A = 'x! ' WHERE K = " + key);
+      ASSERT_TRUE(search.passOver(2000, never(), &passed));
+      EXPECT_EQ(1000, passed) << source << ", change " << change;
+      ASSERT_EQ(wanted, rows->position());
+      ASSERT_TRUE(rows->moveNext());
+    }
+    prepare("UPDATE " + table + " SET A = 'none' WHERE A = 'x! '");
+  }
+}
+
 TEST_F(TextSearchWalkTest, ATableThatWasDroppedIsLeftToThePlainWay) {
   prepare("CREATE TABLE T (A Varchar (20))");
   prepare("INSERT INTO T VALUES ('a'), ('b')");

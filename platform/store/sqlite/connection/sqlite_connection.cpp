@@ -253,6 +253,10 @@ Status SqliteConnection::countOthersChanges(std::int64_t* count) {
   return readKept(dataVersionStatement_, "PRAGMA data_version", count);
 }
 
+Status SqliteConnection::seenVersion(std::int64_t* version) {
+  return readKept(dataVersionStatement_, "PRAGMA data_version", version);
+}
+
 Status SqliteConnection::prepare(std::string_view sql, SqliteStatement* statement) {
   sqlite3_stmt* prepared = nullptr;
   const int result = sqlite3_prepare_v3(handle(), sql.data(), static_cast<int>(sql.size()),

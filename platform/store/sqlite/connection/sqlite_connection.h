@@ -84,6 +84,9 @@ class SqliteConnection {
 
   /// Opens the read transaction, or goes on with it, and notices what others changed meanwhile.
   Status beginRead();
+  /// Inside a read transaction: a number for what it sees, which is another one after each change by another
+  /// connection.
+  Status seenVersion(std::int64_t* version);
   /// A read failed with SQLite's `result`: ends the transaction and returns what happened.
   Status failRead(int result);
   /// Inside a read transaction: more rows than any table of the file can have.

@@ -25,6 +25,9 @@ constexpr std::size_t kFewRows = 2048;
 constexpr std::size_t kFewestWords = 1 << 10;
 constexpr std::size_t kMostWords = 1 << 19;  // 4 MiB
 
+// Who changes the file as often during one search goes on doing so.
+constexpr int kMostForgotten = 3;
+
 constexpr std::size_t kSampleCount = 1000;
 
 /// Whether row ids taken here and there grow. What lies between is looked at where it is used.
@@ -70,6 +73,7 @@ Status SqliteRowScan::passOver(const KeySet& keys, std::size_t first, std::size_
   if (Status status = checkRows_(); !status) return status;
   if (Status status = prepare(); !status) return status;
   if (!isDecided_) decide(keys);
+  if (Status status = forgetOldMarks(); !status) return status;
   bool stops = false;
   while (*next < last && !stops) {
     // What is found soon is not worth another thread.
@@ -161,8 +165,23 @@ Status SqliteRowScan::goAlong(const KeySet& keys, std::size_t end, Clock::time_p
   return result == SQLITE_ROW || result == SQLITE_DONE ? Status() : fail(statement, result);
 }
 
+/// A row that has become a wanted one since the table was gone through has no mark.
+Status SqliteRowScan::forgetOldMarks() {
+  if (marks_.empty()) return {};
+  std::int64_t version = 0;
+  if (Status status = connection_.seenVersion(&version); !status) return status;
+  if (version == markedVersion_) return {};
+  marks_.clear();
+  isMarked_ = false;
+  resumeAt_.reset();
+  rowsSeen_ = 0;
+  isOneByOne_ = isOneByOne_ || ++timesForgotten_ > kMostForgotten;
+  return {};
+}
+
 Status SqliteRowScan::goThrough(const KeySet& keys, Clock::time_point until) {
   if (marks_.empty()) {
+    if (Status status = connection_.seenVersion(&markedVersion_); !status) return status;
     std::size_t words = kFewestWords;
     while (words < kMostWords && words < keys.count()) words *= 2;
     marks_.resize(words);

@@ -26,7 +26,9 @@ struct ScannedRows {
 
 /// Walks over the rows inside SQLite. Where row ids stand in their own order, it goes along them, in a large
 /// table together with a companion. In any other order it looks at some rows one by one; then it goes through
-/// the table once, in the table's order, and notes in a bit map of a fixed size which rows are wanted.
+/// the table once, in the table's order, and notes in a bit map of a fixed size which rows are wanted. When
+/// another connection has changed the file meanwhile it goes through it again, and looks at the rows one by
+/// one in the end.
 class SqliteRowScan : public RowScan {
  public:
   /// `connection`, `source` and `test` outlive the scan. `checkRows`, called with a read transaction open,
@@ -50,6 +52,7 @@ class SqliteRowScan : public RowScan {
   Status goAlongTogether(const KeySet& keys, std::size_t last, Clock::time_point until, std::size_t* next,
                          bool* stops);
   bool hasCompanion();
+  Status forgetOldMarks();
   Status goThrough(const KeySet& keys, Clock::time_point until);
   /// False at a row that has a mark.
   bool passOverUnmarked(const KeySet& keys, std::size_t last, std::size_t* next) const;
@@ -81,6 +84,8 @@ class SqliteRowScan : public RowScan {
   std::vector<std::uint64_t> marks_;  // a bit for each remainder of a hash of a key; a power of two of words
   std::optional<Key> resumeAt_;       // where going through the table goes on
   std::uint64_t rowsSeen_ = 0;        // while going through the table
+  std::int64_t markedVersion_ = 0;    // what the connection saw when it began with that
+  int timesForgotten_ = 0;
 };
 
 }  // namespace store
