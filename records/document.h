@@ -414,7 +414,9 @@ class Document : private BusyListener {
   void deleteInGrid();
   bool goesOn(BusyWith busy) override;
   bool movesOn(const MovingState& state) override;
-  bool keepsGoing(const Progress& progress);
+  bool keepsGoing(Progress progress);
+  bool searchGoesOn(Progress progress);
+  std::chrono::milliseconds searchLasted() const;
   void tellWhenOver();
   void showEverythingAnew(const String& table);
   void standAgainAt(std::uint32_t position);
@@ -473,6 +475,7 @@ class Document : private BusyListener {
   std::uint32_t findStartRecord_ = 0;    // currentRecord when the dialog was opened
   std::uint32_t findRecordCounter_ = 0;  // records passed in the present search
   std::uint32_t searchedRecords_ = 0;    // in the present step, for the user to see
+  std::optional<Progress> searched_;     // how far the present step was told to be
   bool isSearching_ = false;
   bool searchStopped_ = false;   // by the user, in the present step
   std::uint32_t findField_ = 0;  // where the last match was, or where the search goes on

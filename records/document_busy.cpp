@@ -41,8 +41,8 @@ bool Document::goesOn(BusyWith busy) {
     gaveUp_ = !keepsGoing({Progress::What::waiting});
     return !gaveUp_;
   }
-  // How far records were moved tells more.
-  const bool wanted = keepsGoing(moved_.value_or(Progress{Progress::What::working}));
+  // How far records were searched or moved tells more.
+  const bool wanted = keepsGoing(searched_.value_or(moved_.value_or(Progress{Progress::What::working})));
   // The key that was pressed is gone: who searches is to know of it, too.
   if (!wanted && isSearching_) searchStopped_ = true;
   return wanted;
@@ -59,8 +59,20 @@ void Document::tellWhenOver() {
   isTold_ = true;
 }
 
-bool Document::keepsGoing(const Progress& progress) {
+std::chrono::milliseconds Document::searchLasted() const {
+  return std::chrono::floor<std::chrono::milliseconds>(BusyClock::now() - searchBegan_);
+}
+
+bool Document::searchGoesOn(Progress progress) {
+  searched_ = progress;
+  progress.lasted = searchLasted();
+  return pages_.prompts.keepGoing(progress);
+}
+
+bool Document::keepsGoing(Progress progress) {
   tellWhenOver();
+  // A part of it may last so long that the next one would be taken for another thing.
+  if (isSearching_) progress.lasted = searchLasted();
   // Where the asking fails it is over as well: no command could run any more otherwise.
   const Raised asked(isAsked_);
   return pages_.prompts.keepGoing(progress);

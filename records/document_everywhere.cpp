@@ -21,7 +21,7 @@ bool Document::findEverywhere(const String& text, const FoundListener& found) {
     findInTable(tables[i], text, found);
     // Thousands of tables without a record take their time, too.
     const bool isLast = i + 1 == tables.size();
-    if (!isLast && !pages_.prompts.keepGoing({Progress::What::searchingTables, i + 1, tables.size()})) {
+    if (!isLast && !searchGoesOn({Progress::What::searchingTables, i + 1, tables.size()})) {
       searchStopped_ = true;
     }
   }
@@ -38,8 +38,8 @@ void Document::findInTable(const String& table, const String& text, const FoundL
     for (TableSearch::Match& match : matches) {
       if (!found({table, match.record, match.field, std::move(match.excerpt)})) searchStopped_ = true;
     }
-    const Progress progress{Progress::What::searching, search.testedCount(), search.recordCount()};
-    if (!pages_.prompts.keepGoing(progress)) searchStopped_ = true;
+    if (!searchGoesOn({Progress::What::searching, search.testedCount(), search.recordCount()}))
+      searchStopped_ = true;
   }
   // A statement that was stopped by the user fails, too.
   if (!searched && !searchStopped_) found({table, 0, String(), searched.reason().text()});

@@ -16,7 +16,8 @@ namespace {
 
 /// So long the windows are neither painted nor listened to.
 constexpr std::chrono::milliseconds kSlice{25};
-/// At first nobody is told of a search, nor listened to: its parts may be longer, which costs less.
+/// At first nobody is told of a search, nor listened to: its parts may be longer, which costs less. It ends
+/// before the half second after which the user is told.
 constexpr std::chrono::milliseconds kSilence{400};
 
 }  // namespace
@@ -166,8 +167,7 @@ Outcome Document::searchUpTo(std::uint32_t end, std::optional<std::uint32_t>& fi
     findRecordCounter_ += passed;
     searchedRecords_ += passed;
     const std::uint32_t all = openRecordCount();
-    if (searchStopped_ ||
-        !pages_.prompts.keepGoing({Progress::What::searching, std::min(searchedRecords_, all), all})) {
+    if (searchStopped_ || !searchGoesOn({Progress::What::searching, std::min(searchedRecords_, all), all})) {
       searchStopped_ = true;
       return {};
     }
@@ -252,8 +252,7 @@ Outcome Document::findRowAmong(std::uint32_t first, std::uint32_t end, std::uint
     row += passed;
     searchedRecords_ += passed;
     const std::uint32_t all = openRecordCount();
-    if (searchStopped_ ||
-        !pages_.prompts.keepGoing({Progress::What::searching, std::min(searchedRecords_, all), all})) {
+    if (searchStopped_ || !searchGoesOn({Progress::What::searching, std::min(searchedRecords_, all), all})) {
       searchStopped_ = true;
       return {};
     }

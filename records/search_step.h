@@ -13,6 +13,7 @@ class Document::SearchStep {
     document_.database_.endSearch();
     document_.pages_.prompts.endProgress();
     document_.isSearching_ = false;
+    document_.searched_.reset();
   }
   SearchStep(const SearchStep&) = delete;
   SearchStep& operator=(const SearchStep&) = delete;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <optional>
 
@@ -60,6 +61,7 @@ struct Progress {
   What what;
   std::uint32_t tested = 0;
   std::uint32_t all = 0;
+  std::chrono::milliseconds lasted{};  ///< since it began, where that is known; 0: since it was told of first
 };
 
 /// What the Document asks of the user. Every call returns when the user has answered.

@@ -31,10 +31,15 @@ RECT linePlace(HWND owner, HFONT font) {
 
 }  // namespace
 
-bool ProgressLine::goesOn(HWND owner, const std::wstring& text, ULONGLONG quietMilliseconds) {
+bool ProgressLine::goesOn(HWND owner, const std::wstring& text, ULONGLONG quietMilliseconds,
+                          ULONGLONG lastedMilliseconds) {
   const ULONGLONG now = GetTickCount64();
-  // What did not ask for a while was over, and this is another thing of the same command.
-  if (!line_ && now - asked_ > kLongestSilence) begin_ = now;
+  if (lastedMilliseconds != 0) {
+    begin_ = now - lastedMilliseconds;
+  } else if (!line_ && now - asked_ > kLongestSilence) {
+    // What did not ask for a while was over, and this is another thing of the same command.
+    begin_ = now;
+  }
   asked_ = now;
   if (now - begin_ < quietMilliseconds) return true;
   if (!line_ || now - shown_ >= kBetweenLines) show(owner, text);

@@ -273,7 +273,8 @@ bool WindowPrompts::keepGoing(const Progress& progress) {
   constexpr ULONGLONG kQuietWaitMilliseconds = 1000;
   const bool waits = progress.what == Progress::What::waiting;
   return progress_.goesOn(GetLastActivePopup(mainWindow), progressText(progress),
-                          waits ? kQuietWaitMilliseconds : kQuietMilliseconds);
+                          waits ? kQuietWaitMilliseconds : kQuietMilliseconds,
+                          static_cast<ULONGLONG>(progress.lasted.count()));
 }
 
 bool WindowPrompts::isInputWaiting() {

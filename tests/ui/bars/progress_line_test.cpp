@@ -62,6 +62,13 @@ TEST_F(ProgressLineTest, WhatIsPressedWhileNothingIsShownStays) {
   EXPECT_TRUE(holdsKeys());
 }
 
+TEST_F(ProgressLineTest, WhatHasLastedLongEnoughIsShownHoweverSeldomItAsks) {
+  constexpr ULONGLONG kQuiet = 500;
+  press(VK_ESCAPE);
+  EXPECT_TRUE(line_.goesOn(owner_, kText, kQuiet, kQuiet - 1)) << "nothing is heard yet";
+  EXPECT_FALSE(line_.goesOn(owner_, kText, kQuiet, kQuiet)) << "it was pressed before the first question";
+}
+
 TEST_F(ProgressLineTest, WhatIsPressedBehindTheEndStays) {
   ASSERT_TRUE(line_.goesOn(owner_, kText, 0));
   line_.end();

@@ -1,4 +1,6 @@
 // The search for text: its two passes, where they begin and end, and what the user is told.
+#include <chrono>
+
 #include "resources/command_ids.h"
 #include "tests/ui/document/document_fixture.h"
 
@@ -138,6 +140,21 @@ TEST_F(DocumentFindTest, NoCommandOfTheSearchRunsDuringAStep) {
   EXPECT_GT(asked, 0);
   EXPECT_THAT(texts(), ElementsAre(L"All records searched for 'zebra'"));
   EXPECT_FALSE(window().prompts.isProgressShown);
+}
+
+TEST_F(DocumentFindTest, HowLongAStepHasLastedIsTold) {
+  using Clock = std::chrono::steady_clock;
+  constexpr std::chrono::milliseconds kPart{20};
+  find(L"zebra");
+  int asked = 0;
+  window().prompts.goesOnSearching = [&](std::uint32_t, std::uint32_t) {
+    EXPECT_GE(window().prompts.lasted, asked * kPart);
+    ++asked;
+    for (const auto end = Clock::now() + kPart; Clock::now() < end;) continue;
+    return true;
+  };
+  document().findNext();
+  EXPECT_GE(asked, 2);
 }
 
 TEST_F(DocumentFindTest, TheCaseOfLettersCountsWhenItIsAskedFor) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <deque>
 #include <functional>
@@ -82,6 +83,7 @@ struct FakePrompts final : UserPrompts {
   void refillFindDialog() override { isFindDialogOutdated = false; }
   bool keepGoing(const Progress& progress) override {
     isProgressShown = true;
+    lasted = progress.lasted;
     if (progress.what == Progress::What::searching) return goesOnSearching(progress.tested, progress.all);
     return goesOnBusy(progress.what);
   }
@@ -107,6 +109,7 @@ struct FakePrompts final : UserPrompts {
   };
 
   int typedCount = 0;
+  std::chrono::milliseconds lasted{};  // as the user was told last
 
   // What he answers
   bool isTyping = false;                    ///< a key of his waits to be taken
