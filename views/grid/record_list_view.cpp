@@ -116,11 +116,11 @@ bool RecordListView::createList(HWND tabControl) {
   widths_.keep();
   HandheldNameControl(list_, 0, L"Records");
   listview::setExtendedStyle(list_, LVS_EX_FULLROWSELECT);
-  if (!headerSubclass_.attach(listview::header(list_))) return false;
+  const bool hasHeader = headerSubclass_.attach(listview::header(list_));
   typedLetters_.attach(list_);
   if (!listSubclass_.attach(list_)) return false;
   tips_.attach(list_);
-  return true;
+  return hasHeader;
 }
 
 RECT RecordListView::listRectangle() const {

@@ -73,12 +73,16 @@ NameListView::~NameListView() {
 }
 
 void NameListView::show() {
-  // Not before it is seen: what is laid over a control makes each of its messages dearer.
-  typedLetters_.attach(window_);
   applyColors();
-  ShowWindow(window_, SW_SHOW);
+  appear();
   // The page that was shown before has taken the focus with it; also a list without items has keys.
   SetFocus(window_);
+}
+
+void NameListView::appear() {
+  // Not before it is seen: what is laid over a control makes each of its messages dearer.
+  typedLetters_.attach(window_);
+  ShowWindow(window_, SW_SHOW);
 }
 
 void NameListView::hide() {
@@ -162,15 +166,14 @@ int NameListView::findItem(const String& name) const {
   return found < count ? static_cast<int>(found) : -1;
 }
 
-NameListView::Unseen::Unseen(NameListView& list)
-    : window_(list.window_), hadFocus_(GetFocus() == list.window_) {
-  ShowWindow(window_, SW_HIDE);
+NameListView::Unseen::Unseen(NameListView& list) : list_(list), hadFocus_(GetFocus() == list.window_) {
+  ShowWindow(list_.window_, SW_HIDE);
 }
 
 NameListView::Unseen::~Unseen() {
-  ShowWindow(window_, SW_SHOW);
+  list_.appear();
   // A window that is hidden loses the focus.
-  if (hadFocus_) SetFocus(window_);
+  if (hadFocus_) SetFocus(list_.window_);
 }
 
 void NameListView::refill(const NameList& names) {

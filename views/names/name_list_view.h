@@ -70,7 +70,7 @@ class NameListView {
     Unseen& operator=(const Unseen&) = delete;
 
    private:
-    HWND window_;
+    NameListView& list_;
     bool hadFocus_;
   };
 
@@ -80,6 +80,8 @@ class NameListView {
   void scrollThrough();
 
  private:
+  void appear();
+
   HWND window_ = nullptr;
   TypedLetters typedLetters_;
   HWND mainWindow_;

@@ -9,7 +9,7 @@
 WindowSubclass::WindowSubclass(Handler handler) : handler_(std::move(handler)) {}
 
 bool WindowSubclass::attach(HWND window) noexcept {
-  if (window == window_) return true;
+  if (window && window == window_) return true;
   detach();
   const auto self = reinterpret_cast<DWORD_PTR>(this);
   // The object is its own number, so that a window may have several of these.

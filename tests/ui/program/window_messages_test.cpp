@@ -49,12 +49,18 @@ TEST_F(WindowMessagesTest, TheFormsScrollRangeIsToggledByItsCommand) {
     GetScrollRange(control(kFormWindow), SB_VERT, &least, &most);
     return std::vector<int>{least, most};
   };
+  const auto hasBar = [this] {
+    return (GetWindowLongPtrW(control(kFormWindow), GWL_STYLE) & WS_VSCROLL) != 0;
+  };
   EXPECT_THAT(range(), ElementsAre(0, 0));
+  EXPECT_FALSE(hasBar());
   for (int i = 0; i < 2; ++i) {
     send(WM_COMMAND, ID_FORM_SCROLL_RANGE, 0);
     EXPECT_THAT(range(), ElementsAre(0, 4));
+    EXPECT_TRUE(hasBar());
     send(WM_COMMAND, ID_FORM_SCROLL_RANGE, 0);
     EXPECT_THAT(range(), ElementsAre(0, 0));
+    EXPECT_FALSE(hasBar());
   }
 }
 
