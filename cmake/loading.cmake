@@ -15,8 +15,11 @@ if(MINGW)
   foreach(module advapi32 comctl32 gdi32 kernel32 oleaut32 shcore shell32 user32 uxtheme)
     execute_process(COMMAND ${CMAKE_C_COMPILER} -print-file-name=lib${module}.a OUTPUT_VARIABLE library
       OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
-    execute_process(COMMAND env LC_ALL=C sed -E "s/[A-Za-z0-9_]+\\.dll/\\L&/Ig" INPUT_FILE ${library}
-      OUTPUT_FILE ${import_libraries}/lib${module}.a COMMAND_ERROR_IS_FATAL ANY)
+    if(NOT IS_ABSOLUTE ${library})
+      message(FATAL_ERROR "The compiler has no import library of ${module}.")
+    endif()
+    execute_process(COMMAND /usr/bin/python3 -B ${PROJECT_SOURCE_DIR}/cmake/name_modules_small.py ${library}
+      ${import_libraries}/lib${module}.a COMMAND_ERROR_IS_FATAL ANY)
     set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${library})
   endforeach()
   link_directories(BEFORE ${import_libraries})
