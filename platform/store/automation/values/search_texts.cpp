@@ -19,6 +19,8 @@ class SystemTexts : public store::ValueTexts {
  public:
   /// Asks how the user writes numbers, which may have changed since the last search.
   void refresh() {
+    // Of finite numbers, the only ones whose text is asked for here: the digits, an exponent's sign and
+    // letter, and what the user's locale puts among them.
     signs_ = u"+-.,Ee";
     for (const LCTYPE sign : {LOCALE_SDECIMAL, LOCALE_STHOUSAND, LOCALE_SPOSITIVESIGN})
       signs_ += signOf(sign);

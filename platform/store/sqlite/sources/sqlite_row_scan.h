@@ -54,7 +54,8 @@ class SqliteRowScan : public RowScan {
   bool hasCompanion();
   Status forgetOldMarks();
   Status goThrough(const KeySet& keys, Clock::time_point until);
-  /// False at a row that has a mark.
+  /// False at a row that has a mark. One without is no wanted one: each wanted row of the table has left the
+  /// mark of its hash, and the same key has the same hash.
   bool passOverUnmarked(const KeySet& keys, std::size_t last, std::size_t* next) const;
   Status fail(sqlite3_stmt* statement, int result);
   void decide(const KeySet& keys);
