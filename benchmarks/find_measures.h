@@ -25,6 +25,11 @@ struct BareSearch {
 };
 std::vector<BareSearch> bareSearches();
 
+/// Every record holds it.
+constexpr const char* kTextOfEveryRecord = "plot";
+/// So many matches are gone to, one after the other.
+constexpr int kMatches = 1000;
+
 /// Seconds from one match to the next, where every record is one.
 double secondsOfMatch(const std::string& path);
 constexpr double kMostSecondsOfMatch = 0.005;

@@ -1,7 +1,6 @@
-// Measures the real program from outside, by its windows alone, beside what the system can do: a search
-// beside the bare statement and how soon it can be stopped, the List page of a large table beside that of a
-// small one, and the start beside that of an empty window; and with session_bench.cpp what a user does
-// between.
+// Measures the real program from outside, by its windows alone, beside what the system can do: the List page
+// of a large table beside that of a small one, and the start beside that of an empty window; with
+// find_bench.cpp the search, and with session_bench.cpp what a user does between.
 #include <windows.h>
 
 #include <commctrl.h>
@@ -11,18 +10,14 @@
 #include <cstdlib>
 #include <cwchar>
 #include <functional>
-#include <psapi.h>
 #include <sqlite3.h>
 #include <string>
 #include <utility>
 #include <vector>
 
-#include "benchmarks/bare_database.h"
-#include "benchmarks/find_measures.h"
+#include "benchmarks/find_bench.h"
 #include "benchmarks/outside.h"
 #include "benchmarks/session_bench.h"
-#include "dialogs/find/find_dialog_ids.h"
-#include "resources/command_ids.h"
 #include "tests/ui/remote/remote_window.h"
 
 namespace {
@@ -30,11 +25,8 @@ namespace {
 using bench::secondsOf;
 using namespace outside;
 
-constexpr double kMostStart = 40;              // milliseconds more than an empty window
-constexpr double kMostMemory = 8;              // MB more while a search runs
-constexpr double kMostListRatio = 1.5;         // with ten times the rows
-constexpr double kLongestWithoutProgress = 1;  // seconds
-constexpr double kMostDelay = 100;  // milliseconds until Esc is obeyed, and until a window is painted
+constexpr double kMostStart = 40;       // milliseconds more than an empty window
+constexpr double kMostListRatio = 1.5;  // with ten times the rows
 
 /// The visible window of a process that lies over no other.
 HWND topWindow(DWORD processId) {
@@ -57,100 +49,6 @@ double secondsToStart(const std::wstring& commandLine) {
   const Program program(commandLine);
   waitFor([&] { return answers(topWindow(program.id())); }, "no window appears");
   return std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
-}
-
-struct Memory {
-  double now;   ///< in MB
-  double peak;  ///< the most that it has been
-};
-
-/// What the program has in the machine's memory. Of what it has for itself Wine tells no peak: what it calls
-/// that of another process is what that has at present.
-Memory memoryOf(DWORD processId) {
-  const HANDLE process = OpenProcess(PROCESS_QUERY_INFORMATION | PROCESS_VM_READ, FALSE, processId);
-  PROCESS_MEMORY_COUNTERS counters{};
-  const bool isRead = process && GetProcessMemoryInfo(process, &counters, sizeof counters);
-  CloseHandle(process);
-  require(isRead, "the memory of the program can't be read");
-  return {static_cast<double>(counters.WorkingSetSize) / 1e6,
-          static_cast<double>(counters.PeakWorkingSetSize) / 1e6};
-}
-
-void measureFind(const std::wstring& program, const std::wstring& database, const std::string& bareDatabase) {
-  OpenProgram open(program, database);
-  const HWND dialog = openFind(open);
-  const double memoryBefore = memoryOf(open.id()).now;
-  bench::BareDatabase bare(bareDatabase);
-  for (const bench::BareSearch& search : bench::bareSearches()) {
-    setBox(dialog, IDC_FIND_MATCH_CASE, search.matchCase);
-    const std::wstring text(search.text.begin(), search.text.end());
-    std::vector<double> ours;
-    std::vector<double> theirs;
-    for (int turn = 0; turn < kTurns; ++turn) {
-      ours.push_back(secondsToFind(open, dialog, text.c_str()));
-      theirs.push_back(secondsOf([&] { bare.runToEnd(search.statement); }));
-    }
-    report(search.name.c_str(), ours, theirs, search.limit);
-  }
-  const double more = memoryOf(open.id()).peak - memoryBefore;
-  std::printf("  %-30s %10.1f MB   (at most %.0f)%s\n", "memory more while it searches", more, kMostMemory,
-              more <= kMostMemory ? "" : "   OVER THE LIMIT");
-  isOver = isOver || more > kMostMemory;
-}
-
-/// What the program shows while a search takes its time; null when it does not.
-HWND progressLine(DWORD processId) {
-  HWND line = nullptr;
-  while ((line = FindWindowExW(nullptr, line, L"STATIC", nullptr)) != nullptr) {
-    DWORD owner = 0;
-    GetWindowThreadProcessId(line, &owner);
-    if (owner == processId && IsWindowVisible(line)) return line;
-  }
-  return nullptr;
-}
-
-/// In the midst of a search for a text that does not occur.
-void measureStop(const std::wstring& program, const std::wstring& database) {
-  OpenProgram open(program, database);
-  const HWND dialog = openFind(open);
-  const std::string text = bench::bareSearches().front().text;
-  SendMessageW(GetDlgItem(dialog, IDC_FIND_TEXT), WM_SETTEXT, 0,
-               reinterpret_cast<LPARAM>(std::wstring(text.begin(), text.end()).c_str()));
-  std::vector<double> paintings;
-  std::vector<double> stops;
-  for (int turn = 0; turn < kTurns; ++turn) {
-    HWND line = nullptr;
-    HWND box = nullptr;
-    PostMessageW(dialog, WM_COMMAND, IDC_FIND_NEXT, 0);
-    const double seconds = secondsOf([&] {
-      waitFor(
-          [&] {
-            line = progressLine(open.id());
-            box = boxOver(dialog, open.id());
-            return line != nullptr || box != nullptr;
-          },
-          "the search does not begin");
-    });
-    if (line == nullptr) {
-      const bool isLate = seconds > kLongestWithoutProgress;
-      std::printf("  the search is over after %.3f s, before it says how far it is%s\n", seconds,
-                  isLate ? "   OVER THE LIMIT" : "");
-      isOver = isOver || isLate;
-      return;
-    }
-    paintings.push_back(secondsOf([&] {
-      InvalidateRect(open.main(), nullptr, FALSE);
-      waitFor([&] { return GetUpdateRect(open.main(), nullptr, FALSE) == FALSE; },
-              "the window is not painted");
-    }));
-    stops.push_back(secondsOf([&] {
-      PostMessageW(dialog, WM_KEYDOWN, VK_ESCAPE, 0);
-      waitFor([&] { return !IsWindow(line) && answers(dialog); }, "the search does not stop");
-    }));
-    require(boxOver(dialog, open.id()) == nullptr, "the search came to its end");
-  }
-  reportDelay("the window is painted", paintings, kMostDelay);
-  reportDelay("Esc is obeyed", stops, kMostDelay);
 }
 
 double secondsToList(OpenProgram& program, int table, int rows) {
@@ -232,6 +130,8 @@ int wmain(int argc, wchar_t** argv) {
   const std::wstring what = argc > 1 ? argv[1] : L"";
   if (argc == 4 && what == L"find") {
     measureFind(argv[2], argv[3], narrow(argv[3]));
+  } else if (argc == 4 && what == L"matches") {
+    measureMatches(argv[2], argv[3], narrow(argv[3]));
   } else if (argc == 4 && what == L"stop") {
     measureStop(argv[2], argv[3]);
   } else if (argc == 5 && what == L"list") {
@@ -243,7 +143,7 @@ int wmain(int argc, wchar_t** argv) {
     measureStart(argv[2], argv[3], argv[4]);
   } else {
     std::fputs(
-        "usage: program_bench find PROGRAM DATABASE | stop PROGRAM DATABASE | "
+        "usage: program_bench find PROGRAM DATABASE | matches PROGRAM DATABASE | stop PROGRAM DATABASE | "
         "list PROGRAM EMPTY-DATABASE ROWS | session PROGRAM SCRATCH-DATABASE | "
         "start PROGRAM DATABASE EMPTY-PROGRAM\n",
         stderr);

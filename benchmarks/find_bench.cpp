@@ -1,0 +1,178 @@
+#include "benchmarks/find_bench.h"
+
+#include <windows.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <cstdio>
+#include <numeric>
+#include <psapi.h>
+#include <vector>
+
+#include "benchmarks/bare_database.h"
+#include "benchmarks/find_measures.h"
+#include "benchmarks/outside.h"
+#include "dialogs/find/find_dialog_ids.h"
+#include "tests/ui/remote/remote_window.h"
+#include "views/form/form_ids.h"
+
+namespace outside {
+
+using bench::secondsOf;
+
+namespace {
+
+constexpr double kMostMemory = 8;              // MB more while a search runs
+constexpr double kLongestWithoutProgress = 1;  // seconds
+constexpr double kMostDelay = 100;  // milliseconds until Esc is obeyed, and until a window is painted
+
+struct Memory {
+  double now;   ///< in MB
+  double peak;  ///< the most that it has been
+};
+
+/// What the program has in the machine's memory. Of what it has for itself Wine tells no peak: what it calls
+/// that of another process is what that has at present.
+Memory memoryOf(DWORD processId) {
+  const HANDLE process = OpenProcess(PROCESS_QUERY_INFORMATION | PROCESS_VM_READ, FALSE, processId);
+  PROCESS_MEMORY_COUNTERS counters{};
+  const bool isRead = process && GetProcessMemoryInfo(process, &counters, sizeof counters);
+  CloseHandle(process);
+  require(isRead, "the memory of the program can't be read");
+  return {static_cast<double>(counters.WorkingSetSize) / 1e6,
+          static_cast<double>(counters.PeakWorkingSetSize) / 1e6};
+}
+
+std::wstring wide(const std::string& ascii) {
+  return {ascii.begin(), ascii.end()};
+}
+
+/// What the program shows while a search takes its time; null when it does not.
+HWND progressLine(DWORD processId) {
+  HWND line = nullptr;
+  while ((line = FindWindowExW(nullptr, line, L"STATIC", nullptr)) != nullptr) {
+    DWORD owner = 0;
+    GetWindowThreadProcessId(line, &owner);
+    if (owner == processId && IsWindowVisible(line)) return line;
+  }
+  return nullptr;
+}
+
+/// From the press of Next to the next match, shown and painted, when the dialog takes the next press. The
+/// program itself is asked: it answers between two things that it does, so that no time is lost by looking.
+double secondsToNext(HWND dialog, HWND number, const std::wstring& wanted) {
+  constexpr DWORD kAtOnce = 0;
+  return secondsOf([&] {
+    PostMessageW(dialog, WM_COMMAND, IDC_FIND_NEXT, 0);
+    waitFor(
+        [&] {
+          return remote::text(number) == wanted && answers(dialog) &&
+                 GetUpdateRect(number, nullptr, FALSE) == FALSE;
+        },
+        "the next match is not shown", kAtOnce);
+  });
+}
+
+}  // namespace
+
+void measureFind(const std::wstring& program, const std::wstring& database, const std::string& bareDatabase) {
+  OpenProgram open(program, database);
+  const HWND dialog = openFind(open);
+  const double memoryBefore = memoryOf(open.id()).now;
+  bench::BareDatabase bare(bareDatabase);
+  for (const bench::BareSearch& search : bench::bareSearches()) {
+    setBox(dialog, IDC_FIND_MATCH_CASE, search.matchCase);
+    std::vector<double> ours;
+    std::vector<double> theirs;
+    for (int turn = 0; turn < kTurns; ++turn) {
+      ours.push_back(secondsToFind(open, dialog, wide(search.text).c_str()));
+      theirs.push_back(secondsOf([&] { bare.runToEnd(search.statement); }));
+    }
+    report(search.name.c_str(), ours, theirs, search.limit);
+  }
+  const double more = memoryOf(open.id()).peak - memoryBefore;
+  std::printf("  %-30s %10.1f MB   (at most %.0f)%s\n", "memory more while it searches", more, kMostMemory,
+              more <= kMostMemory ? "" : "   OVER THE LIMIT");
+  isOver = isOver || more > kMostMemory;
+}
+
+void measureMatches(const std::wstring& program, const std::wstring& database,
+                    const std::string& bareDatabase) {
+  // The first two are not counted, and behind the last record the search would begin anew.
+  constexpr int kUncounted = 3;
+  bench::BareDatabase bare(bareDatabase);
+  const auto presses = static_cast<int>(bare.runToEnd("SELECT 1 FROM Measurements LIMIT " +
+                                                      std::to_string(bench::kMatches + kUncounted))) -
+                       kUncounted;
+  require(presses > 0, "there are too few records");
+  OpenProgram open(program, database);
+  const HWND dialog = openFind(open);
+  setBox(dialog, IDC_FIND_MATCH_CASE, false);
+  SendMessageW(GetDlgItem(dialog, IDC_FIND_TEXT), WM_SETTEXT, 0,
+               reinterpret_cast<LPARAM>(wide(bench::kTextOfEveryRecord).c_str()));
+  const HWND number = remote::control(open.main(), kFirstTextEditorId);
+  require(number != nullptr, "there is no editor of the record's number");
+  // The first match is in the record that is shown already, and can't be told from none.
+  PostMessageW(dialog, WM_COMMAND, IDC_FIND_NEXT, 0);
+  int shown = 2;
+  secondsToNext(dialog, number, std::to_wstring(shown));
+  std::vector<double> seconds;
+  for (int press = 0; press < presses; ++press)
+    seconds.push_back(secondsToNext(dialog, number, std::to_wstring(++shown)));
+  const double each =
+      std::accumulate(seconds.begin(), seconds.end(), 0.0) / static_cast<double>(seconds.size());
+  const auto over = std::count_if(seconds.begin(), seconds.end(),
+                                  [](double one) { return one > bench::kMostSecondsOfMatch; });
+  const bool within = each <= bench::kMostSecondsOfMatch;
+  std::printf("  %-30s %10.3f ms each of %d   (at most %.0f)%s\n", "Next, a match in every record",
+              1e3 * each, presses, 1e3 * bench::kMostSecondsOfMatch, within ? "" : "   OVER THE LIMIT");
+  std::printf("  %30s median %.3f ms, at the longest %.3f ms, %d of them longer than %.0f ms\n", "",
+              1e3 * medianOf(seconds), 1e3 * *std::max_element(seconds.begin(), seconds.end()),
+              static_cast<int>(over), 1e3 * bench::kMostSecondsOfMatch);
+  isOver = isOver || !within;
+}
+
+/// In the midst of a search for a text that does not occur.
+void measureStop(const std::wstring& program, const std::wstring& database) {
+  OpenProgram open(program, database);
+  const HWND dialog = openFind(open);
+  SendMessageW(GetDlgItem(dialog, IDC_FIND_TEXT), WM_SETTEXT, 0,
+               reinterpret_cast<LPARAM>(wide(bench::bareSearches().front().text).c_str()));
+  std::vector<double> paintings;
+  std::vector<double> stops;
+  for (int turn = 0; turn < kTurns; ++turn) {
+    HWND line = nullptr;
+    HWND box = nullptr;
+    PostMessageW(dialog, WM_COMMAND, IDC_FIND_NEXT, 0);
+    const double seconds = secondsOf([&] {
+      waitFor(
+          [&] {
+            line = progressLine(open.id());
+            box = boxOver(dialog, open.id());
+            return line != nullptr || box != nullptr;
+          },
+          "the search does not begin");
+    });
+    if (line == nullptr) {
+      const bool isLate = seconds > kLongestWithoutProgress;
+      std::printf("  the search is over after %.3f s, before it says how far it is%s\n", seconds,
+                  isLate ? "   OVER THE LIMIT" : "");
+      isOver = isOver || isLate;
+      return;
+    }
+    paintings.push_back(secondsOf([&] {
+      InvalidateRect(open.main(), nullptr, FALSE);
+      waitFor([&] { return GetUpdateRect(open.main(), nullptr, FALSE) == FALSE; },
+              "the window is not painted");
+    }));
+    stops.push_back(secondsOf([&] {
+      PostMessageW(dialog, WM_KEYDOWN, VK_ESCAPE, 0);
+      waitFor([&] { return !IsWindow(line) && answers(dialog); }, "the search does not stop");
+    }));
+    require(boxOver(dialog, open.id()) == nullptr, "the search came to its end");
+  }
+  reportDelay("the window is painted", paintings, kMostDelay);
+  reportDelay("Esc is obeyed", stops, kMostDelay);
+}
+
+}  // namespace outside
