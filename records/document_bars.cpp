@@ -8,6 +8,7 @@
 #include "records/position_text.h"
 
 CommandFacts Document::commandFacts() const {
+  const RecordHistory::Steps steps = history_->steps();
   return {.unlocked = appUnlocked,
           .databaseOpen = database_.isOpen(),
           .countsAsOpen = countsAsOpen_,
@@ -28,8 +29,8 @@ CommandFacts Document::commandFacts() const {
           .queryChosen = pages_.queries->hasChoice(),
           .refersElsewhere = lookUps_->refersElsewhere(),
           .cameFromElsewhere = lookUps_->canGoBack(),
-          .hasUndo = history_->hasStep(HistoryWay::back),
-          .hasRedo = history_->hasStep(HistoryWay::again),
+          .hasUndo = steps.back,
+          .hasRedo = steps.again,
           .isArranged = !wanted_.arrangement().isEmpty()};
 }
 

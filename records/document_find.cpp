@@ -54,7 +54,6 @@ int Document::findNext() {
   } else if (end != SearchEnd::stopped) {
     tellSearchEnd(end == SearchEnd::found);
   }
-  updateNavigationState();
   updatePageState();
   pages_.prompts.refillFindDialog();
   return 0;

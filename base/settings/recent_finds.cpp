@@ -49,6 +49,10 @@ void RecentFinds::remember(const String& text) {
   const auto twice =
       std::adjacent_find(former.begin() + 1, former.end(),
                          [](const String& a, const String& b) { return !a.isEmpty() && isEqual(a, b); });
+  // The next one of many steps of a search: nothing moves.
+  const auto times = std::count_if(former.begin() + 1, former.end(),
+                                   [&](const String& each) { return isEqual(each, text); });
+  if (!text.isEmpty() && isEqual(former[1], text) && times == 1 && twice == former.end()) return;
   const int freePlace = isStored || twice == former.end() ? 0 : static_cast<int>(twice - former.begin()) + 1;
   int source = isStored || freePlace != 0 ? kCount : kCount - 1;
   int destination = kCount;

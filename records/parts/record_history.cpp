@@ -90,9 +90,12 @@ bool RecordHistory::isTypedStep(const RecordSnapshot& before) {
   return false;
 }
 
-bool RecordHistory::hasStep(HistoryWay way) const {
-  if (hasTyped()) return way == HistoryWay::back;
-  return database().nextStep(way).kind != HistoryStep::Kind::none;
+RecordHistory::Steps RecordHistory::steps() const {
+  if (hasTyped()) return {.back = true, .again = false};
+  const auto isThere = [&](HistoryWay way) {
+    return database().nextStep(way).kind != HistoryStep::Kind::none;
+  };
+  return {.back = isThere(HistoryWay::back), .again = isThere(HistoryWay::again)};
 }
 
 std::wstring RecordHistory::text(HistoryWay way) const {

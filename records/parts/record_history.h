@@ -12,7 +12,13 @@ class RecordHistory : public DocumentPart {
  public:
   explicit RecordHistory(Document& document) : DocumentPart(document) {}
 
-  bool hasStep(HistoryWay way) const;
+  /// Whether there is something to take back, and something taken back to be done again.
+  struct Steps {
+    bool back;
+    bool again;
+  };
+  Steps steps() const;
+  bool hasStep(HistoryWay way) const { return way == HistoryWay::back ? steps().back : steps().again; }
   /// What would be taken, in words.
   std::wstring text(HistoryWay way) const;
   /// Takes the next one and sees to it that its records are in use. What can't be done is told. Returns the

@@ -8,8 +8,9 @@ namespace {
 LRESULT CALLBACK tabKeyProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR,
                                  DWORD_PTR) noexcept {
   const bool leaves = message == WM_CHAR && wParam == L'\t' && GetFocus() == window;
-  // A field may tell something first, and who reads it holds no key.
-  const BOOL backwards = GetKeyState(VK_SHIFT) < 0 ? TRUE : FALSE;
+  // A field may tell something first, and who reads it holds no key. The system is not asked at every
+  // message.
+  const BOOL backwards = leaves && GetKeyState(VK_SHIFT) < 0 ? TRUE : FALSE;
   const LRESULT result = DefSubclassProc(window, message, wParam, lParam);
   if (leaves && IsWindow(window)) {
     const HWND next = GetNextDlgTabItem(GetParent(window), window, backwards);

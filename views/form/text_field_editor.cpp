@@ -86,7 +86,9 @@ void TextFieldEditor::showBeginning(const String& value, std::uint64_t wholeLeng
 
 void TextFieldEditor::fillWindow() const {
   if (!window()) return;
-  SendMessageW(window(), EM_SETREADONLY, readOnly_ || isLocked_ || !showsAll_, 0);
+  const bool isReadOnly = readOnly_ || isLocked_ || !showsAll_;
+  const bool wasReadOnly = (GetWindowLongW(window(), GWL_STYLE) & ES_READONLY) != 0;
+  if (isReadOnly != wasReadOnly) SendMessageW(window(), EM_SETREADONLY, isReadOnly, 0);
   SetWindowTextW(window(), loadedText_.text());
 }
 

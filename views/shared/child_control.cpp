@@ -1,5 +1,6 @@
 #include "views/shared/child_control.h"
 
+#include <array>
 #include <string>
 
 #include "base/showable_text.h"
@@ -31,6 +32,10 @@ void ChildControl::show(bool visible) const {
 }
 
 String windowText(HWND window) {
+  // Most are short: then the control is asked once.
+  std::array<wchar_t, 128> beginning{};
+  const int count = GetWindowTextW(window, beginning.data(), static_cast<int>(beginning.size()));
+  if (count + 1 < static_cast<int>(beginning.size())) return beginning.data();
   const auto length = static_cast<std::size_t>(GetWindowTextLengthW(window));
   if (length == 0) return {};
   std::wstring text(length + 1, L'\0');

@@ -3,6 +3,7 @@
 #include <commctrl.h>
 
 #include "gmock/gmock.h"
+#include "owners/handles.h"
 #include "tests/ui/form/form_fixture.h"
 #include "tests/ui/support/dialog_script.h"
 #include "tests/ui/support/message_boxes.h"
@@ -11,6 +12,7 @@
 #include "views/form/date_field_editor.h"
 #include "views/form/field_label.h"
 #include "views/form/text_field_editor.h"
+#include "views/shared/child_control.h"
 #include "views/shared/focused_edit.h"
 
 namespace {
@@ -46,6 +48,16 @@ LRESULT CALLBACK noteTopmost(HWND window, UINT message, WPARAM wParam, LPARAM lP
                              DWORD_PTR note) {
   if (message == WM_DESTROY) *reinterpret_cast<bool*>(note) = isTopmost(window);
   return DefSubclassProc(window, message, wParam, lParam);
+}
+
+TEST_F(FieldEditorsTest, TheTextOfAWindowIsReadWholeWhateverItsLength) {
+  const UniqueWindow edit(CreateWindowExW(0, L"EDIT", L"", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr,
+                                          GetModuleHandleW(nullptr), nullptr));
+  for (const std::size_t length : {0, 1, 126, 127, 128, 129, 5000}) {
+    const std::wstring text(length, L'x');
+    SetWindowTextW(edit.get(), text.c_str());
+    EXPECT_EQ(windowText(edit.get()).text(), text) << length;
+  }
 }
 
 // ---- Typing

@@ -93,6 +93,12 @@ TEST_F(RecentFindsTest, TheSameTextTwiceInARowLeavesTheListUnchanged) {
   EXPECT_EQ(stored(), once);
 }
 
+TEST_F(RecentFindsTest, TheNewestTextAgainIsNotWritten) {
+  store({L"a"});
+  RecentFinds::remember(L"a");
+  EXPECT_EQ(stored(), (Texts{L"a", L"-", L"-", L"-", L"-"}));
+}
+
 TEST_F(RecentFindsTest, ATextThatMovedOnAndLeftItselfBehindMakesRoom) {
   store({L"a", L"a", L"c", L"d", L"e"});
   RecentFinds::remember(L"x");
