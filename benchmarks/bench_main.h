@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstdio>
 #include <string>
 #include <utility>
@@ -8,6 +9,7 @@
 #include "benchmarks/find_measures.h"
 #include "benchmarks/measures.h"
 #include "benchmarks/order_measures.h"
+#include "benchmarks/turns.h"
 
 namespace bench {
 
@@ -34,6 +36,19 @@ inline std::vector<Measure> allMeasures(const Arguments& arguments) {
   for (Measure& measure : makeFindMeasures(arguments.path)) measures.push_back(std::move(measure));
   for (Measure& measure : makeOrderMeasures(arguments.path)) measures.push_back(std::move(measure));
   return measures;
+}
+
+/// Prints the medians, and from where to where each side went, and stores the former. Returns whether it is
+/// in the limit.
+inline bool reportTurns(const Measure& measure, const Turns& turns, const std::string& figuresPath) {
+  const bool within = report(measure, medianOf(turns.engine), medianOf(turns.bare), figuresPath);
+  const double scale = measure.unitsPerSecond / measure.operations;
+  const auto [least, most] = std::minmax_element(turns.engine.begin(), turns.engine.end());
+  const auto [bareLeast, bareMost] = std::minmax_element(turns.bare.begin(), turns.bare.end());
+  std::printf("  %30s %10.3f to %.3f %s   bare %10.3f to %.3f %s   in %d turns\n", "", *least * scale,
+              *most * scale, measure.unit.c_str(), *bareLeast * scale, *bareMost * scale,
+              measure.unit.c_str(), static_cast<int>(turns.engine.size()));
+  return within;
 }
 
 inline bool reportMatches(const std::string& path) {

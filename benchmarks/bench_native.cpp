@@ -8,21 +8,21 @@
 
 namespace {
 
-/// Keeps the median of each benchmark's repetitions instead of printing them.
-class MedianReporter : public benchmark::BenchmarkReporter {
+/// Keeps the times of each benchmark's repetitions instead of printing them.
+class TurnsReporter : public benchmark::BenchmarkReporter {
  public:
   bool ReportContext(const Context&) override { return true; }
   void ReportRuns(const std::vector<Run>& runs) override {
     for (const Run& run : runs) {
-      if (run.run_type != Run::RT_Aggregate || run.aggregate_name != "median") continue;
-      // The time is that of all repetitions.
-      medians_[run.run_name.function_name] = run.real_accumulated_time / static_cast<double>(run.iterations);
+      if (run.run_type != Run::RT_Iteration) continue;
+      seconds_[run.run_name.function_name].push_back(run.real_accumulated_time /
+                                                     static_cast<double>(run.iterations));
     }
   }
-  double secondsOf(const std::string& name) const { return medians_.at(name); }
+  const std::vector<double>& secondsOf(const std::string& name) const { return seconds_.at(name); }
 
  private:
-  std::map<std::string, double> medians_;
+  std::map<std::string, std::vector<double>> seconds_;
 };
 
 void add(const std::string& name, const std::function<double()>& measure, int rounds) {
@@ -49,12 +49,13 @@ int main(int argc, char** argv) {
   std::array<char*, 2> options{argv[0], interleaving.data()};
   int optionCount = static_cast<int>(options.size());
   benchmark::Initialize(&optionCount, options.data());
-  MedianReporter reporter;
+  TurnsReporter reporter;
   benchmark::RunSpecifiedBenchmarks(&reporter);
   bool within = true;
   for (const bench::Measure& measure : measures) {
-    within &= bench::report(measure, reporter.secondsOf(measure.name + "/engine"),
-                            reporter.secondsOf(measure.name + "/bare"), arguments.figuresPath);
+    within &= bench::reportTurns(
+        measure, {reporter.secondsOf(measure.name + "/engine"), reporter.secondsOf(measure.name + "/bare")},
+        arguments.figuresPath);
   }
   within &= bench::reportMemory(arguments.path);
   within &= bench::reportMatches(arguments.path);

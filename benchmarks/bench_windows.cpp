@@ -7,13 +7,13 @@
 namespace {
 
 /// The ratios of the turns, from the least to the greatest.
-void reportSpread(const bench::Turns& turns) {
+void reportRatios(const bench::Turns& turns) {
   std::vector<double> ratios;
   for (std::size_t turn = 0; turn < turns.engine.size(); ++turn)
     ratios.push_back(turns.engine[turn] / turns.bare[turn]);
   const auto [least, most] = std::minmax_element(ratios.begin(), ratios.end());
-  std::printf("  %30s %d turns, ratios from %.2f to %.2f, median %.2f\n", "", static_cast<int>(ratios.size()),
-              *least, *most, bench::medianOf(ratios));
+  std::printf("  %30s ratios of the turns from %.2f to %.2f, median %.2f\n", "", *least, *most,
+              bench::medianOf(ratios));
 }
 
 }  // namespace
@@ -24,9 +24,8 @@ int main(int argc, char** argv) {
   bool within = true;
   for (const bench::Measure& measure : bench::allMeasures(arguments)) {
     const bench::Turns turns = bench::takeTurns(measure);
-    within &= bench::report(measure, bench::medianOf(turns.engine), bench::medianOf(turns.bare),
-                            arguments.figuresPath);
-    reportSpread(turns);
+    within &= bench::reportTurns(measure, turns, arguments.figuresPath);
+    reportRatios(turns);
   }
   within &= bench::reportMemory(arguments.path);
   within &= bench::reportMatches(arguments.path);

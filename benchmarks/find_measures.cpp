@@ -1,7 +1,7 @@
 #include "benchmarks/find_measures.h"
 
+#include <algorithm>
 #include <array>
-#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <map>
@@ -12,15 +12,13 @@
 #include "benchmarks/bare_database.h"
 #include "platform/store/rows/text_search.h"
 #include "platform/store/sqlite/database_file.h"
+#include "records/search_parts.h"
 
 namespace bench {
 
 namespace {
 
 using Clock = store::RowScan::Clock;
-
-// What the window gives a search before it looks at the keys and draws again.
-constexpr std::chrono::milliseconds kSlice{50};
 
 // The fields of the table but for the truth value and the date.
 constexpr std::array<const char*, 8> kFields{"Id",    "Station", "Observer", "Place",
@@ -93,10 +91,11 @@ class Finder {
     const std::string narrow = text;
     store::TextNeedle needle(std::u16string(narrow.begin(), narrow.end()), matchCase ? nullptr : &folding_);
     store::TextSearch search(*records_, columns, std::move(needle), texts_);
-    // A search that has come to its end or to a match stops before its time.
+    // In the program's own parts. A search that has come to its end or to a match stops before its time.
+    const Clock::time_point silence = Clock::now() + kSearchSilence;
     std::int64_t all = 0;
     for (bool isOutOfTime = true; isOutOfTime;) {
-      const Clock::time_point until = Clock::now() + kSlice;
+      const Clock::time_point until = std::max(silence, Clock::now() + kSearchPart);
       std::int64_t passed = 0;
       require(search.passOver(records_->recordCount(), until, &passed));
       all += passed;
@@ -175,13 +174,17 @@ std::vector<Measure> makeFindMeasures(const std::string& path) {
 
 void prepareFind(const std::string& path) {
   BareDatabase bare(path);
-  if (bare.runToEnd("SELECT 1 FROM sqlite_schema WHERE name = 'Bench keyed'") > 0) return;
+  if (bare.runToEnd("SELECT 1 FROM sqlite_schema WHERE name = '" + std::string(kKeyedTable) + "'") > 0)
+    return;
   bare.runToEnd("CREATE VIEW [Bench view] AS SELECT * FROM Measurements");
   bare.runToEnd(
       "CREATE TABLE [Bench keyed] (Id Integer PRIMARY KEY, Station Varchar (40), Observer "
       "Varchar (60), Place Varchar (255), Count SmallInt, Level Integer, Valid Bit, Taken Datetime, "
       "Reading Double, Remarks Text) WITHOUT ROWID");
   bare.runToEnd("INSERT INTO [Bench keyed] SELECT * FROM Measurements");
+  bare.runToEnd("CREATE TABLE QuivaneQueries (QueryName Text, SQL Text)");
+  bare.runToEnd("INSERT INTO QuivaneQueries VALUES ('" + std::string(kSortedQuery) + "', '" + kSortedRecords +
+                "')");
 }
 
 std::vector<BareSearch> bareSearches() {

@@ -11,8 +11,11 @@ namespace bench {
 /// `path`, which prepareFind() has prepared. Ends the program with a message when it can't be used.
 std::vector<Measure> makeFindMeasures(const std::string& path);
 
-/// Adds to a database of tools/make-data a view of its table, and the same records in a table without row
-/// ids.
+constexpr const char* kKeyedTable = "Bench keyed";
+constexpr const char* kSortedQuery = "Bench sorted";
+
+/// Adds to a database of tools/make-data a view of its table, the same records in the table kKeyedTable,
+/// which has no row ids, and the user's query kSortedQuery of the records in an order of their own.
 void prepareFind(const std::string& path);
 
 /// A search for which there is a bare statement: in all fields of the table, for a text that no record holds.

@@ -88,6 +88,22 @@ void OpenProgram::choose(int table) {
   waitFor([&] { return remote::selectedItem(list) == table; }, "the table is not chosen");
 }
 
+void OpenProgram::choose(int page, const std::string& name) {
+  show(page);
+  const HWND list = remote::shownPage(main_);
+  const std::wstring wanted(name.begin(), name.end());
+  std::ptrdiff_t place = 0;
+  waitFor(
+      [&] {
+        const std::vector<std::wstring> names = remote::itemTexts(list);
+        place = std::find(names.begin(), names.end(), wanted) - names.begin();
+        return place < static_cast<std::ptrdiff_t>(names.size());
+      },
+      "a table or query is not listed");
+  remote::selectItem(list, static_cast<int>(place));
+  waitFor([&] { return remote::selectedItem(list) == place; }, "a table or query is not chosen");
+}
+
 void OpenProgram::command(int id) const {
   PostMessageW(main_, WM_COMMAND, static_cast<WPARAM>(id), 0);
 }
@@ -110,13 +126,18 @@ HWND boxOver(HWND dialog, DWORD processId) {
   return found == dialog ? nullptr : found;
 }
 
-double secondsToFind(const OpenProgram& program, HWND dialog, const wchar_t* text) {
+double secondsToFind(const OpenProgram& program, HWND dialog, const wchar_t* text,
+                     const std::function<void()>& look) {
   SendMessageW(GetDlgItem(dialog, IDC_FIND_TEXT), WM_SETTEXT, 0, reinterpret_cast<LPARAM>(text));
   HWND box = nullptr;
   const double seconds = secondsOf([&] {
     PostMessageW(dialog, WM_COMMAND, IDC_FIND_NEXT, 0);
-    waitFor([&] { return (box = boxOver(dialog, program.id())) != nullptr; }, "the search does not end",
-            kBetweenLooks);
+    waitFor(
+        [&] {
+          look();
+          return (box = boxOver(dialog, program.id())) != nullptr;
+        },
+        "the search does not end", kBetweenLooks);
   });
   PostMessageW(box, WM_COMMAND, IDOK, 0);
   waitFor([&] { return !IsWindow(box) && IsWindowEnabled(dialog) && answers(dialog); },
@@ -126,6 +147,10 @@ double secondsToFind(const OpenProgram& program, HWND dialog, const wchar_t* tex
 
 HWND openFind(OpenProgram& program) {
   program.choose(0);
+  return openFindInChosen(program);
+}
+
+HWND openFindInChosen(OpenProgram& program) {
   program.show(kFormPage);
   program.command(ID_FIND);
   const HWND dialog = program.dialog(L"Find");

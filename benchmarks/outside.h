@@ -15,6 +15,7 @@ constexpr int kTurns = 9;
 constexpr int kTablesPage = 0;
 constexpr int kFormPage = 1;
 constexpr int kListPage = 2;
+constexpr int kQueriesPage = 3;
 /// Each look at the windows costs the program some of the time that is measured.
 constexpr DWORD kBetweenLooks = 5;
 
@@ -55,6 +56,8 @@ class OpenProgram {
   bool isShown(int page) const;
   void show(int page);
   void choose(int table);
+  /// By its name on the page of tables or that of queries.
+  void choose(int page, const std::string& name);
   /// Chooses a command of any menu, and doesn't wait for it.
   void command(int id) const;
   /// The dialog with this title, once it takes input.
@@ -65,10 +68,14 @@ class OpenProgram {
   HWND main_ = nullptr;
 };
 
-/// The find dialog over the first record, set to all fields.
+/// The find dialog over the first record of the first table, set to all fields.
 HWND openFind(OpenProgram& program);
-/// From the press of Next to the message that says that all was searched.
-double secondsToFind(const OpenProgram& program, HWND dialog, const wchar_t* text);
+/// The same over what is chosen.
+HWND openFindInChosen(OpenProgram& program);
+/// From the press of Next to the message that says that all was searched; meanwhile `look` is called every
+/// few milliseconds.
+double secondsToFind(
+    const OpenProgram& program, HWND dialog, const wchar_t* text, const std::function<void()>& look = [] {});
 void setBox(HWND dialog, int id, bool checked);
 /// The box over a dialog, null when there is none. While it is there the dialog itself takes no input.
 HWND boxOver(HWND dialog, DWORD processId);

@@ -130,6 +130,10 @@ int wmain(int argc, wchar_t** argv) {
   const std::wstring what = argc > 1 ? argv[1] : L"";
   if (argc == 4 && what == L"find") {
     measureFind(argv[2], argv[3], narrow(argv[3]));
+  } else if (argc == 4 && what == L"memory") {
+    measureMemory(argv[2], argv[3], narrow(argv[3]));
+  } else if (argc == 5 && what == L"large") {
+    measureLarge(argv[2], argv[3], argv[4]);
   } else if (argc == 4 && what == L"matches") {
     measureMatches(argv[2], argv[3], narrow(argv[3]));
   } else if (argc == 4 && what == L"stop") {
@@ -143,7 +147,8 @@ int wmain(int argc, wchar_t** argv) {
     measureStart(argv[2], argv[3], argv[4]);
   } else {
     std::fputs(
-        "usage: program_bench find PROGRAM DATABASE | matches PROGRAM DATABASE | stop PROGRAM DATABASE | "
+        "usage: program_bench find PROGRAM DATABASE | memory PROGRAM DATABASE | "
+        "large PROGRAM DATABASE LARGE-DATABASE | matches PROGRAM DATABASE | stop PROGRAM DATABASE | "
         "list PROGRAM EMPTY-DATABASE ROWS | session PROGRAM SCRATCH-DATABASE | "
         "start PROGRAM DATABASE EMPTY-PROGRAM\n",
         stderr);

@@ -10,17 +10,8 @@
 
 #include "base/wait_cursor.h"
 #include "records/document.h"
+#include "records/search_parts.h"
 #include "records/search_step.h"
-
-namespace {
-
-/// So long the windows are neither painted nor listened to.
-constexpr std::chrono::milliseconds kSlice{25};
-/// At first nobody is told of a search, nor listened to: its parts may be longer, which costs less. It ends
-/// before the half second after which the user is told.
-constexpr std::chrono::milliseconds kSilence{400};
-
-}  // namespace
 
 int Document::openFind() {
   if (viewMode_ != ViewMode::form) return 0;
@@ -81,8 +72,9 @@ Outcome Document::runSearch(SearchEnd& end) {
 
 /// In milliseconds.
 std::uint32_t Document::sliceOfSearch() const {
-  const auto left = std::chrono::ceil<std::chrono::milliseconds>(searchBegan_ + kSilence - BusyClock::now());
-  return static_cast<std::uint32_t>(std::max(left, kSlice).count());
+  const auto left =
+      std::chrono::ceil<std::chrono::milliseconds>(searchBegan_ + kSearchSilence - BusyClock::now());
+  return static_cast<std::uint32_t>(std::max(left, kSearchPart).count());
 }
 
 /// Makes the record current, or the place behind the last one, where a match in it leaves the cursor.
