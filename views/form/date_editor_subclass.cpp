@@ -1,10 +1,9 @@
 #include "views/form/date_editor_subclass.h"
 
-#include <commctrl.h>
-
 #include <array>
 
 #include "owners/handles.h"
+#include "views/form/control_layer.h"
 #include "views/form/form_ids.h"
 #include "views/shared/message_table.h"
 
@@ -12,25 +11,27 @@ DateEditorRegistry theDateEditors;
 
 namespace {
 
+using Layer = ControlLayer<struct DateEditors>;
+constexpr auto passOn = Layer::passOn;
+
 LRESULT tapped(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
   if (DateFieldEditor* const editor = theDateEditors.find(window)) editor->openCalendar();
-  return DefSubclassProc(window, message, wParam, lParam);
+  return passOn(window, message, wParam, lParam);
 }
 
 /// The keyboard's tap.
 LRESULT characterTyped(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-  return wParam == L' ' ? tapped(window, message, wParam, lParam)
-                        : DefSubclassProc(window, message, wParam, lParam);
+  return wParam == L' ' ? tapped(window, message, wParam, lParam) : passOn(window, message, wParam, lParam);
 }
 
 LRESULT focusChanged(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
   InvalidateRect(window, nullptr, TRUE);
-  return DefSubclassProc(window, message, wParam, lParam);
+  return passOn(window, message, wParam, lParam);
 }
 
 /// A text does not show by itself that it has the focus.
 LRESULT painted(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-  const LRESULT result = DefSubclassProc(window, message, wParam, lParam);
+  const LRESULT result = passOn(window, message, wParam, lParam);
   if (GetFocus() != window) return result;
   RECT client{};
   GetClientRect(window, &client);
@@ -45,9 +46,8 @@ constexpr std::array kMessages = {
     MessageRow{WM_PAINT, painted},
 };
 
-LRESULT CALLBACK dateEditorProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR,
-                                     DWORD_PTR) noexcept {
-  return answerFromTable(kMessages, window, message, wParam, lParam, DefSubclassProc);
+LRESULT CALLBACK dateEditorProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept {
+  return answerFromTable(kMessages, window, message, wParam, lParam, passOn);
 }
 
 }  // namespace
@@ -55,7 +55,7 @@ LRESULT CALLBACK dateEditorProcedure(HWND window, UINT message, WPARAM wParam, L
 void attachDateEditor(DateFieldEditor& editor) {
   if (!DateEditorRegistry::hasRoomFor(GetDlgCtrlID(editor.window()) - kFirstDateEditorId)) return;
   if (theDateEditors.add(editor.window(), editor)) {
-    SetWindowSubclass(editor.window(), dateEditorProcedure, 0, 0);
+    Layer::attach(editor.window(), dateEditorProcedure);
   }
 }
 

@@ -4,12 +4,16 @@
 
 #include <array>
 
+#include "views/form/control_layer.h"
 #include "views/form/form_ids.h"
 #include "views/shared/message_table.h"
 
 TextEditorRegistry theTextEditors;
 
 namespace {
+
+using Layer = ControlLayer<struct TextEditors>;
+constexpr auto passOn = Layer::passOn;
 
 /// The control that was tapped or focused last, and what happened since.
 struct TextSubclassState {
@@ -26,19 +30,19 @@ LRESULT focusGained(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
   state.current = theTextEditors.find(window);
   ShowCaret(window);
   state.lastWindow = window;
-  return DefSubclassProc(window, message, wParam, lParam);
+  return passOn(window, message, wParam, lParam);
 }
 
 LRESULT focusLost(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
   ++state.killFocusCount;
   state.tapCount = 0;
   if (state.killFocusCount < 2 && state.current) state.current->recountText();
-  return DefSubclassProc(window, message, wParam, lParam);
+  return passOn(window, message, wParam, lParam);
 }
 
 /// The control changes what stands in it.
 LRESULT changed(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-  const LRESULT result = DefSubclassProc(window, message, wParam, lParam);
+  const LRESULT result = passOn(window, message, wParam, lParam);
   if (TextFieldEditor* const editor = theTextEditors.find(window)) editor->cutShownText();
   return result;
 }
@@ -52,7 +56,7 @@ LRESULT characterTyped(HWND window, UINT message, WPARAM wParam, LPARAM lParam) 
 /// What two taps do, and the list of what the field may refer to.
 LRESULT keyPressed(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
   const UINT asked = wParam == VK_F2 ? kZoomMessage : wParam == VK_F4 ? kLookUpMessage : 0;
-  if (asked == 0) return DefSubclassProc(window, message, wParam, lParam);
+  if (asked == 0) return passOn(window, message, wParam, lParam);
   PostMessageW(window, asked, 0, 0);
   return 0;
 }
@@ -67,7 +71,7 @@ LRESULT notified(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
   auto& notification = *reinterpret_cast<NMHDR*>(lParam);
   TextFieldEditor* const editor = theTextEditors.find(window);
   if (!editor || notification.code != static_cast<UINT>(TTN_GETDISPINFOW)) {
-    return DefSubclassProc(window, message, wParam, lParam);
+    return passOn(window, message, wParam, lParam);
   }
   editor->showTip(reinterpret_cast<NMTTDISPINFOW&>(notification));
   return 0;
@@ -85,7 +89,7 @@ LRESULT tapped(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
     state.tapCount = 0;
   }
   state.lastWindow = window;
-  return DefSubclassProc(window, message, wParam, lParam);
+  return passOn(window, message, wParam, lParam);
 }
 
 LRESULT zoomAsked(HWND window, UINT, WPARAM, LPARAM) {
@@ -114,9 +118,8 @@ constexpr std::array kMessages = {
     MessageRow{kSetReadOnlyMessage, readOnlyAsked},
 };
 
-LRESULT CALLBACK textEditorProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR,
-                                     DWORD_PTR) noexcept {
-  return answerFromTable(kMessages, window, message, wParam, lParam, DefSubclassProc);
+LRESULT CALLBACK textEditorProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept {
+  return answerFromTable(kMessages, window, message, wParam, lParam, passOn);
 }
 
 }  // namespace
@@ -124,7 +127,7 @@ LRESULT CALLBACK textEditorProcedure(HWND window, UINT message, WPARAM wParam, L
 void attachTextEditor(TextFieldEditor& editor) {
   if (!TextEditorRegistry::hasRoomFor(GetDlgCtrlID(editor.window()) - kFirstTextEditorId)) return;
   if (theTextEditors.add(editor.window(), editor)) {
-    SetWindowSubclass(editor.window(), textEditorProcedure, 0, 0);
+    Layer::attach(editor.window(), textEditorProcedure);
   }
 }
 
