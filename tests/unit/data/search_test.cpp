@@ -1,6 +1,8 @@
 #include <algorithm>
 #include <cwctype>
+#include <map>
 #include <random>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -89,37 +91,69 @@ TEST_F(DataSearchTest, ANewRecordIsNotPassedOver) {
   EXPECT_EQ(database_.passOver(5, kLongTime), 0u);
 }
 
-TEST_F(DataSearchTest, EveryPairOfCasesIsFound) {
-  // Each letter that folds to another one, as a record of its own.
-  openTable(L"w Text", {});
-  std::vector<std::pair<wchar_t, wchar_t>> pairs;
-  {
-    RecordsetHandle recordset;
-    ConnectionHandle connection;
-    ASSERT_TRUE(connection.setConnectionString(path_.c_str()));
-    ASSERT_EQ(connection.open(), ConnectionHandle::kOpened);
-    std::wstring values;
-    for (unsigned number = 0x80; number < 0x10000; ++number) {
-      const auto unit = static_cast<wchar_t>(number);
-      const wchar_t text[] = {unit, L'\0'};
-      String folded(text);
-      folded.toUpperCase();
-      if (folded.text()[0] == unit) continue;
-      pairs.emplace_back(unit, folded.text()[0]);
-      values += (values.empty() ? L"('" : L"), ('") + std::wstring(text) + L"'";
-    }
-    ASSERT_GT(pairs.size(), 500u);
-    ASSERT_TRUE(connection.execute((L"INSERT INTO t VALUES " + values + L")").c_str()));
+/// What the plain way says of the current record.
+struct Verdict {
+  bool isMatch = false;
+  bool isPassedOver = false;
+  bool operator==(const Verdict&) const = default;
+};
+
+void PrintTo(const Verdict& verdict, std::ostream* stream) {
+  *stream << (verdict.isMatch ? "a match" : "no match") << (verdict.isPassedOver ? ", passed over" : "");
+}
+
+TEST_F(DataSearchTest, EveryPairOfCasesIsFoundInBothDirections) {
+  // The letters that fold to the same one, that one among them.
+  std::map<wchar_t, std::vector<wchar_t>> letters;
+  for (unsigned number = 1; number < 0x10000; ++number) {
+    const wchar_t text[] = {static_cast<wchar_t>(number), L'\0'};
+    String folded(text);
+    folded.toUpperCase();
+    letters[folded.text()[0]].push_back(text[0]);
   }
+  std::erase_if(letters, [](const auto& each) { return each.second.size() == 1; });
+  ASSERT_GT(letters.size(), 500u);
+  // Each letter as a record, alone and among others.
+  std::vector<wchar_t> records;
+  std::wstring values;
+  for (const auto& [folded, same] : letters) {
+    for (const wchar_t letter : same) {
+      records.push_back(letter);
+      const std::wstring text{letter};
+      values += (values.empty() ? L"('" : L"), ('") + text + L"', 'ab" + text + L"cd'";
+    }
+  }
+  openTable(L"w Text, v Text", {});
+  runOn(path_, {(L"INSERT INTO t VALUES " + values + L")").c_str()});
   ASSERT_TRUE(database_.openRecordset(L"Select * from [t]"));
-  ASSERT_EQ(database_.recordCount(), pairs.size());
-  for (std::uint32_t row = 0; row < pairs.size(); ++row) {
-    const wchar_t text[] = {pairs[row].second, L'\0'};
-    database_.moveTo(row + 1);
-    database_.beginSearch(true, false, 0, text);
-    ASSERT_EQ(database_.passOver(1, kLongTime), 0u) << std::hex << static_cast<unsigned>(pairs[row].first);
-    database_.beginSearch(true, true, 0, text);
-    ASSERT_EQ(database_.passOver(1, kLongTime), 1u);
+  ASSERT_EQ(database_.recordCount(), records.size());
+  const auto verdict = [&](std::uint32_t row, std::uint32_t field, bool matchCase, const std::wstring& text) {
+    Verdict found;
+    std::uint32_t foundField = 0;
+    EXPECT_TRUE(database_.moveTo(row + 1));
+    found.isMatch = database_.matchRecord(false, matchCase, field, text.c_str(), foundField);
+    database_.beginSearch(false, matchCase, field, text.c_str());
+    found.isPassedOver = database_.passOver(1, kLongTime) == 1;
+    return found;
+  };
+  std::uint32_t row = 0;
+  for (const auto& [folded, same] : letters) {
+    for (const wchar_t recorded : same) {
+      ASSERT_EQ(recorded, records[row]);
+      for (const wchar_t sought : same) {
+        const std::wstring text{sought};
+        const auto where = [&] {
+          std::ostringstream line;
+          line << std::hex << static_cast<unsigned>(recorded) << " by " << static_cast<unsigned>(sought);
+          return line.str();
+        };
+        ASSERT_EQ(verdict(row, 0, false, text), (Verdict{true, false})) << where();
+        ASSERT_EQ(verdict(row, 1, false, L"B" + text + L"C"), (Verdict{true, false})) << where();
+        const bool isSame = recorded == sought;
+        ASSERT_EQ(verdict(row, 0, true, text), (Verdict{isSame, !isSame})) << where();
+      }
+      ++row;
+    }
   }
 }
 
