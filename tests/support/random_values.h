@@ -47,6 +47,9 @@ class RandomValues {
     }
   }
 
+  /// Whatever the bytes are.
+  static std::string asText(const std::string& bytes) { return "CAST(x'" + hexOf(bytes) + "' AS TEXT)"; }
+
  private:
   std::string piece() {
     static const std::vector<std::string> pieces{"a",
@@ -86,7 +89,6 @@ class RandomValues {
     }
     return hex;
   }
-  static std::string asText(const std::string& bytes) { return "CAST(x'" + hexOf(bytes) + "' AS TEXT)"; }
 
   std::mt19937_64 random_;
 };
