@@ -79,4 +79,12 @@ TEST_F(DocumentFindLargeTest, WhatAnotherProgramWritesIntoALargeTableIsFollowed)
   ASSERT_NO_FATAL_FAILURE(expectFollowed(0, kCount));
 }
 
+// Large enough for them to be gone through in another order than they are shown in.
+TEST_F(DocumentFindLargeTest, WhatAnotherProgramWritesIsFollowedInEveryOrder) {
+  constexpr std::uint32_t kCount = 12'007;
+  fill(kCount);
+  open();
+  for (int query = 0; query < static_cast<int>(std::size(kOrders)); ++query) expectFollowed(query, kCount);
+}
+
 }  // namespace
