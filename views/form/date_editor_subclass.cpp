@@ -3,7 +3,7 @@
 #include <array>
 
 #include "owners/handles.h"
-#include "views/form/control_layer.h"
+#include "owners/window_layer.h"
 #include "views/form/form_ids.h"
 #include "views/shared/message_table.h"
 
@@ -11,8 +11,15 @@ DateEditorRegistry theDateEditors;
 
 namespace {
 
-using Layer = ControlLayer<struct DateEditors>;
-constexpr auto passOn = Layer::passOn;
+class DateEditorLayer final : public WindowLayer<DateEditorLayer> {
+ public:
+  explicit DateEditorLayer(HWND editor) : WindowLayer(editor) {}
+  LRESULT answer(UINT message, WPARAM wParam, LPARAM lParam) noexcept;
+};
+
+LRESULT passOn(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+  return DateEditorLayer::passOn(window, message, wParam, lParam);
+}
 
 LRESULT tapped(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
   if (DateFieldEditor* const editor = theDateEditors.find(window)) editor->openCalendar();
@@ -46,8 +53,8 @@ constexpr std::array kMessages = {
     MessageRow{WM_PAINT, painted},
 };
 
-LRESULT CALLBACK dateEditorProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept {
-  return answerFromTable(kMessages, window, message, wParam, lParam, passOn);
+LRESULT DateEditorLayer::answer(UINT message, WPARAM wParam, LPARAM lParam) noexcept {
+  return answerFromTable(kMessages, window(), message, wParam, lParam, ::passOn);
 }
 
 }  // namespace
@@ -55,7 +62,7 @@ LRESULT CALLBACK dateEditorProcedure(HWND window, UINT message, WPARAM wParam, L
 void attachDateEditor(DateFieldEditor& editor) {
   if (!DateEditorRegistry::hasRoomFor(GetDlgCtrlID(editor.window()) - kFirstDateEditorId)) return;
   if (theDateEditors.add(editor.window(), editor)) {
-    Layer::attach(editor.window(), dateEditorProcedure);
+    DateEditorLayer::attach(editor.window());
   }
 }
 

@@ -4,7 +4,7 @@
 
 #include <array>
 
-#include "views/form/control_layer.h"
+#include "owners/window_layer.h"
 #include "views/form/form_ids.h"
 #include "views/shared/message_table.h"
 
@@ -12,8 +12,15 @@ TextEditorRegistry theTextEditors;
 
 namespace {
 
-using Layer = ControlLayer<struct TextEditors>;
-constexpr auto passOn = Layer::passOn;
+class TextEditorLayer final : public WindowLayer<TextEditorLayer> {
+ public:
+  explicit TextEditorLayer(HWND editor) : WindowLayer(editor) {}
+  LRESULT answer(UINT message, WPARAM wParam, LPARAM lParam) noexcept;
+};
+
+LRESULT passOn(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+  return TextEditorLayer::passOn(window, message, wParam, lParam);
+}
 
 /// The control that was tapped or focused last, and what happened since.
 struct TextSubclassState {
@@ -118,8 +125,8 @@ constexpr std::array kMessages = {
     MessageRow{kSetReadOnlyMessage, readOnlyAsked},
 };
 
-LRESULT CALLBACK textEditorProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) noexcept {
-  return answerFromTable(kMessages, window, message, wParam, lParam, passOn);
+LRESULT TextEditorLayer::answer(UINT message, WPARAM wParam, LPARAM lParam) noexcept {
+  return answerFromTable(kMessages, window(), message, wParam, lParam, ::passOn);
 }
 
 }  // namespace
@@ -127,7 +134,7 @@ LRESULT CALLBACK textEditorProcedure(HWND window, UINT message, WPARAM wParam, L
 void attachTextEditor(TextFieldEditor& editor) {
   if (!TextEditorRegistry::hasRoomFor(GetDlgCtrlID(editor.window()) - kFirstTextEditorId)) return;
   if (theTextEditors.add(editor.window(), editor)) {
-    Layer::attach(editor.window(), textEditorProcedure);
+    TextEditorLayer::attach(editor.window());
   }
 }
 

@@ -12,6 +12,7 @@
 #include "views/shared/list_view.h"
 #include "views/shared/message_table.h"
 #include "views/shared/page_area.h"
+#include "views/shared/typed_letters.h"
 
 namespace {
 
@@ -117,7 +118,7 @@ bool RecordListView::createList(HWND tabControl) {
   HandheldNameControl(list_, 0, L"Records");
   listview::setExtendedStyle(list_, LVS_EX_FULLROWSELECT);
   const bool hasHeader = headerSubclass_.attach(listview::header(list_));
-  typedLetters_.attach(list_);
+  TypedLetters::watch(list_);
   if (!listSubclass_.attach(list_)) return false;
   tips_.attach(list_);
   return hasHeader;

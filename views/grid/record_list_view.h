@@ -13,7 +13,6 @@
 #include "owners/handles.h"
 #include "records/pages.h"
 #include "views/grid/cell_tips.h"
-#include "views/shared/typed_letters.h"
 #include "views/shared/window_subclass.h"
 
 class Document;
@@ -149,7 +148,6 @@ class RecordListView final : public RecordGrid {
   WindowSubclass listSubclass_{[this](HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
     return listMessage(window, message, wParam, lParam);
   }};
-  TypedLetters typedLetters_;
   CellTips tips_{[this](int row, int column) { return tipText(row, column); }};
   WindowSubclass headerSubclass_{[this](HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
     return headerMessage(window, message, wParam, lParam);

@@ -11,6 +11,7 @@
 #include "views/shared/list_view.h"
 #include "views/shared/page_area.h"
 #include "views/shared/sip_state.h"
+#include "views/shared/typed_letters.h"
 
 namespace {
 
@@ -65,7 +66,9 @@ NameListView::NameListView(HWND mainWindow, AppColor background, AppColor text, 
   // A new child lies behind its siblings, and the tab control covers the same area. Of what is hidden
   // nothing is to be drawn.
   constexpr UINT kOrderAlone = SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE | SWP_DEFERERASE | SWP_NOSENDCHANGING;
-  if (window_) SetWindowPos(window_, HWND_TOP, 0, 0, 0, 0, kOrderAlone);
+  if (!window_) return;
+  SetWindowPos(window_, HWND_TOP, 0, 0, 0, 0, kOrderAlone);
+  TypedLetters::watch(window_);
 }
 
 NameListView::~NameListView() {
@@ -74,15 +77,9 @@ NameListView::~NameListView() {
 
 void NameListView::show() {
   applyColors();
-  appear();
+  ShowWindow(window_, SW_SHOW);
   // The page that was shown before has taken the focus with it; also a list without items has keys.
   SetFocus(window_);
-}
-
-void NameListView::appear() {
-  // Not before it is seen: what is laid over a control makes each of its messages dearer.
-  typedLetters_.attach(window_);
-  ShowWindow(window_, SW_SHOW);
 }
 
 void NameListView::hide() {
@@ -171,7 +168,7 @@ NameListView::Unseen::Unseen(NameListView& list) : list_(list), hadFocus_(GetFoc
 }
 
 NameListView::Unseen::~Unseen() {
-  list_.appear();
+  ShowWindow(list_.window_, SW_SHOW);
   // A window that is hidden loses the focus.
   if (hadFocus_) SetFocus(list_.window_);
 }

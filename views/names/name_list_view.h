@@ -8,7 +8,6 @@
 #include "base/settings/app_colors.h"
 #include "base/string.h"
 #include "records/pages.h"
-#include "views/shared/typed_letters.h"
 
 /// The list control of a page of names: one item for each name, one icon for all of them. The control
 /// is a child of the main window, above the tab control.
@@ -80,10 +79,7 @@ class NameListView {
   void scrollThrough();
 
  private:
-  void appear();
-
   HWND window_ = nullptr;
-  TypedLetters typedLetters_;
   HWND mainWindow_;
   std::vector<String> names_;  // one for each item
   int selectedIndex_;

@@ -4,30 +4,26 @@
 
 #include <string>
 
-#include "views/shared/window_subclass.h"
+#include "owners/window_layer.h"
 
 /// Letters that are typed over a list view choose the item that begins with them, of every alphabet. The
 /// system's own search knows only those of English under some systems; what is typed of these alone is left
 /// to it.
-class TypedLetters {
+class TypedLetters final : public WindowLayer<TypedLetters> {
  public:
-  TypedLetters() = default;
-  TypedLetters(const TypedLetters&) = delete;
-  TypedLetters& operator=(const TypedLetters&) = delete;
+  /// On the thread of the list, until this ends. Without memory for it the system's search is left.
+  static void watch(HWND list) noexcept;
 
-  /// For one list at a time, on the thread of the list. It ends with the list or with this object.
-  void attach(HWND list) noexcept { subclass_.attach(list); }
+  explicit TypedLetters(HWND list) : WindowLayer(list) {}
+  LRESULT answer(UINT message, WPARAM wParam, LPARAM lParam) noexcept;
 
  private:
+  /// Whether the letter was taken.
+  bool take(wchar_t letter);
   void add(wchar_t letter, DWORD time);
   bool isTheSystems() const;
-  void choose(HWND list) const;
+  void choose() const;
 
   std::wstring text_;  // typed without a pause
   DWORD lastTime_ = 0;
-  WindowSubclass subclass_{[this](HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-    return answer(window, message, wParam, lParam);
-  }};
-
-  LRESULT answer(HWND list, UINT message, WPARAM wParam, LPARAM lParam);
 };

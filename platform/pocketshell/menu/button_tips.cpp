@@ -3,10 +3,8 @@
 #include <utility>
 #include <vector>
 
+#include "owners/window_layer.h"
 #include "platform/pocketshell/handheld_windows.h"
-#include "platform/pocketshell/window/window_layer.h"
-
-using namespace pocketshell;
 
 namespace {
 

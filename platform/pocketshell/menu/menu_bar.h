@@ -8,8 +8,8 @@
 
 #include "owners/control_handles.h"
 #include "owners/handles.h"
+#include "owners/window_layer.h"
 #include "platform/pocketshell/aygshell.h"
-#include "platform/pocketshell/window/window_layer.h"
 
 namespace pocketshell {
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <unordered_map>
 
-#include "platform/pocketshell/window/window_layer.h"
+#include "owners/window_layer.h"
 
 namespace pocketshell {
 

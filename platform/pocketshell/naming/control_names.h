@@ -1,7 +1,7 @@
 #pragma once
 
+#include "owners/window_layer.h"
 #include "platform/pocketshell/naming/named_accessible.h"
-#include "platform/pocketshell/window/window_layer.h"
 
 namespace pocketshell {
 

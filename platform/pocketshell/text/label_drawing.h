@@ -2,7 +2,7 @@
 
 #include <windows.h>
 
-#include "platform/pocketshell/window/window_layer.h"
+#include "owners/window_layer.h"
 
 namespace pocketshell {
 

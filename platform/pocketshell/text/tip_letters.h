@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "platform/pocketshell/window/window_layer.h"
+#include "owners/window_layer.h"
 
 namespace pocketshell {
 

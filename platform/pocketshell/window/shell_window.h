@@ -5,9 +5,9 @@
 #include <memory>
 #include <optional>
 
+#include "owners/window_layer.h"
 #include "platform/pocketshell/menu/desktop_menu.h"
 #include "platform/pocketshell/window/frame_place.h"
-#include "platform/pocketshell/window/window_layer.h"
 #include "platform/pocketshell/zoom/zoom_figures.h"
 
 namespace pocketshell {

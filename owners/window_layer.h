@@ -7,8 +7,6 @@
 #include <unordered_map>
 #include <utility>
 
-namespace pocketshell {
-
 /// Behaviour that is laid over a window's procedure until the window dies: `class Mine : public
 /// WindowLayer<Mine>` has a constructor that takes the window, and
 ///
@@ -16,6 +14,9 @@ namespace pocketshell {
 ///
 /// which calls passOn for what lies below. The layer is never taken off, so other layers may come over it
 /// and go again. A window has at most one layer of each class. Belongs to the window's thread.
+///
+/// As SetWindowSubclass, which keeps what it knows with the window: under Wine each message to the window
+/// asks another process for that several times.
 template <typename Layer>
 class WindowLayer {
  public:
@@ -44,11 +45,17 @@ class WindowLayer {
 
   HWND window() const { return window_; }
 
+  /// To what lies below the layer of a window, or the system when that died while it answered.
+  static LRESULT passOn(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    Layer* const layer = of(window);
+    return layer ? layer->passOn(message, wParam, lParam) : DefWindowProcW(window, message, wParam, lParam);
+  }
+
  protected:
   explicit WindowLayer(HWND window) : window_(window) {}
   ~WindowLayer() = default;
 
-  LRESULT passOn(UINT message, WPARAM wParam, LPARAM lParam) {
+  LRESULT passOn(UINT message, WPARAM wParam, LPARAM lParam) const {
     return CallWindowProcW(below_, window_, message, wParam, lParam);
   }
 
@@ -73,5 +80,3 @@ class WindowLayer {
   HWND window_;
   WNDPROC below_ = nullptr;
 };
-
-}  // namespace pocketshell
