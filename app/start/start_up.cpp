@@ -87,6 +87,7 @@ int runMessageLoop(const wchar_t* commandLine) {
   PostMessageW(mainWindow, kStartedMessage, 0, 0);
   MSG message{};
   while (GetMessageW(&message, nullptr, 0, 0) > 0) {
+    HandheldTakeMenuKey(&message);
     noteMessage(message);
     if (!turnPageByKey(message) && !takeHistoryStepByKey(message) &&
         !TranslateAcceleratorW(mainWindow, accelerators, &message)) {

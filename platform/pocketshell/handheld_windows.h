@@ -108,6 +108,12 @@ AYGSHELL_API void HandheldEquipTip(HWND tip);
 /// letters that the font of menus lacks show them. `owner` is a window of this thread.
 AYGSHELL_API UINT HandheldChooseFromMenu(HMENU menu, POINT where, HWND owner);
 
+/// For the message loop of a program with a menu bar, before it does anything else with a message. One of the
+/// keyboard or the mouse that is meant for the bar of its window is changed into one to the bar's parent, or
+/// into WM_NULL: Alt and a button's letter, each key while the buttons are walked, the keys of the zoom. The
+/// loops of menus and of dialogs, under which the bar is disabled, need not call it.
+AYGSHELL_API void HandheldTakeMenuKey(MSG* message);
+
 /// In per cent, 100 to 400.
 AYGSHELL_API int HandheldGetZoom();
 /// Lays everything out at the new zoom and remembers it; 0 is the monitor's own, which is also used as

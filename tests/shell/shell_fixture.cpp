@@ -63,6 +63,7 @@ HWND ShellTest::makeBar() {
 void ShellTest::pump() {
   MSG message;
   while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
+    HandheldTakeMenuKey(&message);
     TranslateMessage(&message);
     DispatchMessageW(&message);
   }

@@ -136,6 +136,7 @@ int WINAPI wWinMain(HINSTANCE, HINSTANCE, LPWSTR lpCmdLine, int) {
   if (dialog == L"plain") HandheldDialogBox(instance(), IDD_PLAIN, window, dialogProcedure, 1);
   MSG message;
   while (GetMessageW(&message, nullptr, 0, 0)) {
+    HandheldTakeMenuKey(&message);
     TranslateMessage(&message);
     DispatchMessageW(&message);
   }

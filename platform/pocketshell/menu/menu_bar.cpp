@@ -6,7 +6,6 @@
 
 #include "platform/pocketshell/handheld_windows.h"
 #include "platform/pocketshell/menu/menu_button.h"
-#include "platform/pocketshell/menu/menu_keys.h"
 #include "platform/pocketshell/menu/menu_walk.h"
 #include "platform/pocketshell/panel/panel_button.h"
 #include "platform/pocketshell/window/shell_window.h"
@@ -39,13 +38,7 @@ wchar_t mnemonicOf(const std::wstring& label) {
 }  // namespace
 
 MenuBar::MenuBar(HWND toolbar, HWND parent, MenuBarParts parts)
-    : WindowLayer(toolbar), parent_(parent), parts_(std::move(parts)) {
-  MenuKeys::watch();
-}
-
-MenuBar::~MenuBar() {
-  MenuKeys::unwatch();
-}
+    : WindowLayer(toolbar), parent_(parent), parts_(std::move(parts)) {}
 
 void MenuBar::addMenuButton() {
   menuButton_ = MenuButton::create(window());

@@ -33,7 +33,6 @@ struct MenuBarParts {
 class MenuBar : public WindowLayer<MenuBar> {
  public:
   MenuBar(HWND toolbar, HWND parent, MenuBarParts parts);
-  ~MenuBar();
   MenuBar(const MenuBar&) = delete;
   MenuBar& operator=(const MenuBar&) = delete;
 

@@ -1,6 +1,6 @@
 #include "platform/pocketshell/menu/menu_keys.h"
 
-#include "owners/handles.h"
+#include "platform/pocketshell/handheld_windows.h"
 #include "platform/pocketshell/menu/menu_bar.h"
 #include "platform/pocketshell/menu/menu_walk.h"
 #include "platform/pocketshell/window/shell_window.h"
@@ -13,8 +13,6 @@ namespace {
 
 using Action = MenuKeyEffect::Action;
 
-int watcherCount = 0;
-UniqueHook hook;
 /// The bar whose buttons are walked, null for none.
 HWND walkedBar = nullptr;
 int walkedIndex = 0;
@@ -62,27 +60,6 @@ void redirectZoomKey(MSG& message, HWND frame) {
   message.lParam = 0;
 }
 
-void redirect(MSG& message) {
-  MenuBar* const bar = barOf(message.hwnd);
-  if (!bar || !IsWindowEnabled(bar->parent())) return;
-  if (bar->window() == walkedBar) {
-    redirectWhileWalked(message, *bar);
-  } else if (message.message == WM_SYSCHAR &&
-             bar->indexOfMnemonic(static_cast<wchar_t>(message.wParam)) >= 0) {
-    message.hwnd = bar->parent();
-    message.message = WM_SYSCOMMAND;
-    message.lParam = static_cast<LPARAM>(message.wParam);
-    message.wParam = SC_KEYMENU;
-  } else if (message.message == WM_KEYDOWN && isControlAlone()) {
-    redirectZoomKey(message, bar->parent());
-  }
-}
-
-LRESULT CALLBACK hookProcedure(int code, WPARAM wParam, LPARAM lParam) {
-  if (code == HC_ACTION && wParam == PM_REMOVE) redirect(*reinterpret_cast<MSG*>(lParam));
-  return CallNextHookEx(nullptr, code, wParam, lParam);
-}
-
 }  // namespace
 
 MenuKeyEffect menuKeyEffect(WPARAM key, int index, int count, int mnemonic) {
@@ -105,14 +82,21 @@ MenuKeyEffect menuKeyEffect(WPARAM key, int index, int count, int mnemonic) {
   }
 }
 
-void MenuKeys::watch() {
-  if (watcherCount++ == 0) {
-    hook = UniqueHook(SetWindowsHookExW(WH_GETMESSAGE, hookProcedure, nullptr, GetCurrentThreadId()));
+void MenuKeys::redirect(MSG& message) {
+  if (!isKey(message.message) && !isButtonPress(message.message)) return;
+  MenuBar* const bar = barOf(message.hwnd);
+  if (!bar || !IsWindowEnabled(bar->parent())) return;
+  if (bar->window() == walkedBar) {
+    redirectWhileWalked(message, *bar);
+  } else if (message.message == WM_SYSCHAR &&
+             bar->indexOfMnemonic(static_cast<wchar_t>(message.wParam)) >= 0) {
+    message.hwnd = bar->parent();
+    message.message = WM_SYSCOMMAND;
+    message.lParam = static_cast<LPARAM>(message.wParam);
+    message.wParam = SC_KEYMENU;
+  } else if (message.message == WM_KEYDOWN && isControlAlone()) {
+    redirectZoomKey(message, bar->parent());
   }
-}
-
-void MenuKeys::unwatch() {
-  if (--watcherCount == 0) hook = UniqueHook();
 }
 
 void MenuKeys::enter(MenuBar& bar) {
@@ -149,3 +133,7 @@ void MenuKeys::keyPressed(WPARAM key) {
 }
 
 }  // namespace pocketshell
+
+void HandheldTakeMenuKey(MSG* message) {
+  pocketshell::MenuKeys::redirect(*message);
+}

@@ -19,12 +19,12 @@ struct MenuKeyEffect {
 MenuKeyEffect menuKeyEffect(WPARAM key, int index, int count, int mnemonic);
 
 /// The keyboard of menu bars. A control that has the keyboard would keep Alt and a letter to itself, so
-/// the messages are looked at when they leave the queue.
+/// the messages are looked at when they leave the queue: by the program's loop, because under Wine a hook
+/// makes each message of the thread four questions to another process dearer.
 class MenuKeys {
  public:
-  /// For each menu bar, and its end.
-  static void watch();
-  static void unwatch();
+  /// A message of the bar's keyboard becomes one to the bar's parent. Others stay as they are.
+  static void redirect(MSG& message);
 
   /// Alt or F10 was pressed: the first button is highlighted and the keys walk the buttons.
   static void enter(MenuBar& bar);
