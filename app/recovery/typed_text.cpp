@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <exception>
 #include <iterator>
+#include <new>
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -36,8 +38,7 @@ std::wstring contentOf(std::uint32_t field, const FieldValueSource& editor) {
 /// too long.
 std::vector<std::uint32_t> fieldsInDoubt;
 
-void doubtFieldWithFocus(const FieldEditors& editors) {
-  const HWND focus = GetFocus();
+void doubtFieldWithFocus(const FieldEditors& editors, HWND focus) {
   if (!focus) return;
   for (std::uint32_t field = 0; field < editors.size(); ++field) {
     // The editors of a form are windows.
@@ -49,14 +50,14 @@ void doubtFieldWithFocus(const FieldEditors& editors) {
 }
 
 /// What the form's editors hold that is not in the record.
-std::wstring typedIntoForm() {
+std::wstring typedIntoForm(HWND focus) {
   std::wstring typed;
   if (!theDocument || !theDocument->isRecordShown() || theDocument->viewMode() != ViewMode::form) {
     fieldsInDoubt.clear();
     return typed;
   }
   const FieldEditors editors = theFormView.editors();
-  doubtFieldWithFocus(editors);
+  doubtFieldWithFocus(editors, focus);
   std::erase_if(fieldsInDoubt, [&](std::uint32_t field) {
     if (field >= editors.size()) return true;
     const auto& editor = static_cast<const FieldEditor&>(*editors[field]);
@@ -77,41 +78,108 @@ std::wstring placeOfRecord() {
   return std::wstring(theDocument->databasePath().text()) + L", " + source + L", " + number;
 }
 
+// ---- Dialogs
+
 bool isClass(HWND window, const wchar_t* wanted) {
   wchar_t name[32] = L"";
   GetClassNameW(window, name, ARRAYSIZE(name));
   return CompareStringOrdinal(name, -1, wanted, -1, TRUE) == CSTR_EQUAL;
 }
 
-/// Edit controls know themselves whether the user has typed into them.
-BOOL CALLBACK addEdit(HWND control, LPARAM state) {
-  if (!isClass(control, L"Edit") || (GetWindowLongW(control, GWL_STYLE) & (ES_PASSWORD | ES_READONLY)) != 0)
+struct Dialog {
+  HWND window;
+  std::vector<HWND> edits;
+};
+
+using Windows = std::vector<HWND>;
+
+/// No exception may pass through the system, which calls this.
+BOOL CALLBACK addWindow(HWND window, LPARAM windows) noexcept {
+  auto& found = *reinterpret_cast<std::optional<Windows>*>(windows);
+  try {
+    found->push_back(window);
     return TRUE;
-  if (SendMessageW(control, EM_GETMODIFY, 0, 0) == 0) return TRUE;
-  *reinterpret_cast<std::wstring*>(state) += withoutSoftBreaks(windowText(control).text()) + kLineEnd;
-  return TRUE;
+  } catch (const std::bad_alloc&) {
+    found.reset();
+    return FALSE;
+  }
 }
 
-BOOL CALLBACK addDialog(HWND window, LPARAM state) {
-  if (!IsWindowVisible(window) || !isClass(window, L"#32770")) return TRUE;
-  std::wstring typed;
-  EnumChildWindows(window, addEdit, reinterpret_cast<LPARAM>(&typed));
-  if (!typed.empty()) addItem(*reinterpret_cast<std::wstring*>(state), windowText(window).text(), typed);
-  return TRUE;
+/// Those of a class, of what `enumerate` goes through. Throws std::bad_alloc.
+template <typename Enumerate>
+Windows windowsOfClass(const wchar_t* wanted, Enumerate enumerate) {
+  std::optional<Windows> found(std::in_place);
+  enumerate(addWindow, reinterpret_cast<LPARAM>(&found));
+  if (!found) throw std::bad_alloc();
+  std::erase_if(*found, [wanted](HWND window) { return !isClass(window, wanted); });
+  return *std::move(found);
 }
 
-// ---- When
+/// The dialogs of the thread and the edit controls in them. They are asked for anew when another window has
+/// got the keyboard, as each new dialog does, and each edit control that is made within one: under Wine the
+/// children of each window are a question to another process.
+class Dialogs {
+ public:
+  const std::vector<Dialog>& present(HWND focus) {
+    if (currentDialog != lookedAt_ || focus != focus_) {
+      lookedAt_ = nullptr;  // for the case that it fails
+      dialogs_ = openNow();
+      lookedAt_ = currentDialog;
+      focus_ = focus;
+    }
+    return dialogs_;
+  }
 
-/// A message was taken since the last look that may have changed what is typed.
-bool mayHaveChanged = false;
+ private:
+  static std::vector<Dialog> openNow() {
+    const auto ofThread = [](WNDENUMPROC add, LPARAM windows) {
+      EnumThreadWindows(GetCurrentThreadId(), add, windows);
+    };
+    std::vector<Dialog> all;
+    for (const HWND dialog : windowsOfClass(L"#32770", ofThread)) {
+      const auto within = [dialog](WNDENUMPROC add, LPARAM windows) {
+        EnumChildWindows(dialog, add, windows);
+      };
+      all.push_back({dialog, windowsOfClass(L"Edit", within)});
+    }
+    return all;
+  }
 
-/// Most messages only move the mouse and paint.
-bool mayChange(UINT message) {
-  constexpr UINT kWithoutEffect[] = {WM_PAINT, WM_TIMER, WM_MOUSEMOVE, WM_NCMOUSEMOVE};
-  return std::find(std::begin(kWithoutEffect), std::end(kWithoutEffect), message) == std::end(kWithoutEffect);
+  std::vector<Dialog> dialogs_;
+  HWND lookedAt_ = nullptr;
+  HWND focus_ = nullptr;
+};
+
+Dialogs dialogs;
+
+/// Edit controls know themselves whether the user has typed into them.
+bool isTypedInto(HWND edit) {
+  return IsWindow(edit) && (GetWindowLongW(edit, GWL_STYLE) & (ES_PASSWORD | ES_READONLY)) == 0 &&
+         SendMessageW(edit, EM_GETMODIFY, 0, 0) != 0;
 }
 
-void keep() {
+void addTypedIntoDialogs(std::wstring& text, HWND focus) {
+  for (const Dialog& dialog : dialogs.present(focus)) {
+    if (!IsWindowVisible(dialog.window)) continue;
+    std::wstring typed;
+    for (const HWND edit : dialog.edits) {
+      if (isTypedInto(edit)) typed += withoutSoftBreaks(windowText(edit).text()) + kLineEnd;
+    }
+    if (!typed.empty()) addItem(text, windowText(dialog.window).text(), typed);
+  }
+}
+
+}  // namespace
+
+std::wstring typedText() {
+  const HWND focus = GetFocus();
+  std::wstring text = typedIntoForm(focus);
+  if (!text.empty()) text = placeOfRecord() + kLineEnd + kLineEnd + text;
+  if (currentDialog) addTypedIntoDialogs(text, focus);
+  return text;
+}
+
+void keepTypedText() noexcept {
   try {
     FaultWatch::keepTyped(typedText());
   } catch (const std::exception&) {
@@ -119,23 +187,7 @@ void keep() {
   }
 }
 
-/// Before each message what the one before it has done is kept: a key comes as several messages.
-LRESULT CALLBACK messageTaken(int code, WPARAM wParam, LPARAM lParam) {
-  if (code == HC_ACTION && wParam == PM_REMOVE) {
-    if (std::exchange(mayHaveChanged, false)) keep();
-    mayHaveChanged = mayChange(reinterpret_cast<const MSG*>(lParam)->message);
-  }
-  return CallNextHookEx(nullptr, code, wParam, lParam);
+bool mayChangeTypedText(UINT message) noexcept {
+  constexpr UINT kWithoutEffect[] = {WM_PAINT, WM_TIMER, WM_MOUSEMOVE, WM_NCMOUSEMOVE};
+  return std::find(std::begin(kWithoutEffect), std::end(kWithoutEffect), message) == std::end(kWithoutEffect);
 }
-
-}  // namespace
-
-std::wstring typedText() {
-  std::wstring text = typedIntoForm();
-  if (!text.empty()) text = placeOfRecord() + kLineEnd + kLineEnd + text;
-  if (currentDialog) EnumThreadWindows(GetCurrentThreadId(), addDialog, reinterpret_cast<LPARAM>(&text));
-  return text;
-}
-
-TypedTextKeeper::TypedTextKeeper()
-    : hook_(SetWindowsHookExW(WH_GETMESSAGE, messageTaken, nullptr, GetCurrentThreadId())) {}

@@ -31,6 +31,7 @@
 #include "resources/resource_ids.h"
 #include "views/names/queries_list_view.h"
 #include "views/names/tables_list_view.h"
+#include "views/shared/typed_watch.h"
 
 namespace {
 
@@ -95,6 +96,7 @@ int runMessageLoop(const wchar_t* commandLine) {
       DispatchMessageW(&message);
     }
     openWaitingDatabase();
+    if (mayChangeTypedText(message.message)) keepTypedText();
   }
   return static_cast<int>(message.wParam);
 }
@@ -152,7 +154,7 @@ int runProgram(HINSTANCE instance, const wchar_t* commandLine, int showCommand) 
     return kExitNoWindow;
   }
   const FaultWatch watch(recoveryFiles(portable.isOn()));
-  const TypedTextKeeper typed;
+  typedWatch = keepTypedText;
   if (!registerMainWindowClass()) return kExitCannotStart;
   RecordListView::registerClass(instance);
   FormWrapper::registerClass(instance);

@@ -8,6 +8,7 @@
 #include "views/dialog/dialog_colors.h"
 #include "views/shared/edit_guard.h"
 #include "views/shared/escaped_exception.h"
+#include "views/shared/typed_watch.h"
 #include "views/shared/unowned_box.h"
 
 const std::span<const ModalDialog::MessageRow> ModalDialog::kMessages = [] {
@@ -66,11 +67,15 @@ INT_PTR ModalDialog::answer(UINT message, WPARAM wParam, LPARAM lParam) {
 INT_PTR ModalDialog::initialised(WPARAM, LPARAM) {
   dialogBelow_ = std::exchange(currentDialog, window_);
   opened();
+  // What stood on the form may have been stored before.
+  tellTypedWatch();
   return FALSE;
 }
 
 INT_PTR ModalDialog::commandGiven(WPARAM wParam, LPARAM) {
-  return command(LOWORD(wParam), HIWORD(wParam)) ? TRUE : FALSE;
+  const WORD notification = HIWORD(wParam);
+  if (notification == EN_CHANGE || notification == CBN_EDITCHANGE) tellTypedWatch();
+  return command(LOWORD(wParam), notification) ? TRUE : FALSE;
 }
 
 INT_PTR ModalDialog::notificationGiven(WPARAM, LPARAM lParam) {
@@ -100,5 +105,6 @@ INT_PTR ModalDialog::sizeChanged(WPARAM, LPARAM) {
 INT_PTR ModalDialog::destroyed(WPARAM, LPARAM) {
   currentDialog = dialogBelow_;
   ended();
+  tellTypedWatch();
   return FALSE;
 }

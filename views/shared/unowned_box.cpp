@@ -6,6 +6,7 @@
 #include "base/showable_text.h"
 #include "owners/handles.h"
 #include "views/shared/boxes_over_window.h"
+#include "views/shared/typed_watch.h"
 
 namespace {
 
@@ -22,6 +23,7 @@ LRESULT CALLBACK liftBox(int code, WPARAM wParam, LPARAM lParam) {
 
 int showBoxOver(HWND window, HWND owner, const wchar_t* text, const wchar_t* caption, UINT flags) {
   const std::wstring shown = showableText(text);
+  tellTypedWatch();
   const BoxesOverWindow place(window);
   return MessageBoxW(owner, shown.c_str(), caption, flags);
 }

@@ -17,6 +17,7 @@
 #include "app/recovery/fault_watch.h"
 #include "base/program_folder.h"
 #include "base/settings/settings_store.h"
+#include "dialogs/query/query_dialog_ids.h"
 #include "owners/handles.h"
 #include "resources/command_ids.h"
 #include "tests/automation/support/sqlite_file.h"
@@ -187,7 +188,6 @@ class RecoveryTest : public UiTest {
     RegDeleteTreeW(HKEY_CURRENT_USER, SettingsStore::kRoot);
   }
 
-  /// When the last character is taken all those before it are kept.
   static void type(HWND edit, const std::wstring& text) {
     SendMessageW(edit, EM_SETSEL, 0, -1);
     for (const wchar_t character : text) PostMessageW(edit, WM_CHAR, character, 1);
@@ -218,7 +218,7 @@ TEST_F(RecoveryTest, WhatStoodOnTheFormIsOfferedAtTheNextStart) {
     faultInAWindow(opened, opened.program());
   }
   const std::wstring typed = wideTextOf(typedFile());
-  EXPECT_THAT(typed, HasSubstr(L"Name:\r\nGrace Hopper"));
+  EXPECT_THAT(typed, HasSubstr(L"Name:\r\nGrace Hopper!"));
   EXPECT_THAT(typed, HasSubstr(path_.wstring() + L", People, 1"));
   EXPECT_THAT(typed, Not(HasSubstr(L"Town"))) << "only what was typed";
   const std::string report = contentOf(faultFile());
@@ -233,7 +233,7 @@ TEST_F(RecoveryTest, WhatStoodOnTheFormIsOfferedAtTheNextStart) {
   PostMessageW(box, WM_COMMAND, IDYES, 0);
   ASSERT_TRUE(remote::waitForDialog(again.mainWindow(), L"What was typed"));
   const HWND shown = remote::frontWindow(again.mainWindow());
-  EXPECT_THAT(remote::text(remote::control(shown, 1015)), HasSubstr(L"Grace Hopper"));
+  EXPECT_THAT(remote::text(remote::control(shown, 1015)), HasSubstr(L"Grace Hopper!"));
   PostMessageW(shown, WM_COMMAND, IDOK, 0);
   HWND asked = nullptr;
   ASSERT_TRUE(
@@ -280,7 +280,7 @@ TEST_F(RecoveryTest, SoIsWhatStoodInADialogAndAnyThreadMayFail) {
     ASSERT_NO_FATAL_FAILURE(type(remote::focus(zoom), L"typed into the zoom!"));
     faultOnAnotherThread(opened.program());
   }
-  EXPECT_THAT(wideTextOf(typedFile()), HasSubstr(L"Name:\r\ntyped into the zoom"));
+  EXPECT_THAT(wideTextOf(typedFile()), HasSubstr(L"Name:\r\ntyped into the zoom!"));
   const RunningProgram again(quoted(path_));
   const HWND box = again.messageBox();
   ASSERT_NE(box, nullptr);
@@ -288,6 +288,30 @@ TEST_F(RecoveryTest, SoIsWhatStoodInADialogAndAnyThreadMayFail) {
   ASSERT_TRUE(remote::waitForMain(again.mainWindow()));
   EXPECT_TRUE(fs::exists(typedFile())) << "he decides later";
   EXPECT_EQ(remote::close(again.mainWindow()), 0u);
+}
+
+/// The keyboard has gone on, and comes back; what was typed stays.
+TEST_F(RecoveryTest, SoIsWhatStoodInEachFieldOfADialog) {
+  {
+    OpenedDatabase opened(path_);
+    ASSERT_TRUE(remote::switchToPage(opened.main(), OpenedDatabase::kQueriesPage));
+    PostMessageW(opened.main(), WM_COMMAND, ID_QUERY_NEW, 0);
+    ASSERT_TRUE(remote::waitForDialog(opened.main(), L"Query"));
+    const HWND query = remote::frontWindow(opened.main());
+    const HWND name = remote::control(query, IDC_QUERY_NAME);
+    const HWND sql = remote::control(query, IDC_QUERY_SQL);
+    const auto goTo = [&](HWND edit) {
+      PostMessageW(query, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(edit), TRUE);
+      return remote::waitUntil([&] { return remote::focus(query) == edit; });
+    };
+    ASSERT_TRUE(goTo(name));
+    ASSERT_NO_FATAL_FAILURE(type(name, L"All names"));
+    ASSERT_TRUE(goTo(sql));
+    ASSERT_NO_FATAL_FAILURE(type(sql, L"SELECT Name FROM People"));
+    ASSERT_TRUE(goTo(name));
+    faultInAWindow(opened, opened.program());
+  }
+  EXPECT_THAT(wideTextOf(typedFile()), HasSubstr(L"Query:\r\nAll names\r\nSELECT Name FROM People\r\n"));
 }
 
 TEST_F(RecoveryTest, WhatIsStoredIsNotOffered) {
@@ -298,6 +322,23 @@ TEST_F(RecoveryTest, WhatIsStoredIsNotOffered) {
     ASSERT_NO_FATAL_FAILURE(type(remote::control(opened.main(), kName), L"stored"));
     ASSERT_TRUE(remote::switchToPage(opened.main(), OpenedDatabase::kListPage));
     ASSERT_TRUE(remote::switchToPage(opened.main(), OpenedDatabase::kTablesPage));
+    faultOnAnotherThread(opened.program());
+  }
+  EXPECT_TRUE(fs::exists(faultFile()));
+  EXPECT_FALSE(fs::exists(typedFile()));
+  EXPECT_THAT(automationtest::sqliteColumn(path_.wstring(), "SELECT Name FROM People"),
+              testing::ElementsAre("stored"));
+}
+
+/// The record is stored before the dialog opens, in whose loop no message of the form's comes.
+TEST_F(RecoveryTest, NorIsWhatWasStoredForADialog) {
+  {
+    OpenedDatabase opened(path_);
+    ASSERT_TRUE(opened.tables());
+    ASSERT_TRUE(remote::switchToPage(opened.main(), OpenedDatabase::kFormPage));
+    ASSERT_NO_FATAL_FAILURE(type(remote::control(opened.main(), kName), L"stored"));
+    PostMessageW(opened.main(), WM_COMMAND, ID_FIND, 0);
+    ASSERT_TRUE(remote::waitForDialog(opened.main(), L"Find"));
     faultOnAnotherThread(opened.program());
   }
   EXPECT_TRUE(fs::exists(faultFile()));

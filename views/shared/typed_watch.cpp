@@ -1,0 +1,3 @@
+#include "views/shared/typed_watch.h"
+
+void (*typedWatch)() noexcept = nullptr;
