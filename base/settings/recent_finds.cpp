@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cwchar>
-#include <utility>
+#include <span>
 
 #include "base/settings/settings_store.h"
 
@@ -14,14 +14,6 @@ Setting settingAt(int position) noexcept {
   return static_cast<Setting>(static_cast<int>(Setting::recentFind) + position - 1);
 }
 
-/// False when what stands there can't be read; a value that is missing is the empty text.
-bool read(int position, String& text) {
-  String found;
-  if (SettingsStore::find(settingAt(position), found) == SettingsStore::Reading::unreadable) return false;
-  text = std::move(found);
-  return true;
-}
-
 bool isEqual(const String& a, const String& b) noexcept {
   return std::wcscmp(a.text(), b.text()) == 0;
 }
@@ -29,20 +21,20 @@ bool isEqual(const String& a, const String& b) noexcept {
 }  // namespace
 
 void RecentFinds::list(NameList& finds) {
+  std::array<String, kCount> texts;
   NameList found;
-  String text;
-  for (int position = 1; position <= kCount && read(position, text); ++position) {
-    if (!text.isEmpty()) found.append(text);
+  if (SettingsStore::findAll(settingAt(1), texts)) {
+    for (const String& text : texts) {
+      if (!text.isEmpty()) found.append(text);
+    }
   }
   finds.swap(found);
 }
 
 void RecentFinds::remember(const String& text) {
   std::array<String, kCount + 1> former;  // the one in front of the newest is empty
-  for (int position = 1; position <= kCount; ++position) {
-    // Written back would be a list without it.
-    if (!read(position, former[position])) return;
-  }
+  // Written back would be a list without what can't be read.
+  if (!SettingsStore::findAll(settingAt(1), std::span(former).subspan(1))) return;
   const bool isStored =
       std::any_of(former.begin() + 1, former.end(), [&](const String& each) { return isEqual(each, text); });
   // Where writing failed on the way a text stands in its former place, too, which is free then.

@@ -39,16 +39,31 @@ UniqueRegistryKey openForReading(const wchar_t* subkey) noexcept {
   return UniqueRegistryKey(key);
 }
 
+/// The same for writing; made where it is missing.
+UniqueRegistryKey openForWriting(const wchar_t* subkey) noexcept {
+  const KeyPath path(subkey);
+  UniqueRegistryKey key;
+  if (path.fits()) {
+    RegCreateKeyExW(HKEY_CURRENT_USER, path.text(), 0, nullptr, REG_OPTION_NON_VOLATILE, KEY_WRITE, nullptr,
+                    key.put(), nullptr);
+  }
+  return key;
+}
+
+void writeToKey(HKEY key, const wchar_t* name, DWORD type, const void* bytes,
+                std::size_t byteCount) noexcept {
+  RegSetValueExW(key, name, 0, type, static_cast<const BYTE*>(bytes), static_cast<DWORD>(byteCount));
+}
+
 bool writeValue(const wchar_t* subkey, const wchar_t* name, DWORD type, const void* bytes,
                 std::size_t byteCount) noexcept {
-  const KeyPath path(subkey);
-  if (!path.fits()) return false;
-  if (file) return file->write(path.text(), name, type, bytes, byteCount);
-  UniqueRegistryKey key;
-  const LSTATUS opened = RegCreateKeyExW(HKEY_CURRENT_USER, path.text(), 0, nullptr, REG_OPTION_NON_VOLATILE,
-                                         KEY_WRITE, nullptr, key.put(), nullptr);
-  if (opened != ERROR_SUCCESS) return false;
-  RegSetValueExW(key.get(), name, 0, type, static_cast<const BYTE*>(bytes), static_cast<DWORD>(byteCount));
+  if (file) {
+    const KeyPath path(subkey);
+    return path.fits() && file->write(path.text(), name, type, bytes, byteCount);
+  }
+  const UniqueRegistryKey key = openForWriting(subkey);
+  if (!key) return false;
+  writeToKey(key.get(), name, type, bytes, byteCount);
   return true;
 }
 
@@ -102,10 +117,41 @@ Reading findWords(const wchar_t* subkey, const wchar_t* name, std::uint32_t* wor
   return result == ERROR_SUCCESS && byteCount == wanted ? Reading::value : Reading::none;
 }
 
+/// A value that is too long or missing is `defaultValue`.
+bool readNumber(HKEY key, const wchar_t* name, std::uint32_t defaultValue, std::uint32_t& value) noexcept {
+  // Read aside, because a value that is too long may leave part of it behind.
+  std::uint32_t read = 0;
+  DWORD byteCount = sizeof read;
+  const LSTATUS result =
+      RegQueryValueExW(key, name, nullptr, nullptr, reinterpret_cast<BYTE*>(&read), &byteCount);
+  value = result == ERROR_SUCCESS ? read : defaultValue;
+  return result == ERROR_SUCCESS;
+}
+
 const SettingRow& rowOf(Setting setting, [[maybe_unused]] SettingKind kind) noexcept {
   const SettingRow& row = settings::rowOf(setting);
   assert(row.kind == kind);
   return row;
+}
+
+/// Goes through `count` rows of one key: with a settings file by `inFile`, else by `inKey`, under one opening
+/// of the key. False, and by nothing, when that can't be opened.
+template <typename InFile, typename InKey>
+bool forRows(Setting first, std::size_t count, UniqueRegistryKey (*open)(const wchar_t* subkey) noexcept,
+             InFile inFile, InKey inKey) {
+  const wchar_t* const subkey = settings::rowOf(first).subkey;
+  const UniqueRegistryKey key = file ? UniqueRegistryKey() : open(subkey);
+  if (!file && !key) return false;
+  for (std::size_t i = 0; i < count; ++i) {
+    const auto setting = static_cast<Setting>(static_cast<std::size_t>(first) + i);
+    assert(std::wcscmp(settings::rowOf(setting).subkey, subkey) == 0);
+    if (file) {
+      inFile(setting, i);
+    } else {
+      inKey(key.get(), settings::rowOf(setting).name, i);
+    }
+  }
+  return true;
 }
 
 }  // namespace
@@ -131,14 +177,7 @@ bool SettingsStore::readDword(const wchar_t* subkey, const wchar_t* name, std::u
     return true;
   }
   const UniqueRegistryKey key = openForReading(subkey);
-  if (!key) return false;
-  // Read aside, because a value that is too long may leave part of it behind.
-  std::uint32_t read = 0;
-  DWORD byteCount = sizeof read;
-  const LSTATUS result =
-      RegQueryValueExW(key.get(), name, nullptr, nullptr, reinterpret_cast<BYTE*>(&read), &byteCount);
-  value = result == ERROR_SUCCESS ? read : defaultValue;
-  return result == ERROR_SUCCESS;
+  return key && readNumber(key.get(), name, defaultValue, value);
 }
 
 bool SettingsStore::readBinary(const wchar_t* subkey, const wchar_t* name, std::uint32_t* words,
@@ -173,6 +212,14 @@ bool SettingsStore::read(Setting setting, std::uint32_t& number) noexcept {
   return readDword(row.subkey, row.name, 0, number);
 }
 
+void SettingsStore::readAll(Setting first, std::span<std::uint32_t> numbers) noexcept {
+  for (std::uint32_t& number : numbers) number = 0;
+  forRows(
+      first, numbers.size(), openForReading,
+      [&](Setting setting, std::size_t i) { read(setting, numbers[i]); },
+      [&](HKEY key, const wchar_t* name, std::size_t i) { readNumber(key, name, 0, numbers[i]); });
+}
+
 bool SettingsStore::read(Setting setting, std::span<std::uint32_t> words) noexcept {
   return find(setting, words) == Reading::value;
 }
@@ -180,6 +227,18 @@ bool SettingsStore::read(Setting setting, std::span<std::uint32_t> words) noexce
 SettingsStore::Reading SettingsStore::find(Setting setting, std::span<std::uint32_t> words) noexcept {
   const SettingRow& row = rowOf(setting, SettingKind::words);
   return findWords(row.subkey, row.name, words.data(), static_cast<std::uint32_t>(words.size()));
+}
+
+bool SettingsStore::findAll(Setting first, std::span<String> texts) {
+  for (String& text : texts) text = String();
+  bool isReadable = true;
+  forRows(
+      first, texts.size(), openForReading,
+      [&](Setting setting, std::size_t i) {
+        isReadable = isReadable && find(setting, texts[i]) != Reading::unreadable;
+      },
+      [&](HKEY key, const wchar_t* name, std::size_t i) { readRegistryText(key, name, texts[i]); });
+  return isReadable;
 }
 
 bool SettingsStore::write(Setting setting, const String& text) noexcept {
@@ -190,6 +249,17 @@ bool SettingsStore::write(Setting setting, const String& text) noexcept {
 bool SettingsStore::write(Setting setting, std::uint32_t number) noexcept {
   const SettingRow& row = rowOf(setting, SettingKind::number);
   return writeDword(row.subkey, row.name, number);
+}
+
+bool SettingsStore::writeAll(Setting first, std::span<const std::uint32_t> numbers) noexcept {
+  bool isWritten = true;
+  const bool isOpened = forRows(
+      first, numbers.size(), openForWriting,
+      [&](Setting setting, std::size_t i) { isWritten = write(setting, numbers[i]) && isWritten; },
+      [&](HKEY key, const wchar_t* name, std::size_t i) {
+        writeToKey(key, name, REG_DWORD, &numbers[i], sizeof numbers[i]);
+      });
+  return isOpened && isWritten;
 }
 
 bool SettingsStore::write(Setting setting, std::span<const std::uint32_t> words) noexcept {

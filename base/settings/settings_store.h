@@ -12,10 +12,10 @@
 
 /// The program's settings: single values below HKEY_CURRENT_USER, kRoot, in the registry or in a file in its
 /// place. What there is says base/settings/settings_table.h. Each call opens the key, reads or writes one
-/// value and closes it.
+/// value, or those of rows that follow each other, and closes it; nothing is kept between two calls.
 ///
 /// `subkey` and `name` are not null. A subkey whose full path does not fit kPathBufferCount characters
-/// counts as a key that can't be opened. readString throws std::bad_alloc; nothing else throws.
+/// counts as a key that can't be opened. What reads texts throws std::bad_alloc; nothing else throws.
 class SettingsStore {
  public:
   static constexpr const wchar_t* kRoot = L"Software\\MorvaleSoftware\\Quivane for Pocket PC";
@@ -66,8 +66,15 @@ class SettingsStore {
   /// As read(), which is true for a value.
   static Reading find(Setting setting, String& text);
   static Reading find(Setting setting, std::span<std::uint32_t> words) noexcept;
+  /// The texts of so many rows of one key from `first` on, in the registry under one opening of it. Those
+  /// that are missing are empty. False when one is unreadable: it is empty then, and so are those behind it.
+  static bool findAll(Setting first, std::span<String> texts);
+  /// The numbers of so many rows of one key from `first` on, in the same way. What is missing is 0.
+  static void readAll(Setting first, std::span<std::uint32_t> numbers) noexcept;
 
   static bool write(Setting setting, const String& text) noexcept;
   static bool write(Setting setting, std::uint32_t number) noexcept;
+  /// As readAll. False when one of them could not be written in the way that write() says.
+  static bool writeAll(Setting first, std::span<const std::uint32_t> numbers) noexcept;
   static bool write(Setting setting, std::span<const std::uint32_t> words) noexcept;
 };

@@ -90,6 +90,57 @@ TEST_F(SettingsStoreTest, AnEmptyStringIsTwoBytesAndReadsBackEmpty) {
   EXPECT_TRUE(found);
 }
 
+/// With and without a terminator, and with half a character at the end.
+TEST_F(SettingsStoreTest, TextsOfEachLengthAreReadWhole) {
+  for (std::size_t length = 0; length <= 300; ++length) {
+    std::wstring text;
+    for (std::size_t i = 0; i < length; ++i) text += static_cast<wchar_t>(L'a' + i % 26);
+    const Bytes bare = bytesOfText(text);
+    Bytes withHalf = bare;
+    withHalf.push_back('x');
+    for (const Bytes& bytes : {bare, withHalf, bytesOfText(text + L'\0')}) {
+      setRaw(kOptions, L"LastSQLQuery", REG_SZ, bytes);
+      bool found = false;
+      const std::wstring read = readString(L"LastSQLQuery", found);
+      ASSERT_TRUE(found) << bytes.size();
+      ASSERT_EQ(read.substr(0, length), text) << bytes.size();
+      ASSERT_LE(read.size(), length + bytes.size() % 2);
+    }
+  }
+}
+
+TEST_F(SettingsStoreTest, RowsThatFollowEachOtherAreReadTogether) {
+  String texts[5] = {L"before", L"before", L"before", L"before", L"before"};
+  EXPECT_TRUE(SettingsStore::findAll(Setting::recentFind, texts));
+  for (const String& text : texts) EXPECT_STREQ(text.text(), L"") << "without the key";
+  const std::wstring longText(1000, L'\u0416');
+  ASSERT_TRUE(SettingsStore::writeString(L"RecentUserFinds", L"FI2", L"second"));
+  ASSERT_TRUE(SettingsStore::writeString(L"RecentUserFinds", L"FI5", longText.c_str()));
+  texts[0] = L"before";
+  EXPECT_TRUE(SettingsStore::findAll(Setting::recentFind, texts));
+  EXPECT_STREQ(texts[0].text(), L"");
+  EXPECT_STREQ(texts[1].text(), L"second");
+  EXPECT_STREQ(texts[3].text(), L"");
+  EXPECT_STREQ(texts[4].text(), longText.c_str());
+}
+
+TEST_F(SettingsStoreTest, NumbersThatFollowEachOtherAreReadAndWrittenTogether) {
+  std::uint32_t numbers[2] = {7, 7};
+  SettingsStore::readAll(Setting::checkAllFields, numbers);
+  EXPECT_EQ(numbers[0], 0u) << "without the key";
+  EXPECT_EQ(numbers[1], 0u);
+  const std::uint32_t written[2] = {1, 2};
+  EXPECT_TRUE(SettingsStore::writeAll(Setting::checkAllFields, written));
+  EXPECT_EQ(raw(kOptions, L"CheckAllFields"), dwordValue(1));
+  EXPECT_EQ(raw(kOptions, L"MatchCase"), dwordValue(2));
+  setRaw(kOptions, L"CheckAllFields", REG_BINARY, {1, 2, 3, 4, 5});
+  SettingsStore::readAll(Setting::checkAllFields, numbers);
+  EXPECT_EQ(numbers[0], 0u) << "too long";
+  EXPECT_EQ(numbers[1], 2u);
+  forbidWriting();
+  EXPECT_FALSE(SettingsStore::writeAll(Setting::checkAllFields, written));
+}
+
 TEST_F(SettingsStoreTest, ALongerValueIsReplacedByAShorter) {
   ASSERT_TRUE(SettingsStore::writeString(kOptions, L"LastSQLQuery", L"Select * from [Books]"));
   ASSERT_TRUE(SettingsStore::writeString(kOptions, L"LastSQLQuery", L"x"));
