@@ -1,5 +1,6 @@
 #include "dialogs/find/find_dialog.h"
 
+#include <array>
 #include <utility>
 
 #include "base/settings/recent_finds.h"
@@ -11,11 +12,19 @@
 
 namespace {
 
-/// 0 when it is missing.
-std::uint32_t readFlag(Setting setting) {
-  std::uint32_t value = 0;
-  SettingsStore::read(setting, value);
-  return value != 0 ? 1 : 0;
+static_assert(static_cast<int>(Setting::matchCase) == static_cast<int>(Setting::checkAllFields) + 1);
+
+std::uint32_t isChecked(HWND box) {
+  return SendMessageW(box, BM_GETCHECK, 0, 0) == BST_CHECKED ? 1 : 0;
+}
+
+void check(HWND box, std::uint32_t checked) {
+  SendMessageW(box, BM_SETCHECK, checked != 0 ? BST_CHECKED : BST_UNCHECKED, 0);
+}
+
+/// Where it is so already the system is not asked.
+void enable(HWND control, bool enabled) {
+  if ((IsWindowEnabled(control) != FALSE) != enabled) EnableWindow(control, enabled ? TRUE : FALSE);
 }
 
 }  // namespace
@@ -39,12 +48,14 @@ bool FindDialog::command(WORD id, WORD notification) {
 }
 
 void FindDialog::opened() {
+  controls_ = {control(IDC_FIND_TEXT), control(IDC_FIND_FIELD_LABEL), control(IDC_FIND_FIELD),
+               control(IDC_FIND_ALL_FIELDS), control(IDC_FIND_MATCH_CASE)};
   centreDialog(window());
   panel_.raise(window());
   state_.newSearch = true;
-  combobox::removeTextLimit(control(IDC_FIND_TEXT));
-  SetFocus(control(IDC_FIND_TEXT));
-  combobox::fill(control(IDC_FIND_FIELD), fieldNames_);
+  combobox::removeTextLimit(controls_.text);
+  SetFocus(controls_.text);
+  combobox::fill(controls_.field, fieldNames_);
   refill();
 }
 
@@ -52,36 +63,39 @@ void FindDialog::refill() {
   if (!window()) return;
   NameList finds;
   RecentFinds::list(finds);
-  combobox::fill(control(IDC_FIND_TEXT), finds);
-  state_.checkAllFields = readFlag(Setting::checkAllFields);
-  state_.matchCase = readFlag(Setting::matchCase);
-  CheckDlgButton(window(), IDC_FIND_ALL_FIELDS, state_.checkAllFields);
-  CheckDlgButton(window(), IDC_FIND_MATCH_CASE, state_.matchCase);
+  combobox::fill(controls_.text, finds);
+  std::array<std::uint32_t, 2> boxes{};
+  SettingsStore::readAll(Setting::checkAllFields, boxes);
+  state_.checkAllFields = boxes[0] != 0 ? 1 : 0;
+  state_.matchCase = boxes[1] != 0 ? 1 : 0;
+  check(controls_.allFields, state_.checkAllFields);
+  check(controls_.matchCase, state_.matchCase);
   enableField();
 }
 
 void FindDialog::enableField() const {
-  const BOOL enabled = state_.checkAllFields == 0 ? TRUE : FALSE;
-  EnableWindow(control(IDC_FIND_FIELD), enabled);
-  EnableWindow(control(IDC_FIND_FIELD_LABEL), enabled);
+  const bool enabled = state_.checkAllFields == 0;
+  enable(controls_.field, enabled);
+  enable(controls_.fieldLabel, enabled);
 }
 
 void FindDialog::storeAllFields() {
-  state_.checkAllFields = IsDlgButtonChecked(window(), IDC_FIND_ALL_FIELDS);
+  state_.checkAllFields = isChecked(controls_.allFields);
   SettingsStore::write(Setting::checkAllFields, state_.checkAllFields);
   enableField();
 }
 
 void FindDialog::storeCheckBoxes() {
-  storeAllFields();
-  state_.matchCase = IsDlgButtonChecked(window(), IDC_FIND_MATCH_CASE);
-  SettingsStore::write(Setting::matchCase, state_.matchCase);
+  state_.checkAllFields = isChecked(controls_.allFields);
+  state_.matchCase = isChecked(controls_.matchCase);
+  SettingsStore::writeAll(Setting::checkAllFields, std::array{state_.checkAllFields, state_.matchCase});
+  enableField();
 }
 
 void FindDialog::next() {
   // Nothing of the state is changed before both texts are there.
-  String text = windowText(control(IDC_FIND_TEXT));
-  const int field = combobox::selection(control(IDC_FIND_FIELD));
+  String text = windowText(controls_.text);
+  const int field = combobox::selection(controls_.field);
   // Not the text of the entry, which shows what the control can show of the name.
   String fieldName =
       field == combobox::kNoSelection ? String() : fieldNames_[static_cast<std::uint32_t>(field)];

@@ -45,8 +45,18 @@ class FindDialog final : private ModalDialog {
   void storeCheckBoxes();
   void leave(int result);
 
+  /// While the dialog is open: under Wine each look for a control is a question to another process.
+  struct Controls {
+    HWND text;
+    HWND fieldLabel;
+    HWND field;
+    HWND allFields;
+    HWND matchCase;
+  };
+
   FindState& state_;
   NameList fieldNames_;
   HWND owner_ = nullptr;
+  Controls controls_{};
   InputPanelHold panel_;
 };

@@ -1,5 +1,7 @@
 #include "dialogs/find/find_dialog.h"
 
+#include <commctrl.h>
+
 #include <utility>
 
 #include "base/settings/recent_finds.h"
@@ -10,6 +12,8 @@
 #include "tests/ui/support/dialog_script.h"
 #include "tests/ui/support/window_reading.h"
 #include "views/dialog/current_dialog.h"
+#include "views/shared/typed_watch.h"
+#include "views/shared/unowned_box.h"
 
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -423,6 +427,69 @@ TEST_F(FindDialogTest, AfterASearchTheTextHeadsTheListAndTheBoxesAreAsStored) {
   });
   // The search that OK asked for finds the dialog closed.
   EXPECT_EQ(searches(), 2);
+}
+
+/// Of a list that is as it is to be nothing is made anew.
+TEST_F(FindDialogTest, RefilledItShowsWhatIsStoredNow) {
+  remember({L"b", L"a"});
+  int refills = 0;
+  const auto count = [](HWND combo, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR,
+                        DWORD_PTR counter) -> LRESULT {
+    if (message == CB_RESETCONTENT) ++*reinterpret_cast<int*>(counter);
+    return DefSubclassProc(combo, message, wParam, lParam);
+  };
+  show([&](HWND window) {
+    const HWND combo = GetDlgItem(window, kText);
+    ASSERT_TRUE(SetWindowSubclass(combo, count, 1, reinterpret_cast<DWORD_PTR>(&refills)));
+    refill();
+    EXPECT_EQ(refills, 0);
+
+    SetWindowTextW(combo, L"typed");
+    refill();
+    EXPECT_EQ(textOf(window, kText), L"a");
+    SendMessageW(combo, CB_SETCURSEL, 1, 0);
+    refill();
+    EXPECT_EQ(textOf(window, kText), L"a");
+    EXPECT_EQ(SendMessageW(combo, CB_GETCURSEL, 0, 0), 0);
+
+    remember({L"c"});
+    refill();
+    EXPECT_THAT(entries(window, kText), ElementsAre(L"c", L"a", L"b"));
+    EXPECT_EQ(textOf(window, kText), L"c");
+    ASSERT_TRUE(SettingsStore::write(static_cast<Setting>(static_cast<int>(Setting::recentFind) + 1), L"A"));
+    refill();
+    EXPECT_THAT(entries(window, kText), ElementsAre(L"c", L"A", L"b"));
+    RegDeleteTreeW(HKEY_CURRENT_USER, SettingsStore::kRoot);
+    refill();
+    EXPECT_THAT(entries(window, kText), IsEmpty());
+    EXPECT_EQ(textOf(window, kText), L"");
+    EXPECT_EQ(refills, 5);
+    refill();
+    EXPECT_EQ(refills, 5);
+    press(window, IDCANCEL);
+  });
+}
+
+TEST_F(FindDialogTest, WhoKeepsWhatIsTypedIsToldOfEachCharacterAndOfTheEnd) {
+  static int told = 0;
+  typedWatch = []() noexcept { ++told; };
+  show([&](HWND window) {
+    told = 0;
+    SetFocus(GetDlgItem(window, kText));
+    const HWND edit = GetFocus();
+    for (const wchar_t letter : {L'a', L'b'}) SendMessageW(edit, WM_CHAR, static_cast<WPARAM>(letter), 1);
+    EXPECT_EQ(textOf(window, kText), L"ab");
+    EXPECT_EQ(told, 2);
+    press(window, IDCANCEL);
+    told = 0;
+  });
+  EXPECT_GE(told, 1);
+  told = 0;
+  takeBoxes();
+  showBox(frame(), L"text", L"caption", MB_OK);
+  EXPECT_EQ(takeBoxes().size(), 1u);
+  EXPECT_EQ(told, 1) << "before a box";
+  typedWatch = nullptr;
 }
 
 TEST_F(FindDialogTest, ThePanelIsUpForTypingAndGoesDownForTheMatches) {
