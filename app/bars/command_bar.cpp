@@ -97,7 +97,7 @@ void MainCommandBar::showCommands(const CommandFacts& facts) {
 }
 
 void MainCommandBar::setPositionText(const wchar_t* text) {
-  if (pageBars_.positionBox()) SetDlgItemTextW(pageBars_.rebar(), PageBars::kPositionId, text);
+  if (const HWND box = pageBars_.positionBox()) SetWindowTextW(box, text);
 }
 
 void MainCommandBar::setPositionTip(const wchar_t* text) {

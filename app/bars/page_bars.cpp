@@ -210,7 +210,9 @@ void PageBars::place(HWND parent, bool lower, bool raise) {
 }
 
 HWND PageBars::positionBox() const {
-  return rebar_ ? GetDlgItem(rebar(), kPositionId) : nullptr;
+  const std::span<const BandLayout> bands = pageBands(page_);
+  if (bands.empty()) return nullptr;
+  return bands[0].buttons.empty() ? firstBand() : bands[1].buttons.empty() ? secondBand() : nullptr;
 }
 
 void PageBars::showCommands(const CommandFacts& facts) const {

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "views/shared/typed_watch.h"
+
 namespace {
 
 constexpr ULONGLONG kLongestSilence = 250;
@@ -31,7 +33,7 @@ RECT linePlace(HWND owner, HFONT font) {
 
 }  // namespace
 
-bool ProgressLine::goesOn(HWND owner, const std::wstring& text, ULONGLONG quietMilliseconds,
+bool ProgressLine::goesOn(HWND window, const std::wstring& text, ULONGLONG quietMilliseconds,
                           ULONGLONG lastedMilliseconds) {
   const ULONGLONG now = GetTickCount64();
   if (lastedMilliseconds != 0) {
@@ -42,7 +44,7 @@ bool ProgressLine::goesOn(HWND owner, const std::wstring& text, ULONGLONG quietM
   }
   asked_ = now;
   if (now - begin_ < quietMilliseconds) return true;
-  if (!line_ || now - shown_ >= kBetweenLines) show(owner, text);
+  if (!line_ || now - shown_ >= kBetweenLines) show(GetLastActivePopup(window), text);
   paintWindows();
   return !isStopAsked();
 }
@@ -62,6 +64,7 @@ void ProgressLine::show(HWND owner, const std::wstring& text) {
     SetWindowTextW(line_, text.c_str());
     return;
   }
+  tellTypedWatch();
   auto font = reinterpret_cast<HFONT>(SendMessageW(owner, WM_GETFONT, 0, 0));
   if (!font) font = static_cast<HFONT>(GetStockObject(DEFAULT_GUI_FONT));
   const RECT place = linePlace(owner, font);

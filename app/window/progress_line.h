@@ -15,9 +15,10 @@ class ProgressLine {
   ProgressLine& operator=(const ProgressLine&) = delete;
 
   /// To be called often. Nothing is shown or heard before it has lasted for `quietMilliseconds`. The line
-  /// then says `text` and lies over `owner`, under it. It has lasted for `lastedMilliseconds`, or if these
-  /// are 0 since the first of the calls that came soon after each other. False once Esc was pressed.
-  bool goesOn(HWND owner, const std::wstring& text, ULONGLONG quietMilliseconds,
+  /// then says `text`, owned by `window` or the dialog of it that was active last, and lies under that. It
+  /// has lasted for `lastedMilliseconds`, or if these are 0 since the first of the calls that came soon after
+  /// each other. False once Esc was pressed.
+  bool goesOn(HWND window, const std::wstring& text, ULONGLONG quietMilliseconds,
               ULONGLONG lastedMilliseconds = 0);
   /// It is over, to be called before anything else takes keys. What was pressed while the line stood was
   /// meant for it, also when it came too late to stop anything: it is dropped.

@@ -272,7 +272,7 @@ bool WindowPrompts::keepGoing(const Progress& progress) {
   constexpr ULONGLONG kQuietMilliseconds = 500;
   constexpr ULONGLONG kQuietWaitMilliseconds = 1000;
   const bool waits = progress.what == Progress::What::waiting;
-  return progress_.goesOn(GetLastActivePopup(mainWindow), progressText(progress),
+  return progress_.goesOn(mainWindow, progressText(progress),
                           waits ? kQuietWaitMilliseconds : kQuietMilliseconds,
                           static_cast<ULONGLONG>(progress.lasted.count()));
 }

@@ -221,6 +221,8 @@ class Database {
   bool isFieldReadOnly(std::uint32_t field) const;
   /// What the values of the field refer to; none for most fields.
   const LookUpTarget& lookUpTarget(std::uint32_t field) const;
+  /// Whether a field refers to something.
+  bool hasLookUps() const;
   /// A field of whole numbers, and of such as may be negative.
   bool isNumeric(std::uint32_t field) const;
   bool isSignedInteger(std::uint32_t field) const;

@@ -59,6 +59,11 @@ const LookUpTarget& Database::lookUpTarget(std::uint32_t field) const {
   return field < lookUpTargets_.size() ? lookUpTargets_[field] : none;
 }
 
+bool Database::hasLookUps() const {
+  return std::any_of(lookUpTargets_.begin(), lookUpTargets_.end(),
+                     [](const LookUpTarget& target) { return !target.isNone(); });
+}
+
 String Database::lookUpName(std::uint32_t field, const String& key) {
   const LookUpTarget& target = lookUpTarget(field);
   if (target.isNone() || key.isEmpty()) return {};

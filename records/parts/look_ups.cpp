@@ -46,6 +46,8 @@ constexpr std::size_t kMostCameFrom = 50;
 bool LookUps::refersElsewhere() const {
   if (document().viewMode() != ViewMode::form || !document().isRecordsetOpen() || shown().isEmpty())
     return false;
+  // Who has the keyboard is a question to the system, after each step through the records.
+  if (!database().hasLookUps()) return false;
   const std::optional<std::uint32_t> field = pages().form.focusedField();
   return field && isLookUp(*field);
 }

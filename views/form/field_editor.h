@@ -24,7 +24,11 @@ class FieldEditor : public FieldValueSource {
   /// Null before that.
   HWND window() const { return control_.window(); }
   virtual void show(bool visible) { control_.show(visible); }
-  void takeFocus() const { SetFocus(window()); }
+  void takeFocus() const {
+    // Of a window that is disabled by a dialog the system gives it to nobody; only to be refused costs, too.
+    const HWND root = window() ? GetAncestor(window(), GA_ROOT) : nullptr;
+    if (!root || IsWindowEnabled(root)) SetFocus(window());
+  }
   virtual void position(const ControlPlace& place, UINT flags) { moveControl(place, flags); }
 
   /// `watcher` outlives the editor.

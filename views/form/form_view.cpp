@@ -215,11 +215,12 @@ void FormView::editBegun() {
 /// What comes by another way than the keys that the editors look at: the mouse, the clipboard, and whatever
 /// happens to the editors that are looked after by nobody.
 void FormView::controlTold(HWND control, WORD code) {
-  if (isLoading_ || GetFocus() != control) return;
+  if (isLoading_) return;
   const auto row = std::find_if(rows_.begin(), rows_.end(),
                                 [&](const Row& each) { return each.editor->window() == control; });
   if (row == rows_.end() || row->kind == FieldEditorKind::date) return;
-  if (code == (row->kind == FieldEditorKind::checkBox ? BN_CLICKED : EN_UPDATE)) editBegun();
+  const WORD changed = row->kind == FieldEditorKind::checkBox ? BN_CLICKED : EN_UPDATE;
+  if (code == changed && GetFocus() == control) editBegun();
 }
 
 void FormView::showRecord(const RecordSnapshot& record) {

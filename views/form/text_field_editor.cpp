@@ -89,7 +89,15 @@ void TextFieldEditor::fillWindow() const {
   const bool isReadOnly = readOnly_ || isLocked_ || !showsAll_;
   const bool wasReadOnly = (GetWindowLongW(window(), GWL_STYLE) & ES_READONLY) != 0;
   if (isReadOnly != wasReadOnly) SendMessageW(window(), EM_SETREADONLY, isReadOnly, 0);
-  SetWindowTextW(window(), loadedText_.text());
+  if (!sameText(windowText(window()), loadedText_)) {
+    SetWindowTextW(window(), loadedText_.text());
+    return;
+  }
+  // What is there stays, without being drawn anew, and is as if it had just come.
+  SendMessageW(window(), EM_SETSEL, 0, 0);
+  SendMessageW(window(), EM_SCROLLCARET, 0, 0);
+  SendMessageW(window(), EM_SETMODIFY, FALSE, 0);
+  SendMessageW(window(), EM_EMPTYUNDOBUFFER, 0, 0);
 }
 
 void TextFieldEditor::load(const FieldSnapshot& field, bool) {

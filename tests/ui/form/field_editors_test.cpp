@@ -279,6 +279,34 @@ TEST_F(LoneEditorsTest, ATextEditorWhoseRecordIsStillToComeShowsNothing) {
   EXPECT_EQ(textOf(editor.window()), L"read");
 }
 
+/// From record to record the texts of some fields stay the same.
+TEST_F(LoneEditorsTest, ATextThatIsThereAlreadyIsNotSetAnewAndIsAsIfItHadCome) {
+  TextFieldEditor editor;
+  ASSERT_TRUE(editor.create({WS_CHILD | ES_AUTOHSCROLL, {41, 30, 80, 18}, host(), 1200}));
+  editor.load(readAs(L"same"), false);
+  int settings = 0;
+  const auto count = [](HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR,
+                        DWORD_PTR counter) -> LRESULT {
+    if (message == WM_SETTEXT) ++*reinterpret_cast<int*>(counter);
+    return DefSubclassProc(window, message, wParam, lParam);
+  };
+  const HWND window = editor.window();
+  ASSERT_TRUE(SetWindowSubclass(window, count, 1, reinterpret_cast<DWORD_PTR>(&settings)));
+  SendMessageW(window, EM_SETSEL, 4, 4);
+  for (const wchar_t character : {L'x', L'\b'})
+    SendMessageW(window, WM_CHAR, static_cast<WPARAM>(character), 1);
+  ASSERT_NE(SendMessageW(window, EM_GETMODIFY, 0, 0), 0);
+  editor.load(readAs(L"same"), false);
+  EXPECT_EQ(settings, 0);
+  EXPECT_EQ(SendMessageW(window, EM_GETMODIFY, 0, 0), 0);
+  EXPECT_EQ(SendMessageW(window, EM_CANUNDO, 0, 0), 0);
+  EXPECT_EQ(SendMessageW(window, EM_GETSEL, 0, 0), 0);
+  EXPECT_FALSE(editor.hasChange());
+  editor.load(readAs(L"other"), false);
+  EXPECT_EQ(settings, 1);
+  EXPECT_EQ(textOf(window), L"other");
+}
+
 /// A text of five characters at most, in the focus.
 class FiveCharactersTest : public LoneEditorsTest {
  protected:
